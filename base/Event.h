@@ -1,0 +1,79 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace kestrel {
+
+/// Keeps one handler connected to an event; the handler is disconnected when this dies.
+/// It may outlive the event.
+class [[nodiscard]] Connection {
+ public:
+  Connection() = default;
+  explicit Connection(std::function<void()> disconnect) : disconnect_(std::move(disconnect)) {}
+  Connection(Connection&& other) noexcept : disconnect_(std::exchange(other.disconnect_, nullptr)) {}
+  Connection& operator=(Connection&& other) noexcept {
+    if (this != &other) {
+      Disconnect();
+      disconnect_ = std::exchange(other.disconnect_, nullptr);
+    }
+    return *this;
+  }
+  ~Connection() { Disconnect(); }
+
+  void Disconnect() {
+    if (auto disconnect = std::exchange(disconnect_, nullptr)) disconnect();
+  }
+
+ private:
+  std::function<void()> disconnect_;
+};
+
+/// A notification to any number of handlers, called in the order in which they connected.
+///
+/// In-out arguments are references (`Event<std::string&, bool&>`). A handler may connect and disconnect
+/// handlers, and destroy the event itself, while it is being raised: handlers that are disconnected are no
+/// longer called, those that come in are called from the next time on. An error that a handler lets out
+/// ends the round and reaches whoever raised the event.
+template <typename... Args>
+class Event {
+ public:
+  using Handler = std::function<void(Args...)>;
+
+  Event() = default;
+  Event(const Event&) = delete;
+  Event& operator=(const Event&) = delete;
+
+  Connection Connect(Handler handler) {
+    auto slot = std::make_shared<Slot>(Slot{std::move(handler), true});
+    slots_->push_back(slot);
+    return Connection([weakSlots = std::weak_ptr<Slots>(slots_), slot] {
+      slot->connected = false;
+      if (auto slots = weakSlots.lock()) std::erase(*slots, slot);
+    });
+  }
+
+  void operator()(Args... args) const {
+    const Slots round = *slots_;
+    for (const auto& slot : round) {
+      if (slot->connected) slot->handler(args...);
+    }
+  }
+
+  /// Whether anybody listens; for those who must compute something costly to raise the event.
+  bool HasHandlers() const { return !slots_->empty(); }
+
+ private:
+  struct Slot {
+    Handler handler;
+    bool connected;
+  };
+  using Slots = std::vector<std::shared_ptr<Slot>>;
+
+  std::shared_ptr<Slots> slots_ = std::make_shared<Slots>();
+};
+
+}  // namespace kestrel

@@ -1,0 +1,58 @@
+# What every target of the project shares: the language, the warnings, and the rule that a folder
+# sees only the folders it says it depends on.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+option(KESTREL_FUZZ "Build the fuzz targets (needs clang)" OFF)
+set(KESTREL_SANITIZE "" CACHE STRING "Sanitizers to build with: address,undefined or thread")
+
+add_library(kestrel_options INTERFACE)
+# Line tables stay in release builds: an error report names the source line.
+target_compile_options(kestrel_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror -g1)
+if(KESTREL_SANITIZE)
+  target_compile_options(kestrel_options INTERFACE
+    -fsanitize=${KESTREL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  target_link_options(kestrel_options INTERFACE -fsanitize=${KESTREL_SANITIZE})
+endif()
+
+# Gives `target` an include directory that holds the source folder alone, under its path from the
+# root. An include of a folder that is not among the dependencies therefore does not compile.
+function(kestrel_expose target scope)
+  file(RELATIVE_PATH folder ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
+  set(root ${PROJECT_BINARY_DIR}/include/${target})
+  get_filename_component(parent ${root}/${folder} DIRECTORY)
+  file(MAKE_DIRECTORY ${parent})
+  file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR} ${root}/${folder} SYMBOLIC)
+  target_include_directories(${target} ${scope} ${root})
+endfunction()
+
+# kestrel_library(name [SOURCES file...] [DEPENDS target...] [PRIVATE target...])
+# One folder, one target. DEPENDS are the folders whose headers this folder's headers name;
+# PRIVATE are those that only its sources use. Without SOURCES it is a folder of headers.
+function(kestrel_library target)
+  cmake_parse_arguments(arg "" "" "SOURCES;DEPENDS;PRIVATE" ${ARGN})
+  if(arg_SOURCES)
+    add_library(${target} STATIC ${arg_SOURCES})
+    kestrel_expose(${target} PUBLIC)
+    target_link_libraries(${target} PUBLIC ${arg_DEPENDS} PRIVATE ${arg_PRIVATE} kestrel_options)
+  else()
+    add_library(${target} INTERFACE)
+    kestrel_expose(${target} INTERFACE)
+    target_link_libraries(${target} INTERFACE ${arg_DEPENDS})
+  endif()
+endfunction()
+
+# kestrel_test(name LABEL folder SOURCES file... [DEPENDS target...])
+# One GoogleTest program, run by CTest as one test under the folder's label.
+function(kestrel_test target)
+  cmake_parse_arguments(arg "" "LABEL" "SOURCES;DEPENDS" ${ARGN})
+  add_executable(${target} ${arg_SOURCES})
+  target_link_libraries(${target} PRIVATE ${arg_DEPENDS} GTest::gtest GTest::gmock GTest::gtest_main kestrel_options)
+  add_test(NAME ${target} COMMAND ${target})
+  set_tests_properties(${target} PROPERTIES LABELS ${arg_LABEL} TIMEOUT 600)
+endfunction()
