@@ -6,7 +6,8 @@
 
 namespace kestrel::engine {
 
-/// One pixel: 8 bits each of red, green, blue and straight (not premultiplied) alpha, in this order in memory.
+/// One pixel: 8 bits each of red, green, blue and straight (not premultiplied) alpha, in this order in
+/// memory.
 struct Pixel {
   std::uint8_t r = 0, g = 0, b = 0, a = 0;
   friend bool operator==(const Pixel&, const Pixel&) = default;

@@ -1,0 +1,133 @@
+#include "Parallel.h"
+
+#include <algorithm>
+#include <condition_variable>
+#include <exception>
+#include <mutex>
+#include <system_error>
+#include <thread>
+#include <vector>
+
+namespace kestrel::engine {
+namespace {
+
+using Work = std::function<void(std::int32_t, std::int32_t)>;
+
+/// True on a thread that is inside a band, where a further split would wait for itself.
+thread_local bool insideBand = false;
+
+/// More bands than threads, so that a core that is busy elsewhere does not hold up the rest.
+constexpr std::int32_t kBandsPerThread = 4;
+
+/// One call of `forRows`: hands out its bands and keeps the first error. Guarded by the pool's mutex.
+struct Job {
+  const Work& work;
+  std::int32_t height;
+  std::int32_t bandRows;
+  std::int32_t next = 0;
+  std::int32_t active = 0;  ///< threads inside a band
+  std::exception_ptr error;
+
+  bool hasBand() const { return next < height && !error; }
+};
+
+/// Threads that wait for a job. They are made at the first call that wants them and stay.
+class Workers {
+ public:
+  static Workers& instance() {
+    static Workers workers;
+    return workers;
+  }
+
+  Workers(const Workers&) = delete;
+  Workers& operator=(const Workers&) = delete;
+
+  ~Workers() {
+    {
+      const std::lock_guard lock(mutex_);
+      ending_ = true;
+    }
+    wake_.notify_all();
+    for (auto& thread : threads_) thread.join();
+  }
+
+  /// Runs the job on this thread and the workers; false, with nothing done, if they have another job.
+  bool run(Job& job) {
+    std::unique_lock lock(mutex_);
+    if (job_ != nullptr) return false;
+    job_ = &job;
+    wake_.notify_all();
+    takeBands(job, lock);
+    done_.wait(lock, [&] { return job.active == 0; });
+    job_ = nullptr;
+    return true;
+  }
+
+ private:
+  Workers() {
+    try {
+      for (std::int32_t i = 1; i < threadCount(); ++i) threads_.emplace_back([this] { serve(); });
+    } catch (const std::system_error&) {
+      // The system gives no more threads; the work is done by those there are.
+    }
+  }
+
+  void serve() {
+    std::unique_lock lock(mutex_);
+    while (true) {
+      wake_.wait(lock, [this] { return ending_ || (job_ != nullptr && job_->hasBand()); });
+      if (ending_) return;
+      takeBands(*job_, lock);
+    }
+  }
+
+  void takeBands(Job& job, std::unique_lock<std::mutex>& lock) {
+    ++job.active;
+    insideBand = true;
+    while (job.hasBand()) {
+      const std::int32_t first = job.next;
+      job.next = job.height - first > job.bandRows ? first + job.bandRows : job.height;
+      const std::int32_t last = job.next;
+      lock.unlock();
+      std::exception_ptr error;
+      try {
+        job.work(first, last);
+      } catch (...) {
+        error = std::current_exception();
+      }
+      lock.lock();
+      if (error && !job.error) job.error = error;
+    }
+    insideBand = false;
+    if (--job.active == 0) done_.notify_all();
+  }
+
+  std::mutex mutex_;
+  std::condition_variable wake_, done_;
+  Job* job_ = nullptr;
+  bool ending_ = false;
+  std::vector<std::thread> threads_;
+};
+
+}  // namespace
+
+std::int32_t threadCount() {
+  static const auto count = static_cast<std::int32_t>(std::max(1U, std::thread::hardware_concurrency()));
+  return count;
+}
+
+void forRows(std::int32_t height, std::int32_t minRowsPerTask, const Work& work) {
+  if (height <= 0) return;
+  const std::int32_t smallest = std::max(1, minRowsPerTask);
+  const std::int32_t bands = std::min(threadCount() * kBandsPerThread, height / smallest);
+  if (bands > 1 && threadCount() > 1 && !insideBand) {
+    Job job{work, height, (height - 1) / bands + 1, 0, 0, nullptr};
+    if (Workers::instance().run(job)) {
+      if (job.error) std::rethrow_exception(job.error);
+      return;
+    }
+  }
+  work(0, height);
+}
+
+}  // namespace kestrel::engine
