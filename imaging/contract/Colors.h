@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstdint>
+
+#include "Colour.h"
+#include "base/Object.h"
+
+namespace kestrel {
+
+/// Makes colour objects.
+class Colors : public Object {
+ public:
+  /// Alpha is 0 (transparent) to 255 (opaque). Any colour number is taken; -1 makes "no colour".
+  virtual Colour Create(OLE_COLOR color, std::uint8_t alpha = 255) const = 0;
+};
+
+}  // namespace kestrel

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstdint>
+
+#include "Picture.h"
+#include "Types.h"
+
+namespace kestrel {
+
+/// Values of `Graphics::DrawMode`.
+inline constexpr std::int32_t kDrawInvert = 6;
+inline constexpr std::int32_t kDrawCopy = 13;
+
+/// The drawing primitives of a window. What is drawn stays until it is cleared or drawn over.
+class Graphics {
+ public:
+  virtual ~Graphics() = default;
+
+  virtual void Clear() = 0;
+  /// How `DrawBox` meets what is there: 13 replaces it, 6 inverts it.
+  virtual void DrawMode(std::int32_t value) = 0;
+  /// Stretches the source rectangle of the picture to the destination rectangle without smoothing. Parts of
+  /// the source outside the picture leave the destination as it is.
+  virtual void PaintPicture(const Picture& picture, const Rectangle& destination,
+                            const Rectangle& source) = 0;
+  /// A one-pixel outline from corner to corner, both included.
+  virtual void DrawBox(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom,
+                       OLE_COLOR color) = 0;
+  virtual void Refresh() = 0;
+};
+
+}  // namespace kestrel

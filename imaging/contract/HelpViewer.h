@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace kestrel {
+
+/// Shows the pages of a help book in a window of its own.
+class HelpViewer {
+ public:
+  virtual ~HelpViewer() = default;
+  /// The book: a compiled file of that name, or the folder of its base name.
+  virtual std::string HelpFile() const = 0;
+  virtual void HelpFile(const std::string& value) = 0;
+  /// Raises RuntimeError 53 with a clear sentence when there is no book or no such page.
+  virtual void ShowTopic(const std::string& topic, std::int32_t context) = 0;
+};
+
+}  // namespace kestrel

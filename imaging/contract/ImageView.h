@@ -1,0 +1,137 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "Control.h"
+#include "DeviceContext.h"
+#include "ImgX.h"
+#include "Picture.h"
+#include "base/Event.h"
+
+namespace kestrel {
+
+/// Values of `ImageView::Tool`, the view's own mouse tools.
+inline constexpr std::int32_t kViewToolNone = 0;
+inline constexpr std::int32_t kViewToolSelect = 1;
+inline constexpr std::int32_t kViewToolPan = 2;
+inline constexpr std::int32_t kViewToolLine = 7;
+inline constexpr std::int32_t kViewToolRectangle = 9;
+inline constexpr std::int32_t kViewToolEllipse = 10;
+inline constexpr std::int32_t kViewToolFreehand = 11;
+
+/// Values of `ImageView::MousePointer`.
+inline constexpr std::int32_t kPointerDefault = 0;
+inline constexpr std::int32_t kPointerCustom = 99;
+
+/// The undo name under which nothing is recorded.
+inline constexpr char kNoUndo[] = "No Undo";
+
+/// A control that shows one picture, with zoom, scrolling, a mouse tool, a selection and an undo stack.
+///
+/// View coordinates are device pixels from the view's top left corner. A change of the picture through the
+/// view's sub-objects records an undo step under the name it is given, sets `Modified` and raises `Changed`.
+class ImageView : public Control, public ImagingFace {
+ public:
+  /// An object that works on the view's picture; see `ImgX`. Each call gives one of its own, so that work on
+  /// a picture put into it never disturbs what is shown.
+  virtual std::shared_ptr<kestrel::ImgX> ImgX() = 0;
+
+  /// The picture as an ordinary picture object, null if there is none; writing loads it as the view's
+  /// picture.
+  virtual PicturePtr Picture() = 0;
+  virtual void Picture(const PicturePtr& value) = 0;
+
+  /// Screen pixels per picture pixel. Writing raises `BeforeZoomChanged` first, whatever the value; the
+  /// factor that takes effect lies between 0.01 and 64.
+  virtual double Zoom() const = 0;
+  virtual void Zoom(double value) = 0;
+
+  /// Picture column and row at the view's left and top edge; negative where a smaller picture is centred.
+  /// Writing scrolls as far as there is something to see, and raises `Scroll` and `ScrollChanged` if that
+  /// moved anything.
+  virtual std::int32_t ScrollLeft() const = 0;
+  virtual void ScrollLeft(std::int32_t value) = 0;
+  virtual std::int32_t ScrollTop() const = 0;
+  virtual void ScrollTop(std::int32_t value) = 0;
+
+  /// The selection in picture pixels. Sizes read negative for a rectangle dragged leftwards or upwards.
+  virtual std::int32_t SelectionLeft() const = 0;
+  virtual std::int32_t SelectionTop() const = 0;
+  virtual std::int32_t SelectionWidth() const = 0;
+  virtual void SelectionWidth(std::int32_t value) = 0;
+  virtual std::int32_t SelectionHeight() const = 0;
+  virtual void SelectionHeight(std::int32_t value) = 0;
+  virtual bool SelectionVisible() const = 0;
+  virtual void SelectionVisible(bool value) = 0;
+  /// Places the rectangle; raises no event.
+  virtual void SetSelectionRect(std::int32_t left, std::int32_t top, std::int32_t width,
+                                std::int32_t height) = 0;
+
+  virtual std::int32_t Tool() const = 0;
+  virtual void Tool(std::int32_t value) = 0;
+
+  /// How many undo steps are kept, at least 0. Writing 0 empties the stack.
+  virtual std::int32_t UndoLevels() const = 0;
+  virtual void UndoLevels(std::int32_t value) = 0;
+  /// Take the latest step back, or forth again, and raise `Changed`. Nothing happens on an empty stack.
+  virtual void Undo() = 0;
+  virtual void Redo() = 0;
+  /// The name of the step that would be taken; empty if it is unnamed or there is none.
+  virtual std::string UndoName() const = 0;
+  virtual std::string RedoName() const = 0;
+  /// Records the present picture as one step, for work that follows under "No Undo".
+  virtual void CreateUndoPoint(const std::string& name) = 0;
+
+  /// Unsaved changes: set by each change of the picture.
+  virtual bool Modified() const = 0;
+  virtual void Modified(bool value) = 0;
+
+  /// Repaints; with `DoubleBuffer`, `DoubleBufferPaintAfter` is raised on the way.
+  virtual void Refresh() = 0;
+  virtual void DoubleBuffer(bool value) = 0;
+  /// The image, copied now, that is tiled behind transparent parts of the picture; null for none.
+  virtual void BackgroundImage(const kestrel::Image* value) = 0;
+  /// 0 the pointer of the tool, 99 the stored custom pointer.
+  virtual std::int32_t MousePointer() const = 0;
+  virtual void MousePointer(std::int32_t value) = 0;
+
+  /// A line of one pixel around the picture.
+  virtual void ImageBorder(bool value) = 0;
+  /// 2 lets the view show the tool's pointer over the picture only.
+  virtual void MousePointerStyle(std::int32_t value) = 0;
+  /// Whether writing a selection property repaints at once.
+  virtual void AutoRedrawSelection(bool value) = 0;
+  /// 0 the marching rectangle.
+  virtual void SelectionStyle(std::int32_t value) = 0;
+
+  /// A press and release of a button without a drag.
+  Event<> Click;
+  /// Button, Shift, X, Y in view pixels.
+  Event<std::int32_t, std::int32_t, float, float> MouseDown;
+  Event<std::int32_t, std::int32_t, float, float> MouseMove;
+  /// Always comes before the `Click` of the same gesture.
+  Event<std::int32_t, std::int32_t, float, float> MouseUp;
+  /// Button, Shift, PixelX, PixelY: the pointer is over the picture.
+  Event<std::int32_t, std::int32_t, std::int32_t, std::int32_t> MouseMovePixel;
+  /// The factor that was written; the view still shows the old one.
+  Event<double> BeforeZoomChanged;
+  /// After each change of the picture, undo and redo included.
+  Event<> Changed;
+  /// The picture stands in the back buffer; a handler may draw over it.
+  Event<DeviceContext&> DoubleBufferPaintAfter;
+  /// Left, Top, Width, Height during, and at the end of, the drag or move of a selection.
+  Event<std::int32_t, std::int32_t, std::int32_t, std::int32_t> SelectChanged;
+  Event<std::int32_t, std::int32_t, std::int32_t, std::int32_t> Selected;
+  /// The wheel was turned with Ctrl held: 1 asks to come closer, -1 to go back. While it is being raised the
+  /// picture pixel under the pointer stays put through a write of `Zoom`.
+  Event<std::int32_t> WheelZoom;
+  /// During and after panning with the pan tool, and scrolling by any other way.
+  Event<> Pan;
+  Event<> PanChanged;
+  Event<> Scroll;
+  Event<> ScrollChanged;
+};
+
+}  // namespace kestrel

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "AppInfo.h"
+#include "Canvas.h"
+#include "Clipboard.h"
+#include "Colors.h"
+#include "DebugClient.h"
+#include "ErrorReporter.h"
+#include "FileHelpers.h"
+#include "Form.h"
+#include "FormSkin.h"
+#include "FormUtility.h"
+#include "HelpViewer.h"
+#include "ImgX.h"
+#include "ImgXDialog.h"
+#include "MouseTracker.h"
+#include "RegistryStore.h"
+#include "Screen.h"
+#include "Shell.h"
+#include "SinkHolder.h"
+#include "StackResolver.h"
+#include "UserInterface.h"
+#include "WindowFunctions.h"
+#include "WindowPositions.h"
+
+namespace kestrel {
+
+/// Makes everything that the logic needs and does not decide. One per process; what it lends lives as long.
+class Platform {
+ public:
+  virtual ~Platform() = default;
+
+  // Objects that their maker owns.
+  virtual std::shared_ptr<ImgX> CreateImgX() = 0;
+  virtual std::shared_ptr<Colors> CreateColors() = 0;
+  virtual std::unique_ptr<ImgXDialog> CreateImgXDialog() = 0;
+  /// Raises RuntimeError 429 for a name that has no form.
+  virtual std::unique_ptr<Form> CreateForm(const std::string& name) = 0;
+  virtual std::unique_ptr<HelpViewer> CreateHelpViewer() = 0;
+  virtual std::unique_ptr<SinkHolder> CreateSinkHolder() = 0;
+  virtual std::unique_ptr<MouseTracker> CreateMouseTracker() = 0;
+  virtual std::unique_ptr<Canvas> CreateCanvas(std::int32_t width, std::int32_t height) = 0;
+
+  // Services, each one object for the whole process.
+  virtual kestrel::FormUtility& FormUtility() = 0;
+  virtual kestrel::FormSkin& FormSkin() = 0;
+  virtual kestrel::WindowFunctions& WindowFunctions() = 0;
+  virtual kestrel::WindowPositions& WindowPositions() = 0;
+  virtual kestrel::RegistryStore& RegistryStore() = 0;
+  virtual kestrel::FileHelpers& FileHelpers() = 0;
+  virtual kestrel::UserInterface& UserInterface() = 0;
+  virtual kestrel::Clipboard& Clipboard() = 0;
+  virtual kestrel::Shell& Shell() = 0;
+  virtual kestrel::Screen& Screen() = 0;
+  virtual const kestrel::AppInfo& App() = 0;
+
+  // Diagnostics.
+  /// Null where no diagnostics client is installed.
+  virtual std::unique_ptr<DebugClientLibrary> CreateDebugClientLibrary() = 0;
+  /// Raises RuntimeError 429 where no reporting object of that identifier is installed.
+  virtual std::unique_ptr<ErrorReporter> CreateErrorReporter(const std::string& identifier) = 0;
+  virtual kestrel::StackResolver& StackResolver() = 0;
+};
+
+}  // namespace kestrel

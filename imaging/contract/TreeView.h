@@ -1,0 +1,117 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "Control.h"
+#include "base/Event.h"
+
+namespace kestrel {
+
+/// Values of the Relationship of `TreeNodes::Add`.
+inline constexpr std::int32_t kTreeFirst = 0;
+inline constexpr std::int32_t kTreeLast = 1;
+inline constexpr std::int32_t kTreeNext = 2;
+inline constexpr std::int32_t kTreePrevious = 3;
+inline constexpr std::int32_t kTreeChild = 4;
+
+/// One node of a tree.
+class TreeNode {
+ public:
+  virtual ~TreeNode() = default;
+  virtual const std::string& Key() const = 0;
+  virtual std::string Text() const = 0;
+  virtual void Text(const std::string& value) = 0;
+  virtual std::string Tag() const = 0;
+  virtual void Tag(const std::string& value) = 0;
+  /// The first child, null if there is none.
+  virtual TreeNode* Child() = 0;
+  /// The number of children.
+  virtual std::int32_t Children() const = 0;
+  virtual bool Expanded() const = 0;
+  /// Raises `Expand` or `Collapse` if the state differs and the node has children.
+  virtual void Expanded(bool value) = 0;
+  virtual bool Selected() const = 0;
+  /// Raises `NodeClick` when the node becomes the selected one.
+  virtual void Selected(bool value) = 0;
+  /// Keeps the children in the order of their texts.
+  virtual void Sorted(bool value) = 0;
+  virtual void EnsureVisible() = 0;
+  virtual std::string Image() const = 0;
+  /// Image keys for the expanded and for the selected state; empty takes the ordinary one.
+  virtual void ExpandedImage(const std::string& value) = 0;
+  virtual std::string ExpandedImage() const = 0;
+  virtual void SelectedImage(const std::string& value) = 0;
+  virtual std::string SelectedImage() const = 0;
+};
+
+/// All nodes of a tree, in the order in which they were added.
+class TreeNodes {
+ public:
+  virtual ~TreeNodes() = default;
+  /// `relative` is the key of the node that the relationship is about, empty for the top level. Raises
+  /// RuntimeError 35602 for a key that is taken, 35601 for a relative that is not there.
+  virtual TreeNode& Add(const std::string& relative, std::int32_t relationship, const std::string& key,
+                        const std::string& text, const std::string& image = {},
+                        const std::string& selectedImage = {}) = 0;
+  virtual void Clear() = 0;
+  virtual std::int32_t Count() const = 0;
+  /// By key, to the letter; raises RuntimeError 35601 if there is none.
+  virtual TreeNode& Item(const std::string& key) = 0;
+  /// Counted from 1; raises RuntimeError 35600 outside.
+  virtual TreeNode& Item(std::int32_t index) = 0;
+};
+
+/// The pictures of a tree's nodes, by key and counted from 1.
+class ImageList {
+ public:
+  virtual ~ImageList() = default;
+  virtual std::int32_t Count() const = 0;
+  virtual std::string Key(std::int32_t index) const = 0;
+  /// Adds the icon that stands in the icon picture, or replaces the one of that key.
+  virtual void Set(const std::string& key, WindowHandle iconPicture) = 0;
+};
+
+/// A tree of nodes with pictures, texts and boxes to tick.
+class TreeView : public Control {
+ public:
+  virtual TreeNodes& Nodes() = 0;
+  virtual kestrel::ImageList& ImageList() = 0;
+  /// Null while none is selected.
+  virtual TreeNode* SelectedItem() = 0;
+  /// The node at a position in the tree's pixels, null if there is none.
+  virtual TreeNode* HitTest(float x, float y) = 0;
+  virtual void Refresh() = 0;
+
+  virtual std::int32_t BorderStyle() const = 0;
+  virtual void BorderStyle(std::int32_t value) = 0;
+  virtual bool Checkboxes() const = 0;
+  virtual void Checkboxes(bool value) = 0;
+  virtual std::string Font() const = 0;
+  virtual void Font(const std::string& value) = 0;
+  virtual bool HideSelection() const = 0;
+  virtual void HideSelection(bool value) = 0;
+  virtual float Indentation() const = 0;
+  virtual void Indentation(float value) = 0;
+  virtual std::int32_t LineStyle() const = 0;
+  virtual void LineStyle(std::int32_t value) = 0;
+  virtual bool SingleSel() const = 0;
+  virtual void SingleSel(bool value) = 0;
+  virtual std::int32_t Style() const = 0;
+  virtual void Style(std::int32_t value) = 0;
+
+  Event<> Click;
+  Event<> DblClick;
+  Event<TreeNode&> Collapse;
+  Event<TreeNode&> Expand;
+  Event<TreeNode&> NodeClick;
+  Event<TreeNode&> NodeCheck;
+  Event<std::int32_t, std::int32_t, float, float> MouseDown;
+  Event<std::int32_t, std::int32_t, float, float> MouseMove;
+  Event<std::int32_t, std::int32_t, float, float> MouseUp;
+  Event<std::int32_t, std::int32_t> KeyDown;
+  Event<std::int32_t> KeyPress;
+  Event<std::int32_t, std::int32_t> KeyUp;
+};
+
+}  // namespace kestrel

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "Picture.h"
+#include "Types.h"
+
+namespace kestrel {
+
+/// Styles of a message box: one of the button sets, one of the icons, added up.
+inline constexpr std::int32_t kBoxOK = 0;
+inline constexpr std::int32_t kBoxYesNoCancel = 3;
+inline constexpr std::int32_t kBoxCritical = 16;
+inline constexpr std::int32_t kBoxQuestion = 32;
+inline constexpr std::int32_t kBoxExclamation = 48;
+inline constexpr std::int32_t kBoxInformation = 64;
+
+/// Answers of a message box.
+inline constexpr std::int32_t kAnswerOK = 1;
+inline constexpr std::int32_t kAnswerCancel = 2;
+inline constexpr std::int32_t kAnswerYes = 6;
+inline constexpr std::int32_t kAnswerNo = 7;
+
+/// The boxes that ask and tell. Each returns when the user has closed it. Line ends are CR LF, or CR alone.
+class UserInterface {
+ public:
+  virtual ~UserInterface() = default;
+
+  /// An empty title takes the application's. Closing the box counts as Cancel, or OK where there is no
+  /// Cancel.
+  virtual std::int32_t MessageBox(const std::string& text, std::int32_t style,
+                                  const std::string& title = {}) = 0;
+  /// The text the user typed, empty when cancelled. The position is of the screen; null centres it.
+  virtual std::string InputBox(const std::string& prompt, const std::string& title,
+                               const std::string& defaultText = {}, const Point* position = nullptr) = 0;
+  /// The picture may be null.
+  virtual void AboutBox(const std::string& title, const std::string& versionText,
+                        const PicturePtr& picture) = 0;
+};
+
+}  // namespace kestrel

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+
+#include "Types.h"
+
+namespace kestrel {
+
+/// The edit style that takes digits only from the keyboard.
+inline constexpr std::int32_t kStyleDigitsOnly = 8192;
+
+/// Questions to the desktop about windows, and what it is asked to do with them. One per process.
+class WindowFunctions {
+ public:
+  virtual ~WindowFunctions() = default;
+
+  virtual void AddWindowStyle(WindowHandle window, std::int32_t style) = 0;
+  /// Whether the window and all it stands in are shown.
+  virtual bool IsWindowVisible(WindowHandle window) = 0;
+  /// The pointer's position on the screen.
+  virtual Point GetCursorPos() = 0;
+  /// A screen position in the window's own pixels.
+  virtual Point ScreenToClient(WindowHandle window, const Point& screen) = 0;
+  /// Suspends painting of one window until it is called with 0.
+  virtual void LockWindowUpdate(WindowHandle window) = 0;
+  /// The rectangle of each screen that windows may cover, the first screen first; pixels of the desktop.
+  virtual std::int32_t ScreenCount() = 0;
+  virtual Rectangle ScreenArea(std::int32_t index) = 0;
+};
+
+}  // namespace kestrel

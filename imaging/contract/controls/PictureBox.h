@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "../Control.h"
+#include "../Picture.h"
+
+namespace kestrel {
+
+/// Holds a picture, stored with its form or written.
+class PictureBox : public Control {
+ public:
+  virtual PicturePtr Picture() const = 0;
+  virtual void Picture(const PicturePtr& value) = 0;
+};
+
+}  // namespace kestrel
