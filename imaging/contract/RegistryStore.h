@@ -1,0 +1,59 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "base/Event.h"
+#include "base/RuntimeError.h"
+#include "base/Variant.h"
+
+namespace kestrel {
+
+/// The hive of what belongs to the user.
+inline constexpr std::int32_t HKEY_CURRENT_USER = static_cast<std::int32_t>(0x80000001);
+
+/// The kinds of a stored value.
+inline constexpr std::int32_t kStoreString = 1;
+inline constexpr std::int32_t kStoreNumber = 4;  ///< 32 bits
+
+/// The per-user key store: typed values, each addressed by hive, key and value name. One per process.
+///
+/// Keys are paths whose steps are separated by "\"; keys and value names ignore case. A value has one kind at
+/// a time, and a read that asks for the other kind does not find it. Reading creates nothing. Values are
+/// converted to their kind when they are written: True is the number -1.
+///
+/// A store that can't be opened or read behaves as an empty one, and what is written to it is lost; the
+/// cause is told once, through `Unavailable`. In a store that works, a failing call raises RuntimeError (57,
+/// 61, 70 or 75), as does a stored number beyond 32 bits (6) or a value of neither kind (13).
+class RegistryStore {
+ public:
+  virtual ~RegistryStore() = default;
+
+  /// Where the settings are: hive, and the key above the sections.
+  virtual std::int32_t RootHive() const = 0;
+  virtual void RootHive(std::int32_t value) = 0;
+  virtual std::string RootKey() const = 0;
+  virtual void RootKey(const std::string& value) = 0;
+
+  /// The value of a section (a key below the root), or `Default` where there is none of that kind. An empty
+  /// `Root` means `RootKey`.
+  virtual Variant GetSetting(const std::string& ValueName, const Variant& Default, std::int32_t Kind,
+                             const std::string& Section, std::int32_t Hive, const std::string& Root = {}) = 0;
+  /// Writes a value of a section, which is made if need be.
+  virtual void SetSetting(const std::string& ValueName, const Variant& Value, std::int32_t Kind,
+                          const std::string& Section, std::int32_t Hive, const std::string& Root = {}) = 0;
+
+  /// A value of whatever kind, Empty where there is none. The empty name is the key's default value.
+  virtual Variant ReadValue(std::int32_t Hive, const std::string& Key, const std::string& ValueName) = 0;
+  virtual void WriteValue(std::int32_t Hive, const std::string& Key, const std::string& ValueName,
+                          const Variant& Value, std::int32_t Kind) = 0;
+  /// Does nothing where there is no such value.
+  virtual void DeleteValue(std::int32_t Hive, const std::string& Key, const std::string& ValueName) = 0;
+  /// Does nothing where the key exists.
+  virtual void CreateKey(std::int32_t Hive, const std::string& Key) = 0;
+
+  /// Raised at most once, by the call that finds the store unusable.
+  Event<const RuntimeError&> Unavailable;
+};
+
+}  // namespace kestrel

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "Form.h"
+
+namespace kestrel {
+
+/// Where a window goes for which no position is stored yet; the values of `LoadPosition`'s third argument.
+inline constexpr std::int32_t kPlaceAsIs = 0;
+inline constexpr std::int32_t kPlaceOnScreenCentre = 2;
+
+/// Remembers where windows stood and how large they were, per key and window. One per process.
+class WindowPositions {
+ public:
+  virtual ~WindowPositions() = default;
+
+  /// The key below which positions are stored and looked for, at each call anew. With an empty key nothing
+  /// is stored or found.
+  virtual std::string RegistryKey() const = 0;
+  virtual void RegistryKey(const std::string& value) = 0;
+
+  /// Puts a window back where it stood, moved and shrunk as far as it takes to be on a screen that exists.
+  /// An empty `Name` stands for the form's own name. `Placement` is for a window of which nothing is
+  /// stored. `Screen` is the screen that `Placement` means, 0 the first.
+  virtual void LoadPosition(Form& form, const std::string& Name, std::int32_t Placement = kPlaceAsIs,
+                            std::int32_t Screen = 0) = 0;
+
+  /// Stores position and size. Of a maximised window only that it is so is stored; a minimised one leaves
+  /// what is stored as it is.
+  virtual void SavePosition(Form& form, const std::string& Name) = 0;
+};
+
+}  // namespace kestrel
