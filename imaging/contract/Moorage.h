@@ -233,7 +233,7 @@ class Moorage : public Control {
 
   /// False suspends repainting of the bars, True resumes.
   virtual void Redraw(bool value) = 0;
-  /// The text of a combo command. Setting a text that differs raises `CommandChange`, as typing does.
+  /// The text of a combo command. It raises no `CommandChange`, which tells what the user typed or chose.
   virtual void SetComboText(Command& command, const std::string& text) = 0;
   /// Opens the command's menu at the pointer and returns when it is closed.
   virtual void ShowPopup(Command& command) = 0;
