@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string_view>
+
+namespace kestrel::resources {
+
+/// The two colours of every drawn icon. Neutral strokes are meant to be replaced by the text colour of the
+/// theme in use (a plain text replacement in the SVG will do); the accent reads on light and dark alike.
+inline constexpr std::string_view kIconNeutral = "#59616b";
+inline constexpr std::string_view kIconAccent = "#3388e0";
+
+/// The SVG text of the icon of that name ("Image-Save 2"), empty if there is none.
+std::string_view iconSvg(std::string_view name);
+
+}  // namespace kestrel::resources
