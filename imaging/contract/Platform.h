@@ -9,7 +9,6 @@
 #include "Clipboard.h"
 #include "Colors.h"
 #include "DebugClient.h"
-#include "ErrorReporter.h"
 #include "FileHelpers.h"
 #include "Form.h"
 #include "FormSkin.h"
@@ -18,6 +17,7 @@
 #include "ImgX.h"
 #include "ImgXDialog.h"
 #include "MouseTracker.h"
+#include "ObjectFactory.h"
 #include "RegistryStore.h"
 #include "Screen.h"
 #include "Shell.h"
@@ -61,8 +61,7 @@ class Platform {
   // Diagnostics.
   /// Null where no diagnostics client is installed.
   virtual std::unique_ptr<DebugClientLibrary> CreateDebugClientLibrary() = 0;
-  /// Raises RuntimeError 429 where no reporting object of that identifier is installed.
-  virtual std::unique_ptr<ErrorReporter> CreateErrorReporter(const std::string& identifier) = 0;
+  virtual kestrel::ObjectFactory& ObjectFactory() = 0;
   virtual kestrel::StackResolver& StackResolver() = 0;
 };
 
