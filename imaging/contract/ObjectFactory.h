@@ -1,0 +1,19 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "ErrorReporter.h"
+
+namespace kestrel {
+
+/// Makes objects of components that need not be there.
+class ObjectFactory {
+ public:
+  virtual ~ObjectFactory() = default;
+
+  /// A new reporting object of that identifier ("BrindleError.Error"). Raises 429 where it can't be created.
+  virtual std::unique_ptr<ErrorReporter> CreateErrorReporter(const std::string& Identifier) = 0;
+};
+
+}  // namespace kestrel
