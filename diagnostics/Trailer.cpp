@@ -1,0 +1,28 @@
+#include "Trailer.h"
+
+#include <utility>
+
+#include "CapturedError.h"
+#include "ModuleFiles.h"
+#include "modTollgarthSupport.h"
+
+namespace kestrel::qdk {
+
+Trailer::Trailer(const Site& site) : site_(site) {
+  if (modTollgarthSupport::AttachedPlatform() == nullptr) throw;
+  modTollgarthSupport::qdkCaptureError(CurrentError(site, CallStack::Record()));
+}
+
+void Trailer::Locals(std::string text) {
+  locals_ = std::move(text);
+  modTollgarthSupport::State().qdkVariableDump = locals_;
+}
+
+void Trailer::Report() const {
+  const auto& state = modTollgarthSupport::State();
+  modTollgarthSupport::qdkErrorHandler(state.qdkErrorNumber, ModuleName(site_.file), site_.procedure,
+                                       state.qdkErrorDescription, state.qdkErrorLine, locals_, module_,
+                                       parameters_);
+}
+
+}  // namespace kestrel::qdk

@@ -1,0 +1,161 @@
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/Numbers.h"
+#include "base/RuntimeError.h"
+#include "modTollgarthSupport.h"
+
+namespace kestrel::modTollgarthSupport {
+namespace {
+
+const std::string kLineEnd = "\r\n";
+constexpr std::int32_t kIndentStep = 2;
+constexpr std::int32_t kElementDepth = 3;
+constexpr std::int32_t kCountedDimensions = 4;
+
+std::string Blanks(std::int32_t count) { return std::string(static_cast<std::size_t>(count), ' '); }
+
+/// The name without the attribute that it may carry.
+std::string TagName(const std::string& name) { return name.substr(0, name.find(' ')); }
+
+std::string Opening(const std::string& name, std::int32_t indent) {
+  return Blanks(indent) + "<" + name + ">";
+}
+std::string Closing(const std::string& name) { return "</" + TagName(name) + ">" + kLineEnd; }
+
+/// The elements of an object that can be enumerated, none for one that can't. An object that fails to begin
+/// counts as one that can't; a failure later on reaches the caller.
+bool FormatElements(const Object& object, const std::string& name, std::int32_t indent, std::string& text) {
+  std::int32_t count = 0;
+  try {
+    return object.Enumerate([&](const Variant& element) {
+      ++count;
+      text +=
+          qdkFormatVariable(name + "[" + ToText(count) + "]", element, kElementDepth, indent + kIndentStep);
+    });
+  } catch (...) {
+    if (count > 0) throw;
+    return false;
+  }
+}
+
+std::string FormatObject(const std::string& name, const Object* object, std::int32_t indent) {
+  if (object == nullptr) return "{Nothing}";
+  std::string elements;
+  if (FormatElements(*object, name, indent, elements)) return kLineEnd + elements + Blanks(indent);
+  return "{" + object->TypeName() + "}";
+}
+
+std::string FormatScalar(const Variant& value) {
+  std::string text = value.ToString();
+  for (std::size_t i = text.find('\0'); i != text.npos; i = text.find('\0', i)) text.replace(i, 1, "{Null}");
+  return text;
+}
+
+/// How many dimensions there are, up to three. One with more leaves the count at 0: the loop that looks for
+/// the first missing dimension ends without having met it.
+std::int32_t CountDimensions(const VariantArray& array) {
+  for (std::int32_t i = 1; i <= kCountedDimensions; ++i) {
+    try {
+      array.Lower(i);
+    } catch (...) {
+      return i - 1;
+    }
+  }
+  return 0;
+}
+
+class ArrayFormatter {
+ public:
+  ArrayFormatter(const std::string& name, const VariantArray& array, std::int32_t depth, std::int32_t indent)
+      : name_(name), array_(array), depth_(depth), indent_(indent), dimensions_(CountDimensions(array)) {}
+
+  std::string Format() {
+    if (dimensions_ > 3) text_ += "{Dump truncated at " + ToText(dimensions_) + " dimensions}";
+    if (qdkDimensionMissing(array_, 1)) {
+      text_ += "{UnInitialised Array}";
+    } else {
+      Walk({});
+    }
+    return text_;
+  }
+
+ private:
+  /// Renders what lies below the given indices, one dimension further in.
+  void Walk(std::vector<std::int32_t> indices) {
+    const auto dimension = static_cast<std::int32_t>(indices.size()) + 1;
+    if (qdkDimensionMissing(array_, dimension)) {
+      text_ += "{UnInitialised Array Dimension " + ToText(dimension) + "}";
+      return;
+    }
+    indices.push_back(0);
+    for (std::int32_t i = array_.Lower(dimension); i <= array_.Upper(dimension); ++i) {
+      indices.back() = i;
+      if (dimension == dimensions_ || dimension == 3) {
+        Element(indices);
+      } else {
+        Walk(indices);
+      }
+    }
+  }
+
+  void Element(const std::vector<std::int32_t>& indices) {
+    std::string list;
+    for (const std::int32_t index : indices) list += (list.empty() ? "" : ",") + ToText(index);
+    text_ += qdkFormatVariable(name_ + " Index=\"" + list + "\"", array_.At(indices), depth_ - 1,
+                               indent_ + kIndentStep);
+  }
+
+  const std::string& name_;
+  const VariantArray& array_;
+  std::int32_t depth_;
+  std::int32_t indent_;
+  std::int32_t dimensions_;
+  std::string text_;
+};
+
+}  // namespace
+
+bool qdkDimensionMissing(const VariantArray& Value, std::int32_t Dimension) {
+  try {
+    Value.Lower(Dimension);
+    return false;
+  } catch (const RuntimeError& error) {
+    if (error.Number() != err::kSubscript) throw;
+    return true;
+  }
+}
+
+std::string qdkFormatVariable(const std::string& Name, const Variant& Value, std::int32_t Depth,
+                              std::int32_t Indent) {
+  const std::string opening = Opening(Name, Indent);
+  if (Value.IsArray()) {
+    return opening + kLineEnd + ArrayFormatter(Name, Value.AsArray(), Depth, Indent).Format() +
+           Blanks(Indent) + Closing(Name);
+  }
+  switch (static_cast<Variant::Type>(Value.TypeCode())) {
+    case Variant::Type::kEmpty:
+      return opening + "{Empty}" + Closing(Name);
+    case Variant::Type::kNull:
+      return opening + "{Null}" + Closing(Name);
+    case Variant::Type::kError:
+      return opening + Closing(Name);
+    case Variant::Type::kDataObject:
+      return opening + (Value.AsDataObject().object == nullptr ? "{Nothing}" : "{DataObject}") +
+             Closing(Name);
+    case Variant::Type::kRecord:
+      return opening + "{UDT - " + Value.AsRecord().typeName + "}" + Closing(Name);
+    case Variant::Type::kObject:
+      return opening + FormatObject(Name, Value.AsObject().get(), Indent) + Closing(Name);
+    default:
+      break;
+  }
+  try {
+    return opening + FormatScalar(Value) + Closing(Name);
+  } catch (const RuntimeError& error) {
+    return "{Error " + ToText(error.Number()) + " formatting for output}";
+  }
+}
+
+}  // namespace kestrel::modTollgarthSupport
