@@ -14,6 +14,10 @@ add_library(kestrel_options INTERFACE)
 # Line tables stay in release builds: an error report names the source line.
 target_compile_options(kestrel_options INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror -g1)
+# Two like statements must stay two, else a report would name the line of the one for the other.
+target_compile_options(kestrel_options INTERFACE
+  $<$<CXX_COMPILER_ID:GNU>:-fno-crossjumping>
+  $<$<CXX_COMPILER_ID:GNU>:-fno-tree-tail-merge>)
 if(KESTREL_SANITIZE)
   target_compile_options(kestrel_options INTERFACE
     -fsanitize=${KESTREL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)

@@ -30,7 +30,9 @@ TEST_P(FailedLine, IsFiveTimesTheLineOfTheStatementThatFailed) {
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryShape, FailedLine, testing::ValuesIn(procedures::All()),
-                         [](const auto& procedure) { return procedure.param.name; });
+                         [](const auto& procedure) {
+                           return procedure.param.name + std::to_string(procedure.index);
+                         });
 
 }  // namespace
 }  // namespace kestrel
