@@ -19,7 +19,8 @@ constexpr std::array kFurtherFiles{
     FurtherFile{"ImageProcessingCtl.Tools.cpp", 3},      FurtherFile{"ImageProcessingCtl.Selection.cpp", 4},
     FurtherFile{"ImageProcessingCtl.Operations.cpp", 5}, FurtherFile{"ImageProcessingCtl.Undo.cpp", 6},
     FurtherFile{"ImageProcessingCtl.Zoom.cpp", 7},       FurtherFile{"ImageProcessingCtl.Thumbnails.cpp", 8},
-    FurtherFile{"modTollgarthSupport.Counting.cpp", 1},  FurtherFile{"modTollgarthSupport.Format.cpp", 2},
+    FurtherFile{"ImageProcessingCtl.Properties.cpp", 9}, FurtherFile{"modTollgarthSupport.Counting.cpp", 1},
+    FurtherFile{"modTollgarthSupport.Format.cpp", 2},
 };
 
 }  // namespace

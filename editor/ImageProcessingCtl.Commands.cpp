@@ -1,0 +1,266 @@
+#include <string_view>
+
+#include "ImageProcessingCtl.h"
+#include "base/Numbers.h"
+#include "base/Required.h"
+#include "diagnostics/Trailer.h"
+#include "imaging/modImgX.h"
+
+namespace kestrel {
+namespace {
+
+/// The dispatch key: a command's key behind its three-letter prefix, in lower case.
+std::string DispatchKey(const Command& command) {
+  const std::string& name = command.Name();
+  return name.size() > 3 ? LowerCase(std::string_view(name).substr(3)) : std::string();
+}
+
+/// The commands that need a picture, in the order in which they are switched; Actual Size stands between the
+/// two lists.
+constexpr const char* kPictureCommands[] = {
+    "btnFileSave",
+    "btnFileSaveAs",
+    "btnFileExport",
+    "btnEditUndo",
+    "btnEditRedo",
+    "btnEditCopy",
+    "btnEditCut",
+    "btnEditPaste",
+    "btnEditPasteSpecial",
+    "btnImageFlip",
+    "btnImageMirror",
+    "btnRotateLeft",
+    "btnRotateRight",
+    "btnRotateFree",
+    "btnImageResizeCanvas",
+    "btnImageResize",
+    "btnImageCrop",
+    "btnImageDropShadow",
+    "btnImageShapedDropShadow",
+    "btnImageGrayScale",
+    "btnToolsFlattenAlpha",
+    "btnSelectionAll",
+    "btnSelectionNone",
+    "btnZoomIn",
+    "btnZoomOut",
+    "btnZoomBestFit",
+};
+constexpr const char* kToolCommands[] = {
+    "btnDrawSelect",    "btnDrawPan",     "btnDrawZoom",     "btnDrawLine",
+    "btnDrawRectangle", "btnDrawEllipse", "btnDrawFreehand", "btnDrawPicker",
+};
+
+}  // namespace
+
+/// What the command of a dispatch key does.
+struct ImageProcessingCtl::CommandRow {
+  std::string_view Key;
+  void (*Action)(ImageProcessingCtl& Editor, Command& Command);
+};
+
+std::span<const ImageProcessingCtl::CommandRow> ImageProcessingCtl::zCommandRows() {
+  using Editor = ImageProcessingCtl;
+  static constexpr CommandRow kRows[] = {
+      {"fileclose", [](Editor& e, Command&) { e.zRequestExit(); }},
+      {"fileexit", [](Editor& e, Command&) { e.zRequestExit(); }},
+      {"fileopen",
+       [](Editor& e, Command&) {
+         if (e.SaveChanges()) e.OpenImage();
+       }},
+      {"filesave", [](Editor& e, Command&) { e.SaveImage(); }},
+      {"filesaveas", [](Editor& e, Command&) { e.SaveImageAs(); }},
+      {"filemru", [](Editor& e, Command& c) { e.zOpenRecent(c); }},
+      {"filesimplesave", [](Editor& e, Command&) { e.zRequestSimpleSave(); }},
+      {"editundo", [](Editor& e, Command&) { e.Undo(); }},
+      {"editredo", [](Editor& e, Command&) { e.Redo(); }},
+      {"editcopy", [](Editor& e, Command&) { e.Copy(e.zUseSelection()); }},
+      {"editcut", [](Editor& e, Command&) { e.Cut(e.zUseSelection()); }},
+      {"editpaste", [](Editor& e, Command&) { e.zBeginPaste(); }},
+      {"selectionall", [](Editor& e, Command&) { e.SelectAll(); }},
+      {"selectionnone", [](Editor& e, Command&) { e.ResetSelection(); }},
+      {"drawzoom", [](Editor& e, Command&) { e.Tool(ipToolZoom); }},
+      {"drawpan", [](Editor& e, Command&) { e.Tool(ipToolPan); }},
+      {"drawselect", [](Editor& e, Command&) { e.Tool(ipToolSelect); }},
+      {"drawline", [](Editor& e, Command&) { e.Tool(ipToolLine); }},
+      {"drawrectangle", [](Editor& e, Command&) { e.Tool(ipToolRectangle); }},
+      {"drawellipse", [](Editor& e, Command&) { e.Tool(ipToolEllipse); }},
+      {"drawfreehand", [](Editor& e, Command&) { e.Tool(ipToolFreehand); }},
+      {"drawpicker", [](Editor& e, Command&) { e.Tool(ipToolDropper); }},
+      {"imagecrop", [](Editor& e, Command&) { e.zCropOrBeginCrop(); }},
+      {"imagegrayscale", [](Editor& e, Command&) { e.ApplyGrayScale(e.zHasSelection()); }},
+      {"imagemirror", [](Editor& e, Command&) { e.FlipHorizontally(e.zHasSelection()); }},
+      {"imageflip", [](Editor& e, Command&) { e.FlipVertically(e.zHasSelection()); }},
+      {"rotateright", [](Editor& e, Command&) { e.Rotate(90, ipUseDefault, e.zHasSelection()); }},
+      {"rotateleft", [](Editor& e, Command&) { e.Rotate(270, ipUseDefault, e.zHasSelection()); }},
+      {"zoomactualsize", [](Editor& e, Command&) { e.ZoomActualSize(); }},
+      {"zoomin", [](Editor& e, Command&) { e.ZoomIn(); }},
+      {"zoomout", [](Editor& e, Command&) { e.ZoomOut(); }},
+      {"viewstatusbar", [](Editor& e, Command&) { e.zToggleStatusBar(); }},
+      {"helpcontents", [](Editor& e, Command&) { e.zShowHelp(); }},
+      {"helpabout", [](Editor& e, Command&) { e.zShowAbout(); }},
+  };
+  return kRows;
+}
+
+void ImageProcessingCtl::mrgUI_CommandClick(Command& Command) {
+  std::string Key;
+  try {
+    Key = DispatchKey(Command);
+    for (const CommandRow& row : zCommandRows()) {
+      if (row.Key == Key) return row.Action(*this, Command);
+    }
+  } catch (...) {
+    QDK_TRAILER(mrgUI_CommandClick, QDK_PARAMETERS(Command), QDK_LOCALS(Key));
+  }
+}
+
+void ImageProcessingCtl::zRequestExit() {
+  try {
+    ExitRequest();
+    iTerminated = true;
+  } catch (...) {
+    QDK_TRAILER(zRequestExit, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+void ImageProcessingCtl::zOpenRecent(Command& Command) {
+  try {
+    if (!pShowMRU) {
+      iPlatform.UserInterface().MessageBox("MRU functionality is not available.", kBoxInformation);
+      return;
+    }
+    OpenImage(Command.SelectedItem().Text);
+  } catch (...) {
+    QDK_TRAILER(zOpenRecent, QDK_PARAMETERS(Command), QDK_LOCALS());
+  }
+}
+
+void ImageProcessingCtl::zRequestSimpleSave() {
+  bool Saved = false;
+  try {
+    SimpleSaveRequest(Saved);
+    if (Saved) Changed(false);
+  } catch (...) {
+    QDK_TRAILER(zRequestSimpleSave, QDK_PARAMETERS(), QDK_LOCALS(Saved));
+  }
+}
+
+void ImageProcessingCtl::zToggleStatusBar() {
+  try {
+    CommandBar& bar = CommandBars()("Status Bar");
+    bar.Visible(!bar.Visible());
+  } catch (...) {
+    QDK_TRAILER(zToggleStatusBar, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+void ImageProcessingCtl::zShowHelp() {
+  try {
+    Required(iHelp).ShowTopic("default.html", 0);
+  } catch (...) {
+    QDK_TRAILER(zShowHelp, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+void ImageProcessingCtl::zShowAbout() {
+  std::string Version;
+  try {
+    const AppInfo& app = iPlatform.App();
+    Version = "Version " + ToText(app.Major()) + "." + ToText(app.Minor()) + "." + ToText(app.Revision());
+    iPlatform.UserInterface().AboutBox(app.Title(), Version, nullptr);
+  } catch (...) {
+    QDK_TRAILER(zShowAbout, QDK_PARAMETERS(), QDK_LOCALS(Version));
+  }
+}
+
+void ImageProcessingCtl::mrgUI_CommandHighlight(Command& Command, std::int32_t HighlightState) {
+  try {
+    Status(HighlightState == kHighlightHot ? Command.Description() : iStatusText, false, false);
+  } catch (...) {
+    QDK_TRAILER(mrgUI_CommandHighlight, QDK_PARAMETERS(Command, HighlightState), QDK_LOCALS());
+  }
+}
+
+void ImageProcessingCtl::mrgUI_CommandHotKeyPress(CancelValue& CancelDefault) {
+  try {
+    if (!UserControl.UserMode()) CancelDefault.Value = true;
+  } catch (...) {
+    QDK_TRAILER(mrgUI_CommandHotKeyPress, QDK_PARAMETERS(CancelDefault.Value), QDK_LOCALS());
+  }
+}
+
+void ImageProcessingCtl::mrgUI_CommandBarHiding(CommandBar& CommandBar) { zFollowBar(CommandBar, false); }
+
+void ImageProcessingCtl::mrgUI_CommandBarShowing(CommandBar& CommandBar) { zFollowBar(CommandBar, true); }
+
+void ImageProcessingCtl::zFollowBar(CommandBar& CommandBar, bool Shown) {
+  try {
+    if (LowerCase(CommandBar.Name()) != "status bar") return;
+    mrgUI.DockFunctions().SetChecked(Commands()("btnViewStatusBar"), Shown);
+  } catch (...) {
+    QDK_TRAILER(zFollowBar, QDK_PARAMETERS(CommandBar, Shown), QDK_LOCALS());
+  }
+}
+
+void ImageProcessingCtl::mrgUI_DockWindowHiding(DockWindow& DockWindow) {
+  zFollowDockWindow(DockWindow, false);
+}
+
+void ImageProcessingCtl::mrgUI_DockWindowShowing(DockWindow& DockWindow) {
+  zFollowDockWindow(DockWindow, true);
+}
+
+void ImageProcessingCtl::zFollowDockWindow(DockWindow& DockWindow, bool Shown) {
+  std::string Key;
+  try {
+    Key = LowerCase(DockWindow.Name());
+    if (Key == "dkwmaterials") mrgUI.DockFunctions().SetChecked(Commands()("btnViewMaterialsWindow"), Shown);
+    if (Key == "dkwzoom") mrgUI.DockFunctions().SetChecked(Commands()("btnViewZoomWindow"), Shown);
+  } catch (...) {
+    QDK_TRAILER(zFollowDockWindow, QDK_PARAMETERS(DockWindow, Shown), QDK_LOCALS(Key));
+  }
+}
+
+void ImageProcessingCtl::SetControls(const bool& Enabled) {
+  try {
+    mrgUI.Redraw(false);
+    for (const char* name : kPictureCommands) Commands()(name).Enabled(Enabled);
+    // With a picture it is the zoom that decides whether this one is of use.
+    if (!Enabled) Commands()("btnZoomActualSize").Enabled(false);
+    for (const char* name : kToolCommands) Commands()(name).Enabled(Enabled);
+    mrgUI.Redraw(true);
+  } catch (...) {
+    QDK_TRAILER(SetControls, QDK_PARAMETERS(Enabled), QDK_LOCALS());
+  }
+}
+
+void ImageProcessingCtl::Status(const std::string& Message, bool ChangeCursor, bool UpdateAsDefault) {
+  try {
+    if (UpdateAsDefault) iStatusText = Message;
+    if (ChangeCursor) iPlatform.FormUtility().SetPointer(Message.empty() ? kBusyDefault : kBusyHourglass);
+    mrgUI.StatusPanel("pnlStatus").Caption(Message);
+  } catch (...) {
+    QDK_TRAILER(Status, QDK_PARAMETERS(Message, ChangeCursor, UpdateAsDefault), QDK_LOCALS());
+  }
+}
+
+void ImageProcessingCtl::SetToolbarStyle(std::int32_t Style) {
+  try {
+    mrgUI.DockFunctions().SetStyle(mrgUI, Style);
+  } catch (...) {
+    QDK_TRAILER(SetToolbarStyle, QDK_PARAMETERS(Style), QDK_LOCALS());
+  }
+}
+
+void ImageProcessingCtl::ApplyOptions() {
+  try {
+    kestrel::Options& options = Options();
+    modImgX::SetupBackground(igxImage, options.BackgroundGridSize(), options.BackgroundGridColor1(),
+                             options.BackgroundGridColor2());
+    igxImage.ImgX()->JPEGQuality(options.JPEGQuality());
+  } catch (...) {
+    QDK_TRAILER(ApplyOptions, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+}  // namespace kestrel

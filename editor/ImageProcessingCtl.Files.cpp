@@ -1,0 +1,232 @@
+#include "ImageProcessingCtl.h"
+#include "base/Numbers.h"
+#include "base/Required.h"
+#include "diagnostics/Trailer.h"
+#include "imaging/modImgX.h"
+
+namespace kestrel {
+namespace {
+
+constexpr char kOpenFilter[] =
+    "All Supported Picture (*.bmp;*.jpg;*.png;*.tif;*.pcx;*.psd;*.tga;*.wbp;*.wmf;*.emf;*.tla)|"
+    "*.jpg;*.bmp;*.png;*.gif;*.psd;*.tif;*.pcx;*.tga;*.wbmp;*.wmf;*.emf;*.tla|"
+    "Windows Bitmap (*.bmp)|*.bmp;*.dib;*.rle|"
+    "Joint Photographic Experts Group (*.jpg)|*.jpg;*.jpeg|"
+    "Portable Network Graphics (*.png)|*.png|"
+    "Graphics Interchange Format (*.gif)|*.gif|"
+    "Kodak Photo CD (*.pcd)|*.pcd|"
+    "Photoshop (*.psd)|*.psd|"
+    "Tagged Image File (*.tif)|*.tif|"
+    "ZSoft PaintBrush (*.pcx)|*.pcx|"
+    "Truevision Targa (*.tga)|*.tga|"
+    "Wireless Bitmap (*.wbmp)|*.wbmp|"
+    "Windows Meta File (*.wmf)|*.wmf|"
+    "Windows Enhanced Meta File (*.emf)|*.emf|"
+    "All Files (*.*)|*.*";
+
+constexpr char kSaveFilter[] =
+    "All Supported Pictures (*.bmp;*.jpg;*.png;*.tif;*.psd;*.pcx;*.tga)|"
+    "*.bmp;*.jpg;*.png;*.jpeg;*.tif;*.tiff;*.dib;*.rle;*.psd;*.pcx;*.tga|"
+    "Windows Bitmap (*.bmp)|*.bmp;*.dib;*.rle|"
+    "Joint Photographic Experts Group (*.jpg)|*.jpg;*.jpeg|"
+    "Portable Network Graphics (*.png)|*.png|"
+    "Graphics Interchange Format (*.gif)|*.gif|"
+    "Tagged Image File (*.tif)|*.tif|"
+    "Photoshop (*.psd)|*.psd|"
+    "ZSoft PaintBrush (*.pcx)|*.pcx|"
+    "Truevision Targa (*.tga)|*.tga|"
+    "All Files (*.*)|*.*";
+
+constexpr std::int32_t kOpenFlags = kDialogPathMustExist | kDialogFileMustExist | kDialogHideReadOnly;
+constexpr std::int32_t kSaveFlags = kDialogOverwritePrompt | kDialogHideReadOnly | kDialogPathMustExist;
+
+// Where the check box stands below the file-type row, and the space below it, in pixels.
+constexpr std::int32_t kCheckBoxIndent = 3;
+constexpr std::int32_t kCheckBoxDrop = 36;
+constexpr std::int32_t kCheckBoxMargin = 3;
+
+}  // namespace
+
+bool ImageProcessingCtl::OpenImage(std::string Filename) {
+  bool CancelDefault = false, Failed = false, Result = false;
+  try {
+    if (Filename.empty()) {
+      RequestOpenFilename(Filename, CancelDefault);
+      if (const auto sink = EventSink()) sink->RequestOpenFilename(Filename, CancelDefault);
+    }
+    if (Filename.empty() && !CancelDefault) {
+      iIsSave = false;
+      ImgXDialog& dialog = Required(pDialog);
+      dialog.Filter(kOpenFilter);
+      dialog.Flags(kOpenFlags);
+      if (dialog.ShowOpen()) Filename = dialog.Filename();
+    }
+    if (Filename.empty()) return false;
+
+    Status("Opening image...", true, false);
+    try {
+      igxImage.Document().FromFile(Filename, 0, kNoUndo);
+    } catch (const std::exception& error) {
+      iPlatform.UserInterface().MessageBox(
+          "Unable to open image \"" + Filename + "\" due to error \"" + error.what() + "\".", kBoxExclamation,
+          "Open Image");
+      Failed = true;
+    }
+    if (!Failed) {
+      ZoomActualSize();
+      mFormat = modImgX::GetSaveFormatFromFilename(Filename, iPlatform.FileHelpers());
+      pFilename = Filename;
+      Required(pMRU).AddFile(pFilename);
+      zPictureSet();
+      Result = true;
+      ImageOpen(pFilename);
+      if (const auto sink = EventSink()) sink->ImageOpen(pFilename);
+    }
+    Status("", true, false);
+  } catch (...) {
+    QDK_TRAILER(OpenImage, QDK_PARAMETERS(Filename), QDK_LOCALS(CancelDefault, Failed, Result));
+  }
+  return Result;
+}
+
+void ImageProcessingCtl::zPictureSet() {
+  try {
+    igxImage.UndoLevels(0);
+    igxImage.UndoLevels(pUndoLevels);
+    igxImage.Modified(false);
+    SetControls(true);
+    Changed(false);
+    ResetSelection();
+    PictureSet();
+  } catch (...) {
+    QDK_TRAILER(zPictureSet, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+bool ImageProcessingCtl::SaveImage() {
+  bool Result = false;
+  try {
+    Result = zSaveImage(pFilename, modImgX::kFormatNone, true);
+  } catch (...) {
+    QDK_TRAILER(SaveImage, QDK_PARAMETERS(), QDK_LOCALS(Result));
+  }
+  return Result;
+}
+
+bool ImageProcessingCtl::SaveImageAs(const std::string& Filename) {
+  bool Result = false;
+  try {
+    Result = zSaveImage(Filename, modImgX::kFormatNone, true);
+  } catch (...) {
+    QDK_TRAILER(SaveImageAs, QDK_PARAMETERS(Filename), QDK_LOCALS(Result));
+  }
+  return Result;
+}
+
+bool ImageProcessingCtl::zSaveImage(std::string Filename, std::int32_t ForcedFormat,
+                                    bool UpdateUserInterface) {
+  std::int32_t Format = 0;
+  bool CancelDefault = false, SaveThumbnail = false, Failed = false, Result = false;
+  std::string Thumbnail;
+  try {
+    Format = Required(igxImage.Image()).Format();
+    if (Filename.empty() || !modImgX::IsValidSaveFormat(Format)) {
+      RequestSaveFilename(Filename, CancelDefault);
+      if (const auto sink = EventSink()) sink->RequestSaveFilename(Filename, CancelDefault);
+      if (Filename.empty() && !CancelDefault) {
+        iIsSave = true;
+        ImgXDialog& dialog = Required(pDialog);
+        dialog.Filter(kSaveFilter);
+        dialog.Flags(kSaveFlags);
+        dialog.Filename(pFilename);
+        // From here on a name stands as it was typed, in later open dialogs too.
+        dialog.DefaultExt("");
+        if (dialog.ShowSave()) {
+          Filename = modImgX::FixDuplicateExtension(dialog.Filename());
+          SaveThumbnail = iResources && iResources->chkThumbnail().Value() == 1;
+        }
+      }
+    }
+    if (Filename.empty()) return false;
+
+    Status("Saving image...", true, false);
+    FileHelpers& files = iPlatform.FileHelpers();
+    if (ForcedFormat != modImgX::kFormatNone) {
+      Format = ForcedFormat;
+    } else if (Format == modImgX::kFormatNone) {
+      Format = modImgX::GetSaveFormatFromFilename(Filename, files);
+    }
+
+    QDK_RESUME_NEXT(igxImage.JPEGQuality(Options().JPEGQuality()));
+    try {
+      igxImage.Writer().ToFile(Filename, Format, 0, true);
+    } catch (const std::exception& error) {
+      iPlatform.UserInterface().MessageBox(
+          "Unable to save image \"" + Filename + "\" due to error \"" + error.what() + "\".", kBoxExclamation,
+          "Save Image");
+      Failed = true;
+    }
+    if (!Failed) {
+      QDK_RESUME_NEXT(Thumbnail =
+                          files.PathWithoutExtension(Filename) + "_thumb." + files.GetExtension(Filename, 0));
+      QDK_RESUME_NEXT(if (SaveThumbnail || (iPlatform.FormUtility().FileExists(Thumbnail) &&
+                                            Options().ThumbnailAutomaticUpdate()))
+                          SaveImageThumbnail(Thumbnail));
+      if (UpdateUserInterface) {
+        QDK_RESUME_NEXT(igxImage.Modified(false));
+        pFilename = Filename;
+        QDK_RESUME_NEXT(mFormat = modImgX::GetSaveFormatFromFilename(Filename, files));
+        QDK_RESUME_NEXT(Required(pMRU).AddFile(pFilename));
+        Result = true;
+        QDK_RESUME_NEXT(ImageSave(pFilename));
+        QDK_RESUME_NEXT(if (const auto sink = EventSink()) sink->ImageSave(Filename));
+      } else {
+        // A copy was saved: the picture itself still is not.
+        QDK_RESUME_NEXT(igxImage.Modified(true));
+      }
+    }
+    Status("", true, false);
+  } catch (...) {
+    QDK_TRAILER(zSaveImage, QDK_PARAMETERS(Filename, ForcedFormat, UpdateUserInterface),
+                QDK_LOCALS(Format, CancelDefault, SaveThumbnail, Failed, Result, Thumbnail));
+  }
+  return Result;
+}
+
+bool ImageProcessingCtl::SaveChanges() {
+  bool Result = false;
+  std::string Name;
+  std::int32_t Answer = 0;
+  try {
+    if (!igxImage.Modified()) return true;
+    Name = pFilename.empty() ? "Untitled" : pFilename;
+    Answer = iPlatform.UserInterface().MessageBox(
+        "Changes have been made file \"" + Name + "\".\r\rDo you want to save these changes?",
+        kBoxYesNoCancel + kBoxQuestion, "Save Changes");
+    if (Answer == kAnswerYes) Result = SaveImage();
+    if (Answer == kAnswerNo) Result = true;
+  } catch (...) {
+    QDK_TRAILER(SaveChanges, QDK_PARAMETERS(), QDK_LOCALS(Result, Name, Answer));
+  }
+  return Result;
+}
+
+void ImageProcessingCtl::pDialog_InitDialog(std::int32_t& DialogWidth, std::int32_t& DialogHeight) {
+  std::int32_t Left = 0, Top = 0, Width = 0, Height = 0;
+  try {
+    if (!iIsSave) return;
+    if (!iResources) iResources = std::make_unique<frmResources>(iPlatform);
+    CheckBox& chkThumbnail = iResources->chkThumbnail();
+    chkThumbnail.Value(Options().ThumbnailAutoCheck() ? 1 : 0);
+    pDialog->GetControlRect(kDialogFileTypeLabel, Left, Top, Width, Height);
+    pDialog->MoveControl(chkThumbnail.hWnd(), Left + kCheckBoxIndent, Top + Height + kCheckBoxDrop);
+    const double heightInPixels =
+        static_cast<double>(chkThumbnail.Height()) / iPlatform.Screen().TwipsPerPixelY();
+    DialogHeight = ToInt32(DialogHeight + heightInPixels + kCheckBoxMargin);
+  } catch (...) {
+    QDK_TRAILER(pDialog_InitDialog, QDK_PARAMETERS(DialogWidth, DialogHeight),
+                QDK_LOCALS(Left, Top, Width, Height));
+  }
+}
+
+}  // namespace kestrel

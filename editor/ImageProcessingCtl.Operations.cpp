@@ -1,0 +1,117 @@
+#include "ImageProcessingCtl.h"
+#include "base/Numbers.h"
+#include "base/Required.h"
+#include "imaging/modImgX.h"
+
+// The operations let the engine's errors out: whoever calls them wants to tell the user, or a host, in its
+// own words.
+
+namespace kestrel {
+
+ImagingFace& ImageProcessingCtl::zBeginOperation(bool OnSection) {
+  if (!OnSection) return igxImage;
+  modImgX::CreateSection(igxImage, Required(pImage));
+  return *pImage;
+}
+
+void ImageProcessingCtl::zEndOperation(bool OnSection) {
+  if (OnSection) modImgX::ApplySection(*pImage, igxImage);
+}
+
+void ImageProcessingCtl::Resize(std::int32_t Width, std::int32_t Height, std::int32_t ResampleMethod) {
+  igxImage.Effects().Resize(Width, Height, ResampleMethod, "");
+}
+
+void ImageProcessingCtl::ResizeCanvas(std::int32_t Width, std::int32_t Height, std::int32_t OffsetX,
+                                      std::int32_t OffsetY, OLE_COLOR BackColor) {
+  if (BackColor == ipUseDefault) BackColor = Options().ResizeCanvasColor();
+  igxImage.Effects().ResizeCanvas(Width, Height, igxImage.Colors().Create(BackColor, 255), OffsetX, OffsetY,
+                                  "");
+}
+
+void ImageProcessingCtl::Rotate(float Angle, OLE_COLOR BackColor, bool ApplyToSelection) {
+  if (BackColor == ipUseDefault) {
+    BackColor = Options().MaterialBackColor();
+    // Wherever a background material is set it is the foreground one that fills the corners.
+    if (BackColor != kNoColor) BackColor = Options().MaterialForeColor();
+  }
+  const bool onSection = ApplyToSelection && zHasSelection();
+  const Colour corners = igxImage.Colors().Create(BackColor, 255);
+  zBeginOperation(onSection).Effects().Rotate(Angle, &corners, 0, "");
+  zEndOperation(onSection);
+}
+
+void ImageProcessingCtl::FlipHorizontally(bool ApplyToSelection) {
+  zFlip(kFlipLeftToRight, ApplyToSelection);
+}
+
+void ImageProcessingCtl::FlipVertically(bool ApplyToSelection) { zFlip(kFlipTopToBottom, ApplyToSelection); }
+
+void ImageProcessingCtl::zFlip(std::int32_t Direction, bool ApplyToSelection) {
+  const bool onSection = ApplyToSelection && zHasSelection();
+  zBeginOperation(onSection).Effects().Flip(Direction, "");
+  zEndOperation(onSection);
+}
+
+void ImageProcessingCtl::ApplyGrayScale(bool ApplyToSelection) {
+  const bool onSection = ApplyToSelection && zHasSelection();
+  if (onSection) modImgX::CreateSection(igxImage, Required(pImage));
+  modImgX::ApplyPalette(onSection ? *pImage : *igxImage.ImgX(), kPaletteGrayScale);
+  zEndOperation(onSection);
+}
+
+void ImageProcessingCtl::FlattenAlpha(OLE_COLOR Color) {
+  if (Color == ipUseDefault) Color = Options().FlattenAlphaColor();
+  igxImage.Alpha().Flatten(igxImage.Colors().Create(Color, 255), "");
+}
+
+void ImageProcessingCtl::zTakeShadowDefaults(ShadowArguments& Shadow) {
+  kestrel::Options& options = Options();
+  if (Shadow.OffsetX == ipUseDefault) Shadow.OffsetX = options.DropShadowHorizontalOffset();
+  if (Shadow.OffsetY == ipUseDefault) Shadow.OffsetY = options.DropShadowVerticalOffset();
+  if (Shadow.Color == ipUseDefault) Shadow.Color = options.DropShadowColor();
+  if (Shadow.Opacity == ipUseDefault) Shadow.Opacity = options.DropShadowOpacity();
+  if (Shadow.BlurLevel == ipUseDefault) Shadow.BlurLevel = options.DropShadowBlur();
+}
+
+void ImageProcessingCtl::zDropShadow(ImagingFace& Target, const Colors& Palette,
+                                     const ShadowArguments& Shadow, const std::string& UndoName) {
+  const Colour color = Palette.Create(Shadow.Color, ToByte(Shadow.Opacity));
+  Target.Effects().DropShadow(Shadow.OffsetX, Shadow.OffsetY, color, Shadow.BlurLevel, true, UndoName);
+}
+
+void ImageProcessingCtl::ApplyDropShadow(std::int32_t OffsetX, std::int32_t OffsetY, OLE_COLOR ShadowColor,
+                                         std::int32_t Opactity, std::int32_t BlurLevel,
+                                         bool ApplyToSelection) {
+  ShadowArguments shadow{OffsetX, OffsetY, ShadowColor, Opactity, BlurLevel};
+  zTakeShadowDefaults(shadow);
+  const bool onSection = ApplyToSelection && zHasSelection();
+  zDropShadow(zBeginOperation(onSection), igxImage.Colors(), shadow, "");
+  zEndOperation(onSection);
+}
+
+void ImageProcessingCtl::ApplyMaskedDropShadow(std::int32_t OffsetX, std::int32_t OffsetY,
+                                               OLE_COLOR ShadowColor, std::int32_t Opactity,
+                                               std::int32_t BlurLevel, OLE_COLOR MaskColor,
+                                               bool AutomaticMask, bool /*ApplyToSelection*/) {
+  constexpr double kMaskTolerance = 1.0;
+  ShadowArguments shadow{OffsetX, OffsetY, ShadowColor, Opactity, BlurLevel};
+  zTakeShadowDefaults(shadow);
+  if (MaskColor == ipUseDefault) MaskColor = Options().DropShadowMaskColor();
+
+  igxImage.CreateUndoPoint("Contoured Drop Shadow");
+  // Any valid selection is used, whatever the caller asked for.
+  const bool onSection = zHasSelection();
+  if (AutomaticMask) {
+    const Point corner = onSection ? Point{igxImage.SelectionLeft(), igxImage.SelectionTop()} : Point{0, 0};
+    MaskColor = Required(igxImage.Image()).GetPixel(corner.X, corner.Y).Value();
+  }
+  ImagingFace& target = zBeginOperation(onSection);
+  const Colour from = target.Colors().Create(MaskColor, 255);
+  const Colour to = target.Colors().Create(0, 0);
+  target.Effects().ReplaceColor(from, to, kMaskTolerance, 0, kNoUndo);
+  zDropShadow(target, igxImage.Colors(), shadow, kNoUndo);
+  zEndOperation(onSection);
+}
+
+}  // namespace kestrel

@@ -1,0 +1,225 @@
+#include "ImageProcessingCtl.h"
+#include "base/Arithmetic.h"
+#include "base/Numbers.h"
+#include "base/Required.h"
+#include "diagnostics/Trailer.h"
+#include "imaging/contract/Clipboard.h"
+#include "imaging/modImgX.h"
+
+namespace kestrel {
+
+bool ImageProcessingCtl::zHasSelection() const { return modImgX::ValidSelection(&igxImage); }
+
+bool ImageProcessingCtl::zUseSelection() const { return pTool == ipToolSelect && zHasSelection(); }
+
+// -- The rectangle ----------------------------------------------------------------------------------------
+
+void ImageProcessingCtl::SetSelection(std::int32_t Left, std::int32_t Top, std::int32_t Width,
+                                      std::int32_t Height) {
+  try {
+    Tool(ipToolSelect);
+    igxImage.SetSelectionRect(Left, Top, Width, Height);
+    igxImage.SelectionVisible(true);
+  } catch (...) {
+    QDK_TRAILER(SetSelection, QDK_PARAMETERS(Left, Top, Width, Height), QDK_LOCALS());
+  }
+}
+
+void ImageProcessingCtl::SelectAll() {
+  try {
+    Tool(ipToolSelect);
+    const kestrel::Image& picture = Required(igxImage.Image());
+    SetSelection(0, 0, picture.Width(), picture.Height());
+  } catch (...) {
+    QDK_TRAILER(SelectAll, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+void ImageProcessingCtl::ResetSelection() {
+  try {
+    igxImage.SelectionHeight(0);
+    igxImage.SelectionWidth(0);
+    igxImage.SelectionVisible(false);
+    const kestrel::Image* picture = igxImage.Image();
+    mrgUI.StatusPanel("pnlSize").Caption(
+        picture == nullptr ? " " : ToText(picture->Width()) + ", " + ToText(picture->Height()));
+  } catch (...) {
+    QDK_TRAILER(ResetSelection, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+// -- Copy and cut -----------------------------------------------------------------------------------------
+
+void ImageProcessingCtl::zCopySection() {
+  kestrel::ImgX& scratch = Required(pImage);
+  scratch.Document().CopyFrom(*igxImage.ImgX(), 0, "");
+  scratch.Effects().Crop(igxImage.SelectionLeft(), igxImage.SelectionTop(), igxImage.SelectionWidth(),
+                         igxImage.SelectionHeight(), "");
+  scratch.Writer().ToClipboard();
+}
+
+void ImageProcessingCtl::Copy(bool UseSelection) {
+  try {
+    if (UseSelection && zHasSelection()) {
+      zCopySection();
+    } else {
+      igxImage.Writer().ToClipboard();
+    }
+  } catch (...) {
+    QDK_TRAILER(Copy, QDK_PARAMETERS(UseSelection), QDK_LOCALS());
+  }
+}
+
+void ImageProcessingCtl::Cut(bool UseSelection) {
+  Point StartPoint, EndPoint;
+  try {
+    if (UseSelection && zHasSelection()) {
+      zCopySection();
+      StartPoint = {igxImage.SelectionLeft(), igxImage.SelectionTop()};
+      EndPoint = {CheckedAdd(igxImage.SelectionLeft(), igxImage.SelectionWidth()),
+                  CheckedAdd(igxImage.SelectionTop(), igxImage.SelectionHeight())};
+      ResetSelection();
+    } else {
+      igxImage.Writer().ToClipboard();
+      // The view's own size, not the picture's.
+      EndPoint = {igxImage.Width(), igxImage.Height()};
+    }
+    // The fill mode stays, whatever the background colour says.
+    igxImage.Draw().FillMode(kFillSolid);
+    igxImage.Draw().Rectangle(StartPoint, EndPoint, 0, 0, "Cut");
+  } catch (...) {
+    QDK_TRAILER(Cut, QDK_PARAMETERS(UseSelection), QDK_LOCALS(StartPoint, EndPoint));
+  }
+}
+
+// -- Paste ------------------------------------------------------------------------------------------------
+
+void ImageProcessingCtl::zBeginPaste() {
+  try {
+    if (!iPlatform.Clipboard().GetFormat(kClipboardBitmap)) {
+      iPlatform.UserInterface().MessageBox("Nothing to paste.", kBoxExclamation, "Paste");
+      return;
+    }
+    kestrel::ImgX& scratch = Required(pImage);
+    scratch.Document().Paste("");
+    Tool(ipToolSelect);
+    iPasting = true;
+    Status("Please select where to paste the image, or press Escape to cancel", false, true);
+    mrgUI.DockFunctions().SetChecked(Commands()("btnEditPaste"), true);
+    const kestrel::Image& source = Required(scratch.Image());
+    igxImage.SetSelectionRect(igxImage.ScrollLeft(), igxImage.ScrollTop(), source.Width(), source.Height());
+    igxImage.SelectionVisible(true);
+    igxImage.Refresh();
+  } catch (...) {
+    QDK_TRAILER(zBeginPaste, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+void ImageProcessingCtl::zFollowPaste() {
+  const kestrel::Image& source = Required(Required(pImage).Image());
+  // The floating image can be moved, not resized.
+  igxImage.SelectionWidth(source.Width());
+  igxImage.SelectionHeight(source.Height());
+  iPasteX = igxImage.SelectionLeft();
+  iPasteY = igxImage.SelectionTop();
+  igxImage.Refresh();
+}
+
+void ImageProcessingCtl::igxImage_DoubleBufferPaintAfter(DeviceContext& hDC) {
+  try {
+    if (!iPasting) return;
+    Required(pImage).Surface().DrawTo(hDC, igxImage.SelectionLeft() - igxImage.ScrollLeft() + 1,
+                                      igxImage.SelectionTop() - igxImage.ScrollTop() + 1, kSourceCopy);
+  } catch (...) {
+    QDK_TRAILER(igxImage_DoubleBufferPaintAfter, QDK_PARAMETERS(hDC), QDK_LOCALS());
+  }
+}
+
+void ImageProcessingCtl::Paste() {
+  Colour MaskColor;
+  try {
+    if (!iPasting) return;
+    iPasting = false;
+    if (iTransparentPaste) MaskColor = igxImage.Colors().Create(Options().PasteSpecialMaskColor(), 255);
+    igxImage.Draw().Image(Required(Required(pImage).Image()), iPasteX, iPasteY,
+                          iTransparentPaste ? &MaskColor : nullptr, 1.0F, true, "Paste");
+    zCancelPaste();
+  } catch (...) {
+    QDK_TRAILER(Paste, QDK_PARAMETERS(), QDK_LOCALS(MaskColor));
+  }
+}
+
+void ImageProcessingCtl::zCancelPaste() {
+  try {
+    iPasting = false;
+    iTransparentPaste = false;
+    mrgUI.DockFunctions().SetChecked(Commands()("btnEditPaste"), false);
+    Status("", true, true);
+    ResetSelection();
+    igxImage.Refresh();
+  } catch (...) {
+    QDK_TRAILER(zCancelPaste, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+// -- Crop -------------------------------------------------------------------------------------------------
+
+void ImageProcessingCtl::CropToSelection() {
+  std::int32_t left = igxImage.SelectionLeft();
+  std::int32_t top = igxImage.SelectionTop();
+  std::int32_t width = igxImage.SelectionWidth();
+  std::int32_t height = igxImage.SelectionHeight();
+  if (width < 0) {
+    left = CheckedAdd(left, width);
+    width = CheckedNegate(width);
+  }
+  if (height < 0) {
+    top = CheckedAdd(top, height);
+    height = CheckedNegate(height);
+  }
+  igxImage.Effects().Crop(left, top, width, height, "");
+  ResetSelection();
+}
+
+void ImageProcessingCtl::zCropOrTell() {
+  try {
+    CropToSelection();
+  } catch (const std::exception& error) {
+    iPlatform.UserInterface().MessageBox(std::string("Failed to crop image: ") + error.what(),
+                                         kBoxExclamation, "Crop");
+  }
+}
+
+void ImageProcessingCtl::zCropOrBeginCrop() {
+  try {
+    if (zHasSelection()) return zCropOrTell();
+    Tool(ipToolSelect);
+    iCropping = true;
+    Status("Please select the region to crop the image to, or press Escape to cancel", false, true);
+    mrgUI.DockFunctions().SetChecked(Commands()("btnImageCrop"), true);
+  } catch (...) {
+    QDK_TRAILER(zCropOrBeginCrop, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+void ImageProcessingCtl::zCancelCrop() {
+  try {
+    iCropping = false;
+    mrgUI.DockFunctions().SetChecked(Commands()("btnImageCrop"), false);
+    Status("", true, true);
+    ResetSelection();
+  } catch (...) {
+    QDK_TRAILER(zCancelCrop, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+void ImageProcessingCtl::Cancel() {
+  try {
+    if (iCropping) zCancelCrop();
+    if (iPasting) zCancelPaste();
+  } catch (...) {
+    QDK_TRAILER(Cancel, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+}  // namespace kestrel

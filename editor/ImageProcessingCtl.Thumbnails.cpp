@@ -1,0 +1,59 @@
+#include "ImageProcessingCtl.h"
+#include "base/Numbers.h"
+#include "base/Required.h"
+#include "imaging/modImgX.h"
+
+// Thumbnails are made in the scratch object, so that the picture and its undo steps are never touched. Engine
+// errors go to the caller.
+
+namespace kestrel {
+
+PicturePtr ImageProcessingCtl::GetThumbnail(std::int32_t Size, OLE_COLOR BackColor, bool AddDropShadow,
+                                            std::int32_t OffsetX, std::int32_t OffsetY, OLE_COLOR ShadowColor,
+                                            std::int32_t Opacity, std::int32_t BlurLevel) {
+  ThumbnailSizeTypeEnum sizeType = tstPercentage;
+  return GetThumbnailEx(sizeType, Size, BackColor, AddDropShadow, OffsetX, OffsetY, ShadowColor, Opacity,
+                        BlurLevel);
+}
+
+PicturePtr ImageProcessingCtl::GetThumbnailEx(ThumbnailSizeTypeEnum& SizeType, std::int32_t Size,
+                                              OLE_COLOR BackColor, bool AddDropShadow, std::int32_t OffsetX,
+                                              std::int32_t OffsetY, OLE_COLOR ShadowColor,
+                                              std::int32_t Opactity, std::int32_t BlurLevel) {
+  ShadowArguments shadow{OffsetX, OffsetY, ShadowColor, Opactity, BlurLevel};
+  zTakeShadowDefaults(shadow);
+  if (BackColor == ipUseDefault) BackColor = Options().ThumbnailBackgroundColor();
+  if (Size == ipUseDefault) Size = Options().ThumbnailSize();
+
+  kestrel::ImgX& scratch = Required(pImage);
+  scratch.Document().CopyFrom(*igxImage.ImgX(), 0, "");
+  std::int32_t width = Size;
+  if (SizeType == tstPercentage) width = IntPart(Required(scratch.Image()).Width() / 100.0 * Size);
+  // Shrunk first: the shadow's offset and blur are in pixels of the thumbnail.
+  scratch.Effects().Resize(width, 0, kResampleLanczos, "");
+  if (AddDropShadow) zDropShadow(scratch, scratch.Colors(), shadow, "");
+  scratch.Alpha().Flatten(scratch.Colors().Create(BackColor, 255), "");
+  return scratch.Writer().ToPicture();
+}
+
+bool ImageProcessingCtl::SaveImageThumbnail(std::string Filename) {
+  bool Result = false;
+  FileHelpers& files = iPlatform.FileHelpers();
+  const bool exists = iPlatform.FormUtility().FileExists(Filename);
+  Status(exists ? "Updating thumbnail..." : "Saving thumbnail...", true, false);
+  if (Filename.empty()) {
+    Filename = files.PathWithoutExtension(Filename) + "_thumb." + files.GetExtension(Filename, 0);
+  }
+  const PicturePtr thumbnail = GetThumbnail(ipUseDefault, ipUseDefault, Options().ThumbnailAddDropShadow());
+  try {
+    Result = modImgX::SavePictureToFile(*iPlatform.CreateImgX(), *thumbnail, Filename,
+                                        modImgX::GetSaveFormatFromFilename(Filename, files),
+                                        Options().JPEGQuality());
+  } catch (const RuntimeError&) {
+    Result = false;
+  }
+  Status("", true, false);
+  return Result;
+}
+
+}  // namespace kestrel

@@ -1,0 +1,185 @@
+#include "ImageProcessingCtl.h"
+#include "base/Numbers.h"
+#include "base/Required.h"
+#include "diagnostics/Trailer.h"
+#include "imaging/modImgX.h"
+
+namespace kestrel {
+namespace {
+
+/// All that is to be known of a tool: its button, and what the view is told of it.
+struct ToolRow {
+  ImageProcessingToolConstants Tool;
+  const char* Button;
+  std::int32_t ViewTool;
+  std::int32_t MousePointer;
+};
+
+/// In the order in which the buttons are switched. The zoom tool and the dropper leave the view without a
+/// mouse tool of its own: their clicks are the editor's.
+constexpr ToolRow kTools[] = {
+    {ipToolPan, "btnDrawPan", kViewToolPan, kPointerDefault},
+    {ipToolSelect, "btnDrawSelect", kViewToolSelect, kPointerDefault},
+    {ipToolLine, "btnDrawLine", kViewToolLine, kPointerDefault},
+    {ipToolRectangle, "btnDrawRectangle", kViewToolRectangle, kPointerDefault},
+    {ipToolEllipse, "btnDrawEllipse", kViewToolEllipse, kPointerDefault},
+    {ipToolFreehand, "btnDrawFreehand", kViewToolFreehand, kPointerDefault},
+    {ipToolZoom, "btnDrawZoom", kViewToolNone, kPointerCustom},
+    {ipToolDropper, "btnDrawPicker", kViewToolNone, kPointerDefault},
+};
+constexpr ToolRow kNoTool = {ipToolNone, nullptr, kViewToolNone, kPointerDefault};
+
+const ToolRow& RowOf(ImageProcessingToolConstants tool) {
+  for (const ToolRow& row : kTools) {
+    if (row.Tool == tool) return row;
+  }
+  return kNoTool;
+}
+
+std::string Pair(std::int32_t first, std::int32_t second) { return ToText(first) + ", " + ToText(second); }
+
+}  // namespace
+
+void ImageProcessingCtl::zConnectPointer() {
+  const auto keep = [this](Connection connection) { iConnections.push_back(std::move(connection)); };
+  using Int = std::int32_t;
+
+  keep(
+      igxImage.MouseDown.Connect([this](Int b, Int s, float x, float y) { igxImage_MouseDown(b, s, x, y); }));
+  keep(
+      igxImage.MouseMove.Connect([this](Int b, Int s, float x, float y) { igxImage_MouseMove(b, s, x, y); }));
+  keep(igxImage.MouseMovePixel.Connect(
+      [this](Int b, Int s, Int x, Int y) { igxImage_MouseMovePixel(b, s, x, y); }));
+  keep(igxImage.MouseUp.Connect([this](Int b, Int s, float x, float y) { igxImage_MouseUp(b, s, x, y); }));
+  keep(igxImage.Click.Connect([this] { igxImage_Click(); }));
+  keep(igxImage.SelectChanged.Connect(
+      [this](Int l, Int t, Int w, Int h) { igxImage_SelectChanged(l, t, w, h); }));
+  keep(igxImage.Selected.Connect([this](Int l, Int t, Int w, Int h) { igxImage_Selected(l, t, w, h); }));
+  keep(igxImage.DoubleBufferPaintAfter.Connect(
+      [this](DeviceContext& hDC) { igxImage_DoubleBufferPaintAfter(hDC); }));
+}
+
+void ImageProcessingCtl::Tool(ImageProcessingToolConstants Value) {
+  try {
+    if (Value == pTool) return;
+    pTool = Value;
+    CommandBars()("Zoom").Visible(Value == ipToolZoom);
+    for (const ToolRow& row : kTools) {
+      mrgUI.DockFunctions().SetChecked(Commands()(row.Button), row.Tool == Value);
+    }
+    igxImage.Tool(RowOf(Value).ViewTool);
+    igxImage.MousePointer(RowOf(Value).MousePointer);
+    ResetSelection();
+    ToolChange(pTool);
+  } catch (...) {
+    QDK_TRAILER(Tool, QDK_PARAMETERS(Value), QDK_LOCALS());
+  }
+}
+
+Point ImageProcessingCtl::zPixelAt(float X, float Y) {
+  return {ToInt32(static_cast<double>(X)) + igxImage.ScrollLeft() - 1,
+          ToInt32(static_cast<double>(Y)) + igxImage.ScrollTop() - 1};
+}
+
+bool ImageProcessingCtl::zInImageRegion(float X, float Y) {
+  return modImgX::InImageRegion(igxImage, ToInt32(static_cast<double>(X)), ToInt32(static_cast<double>(Y)));
+}
+
+bool ImageProcessingCtl::zOutsideSelection(const Point& Pixel) const {
+  const std::int64_t left = igxImage.SelectionLeft();
+  const std::int64_t top = igxImage.SelectionTop();
+  return Pixel.X > left + igxImage.SelectionWidth() || Pixel.Y > top + igxImage.SelectionHeight() ||
+         Pixel.Y < top || Pixel.X < left;
+}
+
+void ImageProcessingCtl::igxImage_MouseDown(std::int32_t Button, std::int32_t Shift, float X, float Y) {
+  Point Pixel;
+  try {
+    if (igxImage.Image() == nullptr) return;
+    Pixel = zPixelAt(X, Y);
+    if (iPasting && zOutsideSelection(Pixel)) Paste();
+  } catch (...) {
+    QDK_TRAILER(igxImage_MouseDown, QDK_PARAMETERS(Button, Shift, X, Y), QDK_LOCALS(Pixel));
+  }
+}
+
+void ImageProcessingCtl::igxImage_MouseMove(std::int32_t Button, std::int32_t Shift, float X, float Y) {
+  try {
+    if (!zInImageRegion(X, Y)) mrgUI.StatusPanel("pnlPosition").Caption(" ");
+  } catch (...) {
+    QDK_TRAILER(igxImage_MouseMove, QDK_PARAMETERS(Button, Shift, X, Y), QDK_LOCALS());
+  }
+}
+
+void ImageProcessingCtl::igxImage_MouseMovePixel(std::int32_t Button, std::int32_t Shift, std::int32_t PixelX,
+                                                 std::int32_t PixelY) {
+  try {
+    mrgUI.StatusPanel("pnlPosition").Caption(Pair(PixelX, PixelY));
+  } catch (...) {
+    QDK_TRAILER(igxImage_MouseMovePixel, QDK_PARAMETERS(Button, Shift, PixelX, PixelY), QDK_LOCALS());
+  }
+}
+
+void ImageProcessingCtl::igxImage_MouseUp(std::int32_t Button, std::int32_t Shift, float X, float Y) {
+  Point Pixel;
+  OLE_COLOR Color = 0;
+  try {
+    iLastButton = static_cast<std::int16_t>(Button);
+    Pixel = zPixelAt(X, Y);
+    if (!zInImageRegion(X, Y)) return;
+    if (pTool == ipToolDropper) {
+      Color = Required(igxImage.Image()).GetPixel(Pixel.X, Pixel.Y).Value();
+      if (Button == kRightButton) {
+        BackColor(Color);
+      } else {
+        ForeColor(Color);
+      }
+    }
+    if (Button == kRightButton) {
+      const bool inSelection = modImgX::InImageSelection(igxImage, ToInt32(static_cast<double>(X)),
+                                                         ToInt32(static_cast<double>(Y)), false);
+      mrgUI.ShowPopup(Commands()(inSelection ? "mnuSelectionContext" : "mnuImageContext"));
+    }
+  } catch (...) {
+    QDK_TRAILER(igxImage_MouseUp, QDK_PARAMETERS(Button, Shift, X, Y), QDK_LOCALS(Pixel, Color));
+  }
+}
+
+void ImageProcessingCtl::igxImage_Click() {
+  try {
+    if (!igxImage.SelectionVisible()) ResetSelection();
+    if (pTool != ipToolZoom || iLastButton != kLeftButton) return;
+    if (iPlatform.FormUtility().IsModifierDown()) {
+      ZoomOut();
+    } else {
+      ZoomIn();
+    }
+  } catch (...) {
+    QDK_TRAILER(igxImage_Click, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+void ImageProcessingCtl::igxImage_SelectChanged(std::int32_t Left, std::int32_t Top, std::int32_t Width,
+                                                std::int32_t Height) {
+  try {
+    mrgUI.StatusPanel("pnlSize").Caption(Pair(Width, Height));
+  } catch (...) {
+    QDK_TRAILER(igxImage_SelectChanged, QDK_PARAMETERS(Left, Top, Width, Height), QDK_LOCALS());
+  }
+}
+
+void ImageProcessingCtl::igxImage_Selected(std::int32_t Left, std::int32_t Top, std::int32_t Width,
+                                           std::int32_t Height) {
+  try {
+    mrgUI.StatusPanel("pnlSize").Caption(Pair(Width, Height));
+    if (iCropping) {
+      zCropOrTell();
+      zCancelCrop();
+    }
+    if (iPasting) zFollowPaste();
+  } catch (...) {
+    QDK_TRAILER(igxImage_Selected, QDK_PARAMETERS(Left, Top, Width, Height), QDK_LOCALS());
+  }
+}
+
+}  // namespace kestrel

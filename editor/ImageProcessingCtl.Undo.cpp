@@ -1,0 +1,68 @@
+#include "ImageProcessingCtl.h"
+#include "diagnostics/Trailer.h"
+
+namespace kestrel {
+namespace {
+
+std::string StepCaption(const std::string& verb, const std::string& name) {
+  return name.empty() ? verb : verb + " " + name;
+}
+
+}  // namespace
+
+void ImageProcessingCtl::Undo() {
+  try {
+    igxImage.Undo();
+  } catch (...) {
+    QDK_TRAILER(Undo, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+void ImageProcessingCtl::Redo() {
+  try {
+    igxImage.Redo();
+  } catch (...) {
+    QDK_TRAILER(Redo, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+void ImageProcessingCtl::igxImage_Changed() {
+  std::string Caption;
+  try {
+    const auto label = [&](const char* key) {
+      Command& command = Commands()(key);
+      command.Caption("&" + Caption);
+      command.ToolTip(Caption);
+    };
+    Caption = StepCaption("Undo", igxImage.UndoName());
+    label("btnEditUndo");
+    Caption = StepCaption("Redo", igxImage.RedoName());
+    label("btnEditRedo");
+    Changed(true);
+  } catch (...) {
+    QDK_TRAILER(igxImage_Changed, QDK_PARAMETERS(), QDK_LOCALS(Caption));
+  }
+}
+
+void ImageProcessingCtl::Changed(bool Value) {
+  try {
+    if (Value == pChanged) return;
+    pChanged = Value;
+    if (Value) Change();
+  } catch (...) {
+    QDK_TRAILER(Changed, QDK_PARAMETERS(Value), QDK_LOCALS());
+  }
+}
+
+void ImageProcessingCtl::UndoLevels(std::int32_t Value) {
+  try {
+    if (Value == pUndoLevels) return;
+    pUndoLevels = Value;
+    UserControl.PropertyChanged("UndoLevels");
+    igxImage.UndoLevels(Value);
+  } catch (...) {
+    QDK_TRAILER(UndoLevels, QDK_PARAMETERS(Value), QDK_LOCALS());
+  }
+}
+
+}  // namespace kestrel

@@ -1,0 +1,294 @@
+#include "ImageProcessingCtl.h"
+
+#include <utility>
+
+#include "base/Numbers.h"
+#include "diagnostics/Trailer.h"
+#include "imaging/modImgX.h"
+#include "settings/modProcessing.h"
+
+namespace kestrel {
+namespace {
+
+constexpr char kRootKey[] = "Software\\Brindlewick\\Common\\ImageProcessing";
+constexpr char kHelpFile[] = "BrindleImgPro.chm";
+constexpr std::int32_t kZoomEntries = 25;
+constexpr std::int32_t kKeyEscape = 27;
+
+}  // namespace
+
+/// A property that the host's bag keeps.
+struct ImageProcessingCtl::StoredProperty {
+  const char* Name;
+  bool ImageProcessingCtl::*Field;
+  bool Default;
+};
+
+std::span<const ImageProcessingCtl::StoredProperty> ImageProcessingCtl::zStoredProperties() {
+  static constexpr StoredProperty kProperties[] = {
+      {"AllowUnmodifiedHotKeys", &ImageProcessingCtl::pAllowUnmodifiedHotKeys, false},
+      {"UseSimpleTools", &ImageProcessingCtl::pUseSimpleTools, false},
+      {"ShowDrawingTools", &ImageProcessingCtl::pShowDrawingTools, true},
+      {"UseSimpleSave", &ImageProcessingCtl::pUseSimpleSave, false},
+      {"ShowClose", &ImageProcessingCtl::pShowClose, false},
+      {"AutoUpdateGlobal", &ImageProcessingCtl::pAutoUpdateGlobal, false},
+      {"ShowMRU", &ImageProcessingCtl::pShowMRU, true},
+      {"ShowOpen", &ImageProcessingCtl::pShowOpen, true},
+      {"ShowMenuBar", &ImageProcessingCtl::pShowMenuBar, false},
+  };
+  return kProperties;
+}
+
+// -- Creation ---------------------------------------------------------------------------------------------
+
+ImageProcessingCtl::ImageProcessingCtl(Platform& platform, Site& site)
+    : iCount(modTollgarthSupport::Counted::kImageProcessingCtl),
+      iPlatform(platform),
+      UserControl(site),
+      igxImage(Bind<ImageView>(site, "igxImage")),
+      mrgUI(Bind<Moorage>(site, "mrgUI")) {
+  zConnect();
+  Usercontrol_Initialize();
+}
+
+ImageProcessingCtl::~ImageProcessingCtl() { Terminate(); }
+
+void ImageProcessingCtl::Usercontrol_Initialize() {
+  std::int32_t Entry = 0;
+  try {
+    iPlatform.RegistryStore().RootKey(kRootKey);
+    iPlatform.RegistryStore().RootHive(HKEY_CURRENT_USER);
+    CommandBars()("Menu Bar").Visible(false);
+    SetControls(false);
+    CommandItems& zoomEntries = Commands()("cboZoom").Items();
+    for (Entry = 1; Entry <= kZoomEntries; ++Entry) zoomEntries.Add(ToText(Entry) + ":1", ToText(Entry));
+    QDK_RESUME_NEXT(iPlatform.FormSkin().ApplyToForm(UserControl, -1, -1));
+  } catch (...) {
+    QDK_TRAILER(Usercontrol_Initialize, QDK_PARAMETERS(), QDK_LOCALS(Entry));
+  }
+}
+
+void ImageProcessingCtl::zConnect() {
+  const auto keep = [this](Connection connection) { iConnections.push_back(std::move(connection)); };
+
+  keep(UserControl.InitProperties.Connect([this] { UserControl_InitProperties(); }));
+  keep(UserControl.ReadProperties.Connect(
+      [this](const PropertyBag& bag) { UserControl_ReadProperties(bag); }));
+  keep(UserControl.WriteProperties.Connect([this](PropertyBag& bag) { UserControl_WriteProperties(bag); }));
+  keep(UserControl.Resize.Connect([this] { UserControl_Resize(); }));
+  keep(UserControl.Hide.Connect([this] { UserControl_Hide(); }));
+  keep(UserControl.KeyPress.Connect([this](std::int32_t key) { UserControl_KeyPress(key); }));
+
+  keep(mrgUI.CommandClick.Connect([this](Command& command) { mrgUI_CommandClick(command); }));
+  keep(mrgUI.CommandChange.Connect(
+      [this](Command& command, Combo& combo, CancelValue&) { mrgUI_CommandChange(command, combo); }));
+  keep(mrgUI.CommandHighlight.Connect(
+      [this](Command& command, std::int32_t state) { mrgUI_CommandHighlight(command, state); }));
+  keep(mrgUI.CommandHotKeyPress.Connect(
+      [this](Command&, HotKey&, CancelValue& cancel) { mrgUI_CommandHotKeyPress(cancel); }));
+  keep(mrgUI.CommandBarHiding.Connect(
+      [this](CommandBar& bar, std::int32_t, CancelValue&) { mrgUI_CommandBarHiding(bar); }));
+  keep(mrgUI.CommandBarShowing.Connect(
+      [this](CommandBar& bar, std::int32_t, CancelValue&) { mrgUI_CommandBarShowing(bar); }));
+  keep(mrgUI.DockWindowHiding.Connect(
+      [this](DockWindow& window, std::int32_t, CancelValue&) { mrgUI_DockWindowHiding(window); }));
+  keep(mrgUI.DockWindowShowing.Connect(
+      [this](DockWindow& window, std::int32_t, CancelValue&) { mrgUI_DockWindowShowing(window); }));
+  keep(mrgUI.ClientAreaChanged.Connect([this] { mrgUI_ClientAreaChanged(); }));
+
+  keep(igxImage.BeforeZoomChanged.Connect([this](double zoom) { igxImage_BeforeZoomChanged(zoom); }));
+  keep(igxImage.WheelZoom.Connect([this](std::int32_t direction) { igxImage_WheelZoom(direction); }));
+  keep(igxImage.Changed.Connect([this] { igxImage_Changed(); }));
+  zConnectPointer();
+}
+
+// -- The property stage -----------------------------------------------------------------------------------
+
+void ImageProcessingCtl::UserControl_InitProperties() {
+  try {
+    pShowDrawingTools = true;
+    pShowMRU = true;
+    pShowOpen = true;
+    pShowClose = false;
+    zInitialize();
+  } catch (...) {
+    QDK_TRAILER(UserControl_InitProperties, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+void ImageProcessingCtl::UserControl_ReadProperties(const PropertyBag& PropBag) {
+  try {
+    for (const StoredProperty& property : zStoredProperties()) {
+      this->*property.Field = PropBag.ReadProperty(property.Name, property.Default).ToBoolean();
+    }
+    zInitialize();
+  } catch (...) {
+    QDK_TRAILER(UserControl_ReadProperties, QDK_PARAMETERS(PropBag), QDK_LOCALS());
+  }
+}
+
+void ImageProcessingCtl::UserControl_WriteProperties(PropertyBag& PropBag) {
+  try {
+    for (const StoredProperty& property : zStoredProperties()) {
+      PropBag.WriteProperty(property.Name, this->*property.Field, property.Default);
+    }
+  } catch (...) {
+    QDK_TRAILER(UserControl_WriteProperties, QDK_PARAMETERS(PropBag), QDK_LOCALS());
+  }
+}
+
+void ImageProcessingCtl::zInitialize() {
+  try {
+    iRuntime = UserControl.UserMode();
+    mrgUI.Visible(iRuntime);
+    CommandBars()("Menu Bar").Visible(pShowMenuBar && iRuntime);
+    zInitSubControls();
+  } catch (...) {
+    QDK_TRAILER(zInitialize, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+void ImageProcessingCtl::zInitSubControls() {
+  try {
+    const auto show = [this](bool visible, std::initializer_list<const char*> names) {
+      for (const char* name : names) Commands()(name).Visible(visible);
+    };
+    show(pShowMRU, {"mnuFileMRU"});
+    show(pShowClose, {"btnFileClose"});
+    show(pShowOpen, {"btnFileOpen"});
+    show(!pUseSimpleSave, {"btnFileSaveAs", "btnFileSave", "btnFileExport"});
+    show(pUseSimpleSave, {"btnFileSimpleSave"});
+    show(pShowDrawingTools, {"btnDrawLine", "btnDrawRectangle", "btnDrawEllipse", "btnDrawFreehand"});
+    show(!pUseSimpleTools,
+         {"mnuRotate", "btnRotateFree", "btnRotateLeft", "btnRotateRight", "btnImageFlip", "btnImageMirror",
+          "btnImageResizeCanvas", "btnImageResize", "btnEditCut", "btnEditPaste", "btnEditPasteSpecial"});
+
+    Commands().HotKeyOptions().AllowUnmodified(pAllowUnmodifiedHotKeys ? 1 : 0);
+    if (!pAllowUnmodifiedHotKeys) zRemoveUnmodifiedHotKeys();
+
+    // The entries above Copy are hidden with the simple tools, and with them goes their separator.
+    CommandBars()("Standard").Entries().Item("btnEditCopy").BeginGroup(pUseSimpleTools);
+    Commands()("mnuEdit").Bar().Entries().Item("btnEditCopy").BeginGroup(pUseSimpleTools);
+  } catch (...) {
+    QDK_TRAILER(zInitSubControls, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+void ImageProcessingCtl::zRemoveUnmodifiedHotKeys() {
+  std::int32_t Index = 0;
+  try {
+    for (Index = 1; Index <= Commands().Count(); ++Index) {
+      Command& command = Commands().Item(Index);
+      if (command.CommandType() != kCommandButton || command.HotKeys().Count() == 0) continue;
+      HotKey& first = command.HotKeys().Item(1);
+      if (first.Shift() == 0 || first.Shift() == kShiftMask) first.Remove();
+    }
+  } catch (...) {
+    QDK_TRAILER(zRemoveUnmodifiedHotKeys, QDK_PARAMETERS(), QDK_LOCALS(Index));
+  }
+}
+
+// -- Start-up and tear-down -------------------------------------------------------------------------------
+
+void ImageProcessingCtl::Initialize() {
+  try {
+    ZoomActualSize();
+    if (!iRuntime) return;
+
+    pImage = iPlatform.CreateImgX();
+    pImage->BackColor(kNoColor);
+
+    igxImage.ImageBorder(true);
+    igxImage.MousePointerStyle(2);
+    igxImage.AutoRedrawSelection(false);
+    igxImage.SelectionStyle(0);
+    igxImage.Draw().PenSetting(1);
+    igxImage.Visible(true);
+
+    ApplyOptions();
+    BackColor(Options().MaterialBackColor());
+    ForeColor(Options().MaterialForeColor());
+    UndoLevels(Options().UndoLevels());
+
+    pDialog = iPlatform.CreateImgXDialog();
+    iDialogConnection = pDialog->InitDialog.Connect(
+        [this](std::int32_t& width, std::int32_t& height) { pDialog_InitDialog(width, height); });
+    pDialog->OwnerWindow(UserControl.hWnd());
+    pDialog->CenterOnOwner(true);
+    pDialog->FilterIndex(0);
+    pDialog->MaxFiles(1);
+    pDialog->DefaultExt("bmp");
+
+    iHelp = iPlatform.CreateHelpViewer();
+    iHelp->HelpFile(kHelpFile);
+
+    DockWindows()("dkwMaterials").Visible(false);
+    DockWindows()("dkwZoom").Visible(false);
+
+    igxImage_BeforeZoomChanged(igxImage.Zoom());
+
+    pMRU = std::make_unique<MRU>();
+    pMRU->CommandMRU = &Commands()("mnuFileMRU");
+    pMRU->RootKey = std::string(kRootKey) + "\\RecentFiles";
+    pMRU->LoadFromRegistry();
+    pMRU->BuildMRU(nullptr);
+
+    Tool(ipToolSelect);
+  } catch (...) {
+    QDK_TRAILER(Initialize, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+void ImageProcessingCtl::Terminate() {
+  QDK_RESUME_NEXT(iHelp.reset());
+  QDK_RESUME_NEXT(iResources.reset());
+  QDK_RESUME_NEXT(if (pEventSink) pEventSink->Object(nullptr));
+  QDK_RESUME_NEXT(pEventSink.reset());
+  QDK_RESUME_NEXT(modProcessing::KillShared());
+}
+
+// -- What the container asks ------------------------------------------------------------------------------
+
+void ImageProcessingCtl::UserControl_Resize() {
+  try {
+    mrgUI.Move(0, 0, UserControl.ScaleWidth(), UserControl.ScaleHeight());
+  } catch (...) {
+    QDK_TRAILER(UserControl_Resize, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+void ImageProcessingCtl::mrgUI_ClientAreaChanged() {
+  const auto follow = [this] {
+    const Rectangle area = mrgUI.ClientArea();
+    igxImage.Move(area.Left, area.Top, area.Width, area.Height);
+  };
+  QDK_RESUME_NEXT(follow());
+}
+
+void ImageProcessingCtl::UserControl_Hide() {
+  try {
+    if (iTerminated) Terminate();
+  } catch (...) {
+    QDK_TRAILER(UserControl_Hide, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+void ImageProcessingCtl::UserControl_KeyPress(std::int32_t KeyAscii) {
+  try {
+    if (KeyAscii == kKeyEscape) Cancel();
+  } catch (...) {
+    QDK_TRAILER(UserControl_KeyPress, QDK_PARAMETERS(KeyAscii), QDK_LOCALS());
+  }
+}
+
+// -- Diagnostics ------------------------------------------------------------------------------------------
+
+std::string ImageProcessingCtl::qdkDumpModuleVariables() const {
+  return QDK_FIELDS(igxImage, mrgUI, pDialog, pImage, pMRU, pEventSink, pFilename, pForeColor, pBackColor,
+                    pTool, pUndoLevels, mFormat, pUseSimpleTools, pChanged, pShowMenuBar, pShowMRU, pShowOpen,
+                    pUseSimpleSave, pAutoUpdateGlobal, pShowClose, pShowDrawingTools, pAllowUnmodifiedHotKeys,
+                    iResources, iHelp, iOldTool, iIsSave, iStatusText, iCropping, iPasting, iTransparentPaste,
+                    iRuntime, iTerminated, iPasteX, iPasteY, iLastButton, iZoomLevel);
+}
+
+}  // namespace kestrel

@@ -1,0 +1,361 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "base/Event.h"
+#include "base/Object.h"
+#include "diagnostics/modTollgarthSupport.h"
+#include "dialogs/frmResources.h"
+#include "editor/interface/Constants.h"
+#include "host/interface/IImageEvents.h"
+#include "imaging/contract/ImageView.h"
+#include "imaging/contract/ImgX.h"
+#include "imaging/contract/Moorage.h"
+#include "imaging/contract/Platform.h"
+#include "imaging/contract/Site.h"
+#include "settings/MRU.h"
+#include "settings/Options.h"
+
+namespace kestrel {
+
+/// The embeddable image editor: an image view in the middle of menus, tool bars, a status bar and dock
+/// windows.
+///
+/// A container makes it on a `Site` that holds an image view "igxImage" and a docking suite "mrgUI", and
+/// raises the site's `InitProperties` or `ReadProperties`. The host then calls `Initialize` once. All calls
+/// and events happen on the thread that made it.
+///
+/// A failure inside a member is reported and the member returns its default result, unless it says otherwise.
+/// Setting a property to the value it has does nothing.
+class ImageProcessingCtl final : public Object {
+ public:
+  /// Commands start disabled. Raises RuntimeError 730 if the site lacks a child control.
+  ImageProcessingCtl(Platform& platform, Site& site);
+  ~ImageProcessingCtl() override;
+
+  std::string TypeName() const override { return "ImageProcessingCtl"; }
+
+  // -- Life -----------------------------------------------------------------------------------------------
+
+  /// Completes the start-up; at design time the view's zoom is set and nothing else.
+  void Initialize();
+  /// Lets go of all windows and of the sink. A host may call it early; a second call does no harm.
+  void Terminate();
+
+  // -- What the host may switch ---------------------------------------------------------------------------
+
+  /// Hot keys without Ctrl or Alt stay active. Those taken away while it is False do not come back.
+  bool AllowUnmodifiedHotKeys() const { return pAllowUnmodifiedHotKeys; }
+  void AllowUnmodifiedHotKeys(bool Value);
+  /// Only a subset of the tools is shown.
+  bool UseSimpleTools() const { return pUseSimpleTools; }
+  void UseSimpleTools(bool Value);
+  bool ShowDrawingTools() const { return pShowDrawingTools; }
+  void ShowDrawingTools(bool Value);
+  /// One Save that the host carries out stands for Save, Save As and Export.
+  bool UseSimpleSave() const { return pUseSimpleSave; }
+  void UseSimpleSave(bool Value);
+  bool ShowClose() const { return pShowClose; }
+  void ShowClose(bool Value);
+  /// Also switches `ShowMRU`.
+  bool ShowOpen() const { return pShowOpen; }
+  void ShowOpen(bool Value);
+  bool ShowMRU() const { return pShowMRU; }
+  void ShowMRU(bool Value);
+  bool ShowMenuBar() const { return pShowMenuBar; }
+  void ShowMenuBar(bool Value);
+  /// Changes of the two colours are written to `Options`.
+  bool AutoUpdateGlobal() const { return pAutoUpdateGlobal; }
+  void AutoUpdateGlobal(bool Value);
+
+  // -- State ----------------------------------------------------------------------------------------------
+
+  std::int32_t UndoLevels() const { return pUndoLevels; }
+  void UndoLevels(std::int32_t Value);
+  /// The material colours. A background of -1 means no fill: shapes are outlines in the foreground colour.
+  OLE_COLOR BackColor() const { return pBackColor; }
+  void BackColor(OLE_COLOR Value);
+  OLE_COLOR ForeColor() const { return pForeColor; }
+  void ForeColor(OLE_COLOR Value);
+  /// Something was edited since the picture was set. Becoming True raises `Change`.
+  bool Changed() const { return pChanged; }
+  void Changed(bool Value);
+  /// The format code of the open file. Setting it changes the extension of `Filename`; the picture and the
+  /// format it is saved in stay.
+  std::int32_t Format() const { return mFormat; }
+  void Format(std::int32_t Value);
+  /// The picture as an ordinary picture object; null while there is none. Setting it keeps `Filename`.
+  PicturePtr Picture();
+  void Picture(const PicturePtr& Value);
+  /// The host's sink, which is not kept alive.
+  std::shared_ptr<IImageEvents> EventSink() const;
+  void EventSink(const std::shared_ptr<IImageEvents>& Value);
+  /// Choosing another tool drops the selection and raises `ToolChange`.
+  ImageProcessingToolConstants Tool() const { return pTool; }
+  void Tool(ImageProcessingToolConstants Value);
+
+  /// Null while there is no picture.
+  kestrel::Image* Image() { return igxImage.Image(); }
+  std::shared_ptr<kestrel::ImgX> ImgX();
+  kestrel::Options& Options();
+  kestrel::DockWindows& DockWindows() { return mrgUI.DockWindows(); }
+  kestrel::Commands& Commands() { return mrgUI.Commands(); }
+  kestrel::CommandBars& CommandBars() { return mrgUI.CommandBars(); }
+  /// The file dialog; null before `Initialize`.
+  ImgXDialog* BrowseDialog() { return pDialog.get(); }
+  ImageView& ImageControl() { return igxImage; }
+  const std::string& Filename() const { return pFilename; }
+
+  // -- Files ----------------------------------------------------------------------------------------------
+
+  /// Opens a file. Without a name the host is asked for one, by event and sink, and then the user by dialog.
+  /// True if a picture was opened. Unsaved changes are not asked about.
+  bool OpenImage(std::string Filename = {});
+  /// Saves under the name it has.
+  bool SaveImage();
+  bool SaveImageAs(const std::string& Filename = {});
+  /// Asks the user about unsaved changes. True means that the caller may go on.
+  bool SaveChanges();
+
+  // -- Commands and status --------------------------------------------------------------------------------
+
+  /// Enables, or disables, all commands that need a picture.
+  void SetControls(const bool& Enabled);
+  /// Shows a message in the status line. With `ChangeCursor` a text begins a busy phase and an empty one ends
+  /// it.
+  void Status(const std::string& Message = {}, bool ChangeCursor = false, bool UpdateAsDefault = false);
+  void SetToolbarStyle(std::int32_t Style);
+  /// Brings the settings to the surface.
+  void ApplyOptions();
+
+  // -- Selection ------------------------------------------------------------------------------------------
+
+  /// Switches to the selection tool and shows the rectangle; picture pixels, sizes may be negative.
+  void SetSelection(std::int32_t Left, std::int32_t Top, std::int32_t Width, std::int32_t Height);
+  void SelectAll();
+  void ResetSelection();
+  void Copy(bool UseSelection = false);
+  /// Copies and fills what was copied with the drawing colour; without a selection, as far as the view
+  /// reaches.
+  void Cut(bool UseSelection = false);
+  /// Commits the floating image of an open paste; does nothing without one.
+  void Paste();
+  /// Gives up an open paste and an open crop.
+  void Cancel();
+  /// Raises the engine's error if nothing of the picture is left.
+  void CropToSelection();
+
+  // -- Operations; the engine's errors go to the caller ---------------------------------------------------
+
+  /// Height 0 keeps the proportion. The methods are those of `Effects::Resize`.
+  void Resize(std::int32_t Width, std::int32_t Height = 0, std::int32_t ResampleMethod = 0);
+  void ResizeCanvas(std::int32_t Width, std::int32_t Height, std::int32_t OffsetX = 0,
+                    std::int32_t OffsetY = 0, OLE_COLOR BackColor = ipUseDefault);
+  /// Clockwise, in degrees.
+  void Rotate(float Angle, OLE_COLOR BackColor = ipUseDefault, bool ApplyToSelection = false);
+  void FlipHorizontally(bool ApplyToSelection = false);
+  void FlipVertically(bool ApplyToSelection = false);
+  void ApplyGrayScale(bool ApplyToSelection = false);
+  void FlattenAlpha(OLE_COLOR Color = ipUseDefault);
+  /// Raises 6 for an opacity beyond a byte.
+  void ApplyDropShadow(std::int32_t OffsetX = ipUseDefault, std::int32_t OffsetY = ipUseDefault,
+                       OLE_COLOR ShadowColor = ipUseDefault, std::int32_t Opactity = ipUseDefault,
+                       std::int32_t BlurLevel = ipUseDefault, bool ApplyToSelection = false);
+  /// A shadow along the outline of what is not of the mask colour. Works on any valid selection, whatever
+  /// `ApplyToSelection` says.
+  void ApplyMaskedDropShadow(std::int32_t OffsetX = ipUseDefault, std::int32_t OffsetY = ipUseDefault,
+                             OLE_COLOR ShadowColor = ipUseDefault, std::int32_t Opactity = ipUseDefault,
+                             std::int32_t BlurLevel = ipUseDefault, OLE_COLOR MaskColor = ipUseDefault,
+                             bool AutomaticMask = false, bool ApplyToSelection = false);
+
+  // -- Undo -----------------------------------------------------------------------------------------------
+
+  void Undo();
+  void Redo();
+
+  // -- Zoom -----------------------------------------------------------------------------------------------
+
+  /// By 0.1 below actual size and by 1 above it. There are no bounds of their own.
+  void ZoomIn();
+  void ZoomOut();
+  void ZoomActualSize();
+
+  // -- Thumbnails -----------------------------------------------------------------------------------------
+
+  /// A reduced copy of the picture on a background, as percentage of its width. -1 takes the option.
+  PicturePtr GetThumbnail(std::int32_t Size = ipUseDefault, OLE_COLOR BackColor = ipUseDefault,
+                          bool AddDropShadow = false, std::int32_t OffsetX = ipUseDefault,
+                          std::int32_t OffsetY = ipUseDefault, OLE_COLOR ShadowColor = ipUseDefault,
+                          std::int32_t Opacity = ipUseDefault, std::int32_t BlurLevel = ipUseDefault);
+  /// The same with a choice of what the size means. Raises 6 for an opacity beyond a byte, and the engine's
+  /// errors.
+  PicturePtr GetThumbnailEx(ThumbnailSizeTypeEnum& SizeType, std::int32_t Size = ipUseDefault,
+                            OLE_COLOR BackColor = ipUseDefault, bool AddDropShadow = false,
+                            std::int32_t OffsetX = ipUseDefault, std::int32_t OffsetY = ipUseDefault,
+                            OLE_COLOR ShadowColor = ipUseDefault, std::int32_t Opactity = ipUseDefault,
+                            std::int32_t BlurLevel = ipUseDefault);
+  /// Writes a thumbnail by the options; true if the file was written.
+  bool SaveImageThumbnail(std::string Filename);
+
+  // -- Events, in the order of the interface --------------------------------------------------------------
+
+  /// The user asked to close the editor.
+  Event<> ExitRequest;
+  Event<const std::string&> ImageOpen;
+  Event<const std::string&> ImageSave;
+  Event<std::string&, bool&> RequestOpenFilename;  ///< Filename, CancelDefault
+  Event<std::string&, bool&> RequestSaveFilename;  ///< Filename, CancelDefault
+  /// Kept for hosts; this control never raises it.
+  Event<> WindowClosed;
+  Event<OLE_COLOR> ForeColorChange;
+  Event<OLE_COLOR> BackColorChange;
+  Event<ImageProcessingToolConstants> ToolChange;
+  Event<> PictureSet;
+  Event<bool&> SimpleSaveRequest;  ///< Saved
+  Event<> Change;
+
+ private:
+  struct StoredProperty;
+  struct CommandRow;
+
+  // Plumbing
+  void zConnectPointer();
+  static std::span<const StoredProperty> zStoredProperties();
+  static std::span<const CommandRow> zCommandRows();
+  void zConnect();
+  std::string qdkDumpModuleVariables() const;
+
+  // What the container asks
+  void Usercontrol_Initialize();
+  void UserControl_InitProperties();
+  void UserControl_ReadProperties(const PropertyBag& PropBag);
+  void UserControl_WriteProperties(PropertyBag& PropBag);
+  void UserControl_Resize();
+  void UserControl_Hide();
+  void UserControl_KeyPress(std::int32_t KeyAscii);
+  void zInitialize();
+  void zInitSubControls();
+  void zRemoveUnmodifiedHotKeys();
+
+  // Files
+  void zPictureSet();
+  bool zSaveImage(std::string Filename, std::int32_t ForcedFormat, bool UpdateUserInterface);
+  void pDialog_InitDialog(std::int32_t& DialogWidth, std::int32_t& DialogHeight);
+
+  // Commands
+  void mrgUI_CommandClick(Command& Command);
+  void mrgUI_CommandChange(Command& Command, Combo& Combo);
+  void mrgUI_CommandHighlight(Command& Command, std::int32_t HighlightState);
+  void mrgUI_CommandHotKeyPress(CancelValue& CancelDefault);
+  void mrgUI_CommandBarHiding(CommandBar& CommandBar);
+  void mrgUI_CommandBarShowing(CommandBar& CommandBar);
+  void mrgUI_DockWindowHiding(DockWindow& DockWindow);
+  void mrgUI_DockWindowShowing(DockWindow& DockWindow);
+  void mrgUI_ClientAreaChanged();
+  void zFollowBar(CommandBar& CommandBar, bool Shown);
+  void zFollowDockWindow(DockWindow& DockWindow, bool Shown);
+  void zRequestExit();
+  void zRequestSimpleSave();
+  void zOpenRecent(Command& Command);
+  void zToggleStatusBar();
+  void zShowHelp();
+  void zShowAbout();
+
+  // Zoom
+  void igxImage_BeforeZoomChanged(double Zoom);
+  void igxImage_WheelZoom(std::int32_t Direction);
+
+  // Tools and pointer
+  Point zPixelAt(float X, float Y);
+  bool zInImageRegion(float X, float Y);
+  bool zOutsideSelection(const Point& Pixel) const;
+  void igxImage_MouseDown(std::int32_t Button, std::int32_t Shift, float X, float Y);
+  void igxImage_MouseMove(std::int32_t Button, std::int32_t Shift, float X, float Y);
+  void igxImage_MouseMovePixel(std::int32_t Button, std::int32_t Shift, std::int32_t PixelX,
+                               std::int32_t PixelY);
+  void igxImage_MouseUp(std::int32_t Button, std::int32_t Shift, float X, float Y);
+  void igxImage_Click();
+  void igxImage_SelectChanged(std::int32_t Left, std::int32_t Top, std::int32_t Width, std::int32_t Height);
+  void igxImage_Selected(std::int32_t Left, std::int32_t Top, std::int32_t Width, std::int32_t Height);
+
+  // Selection, paste and crop
+  bool zHasSelection() const;
+  bool zUseSelection() const;
+  void zCopySection();
+  void zBeginPaste();
+  void zFollowPaste();
+  void zCancelPaste();
+  void igxImage_DoubleBufferPaintAfter(DeviceContext& hDC);
+  void zCropOrBeginCrop();
+  void zCropOrTell();
+  void zCancelCrop();
+
+  // Operations
+  struct ShadowArguments {
+    std::int32_t OffsetX;
+    std::int32_t OffsetY;
+    OLE_COLOR Color;
+    std::int32_t Opacity;
+    std::int32_t BlurLevel;
+  };
+  ImagingFace& zBeginOperation(bool OnSection);
+  void zEndOperation(bool OnSection);
+  void zFlip(std::int32_t Direction, bool ApplyToSelection);
+  void zTakeShadowDefaults(ShadowArguments& Shadow);
+  void zDropShadow(ImagingFace& Target, const kestrel::Colors& Palette, const ShadowArguments& Shadow,
+                   const std::string& UndoName);
+
+  // Undo
+  void igxImage_Changed();
+
+  InstanceCount iCount;
+  Platform& iPlatform;
+  Site& UserControl;
+  ImageView& igxImage;
+  Moorage& mrgUI;
+
+  std::unique_ptr<ImgXDialog> pDialog;
+  std::shared_ptr<kestrel::ImgX> pImage;
+  std::unique_ptr<MRU> pMRU;
+  std::unique_ptr<SinkHolder> pEventSink;
+  std::string pFilename;
+  OLE_COLOR pForeColor = 0;
+  OLE_COLOR pBackColor = 0;
+  ImageProcessingToolConstants pTool = ipToolNone;
+  std::int32_t pUndoLevels = 0;
+  std::int32_t mFormat = 0;
+  bool pUseSimpleTools = false;
+  bool pChanged = false;
+  bool pShowMenuBar = false;
+  bool pShowMRU = false;
+  bool pShowOpen = false;
+  bool pUseSimpleSave = false;
+  bool pAutoUpdateGlobal = false;
+  bool pShowClose = false;
+  bool pShowDrawingTools = false;
+  bool pAllowUnmodifiedHotKeys = false;
+  std::unique_ptr<frmResources> iResources;
+  std::unique_ptr<HelpViewer> iHelp;
+  ImageProcessingToolConstants iOldTool = ipToolNone;
+  bool iIsSave = false;
+  std::string iStatusText;
+  bool iCropping = false;
+  bool iPasting = false;
+  bool iTransparentPaste = false;
+  bool iRuntime = false;
+  bool iTerminated = false;
+  std::int32_t iPasteX = 0;
+  std::int32_t iPasteY = 0;
+  std::int16_t iLastButton = 0;
+  float iZoomLevel = 0;
+  bool iHandlingZoomCombo = false;
+
+  std::vector<Connection> iConnections;
+  Connection iDialogConnection;
+};
+
+}  // namespace kestrel

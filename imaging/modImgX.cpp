@@ -1,0 +1,154 @@
+#include "modImgX.h"
+
+#include <array>
+#include <string_view>
+#include <utility>
+
+#include "base/Arithmetic.h"
+#include "base/Numbers.h"
+#include "base/Required.h"
+#include "diagnostics/Trailer.h"
+
+namespace kestrel::modImgX {
+namespace {
+
+constexpr std::array<std::string_view, 14> kExtensions = {"",    "jpg", "png", "tif",  "pcx", "tga", "bmp",
+                                                          "wmf", "emf", "psd", "wbmp", "gif", "tla", "pcd"};
+
+constexpr std::pair<std::string_view, FormatCode> kSaveFormats[] = {
+    {"bmp", kFormatBmp},  {"emf", kFormatEmf}, {"gif", kFormatGif}, {"jpg", kFormatJpg},
+    {"jpeg", kFormatJpg}, {"pcx", kFormatPcx}, {"png", kFormatPng}, {"psd", kFormatPsd},
+    {"tga", kFormatTga},  {"tif", kFormatTif}, {"tla", kFormatTla}, {"wbmp", kFormatWbmp},
+    {"wmf", kFormatWmf},
+};
+
+bool Between(std::int64_t low, std::int64_t value, std::int64_t high) {
+  return low <= value && value <= high;
+}
+
+}  // namespace
+
+std::string GetImageExtension(std::int32_t Format) {
+  std::string Result;
+  try {
+    if (Format >= kFormatJpg && Format <= kFormatPcd) Result = kExtensions[static_cast<std::size_t>(Format)];
+  } catch (...) {
+    QDK_TRAILER(GetImageExtension, QDK_PARAMETERS(Format), QDK_LOCALS(Result));
+  }
+  return Result;
+}
+
+bool IsValidSaveFormat(std::int32_t Format) { return Format >= kFormatJpg && Format <= kFormatTla; }
+
+std::int32_t GetSaveFormatFromFilename(const std::string& Filename, FileHelpers& Files) {
+  std::int32_t Result = kFormatBmp;
+  std::string Extension;
+  try {
+    Extension = LowerCase(Files.GetExtension(Filename, 0));
+    for (const auto& [name, format] : kSaveFormats) {
+      if (name == Extension) Result = format;
+    }
+  } catch (...) {
+    QDK_TRAILER(GetSaveFormatFromFilename, QDK_PARAMETERS(Filename), QDK_LOCALS(Result, Extension));
+  }
+  return Result;
+}
+
+std::string FixDuplicateExtension(const std::string& Filename) {
+  std::size_t SlashPosition = 0, DotPosition = 0, Dot2Position = 0;
+  try {
+    SlashPosition = Filename.find('\\');
+    if (SlashPosition == std::string::npos) return Filename;
+    DotPosition = Filename.find('.', SlashPosition);
+    if (DotPosition == std::string::npos) return Filename;
+    Dot2Position = Filename.find('.', DotPosition + 1);
+    return Filename.substr(0, Dot2Position);
+  } catch (...) {
+    QDK_TRAILER(FixDuplicateExtension, QDK_PARAMETERS(Filename),
+                QDK_LOCALS(SlashPosition, DotPosition, Dot2Position));
+  }
+  return {};
+}
+
+bool SavePictureToFile(ImgX& Work, const Picture& Source, const std::string& Filename, std::int32_t Format,
+                       std::int32_t JPEGQuality) {
+  Work.JPEGQuality(JPEGQuality);
+  Work.Document().FromPicture(Source);
+  Work.Writer().ToFile(Filename, Format, 0, true);
+  return true;
+}
+
+bool ValidSelection(const ImageView* Control) {
+  return Control != nullptr && Control->SelectionVisible() && Control->SelectionWidth() != 0 &&
+         Control->SelectionHeight() != 0;
+}
+
+bool InImageRegion(ImageView& Control, std::int32_t X, std::int32_t Y) {
+  const kestrel::Image* image = Control.Image();
+  if (image == nullptr) return false;
+  const std::int64_t PixelX = std::int64_t{X} + Control.ScrollLeft() - 1;
+  const std::int64_t PixelY = std::int64_t{Y} + Control.ScrollTop() - 1;
+  return Between(0, PixelX, image->Width()) && Between(0, PixelY, image->Height());
+}
+
+bool InImageSelection(ImageView& Control, std::int32_t X, std::int32_t Y, bool Pixels) {
+  std::int64_t PixelX = 0;
+  std::int64_t PixelY = 0;
+  if (!Pixels) {
+    PixelX = std::int64_t{X} + Control.ScrollLeft() - 1;
+    PixelY = std::int64_t{Y} + Control.ScrollTop() - 1;
+  }
+  const std::int64_t left = Control.SelectionLeft();
+  const std::int64_t top = Control.SelectionTop();
+  return Between(left, PixelX, left + Control.SelectionWidth()) &&
+         Between(top, PixelY, top + Control.SelectionHeight());
+}
+
+void CreateSection(ImageView& Source, ImgX& Dest) {
+  const std::int32_t left = Source.SelectionLeft();
+  const std::int32_t top = Source.SelectionTop();
+  const std::int32_t width = Source.SelectionWidth();
+  const std::int32_t height = Source.SelectionHeight();
+  Dest.Document().CopyFrom(*Source.ImgX(), 0, "");
+  Dest.Effects().Crop(left, top, width, height, "");
+}
+
+void ApplySection(ImgX& Source, ImageView& Dest) {
+  Dest.Draw().ImageWithAlpha(Required(Source.Image()), Dest.SelectionLeft(), Dest.SelectionTop());
+  Dest.SelectionVisible(false);
+}
+
+void ApplyPalette(ImgX& Image, std::int32_t PaletteType) {
+  Palette palette;
+  palette.Type(PaletteType);
+  Image.Effects().ApplyPalette(palette, true, "");
+}
+
+void DrawBox(Draw& Draw, std::int32_t Left, std::int32_t Top, std::int32_t Width, std::int32_t Height,
+             OLE_COLOR ForeColor, OLE_COLOR BackColor) {
+  const Point StartPoint{Left, Top};
+  const Point EndPoint{CheckedAdd(Left, Width), CheckedAdd(Top, Height)};
+  if (BackColor != kNoColor) {
+    Draw.Color().Value(BackColor);
+    Draw.FillMode(kFillSolid);
+    Draw.Rectangle(StartPoint, EndPoint, 0, 0, "");
+    Draw.FillMode(kFillNone);
+  }
+  if (ForeColor != kNoColor) {
+    Draw.Color().Value(ForeColor);
+    Draw.Rectangle(StartPoint, EndPoint, 0, 0, "");
+  }
+}
+
+void SetupBackground(ImageView& Control, std::int32_t Size, OLE_COLOR Color1, OLE_COLOR Color2) {
+  Control.DoubleBuffer(true);
+  const auto tile = Control.ImgX();
+  const std::int32_t side = CheckedAdd(Size, Size);
+  tile->Document().NewImage(side, side, nullptr, kPixelFormatRgba, "");
+  DrawBox(tile->Draw(), 0, 0, side, side, kNoColor, Color1);
+  DrawBox(tile->Draw(), 0, 0, Size, Size, kNoColor, Color2);
+  DrawBox(tile->Draw(), Size, Size, Size, Size, kNoColor, Color2);
+  Control.BackgroundImage(tile->Image());
+}
+
+}  // namespace kestrel::modImgX
