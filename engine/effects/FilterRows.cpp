@@ -1,0 +1,258 @@
+#include "FilterRows.h"
+
+#include "reference/FilterRows.h"
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "engine/effects/FilterRows.cpp"
+#include "hwy/foreach_target.h"
+#include "hwy/highway.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace kestrel::engine::HWY_NAMESPACE {
+
+#if HWY_TARGET == HWY_SCALAR
+
+void PremultiplyRow(const std::uint8_t* in, std::int32_t count, float* out) {
+  reference::premultiplyRow(in, count, out);
+}
+void SumPictureRows(const std::uint8_t* in, std::size_t stride, const float* weights, std::int32_t rows,
+                    std::int32_t count, float* out) {
+  reference::sumPictureRows(in, stride, weights, rows, count, out);
+}
+void SumAlphaRows(const std::uint8_t* in, std::size_t stride, const float* weights, std::int32_t rows,
+                  std::int32_t count, float* out) {
+  reference::sumAlphaRows(in, stride, weights, rows, count, out);
+}
+void SumFloatRows(const float* const* in, const float* weights, std::int32_t rows, std::size_t values,
+                  float* out) {
+  reference::sumFloatRows(in, weights, rows, values, out);
+}
+void FilterColumns4(const float* in, const FilterTable& table, float* out) {
+  reference::filterColumns(in, table, 4, out);
+}
+void FilterColumns1(const float* in, const FilterTable& table, float* out) {
+  reference::filterColumns(in, table, 1, out);
+}
+void StoreStraightRow(const float* in, std::int32_t count, std::uint8_t* out) {
+  reference::storeStraightRow(in, count, out);
+}
+void TintRow(const float* in, std::int32_t count, std::uint32_t color, float opacity, std::uint8_t* out) {
+  reference::tintRow(in, count, color, opacity, out);
+}
+
+#else
+
+namespace hn = hwy::HWY_NAMESPACE;
+
+// Float vectors of 1 to 4 whole pixels.
+using Floats = hn::CappedTag<float, 16>;
+using Floats4 = hn::FixedTag<float, 4>;
+
+/// One pixel's bytes in each group of four lanes, as floats.
+template <class D>
+hn::Vec<D> loadPixels(D d, const std::uint8_t* in) {
+  const hn::Rebind<std::uint8_t, D> bytes;
+  const hn::RebindToSigned<D> di;
+  return hn::ConvertTo(d, hn::PromoteTo(di, hn::LoadU(bytes, in)));
+}
+
+template <class D>
+hn::Mask<D> alphaLanes(D d) {
+  const hn::RebindToUnsigned<D> du;
+  const auto three = hn::Set(du, 3);
+  return hn::RebindMask(d, hn::Eq(hn::And(hn::Iota(du, 0), three), three));
+}
+
+template <class D>
+hn::Vec<D> premultiply(D d, hn::Vec<D> pixels, hn::Mask<D> alphas) {
+  return hn::Mul(pixels, hn::IfThenElse(alphas, hn::Set(d, 1.0F), hn::Broadcast<3>(pixels)));
+}
+
+void PremultiplyRow(const std::uint8_t* HWY_RESTRICT in, std::int32_t count, float* HWY_RESTRICT out) {
+  const Floats d;
+  const auto alphas = alphaLanes(d);
+  const std::size_t values = std::size_t{4} * static_cast<std::size_t>(count);
+  for (std::size_t i = 0; i < values; i += hn::Lanes(d)) {
+    hn::StoreU(premultiply(d, loadPixels(d, in + i), alphas), d, out + i);
+  }
+}
+
+void SumPictureRows(const std::uint8_t* HWY_RESTRICT in, std::size_t stride,
+                    const float* HWY_RESTRICT weights, std::int32_t rows, std::int32_t count,
+                    float* HWY_RESTRICT out) {
+  const Floats d;
+  const auto alphas = alphaLanes(d);
+  const std::size_t lanes = hn::Lanes(d);
+  const std::size_t values = std::size_t{4} * static_cast<std::size_t>(count);
+  // Four vectors side by side, so that the sums do not wait for each other. A picture row's padding holds
+  // what a step of 64 bytes reads beyond the last pixel.
+  const std::size_t step = lanes * 4;
+  for (std::size_t i = 0; i < values; i += step) {
+    auto sum0 = hn::Zero(d), sum1 = hn::Zero(d), sum2 = hn::Zero(d), sum3 = hn::Zero(d);
+    const std::uint8_t* p = in + i;
+    for (std::int32_t row = 0; row < rows; ++row, p += stride) {
+      const auto weight = hn::Set(d, weights[row]);
+      const auto add = [&](hn::Vec<Floats> sum, std::size_t at) HWY_ATTR {
+        return hn::MulAdd(weight, premultiply(d, loadPixels(d, p + at), alphas), sum);
+      };
+      sum0 = add(sum0, 0);
+      sum1 = add(sum1, lanes);
+      sum2 = add(sum2, 2 * lanes);
+      sum3 = add(sum3, 3 * lanes);
+    }
+    hn::StoreU(sum0, d, out + i);
+    hn::StoreU(sum1, d, out + i + lanes);
+    hn::StoreU(sum2, d, out + i + 2 * lanes);
+    hn::StoreU(sum3, d, out + i + 3 * lanes);
+  }
+}
+
+void SumAlphaRows(const std::uint8_t* HWY_RESTRICT in, std::size_t stride, const float* HWY_RESTRICT weights,
+                  std::int32_t rows, std::int32_t count, float* HWY_RESTRICT out) {
+  const Floats d;
+  const hn::RebindToUnsigned<Floats> du;
+  const hn::RebindToSigned<Floats> di;
+  const hn::Repartition<std::uint8_t, Floats> d8;
+  const auto lanes = static_cast<std::int32_t>(hn::Lanes(d));
+  for (std::int32_t x = 0; x < count; x += lanes) {
+    auto sum = hn::Zero(d);
+    const std::uint8_t* p = in + std::ptrdiff_t{4} * x;
+    for (std::int32_t row = 0; row < rows; ++row, p += stride) {
+      const auto alpha = hn::ShiftRight<24>(hn::BitCast(du, hn::LoadU(d8, p)));
+      sum = hn::MulAdd(hn::Set(d, weights[row]), hn::ConvertTo(d, hn::BitCast(di, alpha)), sum);
+    }
+    hn::StoreU(sum, d, out + x);
+  }
+}
+
+void SumFloatRows(const float* const* HWY_RESTRICT in, const float* HWY_RESTRICT weights, std::int32_t rows,
+                  std::size_t values, float* HWY_RESTRICT out) {
+  const Floats d;
+  for (std::size_t i = 0; i < values; i += hn::Lanes(d)) {
+    auto sum = hn::Zero(d);
+    for (std::int32_t row = 0; row < rows; ++row) {
+      sum = hn::MulAdd(hn::Set(d, weights[row]), hn::LoadU(d, in[row] + i), sum);
+    }
+    hn::StoreU(sum, d, out + i);
+  }
+}
+
+void FilterColumns4(const float* HWY_RESTRICT in, const FilterTable& table, float* HWY_RESTRICT out) {
+  const Floats4 d;
+  const std::int32_t outputs = table.outputs();
+  for (std::int32_t x = 0; x < outputs; ++x, out += 4) {
+    const FilterTable::Run& run = table.run(x);
+    const float* const weights = table.weights(run);
+    const float* const p = in + std::ptrdiff_t{4} * run.first;
+    // Weights are padded with zeros to fours, and the row's slack holds what they are multiplied with.
+    auto even = hn::Zero(d), odd = hn::Zero(d);
+    for (std::int32_t i = 0; i < run.count; i += 2) {
+      even = hn::MulAdd(hn::Set(d, weights[i]), hn::LoadU(d, p + std::ptrdiff_t{4} * i), even);
+      odd = hn::MulAdd(hn::Set(d, weights[i + 1]), hn::LoadU(d, p + std::ptrdiff_t{4} * i + 4), odd);
+    }
+    hn::StoreU(hn::Add(even, odd), d, out);
+  }
+}
+
+void FilterColumns1(const float* HWY_RESTRICT in, const FilterTable& table, float* HWY_RESTRICT out) {
+  const Floats4 d;
+  const std::int32_t outputs = table.outputs();
+  for (std::int32_t x = 0; x < outputs; ++x) {
+    const FilterTable::Run& run = table.run(x);
+    const float* const weights = table.weights(run);
+    auto sum = hn::Zero(d);
+    for (std::int32_t i = 0; i < run.count; i += 4) {
+      sum = hn::MulAdd(hn::LoadU(d, weights + i), hn::LoadU(d, in + run.first + i), sum);
+    }
+    out[x] = hn::GetLane(hn::SumOfLanes(d, sum));
+  }
+}
+
+void StoreStraightRow(const float* HWY_RESTRICT in, std::int32_t count, std::uint8_t* HWY_RESTRICT out) {
+  const Floats d;
+  const hn::Rebind<std::uint8_t, Floats> bytes;
+  const auto alphas = alphaLanes(d);
+  const auto zero = hn::Zero(d);
+  const auto limit = hn::Set(d, 255.0F);
+  const auto half = hn::Set(d, 0.5F);
+  const auto one = hn::Set(d, 1.0F);
+  const std::size_t lanes = hn::Lanes(d);
+  const std::size_t values = std::size_t{4} * static_cast<std::size_t>(count);
+  std::size_t i = 0;
+  for (; i + lanes <= values; i += lanes) {
+    const auto v = hn::LoadU(d, in + i);
+    const auto alpha = hn::Broadcast<3>(v);
+    const auto straight = hn::Div(v, hn::IfThenElse(alphas, one, hn::Max(alpha, half)));
+    const auto limited = hn::Min(hn::Max(straight, zero), limit);
+    const auto visible = hn::IfThenElseZero(hn::Ge(alpha, half), limited);
+    hn::StoreU(hn::DemoteTo(bytes, hn::NearestInt(visible)), bytes, out + i);
+  }
+  reference::storeStraightRow(in + i, static_cast<std::int32_t>((values - i) / 4), out + i);
+}
+
+void TintRow(const float* HWY_RESTRICT in, std::int32_t count, std::uint32_t color, float opacity,
+             std::uint8_t* HWY_RESTRICT out) {
+  const Floats d;
+  const hn::RebindToUnsigned<Floats> du;
+  const hn::Repartition<std::uint8_t, Floats> d8;
+  const auto tint = hn::Set(du, color & 0x00FFFFFF);
+  const auto strength = hn::Set(d, opacity);
+  const auto limit = hn::Set(d, 255.0F);
+  const auto lanes = static_cast<std::int32_t>(hn::Lanes(d));
+  std::int32_t x = 0;
+  for (; x + lanes <= count; x += lanes) {
+    const auto scaled = hn::Mul(hn::LoadU(d, in + x), strength);
+    const auto alpha = hn::NearestInt(hn::Min(hn::Max(scaled, hn::Zero(d)), limit));
+    const auto pixels = hn::Or(tint, hn::ShiftLeft<24>(hn::BitCast(du, alpha)));
+    hn::StoreU(hn::BitCast(d8, pixels), d8, out + std::ptrdiff_t{4} * x);
+  }
+  reference::tintRow(in + x, count - x, color, opacity, out + std::ptrdiff_t{4} * x);
+}
+
+#endif
+
+}  // namespace kestrel::engine::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace kestrel::engine {
+
+HWY_EXPORT(PremultiplyRow);
+HWY_EXPORT(SumPictureRows);
+HWY_EXPORT(SumAlphaRows);
+HWY_EXPORT(SumFloatRows);
+HWY_EXPORT(FilterColumns4);
+HWY_EXPORT(FilterColumns1);
+HWY_EXPORT(StoreStraightRow);
+HWY_EXPORT(TintRow);
+
+void premultiplyRow(const std::uint8_t* in, std::int32_t count, float* out) {
+  HWY_DYNAMIC_DISPATCH(PremultiplyRow)(in, count, out);
+}
+void sumPictureRows(const std::uint8_t* in, std::size_t stride, const float* weights, std::int32_t rows,
+                    std::int32_t count, float* out) {
+  HWY_DYNAMIC_DISPATCH(SumPictureRows)(in, stride, weights, rows, count, out);
+}
+void sumAlphaRows(const std::uint8_t* in, std::size_t stride, const float* weights, std::int32_t rows,
+                  std::int32_t count, float* out) {
+  HWY_DYNAMIC_DISPATCH(SumAlphaRows)(in, stride, weights, rows, count, out);
+}
+void sumFloatRows(const float* const* in, const float* weights, std::int32_t rows, std::size_t values,
+                  float* out) {
+  HWY_DYNAMIC_DISPATCH(SumFloatRows)(in, weights, rows, values, out);
+}
+void filterColumns4(const float* in, const FilterTable& table, float* out) {
+  HWY_DYNAMIC_DISPATCH(FilterColumns4)(in, table, out);
+}
+void filterColumns1(const float* in, const FilterTable& table, float* out) {
+  HWY_DYNAMIC_DISPATCH(FilterColumns1)(in, table, out);
+}
+void storeStraightRow(const float* in, std::int32_t count, std::uint8_t* out) {
+  HWY_DYNAMIC_DISPATCH(StoreStraightRow)(in, count, out);
+}
+void tintRow(const float* in, std::int32_t count, std::uint32_t color, float opacity, std::uint8_t* out) {
+  HWY_DYNAMIC_DISPATCH(TintRow)(in, count, color, opacity, out);
+}
+
+}  // namespace kestrel::engine
+#endif

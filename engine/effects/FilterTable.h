@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+namespace kestrel::engine {
+
+/// A symmetric filter function of the distance from its centre.
+struct FilterKernel {
+  std::function<double(double distance)> weight;
+  double radius = 0;  ///< beyond this distance the weight counts as 0
+};
+
+/// What stands outside the input.
+enum class FilterEdge {
+  Renormalize,  ///< nothing: the weights inside are scaled to a sum of 1
+  Transparent   ///< zeros: the weights outside are lost
+};
+
+/// One axis of a separable filter: for each output a run of inputs, and how much each of them counts.
+class FilterTable {
+ public:
+  /// Weights of a run are padded with zeros to a multiple of this.
+  static constexpr std::int32_t kPadding = 4;
+
+  struct Run {
+    std::int32_t first = 0;  ///< the first input
+    std::int32_t count = 0;  ///< inputs used; all inside the input range
+    std::size_t offset = 0;  ///< of the first weight
+  };
+
+  /// `outputs` positions at `start`, `start + step`, ... on the axis where input number j stands at j.
+  /// The filter is evaluated there as it is given: who shrinks has widened it before.
+  FilterTable(std::int32_t inputs, std::int32_t outputs, double start, double step,
+              const FilterKernel& kernel, FilterEdge edge);
+
+  std::int32_t inputs() const { return inputs_; }
+  std::int32_t outputs() const { return static_cast<std::int32_t>(runs_.size()); }
+  const Run& run(std::int32_t output) const { return runs_[static_cast<std::size_t>(output)]; }
+  const float* weights(const Run& run) const { return weights_.data() + run.offset; }
+  std::int32_t longestRun() const { return longestRun_; }
+
+ private:
+  std::int32_t inputs_;
+  std::int32_t longestRun_ = 0;
+  std::vector<Run> runs_;
+  std::vector<float> weights_;
+};
+
+/// The table that brings `inputs` to `outputs` over the whole axis, with the kernel widened when it shrinks,
+/// so that every input counts.
+FilterTable scalingTable(std::int32_t inputs, std::int32_t outputs, const FilterKernel& kernel);
+
+/// The share of an input that an output covers which is `width` inputs wide.
+FilterKernel areaKernel(double width);
+FilterKernel triangleKernel();    ///< linear interpolation
+FilterKernel catmullRomKernel();  ///< cubic convolution with a = -1/2 (Keys 1981)
+FilterKernel lanczos3Kernel();    ///< sinc windowed by its own main lobe stretched to 3 (Duchon 1979)
+
+/// The normal distribution's bell, cut at 3.5 standard deviations: 1/2000 of it is lost.
+FilterKernel gaussianKernel(double sigma);
+
+}  // namespace kestrel::engine

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "engine/pixels/Bitmap.h"
+
+namespace kestrel::engine {
+
+/// What changes places with what; the numbers are those that callers pass.
+enum class FlipDirection { LeftToRight = 0, TopToBottom = 1 };
+
+/// The picture mirrored, without loss. Raises RuntimeError 5 for another direction.
+Bitmap flip(const Bitmap& source, FlipDirection direction);
+
+}  // namespace kestrel::engine

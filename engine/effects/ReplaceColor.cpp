@@ -1,0 +1,75 @@
+#include "ReplaceColor.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+#include "Common.h"
+#include "base/RuntimeError.h"
+#include "engine/Parallel.h"
+#include "reference/PixelRows.h"
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "engine/effects/ReplaceColor.cpp"
+#include "hwy/foreach_target.h"
+#include "hwy/highway.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace kestrel::engine::HWY_NAMESPACE {
+
+/// Works in whole vectors: rows are padded to 64 bytes, and so may be written to their padded end.
+void replaceRow(const std::uint8_t* HWY_RESTRICT in, std::int32_t count, Pixel from, Pixel to,
+                std::uint8_t tolerance, std::uint8_t* HWY_RESTRICT out) {
+#if HWY_TARGET == HWY_SCALAR
+  reference::replaceRow(in, count, from, to, tolerance, out);
+#else
+  namespace hn = hwy::HWY_NAMESPACE;
+  const hn::CappedTag<std::uint32_t, 16> d;
+  const hn::Repartition<std::uint8_t, decltype(d)> d8;
+  std::uint32_t fromValue, toValue;
+  std::memcpy(&fromValue, &from, sizeof fromValue);
+  std::memcpy(&toValue, &to, sizeof toValue);
+  const auto wanted = hn::BitCast(d8, hn::Set(d, fromValue));
+  const auto replacement = hn::Set(d, toValue);
+  const auto allowed = hn::Set(d8, tolerance);
+  const auto lanes = static_cast<std::int32_t>(hn::Lanes(d));
+  // Below this value of a pixel its alpha is 0; it is then of the colour if that is transparent, too.
+  const auto invisibleBelow = hn::Set(d, from.a == 0 ? 0x01000000U : 0U);
+  for (std::int32_t x = 0; x < count; x += lanes) {
+    const auto bytes = hn::Load(d8, in + std::ptrdiff_t{4} * x);
+    const auto pixels = hn::BitCast(d, bytes);
+    const auto difference = hn::Or(hn::SaturatedSub(bytes, wanted), hn::SaturatedSub(wanted, bytes));
+    const auto beyond = hn::BitCast(d, hn::SaturatedSub(difference, allowed));
+    const auto matches = hn::Or(hn::Eq(beyond, hn::Zero(d)), hn::Lt(pixels, invisibleBelow));
+    hn::Store(hn::BitCast(d8, hn::IfThenElse(matches, replacement, pixels)), d8, out + std::ptrdiff_t{4} * x);
+  }
+#endif
+}
+
+}  // namespace kestrel::engine::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace kestrel::engine {
+
+HWY_EXPORT(replaceRow);
+
+Bitmap replaceColor(const Bitmap& source, Pixel from, Pixel to, double tolerance) {
+  requirePicture(source);
+  if (!(tolerance >= 0)) {
+    throw RuntimeError(err::kInvalidCall, "The tolerance of a colour must be 0 or more.");
+  }
+  const auto levels = static_cast<std::uint8_t>(std::min(std::floor(tolerance), 255.0));
+  Bitmap result = Bitmap::uninitialized(source.width(), source.height());
+  const ConstPixels in = source.pixels();
+  const Pixels out = result.writable();
+  forRows(out.height, rowsPerTask(out.width), [&](std::int32_t first, std::int32_t last) {
+    for (std::int32_t y = first; y < last; ++y) {
+      HWY_DYNAMIC_DISPATCH(replaceRow)(in.row(y), out.width, from, to, levels, out.row(y));
+    }
+  });
+  return result;
+}
+
+}  // namespace kestrel::engine
+#endif

@@ -1,0 +1,194 @@
+#include "Rotate.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <numbers>
+
+#include "Common.h"
+#include "FilterRows.h"
+#include "QuarterTurn.h"
+#include "RotateRows.h"
+#include "base/RuntimeError.h"
+#include "engine/Parallel.h"
+#include "reference/TurnRows.h"
+
+namespace kestrel::engine {
+namespace {
+
+using Floats = std::array<float, 4>;
+
+constexpr double kOne = 4294967296.0;  ///< 1 as a 32.32 fixed-point number
+
+std::int64_t toFixed(double value) { return static_cast<std::int64_t>(std::llround(value * kOne)); }
+
+struct Span {
+  std::int32_t first, last;  ///< `last` not included
+  bool empty() const { return first >= last; }
+};
+
+/// The positions i of `span` where low <= start + i * step < high.
+Span clip(Span span, std::int64_t start, std::int64_t step, std::int64_t low, std::int64_t high) {
+  if (step == 0) return start >= low && start < high ? span : Span{span.first, span.first};
+  if (step < 0) {  // mirror the axis, so that it rises
+    start = -start;
+    step = -step;
+    std::swap(low, high);
+    low = -low + 1;
+    high = -high + 1;
+  }
+  const auto ceilDivide = [](std::int64_t a, std::int64_t b) { return a > 0 ? (a - 1) / b + 1 : a / b; };
+  const std::int64_t first = std::clamp<std::int64_t>(ceilDivide(low - start, step), span.first, span.last);
+  const std::int64_t last = std::clamp<std::int64_t>(ceilDivide(high - start, step), first, span.last);
+  return {static_cast<std::int32_t>(first), static_cast<std::int32_t>(last)};
+}
+
+/// Samples where some of the sixteen pixels are outside: their weight goes to those inside, and how much of
+/// it there was tells how far the edge covers the new pixel; the background has the rest.
+class EdgeSampler {
+ public:
+  EdgeSampler(const ConstPixels& in, Pixel background) : in_(in) {
+    const float alpha = background.a;
+    background_ = {background.r * alpha, background.g * alpha, background.b * alpha, alpha};
+  }
+
+  const Floats& background() const { return background_; }
+
+  Floats sample(std::int64_t u, std::int64_t v) const {
+    const float* const across = reference::cubicWeights(u);
+    const float* const down = reference::cubicWeights(v);
+    const std::int64_t left = (u >> 32) - 1;
+    const std::int64_t top = (v >> 32) - 1;
+    Floats sum{};
+    float weights = 0;
+    for (std::int64_t y = std::max<std::int64_t>(0, top); y < std::min<std::int64_t>(in_.height, top + 4);
+         ++y) {
+      const std::uint8_t* const row = in_.row(static_cast<std::int32_t>(y));
+      for (std::int64_t x = std::max<std::int64_t>(0, left); x < std::min<std::int64_t>(in_.width, left + 4);
+           ++x) {
+        const std::uint8_t* const p = row + 4 * x;
+        const float weight = across[x - left] * down[y - top];
+        const float alpha = p[3];
+        for (std::size_t c = 0; c < 3; ++c) sum[c] += weight * (static_cast<float>(p[c]) * alpha);
+        sum[3] += weight * alpha;
+        weights += weight;
+      }
+    }
+    constexpr float kInvisible = 1.0F / 512;
+    if (weights < kInvisible) return background_;
+    const float coverage = std::min(weights, 1.0F);
+    for (std::size_t c = 0; c < 4; ++c) {
+      sum[c] = sum[c] / weights * coverage + background_[c] * (1 - coverage);
+    }
+    return sum;
+  }
+
+ private:
+  ConstPixels in_;
+  Floats background_;
+};
+
+/// The old picture as seen from the new one: where each new pixel takes its colour from.
+struct Mapping {
+  std::int64_t u0, v0;  ///< of the new pixel (0, 0)
+  std::int64_t du, dv;  ///< one pixel to the right; one down is (-dv, du)
+};
+
+class Rotation {
+ public:
+  Rotation(const ConstPixels& in, const Pixels& out, const Mapping& mapping, Pixel background)
+      : in_(in), out_(out), mapping_(mapping), edge_(in, background) {}
+
+  /// Makes the rows of a band, tile by tile, so that the pixels they are taken from stay cached.
+  void makeRows(std::int32_t first, std::int32_t last) const {
+    for (std::int32_t top = first; top < last; top += kTile) {
+      for (std::int32_t left = 0; left < out_.width; left += kTile) {
+        const Span columns{left, std::min(left + kTile, out_.width)};
+        for (std::int32_t y = top; y < std::min(top + kTile, last); ++y) makePiece(y, columns);
+      }
+    }
+  }
+
+ private:
+  static constexpr std::int32_t kTile = 64;
+
+  /// The positions where an old pixel within `margin` pixels of the position's whole part may be outside.
+  Span within(Span columns, std::int64_t u, std::int64_t v, std::int64_t before, std::int64_t after) const {
+    const auto low = -before * (std::int64_t{1} << 32);
+    const Span across = clip(columns, u, mapping_.du, low, (in_.width + after) * (std::int64_t{1} << 32));
+    return clip(across, v, mapping_.dv, low, (in_.height + after) * (std::int64_t{1} << 32));
+  }
+
+  void makePiece(std::int32_t y, Span columns) const {
+    const std::int64_t u = mapping_.u0 - y * mapping_.dv;
+    const std::int64_t v = mapping_.v0 + y * mapping_.du;
+    const Span touched = within(columns, u, v, 2, 1);
+    const Span inside = within(touched, u, v, -1, -2);
+    std::array<float, 4 * kTile> floats;
+    const auto at = [&](std::int32_t x) { return floats.data() + std::ptrdiff_t{4} * (x - columns.first); };
+    const auto fill = [&](Span span) {
+      for (std::int32_t x = span.first; x < span.last; ++x) std::copy_n(edge_.background().data(), 4, at(x));
+    };
+    const auto sampleEdge = [&](Span span) {
+      for (std::int32_t x = span.first; x < span.last; ++x) {
+        const Floats sample = edge_.sample(u + x * mapping_.du, v + x * mapping_.dv);
+        std::copy_n(sample.data(), 4, at(x));
+      }
+    };
+    fill({columns.first, touched.first});
+    if (inside.empty()) {
+      sampleEdge(touched);
+    } else {
+      sampleEdge({touched.first, inside.first});
+      sampleLine(in_, u + inside.first * mapping_.du, v + inside.first * mapping_.dv, mapping_.du,
+                 mapping_.dv, inside.last - inside.first, at(inside.first));
+      sampleEdge({inside.last, touched.last});
+    }
+    fill({touched.last, columns.last});
+    storeStraightRow(floats.data(), columns.last - columns.first,
+                     out_.row(y) + std::ptrdiff_t{4} * columns.first);
+  }
+
+  ConstPixels in_;
+  Pixels out_;
+  Mapping mapping_;
+  EdgeSampler edge_;
+};
+
+/// The side of the box that holds the turned picture. Rounding must not add a pixel to what fits exactly.
+std::int32_t boxSide(double length) {
+  return static_cast<std::int32_t>(std::clamp(std::ceil(length - 1e-6), 1.0, 2147483647.0));
+}
+
+}  // namespace
+
+Bitmap rotate(const Bitmap& source, double degrees, Pixel background) {
+  requirePicture(source);
+  if (!std::isfinite(degrees))
+    throw RuntimeError(err::kInvalidCall, "The angle of a rotation must be a number.");
+  double angle = std::fmod(degrees, 360.0);
+  if (angle < 0) angle += 360;
+  if (angle == 0 || angle == 360) return source;
+  if (std::fmod(angle, 90.0) == 0) return quarterTurn(source, static_cast<int>(angle / 90));
+
+  const double radians = angle * std::numbers::pi / 180;
+  const double cosine = std::cos(radians);
+  const double sine = std::sin(radians);
+  const ConstPixels from = source.pixels();
+  Bitmap result =
+      Bitmap::uninitialized(boxSide(from.width * std::abs(cosine) + from.height * std::abs(sine)),
+                            boxSide(from.width * std::abs(sine) + from.height * std::abs(cosine)));
+  const Pixels to = result.writable();
+  // Both centres coincide; a pixel's centre stands half a pixel right of and below its corner.
+  const double x = 0.5 - to.width / 2.0;
+  const double y = 0.5 - to.height / 2.0;
+  const Mapping mapping{toFixed(x * cosine + y * sine + from.width / 2.0 - 0.5),
+                        toFixed(y * cosine - x * sine + from.height / 2.0 - 0.5), toFixed(cosine),
+                        -toFixed(sine)};
+  const Rotation rotation(from, to, mapping, background);
+  forRows(to.height, std::max(64, rowsPerTask(to.width, 16)),
+          [&](std::int32_t first, std::int32_t last) { rotation.makeRows(first, last); });
+  return result;
+}
+
+}  // namespace kestrel::engine

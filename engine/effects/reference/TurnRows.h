@@ -1,0 +1,69 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#include "engine/pixels/Bitmap.h"
+
+/// What the vector kernels of QuarterTurn.cpp and RotateRows.cpp compute, told plainly.
+namespace kestrel::engine::reference {
+
+/// Row j of the output becomes column j of the input. The steps are the bytes from row to row, either sign.
+inline void transpose(const std::uint8_t* in, std::ptrdiff_t inStep, std::int32_t columns, std::int32_t rows,
+                      std::uint8_t* out, std::ptrdiff_t outStep) {
+  for (std::int32_t j = 0; j < columns; ++j) {
+    for (std::int32_t i = 0; i < rows; ++i) {
+      std::memcpy(out + j * outStep + std::ptrdiff_t{4} * i, in + i * inStep + std::ptrdiff_t{4} * j, 4);
+    }
+  }
+}
+
+/// Sampling positions are 32.32 fixed-point numbers; the fraction's upper bits choose one of these many
+/// phases.
+inline constexpr int kPhaseBits = 10;
+
+/// The four Catmull-Rom weights of each phase, for the pixels -1, 0, 1 and 2 from the position's whole part.
+inline const std::array<std::array<float, 4>, std::size_t{1} << kPhaseBits>& cubicWeights() {
+  static const auto table = [] {
+    std::array<std::array<float, 4>, std::size_t{1} << kPhaseBits> result{};
+    for (std::size_t i = 0; i < result.size(); ++i) {
+      const double t = (static_cast<double>(i) + 0.5) / static_cast<double>(result.size());
+      result[i] = {
+          static_cast<float>(((-0.5 * t + 1) * t - 0.5) * t), static_cast<float>((1.5 * t - 2.5) * t * t + 1),
+          static_cast<float>(((-1.5 * t + 2) * t + 0.5) * t), static_cast<float>((0.5 * t - 0.5) * t * t)};
+    }
+    return result;
+  }();
+  return table;
+}
+
+inline const float* cubicWeights(std::int64_t position) {
+  const auto phase = static_cast<std::size_t>(position >> (32 - kPhaseBits)) & ((1U << kPhaseBits) - 1);
+  return cubicWeights()[phase].data();
+}
+
+/// `count` samples along a line, from (u, v) in steps of (du, dv); all sixteen pixels of each are inside.
+inline void sampleLine(const ConstPixels& in, std::int64_t u, std::int64_t v, std::int64_t du,
+                       std::int64_t dv, std::int32_t count, float* out) {
+  for (std::int32_t i = 0; i < count; ++i, u += du, v += dv, out += 4) {
+    const float* const across = cubicWeights(u);
+    const float* const down = cubicWeights(v);
+    const auto left = static_cast<std::ptrdiff_t>(u >> 32) - 1;
+    const auto top = static_cast<std::int32_t>(v >> 32) - 1;
+    std::fill_n(out, 4, 0.0F);
+    for (int y = 0; y < 4; ++y) {
+      const std::uint8_t* p = in.row(top + y) + 4 * left;
+      for (int x = 0; x < 4; ++x, p += 4) {
+        const float weight = across[x] * down[y];
+        const float alpha = p[3];
+        for (int c = 0; c < 3; ++c) out[c] += weight * (static_cast<float>(p[c]) * alpha);
+        out[3] += weight * alpha;
+      }
+    }
+  }
+}
+
+}  // namespace kestrel::engine::reference
