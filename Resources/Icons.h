@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 namespace kestrel::resources {
@@ -9,7 +10,17 @@ namespace kestrel::resources {
 inline constexpr std::string_view kIconNeutral = "#59616b";
 inline constexpr std::string_view kIconAccent = "#3388e0";
 
-/// The SVG text of the icon of that name ("Image-Save 2"), empty if there is none.
+/// The file of the icon of that name, without its folder: "Image-Save 2" is drawn in "image-save-2.svg".
+inline std::string iconFileName(std::string_view name) {
+  std::string file;
+  for (const char letter : name) {
+    const bool capital = letter >= 'A' && letter <= 'Z';
+    file += letter == ' ' ? '-' : capital ? static_cast<char>(letter - 'A' + 'a') : letter;
+  }
+  return file + ".svg";
+}
+
+/// The SVG text of the icon of that name, empty if there is none.
 std::string_view iconSvg(std::string_view name);
 
 }  // namespace kestrel::resources

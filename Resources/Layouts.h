@@ -1,0 +1,11 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+
+namespace kestrel::resources {
+
+/// The stored layout of the editor's docking suite, for `docking::readLayout`.
+std::span<const std::byte> dialogLayout();
+
+}  // namespace kestrel::resources

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kestrel::tools {
+
+/// One element of an XML document. Its text is that before, between and after its children, entities
+/// replaced.
+struct XmlElement {
+  std::string name;
+  std::map<std::string, std::string> attributes;
+  std::vector<XmlElement> children;
+  std::string text;
+
+  /// The value of an attribute, empty if it has none of that name.
+  std::string attribute(const std::string& key) const;
+  /// The first child of that name, null if there is none.
+  const XmlElement* child(std::string_view wanted) const;
+};
+
+/// The root element of a document: elements, attributes, text, character entities; comments and the
+/// declarations at its head are skipped. Throws std::runtime_error, with the line, for anything else.
+XmlElement readXml(std::string_view document);
+
+}  // namespace kestrel::tools
