@@ -14,14 +14,21 @@ struct FurtherFile {
 };
 
 /// The files of modules that have more than one, but for the first. A place that was given once stays.
+// clang-format off
 constexpr std::array kFurtherFiles{
-    FurtherFile{"ImageProcessingCtl.Files.cpp", 1},      FurtherFile{"ImageProcessingCtl.Commands.cpp", 2},
-    FurtherFile{"ImageProcessingCtl.Tools.cpp", 3},      FurtherFile{"ImageProcessingCtl.Selection.cpp", 4},
-    FurtherFile{"ImageProcessingCtl.Operations.cpp", 5}, FurtherFile{"ImageProcessingCtl.Undo.cpp", 6},
-    FurtherFile{"ImageProcessingCtl.Zoom.cpp", 7},       FurtherFile{"ImageProcessingCtl.Thumbnails.cpp", 8},
-    FurtherFile{"ImageProcessingCtl.Properties.cpp", 9}, FurtherFile{"modTollgarthSupport.Counting.cpp", 1},
+    FurtherFile{"ImageProcessingCtl.Files.cpp", 1},
+    FurtherFile{"ImageProcessingCtl.Commands.cpp", 2},
+    FurtherFile{"ImageProcessingCtl.Tools.cpp", 3},
+    FurtherFile{"ImageProcessingCtl.Selection.cpp", 4},
+    FurtherFile{"ImageProcessingCtl.Operations.cpp", 5},
+    FurtherFile{"ImageProcessingCtl.Undo.cpp", 6},
+    FurtherFile{"ImageProcessingCtl.Zoom.cpp", 7},
+    FurtherFile{"ImageProcessingCtl.Thumbnails.cpp", 8},
+    FurtherFile{"ImageProcessingCtl.Properties.cpp", 9},
+    FurtherFile{"modTollgarthSupport.Counting.cpp", 1},
     FurtherFile{"modTollgarthSupport.Format.cpp", 2},
 };
+// clang-format on
 
 }  // namespace
 
