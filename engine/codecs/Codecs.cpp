@@ -1,0 +1,72 @@
+#include "Codecs.h"
+
+#include <string>
+
+#include "CodecTable.h"
+#include "Damage.h"
+#include "FileStore.h"
+#include "base/RuntimeError.h"
+
+namespace kestrel::engine {
+namespace {
+
+Decoded decodeAs(const Codec& codec, Bytes data) {
+  Decoded decoded = codec.decode(data);
+  decoded.format = codec.format;
+  return decoded;
+}
+
+const Codec& writingCodec(std::int32_t formatCode) {
+  const Codec* const codec = codecOf(formatCode);
+  if (codec == nullptr) {
+    throw RuntimeError(err::kInvalidCall,
+                       "A picture cannot be saved in format " + std::to_string(formatCode) + ".");
+  }
+  if (codec->encode == nullptr) {
+    throw RuntimeError(err::kInvalidCall, std::string(codec->name) + " files can be read, not written.");
+  }
+  return *codec;
+}
+
+std::int32_t formatOfName(const std::filesystem::path& path) {
+  if (const Codec* const codec = codecOfName(path)) return codec->format;
+  throw RuntimeError(err::kInvalidCall, "The name \"" + path.filename().string() +
+                                            "\" does not tell a picture format that can be written.");
+}
+
+}  // namespace
+
+Decoded decodeFile(const std::filesystem::path& path) {
+  const std::vector<std::uint8_t> data = readFile(path);
+  if (data.empty()) refusePicture("The file is empty.");
+  if (const Codec* const codec = codecOfContent(data)) return decodeAs(*codec, data);
+  if (const Codec* const named = codecOfName(path)) {
+    refusePicture("The file is not a " + std::string(named->name) + " image: " + std::string(named->mark) +
+                  ".");
+  }
+  refusePicture("The file is not a picture of any known format.");
+}
+
+Decoded decode(Bytes data) {
+  if (data.empty()) refusePicture("There is no data to read a picture from.");
+  if (const Codec* const codec = codecOfContent(data)) return decodeAs(*codec, data);
+  refusePicture("The data is not a picture of any known format.");
+}
+
+void encodeFile(const Bitmap& bitmap, const Metadata& metadata, std::int32_t formatCode,
+                const EncodeOptions& options, const std::filesystem::path& path) {
+  const std::int32_t code = formatCode == format::kNone ? formatOfName(path) : formatCode;
+  replaceFile(path, encode(bitmap, metadata, code, options));
+}
+
+std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata, std::int32_t formatCode,
+                                 const EncodeOptions& options) {
+  const Codec& codec = writingCodec(formatCode);
+  if (bitmap.empty()) throw RuntimeError(err::kInvalidCall, "There is no picture to save.");
+  if (options.jpegQuality < 1 || options.jpegQuality > 100) {
+    throw RuntimeError(err::kInvalidCall, "The JPEG quality must be from 1 to 100.");
+  }
+  return codec.encode(bitmap, metadata, options);
+}
+
+}  // namespace kestrel::engine

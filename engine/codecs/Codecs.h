@@ -1,0 +1,81 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "Metadata.h"
+#include "engine/pixels/Bitmap.h"
+
+namespace kestrel::engine {
+
+using Bytes = std::span<const std::uint8_t>;
+
+/// The codes that name file formats everywhere. Some formats may be missing from this build's table:
+/// asking for them is a clear error.
+namespace format {
+inline constexpr std::int32_t kNone = 0;
+inline constexpr std::int32_t kJpg = 1;
+inline constexpr std::int32_t kPng = 2;
+inline constexpr std::int32_t kTif = 3;
+inline constexpr std::int32_t kPcx = 4;
+inline constexpr std::int32_t kTga = 5;
+inline constexpr std::int32_t kBmp = 6;
+inline constexpr std::int32_t kWmf = 7;
+inline constexpr std::int32_t kEmf = 8;
+inline constexpr std::int32_t kPsd = 9;
+inline constexpr std::int32_t kWbmp = 10;
+inline constexpr std::int32_t kGif = 11;
+inline constexpr std::int32_t kTla = 12;
+inline constexpr std::int32_t kPcd = 13;
+}  // namespace format
+
+/// How the picture stood in the file, before it became an 8-bit RGBA bitmap.
+struct StoredAs {
+  std::int32_t bitsPerSample = 8;
+  bool hasAlpha = false;
+  std::int32_t orientation = 1;  ///< 1 to 8 as EXIF counts; applied by the load
+  std::string profile;           ///< the colour profile's own description, empty without one
+  std::int32_t pages = 1;        ///< pictures in the file; the first was loaded
+};
+
+/// A picture that was read.
+struct Decoded {
+  Bitmap bitmap;
+  std::int32_t format = format::kNone;
+  Metadata metadata;
+  StoredAs stored;
+  /// A sentence for the user if the file is damaged and the bitmap is only what could be read, else empty.
+  std::string notice;
+};
+
+struct EncodeOptions {
+  std::int32_t jpegQuality = 75;  ///< 1 to 100
+};
+
+/// Reads a picture file. What it is, its content says, not its name.
+///
+/// The result is upright (a stored orientation is applied), in sRGB (a stored colour profile is honoured)
+/// and has straight alpha. Raises RuntimeError: 53 no such file, 70 no permission to read it, 75 a folder or
+/// something else that is no file, 57 a failing device, 481 no picture that can be read, 7 too large.
+Decoded decodeFile(const std::filesystem::path& path);
+
+/// As `decodeFile`, from memory.
+Decoded decode(Bytes data);
+
+/// Writes a picture file whole or not at all: the target keeps its old content until the new one is complete
+/// and on the disk. The permissions of an existing target stay; a symbolic link stays, and the file it points
+/// to is replaced. `formatCode` 0 means the format that the name's extension names.
+///
+/// Raises RuntimeError: 5 a format that cannot be written, no format at all or a quality outside 1 to 100;
+/// 61 disk full, 70 no permission, 75 a target that cannot be a file, 76 no such folder, 57 a failing device.
+void encodeFile(const Bitmap& bitmap, const Metadata& metadata, std::int32_t formatCode,
+                const EncodeOptions& options, const std::filesystem::path& path);
+
+/// As `encodeFile`, to memory; `formatCode` must name a format.
+std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata, std::int32_t formatCode,
+                                 const EncodeOptions& options = {});
+
+}  // namespace kestrel::engine

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "Codecs.h"
+
+namespace kestrel::engine {
+
+/// The orientation that an EXIF block (see `Metadata::exif`) tells, 1 if it tells none.
+std::int32_t exifOrientation(Bytes exif);
+
+/// Makes camera data true of an upright picture that may be edited: the orientation in EXIF and XMP becomes 1
+/// and the embedded thumbnail goes. A block that is no EXIF is emptied. The rest stays where it is, since the
+/// makers' own notes hold positions within the block.
+void normalizeCameraData(Metadata& metadata);
+
+/// Writes the picture's size into the places where the block tells it, if it does.
+void setExifSize(std::vector<std::uint8_t>& exif, std::int32_t width, std::int32_t height);
+
+/// The resolution that the block tells, in pixels per inch; sets nothing if it tells none.
+void readExifResolution(Bytes exif, Metadata& metadata);
+
+}  // namespace kestrel::engine

@@ -1,0 +1,25 @@
+#include "Flatten.h"
+
+namespace kestrel::engine {
+
+bool isOpaque(const Bitmap& bitmap) {
+  const ConstPixels pixels = bitmap.pixels();
+  for (std::int32_t y = 0; y < pixels.height; ++y) {
+    const std::uint8_t* const row = pixels.row(y);
+    std::uint8_t all = 255;
+    for (std::int32_t x = 0; x < pixels.width; ++x) all &= row[4 * x + 3];
+    if (all != 255) return false;
+  }
+  return true;
+}
+
+void flattenRowOnWhite(const std::uint8_t* rgba, std::uint8_t* rgb, std::int32_t width) {
+  for (std::int32_t x = 0; x < width; ++x, rgba += 4, rgb += 3) {
+    const int alpha = rgba[3];
+    for (int i = 0; i < 3; ++i) {
+      rgb[i] = static_cast<std::uint8_t>((rgba[i] * alpha + 255 * (255 - alpha) + 127) / 255);
+    }
+  }
+}
+
+}  // namespace kestrel::engine

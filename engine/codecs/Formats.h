@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "Codecs.h"
+
+// The formats one by one. `probe` looks at the first bytes only. `decode` may be given anything and raises
+// RuntimeError 481 for what it cannot read, 7 for what is too large. It leaves `format` to its caller.
+
+namespace kestrel::engine {
+
+namespace jpeg {
+bool probe(Bytes data);
+Decoded decode(Bytes data);
+std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata,
+                                 const EncodeOptions& options);
+}  // namespace jpeg
+
+namespace png {
+bool probe(Bytes data);
+Decoded decode(Bytes data);
+std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata,
+                                 const EncodeOptions& options);
+}  // namespace png
+
+namespace tiff {
+bool probe(Bytes data);
+Decoded decode(Bytes data);
+std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata,
+                                 const EncodeOptions& options);
+}  // namespace tiff
+
+namespace bmp {
+bool probe(Bytes data);
+Decoded decode(Bytes data);
+std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata,
+                                 const EncodeOptions& options);
+}  // namespace bmp
+
+namespace gif {
+bool probe(Bytes data);
+Decoded decode(Bytes data);
+std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata,
+                                 const EncodeOptions& options);
+}  // namespace gif
+
+}  // namespace kestrel::engine

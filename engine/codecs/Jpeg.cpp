@@ -1,0 +1,340 @@
+#include <algorithm>
+#include <array>
+#include <csetjmp>
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <string_view>
+
+#include "ByteReader.h"
+#include "ByteWriter.h"
+#include "ColorProfile.h"
+#include "Damage.h"
+#include "Exif.h"
+#include "Flatten.h"
+#include "Formats.h"
+#include "JpegMarkers.h"
+#include "Orientation.h"
+
+// After <cstdio>, which it needs and does not include.
+#include <jerror.h>
+#include <jpeglib.h>
+
+namespace kestrel::engine::jpeg {
+namespace {
+
+/// The densest coding spends about a bit on an 8 x 8 block.
+constexpr std::int64_t kPixelsPerByte = 512;
+/// A progressive file needs some ten scans; thousands of empty ones would only keep the machine busy.
+constexpr int kMostScans = 500;
+/// From here on colour is stored at full resolution: whoever asks for it wants to see no loss.
+constexpr std::int32_t kFullColorQuality = 90;
+
+/// What the library calls back with. It reports errors by a jump, so the functions that call it hold nothing
+/// that would need to be destroyed.
+struct Errors {
+  jpeg_error_mgr base;
+  std::jmp_buf jump;
+  std::array<char, JMSG_LENGTH_MAX> text;
+  bool damaged;
+
+  void install(jpeg_common_struct* common) {
+    common->err = jpeg_std_error(&base);
+    base.error_exit = [](j_common_ptr self) {
+      auto* const errors = reinterpret_cast<Errors*>(self->err);
+      errors->base.format_message(self, errors->text.data());
+      std::longjmp(errors->jump, 1);
+    };
+    base.emit_message = [](j_common_ptr self, int level) {
+      auto* const errors = reinterpret_cast<Errors*>(self->err);
+      if (level < 0 && meansDamage(errors->base.msg_code)) errors->damaged = true;
+    };
+    base.output_message = [](j_common_ptr) {};
+    text.fill('\0');
+    damaged = false;
+  }
+
+  /// Other warnings are about harmless liberties of the program that wrote the file.
+  static bool meansDamage(int code) {
+    switch (code) {
+      case JWRN_JPEG_EOF:
+      case JWRN_HIT_MARKER:
+      case JWRN_HUFF_BAD_CODE:
+      case JWRN_MUST_RESYNC:
+      case JWRN_BOGUS_PROGRESSION:
+        return true;
+      default:
+        return false;
+    }
+  }
+};
+
+/// Feeds the library from memory, and an end marker for ever when that is used up.
+struct Source {
+  jpeg_source_mgr base;
+  bool exhausted;
+  bool hadRow;
+
+  void install(jpeg_decompress_struct* info, Bytes data) {
+    info->src = &base;
+    base.next_input_byte = data.data();
+    base.bytes_in_buffer = data.size();
+    base.init_source = [](j_decompress_ptr) {};
+    base.fill_input_buffer = [](j_decompress_ptr self) -> boolean {
+      static constexpr JOCTET kEnd[] = {0xFF, JPEG_EOI};
+      auto* const source = reinterpret_cast<Source*>(self->src);
+      if (!source->exhausted) {
+        source->exhausted = true;
+        source->hadRow = self->input_iMCU_row > 0 || self->input_scan_number > 1 ||
+                         (self->total_iMCU_rows == 1 && self->input_scan_number == 1);
+      }
+      source->base.next_input_byte = kEnd;
+      source->base.bytes_in_buffer = sizeof kEnd;
+      return TRUE;
+    };
+    base.skip_input_data = [](j_decompress_ptr self, long count) {
+      jpeg_source_mgr* const source = self->src;
+      if (count <= 0) return;
+      if (static_cast<std::size_t>(count) > source->bytes_in_buffer) {
+        source->fill_input_buffer(self);
+        return;
+      }
+      source->next_input_byte += count;
+      source->bytes_in_buffer -= static_cast<std::size_t>(count);
+    };
+    base.resync_to_restart = jpeg_resync_to_restart;
+    base.term_source = [](j_decompress_ptr) {};
+    exhausted = false;
+    hadRow = false;
+  }
+};
+
+struct ScanLimit {
+  jpeg_progress_mgr base;
+
+  void install(jpeg_decompress_struct* info) {
+    base = {};
+    base.progress_monitor = [](j_common_ptr self) {
+      if (reinterpret_cast<j_decompress_ptr>(self)->input_scan_number > kMostScans) {
+        ERREXIT(self, JERR_BAD_PROGRESSION);
+      }
+    };
+    info->progress = &base;
+  }
+};
+
+/// A decompressor over a file in memory.
+class Reader {
+ public:
+  explicit Reader(Bytes data) {
+    errors_.install(reinterpret_cast<j_common_ptr>(&info_));
+    if (!guarded([this] { jpeg_create_decompress(&info_); })) fail();
+    source_.install(&info_, data);
+    scanLimit_.install(&info_);
+  }
+  Reader(const Reader&) = delete;
+  Reader& operator=(const Reader&) = delete;
+  ~Reader() { jpeg_destroy_decompress(&info_); }
+
+  void readHeader() {
+    const bool read = guarded([this] {
+      for (const int marker : {1, 2, 13}) jpeg_save_markers(&info_, JPEG_APP0 + marker, 0xFFFF);
+      jpeg_read_header(&info_, TRUE);
+    });
+    if (!read) fail();
+  }
+
+  const jpeg_decompress_struct& info() const { return info_; }
+
+  bool isCmyk() const { return info_.jpeg_color_space == JCS_CMYK || info_.jpeg_color_space == JCS_YCCK; }
+
+  /// Reads into rows of 4 bytes per pixel, RGBA or CMYK, and returns how many rows there are.
+  std::int32_t readRows(const Pixels& pixels) {
+    info_.out_color_space = isCmyk() ? JCS_CMYK : JCS_EXT_RGBA;
+    rows_ = 0;
+    const bool whole = guarded([this, &pixels] {
+      jpeg_start_decompress(&info_);
+      while (info_.output_scanline < info_.output_height) {
+        JSAMPROW row = pixels.row(static_cast<std::int32_t>(info_.output_scanline));
+        jpeg_read_scanlines(&info_, &row, 1);
+        rows_ = static_cast<std::int32_t>(info_.output_scanline);
+      }
+      jpeg_finish_decompress(&info_);
+    });
+    if (source_.exhausted && !source_.hadRow) {
+      refusePicture("The JPEG file is damaged: it ends before the first row of the picture.");
+    }
+    if (!whole && rows_ == 0) fail();
+    return rows_;
+  }
+
+  bool damaged() const { return errors_.damaged || source_.exhausted; }
+
+  [[noreturn]] void fail() const {
+    refusePicture("The JPEG file is damaged: " + std::string(errors_.text.data()) + ".");
+  }
+
+ private:
+  /// Calls the library; false if it gave up.
+  template <typename Step>
+  bool guarded(const Step& step) {
+    if (setjmp(errors_.jump) != 0) return false;
+    step();
+    return true;
+  }
+
+  jpeg_decompress_struct info_{};
+  Errors errors_{};
+  Source source_{};
+  ScanLimit scanLimit_{};
+  std::int32_t rows_ = 0;
+};
+
+/// A compressor into memory.
+class Writer {
+ public:
+  Writer() {
+    errors_.install(reinterpret_cast<j_common_ptr>(&info_));
+    guarded([this] {
+      jpeg_create_compress(&info_);
+      jpeg_mem_dest(&info_, &buffer_, &size_);
+    });
+  }
+  Writer(const Writer&) = delete;
+  Writer& operator=(const Writer&) = delete;
+  ~Writer() {
+    jpeg_destroy_compress(&info_);
+    std::free(buffer_);
+  }
+
+  void start(std::int32_t width, std::int32_t height, bool opaque, const Metadata& metadata,
+             std::int32_t quality) {
+    guarded([&] {
+      info_.image_width = static_cast<JDIMENSION>(width);
+      info_.image_height = static_cast<JDIMENSION>(height);
+      info_.input_components = opaque ? 4 : 3;
+      info_.in_color_space = opaque ? JCS_EXT_RGBX : JCS_RGB;
+      jpeg_set_defaults(&info_);
+      jpeg_set_quality(&info_, quality, TRUE);
+      if (quality >= kFullColorQuality)
+        info_.comp_info[0].h_samp_factor = info_.comp_info[0].v_samp_factor = 1;
+      const double x = metadata.resolutionX, y = metadata.resolutionY;
+      if (x >= 1 && y >= 1 && x <= 65535 && y <= 65535) {
+        info_.density_unit = 1;
+        info_.X_density = static_cast<UINT16>(x + 0.5);
+        info_.Y_density = static_cast<UINT16>(y + 0.5);
+      }
+      jpeg_start_compress(&info_, TRUE);
+    });
+  }
+
+  void marker(const Marker& marker) {
+    guarded([&] {
+      jpeg_write_marker(&info_, JPEG_APP0 + marker.number, marker.data.data(),
+                        static_cast<unsigned>(marker.data.size()));
+    });
+  }
+
+  void row(const std::uint8_t* data) {
+    guarded([&] {
+      JSAMPROW row = const_cast<JSAMPROW>(data);
+      jpeg_write_scanlines(&info_, &row, 1);
+    });
+  }
+
+  std::vector<std::uint8_t> finish() {
+    guarded([this] { jpeg_finish_compress(&info_); });
+    return {buffer_, buffer_ + size_};
+  }
+
+ private:
+  template <typename Step>
+  void guarded(const Step& step) {
+    if (setjmp(errors_.jump) != 0) {
+      throw RuntimeError(err::kInvalidCall,
+                         "The picture cannot be saved as JPEG: " + std::string(errors_.text.data()) + ".");
+    }
+    step();
+  }
+
+  jpeg_compress_struct info_{};
+  Errors errors_{};
+  unsigned char* buffer_ = nullptr;
+  unsigned long size_ = 0;
+};
+
+Metadata metadataOf(const jpeg_decompress_struct& info) {
+  std::vector<MarkerView> markers;
+  for (const jpeg_marker_struct* m = info.marker_list; m != nullptr; m = m->next) {
+    markers.push_back({m->marker - JPEG_APP0, {m->data, m->data_length}});
+  }
+  Metadata metadata = readMarkers(markers);
+  constexpr int kPerInch = 1, kPerCentimetre = 2;
+  if (info.saw_JFIF_marker && (info.density_unit == kPerInch || info.density_unit == kPerCentimetre)) {
+    const double scale = info.density_unit == kPerCentimetre ? 2.54 : 1;
+    metadata.resolutionX = info.X_density * scale;
+    metadata.resolutionY = info.Y_density * scale;
+  } else {
+    readExifResolution(metadata.exif, metadata);
+  }
+  return metadata;
+}
+
+/// Programs that write an Adobe marker store ink as light: 255 for none.
+void invert(Bitmap& bitmap) {
+  const Pixels pixels = bitmap.writable();
+  for (std::int32_t y = 0; y < pixels.height; ++y) {
+    std::uint8_t* const row = pixels.row(y);
+    for (std::int32_t x = 0; x < 4 * pixels.width; ++x) row[x] = static_cast<std::uint8_t>(~row[x]);
+  }
+}
+
+}  // namespace
+
+bool probe(Bytes data) { return data.size() >= 3 && data[0] == 0xFF && data[1] == 0xD8 && data[2] == 0xFF; }
+
+Decoded decode(Bytes data) {
+  Reader reader(data);
+  reader.readHeader();
+  const jpeg_decompress_struct& info = reader.info();
+  checkClaimedSize(info.image_width, info.image_height, data.size(), kPixelsPerByte);
+
+  Decoded decoded;
+  decoded.metadata = metadataOf(info);
+  decoded.bitmap = Bitmap::uninitialized(static_cast<std::int32_t>(info.image_width),
+                                         static_cast<std::int32_t>(info.image_height));
+  const std::int32_t rows = reader.readRows(decoded.bitmap.writable());
+  if (rows < decoded.bitmap.height()) {
+    keepRows(decoded, rows);
+  } else if (reader.damaged()) {
+    decoded.notice = "The file is damaged or was cut short: parts of the picture could not be read.";
+  }
+
+  if (reader.isCmyk()) {
+    if (info.saw_Adobe_marker) invert(decoded.bitmap);
+    convertToSrgb(decoded, PixelKind::cmyk);
+  } else {
+    convertToSrgb(decoded, info.jpeg_color_space == JCS_GRAYSCALE ? PixelKind::gray : PixelKind::rgb);
+  }
+  applyOrientation(decoded, exifOrientation(decoded.metadata.exif));
+  normalizeCameraData(decoded.metadata);
+  return decoded;
+}
+
+std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata,
+                                 const EncodeOptions& options) {
+  const ConstPixels pixels = bitmap.pixels();
+  const bool opaque = isOpaque(bitmap);
+  Writer writer;
+  writer.start(pixels.width, pixels.height, opaque, metadata, options.jpegQuality);
+  for (const Marker& marker : writeMarkers(metadata, pixels.width, pixels.height)) writer.marker(marker);
+
+  std::vector<std::uint8_t> flat(opaque ? 0 : static_cast<std::size_t>(pixels.width) * 3);
+  for (std::int32_t y = 0; y < pixels.height; ++y) {
+    if (!opaque) flattenRowOnWhite(pixels.row(y), flat.data(), pixels.width);
+    writer.row(opaque ? pixels.row(y) : flat.data());
+  }
+  return writer.finish();
+}
+
+}  // namespace kestrel::engine::jpeg

@@ -1,0 +1,310 @@
+#include <png.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <csetjmp>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "ColorProfile.h"
+#include "Damage.h"
+#include "Exif.h"
+#include "Flatten.h"
+#include "Formats.h"
+#include "Orientation.h"
+#include "PngText.h"
+#include "base/RuntimeError.h"
+
+namespace kestrel::engine::png {
+namespace {
+
+/// 1032 is the most that deflate can do, with 8 one-bit pixels in a byte.
+constexpr std::int64_t kPixelsPerByte = 1032 * 8;
+constexpr double kInchesPerMetre = 1 / 0.0254;
+
+/// The library reports errors by a jump, so the functions that call it hold nothing to be destroyed.
+struct Errors {
+  std::jmp_buf jump;
+  std::array<char, 200> text{};
+
+  static void raise(png_structp png, png_const_charp message) {
+    auto* const errors = static_cast<Errors*>(png_get_error_ptr(png));
+    std::strncpy(errors->text.data(), message, errors->text.size() - 1);
+    std::longjmp(errors->jump, 1);
+  }
+  static void ignore(png_structp, png_const_charp) {}
+
+  template <typename Step>
+  bool guarded(const Step& step) {
+    if (setjmp(jump) != 0) return false;
+    step();
+    return true;
+  }
+};
+
+class Reader {
+ public:
+  explicit Reader(Bytes data) : rest_(data) {
+    png_ = png_create_read_struct(PNG_LIBPNG_VER_STRING, &errors_, Errors::raise, Errors::ignore);
+    info_ = png_ != nullptr ? png_create_info_struct(png_) : nullptr;
+    if (info_ == nullptr)
+      throw RuntimeError(err::kOutOfMemory, "There is not enough memory for the picture.");
+    png_set_read_fn(png_, this, [](png_structp png, png_bytep target, std::size_t count) {
+      auto* const self = static_cast<Reader*>(png_get_io_ptr(png));
+      if (count > self->rest_.size()) png_error(png, "the file ends too early");
+      std::memcpy(target, self->rest_.data(), count);
+      self->rest_ = self->rest_.subspan(count);
+    });
+  }
+  Reader(const Reader&) = delete;
+  Reader& operator=(const Reader&) = delete;
+  ~Reader() { png_destroy_read_struct(&png_, info_ != nullptr ? &info_ : nullptr, nullptr); }
+
+  void readHeader() {
+    const bool read = errors_.guarded([this] {
+      png_set_user_limits(png_, Bitmap::kMaxSide, Bitmap::kMaxSide);
+      png_read_info(png_, info_);
+    });
+    if (!read) fail();
+  }
+
+  png_structp png() const { return png_; }
+  png_infop info() const { return info_; }
+  std::int64_t width() const { return png_get_image_width(png_, info_); }
+  std::int64_t height() const { return png_get_image_height(png_, info_); }
+
+  /// Reads into RGBA rows and returns how many there are, all of them if something of each is.
+  std::int32_t readRows(const Pixels& pixels) {
+    rows_ = 0;
+    const bool whole = errors_.guarded([this, &pixels] {
+      png_set_expand(png_);
+      png_set_scale_16(png_);
+      png_set_gray_to_rgb(png_);
+      png_set_filler(png_, 0xFF, PNG_FILLER_AFTER);
+      const int passes = png_set_interlace_handling(png_);
+      png_read_update_info(png_, info_);
+      for (int pass = 0; pass < passes; ++pass) {
+        for (std::int32_t y = 0; y < pixels.height; ++y) {
+          png_read_row(png_, pixels.row(y), nullptr);
+          rows_ = std::max(rows_, y + 1);
+        }
+      }
+    });
+    damaged_ = !whole;
+    if (rows_ == 0) fail();
+    return rows_;
+  }
+
+  bool damaged() const { return damaged_; }
+
+  /// Metadata may follow the pixels. What comes after good pixels spoils nothing if it is damaged.
+  void readEnd() {
+    if (!damaged_) errors_.guarded([this] { png_read_end(png_, info_); });
+  }
+
+ private:
+  [[noreturn]] void fail() const {
+    refusePicture("The PNG file is damaged: " + std::string(errors_.text.data()) + ".");
+  }
+
+  Errors errors_;
+  Bytes rest_;
+  png_structp png_ = nullptr;
+  png_infop info_ = nullptr;
+  std::int32_t rows_ = 0;
+  bool damaged_ = false;
+};
+
+class Writer {
+ public:
+  Writer() {
+    png_ = png_create_write_struct(PNG_LIBPNG_VER_STRING, &errors_, Errors::raise, Errors::ignore);
+    info_ = png_ != nullptr ? png_create_info_struct(png_) : nullptr;
+    if (info_ == nullptr) throw RuntimeError(err::kOutOfMemory, "There is not enough memory to save.");
+    png_set_write_fn(
+        png_, this,
+        [](png_structp png, png_bytep data, std::size_t count) {
+          auto* const self = static_cast<Writer*>(png_get_io_ptr(png));
+          if (!self->append({data, count})) png_error(png, "there is not enough memory");
+        },
+        nullptr);
+  }
+  Writer(const Writer&) = delete;
+  Writer& operator=(const Writer&) = delete;
+  ~Writer() { png_destroy_write_struct(&png_, &info_); }
+
+  png_structp png() const { return png_; }
+  png_infop info() const { return info_; }
+
+  template <typename Step>
+  void guarded(const Step& step) {
+    if (!errors_.guarded(step)) {
+      throw RuntimeError(err::kInvalidCall,
+                         "The picture cannot be saved as PNG: " + std::string(errors_.text.data()) + ".");
+    }
+  }
+
+  std::vector<std::uint8_t> finish() { return std::move(bytes_); }
+
+ private:
+  /// No exception may pass through the library.
+  bool append(Bytes data) noexcept {
+    try {
+      bytes_.insert(bytes_.end(), data.begin(), data.end());
+      return true;
+    } catch (const std::bad_alloc&) {
+      return false;
+    }
+  }
+
+  Errors errors_;
+  png_structp png_ = nullptr;
+  png_infop info_ = nullptr;
+  std::vector<std::uint8_t> bytes_;
+};
+
+Metadata metadataOf(const Reader& reader) {
+  Metadata metadata;
+  const png_structp png = reader.png();
+  const png_infop info = reader.info();
+
+  png_uint_32 x = 0, y = 0;
+  int unit = PNG_RESOLUTION_UNKNOWN;
+  if (png_get_pHYs(png, info, &x, &y, &unit) != 0 && unit == PNG_RESOLUTION_METER) {
+    metadata.resolutionX = x / kInchesPerMetre;
+    metadata.resolutionY = y / kInchesPerMetre;
+  }
+  png_charp name = nullptr;
+  int method = 0;
+  png_bytep profile = nullptr;
+  png_uint_32 size = 0;
+  if (png_get_iCCP(png, info, &name, &method, &profile, &size) != 0) {
+    metadata.iccProfile.assign(profile, profile + size);
+  }
+  png_bytep exif = nullptr;
+  if (png_get_eXIf_1(png, info, &size, &exif) != 0) metadata.exif.assign(exif, exif + size);
+
+  png_textp texts = nullptr;
+  const int count = png_get_text(png, info, &texts, nullptr);
+  for (int i = 0; i < count; ++i) {
+    const std::size_t length = std::max(texts[i].text_length, texts[i].itxt_length);
+    readText(texts[i].key, {texts[i].text, texts[i].text == nullptr ? 0 : length}, metadata);
+  }
+  return metadata;
+}
+
+/// Without a profile, sRGB is what nearly all mean, unless numbers say otherwise.
+void honourColors(const Reader& reader, Decoded& decoded) {
+  const png_structp png = reader.png();
+  const png_infop info = reader.info();
+  if (!decoded.metadata.iccProfile.empty()) {
+    const bool gray = (png_get_color_type(png, info) & PNG_COLOR_MASK_COLOR) == 0;
+    convertToSrgb(decoded, gray ? PixelKind::gray : PixelKind::rgb);
+    return;
+  }
+  double fileGamma = 0;
+  if (png_get_valid(png, info, PNG_INFO_sRGB) != 0 || png_get_gAMA(png, info, &fileGamma) == 0) return;
+  if (!(fileGamma > 0.1 && fileGamma < 10)) return;
+  Colorimetry colors;
+  colors.gamma = 1 / fileGamma;
+  png_get_cHRM(png, info, &colors.whiteX, &colors.whiteY, &colors.redX, &colors.redY, &colors.greenX,
+               &colors.greenY, &colors.blueX, &colors.blueY);
+  convertToSrgb(decoded, colors);
+}
+
+void writeMetadata(Writer& writer, const Metadata& metadata, const std::vector<std::uint8_t>& exif,
+                   std::vector<Text>& texts) {
+  writer.guarded([&] {
+    const png_structp png = writer.png();
+    const png_infop info = writer.info();
+    if (metadata.resolutionX > 0 && metadata.resolutionY > 0) {
+      png_set_pHYs(png, info, static_cast<png_uint_32>(std::lround(metadata.resolutionX * kInchesPerMetre)),
+                   static_cast<png_uint_32>(std::lround(metadata.resolutionY * kInchesPerMetre)),
+                   PNG_RESOLUTION_METER);
+    }
+    if (!metadata.iccProfile.empty()) {
+      // A profile that the library finds fault with must not keep the picture from being saved.
+      png_set_benign_errors(png, 1);
+      png_set_iCCP(png, info, "ICC profile", PNG_COMPRESSION_TYPE_BASE, metadata.iccProfile.data(),
+                   static_cast<png_uint_32>(metadata.iccProfile.size()));
+    }
+    if (!exif.empty()) {
+      png_set_eXIf_1(png, info, static_cast<png_uint_32>(exif.size()), const_cast<png_bytep>(exif.data()));
+    }
+    for (Text& text : texts) {
+      png_text entry{};
+      entry.compression = text.international ? PNG_ITXT_COMPRESSION_NONE : PNG_TEXT_COMPRESSION_zTXt;
+      entry.key = text.key.data();
+      entry.text = text.text.data();
+      (text.international ? entry.itxt_length : entry.text_length) = text.text.size();
+      char empty[] = "";
+      entry.lang = entry.lang_key = empty;
+      png_set_text(png, info, &entry, 1);
+    }
+  });
+}
+
+}  // namespace
+
+bool probe(Bytes data) {
+  constexpr std::array<std::uint8_t, 8> kSignature{0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
+  return data.size() >= kSignature.size() && std::equal(kSignature.begin(), kSignature.end(), data.begin());
+}
+
+Decoded decode(Bytes data) {
+  Reader reader(data);
+  reader.readHeader();
+  checkClaimedSize(reader.width(), reader.height(), data.size(), kPixelsPerByte);
+
+  Decoded decoded;
+  const bool interlaced = png_get_interlace_type(reader.png(), reader.info()) != PNG_INTERLACE_NONE;
+  decoded.stored.bitsPerSample = png_get_bit_depth(reader.png(), reader.info());
+  decoded.stored.hasAlpha = (png_get_color_type(reader.png(), reader.info()) & PNG_COLOR_MASK_ALPHA) != 0 ||
+                            png_get_valid(reader.png(), reader.info(), PNG_INFO_tRNS) != 0;
+  const auto width = static_cast<std::int32_t>(reader.width());
+  const auto height = static_cast<std::int32_t>(reader.height());
+  // The first passes of an interlaced picture leave gaps, which stay transparent if the rest is missing.
+  decoded.bitmap = interlaced ? Bitmap::filled(width, height) : Bitmap::uninitialized(width, height);
+  const std::int32_t rows = reader.readRows(decoded.bitmap.writable());
+  if (rows < height) {
+    keepRows(decoded, rows);
+  } else if (reader.damaged()) {
+    decoded.notice = "The file is damaged or was cut short: parts of the picture could not be read.";
+  }
+  reader.readEnd();
+
+  decoded.metadata = metadataOf(reader);
+  honourColors(reader, decoded);
+  applyOrientation(decoded, exifOrientation(decoded.metadata.exif));
+  normalizeCameraData(decoded.metadata);
+  return decoded;
+}
+
+std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata, const EncodeOptions&) {
+  const ConstPixels pixels = bitmap.pixels();
+  const bool opaque = isOpaque(bitmap);
+  std::vector<std::uint8_t> exif = metadata.exif;
+  setExifSize(exif, pixels.width, pixels.height);
+  std::vector<Text> texts = writeTexts(metadata);
+
+  Writer writer;
+  writer.guarded([&] {
+    png_set_IHDR(writer.png(), writer.info(), static_cast<png_uint_32>(pixels.width),
+                 static_cast<png_uint_32>(pixels.height), 8,
+                 opaque ? PNG_COLOR_TYPE_RGB : PNG_COLOR_TYPE_RGBA, PNG_INTERLACE_NONE,
+                 PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
+  });
+  writeMetadata(writer, metadata, exif, texts);
+  writer.guarded([&] {
+    png_write_info(writer.png(), writer.info());
+    if (opaque) png_set_filler(writer.png(), 0, PNG_FILLER_AFTER);
+    for (std::int32_t y = 0; y < pixels.height; ++y) png_write_row(writer.png(), pixels.row(y));
+    png_write_end(writer.png(), writer.info());
+  });
+  return writer.finish();
+}
+
+}  // namespace kestrel::engine::png

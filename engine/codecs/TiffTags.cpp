@@ -1,0 +1,204 @@
+#include "TiffTags.h"
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <optional>
+
+#include "ByteReader.h"
+#include "ByteWriter.h"
+
+namespace kestrel::engine::tiff {
+namespace {
+
+constexpr std::uint16_t kExifDirectory = 0x8769;
+constexpr std::uint16_t kGpsDirectory = 0x8825;
+constexpr std::uint16_t kInteropDirectory = 0xA005;
+
+/// Tags that describe the picture and not how its pixels are stored.
+constexpr std::array<std::uint16_t, 12> kDescriptive{
+    0x010E,  // description
+    0x010F,  // make
+    0x0110,  // model
+    0x0131,  // software
+    0x0132,  // date and time
+    0x013B,  // artist
+    0x013C,  // host computer
+    0x4746,  // rating
+    0x4749,  // rating in percent
+    0x8298,  // copyright
+    0xC614,  // camera model
+    0xC62F,  // camera serial number
+};
+
+constexpr std::size_t kMostEntries = 1000;
+
+/// A tag's type, how many values, and the values as they stand in a little-endian file.
+struct Entry {
+  std::uint16_t type = 0;
+  std::uint32_t count = 0;
+  std::vector<std::uint8_t> values;
+};
+
+struct Directory {
+  std::map<std::uint16_t, Entry> entries;
+  std::map<std::uint16_t, Directory> children;  ///< by the tag that holds their position
+};
+
+/// Bytes per value by type, and the bytes that change places where the byte order differs.
+std::size_t sizeOfType(std::uint16_t type) {
+  constexpr std::array<std::size_t, 14> kSizes{0, 1, 1, 2, 4, 8, 1, 1, 2, 4, 8, 4, 8, 4};
+  return type < kSizes.size() ? kSizes[type] : 0;
+}
+
+std::size_t swapUnitOfType(std::uint16_t type) {
+  constexpr std::uint16_t kRational = 5, kSignedRational = 10;
+  return type == kRational || type == kSignedRational ? 4 : sizeOfType(type);
+}
+
+void toLittleEndian(std::vector<std::uint8_t>& values, std::size_t unit) {
+  for (std::size_t i = 0; i + unit <= values.size(); i += unit) {
+    std::reverse(values.begin() + static_cast<std::ptrdiff_t>(i),
+                 values.begin() + static_cast<std::ptrdiff_t>(i + unit));
+  }
+}
+
+std::uint32_t firstNumber(const Entry& entry) {
+  std::uint32_t value = 0;
+  const std::size_t size = std::min<std::size_t>({4, entry.values.size(), sizeOfType(entry.type)});
+  for (std::size_t i = size; i-- > 0;) value = value << 8 | entry.values[i];
+  return value;
+}
+
+/// Reads a directory and those within it. Entries that do not hold together are left out.
+Directory readDirectory(Bytes data, ByteOrder order, std::size_t position, int depth) {
+  Directory directory;
+  ByteReader reader(data, order);
+  reader.seek(position);
+  const std::size_t count = reader.u16();
+  if (count > kMostEntries) return directory;
+  for (std::size_t i = 0; i < count && reader.remaining() >= 12; ++i) {
+    const std::uint16_t tag = reader.u16();
+    Entry entry;
+    entry.type = reader.u16();
+    entry.count = reader.u32();
+    const std::size_t next = reader.position() + 4;
+    const std::size_t size = sizeOfType(entry.type) * std::size_t{entry.count};
+    if (size > 4) {
+      const std::size_t at = reader.u32();
+      if (at > data.size() || size > data.size() - at) {
+        reader.seek(next);
+        continue;
+      }
+      reader.seek(at);
+    }
+    const Bytes values = reader.take(size);
+    reader.seek(next);
+    entry.values.assign(values.begin(), values.end());
+    if (order == ByteOrder::big) toLittleEndian(entry.values, swapUnitOfType(entry.type));
+
+    const bool isChild = tag == kExifDirectory || tag == kGpsDirectory || tag == kInteropDirectory;
+    if (!isChild) {
+      directory.entries[tag] = std::move(entry);
+    } else if (depth > 0 && firstNumber(entry) + std::size_t{2} <= data.size()) {
+      directory.children[tag] = readDirectory(data, order, firstNumber(entry), depth - 1);
+    }
+  }
+  return directory;
+}
+
+std::optional<Directory> readRoot(Bytes data) {
+  if (data.size() < 8) return std::nullopt;
+  const bool big = data[0] == 'M';
+  ByteReader reader(data, big ? ByteOrder::big : ByteOrder::little);
+  reader.skip(2);
+  constexpr std::uint16_t kClassic = 42;
+  if (reader.u16() != kClassic) return std::nullopt;
+  const std::uint32_t first = reader.u32();
+  if (first + std::size_t{2} > data.size()) return std::nullopt;
+  constexpr int kDepth = 2;
+  return readDirectory(data, big ? ByteOrder::big : ByteOrder::little, first, kDepth);
+}
+
+std::vector<std::uint8_t> numberBytes(std::size_t value) {
+  ByteWriter writer;
+  writer.u32(value);
+  return writer.finish();
+}
+
+/// Appends a directory, its children before it, and returns its position.
+std::size_t append(std::vector<std::uint8_t>& file, const Directory& directory) {
+  constexpr std::uint16_t kLong = 4;
+  std::map<std::uint16_t, Entry> entries = directory.entries;
+  for (const auto& [tag, child] : directory.children) {
+    entries[tag] = {kLong, 1, numberBytes(append(file, child))};
+  }
+  ByteWriter table;
+  table.u16(entries.size());
+  for (auto& [tag, entry] : entries) {
+    table.u16(tag);
+    table.u16(entry.type);
+    table.u32(entry.count);
+    if (entry.values.size() > 4) {
+      if (file.size() % 2 == 1) file.push_back(0);
+      table.u32(file.size());
+      file.insert(file.end(), entry.values.begin(), entry.values.end());
+    } else {
+      table.bytes(entry.values);
+      table.zeros(4 - entry.values.size());
+    }
+  }
+  table.u32(0);
+  if (file.size() % 2 == 1) file.push_back(0);
+  const std::size_t position = file.size();
+  const std::vector<std::uint8_t> bytes = table.finish();
+  file.insert(file.end(), bytes.begin(), bytes.end());
+  return position;
+}
+
+/// Makes the directory at `position` the first of a little-endian file.
+void setFirst(std::vector<std::uint8_t>& file, std::size_t position) {
+  const std::vector<std::uint8_t> bytes = numberBytes(position);
+  std::ranges::copy(bytes, file.begin() + 4);
+}
+
+void keepDescriptive(Directory& directory) {
+  std::erase_if(directory.entries, [](const auto& entry) {
+    return std::ranges::find(kDescriptive, entry.first) == kDescriptive.end();
+  });
+}
+
+}  // namespace
+
+std::vector<std::uint8_t> exifOfTiff(Bytes file) {
+  std::optional<Directory> root = readRoot(file);
+  if (!root) return {};
+  keepDescriptive(*root);
+  if (root->entries.empty() && root->children.empty()) return {};
+  std::vector<std::uint8_t> exif{'I', 'I', 42, 0, 0, 0, 0, 0};
+  setFirst(exif, append(exif, *root));
+  return exif;
+}
+
+std::vector<std::uint8_t> iptcOfTiff(Bytes file) {
+  constexpr std::uint16_t kIptc = 0x83BB;
+  std::optional<Directory> root = readRoot(file);
+  if (!root || !root->entries.contains(kIptc)) return {};
+  Entry& entry = root->entries[kIptc];
+  // Some programs call the bytes 32-bit numbers. They are bytes all the same, in the order of the file.
+  if (file[0] == 'M') toLittleEndian(entry.values, swapUnitOfType(entry.type));
+  return std::move(entry.values);
+}
+
+void addExifToTiff(std::vector<std::uint8_t>& file, Bytes exif) {
+  std::optional<Directory> added = readRoot(exif);
+  std::optional<Directory> root = readRoot(file);
+  if (!added || !root) return;
+  keepDescriptive(*added);
+  if (added->entries.empty() && added->children.empty()) return;
+  root->entries.merge(added->entries);
+  root->children.merge(added->children);
+  setFirst(file, append(file, *root));
+}
+
+}  // namespace kestrel::engine::tiff

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "Codecs.h"
+
+namespace kestrel::engine::tiff {
+
+/// The camera data of a TIFF file as an EXIF block of its own: the descriptive tags of the first directory
+/// and its EXIF and GPS directories. Empty if there are none or the file is a 64-bit one.
+std::vector<std::uint8_t> exifOfTiff(Bytes file);
+
+/// The IPTC records of a TIFF file; empty if there are none or the file is a 64-bit one.
+std::vector<std::uint8_t> iptcOfTiff(Bytes file);
+
+/// Adds the tags of an EXIF block to a finished little-endian TIFF file, as a new first directory at its end.
+/// Tags that the file has already stay as they are. A block that is no EXIF adds nothing.
+void addExifToTiff(std::vector<std::uint8_t>& file, Bytes exif);
+
+}  // namespace kestrel::engine::tiff
