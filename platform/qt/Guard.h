@@ -1,0 +1,15 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+namespace kestrel::qt {
+
+/// Where an error goes that a handler of the logic lets out into the toolkit, which cannot carry it.
+/// The default writes one line to standard error.
+void setStrayErrorHandler(std::function<void(const std::string& description)> handler);
+
+/// Runs what the toolkit calls back. No error leaves it: it goes to the stray-error handler instead.
+void guarded(const std::function<void()>& work) noexcept;
+
+}  // namespace kestrel::qt

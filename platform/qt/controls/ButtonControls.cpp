@@ -1,0 +1,65 @@
+#include "ButtonControls.h"
+
+#include <QSignalBlocker>
+#include <QVariant>
+
+#include "../Guard.h"
+#include "../Pictures.h"
+#include "../Text.h"
+
+namespace kestrel::qt {
+
+CheckBoxControl::CheckBoxControl(QCheckBox& box, ControlId id)
+    : WidgetControl(box, std::move(id)), box_(box) {
+  QObject::connect(&box_, &QCheckBox::toggled, &box_, [this] { guarded([this] { Click(); }); });
+}
+
+std::string CheckBoxControl::Caption() const { return fromQt(box_.text()); }
+
+void CheckBoxControl::Caption(const std::string& value) { box_.setText(translated(value)); }
+
+OptionButtonControl::OptionButtonControl(QRadioButton& button, ControlId id)
+    : WidgetControl(button, std::move(id)), button_(button) {
+  QObject::connect(&button_, &QRadioButton::toggled, &button_, [this](bool chosen) {
+    if (chosen) guarded([this] { Click(); });
+  });
+}
+
+std::string OptionButtonControl::Caption() const { return fromQt(button_.text()); }
+
+std::string OptionButtonControl::Tag() const { return fromQt(button_.property("Tag").toString()); }
+
+void OptionButtonControl::Value(bool value) {
+  // The toolkit keeps one button of a group chosen at all times; here the last one may give up its choice.
+  const bool exclusive = button_.autoExclusive();
+  if (!value) button_.setAutoExclusive(false);
+  button_.setChecked(value);
+  button_.setAutoExclusive(exclusive);
+}
+
+CommandButtonControl::CommandButtonControl(QAbstractButton& button, ControlId id)
+    : WidgetControl(button, std::move(id)), button_(button) {
+  QObject::connect(&button_, &QAbstractButton::clicked, &button_, [this] {
+    // A click of its own does not change the looks: those follow the state that is written.
+    Pressed(pressed_);
+    guarded([this] { Click(); });
+  });
+}
+
+std::string CommandButtonControl::Caption() const { return fromQt(button_.text()); }
+
+void CommandButtonControl::Pressed(bool value) {
+  pressed_ = value;
+  const QSignalBlocker silent(button_);
+  button_.setChecked(value);
+  button_.update();
+}
+
+void CommandButtonControl::BackColor(OLE_COLOR value) {
+  backColor_ = value;
+  QPalette palette;
+  if (value != kNoColor) palette.setColor(QPalette::Button, toColor(value));
+  button_.setPalette(palette);
+}
+
+}  // namespace kestrel::qt

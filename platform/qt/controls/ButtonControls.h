@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QAbstractButton>
+#include <QCheckBox>
+#include <QRadioButton>
+
+#include "WidgetControl.h"
+#include "imaging/contract/controls/CheckBox.h"
+#include "imaging/contract/controls/CommandButton.h"
+#include "imaging/contract/controls/OptionButton.h"
+
+namespace kestrel::qt {
+
+class CheckBoxControl final : public WidgetControl<CheckBox> {
+ public:
+  CheckBoxControl(QCheckBox& box, ControlId id);
+
+  std::string Caption() const override;
+  void Caption(const std::string& value) override;
+  std::int32_t Value() const override { return box_.isChecked() ? 1 : 0; }
+  void Value(std::int32_t value) override { box_.setChecked(value != 0); }
+
+ private:
+  QCheckBox& box_;
+};
+
+class OptionButtonControl final : public WidgetControl<OptionButton> {
+ public:
+  OptionButtonControl(QRadioButton& button, ControlId id);
+
+  std::string Caption() const override;
+  std::string Tag() const override;
+  bool Value() const override { return button_.isChecked(); }
+  void Value(bool value) override;
+
+ private:
+  QRadioButton& button_;
+};
+
+/// A push button. The form makes it checkable if it is one of a group that shows a state.
+class CommandButtonControl final : public WidgetControl<CommandButton> {
+ public:
+  CommandButtonControl(QAbstractButton& button, ControlId id);
+
+  std::string Caption() const override;
+  bool Pressed() const override { return pressed_; }
+  void Pressed(bool value) override;
+  OLE_COLOR BackColor() const override { return backColor_; }
+  void BackColor(OLE_COLOR value) override;
+  void Press() override { button_.click(); }
+
+ private:
+  QAbstractButton& button_;
+  OLE_COLOR backColor_ = kNoColor;
+  bool pressed_ = false;
+};
+
+}  // namespace kestrel::qt

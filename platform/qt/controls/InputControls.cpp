@@ -1,0 +1,91 @@
+#include "InputControls.h"
+
+#include <QEvent>
+#include <QStringList>
+#include <QVariant>
+
+#include "../Guard.h"
+#include "../Text.h"
+#include "base/RuntimeError.h"
+
+namespace kestrel::qt {
+namespace {
+
+constexpr std::int32_t kInvalidListIndex = 381;
+
+/// Tells of the keyboard focus that comes to a widget.
+class FocusWatcher final : public QObject {
+ public:
+  FocusWatcher(QWidget& widget, const Event<>& gotFocus) : QObject(&widget), gotFocus_(gotFocus) {
+    widget.installEventFilter(this);
+  }
+
+  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    if (event->type() == QEvent::FocusIn) {
+      // After the widget's own handling, which may change the selection.
+      QMetaObject::invokeMethod(
+          this, [this] { guarded([this] { gotFocus_(); }); }, Qt::QueuedConnection);
+    }
+    return false;
+  }
+
+ private:
+  const Event<>& gotFocus_;
+};
+
+}  // namespace
+
+TextBoxControl::TextBoxControl(QLineEdit& edit, ControlId id)
+    : WidgetControl(edit, std::move(id)), edit_(edit) {
+  new FocusWatcher(edit_, GotFocus);
+  QObject::connect(&edit_, &QLineEdit::textChanged, &edit_, [this] { guarded([this] { Change(); }); });
+}
+
+std::string TextBoxControl::Text() const { return fromQt(edit_.text()); }
+
+void TextBoxControl::Text(const std::string& value) { edit_.setText(toQt(value)); }
+
+std::string TextBoxControl::SelectedText() const { return fromQt(edit_.selectedText()); }
+
+ComboBoxControl::ComboBoxControl(QComboBox& combo, ControlId id)
+    : WidgetControl(combo, std::move(id)), combo_(combo) {
+  const QStringList numbers = combo_.property("itemData").toStringList();
+  for (int i = 0; i < combo_.count() && i < numbers.size(); ++i) combo_.setItemData(i, numbers[i].toInt());
+  QObject::connect(&combo_, &QComboBox::currentIndexChanged, &combo_,
+                   [this] { guarded([this] { Click(); }); });
+}
+
+std::string ComboBoxControl::List(std::int32_t index) const { return fromQt(combo_.itemText(index)); }
+
+std::int32_t ComboBoxControl::ItemData(std::int32_t index) const {
+  if (index < 0 || index >= combo_.count()) {
+    throw RuntimeError(kInvalidListIndex, "The list has no entry " + std::to_string(index) + ".");
+  }
+  return combo_.itemData(index).toInt();
+}
+
+void ComboBoxControl::ListIndex(std::int32_t value) {
+  if (value < -1 || value >= combo_.count()) {
+    throw RuntimeError(err::kInvalidPropertyValue, "The list has no entry " + std::to_string(value) + ".");
+  }
+  combo_.setCurrentIndex(value);
+}
+
+SliderControl::SliderControl(QSlider& slider, ControlId id)
+    : WidgetControl(slider, std::move(id)), slider_(slider) {
+  QObject::connect(&slider_, &QSlider::valueChanged, &slider_, [this] { guarded([this] { Change(); }); });
+}
+
+TabStripControl::TabStripControl(QTabBar& tabs, ControlId id)
+    : WidgetControl(tabs, std::move(id)), tabs_(tabs) {
+  for (const QString& caption : tabs_.property("tabs").toStringList()) {
+    tabs_.addTab(translated(fromQt(caption)));
+  }
+  QObject::connect(&tabs_, &QTabBar::currentChanged, &tabs_, [this] { guarded([this] { Click(); }); });
+}
+
+std::string TabStripControl::Caption(std::int32_t index) const { return fromQt(tabs_.tabText(index - 1)); }
+
+void TabStripControl::SelectedIndex(std::int32_t value) { tabs_.setCurrentIndex(value - 1); }
+
+}  // namespace kestrel::qt

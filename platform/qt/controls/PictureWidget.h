@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QGroupBox>
+#include <QImage>
+#include <QWidget>
+
+#include "imaging/contract/Picture.h"
+
+namespace kestrel::qt {
+
+/// Shows a picture, unscaled, from its top left corner.
+class PictureWidget : public QWidget {
+  Q_OBJECT
+
+ public:
+  using QWidget::QWidget;
+
+  const PicturePtr& picture() const { return picture_; }
+  void setPicture(const PicturePtr& picture);
+  QSize sizeHint() const override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  PicturePtr picture_;
+};
+
+/// A panel around other widgets whose face can be tiled with a picture.
+class FrameWidget : public QGroupBox {
+  Q_OBJECT
+
+ public:
+  using QGroupBox::QGroupBox;
+
+  const PicturePtr& picture() const { return picture_; }
+  void setPicture(const PicturePtr& picture);
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  PicturePtr picture_;
+};
+
+}  // namespace kestrel::qt

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QWidget>
+#include <string>
+#include <utility>
+
+#include "../Handles.h"
+
+namespace kestrel::qt {
+
+/// The name of a control and its index in its control array, -1 outside one.
+struct ControlId {
+  std::string name;
+  std::int32_t index = -1;
+};
+
+/// What every control of the contract does through its widget. `Face` is the abstract class it fills in, or
+/// that one with further bases. Positions are those of the toolkit: of the widget's parent, independent of
+/// the screen's factor. The widget is lent and must outlive this object.
+template <typename Face>
+class WidgetControl : public Face {
+ public:
+  template <typename... FaceArguments>
+  WidgetControl(QWidget& widget, ControlId id, FaceArguments&&... arguments)
+      : Face(std::forward<FaceArguments>(arguments)...), widget_(widget), id_(std::move(id)) {}
+
+  const std::string& Name() const override { return id_.name; }
+  std::int32_t Index() const override { return id_.index; }
+
+  std::int32_t Left() const override { return widget_.x(); }
+  void Left(std::int32_t value) override { widget_.move(value, widget_.y()); }
+  std::int32_t Top() const override { return widget_.y(); }
+  void Top(std::int32_t value) override { widget_.move(widget_.x(), value); }
+  std::int32_t Width() const override { return widget_.width(); }
+  void Width(std::int32_t value) override { widget_.resize(value, widget_.height()); }
+  std::int32_t Height() const override { return widget_.height(); }
+  void Height(std::int32_t value) override { widget_.resize(widget_.width(), value); }
+  void Move(std::int32_t left, std::int32_t top, std::int32_t width, std::int32_t height) override {
+    widget_.setGeometry(left, top, width, height);
+  }
+
+  bool Visible() const override { return !widget_.isHidden(); }
+  void Visible(bool value) override { widget_.setVisible(value); }
+  bool Enabled() const override { return widget_.isEnabledTo(widget_.parentWidget()); }
+  void Enabled(bool value) override { widget_.setEnabled(value); }
+
+  void ZOrder() override { widget_.raise(); }
+  WindowHandle hWnd() const override { return handleOf(&widget_); }
+
+ protected:
+  QWidget& widget() const { return widget_; }
+
+ private:
+  QWidget& widget_;
+  ControlId id_;
+};
+
+}  // namespace kestrel::qt

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QMainWindow>
+#include <QTextBrowser>
+
+namespace kestrel::qt {
+
+/// Shows the pages of one help book, with the way back and forth between them.
+class HelpWindow final : public QMainWindow {
+  Q_OBJECT
+
+ public:
+  HelpWindow();
+
+  /// Shows a page of the folder; links lead to other pages of it, and out of it to the user's browser.
+  void showPage(const QString& folder, const QString& page);
+
+  const QTextBrowser& browser() const { return *browser_; }
+
+ private:
+  QTextBrowser* browser_;
+};
+
+}  // namespace kestrel::qt

@@ -1,0 +1,119 @@
+#include "QtImgXDialog.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QStringList>
+#include <utility>
+
+#include "../Handles.h"
+#include "../Text.h"
+#include "../services/BusyPointer.h"
+#include "FileDialogWindow.h"
+#include "base/RuntimeError.h"
+
+namespace kestrel::qt {
+
+QStringList nameFilters(const std::string& filter) {
+  const QStringList parts = toQt(filter).split(u'|');
+  QStringList filters;
+  for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
+    QStringList patterns = parts[i + 1].split(u';', Qt::SkipEmptyParts);
+    // Here a file without a point in its name is a file like any other.
+    patterns.replaceInStrings(QStringLiteral("*.*"), QStringLiteral("*"));
+    filters += translated(fromQt(parts[i])) + QStringLiteral(" (") + patterns.join(u' ') + u')';
+  }
+  return filters;
+}
+
+bool QtImgXDialog::ShowOpen() { return show(false); }
+
+bool QtImgXDialog::ShowSave() { return show(true); }
+
+bool QtImgXDialog::show(bool save) {
+  const BusyPause pause;
+  QWidget* const owner = widgetOf(owner_);
+  FileDialogWindow dialog(owner ? owner->window() : QApplication::activeWindow());
+  dialog.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+  dialog.setWindowTitle(translated(save ? "Save As" : "Open"));
+  dialog.setFileMode(save || !(flags_ & kDialogFileMustExist) ? QFileDialog::AnyFile
+                     : maxFiles_ > 1                          ? QFileDialog::ExistingFiles
+                                                              : QFileDialog::ExistingFile);
+  dialog.setOption(QFileDialog::DontConfirmOverwrite, !(flags_ & kDialogOverwritePrompt));
+  dialog.setPathMustExist((flags_ & kDialogPathMustExist) != 0);
+  dialog.setDefaultSuffix(toQt(defaultExt_));
+  setUpFilters(dialog);
+  setUpStart(dialog);
+
+  dialog.ensurePolished();
+  dialog.adjustSize();
+  std::int32_t width = dialog.width();
+  std::int32_t height = dialog.height();
+  {
+    initialising_ = &dialog;
+    struct End {
+      FileDialogWindow*& dialog;
+      ~End() { dialog = nullptr; }
+    } const end{initialising_};
+    InitDialog(width, height);
+  }
+  dialog.growTo(QSize(width, height));
+  if (centerOnOwner_ && dialog.parentWidget()) {
+    const QRect frame = dialog.parentWidget()->frameGeometry();
+    dialog.move(frame.center() - dialog.rect().center());
+  }
+
+  const bool accepted = dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty();
+  if (accepted) {
+    filename_ = fromQt(QDir::toNativeSeparators(dialog.selectedFiles().front()));
+    folder_ = dialog.directory().absolutePath();
+  }
+  return accepted;
+}
+
+void QtImgXDialog::setUpFilters(QFileDialog& dialog) const {
+  const QStringList filters = nameFilters(filter_);
+  dialog.setNameFilters(filters);
+  if (filterIndex_ >= 0 && filterIndex_ < filters.size()) dialog.selectNameFilter(filters[filterIndex_]);
+}
+
+void QtImgXDialog::setUpStart(QFileDialog& dialog) const {
+  const QFileInfo file(toQt(filename_));
+  if (!filename_.empty() && file.dir().exists()) {
+    dialog.setDirectory(file.absolutePath());
+    dialog.selectFile(file.fileName());
+    return;
+  }
+  if (!folder_.isEmpty()) dialog.setDirectory(folder_);
+  if (!filename_.empty()) dialog.selectFile(file.fileName());
+}
+
+FileDialogWindow& QtImgXDialog::shown() const {
+  if (!initialising_) {
+    throw RuntimeError(err::kInvalidCall, "The file dialog can be changed only before it shows.");
+  }
+  return *initialising_;
+}
+
+void QtImgXDialog::GetControlRect(std::int32_t controlId, std::int32_t& left, std::int32_t& top,
+                                  std::int32_t& width, std::int32_t& height) {
+  const FileDialogWindow& dialog = shown();
+  if (controlId != kDialogFileTypeLabel) {
+    throw RuntimeError(err::kInvalidCall,
+                       "The file dialog has no control " + std::to_string(controlId) + ".");
+  }
+  const QRect label = dialog.fileTypeLabel();
+  left = label.left();
+  top = label.top();
+  width = label.width();
+  height = label.height();
+}
+
+void QtImgXDialog::MoveControl(WindowHandle window, std::int32_t x, std::int32_t y) {
+  FileDialogWindow& dialog = shown();
+  QWidget* const widget = widgetOf(window);
+  if (!widget) throw RuntimeError(err::kInvalidCall, "The window to move into the dialog does not exist.");
+  dialog.takeIn(*widget, QPoint(x, y));
+}
+
+}  // namespace kestrel::qt

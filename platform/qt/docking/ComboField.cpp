@@ -1,0 +1,104 @@
+#include "ComboField.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QSignalBlocker>
+#include <QStyle>
+#include <QStyleOptionComboBox>
+#include <algorithm>
+
+#include "../Guard.h"
+#include "../Text.h"
+
+namespace kestrel::qt {
+
+ComboField::ComboField(docking::MoorageModel& suite, docking::CommandModel& command)
+    : suite_(suite), command_(command) {
+  setObjectName(toQt(command_.Name()));
+  setEditable(true);
+  setInsertPolicy(QComboBox::NoInsert);
+  setCompleter(nullptr);
+  setFocusPolicy(Qt::ClickFocus);
+  setMaxVisibleItems(25);
+  setAccessibleName(withoutAccessKey(translated(command_.Caption())));
+  setAccessibleDescription(translated(command_.Description()));
+  setToolTip(withoutAccessKey(translated(command_.Caption())));
+  lineEdit()->installEventFilter(this);
+  connect(this, &QComboBox::activated, this, [this](int index) {
+    guarded([&] { suite_.chooseItem(command_, index + 1); });
+    refresh();
+    leave();
+  });
+  connect(qApp, &QApplication::focusChanged, this, [this](QWidget* old, QWidget* now) {
+    if (now == lineEdit() && old && !isAncestorOf(old)) before_ = old;
+  });
+  refresh();
+}
+
+void ComboField::refresh() {
+  const QSignalBlocker silent(this);
+  const CommandItems& lines = command_.Items();
+  bool same = count() == lines.Count();
+  for (std::int32_t i = 0; same && i < lines.Count(); ++i) same = itemText(i) == toQt(lines.Item(i + 1).Text);
+  if (!same) {
+    clear();
+    for (std::int32_t i = 1; i <= lines.Count(); ++i) addItem(toQt(lines.Item(i).Text));
+  }
+  const QString text = toQt(command_.comboText());
+  setCurrentIndex(findText(text, Qt::MatchFixedString));
+  setEditText(text);
+  setEnabled(command_.Enabled());
+
+  // The layout's width is the least; a large font or wide arrow may need more.
+  int widest = fontMetrics().horizontalAdvance(QStringLiteral("00.0:1"));
+  for (int i = 0; i < count(); ++i) widest = std::max(widest, fontMetrics().horizontalAdvance(itemText(i)));
+  QStyleOptionComboBox option;
+  initStyleOption(&option);
+  const QSize needed =
+      style()->sizeFromContents(QStyle::CT_ComboBox, &option, QSize(widest, fontMetrics().height()), this);
+  setFixedWidth(std::max(command_.width(), needed.width()));
+}
+
+bool ComboField::event(QEvent* event) {
+  if (event->type() == QEvent::Enter) guarded([this] { suite_.highlight(&command_); });
+  if (event->type() == QEvent::Leave) guarded([this] { suite_.highlight(nullptr); });
+  return QComboBox::event(event);
+}
+
+bool ComboField::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::KeyPress) {
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+      confirm();
+      return true;
+    }
+    if (key == Qt::Key_Escape) {
+      refresh();
+      leave();
+      return true;
+    }
+  } else if (event->type() == QEvent::FocusOut &&
+             static_cast<QFocusEvent*>(event)->reason() != Qt::PopupFocusReason) {
+    refresh();
+  }
+  return QComboBox::eventFilter(watched, event);
+}
+
+void ComboField::confirm() {
+  const std::string typed = fromQt(currentText());
+  guarded([&] { suite_.typeComboText(command_, typed); });
+  refresh();
+  leave();
+}
+
+void ComboField::leave() {
+  if (before_) {
+    before_->setFocus(Qt::OtherFocusReason);
+  } else {
+    lineEdit()->deselect();
+    lineEdit()->clearFocus();
+  }
+}
+
+}  // namespace kestrel::qt

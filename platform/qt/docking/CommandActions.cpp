@@ -1,0 +1,128 @@
+#include "CommandActions.h"
+
+#include <algorithm>
+
+#include "../Guard.h"
+#include "../Keys.h"
+#include "../Text.h"
+#include "SvgIcon.h"
+
+namespace kestrel::qt {
+namespace {
+
+/// A line of a list with an access key of its own: "&1 name" to "&9 name", then without.
+QString numbered(std::int32_t number, const QString& text) {
+  QString plain = text;
+  plain.replace(u'&', QStringLiteral("&&"));
+  return number < 10 ? QStringLiteral("&%1 %2").arg(number).arg(plain) : plain;
+}
+
+}  // namespace
+
+QString hotKeyTextOf(docking::CommandModel& command) {
+  if (command.HotKeys().Count() == 0) return {};
+  const HotKey& key = command.HotKeys().Item(1);
+  return hotKeyText(key.Shift(), key.KeyCode());
+}
+
+CommandActions::CommandActions(docking::MoorageModel& suite) : suite_(suite) {
+  for (const auto& command : suite_.Commands().all()) makeAction(*command);
+}
+
+CommandActions::~CommandActions() {
+  for (const auto& [command, menu] : menus_) delete menu;
+}
+
+void CommandActions::makeAction(docking::CommandModel& command) {
+  auto* const action = new QAction(this);
+  action->setObjectName(toQt(command.Name()));
+  action->setIcon(iconOf(command));
+  action->setMenuRole(QAction::NoRole);
+  actions_[&command] = action;
+
+  if (command.CommandType() == kCommandMenu) {
+    auto* const menu = new QMenu;
+    menu->setObjectName(toQt(command.Name()));
+    action->setMenu(menu);
+    menus_[&command] = menu;
+    connect(menu, &QMenu::aboutToShow, this, [this, menu, &command] { fill(*menu, command); });
+    connect(menu, &QMenu::aboutToHide, this, [this] { guarded([this] { suite_.highlight(nullptr); }); });
+  }
+  connect(action, &QAction::hovered, this,
+          [this, &command] { guarded([&] { suite_.highlight(&command); }); });
+  connect(action, &QAction::triggered, this, [this, &command] {
+    refresh(command);  // the pressed state is the model's, not the toolkit's
+    guarded([&] { suite_.click(command); });
+  });
+  refresh(command);
+}
+
+QAction& CommandActions::actionOf(docking::CommandModel& command) { return *actions_.at(&command); }
+
+QMenu& CommandActions::menuOf(docking::CommandModel& command) {
+  QMenu& menu = *menus_.at(&command);
+  fill(menu, command);
+  return menu;
+}
+
+QIcon CommandActions::iconOf(const docking::CommandModel& command) const {
+  if (command.ImageName().empty()) return {};
+  QIcon icon = drawnIcon(command.ImageName());
+  if (!icon.isNull()) return icon;
+  const auto& images = suite_.layout().images;
+  const auto stored = std::find_if(images.begin(), images.end(),
+                                   [&](const auto& image) { return image.name == command.ImageName(); });
+  return stored == images.end() ? QIcon() : storedIcon(*stored);
+}
+
+void CommandActions::refresh(docking::CommandModel& command) {
+  QAction& action = actionOf(command);
+  const QString caption = translated(command.Caption());
+  const QString hotKey = hotKeyTextOf(command);
+  action.setText(hotKey.isEmpty() ? caption : caption + u'\t' + hotKey);
+  action.setIconText(command.ShortCaption().empty() ? withoutAccessKey(caption)
+                                                    : translated(command.ShortCaption()));
+  action.setToolTip(toolTipOf(command));
+  action.setWhatsThis(translated(command.Description()));
+  action.setEnabled(command.Enabled());
+  action.setVisible(command.Visible());
+  action.setCheckable(command.Checked());
+  action.setChecked(command.Checked());
+}
+
+QString CommandActions::toolTipOf(docking::CommandModel& command) const {
+  if (!command.ToolTip().empty()) return translated(command.ToolTip()).toHtmlEscaped();
+  QString name = command.ShortCaption().empty() ? withoutAccessKey(translated(command.Caption()))
+                                                : translated(command.ShortCaption());
+  const QString hotKey = hotKeyTextOf(command);
+  if (!hotKey.isEmpty()) name += QStringLiteral(" (%1)").arg(hotKey);
+  return name.toHtmlEscaped();
+}
+
+void CommandActions::fill(QMenu& menu, docking::CommandModel& command) {
+  menu.clear();
+  for (const docking::ShownEntry& entry : command.Bar().shownEntries()) {
+    if (entry.separatorBefore) menu.addSeparator();
+    if (entry.command->CommandType() == kCommandList) {
+      addLines(menu, *entry.command);
+    } else {
+      menu.addAction(&actionOf(*entry.command));
+    }
+  }
+}
+
+void CommandActions::addLines(QMenu& menu, docking::CommandModel& list) {
+  if (list.Items().Count() == 0) {
+    menu.addAction(translated(list.Caption()))->setEnabled(false);
+    return;
+  }
+  for (std::int32_t i = 1; i <= list.Items().Count(); ++i) {
+    QAction* const line = menu.addAction(numbered(i, toQt(list.Items().Item(i).Text)));
+    line->setEnabled(list.Enabled());
+    connect(line, &QAction::triggered, this,
+            [this, &list, i] { guarded([&] { suite_.chooseItem(list, i); }); });
+    connect(line, &QAction::hovered, this, [this, &list] { guarded([&] { suite_.highlight(&list); }); });
+  }
+}
+
+}  // namespace kestrel::qt

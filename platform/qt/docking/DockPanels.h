@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QDockWidget>
+#include <QMainWindow>
+#include <map>
+
+#include "platform/docking/MoorageModel.h"
+
+namespace kestrel::qt {
+
+class QtForm;
+
+/// The dock windows of a suite. One with nothing attached to it stays hidden.
+class DockPanels final : public QObject {
+  Q_OBJECT
+
+ public:
+  DockPanels(docking::MoorageModel& suite, QMainWindow& window);
+
+  QDockWidget& find(docking::DockWindowModel& window) const { return *panels_.at(&window); }
+  void attach(docking::DockWindowModel& window, QtForm& form);
+  void refresh(docking::DockWindowModel& window);
+
+ private:
+  std::map<docking::DockWindowModel*, QDockWidget*> panels_;
+};
+
+}  // namespace kestrel::qt

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QLabel>
+#include <QProgressBar>
+#include <QWidget>
+
+#include "platform/docking/MoorageModel.h"
+
+namespace kestrel::qt {
+
+/// One panel of the status bar: a small icon and a text, or a progress bar.
+class PanelField final : public QWidget {
+  Q_OBJECT
+
+ public:
+  PanelField(docking::CommandModel& command, const QIcon& icon);
+
+  void refresh();
+
+  QString text() const { return text_->text(); }
+
+ protected:
+  void changeEvent(QEvent* event) override;
+
+ private:
+  void showIcon();
+
+  docking::CommandModel& command_;
+  QIcon icon_;
+  QLabel* picture_;
+  QLabel* text_;
+  QProgressBar* progress_ = nullptr;
+};
+
+}  // namespace kestrel::qt

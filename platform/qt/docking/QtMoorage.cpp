@@ -1,0 +1,110 @@
+#include "QtMoorage.h"
+
+#include <QActionGroup>
+#include <QCursor>
+#include <QMenuBar>
+#include <array>
+
+#include "../Guard.h"
+#include "../Text.h"
+#include "../forms/QtForm.h"
+#include "base/RuntimeError.h"
+
+namespace kestrel::qt {
+
+QtMoorage::QtMoorage(MoorageWindow& window, ControlId id, const docking::StoredLayout& layout)
+    : WidgetControl(window, std::move(id), layout),
+      window_(window),
+      actions_(*this),
+      toolBars_(*this, actions_, window),
+      statusPanels_(*this, actions_, *window.statusBar()),
+      dockPanels_(*this, window),
+      hotKeys_(new HotKeyFilter(*this, window)) {
+  for (const auto& bar : CommandBars().all()) {
+    if (bar->kind() == docking::BarKind::MenuBar) menuBar_ = bar.get();
+  }
+  window_.menuBar()->setNativeMenuBar(false);
+  fillMenuBar();
+
+  connections_.push_back(CommandUpdated.Connect([this](docking::CommandModel& command) {
+    actions_.refresh(command);
+    toolBars_.refresh(command);
+    statusPanels_.refresh(command);
+  }));
+  connections_.push_back(BarUpdated.Connect([this](docking::CommandBarModel& bar) {
+    if (&bar == menuBar_) fillMenuBar();
+    toolBars_.refresh(bar);
+    statusPanels_.refresh(bar);
+  }));
+  connections_.push_back(
+      DockWindowUpdated.Connect([this](docking::DockWindowModel& dock) { dockPanels_.refresh(dock); }));
+  connections_.push_back(StyleUpdated.Connect([this] { toolBars_.refreshStyle(); }));
+
+  window_.fillBarMenu = [this](QMenu& menu) { fillBarMenu(menu); };
+  QObject::connect(&window_, &MoorageWindow::clientAreaChanged, &actions_,
+                   [this] { guarded([this] { ClientAreaChanged(); }); });
+}
+
+Rectangle QtMoorage::ClientArea() const {
+  const QRect area = window_.clientArea();
+  return {area.x(), area.y(), area.width(), area.height()};
+}
+
+void QtMoorage::openPopup(docking::CommandModel& menu) { actions_.menuOf(menu).exec(QCursor::pos()); }
+
+void QtMoorage::attachForm(docking::DockWindowModel& window, Form& form) {
+  auto* const ours = dynamic_cast<QtForm*>(&form);
+  if (!ours) throw RuntimeError(err::kInvalidCall, "The window to attach does not belong to this desktop.");
+  dockPanels_.attach(window, *ours);
+}
+
+void QtMoorage::fillMenuBar() {
+  QMenuBar& bar = *window_.menuBar();
+  bar.setVisible(menuBar_ && menuBar_->Visible());
+  if (!menuBar_) return;
+  for (QAction* action : bar.actions()) bar.removeAction(action);
+  for (const docking::ShownEntry& entry : menuBar_->shownEntries()) {
+    bar.addAction(&actions_.actionOf(*entry.command));
+  }
+}
+
+void QtMoorage::fillBarMenu(QMenu& menu) {
+  const auto addToggle = [&menu](const QString& text, bool shown, auto show) {
+    QAction* const action = menu.addAction(text);
+    action->setCheckable(true);
+    action->setChecked(shown);
+    QObject::connect(action, &QAction::triggered, action,
+                     [show](bool wanted) { guarded([&] { show(wanted); }); });
+  };
+  for (const auto& bar : CommandBars().all()) {
+    if (bar->kind() == docking::BarKind::MenuBar) continue;
+    addToggle(translated(bar->Name()), bar->Visible(),
+              [model = bar.get()](bool wanted) { model->show(wanted, kReasonUser); });
+  }
+  menu.addSeparator();
+  for (const auto& dock : DockWindows().all()) {
+    if (!dockPanels_.find(*dock).widget()) continue;
+    addToggle(translated(dock->Caption()), dock->Visible(),
+              [model = dock.get()](bool wanted) { model->show(wanted, kReasonUser); });
+  }
+  menu.addSeparator();
+  fillStyleMenu(*menu.addMenu(translated("Tool Bar &Style")));
+  addToggle(translated("&Lock the Tool Bars"), toolBars_.locked(),
+            [this](bool locked) { toolBars_.setLocked(locked); });
+}
+
+void QtMoorage::fillStyleMenu(QMenu& menu) {
+  static constexpr std::array kStyles = {"&Icons Only", "Icons &Beside Text", "Icons &Above Text"};
+  auto* const group = new QActionGroup(&menu);
+  for (std::size_t i = 0; i < kStyles.size(); ++i) {
+    const auto number = static_cast<std::int32_t>(i);
+    QAction* const action = menu.addAction(translated(kStyles[i]));
+    action->setCheckable(true);
+    action->setChecked(style() == number);
+    group->addAction(action);
+    QObject::connect(action, &QAction::triggered, action,
+                     [this, number] { guarded([&] { style(number); }); });
+  }
+}
+
+}  // namespace kestrel::qt

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "../controls/WidgetControl.h"
+#include "CommandActions.h"
+#include "DockPanels.h"
+#include "HotKeyFilter.h"
+#include "MoorageWindow.h"
+#include "StatusPanels.h"
+#include "ToolBars.h"
+#include "platform/docking/MoorageModel.h"
+
+namespace kestrel::qt {
+
+/// The docking suite on the desktop: shows the models and hands on what the user does.
+class QtMoorage final : public WidgetControl<docking::MoorageModel> {
+ public:
+  /// The window must have been made for this suite; it outlives it.
+  QtMoorage(MoorageWindow& window, ControlId id, const docking::StoredLayout& layout);
+
+  Rectangle ClientArea() const override;
+
+  CommandActions& actions() { return actions_; }
+  ToolBars& toolBars() { return toolBars_; }
+  DockPanels& dockPanels() { return dockPanels_; }
+
+ private:
+  void openPopup(docking::CommandModel& menu) override;
+  void attachForm(docking::DockWindowModel& window, Form& form) override;
+  void fillMenuBar();
+  void fillBarMenu(QMenu& menu);
+  void fillStyleMenu(QMenu& menu);
+
+  MoorageWindow& window_;
+  CommandActions actions_;
+  ToolBars toolBars_;
+  StatusPanels statusPanels_;
+  DockPanels dockPanels_;
+  HotKeyFilter* hotKeys_;
+  docking::CommandBarModel* menuBar_ = nullptr;
+  std::vector<Connection> connections_;
+};
+
+}  // namespace kestrel::qt

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QMainWindow>
+#include <QToolBar>
+#include <QWidgetAction>
+#include <map>
+#include <vector>
+
+#include "CommandActions.h"
+
+namespace kestrel::qt {
+
+/// The tool bars of a suite.
+class ToolBars final : public QObject {
+  Q_OBJECT
+
+ public:
+  ToolBars(docking::MoorageModel& suite, CommandActions& actions, QMainWindow& window);
+
+  /// Null for a bar that is no tool bar.
+  QToolBar* find(docking::CommandBarModel& bar) const;
+
+  /// Brings a bar into line with its model; a bar that is not a tool bar is left alone.
+  void refresh(docking::CommandBarModel& bar);
+  /// The same for all bars that show the command.
+  void refresh(docking::CommandModel& command);
+  void refreshStyle();
+
+  bool locked() const { return locked_; }
+  void setLocked(bool value);
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  struct Shown {
+    QToolBar* bar = nullptr;
+    std::vector<docking::ShownEntry> entries;
+  };
+
+  void fill(docking::CommandBarModel& model, Shown& shown);
+  void addButton(QToolBar& bar, docking::CommandModel& command);
+  void addCombo(QToolBar& bar, docking::CommandModel& command);
+
+  docking::MoorageModel& suite_;
+  CommandActions& actions_;
+  std::map<docking::CommandBarModel*, Shown> bars_;
+  std::map<const docking::CommandModel*, QWidgetAction*> combos_;
+  bool locked_ = false;
+};
+
+}  // namespace kestrel::qt

@@ -1,0 +1,55 @@
+#include "FormWindow.h"
+
+#include <QCloseEvent>
+#include <QPainter>
+
+#include "../Keys.h"
+
+namespace kestrel::qt {
+
+FormWindow::FormWindow(QWidget* parent) : QDialog(parent) {}
+
+QImage& FormWindow::face() {
+  const QSize wanted = size() * devicePixelRatioF();
+  if (face_.size() != wanted) {
+    QImage grown(wanted, QImage::Format_ARGB32_Premultiplied);
+    grown.fill(Qt::transparent);
+    if (!face_.isNull()) QPainter(&grown).drawImage(0, 0, face_);
+    face_ = grown;
+  }
+  return face_;
+}
+
+void FormWindow::closeEvent(QCloseEvent* event) {
+  // The owner hides the window itself where it lets it go.
+  event->ignore();
+  if (closing) closing();
+}
+
+void FormWindow::reject() { close(); }
+
+void FormWindow::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::ActivationChange && isActiveWindow()) Q_EMIT activated();
+  QDialog::changeEvent(event);
+}
+
+void FormWindow::resizeEvent(QResizeEvent* event) {
+  QDialog::resizeEvent(event);
+  Q_EMIT resized();
+}
+
+void FormWindow::paintEvent(QPaintEvent* /*event*/) {
+  Q_EMIT painted();
+  if (face_.isNull()) return;
+  face_.setDevicePixelRatio(devicePixelRatioF());
+  QPainter(this).drawImage(0, 0, face_);
+  face_.setDevicePixelRatio(1.0);
+}
+
+void FormWindow::keyPressEvent(QKeyEvent* event) {
+  const KeyStroke stroke = keyStrokeOf(*event);
+  if (stroke.keyCode != 0) Q_EMIT keyPressed(stroke.keyCode, stroke.shift);
+  QDialog::keyPressEvent(event);
+}
+
+}  // namespace kestrel::qt

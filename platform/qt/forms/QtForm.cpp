@@ -1,0 +1,97 @@
+#include "QtForm.h"
+
+#include <QApplication>
+#include <QIcon>
+#include <QVBoxLayout>
+
+#include "../Guard.h"
+#include "../Pictures.h"
+#include "../Text.h"
+
+namespace kestrel::qt {
+
+QtForm::QtForm(std::unique_ptr<FormWindow> window, const std::string& name)
+    : WidgetControl(*window, {name, -1}), window_(window.release()), graphics_(*window_) {
+  controls_.addAll(*window_);
+  window_->closing = [this] { guarded([this] { unload(0); }); };
+  QObject::connect(window_.data(), &FormWindow::activated, window_.data(), [this] {
+    activated_ = true;
+    guarded([this] { Activate(); });
+  });
+  QObject::connect(window_.data(), &FormWindow::resized, window_.data(),
+                   [this] { guarded([this] { Resize(); }); });
+  QObject::connect(window_.data(), &FormWindow::painted, window_.data(),
+                   [this] { guarded([this] { Paint(); }); });
+  QObject::connect(window_.data(), &FormWindow::keyPressed, window_.data(),
+                   [this](int keyCode, int shift) { guarded([&] { KeyDown(keyCode, shift); }); });
+}
+
+QtForm::~QtForm() { delete window_.data(); }
+
+std::string QtForm::Caption() const { return fromQt(window_->windowTitle()); }
+
+void QtForm::Caption(const std::string& value) { window_->setWindowTitle(translated(value)); }
+
+std::int32_t QtForm::WindowState() const {
+  if (window_->isMinimized()) return kWindowMinimized;
+  return window_->isMaximized() ? kWindowMaximized : kWindowNormal;
+}
+
+void QtForm::WindowState(std::int32_t value) {
+  const Qt::WindowStates others = window_->windowState() & ~(Qt::WindowMinimized | Qt::WindowMaximized);
+  window_->setWindowState(others | (value == kWindowMinimized   ? Qt::WindowMinimized
+                                    : value == kWindowMaximized ? Qt::WindowMaximized
+                                                                : Qt::WindowNoState));
+}
+
+OLE_COLOR QtForm::BackColor() const { return fromColor(window_->palette().color(QPalette::Window)); }
+
+void QtForm::load() {
+  if (loaded_) return;
+  loaded_ = true;
+  activated_ = false;
+  Load();
+}
+
+void QtForm::Show(bool modal, Form* owner) {
+  load();
+  auto* const ownerForm = dynamic_cast<QtForm*>(owner);
+  QWidget* const parent = ownerForm ? ownerForm->window_.data() : QApplication::activeWindow();
+  if (modal && parent != window_.data() && window_->isWindow()) {
+    window_->setParent(parent, window_->windowFlags());
+  }
+  if (modal) {
+    window_->exec();
+    // Its owner may be gone before the form is.
+    window_->setParent(nullptr, window_->windowFlags());
+  } else {
+    window_->show();
+    if (!activated_) {
+      activated_ = true;
+      Activate();
+    }
+  }
+}
+
+void QtForm::unload(std::int32_t reason) {
+  if (!loaded_) return;
+  bool cancel = false;
+  QueryUnload(cancel, reason);
+  if (cancel) return;
+  loaded_ = false;
+  window_->hide();
+  Unloaded();
+}
+
+void QtForm::embedIn(QWidget& host) {
+  if (!host.layout()) {
+    auto* const layout = new QVBoxLayout(&host);
+    layout->setContentsMargins(0, 0, 0, 0);
+  }
+  load();
+  window_->setWindowFlags(Qt::Widget);
+  host.layout()->addWidget(window_.data());
+  window_->show();
+}
+
+}  // namespace kestrel::qt

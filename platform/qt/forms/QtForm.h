@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QPointer>
+#include <memory>
+#include <string>
+
+#include "../controls/ControlTable.h"
+#include "../controls/WidgetControl.h"
+#include "FaceGraphics.h"
+#include "FormWindow.h"
+#include "imaging/contract/Form.h"
+
+namespace kestrel::qt {
+
+/// A form over its window.
+class QtForm final : public WidgetControl<Form> {
+ public:
+  QtForm(std::unique_ptr<FormWindow> window, const std::string& name);
+  ~QtForm() override;
+
+  Control* Find(std::string_view name, std::int32_t index) override { return controls_.find(name, index); }
+  std::int32_t UBound(std::string_view name) const override { return controls_.upperBound(name); }
+
+  bool Visible() const override { return window_->isVisible(); }
+  void Visible(bool value) override { value ? Show() : Hide(); }
+
+  std::string Caption() const override;
+  void Caption(const std::string& value) override;
+  void ClearIcon() override { window_->setWindowIcon(QIcon()); }
+  std::int32_t WindowState() const override;
+  void WindowState(std::int32_t value) override;
+  std::int32_t ScaleWidth() const override { return window_->width(); }
+  std::int32_t ScaleHeight() const override { return window_->height(); }
+  OLE_COLOR BackColor() const override;
+
+  void Show(bool modal = false, Form* owner = nullptr) override;
+  void Hide() override { window_->hide(); }
+  void Unload() override { unload(1); }
+  kestrel::Graphics& Graphics() override { return graphics_; }
+
+  /// Puts the form's window into another widget, which shows it from now on. The window stays the form's.
+  void embedIn(QWidget& host);
+  FormWindow& window() { return *window_; }
+
+ private:
+  void load();
+  void unload(std::int32_t reason);
+
+  // The controls outlive their widgets, which may speak until they die.
+  ControlTable controls_;
+  // A host that shows the window takes it along when it dies.
+  QPointer<FormWindow> window_;
+  FaceGraphics graphics_;
+  bool loaded_ = false;
+  bool activated_ = false;
+};
+
+}  // namespace kestrel::qt

@@ -1,0 +1,19 @@
+#include "QtFormSkin.h"
+
+#include <QPalette>
+
+#include "../Handles.h"
+#include "../Pictures.h"
+
+namespace kestrel::qt {
+
+void QtFormSkin::ApplyToForm(Control& formOrControl, OLE_COLOR foreColor, OLE_COLOR backColor) {
+  QWidget* const widget = widgetOf(formOrControl.hWnd());
+  if (!widget) return;
+  QPalette palette;
+  if (foreColor != kNoColor) palette.setColor(QPalette::WindowText, toColor(foreColor));
+  if (backColor != kNoColor) palette.setColor(QPalette::Window, toColor(backColor));
+  widget->setPalette(palette);
+}
+
+}  // namespace kestrel::qt

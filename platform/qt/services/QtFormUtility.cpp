@@ -1,0 +1,36 @@
+#include "QtFormUtility.h"
+
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QLineEdit>
+
+#include "../Handles.h"
+#include "../Text.h"
+#include "BusyPointer.h"
+
+namespace kestrel::qt {
+
+void QtFormUtility::SetPointer(std::int32_t pointer) { BusyPointer::set(pointer); }
+
+void QtFormUtility::SelectAllText(TextBox& textBox) {
+  if (auto* const edit = qobject_cast<QLineEdit*>(widgetOf(textBox.hWnd()))) edit->selectAll();
+}
+
+void QtFormUtility::SetFocusTo(Control& control) {
+  if (QWidget* const widget = widgetOf(control.hWnd())) widget->setFocus(Qt::OtherFocusReason);
+}
+
+void QtFormUtility::ShowDialog(Form& form, std::int32_t mode, Form* owner) {
+  const BusyPause pause;
+  form.Show(mode == 1, owner);
+}
+
+bool QtFormUtility::FileExists(const std::string& path) {
+  return !path.empty() && QFileInfo::exists(toQt(path));
+}
+
+bool QtFormUtility::IsModifierDown() {
+  return QGuiApplication::keyboardModifiers().testFlag(Qt::ShiftModifier);
+}
+
+}  // namespace kestrel::qt

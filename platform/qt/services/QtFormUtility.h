@@ -1,0 +1,17 @@
+#pragma once
+
+#include "imaging/contract/FormUtility.h"
+
+namespace kestrel::qt {
+
+class QtFormUtility final : public FormUtility {
+ public:
+  void SetPointer(std::int32_t pointer) override;
+  void SelectAllText(TextBox& textBox) override;
+  void SetFocusTo(Control& control) override;
+  void ShowDialog(Form& form, std::int32_t mode, Form* owner) override;
+  bool FileExists(const std::string& path) override;
+  bool IsModifierDown() override;
+};
+
+}  // namespace kestrel::qt

@@ -1,0 +1,74 @@
+#include "QtWindowFunctions.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QScreen>
+
+#include "../Handles.h"
+#include "base/RuntimeError.h"
+
+namespace kestrel::qt {
+namespace {
+
+/// Lets no key but a digit type into an edit; what is pasted or set stays as it is.
+class DigitsOnly final : public QObject {
+ public:
+  using QObject::QObject;
+
+  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    if (event->type() != QEvent::KeyPress) return false;
+    const QString typed = static_cast<QKeyEvent*>(event)->text();
+    return !typed.isEmpty() && typed[0].isPrint() && !(typed[0] >= u'0' && typed[0] <= u'9');
+  }
+};
+
+}  // namespace
+
+void QtWindowFunctions::AddWindowStyle(WindowHandle window, std::int32_t style) {
+  QWidget* const widget = widgetOf(window);
+  if (!widget || (style & kStyleDigitsOnly) == 0) return;
+  widget->installEventFilter(new DigitsOnly(widget));
+  widget->setInputMethodHints(widget->inputMethodHints() | Qt::ImhDigitsOnly);
+}
+
+bool QtWindowFunctions::IsWindowVisible(WindowHandle window) {
+  const QWidget* const widget = widgetOf(window);
+  return widget && widget->isVisible();
+}
+
+Point QtWindowFunctions::GetCursorPos() {
+  const QPoint position = QCursor::pos();
+  return {position.x(), position.y()};
+}
+
+Point QtWindowFunctions::ScreenToClient(WindowHandle window, const Point& screen) {
+  const QWidget* const widget = widgetOf(window);
+  if (!widget) return screen;
+  const QPoint inside = widget->mapFromGlobal(QPoint(screen.X, screen.Y));
+  return {inside.x(), inside.y()};
+}
+
+void QtWindowFunctions::LockWindowUpdate(WindowHandle window) {
+  if (locked_) locked_->setUpdatesEnabled(true);
+  locked_ = widgetOf(window);
+  if (locked_) locked_->setUpdatesEnabled(false);
+}
+
+std::int32_t QtWindowFunctions::ScreenCount() {
+  return static_cast<std::int32_t>(QGuiApplication::screens().size());
+}
+
+Rectangle QtWindowFunctions::ScreenArea(std::int32_t index) {
+  QList<QScreen*> screens = QGuiApplication::screens();
+  if (index < 0 || index >= screens.size()) {
+    throw RuntimeError(err::kSubscript, "There is no screen " + std::to_string(index) + ".");
+  }
+  // The primary screen counts as the first, wherever the toolkit lists it.
+  const qsizetype primary = screens.indexOf(QGuiApplication::primaryScreen());
+  if (primary > 0) screens.move(primary, 0);
+  const QRect area = screens[index]->availableGeometry();
+  return {area.x(), area.y(), area.width(), area.height()};
+}
+
+}  // namespace kestrel::qt
