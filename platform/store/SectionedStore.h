@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+
+#include "imaging/contract/RegistryStore.h"
+
+namespace kestrel::store {
+
+/// The settings half of a key store: sections below a root, over the four operations on plain keys.
+class SectionedStore : public RegistryStore {
+ public:
+  std::int32_t RootHive() const override { return rootHive_; }
+  void RootHive(std::int32_t value) override { rootHive_ = value; }
+  std::string RootKey() const override { return rootKey_; }
+  void RootKey(const std::string& value) override { rootKey_ = value; }
+
+  Variant GetSetting(const std::string& ValueName, const Variant& Default, std::int32_t Kind,
+                     const std::string& Section, std::int32_t Hive, const std::string& Root = {}) override;
+  void SetSetting(const std::string& ValueName, const Variant& Value, std::int32_t Kind,
+                  const std::string& Section, std::int32_t Hive, const std::string& Root = {}) override;
+
+ protected:
+  /// The value as a store keeps that kind: a 32-bit number or a text. Raises 6 or 13 where it can't be
+  /// converted, 5 for a kind that does not exist.
+  static Variant asStored(const Variant& value, std::int32_t kind);
+
+ private:
+  std::string keyOf(const std::string& section, const std::string& root) const;
+
+  std::int32_t rootHive_ = HKEY_CURRENT_USER;
+  std::string rootKey_;
+};
+
+}  // namespace kestrel::store

@@ -1,0 +1,110 @@
+#include "StoredPositions.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <optional>
+
+namespace kestrel::store {
+namespace {
+
+/// Sides of a window that a screen of any kind can hold. What is stored beyond it was not stored by us.
+constexpr std::int32_t kFarthest = 1 << 20;
+
+std::int64_t overlap(const Rectangle& a, const Rectangle& b) {
+  const std::int64_t width = std::min(a.Left + a.Width, b.Left + b.Width) - std::max(a.Left, b.Left);
+  const std::int64_t height = std::min(a.Top + a.Height, b.Top + b.Height) - std::max(a.Top, b.Top);
+  return width > 0 && height > 0 ? width * height : 0;
+}
+
+std::int64_t distance(const Rectangle& a, const Rectangle& b) {
+  const auto gap = [](std::int32_t from, std::int32_t length, std::int32_t to, std::int32_t toLength) {
+    return std::int64_t{std::max({0, to - (from + length), from - (to + toLength)})};
+  };
+  return gap(a.Left, a.Width, b.Left, b.Width) + gap(a.Top, a.Height, b.Top, b.Height);
+}
+
+std::optional<std::int32_t> readNumber(RegistryStore& store, const std::string& key, const char* name) {
+  const Variant value = store.ReadValue(HKEY_CURRENT_USER, key, name);
+  if (value.TypeCode() != static_cast<std::int32_t>(Variant::Type::kInt32)) return std::nullopt;
+  const std::int32_t number = value.ToInt32();
+  if (number < -kFarthest || number > kFarthest) return std::nullopt;
+  return number;
+}
+
+std::optional<Rectangle> readRectangle(RegistryStore& store, const std::string& key) {
+  const auto left = readNumber(store, key, "Left");
+  const auto top = readNumber(store, key, "Top");
+  const auto width = readNumber(store, key, "Width");
+  const auto height = readNumber(store, key, "Height");
+  if (!left || !top || !width || !height || *width <= 0 || *height <= 0) return std::nullopt;
+  return Rectangle{*left, *top, *width, *height};
+}
+
+}  // namespace
+
+Rectangle fitted(const Rectangle& rectangle, const Rectangle& area) {
+  Rectangle result = rectangle;
+  result.Width = std::min(rectangle.Width, area.Width);
+  result.Height = std::min(rectangle.Height, area.Height);
+  result.Left = std::clamp(rectangle.Left, area.Left, area.Left + area.Width - result.Width);
+  result.Top = std::clamp(rectangle.Top, area.Top, area.Top + area.Height - result.Height);
+  return result;
+}
+
+void StoredPositions::LoadPosition(Form& form, const std::string& Name, std::int32_t Placement,
+                                   std::int32_t Screen) {
+  if (registryKey_.empty()) return;
+  const std::string key = keyOf(form, Name);
+  if (const auto stored = readRectangle(store_, key)) {
+    const Rectangle place = onScreen(*stored);
+    form.Move(place.Left, place.Top, place.Width, place.Height);
+  } else if (Placement == kPlaceOnScreenCentre) {
+    centre(form, Screen);
+  }
+  if (readNumber(store_, key, "WindowState") == kWindowMaximized) form.WindowState(kWindowMaximized);
+}
+
+void StoredPositions::SavePosition(Form& form, const std::string& Name) {
+  if (registryKey_.empty()) return;
+  const std::int32_t state = form.WindowState();
+  if (state == kWindowMinimized) return;
+  const std::string key = keyOf(form, Name);
+  const auto write = [&](const char* name, std::int32_t value) {
+    store_.WriteValue(HKEY_CURRENT_USER, key, name, value, kStoreNumber);
+  };
+  write("WindowState", state);
+  if (state == kWindowMaximized) return;
+  write("Left", form.Left());
+  write("Top", form.Top());
+  write("Width", form.Width());
+  write("Height", form.Height());
+}
+
+std::string StoredPositions::keyOf(const Form& form, const std::string& name) const {
+  return registryKey_ + "\\" + (name.empty() ? form.Name() : name);
+}
+
+void StoredPositions::centre(Form& form, std::int32_t screen) {
+  if (screen < 0 || screen >= windows_.ScreenCount()) return;
+  const Rectangle area = windows_.ScreenArea(screen);
+  const Rectangle centred{area.Left + (area.Width - form.Width()) / 2,
+                          area.Top + (area.Height - form.Height()) / 2, form.Width(), form.Height()};
+  const Rectangle place = fitted(centred, area);
+  form.Move(place.Left, place.Top, place.Width, place.Height);
+}
+
+/// The screen that shows most of the rectangle takes it, or the nearest one where none shows any.
+Rectangle StoredPositions::onScreen(const Rectangle& wanted) {
+  const std::int32_t count = windows_.ScreenCount();
+  if (count == 0) return wanted;
+  Rectangle best = windows_.ScreenArea(0);
+  for (std::int32_t i = 1; i < count; ++i) {
+    const Rectangle area = windows_.ScreenArea(i);
+    const std::int64_t here = overlap(wanted, area), there = overlap(wanted, best);
+    if (here > there || (here == there && here == 0 && distance(wanted, area) < distance(wanted, best)))
+      best = area;
+  }
+  return fitted(wanted, best);
+}
+
+}  // namespace kestrel::store

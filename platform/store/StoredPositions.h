@@ -1,0 +1,37 @@
+#pragma once
+
+#include <string>
+
+#include "imaging/contract/RegistryStore.h"
+#include "imaging/contract/WindowFunctions.h"
+#include "imaging/contract/WindowPositions.h"
+
+namespace kestrel::store {
+
+/// Window positions in the key store: below the registry key, one key per window, which has the given name or
+/// the form's own. It holds the numbers Left, Top, Width, Height and WindowState.
+class StoredPositions : public WindowPositions {
+ public:
+  StoredPositions(RegistryStore& store, WindowFunctions& windows) : store_(store), windows_(windows) {}
+
+  std::string RegistryKey() const override { return registryKey_; }
+  void RegistryKey(const std::string& value) override { registryKey_ = value; }
+
+  void LoadPosition(Form& form, const std::string& Name, std::int32_t Placement = kPlaceAsIs,
+                    std::int32_t Screen = 0) override;
+  void SavePosition(Form& form, const std::string& Name) override;
+
+ private:
+  std::string keyOf(const Form& form, const std::string& name) const;
+  void centre(Form& form, std::int32_t screen);
+  Rectangle onScreen(const Rectangle& wanted);
+
+  RegistryStore& store_;
+  WindowFunctions& windows_;
+  std::string registryKey_;
+};
+
+/// The rectangle moved into `area` by the shortest way, and shrunk where it is larger.
+Rectangle fitted(const Rectangle& rectangle, const Rectangle& area);
+
+}  // namespace kestrel::store
