@@ -2,12 +2,12 @@
 
 #include "diagnostics/Trailer.h"
 #include "diagnostics/modTollgarthSupport.h"
+#include "settings/modProcessing.h"
 
 namespace kestrel {
 
-frmResources::frmResources(Platform& platform)
-    : platform_(platform),
-      form_(platform.CreateForm("frmResources")),
+frmResources::frmResources()
+    : form_(modProcessing::Platform().CreateForm("frmResources")),
       chkThumbnail_(Bind<CheckBox>(*form_, "chkThumbnail")) {
   Form_Load();
 }
@@ -19,7 +19,7 @@ frmResources::~frmResources() {
 void frmResources::Form_Load() {
   try {
     modTollgarthSupport::qdkCountInstance(modTollgarthSupport::Counted::kfrmResources);
-    QDK_RESUME_NEXT(platform_.FormSkin().ApplyToForm(*form_, -1, -1));
+    QDK_RESUME_NEXT(modProcessing::FormSkin().ApplyToForm(*form_, -1, -1));
   } catch (...) {
     QDK_TRAILER(Form_Load, QDK_PARAMETERS(), QDK_LOCALS());
   }

@@ -3,7 +3,6 @@
 #include <memory>
 
 #include "imaging/contract/Form.h"
-#include "imaging/contract/Platform.h"
 #include "imaging/contract/controls/CheckBox.h"
 
 namespace kestrel {
@@ -11,7 +10,7 @@ namespace kestrel {
 /// A window that is never shown: it carries the check box that the save dialog borrows.
 class frmResources {
  public:
-  explicit frmResources(Platform& platform);
+  frmResources();
   ~frmResources();
   frmResources(const frmResources&) = delete;
   frmResources& operator=(const frmResources&) = delete;
@@ -21,7 +20,6 @@ class frmResources {
  private:
   void Form_Load();
 
-  Platform& platform_;
   std::unique_ptr<Form> form_;
   CheckBox& chkThumbnail_;
 };

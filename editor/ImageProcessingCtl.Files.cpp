@@ -215,7 +215,7 @@ void ImageProcessingCtl::pDialog_InitDialog(std::int32_t& DialogWidth, std::int3
   std::int32_t Left = 0, Top = 0, Width = 0, Height = 0;
   try {
     if (!iIsSave) return;
-    if (!iResources) iResources = std::make_unique<frmResources>(iPlatform);
+    if (!iResources) iResources = std::make_unique<frmResources>();
     CheckBox& chkThumbnail = iResources->chkThumbnail();
     chkThumbnail.Value(Options().ThumbnailAutoCheck() ? 1 : 0);
     pDialog->GetControlRect(kDialogFileTypeLabel, Left, Top, Width, Height);

@@ -41,9 +41,9 @@ std::span<const ImageProcessingCtl::StoredProperty> ImageProcessingCtl::zStoredP
 
 // -- Creation ---------------------------------------------------------------------------------------------
 
-ImageProcessingCtl::ImageProcessingCtl(Platform& platform, Site& site)
+ImageProcessingCtl::ImageProcessingCtl(Site& site)
     : iCount(modTollgarthSupport::Counted::kImageProcessingCtl),
-      iPlatform(platform),
+      iPlatform(modProcessing::Platform()),
       UserControl(site),
       igxImage(Bind<ImageView>(site, "igxImage")),
       mrgUI(Bind<Moorage>(site, "mrgUI")) {

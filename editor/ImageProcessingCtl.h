@@ -33,8 +33,9 @@ namespace kestrel {
 /// Setting a property to the value it has does nothing.
 class ImageProcessingCtl final : public Object {
  public:
-  /// Commands start disabled. Raises RuntimeError 730 if the site lacks a child control.
-  ImageProcessingCtl(Platform& platform, Site& site);
+  /// The thread must be attached to a platform (`modProcessing`). Commands start disabled. Raises RuntimeError
+  /// 730 if the site lacks a child control.
+  explicit ImageProcessingCtl(Site& site);
   ~ImageProcessingCtl() override;
 
   std::string TypeName() const override { return "ImageProcessingCtl"; }
