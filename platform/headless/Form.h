@@ -1,0 +1,72 @@
+#pragma once
+
+#include <string>
+
+#include "ControlSet.h"
+#include "FormDescription.h"
+#include "Graphics.h"
+#include "Window.h"
+#include "imaging/contract/Form.h"
+
+namespace kestrel::headless {
+
+class User;
+
+/// A form without a window. Shown modally, it is handed to the scripted user.
+class Form final : public WindowOf<kestrel::Form> {
+ public:
+  Form(Desktop& desktop, User& user, const FormDescription& description);
+  ~Form() override;
+
+  Control* Find(std::string_view name, std::int32_t index = -1) override {
+    return controls_.find(name, index);
+  }
+  std::int32_t UBound(std::string_view name) const override { return controls_.upperBound(name); }
+
+  std::string Caption() const override { return caption_; }
+  void Caption(const std::string& value) override { caption_ = value; }
+  void ClearIcon() override { hasIcon_ = false; }
+  bool hasIcon() const { return hasIcon_; }
+  std::int32_t WindowState() const override { return windowState_; }
+  void WindowState(std::int32_t value) override;
+
+  std::int32_t ScaleWidth() const override { return Width(); }
+  std::int32_t ScaleHeight() const override { return Height(); }
+  OLE_COLOR BackColor() const override { return kFaceColor; }
+
+  using WindowOf::Visible;
+  /// Writing is what `Show` without modality and `Hide` do.
+  void Visible(bool value) override;
+  void Show(bool modal = false, kestrel::Form* owner = nullptr) override;
+  void Hide() override { visible(false); }
+  /// Shows it inside another window.
+  void embed(Window& window);
+  void Unload() override { unload(kUnloadedByCode); }
+
+  /// The user presses the window's own close box.
+  void pressCloseBox() { unload(kUnloadedByUser); }
+  /// The user presses a key while no control of the form takes it.
+  void pressKey(std::int32_t keyCode, std::int32_t shift) { KeyDown(keyCode, shift); }
+
+  kestrel::Graphics& Graphics() override { return graphics_; }
+  const engine::Bitmap& face() const { return graphics_.face(); }
+
+ private:
+  static constexpr OLE_COLOR kFaceColor = 0x00F0F0F0;
+  static constexpr std::int32_t kUnloadedByUser = 0;
+  static constexpr std::int32_t kUnloadedByCode = 1;
+
+  void resized() override;
+  void load();
+  void unload(std::int32_t reason);
+
+  User& user_;
+  ControlSet controls_;
+  headless::Graphics graphics_;
+  std::string caption_;
+  bool hasIcon_ = true;
+  bool loaded_ = false;
+  std::int32_t windowState_ = kWindowNormal;
+};
+
+}  // namespace kestrel::headless

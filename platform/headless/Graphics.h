@@ -1,0 +1,33 @@
+#pragma once
+
+#include <vector>
+
+#include "engine/pixels/Bitmap.h"
+#include "imaging/contract/Graphics.h"
+
+namespace kestrel::headless {
+
+/// The face of a window as pixels that a test can look at.
+class Graphics final : public kestrel::Graphics {
+ public:
+  /// Takes the size of its window, cleared.
+  void resize(std::int32_t width, std::int32_t height);
+  /// Transparent where nothing is drawn; empty for a window without an area.
+  const engine::Bitmap& face() const { return face_; }
+
+  void Clear() override;
+  /// Raises RuntimeError 380 for any mode but the two.
+  void DrawMode(std::int32_t value) override;
+  void PaintPicture(const Picture& picture, const Rectangle& destination, const Rectangle& source) override;
+  void DrawBox(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom,
+               OLE_COLOR color) override;
+  void Refresh() override {}
+
+ private:
+  void plot(const engine::Pixels& pixels, std::int32_t x, std::int32_t y, OLE_COLOR color) const;
+
+  engine::Bitmap face_;
+  std::int32_t mode_ = kDrawCopy;
+};
+
+}  // namespace kestrel::headless

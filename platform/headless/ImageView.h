@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "FileMapping.h"
+#include "Window.h"
+#include "engine/pixels/Bitmap.h"
+#include "engine/view/View.h"
+
+namespace kestrel::headless {
+
+/// The engine's image view without a window: a test hands it pointer events and looks at what it painted.
+class ImageView final : public WindowOf<engine::View> {
+ public:
+  ImageView(Desktop& desktop, Window* parent, std::string name, engine::ClipboardPort& clipboard,
+            const FileSystem& files);
+
+  kestrel::Document& Document() override { return document_; }
+  kestrel::Writer& Writer() override { return writer_; }
+
+  // What the user does, in view pixels.
+  void press(std::int32_t button, std::int32_t shift, Point at);
+  void move(std::int32_t button, std::int32_t shift, Point to);
+  void release(std::int32_t button, std::int32_t shift, Point at);
+  /// Presses at one place, moves to the other in a few steps and releases there.
+  void drag(Point from, Point to, std::int32_t button = kLeftButton, std::int32_t shift = 0);
+  void click(Point at, std::int32_t button = kLeftButton, std::int32_t shift = 0);
+  void leave();
+  void turnWheel(std::int32_t notches, std::int32_t shift, Point at);
+
+  /// What is to be seen now; empty for a view without an area.
+  engine::Bitmap painted();
+  engine::ViewCursor cursor() const { return cursor_; }
+  /// How often the whole view was painted at once.
+  std::int32_t repaints() const { return repaints_; }
+
+ private:
+  void resized() override { resize(Width(), Height()); }
+  void pointAt(Point position);
+
+  void invalidate(const Rectangle& /*area*/) override {}
+  void repaint() override;
+  void showCursor(engine::ViewCursor cursor) override { cursor_ = cursor; }
+  void scrollRangesChanged() override {}
+  void setTimer(engine::ViewTimer /*which*/, bool /*on*/) override {}
+
+  MappedDocument document_;
+  MappedWriter writer_;
+  engine::ViewCursor cursor_ = engine::ViewCursor::arrow;
+  std::int32_t repaints_ = 0;
+};
+
+}  // namespace kestrel::headless

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+
+#include "Window.h"
+#include "platform/docking/MoorageModel.h"
+
+namespace kestrel::headless {
+
+class Form;
+class User;
+
+/// The docking suite without looks: bars and docked windows take the room that typical ones take, and what
+/// they leave is the client area.
+class Moorage final : public WindowOf<docking::MoorageModel> {
+ public:
+  Moorage(Desktop& desktop, Window* parent, std::string name, User& user,
+          const docking::StoredLayout& layout);
+
+  Rectangle ClientArea() const override { return clientArea_; }
+
+  // What the user does, by the keys of commands, bars and windows, whatever their case.
+  using docking::MoorageModel::chooseItem;
+  using docking::MoorageModel::click;
+  using docking::MoorageModel::highlight;
+  using docking::MoorageModel::typeComboText;
+  /// Returns whether the click came through: not on a command that is disabled or invisible.
+  bool click(const std::string& command);
+  bool chooseItem(const std::string& command, std::int32_t index);
+  bool typeComboText(const std::string& command, const std::string& text);
+  /// An empty key takes the pointer away from all commands.
+  void highlight(const std::string& command);
+  /// Closes or opens a bar or a dock window by its own means.
+  void showBar(const std::string& bar, bool shown);
+  void showDockWindow(const std::string& window, bool shown);
+
+  /// The form inside a dock window, null while there is none.
+  kestrel::Form* attached(const std::string& dockWindow) const;
+
+  static constexpr std::int32_t kBarHeight = 26;
+
+ private:
+  void resized() override { arrange(); }
+  void openPopup(docking::CommandModel& menu) override;
+  void attachForm(docking::DockWindowModel& window, kestrel::Form& form) override;
+  void arrange();
+
+  User& user_;
+  Rectangle clientArea_;
+  std::map<std::string, kestrel::Form*> attached_;
+  Connection barUpdated_;
+  Connection dockWindowUpdated_;
+};
+
+}  // namespace kestrel::headless

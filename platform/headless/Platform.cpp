@@ -1,0 +1,97 @@
+#include "Platform.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "Canvas.h"
+#include "Form.h"
+#include "FreePicture.h"
+#include "Resources/Layouts.h"
+#include "base/RuntimeError.h"
+#include "engine/imgx/ColorsObject.h"
+#include "platform/docking/LayoutReader.h"
+#include "services/HelpViewer.h"
+#include "services/SinkHolder.h"
+
+namespace kestrel::headless {
+
+Platform::Platform(Setup setup)
+    : setup_(std::move(setup)),
+      files_(setup_.flavour, setup_.scratch, setup_.drives),
+      formUtility_(desktop_, files_),
+      windowFunctions_(desktop_),
+      windowPositions_(store_, windowFunctions_),
+      fileHelpers_(files_, user_),
+      userInterface_(user_, app_.title),
+      shell_(desktop_, files_) {}
+
+Platform::~Platform() = default;
+
+std::unique_ptr<Site> Platform::createSite(const std::string& name, bool userMode) {
+  return std::make_unique<Site>(desktop_, name, userMode);
+}
+
+std::unique_ptr<Site> Platform::createEditorSite(bool userMode) {
+  auto site = createSite("ImageProcessingCtl", userMode);
+  site->add(std::make_unique<ImageView>(desktop_, site.get(), "igxImage", clipboard_, files_));
+  site->add(std::make_unique<headless::Moorage>(desktop_, site.get(), "mrgUI", user_,
+                                                docking::readLayout(resources::dialogLayout())));
+  return site;
+}
+
+void Platform::pointerRestsAt(const Point& screen) {
+  desktop_.pointer = screen;
+  // A handler may make and release trackers.
+  for (headless::MouseTracker* tracker : std::vector(trackers_)) {
+    if (std::find(trackers_.begin(), trackers_.end(), tracker) == trackers_.end()) continue;
+    const Window* window = desktop_.find(tracker->hWnd());
+    if (!window || !window->isShown()) continue;
+    const Point corner = window->origin();
+    const bool inside = screen.X >= corner.X && screen.Y >= corner.Y &&
+                        screen.X < corner.X + window->place().Width &&
+                        screen.Y < corner.Y + window->place().Height;
+    if (inside) {
+      tracker->pointerRests();
+    } else {
+      tracker->pointerLeaves();
+    }
+  }
+}
+
+std::shared_ptr<ImgX> Platform::CreateImgX() { return std::make_shared<FreePicture>(clipboard_, files_); }
+
+std::shared_ptr<Colors> Platform::CreateColors() { return std::make_shared<engine::ColorsObject>(); }
+
+std::unique_ptr<ImgXDialog> Platform::CreateImgXDialog() {
+  return std::make_unique<FileDialog>(desktop_, user_, files_);
+}
+
+std::unique_ptr<kestrel::Form> Platform::CreateForm(const std::string& name) {
+  const auto found = std::find_if(setup_.forms.begin(), setup_.forms.end(),
+                                  [&](const FormDescription& form) { return form.name == name; });
+  if (found == setup_.forms.end()) {
+    throw RuntimeError(err::kCannotCreateObject, "There is no form \"" + name + "\".");
+  }
+  return std::make_unique<Form>(desktop_, user_, *found);
+}
+
+std::unique_ptr<kestrel::HelpViewer> Platform::CreateHelpViewer() {
+  return std::make_unique<headless::HelpViewer>(setup_.helpFolder, helpShown_);
+}
+
+std::unique_ptr<kestrel::SinkHolder> Platform::CreateSinkHolder() {
+  return std::make_unique<headless::SinkHolder>();
+}
+
+std::unique_ptr<kestrel::MouseTracker> Platform::CreateMouseTracker() {
+  auto tracker = std::make_unique<headless::MouseTracker>(
+      [this](headless::MouseTracker& dying) { std::erase(trackers_, &dying); });
+  trackers_.push_back(tracker.get());
+  return tracker;
+}
+
+std::unique_ptr<kestrel::Canvas> Platform::CreateCanvas(std::int32_t width, std::int32_t height) {
+  return std::make_unique<headless::Canvas>(width, height);
+}
+
+}  // namespace kestrel::headless

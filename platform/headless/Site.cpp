@@ -1,0 +1,26 @@
+#include "Site.h"
+
+#include <utility>
+
+namespace kestrel::headless {
+
+Site::Site(Desktop& desktop, std::string name, bool userMode)
+    : WindowOf(desktop, nullptr, std::move(name), -1), userMode_(userMode) {}
+
+void Site::Visible(bool value) {
+  if (value == visible()) return;
+  visible(value);
+  if (value) {
+    Show();
+  } else {
+    Hide();
+  }
+}
+
+void Site::pressKey(std::int32_t keyCode, std::int32_t shift, std::int32_t character) {
+  KeyDown(keyCode, shift);
+  if (character != 0) KeyPress(character);
+  KeyUp(keyCode, shift);
+}
+
+}  // namespace kestrel::headless

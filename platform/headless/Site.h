@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ControlSet.h"
+#include "Window.h"
+#include "imaging/contract/Site.h"
+
+namespace kestrel::headless {
+
+/// The container of one control, played by a test: it makes the site with the windows of the control's
+/// surface, raises one of the two property events, gives it sizes and keys, shows and hides it.
+class Site final : public WindowOf<kestrel::Site> {
+ public:
+  Site(Desktop& desktop, std::string name, bool userMode);
+
+  Control* Find(std::string_view name, std::int32_t index = -1) override {
+    return controls_.find(name, index);
+  }
+  std::int32_t UBound(std::string_view name) const override { return controls_.upperBound(name); }
+
+  bool UserMode() const override { return userMode_; }
+  void PropertyChanged(const std::string& name) override { changedProperties_.push_back(name); }
+  void Refresh() override { ++refreshes_; }
+  void TabStop(bool value) override { tabStop_ = value; }
+  std::int32_t ScaleWidth() const override { return Width(); }
+  std::int32_t ScaleHeight() const override { return Height(); }
+
+  /// Puts a window of the control's surface in.
+  void add(std::unique_ptr<Window> window) { controls_.add(std::move(window)); }
+
+  using WindowOf::Visible;
+  /// Shows or hides the control and tells it so.
+  void Visible(bool value) override;
+
+  /// A key is pressed and released while the control has the focus. A character of 0 makes none.
+  void pressKey(std::int32_t keyCode, std::int32_t shift, std::int32_t character = 0);
+
+  // What the control told its container.
+  const std::vector<std::string>& changedProperties() const { return changedProperties_; }
+  std::int32_t refreshes() const { return refreshes_; }
+  bool tabStop() const { return tabStop_; }
+
+ private:
+  void resized() override { Resize(); }
+
+  ControlSet controls_;
+  bool userMode_;
+  bool tabStop_ = true;
+  std::vector<std::string> changedProperties_;
+  std::int32_t refreshes_ = 0;
+};
+
+}  // namespace kestrel::headless

@@ -1,0 +1,118 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "imaging/contract/Types.h"
+
+namespace kestrel {
+class Command;
+class Control;
+class Form;
+}  // namespace kestrel
+
+namespace kestrel::headless {
+
+class FileDialog;
+class Window;
+
+/// The user of this platform: a script of what is done at each box and dialog, in the order in which they
+/// come up, and hands for keys and pointer.
+///
+/// A box or dialog that the script does not expect next is a complaint, and is cancelled, so that nothing
+/// ever waits. Complaints go to `onComplaint`, or, where none is set, end the program with their text.
+class User {
+ public:
+  struct Box {
+    std::string text;
+    std::int32_t style = 0;
+    std::string title;
+  };
+  struct Question {
+    std::string prompt;
+    std::string title;
+    std::string defaultText;
+  };
+  struct About {
+    std::string title;
+    std::string versionText;
+    bool hasPicture = false;
+  };
+
+  std::function<void(const std::string&)> onComplaint;
+
+  // The script.
+  /// Presses that button of the next message box. Only a button it has; see `kAnswerOK` and so on.
+  void answers(std::int32_t answer);
+  /// Types into the next input box and confirms.
+  void types(std::string text);
+  void cancelsInput();
+  void closesAbout();
+  /// Uses the next form that is shown modally, and must have that name; it has to be hidden afterwards.
+  void uses(std::string form, std::function<void(kestrel::Form&)> doing);
+  /// Chooses a file in the next file dialog. A name that exists is confirmed where the dialog asks whether to
+  /// replace the file.
+  void chooses(std::string filename);
+  /// The same after doing something else in the dialog.
+  void chooses(std::string filename, std::function<void(FileDialog&)> before);
+  void cancelsFileDialog(std::function<void(FileDialog&)> before = {});
+  /// Chooses from the next popup menu by the key of a command; an empty key closes the menu.
+  void picks(std::string commandKey);
+
+  /// What the script still waits for, in words; empty when all of it was used.
+  std::string left() const;
+
+  // What came up so far.
+  const std::vector<Box>& boxes() const { return boxes_; }
+  const std::vector<Question>& questions() const { return questions_; }
+  const std::vector<About>& abouts() const { return abouts_; }
+  void forget();
+
+  // Called by the platform.
+  std::int32_t answerBox(const Box& box);
+  std::optional<std::string> answerQuestion(const Question& question);
+  void see(const About& about);
+  void useForm(kestrel::Form& form);
+  /// The name that was chosen, none if the dialog was cancelled.
+  std::optional<std::string> useFileDialog(FileDialog& dialog);
+  std::string usePopup(const std::string& menu);
+  void complain(const std::string& text) const;
+
+ private:
+  struct Answer {
+    std::int32_t answer;
+  };
+  struct Typing {
+    std::optional<std::string> text;
+  };
+  struct Closing {};
+  struct Using {
+    std::string form;
+    std::function<void(kestrel::Form&)> doing;
+  };
+  struct Choosing {
+    std::optional<std::string> filename;
+    std::function<void(FileDialog&)> before;
+  };
+  struct Picking {
+    std::string key;
+  };
+  using Step = std::variant<Answer, Typing, Closing, Using, Choosing, Picking>;
+
+  static std::string words(const Step& step);
+  /// The next step, if it is of the kind that what came up calls for; else a complaint.
+  template <typename T>
+  std::optional<T> next(const std::string& whatCameUp);
+
+  std::deque<Step> script_;
+  std::vector<Box> boxes_;
+  std::vector<Question> questions_;
+  std::vector<About> abouts_;
+};
+
+}  // namespace kestrel::headless

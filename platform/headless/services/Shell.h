@@ -1,0 +1,48 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "../Desktop.h"
+#include "../FileSystem.h"
+#include "imaging/contract/Shell.h"
+
+namespace kestrel::headless {
+
+/// Drives and folders of the simulated machine. Its own folders (the desktop's, the personal one, Windows
+/// and system) lie in the scratch folder or on the first drive.
+class Shell final : public kestrel::Shell {
+ public:
+  Shell(Desktop& desktop, const FileSystem& files) : desktop_(desktop), files_(files) {}
+
+  std::vector<std::string> LogicalDrives() override;
+  std::int32_t DriveType(const std::string& root) override;
+  std::string VolumeLabel(const std::string& root) override;
+  std::string NetworkPath(const std::string& drive) override;
+  std::string SpecialFolder(std::int32_t folder) override;
+  std::string WindowsFolder() override;
+  std::string SystemFolder() override;
+  std::vector<FolderEntry> Entries(const std::string& folder) override;
+  std::string FirstSubfolder(const std::string& folder) override;
+  void CreateFolder(const std::string& path) override;
+
+  /// `kFileIcon`, `kFolderIcon`, or `kDriveIcon` and the drive's type added up.
+  std::int32_t IconIndex(const std::string& path) override;
+  /// Draws a plain square whose shade tells the number.
+  void DrawIcon(std::int32_t iconIndex, WindowHandle picture) override;
+  bool DrawFileIcon(const std::string& filename, std::int32_t iconIndex, bool large,
+                    WindowHandle picture) override;
+
+  static constexpr std::int32_t kFileIcon = 0;
+  static constexpr std::int32_t kFolderIcon = 3;
+  static constexpr std::int32_t kDriveIcon = 8;
+
+ private:
+  std::string ownFolder(const std::string& name) const;
+  void drawSquare(std::int32_t iconIndex, std::int32_t size, WindowHandle picture) const;
+
+  Desktop& desktop_;
+  const FileSystem& files_;
+};
+
+}  // namespace kestrel::headless

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <utility>
+
+#include "../User.h"
+#include "imaging/contract/UserInterface.h"
+
+namespace kestrel::headless {
+
+/// Hands every box to the scripted user.
+class UserInterface final : public kestrel::UserInterface {
+ public:
+  UserInterface(User& user, std::string applicationTitle)
+      : user_(user), applicationTitle_(std::move(applicationTitle)) {}
+
+  std::int32_t MessageBox(const std::string& text, std::int32_t style, const std::string& title) override {
+    return user_.answerBox({text, style, title.empty() ? applicationTitle_ : title});
+  }
+  std::string InputBox(const std::string& prompt, const std::string& title, const std::string& defaultText,
+                       const Point* /*position*/) override {
+    return user_.answerQuestion({prompt, title, defaultText}).value_or("");
+  }
+  void AboutBox(const std::string& title, const std::string& versionText,
+                const PicturePtr& picture) override {
+    user_.see({title, versionText, picture != nullptr});
+  }
+
+ private:
+  User& user_;
+  std::string applicationTitle_;
+};
+
+}  // namespace kestrel::headless
