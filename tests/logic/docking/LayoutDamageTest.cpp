@@ -1,0 +1,248 @@
+// No damaged block is read, and none does any harm.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Resources/Layouts.h"
+#include "SmallLayout.h"
+#include "base/RuntimeError.h"
+#include "platform/docking/LayoutCheck.h"
+#include "platform/docking/LayoutFormat.h"
+#include "platform/docking/LayoutReader.h"
+#include "platform/docking/LayoutWriter.h"
+#include "platform/docking/StableGuid.h"
+#include "platform/docking/TagStream.h"
+#include "platform/docking/WideText.h"
+
+namespace kestrel::docking {
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+using Block = std::vector<std::byte>;
+
+/// Gives the block the checksum of what it holds now, so that what lies behind the checksum is tested too.
+void repairChecksum(std::span<std::byte> block) {
+  const std::uint32_t sum = layoutChecksum(block);
+  for (std::size_t i = 0; i < 4; ++i) {
+    block[layout_format::kChecksumOffset + i] = static_cast<std::byte>(sum >> (8 * i) & 0xFF);
+  }
+}
+
+/// The sentence with which the block is refused, or nothing if it is read.
+std::optional<std::string> refusal(std::span<const std::byte> block) {
+  try {
+    readLayout(block);
+    return std::nullopt;
+  } catch (const RuntimeError& error) {
+    EXPECT_EQ(error.Number(), 321);
+    EXPECT_THAT(error.Description(), StartsWith("The stored layout is damaged: "));
+    EXPECT_EQ(error.Description().back(), '.');
+    return error.Description();
+  }
+}
+
+/// Reads a block that may be anything: it is refused, or what it gives is sound.
+void expectRefusedOrSound(std::span<const std::byte> block) {
+  try {
+    EXPECT_EQ(contradictionIn(readLayout(block)), "");
+  } catch (const RuntimeError& error) {
+    EXPECT_EQ(error.Number(), 321);
+  }
+}
+
+TEST(DamagedLayout, IsRefusedCutShortAtEveryLength) {
+  const Block block = writeLayout(smallLayout());
+  for (std::size_t length = 0; length < block.size(); ++length) {
+    EXPECT_TRUE(refusal(std::span(block).first(length))) << length;
+  }
+}
+
+TEST(DamagedLayout, IsRefusedCutShortEvenWhenTheChecksumFits) {
+  const Block block = writeLayout(smallLayout());
+  for (std::size_t length = layout_format::kHeaderSize; length < block.size(); ++length) {
+    Block cut(block.begin(), block.begin() + static_cast<std::ptrdiff_t>(length));
+    repairChecksum(cut);
+    EXPECT_TRUE(refusal(cut)) << length;
+  }
+}
+
+TEST(DamagedLayout, IsRefusedWithAnyBitFlipped) {
+  Block block = writeLayout(smallLayout());
+  for (std::size_t i = 0; i < block.size(); ++i) {
+    for (int bit = 0; bit < 8; ++bit) {
+      block[i] ^= static_cast<std::byte>(1 << bit);
+      EXPECT_TRUE(refusal(block)) << "byte " << i << ", bit " << bit;
+      block[i] ^= static_cast<std::byte>(1 << bit);
+    }
+  }
+}
+
+TEST(DamagedLayout, DoesNoHarmWithAnyByteChangedAndTheChecksumFitting) {
+  const Block block = writeLayout(smallLayout());
+  for (std::size_t i = layout_format::kHeaderSize - 12; i < block.size(); ++i) {
+    for (const int value : {0x00, 0x01, 0x7F, 0x80, 0xFF}) {
+      Block changed = block;
+      changed[i] = static_cast<std::byte>(value);
+      repairChecksum(changed);
+      expectRefusedOrSound(changed);
+    }
+  }
+}
+
+TEST(DamagedLayout, OfTheEditorIsRefusedCutShortOrChanged) {
+  const auto dialog = resources::dialogLayout();
+  for (std::size_t length = 0; length < dialog.size(); length += 499) {
+    EXPECT_TRUE(refusal(dialog.first(length))) << length;
+  }
+  Block changed(dialog.begin(), dialog.end());
+  for (std::size_t i = 0; i < changed.size(); i += 499) {
+    changed[i] ^= std::byte{0x10};
+    EXPECT_TRUE(refusal(changed)) << i;
+    changed[i] ^= std::byte{0x10};
+  }
+}
+
+TEST(DamagedLayout, IsRefusedWithSomethingBehindItsEnd) {
+  Block block = writeLayout(smallLayout());
+  block.push_back(std::byte{0});
+  repairChecksum(block);
+  EXPECT_TRUE(refusal(block));
+}
+
+TEST(DamagedLayout, SaysWhatIsWrongWithTheHeader) {
+  const auto with = [](std::size_t offset, unsigned char value) {
+    Block block = writeLayout(smallLayout());
+    block[offset] = static_cast<std::byte>(value);
+    if (offset >= layout_format::kChecksumOffset + 4) repairChecksum(block);
+    return refusal(block).value_or("read");
+  };
+  EXPECT_EQ(refusal({}), "The stored layout is damaged: it ends too early.");
+  EXPECT_THAT(with(0, 'X'), HasSubstr("it does not begin as a layout does"));
+  EXPECT_THAT(with(16, 5), HasSubstr("it is of another version"));
+  EXPECT_THAT(with(20, 5), HasSubstr("its checksum does not fit"));
+  EXPECT_THAT(with(24, 0), HasSubstr("its header is unknown"));
+  EXPECT_THAT(with(28, 0), HasSubstr("its header is unknown"));
+  EXPECT_THAT(with(32, 35), HasSubstr("its stream starts nowhere"));
+  EXPECT_THAT(with(35, 0xFF), HasSubstr("its stream starts nowhere"));
+}
+
+TEST(DamagedLayout, IsRefusedWhenItIsLargerThanAnyLayout) {
+  Block block = writeLayout(smallLayout());
+  block.resize(layout_format::kLargestBlock + 1);
+  EXPECT_THAT(refusal(block).value_or("read"), HasSubstr("it is larger than any layout"));
+}
+
+/// A stream of one item that is written here number by number.
+std::optional<std::string> streamRefusal(std::initializer_list<std::uint32_t> words) {
+  Block stream;
+  for (const std::uint32_t word : words) {
+    for (int i = 0; i < 4; ++i) stream.push_back(static_cast<std::byte>(word >> (8 * i) & 0xFF));
+  }
+  try {
+    parseTags(stream);
+    return std::nullopt;
+  } catch (const RuntimeError& error) {
+    return error.Description();
+  }
+}
+
+TEST(DamagedStream, ThatClaimsFourThousandMillionItemsIsRefusedBeforeAnythingIsReserved) {
+  EXPECT_THAT(streamRefusal({2, 5, 0, 0xFFFFFFFF}).value_or("read"),
+              HasSubstr("an object claims more items than there are"));
+}
+
+TEST(DamagedStream, ThatNestsWithoutEndIsRefused) {
+  Block stream;
+  for (int depth = 0; depth < 20000; ++depth) {
+    for (const std::uint32_t word : {2u, 1u, 0u, 1u}) {
+      for (int i = 0; i < 4; ++i) stream.push_back(static_cast<std::byte>(word >> (8 * i) & 0xFF));
+    }
+  }
+  EXPECT_THROW(parseTags(stream), RuntimeError);
+}
+
+TEST(DamagedStream, WithAnUnknownKindIsRefused) {
+  EXPECT_THAT(streamRefusal({4, 1, 0, 0}).value_or("read"), HasSubstr("an item is of no known kind"));
+}
+
+TEST(DamagedStream, WithAnUnknownVariantTypeIsRefused) {
+  EXPECT_THAT(streamRefusal({1, 1, 0, 77}).value_or("read"), HasSubstr("a property is of no known type"));
+}
+
+TEST(DamagedStream, WithATextOfOddLengthIsRefused) {
+  EXPECT_THAT(streamRefusal({1, 1, 0, 3 << 16 | 8, 0, 0}).value_or("read"),
+              HasSubstr("a text has an impossible length"));
+}
+
+/// What a layout says of itself after one change.
+std::string contradictionAfter(const std::function<void(StoredLayout&)>& change) {
+  StoredLayout layout = smallLayout();
+  change(layout);
+  const std::string found = contradictionIn(layout);
+  EXPECT_THROW(writeLayout(layout), RuntimeError);
+  return found;
+}
+
+TEST(ContradictoryLayout, IsNotWritten) {
+  EXPECT_EQ(contradictionIn(smallLayout()), "");
+  EXPECT_EQ(contradictionAfter([](auto& layout) { layout.commands[1].key = "BTNOPEN"; }),
+            "the command \"BTNOPEN\" stands twice");
+  EXPECT_EQ(contradictionAfter([](auto& layout) { layout.commands[0].key = ""; }), "a command has no name");
+  EXPECT_EQ(contradictionAfter([](auto& layout) { layout.commands[0].category = "Nowhere"; }),
+            "the category \"Nowhere\" of \"btnOpen\" does not exist");
+  EXPECT_EQ(contradictionAfter([](auto& layout) { layout.commands[0].image = "Nothing"; }),
+            "the image \"Nothing\" of \"btnOpen\" does not exist");
+  EXPECT_EQ(contradictionAfter([](auto& layout) { layout.bars[1].entries[0].command = "btnNone"; }),
+            "the entry \"btnNone\" of \"Standard\" does not exist");
+  EXPECT_EQ(contradictionAfter([](auto& layout) { layout.commands[5].menu[0].command = "btnNone"; }),
+            "the entry \"btnNone\" of \"mnuFile\" does not exist");
+  EXPECT_EQ(contradictionAfter([](auto& layout) { layout.commands[0].type = 3; }),
+            "the command \"btnOpen\" is of no known type");
+  EXPECT_EQ(contradictionAfter([](auto& layout) {
+              layout.commands[0].menu = {{"btnClose", false}};
+            }),
+            "the command \"btnOpen\" has entries but is no menu");
+  EXPECT_EQ(contradictionAfter([](auto& layout) { layout.dockWindows[0].pane = "Left"; }),
+            "the pane \"Left\" of \"dkwZoom\" does not exist");
+  EXPECT_EQ(contradictionAfter([](auto& layout) { layout.images[0].normal.width = 8; }),
+            "the image \"Open\" is not 16 by 16 pixels");
+}
+
+TEST(ContradictoryLayout, HasAMenuThatContainsItselfByAnyWay) {
+  EXPECT_EQ(contradictionAfter([](auto& layout) {
+              layout.commands[5].menu.push_back({"mnuFile", false});
+            }),
+            "the menu \"mnuFile\" contains itself");
+  EXPECT_EQ(contradictionAfter([](auto& layout) {
+              StoredCommand inner;
+              inner.type = kCommandMenu;
+              inner.key = "mnuInner";
+              inner.menu = {{"mnuFile", false}};
+              layout.commands.push_back(inner);
+              layout.commands[5].menu.push_back({"mnuInner", false});
+            }),
+            "the menu \"mnuFile\" contains itself");
+}
+
+TEST(ContradictoryLayout, IsNotRead) {
+  Block block = writeLayout(smallLayout());
+  const Block open = wideFromUtf8(stableGuid("command", "btnOpen"));
+  const Block file = wideFromUtf8(stableGuid("command", "mnuFile"));
+  // Behind its own definition the command is mentioned first by its entry in the menu.
+  const auto definition = std::search(block.begin(), block.end(), open.begin(), open.end());
+  const auto entry = std::search(definition + 1, block.end(), open.begin(), open.end());
+  ASSERT_NE(entry, block.end());
+  std::copy(file.begin(), file.end(), entry);
+  repairChecksum(block);
+  EXPECT_EQ(refusal(block), "The stored layout is damaged: the menu \"mnuFile\" contains itself.");
+}
+
+}  // namespace
+}  // namespace kestrel::docking
