@@ -12,6 +12,8 @@ template <typename... Handlers>
 struct Overloaded : Handlers... {
   using Handlers::operator()...;
 };
+template <typename... Handlers>
+Overloaded(Handlers...) -> Overloaded<Handlers...>;
 
 constexpr std::int32_t Code(Variant::Type type) { return static_cast<std::int32_t>(type); }
 

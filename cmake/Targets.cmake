@@ -23,6 +23,10 @@ if(KESTREL_SANITIZE)
     -fsanitize=${KESTREL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   target_link_options(kestrel_options INTERFACE -fsanitize=${KESTREL_SANITIZE})
 endif()
+if(KESTREL_FUZZ)
+  # The fuzzer finds its way by what the tested code runs through, so all of it tells.
+  target_compile_options(kestrel_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
 
 # Gives `target` an include directory that holds the source folder alone, under its path from the
 # root. An include of a folder that is not among the dependencies therefore does not compile.
@@ -80,4 +84,13 @@ function(kestrel_test target)
   target_link_libraries(${target} PRIVATE ${arg_DEPENDS} GTest::gtest GTest::gmock GTest::gtest_main kestrel_options)
   add_test(NAME ${target} COMMAND ${target})
   set_tests_properties(${target} PROPERTIES LABELS ${arg_LABEL} TIMEOUT 600)
+endfunction()
+
+# kestrel_fuzzer(name SOURCES file... [DEPENDS target...])
+# One libFuzzer program; its source has LLVMFuzzerTestOneInput. Only where KESTREL_FUZZ is on.
+function(kestrel_fuzzer target)
+  cmake_parse_arguments(arg "" "" "SOURCES;DEPENDS" ${ARGN})
+  add_executable(${target} ${arg_SOURCES})
+  target_link_libraries(${target} PRIVATE ${arg_DEPENDS} kestrel_options)
+  target_link_options(${target} PRIVATE -fsanitize=fuzzer)
 endfunction()
