@@ -9,8 +9,10 @@
 #include <string>
 #include <vector>
 
+#include "ByteReader.h"
 #include "Damage.h"
 #include "Formats.h"
+#include "GifLzw.h"
 #include "Quantize.h"
 #include "base/RuntimeError.h"
 
@@ -20,80 +22,57 @@ namespace {
 /// A code of 12 bits stands for 4096 pixels at most.
 constexpr std::int64_t kPixelsPerByte = 2731;
 
-struct CloseReader {
-  void operator()(GifFileType* file) const { DGifCloseFile(file, nullptr); }
-};
-struct CloseWriter {
-  void operator()(GifFileType* file) const { EGifCloseFile(file, nullptr); }
-};
-struct FreeMap {
-  void operator()(ColorMapObject* map) const { GifFreeMapObject(map); }
-};
-using Reader = std::unique_ptr<GifFileType, CloseReader>;
-using Map = std::unique_ptr<ColorMapObject, FreeMap>;
-
-std::string reasonOf(int code) {
-  const char* const text = GifErrorString(code);
-  return text != nullptr ? text : "unknown reason";
-}
-
-[[noreturn]] void damaged(int code) { refusePicture("The GIF file is damaged: " + reasonOf(code) + "."); }
-
-Reader open(Bytes& rest) {
-  int error = 0;
-  Reader reader(DGifOpen(
-      &rest,
-      [](GifFileType* file, GifByteType* target, int count) {
-        auto& left = *static_cast<Bytes*>(file->UserData);
-        const std::size_t here = std::min(left.size(), static_cast<std::size_t>(std::max(0, count)));
-        std::memcpy(target, left.data(), here);
-        left = left.subspan(here);
-        return static_cast<int>(here);
-      },
-      &error));
-  if (!reader) damaged(error);
-  return reader;
-}
-
-/// Goes to the first picture; gives the index that is transparent in it, or -1.
-int findFirstPicture(GifFileType* file) {
-  int transparent = NO_TRANSPARENT_COLOR;
-  while (true) {
-    GifRecordType record = UNDEFINED_RECORD_TYPE;
-    if (DGifGetRecordType(file, &record) == GIF_ERROR) damaged(file->Error);
-    if (record == TERMINATE_RECORD_TYPE) refusePicture("The GIF file holds no picture.");
-    if (record == IMAGE_DESC_RECORD_TYPE) {
-      if (DGifGetImageDesc(file) == GIF_ERROR) damaged(file->Error);
-      return transparent;
-    }
-    if (record != EXTENSION_RECORD_TYPE) continue;
-    int code = 0;
-    GifByteType* block = nullptr;
-    if (DGifGetExtension(file, &code, &block) == GIF_ERROR) damaged(file->Error);
-    while (block != nullptr) {
-      GraphicsControlBlock control{};
-      if (code == GRAPHICS_EXT_FUNC_CODE && DGifExtensionToGCB(block[0], block + 1, &control) == GIF_OK) {
-        transparent = control.TransparentColor;
-      }
-      if (DGifGetExtensionNext(file, &block) == GIF_ERROR) damaged(file->Error);
-    }
-  }
-}
-
 using Palette = std::array<Pixel, 256>;
 
 /// A file without any palette leaves the colours to the reader: greys.
-Palette paletteOf(const ColorMapObject* map, int transparent) {
+Palette grays() {
   Palette palette;
   for (std::size_t i = 0; i < palette.size(); ++i) {
     const auto gray = static_cast<std::uint8_t>(i);
-    palette[i] = map == nullptr ? Pixel{gray, gray, gray, 255} : Pixel{0, 0, 0, 255};
-    if (map != nullptr && i < static_cast<std::size_t>(map->ColorCount)) {
-      palette[i] = {map->Colors[i].Red, map->Colors[i].Green, map->Colors[i].Blue, 255};
-    }
+    palette[i] = {gray, gray, gray, 255};
   }
-  if (transparent >= 0 && transparent < 256) palette[static_cast<std::size_t>(transparent)].a = 0;
   return palette;
+}
+
+/// The palette that a screen's or a picture's flags announce; `otherwise` if they announce none.
+Palette readPalette(ByteReader& reader, std::uint8_t flags, const Palette& otherwise) {
+  constexpr std::uint8_t kHasPalette = 0x80;
+  if ((flags & kHasPalette) == 0) return otherwise;
+  Palette palette;
+  palette.fill({0, 0, 0, 255});
+  const std::size_t count = std::size_t{2} << (flags & 7);
+  for (std::size_t i = 0; i < count; ++i) {
+    const Bytes entry = reader.take(3);
+    palette[i] = {entry[0], entry[1], entry[2], 255};
+  }
+  return palette;
+}
+
+void skipBlocks(ByteReader& reader) {
+  while (const std::uint8_t size = reader.u8()) reader.skip(size);
+}
+
+/// Goes to the first picture's place and size; gives the index that is transparent in it, or -1.
+int findFirstPicture(ByteReader& reader) {
+  constexpr std::uint8_t kExtension = 0x21, kPicture = 0x2C, kEnd = 0x3B, kGraphicControl = 0xF9;
+  int transparent = -1;
+  while (true) {
+    const std::uint8_t mark = reader.u8();
+    if (mark == kPicture) return transparent;
+    if (mark == kEnd) refusePicture("The GIF file holds no picture.");
+    // Some programs leave a few bytes too many between the blocks.
+    if (mark != kExtension) continue;
+    const std::uint8_t kind = reader.u8();
+    if (kind == kGraphicControl && reader.remaining() >= 5) {
+      ByteReader control = reader;
+      const bool whole = control.u8() >= 4;
+      const std::uint8_t flags = control.u8();
+      control.skip(2);
+      const std::uint8_t index = control.u8();
+      if (whole) transparent = (flags & 1) != 0 ? index : -1;
+    }
+    skipBlocks(reader);
+  }
 }
 
 /// The rows of a picture in the order in which they are stored.
@@ -109,6 +88,19 @@ std::vector<std::int32_t> rowOrder(std::int32_t height, bool interlaced) {
     for (std::int32_t y = first; y < height; y += step) order.push_back(y);
   }
   return order;
+}
+
+struct CloseWriter {
+  void operator()(GifFileType* file) const { EGifCloseFile(file, nullptr); }
+};
+struct FreeMap {
+  void operator()(ColorMapObject* map) const { GifFreeMapObject(map); }
+};
+using Map = std::unique_ptr<ColorMapObject, FreeMap>;
+
+std::string reasonOf(int code) {
+  const char* const text = GifErrorString(code);
+  return text != nullptr ? text : "unknown reason";
 }
 
 Map makeMap(const std::vector<Pixel>& palette) {
@@ -131,39 +123,47 @@ bool probe(Bytes data) {
 }
 
 Decoded decode(Bytes data) {
-  Bytes rest = data;
-  const Reader file = open(rest);
-  const int transparent = findFirstPicture(file.get());
-  const GifImageDesc& frame = file->Image;
+  ByteReader reader(data);
+  reader.skip(6);
+  const std::int32_t screenWidth = reader.u16(), screenHeight = reader.u16();
+  const std::uint8_t screenFlags = reader.u8();
+  reader.skip(2);
+  const Palette shared = readPalette(reader, screenFlags, grays());
+  const int transparent = findFirstPicture(reader);
+
+  const std::int32_t left = reader.u16(), top = reader.u16();
+  const std::int32_t frameWidth = reader.u16(), frameHeight = reader.u16();
+  const std::uint8_t flags = reader.u8();
+  Palette palette = readPalette(reader, flags, shared);
+  if (transparent >= 0) palette[static_cast<std::size_t>(transparent)].a = 0;
   // Some files tell no screen, or one that is smaller than the picture on it.
-  const std::int32_t width = std::max(file->SWidth, frame.Left + frame.Width);
-  const std::int32_t height = std::max(file->SHeight, frame.Top + frame.Height);
-  checkClaimedSize(frame.Width, frame.Height, data.size(), kPixelsPerByte);
+  const std::int32_t width = std::max(screenWidth, left + frameWidth);
+  const std::int32_t height = std::max(screenHeight, top + frameHeight);
+  checkClaimedSize(frameWidth, frameHeight, data.size(), kPixelsPerByte);
+  // The screen around the picture costs no bytes, but nobody means a thousand times the picture.
   checkClaimedSize(width, height, data.size(), 64 * kPixelsPerByte);
 
-  const ColorMapObject* const map = frame.ColorMap != nullptr ? frame.ColorMap : file->SColorMap;
-  const Palette palette = paletteOf(map, transparent);
   Decoded decoded;
-  decoded.stored.bitsPerSample = map != nullptr ? map->BitsPerPixel : 8;
-  decoded.stored.hasAlpha = transparent >= 0 || frame.Width != width || frame.Height != height;
+  decoded.stored.hasAlpha = transparent >= 0 || frameWidth != width || frameHeight != height;
   decoded.bitmap = Bitmap::filled(width, height);
   const Pixels pixels = decoded.bitmap.writable();
+  const auto rowSize = static_cast<std::size_t>(frameWidth);
+  const std::vector<std::uint8_t> indices =
+      unpackLzw(reader, rowSize * static_cast<std::size_t>(frameHeight));
+  const auto rows = static_cast<std::int32_t>(indices.size() / rowSize);
+  if (rows == 0) refusePicture("The GIF file is damaged: it ends before the first row of the picture.");
 
-  std::vector<GifPixelType> line(static_cast<std::size_t>(frame.Width));
-  std::int32_t rows = 0;
-  for (const std::int32_t y : rowOrder(frame.Height, frame.Interlace)) {
-    if (DGifGetLine(file.get(), line.data(), frame.Width) == GIF_ERROR) break;
-    std::uint8_t* target = pixels.row(frame.Top + y) + 4 * static_cast<std::size_t>(frame.Left);
-    for (const GifPixelType index : line) {
-      std::memcpy(target, &palette[index], 4);
-      target += 4;
-    }
-    ++rows;
+  constexpr std::uint8_t kInterlaced = 0x40;
+  const std::vector<std::int32_t> order = rowOrder(frameHeight, (flags & kInterlaced) != 0);
+  for (std::int32_t i = 0; i < rows; ++i) {
+    const std::uint8_t* const source = indices.data() + static_cast<std::size_t>(i) * rowSize;
+    std::uint8_t* const target =
+        pixels.row(top + order[static_cast<std::size_t>(i)]) + 4 * static_cast<std::size_t>(left);
+    for (std::size_t x = 0; x < rowSize; ++x) std::memcpy(target + 4 * x, &palette[source[x]], 4);
   }
-  if (rows == 0) damaged(file->Error);
-  if (rows < frame.Height) {
+  if (rows < frameHeight) {
     decoded.notice = "The file is damaged or was cut short: only " + std::to_string(rows) + " of " +
-                     std::to_string(frame.Height) + " rows could be read.";
+                     std::to_string(frameHeight) + " rows could be read.";
   }
   return decoded;
 }

@@ -108,7 +108,7 @@ Decoded decode(Bytes data) {
   const PixelKind kind = readPixels(tiff.get(), data, decoded);
   std::uint16_t orientation = 1;
   TIFFGetFieldDefaulted(tiff.get(), TIFFTAG_ORIENTATION, &orientation);
-  decoded.stored.pages = static_cast<std::int32_t>(TIFFNumberOfDirectories(tiff.get()));
+  decoded.stored.pages = std::max(1, static_cast<std::int32_t>(TIFFNumberOfDirectories(tiff.get())));
 
   convertToSrgb(decoded, kind);
   applyOrientation(decoded, orientation);

@@ -79,7 +79,6 @@ toff_t TiffStream::size(thandle_t handle) {
 
 int TiffStream::keepError(TIFF*, void* handle, const char*, const char* format, va_list arguments) {
   auto* const self = static_cast<TiffStream*>(handle);
-  if (self->error_[0] != '\0') return 1;
   std::vsnprintf(self->error_.data(), self->error_.size(), format, arguments);
   // Their sentences end with and without a full stop; ours add it.
   std::size_t length = std::strlen(self->error_.data());

@@ -17,7 +17,7 @@ struct CloseTiff {
 };
 using TiffFile = std::unique_ptr<TIFF, CloseTiff>;
 
-/// A file in memory as the library wants it, for reading or for writing, and the first error it reported.
+/// A file in memory as the library wants it, for reading or for writing, and the last error it reported.
 class TiffStream {
  public:
   /// For reading; `data` must outlive this and the file.
@@ -30,7 +30,7 @@ class TiffStream {
   /// Null if the file is none that the library knows. This must outlive what it gives.
   TiffFile open();
 
-  /// What the library found wrong first, without a full stop; empty if nothing.
+  /// What the library found wrong last, without a full stop; empty if nothing.
   const char* error() const { return error_.data(); }
 
   /// What was written, once the file is closed.
