@@ -90,11 +90,14 @@ std::span<const ImageProcessingCtl::CommandRow> ImageProcessingCtl::zCommandRows
       {"imagegrayscale", [](Editor& e, Command&) { e.ApplyGrayScale(e.zHasSelection()); }},
       {"imagemirror", [](Editor& e, Command&) { e.FlipHorizontally(e.zHasSelection()); }},
       {"imageflip", [](Editor& e, Command&) { e.FlipVertically(e.zHasSelection()); }},
+      {"rotatefree", [](Editor& e, Command&) { e.ShowRotateDialog(); }},
       {"rotateright", [](Editor& e, Command&) { e.Rotate(90, ipUseDefault, e.zHasSelection()); }},
       {"rotateleft", [](Editor& e, Command&) { e.Rotate(270, ipUseDefault, e.zHasSelection()); }},
       {"zoomactualsize", [](Editor& e, Command&) { e.ZoomActualSize(); }},
       {"zoomin", [](Editor& e, Command&) { e.ZoomIn(); }},
       {"zoomout", [](Editor& e, Command&) { e.ZoomOut(); }},
+      {"viewmaterialswindow", [](Editor& e, Command&) { e.zToggleDockWindow("dkwMaterials"); }},
+      {"viewzoomwindow", [](Editor& e, Command&) { e.zToggleDockWindow("dkwZoom"); }},
       {"viewstatusbar", [](Editor& e, Command&) { e.zToggleStatusBar(); }},
       {"helpcontents", [](Editor& e, Command&) { e.zShowHelp(); }},
       {"helpabout", [](Editor& e, Command&) { e.zShowAbout(); }},
@@ -151,6 +154,15 @@ void ImageProcessingCtl::zToggleStatusBar() {
     bar.Visible(!bar.Visible());
   } catch (...) {
     QDK_TRAILER(zToggleStatusBar, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+void ImageProcessingCtl::zToggleDockWindow(const char* Key) {
+  try {
+    DockWindow& window = DockWindows()(Key);
+    window.Visible(!window.Visible());
+  } catch (...) {
+    QDK_TRAILER(zToggleDockWindow, QDK_PARAMETERS(Key), QDK_LOCALS());
   }
 }
 

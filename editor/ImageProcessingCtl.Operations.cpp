@@ -1,6 +1,7 @@
 #include "ImageProcessingCtl.h"
 #include "base/Numbers.h"
 #include "base/Required.h"
+#include "dialogs/frmRotate.h"
 #include "imaging/modImgX.h"
 
 // The operations let the engine's errors out: whoever calls them wants to tell the user, or a host, in its
@@ -39,6 +40,16 @@ void ImageProcessingCtl::Rotate(float Angle, OLE_COLOR BackColor, bool ApplyToSe
   const Colour corners = igxImage.Colors().Create(BackColor, 255);
   zBeginOperation(onSection).Effects().Rotate(Angle, &corners, 0, "");
   zEndOperation(onSection);
+}
+
+std::int32_t ImageProcessingCtl::ShowRotateDialog() {
+  frmRotate dialog;
+  dialog.Preview().OriginalPicture(&igxImage);
+  dialog.ShowModal();
+  if (!dialog.Success) return 0;
+  const std::int32_t angle = ToInt32(Val(dialog.ResultData));
+  Rotate(static_cast<float>(angle), ipUseDefault, zHasSelection());
+  return angle;
 }
 
 void ImageProcessingCtl::FlipHorizontally(bool ApplyToSelection) {

@@ -105,7 +105,9 @@ void ImageProcessingCtl::igxImage_MouseDown(std::int32_t Button, std::int32_t Sh
 
 void ImageProcessingCtl::igxImage_MouseMove(std::int32_t Button, std::int32_t Shift, float X, float Y) {
   try {
-    if (!zInImageRegion(X, Y)) mrgUI.StatusPanel("pnlPosition").Caption(" ");
+    if (zInImageRegion(X, Y)) return;
+    mrgUI.StatusPanel("pnlPosition").Caption(" ");
+    if (fltZoom) fltZoom->ClearZoomWindow();
   } catch (...) {
     QDK_TRAILER(igxImage_MouseMove, QDK_PARAMETERS(Button, Shift, X, Y), QDK_LOCALS());
   }
@@ -115,6 +117,7 @@ void ImageProcessingCtl::igxImage_MouseMovePixel(std::int32_t Button, std::int32
                                                  std::int32_t PixelY) {
   try {
     mrgUI.StatusPanel("pnlPosition").Caption(Pair(PixelX, PixelY));
+    if (fltZoom) fltZoom->RedrawZoomWindowEx(PixelX, PixelY);
   } catch (...) {
     QDK_TRAILER(igxImage_MouseMovePixel, QDK_PARAMETERS(Button, Shift, PixelX, PixelY), QDK_LOCALS());
   }

@@ -222,8 +222,12 @@ void ImageProcessingCtl::Initialize() {
     iHelp = iPlatform.CreateHelpViewer();
     iHelp->HelpFile(kHelpFile);
 
-    DockWindows()("dkwMaterials").Visible(false);
-    DockWindows()("dkwZoom").Visible(false);
+    fltMaterials = std::make_unique<frmMaterials>();
+    mrgUI.DockFunctions().AttachForm(DockWindows()("dkwMaterials"), fltMaterials->Form());
+    fltZoom = std::make_unique<frmZoom>();
+    fltZoom->Application(this);
+    mrgUI.DockFunctions().AttachForm(DockWindows()("dkwZoom"), fltZoom->Form());
+    fltMaterials->Application(this);
 
     igxImage_BeforeZoomChanged(igxImage.Zoom());
 
@@ -242,6 +246,8 @@ void ImageProcessingCtl::Initialize() {
 void ImageProcessingCtl::Terminate() {
   QDK_RESUME_NEXT(iHelp.reset());
   QDK_RESUME_NEXT(iResources.reset());
+  QDK_RESUME_NEXT(fltMaterials.reset());
+  QDK_RESUME_NEXT(fltZoom.reset());
   QDK_RESUME_NEXT(if (pEventSink) pEventSink->Object(nullptr));
   QDK_RESUME_NEXT(pEventSink.reset());
   QDK_RESUME_NEXT(modProcessing::KillShared());
@@ -287,8 +293,9 @@ std::string ImageProcessingCtl::qdkDumpModuleVariables() const {
   return QDK_FIELDS(igxImage, mrgUI, pDialog, pImage, pMRU, pEventSink, pFilename, pForeColor, pBackColor,
                     pTool, pUndoLevels, mFormat, pUseSimpleTools, pChanged, pShowMenuBar, pShowMRU, pShowOpen,
                     pUseSimpleSave, pAutoUpdateGlobal, pShowClose, pShowDrawingTools, pAllowUnmodifiedHotKeys,
-                    iResources, iHelp, iOldTool, iIsSave, iStatusText, iCropping, iPasting, iTransparentPaste,
-                    iRuntime, iTerminated, iPasteX, iPasteY, iLastButton, iZoomLevel);
+                    fltMaterials, fltZoom, iResources, iHelp, iOldTool, iIsSave, iStatusText, iCropping,
+                    iPasting, iTransparentPaste, iRuntime, iTerminated, iPasteX, iPasteY, iLastButton,
+                    iZoomLevel);
 }
 
 }  // namespace kestrel

@@ -10,7 +10,7 @@
 #include "base/Object.h"
 #include "diagnostics/modTollgarthSupport.h"
 #include "dialogs/frmResources.h"
-#include "editor/interface/Constants.h"
+#include "editor/interface/IImageProcessingCtl.h"
 #include "host/interface/IImageEvents.h"
 #include "imaging/contract/ImageView.h"
 #include "imaging/contract/ImgX.h"
@@ -19,6 +19,8 @@
 #include "imaging/contract/Site.h"
 #include "settings/MRU.h"
 #include "settings/Options.h"
+#include "toolwindows/frmMaterials.h"
+#include "toolwindows/frmZoom.h"
 
 namespace kestrel {
 
@@ -31,10 +33,10 @@ namespace kestrel {
 ///
 /// A failure inside a member is reported and the member returns its default result, unless it says otherwise.
 /// Setting a property to the value it has does nothing.
-class ImageProcessingCtl final : public Object {
+class ImageProcessingCtl final : public IImageProcessingCtl {
  public:
-  /// The thread must be attached to a platform (`modProcessing`). Commands start disabled. Raises RuntimeError
-  /// 730 if the site lacks a child control.
+  /// The thread must be attached to a platform (`modProcessing`). Commands start disabled. Raises
+  /// RuntimeError 730 if the site lacks a child control.
   explicit ImageProcessingCtl(Site& site);
   ~ImageProcessingCtl() override;
 
@@ -78,10 +80,10 @@ class ImageProcessingCtl final : public Object {
   std::int32_t UndoLevels() const { return pUndoLevels; }
   void UndoLevels(std::int32_t Value);
   /// The material colours. A background of -1 means no fill: shapes are outlines in the foreground colour.
-  OLE_COLOR BackColor() const { return pBackColor; }
-  void BackColor(OLE_COLOR Value);
-  OLE_COLOR ForeColor() const { return pForeColor; }
-  void ForeColor(OLE_COLOR Value);
+  OLE_COLOR BackColor() const override { return pBackColor; }
+  void BackColor(OLE_COLOR Value) override;
+  OLE_COLOR ForeColor() const override { return pForeColor; }
+  void ForeColor(OLE_COLOR Value) override;
   /// Something was edited since the picture was set. Becoming True raises `Change`.
   bool Changed() const { return pChanged; }
   void Changed(bool Value);
@@ -100,16 +102,19 @@ class ImageProcessingCtl final : public Object {
   void Tool(ImageProcessingToolConstants Value);
 
   /// Null while there is no picture.
-  kestrel::Image* Image() { return igxImage.Image(); }
+  kestrel::Image* Image() override { return igxImage.Image(); }
   std::shared_ptr<kestrel::ImgX> ImgX();
   kestrel::Options& Options();
   kestrel::DockWindows& DockWindows() { return mrgUI.DockWindows(); }
   kestrel::Commands& Commands() { return mrgUI.Commands(); }
   kestrel::CommandBars& CommandBars() { return mrgUI.CommandBars(); }
   /// The file dialog; null before `Initialize`.
-  ImgXDialog* BrowseDialog() { return pDialog.get(); }
-  ImageView& ImageControl() { return igxImage; }
+  ImgXDialog* BrowseDialog() override { return pDialog.get(); }
+  ImageView& ImageControl() override { return igxImage; }
   const std::string& Filename() const { return pFilename; }
+  /// The tool windows; null before `Initialize`, at design time and after `Terminate`.
+  frmZoom* ZoomWindow() { return fltZoom.get(); }
+  frmMaterials* MaterialsWindow() { return fltMaterials.get(); }
 
   // -- Files ----------------------------------------------------------------------------------------------
 
@@ -153,14 +158,16 @@ class ImageProcessingCtl final : public Object {
   // -- Operations; the engine's errors go to the caller ---------------------------------------------------
 
   /// Height 0 keeps the proportion. The methods are those of `Effects::Resize`.
-  void Resize(std::int32_t Width, std::int32_t Height = 0, std::int32_t ResampleMethod = 0);
+  void Resize(std::int32_t Width, std::int32_t Height = 0, std::int32_t ResampleMethod = 0) override;
   void ResizeCanvas(std::int32_t Width, std::int32_t Height, std::int32_t OffsetX = 0,
-                    std::int32_t OffsetY = 0, OLE_COLOR BackColor = ipUseDefault);
+                    std::int32_t OffsetY = 0, OLE_COLOR BackColor = ipUseDefault) override;
   /// Clockwise, in degrees.
   void Rotate(float Angle, OLE_COLOR BackColor = ipUseDefault, bool ApplyToSelection = false);
   void FlipHorizontally(bool ApplyToSelection = false);
   void FlipVertically(bool ApplyToSelection = false);
   void ApplyGrayScale(bool ApplyToSelection = false);
+  /// Asks for an angle and rotates, the selection if there is one. Returns the clockwise angle, 0 if refused.
+  std::int32_t ShowRotateDialog();
   void FlattenAlpha(OLE_COLOR Color = ipUseDefault);
   /// Raises 6 for an opacity beyond a byte.
   void ApplyDropShadow(std::int32_t OffsetX = ipUseDefault, std::int32_t OffsetY = ipUseDefault,
@@ -212,8 +219,7 @@ class ImageProcessingCtl final : public Object {
   Event<std::string&, bool&> RequestSaveFilename;  ///< Filename, CancelDefault
   /// Kept for hosts; this control never raises it.
   Event<> WindowClosed;
-  Event<OLE_COLOR> ForeColorChange;
-  Event<OLE_COLOR> BackColorChange;
+  // ForeColorChange and BackColorChange stand here in the order; see IImageProcessingCtl.
   Event<ImageProcessingToolConstants> ToolChange;
   Event<> PictureSet;
   Event<bool&> SimpleSaveRequest;  ///< Saved
@@ -263,6 +269,7 @@ class ImageProcessingCtl final : public Object {
   void zRequestSimpleSave();
   void zOpenRecent(Command& Command);
   void zToggleStatusBar();
+  void zToggleDockWindow(const char* Key);
   void zShowHelp();
   void zShowAbout();
 
@@ -339,6 +346,8 @@ class ImageProcessingCtl final : public Object {
   bool pShowClose = false;
   bool pShowDrawingTools = false;
   bool pAllowUnmodifiedHotKeys = false;
+  std::unique_ptr<frmMaterials> fltMaterials;
+  std::unique_ptr<frmZoom> fltZoom;
   std::unique_ptr<frmResources> iResources;
   std::unique_ptr<HelpViewer> iHelp;
   ImageProcessingToolConstants iOldTool = ipToolNone;

@@ -1,0 +1,152 @@
+#include "Preview.h"
+
+#include <utility>
+
+#include "base/Numbers.h"
+#include "base/Required.h"
+#include "diagnostics/Trailer.h"
+#include "imaging/modImgX.h"
+#include "settings/modProcessing.h"
+
+namespace kestrel {
+namespace {
+
+/// The gap between the panes, in the control's own scale.
+constexpr std::int32_t kGap = 12;
+
+}  // namespace
+
+Preview::Preview(Site& site)
+    : iCount(modTollgarthSupport::Counted::kPreview),
+      UserControl(site),
+      igxOriginal(Bind<ImageView>(site, "igxOriginal")),
+      igxPreview(Bind<ImageView>(site, "igxPreview")),
+      imgPreview(Bind<PictureBox>(site, "imgPreview")) {
+  const auto keep = [this](Connection connection) { iConnections.push_back(std::move(connection)); };
+  const auto link = [&](ImageView& from, ImageView& to) {
+    for (Event<>* event : {&from.Scroll, &from.Pan, &from.PanChanged, &from.ScrollChanged}) {
+      keep(event->Connect([this, &from, &to] { zFollowScroll(from, to); }));
+    }
+  };
+  link(igxOriginal, igxPreview);
+  link(igxPreview, igxOriginal);
+  keep(UserControl.InitProperties.Connect([this] {
+    UserControl.TabStop(false);
+    zInitialise();
+  }));
+  keep(UserControl.ReadProperties.Connect([this](const PropertyBag&) { zInitialise(); }));
+  keep(UserControl.Resize.Connect([this] { UserControl_Resize(); }));
+  Usercontrol_Initialize();
+}
+
+void Preview::Usercontrol_Initialize() {
+  try {
+    const auto Options = modProcessing::GetOptions();
+    for (ImageView* pane : {&igxOriginal, &igxPreview}) {
+      modImgX::SetupBackground(*pane, Options->BackgroundGridSize(), Options->BackgroundGridColor1(),
+                               Options->BackgroundGridColor2());
+    }
+    mLinkedScrolling = true;
+    // From True to False is a change, so that the let runs and loads the stock picture.
+    pUseOriginal = true;
+    UseOriginal(false);
+    modProcessing::FormSkin().ApplyToForm(UserControl, -1, -1);
+  } catch (...) {
+    QDK_TRAILER(Usercontrol_Initialize, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+void Preview::zInitialise() {
+  try {
+    igxOriginal.Visible(UserControl.UserMode());
+    igxPreview.Visible(UserControl.UserMode());
+    UserControl_Resize();
+  } catch (...) {
+    QDK_TRAILER(zInitialise, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+void Preview::UserControl_Resize() {
+  std::int32_t half = 0;
+  try {
+    half = ToInt32((UserControl.ScaleWidth() - kGap) / 2.0);
+    igxOriginal.Width(half);
+    igxPreview.Width(half);
+    igxPreview.Left(UserControl.ScaleWidth() - half);
+    igxOriginal.Height(UserControl.ScaleHeight());
+    igxPreview.Height(UserControl.ScaleHeight());
+  } catch (...) {
+    QDK_TRAILER(UserControl_Resize, QDK_PARAMETERS(), QDK_LOCALS(half));
+  }
+}
+
+void Preview::LinkedScrolling(bool Value) {
+  try {
+    if (Value == mLinkedScrolling) return;
+    mLinkedScrolling = Value;
+    UserControl.PropertyChanged("LinkedScrolling");
+  } catch (...) {
+    QDK_TRAILER(LinkedScrolling, QDK_PARAMETERS(Value), QDK_LOCALS());
+  }
+}
+
+void Preview::Reset() {
+  try {
+    igxPreview.Document().CopyFrom(*igxOriginal.ImgX(), 0);
+  } catch (...) {
+    QDK_TRAILER(Reset, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+void Preview::UseOriginal(bool Value) {
+  try {
+    if (Value == pUseOriginal) return;
+    pUseOriginal = Value;
+    UserControl.PropertyChanged("UseOriginal");
+    zLoadOriginal();
+    Reset();
+    UseOriginalChange(pUseOriginal);
+  } catch (...) {
+    QDK_TRAILER(UseOriginal, QDK_PARAMETERS(Value), QDK_LOCALS());
+  }
+}
+
+void Preview::zLoadOriginal() {
+  if (pOriginalPicture == nullptr || !pUseOriginal) {
+    igxOriginal.Picture(imgPreview.Picture());
+  } else if (modImgX::ValidSelection(pOriginalPicture)) {
+    const auto section = modProcessing::Platform().CreateImgX();
+    modImgX::CreateSection(*pOriginalPicture, *section);
+    igxOriginal.Document().CopyFrom(*section, 0);
+  } else {
+    igxOriginal.Document().CopyFrom(*pOriginalPicture->ImgX(), 0);
+  }
+}
+
+void Preview::OriginalPicture(ImageView* Value) {
+  try {
+    pOriginalPicture = Value;
+    if (modImgX::ValidSelection(Value)) UseOriginal(true);
+  } catch (...) {
+    QDK_TRAILER(OriginalPicture, QDK_PARAMETERS(Value), QDK_LOCALS());
+  }
+}
+
+void Preview::zFollowScroll(ImageView& From, ImageView& To) {
+  try {
+    if (iScrolling || !mLinkedScrolling) return;
+    iScrolling = true;
+    To.ScrollLeft(From.ScrollLeft());
+    To.ScrollTop(From.ScrollTop());
+    iScrolling = false;
+  } catch (...) {
+    QDK_TRAILER(zFollowScroll, QDK_PARAMETERS(From, To), QDK_LOCALS());
+  }
+}
+
+std::string Preview::qdkDumpModuleVariables() const {
+  return QDK_FIELDS(pUseOriginal, mLinkedScrolling, pOriginalPicture, iScrolling, igxOriginal, igxPreview,
+                    imgPreview);
+}
+
+}  // namespace kestrel
