@@ -39,7 +39,7 @@ struct Setup {
   /// Of the backslash flavour.
   std::vector<Drive> drives = {{'C', kDriveFixed, "System", {}, true}};
   /// Where the help books are; see `HelpViewer`.
-  std::string helpFolder;
+  std::string helpFolder = {};
   const std::vector<FormDescription>& forms = formDescriptions();
 };
 

@@ -1,0 +1,132 @@
+#include "ContractTest.h"
+#include "imaging/contract/controls/CheckBox.h"
+
+namespace kestrel::contract {
+namespace {
+
+class Forms : public ContractTest {
+ protected:
+  void SetUp() override {
+    ContractTest::SetUp();
+    form_ = user().controls();
+    connections_.push_back(form_->Load.Connect([this] { log_ += "load "; }));
+    connections_.push_back(form_->Activate.Connect([this] { log_ += "activate "; }));
+    connections_.push_back(form_->QueryUnload.Connect([this](bool& cancel, std::int32_t reason) {
+      log_ += "query" + std::to_string(reason) + ' ';
+      cancel = keepOpen_;
+    }));
+    connections_.push_back(form_->Unloaded.Connect([this] { log_ += "unloaded "; }));
+  }
+  void TearDown() override {
+    connections_.clear();
+    form_.reset();
+    ContractTest::TearDown();
+  }
+
+  std::unique_ptr<Form> form_;
+  std::vector<Connection> connections_;
+  std::string log_;
+  bool keepOpen_ = false;
+};
+
+TEST_P(Forms, AreMadeByNameAndHidden) {
+  const std::unique_ptr<Form> form = platform().CreateForm("frmResources");
+  EXPECT_EQ(form->Name(), "frmResources");
+  EXPECT_FALSE(form->Visible());
+  EXPECT_EQ(Bind<CheckBox>(*form, "chkThumbnail").Caption(), "Save Th&umbnail");
+}
+
+TEST_P(Forms, OfNamesThatHaveNoneRaise429) {
+  EXPECT_EQ(errorOf([&] { platform().CreateForm("frmNothing"); }), 429);
+}
+
+TEST_P(Forms, RaiseLoadBeforeTheFirstShowingAndActivateOnceTheyAreUp) {
+  bool shownAtLoad = true;
+  const Connection connection = form_->Load.Connect([&] { shownAtLoad = form_->Visible(); });
+  form_->Show();
+  user().settle();
+  EXPECT_EQ(log_.substr(0, 14), "load activate ");
+  EXPECT_FALSE(shownAtLoad);
+  EXPECT_TRUE(form_->Visible());
+}
+
+TEST_P(Forms, AreLoadedOnceHoweverOftenTheyAreShown) {
+  form_->Show();
+  form_->Hide();
+  form_->Show();
+  user().settle();
+  EXPECT_EQ(log_.find("load"), 0u);
+  EXPECT_EQ(log_.find("load", 1), std::string::npos);
+}
+
+TEST_P(Forms, ShownModallyReturnWhenTheyAreHidden) {
+  bool up = false;
+  user().willUse([&](Form& form) {
+    up = form.Visible();
+    form.Hide();
+  });
+  platform().FormUtility().ShowDialog(*form_, 1, nullptr);
+  EXPECT_TRUE(up);
+  EXPECT_FALSE(form_->Visible());
+  EXPECT_EQ(log_.find("unloaded"), std::string::npos) << "hiding does not unload";
+}
+
+TEST_P(Forms, ShownModallyReturnWhenTheyAreUnloaded) {
+  user().willUse([&](Form& form) { form.Unload(); });
+  form_->Show(true);
+  EXPECT_FALSE(form_->Visible());
+  EXPECT_NE(log_.find("query1 unloaded "), std::string::npos);
+}
+
+TEST_P(Forms, AskBeforeTheyUnloadAndTellWhoWantsIt) {
+  form_->Show();
+  user().settle();
+  log_.clear();
+  keepOpen_ = true;
+  form_->Unload();
+  EXPECT_EQ(log_, "query1 ");
+  EXPECT_TRUE(form_->Visible()) << "the handler cancelled it";
+  user().pressCloseBox(*form_);
+  EXPECT_EQ(log_, "query1 query0 ");
+  keepOpen_ = false;
+  user().pressCloseBox(*form_);
+  EXPECT_EQ(log_, "query1 query0 query0 unloaded ");
+  EXPECT_FALSE(form_->Visible());
+}
+
+TEST_P(Forms, ThatAreNotLoadedUnloadWithoutAWord) {
+  form_->Unload();
+  EXPECT_EQ(log_, "");
+}
+
+TEST_P(Forms, LoadAgainAfterTheyWereUnloaded) {
+  form_->Show();
+  form_->Unload();
+  log_.clear();
+  form_->Show();
+  user().settle();
+  EXPECT_EQ(log_.substr(0, 5), "load ");
+}
+
+TEST_P(Forms, KeepTheirCaption) {
+  form_->Caption("a.png - Editor");
+  EXPECT_EQ(form_->Caption(), "a.png - Editor");
+}
+
+TEST_P(Forms, AreVisibleToTheDesktopOnlyWhileTheyAndAllAroundThemAreShown) {
+  auto& box = Bind<CheckBox>(*form_, "chkBox");
+  WindowFunctions& windows = platform().WindowFunctions();
+  EXPECT_FALSE(windows.IsWindowVisible(box.hWnd()));
+  form_->Show();
+  user().settle();
+  EXPECT_TRUE(windows.IsWindowVisible(form_->hWnd()));
+  EXPECT_TRUE(windows.IsWindowVisible(box.hWnd()));
+  box.Visible(false);
+  EXPECT_FALSE(windows.IsWindowVisible(box.hWnd()));
+  EXPECT_FALSE(windows.IsWindowVisible(0));
+}
+
+KESTREL_ON_ALL_PLATFORMS(Forms);
+
+}  // namespace
+}  // namespace kestrel::contract

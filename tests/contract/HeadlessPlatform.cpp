@@ -1,0 +1,110 @@
+#include <filesystem>
+#include <stdexcept>
+
+#include "ContractPlatform.h"
+#include "platform/headless/Form.h"
+#include "platform/headless/Platform.h"
+
+namespace kestrel::headless {
+/// The forms of this suite; generated.
+const std::vector<FormDescription>& contractForms();
+}  // namespace kestrel::headless
+
+namespace kestrel::contract {
+namespace {
+
+/// A folder of its own that goes with this object.
+class ScratchFolder {
+ public:
+  ScratchFolder() {
+    std::string name = (std::filesystem::temp_directory_path() / "kestrel-contract-XXXXXX").string();
+    if (!mkdtemp(name.data())) throw std::runtime_error("No scratch folder could be made.");
+    path_ = name;
+  }
+  ~ScratchFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+  }
+  const std::string& path() const { return path_; }
+
+ private:
+  std::string path_;
+};
+
+class HeadlessPlatform final : public ContractPlatform {
+ public:
+  explicit HeadlessPlatform(headless::PathFlavour flavour)
+      : platform_({.flavour = flavour, .scratch = scratch_.path()}) {
+    platform_.user().onComplaint = [](const std::string& text) { throw std::runtime_error(text); };
+    std::filesystem::create_directories(host(folder()));
+  }
+
+  kestrel::Platform& platform() override { return platform_; }
+
+  std::unique_ptr<Form> controls() override {
+    return std::make_unique<headless::Form>(platform_.desktop(), platform_.user(),
+                                            headless::contractForms().front());
+  }
+
+  Site& editorSite() override {
+    site_.reset();
+    site_ = platform_.createEditorSite();
+    site_->Move(0, 0, 800, 600);
+    return *site_;
+  }
+
+  std::string folder() override { return platform_.files().scratch(); }
+  std::string host(const std::string& path) override { return platform_.files().host(path); }
+
+  void willAnswer(std::int32_t answer) override { platform_.user().answers(answer); }
+  void willType(const std::string& text) override { platform_.user().types(text); }
+  void willCancelInput() override { platform_.user().cancelsInput(); }
+  void willUse(std::function<void(Form&)> doing) override {
+    platform_.user().uses("frmControls", std::move(doing));
+  }
+  void willChoose(const std::string& filename) override { platform_.user().chooses(filename); }
+  void willCancelFileDialog() override { platform_.user().cancelsFileDialog(); }
+
+  void pressCloseBox(Form& form) override { dynamic_cast<headless::Form&>(form).pressCloseBox(); }
+  bool clickCommand(Moorage& suite, const std::string& key) override { return own(suite).click(key); }
+  void typeComboText(Moorage& suite, const std::string& key, const std::string& text) override {
+    own(suite).typeComboText(key, text);
+  }
+  bool pressHotKey(Moorage& suite, std::int32_t shift, std::int32_t keyCode) override {
+    return own(suite).pressHotKey(shift, keyCode);
+  }
+  void pressPointer(ImageView& view, std::int32_t button, std::int32_t shift, Point at) override {
+    own(view).press(button, shift, at);
+  }
+  void movePointer(ImageView& view, std::int32_t button, std::int32_t shift, Point to) override {
+    own(view).move(button, shift, to);
+  }
+  void releasePointer(ImageView& view, std::int32_t button, std::int32_t shift, Point at) override {
+    own(view).release(button, shift, at);
+  }
+  void turnWheel(ImageView& view, std::int32_t notches, std::int32_t shift, Point at) override {
+    own(view).turnWheel(notches, shift, at);
+  }
+  void copyText(const std::string& /*text*/) override { platform_.Clipboard().holdNoPicture(); }
+  void settle() override {}
+
+ private:
+  static headless::Moorage& own(Moorage& suite) { return dynamic_cast<headless::Moorage&>(suite); }
+  static headless::ImageView& own(ImageView& view) { return dynamic_cast<headless::ImageView&>(view); }
+
+  ScratchFolder scratch_;
+  headless::Platform platform_;
+  std::unique_ptr<headless::Site> site_;
+};
+
+}  // namespace
+
+std::vector<ContractPlatformMaker> contractPlatforms() {
+  return {
+      {"Headless", [] { return std::make_unique<HeadlessPlatform>(headless::PathFlavour::kSlash); }},
+      {"HeadlessWithDrives",
+       [] { return std::make_unique<HeadlessPlatform>(headless::PathFlavour::kBackslash); }},
+  };
+}
+
+}  // namespace kestrel::contract

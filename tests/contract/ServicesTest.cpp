@@ -1,0 +1,229 @@
+#include <filesystem>
+#include <fstream>
+
+#include "ContractTest.h"
+#include "imaging/contract/controls/CheckBox.h"
+
+namespace kestrel::contract {
+namespace {
+
+class Services : public ContractTest {
+ protected:
+  void write(const std::string& path) { std::ofstream(user().host(path)) << "content"; }
+  bool exists(const std::string& path) { return std::filesystem::exists(user().host(path)); }
+};
+
+TEST_P(Services, FileHelpersTakeNamesApartAtBothSeparators) {
+  FileHelpers& files = platform().FileHelpers();
+  EXPECT_EQ(files.PathWithoutExtension("c:\\a\\b.c.png"), "c:\\a\\b.c");
+  EXPECT_EQ(files.PathWithoutExtension("/a/b.c.png"), "/a/b.c");
+  EXPECT_EQ(files.PathWithoutExtension("/a.d/b"), "/a.d/b");
+  EXPECT_EQ(files.GetExtension("c:\\a\\b.c.PNG"), "PNG");
+  EXPECT_EQ(files.GetExtension("/a.d/b"), "");
+  EXPECT_EQ(files.GetFileName("c:\\a\\b.png"), "b.png");
+  EXPECT_EQ(files.GetFileName("/a/b.png"), "b.png");
+  EXPECT_EQ(files.GetFileName("b.png"), "b.png");
+}
+
+TEST_P(Services, CompactPathKeepsToTheLength) {
+  FileHelpers& files = platform().FileHelpers();
+  EXPECT_EQ(files.CompactPath("c:\\a\\b.png", 50, "\\"), "c:\\a\\b.png");
+  const std::string compact =
+      files.CompactPath("c:\\one folder\\another folder\\a third folder\\and a fourth\\b.png", 40, "\\");
+  EXPECT_LE(compact.size(), 40u);
+  EXPECT_NE(compact.find("..."), std::string::npos);
+  EXPECT_TRUE(compact.ends_with("\\b.png")) << compact;
+}
+
+TEST_P(Services, ResolvePathReturnsAPathThatDoesNotExistAsGiven) {
+  FileHelpers& files = platform().FileHelpers();
+  const std::string missing = path("no such file.png");
+  EXPECT_EQ(files.ResolvePath(missing), missing);
+  write(path("there.png"));
+  EXPECT_TRUE(platform().FormUtility().FileExists(files.ResolvePath(path("there.png"))));
+}
+
+TEST_P(Services, FileExistsForFilesAndFolders) {
+  FormUtility& utility = platform().FormUtility();
+  EXPECT_FALSE(utility.FileExists(path("a.png")));
+  write(path("a.png"));
+  EXPECT_TRUE(utility.FileExists(path("a.png")));
+  EXPECT_TRUE(utility.FileExists(user().folder()));
+  EXPECT_FALSE(utility.FileExists(""));
+}
+
+TEST_P(Services, FilesAreCopiedMovedAndDeletedByABufferOfNames) {
+  FileHelpers& files = platform().FileHelpers();
+  write(path("a.png"));
+  write(path("b.png"));
+  platform().Shell().CreateFolder(path("sub"));
+  const std::string sub = path("sub") + files.PathSeparator();
+  const auto buffer = [&](const std::string& first, const std::string& second) {
+    return first + '\0' + second + '\0';
+  };
+  EXPECT_TRUE(files.CopyFiles(buffer(path("a.png"), path("b.png")), path("sub"), 0, nullptr));
+  EXPECT_TRUE(exists(path("a.png")));
+  EXPECT_TRUE(exists(sub + "a.png"));
+  EXPECT_TRUE(exists(sub + "b.png"));
+  EXPECT_TRUE(files.DeleteFiles(buffer(path("a.png"), path("b.png")), 0, nullptr));
+  EXPECT_FALSE(exists(path("a.png")));
+  EXPECT_FALSE(exists(path("b.png")));
+  EXPECT_TRUE(files.MoveFiles(sub + "a.png" + '\0', user().folder(), 0, nullptr));
+  EXPECT_TRUE(exists(path("a.png")));
+  EXPECT_FALSE(exists(sub + "a.png"));
+}
+
+TEST_P(Services, TheShellListsTheEntriesOfAFolder) {
+  Shell& shell = platform().Shell();
+  const std::string folder = path("listed");
+  shell.CreateFolder(folder);
+  const std::string separator = platform().FileHelpers().PathSeparator();
+  EXPECT_TRUE(shell.Entries(folder).empty());
+  EXPECT_EQ(shell.FirstSubfolder(folder), "");
+  write(folder + separator + "a.png");
+  shell.CreateFolder(folder + separator + "sub");
+  std::string names;
+  for (const FolderEntry& entry : shell.Entries(folder))
+    names += entry.Name + (entry.IsDirectory ? "/ " : " ");
+  EXPECT_TRUE(names == "a.png sub/ " || names == "sub/ a.png ") << names;
+  EXPECT_EQ(shell.FirstSubfolder(folder), "sub");
+}
+
+TEST_P(Services, TheShellAnswersWithNothingWhereThereIsNothing) {
+  Shell& shell = platform().Shell();
+  EXPECT_TRUE(shell.Entries(path("nowhere")).empty());
+  EXPECT_EQ(shell.FirstSubfolder(path("nowhere")), "");
+  EXPECT_NE(
+      errorOf([&] { shell.CreateFolder(path("nowhere") + platform().FileHelpers().PathSeparator() + "x"); }),
+      0);
+}
+
+TEST_P(Services, TheShellKnowsADriveToStartFrom) {
+  const std::vector<std::string> drives = platform().Shell().LogicalDrives();
+  ASSERT_FALSE(drives.empty());
+  EXPECT_TRUE(drives.front().ends_with(platform().FileHelpers().PathSeparator()));
+  EXPECT_EQ(platform().Shell().DriveType(drives.front()), kDriveFixed);
+}
+
+TEST_P(Services, ASinkHolderDoesNotKeepItsObjectAlive) {
+  class Sink : public Object {
+   public:
+    std::string TypeName() const override { return "Sink"; }
+  };
+  const std::unique_ptr<SinkHolder> holder = platform().CreateSinkHolder();
+  EXPECT_EQ(holder->Object(), nullptr);
+  auto sink = std::make_shared<Sink>();
+  holder->Object(sink);
+  EXPECT_EQ(holder->Object(), sink);
+  sink.reset();
+  EXPECT_EQ(holder->Object(), nullptr);
+}
+
+TEST_P(Services, AHelpViewerRaises53WithoutABook) {
+  const std::unique_ptr<HelpViewer> help = platform().CreateHelpViewer();
+  help->HelpFile("NoSuchBook.chm");
+  EXPECT_EQ(help->HelpFile(), "NoSuchBook.chm");
+  EXPECT_EQ(errorOf([&] { help->ShowTopic("default.html", 0); }), 53);
+}
+
+TEST_P(Services, ACanvasFillsThePartOfARectangleThatLiesOnIt) {
+  const std::unique_ptr<Canvas> canvas = platform().CreateCanvas(8, 4);
+  EXPECT_EQ(canvas->Width(), 8);
+  EXPECT_EQ(canvas->Height(), 4);
+  canvas->FillRectangle({0, 0, 8, 4}, 0x00112233);
+  canvas->FillRectangle({6, -2, 10, 4}, 0x000000FF);
+  const PicturePtr picture = canvas->Picture();
+  ASSERT_EQ(picture->Width(), 8);
+  ASSERT_EQ(picture->Height(), 4);
+  const PixelRows rows = picture->Pixels();
+  const auto pixel = [&](int x, int y) {
+    const std::uint8_t* p = rows.Data + static_cast<std::size_t>(y) * rows.Stride + x * 4;
+    return (p[0] << 16) | (p[1] << 8) | p[2];
+  };
+  EXPECT_EQ(pixel(0, 0), 0x332211);
+  EXPECT_EQ(pixel(5, 1), 0x332211);
+  EXPECT_EQ(pixel(6, 1), 0xFF0000);
+  EXPECT_EQ(pixel(7, 0), 0xFF0000);
+  EXPECT_EQ(pixel(7, 2), 0x332211);
+  canvas->FillRectangle({0, 0, 8, 4}, 0);
+  EXPECT_EQ(pixel(0, 0), 0x332211) << "a picture that was taken stays as it is";
+}
+
+TEST_P(Services, ColoursAreMadeFromAnyNumber) {
+  const std::shared_ptr<Colors> colors = platform().CreateColors();
+  const Colour colour = colors->Create(0x00332211, 77);
+  EXPECT_EQ(colour.Red(), 0x11);
+  EXPECT_EQ(colour.Green(), 0x22);
+  EXPECT_EQ(colour.Blue(), 0x33);
+  EXPECT_EQ(colour.Alpha(), 77);
+  EXPECT_TRUE(colors->Create(-1).IsNone());
+}
+
+TEST_P(Services, WindowsKnowScreensAndPositions) {
+  WindowFunctions& windows = platform().WindowFunctions();
+  ASSERT_GE(windows.ScreenCount(), 1);
+  EXPECT_GT(windows.ScreenArea(0).Width, 0);
+  Site& site = user().editorSite();
+  auto& view = Bind<ImageView>(site, "igxImage");
+  const Point zero = windows.ScreenToClient(view.hWnd(), {0, 0});
+  const Point other = windows.ScreenToClient(view.hWnd(), {30, 40});
+  EXPECT_EQ(other.X - zero.X, 30);
+  EXPECT_EQ(other.Y - zero.Y, 40);
+  EXPECT_GE(platform().Screen().TwipsPerPixelX(), 1);
+  EXPECT_GE(platform().Screen().TwipsPerPixelY(), 1);
+}
+
+TEST_P(Services, TheClipboardHoldsABitmapOnceAPictureWasPutThere) {
+  user().copyText("a text");
+  EXPECT_FALSE(platform().Clipboard().GetFormat(kClipboardBitmap));
+  const std::shared_ptr<ImgX> picture = platform().CreateImgX();
+  EXPECT_EQ(errorOf([&] { picture->Document().Paste(); }), 521);
+  const Colour red(0x000000FF);
+  picture->Document().NewImage(3, 2, &red);
+  picture->Writer().ToClipboard();
+  EXPECT_TRUE(platform().Clipboard().GetFormat(kClipboardBitmap));
+  const std::shared_ptr<ImgX> pasted = platform().CreateImgX();
+  pasted->Document().Paste();
+  ASSERT_NE(pasted->Image(), nullptr);
+  EXPECT_EQ(pasted->Image()->Width(), 3);
+  EXPECT_EQ(pasted->Image()->GetPixel(2, 1).Red(), 255);
+}
+
+TEST_P(Services, TheKeyStoreKeepsNumbersAndTextsApart) {
+  RegistryStore& store = platform().RegistryStore();
+  store.WriteValue(HKEY_CURRENT_USER, "Software\\Test", "Name", "text", kStoreString);
+  store.WriteValue(HKEY_CURRENT_USER, "software\\TEST", "Number", 7, kStoreNumber);
+  EXPECT_EQ(store.ReadValue(HKEY_CURRENT_USER, "SOFTWARE\\test", "NAME").ToString(), "text");
+  store.RootKey("Software");
+  EXPECT_EQ(store.GetSetting("Number", 3, kStoreNumber, "Test", HKEY_CURRENT_USER).ToInt32(), 7);
+  EXPECT_EQ(store.GetSetting("Number", "none", kStoreString, "Test", HKEY_CURRENT_USER).ToString(), "none");
+  EXPECT_EQ(store.GetSetting("Other", 3, kStoreNumber, "Test", HKEY_CURRENT_USER).ToInt32(), 3);
+  store.DeleteValue(HKEY_CURRENT_USER, "Software\\Test", "Name");
+  store.DeleteValue(HKEY_CURRENT_USER, "Software\\Test", "Name");
+  EXPECT_EQ(store.ReadValue(HKEY_CURRENT_USER, "Software\\Test", "Name").TypeCode(), 0);
+}
+
+TEST_P(Services, WindowPositionsPutAWindowBackWhereItStood) {
+  const std::unique_ptr<Form> form = user().controls();
+  WindowPositions& positions = platform().WindowPositions();
+  positions.RegistryKey("Software\\Test\\WindowPositions");
+  form->Move(40, 50, 420, 330);
+  positions.SavePosition(*form, "Test");
+  form->Move(100, 120, 500, 400);
+  positions.LoadPosition(*form, "Test");
+  EXPECT_EQ(form->Width(), 420);
+  EXPECT_EQ(form->Height(), 330);
+  EXPECT_EQ(form->Left(), 40);
+  EXPECT_EQ(form->Top(), 50);
+}
+
+TEST_P(Services, TheFormSkinTakesAnyFormOrControl) {
+  const std::unique_ptr<Form> form = user().controls();
+  EXPECT_EQ(errorOf([&] { platform().FormSkin().ApplyToForm(*form, -1, -1); }), 0);
+  EXPECT_EQ(errorOf([&] { platform().FormSkin().ApplyToForm(user().editorSite(), -1, -1); }), 0);
+}
+
+KESTREL_ON_ALL_PLATFORMS(Services);
+
+}  // namespace
+}  // namespace kestrel::contract
