@@ -10,6 +10,17 @@
 namespace kestrel::engine {
 namespace {
 
+/// What two rectangles have in common; empty where that is nothing.
+Rectangle intersection(const Rectangle& a, const Rectangle& b) {
+  const std::int64_t left = std::max(a.Left, b.Left);
+  const std::int64_t top = std::max(a.Top, b.Top);
+  const std::int64_t right = std::min(std::int64_t{a.Left} + a.Width, std::int64_t{b.Left} + b.Width);
+  const std::int64_t bottom = std::min(std::int64_t{a.Top} + a.Height, std::int64_t{b.Top} + b.Height);
+  if (left >= right || top >= bottom) return {};
+  return {static_cast<std::int32_t>(left), static_cast<std::int32_t>(top),
+          static_cast<std::int32_t>(right - left), static_cast<std::int32_t>(bottom - top)};
+}
+
 PixelRun hull(PixelRun a, PixelRun b) {
   if (a.empty()) return b;
   if (b.empty()) return a;
@@ -33,16 +44,6 @@ void paintRun(std::uint8_t* row, std::int32_t y, PixelRun run, const Shape& shap
 }
 
 }  // namespace
-
-Rectangle intersection(const Rectangle& a, const Rectangle& b) {
-  const std::int64_t left = std::max(a.Left, b.Left);
-  const std::int64_t top = std::max(a.Top, b.Top);
-  const std::int64_t right = std::min(std::int64_t{a.Left} + a.Width, std::int64_t{b.Left} + b.Width);
-  const std::int64_t bottom = std::min(std::int64_t{a.Top} + a.Height, std::int64_t{b.Top} + b.Height);
-  if (left >= right || top >= bottom) return {};
-  return {static_cast<std::int32_t>(left), static_cast<std::int32_t>(top),
-          static_cast<std::int32_t>(right - left), static_cast<std::int32_t>(bottom - top)};
-}
 
 std::vector<Rectangle> touchedBy(const Shape& shape, const Rectangle& clip) {
   constexpr std::int32_t kBandRows = 32;

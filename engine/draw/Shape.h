@@ -49,7 +49,4 @@ std::vector<Rectangle> touchedBy(const Shape& shape, const Rectangle& clip);
 /// outside of which nothing has changed. Asks for no memory, and so does not fail halfway.
 Rectangle paint(Pixels target, const Rectangle& clip, const Shape& shape, Pixel color);
 
-/// What two rectangles have in common; empty (0 x 0) where that is nothing.
-Rectangle intersection(const Rectangle& a, const Rectangle& b);
-
 }  // namespace kestrel::engine
