@@ -1,0 +1,200 @@
+#include "Database.h"
+
+#include <sqlite3.h>
+
+#include <limits>
+
+#include "base/RuntimeError.h"
+
+namespace kestrel::sqlite {
+namespace {
+
+constexpr int kBusyTimeoutMs = 10'000;
+
+// A value is a number or a text, never both; one table holds a key once, whatever its case.
+constexpr char kSchema[] = R"(
+PRAGMA synchronous = FULL;
+CREATE TABLE IF NOT EXISTS StoreKey (
+  id INTEGER PRIMARY KEY,
+  hive INTEGER NOT NULL,
+  path TEXT NOT NULL COLLATE NOCASE,
+  UNIQUE (hive, path));
+CREATE TABLE IF NOT EXISTS StoreValue (
+  key INTEGER NOT NULL REFERENCES StoreKey (id),
+  name TEXT NOT NULL COLLATE NOCASE,
+  number INTEGER,
+  text TEXT,
+  PRIMARY KEY (key, name),
+  CHECK ((number IS NULL) <> (text IS NULL))) WITHOUT ROWID;
+)";
+
+constexpr char kRead[] =
+    "SELECT coalesce(number, text) FROM StoreValue "
+    "WHERE key = (SELECT id FROM StoreKey WHERE hive = ?1 AND path = ?2) AND name = ?3";
+constexpr char kWrite[] =
+    "INSERT INTO StoreValue (key, name, number, text) "
+    "SELECT id, ?3, ?4, ?5 FROM StoreKey WHERE hive = ?1 AND path = ?2 "
+    "ON CONFLICT (key, name) DO UPDATE SET number = excluded.number, text = excluded.text";
+constexpr char kRemove[] =
+    "DELETE FROM StoreValue "
+    "WHERE key = (SELECT id FROM StoreKey WHERE hive = ?1 AND path = ?2) AND name = ?3";
+constexpr char kCreateKey[] = "INSERT INTO StoreKey (hive, path) VALUES (?1, ?2) ON CONFLICT DO NOTHING";
+
+std::int32_t numberOf(int result) {
+  switch (result & 0xFF) {
+    case SQLITE_FULL:
+      return err::kDiskFull;
+    case SQLITE_NOMEM:
+      return err::kOutOfMemory;
+    case SQLITE_PERM:
+    case SQLITE_READONLY:
+    case SQLITE_AUTH:
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+      return err::kPermissionDenied;
+    case SQLITE_CANTOPEN:
+      return err::kPathFileAccess;
+    default:
+      return err::kDeviceIO;
+  }
+}
+
+void check(sqlite3* connection, int result) {
+  if (result != SQLITE_OK) raise(connection, result);
+}
+
+sqlite3* open(const std::filesystem::path& file) {
+  std::error_code ignored;  // what fails here fails again, and is told, when the file is opened
+  if (file.has_parent_path()) std::filesystem::create_directories(file.parent_path(), ignored);
+  sqlite3* connection = nullptr;
+  const int result = sqlite3_open_v2(
+      file.c_str(), &connection, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX, nullptr);
+  if (result == SQLITE_OK) return connection;
+  const RuntimeError error(numberOf(result),
+                           "The settings could not be opened: " + std::string(sqlite3_errstr(result)) + ".");
+  sqlite3_close(connection);
+  throw error;
+}
+
+}  // namespace
+
+void raise(sqlite3* connection, int result) {
+  throw RuntimeError(numberOf(result), "The settings could not be read or written: " +
+                                           std::string(sqlite3_errmsg(connection)) + ".");
+}
+
+Statement::Statement(sqlite3* connection, const char* sql) : connection_(connection) {
+  sqlite3_stmt* statement = nullptr;
+  check(connection, sqlite3_prepare_v3(connection, sql, -1, SQLITE_PREPARE_PERSISTENT, &statement, nullptr));
+  statement_.reset(statement);
+}
+
+void Statement::Finalize::operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+
+Statement& Statement::bind(int index, std::int32_t value) {
+  check(connection_, sqlite3_bind_int(statement_.get(), index, value));
+  return *this;
+}
+
+Statement& Statement::bind(int index, const std::string& value) {
+  check(connection_, sqlite3_bind_text(statement_.get(), index, value.data(), static_cast<int>(value.size()),
+                                       SQLITE_STATIC));
+  return *this;
+}
+
+Statement& Statement::bind(int index, const Variant& value) {
+  if (value.TypeCode() == static_cast<std::int32_t>(Variant::Type::kInt32))
+    return bind(index, value.ToInt32());
+  const std::string text = value.ToString();
+  check(connection_, sqlite3_bind_text(statement_.get(), index, text.data(), static_cast<int>(text.size()),
+                                       SQLITE_TRANSIENT));
+  return *this;
+}
+
+void Statement::run() {
+  sqlite3_step(statement_.get());
+  // A statement that failed says so here again, with the words for it.
+  const int result = sqlite3_reset(statement_.get());
+  sqlite3_clear_bindings(statement_.get());
+  check(connection_, result);
+}
+
+Variant Statement::value() {
+  struct Reset {
+    sqlite3_stmt* statement;
+    ~Reset() { sqlite3_reset(statement); }
+  } const reset{statement_.get()};
+
+  const int result = sqlite3_step(statement_.get());
+  if (result == SQLITE_DONE) return {};
+  if (result != SQLITE_ROW) raise(connection_, result);
+  switch (sqlite3_column_type(statement_.get(), 0)) {
+    case SQLITE_INTEGER: {
+      const sqlite3_int64 number = sqlite3_column_int64(statement_.get(), 0);
+      // Numbers without a sign, as other programs may write them, have the same 32 bits.
+      if (number < std::numeric_limits<std::int32_t>::min() ||
+          number > std::numeric_limits<std::uint32_t>::max()) {
+        throw RuntimeError(err::kOverflow, "A stored number is outside the range of settings.");
+      }
+      return static_cast<std::int32_t>(number);
+    }
+    case SQLITE_TEXT: {
+      const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement_.get(), 0));
+      return std::string(text, static_cast<std::size_t>(sqlite3_column_bytes(statement_.get(), 0)));
+    }
+    default:
+      throw RuntimeError(err::kTypeMismatch, "A stored value is neither a text nor a number.");
+  }
+}
+
+struct Database::Statements {
+  explicit Statements(sqlite3* connection)
+      : read(connection, kRead),
+        write(connection, kWrite),
+        remove(connection, kRemove),
+        createKey(connection, kCreateKey),
+        begin(connection, "BEGIN IMMEDIATE"),
+        commit(connection, "COMMIT"),
+        rollback(connection, "ROLLBACK") {}
+
+  Statement read, write, remove, createKey, begin, commit, rollback;
+};
+
+void Database::StatementsDeleter::operator()(Statements* statements) const { delete statements; }
+void Database::Close::operator()(sqlite3* connection) const { sqlite3_close(connection); }
+
+Database::Database(const std::filesystem::path& file) : connection_(open(file)) {
+  sqlite3* const connection = connection_.get();
+  sqlite3_busy_timeout(connection, kBusyTimeoutMs);
+  check(connection, sqlite3_exec(connection, "PRAGMA journal_mode = WAL", nullptr, nullptr, nullptr));
+  check(connection, sqlite3_exec(connection, kSchema, nullptr, nullptr, nullptr));
+  statements_.reset(new Statements(connection));
+}
+
+Variant Database::read(std::int32_t hive, const std::string& key, const std::string& name) {
+  return statements_->read.bind(1, hive).bind(2, key).bind(3, name).value();
+}
+
+void Database::write(std::int32_t hive, const std::string& key, const std::string& name,
+                     const Variant& value) {
+  const bool isNumber = value.TypeCode() == static_cast<std::int32_t>(Variant::Type::kInt32);
+  statements_->begin.run();
+  try {
+    createKey(hive, key);
+    statements_->write.bind(1, hive).bind(2, key).bind(3, name).bind(isNumber ? 4 : 5, value).run();
+    statements_->commit.run();
+  } catch (const RuntimeError&) {
+    if (sqlite3_get_autocommit(connection_.get()) == 0) statements_->rollback.run();
+    throw;
+  }
+}
+
+void Database::remove(std::int32_t hive, const std::string& key, const std::string& name) {
+  statements_->remove.bind(1, hive).bind(2, key).bind(3, name).run();
+}
+
+void Database::createKey(std::int32_t hive, const std::string& key) {
+  statements_->createKey.bind(1, hive).bind(2, key).run();
+}
+
+}  // namespace kestrel::sqlite

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "base/Variant.h"
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace kestrel::sqlite {
+
+/// Raised by every failing call: a RuntimeError with the number and sentence for SQLite's result code.
+[[noreturn]] void raise(sqlite3* connection, int result);
+
+/// A prepared statement, to be run any number of times.
+class Statement {
+ public:
+  Statement(sqlite3* connection, const char* sql);
+
+  Statement& bind(int index, std::int32_t value);
+  /// The text must outlive the run.
+  Statement& bind(int index, const std::string& value);
+  /// A text or a 32-bit number.
+  Statement& bind(int index, const Variant& value);
+
+  /// Runs a statement that gives no rows.
+  void run();
+  /// The first column of the first row: Empty where there is no row. Raises 13 for what is neither a text nor
+  /// an integer, 6 for an integer beyond 32 bits.
+  Variant value();
+
+ private:
+  struct Finalize {
+    void operator()(sqlite3_stmt* statement) const;
+  };
+  sqlite3* connection_;
+  std::unique_ptr<sqlite3_stmt, Finalize> statement_;
+};
+
+/// An open store file with its tables.
+///
+/// Each text or number is one row, which holds either the one or the other. What was written is on the disk
+/// when the call returns; a process or machine that ends in the middle of a write leaves the older value.
+class Database {
+ public:
+  /// Opens the file, makes it and its folder where it isn't there. Raises RuntimeError.
+  explicit Database(const std::filesystem::path& file);
+
+  Variant read(std::int32_t hive, const std::string& key, const std::string& name);
+  void write(std::int32_t hive, const std::string& key, const std::string& name, const Variant& value);
+  void remove(std::int32_t hive, const std::string& key, const std::string& name);
+  void createKey(std::int32_t hive, const std::string& key);
+
+ private:
+  struct Close {
+    void operator()(sqlite3* connection) const;
+  };
+  struct Statements;
+  struct StatementsDeleter {
+    void operator()(Statements* statements) const;
+  };
+  std::unique_ptr<sqlite3, Close> connection_;
+  std::unique_ptr<Statements, StatementsDeleter> statements_;
+};
+
+}  // namespace kestrel::sqlite

@@ -1,0 +1,29 @@
+#include "StorePath.h"
+
+#include <cstdlib>
+
+namespace kestrel::sqlite {
+namespace {
+
+std::filesystem::path fromEnvironment(const char* variable) {
+  const char* const value = std::getenv(variable);
+  return value == nullptr ? "" : value;
+}
+
+std::filesystem::path configurationFolder() {
+  const std::filesystem::path configured = fromEnvironment("XDG_CONFIG_HOME");
+  if (configured.is_absolute()) return configured;  // a relative one is to be ignored
+  const std::filesystem::path home = fromEnvironment("HOME");
+  return home.empty() ? home : home / ".config";
+}
+
+}  // namespace
+
+std::filesystem::path storePath() {
+  const std::filesystem::path named = fromEnvironment("KESTREL_STORE");
+  if (!named.empty()) return named;
+  const std::filesystem::path folder = configurationFolder();
+  return folder.empty() ? folder : folder / "brindlewick" / "imaging.store";
+}
+
+}  // namespace kestrel::sqlite

@@ -1,0 +1,200 @@
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+#include <stdlib.h>
+
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "TemporaryFolder.h"
+#include "platform/sqlite/SqliteStore.h"
+#include "platform/sqlite/StorePath.h"
+
+namespace kestrel {
+namespace {
+
+constexpr std::int32_t kUser = HKEY_CURRENT_USER;
+
+/// Changes the store's file from outside, as another program could.
+void tamper(const std::filesystem::path& file, const std::string& sql) {
+  sqlite3* connection = nullptr;
+  ASSERT_EQ(sqlite3_open(file.c_str(), &connection), SQLITE_OK);
+  sqlite3_exec(connection, "PRAGMA ignore_check_constraints = ON", nullptr, nullptr, nullptr);
+  char* message = nullptr;
+  sqlite3_exec(connection, sql.c_str(), nullptr, nullptr, &message);
+  EXPECT_EQ(message, nullptr) << message;
+  sqlite3_free(message);
+  sqlite3_close(connection);
+}
+
+/// A store whose one report is taken down.
+struct WatchedStore {
+  explicit WatchedStore(const std::filesystem::path& file) : store(file) {}
+  sqlite::SqliteStore store;
+  std::vector<std::int32_t> reports;
+  Connection connection =
+      store.Unavailable.Connect([this](const RuntimeError& error) { reports.push_back(error.Number()); });
+
+  std::int32_t read() { return store.GetSetting("Quality", 75, kStoreNumber, "JPEG", kUser).ToInt32(); }
+  void write(std::int32_t value) { store.SetSetting("Quality", value, kStoreNumber, "JPEG", kUser); }
+};
+
+TEST(SqliteStore, CreatesNothingByReading) {
+  const TemporaryFolder folder;
+  WatchedStore watched(folder / "sub" / "a.store");
+  EXPECT_EQ(watched.read(), 75);
+  watched.store.DeleteValue(kUser, "k", "a");
+  EXPECT_TRUE(folder.isEmpty());
+  EXPECT_TRUE(watched.reports.empty());
+  watched.write(3);
+  EXPECT_TRUE(std::filesystem::exists(folder / "sub" / "a.store"));
+}
+
+TEST(SqliteStore, SeesWhatAnotherOneHasCreatedAndWritten) {
+  const TemporaryFolder folder;
+  WatchedStore first(folder / "a.store"), second(folder / "a.store");
+  EXPECT_EQ(first.read(), 75);
+  second.write(40);
+  EXPECT_EQ(first.read(), 40);
+  first.write(41);
+  EXPECT_EQ(second.read(), 41);
+}
+
+TEST(SqliteStore, KeepsValuesFromRunToRun) {
+  const TemporaryFolder folder;
+  WatchedStore(folder / "a.store").write(40);
+  EXPECT_EQ(WatchedStore(folder / "a.store").read(), 40);
+}
+
+TEST(SqliteStore, ThatIsNoStoreGivesDefaultsAndOneReport) {
+  const TemporaryFolder folder;
+  std::ofstream(folder / "a.store") << std::string(5000, 'x');
+  WatchedStore watched(folder / "a.store");
+  EXPECT_EQ(watched.read(), 75);
+  watched.write(40);
+  EXPECT_EQ(watched.read(), 75);
+  EXPECT_EQ(watched.reports, std::vector<std::int32_t>{err::kDeviceIO});
+  EXPECT_EQ(std::filesystem::file_size(folder / "a.store"), 5000u);
+}
+
+TEST(SqliteStore, InAPlaceThatIsAFolderGivesDefaultsAndOneReport) {
+  const TemporaryFolder folder;
+  std::filesystem::create_directory(folder / "a.store");
+  WatchedStore watched(folder / "a.store");
+  EXPECT_EQ(watched.read(), 75);
+  EXPECT_EQ(watched.read(), 75);
+  watched.write(40);
+  EXPECT_EQ(watched.reports, std::vector<std::int32_t>{err::kPathFileAccess});
+}
+
+TEST(SqliteStore, WhoseFolderIsAFileGivesDefaultsAndOneReport) {
+  const TemporaryFolder folder;
+  std::ofstream(folder / "file") << "x";
+  WatchedStore watched(folder / "file" / "a.store");
+  watched.write(40);
+  EXPECT_EQ(watched.read(), 75);
+  EXPECT_EQ(watched.reports.size(), 1u);
+}
+
+TEST(SqliteStore, WithoutAPlaceGivesDefaultsAndOneReport) {
+  WatchedStore watched("");
+  EXPECT_EQ(watched.read(), 75);
+  watched.write(40);
+  EXPECT_EQ(watched.reports, std::vector<std::int32_t>{err::kPathNotFound});
+}
+
+TEST(SqliteStore, ThatIsDamagedWhileOpenGivesDefaultsAndOneReport) {
+  const TemporaryFolder folder;
+  {
+    WatchedStore filling(folder / "a.store");
+    for (std::int32_t i = 0; i < 400; ++i) {
+      filling.store.WriteValue(kUser, "key" + std::to_string(i), "name", std::string(200, 'v'), kStoreString);
+    }
+  }
+  // The header and the schema stay, the pages with the values are overwritten.
+  std::fstream file(folder / "a.store", std::ios::in | std::ios::out | std::ios::binary);
+  const auto size = static_cast<std::streamoff>(std::filesystem::file_size(folder / "a.store"));
+  file.seekp(4096);
+  file << std::string(static_cast<std::size_t>(size - 4096), '\xFF');
+  file.close();
+
+  WatchedStore watched(folder / "a.store");
+  EXPECT_EQ(watched.read(), 75);
+  EXPECT_EQ(watched.read(), 75);
+  EXPECT_EQ(watched.reports, std::vector<std::int32_t>{err::kDeviceIO});
+}
+
+TEST(SqliteStore, RaisesForADamagedValueAndGoesOn) {
+  const TemporaryFolder folder;
+  WatchedStore watched(folder / "a.store");
+  watched.write(1);
+  const auto numberRaised = [&]() -> std::int32_t {
+    try {
+      watched.read();
+      return 0;
+    } catch (const RuntimeError& error) {
+      return error.Number();
+    }
+  };
+  tamper(folder / "a.store", "UPDATE StoreValue SET number = 5000000000");
+  EXPECT_EQ(numberRaised(), err::kOverflow);
+  tamper(folder / "a.store", "UPDATE StoreValue SET number = x'010203'");
+  EXPECT_EQ(numberRaised(), err::kTypeMismatch);
+  tamper(folder / "a.store", "UPDATE StoreValue SET number = 2.5");
+  EXPECT_EQ(numberRaised(), err::kTypeMismatch);
+  tamper(folder / "a.store", "UPDATE StoreValue SET number = 4294967295");
+  EXPECT_EQ(watched.read(), -1) << "a number without sign";
+  tamper(folder / "a.store", "UPDATE StoreValue SET number = NULL, text = 'abc'");
+  EXPECT_EQ(watched.read(), 75) << "a text where a number should be";
+  watched.write(5);
+  EXPECT_EQ(watched.read(), 5);
+  EXPECT_TRUE(watched.reports.empty());
+}
+
+TEST(SqliteStore, WithTablesOfAnotherMakeGivesDefaultsAndOneReport) {
+  const TemporaryFolder folder;
+  tamper(folder / "a.store", "CREATE TABLE StoreValue (something TEXT)");
+  WatchedStore watched(folder / "a.store");
+  EXPECT_EQ(watched.read(), 75);
+  EXPECT_EQ(watched.reports.size(), 1u);
+}
+
+class StorePath : public testing::Test {
+ protected:
+  StorePath() {
+    for (const char* name : kVariables) {
+      const char* value = getenv(name);
+      saved_.push_back(value == nullptr ? std::nullopt : std::optional<std::string>(value));
+      unsetenv(name);
+    }
+  }
+  ~StorePath() override {
+    for (std::size_t i = 0; i < saved_.size(); ++i) {
+      if (saved_[i]) setenv(kVariables[i], saved_[i]->c_str(), 1);
+    }
+  }
+  static constexpr const char* kVariables[] = {"KESTREL_STORE", "XDG_CONFIG_HOME", "HOME"};
+  std::vector<std::optional<std::string>> saved_;
+};
+
+TEST_F(StorePath, IsBelowTheConfigurationDirectory) {
+  setenv("HOME", "/home/ann", 1);
+  EXPECT_EQ(sqlite::storePath(), "/home/ann/.config/brindlewick/imaging.store");
+  setenv("XDG_CONFIG_HOME", "/cfg", 1);
+  EXPECT_EQ(sqlite::storePath(), "/cfg/brindlewick/imaging.store");
+  setenv("XDG_CONFIG_HOME", "relative", 1);
+  EXPECT_EQ(sqlite::storePath(), "/home/ann/.config/brindlewick/imaging.store");
+}
+
+TEST_F(StorePath, IsWhatTheEnvironmentNames) {
+  setenv("HOME", "/home/ann", 1);
+  setenv("KESTREL_STORE", "/media/stick/my.store", 1);
+  EXPECT_EQ(sqlite::storePath(), "/media/stick/my.store");
+}
+
+TEST_F(StorePath, IsEmptyForAUserWithoutAHome) { EXPECT_EQ(sqlite::storePath(), ""); }
+
+}  // namespace
+}  // namespace kestrel

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+
+namespace kestrel {
+
+/// A folder of its own for one test, gone afterwards.
+class TemporaryFolder {
+ public:
+  TemporaryFolder() {
+    std::string name = testing::TempDir() + "kestrelXXXXXX";
+    if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("No temporary folder.");
+    path_ = name;
+  }
+  ~TemporaryFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+  }
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+  std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
+  bool isEmpty() const { return std::filesystem::is_empty(path_); }
+
+ private:
+  std::filesystem::path path_;
+};
+
+}  // namespace kestrel
