@@ -145,7 +145,7 @@ class Parser {
     for (std::uint32_t row = height; row-- > 0;) {
       const auto line = pixels.subspan(row * bytesPerRow(width));
       for (std::size_t x = 0; x < width; ++x) {
-        for (const std::size_t channel : {2, 1, 0}) {
+        for (const std::size_t channel : {2u, 1u, 0u}) {
           result.rgb.push_back(static_cast<std::uint8_t>(line[3 * x + channel]));
         }
       }
@@ -264,7 +264,7 @@ class Writer {
     bitmapHeader(picture, static_cast<std::int32_t>(stride * height));
     for (std::size_t row = height; row-- > 0;) {
       for (std::size_t x = 0; x < width; ++x) {
-        for (const std::size_t channel : {2, 1, 0}) {
+        for (const std::size_t channel : {2u, 1u, 0u}) {
           appendLittle(block_, picture.rgb[(row * width + x) * 3 + channel]);
         }
       }
