@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -108,6 +109,18 @@ class FakeFileHelpers : public FileHelpers {
   }
 };
 
+/// Files exist as the test says.
+class FakeFormUtility : public FormUtility {
+ public:
+  void SetPointer(std::int32_t) override {}
+  void SelectAllText(TextBox&) override {}
+  void SetFocusTo(Control&) override {}
+  void ShowDialog(Form&, std::int32_t, Form*) override {}
+  bool FileExists(const std::string& path) override { return existing.contains(path); }
+  bool IsModifierDown() override { return false; }
+  std::set<std::string> existing;
+};
+
 /// As much of a platform as settings and diagnostics ask for. What is not there raises 429; the services that
 /// a test brings itself are set as pointers.
 class FakePlatform : public Platform {
@@ -116,6 +129,7 @@ class FakePlatform : public Platform {
   FakeUserInterface boxes;
   FakeApp app;
   FakeFileHelpers files;
+  FakeFormUtility forms;
   kestrel::RegistryStore* store = nullptr;
   kestrel::WindowPositions* positions = nullptr;
   kestrel::WindowFunctions* windows = nullptr;
@@ -133,7 +147,7 @@ class FakePlatform : public Platform {
   std::unique_ptr<MouseTracker> CreateMouseTracker() override { return Missing<MouseTracker>(); }
   std::unique_ptr<Canvas> CreateCanvas(std::int32_t, std::int32_t) override { return Missing<Canvas>(); }
 
-  kestrel::FormUtility& FormUtility() override { return *Missing<kestrel::FormUtility>(); }
+  kestrel::FormUtility& FormUtility() override { return forms; }
   kestrel::FormSkin& FormSkin() override { return *Missing<kestrel::FormSkin>(); }
   kestrel::WindowFunctions& WindowFunctions() override { return Given(windows); }
   kestrel::WindowPositions& WindowPositions() override { return Given(positions); }
