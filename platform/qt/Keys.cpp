@@ -64,8 +64,8 @@ Qt::Key keyOf(std::int32_t keyCode) {
 KeyStroke keyStrokeOf(const QKeyEvent& event) { return {keyCodeOf(event), shiftMaskOf(event.modifiers())}; }
 
 std::int32_t shiftMaskOf(Qt::KeyboardModifiers modifiers) {
-  return (modifiers & Qt::ShiftModifier ? kShiftMask : 0) | (modifiers & Qt::ControlModifier ? kCtrlMask : 0) |
-         (modifiers & Qt::AltModifier ? kAltMask : 0);
+  return (modifiers & Qt::ShiftModifier ? kShiftMask : 0) |
+         (modifiers & Qt::ControlModifier ? kCtrlMask : 0) | (modifiers & Qt::AltModifier ? kAltMask : 0);
 }
 
 std::int32_t buttonMaskOf(Qt::MouseButtons buttons) {

@@ -34,7 +34,7 @@ bool editsText(const QKeyEvent& event) {
 }  // namespace
 
 HotKeyFilter::HotKeyFilter(docking::MoorageModel& suite, QWidget& surface)
-    : QObject(&surface), suite_(suite), surface_(surface) {
+    : suite_(suite), surface_(surface) {
   qApp->installEventFilter(this);
 }
 

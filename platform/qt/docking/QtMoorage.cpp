@@ -19,7 +19,7 @@ QtMoorage::QtMoorage(MoorageWindow& window, ControlId id, const docking::StoredL
       toolBars_(*this, actions_, window),
       statusPanels_(*this, actions_, *window.statusBar()),
       dockPanels_(*this, window),
-      hotKeys_(new HotKeyFilter(*this, window)) {
+      hotKeys_(*this, window) {
   for (const auto& bar : CommandBars().all()) {
     if (bar->kind() == docking::BarKind::MenuBar) menuBar_ = bar.get();
   }
@@ -44,6 +44,8 @@ QtMoorage::QtMoorage(MoorageWindow& window, ControlId id, const docking::StoredL
   QObject::connect(&window_, &MoorageWindow::clientAreaChanged, &actions_,
                    [this] { guarded([this] { ClientAreaChanged(); }); });
 }
+
+QtMoorage::~QtMoorage() { window_.fillBarMenu = nullptr; }
 
 Rectangle QtMoorage::ClientArea() const {
   const QRect area = window_.clientArea();

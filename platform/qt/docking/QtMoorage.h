@@ -17,8 +17,9 @@ namespace kestrel::qt {
 /// The docking suite on the desktop: shows the models and hands on what the user does.
 class QtMoorage final : public WidgetControl<docking::MoorageModel> {
  public:
-  /// The window must have been made for this suite; it outlives it.
+  /// The window was made for this suite and outlives it.
   QtMoorage(MoorageWindow& window, ControlId id, const docking::StoredLayout& layout);
+  ~QtMoorage() override;
 
   Rectangle ClientArea() const override;
 
@@ -38,7 +39,7 @@ class QtMoorage final : public WidgetControl<docking::MoorageModel> {
   ToolBars toolBars_;
   StatusPanels statusPanels_;
   DockPanels dockPanels_;
-  HotKeyFilter* hotKeys_;
+  HotKeyFilter hotKeys_;
   docking::CommandBarModel* menuBar_ = nullptr;
   std::vector<Connection> connections_;
 };

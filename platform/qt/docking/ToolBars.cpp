@@ -65,6 +65,11 @@ ToolBars::ToolBars(docking::MoorageModel& suite, CommandActions& actions, QMainW
   refreshStyle();
 }
 
+// The bars themselves are the window's; their fields know the suite and go with it.
+ToolBars::~ToolBars() {
+  for (const auto& [command, action] : combos_) delete action;
+}
+
 QToolBar* ToolBars::find(docking::CommandBarModel& bar) const {
   const auto found = bars_.find(&bar);
   return found == bars_.end() ? nullptr : found->second.bar;

@@ -16,6 +16,7 @@ class ToolBars final : public QObject {
 
  public:
   ToolBars(docking::MoorageModel& suite, CommandActions& actions, QMainWindow& window);
+  ~ToolBars() override;
 
   /// Null for a bar that is no tool bar.
   QToolBar* find(docking::CommandBarModel& bar) const;

@@ -20,7 +20,8 @@ void BusyPointer::set(std::int32_t pointer) {
   if (shown() != kBusyDefault) QGuiApplication::restoreOverrideCursor();
   shown() = pointer;
   if (pointer != kBusyDefault) {
-    QGuiApplication::setOverrideCursor(QCursor(pointer == kBusyArrowHourglass ? Qt::BusyCursor : Qt::WaitCursor));
+    QGuiApplication::setOverrideCursor(
+        QCursor(pointer == kBusyArrowHourglass ? Qt::BusyCursor : Qt::WaitCursor));
   }
 }
 

@@ -1,0 +1,52 @@
+#include "QtPlatform.h"
+
+#include "base/RuntimeError.h"
+#include "dialogs/QtHelpViewer.h"
+#include "dialogs/QtImgXDialog.h"
+#include "engine/imgx/ColorsObject.h"
+#include "engine/imgx/ImgXObject.h"
+#include "forms/FormFactory.h"
+#include "forms/QtForm.h"
+#include "services/QtCanvas.h"
+#include "services/QtMouseTracker.h"
+#include "services/WeakSinkHolder.h"
+
+namespace kestrel::qt {
+
+QtPlatform::QtPlatform(Parts parts)
+    : parts_(std::move(parts)),
+      appInfo_(parts_.version),
+      clipboard_(clipboardPort_),
+      windowPositions_(*parts_.store, windowFunctions_),
+      userInterface_(parts_.version.title),
+      fileHelpers_(userInterface_) {}
+
+QtPlatform::~QtPlatform() = default;
+
+std::shared_ptr<ImgX> QtPlatform::CreateImgX() {
+  return std::make_shared<engine::ImgXObject>(clipboardPort_);
+}
+
+std::shared_ptr<Colors> QtPlatform::CreateColors() { return std::make_shared<engine::ColorsObject>(); }
+
+std::unique_ptr<ImgXDialog> QtPlatform::CreateImgXDialog() { return std::make_unique<QtImgXDialog>(); }
+
+std::unique_ptr<Form> QtPlatform::CreateForm(const std::string& name) {
+  std::unique_ptr<FormWindow> window = buildForm(name);
+  if (!window) throw RuntimeError(err::kCannotCreateObject, "There is no form \"" + name + "\".");
+  return std::make_unique<QtForm>(std::move(window), name);
+}
+
+std::unique_ptr<HelpViewer> QtPlatform::CreateHelpViewer() {
+  return std::make_unique<QtHelpViewer>(parts_.helpFolder);
+}
+
+std::unique_ptr<SinkHolder> QtPlatform::CreateSinkHolder() { return std::make_unique<WeakSinkHolder>(); }
+
+std::unique_ptr<MouseTracker> QtPlatform::CreateMouseTracker() { return std::make_unique<QtMouseTracker>(); }
+
+std::unique_ptr<Canvas> QtPlatform::CreateCanvas(std::int32_t width, std::int32_t height) {
+  return std::make_unique<QtCanvas>(width, height);
+}
+
+}  // namespace kestrel::qt

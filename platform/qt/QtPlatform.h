@@ -1,0 +1,79 @@
+#pragma once
+
+#include <QString>
+#include <memory>
+
+#include "dialogs/QtUserInterface.h"
+#include "imaging/contract/Platform.h"
+#include "platform/store/StoredPositions.h"
+#include "services/QtAppInfo.h"
+#include "services/QtClipboard.h"
+#include "services/QtClipboardPort.h"
+#include "services/QtFileHelpers.h"
+#include "services/QtFormSkin.h"
+#include "services/QtFormUtility.h"
+#include "services/QtScreen.h"
+#include "services/QtShell.h"
+#include "services/QtWindowFunctions.h"
+
+namespace kestrel::qt {
+
+/// The desktop. The toolkit's application object must be there before it and outlive it.
+class QtPlatform final : public Platform {
+ public:
+  /// What the desktop itself does not provide.
+  struct Parts {
+    ProgramVersion version;
+    std::unique_ptr<kestrel::RegistryStore> store;
+    std::unique_ptr<kestrel::ObjectFactory> objectFactory;
+    std::unique_ptr<kestrel::StackResolver> stackResolver;
+    QString helpFolder;  ///< holds a folder of pages for each help book
+  };
+
+  explicit QtPlatform(Parts parts);
+  ~QtPlatform() override;
+
+  engine::ClipboardPort& clipboardPort() { return clipboardPort_; }
+
+  std::shared_ptr<ImgX> CreateImgX() override;
+  std::shared_ptr<Colors> CreateColors() override;
+  std::unique_ptr<ImgXDialog> CreateImgXDialog() override;
+  std::unique_ptr<Form> CreateForm(const std::string& name) override;
+  std::unique_ptr<HelpViewer> CreateHelpViewer() override;
+  std::unique_ptr<SinkHolder> CreateSinkHolder() override;
+  std::unique_ptr<MouseTracker> CreateMouseTracker() override;
+  std::unique_ptr<Canvas> CreateCanvas(std::int32_t width, std::int32_t height) override;
+
+  kestrel::FormUtility& FormUtility() override { return formUtility_; }
+  kestrel::FormSkin& FormSkin() override { return formSkin_; }
+  kestrel::WindowFunctions& WindowFunctions() override { return windowFunctions_; }
+  kestrel::WindowPositions& WindowPositions() override { return windowPositions_; }
+  kestrel::RegistryStore& RegistryStore() override { return *parts_.store; }
+  kestrel::FileHelpers& FileHelpers() override { return fileHelpers_; }
+  kestrel::UserInterface& UserInterface() override { return userInterface_; }
+  kestrel::Clipboard& Clipboard() override { return clipboard_; }
+  kestrel::Shell& Shell() override { return shell_; }
+  kestrel::Screen& Screen() override { return screen_; }
+  const kestrel::AppInfo& App() override { return appInfo_; }
+
+  /// No diagnostics client is known for this desktop.
+  std::unique_ptr<DebugClientLibrary> CreateDebugClientLibrary() override { return nullptr; }
+  kestrel::ObjectFactory& ObjectFactory() override { return *parts_.objectFactory; }
+  kestrel::StackResolver& StackResolver() override { return *parts_.stackResolver; }
+
+ private:
+  Parts parts_;
+  QtAppInfo appInfo_;
+  QtClipboardPort clipboardPort_;
+  QtClipboard clipboard_;
+  QtFormUtility formUtility_;
+  QtFormSkin formSkin_;
+  QtWindowFunctions windowFunctions_;
+  store::StoredPositions windowPositions_;
+  QtUserInterface userInterface_;
+  QtFileHelpers fileHelpers_;
+  QtShell shell_;
+  QtScreen screen_;
+};
+
+}  // namespace kestrel::qt

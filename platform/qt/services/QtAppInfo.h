@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string>
+
+#include "imaging/contract/AppInfo.h"
+
+namespace kestrel::qt {
+
+/// What the program tells of itself, besides what the running process knows.
+struct ProgramVersion {
+  std::string title;
+  std::int32_t major = 0;
+  std::int32_t minor = 0;
+  std::int32_t revision = 0;
+};
+
+class QtAppInfo final : public AppInfo {
+ public:
+  explicit QtAppInfo(ProgramVersion version) : version_(std::move(version)) {}
+
+  std::string Title() const override { return version_.title; }
+  std::int32_t Major() const override { return version_.major; }
+  std::int32_t Minor() const override { return version_.minor; }
+  std::int32_t Revision() const override { return version_.revision; }
+  std::string ModuleFilename() const override;
+  std::string CommandLine() const override;
+
+ private:
+  ProgramVersion version_;
+};
+
+}  // namespace kestrel::qt

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "engine/imgx/ClipboardPort.h"
+
+namespace kestrel::qt {
+
+/// The desktop's clipboard as the engine reaches it.
+class QtClipboardPort final : public engine::ClipboardPort {
+ public:
+  void offer(const engine::Bitmap& bitmap) override;
+  bool hasBitmap() override;
+  engine::Bitmap take() override;
+};
+
+}  // namespace kestrel::qt

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QString>
+#include <functional>
+
+#include "imaging/contract/UserInterface.h"
+#include "platform/store/FileNames.h"
+
+namespace kestrel::qt {
+
+class QtFileHelpers final : public store::FileNames {
+ public:
+  /// `boxes` asks before something is lost and tells what fails.
+  explicit QtFileHelpers(UserInterface& boxes);
+
+  std::string ResolvePath(const std::string& Path) override;
+  bool CopyFiles(const std::string& Buffer, const std::string& Folder, std::int32_t Flags,
+                 Form* Owner) override;
+  bool MoveFiles(const std::string& Buffer, const std::string& Folder, std::int32_t Flags,
+                 Form* Owner) override;
+  bool DeleteFiles(const std::string& Buffer, std::int32_t Flags, Form* Owner) override;
+
+ private:
+  enum class Answer { kGoOn, kSkip, kStop };
+
+  /// Does `work` with each name of the buffer; it returns an empty text or what went wrong.
+  bool forEach(const std::string& buffer, const char* failure,
+               const std::function<QString(const QString&)>& work);
+  /// Carries files into a folder, by `carry`.
+  bool carryFiles(const std::string& buffer, const std::string& folder, const char* failure,
+                  bool (*carry)(const QString& from, const QString& to));
+  Answer mayReplace(const QString& target);
+
+  UserInterface& boxes_;
+};
+
+}  // namespace kestrel::qt

@@ -1,0 +1,26 @@
+#include "QtSite.h"
+
+#include "../Guard.h"
+
+namespace kestrel::qt {
+
+QtSite::QtSite(SiteWidget& widget, const std::string& name, bool userMode)
+    : WidgetControl(widget, {name, -1}), userMode_(userMode) {
+  const auto listen = [&](auto signal, auto raise) {
+    QObject::connect(&widget, signal, &connections_, raise);
+  };
+  listen(&SiteWidget::resized, [this] { guarded([this] { Resize(); }); });
+  listen(&SiteWidget::shown, [this] { guarded([this] { Show(); }); });
+  listen(&SiteWidget::hidden, [this] { guarded([this] { Hide(); }); });
+  listen(&SiteWidget::keyPressed, [this](int key, int shift) { guarded([&] { KeyDown(key, shift); }); });
+  listen(&SiteWidget::characterTyped, [this](int character) { guarded([&] { KeyPress(character); }); });
+  listen(&SiteWidget::keyReleased, [this](int key, int shift) { guarded([&] { KeyUp(key, shift); }); });
+}
+
+void QtSite::PropertyChanged(const std::string& name) {
+  if (propertyChanged) propertyChanged(name);
+}
+
+void QtSite::TabStop(bool value) { widget().setFocusPolicy(value ? Qt::StrongFocus : Qt::ClickFocus); }
+
+}  // namespace kestrel::qt

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "../controls/ControlTable.h"
+#include "../controls/WidgetControl.h"
+#include "SiteWidget.h"
+#include "imaging/contract/Site.h"
+
+namespace kestrel::qt {
+
+/// The container's side of one of our controls on the desktop.
+class QtSite final : public WidgetControl<Site> {
+ public:
+  /// The widget outlives the site.
+  QtSite(SiteWidget& widget, const std::string& name, bool userMode);
+
+  void add(std::unique_ptr<Control> control) { controls_.add(std::move(control)); }
+
+  Control* Find(std::string_view name, std::int32_t index) override { return controls_.find(name, index); }
+  std::int32_t UBound(std::string_view name) const override { return controls_.upperBound(name); }
+  bool UserMode() const override { return userMode_; }
+  void PropertyChanged(const std::string& name) override;
+  void Refresh() override { widget().update(); }
+  void TabStop(bool value) override;
+  std::int32_t ScaleWidth() const override { return widget().width(); }
+  std::int32_t ScaleHeight() const override { return widget().height(); }
+
+  /// Told of each property that the container should store anew.
+  std::function<void(const std::string&)> propertyChanged;
+
+ private:
+  ControlTable controls_;
+  QObject connections_;  // ends what is connected when the site dies before its widget
+  bool userMode_;
+};
+
+}  // namespace kestrel::qt

@@ -1,0 +1,96 @@
+#include "ImageSurface.h"
+
+#include <QSignalBlocker>
+
+#include "../Guard.h"
+#include "../Text.h"
+
+namespace kestrel::qt {
+namespace {
+
+/// Showing one bar may call for the other; more rounds than this change nothing.
+constexpr int kRounds = 3;
+
+void apply(QScrollBar& bar, const engine::ScrollRange& range) {
+  const QSignalBlocker silent(bar);
+  bar.setRange(0, range.maximum);
+  bar.setPageStep(range.page);
+  bar.setSingleStep(range.step);
+  bar.setValue(range.position);
+}
+
+/// Device pixels that want to be seen along one side; no more than `page` where all are.
+int content(const engine::ScrollRange& range) { return range.maximum == 0 ? 0 : range.maximum + range.page; }
+
+}  // namespace
+
+ImageSurface::ImageSurface(QWidget* parent)
+    : QWidget(parent),
+      canvas_(new ViewCanvas(this)),
+      horizontal_(new QScrollBar(Qt::Horizontal, this)),
+      vertical_(new QScrollBar(Qt::Vertical, this)) {
+  setFocusProxy(canvas_);
+  setAutoFillBackground(true);  // the corner between the bars
+  horizontal_->setAccessibleName(translated("Scroll the picture sideways"));
+  vertical_->setAccessibleName(translated("Scroll the picture up and down"));
+  horizontal_->hide();
+  vertical_->hide();
+  for (QScrollBar* bar : {horizontal_, vertical_}) {
+    bar->setCursor(Qt::ArrowCursor);
+    bar->setContextMenuPolicy(Qt::NoContextMenu);
+    connect(bar, &QScrollBar::valueChanged, this, &ImageSurface::scrolled);
+  }
+}
+
+void ImageSurface::setView(engine::View* view) {
+  view_ = view;
+  canvas_->setView(view);
+  if (view_) updateBars();
+}
+
+void ImageSurface::resizeEvent(QResizeEvent* /*event*/) {
+  layOut();
+  updateBars();
+}
+
+void ImageSurface::layOut() {
+  const int bar = horizontal_->sizeHint().height();
+  const int right = shown_.vertical ? vertical_->sizeHint().width() : 0;
+  const int below = shown_.horizontal ? bar : 0;
+  horizontal_->setVisible(shown_.horizontal);
+  vertical_->setVisible(shown_.vertical);
+  horizontal_->setGeometry(0, height() - below, width() - right, below);
+  vertical_->setGeometry(width() - right, 0, right, height() - below);
+  canvas_->setGeometry(0, 0, width() - right, height() - below);
+}
+
+ImageSurface::BarsShown ImageSurface::barsNeeded() const {
+  const double factor = devicePixelRatioF();
+  const int wide = content(view_->horizontalScroll());
+  const int high = content(view_->verticalScroll());
+  const auto exceeds = [factor](int pixels, int room) { return pixels > room * factor; };
+  BarsShown needed{exceeds(wide, width()), exceeds(high, height())};
+  if (needed.horizontal) needed.vertical = exceeds(high, height() - horizontal_->sizeHint().height());
+  if (needed.vertical) needed.horizontal = exceeds(wide, width() - vertical_->sizeHint().width());
+  return needed;
+}
+
+void ImageSurface::updateBars() {
+  if (!view_ || updating_) return;
+  updating_ = true;
+  for (int round = 0; round < kRounds; ++round) {
+    const BarsShown needed = barsNeeded();
+    if (needed == shown_) break;
+    shown_ = needed;
+    layOut();  // gives the view its new size, and with it new ranges
+  }
+  apply(*horizontal_, view_->horizontalScroll());
+  apply(*vertical_, view_->verticalScroll());
+  updating_ = false;
+}
+
+void ImageSurface::scrolled() {
+  if (view_) guarded([this] { view_->scrollTo(horizontal_->value(), vertical_->value()); });
+}
+
+}  // namespace kestrel::qt

@@ -1,0 +1,48 @@
+#include "QtImageView.h"
+
+#include "../Guard.h"
+#include "Cursors.h"
+
+namespace kestrel::qt {
+namespace {
+
+constexpr int kMarchMilliseconds = 120;
+constexpr int kAutoScrollMilliseconds = 30;
+
+}  // namespace
+
+QtImageView::QtImageView(ImageSurface& surface, ControlId id, engine::ClipboardPort& clipboard)
+    : WidgetControl(surface, std::move(id), clipboard), surface_(surface) {
+  march_.setInterval(kMarchMilliseconds);
+  autoScroll_.setInterval(kAutoScrollMilliseconds);
+  QObject::connect(&march_, &QTimer::timeout, &march_,
+                   [this] { guarded([this] { timer(engine::ViewTimer::march); }); });
+  QObject::connect(&autoScroll_, &QTimer::timeout, &autoScroll_,
+                   [this] { guarded([this] { timer(engine::ViewTimer::autoScroll); }); });
+  surface_.setView(this);
+}
+
+QtImageView::~QtImageView() { surface_.setView(nullptr); }
+
+void QtImageView::invalidate(const Rectangle& area) {
+  surface_.canvas().invalidate(QRect(area.Left, area.Top, area.Width, area.Height));
+}
+
+void QtImageView::repaint() {
+  surface_.canvas().invalidateAll();
+  if (surface_.canvas().isVisible()) surface_.canvas().repaint();
+}
+
+void QtImageView::showCursor(engine::ViewCursor cursor) { surface_.canvas().setCursor(cursorOf(cursor)); }
+
+void QtImageView::scrollRangesChanged() { surface_.updateBars(); }
+
+void QtImageView::setTimer(engine::ViewTimer which, bool on) {
+  on ? timerOf(which).start() : timerOf(which).stop();
+}
+
+QTimer& QtImageView::timerOf(engine::ViewTimer which) {
+  return which == engine::ViewTimer::march ? march_ : autoScroll_;
+}
+
+}  // namespace kestrel::qt

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QTimer>
+
+#include "../controls/WidgetControl.h"
+#include "ImageSurface.h"
+#include "engine/view/View.h"
+
+namespace kestrel::qt {
+
+/// The image view on the desktop.
+class QtImageView final : public WidgetControl<engine::View> {
+ public:
+  /// The surface outlives the view, or dies with it. The clipboard must outlive both.
+  QtImageView(ImageSurface& surface, ControlId id, engine::ClipboardPort& clipboard);
+  ~QtImageView() override;
+
+  ImageSurface& surface() { return surface_; }
+
+ protected:
+  void invalidate(const Rectangle& area) override;
+  void repaint() override;
+  void showCursor(engine::ViewCursor cursor) override;
+  void scrollRangesChanged() override;
+  void setTimer(engine::ViewTimer which, bool on) override;
+
+ private:
+  QTimer& timerOf(engine::ViewTimer which);
+
+  ImageSurface& surface_;
+  QTimer march_;
+  QTimer autoScroll_;
+};
+
+}  // namespace kestrel::qt

@@ -1,0 +1,199 @@
+#include "ViewCanvas.h"
+
+#include <QPaintEvent>
+#include <QPainter>
+#include <QWheelEvent>
+#include <cmath>
+#include <optional>
+#include <utility>
+
+#include "../Guard.h"
+#include "../Keys.h"
+#include "../Text.h"
+#include "engine/view/View.h"
+
+namespace kestrel::qt {
+namespace {
+
+constexpr float kNotch = 120.0F;  // the toolkit's angle of one turn of the wheel
+
+std::optional<engine::ViewKey> viewKeyOf(int key) {
+  switch (key) {
+    case Qt::Key_Left:
+      return engine::ViewKey::left;
+    case Qt::Key_Right:
+      return engine::ViewKey::right;
+    case Qt::Key_Up:
+      return engine::ViewKey::up;
+    case Qt::Key_Down:
+      return engine::ViewKey::down;
+    case Qt::Key_PageUp:
+      return engine::ViewKey::pageUp;
+    case Qt::Key_PageDown:
+      return engine::ViewKey::pageDown;
+    case Qt::Key_Home:
+      return engine::ViewKey::home;
+    case Qt::Key_End:
+      return engine::ViewKey::end;
+    case Qt::Key_Escape:
+      return engine::ViewKey::escape;
+    default:
+      return std::nullopt;
+  }
+}
+
+QPoint rounded(const QPointF& point) {
+  return {static_cast<int>(std::lround(point.x())), static_cast<int>(std::lround(point.y()))};
+}
+
+}  // namespace
+
+ViewCanvas::ViewCanvas(QWidget* parent) : QWidget(parent) {
+  setAttribute(Qt::WA_OpaquePaintEvent);
+  setMouseTracking(true);
+  setFocusPolicy(Qt::StrongFocus);
+  setAccessibleName(translated("Picture"));
+}
+
+void ViewCanvas::setView(engine::View* view) {
+  view_ = view;
+  deviceSize_ = {};
+  measure();
+}
+
+QPointF ViewCanvas::deviceOrigin() const { return QPointF(mapTo(window(), QPoint())) * devicePixelRatioF(); }
+
+QPointF ViewCanvas::toView(const QPointF& position) const {
+  const QPointF origin = deviceOrigin();
+  return position * devicePixelRatioF() + origin - rounded(origin);
+}
+
+void ViewCanvas::measure() {
+  if (!view_) return;
+  // The window system rounds both edges to whole pixels, so the size depends on the place.
+  const QPointF origin = deviceOrigin();
+  const QPointF end = origin + QPointF(width(), height()) * devicePixelRatioF();
+  const QPoint extent = rounded(end) - rounded(origin);
+  const QSize size(extent.x(), extent.y());
+  if (size == deviceSize_ && factor_ == devicePixelRatioF()) return;
+  deviceSize_ = size;
+  factor_ = devicePixelRatioF();
+  buffer_ = QImage(size, QImage::Format_RGB32);
+  invalidateAll();
+  view_->deviceScale(factor_);
+  guarded([this] { view_->resize(deviceSize_.width(), deviceSize_.height()); });
+}
+
+void ViewCanvas::invalidate(const QRect& deviceArea) {
+  dirty_ += deviceArea;
+  const double factor = devicePixelRatioF();
+  const QRectF logical(deviceArea.x() / factor, deviceArea.y() / factor, deviceArea.width() / factor,
+                       deviceArea.height() / factor);
+  update(logical.toAlignedRect().adjusted(-1, -1, 1, 1));
+}
+
+void ViewCanvas::invalidateAll() {
+  dirty_ = QRect(QPoint(), deviceSize_);
+  update();
+}
+
+void ViewCanvas::paintDirty() {
+  if (!view_) {
+    buffer_.fill(palette().color(QPalette::Dark));
+    return;
+  }
+  const engine::PaintBuffer target{buffer_.bits(), static_cast<std::size_t>(buffer_.bytesPerLine()),
+                                   buffer_.width(), buffer_.height(), engine::ChannelOrder::bgra};
+  const QRegion dirty = std::exchange(dirty_, {}) & QRect(QPoint(), deviceSize_);
+  for (const QRect& part : dirty) {
+    guarded([&] { view_->paint(target, {part.x(), part.y(), part.width(), part.height()}); });
+  }
+}
+
+void ViewCanvas::paintEvent(QPaintEvent* /*event*/) {
+  measure();
+  if (buffer_.isNull()) return;
+  paintDirty();
+
+  // The buffer goes onto the device's pixels as it is: the painter's scale is undone, and its fraction of a
+  // pixel, which stems from a position that is no whole number of device pixels, is dropped.
+  QPainter painter(this);
+  const QTransform toDevice = painter.deviceTransform();
+  const QPoint origin = rounded(toDevice.map(QPointF()));
+  painter.setWorldTransform(QTransform::fromTranslate(origin.x(), origin.y()) * toDevice.inverted());
+  painter.setCompositionMode(QPainter::CompositionMode_Source);
+  painter.drawImage(0, 0, buffer_);
+}
+
+bool ViewCanvas::event(QEvent* event) {
+  // The arrow keys belong to the picture, not to the way from field to field.
+  if (event->type() == QEvent::ShortcutOverride && viewKeyOf(static_cast<QKeyEvent*>(event)->key())) {
+    event->accept();
+    return true;
+  }
+  return QWidget::event(event);
+}
+
+void ViewCanvas::resizeEvent(QResizeEvent* /*event*/) { measure(); }
+
+void ViewCanvas::moveEvent(QMoveEvent* /*event*/) { measure(); }
+
+void ViewCanvas::mousePressEvent(QMouseEvent* event) {
+  const QPointF at = toView(event->position());
+  const std::int32_t button = buttonMaskOf(event->button());
+  if (!view_ || button == 0) return;
+  guarded([&] {
+    view_->pointerDown(button, shiftMaskOf(event->modifiers()), static_cast<float>(at.x()),
+                       static_cast<float>(at.y()));
+  });
+}
+
+void ViewCanvas::mouseMoveEvent(QMouseEvent* event) {
+  const QPointF at = toView(event->position());
+  if (!view_) return;
+  guarded([&] {
+    view_->pointerMove(buttonMaskOf(event->buttons()), shiftMaskOf(event->modifiers()),
+                       static_cast<float>(at.x()), static_cast<float>(at.y()));
+  });
+}
+
+void ViewCanvas::mouseReleaseEvent(QMouseEvent* event) {
+  const QPointF at = toView(event->position());
+  const std::int32_t button = buttonMaskOf(event->button());
+  if (!view_ || button == 0) return;
+  guarded([&] {
+    view_->pointerUp(button, shiftMaskOf(event->modifiers()), static_cast<float>(at.x()),
+                     static_cast<float>(at.y()));
+  });
+}
+
+void ViewCanvas::leaveEvent(QEvent* /*event*/) {
+  if (view_) guarded([this] { view_->pointerLeave(); });
+}
+
+void ViewCanvas::wheelEvent(QWheelEvent* event) {
+  event->accept();
+  if (!view_) return;
+  const std::int32_t shift = shiftMaskOf(event->modifiers());
+  const bool byTouchpad = !event->pixelDelta().isNull() && event->phase() != Qt::NoScrollPhase;
+  const QPointF at = toView(event->position());
+  guarded([&] {
+    if (byTouchpad && !(shift & kCtrlMask)) {
+      const QPointF moved = QPointF(event->pixelDelta()) * devicePixelRatioF();
+      view_->scrollBy(static_cast<float>(moved.x()), static_cast<float>(moved.y()));
+    } else {
+      const QPoint turned = event->angleDelta();
+      view_->wheel(static_cast<float>(turned.x()) / kNotch, static_cast<float>(turned.y()) / kNotch, shift,
+                   static_cast<float>(at.x()), static_cast<float>(at.y()));
+    }
+  });
+}
+
+void ViewCanvas::keyPressEvent(QKeyEvent* event) {
+  const auto key = viewKeyOf(event->key());
+  bool used = false;
+  if (view_ && key) guarded([&] { used = view_->keyDown(*key, shiftMaskOf(event->modifiers())); });
+  event->setAccepted(used);
+}
+
+}  // namespace kestrel::qt
