@@ -1,0 +1,13 @@
+#include "AlphaPart.h"
+
+#include "Conversions.h"
+#include "engine/effects/Flatten.h"
+
+namespace kestrel::engine {
+
+void AlphaPart::Flatten(const Colour& color, const std::string& undoName) {
+  EditablePicture& picture = owner_.loadedPicture();
+  picture.replacePixels(flatten(picture.bitmap(), pixelOf(color)), undoName);
+}
+
+}  // namespace kestrel::engine

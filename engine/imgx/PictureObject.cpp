@@ -1,0 +1,38 @@
+#include "PictureObject.h"
+
+#include <cstring>
+#include <utility>
+
+#include "Conversions.h"
+#include "ImagePart.h"
+
+namespace kestrel::engine {
+namespace {
+
+Bitmap copyOf(const PixelRows& rows) {
+  Bitmap result = Bitmap::uninitialized(rows.Width, rows.Height);
+  const Pixels pixels = result.writable();
+  for (std::int32_t y = 0; y < rows.Height; ++y) {
+    std::memcpy(pixels.row(y), rows.Data + static_cast<std::size_t>(y) * rows.Stride,
+                4 * static_cast<std::size_t>(rows.Width));
+  }
+  return result;
+}
+
+}  // namespace
+
+PictureObject::PictureObject(Bitmap bitmap) : bitmap_(std::move(bitmap)) {}
+
+PixelRows PictureObject::Pixels() const { return rowsOf(bitmap_); }
+
+Bitmap bitmapOf(const Picture& picture) {
+  if (const auto* const own = dynamic_cast<const PictureObject*>(&picture)) return own->bitmap();
+  return copyOf(picture.Pixels());
+}
+
+Bitmap bitmapOf(const kestrel::Image& image) {
+  if (const auto* const own = dynamic_cast<const ImagePart*>(&image)) return own->bitmap();
+  return copyOf(image.Pixels());
+}
+
+}  // namespace kestrel::engine

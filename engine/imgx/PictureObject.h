@@ -1,0 +1,35 @@
+#pragma once
+
+#include <string>
+
+#include "engine/pixels/Bitmap.h"
+#include "imaging/contract/Image.h"
+#include "imaging/contract/Picture.h"
+
+namespace kestrel::engine {
+
+/// An ordinary picture object that holds a bitmap by reference.
+class PictureObject final : public Picture {
+ public:
+  /// The bitmap must not be empty.
+  explicit PictureObject(Bitmap bitmap);
+
+  std::string TypeName() const override { return "Picture"; }
+  std::int32_t Width() const override { return bitmap_.width(); }
+  std::int32_t Height() const override { return bitmap_.height(); }
+  PixelRows Pixels() const override;
+
+  const Bitmap& bitmap() const { return bitmap_; }
+
+ private:
+  Bitmap bitmap_;
+};
+
+/// The pixels of a picture: a reference to those of a `PictureObject`, a copy of any other's. Raises
+/// RuntimeError 5 for a picture without pixels.
+Bitmap bitmapOf(const Picture& picture);
+
+/// The pixels of an image: a reference to the engine's own, a copy of any other's.
+Bitmap bitmapOf(const kestrel::Image& image);
+
+}  // namespace kestrel::engine

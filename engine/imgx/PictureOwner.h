@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+
+#include "base/RuntimeError.h"
+#include "engine/undo/EditablePicture.h"
+#include "imaging/contract/Types.h"
+
+namespace kestrel::engine {
+
+/// Whose picture the sub-objects work on: a view or a free-standing object.
+class PictureOwner {
+ public:
+  /// The picture that effects and drawing change; empty while there is none.
+  virtual EditablePicture& picture() = 0;
+
+  /// Puts another picture in.
+  virtual void putPicture(PictureState state, const std::string& undoName) = 0;
+
+  /// What a blank picture is filled with where nobody names a colour; -1 leaves it transparent.
+  virtual OLE_COLOR blankColor() const { return kNoColor; }
+
+  /// As `picture`, for work that needs one. Raises RuntimeError 91 if there is none.
+  EditablePicture& loadedPicture() {
+    EditablePicture& result = picture();
+    if (result.empty()) throw RuntimeError(err::kObjectNotSet, "There is no picture.");
+    return result;
+  }
+
+ protected:
+  ~PictureOwner() = default;
+};
+
+}  // namespace kestrel::engine

@@ -1,0 +1,149 @@
+#include "EditablePicture.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "imaging/contract/ImageView.h"
+
+namespace kestrel::engine {
+namespace {
+
+/// Tiles beyond this are slower to exchange than undo may take, so the whole picture is kept instead.
+constexpr std::size_t kMostTileBytes = std::size_t{8} << 20;
+
+Rectangle united(const Rectangle& a, const Rectangle& b) {
+  if (a.Width == 0 || a.Height == 0) return b;
+  const std::int32_t left = std::min(a.Left, b.Left);
+  const std::int32_t top = std::min(a.Top, b.Top);
+  return {left, top, std::max(a.Left + a.Width, b.Left + b.Width) - left,
+          std::max(a.Top + a.Height, b.Top + b.Height) - top};
+}
+
+/// An unnamed change right behind an undo point is covered by the point.
+bool isStep(const std::string& undoName, bool atPoint) {
+  return undoName != kNoUndo && !(undoName.empty() && atPoint);
+}
+
+Rectangle boundsOf(const Bitmap& bitmap) { return {0, 0, bitmap.width(), bitmap.height()}; }
+
+}  // namespace
+
+void EditablePicture::replacePixels(Bitmap bitmap, const std::string& undoName) {
+  exchangeWith({std::move(bitmap), state_.format, state_.metadata}, undoName, false);
+}
+
+void EditablePicture::put(PictureState picture, const std::string& undoName) {
+  exchangeWith(std::move(picture), undoName, true);
+}
+
+void EditablePicture::exchangeWith(PictureState next, const std::string& undoName, bool otherPicture) {
+  if (open_ != nullptr) open_->rollBack();
+  if (isStep(undoName, history_.isAtPoint(state_))) {
+    UndoStack::Before before = state_;
+    history_.record(undoName, before);
+    std::swap(state_, next);
+  } else {
+    // The picture changes first: then the old pixels have one owner less and need not be copied.
+    std::swap(state_, next);
+    UndoStack::Before before = std::move(next);
+    try {
+      history_.absorb(before);
+    } catch (...) {
+      std::swap(state_, std::get<PictureState>(before));
+      throw;
+    }
+  }
+  changed({boundsOf(state_.bitmap), otherPicture});
+}
+
+void EditablePicture::paint(std::span<const Rectangle> areas, const std::string& undoName,
+                            const std::function<void(Pixels)>& work) {
+  Painting painting(*this);
+  painting.touch(areas);
+  if (painting.touched().Width == 0) return;
+  work(painting.pixels());
+  painting.commit(undoName);
+}
+
+void EditablePicture::step(bool (UndoStack::*direction)(PictureState&)) {
+  if (open_ != nullptr) open_->rollBack();
+  if ((history_.*direction)(state_)) changed({boundsOf(state_.bitmap)});
+}
+
+void EditablePicture::createUndoPoint(const std::string& name) {
+  if (open_ != nullptr) open_->rollBack();
+  if (name != kNoUndo) history_.recordPoint(name, state_);
+}
+
+void EditablePicture::changed(const PictureChange& change) {
+  modified_ = true;
+  if (onChange) onChange(change);
+}
+
+Painting::Painting(EditablePicture& picture)
+    : picture_(picture), atPoint_(picture.history_.isAtPoint(picture.state_)) {
+  if (picture_.open_ != nullptr) picture_.open_->rollBack();
+  picture_.open_ = this;
+}
+
+void Painting::rollBack() noexcept {
+  if (ended()) return;
+  picture_.open_ = nullptr;
+  if (auto* const whole = std::get_if<PictureState>(&before_)) {
+    std::swap(picture_.state_, *whole);
+    return;
+  }
+  auto& tiles = std::get<KeptTiles>(before_);
+  if (tiles.empty()) return;
+  try {
+    tiles.exchangeWith(pixels());
+  } catch (const std::exception&) {
+    // Somebody has taken a reference meanwhile, and there is no memory for a copy of their own: what was
+    // drawn stays.
+  }
+}
+
+void Painting::touch(std::span<const Rectangle> areas) {
+  std::size_t bytes = 0;
+  for (const Rectangle& area : areas) {
+    bytes += 4 * static_cast<std::size_t>(area.Width) * static_cast<std::size_t>(area.Height);
+  }
+  if (bytes == 0) return;
+  if (auto* const tiles = std::get_if<KeptTiles>(&before_)) {
+    if (tiles->empty() && bytes > kMostTileBytes) {
+      PictureState whole = picture_.state_;
+      pixels();
+      before_ = std::move(whole);
+    } else {
+      // A shared picture is copied first: afterwards nothing is in the way of taking the work back.
+      const ConstPixels picture = pixels();
+      for (const Rectangle& area : areas) tiles->keep(picture, area);
+    }
+  }
+  for (const Rectangle& area : areas) touched_ = united(touched_, area);
+}
+
+void Painting::keepWhole() {
+  PictureState whole = picture_.state_;
+  std::get<KeptTiles>(before_).exchangeWith(whole.bitmap.writable());
+  before_ = std::move(whole);
+}
+
+void Painting::commit(const std::string& undoName) {
+  if (ended()) return;
+  if (touched_.Width > 0) {
+    if (const auto* const tiles = std::get_if<KeptTiles>(&before_);
+        tiles && tiles->memory() > kMostTileBytes) {
+      keepWhole();
+    }
+    if (isStep(undoName, atPoint_)) {
+      picture_.history_.record(undoName, before_);
+    } else {
+      picture_.history_.absorb(before_);
+    }
+  }
+  picture_.open_ = nullptr;
+  if (touched_.Width > 0) picture_.changed({touched_});
+}
+
+}  // namespace kestrel::engine

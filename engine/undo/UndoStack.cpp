@@ -1,0 +1,94 @@
+#include "UndoStack.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+#include <vector>
+
+#include "base/RuntimeError.h"
+
+namespace kestrel::engine {
+
+void UndoStack::levels(std::int32_t value) {
+  if (value < 0) {
+    throw RuntimeError(err::kInvalidPropertyValue, "The number of undo levels cannot be negative.");
+  }
+  levels_ = value;
+  const auto most = static_cast<std::size_t>(value);
+  while (done_.size() > most) done_.pop_front();
+  while (undone_.size() > most) undone_.pop_front();
+}
+
+void UndoStack::record(const std::string& name, Before& before) { add(name, before, false); }
+
+void UndoStack::recordPoint(const std::string& name, const PictureState& present) {
+  Before before = present;
+  add(name, before, true);
+}
+
+void UndoStack::add(const std::string& name, Before& before, bool point) {
+  Steps one(1);
+  one.back().name = name;
+  // From here on nothing can fail.
+  one.back().before = std::move(before);
+  one.back().point = point;
+  undone_.clear();
+  done_.splice(done_.end(), one);
+  while (done_.size() > static_cast<std::size_t>(levels_)) done_.pop_front();
+}
+
+void UndoStack::absorb(Before& before) {
+  if (!done_.empty()) {
+    Step& latest = done_.back();
+    if (auto* const tiles = std::get_if<KeptTiles>(&latest.before)) {
+      if (auto* const whole = std::get_if<PictureState>(&before)) {
+        tiles->exchangeWith(whole->bitmap.writable());
+        latest.before = std::move(*whole);
+      } else {
+        tiles->addMissing(std::get<KeptTiles>(before));
+      }
+    }
+  }
+  undone_.clear();
+}
+
+bool UndoStack::isAtPoint(const PictureState& present) const noexcept {
+  if (done_.empty() || !done_.back().point) return false;
+  const auto* const whole = std::get_if<PictureState>(&done_.back().before);
+  return whole != nullptr && whole->bitmap.sharesPixelsWith(present.bitmap);
+}
+
+bool UndoStack::take(Steps& from, Steps& to, PictureState& present) {
+  if (from.empty()) return false;
+  Step& step = from.back();
+  if (auto* const whole = std::get_if<PictureState>(&step.before)) {
+    std::swap(*whole, present);
+  } else {
+    std::get<KeptTiles>(step.before).exchangeWith(present.bitmap.writable());
+  }
+  step.point = false;
+  to.splice(to.end(), from, std::prev(from.end()));
+  return true;
+}
+
+std::size_t UndoStack::memory(const PictureState& present) const {
+  std::size_t bytes = 0;
+  std::vector<const Bitmap*> counted{&present.bitmap};
+  for (const Steps* const steps : {&done_, &undone_}) {
+    for (const Step& step : *steps) {
+      if (const auto* const tiles = std::get_if<KeptTiles>(&step.before)) {
+        bytes += tiles->memory();
+        continue;
+      }
+      const Bitmap& bitmap = std::get<PictureState>(step.before).bitmap;
+      const bool known = std::any_of(counted.begin(), counted.end(),
+                                     [&](const Bitmap* other) { return other->sharesPixelsWith(bitmap); });
+      if (known) continue;
+      bytes += bitmap.byteSize();
+      counted.push_back(&bitmap);
+    }
+  }
+  return bytes;
+}
+
+}  // namespace kestrel::engine

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "Gesture.h"
+#include "engine/draw/Stroke.h"
+#include "engine/undo/EditablePicture.h"
+
+namespace kestrel::engine {
+
+/// Draws a smooth stroke on the picture as the pointer goes; a mere press makes a dot.
+class FreehandGesture final : public Gesture {
+ public:
+  FreehandGesture(GestureHost& host, PointD at);
+
+  void drag(PointD at, std::int32_t shift) override;
+  void end(bool dragged) override;
+  void cancel() override;
+
+ private:
+  void draw(std::span<const Rectangle> areas);
+
+  GestureHost& host_;
+  Painting painting_;
+  Stroke stroke_;
+};
+
+}  // namespace kestrel::engine

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+
+#include "engine/draw/Shape.h"
+#include "imaging/contract/Types.h"
+
+namespace kestrel::engine {
+
+/// What of a selection lies under the pointer.
+enum class SelectionPart {
+  Outside,
+  Inside,
+  Left,
+  TopLeft,
+  Top,
+  TopRight,
+  Right,
+  BottomRight,
+  Bottom,
+  BottomLeft
+};
+
+/// The rectangle that is selected, in picture pixels. Its sizes are negative where it reaches leftwards or
+/// upwards from its corner.
+struct Selection {
+  Rectangle rectangle;
+  bool visible = false;
+
+  /// Whether there is anything to see, to move or to resize.
+  bool shown() const { return visible && rectangle.Width != 0 && rectangle.Height != 0; }
+};
+
+/// The same area with positive sizes.
+Rectangle normalized(const Rectangle& rectangle);
+
+/// Which part of a rectangle (positive sizes, view pixels) is at a point; its eight handles, at the corners
+/// and in the middle of the sides, reach `tolerance` around.
+SelectionPart partAt(const Rectangle& rectangle, PointD at, double tolerance);
+
+/// Where the handle of a part is: its middle. Not for Outside and Inside.
+Point handleAt(const Rectangle& rectangle, SelectionPart part);
+
+}  // namespace kestrel::engine

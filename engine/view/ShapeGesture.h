@@ -1,0 +1,35 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "Gesture.h"
+#include "engine/draw/Shape.h"
+
+namespace kestrel::engine {
+
+/// Draws a line, rectangle or ellipse: a rubber band in the view while dragging, the shape at its end.
+class ShapeGesture final : public Gesture {
+ public:
+  enum class Kind { line, rectangle, ellipse };
+
+  ShapeGesture(GestureHost& host, Kind kind, PointD at);
+
+  void drag(PointD at, std::int32_t shift) override;
+  void end(bool dragged) override;
+  void cancel() override;
+  void paint(const PaintBuffer& buffer, const Rectangle& area) const override;
+
+ private:
+  std::unique_ptr<Shape> inPicture() const;
+  std::unique_ptr<Shape> inView() const;
+  PointD constrained(PointD to) const;
+  void invalidateBand();
+
+  GestureHost& host_;
+  Kind kind_;
+  PointD from_;  ///< in the picture
+  PointD to_;
+};
+
+}  // namespace kestrel::engine

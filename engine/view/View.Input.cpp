@@ -1,0 +1,195 @@
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "FreehandGesture.h"
+#include "PanGesture.h"
+#include "SelectGesture.h"
+#include "ShapeGesture.h"
+#include "View.h"
+
+namespace kestrel::engine {
+namespace {
+
+/// How far a pressed pointer may stray and still click.
+constexpr double kClickTolerance = 2;
+
+/// How fast a drag beyond the edge scrolls, per tick of the timer.
+constexpr double kSlowestScroll = 4;
+constexpr double kFastestScroll = 64;
+
+/// How far a position lies before 0 or behind the end.
+double beyond(double position, std::int32_t size) {
+  if (position < 0) return position;
+  return position > size ? position - size : 0;
+}
+
+double scrollSpeed(double distance) {
+  if (distance == 0) return 0;
+  return std::copysign(std::clamp(std::abs(distance), kSlowestScroll, kFastestScroll), distance);
+}
+
+}  // namespace
+
+void View::pointerDown(std::int32_t button, std::int32_t shift, float x, float y) {
+  pointer_ = {x, y};
+  shift_ = shift;
+  pressedButton_ = button;
+  if (!gesture_) {
+    pressedAt_ = pointer_;
+    dragged_ = false;
+  }
+  MouseDown(button, shift, x, y);
+  if (gesture_) return;
+  gesture_ = newGesture(button, pointer_);
+  gestureButton_ = button;
+  updateCursor();
+}
+
+void View::pointerMove(std::int32_t button, std::int32_t shift, float x, float y) {
+  pointer_ = {x, y};
+  shift_ = shift;
+  if (pressedButton_ != 0) {
+    const double tolerance = kClickTolerance * deviceScale_;
+    dragged_ |=
+        std::abs(pointer_.X - pressedAt_.X) > tolerance || std::abs(pointer_.Y - pressedAt_.Y) > tolerance;
+  }
+  if (gesture_ && dragged_) dragGesture();
+  updateCursor();
+  MouseMove(button, shift, x, y);
+  if (isOverPicture({x, y})) {
+    MouseMovePixel(button, shift, static_cast<std::int32_t>(std::floor(horizontal_.toPicture(x))),
+                   static_cast<std::int32_t>(std::floor(vertical_.toPicture(y))));
+  }
+}
+
+void View::pointerUp(std::int32_t button, std::int32_t shift, float x, float y) {
+  pointer_ = {x, y};
+  shift_ = shift;
+  const bool click = button == pressedButton_ && !dragged_;
+  if (button == pressedButton_) pressedButton_ = 0;
+  if (gesture_ && button == gestureButton_) {
+    setAutoScroll(false);
+    const std::unique_ptr<Gesture> ended = std::move(gesture_);
+    ended->end(dragged_);
+    updateCursor();
+  }
+  MouseUp(button, shift, x, y);
+  if (click) Click();
+}
+
+void View::pointerLeave() {
+  if (!gesture_) showCursor(cursor_ = ViewCursor::arrow);
+}
+
+bool View::keyDown(ViewKey key, std::int32_t shift) {
+  if (key == ViewKey::escape) {
+    const bool busy = gesture_ != nullptr;
+    cancelGesture();
+    return busy;
+  }
+  if (gesture_) return false;
+  return nudgeSelection(key, shift) || scrollByKey(key);
+}
+
+void View::timer(ViewTimer which) {
+  if (which == ViewTimer::march) {
+    ++marchPhase_;
+    invalidateSelection();
+    return;
+  }
+  if (!gesture_) return;
+  scrollAndTell(horizontal_.offset() + scrollSpeed(beyond(pointer_.X, horizontal_.view())),
+                vertical_.offset() + scrollSpeed(beyond(pointer_.Y, vertical_.view())));
+  if (gesture_) dragGesture();
+}
+
+std::unique_ptr<Gesture> View::newGesture(std::int32_t button, PointD at) {
+  if (picture_->empty()) return nullptr;
+  GestureHost& host = *this;
+  if (button == kMiddleButton) return std::make_unique<PanGesture>(host, at, false);
+  if (button != kLeftButton) return nullptr;
+  switch (tool_) {
+    case kViewToolSelect:
+      return std::make_unique<SelectGesture>(host, at, selectionPartAt(at));
+    case kViewToolPan:
+      return std::make_unique<PanGesture>(host, at, true);
+    case kViewToolLine:
+      return std::make_unique<ShapeGesture>(host, ShapeGesture::Kind::line, at);
+    case kViewToolRectangle:
+      return std::make_unique<ShapeGesture>(host, ShapeGesture::Kind::rectangle, at);
+    case kViewToolEllipse:
+      return std::make_unique<ShapeGesture>(host, ShapeGesture::Kind::ellipse, at);
+    case kViewToolFreehand:
+      return std::make_unique<FreehandGesture>(host, at);
+    default:
+      return nullptr;
+  }
+}
+
+void View::dragGesture() {
+  const bool outside =
+      beyond(pointer_.X, horizontal_.view()) != 0 || beyond(pointer_.Y, vertical_.view()) != 0;
+  setAutoScroll(outside && gesture_->scrolls());
+  gesture_->drag(pointer_, shift_);
+}
+
+void View::cancelGesture() {
+  if (!gesture_) return;
+  setAutoScroll(false);
+  dragged_ = true;  // what is left of the press is no click
+  const std::unique_ptr<Gesture> ended = std::move(gesture_);
+  ended->cancel();
+  updateCursor();
+}
+
+void View::setAutoScroll(bool on) {
+  if (on == autoScrolling_) return;
+  autoScrolling_ = on;
+  setTimer(ViewTimer::autoScroll, on);
+}
+
+bool View::isOverPicture(PointD at) const {
+  const double x = horizontal_.toPicture(at.X);
+  const double y = vertical_.toPicture(at.Y);
+  return x >= 0 && y >= 0 && x < horizontal_.picture() && y < vertical_.picture() &&
+         beyond(at.X, horizontal_.view()) == 0 && beyond(at.Y, vertical_.view()) == 0;
+}
+
+ViewCursor View::cursorAt(PointD at) const {
+  if (mousePointer_ == kPointerCustom) return ViewCursor::custom;
+  if (mousePointer_ != kPointerDefault) return ViewCursor::arrow;
+  if (gesture_ && gestureButton_ == kMiddleButton) return ViewCursor::grabbing;
+  if (tool_ == kViewToolPan && (gesture_ || isOverPicture(at))) {
+    return gesture_ ? ViewCursor::grabbing : ViewCursor::hand;
+  }
+  if (tool_ != kViewToolSelect || !selection_.shown()) return ViewCursor::arrow;
+  switch (selectionPartAt(at)) {
+    case SelectionPart::Left:
+    case SelectionPart::Right:
+      return ViewCursor::sizeHorizontal;
+    case SelectionPart::Top:
+    case SelectionPart::Bottom:
+      return ViewCursor::sizeVertical;
+    case SelectionPart::TopLeft:
+    case SelectionPart::BottomRight:
+      return ViewCursor::sizeFalling;
+    case SelectionPart::TopRight:
+    case SelectionPart::BottomLeft:
+      return ViewCursor::sizeRising;
+    case SelectionPart::Inside:
+      return ViewCursor::move;
+    case SelectionPart::Outside:
+      break;
+  }
+  return ViewCursor::arrow;
+}
+
+void View::updateCursor() {
+  const ViewCursor cursor = cursorAt(pointer_);
+  if (cursor == cursor_) return;
+  cursor_ = cursor;
+  showCursor(cursor);
+}
+
+}  // namespace kestrel::engine

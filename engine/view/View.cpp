@@ -1,0 +1,130 @@
+#include "View.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "engine/effects/Flatten.h"
+#include "engine/imgx/ImgXObject.h"
+#include "engine/imgx/PictureObject.h"
+
+namespace kestrel::engine {
+namespace {
+
+constexpr Pixel kSurroundings{255, 255, 255, 255};
+constexpr std::int32_t kStartUndoLevels = 3;
+constexpr std::int32_t kBorderThickness = 1;
+
+}  // namespace
+
+View::View(ClipboardPort& clipboard)
+    : Face(clipboard),
+      clipboard_(clipboard),
+      picture_(std::make_shared<EditablePicture>()),
+      background_(Bitmap::filled(1, 1, kSurroundings)) {
+  picture_->history().levels(kStartUndoLevels);
+  picture_->onChange = [this](const PictureChange& change) { pictureChanged(change); };
+}
+
+// Objects that were given out may go on working on the picture, but nobody watches any more.
+View::~View() { picture_->onChange = nullptr; }
+
+std::shared_ptr<kestrel::ImgX> View::ImgX() { return std::make_shared<ImgXObject>(clipboard_, picture_); }
+
+PicturePtr View::Picture() {
+  return picture_->empty() ? nullptr : std::make_shared<PictureObject>(picture_->bitmap());
+}
+
+void View::Picture(const PicturePtr& value) {
+  if (value) {
+    Document().FromPicture(*value);
+  } else if (!picture_->empty()) {
+    putPicture({}, {});
+  }
+}
+
+void View::putPicture(PictureState state, const std::string& undoName) {
+  cancelGesture();
+  picture_->put(std::move(state), undoName);
+}
+
+void View::pictureChanged(const PictureChange& change) {
+  const Bitmap& bitmap = picture_->bitmap();
+  const bool whole = change.area.Width == bitmap.width() && change.area.Height == bitmap.height();
+  if (whole) {
+    painter_.reset();
+    measure();
+    if (change.otherPicture) moveTo(0, 0);
+    invalidateAll();
+  } else {
+    pictureDrawn(change.area);
+  }
+  Changed();
+}
+
+void View::pictureDrawn(const Rectangle& area) {
+  painter_.invalidate(area);
+  Rectangle shown = inView(area);
+  // Averaging reaches into the neighbouring pixels.
+  shown = {shown.Left - 1, shown.Top - 1, shown.Width + 2, shown.Height + 2};
+  invalidate(shown);
+}
+
+void View::UndoLevels(std::int32_t value) { picture_->history().levels(value); }
+
+void View::Undo() {
+  cancelGesture();
+  picture_->undo();
+}
+
+void View::Redo() {
+  cancelGesture();
+  picture_->redo();
+}
+
+void View::CreateUndoPoint(const std::string& name) {
+  cancelGesture();
+  picture_->createUndoPoint(name);
+}
+
+void View::BackgroundImage(const kestrel::Image* value) {
+  background_ =
+      value == nullptr ? Bitmap::filled(1, 1, kSurroundings) : flatten(bitmapOf(*value), kSurroundings);
+  invalidateAll();
+}
+
+void View::ImageBorder(bool value) {
+  imageBorder_ = value;
+  measure();
+  invalidateAll();
+}
+
+void View::resize(std::int32_t width, std::int32_t height) {
+  const std::int32_t border = imageBorder_ ? kBorderThickness : 0;
+  horizontal_.measure(picture_->bitmap().width(), std::max(width, 0), border);
+  vertical_.measure(picture_->bitmap().height(), std::max(height, 0), border);
+  scrollRangesChanged();
+  invalidateAll();
+}
+
+void View::measure() { resize(horizontal_.view(), vertical_.view()); }
+
+void View::SelectionStyle(std::int32_t value) {
+  if (value != 0) {
+    throw RuntimeError(err::kInvalidPropertyValue, "The marching rectangle, 0, is the only selection style.");
+  }
+}
+
+void View::Tool(std::int32_t value) {
+  if (value == tool_) return;
+  cancelGesture();
+  invalidateSelection();
+  tool_ = value;
+  updateCursor();
+}
+
+void View::MousePointer(std::int32_t value) {
+  mousePointer_ = value;
+  updateCursor();
+}
+
+}  // namespace kestrel::engine

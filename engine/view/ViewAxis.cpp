@@ -1,0 +1,50 @@
+#include "ViewAxis.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace kestrel::engine {
+namespace {
+
+/// Covers what dividing and multiplying by the zoom loses.
+constexpr double kTiny = 1e-6;
+
+/// Of the view's size, for one turn of the wheel or one step of the scroll bar.
+constexpr std::int32_t kStepsPerPage = 10;
+
+}  // namespace
+
+void ViewAxis::measure(std::int32_t picture, std::int32_t view, std::int32_t border) {
+  picture_ = picture;
+  view_ = view;
+  border_ = border;
+  scrollTo(offset_);
+}
+
+void ViewAxis::zoom(double value, double anchor) {
+  const double fixed = toPicture(anchor);
+  zoom_ = std::clamp(value, kSmallestZoom, kLargestZoom);
+  scrollTo(border_ + fixed * zoom_ - anchor);
+}
+
+bool ViewAxis::scrollTo(double offset) {
+  const double before = offset_;
+  if (hidden() <= 0) {
+    offset_ = border_ - std::floor((view_ - picture_ * zoom_) / 2);
+  } else {
+    offset_ = std::clamp(offset, 0.0, hidden());
+  }
+  return offset_ != before;
+}
+
+std::int32_t ViewAxis::scroll() const {
+  return static_cast<std::int32_t>(std::floor(offset_ / zoom_ + kTiny));
+}
+
+ScrollRange ViewAxis::range() const {
+  if (hidden() <= 0) return {0, 0, view_, 1};
+  return {static_cast<std::int32_t>(std::lround(offset_)), static_cast<std::int32_t>(std::ceil(hidden())),
+          view_, std::max(1, view_ / kStepsPerPage)};
+}
+
+}  // namespace kestrel::engine
