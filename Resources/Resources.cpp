@@ -1,6 +1,7 @@
 #include "EmbeddedFiles.h"
 #include "Icons.h"
 #include "Layouts.h"
+#include "StockPicture.h"
 
 namespace kestrel::resources {
 
@@ -17,5 +18,7 @@ std::string_view iconSvg(std::string_view name) {
 }
 
 std::span<const std::byte> dialogLayout() { return std::as_bytes(embeddedFile("Dialog.block")); }
+
+std::span<const std::byte> stockPicture() { return std::as_bytes(embeddedFile("stock.png")); }
 
 }  // namespace kestrel::resources

@@ -1,8 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <cstring>
+#include <string>
+#include <vector>
+
 #include "Resources/EmbeddedFiles.h"
 #include "Resources/Icons.h"
 #include "Resources/Layouts.h"
+#include "Resources/StockPicture.h"
 #include "platform/docking/LayoutReader.h"
 
 namespace kestrel::resources {
@@ -42,6 +47,18 @@ TEST(Icons, UseTheNeutralAndTheAccentColourAlone) {
       EXPECT_TRUE(colour == kIconNeutral || colour == kIconAccent) << file.name << ' ' << colour;
     }
   }
+}
+
+TEST(StockPicture, IsAPngOf360By270) {
+  const auto bytes = stockPicture();
+  ASSERT_GT(bytes.size(), 24u);
+  const unsigned char start[] = {0x89, 'P', 'N', 'G'};
+  EXPECT_EQ(std::memcmp(bytes.data(), start, sizeof start), 0);
+  const auto big = [&](std::size_t at) {
+    return std::to_integer<int>(bytes[at + 2]) * 256 + std::to_integer<int>(bytes[at + 3]);
+  };
+  EXPECT_EQ(big(16), 360);
+  EXPECT_EQ(big(20), 270);
 }
 
 }  // namespace
