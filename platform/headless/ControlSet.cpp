@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "Canvas.h"
+#include "ImageView.h"
+#include "Site.h"
 #include "base/Numbers.h"
 #include "controls/CheckBox.h"
 #include "controls/ColorPicker.h"
@@ -19,6 +22,9 @@
 
 namespace kestrel::headless {
 namespace {
+
+/// Of a control that its form's layout places.
+constexpr Rectangle kNaturalPlace{0, 0, 100, 20};
 
 template <typename T>
 std::unique_ptr<T> make(Window& parent, const ControlDescription& description) {
@@ -52,7 +58,31 @@ std::unique_ptr<Window> makeOptionButton(Window& parent, const ControlDescriptio
   return button;
 }
 
-std::unique_ptr<Window> makeControl(Window& parent, const ControlDescription& description) {
+/// A picture of which one can tell what was done to it: no two of its quarters are alike.
+PicturePtr stockPicture() {
+  Canvas canvas(90, 60);
+  canvas.FillRectangle({0, 0, 45, 30}, 0x000000FF);
+  canvas.FillRectangle({45, 0, 45, 30}, 0x0000FF00);
+  canvas.FillRectangle({0, 30, 45, 30}, 0x00FF0000);
+  return canvas.Picture();
+}
+
+std::unique_ptr<Window> makePreview(Window& parent, const ControlDescription& description,
+                                    const Surroundings& surroundings) {
+  auto site = std::make_unique<Site>(parent.desktop(), &parent, description.name, true);
+  for (const char* name : {"igxOriginal", "igxPreview"}) {
+    site->add(std::make_unique<ImageView>(parent.desktop(), site.get(), name, surroundings.clipboard,
+                                          surroundings.files));
+  }
+  auto stock = std::make_unique<PictureBox>(parent.desktop(), site.get(), "imgPreview", -1);
+  stock->visible(false);
+  stock->Picture(stockPicture());
+  site->add(std::move(stock));
+  return site;
+}
+
+std::unique_ptr<Window> makeControl(Window& parent, const ControlDescription& description,
+                                    const Surroundings& surroundings) {
   switch (description.kind) {
     case ControlKind::kTextBox: {
       auto box = make<TextBox>(parent, description);
@@ -91,8 +121,13 @@ std::unique_ptr<Window> makeControl(Window& parent, const ControlDescription& de
       return makeComboBox(parent, description);
     case ControlKind::kSlider:
       return makeSlider(parent, description);
-    case ControlKind::kColorPicker:
-      return make<ColorPicker>(parent, description);
+    case ControlKind::kColorPicker: {
+      auto picker = make<ColorPicker>(parent, description);
+      picker->EnhancedCaption(description.text);
+      return picker;
+    }
+    case ControlKind::kPreview:
+      return makePreview(parent, description, surroundings);
     case ControlKind::kFormHeader:
       return make<FormHeader>(parent, description);
     case ControlKind::kPictureBox:
@@ -105,12 +140,14 @@ std::unique_ptr<Window> makeControl(Window& parent, const ControlDescription& de
 
 }  // namespace
 
-void ControlSet::build(Window& container, const std::vector<ControlDescription>& descriptions) {
+void ControlSet::build(Window& container, const std::vector<ControlDescription>& descriptions,
+                       const Surroundings& surroundings) {
   const std::size_t first = windows_.size();
   for (const ControlDescription& description : descriptions) {
     Window& parent =
         description.parent < 0 ? container : *windows_[first + static_cast<std::size_t>(description.parent)];
-    auto window = makeControl(parent, description);
+    auto window = makeControl(parent, description, surroundings);
+    window->place(description.place == Rectangle{} ? kNaturalPlace : description.place);
     window->enabled(description.enabled);
     window->visible(description.visible);
     windows_.push_back(std::move(window));
@@ -125,6 +162,14 @@ Control* ControlSet::find(std::string_view name, std::int32_t index) const {
     if (auto* control = dynamic_cast<Control*>(window.get())) return control;
   }
   return nullptr;
+}
+
+std::vector<Site*> ControlSet::sites() const {
+  std::vector<Site*> result;
+  for (const auto& window : windows_) {
+    if (auto* site = dynamic_cast<Site*>(window.get())) result.push_back(site);
+  }
+  return result;
 }
 
 std::int32_t ControlSet::upperBound(std::string_view name) const {

@@ -1,15 +1,24 @@
 #include "Form.h"
 
+#include <utility>
+
+#include "Site.h"
 #include "User.h"
 #include "base/RuntimeError.h"
 
 namespace kestrel::headless {
+namespace {
 
-Form::Form(Desktop& desktop, User& user, const FormDescription& description)
+constexpr Rectangle kNaturalPlace{0, 0, 400, 300};
+constexpr Size kSiteSize{372, 180};
+
+}  // namespace
+
+Form::Form(Desktop& desktop, User& user, const Surroundings& surroundings, const FormDescription& description)
     : WindowOf(desktop, nullptr, description.name, -1), user_(user), caption_(description.caption) {
   visible(false);
-  place({0, 0, description.size.Width, description.size.Height});
-  controls_.build(*this, description.controls);
+  place(description.place == Rectangle{} ? kNaturalPlace : description.place);
+  controls_.build(*this, description.controls, surroundings);
 }
 
 Form::~Form() = default;
@@ -51,6 +60,12 @@ void Form::embed(Window& window) {
 void Form::load() {
   if (loaded_) return;
   loaded_ = true;
+  if (!std::exchange(sitesReady_, true)) {
+    for (Site* site : controls_.sites()) {
+      site->InitProperties();
+      site->place({0, 0, kSiteSize.Width, kSiteSize.Height});
+    }
+  }
   Load();
 }
 

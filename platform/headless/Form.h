@@ -15,7 +15,7 @@ class User;
 /// A form without a window. Shown modally, it is handed to the scripted user.
 class Form final : public WindowOf<kestrel::Form> {
  public:
-  Form(Desktop& desktop, User& user, const FormDescription& description);
+  Form(Desktop& desktop, User& user, const Surroundings& surroundings, const FormDescription& description);
   ~Form() override;
 
   Control* Find(std::string_view name, std::int32_t index = -1) override {
@@ -66,6 +66,7 @@ class Form final : public WindowOf<kestrel::Form> {
   std::string caption_;
   bool hasIcon_ = true;
   bool loaded_ = false;
+  bool sitesReady_ = false;
   std::int32_t windowState_ = kWindowNormal;
 };
 

@@ -23,6 +23,7 @@ enum class ControlKind {
   kColorPicker,
   kFormHeader,
   kPictureBox,
+  kPreview,
 };
 
 /// One control as its form stores it. Fields that a class has no use for are at their initial values.
@@ -34,6 +35,7 @@ struct ControlDescription {
   std::int32_t index = -1;  ///< in its control array, -1 if it stands alone
   std::string text;         ///< text or caption
   std::string tag;
+  Rectangle place;  ///< all 0 where it has its natural size
   bool enabled = true;
   bool visible = true;
   bool checked = false;
@@ -48,7 +50,7 @@ struct ControlDescription {
 struct FormDescription {
   std::string name;
   std::string caption;
-  Size size;
+  Rectangle place;
   std::vector<ControlDescription> controls;
 };
 

@@ -11,7 +11,7 @@
 namespace kestrel::headless {
 
 /// The engine's image view without a window: a test hands it pointer events and looks at what it painted.
-class ImageView final : public WindowOf<engine::View> {
+class ImageView : public WindowOf<engine::View> {
  public:
   ImageView(Desktop& desktop, Window* parent, std::string name, engine::ClipboardPort& clipboard,
             const FileSystem& files);

@@ -28,15 +28,23 @@ Platform::Platform(Setup setup)
 Platform::~Platform() = default;
 
 std::unique_ptr<Site> Platform::createSite(const std::string& name, bool userMode) {
-  return std::make_unique<Site>(desktop_, name, userMode);
+  return std::make_unique<Site>(desktop_, nullptr, name, userMode);
 }
 
 std::unique_ptr<Site> Platform::createEditorSite(bool userMode) {
   auto site = createSite("ImageProcessingCtl", userMode);
   site->add(std::make_unique<ImageView>(desktop_, site.get(), "igxImage", clipboard_, files_));
-  site->add(std::make_unique<headless::Moorage>(desktop_, site.get(), "mrgUI", user_,
-                                                docking::readLayout(resources::dialogLayout())));
+  site->add(createEditorSuite(*site));
   return site;
+}
+
+std::unique_ptr<headless::Moorage> Platform::createEditorSuite(Site& site) {
+  return std::make_unique<headless::Moorage>(desktop_, &site, "mrgUI", user_,
+                                             docking::readLayout(resources::dialogLayout()));
+}
+
+std::unique_ptr<headless::Form> Platform::createForm(const FormDescription& description) {
+  return std::make_unique<headless::Form>(desktop_, user_, Surroundings{clipboard_, files_}, description);
 }
 
 void Platform::pointerRestsAt(const Point& screen) {
@@ -72,7 +80,7 @@ std::unique_ptr<kestrel::Form> Platform::CreateForm(const std::string& name) {
   if (found == setup_.forms.end()) {
     throw RuntimeError(err::kCannotCreateObject, "There is no form \"" + name + "\".");
   }
-  return std::make_unique<Form>(desktop_, user_, *found);
+  return createForm(*found);
 }
 
 std::unique_ptr<kestrel::HelpViewer> Platform::CreateHelpViewer() {

@@ -8,6 +8,7 @@
 #include "Desktop.h"
 #include "FileDialog.h"
 #include "FileSystem.h"
+#include "Form.h"
 #include "FormDescription.h"
 #include "ImageView.h"
 #include "Moorage.h"
@@ -61,6 +62,10 @@ class Platform final : public kestrel::Platform {
   std::unique_ptr<Site> createSite(const std::string& name, bool userMode);
   /// The container of an editor with its two windows, "mrgUI" with the stored layout "Dialog" and "igxImage".
   std::unique_ptr<Site> createEditorSite(bool userMode = true);
+  /// The second of them by itself.
+  std::unique_ptr<headless::Moorage> createEditorSuite(Site& site);
+  /// A form that is none of the desktop's.
+  std::unique_ptr<headless::Form> createForm(const FormDescription& description);
 
   /// The pointer moves to a position of the screen and rests there: trackers of the windows that it is then
   /// over and no longer over are told.

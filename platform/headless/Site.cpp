@@ -4,8 +4,8 @@
 
 namespace kestrel::headless {
 
-Site::Site(Desktop& desktop, std::string name, bool userMode)
-    : WindowOf(desktop, nullptr, std::move(name), -1), userMode_(userMode) {}
+Site::Site(Desktop& desktop, Window* parent, std::string name, bool userMode)
+    : WindowOf(desktop, parent, std::move(name), -1), userMode_(userMode) {}
 
 void Site::Visible(bool value) {
   if (value == visible()) return;

@@ -16,7 +16,8 @@ namespace kestrel::headless {
 /// surface, raises one of the two property events, gives it sizes and keys, shows and hides it.
 class Site final : public WindowOf<kestrel::Site> {
  public:
-  Site(Desktop& desktop, std::string name, bool userMode);
+  /// On a form of the platform where there is a parent, which then plays the container.
+  Site(Desktop& desktop, Window* parent, std::string name, bool userMode);
 
   Control* Find(std::string_view name, std::int32_t index = -1) override {
     return controls_.find(name, index);

@@ -42,8 +42,7 @@ class HeadlessPlatform final : public ContractPlatform {
   kestrel::Platform& platform() override { return platform_; }
 
   std::unique_ptr<Form> controls() override {
-    return std::make_unique<headless::Form>(platform_.desktop(), platform_.user(),
-                                            headless::contractForms().front());
+    return platform_.createForm(headless::contractForms().front());
   }
 
   Site& editorSite() override {

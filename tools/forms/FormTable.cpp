@@ -41,6 +41,7 @@ constexpr KindOfWidget kKinds[] = {
     {"PictureWidget", "PictureBox"},
     {"ColorPickerWidget", "ColorPicker"},
     {"FormHeaderWidget", "FormHeader"},
+    {"PreviewWidget", "Preview"},
 };
 
 /// Empty for a widget that only holds others. A promoted widget's class may stand in a namespace.
@@ -94,20 +95,31 @@ class Writer {
     const XmlElement* root = ui.child("widget");
     if (!root) throw std::runtime_error("there is no widget in it");
     out_ << "      {.name = " << quoted(root->attribute("name"))
-         << ", .caption = " << quoted(property(*root, "windowTitle").value_or("")) << ",\n       .size = {"
-         << dimension(*root, "width") << ", " << dimension(*root, "height") << "},\n       .controls = {\n";
+         << ", .caption = " << quoted(property(*root, "windowTitle").value_or(""))
+         << ",\n       .place = " << place(*root) << ",\n       .controls = {\n";
     count_ = 0;
     contents(*root, -1);
     out_ << "       }},\n";
   }
 
  private:
-  static std::string dimension(const XmlElement& root, std::string_view name) {
-    for (const XmlElement& candidate : root.children) {
+  /// Where a widget stands by itself; all 0 where its layout decides.
+  static std::string place(const XmlElement& widget) {
+    std::string result;
+    for (const XmlElement& candidate : widget.children) {
       if (candidate.name != "property" || candidate.attribute("name") != "geometry") continue;
-      if (const XmlElement* value = candidate.children.front().child(name)) return value->text;
+      for (const XmlElement& side : candidate.children.front().children) {
+        result += (result.empty() ? "" : ", ") + side.text;
+      }
     }
-    return "0";
+    return "{" + result + "}";
+  }
+
+  static std::string caption(const XmlElement& widget) {
+    for (const char* name : {"text", "title", "enhancedCaption"}) {
+      if (const auto text = property(widget, name)) return *text;
+    }
+    return {};
   }
 
   // Layouts and their items stand between a widget and those inside it.
@@ -132,9 +144,8 @@ class Writer {
       name.resize(name.size() - suffix.size());
     out_ << "           {.kind = ControlKind::k" << (kind.empty() ? "Container" : kind)
          << ", .parent = " << parentNumber << ", .name = " << quoted(name) << ", .index = " << index
-         << ",\n            .text = "
-         << quoted(property(widget, "text").value_or(property(widget, "title").value_or("")))
-         << ", .tag = " << quoted(property(widget, "Tag").value_or(""))
+         << ",\n            .text = " << quoted(caption(widget))
+         << ", .tag = " << quoted(property(widget, "Tag").value_or("")) << ", .place = " << place(widget)
          << ",\n            .enabled = " << flag(widget, "enabled", true)
          << ", .visible = " << flag(widget, "visible", true)
          << ", .checked = " << flag(widget, "checked", false)
