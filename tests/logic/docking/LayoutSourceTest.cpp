@@ -5,7 +5,7 @@
 
 #include "SmallLayout.h"
 #include "base/RuntimeError.h"
-#include "tools/LayoutSource.h"
+#include "tools/layout/LayoutSource.h"
 
 namespace kestrel::docking {
 namespace {

@@ -3,12 +3,12 @@
 
 #include <cstdio>
 
-#include "FileBytes.h"
-#include "IconPainter.h"
 #include "LayoutSource.h"
 #include "Resources/Icons.h"
 #include "base/RuntimeError.h"
 #include "platform/docking/LayoutWriter.h"
+#include "tools/files/FileBytes.h"
+#include "tools/icons/IconPainter.h"
 
 namespace {
 
