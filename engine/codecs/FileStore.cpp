@@ -205,7 +205,7 @@ void replaceFile(const fs::path& path, Bytes data) {
     throw RuntimeError(err::kPathFileAccess, what + ": it is a device or a pipe.");
   }
   // A folder's permission would be enough to replace it, but a file that is write-protected means to stay.
-  if (exists && ::access(target.c_str(), W_OK) != 0) throw fileError(errno, what);
+  if (exists && ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) throw fileError(errno, what);
 
   TemporaryFile temporary(folder);
   Descriptor descriptor(temporary.number());

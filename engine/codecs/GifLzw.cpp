@@ -33,7 +33,8 @@ class BitReader {
  private:
   bool nextBlock() {
     if (reader_.remaining() == 0) return false;
-    block_ = reader_.take(std::min<std::size_t>(reader_.u8(), reader_.remaining()));
+    const std::size_t size = reader_.u8();
+    block_ = reader_.take(std::min(size, reader_.remaining()));
     return !block_.empty();
   }
 

@@ -23,6 +23,11 @@ namespace {
 
 /// 1032 is the most that deflate can do, with 8 one-bit pixels in a byte.
 constexpr std::int64_t kPixelsPerByte = 1032 * 8;
+/// The library takes the packed pixels in pieces and gives up a piece that is not whole. Small ones towards
+/// the end let a file that was cut short show all that it holds.
+constexpr std::size_t kLargePiece = 65536;
+constexpr std::size_t kSmallPiece = 32;
+constexpr std::size_t kNearEnd = 2 * kLargePiece;
 constexpr double kInchesPerMetre = 1 / 0.0254;
 
 /// The library reports errors by a jump, so the functions that call it hold nothing to be destroyed.
@@ -88,6 +93,7 @@ class Reader {
       png_read_update_info(png_, info_);
       for (int pass = 0; pass < passes; ++pass) {
         for (std::int32_t y = 0; y < pixels.height; ++y) {
+          png_set_compression_buffer_size(png_, rest_.size() > kNearEnd ? kLargePiece : kSmallPiece);
           png_read_row(png_, pixels.row(y), nullptr);
           rows_ = std::max(rows_, y + 1);
         }

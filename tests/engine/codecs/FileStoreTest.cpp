@@ -1,0 +1,213 @@
+#include "engine/codecs/FileStore.h"
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "TestPictures.h"
+
+namespace kestrel::engine {
+namespace {
+
+namespace fs = std::filesystem;
+using test::errorOf;
+
+/// Lets no file grow beyond some size while it lives: the way to a full disk that needs no disk.
+class FileSizeLimit {
+ public:
+  explicit FileSizeLimit(rlim_t bytes) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
+    getrlimit(RLIMIT_FSIZE, &before_);
+    const rlimit limit{bytes, before_.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  FileSizeLimit(const FileSizeLimit&) = delete;
+  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+  ~FileSizeLimit() {
+    setrlimit(RLIMIT_FSIZE, &before_);
+    std::signal(SIGXFSZ, handler_);
+  }
+
+ private:
+  rlimit before_{};
+  void (*handler_)(int);
+};
+
+/// Makes the superuser, to whom nothing is denied, an ordinary one who owns the folder, while it lives.
+class OrdinaryUser {
+ public:
+  explicit OrdinaryUser(const fs::path& folder) : wasSuperuser_(geteuid() == 0) {
+    if (!wasSuperuser_) return;
+    constexpr uid_t kNobody = 65534;
+    EXPECT_EQ(chown(folder.c_str(), kNobody, kNobody), 0);
+    EXPECT_EQ(seteuid(kNobody), 0);
+  }
+  OrdinaryUser(const OrdinaryUser&) = delete;
+  OrdinaryUser& operator=(const OrdinaryUser&) = delete;
+  ~OrdinaryUser() {
+    if (wasSuperuser_ && seteuid(0) != 0) ADD_FAILURE() << "still an ordinary user";
+  }
+
+ private:
+  bool wasSuperuser_;
+};
+
+class FileStoreTest : public testing::Test {
+ protected:
+  FileStoreTest()
+      : folder_(fs::temp_directory_path() / ("kestrel_store_" + std::to_string(std::random_device{}()))) {
+    fs::create_directories(folder_);
+  }
+  ~FileStoreTest() override {
+    fs::permissions(folder_, fs::perms::owner_all);
+    fs::remove_all(folder_);
+  }
+
+  fs::path file(const std::string& name) const { return folder_ / name; }
+  void put(const std::string& name, const std::string& content) const {
+    std::ofstream(file(name)) << content;
+  }
+  std::string get(const std::string& name) const {
+    std::ifstream stream(file(name), std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+  }
+  static std::vector<std::uint8_t> bytes(const std::string& content) {
+    return {content.begin(), content.end()};
+  }
+  std::size_t count() const {
+    return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder_), fs::directory_iterator()));
+  }
+
+  fs::path folder_;
+};
+
+TEST_F(FileStoreTest, WritesANewFileAndLeavesNothingElse) {
+  replaceFile(file("a"), bytes("new"));
+  EXPECT_EQ(get("a"), "new");
+  EXPECT_EQ(count(), 1U);
+  EXPECT_EQ(readFile(file("a")), bytes("new"));
+}
+
+TEST_F(FileStoreTest, ANewFileHasThePermissionsThatTheUserGivesToNewFiles) {
+  const mode_t before = umask(027);
+  replaceFile(file("a"), bytes("new"));
+  umask(before);
+  struct stat status {};
+  ASSERT_EQ(stat(file("a").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777U, 0640U);
+}
+
+TEST_F(FileStoreTest, AnExistingFileKeepsItsPermissions) {
+  put("a", "old");
+  fs::permissions(file("a"), fs::perms{0604});
+  replaceFile(file("a"), bytes("new"));
+  EXPECT_EQ(get("a"), "new");
+  EXPECT_EQ(fs::status(file("a")).permissions(), fs::perms{0604});
+  EXPECT_EQ(count(), 1U);
+}
+
+TEST_F(FileStoreTest, ASymbolicLinkKeepsPointingAndItsTargetIsReplaced) {
+  fs::create_directory(file("elsewhere"));
+  put("elsewhere/target", "old");
+  fs::create_symlink("elsewhere/target", file("link"));
+  fs::create_symlink("link", file("link to link"));
+  replaceFile(file("link to link"), bytes("new"));
+  EXPECT_TRUE(fs::is_symlink(file("link to link")));
+  EXPECT_TRUE(fs::is_symlink(file("link")));
+  EXPECT_EQ(get("elsewhere/target"), "new");
+}
+
+TEST_F(FileStoreTest, ALinkWithoutATargetGetsOne) {
+  fs::create_symlink("target", file("link"));
+  replaceFile(file("link"), bytes("new"));
+  EXPECT_TRUE(fs::is_symlink(file("link")));
+  EXPECT_EQ(get("target"), "new");
+}
+
+TEST_F(FileStoreTest, LinksInACircleAreAnError) {
+  fs::create_symlink("two", file("one"));
+  fs::create_symlink("one", file("two"));
+  EXPECT_EQ(errorOf([&] { replaceFile(file("one"), bytes("new")); }), 75);
+  EXPECT_EQ(errorOf([&] { readFile(file("one")); }), 75);
+}
+
+TEST_F(FileStoreTest, AFullDiskLeavesTheOldFileWholeAndNoTemporaryFile) {
+  put("a", "old");
+  std::int32_t number = 0;
+  {
+    const FileSizeLimit limit(1000);
+    number = errorOf([&] { replaceFile(file("a"), std::vector<std::uint8_t>(5000, 1)); });
+  }
+  EXPECT_EQ(number, 61);
+  EXPECT_EQ(get("a"), "old");
+  EXPECT_EQ(count(), 1U);
+}
+
+TEST_F(FileStoreTest, AFolderThatCannotBeWrittenIsPermissionDenied) {
+  const OrdinaryUser user(folder_);
+  put("a", "old");
+  fs::permissions(folder_, fs::perms::owner_read | fs::perms::owner_exec);
+  EXPECT_EQ(errorOf([&] { replaceFile(file("a"), bytes("new")); }), 70);
+  EXPECT_EQ(get("a"), "old");
+}
+
+TEST_F(FileStoreTest, AWriteProtectedFileIsPermissionDenied) {
+  const OrdinaryUser user(folder_);
+  put("a", "old");
+  fs::permissions(file("a"), fs::perms::owner_read);
+  EXPECT_EQ(errorOf([&] { replaceFile(file("a"), bytes("new")); }), 70);
+  EXPECT_EQ(get("a"), "old");
+}
+
+TEST_F(FileStoreTest, ANameThatIsTooLongIsAnErrorAndLeavesNothing) {
+  EXPECT_EQ(errorOf([&] { replaceFile(file(std::string(300, 'n')), bytes("new")); }), 75);
+  EXPECT_EQ(count(), 0U);
+}
+
+TEST_F(FileStoreTest, TheLongestNameWorks) {
+  replaceFile(file(std::string(255, 'n')), bytes("new"));
+  EXPECT_EQ(get(std::string(255, 'n')), "new");
+}
+
+TEST_F(FileStoreTest, AMissingFolderIsPathNotFound) {
+  EXPECT_EQ(errorOf([&] { replaceFile(file("nowhere/a"), bytes("new")); }), 76);
+}
+
+TEST_F(FileStoreTest, WhatIsNoFileIsNeitherReadNorReplaced) {
+  fs::create_directory(file("folder"));
+  ASSERT_EQ(mkfifo(file("pipe").c_str(), 0600), 0);
+  for (const char* name : {"folder", "pipe"}) {
+    EXPECT_EQ(errorOf([&] { readFile(file(name)); }), 75) << name;
+    EXPECT_EQ(errorOf([&] { replaceFile(file(name), bytes("new")); }), 75) << name;
+  }
+  EXPECT_EQ(errorOf([] { readFile("/dev/null"); }), 75);
+  EXPECT_TRUE(fs::is_fifo(file("pipe")));
+}
+
+TEST_F(FileStoreTest, AMissingFileIsFileNotFound) {
+  std::string reason;
+  EXPECT_EQ(errorOf([&] { readFile(file("a")); }, &reason), 53);
+  EXPECT_EQ(reason, "The file \"" + file("a").string() + "\" cannot be read: it does not exist.");
+}
+
+TEST_F(FileStoreTest, AnUnreadableFileIsPermissionDenied) {
+  const OrdinaryUser user(folder_);
+  put("a", "secret");
+  fs::permissions(file("a"), fs::perms::none);
+  EXPECT_EQ(errorOf([&] { readFile(file("a")); }), 70);
+}
+
+TEST_F(FileStoreTest, ASaveThatFailsInTheEncoderLeavesTheOldFile) {
+  put("a.gif", "old");
+  const Bitmap tooWide = Bitmap::filled(70'000, 1);
+  EXPECT_EQ(errorOf([&] { encodeFile(tooWide, {}, format::kGif, {}, file("a.gif")); }), 5);
+  EXPECT_EQ(get("a.gif"), "old");
+  EXPECT_EQ(count(), 1U);
+}
+
+}  // namespace
+}  // namespace kestrel::engine

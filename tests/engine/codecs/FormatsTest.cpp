@@ -1,0 +1,129 @@
+#include <filesystem>
+#include <fstream>
+#include <set>
+
+#include "TestPictures.h"
+#include "engine/codecs/CodecTable.h"
+
+namespace kestrel::engine {
+namespace {
+
+namespace fs = std::filesystem;
+using test::errorOf;
+using test::isPicture;
+
+class FormatsTest : public testing::Test {
+ protected:
+  FormatsTest()
+      : folder_(fs::temp_directory_path() / ("kestrel_formats_" + std::to_string(std::random_device{}()))) {
+    fs::create_directories(folder_);
+  }
+  ~FormatsTest() override { fs::remove_all(folder_); }
+
+  fs::path file(const std::string& name) const { return folder_ / name; }
+  void put(const std::string& name, Bytes bytes) const {
+    std::ofstream(file(name), std::ios::binary)
+        .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+  }
+
+  fs::path folder_;
+};
+
+TEST_F(FormatsTest, EachRowOfTheTableHasItsOwnCodeAndExtensions) {
+  std::set<std::int32_t> codes;
+  std::set<std::string_view> extensions;
+  for (const Codec& codec : codecTable()) {
+    EXPECT_TRUE(codes.insert(codec.format).second) << codec.name;
+    EXPECT_FALSE(codec.extensions.empty()) << codec.name;
+    for (const auto extension : codec.extensions)
+      EXPECT_TRUE(extensions.insert(extension).second) << extension;
+  }
+}
+
+TEST_F(FormatsTest, EveryWrittenFormatIsFoundByItsContentAlone) {
+  const Bitmap picture = test::gradient(40, 30);
+  for (const Codec& codec : codecTable()) {
+    if (codec.encode == nullptr) continue;
+    const auto bytes = encode(picture, {}, codec.format);
+    const Codec* const found = codecOfContent(bytes);
+    ASSERT_NE(found, nullptr) << codec.name;
+    EXPECT_EQ(found->format, codec.format) << codec.name;
+    put("wrong.name", bytes);
+    const Decoded decoded = decodeFile(file("wrong.name"));
+    EXPECT_EQ(decoded.format, codec.format) << codec.name;
+    EXPECT_EQ(decoded.bitmap.width(), 40) << codec.name;
+    EXPECT_EQ(decoded.bitmap.height(), 30) << codec.name;
+    EXPECT_TRUE(decoded.notice.empty()) << codec.name << ": " << decoded.notice;
+  }
+}
+
+TEST_F(FormatsTest, APngFileNamedJpgIsReadAsPng) {
+  put("picture.jpg", encode(test::gradient(5, 5), {}, format::kPng));
+  EXPECT_EQ(decodeFile(file("picture.jpg")).format, format::kPng);
+}
+
+TEST_F(FormatsTest, LosslessFormatsGiveBackExactlyWhatWasSaved) {
+  for (const std::int32_t code :
+       {format::kPng, format::kTif, format::kBmp, format::kTla, format::kTga, format::kPsd}) {
+    if (codecOf(code) == nullptr) continue;
+    for (const auto& [width, height] : {std::pair{1, 1}, {1, 70}, {70, 1}, {33, 17}, {300, 5}}) {
+      const Bitmap opaque = test::noise(width, height, true), seeThrough = test::noise(width, height, false);
+      EXPECT_TRUE(isPicture(decode(encode(opaque, {}, code)).bitmap, opaque)) << code;
+      EXPECT_TRUE(isPicture(decode(encode(seeThrough, {}, code)).bitmap, seeThrough)) << code;
+    }
+  }
+}
+
+TEST_F(FormatsTest, CodeZeroMeansTheFormatOfTheExtensionInWhateverCase) {
+  const Bitmap picture = test::gradient(8, 8);
+  for (const auto& [name, code] : {std::pair{"a.png", format::kPng},
+                                   {"a.JPG", format::kJpg},
+                                   {"a.jpeg", format::kJpg},
+                                   {"a.Tiff", format::kTif},
+                                   {"a.tif", format::kTif},
+                                   {"a.gif", format::kGif},
+                                   {"a.dib", format::kBmp}}) {
+    encodeFile(picture, {}, format::kNone, {}, file(name));
+    EXPECT_EQ(decodeFile(file(name)).format, code) << name;
+  }
+}
+
+TEST_F(FormatsTest, CodeZeroWithoutAKnownExtensionIsAnInvalidCall) {
+  for (const char* name : {"picture", "picture.", "picture.xyz", ".png"}) {
+    EXPECT_EQ(errorOf([&] { encodeFile(test::gradient(8, 8), {}, 0, {}, file(name)); }), 5) << name;
+    EXPECT_FALSE(fs::exists(file(name))) << name;
+  }
+}
+
+TEST_F(FormatsTest, FormatsThatCannotBeWrittenAreAnInvalidCall) {
+  for (const std::int32_t code : {-1, 13, 14, 1000}) {
+    EXPECT_EQ(errorOf([&] { encodeFile(test::gradient(8, 8), {}, code, {}, file("a.png")); }), 5) << code;
+    EXPECT_FALSE(fs::exists(file("a.png"))) << code;
+  }
+}
+
+TEST_F(FormatsTest, AnEmptyPictureOrAQualityOutside1To100IsAnInvalidCall) {
+  EXPECT_EQ(errorOf([] { encode(Bitmap(), {}, format::kPng); }), 5);
+  EXPECT_EQ(errorOf([] { encode(test::gradient(8, 8), {}, format::kJpg, {0}); }), 5);
+  EXPECT_EQ(errorOf([] { encode(test::gradient(8, 8), {}, format::kJpg, {101}); }), 5);
+  EXPECT_EQ(errorOf([] { encode(test::gradient(8, 8), {}, format::kJpg, {1}); }), 0);
+  EXPECT_EQ(errorOf([] { encode(test::gradient(8, 8), {}, format::kJpg, {100}); }), 0);
+}
+
+TEST_F(FormatsTest, WhatIsNoPictureIsRefusedWithAReason) {
+  std::string reason;
+  const test::Builder words = test::Builder().text("These are only words, and not a picture at all.");
+  put("words.jpg", words.bytes);
+  put("words.txt", words.bytes);
+  put("empty.png", {});
+  EXPECT_EQ(errorOf([&] { decodeFile(file("words.jpg")); }, &reason), 481);
+  EXPECT_EQ(reason, "The file is not a JPEG image: no start marker.");
+  EXPECT_EQ(errorOf([&] { decodeFile(file("words.txt")); }, &reason), 481);
+  EXPECT_EQ(reason, "The file is not a picture of any known format.");
+  EXPECT_EQ(errorOf([&] { decodeFile(file("empty.png")); }, &reason), 481);
+  EXPECT_EQ(reason, "The file is empty.");
+  EXPECT_EQ(errorOf([] { decode({}); }), 481);
+}
+
+}  // namespace
+}  // namespace kestrel::engine
