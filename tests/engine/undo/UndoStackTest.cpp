@@ -1,0 +1,110 @@
+#include "engine/undo/UndoStack.h"
+
+#include "Pictures.h"
+#include "base/RuntimeError.h"
+
+namespace kestrel::engine {
+namespace {
+
+/// Changes the picture to another one, recorded under the name.
+void change(UndoStack& stack, PictureState& picture, const std::string& name, std::uint32_t seed) {
+  UndoStack::Before before = picture;
+  stack.record(name, before);
+  picture.bitmap = noise(8, 8, seed);
+}
+
+TEST(UndoStack, StartsWithoutLevelsAndKeepsNothing) {
+  UndoStack stack;
+  EXPECT_EQ(stack.levels(), 0);
+  PictureState picture{noise(8, 8)};
+  change(stack, picture, "Step", 2);
+  EXPECT_EQ(stack.undoSteps(), 0);
+  EXPECT_FALSE(stack.undo(picture));
+}
+
+TEST(UndoStack, GoesBackAndForthThroughItsSteps) {
+  UndoStack stack;
+  stack.levels(3);
+  PictureState picture{noise(8, 8, 1)};
+  change(stack, picture, "One", 2);
+  change(stack, picture, "Two", 3);
+  EXPECT_EQ(stack.undoName(), "Two");
+  EXPECT_EQ(stack.redoName(), "");
+
+  EXPECT_TRUE(stack.undo(picture));
+  EXPECT_TRUE(samePixels(picture.bitmap, noise(8, 8, 2)));
+  EXPECT_EQ(stack.undoName(), "One");
+  EXPECT_EQ(stack.redoName(), "Two");
+  EXPECT_TRUE(stack.undo(picture));
+  EXPECT_TRUE(samePixels(picture.bitmap, noise(8, 8, 1)));
+  EXPECT_FALSE(stack.undo(picture));
+  EXPECT_EQ(stack.undoName(), "");
+
+  EXPECT_TRUE(stack.redo(picture));
+  EXPECT_TRUE(stack.redo(picture));
+  EXPECT_TRUE(samePixels(picture.bitmap, noise(8, 8, 3)));
+  EXPECT_FALSE(stack.redo(picture));
+}
+
+TEST(UndoStack, KeepsAsManyStepsAsItHasLevelsTheLatest) {
+  UndoStack stack;
+  stack.levels(2);
+  PictureState picture{noise(8, 8, 1)};
+  for (std::uint32_t seed = 2; seed <= 5; ++seed) change(stack, picture, "Step", seed);
+  EXPECT_EQ(stack.undoSteps(), 2);
+  while (stack.undo(picture)) {
+  }
+  EXPECT_TRUE(samePixels(picture.bitmap, noise(8, 8, 3)));
+}
+
+TEST(UndoStack, FewerLevelsDropTheOldestAndZeroEmptiesIt) {
+  UndoStack stack;
+  stack.levels(5);
+  PictureState picture{noise(8, 8, 1)};
+  for (std::uint32_t seed = 2; seed <= 5; ++seed) change(stack, picture, "Step", seed);
+  stack.undo(picture);
+  stack.levels(2);
+  EXPECT_EQ(stack.undoSteps(), 2);
+  EXPECT_EQ(stack.redoSteps(), 1);
+  stack.levels(0);
+  EXPECT_EQ(stack.undoSteps(), 0);
+  EXPECT_EQ(stack.redoSteps(), 0);
+  stack.levels(2);
+  EXPECT_FALSE(stack.undo(picture));
+}
+
+TEST(UndoStack, RefusesNegativeLevels) {
+  UndoStack stack;
+  stack.levels(2);
+  try {
+    stack.levels(-1);
+    FAIL();
+  } catch (const RuntimeError& error) {
+    EXPECT_EQ(error.Number(), err::kInvalidPropertyValue);
+  }
+  EXPECT_EQ(stack.levels(), 2);
+}
+
+TEST(UndoStack, AChangeAfterUndoDropsTheRedoBranch) {
+  UndoStack stack;
+  stack.levels(3);
+  PictureState picture{noise(8, 8, 1)};
+  change(stack, picture, "One", 2);
+  stack.undo(picture);
+  change(stack, picture, "Other", 3);
+  EXPECT_FALSE(stack.redo(picture));
+  EXPECT_EQ(stack.redoName(), "");
+}
+
+TEST(UndoStack, CountsEachHeldPictureOnceAndThePresentOneNot) {
+  UndoStack stack;
+  stack.levels(5);
+  PictureState picture{noise(64, 64, 1)};
+  stack.recordPoint("Point", picture);
+  EXPECT_EQ(stack.memory(picture), 0U);
+  change(stack, picture, "One", 2);
+  EXPECT_EQ(stack.memory(picture), std::size_t{64} * 64 * 4);
+}
+
+}  // namespace
+}  // namespace kestrel::engine
