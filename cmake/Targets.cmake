@@ -33,6 +33,8 @@ endif()
 function(kestrel_expose target scope)
   file(RELATIVE_PATH folder ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
   set(root ${PROJECT_BINARY_DIR}/include/${target})
+  # A folder that has moved must not leave its old link behind: a new one could be made inside it.
+  file(REMOVE_RECURSE ${root})
   get_filename_component(parent ${root}/${folder} DIRECTORY)
   file(MAKE_DIRECTORY ${parent})
   file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR} ${root}/${folder} SYMBOLIC)
