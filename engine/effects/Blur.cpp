@@ -25,7 +25,7 @@ Bitmap blur(const Bitmap& source, double sigma) {
   const GaussianAxis rows(height, height, 0, sigma, FilterEdge::Renormalize);
   Bitmap result = Bitmap::uninitialized(width, height);
   const Pixels to = result.writable();
-  gaussianFilter(source.pixels(), Channels::WeightedRgba, columns, rows,
+  gaussianFilter(FilterSource::weightedRgba(source.pixels()), columns, rows,
                  [&](std::int32_t y, const float* row) { storeStraightRow(row, width, to.row(y)); });
   return result;
 }

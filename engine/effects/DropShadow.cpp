@@ -85,7 +85,7 @@ Bitmap dropShadow(const Bitmap& source, std::int32_t offsetX, std::int32_t offse
     if (sourceY < 0 || sourceY >= from.height) return;
     compositeRow(from.row(static_cast<std::int32_t>(sourceY)), to.row(y) + 4 * growLeft, from.width);
   };
-  gaussianFilter(from, Channels::Alpha, columns, rows, finish);
+  gaussianFilter(FilterSource::alpha(from), columns, rows, finish);
   return result;
 }
 

@@ -7,6 +7,8 @@
 #include "hwy/foreach_target.h"
 #include "hwy/highway.h"
 
+#include "FloatPixels-inl.h"
+
 HWY_BEFORE_NAMESPACE();
 namespace kestrel::engine::HWY_NAMESPACE {
 
@@ -16,7 +18,7 @@ void PremultiplyRow(const std::uint8_t* in, std::int32_t count, float* out) {
   reference::premultiplyRow(in, count, out);
 }
 void SumPictureRows(const std::uint8_t* in, std::size_t stride, const float* weights, std::int32_t rows,
-                    std::int32_t count, float* out) {
+                    std::int32_t count, bool, float* out) {
   reference::sumPictureRows(in, stride, weights, rows, count, out);
 }
 void SumAlphaRows(const std::uint8_t* in, std::size_t stride, const float* weights, std::int32_t rows,
@@ -42,32 +44,6 @@ void TintRow(const float* in, std::int32_t count, std::uint32_t color, float opa
 
 #else
 
-namespace hn = hwy::HWY_NAMESPACE;
-
-// Float vectors of 1 to 4 whole pixels.
-using Floats = hn::CappedTag<float, 16>;
-using Floats4 = hn::FixedTag<float, 4>;
-
-/// One pixel's bytes in each group of four lanes, as floats.
-template <class D>
-hn::Vec<D> loadPixels(D d, const std::uint8_t* in) {
-  const hn::Rebind<std::uint8_t, D> bytes;
-  const hn::RebindToSigned<D> di;
-  return hn::ConvertTo(d, hn::PromoteTo(di, hn::LoadU(bytes, in)));
-}
-
-template <class D>
-hn::Mask<D> alphaLanes(D d) {
-  const hn::RebindToUnsigned<D> du;
-  const auto three = hn::Set(du, 3);
-  return hn::RebindMask(d, hn::Eq(hn::And(hn::Iota(du, 0), three), three));
-}
-
-template <class D>
-hn::Vec<D> premultiply(D d, hn::Vec<D> pixels, hn::Mask<D> alphas) {
-  return hn::Mul(pixels, hn::IfThenElse(alphas, hn::Set(d, 1.0F), hn::Broadcast<3>(pixels)));
-}
-
 void PremultiplyRow(const std::uint8_t* HWY_RESTRICT in, std::int32_t count, float* HWY_RESTRICT out) {
   const Floats d;
   const auto alphas = alphaLanes(d);
@@ -77,11 +53,12 @@ void PremultiplyRow(const std::uint8_t* HWY_RESTRICT in, std::int32_t count, flo
   }
 }
 
-void SumPictureRows(const std::uint8_t* HWY_RESTRICT in, std::size_t stride,
-                    const float* HWY_RESTRICT weights, std::int32_t rows, std::int32_t count,
-                    float* HWY_RESTRICT out) {
+template <bool kOpaque>
+void sumRows(const std::uint8_t* HWY_RESTRICT in, std::size_t stride, const float* HWY_RESTRICT weights,
+             std::int32_t rows, std::int32_t count, float* HWY_RESTRICT out) {
   const Floats d;
   const auto alphas = alphaLanes(d);
+  const auto scale = kOpaque ? opaqueScale(d) : hn::Set(d, 1.0F);
   const std::size_t lanes = hn::Lanes(d);
   const std::size_t values = std::size_t{4} * static_cast<std::size_t>(count);
   // Four vectors side by side, so that the sums do not wait for each other. A picture row's padding holds
@@ -93,18 +70,24 @@ void SumPictureRows(const std::uint8_t* HWY_RESTRICT in, std::size_t stride,
     for (std::int32_t row = 0; row < rows; ++row, p += stride) {
       const auto weight = hn::Set(d, weights[row]);
       const auto add = [&](hn::Vec<Floats> sum, std::size_t at) HWY_ATTR {
-        return hn::MulAdd(weight, premultiply(d, loadPixels(d, p + at), alphas), sum);
+        const auto pixels = loadPixels(d, p + at);
+        return hn::MulAdd(weight, kOpaque ? pixels : premultiply(d, pixels, alphas), sum);
       };
       sum0 = add(sum0, 0);
       sum1 = add(sum1, lanes);
       sum2 = add(sum2, 2 * lanes);
       sum3 = add(sum3, 3 * lanes);
     }
-    hn::StoreU(sum0, d, out + i);
-    hn::StoreU(sum1, d, out + i + lanes);
-    hn::StoreU(sum2, d, out + i + 2 * lanes);
-    hn::StoreU(sum3, d, out + i + 3 * lanes);
+    hn::StoreU(hn::Mul(sum0, scale), d, out + i);
+    hn::StoreU(hn::Mul(sum1, scale), d, out + i + lanes);
+    hn::StoreU(hn::Mul(sum2, scale), d, out + i + 2 * lanes);
+    hn::StoreU(hn::Mul(sum3, scale), d, out + i + 3 * lanes);
   }
+}
+
+void SumPictureRows(const std::uint8_t* in, std::size_t stride, const float* weights, std::int32_t rows,
+                    std::int32_t count, bool opaque, float* out) {
+  (opaque ? sumRows<true> : sumRows<false>)(in, stride, weights, rows, count, out);
 }
 
 void SumAlphaRows(const std::uint8_t* HWY_RESTRICT in, std::size_t stride, const float* HWY_RESTRICT weights,
@@ -137,8 +120,21 @@ void SumFloatRows(const float* const* HWY_RESTRICT in, const float* HWY_RESTRICT
   }
 }
 
+/// Adds four weighed pixels to the sum, in as many vectors as they fill.
+template <class D>
+hn::Vec<D> addFourPixels(D d, const float* HWY_RESTRICT pixels, const float* HWY_RESTRICT weights,
+                         hn::Vec<D> sum) {
+  constexpr auto kPixels = static_cast<std::int32_t>(hn::MaxLanes(d) / 4);
+  const auto four = hn::LoadDup128(d, weights);
+  for (std::int32_t i = 0; i < 4; i += kPixels) {
+    sum = hn::MulAdd(hn::TableLookupLanes(four, spread(d, i)), hn::LoadU(d, pixels + 4 * i), sum);
+  }
+  return sum;
+}
+
 void FilterColumns4(const float* HWY_RESTRICT in, const FilterTable& table, float* HWY_RESTRICT out) {
-  const Floats4 d;
+  const Floats d;
+  const FloatPixel pixel;
   const std::int32_t outputs = table.outputs();
   for (std::int32_t x = 0; x < outputs; ++x, out += 4) {
     const FilterTable::Run& run = table.run(x);
@@ -146,16 +142,18 @@ void FilterColumns4(const float* HWY_RESTRICT in, const FilterTable& table, floa
     const float* const p = in + std::ptrdiff_t{4} * run.first;
     // Weights are padded with zeros to fours, and the row's slack holds what they are multiplied with.
     auto even = hn::Zero(d), odd = hn::Zero(d);
-    for (std::int32_t i = 0; i < run.count; i += 2) {
-      even = hn::MulAdd(hn::Set(d, weights[i]), hn::LoadU(d, p + std::ptrdiff_t{4} * i), even);
-      odd = hn::MulAdd(hn::Set(d, weights[i + 1]), hn::LoadU(d, p + std::ptrdiff_t{4} * i + 4), odd);
+    std::int32_t i = 0;
+    for (; i + 4 < run.count; i += 8) {
+      even = addFourPixels(d, p + std::ptrdiff_t{4} * i, weights + i, even);
+      odd = addFourPixels(d, p + std::ptrdiff_t{4} * i + 16, weights + i + 4, odd);
     }
-    hn::StoreU(hn::Add(even, odd), d, out);
+    if (i < run.count) even = addFourPixels(d, p + std::ptrdiff_t{4} * i, weights + i, even);
+    hn::StoreU(sumOfPixels(d, hn::Add(even, odd)), pixel, out);
   }
 }
 
 void FilterColumns1(const float* HWY_RESTRICT in, const FilterTable& table, float* HWY_RESTRICT out) {
-  const Floats4 d;
+  const FloatPixel d;
   const std::int32_t outputs = table.outputs();
   for (std::int32_t x = 0; x < outputs; ++x) {
     const FilterTable::Run& run = table.run(x);
@@ -230,8 +228,8 @@ void premultiplyRow(const std::uint8_t* in, std::int32_t count, float* out) {
   HWY_DYNAMIC_DISPATCH(PremultiplyRow)(in, count, out);
 }
 void sumPictureRows(const std::uint8_t* in, std::size_t stride, const float* weights, std::int32_t rows,
-                    std::int32_t count, float* out) {
-  HWY_DYNAMIC_DISPATCH(SumPictureRows)(in, stride, weights, rows, count, out);
+                    std::int32_t count, bool opaque, float* out) {
+  HWY_DYNAMIC_DISPATCH(SumPictureRows)(in, stride, weights, rows, count, opaque, out);
 }
 void sumAlphaRows(const std::uint8_t* in, std::size_t stride, const float* weights, std::int32_t rows,
                   std::int32_t count, float* out) {

@@ -40,26 +40,39 @@ namespace kestrel::engine {
 
 HWY_EXPORT(mirrorRow);
 
-Bitmap flip(const Bitmap& source, FlipDirection direction) {
+namespace {
+
+Bitmap mirrored(const Bitmap& source, bool columns, bool rows) {
   requirePicture(source);
-  if (direction != FlipDirection::LeftToRight && direction != FlipDirection::TopToBottom) {
-    throw RuntimeError(err::kInvalidCall, "A picture can be flipped left to right (0) or top to bottom (1).");
-  }
   Bitmap result = Bitmap::uninitialized(source.width(), source.height());
   const ConstPixels from = source.pixels();
   const Pixels to = result.writable();
   forRows(to.height, rowsPerTask(to.width), [&](std::int32_t first, std::int32_t last) {
     for (std::int32_t y = first; y < last; ++y) {
-      if (direction == FlipDirection::LeftToRight) {
-        HWY_DYNAMIC_DISPATCH(mirrorRow)(from.row(y), to.width, to.row(y));
+      const std::uint8_t* const in = from.row(rows ? to.height - 1 - y : y);
+      if (columns) {
+        HWY_DYNAMIC_DISPATCH(mirrorRow)(in, to.width, to.row(y));
       } else {
-        std::memcpy(to.row(y), from.row(to.height - 1 - y),
-                    static_cast<std::size_t>(to.width) * sizeof(Pixel));
+        std::memcpy(to.row(y), in, static_cast<std::size_t>(to.width) * sizeof(Pixel));
       }
     }
   });
   return result;
 }
+
+}  // namespace
+
+Bitmap flip(const Bitmap& source, FlipDirection direction) {
+  switch (direction) {
+    case FlipDirection::LeftToRight:
+      return mirrored(source, true, false);
+    case FlipDirection::TopToBottom:
+      return mirrored(source, false, true);
+  }
+  throw RuntimeError(err::kInvalidCall, "A picture can be flipped left to right (0) or top to bottom (1).");
+}
+
+Bitmap halfTurn(const Bitmap& source) { return mirrored(source, true, true); }
 
 }  // namespace kestrel::engine
 #endif

@@ -26,21 +26,19 @@ GaussianAxis::GaussianAxis(std::int32_t inputs, std::int32_t outputs, std::int32
       interpolation_(gridPoints(outputs, step_), outputs, step_ == 1 ? 0 : kMargin, 1.0 / step_,
                      catmullRomKernel(), FilterEdge::Renormalize) {}
 
-void gaussianFilter(const ConstPixels& picture, Channels channels, const GaussianAxis& columns,
-                    const GaussianAxis& rows, const RowSink& sink) {
+void gaussianFilter(const FilterSource& source, const GaussianAxis& columns, const GaussianAxis& rows,
+                    const RowSink& sink) {
   if (columns.step() == 1) {
-    resample(picture, channels, columns.sums(), rows.sums(), sink);
+    resample(source, columns.sums(), rows.sums(), sink);
     return;
   }
-  const std::size_t gridValues = rowValues(columns.sums().outputs(), channels) + kRowSlack;
   const RowLoader load = [&](std::int32_t y, std::vector<float>& scratch, float* row) {
-    std::vector<float> grid(gridValues);
-    sumAndFilter(picture, channels, rows.sums(), y, columns.sums(), scratch, grid.data());
-    const auto interpolate = channels == Channels::WeightedRgba ? filterColumns4 : filterColumns1;
-    interpolate(grid.data(), columns.interpolation(), row);
+    std::vector<float> grid(source.values(columns.sums().outputs()) + kRowSlack);
+    source.sumAndFilter(rows.sums(), y, columns.sums(), scratch, grid.data());
+    source.filterColumns(grid.data(), columns.interpolation(), row);
   };
   const std::int32_t cost = rows.sums().longestRun() + columns.sums().longestRun() / columns.step();
-  filterRows(load, rowValues(columns.interpolation().outputs(), channels), cost, rows.interpolation(), sink);
+  filterRows(load, source.values(columns.interpolation().outputs()), cost, rows.interpolation(), sink);
 }
 
 }  // namespace kestrel::engine

@@ -4,7 +4,6 @@
 
 #include "FilterTable.h"
 #include "Resample.h"
-#include "engine/pixels/Bitmap.h"
 
 namespace kestrel::engine {
 
@@ -29,7 +28,7 @@ class GaussianAxis {
 };
 
 /// Filters a picture along both axes, which have one sigma; hands over its rows as `resample` does.
-void gaussianFilter(const ConstPixels& picture, Channels channels, const GaussianAxis& columns,
-                    const GaussianAxis& rows, const RowSink& sink);
+void gaussianFilter(const FilterSource& source, const GaussianAxis& columns, const GaussianAxis& rows,
+                    const RowSink& sink);
 
 }  // namespace kestrel::engine

@@ -60,9 +60,7 @@ HWY_EXPORT(Transpose);
 
 Bitmap quarterTurn(const Bitmap& source, int quarters) {
   requirePicture(source);
-  if (quarters == 2) {
-    return flip(flip(source, FlipDirection::LeftToRight), FlipDirection::TopToBottom);
-  }
+  if (quarters == 2) return halfTurn(source);
   Bitmap result = Bitmap::uninitialized(source.height(), source.width());
   const ConstPixels from = source.pixels();
   const Pixels to = result.writable();

@@ -4,39 +4,59 @@
 
 #include "Common.h"
 #include "FilterRows.h"
+#include "Opaque.h"
 #include "engine/Parallel.h"
 
 namespace kestrel::engine {
 namespace {
 
 /// Sums rows, then filters the sum along itself: for shrinking, where few sums are left for that.
-void sumFirst(const ConstPixels& picture, Channels channels, const FilterTable& columns,
-              const FilterTable& rows, const RowSink& sink) {
+void sumFirst(const FilterSource& source, const FilterTable& columns, const FilterTable& rows,
+              const RowSink& sink) {
   const std::int32_t cost = rows.longestRun() + columns.longestRun();
   forRows(rows.outputs(), rowsPerTask(columns.inputs(), cost), [&](std::int32_t first, std::int32_t last) {
-    std::vector<float> scratch, filtered(rowValues(columns.outputs(), channels) + kRowSlack);
+    std::vector<float> scratch, filtered(source.values(columns.outputs()) + kRowSlack);
     for (std::int32_t y = first; y < last; ++y) {
-      sumAndFilter(picture, channels, rows, y, columns, scratch, filtered.data());
+      source.sumAndFilter(rows, y, columns, scratch, filtered.data());
       sink(y, filtered.data());
     }
   });
 }
 
 /// Filters input rows along themselves, then sums them: for enlarging, where each serves for several sums.
-void filterFirst(const ConstPixels& picture, const FilterTable& columns, const FilterTable& rows,
+void filterFirst(const FilterSource& source, const FilterTable& columns, const FilterTable& rows,
                  const RowSink& sink) {
+  const ConstPixels& picture = source.picture();
   const RowLoader load = [&](std::int32_t y, std::vector<float>& premultiplied, float* row) {
-    premultiplied.resize(rowValues(picture.width, Channels::WeightedRgba) + kRowSlack);
+    premultiplied.resize(source.values(picture.width) + kRowSlack);
     premultiplyRow(picture.row(y), picture.width, premultiplied.data());
-    filterColumns4(premultiplied.data(), columns, row);
+    source.filterColumns(premultiplied.data(), columns, row);
   };
-  filterRows(load, rowValues(columns.outputs(), Channels::WeightedRgba), columns.longestRun(), rows, sink);
+  filterRows(load, source.values(columns.outputs()), columns.longestRun(), rows, sink);
 }
 
 }  // namespace
 
-std::size_t rowValues(std::int32_t width, Channels channels) {
-  return static_cast<std::size_t>(width) * static_cast<std::size_t>(channels);
+FilterSource FilterSource::weightedRgba(const ConstPixels& picture) {
+  return {picture, 4, isOpaque(picture)};
+}
+
+void FilterSource::sumAndFilter(const FilterTable& rows, std::int32_t y, const FilterTable& columns,
+                                std::vector<float>& scratch, float* out) const {
+  const FilterTable::Run& run = rows.run(y);
+  const float* const weights = rows.weights(run);
+  const std::uint8_t* const in = picture_.row(run.first);
+  scratch.resize(values(picture_.width) + kRowSlack);
+  if (channels_ == 4) {
+    sumPictureRows(in, picture_.stride, weights, run.count, picture_.width, opaque_, scratch.data());
+  } else {
+    sumAlphaRows(in, picture_.stride, weights, run.count, picture_.width, scratch.data());
+  }
+  filterColumns(scratch.data(), columns, out);
+}
+
+void FilterSource::filterColumns(const float* in, const FilterTable& columns, float* out) const {
+  channels_ == 4 ? filterColumns4(in, columns, out) : filterColumns1(in, columns, out);
 }
 
 void filterRows(const RowLoader& load, std::size_t values, std::int32_t cost, const FilterTable& rows,
@@ -68,34 +88,19 @@ void filterRows(const RowLoader& load, std::size_t values, std::int32_t cost, co
   });
 }
 
-void sumAndFilter(const ConstPixels& picture, Channels channels, const FilterTable& rows, std::int32_t y,
-                  const FilterTable& columns, std::vector<float>& scratch, float* out) {
-  const FilterTable::Run& run = rows.run(y);
-  scratch.resize(rowValues(picture.width, channels) + kRowSlack);
-  if (channels == Channels::WeightedRgba) {
-    sumPictureRows(picture.row(run.first), picture.stride, rows.weights(run), run.count, picture.width,
-                   scratch.data());
-    filterColumns4(scratch.data(), columns, out);
-  } else {
-    sumAlphaRows(picture.row(run.first), picture.stride, rows.weights(run), run.count, picture.width,
-                 scratch.data());
-    filterColumns1(scratch.data(), columns, out);
-  }
-}
-
-void resample(const ConstPixels& picture, Channels channels, const FilterTable& columns,
-              const FilterTable& rows, const RowSink& sink) {
+void resample(const FilterSource& source, const FilterTable& columns, const FilterTable& rows,
+              const RowSink& sink) {
   // Filtering along a row costs about twice as much a weight as summing rows, and premultiplying a row to
   // filter it first about four weights.
   const double alongRow = 2.0 * columns.outputs() * columns.longestRun();
   const double sumFirstCost =
       rows.outputs() * (static_cast<double>(columns.inputs()) * rows.longestRun() + alongRow);
-  const double filterFirstCost = picture.height * (alongRow + 4.0 * columns.inputs()) +
+  const double filterFirstCost = rows.inputs() * (alongRow + 4.0 * columns.inputs()) +
                                  static_cast<double>(rows.outputs()) * columns.outputs() * rows.longestRun();
-  if (channels == Channels::Alpha || sumFirstCost <= filterFirstCost) {
-    sumFirst(picture, channels, columns, rows, sink);
+  if (source.channels() == 1 || sumFirstCost <= filterFirstCost) {
+    sumFirst(source, columns, rows, sink);
   } else {
-    filterFirst(picture, columns, rows, sink);
+    filterFirst(source, columns, rows, sink);
   }
 }
 

@@ -95,7 +95,7 @@ Bitmap resize(const Bitmap& source, std::int32_t width, std::int32_t height, Res
 
   Bitmap result = Bitmap::uninitialized(width, height);
   const Pixels to = result.writable();
-  resample(source.pixels(), Channels::WeightedRgba, axisTable(source.width(), width, method),
+  resample(FilterSource::weightedRgba(source.pixels()), axisTable(source.width(), width, method),
            axisTable(source.height(), height, method),
            [&](std::int32_t y, const float* row) { storeStraightRow(row, width, to.row(y)); });
   return result;

@@ -7,6 +7,7 @@
 
 #include "Common.h"
 #include "FilterRows.h"
+#include "Opaque.h"
 #include "QuarterTurn.h"
 #include "RotateRows.h"
 #include "base/RuntimeError.h"
@@ -97,7 +98,7 @@ struct Mapping {
 class Rotation {
  public:
   Rotation(const ConstPixels& in, const Pixels& out, const Mapping& mapping, Pixel background)
-      : in_(in), out_(out), mapping_(mapping), edge_(in, background) {}
+      : in_(in), out_(out), mapping_(mapping), edge_(in, background), opaque_(isOpaque(in)) {}
 
   /// Makes the rows of a band, tile by tile, so that the pixels they are taken from stay cached.
   void makeRows(std::int32_t first, std::int32_t last) const {
@@ -140,7 +141,7 @@ class Rotation {
       sampleEdge(touched);
     } else {
       sampleEdge({touched.first, inside.first});
-      sampleLine(in_, u + inside.first * mapping_.du, v + inside.first * mapping_.dv, mapping_.du,
+      sampleLine(in_, opaque_, u + inside.first * mapping_.du, v + inside.first * mapping_.dv, mapping_.du,
                  mapping_.dv, inside.last - inside.first, at(inside.first));
       sampleEdge({inside.last, touched.last});
     }
@@ -153,6 +154,7 @@ class Rotation {
   Pixels out_;
   Mapping mapping_;
   EdgeSampler edge_;
+  bool opaque_;
 };
 
 /// The side of the box that holds the turned picture. Rounding must not add a pixel to what fits exactly.

@@ -49,9 +49,17 @@ TEST(FilterRows, SumsOfRowsEqualThePlainCode) {
       const std::size_t values = 4 * static_cast<std::size_t>(size.width);
       std::vector<float> actual(values + kRowSlack), expected(values);
       const float range = 65025.0F * static_cast<float>(size.height);
-      sumPictureRows(in.data, in.stride, weights.data(), size.height, size.width, actual.data());
+      sumPictureRows(in.data, in.stride, weights.data(), size.height, size.width, false, actual.data());
       reference::sumPictureRows(in.data, in.stride, weights.data(), size.height, size.width, expected.data());
       expectNear(actual, expected, values, range);
+
+      const Bitmap opaque = randomPicture(size.width, size.height, AlphaKind::Opaque);
+      const ConstPixels solid = opaque.pixels();
+      sumPictureRows(solid.data, solid.stride, weights.data(), size.height, size.width, true, actual.data());
+      reference::sumPictureRows(solid.data, solid.stride, weights.data(), size.height, size.width,
+                                expected.data());
+      expectNear(actual, expected, values, range);
+
       sumAlphaRows(in.data, in.stride, weights.data(), size.height, size.width, actual.data());
       reference::sumAlphaRows(in.data, in.stride, weights.data(), size.height, size.width, expected.data());
       expectNear(actual, expected, values / 4, range / 255);
