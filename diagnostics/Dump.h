@@ -155,6 +155,16 @@ std::string DumpVariable(std::string_view name, const T& value) {
   return DumpOrApology(name, AsVariant(value), "{Cannot dump external UDTs}");
 }
 
+/// A field that can't be read is left out, and the report goes on with the next one.
+template <typename T>
+std::string DumpField(std::string_view name, const T& value) {
+  try {
+    return DumpVariable(name, value);
+  } catch (...) {
+    return {};
+  }
+}
+
 template <typename... Values>
 std::string DumpParameters([[maybe_unused]] std::string_view names, const Values&... values) {
   if constexpr (sizeof...(Values) == 0) return std::string(kNothingToDump);
@@ -175,14 +185,7 @@ template <typename... Values>
 std::string DumpFields([[maybe_unused]] std::string_view names, const Values&... values) {
   if constexpr (sizeof...(Values) == 0) return std::string(kNothingToDump);
   std::string text;
-  const auto append = [&text](std::string_view name, const auto& value) {
-    try {
-      text.append(DumpVariable(name, value));
-    } catch (...) {
-      // Plumbing: what can't be read is left out, and the report goes on with the next field.
-    }
-  };
-  (append(TakeName(names), values), ...);
+  (text.append(DumpField(TakeName(names), values)), ...);
   return text;
 }
 

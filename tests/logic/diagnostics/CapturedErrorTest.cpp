@@ -1,0 +1,95 @@
+#include "diagnostics/CapturedError.h"
+
+#include <filesystem>
+#include <functional>
+#include <new>
+#include <optional>
+#include <stdexcept>
+#include <system_error>
+#include <variant>
+
+#include "Diagnostics.h"
+#include "base/RuntimeError.h"
+#include "diagnostics/ModuleFiles.h"
+#include "diagnostics/Trailer.h"
+
+namespace kestrel {
+namespace {
+
+class CapturedError : public Diagnostics {
+ protected:
+  /// The number that is reported for what `statement` raises.
+  std::int32_t numberOf(const std::function<void()>& statement) {
+    try {
+      statement();
+    } catch (...) {
+      trailerLine_ = __LINE__ + 1;
+      QDK_TRAILER(numberOf, QDK_PARAMETERS(), QDK_LOCALS());
+    }
+    return state().qdkErrorNumber;
+  }
+  std::int32_t numberOf(std::errc code) {
+    return numberOf([code] { throw std::system_error(std::make_error_code(code)); });
+  }
+
+  std::int32_t trailerLine_ = 0;
+};
+
+TEST_F(CapturedError, HasTheNumberThatSaysTheSame) {
+  EXPECT_EQ(numberOf([] { throw std::bad_alloc(); }), 7);
+  EXPECT_EQ(numberOf([] { std::vector<int>().at(3); }), 9);
+  EXPECT_EQ(numberOf([] { (void)std::stoi("x"); }), 5);
+  EXPECT_EQ(numberOf([] { throw std::overflow_error("too large"); }), 6);
+  EXPECT_EQ(numberOf([] { (void)std::get<int>(std::variant<int, bool>(true)); }), 13);
+  EXPECT_EQ(numberOf([] { (void)std::optional<int>().value(); }), 91);
+  EXPECT_EQ(numberOf([] { std::function<void()>()(); }), 91);
+  EXPECT_EQ(numberOf([] { throw std::runtime_error("whatever"); }), 51);
+  EXPECT_EQ(numberOf([] { throw 5; }), 51);
+}
+
+TEST_F(CapturedError, HasTheNumberOfTheSystemsError) {
+  EXPECT_EQ(numberOf(std::errc::no_such_file_or_directory), 53);
+  EXPECT_EQ(numberOf(std::errc::file_exists), 58);
+  EXPECT_EQ(numberOf(std::errc::no_space_on_device), 61);
+  EXPECT_EQ(numberOf(std::errc::permission_denied), 70);
+  EXPECT_EQ(numberOf(std::errc::not_a_directory), 76);
+  EXPECT_EQ(numberOf(std::errc::io_error), 57);
+  EXPECT_EQ(numberOf(std::errc::too_many_files_open), 75);
+  EXPECT_EQ(numberOf([] { (void)std::filesystem::file_size("/no such file"); }), 53);
+}
+
+TEST_F(CapturedError, WithoutAStackHasTheLineOfItsTrailer) {
+  numberOf([] { throw std::bad_alloc(); });
+  EXPECT_EQ(state().qdkErrorLine, 5 * trailerLine_);
+  EXPECT_EQ(state().qdkErrorDescription, "There is not enough memory.");
+}
+
+TEST_F(CapturedError, RaisedElsewhereHasTheLineOfItsTrailer) {
+  // Made before the procedure was entered, so the procedure isn't on the error's stack.
+  std::exception_ptr kept;
+  try {
+    throw RuntimeError(err::kInvalidCall, "Kept.");
+  } catch (...) {
+    kept = std::current_exception();
+  }
+  std::function<void()>([&] { numberOf([&] { std::rethrow_exception(kept); }); })();
+  EXPECT_EQ(state().qdkErrorLine, 5 * trailerLine_);
+  EXPECT_EQ(state().qdkErrorNumber, err::kInvalidCall);
+}
+
+TEST(ModuleFiles, NameTheModuleByTheFile) {
+  EXPECT_EQ(qdk::ModuleName("/src/settings/Options.cpp"), "Options");
+  EXPECT_EQ(qdk::ModuleName("editor/ImageProcessingCtl.Files.cpp"), "ImageProcessingCtl");
+  EXPECT_EQ(qdk::ModuleName("modImgX.cpp"), "modImgX");
+}
+
+TEST(ModuleFiles, NumberEachFurtherFileOfAModuleFromAMultipleOf50000) {
+  EXPECT_EQ(qdk::LineNumber("/src/settings/Options.cpp", 55), 275);
+  EXPECT_EQ(qdk::LineNumber("/src/editor/ImageProcessingCtl.cpp", 1), 5);
+  EXPECT_EQ(qdk::LineNumber("/src/editor/ImageProcessingCtl.Files.cpp", 1), 50'005);
+  EXPECT_EQ(qdk::LineNumber("/src/editor/ImageProcessingCtl.Commands.cpp", 123), 100'615);
+  EXPECT_EQ(qdk::LineNumber("/src/editor/ImageProcessingCtl.Thumbnails.cpp", 10), 400'050);
+}
+
+}  // namespace
+}  // namespace kestrel
