@@ -34,7 +34,7 @@ std::unique_ptr<ImgXDialog> QtPlatform::CreateImgXDialog() { return std::make_un
 std::unique_ptr<Form> QtPlatform::CreateForm(const std::string& name) {
   std::unique_ptr<FormWindow> window = buildForm(name);
   if (!window) throw RuntimeError(err::kCannotCreateObject, "There is no form \"" + name + "\".");
-  return std::make_unique<QtForm>(std::move(window), name);
+  return std::make_unique<QtForm>(std::move(window), name, clipboardPort_);
 }
 
 std::unique_ptr<HelpViewer> QtPlatform::CreateHelpViewer() {

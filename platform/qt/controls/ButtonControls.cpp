@@ -11,7 +11,7 @@ namespace kestrel::qt {
 
 CheckBoxControl::CheckBoxControl(QCheckBox& box, ControlId id)
     : WidgetControl(box, std::move(id)), box_(box) {
-  QObject::connect(&box_, &QCheckBox::toggled, &box_, [this] { guarded([this] { Click(); }); });
+  QObject::connect(&box_, &QCheckBox::toggled, receiver(), [this] { guarded([this] { Click(); }); });
 }
 
 std::string CheckBoxControl::Caption() const { return fromQt(box_.text()); }
@@ -20,7 +20,7 @@ void CheckBoxControl::Caption(const std::string& value) { box_.setText(translate
 
 OptionButtonControl::OptionButtonControl(QRadioButton& button, ControlId id)
     : WidgetControl(button, std::move(id)), button_(button) {
-  QObject::connect(&button_, &QRadioButton::toggled, &button_, [this](bool chosen) {
+  QObject::connect(&button_, &QRadioButton::toggled, receiver(), [this](bool chosen) {
     if (chosen) guarded([this] { Click(); });
   });
 }
@@ -39,7 +39,7 @@ void OptionButtonControl::Value(bool value) {
 
 CommandButtonControl::CommandButtonControl(QAbstractButton& button, ControlId id)
     : WidgetControl(button, std::move(id)), button_(button) {
-  QObject::connect(&button_, &QAbstractButton::clicked, &button_, [this] {
+  QObject::connect(&button_, &QAbstractButton::clicked, receiver(), [this] {
     // A click of its own does not change the looks: those follow the state that is written.
     Pressed(pressed_);
     guarded([this] { Click(); });

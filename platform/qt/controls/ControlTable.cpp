@@ -4,7 +4,9 @@
 #include <QVariant>
 
 #include "../Text.h"
+#include "../site/QtSite.h"
 #include "ButtonControls.h"
+#include "ColorPickerControl.h"
 #include "DisplayControls.h"
 #include "InputControls.h"
 #include "base/Numbers.h"
@@ -27,10 +29,14 @@ std::unique_ptr<Control> wrapAs(QWidget& widget) {
   return typed ? std::make_unique<ControlOfWidget>(*typed, idOf(widget)) : nullptr;
 }
 
-std::unique_ptr<Control> wrap(QWidget& widget) {
+std::unique_ptr<Control> wrap(QWidget& widget, engine::ClipboardPort& clipboard) {
+  if (auto* const site = qobject_cast<SiteWidget*>(&widget)) {
+    return std::make_unique<QtSite>(*site, fromQt(site->objectName()), true, clipboard);
+  }
   using Wrap = std::unique_ptr<Control> (*)(QWidget&);
   // A class stands before its bases.
   static constexpr Wrap kClasses[] = {
+      &wrapAs<ColorPickerWidget, ColorPickerControl>,
       &wrapAs<QCheckBox, CheckBoxControl>,
       &wrapAs<QRadioButton, OptionButtonControl>,
       &wrapAs<QAbstractButton, CommandButtonControl>,
@@ -50,18 +56,27 @@ std::unique_ptr<Control> wrap(QWidget& widget) {
 
 }  // namespace
 
-void ControlTable::addAll(QWidget& root) {
+void ControlTable::addAll(QWidget& root, engine::ClipboardPort& clipboard) {
   for (QWidget* child : root.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
-    std::unique_ptr<Control> control = child->objectName().isEmpty() ? nullptr : wrap(*child);
+    std::unique_ptr<Control> control = child->objectName().isEmpty() ? nullptr : wrap(*child, clipboard);
     // The parts of a composite widget are its own affair; only frames hold controls of the form.
     const bool isContainer = !control || dynamic_cast<Frame*>(control.get()) != nullptr;
     if (control) add(std::move(control));
-    if (isContainer) addAll(*child);
+    if (isContainer) addAll(*child, clipboard);
   }
 }
 
 void ControlTable::add(std::unique_ptr<Control> control) {
   controls_.insert_or_assign({LowerCase(control->Name()), control->Index()}, std::move(control));
+}
+
+void ControlTable::initialiseSites() {
+  for (const auto& [id, control] : controls_) {
+    if (auto* const site = dynamic_cast<Site*>(control.get())) {
+      site->InitProperties();
+      site->Resize();
+    }
+  }
 }
 
 Control* ControlTable::find(std::string_view name, std::int32_t index) const {

@@ -9,6 +9,10 @@
 
 #include "imaging/contract/Control.h"
 
+namespace kestrel::engine {
+class ClipboardPort;
+}
+
 namespace kestrel::qt {
 
 /// The controls of a form or surface, found by name and index.
@@ -19,8 +23,12 @@ class ControlTable {
  public:
   /// Takes up every widget below `root` that stands for a control, by its class. A widget without an object
   /// name stands for none.
-  void addAll(QWidget& root);
+  void addAll(QWidget& root, engine::ClipboardPort& clipboard);
   void add(std::unique_ptr<Control> control);
+  void clear() { controls_.clear(); }
+
+  /// Raises `InitProperties` of the sites of our own controls on the form, and then `Resize`.
+  void initialiseSites();
 
   /// Null if there is none.
   Control* find(std::string_view name, std::int32_t index) const;

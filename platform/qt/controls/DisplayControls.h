@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QGroupBox>
 #include <QLabel>
 
+#include "FrameWidget.h"
 #include "PictureWidget.h"
 #include "WidgetControl.h"
 #include "imaging/contract/controls/Frame.h"

@@ -1,6 +1,5 @@
 #include "InputControls.h"
 
-#include <QEvent>
 #include <QStringList>
 #include <QVariant>
 
@@ -13,32 +12,12 @@ namespace {
 
 constexpr std::int32_t kInvalidListIndex = 381;
 
-/// Tells of the keyboard focus that comes to a widget.
-class FocusWatcher final : public QObject {
- public:
-  FocusWatcher(QWidget& widget, const Event<>& gotFocus) : QObject(&widget), gotFocus_(gotFocus) {
-    widget.installEventFilter(this);
-  }
-
-  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
-    if (event->type() == QEvent::FocusIn) {
-      // After the widget's own handling, which may change the selection.
-      QMetaObject::invokeMethod(
-          this, [this] { guarded([this] { gotFocus_(); }); }, Qt::QueuedConnection);
-    }
-    return false;
-  }
-
- private:
-  const Event<>& gotFocus_;
-};
-
 }  // namespace
 
 TextBoxControl::TextBoxControl(QLineEdit& edit, ControlId id)
-    : WidgetControl(edit, std::move(id)), edit_(edit) {
-  new FocusWatcher(edit_, GotFocus);
-  QObject::connect(&edit_, &QLineEdit::textChanged, &edit_, [this] { guarded([this] { Change(); }); });
+    : WidgetControl(edit, std::move(id)), edit_(edit), focus_([this] { guarded([this] { GotFocus(); }); }) {
+  edit_.installEventFilter(&focus_);
+  QObject::connect(&edit_, &QLineEdit::textChanged, receiver(), [this] { guarded([this] { Change(); }); });
 }
 
 std::string TextBoxControl::Text() const { return fromQt(edit_.text()); }
@@ -51,7 +30,7 @@ ComboBoxControl::ComboBoxControl(QComboBox& combo, ControlId id)
     : WidgetControl(combo, std::move(id)), combo_(combo) {
   const QStringList numbers = combo_.property("itemData").toStringList();
   for (int i = 0; i < combo_.count() && i < numbers.size(); ++i) combo_.setItemData(i, numbers[i].toInt());
-  QObject::connect(&combo_, &QComboBox::currentIndexChanged, &combo_,
+  QObject::connect(&combo_, &QComboBox::currentIndexChanged, receiver(),
                    [this] { guarded([this] { Click(); }); });
 }
 
@@ -73,7 +52,7 @@ void ComboBoxControl::ListIndex(std::int32_t value) {
 
 SliderControl::SliderControl(QSlider& slider, ControlId id)
     : WidgetControl(slider, std::move(id)), slider_(slider) {
-  QObject::connect(&slider_, &QSlider::valueChanged, &slider_, [this] { guarded([this] { Change(); }); });
+  QObject::connect(&slider_, &QSlider::valueChanged, receiver(), [this] { guarded([this] { Change(); }); });
 }
 
 TabStripControl::TabStripControl(QTabBar& tabs, ControlId id)
@@ -81,7 +60,7 @@ TabStripControl::TabStripControl(QTabBar& tabs, ControlId id)
   for (const QString& caption : tabs_.property("tabs").toStringList()) {
     tabs_.addTab(translated(fromQt(caption)));
   }
-  QObject::connect(&tabs_, &QTabBar::currentChanged, &tabs_, [this] { guarded([this] { Click(); }); });
+  QObject::connect(&tabs_, &QTabBar::currentChanged, receiver(), [this] { guarded([this] { Click(); }); });
 }
 
 std::string TabStripControl::Caption(std::int32_t index) const { return fromQt(tabs_.tabText(index - 1)); }

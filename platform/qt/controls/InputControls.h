@@ -5,6 +5,7 @@
 #include <QSlider>
 #include <QTabBar>
 
+#include "FocusWatcher.h"
 #include "WidgetControl.h"
 #include "imaging/contract/controls/ComboBox.h"
 #include "imaging/contract/controls/Slider.h"
@@ -23,6 +24,7 @@ class TextBoxControl final : public WidgetControl<TextBox> {
 
  private:
   QLineEdit& edit_;
+  FocusWatcher focus_;
 };
 
 /// A drop-down list. The numbers of its entries stand on the form as the list property `itemData`.

@@ -1,6 +1,5 @@
 #include "PictureWidget.h"
 
-#include <QBrush>
 #include <QPainter>
 
 #include "../Pictures.h"
@@ -20,16 +19,6 @@ QSize PictureWidget::sizeHint() const {
 void PictureWidget::paintEvent(QPaintEvent* /*event*/) {
   if (!picture_) return;
   QPainter(this).drawImage(0, 0, lentImage(picture_->Pixels()));
-}
-
-void FrameWidget::setPicture(const PicturePtr& picture) {
-  picture_ = picture;
-  update();
-}
-
-void FrameWidget::paintEvent(QPaintEvent* event) {
-  if (picture_) QPainter(this).fillRect(contentsRect(), QBrush(lentImage(picture_->Pixels())));
-  QGroupBox::paintEvent(event);
 }
 
 }  // namespace kestrel::qt

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QGroupBox>
-#include <QImage>
 #include <QWidget>
 
 #include "imaging/contract/Picture.h"
@@ -18,23 +16,6 @@ class PictureWidget : public QWidget {
   const PicturePtr& picture() const { return picture_; }
   void setPicture(const PicturePtr& picture);
   QSize sizeHint() const override;
-
- protected:
-  void paintEvent(QPaintEvent* event) override;
-
- private:
-  PicturePtr picture_;
-};
-
-/// A panel around other widgets whose face can be tiled with a picture.
-class FrameWidget : public QGroupBox {
-  Q_OBJECT
-
- public:
-  using QGroupBox::QGroupBox;
-
-  const PicturePtr& picture() const { return picture_; }
-  void setPicture(const PicturePtr& picture);
 
  protected:
   void paintEvent(QPaintEvent* event) override;

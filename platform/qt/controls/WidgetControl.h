@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QObject>
 #include <QWidget>
 #include <string>
 #include <utility>
@@ -16,7 +17,7 @@ struct ControlId {
 
 /// What every control of the contract does through its widget. `Face` is the abstract class it fills in, or
 /// that one with further bases. Positions are those of the toolkit: of the widget's parent, independent of
-/// the screen's factor. The widget is lent and must outlive this object.
+/// the screen's factor. The widget is lent.
 template <typename Face>
 class WidgetControl : public Face {
  public:
@@ -49,10 +50,13 @@ class WidgetControl : public Face {
 
  protected:
   QWidget& widget() const { return widget_; }
+  /// The receiver of the widget's signals: they end with this object, which may die before the widget.
+  const QObject* receiver() const { return &receiver_; }
 
  private:
   QWidget& widget_;
   ControlId id_;
+  QObject receiver_;
 };
 
 }  // namespace kestrel::qt

@@ -1,6 +1,8 @@
 #include "FaceGraphics.h"
 
 #include <QPainter>
+#include <QRegion>
+#include <algorithm>
 
 #include "../Pictures.h"
 #include "base/RuntimeError.h"
@@ -22,6 +24,7 @@ void FaceGraphics::DrawMode(std::int32_t value) {
 void FaceGraphics::PaintPicture(const Picture& picture, const Rectangle& destination,
                                 const Rectangle& source) {
   QPainter painter(&window_.face());
+  painter.scale(window_.devicePixelRatioF(), window_.devicePixelRatioF());
   painter.drawImage(QRect(destination.Left, destination.Top, destination.Width, destination.Height),
                     lentImage(picture.Pixels()), QRect(source.Left, source.Top, source.Width, source.Height));
   Refresh();
@@ -29,15 +32,18 @@ void FaceGraphics::PaintPicture(const Picture& picture, const Rectangle& destina
 
 void FaceGraphics::DrawBox(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom,
                            OLE_COLOR color) {
+  const double factor = window_.devicePixelRatioF();
+  const int line = std::max(1, qRound(factor));
+  const QPoint corner(qRound(left * factor), qRound(top * factor));
+  const QPoint opposite(qRound((right + 1) * factor) - 1, qRound((bottom + 1) * factor) - 1);
+  const QRegion box(QRect(corner, opposite));
+  const QRegion inside(QRect(corner, opposite).adjusted(line, line, -line, -line));
+
   QPainter painter(&window_.face());
-  if (drawMode_ == kDrawInvert) {
-    // The difference to white is the opposite colour, and twice the opposite is the first again.
-    painter.setCompositionMode(QPainter::CompositionMode_Difference);
-    painter.setPen(Qt::white);
-  } else {
-    painter.setPen(toColor(color));
-  }
-  painter.drawRect(QRect(QPoint(left, top), QPoint(right - 1, bottom - 1)));
+  // The difference to white is the opposite colour, and twice the opposite is the first again.
+  const bool inverts = drawMode_ == kDrawInvert;
+  if (inverts) painter.setCompositionMode(QPainter::CompositionMode_Difference);
+  for (const QRect& part : box - inside) painter.fillRect(part, inverts ? QColor(Qt::white) : toColor(color));
   Refresh();
 }
 

@@ -2,7 +2,11 @@
 
 #include <map>
 
+#include "ui_frmImageEditor.h"
+#include "ui_frmMaterials.h"
 #include "ui_frmResources.h"
+#include "ui_frmRotate.h"
+#include "ui_frmZoom.h"
 
 namespace kestrel::qt {
 namespace {
@@ -16,12 +20,17 @@ void setUp(FormWindow& window) {
 
 std::unique_ptr<FormWindow> buildForm(const std::string& name) {
   static const std::map<std::string, void (*)(FormWindow&)> kForms = {
+      {"frmImageEditor", &setUp<Ui::frmImageEditor>},
+      {"frmMaterials", &setUp<Ui::frmMaterials>},
       {"frmResources", &setUp<Ui::frmResources>},
+      {"frmRotate", &setUp<Ui::frmRotate>},
+      {"frmZoom", &setUp<Ui::frmZoom>},
   };
   const auto form = kForms.find(name);
   if (form == kForms.end()) return nullptr;
   auto window = std::make_unique<FormWindow>();
   form->second(*window);
+  window->finishSetUp();
   return window;
 }
 

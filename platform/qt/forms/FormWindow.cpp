@@ -9,6 +9,11 @@ namespace kestrel::qt {
 
 FormWindow::FormWindow(QWidget* parent) : QDialog(parent) {}
 
+void FormWindow::finishSetUp() {
+  mainWindow_ = property("mainWindow").toBool();
+  if (mainWindow_) setWindowFlags(Qt::Window);
+}
+
 QImage& FormWindow::face() {
   const QSize wanted = size() * devicePixelRatioF();
   if (face_.size() != wanted) {
@@ -26,7 +31,9 @@ void FormWindow::closeEvent(QCloseEvent* event) {
   if (closing) closing();
 }
 
-void FormWindow::reject() { close(); }
+void FormWindow::reject() {
+  if (isWindow()) close();
+}
 
 void FormWindow::changeEvent(QEvent* event) {
   if (event->type() == QEvent::ActivationChange && isActiveWindow()) Q_EMIT activated();
@@ -49,7 +56,7 @@ void FormWindow::paintEvent(QPaintEvent* /*event*/) {
 void FormWindow::keyPressEvent(QKeyEvent* event) {
   const KeyStroke stroke = keyStrokeOf(*event);
   if (stroke.keyCode != 0) Q_EMIT keyPressed(stroke.keyCode, stroke.shift);
-  QDialog::keyPressEvent(event);
+  mainWindow_ ? QWidget::keyPressEvent(event) : QDialog::keyPressEvent(event);
 }
 
 }  // namespace kestrel::qt

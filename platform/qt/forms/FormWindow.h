@@ -13,6 +13,10 @@ class FormWindow : public QDialog {
  public:
   explicit FormWindow(QWidget* parent = nullptr);
 
+  /// After the .ui file has filled the window: a form with the property `mainWindow` becomes a window with
+  /// all buttons on its frame, which no key closes.
+  void finishSetUp();
+
   /// Called where the user asks to close the window, which stays unless this hides it.
   std::function<void()> closing;
 
@@ -36,6 +40,7 @@ class FormWindow : public QDialog {
 
  private:
   QImage face_;
+  bool mainWindow_ = false;
 };
 
 }  // namespace kestrel::qt

@@ -10,23 +10,27 @@
 
 namespace kestrel::qt {
 
-QtForm::QtForm(std::unique_ptr<FormWindow> window, const std::string& name)
+QtForm::QtForm(std::unique_ptr<FormWindow> window, const std::string& name, engine::ClipboardPort& clipboard)
     : WidgetControl(*window, {name, -1}), window_(window.release()), graphics_(*window_) {
-  controls_.addAll(*window_);
+  controls_.addAll(*window_, clipboard);
   window_->closing = [this] { guarded([this] { unload(0); }); };
-  QObject::connect(window_.data(), &FormWindow::activated, window_.data(), [this] {
+  QObject::connect(window_.data(), &FormWindow::activated, receiver(), [this] {
     activated_ = true;
     guarded([this] { Activate(); });
   });
-  QObject::connect(window_.data(), &FormWindow::resized, window_.data(),
+  QObject::connect(window_.data(), &FormWindow::resized, receiver(),
                    [this] { guarded([this] { Resize(); }); });
-  QObject::connect(window_.data(), &FormWindow::painted, window_.data(),
+  QObject::connect(window_.data(), &FormWindow::painted, receiver(),
                    [this] { guarded([this] { Paint(); }); });
-  QObject::connect(window_.data(), &FormWindow::keyPressed, window_.data(),
+  QObject::connect(window_.data(), &FormWindow::keyPressed, receiver(),
                    [this](int keyCode, int shift) { guarded([&] { KeyDown(keyCode, shift); }); });
 }
 
-QtForm::~QtForm() { delete window_.data(); }
+QtForm::~QtForm() {
+  if (window_) window_->closing = nullptr;
+  controls_.clear();
+  delete window_.data();
+}
 
 std::string QtForm::Caption() const { return fromQt(window_->windowTitle()); }
 
@@ -50,6 +54,10 @@ void QtForm::load() {
   if (loaded_) return;
   loaded_ = true;
   activated_ = false;
+  if (!initialised_) {
+    initialised_ = true;
+    controls_.initialiseSites();
+  }
   Load();
 }
 

@@ -10,12 +10,17 @@
 #include "FormWindow.h"
 #include "imaging/contract/Form.h"
 
+namespace kestrel::engine {
+class ClipboardPort;
+}
+
 namespace kestrel::qt {
 
 /// A form over its window.
 class QtForm final : public WidgetControl<Form> {
  public:
-  QtForm(std::unique_ptr<FormWindow> window, const std::string& name);
+  /// The clipboard, of the image views on the form, must outlive it.
+  QtForm(std::unique_ptr<FormWindow> window, const std::string& name, engine::ClipboardPort& clipboard);
   ~QtForm() override;
 
   Control* Find(std::string_view name, std::int32_t index) override { return controls_.find(name, index); }
@@ -46,11 +51,11 @@ class QtForm final : public WidgetControl<Form> {
   void load();
   void unload(std::int32_t reason);
 
-  // The controls outlive their widgets, which may speak until they die.
-  ControlTable controls_;
   // A host that shows the window takes it along when it dies.
   QPointer<FormWindow> window_;
+  ControlTable controls_;
   FaceGraphics graphics_;
+  bool initialised_ = false;
   bool loaded_ = false;
   bool activated_ = false;
 };

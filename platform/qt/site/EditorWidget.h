@@ -1,13 +1,7 @@
 #pragma once
 
-#include <memory>
-
 #include "QtSite.h"
 #include "SiteWidget.h"
-
-namespace kestrel::engine {
-class ClipboardPort;
-}
 
 namespace kestrel::qt {
 
@@ -15,27 +9,26 @@ class QtImageView;
 class QtMoorage;
 
 /// The window of an image editor, for a host to put into a window of its own: the docking suite "mrgUI" and
-/// the image view "igxImage", and the site on which the editor's logic is made.
+/// the image view "igxImage".
 class EditorWidget final : public SiteWidget {
   Q_OBJECT
 
  public:
-  /// The clipboard must outlive the widget. Raises RuntimeError 321 for a damaged stored layout.
-  explicit EditorWidget(engine::ClipboardPort& clipboard, bool userMode = true, QWidget* parent = nullptr);
-  ~EditorWidget() override;
+  using SiteWidget::SiteWidget;
 
-  /// What is made on it must die before the widget.
-  QtSite& site() { return *site_; }
-  QtMoorage& moorage() { return *moorage_; }
-  QtImageView& view() { return *view_; }
+  /// Raises RuntimeError 321 for a damaged stored layout.
+  void furnish(QtSite& site, engine::ClipboardPort& clipboard) override;
+
+  /// Null before it is furnished.
+  QtMoorage* moorage() const { return moorage_; }
+  QtImageView* view() const { return view_; }
 
   QSize sizeHint() const override { return {1100, 760}; }
 
  private:
-  std::unique_ptr<QtSite> site_;
-  // Owned by the site.
-  QtMoorage* moorage_;
-  QtImageView* view_;
+  // The site's.
+  QtMoorage* moorage_ = nullptr;
+  QtImageView* view_ = nullptr;
 };
 
 }  // namespace kestrel::qt

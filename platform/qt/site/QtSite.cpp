@@ -4,11 +4,10 @@
 
 namespace kestrel::qt {
 
-QtSite::QtSite(SiteWidget& widget, const std::string& name, bool userMode)
+QtSite::QtSite(SiteWidget& widget, const std::string& name, bool userMode, engine::ClipboardPort& clipboard)
     : WidgetControl(widget, {name, -1}), userMode_(userMode) {
-  const auto listen = [&](auto signal, auto raise) {
-    QObject::connect(&widget, signal, &connections_, raise);
-  };
+  widget.furnish(*this, clipboard);
+  const auto listen = [&](auto signal, auto raise) { QObject::connect(&widget, signal, receiver(), raise); };
   listen(&SiteWidget::resized, [this] { guarded([this] { Resize(); }); });
   listen(&SiteWidget::shown, [this] { guarded([this] { Show(); }); });
   listen(&SiteWidget::hidden, [this] { guarded([this] { Hide(); }); });

@@ -14,8 +14,8 @@ namespace kestrel::qt {
 /// The container's side of one of our controls on the desktop.
 class QtSite final : public WidgetControl<Site> {
  public:
-  /// The widget outlives the site.
-  QtSite(SiteWidget& widget, const std::string& name, bool userMode);
+  /// Furnishes the widget, which outlives the site. The clipboard must outlive both.
+  QtSite(SiteWidget& widget, const std::string& name, bool userMode, engine::ClipboardPort& clipboard);
 
   void add(std::unique_ptr<Control> control) { controls_.add(std::move(control)); }
 
@@ -33,7 +33,6 @@ class QtSite final : public WidgetControl<Site> {
 
  private:
   ControlTable controls_;
-  QObject connections_;  // ends what is connected when the site dies before its widget
   bool userMode_;
 };
 

@@ -2,7 +2,13 @@
 
 #include <QWidget>
 
+namespace kestrel::engine {
+class ClipboardPort;
+}
+
 namespace kestrel::qt {
+
+class QtSite;
 
 /// The window of one of our controls inside its container. Keys that no child uses arrive here.
 class SiteWidget : public QWidget {
@@ -10,6 +16,9 @@ class SiteWidget : public QWidget {
 
  public:
   using QWidget::QWidget;
+
+  /// Puts the child windows of the control into the widget and makes them controls of the site.
+  virtual void furnish(QtSite& site, engine::ClipboardPort& clipboard) = 0;
 
  Q_SIGNALS:
   void resized();

@@ -15,6 +15,8 @@ class QtImageView final : public WidgetControl<engine::View> {
   QtImageView(ImageSurface& surface, ControlId id, engine::ClipboardPort& clipboard);
   ~QtImageView() override;
 
+  /// The canvas, where the view's coordinates begin.
+  WindowHandle hWnd() const override { return handleOf(&surface_.canvas()); }
   ImageSurface& surface() { return surface_; }
 
  protected:

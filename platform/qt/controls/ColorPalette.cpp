@@ -1,0 +1,95 @@
+#include "ColorPalette.h"
+
+#include <QGridLayout>
+#include <QPainter>
+#include <QToolButton>
+#include <QWidgetAction>
+#include <array>
+
+#include "../Text.h"
+
+namespace kestrel::qt {
+namespace {
+
+constexpr int kColumns = 8;
+constexpr int kSwatch = 18;
+constexpr qsizetype kRecent = kColumns;
+
+// Greys, then eight hues in four strengths.
+constexpr std::array<QRgb, 40> kPalette = {
+    0x000000, 0x404040, 0x606060, 0x808080, 0xa0a0a0, 0xc0c0c0, 0xe0e0e0, 0xffffff,  //
+    0x7f1d1d, 0x7c3a0b, 0x78610f, 0x1c5c2e, 0x0f5a5e, 0x1b3f86, 0x4a2a86, 0x7d1f62,  //
+    0xc81e1e, 0xe06a10, 0xe0b000, 0x2e9e4a, 0x12a0a6, 0x2a6fdb, 0x7a48d2, 0xcc3a9e,  //
+    0xff3b30, 0xff9020, 0xffd60a, 0x4cd964, 0x30d0d8, 0x5aa0ff, 0xa67cff, 0xff6fcb,  //
+    0xffc2be, 0xffdcb8, 0xfff3b0, 0xc4f2cc, 0xbdeff1, 0xcfe2ff, 0xe1d4ff, 0xffd3ee};
+
+QList<QColor>& recentColors() {
+  static QList<QColor> colors;
+  return colors;
+}
+
+QIcon swatchOf(const QColor& color, const QPalette& palette) {
+  QPixmap face(kSwatch, kSwatch);
+  face.fill(color);
+  QPainter painter(&face);
+  painter.setPen(palette.color(QPalette::Mid));
+  painter.drawRect(0, 0, kSwatch - 1, kSwatch - 1);
+  return face;
+}
+
+}  // namespace
+
+void ColorPalette::remember(const QColor& color) {
+  QList<QColor>& colors = recentColors();
+  colors.removeAll(color);
+  colors.prepend(color);
+  if (colors.size() > kRecent) colors.resize(kRecent);
+}
+
+void ColorPalette::fill(const QColor& chosen, const QString& enhancedCaption) {
+  if (!enhancedCaption.isEmpty()) {
+    QAction* const extra = addAction(enhancedCaption);
+    extra->setCheckable(true);
+    extra->setChecked(!chosen.isValid());
+    connect(extra, &QAction::triggered, this, &ColorPalette::enhancedChosen);
+    addSeparator();
+  }
+  QList<QColor> colors;
+  for (const QRgb color : kPalette) colors += QColor(color);
+  addSwatches(colors, chosen);
+  if (!recentColors().isEmpty()) {
+    addSection(translated("Recent colors"));
+    addSwatches(recentColors(), chosen);
+  }
+  addSeparator();
+  connect(addAction(translated("&More Colors...")), &QAction::triggered, this, &ColorPalette::moreWanted);
+}
+
+void ColorPalette::addSwatches(const QList<QColor>& colors, const QColor& chosen) {
+  auto* const field = new QWidget;
+  auto* const grid = new QGridLayout(field);
+  grid->setContentsMargins(6, 4, 6, 4);
+  grid->setSpacing(2);
+  for (qsizetype i = 0; i < colors.size(); ++i) {
+    const QColor color = colors[i];
+    auto* const swatch = new QToolButton;
+    swatch->setAutoRaise(true);
+    swatch->setIcon(swatchOf(color, palette()));
+    swatch->setIconSize(QSize(kSwatch, kSwatch));
+    swatch->setCheckable(color.rgb() == chosen.rgb() && chosen.isValid());
+    swatch->setChecked(swatch->isCheckable());
+    swatch->setToolTip(color.name());
+    swatch->setAccessibleName(color.name());
+    connect(swatch, &QToolButton::clicked, this, [this, color] {
+      remember(color);
+      close();
+      Q_EMIT colorChosen(color);
+    });
+    grid->addWidget(swatch, static_cast<int>(i) / kColumns, static_cast<int>(i) % kColumns);
+  }
+  auto* const action = new QWidgetAction(this);
+  action->setDefaultWidget(field);
+  addAction(action);
+}
+
+}  // namespace kestrel::qt

@@ -1,0 +1,38 @@
+#include "ColorPickerControl.h"
+
+#include "../Guard.h"
+#include "../Pictures.h"
+#include "../Text.h"
+
+namespace kestrel::qt {
+
+ColorPickerControl::ColorPickerControl(ColorPickerWidget& picker, ControlId id)
+    : WidgetControl(picker, std::move(id)), picker_(picker) {
+  QObject::connect(&picker_, &ColorPickerWidget::colorChosen, receiver(), [this](const QColor& color) {
+    guarded([&] {
+      // Chosen by the user it counts as a change, even where only the extra choice ends.
+      value_ = fromColor(color);
+      picker_.show(color, false);
+      Change(value_);
+    });
+  });
+  QObject::connect(&picker_, &ColorPickerWidget::enhancedChosen, receiver(), [this] {
+    EnhancedIsSelected(true);
+    guarded([this] { EnhancedButtonClicked(); });
+  });
+}
+
+void ColorPickerControl::Value(OLE_COLOR value) {
+  picker_.show(toColor(value), false);
+  if (value == value_) return;
+  value_ = value;
+  Change(value);
+}
+
+void ColorPickerControl::EnhancedCaption(const std::string& value) {
+  picker_.setEnhancedCaption(translated(value));
+}
+
+std::string ColorPickerControl::EnhancedCaption() const { return fromQt(picker_.enhancedCaption()); }
+
+}  // namespace kestrel::qt

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QEvent>
+#include <QObject>
+#include <functional>
+
+namespace kestrel::qt {
+
+/// An event filter that tells of the keyboard focus coming to the object it is installed on, once that has
+/// done with it what it does by itself.
+class FocusWatcher final : public QObject {
+ public:
+  explicit FocusWatcher(std::function<void()> gotFocus) : gotFocus_(std::move(gotFocus)) {}
+
+  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    if (event->type() == QEvent::FocusIn) {
+      QMetaObject::invokeMethod(
+          this, [this] { gotFocus_(); }, Qt::QueuedConnection);
+    }
+    return false;
+  }
+
+ private:
+  std::function<void()> gotFocus_;
+};
+
+}  // namespace kestrel::qt

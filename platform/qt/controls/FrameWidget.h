@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QGroupBox>
+
+#include "imaging/contract/Picture.h"
+
+namespace kestrel::qt {
+
+/// A panel around other widgets whose face can be tiled with a picture.
+class FrameWidget : public QGroupBox {
+  Q_OBJECT
+
+ public:
+  using QGroupBox::QGroupBox;
+
+  const PicturePtr& picture() const { return picture_; }
+  void setPicture(const PicturePtr& picture);
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  PicturePtr picture_;
+};
+
+}  // namespace kestrel::qt
