@@ -158,14 +158,25 @@ TEST(DamagedStream, ThatClaimsFourThousandMillionItemsIsRefusedBeforeAnythingIsR
               HasSubstr("an object claims more items than there are"));
 }
 
-TEST(DamagedStream, ThatNestsWithoutEndIsRefused) {
+/// A number of objects, each the only item of the one before.
+Block nested(int depth) {
   Block stream;
-  for (int depth = 0; depth < 20000; ++depth) {
-    for (const std::uint32_t word : {2u, 1u, 0u, 1u}) {
+  for (int level = 1; level <= depth; ++level) {
+    for (const std::uint32_t word : {2u, 1u, 0u, level < depth ? 1u : 0u}) {
       for (int i = 0; i < 4; ++i) stream.push_back(static_cast<std::byte>(word >> (8 * i) & 0xFF));
     }
   }
-  EXPECT_THROW(parseTags(stream), RuntimeError);
+  return stream;
+}
+
+TEST(DamagedStream, ThatNestsTooDeepIsRefused) {
+  EXPECT_EQ(parseTags(nested(16)).size(), 1u);
+  try {
+    parseTags(nested(100000));
+    FAIL() << "It was read.";
+  } catch (const RuntimeError& error) {
+    EXPECT_THAT(error.Description(), HasSubstr("its objects nest too deep"));
+  }
 }
 
 TEST(DamagedStream, WithAnUnknownKindIsRefused) {
@@ -179,6 +190,65 @@ TEST(DamagedStream, WithAnUnknownVariantTypeIsRefused) {
 TEST(DamagedStream, WithATextOfOddLengthIsRefused) {
   EXPECT_THAT(streamRefusal({1, 1, 0, 3 << 16 | 8, 0, 0}).value_or("read"),
               HasSubstr("a text has an impossible length"));
+}
+
+/// The sentence with which the small layout is refused after a change of its tag stream.
+std::string refusalAfter(const std::function<void(TagItem::Items&)>& change) {
+  Block block = writeLayout(smallLayout());
+  const auto stream = block.begin() + layout_format::kHeaderSize;
+  TagItem::Items items = parseTags(std::span(stream, block.end()));
+  change(items);
+  block.erase(stream, block.end());
+  appendTags(block, items);
+  repairChecksum(block);
+  return refusal(block).value_or("read");
+}
+
+TagItem::Items& itemsOf(TagItem& item) { return std::get<TagItem::Items>(item.value); }
+
+TEST(DamagedStream, WithPartsInAnotherOrderIsRefused) {
+  EXPECT_EQ(refusalAfter([](TagItem::Items&) {}), "read");
+  EXPECT_THAT(refusalAfter([](TagItem::Items& top) { std::swap(top[2], top[3]); }),
+              HasSubstr("its parts are not in order"));
+  EXPECT_THAT(refusalAfter([](TagItem::Items& top) { top.pop_back(); }),
+              HasSubstr("its parts are not in order"));
+}
+
+TEST(DamagedStream, WithObjectsOutOfOrderIsRefused) {
+  EXPECT_THAT(refusalAfter([](TagItem::Items& top) { std::swap(itemsOf(top[2])[0], itemsOf(top[2])[1]); }),
+              HasSubstr("the objects of a collection are not in order"));
+}
+
+TEST(DamagedStream, WhoseBooksDoNotFitItsCommandsIsRefused) {
+  EXPECT_THAT(refusalAfter([](TagItem::Items& top) { itemsOf(top[3])[0].value = std::int32_t{7}; }),
+              HasSubstr("it does not hold as many commands as it says"));
+  EXPECT_THAT(refusalAfter([](TagItem::Items& top) { itemsOf(top[3])[2].value = std::int32_t{6}; }),
+              HasSubstr("a menu is not where it says"));
+}
+
+TEST(DamagedStream, WithAFieldMissingOrOfAnotherTypeIsRefused) {
+  EXPECT_THAT(refusalAfter([](TagItem::Items& top) { itemsOf(itemsOf(top[2])[0]).pop_back(); }),
+              HasSubstr("a field is missing or of a wrong type"));
+  EXPECT_THAT(refusalAfter([](TagItem::Items& top) { itemsOf(itemsOf(top[2])[0])[1].value = true; }),
+              HasSubstr("a field is missing or of a wrong type"));
+}
+
+TEST(DamagedStream, WithAnUnknownEdgeIsRefused) {
+  EXPECT_THAT(
+      refusalAfter([](TagItem::Items& top) { itemsOf(itemsOf(top[6])[0])[2].value = std::int32_t{4}; }),
+      HasSubstr("a field has an unknown value"));
+}
+
+TEST(DamagedStream, WithAReferenceToNothingIsRefused) {
+  EXPECT_THAT(refusalAfter([](TagItem::Items& top) { itemsOf(top[6]).clear(); }),
+              HasSubstr("it refers to something that is not there"));
+}
+
+TEST(DamagedStream, WithAnIdentifierThatStandsTwiceIsRefused) {
+  EXPECT_THAT(refusalAfter([](TagItem::Items& top) {
+                itemsOf(itemsOf(top[2])[1])[0].value = itemsOf(itemsOf(top[2])[0])[0].value;
+              }),
+              HasSubstr("an identifier stands twice"));
 }
 
 /// What a layout says of itself after one change.
