@@ -1,0 +1,16 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+/// The same small procedure with the error trailer and without it; in a file of its own, so that no caller
+/// sees its body.
+namespace kestrel::bench {
+
+std::int32_t withTrailer(std::int32_t value, const std::string& name);
+std::int32_t withoutTrailer(std::int32_t value, const std::string& name);
+
+/// Fails, reports, and returns.
+std::int32_t failing(std::int32_t value);
+
+}  // namespace kestrel::bench
