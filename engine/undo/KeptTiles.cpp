@@ -39,7 +39,10 @@ void KeptTiles::keep(ConstPixels picture, const Rectangle& area) {
 void KeptTiles::exchangeWith(Pixels picture) noexcept {
   for (auto& [key, tile] : tiles_) {
     forTileRows<std::uint8_t*>(picture, *tile, [](auto inPicture, auto inTile, auto bytes) {
-      std::swap_ranges(inTile, inTile + bytes, inPicture);
+      std::array<std::uint8_t, std::size_t{4} * kSide> row;
+      std::memcpy(row.data(), inTile, bytes);
+      std::memcpy(inTile, inPicture, bytes);
+      std::memcpy(inPicture, row.data(), bytes);
     });
   }
 }
