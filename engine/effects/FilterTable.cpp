@@ -43,6 +43,14 @@ FilterTable::FilterTable(std::int32_t inputs, std::int32_t outputs, double start
   }
 }
 
+void FilterTable::scale(std::int32_t output, double factor) {
+  const Run& scaled = run(output);
+  for (std::int32_t i = 0; i < scaled.count; ++i) {
+    float& weight = weights_[scaled.offset + static_cast<std::size_t>(i)];
+    weight = static_cast<float>(weight * factor);
+  }
+}
+
 FilterTable scalingTable(std::int32_t inputs, std::int32_t outputs, const FilterKernel& kernel) {
   const double step = static_cast<double>(inputs) / outputs;
   const double stretch = std::max(step, 1.0);

@@ -31,6 +31,9 @@ class FilterTable {
     std::size_t offset = 0;  ///< of the first weight
   };
 
+  /// A table of nothing.
+  FilterTable() = default;
+
   /// `outputs` positions at `start`, `start + step`, ... on the axis where input number j stands at j.
   /// The filter is evaluated there as it is given: who shrinks has widened it before.
   FilterTable(std::int32_t inputs, std::int32_t outputs, double start, double step,
@@ -42,8 +45,11 @@ class FilterTable {
   const float* weights(const Run& run) const { return weights_.data() + run.offset; }
   std::int32_t longestRun() const { return longestRun_; }
 
+  /// Multiplies the weights of one output.
+  void scale(std::int32_t output, double factor);
+
  private:
-  std::int32_t inputs_;
+  std::int32_t inputs_ = 0;
   std::int32_t longestRun_ = 0;
   std::vector<Run> runs_;
   std::vector<float> weights_;

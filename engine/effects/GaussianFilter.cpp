@@ -1,44 +1,98 @@
 #include "GaussianFilter.h"
 
 #include <algorithm>
+#include <cmath>
+#include <vector>
 
+#include "Common.h"
 #include "FilterRows.h"
+#include "FloatImage.h"
+#include "engine/Parallel.h"
 
 namespace kestrel::engine {
 namespace {
 
-// The grid reaches this many points beyond the first and last output, for the interpolation to stand on.
-constexpr std::int32_t kMargin = 2;
+// The interpolation reaches this many grid points beyond the first and last output.
+constexpr std::int32_t kInterpolationReach = 2;
 
-std::int32_t gridPoints(std::int32_t outputs, std::int32_t step) {
-  return step == 1 ? outputs : (outputs - 1) / step + 1 + 2 * kMargin;
+FilterKernel narrowBell(double sigma) { return sigma > 0 ? gaussianKernel(sigma) : areaKernel(1); }
+
+/// Along one axis, what the table makes of these inputs.
+std::vector<double> filtered(const std::vector<double>& in, const FilterTable& table) {
+  std::vector<double> result(static_cast<std::size_t>(table.outputs()));
+  for (std::int32_t i = 0; i < table.outputs(); ++i) {
+    const FilterTable::Run& run = table.run(i);
+    const float* const weights = table.weights(run);
+    for (std::int32_t k = 0; k < run.count; ++k) {
+      result[static_cast<std::size_t>(i)] +=
+          static_cast<double>(weights[k]) * in[static_cast<std::size_t>(run.first + k)];
+    }
+  }
+  return result;
 }
-
-FilterKernel bell(double sigma) { return sigma > 0 ? gaussianKernel(sigma) : areaKernel(1); }
 
 }  // namespace
 
 GaussianAxis::GaussianAxis(std::int32_t inputs, std::int32_t outputs, std::int32_t start, double sigma,
                            FilterEdge edge)
-    : step_(std::max(1, static_cast<std::int32_t>(sigma / 2))),
-      sums_(inputs, gridPoints(outputs, step_),
-            step_ == 1 ? start : start - static_cast<double>(kMargin) * step_, step_, bell(sigma), edge),
-      interpolation_(gridPoints(outputs, step_), outputs, step_ == 1 ? 0 : kMargin, 1.0 / step_,
-                     catmullRomKernel(), FilterEdge::Renormalize) {}
+    : step_(std::max(1, static_cast<std::int32_t>(sigma / 2))) {
+  if (direct()) {
+    bell_ = FilterTable(inputs, outputs, start, 1, narrowBell(sigma), edge);
+    return;
+  }
+  const double step = step_;
+  // Variances add: the triangle's is (step^2 - 1) / 6, the interpolation's none.
+  const FilterKernel bell = gaussianKernel(std::sqrt(sigma * sigma - (step * step - 1) / 6) / step);
+  const FilterKernel triangle{[step](double x) { return std::max(0.0, 1 - x / step); }, step};
+  const auto reach = static_cast<std::int32_t>(std::ceil(bell.radius));
+  const std::int32_t points = (outputs - 1) / step_ + 1 + 2 * kInterpolationReach;
+  reduction_ = FilterTable(inputs, points + 2 * reach, start - (kInterpolationReach + reach) * step, step,
+                           triangle, FilterEdge::Transparent);
+  bell_ = FilterTable(points + 2 * reach, points, reach, 1, bell, FilterEdge::Transparent);
+  interpolation_ = FilterTable(points, outputs, kInterpolationReach, 1 / step, catmullRomKernel(),
+                               FilterEdge::Renormalize);
+  if (edge == FilterEdge::Renormalize) renormalize();
+}
+
+/// Lets the share of each bell that lies on the inputs count for the whole of it.
+void GaussianAxis::renormalize() {
+  const std::vector<double> ones(static_cast<std::size_t>(reduction_.inputs()), 1.0);
+  const std::vector<double> shares = filtered(filtered(filtered(ones, reduction_), bell_), interpolation_);
+  for (std::int32_t i = 0; i < interpolation_.outputs(); ++i) {
+    interpolation_.scale(i, 1 / shares[static_cast<std::size_t>(i)]);
+  }
+}
 
 void gaussianFilter(const FilterSource& source, const GaussianAxis& columns, const GaussianAxis& rows,
                     const RowSink& sink) {
-  if (columns.step() == 1) {
-    resample(source, columns.sums(), rows.sums(), sink);
+  if (columns.direct()) {
+    resample(source, columns.bell(), rows.bell(), sink);
     return;
   }
+  FloatImage reduced(source.values(columns.reduction().outputs()), rows.reduction().outputs());
+  forRows(rows.reduction().outputs(), rowsPerTask(source.picture().width, 8),
+          [&](std::int32_t first, std::int32_t last) {
+            std::vector<float> scratch;
+            for (std::int32_t y = first; y < last; ++y) {
+              source.sumAndFilter(rows.reduction(), y, columns.reduction(), scratch, reduced.row(y));
+            }
+          });
+
+  const std::size_t summedValues = source.values(columns.bell().inputs());
+  const std::size_t gridValues = source.values(columns.bell().outputs());
   const RowLoader load = [&](std::int32_t y, std::vector<float>& scratch, float* row) {
-    std::vector<float> grid(source.values(columns.sums().outputs()) + kRowSlack);
-    source.sumAndFilter(rows.sums(), y, columns.sums(), scratch, grid.data());
-    source.filterColumns(grid.data(), columns.interpolation(), row);
+    scratch.resize(summedValues + gridValues + 2 * kRowSlack);
+    float* const summed = scratch.data();
+    float* const grid = summed + summedValues + kRowSlack;
+    const FilterTable::Run& run = rows.bell().run(y);
+    std::vector<const float*> summands;
+    for (std::int32_t i = 0; i < run.count; ++i) summands.push_back(reduced.row(run.first + i));
+    sumFloatRows(summands.data(), rows.bell().weights(run), run.count, summedValues, summed);
+    source.filterColumns(summed, columns.bell(), grid);
+    source.filterColumns(grid, columns.interpolation(), row);
   };
-  const std::int32_t cost = rows.sums().longestRun() + columns.sums().longestRun() / columns.step();
-  filterRows(load, source.values(columns.interpolation().outputs()), cost, rows.interpolation(), sink);
+  constexpr std::int32_t kCost = 8;
+  filterRows(load, source.values(columns.interpolation().outputs()), kCost, rows.interpolation(), sink);
 }
 
 }  // namespace kestrel::engine
