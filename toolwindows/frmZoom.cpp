@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "base/Arithmetic.h"
 #include "base/Numbers.h"
 #include "base/Required.h"
 #include "diagnostics/Trailer.h"
@@ -58,21 +59,22 @@ void frmZoom::RedrawZoomWindowEx(const std::int32_t& X, const std::int32_t& Y) {
     if (pZoomLevel == 0) throw RuntimeError(err::kDivisionByZero, "Division by zero");
     RegionWidth = iForm->ScaleWidth() / pZoomLevel;
     RegionHeight = iForm->ScaleHeight() / pZoomLevel;
-    Left = PixelX - RegionWidth / 2;
-    Top = PixelY - RegionHeight / 2;
+    Left = CheckedAdd(PixelX, -(RegionWidth / 2));
+    Top = CheckedAdd(PixelY, -(RegionHeight / 2));
     // One cell more than the source: the stretch is slightly over the zoom level.
-    Width = (RegionWidth + 1) * pZoomLevel;
-    Height = (RegionHeight + 1) * pZoomLevel;
+    Width = ToInt32((RegionWidth + 1.0) * pZoomLevel);
+    Height = ToInt32((RegionHeight + 1.0) * pZoomLevel);
     const PicturePtr picture = Required(pApplication).ImageControl().Picture();
     Graphics& graphics = iForm->Graphics();
     graphics.PaintPicture(Required(picture), {0, 0, Width, Height}, {Left, Top, RegionWidth, RegionHeight});
 
     // Inverted, the mark shows on any picture.
     graphics.DrawMode(kDrawInvert);
-    const double half = pZoomLevel / 2.0;
-    Left = ToInt32(RegionWidth / 2 * pZoomLevel - half);
-    Top = ToInt32(RegionHeight / 2 * pZoomLevel - half);
-    graphics.DrawBox(Left, Top, Left + pZoomLevel, Top + pZoomLevel, 0);
+    const std::int32_t middleX = RegionWidth / 2 * pZoomLevel;
+    const std::int32_t middleY = RegionHeight / 2 * pZoomLevel;
+    Left = ToInt32(middleX - pZoomLevel / 2.0);
+    Top = ToInt32(middleY - pZoomLevel / 2.0);
+    graphics.DrawBox(Left, Top, CheckedAdd(Left, pZoomLevel), CheckedAdd(Top, pZoomLevel), 0);
     graphics.DrawMode(kDrawCopy);
     graphics.Refresh();
   } catch (...) {
