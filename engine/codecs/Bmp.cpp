@@ -267,21 +267,6 @@ void readRunLengths(Bytes data, const Header& header, Decoded& decoded) {
   }
 }
 
-/// 32-bit files whose alpha is zero everywhere mean opaque pictures.
-void dropEmptyAlpha(Bitmap& bitmap) {
-  const Pixels pixels = bitmap.writable();
-  for (std::int32_t y = 0; y < pixels.height; ++y) {
-    const std::uint8_t* const row = pixels.row(y);
-    for (std::int32_t x = 0; x < pixels.width; ++x) {
-      if (row[4 * x + 3] != 0) return;
-    }
-  }
-  for (std::int32_t y = 0; y < pixels.height; ++y) {
-    std::uint8_t* const row = pixels.row(y);
-    for (std::int32_t x = 0; x < pixels.width; ++x) row[4 * x + 3] = 255;
-  }
-}
-
 /// A version 5 header may embed a colour profile.
 void readProfile(Bytes data, const Header& header, Metadata& metadata) {
   if (header.headerSize < kV5Header) return;
@@ -324,7 +309,8 @@ Decoded decode(Bytes data) {
     refusePicture("The BMP file cannot be read: compression " + std::to_string(header.compression) +
                   " with " + std::to_string(header.bits) + " bits per pixel is not known.");
   }
-  if (header.masks[3] != 0) dropEmptyAlpha(decoded.bitmap);
+  const bool alphaIsMeant = header.headerSize >= kV5Header && header.compression == kBitfields;
+  if (header.masks[3] != 0 && !alphaIsMeant) dropEmptyAlpha(decoded.bitmap);
   convertToSrgb(decoded, PixelKind::rgb);
   return decoded;
 }

@@ -13,6 +13,12 @@ constexpr std::string_view kPngNames[] = {"png"};
 constexpr std::string_view kTifNames[] = {"tif", "tiff"};
 constexpr std::string_view kBmpNames[] = {"bmp", "dib", "rle"};
 constexpr std::string_view kGifNames[] = {"gif"};
+constexpr std::string_view kPcxNames[] = {"pcx"};
+constexpr std::string_view kTgaNames[] = {"tga", "icb", "vda", "vst"};
+constexpr std::string_view kPsdNames[] = {"psd", "psb"};
+constexpr std::string_view kWbmpNames[] = {"wbmp", "wbp"};
+constexpr std::string_view kTlaNames[] = {"tla"};
+constexpr std::string_view kPcdNames[] = {"pcd"};
 
 constexpr Codec kCodecs[] = {
     {format::kJpg, "JPEG", kJpgNames, "no start marker", jpeg::probe, jpeg::decode, jpeg::encode},
@@ -20,6 +26,12 @@ constexpr Codec kCodecs[] = {
     {format::kGif, "GIF", kGifNames, "no GIF signature", gif::probe, gif::decode, gif::encode},
     {format::kTif, "TIFF", kTifNames, "no byte order mark", tiff::probe, tiff::decode, tiff::encode},
     {format::kBmp, "BMP", kBmpNames, "no bitmap header", bmp::probe, bmp::decode, bmp::encode},
+    {format::kPsd, "PSD", kPsdNames, "no PSD signature", psd::probe, psd::decode, psd::encode},
+    {format::kTla, "TLA", kTlaNames, "no TLA signature", tla::probe, tla::decode, tla::encode},
+    {format::kPcd, "Photo CD", kPcdNames, "no Photo CD signature", pcd::probe, pcd::decode, nullptr},
+    {format::kPcx, "PCX", kPcxNames, "no PCX header", pcx::probe, pcx::decode, pcx::encode},
+    {format::kWbmp, "WBMP", kWbmpNames, "no WBMP header", wbmp::probe, wbmp::decode, wbmp::encode},
+    {format::kTga, "TGA", kTgaNames, "no TGA header", tga::probe, tga::decode, tga::encode},
 };
 
 }  // namespace

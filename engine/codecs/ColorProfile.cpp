@@ -139,6 +139,14 @@ bool convertCmyk(Decoded& decoded, cmsHPROFILE profile) {
   return true;
 }
 
+void convertLab(Decoded& decoded) {
+  const Profile lab(cmsCreateLab4Profile(nullptr));
+  constexpr cmsUInt32Number kLabWithAlpha =
+      COLORSPACE_SH(PT_Lab) | CHANNELS_SH(3) | BYTES_SH(1) | EXTRA_SH(1);
+  const Transform transform = makeTransform(lab.get(), kLabWithAlpha, cmsFLAGS_COPY_ALPHA);
+  if (transform) transformRows(decoded.bitmap, transform.get());
+}
+
 bool convertByProfile(Decoded& decoded, PixelKind kind) {
   const auto& icc = decoded.metadata.iccProfile;
   if (icc.empty()) return false;
@@ -152,6 +160,8 @@ bool convertByProfile(Decoded& decoded, PixelKind kind) {
       case PixelKind::gray:
         return space == cmsSigGrayData ? convertGray(decoded, profile.get())
                                        : space == cmsSigRgbData && convertRgb(decoded, profile.get());
+      case PixelKind::lab:
+        return false;
       case PixelKind::cmyk:
         return space == cmsSigCmykData && convertCmyk(decoded, profile.get());
     }
@@ -180,6 +190,7 @@ void convertToSrgb(Decoded& decoded, PixelKind kind) {
   if (convertByProfile(decoded, kind)) return;
   decoded.metadata.iccProfile.clear();
   if (kind == PixelKind::cmyk) convertPlainCmyk(decoded.bitmap);
+  if (kind == PixelKind::lab) convertLab(decoded);
 }
 
 void convertToSrgb(Decoded& decoded, const Colorimetry& colorimetry) {

@@ -12,6 +12,7 @@ namespace kestrel::engine {
 enum class PixelKind {
   rgb,
   gray,  ///< r, g and b hold the same value
+  lab,   ///< r, g and b hold CIE L, a and b as ICC encodes them in 8 bits; becomes RGB
   cmyk   ///< r, g, b and a hold cyan, magenta, yellow and black, 0 for no ink; becomes opaque RGB
 };
 

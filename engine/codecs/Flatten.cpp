@@ -22,4 +22,18 @@ void flattenRowOnWhite(const std::uint8_t* rgba, std::uint8_t* rgb, std::int32_t
   }
 }
 
+void dropEmptyAlpha(Bitmap& bitmap) {
+  const Pixels pixels = bitmap.writable();
+  for (std::int32_t y = 0; y < pixels.height; ++y) {
+    const std::uint8_t* const row = pixels.row(y);
+    for (std::int32_t x = 0; x < pixels.width; ++x) {
+      if (row[4 * x + 3] != 0) return;
+    }
+  }
+  for (std::int32_t y = 0; y < pixels.height; ++y) {
+    std::uint8_t* const row = pixels.row(y);
+    for (std::int32_t x = 0; x < pixels.width; ++x) row[4 * x + 3] = 255;
+  }
+}
+
 }  // namespace kestrel::engine

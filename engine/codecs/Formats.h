@@ -45,4 +45,44 @@ std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata,
                                  const EncodeOptions& options);
 }  // namespace gif
 
+namespace pcx {
+bool probe(Bytes data);
+Decoded decode(Bytes data);
+std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata,
+                                 const EncodeOptions& options);
+}  // namespace pcx
+
+namespace tga {
+bool probe(Bytes data);
+Decoded decode(Bytes data);
+std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata,
+                                 const EncodeOptions& options);
+}  // namespace tga
+
+namespace psd {
+bool probe(Bytes data);
+Decoded decode(Bytes data);
+std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata,
+                                 const EncodeOptions& options);
+}  // namespace psd
+
+namespace wbmp {
+bool probe(Bytes data);
+Decoded decode(Bytes data);
+std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata,
+                                 const EncodeOptions& options);
+}  // namespace wbmp
+
+namespace tla {
+bool probe(Bytes data);
+Decoded decode(Bytes data);
+std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata,
+                                 const EncodeOptions& options);
+}  // namespace tla
+
+namespace pcd {
+bool probe(Bytes data);
+Decoded decode(Bytes data);
+}  // namespace pcd
+
 }  // namespace kestrel::engine

@@ -302,4 +302,24 @@ Indexed quantize(const Bitmap& bitmap) {
   return result;
 }
 
+std::vector<std::uint8_t> ditherToBlackAndWhite(const Bitmap& bitmap) {
+  Bitmap gray = bitmap;
+  const Pixels pixels = gray.writable();
+  std::vector<std::uint8_t> flat(static_cast<std::size_t>(pixels.width) * 3);
+  for (std::int32_t y = 0; y < pixels.height; ++y) {
+    std::uint8_t* p = pixels.row(y);
+    flattenRowOnWhite(p, flat.data(), pixels.width);
+    for (std::size_t x = 0; x < static_cast<std::size_t>(pixels.width); ++x, p += 4) {
+      // The weights of ITU-R BT.601, in 256ths.
+      const int light = (77 * flat[3 * x] + 150 * flat[3 * x + 1] + 29 * flat[3 * x + 2] + 128) >> 8;
+      p[0] = p[1] = p[2] = static_cast<std::uint8_t>(light);
+      p[3] = 255;
+    }
+  }
+  Indexed result;
+  result.palette = {{0, 0, 0, 255}, {255, 255, 255, 255}};
+  dither(pixels, result);
+  return result.indices;
+}
+
 }  // namespace kestrel::engine

@@ -23,4 +23,7 @@ struct Indexed {
 /// snaking path.
 Indexed quantize(const Bitmap& bitmap);
 
+/// Dithers the picture, flattened on white, to black (index 0) and white (index 1) by its lightness.
+std::vector<std::uint8_t> ditherToBlackAndWhite(const Bitmap& bitmap);
+
 }  // namespace kestrel::engine
