@@ -111,19 +111,29 @@ void SumAlphaRows(const std::uint8_t* HWY_RESTRICT in, std::size_t stride, const
 void SumFloatRows(const float* const* HWY_RESTRICT in, const float* HWY_RESTRICT weights, std::int32_t rows,
                   std::size_t values, float* HWY_RESTRICT out) {
   const Floats d;
-  for (std::size_t i = 0; i < values; i += hn::Lanes(d)) {
-    auto sum = hn::Zero(d);
+  const std::size_t lanes = hn::Lanes(d);
+  // Four vectors at a time, so that each weight is loaded for four; the slack has room for the last of them.
+  for (std::size_t i = 0; i < values; i += 4 * lanes) {
+    auto sum0 = hn::Zero(d), sum1 = hn::Zero(d), sum2 = hn::Zero(d), sum3 = hn::Zero(d);
     for (std::int32_t row = 0; row < rows; ++row) {
-      sum = hn::MulAdd(hn::Set(d, weights[row]), hn::LoadU(d, in[row] + i), sum);
+      const float* const p = in[row] + i;
+      const auto weight = hn::Set(d, weights[row]);
+      sum0 = hn::MulAdd(weight, hn::LoadU(d, p), sum0);
+      sum1 = hn::MulAdd(weight, hn::LoadU(d, p + lanes), sum1);
+      sum2 = hn::MulAdd(weight, hn::LoadU(d, p + 2 * lanes), sum2);
+      sum3 = hn::MulAdd(weight, hn::LoadU(d, p + 3 * lanes), sum3);
     }
-    hn::StoreU(sum, d, out + i);
+    hn::StoreU(sum0, d, out + i);
+    hn::StoreU(sum1, d, out + i + lanes);
+    hn::StoreU(sum2, d, out + i + 2 * lanes);
+    hn::StoreU(sum3, d, out + i + 3 * lanes);
   }
 }
 
 /// Adds four weighed pixels to the sum, in as many vectors as they fill.
 template <class D>
-hn::Vec<D> addFourPixels(D d, const float* HWY_RESTRICT pixels, const float* HWY_RESTRICT weights,
-                         hn::Vec<D> sum) {
+HWY_INLINE hn::Vec<D> addFourPixels(D d, const float* HWY_RESTRICT pixels, const float* HWY_RESTRICT weights,
+                                    hn::Vec<D> sum) {
   constexpr auto kPixels = static_cast<std::int32_t>(hn::MaxLanes(d) / 4);
   const auto four = hn::LoadDup128(d, weights);
   for (std::int32_t i = 0; i < 4; i += kPixels) {
@@ -132,38 +142,77 @@ hn::Vec<D> addFourPixels(D d, const float* HWY_RESTRICT pixels, const float* HWY
   return sum;
 }
 
-void FilterColumns4(const float* HWY_RESTRICT in, const FilterTable& table, float* HWY_RESTRICT out) {
+/// One pixel of a row filtered along itself.
+HWY_INLINE void filterPixel(const float* HWY_RESTRICT in, const FilterTable& table, std::int32_t x,
+                            float* HWY_RESTRICT out) {
   const Floats d;
-  const FloatPixel pixel;
-  const std::int32_t outputs = table.outputs();
-  for (std::int32_t x = 0; x < outputs; ++x, out += 4) {
-    const FilterTable::Run& run = table.run(x);
-    const float* const weights = table.weights(run);
-    const float* const p = in + std::ptrdiff_t{4} * run.first;
-    // Weights are padded with zeros to fours, and the row's slack holds what they are multiplied with.
-    auto even = hn::Zero(d), odd = hn::Zero(d);
-    std::int32_t i = 0;
-    for (; i + 4 < run.count; i += 8) {
-      even = addFourPixels(d, p + std::ptrdiff_t{4} * i, weights + i, even);
-      odd = addFourPixels(d, p + std::ptrdiff_t{4} * i + 16, weights + i + 4, odd);
-    }
-    if (i < run.count) even = addFourPixels(d, p + std::ptrdiff_t{4} * i, weights + i, even);
-    hn::StoreU(sumOfPixels(d, hn::Add(even, odd)), pixel, out);
+  const FilterTable::Run& run = table.run(x);
+  const float* const weights = table.weights(run);
+  const float* const p = in + std::ptrdiff_t{4} * run.first;
+  // Weights are padded with zeros to fours, and the row's slack holds what they are multiplied with.
+  auto even = hn::Zero(d), odd = hn::Zero(d);
+  std::int32_t i = 0;
+  for (; i + 4 < run.count; i += 8) {
+    even = addFourPixels(d, p + std::ptrdiff_t{4} * i, weights + i, even);
+    odd = addFourPixels(d, p + std::ptrdiff_t{4} * i + 16, weights + i + 4, odd);
   }
+  if (i < run.count) even = addFourPixels(d, p + std::ptrdiff_t{4} * i, weights + i, even);
+  hn::StoreU(sumOfPixels(d, hn::Add(even, odd)), FloatPixel(), out + std::ptrdiff_t{4} * x);
+}
+
+/// One value of a row of single values filtered along itself.
+HWY_INLINE void filterValue(const float* HWY_RESTRICT in, const FilterTable& table, std::int32_t x,
+                            float* HWY_RESTRICT out) {
+  const FloatPixel d;
+  const FilterTable::Run& run = table.run(x);
+  const float* const weights = table.weights(run);
+  auto sum = hn::Zero(d);
+  for (std::int32_t i = 0; i < run.count; i += 4) {
+    sum = hn::MulAdd(hn::LoadU(d, weights + i), hn::LoadU(d, in + run.first + i), sum);
+  }
+  out[x] = hn::GetLane(hn::SumOfLanes(d, sum));
+}
+
+/// Filters whole vectors of outputs with the same weights, from the first of them on. Returns where it ended.
+template <std::int32_t kChannels>
+std::int32_t filterUniform(const float* HWY_RESTRICT in, const FilterTable& table, float* HWY_RESTRICT out) {
+  const Floats d;
+  const FilterTable::Uniform span = table.uniform();
+  if (span.first == span.last) return span.first;
+  const FilterTable::Run& run = table.run(span.first);
+  const float* const weights = table.weights(run);
+  const auto lanes = static_cast<std::int32_t>(hn::Lanes(d));
+  const std::int32_t step = 4 * lanes / kChannels;
+  std::int32_t x = span.first;
+  for (; x + step <= span.last; x += step) {
+    const float* p = in + std::ptrdiff_t{kChannels} * (run.first + x - span.first);
+    auto sum0 = hn::Zero(d), sum1 = hn::Zero(d), sum2 = hn::Zero(d), sum3 = hn::Zero(d);
+    for (std::int32_t i = 0; i < run.count; ++i, p += kChannels) {
+      const auto weight = hn::Set(d, weights[i]);
+      sum0 = hn::MulAdd(weight, hn::LoadU(d, p), sum0);
+      sum1 = hn::MulAdd(weight, hn::LoadU(d, p + lanes), sum1);
+      sum2 = hn::MulAdd(weight, hn::LoadU(d, p + 2 * lanes), sum2);
+      sum3 = hn::MulAdd(weight, hn::LoadU(d, p + 3 * lanes), sum3);
+    }
+    float* const q = out + std::ptrdiff_t{kChannels} * x;
+    hn::StoreU(sum0, d, q);
+    hn::StoreU(sum1, d, q + lanes);
+    hn::StoreU(sum2, d, q + 2 * lanes);
+    hn::StoreU(sum3, d, q + 3 * lanes);
+  }
+  return x;
+}
+
+void FilterColumns4(const float* HWY_RESTRICT in, const FilterTable& table, float* HWY_RESTRICT out) {
+  for (std::int32_t x = 0; x < table.uniform().first; ++x) filterPixel(in, table, x, out);
+  for (std::int32_t x = filterUniform<4>(in, table, out); x < table.outputs(); ++x)
+    filterPixel(in, table, x, out);
 }
 
 void FilterColumns1(const float* HWY_RESTRICT in, const FilterTable& table, float* HWY_RESTRICT out) {
-  const FloatPixel d;
-  const std::int32_t outputs = table.outputs();
-  for (std::int32_t x = 0; x < outputs; ++x) {
-    const FilterTable::Run& run = table.run(x);
-    const float* const weights = table.weights(run);
-    auto sum = hn::Zero(d);
-    for (std::int32_t i = 0; i < run.count; i += 4) {
-      sum = hn::MulAdd(hn::LoadU(d, weights + i), hn::LoadU(d, in + run.first + i), sum);
-    }
-    out[x] = hn::GetLane(hn::SumOfLanes(d, sum));
-  }
+  for (std::int32_t x = 0; x < table.uniform().first; ++x) filterValue(in, table, x, out);
+  for (std::int32_t x = filterUniform<1>(in, table, out); x < table.outputs(); ++x)
+    filterValue(in, table, x, out);
 }
 
 void StoreStraightRow(const float* HWY_RESTRICT in, std::int32_t count, std::uint8_t* HWY_RESTRICT out) {

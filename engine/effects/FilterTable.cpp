@@ -11,6 +11,8 @@ FilterTable::FilterTable(std::int32_t inputs, std::int32_t outputs, double start
     : inputs_(inputs), runs_(static_cast<std::size_t>(outputs)) {
   // An input that stands on the kernel's very rim may fall to either side by rounding; let it be inside.
   constexpr double kSlack = 1e-9;
+  // With whole steps, all runs that no edge cuts are alike.
+  const bool wholeSteps = step == 1 && start == std::floor(start);
   std::vector<double> weights;
   for (std::int32_t output = 0; output < outputs; ++output) {
     const double center = start + output * step;
@@ -31,7 +33,19 @@ FilterTable::FilterTable(std::int32_t inputs, std::int32_t outputs, double start
       sum += weight;
       if (input >= first && input <= last) weights.push_back(weight);
     }
+    // What counts nothing need not be read.
+    while (weights.size() > 1 && weights.back() == 0) weights.pop_back();
+    while (weights.size() > 1 && weights.front() == 0) {
+      weights.erase(weights.begin());
+      ++first;
+    }
     if (weights.size() == 1 && edge == FilterEdge::Renormalize) weights[0] = sum = 1;
+
+    const bool cut = low < 0 || high > inputs - 1.0;
+    if (wholeSteps && !cut) {
+      if (uniform_.first == uniform_.last) uniform_ = {output, output};
+      uniform_.last = output + 1;
+    }
 
     Run& run = runs_[static_cast<std::size_t>(output)];
     run.offset = weights_.size();
@@ -44,6 +58,7 @@ FilterTable::FilterTable(std::int32_t inputs, std::int32_t outputs, double start
 }
 
 void FilterTable::scale(std::int32_t output, double factor) {
+  uniform_ = {};
   const Run& scaled = run(output);
   for (std::int32_t i = 0; i < scaled.count; ++i) {
     float& weight = weights_[scaled.offset + static_cast<std::size_t>(i)];

@@ -45,12 +45,20 @@ class FilterTable {
   const float* weights(const Run& run) const { return weights_.data() + run.offset; }
   std::int32_t longestRun() const { return longestRun_; }
 
+  /// The outputs whose runs have the same weights, each one input further than the one before; none if `last`
+  /// is `first`.
+  struct Uniform {
+    std::int32_t first = 0, last = 0;
+  };
+  Uniform uniform() const { return uniform_; }
+
   /// Multiplies the weights of one output.
   void scale(std::int32_t output, double factor);
 
  private:
   std::int32_t inputs_ = 0;
   std::int32_t longestRun_ = 0;
+  Uniform uniform_;
   std::vector<Run> runs_;
   std::vector<float> weights_;
 };

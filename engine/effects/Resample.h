@@ -20,6 +20,7 @@ class FilterSource {
 
   const ConstPixels& picture() const { return picture_; }
   std::int32_t channels() const { return channels_; }
+  bool opaque() const { return opaque_; }
 
   /// How many floats make a row of so many pixels.
   std::size_t values(std::int32_t pixels) const {
