@@ -1,6 +1,7 @@
 #include <lcms2.h>
 
 #include "TestPictures.h"
+#include "engine/codecs/CodecTable.h"
 
 namespace kestrel::engine {
 namespace {
@@ -82,10 +83,10 @@ TEST_P(ColorProfileTest, LongProfilesSurvive) {
             metadata.iccProfile);
 }
 
-INSTANTIATE_TEST_SUITE_P(Formats, ColorProfileTest, testing::Values(format::kJpg, format::kPng, format::kTif),
-                         [](const auto& format) {
-                           return std::string(format.param == 1 ? "jpg" : format.param == 2 ? "png" : "tif");
-                         });
+INSTANTIATE_TEST_SUITE_P(Formats, ColorProfileTest,
+                         testing::Values(format::kJpg, format::kPng, format::kTif, format::kPsd,
+                                         format::kTla),
+                         [](const auto& format) { return std::string(codecOf(format.param)->name); });
 
 }  // namespace
 }  // namespace kestrel::engine

@@ -1,6 +1,7 @@
 #include <cstring>
 
 #include "TestPictures.h"
+#include "engine/codecs/CodecTable.h"
 #include "engine/codecs/Exif.h"
 
 namespace kestrel::engine {
@@ -101,10 +102,10 @@ TEST_P(MetadataTest, NothingComesFromNothing) {
   EXPECT_TRUE(read.iccProfile.empty());
 }
 
-INSTANTIATE_TEST_SUITE_P(Formats, MetadataTest, testing::Values(format::kJpg, format::kPng, format::kTif),
-                         [](const auto& format) {
-                           return std::string(format.param == 1 ? "jpg" : format.param == 2 ? "png" : "tif");
-                         });
+INSTANTIATE_TEST_SUITE_P(Formats, MetadataTest,
+                         testing::Values(format::kJpg, format::kPng, format::kTif, format::kPsd,
+                                         format::kTla),
+                         [](const auto& format) { return std::string(codecOf(format.param)->name); });
 
 /// A picture as the camera stored it, whose upright form is `upright`.
 Bitmap storedFor(const Bitmap& upright, int orientation) {

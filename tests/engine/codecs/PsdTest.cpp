@@ -1,0 +1,126 @@
+#include "TestPictures.h"
+
+namespace kestrel::engine {
+namespace {
+
+using test::Builder;
+using test::errorOf;
+
+struct Form {
+  int mode = 3, channels = 3, depth = 8;
+  std::uint32_t width = 2, height = 1;
+  Builder map = {}, resources = {}, layers = {};
+  int compression = 0;
+  bool large = false;
+};
+
+std::vector<std::uint8_t> psdFile(const Form& f, std::initializer_list<int> rows) {
+  const auto section = [](Builder& b, const Builder& content, bool wide = false) {
+    if (wide) b.be32(0);
+    b.be32(static_cast<std::uint32_t>(content.bytes.size()));
+    b.bytes.insert(b.bytes.end(), content.bytes.begin(), content.bytes.end());
+  };
+  Builder b;
+  b.text("8BPS").be16(f.large ? 2 : 1).fill(6).be16(static_cast<std::uint32_t>(f.channels));
+  b.be32(f.height)
+      .be32(f.width)
+      .be16(static_cast<std::uint32_t>(f.depth))
+      .be16(static_cast<std::uint32_t>(f.mode));
+  section(b, f.map);
+  section(b, f.resources);
+  section(b, f.layers, f.large);
+  b.be16(static_cast<std::uint32_t>(f.compression)).u8(rows);
+  return b.bytes;
+}
+
+/// A layer section with this many layers, as far as a reader of the merged picture looks.
+Builder layers(std::uint32_t count) { return Builder().be32(4).be16(count).be16(0); }
+
+TEST(Psd, ReadsRgbOf8And16And32Bits) {
+  EXPECT_EQ(decode(psdFile({}, {1, 2, 3, 4, 5, 6})).bitmap.at(1, 0), (Pixel{2, 4, 6, 255}));
+  const Decoded deep = decode(psdFile({.depth = 16, .width = 1}, {0xFF, 0xFF, 0x80, 0, 0, 0x7F}));
+  EXPECT_EQ(deep.bitmap.at(0, 0), (Pixel{255, 128, 0, 255}));
+  EXPECT_EQ(deep.stored.bitsPerSample, 16);
+  const auto real =
+      psdFile({.depth = 32, .width = 1}, {0x3F, 0x80, 0, 0, 0x3F, 0, 0, 0, 0, 0, 0, 0});  // 1, 0.5, 0
+  EXPECT_EQ(decode(real).bitmap.at(0, 0), (Pixel{255, 128, 0, 255}));
+}
+
+TEST(Psd, ReadsRunLengths) {
+  const auto bytes =
+      psdFile({.width = 4, .compression = 1}, {0, 2, 0, 5, 0, 3, 0xFD, 9, 3, 1, 2, 3, 4, 0xFE, 7, 0x80});
+  EXPECT_EQ(errorOf([&] { decode(bytes); }), 481) << "the last row is too short";
+  const auto whole =
+      psdFile({.width = 4, .compression = 1}, {0, 2, 0, 5, 0, 4, 0xFD, 9, 3, 1, 2, 3, 4, 0xFE, 7, 0, 8});
+  EXPECT_EQ(decode(whole).bitmap.at(0, 0), (Pixel{9, 1, 7, 255}));
+  EXPECT_EQ(decode(whole).bitmap.at(3, 0), (Pixel{9, 4, 8, 255}));
+}
+
+TEST(Psd, ReadsGrayBitsAndPalettes) {
+  EXPECT_EQ(decode(psdFile({.mode = 1, .channels = 1}, {5, 6})).bitmap.at(1, 0), (Pixel{6, 6, 6, 255}));
+  const Bitmap bits = decode(psdFile({.mode = 0, .channels = 1, .depth = 1}, {0b01000000})).bitmap;
+  EXPECT_EQ(bits.at(0, 0), (Pixel{255, 255, 255, 255}));
+  EXPECT_EQ(bits.at(1, 0), (Pixel{0, 0, 0, 255}));
+  Builder map;
+  map.fill(768);
+  map.bytes[3] = 10, map.bytes[256 + 3] = 20, map.bytes[512 + 3] = 30;
+  EXPECT_EQ(decode(psdFile({.mode = 2, .channels = 1, .map = map}, {3, 0})).bitmap.at(0, 0),
+            (Pixel{10, 20, 30, 255}));
+  EXPECT_EQ(errorOf([] { decode(psdFile({.mode = 2, .channels = 1}, {3, 0})); }), 481);
+}
+
+TEST(Psd, ReadsInkAndLab) {
+  const Pixel ink =
+      decode(psdFile({.mode = 4, .channels = 4, .width = 1}, {127, 255, 255, 204})).bitmap.at(0, 0);
+  EXPECT_NEAR(ink.r, 102, 1);
+  EXPECT_NEAR(ink.g, 204, 1);
+  EXPECT_NEAR(ink.b, 204, 1);
+  EXPECT_EQ(ink.a, 255);
+  // L 53.2, a 80.1, b 67.2 is the red of sRGB.
+  const Pixel red = decode(psdFile({.mode = 9, .width = 1}, {136, 208, 195})).bitmap.at(0, 0);
+  EXPECT_GT(red.r, 245);
+  EXPECT_LT(red.g, 25);
+  EXPECT_LT(red.b, 25);
+  EXPECT_EQ(red.a, 255);
+}
+
+TEST(Psd, TheFourthChannelIsAlphaInAFileWithoutLayers) {
+  EXPECT_EQ(decode(psdFile({.channels = 4, .width = 1}, {10, 20, 30, 40})).bitmap.at(0, 0),
+            (Pixel{10, 20, 30, 40}));
+}
+
+TEST(Psd, AStoredSelectionIsNoAlpha) {
+  const Form named{.channels = 4,
+                   .width = 1,
+                   .resources = Builder().text("8BIM").be16(1006).be16(0).be32(8).u8({7}).text("Alpha 1")};
+  EXPECT_EQ(decode(psdFile(named, {10, 20, 30, 40})).bitmap.at(0, 0), (Pixel{10, 20, 30, 255}));
+  EXPECT_EQ(
+      decode(psdFile({.channels = 4, .width = 1, .layers = layers(1)}, {10, 20, 30, 40})).bitmap.at(0, 0),
+      (Pixel{10, 20, 30, 255}));
+}
+
+TEST(Psd, TransparencyOfLayersIsTakenOutOfTheWhiteItWasMixedWith) {
+  // Half of pure red over white is 255, 127, 127.
+  const Form f{.channels = 4, .width = 1, .layers = layers(0xFFFF)};
+  const Pixel p = decode(psdFile(f, {255, 127, 127, 128})).bitmap.at(0, 0);
+  EXPECT_EQ(p.r, 255);
+  EXPECT_NEAR(p.g, 0, 1);
+  EXPECT_NEAR(p.b, 0, 1);
+  EXPECT_EQ(p.a, 128);
+}
+
+TEST(Psd, ReadsTheLargeDocumentForm) {
+  EXPECT_EQ(decode(psdFile({.large = true}, {1, 2, 3, 4, 5, 6})).bitmap.at(1, 0), (Pixel{2, 4, 6, 255}));
+}
+
+TEST(Psd, HeadersThatMakeNoSenseAreRefused) {
+  EXPECT_EQ(errorOf([] { decode(psdFile({.channels = 2}, {1, 2, 3, 4})); }), 481);
+  EXPECT_EQ(errorOf([] { decode(psdFile({.mode = 5}, {1, 2, 3, 4, 5, 6})); }), 481);
+  EXPECT_EQ(errorOf([] { decode(psdFile({.depth = 5}, {1, 2, 3, 4, 5, 6})); }), 481);
+  EXPECT_EQ(errorOf([] { decode(psdFile({.width = 0}, {1, 2, 3, 4, 5, 6})); }), 481);
+  EXPECT_EQ(errorOf([] { decode(psdFile({.compression = 9}, {1, 2, 3, 4, 5, 6})); }), 481);
+  EXPECT_EQ(errorOf([] { decode(psdFile({.width = 65'536, .height = 65'536}, {1, 2, 3})); }), 7);
+}
+
+}  // namespace
+}  // namespace kestrel::engine
