@@ -7,24 +7,26 @@
 namespace kestrel::qt {
 namespace {
 
-std::function<void(const std::string&)>& handler() {
-  static std::function<void(const std::string&)> theHandler = [](const std::string& description) {
-    std::fprintf(stderr, "%s\n", description.c_str());
-  };
+using Handler = std::function<void(const std::string&)>;
+
+Handler& handler() {
+  static Handler theHandler;
   return theHandler;
 }
 
 }  // namespace
 
-void setStrayErrorHandler(std::function<void(const std::string&)> replacement) {
-  handler() = std::move(replacement);
-}
+void setStrayErrorHandler(Handler replacement) { handler() = std::move(replacement); }
 
 void guarded(const std::function<void()>& work) noexcept {
   try {
     work();
   } catch (const std::exception& error) {
-    handler()(error.what());
+    if (handler()) {
+      handler()(error.what());
+    } else {
+      std::fprintf(stderr, "%s\n", error.what());
+    }
   }
 }
 

@@ -6,7 +6,7 @@
 namespace kestrel::qt {
 
 /// Where an error goes that a handler of the logic lets out into the toolkit, which cannot carry it.
-/// The default writes one line to standard error.
+/// Without one (null) it is written to standard error, one line.
 void setStrayErrorHandler(std::function<void(const std::string& description)> handler);
 
 /// Runs what the toolkit calls back. No error leaves it: it goes to the stray-error handler instead.

@@ -1,8 +1,10 @@
 #include "QtPlatform.h"
 
+#include "Text.h"
 #include "base/RuntimeError.h"
 #include "dialogs/QtHelpViewer.h"
 #include "dialogs/QtImgXDialog.h"
+#include "dialogs/QtUserInterface.h"
 #include "engine/imgx/ColorsObject.h"
 #include "engine/imgx/ImgXObject.h"
 #include "forms/FormFactory.h"
@@ -13,13 +15,21 @@
 
 namespace kestrel::qt {
 
-QtPlatform::QtPlatform(Parts parts)
-    : parts_(std::move(parts)),
+namespace {
+
+DesktopParts withBoxes(DesktopParts parts) {
+  if (!parts.boxes) parts.boxes = std::make_unique<QtUserInterface>(parts.version.title);
+  return parts;
+}
+
+}  // namespace
+
+QtPlatform::QtPlatform(DesktopParts parts)
+    : parts_(withBoxes(std::move(parts))),
       appInfo_(parts_.version),
       clipboard_(clipboardPort_),
       windowPositions_(*parts_.store, windowFunctions_),
-      userInterface_(parts_.version.title),
-      fileHelpers_(userInterface_) {}
+      fileHelpers_(*parts_.boxes) {}
 
 QtPlatform::~QtPlatform() = default;
 
@@ -38,7 +48,7 @@ std::unique_ptr<Form> QtPlatform::CreateForm(const std::string& name) {
 }
 
 std::unique_ptr<HelpViewer> QtPlatform::CreateHelpViewer() {
-  return std::make_unique<QtHelpViewer>(parts_.helpFolder);
+  return std::make_unique<QtHelpViewer>(toQt(parts_.helpFolder));
 }
 
 std::unique_ptr<SinkHolder> QtPlatform::CreateSinkHolder() { return std::make_unique<WeakSinkHolder>(); }

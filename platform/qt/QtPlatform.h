@@ -1,9 +1,8 @@
 #pragma once
 
-#include <QString>
 #include <memory>
 
-#include "dialogs/QtUserInterface.h"
+#include "app/Desktop.h"
 #include "imaging/contract/Platform.h"
 #include "platform/store/StoredPositions.h"
 #include "services/QtAppInfo.h"
@@ -21,16 +20,7 @@ namespace kestrel::qt {
 /// The desktop. The toolkit's application object must be there before it and outlive it.
 class QtPlatform final : public Platform {
  public:
-  /// What the desktop itself does not provide.
-  struct Parts {
-    ProgramVersion version;
-    std::unique_ptr<kestrel::RegistryStore> store;
-    std::unique_ptr<kestrel::ObjectFactory> objectFactory;
-    std::unique_ptr<kestrel::StackResolver> stackResolver;
-    QString helpFolder;  ///< holds a folder of pages for each help book
-  };
-
-  explicit QtPlatform(Parts parts);
+  explicit QtPlatform(DesktopParts parts);
   ~QtPlatform() override;
 
   engine::ClipboardPort& clipboardPort() { return clipboardPort_; }
@@ -50,7 +40,7 @@ class QtPlatform final : public Platform {
   kestrel::WindowPositions& WindowPositions() override { return windowPositions_; }
   kestrel::RegistryStore& RegistryStore() override { return *parts_.store; }
   kestrel::FileHelpers& FileHelpers() override { return fileHelpers_; }
-  kestrel::UserInterface& UserInterface() override { return userInterface_; }
+  kestrel::UserInterface& UserInterface() override { return *parts_.boxes; }
   kestrel::Clipboard& Clipboard() override { return clipboard_; }
   kestrel::Shell& Shell() override { return shell_; }
   kestrel::Screen& Screen() override { return screen_; }
@@ -62,7 +52,7 @@ class QtPlatform final : public Platform {
   kestrel::StackResolver& StackResolver() override { return *parts_.stackResolver; }
 
  private:
-  Parts parts_;
+  DesktopParts parts_;
   QtAppInfo appInfo_;
   QtClipboardPort clipboardPort_;
   QtClipboard clipboard_;
@@ -70,7 +60,6 @@ class QtPlatform final : public Platform {
   QtFormSkin formSkin_;
   QtWindowFunctions windowFunctions_;
   store::StoredPositions windowPositions_;
-  QtUserInterface userInterface_;
   QtFileHelpers fileHelpers_;
   QtShell shell_;
   QtScreen screen_;

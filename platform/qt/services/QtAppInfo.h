@@ -2,17 +2,10 @@
 
 #include <string>
 
+#include "ProgramVersion.h"
 #include "imaging/contract/AppInfo.h"
 
 namespace kestrel::qt {
-
-/// What the program tells of itself, besides what the running process knows.
-struct ProgramVersion {
-  std::string title;
-  std::int32_t major = 0;
-  std::int32_t minor = 0;
-  std::int32_t revision = 0;
-};
 
 class QtAppInfo final : public AppInfo {
  public:

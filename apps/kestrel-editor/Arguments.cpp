@@ -1,0 +1,54 @@
+#include "Arguments.h"
+
+#include <CLI/CLI.hpp>
+#include <filesystem>
+#include <iostream>
+
+namespace kestrel::app {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// What shows a newcomer that all is well: the picture is fitted into the window, mirrored and turned.
+const std::vector<std::string> kDemoCommands = {"zoomout",     "zoomout",     "zoomout",    "zoomout",
+                                                "zoomout",     "zoomout",     "zoomout",    "zoomout",
+                                                "imagemirror", "rotateright", "rotateleft", "drawselect"};
+
+void planDemo(const std::string& folder, Arguments& arguments) {
+  arguments.commands = kDemoCommands;
+  // A saved picture keeps its format, and so the name its extension.
+  arguments.saveAs = (fs::path(folder) / "result").string() + fs::path(arguments.file).extension().string();
+  arguments.screenshot = (fs::path(folder) / "screenshot.png").string();
+  arguments.quit = true;
+}
+
+}  // namespace
+
+bool readArguments(int count, char** values, Arguments& arguments, int& exitCode) {
+  CLI::App parser("Opens a picture in the image editor.", "kestrel-editor");
+  std::string demo;
+  parser.add_option("FILE", arguments.file, "The picture to open");
+  parser.add_option("--command", arguments.commands, "Runs a command after opening, by its key (\"zoomin\")")
+      ->type_name("KEY")
+      ->take_all()
+      ->expected(1);
+  parser.add_option("--save-as", arguments.saveAs, "Saves the picture under another name")->type_name("OUT");
+  parser.add_option("--screenshot", arguments.screenshot, "Writes a picture of the window")->type_name("PNG");
+  parser.add_flag("--quit", arguments.quit, "Ends after that, and asks nothing on the way");
+  parser.add_option("--demo", demo, "Runs a few commands and leaves picture and screenshot in the folder")
+      ->type_name("DIR");
+  parser.set_version_flag("--version", std::to_string(KESTREL_VERSION_MAJOR) + "." +
+                                           std::to_string(KESTREL_VERSION_MINOR) + "." +
+                                           std::to_string(KESTREL_VERSION_REVISION));
+  try {
+    parser.parse(count, values);
+  } catch (const CLI::ParseError& error) {
+    exitCode = parser.exit(error, std::cout, std::cerr);
+    return false;
+  }
+  if (!arguments.file.empty()) arguments.file = fs::absolute(arguments.file).lexically_normal().string();
+  if (!demo.empty()) planDemo(demo, arguments);
+  return true;
+}
+
+}  // namespace kestrel::app

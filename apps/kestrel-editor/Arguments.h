@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace kestrel::app {
+
+/// What the command line asks for.
+struct Arguments {
+  std::string file;                   ///< absolute path of the picture to open; empty for none
+  std::vector<std::string> commands;  ///< dispatch keys, run in order after opening
+  std::string saveAs;                 ///< then the picture is saved under this name
+  std::string screenshot;             ///< and the window pictured in this PNG file
+  bool quit = false;                  ///< and the program ends; nothing is asked on the way
+};
+
+/// Reads the command line. Returns false where the program has to end at once, with `exitCode`: help or the
+/// version was asked for, or there is something wrong, which then has been written to standard error.
+bool readArguments(int count, char** values, Arguments& arguments, int& exitCode);
+
+}  // namespace kestrel::app

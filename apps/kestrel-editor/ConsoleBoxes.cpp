@@ -1,0 +1,37 @@
+#include "ConsoleBoxes.h"
+
+#include <iostream>
+
+namespace kestrel::app {
+namespace {
+
+constexpr std::int32_t kButtons = 0x0F;
+
+}  // namespace
+
+void tellFailure(std::string text) {
+  for (char& c : text) {
+    if (c == '\r' || c == '\n') c = ' ';
+  }
+  std::cerr << "kestrel-editor: " << text << '\n';
+}
+
+std::int32_t ConsoleBoxes::MessageBox(const std::string& text, std::int32_t style, const std::string& title) {
+  ++shown_;
+  tellFailure(title.empty() ? text : title + ": " + text);
+  return (style & kButtons) == kBoxOK ? kAnswerOK : kAnswerCancel;
+}
+
+std::string ConsoleBoxes::InputBox(const std::string& prompt, const std::string& title,
+                                   const std::string& /*defaultText*/, const Point* /*position*/) {
+  ++shown_;
+  tellFailure(title + ": " + prompt);
+  return {};
+}
+
+void ConsoleBoxes::AboutBox(const std::string& title, const std::string& versionText,
+                            const PicturePtr& /*picture*/) {
+  std::cout << title << ' ' << versionText << '\n';
+}
+
+}  // namespace kestrel::app

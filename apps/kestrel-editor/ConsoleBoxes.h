@@ -1,0 +1,26 @@
+#pragma once
+
+#include "imaging/contract/UserInterface.h"
+
+namespace kestrel::app {
+
+/// Boxes for a program that nobody watches: each is a line on standard error and counts as a failure, and
+/// what is asked is answered with Cancel.
+class ConsoleBoxes final : public UserInterface {
+ public:
+  /// `shown` counts the boxes; it must outlive this.
+  explicit ConsoleBoxes(int& shown) : shown_(shown) {}
+
+  std::int32_t MessageBox(const std::string& text, std::int32_t style, const std::string& title) override;
+  std::string InputBox(const std::string& prompt, const std::string& title, const std::string& defaultText,
+                       const Point* position) override;
+  void AboutBox(const std::string& title, const std::string& versionText, const PicturePtr& picture) override;
+
+ private:
+  int& shown_;
+};
+
+/// Writes one line to standard error, whatever line ends the text has.
+void tellFailure(std::string text);
+
+}  // namespace kestrel::app

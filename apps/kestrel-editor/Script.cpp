@@ -1,0 +1,58 @@
+#include "Script.h"
+
+#include <exception>
+#include <functional>
+#include <iostream>
+
+#include "ConsoleBoxes.h"
+#include "base/RuntimeError.h"
+
+namespace kestrel::app {
+namespace {
+
+/// One step; whatever it raises or shows is its failure.
+bool succeeds(const std::string& what, const int& boxes, const std::function<bool()>& step) {
+  const int before = boxes;
+  try {
+    if (step() && boxes == before) return true;
+    if (boxes == before) tellFailure(what + " failed.");
+  } catch (const std::exception& error) {
+    tellFailure(what + " failed: " + error.what());
+  }
+  return false;
+}
+
+}  // namespace
+
+bool runScript(const Arguments& arguments, EditorWindow& window, qt::Desktop& desktop, const int& boxes) {
+  ImageProcessingCtl& editor = window.editor();
+  if (!arguments.file.empty() && !succeeds("Opening \"" + arguments.file + "\"", boxes,
+                                           [&] { return editor.OpenImage(arguments.file); })) {
+    return false;
+  }
+  for (const std::string& key : arguments.commands) {
+    const bool done = succeeds("The command \"" + key + "\"", boxes, [&] {
+      window.runCommand(key);
+      desktop.settle();
+      return true;
+    });
+    if (!done) return false;
+  }
+  if (!arguments.saveAs.empty()) {
+    if (!succeeds("Saving \"" + arguments.saveAs + "\"", boxes,
+                  [&] { return editor.SaveImageAs(arguments.saveAs); })) {
+      return false;
+    }
+    std::cout << "Picture: " << arguments.saveAs << '\n';
+  }
+  if (!arguments.screenshot.empty()) {
+    if (!succeeds("Picturing the window in \"" + arguments.screenshot + "\"", boxes,
+                  [&] { return desktop.saveScreenshot(window.form(), arguments.screenshot); })) {
+      return false;
+    }
+    std::cout << "Screenshot: " << arguments.screenshot << '\n';
+  }
+  return true;
+}
+
+}  // namespace kestrel::app

@@ -1,0 +1,74 @@
+#include <exception>
+#include <filesystem>
+#include <memory>
+
+#include "Arguments.h"
+#include "ConsoleBoxes.h"
+#include "EditorWindow.h"
+#include "Script.h"
+#include "platform/posix/LineTable.h"
+#include "platform/posix/SharedLibraryFactory.h"
+#include "platform/qt/app/Desktop.h"
+#include "platform/sqlite/SqliteStore.h"
+#include "platform/sqlite/StorePath.h"
+#include "settings/modProcessing.h"
+
+namespace kestrel::app {
+namespace {
+
+qt::DesktopParts partsFor(const std::string& programFile) {
+  qt::DesktopParts parts;
+  parts.version = {"KestrelLib2 Image Editor", KESTREL_VERSION_MAJOR, KESTREL_VERSION_MINOR,
+                   KESTREL_VERSION_REVISION};
+  parts.store = std::make_unique<sqlite::SqliteStore>(sqlite::storePath());
+  parts.objectFactory = std::make_unique<posix::SharedLibraryFactory>(*parts.store);
+  parts.stackResolver = std::make_unique<posix::LineTable>();
+  parts.helpFolder = (std::filesystem::path(programFile).parent_path() / "help").string();
+  return parts;
+}
+
+/// The apartment of the main thread, for as long as the editor lives.
+struct Apartment {
+  explicit Apartment(Platform& platform) {
+    modProcessing::Attach(platform);
+    modProcessing::Main();
+  }
+  Apartment(const Apartment&) = delete;
+  Apartment& operator=(const Apartment&) = delete;
+  ~Apartment() { modProcessing::Detach(); }
+};
+
+int run(const Arguments& arguments, qt::Desktop& desktop) {
+  int boxes = 0;
+  qt::DesktopParts parts = partsFor(desktop.programFile());
+  if (arguments.quit) parts.boxes = std::make_unique<ConsoleBoxes>(boxes);
+  const Connection storeTrouble =
+      parts.store->Unavailable.Connect([](const RuntimeError& error) { tellFailure(error.Description()); });
+  desktop.assemble(std::move(parts));
+  const Apartment apartment(desktop.platform());
+
+  EditorWindow window([&desktop] { desktop.quit(); });
+  if (arguments.quit) window.expectNobody();
+  window.form().Show();
+  desktop.settle();
+  const bool done = runScript(arguments, window, desktop, boxes);
+  if (arguments.quit) return done ? 0 : 1;
+  return desktop.run();
+}
+
+}  // namespace
+}  // namespace kestrel::app
+
+int main(int count, char** values) {
+  using namespace kestrel;
+  try {
+    app::Arguments arguments;
+    int exitCode = 0;
+    if (!app::readArguments(count, values, arguments, exitCode)) return exitCode;
+    qt::Desktop desktop(count, values, "kestrel-editor");
+    return app::run(arguments, desktop);
+  } catch (const std::exception& error) {
+    app::tellFailure(error.what());
+    return 1;
+  }
+}

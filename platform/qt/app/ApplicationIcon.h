@@ -1,0 +1,10 @@
+#pragma once
+
+#include <QIcon>
+
+namespace kestrel::qt {
+
+/// The program's icon, at the sizes that desktops ask for.
+QIcon applicationIcon();
+
+}  // namespace kestrel::qt

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "imaging/contract/ObjectFactory.h"
+#include "imaging/contract/Platform.h"
+#include "imaging/contract/RegistryStore.h"
+#include "imaging/contract/StackResolver.h"
+#include "imaging/contract/UserInterface.h"
+#include "platform/qt/services/ProgramVersion.h"
+
+namespace kestrel::qt {
+
+/// What the desktop itself does not provide.
+struct DesktopParts {
+  ProgramVersion version;
+  std::unique_ptr<kestrel::RegistryStore> store;
+  std::unique_ptr<kestrel::ObjectFactory> objectFactory;
+  std::unique_ptr<kestrel::StackResolver> stackResolver;
+  /// The boxes that ask and tell; null for those of the desktop.
+  std::unique_ptr<kestrel::UserInterface> boxes;
+  /// Holds a folder of pages for each help book.
+  std::string helpFolder;
+};
+
+/// A desktop program: the toolkit's application and the platform on it. The face that programs see; no header
+/// of the toolkit comes with it. One per process, on the main thread.
+class Desktop {
+ public:
+  /// The arguments must stay where they are for as long as this lives; the toolkit's own are taken out.
+  Desktop(int& argumentCount, char** arguments, const std::string& desktopName);
+  ~Desktop();
+  Desktop(const Desktop&) = delete;
+  Desktop& operator=(const Desktop&) = delete;
+
+  /// Makes the platform; once, before the first use of `platform`.
+  void assemble(DesktopParts parts);
+  kestrel::Platform& platform();
+  /// Full path of the running program.
+  std::string programFile() const;
+
+  /// Works until `quit` is called; the result is the program's exit code.
+  int run();
+  void quit(int exitCode = 0);
+  /// Works until nothing is left to do at once: windows that were shown are then painted.
+  void settle();
+
+  /// Writes a picture of the form's window; false if that failed.
+  bool saveScreenshot(Form& form, const std::string& filename);
+
+ private:
+  struct Inside;
+  std::unique_ptr<Inside> inside_;
+};
+
+}  // namespace kestrel::qt

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace kestrel::qt {
+
+/// What the program tells of itself, besides what the running process knows.
+struct ProgramVersion {
+  std::string title;
+  std::int32_t major = 0;
+  std::int32_t minor = 0;
+  std::int32_t revision = 0;
+};
+
+}  // namespace kestrel::qt
