@@ -6,7 +6,7 @@
 namespace kestrel::engine {
 
 void AlphaPart::Flatten(const Colour& color, const std::string& undoName) {
-  EditablePicture& picture = owner_.loadedPicture();
+  EditablePicture& picture = owner_.pictureToChange();
   picture.replacePixels(flatten(picture.bitmap(), pixelOf(color)), undoName);
 }
 

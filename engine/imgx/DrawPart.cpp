@@ -47,7 +47,7 @@ void DrawPart::PenSetting(std::int32_t value) {
 
 void DrawPart::Rectangle(const Point& start, const Point& end, std::int32_t radiusX, std::int32_t radiusY,
                          const std::string& undoName) {
-  EditablePicture& picture = owner_.loadedPicture();
+  EditablePicture& picture = owner_.pictureToChange();
   const auto pen = fillMode_ == kFillNone ? std::optional(penWidth_) : std::nullopt;
   const BoxShape shape = BoxShape::rectangle(start, end, pen, radiusX, radiusY);
   const kestrel::Rectangle whole{0, 0, picture.bitmap().width(), picture.bitmap().height()};
@@ -60,7 +60,7 @@ void DrawPart::Image(const kestrel::Image& source, std::int32_t x, std::int32_t 
   if (!(opacity >= 0 && opacity <= 1)) {
     throw RuntimeError(err::kInvalidCall, "An opacity lies between 0 and 1.");
   }
-  EditablePicture& picture = owner_.loadedPicture();
+  EditablePicture& picture = owner_.pictureToChange();
   // The source may be this very picture, so its pixels must not change on the way: this takes a reference.
   Bitmap top = bitmapOf(source);
   if (!blend) makeOpaque(top);

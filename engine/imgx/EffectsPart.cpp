@@ -14,25 +14,25 @@ namespace kestrel::engine {
 
 void EffectsPart::Crop(std::int32_t left, std::int32_t top, std::int32_t width, std::int32_t height,
                        const std::string& undoName) {
-  EditablePicture& picture = owner_.loadedPicture();
+  EditablePicture& picture = owner_.pictureToChange();
   picture.replacePixels(crop(picture.bitmap(), left, top, width, height), undoName);
 }
 
 void EffectsPart::Flip(std::int32_t direction, const std::string& undoName) {
-  EditablePicture& picture = owner_.loadedPicture();
+  EditablePicture& picture = owner_.pictureToChange();
   picture.replacePixels(flip(picture.bitmap(), static_cast<FlipDirection>(direction)), undoName);
 }
 
 void EffectsPart::Resize(std::int32_t width, std::int32_t height, std::int32_t resampleMethod,
                          const std::string& undoName) {
-  EditablePicture& picture = owner_.loadedPicture();
+  EditablePicture& picture = owner_.pictureToChange();
   picture.replacePixels(resize(picture.bitmap(), width, height, static_cast<ResampleMethod>(resampleMethod)),
                         undoName);
 }
 
 void EffectsPart::ResizeCanvas(std::int32_t width, std::int32_t height, const Colour& color,
                                std::int32_t offsetX, std::int32_t offsetY, const std::string& undoName) {
-  EditablePicture& picture = owner_.loadedPicture();
+  EditablePicture& picture = owner_.pictureToChange();
   picture.replacePixels(resizeCanvas(picture.bitmap(), width, height, pixelOf(color), offsetX, offsetY),
                         undoName);
 }
@@ -40,7 +40,7 @@ void EffectsPart::ResizeCanvas(std::int32_t width, std::int32_t height, const Co
 void EffectsPart::Rotate(float angle, const Colour* color, std::int32_t quality,
                          const std::string& undoName) {
   if (quality != 0) throw RuntimeError(err::kInvalidCall, "There is one quality of rotation, 0.");
-  EditablePicture& picture = owner_.loadedPicture();
+  EditablePicture& picture = owner_.pictureToChange();
   const Pixel background = color == nullptr ? Pixel() : pixelOf(*color);
   picture.replacePixels(rotate(picture.bitmap(), static_cast<double>(angle), background), undoName);
 }
@@ -48,14 +48,14 @@ void EffectsPart::Rotate(float angle, const Colour* color, std::int32_t quality,
 void EffectsPart::DropShadow(std::int32_t offsetX, std::int32_t offsetY, const Colour& color, double blur,
                              bool grow, const std::string& undoName) {
   if (!grow) throw RuntimeError(err::kInvalidCall, "A shadow always grows the picture as far as it needs.");
-  EditablePicture& picture = owner_.loadedPicture();
+  EditablePicture& picture = owner_.pictureToChange();
   picture.replacePixels(dropShadow(picture.bitmap(), offsetX, offsetY, pixelOf(color), blur), undoName);
 }
 
 void EffectsPart::ReplaceColor(const Colour& from, const Colour& to, double tolerance, std::int32_t mode,
                                const std::string& undoName) {
   if (mode != 0) throw RuntimeError(err::kInvalidCall, "There is one mode of replacing colours, 0.");
-  EditablePicture& picture = owner_.loadedPicture();
+  EditablePicture& picture = owner_.pictureToChange();
   picture.replacePixels(replaceColor(picture.bitmap(), pixelOf(from), pixelOf(to), tolerance), undoName);
 }
 
@@ -63,7 +63,7 @@ void EffectsPart::ApplyPalette(const Palette& palette, bool /*dither*/, const st
   if (palette.Type() != kPaletteGrayScale) {
     throw RuntimeError(err::kInvalidCall, "The palette " + std::to_string(palette.Type()) + " is unknown.");
   }
-  EditablePicture& picture = owner_.loadedPicture();
+  EditablePicture& picture = owner_.pictureToChange();
   picture.replacePixels(grayScale(picture.bitmap()), undoName);
 }
 

@@ -27,6 +27,13 @@ class PictureOwner {
     return result;
   }
 
+  /// As `loadedPicture`, for work that changes it: what is being drawn on it with a mouse tool is given up.
+  EditablePicture& pictureToChange() {
+    EditablePicture& result = loadedPicture();
+    result.giveUpPainting();
+    return result;
+  }
+
  protected:
   ~PictureOwner() = default;
 };

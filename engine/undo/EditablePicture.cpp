@@ -37,7 +37,7 @@ void EditablePicture::put(PictureState picture, const std::string& undoName) {
 }
 
 void EditablePicture::exchangeWith(PictureState next, const std::string& undoName, bool otherPicture) {
-  if (open_ != nullptr) open_->rollBack();
+  giveUpPainting();
   if (isStep(undoName, history_.isAtPoint(state_))) {
     UndoStack::Before before = state_;
     history_.record(undoName, before);
@@ -65,13 +65,17 @@ void EditablePicture::paint(std::span<const Rectangle> areas, const std::string&
   painting.commit(undoName);
 }
 
-void EditablePicture::step(bool (UndoStack::*direction)(PictureState&)) {
+void EditablePicture::giveUpPainting() {
   if (open_ != nullptr) open_->rollBack();
+}
+
+void EditablePicture::step(bool (UndoStack::*direction)(PictureState&)) {
+  giveUpPainting();
   if ((history_.*direction)(state_)) changed({boundsOf(state_.bitmap)});
 }
 
 void EditablePicture::createUndoPoint(const std::string& name) {
-  if (open_ != nullptr) open_->rollBack();
+  giveUpPainting();
   if (name != kNoUndo) history_.recordPoint(name, state_);
 }
 
@@ -82,13 +86,18 @@ void EditablePicture::changed(const PictureChange& change) {
 
 Painting::Painting(EditablePicture& picture)
     : picture_(picture), atPoint_(picture.history_.isAtPoint(picture.state_)) {
-  if (picture_.open_ != nullptr) picture_.open_->rollBack();
+  picture_.giveUpPainting();
   picture_.open_ = this;
 }
 
-void Painting::rollBack() noexcept {
+void Painting::rollBack() {
   if (ended()) return;
   picture_.open_ = nullptr;
+  putBack();
+  if (touched_.Width > 0 && picture_.onRollBack) picture_.onRollBack(touched_);
+}
+
+void Painting::putBack() noexcept {
   if (auto* const whole = std::get_if<PictureState>(&before_)) {
     std::swap(picture_.state_, *whole);
     return;

@@ -32,6 +32,8 @@ class EditablePicture {
  public:
   /// Called after each change, undo and redo included.
   std::function<void(const PictureChange&)> onChange;
+  /// Called when a `Painting` was taken back, with the part that was drawn on.
+  std::function<void(const Rectangle&)> onRollBack;
 
   const PictureState& state() const noexcept { return state_; }
   const Bitmap& bitmap() const noexcept { return state_.bitmap; }
@@ -47,6 +49,10 @@ class EditablePicture {
   /// if there are none nothing happens. Not for an empty picture.
   void paint(std::span<const Rectangle> areas, const std::string& undoName,
              const std::function<void(Pixels)>& work);
+
+  /// Takes back a `Painting` under way. For those who are about to make something new of the pixels; all
+  /// changes do so by themselves.
+  void giveUpPainting();
 
   void undo() { step(&UndoStack::undo); }
   void redo() { step(&UndoStack::redo); }
@@ -99,13 +105,14 @@ class [[nodiscard]] Painting {
   void commit(const std::string& undoName);
 
   /// Puts back what was there. Nothing happens if it was committed or taken back already.
-  void rollBack() noexcept;
+  void rollBack();
 
   /// Committed or taken back: there is no more drawing.
   bool ended() const { return picture_.open_ != this; }
 
  private:
   void keepWhole();
+  void putBack() noexcept;
 
   EditablePicture& picture_;
   const bool atPoint_;

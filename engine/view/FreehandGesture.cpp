@@ -13,21 +13,19 @@ FreehandGesture::FreehandGesture(GestureHost& host, PointD at)
     : host_(host),
       painting_(host.gesturePicture()),
       stroke_(pixelOf(host.drawColor()), host.penWidth(), boundsOf(host.gesturePicture().bitmap())) {
-  draw(stroke_.add(host_.toPicture(at)));
+  draw(stroke_.add(host_.toPicture(pixelCentre(at))));
 }
 
-void FreehandGesture::drag(PointD at, std::int32_t /*shift*/) { draw(stroke_.add(host_.toPicture(at))); }
+void FreehandGesture::drag(PointD at, std::int32_t /*shift*/) {
+  draw(stroke_.add(host_.toPicture(pixelCentre(at))));
+}
 
 void FreehandGesture::end(bool /*dragged*/) {
   draw(stroke_.finish());
   painting_.commit("Freehand");
 }
 
-void FreehandGesture::cancel() {
-  const Rectangle drawn = painting_.touched();
-  painting_.rollBack();
-  if (drawn.Width > 0) host_.pictureDrawn(drawn);
-}
+void FreehandGesture::cancel() { painting_.rollBack(); }
 
 void FreehandGesture::draw(std::span<const Rectangle> areas) {
   // Something else may have changed the picture meanwhile, and so have ended the stroke.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 
 #include "PaintBuffer.h"
@@ -9,6 +10,9 @@
 #include "imaging/contract/Colour.h"
 
 namespace kestrel::engine {
+
+/// The middle of the pixel that a point lies in.
+inline PointD pixelCentre(PointD at) { return {std::floor(at.X) + 0.5, std::floor(at.Y) + 0.5}; }
 
 /// What a gesture sees of its view.
 class GestureHost {

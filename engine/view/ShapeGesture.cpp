@@ -20,8 +20,6 @@ std::int32_t rounded(double value) {
   return static_cast<std::int32_t>(std::lround(std::clamp(value, -kFarthest, kFarthest)));
 }
 
-PointD pixelCentre(PointD at) { return {std::floor(at.X) + 0.5, std::floor(at.Y) + 0.5}; }
-
 const char* nameOf(ShapeGesture::Kind kind) {
   switch (kind) {
     case ShapeGesture::Kind::line:
@@ -44,11 +42,15 @@ std::unique_ptr<Shape> makeBox(ShapeGesture::Kind kind, Point start, Point end,
 }  // namespace
 
 ShapeGesture::ShapeGesture(GestureHost& host, Kind kind, PointD at)
-    : host_(host), kind_(kind), from_(host.toPicture(at)), to_(from_) {}
+    : host_(host), kind_(kind), from_(pointAt(at)), to_(from_) {}
+
+PointD ShapeGesture::pointAt(PointD at) const {
+  return host_.toPicture(kind_ == Kind::line ? pixelCentre(at) : at);
+}
 
 void ShapeGesture::drag(PointD at, std::int32_t shift) {
   invalidateBand();
-  to_ = host_.toPicture(at);
+  to_ = pointAt(at);
   if ((shift & kShiftMask) != 0) to_ = constrained(to_);
   invalidateBand();
 }

@@ -23,6 +23,8 @@ class ShapeGesture final : public Gesture {
  private:
   std::unique_ptr<Shape> inPicture() const;
   std::unique_ptr<Shape> inView() const;
+  /// Lines go from pixel to pixel, boxes from edge to edge.
+  PointD pointAt(PointD at) const;
   PointD constrained(PointD to) const;
   void invalidateBand();
 

@@ -49,7 +49,7 @@ void View::pointerDown(std::int32_t button, std::int32_t shift, float x, float y
 void View::pointerMove(std::int32_t button, std::int32_t shift, float x, float y) {
   pointer_ = {x, y};
   shift_ = shift;
-  if (pressedButton_ != 0) {
+  if (pressedButton_ != 0 || gesture_) {
     const double tolerance = kClickTolerance * deviceScale_;
     dragged_ |=
         std::abs(pointer_.X - pressedAt_.X) > tolerance || std::abs(pointer_.Y - pressedAt_.Y) > tolerance;
@@ -57,9 +57,10 @@ void View::pointerMove(std::int32_t button, std::int32_t shift, float x, float y
   if (gesture_ && dragged_) dragGesture();
   updateCursor();
   MouseMove(button, shift, x, y);
-  if (isOverPicture({x, y})) {
-    MouseMovePixel(button, shift, static_cast<std::int32_t>(std::floor(horizontal_.toPicture(x))),
-                   static_cast<std::int32_t>(std::floor(vertical_.toPicture(y))));
+  if (isOverPicture(pointer_)) {
+    const PointD pixel = toPicture(pixelCentre(pointer_));
+    MouseMovePixel(button, shift, static_cast<std::int32_t>(std::floor(pixel.X)),
+                   static_cast<std::int32_t>(std::floor(pixel.Y)));
   }
 }
 
@@ -150,9 +151,8 @@ void View::setAutoScroll(bool on) {
 }
 
 bool View::isOverPicture(PointD at) const {
-  const double x = horizontal_.toPicture(at.X);
-  const double y = vertical_.toPicture(at.Y);
-  return x >= 0 && y >= 0 && x < horizontal_.picture() && y < vertical_.picture() &&
+  const PointD pixel = toPicture(pixelCentre(at));
+  return pixel.X >= 0 && pixel.Y >= 0 && pixel.X < horizontal_.picture() && pixel.Y < vertical_.picture() &&
          beyond(at.X, horizontal_.view()) == 0 && beyond(at.Y, vertical_.view()) == 0;
 }
 

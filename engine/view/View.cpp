@@ -23,10 +23,15 @@ View::View(ClipboardPort& clipboard)
       background_(Bitmap::filled(1, 1, kSurroundings)) {
   picture_->history().levels(kStartUndoLevels);
   picture_->onChange = [this](const PictureChange& change) { pictureChanged(change); };
+  picture_->onRollBack = [this](const Rectangle& area) { pictureDrawn(area); };
 }
 
 // Objects that were given out may go on working on the picture, but nobody watches any more.
-View::~View() { picture_->onChange = nullptr; }
+View::~View() {
+  picture_->onChange = nullptr;
+  picture_->onRollBack = nullptr;
+  gesture_.reset();
+}
 
 std::shared_ptr<kestrel::ImgX> View::ImgX() { return std::make_shared<ImgXObject>(clipboard_, picture_); }
 

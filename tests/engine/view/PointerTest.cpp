@@ -1,0 +1,136 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "TestView.h"
+
+namespace kestrel::engine {
+namespace {
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::Not;
+
+TEST(ViewPointer, PositionsAreFractionsOfViewPixels) {
+  TestView view;
+  view.load(1000, 1000);
+  view.pointerDown(kRightButton, kShiftMask | kAltMask, 10.5F, 20.25F);
+  view.pointerMove(kRightButton, kCtrlMask, 11.5F, 20.25F);
+  view.pointerUp(kRightButton, 0, 11.5F, 20.25F);
+  EXPECT_THAT(view.take(),
+              ElementsAre("MouseDown(2, 5, 10.5, 20.25)", "MouseMove(2, 2, 11.5, 20.25)",
+                          "MouseMovePixel(2, 2, 11, 20)", "MouseUp(2, 0, 11.5, 20.25)", "Click()"));
+}
+
+TEST(ViewPointer, MouseUpComesBeforeClick) {
+  TestView view;
+  view.press({5, 5});
+  view.release({5, 5});
+  EXPECT_THAT(view.take(), ElementsAre("MouseDown(1, 0, 5, 5)", "MouseUp(1, 0, 5, 5)", "Click()"));
+}
+
+TEST(ViewPointer, ADragIsNoClickEvenIfItComesBack) {
+  TestView view;
+  view.press({50, 50});
+  view.move({53, 50});
+  view.move({50, 50});
+  view.release({50, 50});
+  EXPECT_THAT(view.take(), Not(Contains("Click()")));
+}
+
+TEST(ViewPointer, TwoPixelsOfTremorStillClickAndMoreOnAFinerScreen) {
+  TestView view;
+  view.press({50, 50});
+  view.move({52, 48});
+  view.release({52, 48});
+  EXPECT_THAT(view.take(), Contains("Click()"));
+  view.deviceScale(2);
+  view.press({50, 50});
+  view.move({54, 50});
+  view.release({54, 50});
+  EXPECT_THAT(view.take(), Contains("Click()"));
+}
+
+TEST(ViewPointer, MouseMovePixelCarriesPicturePixelsAtEveryZoomAndScroll) {
+  TestView view(200, 100);
+  view.load(1000, 1000);
+  view.Zoom(2);
+  view.ScrollLeft(100);
+  view.ScrollTop(50);
+  view.take();
+  view.move({31, 40});
+  EXPECT_THAT(view.take(), ElementsAre("MouseMove(0, 0, 31, 40)", "MouseMovePixel(0, 0, 115, 70)"));
+}
+
+TEST(ViewPointer, MouseMovePixelComesOverThePictureOnly) {
+  TestView view(200, 100);
+  view.load(50, 20);  // from (75, 40) to (124, 59)
+  for (const PointD outside : {PointD{74, 50}, PointD{125, 50}, PointD{100, 39}, PointD{100, 60}}) {
+    view.move(outside);
+    EXPECT_EQ(view.take().size(), 1U) << outside.X << "," << outside.Y;
+  }
+  view.move({75, 40});
+  EXPECT_THAT(view.take(), Contains("MouseMovePixel(0, 0, 0, 0)"));
+  view.move({124.9, 59.9});
+  EXPECT_THAT(view.take(), Contains("MouseMovePixel(0, 0, 49, 19)"));
+}
+
+TEST(ViewPointer, WithoutAPictureThereAreNoPixels) {
+  TestView view;
+  view.move({100, 50});
+  EXPECT_EQ(view.take().size(), 1U);
+}
+
+TEST(ViewPointer, TheHandlerOfThePressMayChangeTheTool) {
+  TestView view;
+  view.load(1000, 1000);
+  view.Tool(kViewToolSelect);
+  const Connection connection = view.MouseDown.Connect([&](auto...) { view.Tool(kViewToolNone); });
+  view.drag({{10, 10}, {60, 60}});
+  EXPECT_FALSE(view.SelectionVisible());
+}
+
+TEST(ViewPointer, OtherButtonsDoNotEndAGesture) {
+  TestView view;
+  view.load(1000, 1000);
+  view.Tool(kViewToolSelect);
+  view.press({10, 10});
+  view.move({40, 40});
+  view.pointerDown(kRightButton, 0, 40, 40);
+  view.pointerUp(kRightButton, 0, 40, 40);
+  view.pointerMove(kLeftButton, 0, 60, 60);
+  view.pointerUp(kLeftButton, 0, 60, 60);
+  EXPECT_EQ(view.SelectionWidth(), 50);
+}
+
+TEST(ViewPointer, CursorsTellWhatAPressWouldDo) {
+  TestView view(200, 100);
+  view.load(1000, 1000);
+  view.MousePointer(kPointerCustom);
+  view.move({10, 10});
+  EXPECT_EQ(view.cursors.back(), ViewCursor::custom);
+  view.MousePointer(kPointerDefault);
+  EXPECT_EQ(view.cursors.back(), ViewCursor::arrow);
+  view.Tool(kViewToolPan);
+  EXPECT_EQ(view.cursors.back(), ViewCursor::hand);
+  view.press({10, 10});
+  EXPECT_EQ(view.cursors.back(), ViewCursor::grabbing);
+  view.release({10, 10});
+  EXPECT_EQ(view.cursors.back(), ViewCursor::hand);
+
+  view.Tool(kViewToolSelect);
+  view.SetSelectionRect(20, 20, 60, 40);
+  view.SelectionVisible(true);
+  const std::pair<PointD, ViewCursor> parts[] = {
+      {{20, 20}, ViewCursor::sizeFalling},    {{80, 60}, ViewCursor::sizeFalling},
+      {{80, 20}, ViewCursor::sizeRising},     {{20, 60}, ViewCursor::sizeRising},
+      {{20, 40}, ViewCursor::sizeHorizontal}, {{80, 40}, ViewCursor::sizeHorizontal},
+      {{50, 20}, ViewCursor::sizeVertical},   {{50, 60}, ViewCursor::sizeVertical},
+      {{40, 50}, ViewCursor::move},           {{120, 80}, ViewCursor::arrow}};
+  for (const auto& [at, cursor] : parts) {
+    view.move(at);
+    EXPECT_EQ(view.cursors.back(), cursor) << at.X << "," << at.Y;
+  }
+}
+
+}  // namespace
+}  // namespace kestrel::engine
