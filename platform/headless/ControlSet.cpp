@@ -1,10 +1,12 @@
 #include "ControlSet.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <span>
 #include <utility>
 
-#include "Canvas.h"
 #include "ImageView.h"
+#include "Resources/StockPicture.h"
 #include "Site.h"
 #include "base/Numbers.h"
 #include "controls/CheckBox.h"
@@ -19,6 +21,8 @@
 #include "controls/Slider.h"
 #include "controls/TabStrip.h"
 #include "controls/TextBox.h"
+#include "engine/codecs/Codecs.h"
+#include "engine/imgx/PictureObject.h"
 
 namespace kestrel::headless {
 namespace {
@@ -58,13 +62,10 @@ std::unique_ptr<Window> makeOptionButton(Window& parent, const ControlDescriptio
   return button;
 }
 
-/// A picture of which one can tell what was done to it: no two of its quarters are alike.
 PicturePtr stockPicture() {
-  Canvas canvas(90, 60);
-  canvas.FillRectangle({0, 0, 45, 30}, 0x000000FF);
-  canvas.FillRectangle({45, 0, 45, 30}, 0x0000FF00);
-  canvas.FillRectangle({0, 30, 45, 30}, 0x00FF0000);
-  return canvas.Picture();
+  const std::span<const std::byte> file = resources::stockPicture();
+  return std::make_shared<engine::PictureObject>(
+      engine::decode({reinterpret_cast<const std::uint8_t*>(file.data()), file.size()}).bitmap);
 }
 
 std::unique_ptr<Window> makePreview(Window& parent, const ControlDescription& description,
