@@ -46,7 +46,8 @@ std::vector<Rectangle> touchedBy(const Shape& shape, const Rectangle& clip);
 
 /// Lays `color`, with its alpha, over the pixels of `target` that the shape covers and that are inside
 /// `clip`. Each pixel is the source-over of Blend.h with the alpha times the coverage. Returns the rectangle
-/// outside of which nothing has changed. Asks for no memory, and so does not fail halfway.
+/// outside of which nothing has changed. Fails, if memory has run out, before the first pixel or not
+/// at all.
 Rectangle paint(Pixels target, const Rectangle& clip, const Shape& shape, Pixel color);
 
 }  // namespace kestrel::engine

@@ -49,12 +49,26 @@ std::int32_t side(std::int64_t length) {
   return static_cast<std::int32_t>(std::min<std::int64_t>(length, INT32_MAX));
 }
 
+/// By how much the sides move outwards to hold the shadow.
+struct Growth {
+  std::int64_t left = 0, top = 0, right = 0, bottom = 0;
+};
+
+Growth growthFor(const Box& visible, const ConstPixels& picture, std::int64_t offsetX, std::int64_t offsetY,
+                 double sigma) {
+  const auto reach = static_cast<std::int64_t>(std::ceil(3 * sigma));
+  const auto beyond = [](std::int64_t distance) { return std::max<std::int64_t>(0, distance); };
+  return {beyond(reach - offsetX - visible.left), beyond(reach - offsetY - visible.top),
+          beyond(visible.right + offsetX + reach - picture.width),
+          beyond(visible.bottom + offsetY + reach - picture.height)};
+}
+
 }  // namespace
 
 double shadowSigma(double blur) { return std::min(blur, 255.0) / 32; }
 
-Bitmap dropShadow(const Bitmap& source, std::int32_t offsetX, std::int32_t offsetY, Pixel color,
-                  double blur) {
+Bitmap dropShadow(const Bitmap& source, std::int32_t offsetX, std::int32_t offsetY, Pixel color, double blur,
+                  bool grow) {
   requirePicture(source);
   if (!(blur >= 0)) throw RuntimeError(err::kInvalidCall, "The blur of a shadow must be 0 or more.");
   const ConstPixels from = source.pixels();
@@ -62,18 +76,19 @@ Bitmap dropShadow(const Bitmap& source, std::int32_t offsetX, std::int32_t offse
   if (!visible) return source;
 
   const double sigma = shadowSigma(blur);
-  const auto reach = static_cast<std::int64_t>(std::ceil(3 * sigma));
-  const std::int64_t growLeft = std::max<std::int64_t>(0, reach - offsetX - visible->left);
-  const std::int64_t growTop = std::max<std::int64_t>(0, reach - offsetY - visible->top);
-  const std::int64_t growRight = std::max<std::int64_t>(0, visible->right + offsetX + reach - from.width);
-  const std::int64_t growBottom = std::max<std::int64_t>(0, visible->bottom + offsetY + reach - from.height);
-  Bitmap result = Bitmap::uninitialized(side(growLeft + from.width + growRight),
-                                        side(growTop + from.height + growBottom));
+  const Growth growth = grow ? growthFor(*visible, from, offsetX, offsetY, sigma) : Growth{};
+  Bitmap result = Bitmap::uninitialized(side(growth.left + from.width + growth.right),
+                                        side(growth.top + from.height + growth.bottom));
   const Pixels to = result.writable();
 
   // The shadow's own place in the picture it is cast by: column 0 of the result stands at this column of it.
-  const auto startX = static_cast<std::int32_t>(-growLeft - offsetX);
-  const auto startY = static_cast<std::int32_t>(-growTop - offsetY);
+  // A shadow that is moved farther than any picture is wide falls outside, however far.
+  const auto start = [](std::int64_t grown, std::int32_t offset) {
+    return static_cast<std::int32_t>(-grown -
+                                     std::clamp(offset, -4 * Bitmap::kMaxSide, 4 * Bitmap::kMaxSide));
+  };
+  const std::int32_t startX = start(growth.left, offsetX);
+  const std::int32_t startY = start(growth.top, offsetY);
   const GaussianAxis columns(from.width, to.width, startX, sigma, FilterEdge::Transparent);
   const GaussianAxis rows(from.height, to.height, startY, sigma, FilterEdge::Transparent);
   std::uint32_t tint;
@@ -81,9 +96,9 @@ Bitmap dropShadow(const Bitmap& source, std::int32_t offsetX, std::int32_t offse
   const float opacity = static_cast<float>(color.a) / 255.0F;
   const RowSink finish = [&](std::int32_t y, const float* shadow) {
     tintRow(shadow, to.width, tint, opacity, to.row(y));
-    const std::int64_t sourceY = y - growTop;
+    const std::int64_t sourceY = y - growth.top;
     if (sourceY < 0 || sourceY >= from.height) return;
-    compositeRow(from.row(static_cast<std::int32_t>(sourceY)), to.row(y) + 4 * growLeft, from.width);
+    compositeRow(from.row(static_cast<std::int32_t>(sourceY)), to.row(y) + 4 * growth.left, from.width);
   };
   gaussianFilter(FilterSource::alpha(from), columns, rows, finish);
   return result;

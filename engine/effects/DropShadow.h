@@ -21,6 +21,7 @@ double shadowSigma(double blur);
 /// How far it grew to the left and above is where the old top left pixel stands. A picture that is nowhere
 /// visible casts no shadow and stays as it is. Raises RuntimeError 5 for a blur that is negative or not a
 /// number, 7 for a result beyond the limits of a bitmap.
-Bitmap dropShadow(const Bitmap& source, std::int32_t offsetX, std::int32_t offsetY, Pixel color, double blur);
+Bitmap dropShadow(const Bitmap& source, std::int32_t offsetX, std::int32_t offsetY, Pixel color, double blur,
+                  bool grow = true);
 
 }  // namespace kestrel::engine

@@ -125,6 +125,19 @@ TEST(DropShadow, GrowsByTheVisiblePartOnly) {
   EXPECT_EQ(dropShadow(picture, 30, 0, kShadow, 0).width(), 65);
 }
 
+TEST(DropShadow, WithoutGrowingTheShadowIsCut) {
+  const Bitmap picture = madeBy(40, 30, [](int x, int) {
+    return Pixel{1, 2, 3, static_cast<std::uint8_t>(x > 25 ? 255 : 0)};
+  });
+  for (const double blur : {0.0, 128.0}) {
+    const Bitmap grown = dropShadow(picture, -3, 2, kShadow, blur);
+    const int top = (grown.height() - 30) - (blur == 0 ? 2 : 14);
+    const Bitmap cut = dropShadow(picture, -3, 2, kShadow, blur, false);
+    EXPECT_TRUE(samePicture(cut, madeBy(40, 30, [&](int x, int y) { return grown.at(x, y + top); }), 1.01));
+  }
+  EXPECT_TRUE(samePicture(dropShadow(picture, INT32_MIN, INT32_MAX, kShadow, 200, false), picture, 0.5));
+}
+
 TEST(DropShadow, InvisiblePictureStaysAsItIs) {
   const Bitmap picture = Bitmap::filled(10, 10, {255, 255, 255, 0});
   EXPECT_TRUE(dropShadow(picture, 5, 5, kShadow, 128).sharesPixelsWith(picture));
