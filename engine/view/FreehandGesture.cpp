@@ -9,29 +9,36 @@ Rectangle boundsOf(const Bitmap& bitmap) { return {0, 0, bitmap.width(), bitmap.
 
 }  // namespace
 
+template <typename Advance>
+void FreehandGesture::draw(const Advance& advance) {
+  // Something else may have changed the picture meanwhile, and so have ended the stroke.
+  if (painting_.ended()) return;
+  try {
+    painting_.touch(advance());
+  } catch (...) {
+    painting_.rollBack();  // the stroke has advanced to where it must not paint
+    throw;
+  }
+  const Rectangle drawn = stroke_.paint(painting_.pixels());
+  if (drawn.Width > 0) host_.pictureDrawn(drawn);
+}
+
 FreehandGesture::FreehandGesture(GestureHost& host, PointD at)
     : host_(host),
       painting_(host.gesturePicture()),
       stroke_(pixelOf(host.drawColor()), host.penWidth(), boundsOf(host.gesturePicture().bitmap())) {
-  draw(stroke_.add(host_.toPicture(pixelCentre(at))));
+  draw([&] { return stroke_.add(host_.toPicture(pixelCentre(at))); });
 }
 
 void FreehandGesture::drag(PointD at, std::int32_t /*shift*/) {
-  draw(stroke_.add(host_.toPicture(pixelCentre(at))));
+  draw([&] { return stroke_.add(host_.toPicture(pixelCentre(at))); });
 }
 
 void FreehandGesture::end(bool /*dragged*/) {
-  draw(stroke_.finish());
+  draw([&] { return stroke_.finish(); });
   painting_.commit("Freehand");
 }
 
 void FreehandGesture::cancel() { painting_.rollBack(); }
-
-void FreehandGesture::draw(std::span<const Rectangle> areas) {
-  // Something else may have changed the picture meanwhile, and so have ended the stroke.
-  if (painting_.ended() || areas.empty()) return;
-  painting_.touch(areas);
-  host_.pictureDrawn(stroke_.paint(painting_.pixels()));
-}
 
 }  // namespace kestrel::engine

@@ -16,7 +16,9 @@ class FreehandGesture final : public Gesture {
   void cancel() override;
 
  private:
-  void draw(std::span<const Rectangle> areas);
+  /// `advance` takes the stroke on and tells what it will paint.
+  template <typename Advance>
+  void draw(const Advance& advance);
 
   GestureHost& host_;
   Painting painting_;

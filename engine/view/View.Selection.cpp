@@ -20,8 +20,6 @@ constexpr std::int32_t kSmallestWithHandles = 24;
 
 constexpr std::int32_t kDash = 4;
 
-constexpr Pixel kSurroundings{255, 255, 255, 255};
-
 std::int32_t bounded(std::int32_t value) { return std::clamp(value, -kFarthest, kFarthest); }
 
 std::int32_t roundedPosition(double value) {
@@ -170,7 +168,7 @@ void View::paintSelection(const PaintBuffer& buffer, const Rectangle& area) cons
 void View::paint(const PaintBuffer& buffer, const Rectangle& area) {
   const Rectangle part = cut(area, {0, 0, buffer.width, buffer.height});
   if (part.Width == 0 || part.Height == 0) return;
-  painter_.paint({picture_->bitmap(), horizontal_, vertical_, kSurroundings, background_}, buffer, part);
+  painter_.paint({picture_->bitmap(), horizontal_, vertical_, surroundings_, background_}, buffer, part);
   if (doubleBuffer_) {
     BackBuffer backBuffer(buffer, part);
     DoubleBufferPaintAfter(backBuffer);

@@ -10,7 +10,7 @@
 namespace kestrel::engine {
 namespace {
 
-constexpr Pixel kSurroundings{255, 255, 255, 255};
+constexpr Pixel kBehindTransparency{255, 255, 255, 255};
 constexpr std::int32_t kStartUndoLevels = 3;
 constexpr std::int32_t kBorderThickness = 1;
 
@@ -20,7 +20,7 @@ View::View(ClipboardPort& clipboard)
     : Face(clipboard),
       clipboard_(clipboard),
       picture_(std::make_shared<EditablePicture>()),
-      background_(Bitmap::filled(1, 1, kSurroundings)) {
+      background_(Bitmap::filled(1, 1, kBehindTransparency)) {
   picture_->history().levels(kStartUndoLevels);
   picture_->onChange = [this](const PictureChange& change) { pictureChanged(change); };
   picture_->onRollBack = [this](const Rectangle& area) { pictureDrawn(area); };
@@ -92,14 +92,19 @@ void View::CreateUndoPoint(const std::string& name) {
 }
 
 void View::BackgroundImage(const kestrel::Image* value) {
-  background_ =
-      value == nullptr ? Bitmap::filled(1, 1, kSurroundings) : flatten(bitmapOf(*value), kSurroundings);
+  background_ = value == nullptr ? Bitmap::filled(1, 1, kBehindTransparency)
+                                 : flatten(bitmapOf(*value), kBehindTransparency);
   invalidateAll();
 }
 
 void View::ImageBorder(bool value) {
   imageBorder_ = value;
   measure();
+  invalidateAll();
+}
+
+void View::surroundings(Pixel value) {
+  surroundings_ = value;
   invalidateAll();
 }
 
