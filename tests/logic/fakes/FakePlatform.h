@@ -148,15 +148,15 @@ class FakePlatform : public Platform {
   std::unique_ptr<Canvas> CreateCanvas(std::int32_t, std::int32_t) override { return Missing<Canvas>(); }
 
   kestrel::FormUtility& FormUtility() override { return forms; }
-  kestrel::FormSkin& FormSkin() override { return *Missing<kestrel::FormSkin>(); }
+  kestrel::FormSkin& FormSkin() override { RaiseMissing(); }
   kestrel::WindowFunctions& WindowFunctions() override { return Given(windows); }
   kestrel::WindowPositions& WindowPositions() override { return Given(positions); }
   kestrel::RegistryStore& RegistryStore() override { return Given(store); }
   kestrel::FileHelpers& FileHelpers() override { return files; }
   kestrel::UserInterface& UserInterface() override { return boxes; }
-  kestrel::Clipboard& Clipboard() override { return *Missing<kestrel::Clipboard>(); }
+  kestrel::Clipboard& Clipboard() override { RaiseMissing(); }
   kestrel::Shell& Shell() override { return Given(shell); }
-  kestrel::Screen& Screen() override { return *Missing<kestrel::Screen>(); }
+  kestrel::Screen& Screen() override { RaiseMissing(); }
   const AppInfo& App() override { return app; }
 
   std::unique_ptr<DebugClientLibrary> CreateDebugClientLibrary() override {
