@@ -29,7 +29,7 @@ PixelRun hull(PixelRun a, PixelRun b) {
 
 /// Paints the run in pieces of a fixed size, so that no memory is needed.
 void paintRun(std::uint8_t* row, std::int32_t y, PixelRun run, const Shape& shape, Pixel color) {
-  constexpr std::int32_t kPiece = 256;
+  constexpr std::int32_t kPiece = 1024;
   std::array<std::uint8_t, kPiece> coverage;
   std::array<Pixel, kPiece> pixels;
   for (std::int32_t first = run.first; first < run.last; first += kPiece) {

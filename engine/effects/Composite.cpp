@@ -128,37 +128,78 @@ namespace kestrel::engine {
 
 HWY_EXPORT(compositeSpan);
 
+namespace {
+
+/// One picture at its place over another, and the part of that which they share.
+class Overlay {
+ public:
+  Overlay(const ConstPixels& under, const ConstPixels& top, std::int32_t x, std::int32_t y,
+          const CompositeOptions& options)
+      : top_(top), x_(x), y_(y), maskColor_(options.maskColor) {
+    if (std::isnan(options.opacity)) {
+      throw RuntimeError(err::kInvalidCall, "The opacity must be a number from 0 to 1.");
+    }
+    opacity_ = static_cast<std::uint8_t>(std::lrint(std::clamp(options.opacity, 0.0, 1.0) * 255));
+    left_ = std::max(0, x);
+    width_ = static_cast<std::int32_t>(
+        std::clamp<std::int64_t>(std::int64_t{x} + top.width - left_, 0, std::max(0, under.width - left_)));
+    firstRow_ = std::max(0, y);
+    lastRow_ =
+        static_cast<std::int32_t>(std::clamp<std::int64_t>(std::int64_t{y} + top.height, 0, under.height));
+  }
+
+  std::int32_t width() const { return width_; }
+  std::int32_t firstRow() const { return firstRow_; }
+  std::int32_t rows() const { return std::max(0, lastRow_ - firstRow_); }
+
+  /// Lays its part of row y over that of the lower picture, if it has any.
+  void layOver(std::uint8_t* row, std::int32_t y) const {
+    if (y < firstRow_ || y >= lastRow_ || width_ <= 0) return;
+    const std::uint8_t* const from = top_.row(static_cast<std::int32_t>(std::int64_t{y} - y_));
+    compositeRow(from + 4 * (std::int64_t{left_} - x_), row + std::ptrdiff_t{4} * left_, width_, opacity_,
+                 maskColor_);
+  }
+
+ private:
+  ConstPixels top_;
+  std::int32_t x_, y_;
+  std::optional<Pixel> maskColor_;
+  std::uint8_t opacity_ = 0;
+  std::int32_t left_ = 0, width_ = 0, firstRow_ = 0, lastRow_ = 0;
+};
+
+}  // namespace
+
 void compositeRow(const std::uint8_t* top, std::uint8_t* under, std::int32_t count, std::uint8_t opacity,
                   std::optional<Pixel> maskColor) {
   HWY_DYNAMIC_DISPATCH(compositeSpan)(top, count, opacity, maskColor, under);
 }
 
-Bitmap composite(Bitmap under, const Bitmap& top, std::int32_t x, std::int32_t y,
+Bitmap composite(const Bitmap& under, const Bitmap& top, std::int32_t x, std::int32_t y,
                  const CompositeOptions& options) {
   requirePicture(under);
   requirePicture(top);
-  if (std::isnan(options.opacity)) {
-    throw RuntimeError(err::kInvalidCall, "The opacity must be a number from 0 to 1.");
-  }
-  const auto opacity = static_cast<std::uint8_t>(std::lrint(std::clamp(options.opacity, 0.0, 1.0) * 255));
-  const std::int64_t left = std::max(0, x);
-  const std::int64_t upper = std::max(0, y);
-  const std::int64_t right = std::min<std::int64_t>(under.width(), std::int64_t{x} + top.width());
-  const std::int64_t lower = std::min<std::int64_t>(under.height(), std::int64_t{y} + top.height());
-  if (opacity == 0 || left >= right || upper >= lower) return under;
-
-  const ConstPixels from = top.pixels();
-  const Pixels to = under.writable();
-  const auto width = static_cast<std::int32_t>(right - left);
-  const auto height = static_cast<std::int32_t>(lower - upper);
-  forRows(height, rowsPerTask(width), [&](std::int32_t first, std::int32_t last) {
+  const ConstPixels from = under.pixels();
+  const Overlay overlay(from, top.pixels(), x, y, options);
+  Bitmap result = Bitmap::uninitialized(from.width, from.height);
+  const Pixels to = result.writable();
+  forRows(to.height, rowsPerTask(to.width), [&](std::int32_t first, std::int32_t last) {
     for (std::int32_t row = first; row < last; ++row) {
-      compositeRow(from.row(static_cast<std::int32_t>(upper - y + row)) + (left - x) * 4,
-                   to.row(static_cast<std::int32_t>(upper + row)) + left * 4, width, opacity,
-                   options.maskColor);
+      std::memcpy(to.row(row), from.row(row), static_cast<std::size_t>(to.width) * sizeof(Pixel));
+      overlay.layOver(to.row(row), row);
     }
   });
-  return under;
+  return result;
+}
+
+void compositeOnto(const Pixels& under, const ConstPixels& top, std::int32_t x, std::int32_t y,
+                   const CompositeOptions& options) {
+  const Overlay overlay(under, top, x, y, options);
+  forRows(overlay.rows(), rowsPerTask(overlay.width()), [&](std::int32_t first, std::int32_t last) {
+    for (std::int32_t row = overlay.firstRow() + first; row < overlay.firstRow() + last; ++row) {
+      overlay.layOver(under.row(row), row);
+    }
+  });
 }
 
 }  // namespace kestrel::engine

@@ -17,10 +17,14 @@ struct CompositeOptions {
 };
 
 /// `top` laid over `under` with its top left pixel at (x, y), honouring the alpha of both ("over" with
-/// straight alpha, see Blend.h). What reaches beyond `under` is clipped. Hand `under` over by std::move to
-/// spare the copy of its pixels. Raises RuntimeError 5 for an opacity that is not a number.
-Bitmap composite(Bitmap under, const Bitmap& top, std::int32_t x, std::int32_t y,
+/// straight alpha, see Blend.h). What reaches beyond `under` is clipped. Raises RuntimeError 5 for an opacity
+/// that is not a number.
+Bitmap composite(const Bitmap& under, const Bitmap& top, std::int32_t x, std::int32_t y,
                  const CompositeOptions& options = {});
+
+/// The same in place, on pixels that are not those of `top`. Fails before the first pixel or not at all.
+void compositeOnto(const Pixels& under, const ConstPixels& top, std::int32_t x, std::int32_t y,
+                   const CompositeOptions& options = {});
 
 /// The pixels of one row laid over others in place; `opacity` of 0 to 255. The rows may end anywhere.
 void compositeRow(const std::uint8_t* top, std::uint8_t* under, std::int32_t count,
