@@ -1,6 +1,7 @@
 #include "FilterTable.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <numbers>
 
@@ -11,13 +12,23 @@ FilterTable::FilterTable(std::int32_t inputs, std::int32_t outputs, double start
     : inputs_(inputs), runs_(static_cast<std::size_t>(outputs)) {
   // An input that stands on the kernel's very rim may fall to either side by rounding; let it be inside.
   constexpr double kSlack = 1e-9;
-  // With whole steps, all runs that no edge cuts are alike.
+  // With whole steps, all runs that no edge cuts are alike, and share their weights.
   const bool wholeSteps = step == 1 && start == std::floor(start);
   std::vector<double> weights;
   for (std::int32_t output = 0; output < outputs; ++output) {
     const double center = start + output * step;
     const double low = std::ceil(center - kernel.radius - kSlack);
     const double high = std::floor(center + kernel.radius + kSlack);
+    Run& run = runs_[static_cast<std::size_t>(output)];
+    if (wholeSteps && low >= 0 && high <= inputs - 1.0) {
+      if (uniform_.last == output && uniform_.first < output) {
+        run = runs_[static_cast<std::size_t>(output) - 1];
+        ++run.first;
+        ++uniform_.last;
+        continue;
+      }
+      uniform_ = {output, output + 1};
+    }
     double first = std::max(low, 0.0);
     double last = std::min(high, inputs - 1.0);
     if (edge == FilterEdge::Renormalize && first > last) {
@@ -41,13 +52,6 @@ FilterTable::FilterTable(std::int32_t inputs, std::int32_t outputs, double start
     }
     if (weights.size() == 1 && edge == FilterEdge::Renormalize) weights[0] = sum = 1;
 
-    const bool cut = low < 0 || high > inputs - 1.0;
-    if (wholeSteps && !cut) {
-      if (uniform_.first == uniform_.last) uniform_ = {output, output};
-      uniform_.last = output + 1;
-    }
-
-    Run& run = runs_[static_cast<std::size_t>(output)];
     run.offset = weights_.size();
     run.count = static_cast<std::int32_t>(weights.size());
     run.first = run.count > 0 ? static_cast<std::int32_t>(first) : 0;
@@ -58,7 +62,7 @@ FilterTable::FilterTable(std::int32_t inputs, std::int32_t outputs, double start
 }
 
 void FilterTable::scale(std::int32_t output, double factor) {
-  uniform_ = {};
+  assert(uniform_.first == uniform_.last);
   const Run& scaled = run(output);
   for (std::int32_t i = 0; i < scaled.count; ++i) {
     float& weight = weights_[scaled.offset + static_cast<std::size_t>(i)];

@@ -52,7 +52,7 @@ class FilterTable {
   };
   Uniform uniform() const { return uniform_; }
 
-  /// Multiplies the weights of one output.
+  /// Multiplies the weights of one output; not for a table with uniform runs, which share theirs.
   void scale(std::int32_t output, double factor);
 
  private:

@@ -98,7 +98,10 @@ void resample(const FilterSource& source, const FilterTable& columns, const Filt
       rows.outputs() * (summing * rows.longestRun() * columns.inputs() + filteringRow);
   const double filterFirstCost = rows.inputs() * (kPremultiplying * columns.inputs() + filteringRow) +
                                  kSummingFloats * rows.longestRun() * rows.outputs() * columns.outputs();
-  if (source.channels() == 1 || sumFirstCost <= filterFirstCost) {
+  // What a thread keeps of filtered rows must stay small beside the picture itself.
+  constexpr double kMostKeptValues = 16 << 20;
+  const double keptValues = static_cast<double>(rows.longestRun()) * columns.outputs() * 4;
+  if (source.channels() == 1 || sumFirstCost <= filterFirstCost || keptValues > kMostKeptValues) {
     sumFirst(source, columns, rows, sink);
   } else {
     filterFirst(source, columns, rows, sink);

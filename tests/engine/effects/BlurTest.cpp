@@ -74,6 +74,16 @@ TEST(Blur, ConstantStaysConstantToTheEdge) {
   for (const double sigma : {1.0, 5.0, 1000.0}) EXPECT_TRUE(samePicture(blur(picture, sigma), picture));
 }
 
+TEST(Blur, VeryLongPicturesKeepTheirValues) {
+  const Pixel value{12, 200, 255, 90};
+  for (const double sigma : {3.0, 50.0, 1e5}) {
+    const Bitmap line = Bitmap::filled(200'000, 1, value);
+    EXPECT_TRUE(samePicture(blur(line, sigma), line)) << sigma;
+    const Bitmap column = Bitmap::filled(1, 200'000, value);
+    EXPECT_TRUE(samePicture(blur(column, sigma), column)) << sigma;
+  }
+}
+
 TEST(Blur, TransparentPixelsLendNoColour) {
   const Bitmap picture = madeBy(60, 60, [](int x, int) {
     return x < 30 ? Pixel{255, 0, 0, 255} : Pixel{0, 255, 0, 0};

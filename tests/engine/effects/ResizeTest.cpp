@@ -157,6 +157,17 @@ TEST(Resize, EveryOldPixelCountsWhenShrinking) {
   }
 }
 
+TEST(Resize, VeryLongPicturesKeepTheirValues) {
+  const Pixel value{10, 20, 30, 200};
+  for (const ResampleMethod method : kWeighing) {
+    EXPECT_TRUE(
+        samePicture(resize(Bitmap::filled(300'000, 1, value), 7, 9, method), Bitmap::filled(7, 9, value)));
+    EXPECT_TRUE(
+        samePicture(resize(Bitmap::filled(1, 300'000, value), 9, 7, method), Bitmap::filled(9, 7, value)));
+    EXPECT_EQ(resize(Bitmap::filled(2, 3, value), 1'000'000, 1, method).at(999'999, 0), value);
+  }
+}
+
 TEST(Resize, HeightZeroKeepsTheProportion) {
   EXPECT_EQ(resize(Bitmap::filled(400, 300), 100, 0, ResampleMethod::Bilinear).height(), 75);
   EXPECT_EQ(resize(Bitmap::filled(3, 2), 2, 0, ResampleMethod::Pixel).height(), 1);

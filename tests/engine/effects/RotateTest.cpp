@@ -132,6 +132,19 @@ TEST(Rotate, BackgroundFillsTheCornersButNotTransparentParts) {
   EXPECT_EQ(turned.at(turned.width() / 2, turned.height() / 2).a, 0);
 }
 
+TEST(Rotate, AVeryLongPictureStaysWhereItIs) {
+  // The angle is small enough for the ends to move by half a pixel; far from the centre positions must be as
+  // exact.
+  const Bitmap line = Bitmap::filled(100'001, 5, {9, 9, 9, 255});
+  const Bitmap turned = rotate(line, 0.499 / 50'000 * 180 / std::numbers::pi);
+  ASSERT_EQ(turned.height(), 6);
+  EXPECT_NEAR(turned.at(5, 0).a, 255, 4);
+  EXPECT_NEAR(turned.at(5, 5).a, 0, 4);
+  EXPECT_NEAR(turned.at(99'995, 0).a, 0, 4);
+  EXPECT_NEAR(turned.at(99'995, 5).a, 255, 4);
+  EXPECT_EQ(errorOf([] { rotate(Bitmap::filled(1'000'000, 1), 45); }), err::kOutOfMemory);
+}
+
 TEST(Rotate, AnAngleMustBeANumber) {
   const Bitmap picture = Bitmap::filled(3, 3);
   EXPECT_EQ(errorOf([&] { rotate(picture, std::numeric_limits<double>::infinity()); }), err::kInvalidCall);
