@@ -2,12 +2,9 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <span>
 #include <utility>
 
-#include "ImageView.h"
-#include "Resources/StockPicture.h"
-#include "Site.h"
+#include "Surfaces.h"
 #include "base/Numbers.h"
 #include "controls/CheckBox.h"
 #include "controls/ColorPicker.h"
@@ -21,8 +18,6 @@
 #include "controls/Slider.h"
 #include "controls/TabStrip.h"
 #include "controls/TextBox.h"
-#include "engine/codecs/Codecs.h"
-#include "engine/imgx/PictureObject.h"
 
 namespace kestrel::headless {
 namespace {
@@ -60,26 +55,6 @@ std::unique_ptr<Window> makeOptionButton(Window& parent, const ControlDescriptio
   button->tag(description.tag);
   button->Value(description.checked);
   return button;
-}
-
-PicturePtr stockPicture() {
-  const std::span<const std::byte> file = resources::stockPicture();
-  return std::make_shared<engine::PictureObject>(
-      engine::decode({reinterpret_cast<const std::uint8_t*>(file.data()), file.size()}).bitmap);
-}
-
-std::unique_ptr<Window> makePreview(Window& parent, const ControlDescription& description,
-                                    const Surroundings& surroundings) {
-  auto site = std::make_unique<Site>(parent.desktop(), &parent, description.name, true);
-  for (const char* name : {"igxOriginal", "igxPreview"}) {
-    site->add(std::make_unique<ImageView>(parent.desktop(), site.get(), name, surroundings.clipboard,
-                                          surroundings.files));
-  }
-  auto stock = std::make_unique<PictureBox>(parent.desktop(), site.get(), "imgPreview", -1);
-  stock->visible(false);
-  stock->Picture(stockPicture());
-  site->add(std::move(stock));
-  return site;
 }
 
 std::unique_ptr<Window> makeControl(Window& parent, const ControlDescription& description,
@@ -128,7 +103,9 @@ std::unique_ptr<Window> makeControl(Window& parent, const ControlDescription& de
       return picker;
     }
     case ControlKind::kPreview:
-      return makePreview(parent, description, surroundings);
+      return makePreviewSite(parent.desktop(), &parent, description.name, surroundings);
+    case ControlKind::kEditor:
+      return makeEditorSite(parent.desktop(), &parent, description.name, true, surroundings);
     case ControlKind::kFormHeader:
       return make<FormHeader>(parent, description);
     case ControlKind::kPictureBox:

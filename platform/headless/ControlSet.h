@@ -6,19 +6,12 @@
 
 #include "FormDescription.h"
 #include "Window.h"
-#include "engine/imgx/ClipboardPort.h"
 #include "imaging/contract/Control.h"
 
 namespace kestrel::headless {
 
-class FileSystem;
 class Site;
-
-/// What image views need of the platform around them.
-struct Surroundings {
-  engine::ClipboardPort& clipboard;
-  const FileSystem& files;
-};
+struct Surroundings;
 
 /// The controls of a form or of a control's surface, found by name, whatever its case, and index.
 class ControlSet {

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "Site.h"
+#include "Surfaces.h"
 #include "User.h"
 #include "base/RuntimeError.h"
 

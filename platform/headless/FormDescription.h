@@ -24,6 +24,7 @@ enum class ControlKind {
   kFormHeader,
   kPictureBox,
   kPreview,
+  kEditor,
 };
 
 /// One control as its form stores it. Fields that a class has no use for are at their initial values.

@@ -6,10 +6,8 @@
 #include "Canvas.h"
 #include "Form.h"
 #include "FreePicture.h"
-#include "Resources/Layouts.h"
 #include "base/RuntimeError.h"
 #include "engine/imgx/ColorsObject.h"
-#include "platform/docking/LayoutReader.h"
 #include "services/HelpViewer.h"
 #include "services/SinkHolder.h"
 
@@ -32,19 +30,11 @@ std::unique_ptr<Site> Platform::createSite(const std::string& name, bool userMod
 }
 
 std::unique_ptr<Site> Platform::createEditorSite(bool userMode) {
-  auto site = createSite("ImageProcessingCtl", userMode);
-  site->add(std::make_unique<ImageView>(desktop_, site.get(), "igxImage", clipboard_, files_));
-  site->add(createEditorSuite(*site));
-  return site;
-}
-
-std::unique_ptr<headless::Moorage> Platform::createEditorSuite(Site& site) {
-  return std::make_unique<headless::Moorage>(desktop_, &site, "mrgUI", user_,
-                                             docking::readLayout(resources::dialogLayout()));
+  return makeEditorSite(desktop_, nullptr, "ImageProcessingCtl", userMode, surroundings());
 }
 
 std::unique_ptr<headless::Form> Platform::createForm(const FormDescription& description) {
-  return std::make_unique<headless::Form>(desktop_, user_, Surroundings{clipboard_, files_}, description);
+  return std::make_unique<headless::Form>(desktop_, user_, surroundings(), description);
 }
 
 void Platform::pointerRestsAt(const Point& screen) {

@@ -13,6 +13,7 @@
 #include "ImageView.h"
 #include "Moorage.h"
 #include "Site.h"
+#include "Surfaces.h"
 #include "User.h"
 #include "imaging/contract/Platform.h"
 #include "platform/posix/LineTable.h"
@@ -62,8 +63,8 @@ class Platform final : public kestrel::Platform {
   std::unique_ptr<Site> createSite(const std::string& name, bool userMode);
   /// The container of an editor with its two windows, "mrgUI" with the stored layout "Dialog" and "igxImage".
   std::unique_ptr<Site> createEditorSite(bool userMode = true);
-  /// The second of them by itself.
-  std::unique_ptr<headless::Moorage> createEditorSuite(Site& site);
+  /// What the windows on a surface need that a test puts together itself.
+  Surroundings surroundings() { return {clipboard_, files_, user_}; }
   /// A form that is none of the desktop's.
   std::unique_ptr<headless::Form> createForm(const FormDescription& description);
 

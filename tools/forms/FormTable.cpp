@@ -42,6 +42,7 @@ constexpr KindOfWidget kKinds[] = {
     {"ColorPickerWidget", "ColorPicker"},
     {"FormHeaderWidget", "FormHeader"},
     {"PreviewWidget", "Preview"},
+    {"EditorWidget", "Editor"},
 };
 
 /// Empty for a widget that only holds others. A promoted widget's class may stand in a namespace.

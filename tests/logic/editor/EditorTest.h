@@ -48,9 +48,8 @@ class EditorTest : public testing::TestWithParam<PathFlavour> {
   /// The editor on its site, before the property stage.
   void create(bool userMode = true) {
     site_ = platform_->createSite("ImageProcessingCtl", userMode);
-    site_->add(std::make_unique<RecordingView>(log_, platform_->desktop(), site_.get(), "igxImage",
-                                               platform_->Clipboard(), platform_->files()));
-    site_->add(platform_->createEditorSuite(*site_));
+    site_->add(makeView());
+    site_->add(headless::makeEditorSuite(*site_, platform_->surroundings()));
     editor_ = std::make_unique<ImageProcessingCtl>(*site_);
     view_ = &Bind<RecordingView>(*site_, "igxImage");
     suite_ = &Bind<headless::Moorage>(*site_, "mrgUI");
@@ -73,6 +72,12 @@ class EditorTest : public testing::TestWithParam<PathFlavour> {
     log_.clear();
     platform_->FormUtility().forgetPointers();
     return file;
+  }
+
+  /// The view of an editor that is being created.
+  virtual std::unique_ptr<RecordingView> makeView() {
+    return std::make_unique<RecordingView>(log_, platform_->desktop(), site_.get(), "igxImage",
+                                           platform_->Clipboard(), platform_->files());
   }
 
   void endEditor() {

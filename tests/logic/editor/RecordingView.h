@@ -36,7 +36,6 @@ class RecordingDocument final : public Document {
     inner_.FromFile(filename, page, undoName);
   }
   void FromPicture(const Picture& picture, const std::string& undoName) override {
-    log_.add("FromPicture");
     inner_.FromPicture(picture, undoName);
   }
   void Paste(const std::string& undoName) override { inner_.Paste(undoName); }

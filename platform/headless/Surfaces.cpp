@@ -1,0 +1,57 @@
+#include "Surfaces.h"
+
+#include <cstdint>
+#include <span>
+#include <utility>
+
+#include "ImageView.h"
+#include "Moorage.h"
+#include "Resources/Layouts.h"
+#include "Resources/StockPicture.h"
+#include "controls/PictureBox.h"
+#include "engine/codecs/Codecs.h"
+#include "engine/imgx/PictureObject.h"
+#include "platform/docking/LayoutReader.h"
+
+namespace kestrel::headless {
+namespace {
+
+void addView(Site& site, const char* name, const Surroundings& surroundings) {
+  site.add(
+      std::make_unique<ImageView>(site.desktop(), &site, name, surroundings.clipboard, surroundings.files));
+}
+
+PicturePtr stockPicture() {
+  const std::span<const std::byte> file = resources::stockPicture();
+  return std::make_shared<engine::PictureObject>(
+      engine::decode({reinterpret_cast<const std::uint8_t*>(file.data()), file.size()}).bitmap);
+}
+
+}  // namespace
+
+std::unique_ptr<Site> makeEditorSite(Desktop& desktop, Window* parent, const std::string& name, bool userMode,
+                                     const Surroundings& surroundings) {
+  auto site = std::make_unique<Site>(desktop, parent, name, userMode);
+  addView(*site, "igxImage", surroundings);
+  site->add(makeEditorSuite(*site, surroundings));
+  return site;
+}
+
+std::unique_ptr<Moorage> makeEditorSuite(Site& site, const Surroundings& surroundings) {
+  return std::make_unique<Moorage>(site.desktop(), &site, "mrgUI", surroundings.user,
+                                   docking::readLayout(resources::dialogLayout()));
+}
+
+std::unique_ptr<Site> makePreviewSite(Desktop& desktop, Window* parent, const std::string& name,
+                                      const Surroundings& surroundings) {
+  auto site = std::make_unique<Site>(desktop, parent, name, true);
+  addView(*site, "igxOriginal", surroundings);
+  addView(*site, "igxPreview", surroundings);
+  auto stock = std::make_unique<PictureBox>(desktop, site.get(), "imgPreview", -1);
+  stock->visible(false);
+  stock->Picture(stockPicture());
+  site->add(std::move(stock));
+  return site;
+}
+
+}  // namespace kestrel::headless

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "Site.h"
+#include "engine/imgx/ClipboardPort.h"
+
+namespace kestrel::headless {
+
+class FileSystem;
+class Moorage;
+class User;
+
+/// What the windows on a control's surface need of the platform around them.
+struct Surroundings {
+  engine::ClipboardPort& clipboard;
+  const FileSystem& files;
+  User& user;
+};
+
+/// The container of an editor with its two windows: "mrgUI" with the stored layout "Dialog", and "igxImage".
+std::unique_ptr<Site> makeEditorSite(Desktop& desktop, Window* parent, const std::string& name, bool userMode,
+                                     const Surroundings& surroundings);
+/// The first of them by itself.
+std::unique_ptr<Moorage> makeEditorSuite(Site& site, const Surroundings& surroundings);
+
+/// The container of a preview with its two panes "igxOriginal" and "igxPreview" and the stock picture
+/// "imgPreview".
+std::unique_ptr<Site> makePreviewSite(Desktop& desktop, Window* parent, const std::string& name,
+                                      const Surroundings& surroundings);
+
+}  // namespace kestrel::headless
