@@ -78,8 +78,8 @@ void readSize(ByteReader& reader, Header& header, std::size_t fileSize) {
   const std::int64_t width = core ? reader.u16() : reader.i32();
   const std::int64_t height = core ? reader.u16() : reader.i32();
   header.topDown = height < 0;
-  // Run-length coding reaches 255 pixels with 2 bytes, and may leave out whole rows.
-  constexpr std::int64_t kPixelsPerByte = 4096;
+  // A run of 255 pixels takes 2 bytes.
+  constexpr std::int64_t kPixelsPerByte = 128;
   checkClaimedSize(width, header.topDown ? -height : height, fileSize, kPixelsPerByte);
   header.width = static_cast<std::int32_t>(width);
   header.height = static_cast<std::int32_t>(header.topDown ? -height : height);

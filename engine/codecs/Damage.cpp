@@ -18,7 +18,7 @@ void checkClaimedSize(std::int64_t width, std::int64_t height, std::size_t fileS
   if (width > Bitmap::kMaxSide || height > Bitmap::kMaxSide || width * height > Bitmap::kMaxPixels) {
     throw RuntimeError(err::kOutOfMemory, "The picture is too large: the file claims " + size + ".");
   }
-  if (width * height / (16 * pixelsPerByte) > static_cast<std::int64_t>(fileSize)) {
+  if (width * height / (8 * pixelsPerByte) > static_cast<std::int64_t>(fileSize)) {
     refusePicture("The file is damaged: it claims " + size + " but has only " + std::to_string(fileSize) +
                   " bytes.");
   }

@@ -11,7 +11,7 @@ namespace kestrel::engine {
 [[noreturn]] void refusePicture(std::string_view sentence);
 
 /// Refuses a size that the file cannot mean, before memory is asked for: sides below 1, or so many pixels
-/// that `fileSize` bytes hold less than a sixteenth of them even at `pixelsPerByte`, the most the format's
+/// that `fileSize` bytes hold less than an eighth of them even at `pixelsPerByte`, the most the format's
 /// compression can do. (A file that was cut short still opens with what it holds; one that is a lie does
 /// not.)
 void checkClaimedSize(std::int64_t width, std::int64_t height, std::size_t fileSize,

@@ -140,8 +140,8 @@ Decoded decode(Bytes data) {
   const std::int32_t width = std::max(screenWidth, left + frameWidth);
   const std::int32_t height = std::max(screenHeight, top + frameHeight);
   checkClaimedSize(frameWidth, frameHeight, data.size(), kPixelsPerByte);
-  // The screen around the picture costs no bytes, but nobody means a thousand times the picture.
-  checkClaimedSize(width, height, data.size(), 64 * kPixelsPerByte);
+  // The screen around the picture costs no bytes, but nobody means a hundred times what fits.
+  checkClaimedSize(width, height, data.size(), 8 * kPixelsPerByte);
 
   Decoded decoded;
   decoded.stored.hasAlpha = transparent >= 0 || frameWidth != width || frameHeight != height;

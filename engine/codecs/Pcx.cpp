@@ -233,7 +233,7 @@ std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata,
   const auto width = static_cast<std::size_t>(pixels.width);
   const std::size_t lineBytes = width + width % 2;
   ByteWriter writer;
-  for (const std::size_t value : {10, 5, 1, 8}) writer.u8(value);
+  for (const std::size_t value : {10U, 5U, 1U, 8U}) writer.u8(value);
   writer.u32(0);
   writer.u16(width - 1);
   writer.u16(static_cast<std::size_t>(pixels.height) - 1);

@@ -21,8 +21,8 @@
 namespace kestrel::engine::png {
 namespace {
 
-/// 1032 is the most that deflate can do, with 8 one-bit pixels in a byte.
-constexpr std::int64_t kPixelsPerByte = 1032 * 8;
+/// The most that deflate can make of one byte.
+constexpr std::int64_t kBitsPerByte = 1032 * 8;
 /// The library takes the packed pixels in pieces and gives up a piece that is not whole. Small ones towards
 /// the end let a file that was cut short show all that it holds.
 constexpr std::size_t kLargePiece = 65536;
@@ -263,7 +263,9 @@ bool probe(Bytes data) {
 Decoded decode(Bytes data) {
   Reader reader(data);
   reader.readHeader();
-  checkClaimedSize(reader.width(), reader.height(), data.size(), kPixelsPerByte);
+  const std::int64_t bitsPerPixel = std::int64_t{png_get_bit_depth(reader.png(), reader.info())} *
+                                    png_get_channels(reader.png(), reader.info());
+  checkClaimedSize(reader.width(), reader.height(), data.size(), kBitsPerByte / bitsPerPixel);
 
   Decoded decoded;
   const bool interlaced = png_get_interlace_type(reader.png(), reader.info()) != PNG_INTERLACE_NONE;

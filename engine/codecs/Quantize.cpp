@@ -13,7 +13,6 @@ namespace kestrel::engine {
 namespace {
 
 constexpr int kBits = 6;
-constexpr int kCells = 1 << kBits;
 constexpr std::size_t kAllCells = std::size_t{1} << (3 * kBits);
 constexpr std::uint8_t kHalfAlpha = 128;
 constexpr int kRefinements = 4;

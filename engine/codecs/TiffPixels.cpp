@@ -13,8 +13,6 @@
 namespace kestrel::engine::tiff {
 namespace {
 
-/// The densest of the format's many compressions reach some such ratio on a plain area.
-constexpr std::int64_t kPixelsPerByte = 65536;
 constexpr std::uint16_t kMostSamples = 64;
 
 template <typename T>
@@ -37,13 +35,28 @@ struct Layout {
   bool premultiplied = false;
 };
 
+/// How many bytes a compression can make of one, at the most and roughly.
+std::int64_t densest(std::uint16_t compression) {
+  switch (compression) {
+    case COMPRESSION_NONE:
+      return 1;
+    case COMPRESSION_PACKBITS:
+      return 64;
+    case COMPRESSION_LZW:
+      return 2731;
+    case COMPRESSION_LZMA:
+    case COMPRESSION_ZSTD:
+    case COMPRESSION_WEBP:
+      return 8192;
+    default:
+      return 1032;
+  }
+}
+
 Layout readLayout(TIFF* tiff, std::size_t fileSize) {
   Layout layout;
   const auto width = field<std::uint32_t>(tiff, TIFFTAG_IMAGEWIDTH, 0);
   const auto height = field<std::uint32_t>(tiff, TIFFTAG_IMAGELENGTH, 0);
-  checkClaimedSize(width, height, fileSize, kPixelsPerByte);
-  layout.width = static_cast<std::int32_t>(width);
-  layout.height = static_cast<std::int32_t>(height);
   layout.samples = field<std::uint16_t>(tiff, TIFFTAG_SAMPLESPERPIXEL, 1);
   if (layout.samples < 1 || layout.samples > kMostSamples) {
     refusePicture("The TIFF file cannot be read: it claims " + std::to_string(layout.samples) +
@@ -55,6 +68,12 @@ Layout readLayout(TIFF* tiff, std::size_t fileSize) {
   layout.planar = layout.samples > 1 && field<std::uint16_t>(tiff, TIFFTAG_PLANARCONFIG,
                                                              PLANARCONFIG_CONTIG) == PLANARCONFIG_SEPARATE;
   layout.sample.bits = field<std::uint16_t>(tiff, TIFFTAG_BITSPERSAMPLE, 1);
+  const std::int64_t bitsPerPixel =
+      std::max<std::int64_t>(1, std::int64_t{layout.sample.bits} * layout.samples);
+  checkClaimedSize(width, height, fileSize,
+                   std::max<std::int64_t>(1, densest(layout.compression) * 8 / bitsPerPixel));
+  layout.width = static_cast<std::int32_t>(width);
+  layout.height = static_cast<std::int32_t>(height);
   switch (field<std::uint16_t>(tiff, TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_UINT)) {
     case SAMPLEFORMAT_INT:
       layout.sample.kind = SampleFormat::Kind::signedNumber;

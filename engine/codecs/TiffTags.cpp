@@ -70,54 +70,74 @@ std::uint32_t firstNumber(const Entry& entry) {
   return value;
 }
 
-/// Reads a directory and those within it. Entries that do not hold together are left out.
-Directory readDirectory(Bytes data, ByteOrder order, std::size_t position, int depth) {
-  Directory directory;
-  ByteReader reader(data, order);
-  reader.seek(position);
-  const std::size_t count = reader.u16();
-  if (count > kMostEntries) return directory;
-  for (std::size_t i = 0; i < count && reader.remaining() >= 12; ++i) {
-    const std::uint16_t tag = reader.u16();
+/// Reads directories and those within them. Entries that do not hold together are left out.
+class DirectoryReader {
+ public:
+  DirectoryReader(Bytes data, ByteOrder order) : data_(data), order_(order), budget_(data.size()) {}
+
+  Directory read(std::size_t position, int depth) {
+    Directory directory;
+    ByteReader reader(data_, order_);
+    reader.seek(position);
+    const std::size_t count = reader.u16();
+    if (count > kMostEntries) return directory;
+    for (std::size_t i = 0; i < count && reader.remaining() >= 12; ++i) {
+      const std::size_t next = reader.position() + 12;
+      const std::uint16_t tag = reader.u16();
+      if (auto entry = readEntry(reader)) {
+        if (!holdsDirectory(tag)) {
+          directory.entries[tag] = std::move(*entry);
+        } else if (depth > 0 && !directory.children.contains(tag) &&
+                   firstNumber(*entry) + std::size_t{2} <= data_.size()) {
+          directory.children[tag] = read(firstNumber(*entry), depth - 1);
+        }
+      }
+      reader.seek(next);
+    }
+    return directory;
+  }
+
+ private:
+  static bool holdsDirectory(std::uint16_t tag) {
+    return tag == kExifDirectory || tag == kGpsDirectory || tag == kInteropDirectory;
+  }
+
+  std::optional<Entry> readEntry(ByteReader& reader) {
     Entry entry;
     entry.type = reader.u16();
     entry.count = reader.u32();
-    const std::size_t next = reader.position() + 4;
     const std::size_t size = sizeOfType(entry.type) * std::size_t{entry.count};
+    if (size == 0 || size > budget_) return std::nullopt;
     if (size > 4) {
       const std::size_t at = reader.u32();
-      if (at > data.size() || size > data.size() - at) {
-        reader.seek(next);
-        continue;
-      }
+      if (at > data_.size() || size > data_.size() - at) return std::nullopt;
       reader.seek(at);
     }
+    budget_ -= size;
     const Bytes values = reader.take(size);
-    reader.seek(next);
     entry.values.assign(values.begin(), values.end());
-    if (order == ByteOrder::big) toLittleEndian(entry.values, swapUnitOfType(entry.type));
-
-    const bool isChild = tag == kExifDirectory || tag == kGpsDirectory || tag == kInteropDirectory;
-    if (!isChild) {
-      directory.entries[tag] = std::move(entry);
-    } else if (depth > 0 && firstNumber(entry) + std::size_t{2} <= data.size()) {
-      directory.children[tag] = readDirectory(data, order, firstNumber(entry), depth - 1);
-    }
+    if (order_ == ByteOrder::big) toLittleEndian(entry.values, swapUnitOfType(entry.type));
+    return entry;
   }
-  return directory;
-}
+
+  Bytes data_;
+  ByteOrder order_;
+  /// Values do not overlap, so all of them together are no larger than the file; else a small file could make
+  /// much work.
+  std::size_t budget_;
+};
 
 std::optional<Directory> readRoot(Bytes data) {
   if (data.size() < 8) return std::nullopt;
-  const bool big = data[0] == 'M';
-  ByteReader reader(data, big ? ByteOrder::big : ByteOrder::little);
+  const ByteOrder order = data[0] == 'M' ? ByteOrder::big : ByteOrder::little;
+  ByteReader reader(data, order);
   reader.skip(2);
   constexpr std::uint16_t kClassic = 42;
   if (reader.u16() != kClassic) return std::nullopt;
   const std::uint32_t first = reader.u32();
   if (first + std::size_t{2} > data.size()) return std::nullopt;
   constexpr int kDepth = 2;
-  return readDirectory(data, big ? ByteOrder::big : ByteOrder::little, first, kDepth);
+  return DirectoryReader(data, order).read(first, kDepth);
 }
 
 std::vector<std::uint8_t> numberBytes(std::size_t value) {

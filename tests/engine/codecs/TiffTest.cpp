@@ -324,6 +324,18 @@ TEST(Tiff, ATruncatedFileShowsTheRowsThatItHolds) {
   EXPECT_EQ(errorOf([&] { decode(Bytes(whole).first(whole.size() - 1990)); }), 481);
 }
 
+TEST(Tiff, EntriesOfATypeThatIsNotKnownArePassedOver) {
+  test::Builder b;
+  b.text("MM").be16(42).be32(8).be16(7);
+  const auto entry = [&](std::uint32_t tag, std::uint32_t type, std::uint32_t value) {
+    b.be16(tag).be16(type).be32(1).be32(value);
+  };
+  entry(256, 4, 1), entry(257, 4, 1), entry(258, 4, 8), entry(262, 4, 1);
+  entry(273, 4, 98), entry(279, 4, 1), entry(700, 99, 12345);
+  b.be32(0).u8({77});
+  EXPECT_EQ(decode(b.bytes).bitmap.at(0, 0), (Pixel{77, 77, 77, 255}));
+}
+
 TEST(Tiff, AnAbsurdSizeInASmallFileIsRefused) {
   auto bytes = directoryFirst(20, 10, 200);
   for (std::size_t i = 0; i < 4; ++i) bytes[18 + i] = bytes[30 + i] = i == 2 ? 1 : 0;  // 65,536 x 65,536

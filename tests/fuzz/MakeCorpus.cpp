@@ -1,0 +1,84 @@
+#include <algorithm>
+#include <cstdio>
+#include <exception>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "engine/codecs/CodecTable.h"
+
+// Writes the seeds of the fuzzers: small pictures in every format that we write, plain and with metadata.
+
+namespace {
+
+using namespace kestrel::engine;
+
+Bitmap picture(std::int32_t width, std::int32_t height, bool opaque) {
+  Bitmap bitmap = Bitmap::uninitialized(width, height);
+  const Pixels pixels = bitmap.writable();
+  for (std::int32_t y = 0; y < height; ++y) {
+    for (std::int32_t x = 0; x < width; ++x) {
+      std::uint8_t* const p = pixels.row(y) + 4 * x;
+      p[0] = static_cast<std::uint8_t>(x * 40);
+      p[1] = static_cast<std::uint8_t>(y * 30);
+      p[2] = static_cast<std::uint8_t>(x * y * 7);
+      p[3] = opaque ? std::uint8_t{255} : static_cast<std::uint8_t>(x * 25 + y);
+    }
+  }
+  return bitmap;
+}
+
+/// An EXIF block with an orientation, little-endian.
+std::vector<std::uint8_t> exif() {
+  return {'I', 'I', 42, 0, 8, 0, 0, 0, 1, 0, 0x12, 1, 3, 0, 1, 0, 0, 0, 6, 0, 0, 0, 0, 0, 0, 0};
+}
+
+std::string folderOf(const Codec& codec) {
+  std::string name(codec.name);
+  for (char& c : name) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
+  return name;
+}
+
+void write(const std::filesystem::path& path, const std::vector<std::uint8_t>& bytes) {
+  std::filesystem::create_directories(path.parent_path());
+  std::ofstream(path, std::ios::binary)
+      .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+}
+
+/// A Photo CD pack cut short after its first rows: the format is not one that we write.
+std::vector<std::uint8_t> photoCd() {
+  std::vector<std::uint8_t> bytes(0x2000 + 4 * 576, std::uint8_t{120});
+  const std::string mark = "PCD_IPI";
+  std::copy(mark.begin(), mark.end(), bytes.begin() + 0x800);
+  return bytes;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 2) {
+    std::fprintf(stderr, "usage: fuzz_corpus FOLDER\n");
+    return 2;
+  }
+  try {
+    const std::filesystem::path folder = argv[1];
+    Metadata metadata;
+    metadata.resolutionX = metadata.resolutionY = 96;
+    metadata.exif = exif();
+    metadata.xmp = {'<', 'x', '/', '>'};
+    metadata.iptc = {0x1C, 2, 5, 0, 1, 'x'};
+    for (const Codec& codec : codecTable()) {
+      if (codec.encode == nullptr) continue;
+      const auto at = folder / folderOf(codec);
+      write(at / "opaque", encode(picture(9, 7, true), {}, codec.format));
+      write(at / "transparent", encode(picture(7, 9, false), metadata, codec.format));
+      write(at / "one_pixel", encode(picture(1, 1, true), {}, codec.format));
+    }
+    write(folder / "pcd" / "cut", photoCd());
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "%s\n", error.what());
+    return 1;
+  }
+  return 0;
+}
