@@ -1,0 +1,28 @@
+#pragma once
+
+#include <memory>
+
+namespace kestrel::engine {
+class ClipboardPort;
+}
+
+namespace kestrel::qt {
+
+/// The component inside a host program: the desktop's platform, and the start and the end of what the editors
+/// of this thread share. A host makes one on its main thread, after its application object and before any
+/// editor, and lets it outlive them.
+class Component {
+ public:
+  Component();
+  ~Component();
+  Component(const Component&) = delete;
+  Component& operator=(const Component&) = delete;
+
+  engine::ClipboardPort& clipboardPort();
+
+ private:
+  struct Inside;
+  std::unique_ptr<Inside> inside_;
+};
+
+}  // namespace kestrel::qt

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QWidget>
+#include <memory>
+
+#include "Component.h"
+#include "editor/ImageProcessingCtl.h"
+
+namespace kestrel::qt {
+
+/// The image editor as a widget, to be put into any window or layout.
+///
+/// The host calls `control().Initialize()` once, and from then on whatever it wants of the control.
+class ImageEditor final : public QWidget {
+  Q_OBJECT
+
+ public:
+  /// A new control, or one with the properties that the host had stored. Raises RuntimeError 321 if the
+  /// stored layout in the program is damaged.
+  explicit ImageEditor(Component& component, const PropertyBag* stored = nullptr, QWidget* parent = nullptr);
+  ~ImageEditor() override;
+
+  ImageProcessingCtl& control();
+
+  /// Stores the control's properties.
+  void save(PropertyBag& bag);
+
+ private:
+  struct Inside;
+  std::unique_ptr<Inside> inside_;
+};
+
+}  // namespace kestrel::qt
