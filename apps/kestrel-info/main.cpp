@@ -1,0 +1,83 @@
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <exception>
+#include <filesystem>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "base/RuntimeError.h"
+#include "engine/codecs/CodecTable.h"
+
+// kestrel-info FILE...: tells what picture files hold, one line for each. With --png DIR it also writes what
+// was read, as PNG. It uses the engine alone, no desktop.
+
+namespace {
+
+using namespace kestrel;
+namespace fs = std::filesystem;
+
+std::string describe(const engine::Decoded& decoded) {
+  const engine::StoredAs& stored = decoded.stored;
+  std::string line(engine::codecOf(decoded.format)->name);
+  line += ", " + std::to_string(decoded.bitmap.width()) + " x " + std::to_string(decoded.bitmap.height());
+  line += ", " + std::to_string(stored.bitsPerSample) + (stored.bitsPerSample == 1 ? " bit" : " bits");
+  line += stored.hasAlpha ? ", alpha" : ", no alpha";
+  line += ", " + (stored.profile.empty() ? "no profile" : "profile \"" + stored.profile + "\"");
+  line += ", orientation " + std::to_string(stored.orientation);
+  if (stored.pages > 1) line += ", first of " + std::to_string(stored.pages) + " pages";
+  if (!decoded.notice.empty()) line += ", notice: " + decoded.notice;
+  return line;
+}
+
+/// Writes pictures into a folder under their file's name with ".png" behind it, each name once.
+class PngFolder {
+ public:
+  explicit PngFolder(fs::path folder) : folder_(std::move(folder)) {}
+
+  void write(const fs::path& file, const engine::Decoded& decoded) {
+    const fs::path target = folder_ / (file.filename().string() + ".png");
+    if (!written_.insert(target).second) {
+      throw RuntimeError(err::kFileExists,
+                         "Another of the files was written as \"" + target.string() + "\".");
+    }
+    engine::encodeFile(decoded.bitmap, decoded.metadata, engine::format::kPng, {}, target);
+  }
+
+ private:
+  fs::path folder_;
+  std::set<fs::path> written_;
+};
+
+/// False if the file could not be read, or its PNG not be written.
+bool tell(const std::string& file, PngFolder* pngs) {
+  std::string line;
+  bool done = false;
+  try {
+    const engine::Decoded decoded = engine::decodeFile(file);
+    line = describe(decoded);
+    if (pngs != nullptr) pngs->write(file, decoded);
+    done = true;
+  } catch (const std::exception& error) {
+    line = std::string("error: ") + error.what();
+  }
+  std::printf("%s: %s\n", file.c_str(), line.c_str());
+  return done;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  CLI::App app("Tells what picture files hold: format, size, depth, alpha, colour profile and orientation.");
+  std::vector<std::string> files;
+  std::string folder;
+  app.add_option("FILE", files, "Picture files")->required();
+  app.add_option("--png", folder, "Write each picture as PNG into this folder")
+      ->check(CLI::ExistingDirectory);
+  CLI11_PARSE(app, argc, argv);
+
+  PngFolder pngs(folder);
+  bool allDone = true;
+  for (const std::string& file : files) allDone = tell(file, folder.empty() ? nullptr : &pngs) && allDone;
+  return allDone ? 0 : 1;
+}
