@@ -28,6 +28,8 @@ constexpr std::int64_t kBitsPerByte = 1032 * 8;
 constexpr std::size_t kLargePiece = 65536;
 constexpr std::size_t kSmallPiece = 32;
 constexpr std::size_t kNearEnd = 2 * kLargePiece;
+/// Higher levels take many times as long on photographs and save next to nothing.
+constexpr int kCompressionLevel = 4;
 constexpr double kInchesPerMetre = 1 / 0.0254;
 
 /// The library reports errors by a jump, so the functions that call it hold nothing to be destroyed.
@@ -307,6 +309,7 @@ std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata,
   });
   writeMetadata(writer, metadata, exif, texts);
   writer.guarded([&] {
+    png_set_compression_level(writer.png(), kCompressionLevel);
     png_write_info(writer.png(), writer.info());
     if (opaque) png_set_filler(writer.png(), 0, PNG_FILLER_AFTER);
     for (std::int32_t y = 0; y < pixels.height; ++y) png_write_row(writer.png(), pixels.row(y));
