@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <optional>
 
 #include "Conversions.h"
@@ -66,15 +65,9 @@ void DrawPart::Image(const kestrel::Image& source, std::int32_t x, std::int32_t 
   if (!blend) makeOpaque(top);
   const std::optional<Pixel> mask =
       maskColor == nullptr || maskColor->IsNone() ? std::nullopt : std::optional(pixelOf(*maskColor));
-  const auto opacityByte = static_cast<std::uint8_t>(std::lround(opacity * 255));
   const kestrel::Rectangle area = overlap(picture.bitmap(), top, x, y);
   picture.paint(std::array{area}, undoName, [&](Pixels pixels) {
-    for (std::int32_t row = area.Top; row < area.Top + area.Height; ++row) {
-      const std::uint8_t* const from =
-          top.pixels().row(row - y) + 4 * static_cast<std::size_t>(std::int64_t{area.Left} - x);
-      compositeRow(from, pixels.row(row) + 4 * static_cast<std::size_t>(area.Left), area.Width, opacityByte,
-                   mask);
-    }
+    compositeOnto(pixels, top.pixels(), x, y, {.opacity = static_cast<double>(opacity), .maskColor = mask});
   });
 }
 

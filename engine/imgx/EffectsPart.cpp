@@ -47,9 +47,8 @@ void EffectsPart::Rotate(float angle, const Colour* color, std::int32_t quality,
 
 void EffectsPart::DropShadow(std::int32_t offsetX, std::int32_t offsetY, const Colour& color, double blur,
                              bool grow, const std::string& undoName) {
-  if (!grow) throw RuntimeError(err::kInvalidCall, "A shadow always grows the picture as far as it needs.");
   EditablePicture& picture = owner_.pictureToChange();
-  picture.replacePixels(dropShadow(picture.bitmap(), offsetX, offsetY, pixelOf(color), blur), undoName);
+  picture.replacePixels(dropShadow(picture.bitmap(), offsetX, offsetY, pixelOf(color), blur, grow), undoName);
 }
 
 void EffectsPart::ReplaceColor(const Colour& from, const Colour& to, double tolerance, std::int32_t mode,

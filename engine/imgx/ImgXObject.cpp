@@ -10,11 +10,14 @@ ImgXObject::ImgXObject(ClipboardPort& clipboard, std::shared_ptr<EditablePicture
 }
 
 void ImgXObject::putPicture(PictureState state, const std::string& undoName) {
-  if (bound_) {
-    picture_ = std::make_shared<EditablePicture>();
-    bound_ = false;
+  if (!bound_) {
+    picture_->put(std::move(state), undoName);
+    return;
   }
-  picture_->put(std::move(state), undoName);
+  auto own = std::make_shared<EditablePicture>();
+  own->put(std::move(state), undoName);
+  picture_ = std::move(own);
+  bound_ = false;
 }
 
 }  // namespace kestrel::engine
