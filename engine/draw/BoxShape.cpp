@@ -94,26 +94,28 @@ std::array<PixelRun, 2> BoxShape::runs(std::int32_t y, PixelRun columns) const {
 void BoxShape::cover(std::int32_t y, PixelRun run, std::uint8_t* out) const {
   const Chords outer = outer_.chords(y);
   const Chords hole = hole_ ? hole_->chords(y) : Chords{};
-  // Where every line of the row is inside, and no hole is near, there is nothing to measure.
-  double solidLeft = -HUGE_VAL, solidRight = HUGE_VAL;
-  bool solid = true;
-  for (std::size_t i = 0; i < outer.size(); ++i) {
-    solid = solid && !outer[i].empty() && hole[i].empty();
-    solidLeft = std::max(solidLeft, outer[i].left);
-    solidRight = std::min(solidRight, outer[i].right);
-  }
   const auto overlap = [](const Chord& chord, double x) {
     return chord.empty() ? 0 : std::max(0.0, std::min(chord.right, x + 1) - std::max(chord.left, x));
   };
-  for (std::int32_t x = run.first; x < run.last; ++x) {
-    if (solid && x >= solidLeft && x + 1 <= solidRight) {
-      *out++ = 255;
-      continue;
+  const auto measure = [&](std::int32_t first, std::int32_t last) {
+    for (std::int32_t x = first; x < last; ++x) {
+      double area = 0;
+      for (std::size_t i = 0; i < outer.size(); ++i) area += overlap(outer[i], x) - overlap(hole[i], x);
+      *out++ = static_cast<std::uint8_t>(std::lrint(area * 255 / kLines));
     }
-    double area = 0;
-    for (std::size_t i = 0; i < outer.size(); ++i) area += overlap(outer[i], x) - overlap(hole[i], x);
-    *out++ = static_cast<std::uint8_t>(std::lrint(area * 255 / kLines));
+  };
+  // Where every line of the row is inside, and no hole is near, there is nothing to measure.
+  double left = -HUGE_VAL, right = HUGE_VAL;
+  for (std::size_t i = 0; i < outer.size(); ++i) {
+    if (outer[i].empty() || !hole[i].empty()) right = -HUGE_VAL;
+    left = std::max(left, outer[i].left);
+    right = std::min(right, outer[i].right);
   }
+  const std::int32_t solidFirst = within(run, std::ceil(left));
+  const std::int32_t solidLast = std::max(solidFirst, within(run, std::floor(right)));
+  measure(run.first, solidFirst);
+  out = std::fill_n(out, solidLast - solidFirst, std::uint8_t{255});
+  measure(solidLast, run.last);
 }
 
 }  // namespace kestrel::engine

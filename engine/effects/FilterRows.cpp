@@ -160,17 +160,32 @@ HWY_INLINE void filterPixel(const float* HWY_RESTRICT in, const FilterTable& tab
   hn::StoreU(sumOfPixels(d, hn::Add(even, odd)), FloatPixel(), out + std::ptrdiff_t{4} * x);
 }
 
-/// One value of a row of single values filtered along itself.
-HWY_INLINE void filterValue(const float* HWY_RESTRICT in, const FilterTable& table, std::int32_t x,
-                            float* HWY_RESTRICT out) {
+/// What makes one value of a row of single values filtered along itself, in four parts.
+HWY_INLINE hn::Vec<FloatPixel> valueInParts(const float* HWY_RESTRICT in, const FilterTable& table,
+                                            std::int32_t x) {
   const FloatPixel d;
   const FilterTable::Run& run = table.run(x);
   const float* const weights = table.weights(run);
-  auto sum = hn::Zero(d);
+  auto parts = hn::Zero(d);
   for (std::int32_t i = 0; i < run.count; i += 4) {
-    sum = hn::MulAdd(hn::LoadU(d, weights + i), hn::LoadU(d, in + run.first + i), sum);
+    parts = hn::MulAdd(hn::LoadU(d, weights + i), hn::LoadU(d, in + run.first + i), parts);
   }
-  out[x] = hn::GetLane(hn::SumOfLanes(d, sum));
+  return parts;
+}
+
+/// The values from `first` on to, and not including, `last`.
+HWY_INLINE void filterValues(const float* HWY_RESTRICT in, const FilterTable& table, std::int32_t first,
+                             std::int32_t last, float* HWY_RESTRICT out) {
+  const FloatPixel d;
+  std::int32_t x = first;
+  for (; x + 4 <= last; x += 4) {
+    const auto a = valueInParts(in, table, x), b = valueInParts(in, table, x + 1);
+    const auto c = valueInParts(in, table, x + 2), e = valueInParts(in, table, x + 3);
+    const auto ab = hn::Add(hn::InterleaveLower(d, a, b), hn::InterleaveUpper(d, a, b));
+    const auto ce = hn::Add(hn::InterleaveLower(d, c, e), hn::InterleaveUpper(d, c, e));
+    hn::StoreU(hn::Add(hn::ConcatLowerLower(d, ce, ab), hn::ConcatUpperUpper(d, ce, ab)), d, out + x);
+  }
+  for (; x < last; ++x) out[x] = hn::GetLane(hn::SumOfLanes(d, valueInParts(in, table, x)));
 }
 
 /// Filters whole vectors of outputs with the same weights, from the first of them on. Returns where it ended.
@@ -210,9 +225,8 @@ void FilterColumns4(const float* HWY_RESTRICT in, const FilterTable& table, floa
 }
 
 void FilterColumns1(const float* HWY_RESTRICT in, const FilterTable& table, float* HWY_RESTRICT out) {
-  for (std::int32_t x = 0; x < table.uniform().first; ++x) filterValue(in, table, x, out);
-  for (std::int32_t x = filterUniform<1>(in, table, out); x < table.outputs(); ++x)
-    filterValue(in, table, x, out);
+  filterValues(in, table, 0, table.uniform().first, out);
+  filterValues(in, table, filterUniform<1>(in, table, out), table.outputs(), out);
 }
 
 void StoreStraightRow(const float* HWY_RESTRICT in, std::int32_t count, std::uint8_t* HWY_RESTRICT out) {
