@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <filesystem>
+#include <fstream>
 #include <iostream>
 
 namespace kestrel::app {
@@ -14,8 +15,16 @@ const std::vector<std::string> kDemoCommands = {"zoomout",     "zoomout",     "z
                                                 "zoomout",     "zoomout",     "zoomout",    "zoomout",
                                                 "imagemirror", "rotateright", "rotateleft", "drawselect"};
 
+/// Blank lines, and those that begin with "#", are for readers only.
+void readScript(const std::string& file, std::vector<std::string>& steps) {
+  std::ifstream lines(file);
+  for (std::string line; std::getline(lines, line);) {
+    if (!line.empty() && line.front() != '#') steps.push_back(line);
+  }
+}
+
 void planDemo(const std::string& folder, Arguments& arguments) {
-  arguments.commands = kDemoCommands;
+  arguments.steps = kDemoCommands;
   // A saved picture keeps its format, and so the name its extension.
   arguments.saveAs = (fs::path(folder) / "result").string() + fs::path(arguments.file).extension().string();
   arguments.screenshot = (fs::path(folder) / "screenshot.png").string();
@@ -28,10 +37,14 @@ bool readArguments(int count, char** values, Arguments& arguments, int& exitCode
   CLI::App parser("Opens a picture in the image editor.", "kestrel-editor");
   std::string demo;
   parser.add_option("FILE", arguments.file, "The picture to open");
-  parser.add_option("--command", arguments.commands, "Runs a command after opening, by its key (\"zoomin\")")
+  parser.add_option("--command", arguments.steps, "Runs a command after opening, by its key (\"zoomin\")")
       ->type_name("KEY")
       ->take_all()
       ->expected(1);
+  std::string script;
+  parser.add_option("--script", script, "Then does the steps of a file, a line each")
+      ->type_name("TXT")
+      ->check(CLI::ExistingFile);
   parser.add_option("--save-as", arguments.saveAs, "Saves the picture under another name")->type_name("OUT");
   parser.add_option("--screenshot", arguments.screenshot, "Writes a picture of the window")->type_name("PNG");
   parser.add_flag("--quit", arguments.quit, "Ends after that, and asks nothing on the way");
@@ -47,6 +60,7 @@ bool readArguments(int count, char** values, Arguments& arguments, int& exitCode
     return false;
   }
   if (!arguments.file.empty()) arguments.file = fs::absolute(arguments.file).lexically_normal().string();
+  if (!script.empty()) readScript(script, arguments.steps);
   if (!demo.empty()) planDemo(demo, arguments);
   return true;
 }

@@ -7,11 +7,11 @@ namespace kestrel::app {
 
 /// What the command line asks for.
 struct Arguments {
-  std::string file;                   ///< absolute path of the picture to open; empty for none
-  std::vector<std::string> commands;  ///< dispatch keys, run in order after opening
-  std::string saveAs;                 ///< then the picture is saved under this name
-  std::string screenshot;             ///< and the window pictured in this PNG file
-  bool quit = false;                  ///< and the program ends; nothing is asked on the way
+  std::string file;                ///< absolute path of the picture to open; empty for none
+  std::vector<std::string> steps;  ///< lines of a script (Steps.h), done in order after opening
+  std::string saveAs;              ///< then the picture is saved under this name
+  std::string screenshot;          ///< and the window pictured in this PNG file
+  bool quit = false;               ///< and the program ends; nothing is asked on the way
 };
 
 /// Reads the command line. Returns false where the program has to end at once, with `exitCode`: help or the

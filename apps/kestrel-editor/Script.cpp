@@ -5,6 +5,7 @@
 #include <iostream>
 
 #include "ConsoleBoxes.h"
+#include "Steps.h"
 #include "base/RuntimeError.h"
 
 namespace kestrel::app {
@@ -30,13 +31,10 @@ bool runScript(const Arguments& arguments, EditorWindow& window, qt::Desktop& de
                                            [&] { return editor.OpenImage(arguments.file); })) {
     return false;
   }
-  for (const std::string& key : arguments.commands) {
-    const bool done = succeeds("The command \"" + key + "\"", boxes, [&] {
-      window.runCommand(key);
-      desktop.settle();
-      return true;
-    });
-    if (!done) return false;
+  for (const std::string& line : arguments.steps) {
+    if (!succeeds("The step \"" + line + "\"", boxes, [&] { return runStep(line, window, desktop); })) {
+      return false;
+    }
   }
   if (!arguments.saveAs.empty()) {
     if (!succeeds("Saving \"" + arguments.saveAs + "\"", boxes,

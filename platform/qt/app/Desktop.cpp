@@ -1,10 +1,15 @@
 #include "Desktop.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QLibraryInfo>
+#include <QMouseEvent>
 #include <QPixmap>
+#include <QSet>
+#include <QTimer>
 #include <QTranslator>
 #include <QWidget>
+#include <algorithm>
 #include <utility>
 
 #include "../Guard.h"
@@ -19,6 +24,19 @@ namespace {
 
 constexpr int kQuietRounds = 3;
 constexpr int kRoundMilliseconds = 20;
+/// An opened window is pictured when it has stood this long, for what it does after it has appeared.
+constexpr int kFirstLookMilliseconds = 400;
+constexpr int kPatienceMilliseconds = 10000;
+/// How far a hand moves the pointer between two events.
+constexpr double kPointerStride = 4.0;
+
+bool savePicture(QWidget& window, const std::string& filename) {
+  constexpr int kSmallest = 0;  // the most work on a small file
+  return window.grab()
+      .toImage()
+      .convertToFormat(QImage::Format_RGB888)
+      .save(toQt(filename), "PNG", kSmallest);
+}
 
 /// The translations of the toolkit's own texts and of ours, as far as there are any for the user's language.
 void translate(QApplication& application) {
@@ -31,6 +49,35 @@ void translate(QApplication& application) {
       QApplication::installTranslator(translator);
     }
   }
+}
+
+QSet<QWidget*> shownWindows() {
+  QSet<QWidget*> windows;
+  for (QWidget* const window : QApplication::topLevelWidgets()) {
+    const bool stays = window->windowType() == Qt::Window || window->windowType() == Qt::Dialog;
+    if (stays && window->isVisible()) windows.insert(window);
+  }
+  return windows;
+}
+
+void sendPointer(QWidget& widget, QEvent::Type type, QPointF at, Qt::MouseButton button,
+                 Qt::MouseButtons held) {
+  QMouseEvent event(type, at, widget.mapToGlobal(at), button, held, Qt::NoModifier);
+  QApplication::sendEvent(&widget, &event);
+}
+
+/// From one point to the next as a hand does it, without the first point.
+std::vector<QPointF> stridesBetween(QPointF from, QPointF to) {
+  const int count = std::max(1, static_cast<int>(QLineF(from, to).length() / kPointerStride));
+  std::vector<QPointF> points;
+  for (int i = 1; i <= count; ++i) points.push_back(from + (to - from) * i / count);
+  return points;
+}
+
+QWidget& requiredWidget(const Control& control) {
+  QWidget* const widget = widgetOf(control.hWnd());
+  if (!widget) throw RuntimeError(err::kObjectNotSet, "The control is not shown.");
+  return *widget;
 }
 
 }  // namespace
@@ -82,7 +129,50 @@ void Desktop::settle() {
 bool Desktop::saveScreenshot(Form& form, const std::string& filename) {
   settle();
   QWidget* const window = widgetOf(form.hWnd());
-  return window && window->grab().save(toQt(filename));
+  return window && savePicture(*window, filename);
+}
+
+bool Desktop::saveOpenedWindow(const std::function<void()>& open, const std::string& filename) {
+  const QSet<QWidget*> before = shownWindows();
+  bool done = false;
+  bool saved = false;
+  QElapsedTimer seen;
+  QTimer watch;
+  QObject::connect(&watch, &QTimer::timeout, &watch, [&] {
+    const QSet<QWidget*> opened = shownWindows() - before;
+    if (opened.isEmpty() || done) return;
+    if (!seen.isValid()) seen.start();
+    if (seen.elapsed() < kFirstLookMilliseconds) return;
+    done = true;
+    QWidget* const window = *opened.begin();
+    saved = savePicture(*window, filename);
+    window->close();
+  });
+  watch.start(kRoundMilliseconds);
+  QElapsedTimer patience;
+  patience.start();
+  open();
+  while (!done && patience.elapsed() < kPatienceMilliseconds) settle();
+  return saved;
+}
+
+void Desktop::movePointer(const Control& control, Point to) {
+  sendPointer(requiredWidget(control), QEvent::MouseMove, QPointF(to.X, to.Y), Qt::NoButton, Qt::NoButton);
+}
+
+void Desktop::drag(const Control& control, const std::vector<Point>& path) {
+  if (path.empty()) return;
+  QWidget& widget = requiredWidget(control);
+  movePointer(control, path.front());
+  QPointF at(path.front().X, path.front().Y);
+  sendPointer(widget, QEvent::MouseButtonPress, at, Qt::LeftButton, Qt::LeftButton);
+  for (const Point& corner : path) {
+    for (const QPointF& point : stridesBetween(at, QPointF(corner.X, corner.Y))) {
+      sendPointer(widget, QEvent::MouseMove, point, Qt::NoButton, Qt::LeftButton);
+    }
+    at = QPointF(corner.X, corner.Y);
+  }
+  sendPointer(widget, QEvent::MouseButtonRelease, at, Qt::LeftButton, Qt::NoButton);
 }
 
 }  // namespace kestrel::qt

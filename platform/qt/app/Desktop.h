@@ -1,8 +1,11 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
+#include "imaging/contract/Control.h"
 #include "imaging/contract/ObjectFactory.h"
 #include "imaging/contract/Platform.h"
 #include "imaging/contract/RegistryStore.h"
@@ -48,6 +51,14 @@ class Desktop {
 
   /// Writes a picture of the form's window; false if that failed.
   bool saveScreenshot(Form& form, const std::string& filename);
+  /// Runs `open`, writes a picture of the window that it opens, be it a dialog that it waits for or a window
+  /// that stays, and closes that window; false if none came, or the file could not be written.
+  bool saveOpenedWindow(const std::function<void()>& open, const std::string& filename);
+
+  /// Moves the pointer over the control, or draws it along the path with the left button held; a path of one
+  /// point is a click. Positions are those of the control.
+  void movePointer(const Control& control, Point to);
+  void drag(const Control& control, const std::vector<Point>& path);
 
  private:
   struct Inside;

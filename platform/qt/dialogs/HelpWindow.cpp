@@ -1,15 +1,44 @@
 #include "HelpWindow.h"
 
 #include <QAction>
+#include <QEvent>
+#include <QFileInfo>
 #include <QStyle>
 #include <QToolBar>
 #include <QUrl>
 
 #include "../Text.h"
+#include "../docking/SvgIcon.h"
 
 namespace kestrel::qt {
+namespace {
 
-HelpWindow::HelpWindow() : browser_(new QTextBrowser) {
+constexpr int kIconSize = 24;
+
+/// Shows the program's own icons on its pages as the program itself does: sharp on any screen, in the
+/// colours of the theme.
+class HelpBrowser final : public QTextBrowser {
+ public:
+  QVariant loadResource(int type, const QUrl& name) override {
+    const QFileInfo file(name.path());
+    if (type == QTextDocument::ImageResource && file.suffix() == QLatin1String("svg")) {
+      const QIcon icon = drawnIcon(fromQt(file.completeBaseName()));
+      if (!icon.isNull()) return icon.pixmap(QSize(kIconSize, kIconSize), devicePixelRatioF());
+    }
+    return QTextBrowser::loadResource(type, name);
+  }
+
+ protected:
+  void changeEvent(QEvent* event) override {
+    QTextBrowser::changeEvent(event);
+    // The icons of the page were drawn for the theme before.
+    if (event->type() == QEvent::PaletteChange && !source().isEmpty()) reload();
+  }
+};
+
+}  // namespace
+
+HelpWindow::HelpWindow() : browser_(new HelpBrowser) {
   setWindowTitle(translated("Help"));
   browser_->setOpenExternalLinks(true);
   browser_->setAccessibleName(translated("Help page"));
@@ -41,7 +70,7 @@ HelpWindow::HelpWindow() : browser_(new QTextBrowser) {
   closing->setShortcut(Qt::Key_Escape);
   connect(closing, &QAction::triggered, this, &QWidget::close);
   addAction(closing);
-  resize(760, 620);
+  resize(900, 740);
 }
 
 void HelpWindow::showPage(const QString& folder, const QString& page) {
