@@ -70,6 +70,7 @@ void run(benchmark::State& state, const Operation& operation) {
 void add(const char* name, auto operation) {
   benchmark::RegisterBenchmark(name, [operation](benchmark::State& state) { run(state, operation); })
       ->Unit(benchmark::kMillisecond)
+      ->MeasureProcessCPUTime()
       ->UseRealTime();
 }
 

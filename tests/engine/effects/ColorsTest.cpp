@@ -3,6 +3,7 @@
 #include "Pictures.h"
 #include "engine/effects/Flatten.h"
 #include "engine/effects/GrayScale.h"
+#include "engine/effects/Opaque.h"
 #include "engine/effects/ReplaceColor.h"
 #include "engine/effects/reference/PixelRows.h"
 
@@ -69,6 +70,24 @@ TEST(Flatten, IsTheRoundedMixtureForEveryAlphaOnEveryKindOfVectors) {
                               expected.writable().row(y));
       }
       EXPECT_TRUE(samePicture(flatten(picture, {9, 99, 199, 5}), expected));
+    }
+  });
+}
+
+TEST(Opaque, OnePixelAnywhereThatIsNotFullyOpaqueIsFound) {
+  onEachTarget([] {
+    for (const Extent size : oddExtents()) {
+      Bitmap picture = randomPicture(size.width, size.height, AlphaKind::Opaque);
+      EXPECT_TRUE(isOpaque(picture.pixels()));
+      const Pixels pixels = picture.writable();
+      for (int y = 0; y < size.height; ++y) {
+        for (int x = 0; x < size.width; ++x) {
+          std::uint8_t& alpha = pixels.row(y)[4 * x + 3];
+          alpha = 254;
+          ASSERT_FALSE(isOpaque(picture.pixels())) << x << ", " << y;
+          alpha = 255;
+        }
+      }
     }
   });
 }
