@@ -14,13 +14,16 @@ constexpr Pixel kBehindTransparency{255, 255, 255, 255};
 constexpr std::int32_t kStartUndoLevels = 3;
 constexpr std::int32_t kBorderThickness = 1;
 
+/// Stands in for a background image; wide, since tiles are laid run by run.
+Bitmap plainTile() { return Bitmap::filled(256, 1, kBehindTransparency); }
+
 }  // namespace
 
 View::View(ClipboardPort& clipboard)
     : Face(clipboard),
       clipboard_(clipboard),
       picture_(std::make_shared<EditablePicture>()),
-      background_(Bitmap::filled(1, 1, kBehindTransparency)) {
+      background_(plainTile()) {
   picture_->history().levels(kStartUndoLevels);
   picture_->onChange = [this](const PictureChange& change) { pictureChanged(change); };
   picture_->onRollBack = [this](const Rectangle& area) { pictureDrawn(area); };
@@ -92,8 +95,7 @@ void View::CreateUndoPoint(const std::string& name) {
 }
 
 void View::BackgroundImage(const kestrel::Image* value) {
-  background_ = value == nullptr ? Bitmap::filled(1, 1, kBehindTransparency)
-                                 : flatten(bitmapOf(*value), kBehindTransparency);
+  background_ = value == nullptr ? plainTile() : flatten(bitmapOf(*value), kBehindTransparency);
   invalidateAll();
 }
 
