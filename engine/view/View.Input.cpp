@@ -14,6 +14,9 @@ namespace {
 /// How far a pressed pointer may stray and still click.
 constexpr double kClickTolerance = 2;
 
+/// The pointer style that shows the tool's pointer over the picture only.
+constexpr std::int32_t kOverPictureOnly = 2;
+
 /// How fast a drag beyond the edge scrolls, per tick of the timer.
 constexpr double kSlowestScroll = 4;
 constexpr double kFastestScroll = 64;
@@ -49,6 +52,9 @@ void View::pointerDown(std::int32_t button, std::int32_t shift, float x, float y
 void View::pointerMove(std::int32_t button, std::int32_t shift, float x, float y) {
   pointer_ = {x, y};
   shift_ = shift;
+  // A release may have gone elsewhere, to a window that opened meanwhile.
+  if (gesture_ && (button & gestureButton_) == 0) cancelGesture();
+  if ((button & pressedButton_) == 0) pressedButton_ = 0;
   if (pressedButton_ != 0 || gesture_) {
     const double tolerance = kClickTolerance * deviceScale_;
     dragged_ |=
@@ -157,12 +163,11 @@ bool View::isOverPicture(PointD at) const {
 }
 
 ViewCursor View::cursorAt(PointD at) const {
-  if (mousePointer_ == kPointerCustom) return ViewCursor::custom;
+  if (gesture_ && (gestureButton_ == kMiddleButton || tool_ == kViewToolPan)) return ViewCursor::grabbing;
+  const bool toolShows = mousePointerStyle_ != kOverPictureOnly || isOverPicture(at);
+  if (mousePointer_ == kPointerCustom && toolShows) return ViewCursor::custom;
   if (mousePointer_ != kPointerDefault) return ViewCursor::arrow;
-  if (gesture_ && gestureButton_ == kMiddleButton) return ViewCursor::grabbing;
-  if (tool_ == kViewToolPan && (gesture_ || isOverPicture(at))) {
-    return gesture_ ? ViewCursor::grabbing : ViewCursor::hand;
-  }
+  if (tool_ == kViewToolPan && toolShows) return ViewCursor::hand;
   if (tool_ != kViewToolSelect || !selection_.shown()) return ViewCursor::arrow;
   switch (selectionPartAt(at)) {
     case SelectionPart::Left:

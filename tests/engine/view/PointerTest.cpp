@@ -102,6 +102,37 @@ TEST(ViewPointer, OtherButtonsDoNotEndAGesture) {
   EXPECT_EQ(view.SelectionWidth(), 50);
 }
 
+TEST(ViewPointer, AReleaseThatWentElsewhereEndsTheGestureWithoutAResult) {
+  TestView view;
+  view.load(1000, 1000);
+  view.Tool(kViewToolRectangle);
+  view.press({10, 10});
+  view.move({60, 60});
+  view.pointerMove(0, 0, 70, 70);
+  view.pointerMove(0, 0, 90, 90);
+  view.pointerUp(kLeftButton, 0, 90, 90);
+  EXPECT_EQ(view.UndoName(), "");
+  EXPECT_THAT(view.take(), Not(Contains("Click()")));
+}
+
+TEST(ViewPointer, WithPointerStyle2TheToolsPointerShowsOverThePictureOnly) {
+  TestView view(200, 100);
+  view.load(50, 50);
+  view.MousePointer(kPointerCustom);
+  view.move({10, 10});
+  EXPECT_EQ(view.cursors.back(), ViewCursor::custom);
+  view.MousePointerStyle(2);
+  view.move({11, 10});
+  EXPECT_EQ(view.cursors.back(), ViewCursor::arrow);
+  view.move({100, 50});
+  EXPECT_EQ(view.cursors.back(), ViewCursor::custom);
+  view.MousePointer(kPointerDefault);
+  view.Tool(kViewToolPan);
+  EXPECT_EQ(view.cursors.back(), ViewCursor::hand);
+  view.move({10, 10});
+  EXPECT_EQ(view.cursors.back(), ViewCursor::arrow);
+}
+
 TEST(ViewPointer, CursorsTellWhatAPressWouldDo) {
   TestView view(200, 100);
   view.load(1000, 1000);
