@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 #include <vector>
 
 #include "Common.h"
@@ -18,15 +19,12 @@ constexpr std::int32_t kInterpolationReach = 2;
 FilterKernel narrowBell(double sigma) { return sigma > 0 ? gaussianKernel(sigma) : areaKernel(1); }
 
 /// Along one axis, what the table makes of these inputs.
-std::vector<double> filtered(const std::vector<double>& in, const FilterTable& table) {
-  std::vector<double> result(static_cast<std::size_t>(table.outputs()));
+std::vector<float> filtered(const std::vector<float>& in, const FilterTable& table) {
+  std::vector<float> result(static_cast<std::size_t>(table.outputs()));
   for (std::int32_t i = 0; i < table.outputs(); ++i) {
     const FilterTable::Run& run = table.run(i);
-    const float* const weights = table.weights(run);
-    for (std::int32_t k = 0; k < run.count; ++k) {
-      result[static_cast<std::size_t>(i)] +=
-          static_cast<double>(weights[k]) * in[static_cast<std::size_t>(run.first + k)];
-    }
+    result[static_cast<std::size_t>(i)] =
+        std::inner_product(table.weights(run), table.weights(run) + run.count, in.begin() + run.first, 0.0F);
   }
   return result;
 }
@@ -56,11 +54,16 @@ GaussianAxis::GaussianAxis(std::int32_t inputs, std::int32_t outputs, std::int32
 
 /// Lets the share of each bell that lies on the inputs count for the whole of it.
 void GaussianAxis::renormalize() {
-  const std::vector<double> ones(static_cast<std::size_t>(reduction_.inputs()), 1.0);
-  const std::vector<double> shares = filtered(filtered(filtered(ones, reduction_), bell_), interpolation_);
+  const std::vector<float> shares = profile();
   for (std::int32_t i = 0; i < interpolation_.outputs(); ++i) {
-    interpolation_.scale(i, 1 / shares[static_cast<std::size_t>(i)]);
+    interpolation_.scale(i, 1.0 / static_cast<double>(shares[static_cast<std::size_t>(i)]));
   }
+}
+
+std::vector<float> GaussianAxis::profile() const {
+  if (direct()) return filtered(std::vector<float>(static_cast<std::size_t>(bell_.inputs()), 1.0F), bell_);
+  const std::vector<float> ones(static_cast<std::size_t>(reduction_.inputs()), 1.0F);
+  return filtered(filtered(filtered(ones, reduction_), bell_), interpolation_);
 }
 
 void gaussianFilter(const FilterSource& source, const GaussianAxis& columns, const GaussianAxis& rows,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "FilterTable.h"
 #include "Resample.h"
@@ -21,6 +22,9 @@ class GaussianAxis {
 
   /// Whether `bell` alone brings the inputs to the outputs.
   bool direct() const { return step_ == 1; }
+
+  /// What the axis makes of inputs that are all 1: for each output how much of the bell lies on them.
+  std::vector<float> profile() const;
 
   const FilterTable& reduction() const { return reduction_; }          ///< from the picture to the grid
   const FilterTable& bell() const { return bell_; }                    ///< on the grid

@@ -98,6 +98,21 @@ TEST(DropShadow, SoftShadowIsAGaussianWithinOneLevel) {
   });
 }
 
+TEST(DropShadow, OpaquePictureCastsTheSameGaussian) {
+  onEachTarget([] {
+    const Bitmap picture = randomPicture(37, 20, AlphaKind::Opaque);
+    for (const double blur : {0.0, 50.0, 128.0, 255.0}) {
+      const int reach = static_cast<int>(std::ceil(3 * shadowSigma(blur)));
+      const Pixel color{255, 0, 128, 230};
+      EXPECT_TRUE(samePicture(dropShadow(picture, -6, 9, color, blur),
+                              naiveShadow(picture, -6, 9, color, blur, reach + 6, std::max(0, reach - 9),
+                                          std::max(0, reach - 6), reach + 9),
+                              1.01))
+          << "blur " << blur;
+    }
+  });
+}
+
 TEST(DropShadow, DefaultsLookSoftAndKeepThePicture) {
   const Bitmap picture = Bitmap::filled(200, 150, {250, 240, 230, 255});
   const Bitmap result = dropShadow(picture, 5, 5, {0, 0, 0, 75}, 128);
