@@ -50,17 +50,10 @@ void View::pointerDown(std::int32_t button, std::int32_t shift, float x, float y
 }
 
 void View::pointerMove(std::int32_t button, std::int32_t shift, float x, float y) {
-  pointer_ = {x, y};
-  shift_ = shift;
   // A release may have gone elsewhere, to a window that opened meanwhile.
   if (gesture_ && (button & gestureButton_) == 0) cancelGesture();
   if ((button & pressedButton_) == 0) pressedButton_ = 0;
-  if (pressedButton_ != 0 || gesture_) {
-    const double tolerance = kClickTolerance * deviceScale_;
-    dragged_ |=
-        std::abs(pointer_.X - pressedAt_.X) > tolerance || std::abs(pointer_.Y - pressedAt_.Y) > tolerance;
-  }
-  if (gesture_ && dragged_) dragGesture();
+  followPointer({x, y}, shift);
   updateCursor();
   MouseMove(button, shift, x, y);
   if (isOverPicture(pointer_)) {
@@ -70,9 +63,19 @@ void View::pointerMove(std::int32_t button, std::int32_t shift, float x, float y
   }
 }
 
-void View::pointerUp(std::int32_t button, std::int32_t shift, float x, float y) {
-  pointer_ = {x, y};
+void View::followPointer(PointD at, std::int32_t shift) {
+  pointer_ = at;
   shift_ = shift;
+  if (pressedButton_ != 0 || gesture_) {
+    const double tolerance = kClickTolerance * deviceScale_;
+    dragged_ |= std::abs(at.X - pressedAt_.X) > tolerance || std::abs(at.Y - pressedAt_.Y) > tolerance;
+  }
+  if (gesture_ && dragged_) dragGesture();
+}
+
+void View::pointerUp(std::int32_t button, std::int32_t shift, float x, float y) {
+  if (pointer_.X != static_cast<double>(x) || pointer_.Y != static_cast<double>(y))
+    followPointer({x, y}, shift);
   const bool click = button == pressedButton_ && !dragged_;
   if (button == pressedButton_) pressedButton_ = 0;
   if (gesture_ && button == gestureButton_) {

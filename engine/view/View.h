@@ -157,6 +157,7 @@ class View : public Face<ImageView>, private GestureHost {
 
   bool isOverPicture(PointD at) const;
   std::unique_ptr<Gesture> newGesture(std::int32_t button, PointD at);
+  void followPointer(PointD at, std::int32_t shift);
   void dragGesture();
   void cancelGesture();
   void setAutoScroll(bool on);

@@ -89,6 +89,17 @@ TEST(ViewPointer, TheHandlerOfThePressMayChangeTheTool) {
   EXPECT_FALSE(view.SelectionVisible());
 }
 
+TEST(ViewPointer, TheReleaseCountsWhereItHappens) {
+  TestView view;
+  view.load(1000, 1000);
+  view.Tool(kViewToolSelect);
+  view.press({10, 10});
+  view.move({40, 40});
+  view.release({60, 50});
+  EXPECT_EQ(view.SelectionWidth(), 50);
+  EXPECT_EQ(view.SelectionHeight(), 40);
+}
+
 TEST(ViewPointer, OtherButtonsDoNotEndAGesture) {
   TestView view;
   view.load(1000, 1000);
