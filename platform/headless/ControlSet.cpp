@@ -24,6 +24,7 @@ namespace {
 
 /// Of a control that its form's layout places.
 constexpr Rectangle kNaturalPlace{0, 0, 100, 20};
+constexpr Size kSiteSize{372, 180};
 
 template <typename T>
 std::unique_ptr<T> make(Window& parent, const ControlDescription& description) {
@@ -128,6 +129,7 @@ void ControlSet::build(Window& container, const std::vector<ControlDescription>&
     window->place(description.place == Rectangle{} ? kNaturalPlace : description.place);
     window->enabled(description.enabled);
     window->visible(description.visible);
+    if (auto* site = dynamic_cast<Site*>(window.get())) ownControls_.push_back({*site, description.stored});
     windows_.push_back(std::move(window));
   }
 }
@@ -142,12 +144,11 @@ Control* ControlSet::find(std::string_view name, std::int32_t index) const {
   return nullptr;
 }
 
-std::vector<Site*> ControlSet::sites() const {
-  std::vector<Site*> result;
-  for (const auto& window : windows_) {
-    if (auto* site = dynamic_cast<Site*>(window.get())) result.push_back(site);
+void ControlSet::initialiseSites() {
+  for (const OwnControl& own : ownControls_) {
+    own.site.initialise(own.stored);
+    own.site.place({0, 0, kSiteSize.Width, kSiteSize.Height});
   }
-  return result;
 }
 
 std::int32_t ControlSet::upperBound(std::string_view name) const {

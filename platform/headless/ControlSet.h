@@ -1,7 +1,9 @@
 #pragma once
 
 #include <memory>
+#include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "FormDescription.h"
@@ -23,13 +25,19 @@ class ControlSet {
 
   /// Null if there is none.
   Control* find(std::string_view name, std::int32_t index) const;
-  /// The sites of controls of ours among them.
-  std::vector<Site*> sites() const;
+  /// Brings the controls of ours among them to life: property stage and first size.
+  void initialiseSites();
   /// The highest index of the control array, -1 if there is none.
   std::int32_t upperBound(std::string_view name) const;
 
  private:
+  struct OwnControl {
+    Site& site;
+    std::vector<std::pair<std::string, bool>> stored;
+  };
+
   std::vector<std::unique_ptr<Window>> windows_;
+  std::vector<OwnControl> ownControls_;
 };
 
 }  // namespace kestrel::headless

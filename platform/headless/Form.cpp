@@ -10,7 +10,6 @@ namespace kestrel::headless {
 namespace {
 
 constexpr Rectangle kNaturalPlace{0, 0, 400, 300};
-constexpr Size kSiteSize{372, 180};
 
 }  // namespace
 
@@ -60,12 +59,7 @@ void Form::embed(Window& window) {
 void Form::load() {
   if (loaded_) return;
   loaded_ = true;
-  if (!std::exchange(sitesReady_, true)) {
-    for (Site* site : controls_.sites()) {
-      site->InitProperties();
-      site->place({0, 0, kSiteSize.Width, kSiteSize.Height});
-    }
-  }
+  if (!std::exchange(sitesReady_, true)) controls_.initialiseSites();
   Load();
 }
 

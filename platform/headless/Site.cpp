@@ -2,10 +2,22 @@
 
 #include <utility>
 
+#include "BagOfProperties.h"
+
 namespace kestrel::headless {
 
 Site::Site(Desktop& desktop, Window* parent, std::string name, bool userMode)
     : WindowOf(desktop, parent, std::move(name), -1), userMode_(userMode) {}
+
+void Site::initialise(const std::vector<std::pair<std::string, bool>>& stored) {
+  if (stored.empty()) {
+    InitProperties();
+    return;
+  }
+  BagOfProperties bag;
+  for (const auto& [name, value] : stored) bag.WriteProperty(name, value, false);
+  ReadProperties(bag);
+}
 
 void Site::Visible(bool value) {
   if (value == visible()) return;

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "ControlSet.h"
@@ -33,6 +34,9 @@ class Site final : public WindowOf<kestrel::Site> {
 
   /// Puts a window of the control's surface in.
   void add(std::unique_ptr<Window> window) { controls_.add(std::move(window)); }
+
+  /// Raises `ReadProperties` over the values, or `InitProperties` where there are none.
+  void initialise(const std::vector<std::pair<std::string, bool>>& stored);
 
   using WindowOf::Visible;
   /// Shows or hides the control and tells it so.

@@ -48,7 +48,12 @@ class ContractPlatform {
   virtual void movePointer(ImageView& view, std::int32_t button, std::int32_t shift, Point to) = 0;
   virtual void releasePointer(ImageView& view, std::int32_t button, std::int32_t shift, Point at) = 0;
   virtual void turnWheel(ImageView& view, std::int32_t notches, std::int32_t shift, Point at) = 0;
+  /// The pointer goes from the view to somewhere outside.
+  virtual void leaveWithPointer(ImageView& view) = 0;
   virtual void copyText(const std::string& text) = 0;
+
+  /// The colour of a point that was drawn on a form's face, -1 where nothing is drawn.
+  virtual OLE_COLOR faceColor(Form& form, Point at) = 0;
 
   /// Lets everything happen that is waiting to.
   virtual void settle() = 0;

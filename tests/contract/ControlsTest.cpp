@@ -1,5 +1,6 @@
 #include "ContractTest.h"
 #include "imaging/contract/controls/CheckBox.h"
+#include "imaging/contract/controls/ColorPicker.h"
 #include "imaging/contract/controls/ComboBox.h"
 #include "imaging/contract/controls/CommandButton.h"
 #include "imaging/contract/controls/Frame.h"
@@ -278,6 +279,60 @@ TEST_P(Controls, KeepTheColoursPicturesAndCaptionsTheyAreGiven) {
   EXPECT_EQ(control<Frame>("fraPlace").BackgroundPicture(), picture);
   control<Label>("lblName").Caption("Other");
   EXPECT_EQ(control<Label>("lblName").Caption(), "Other");
+}
+
+TEST_P(Controls, AColorPickerRaisesChangeIfTheColourDiffers) {
+  auto& picker = control<ColorPicker>("cpkColor");
+  std::vector<OLE_COLOR> changes;
+  const Connection connection = picker.Change.Connect([&](OLE_COLOR color) { changes.push_back(color); });
+  picker.Value(0x00112233);
+  EXPECT_EQ(picker.Value(), 0x00112233);
+  picker.Value(0x00112233);
+  EXPECT_EQ(changes, std::vector<OLE_COLOR>{0x00112233});
+}
+
+TEST_P(Controls, AColourGivesUpTheExtraChoiceOfAColorPicker) {
+  auto& picker = control<ColorPicker>("cpkColor");
+  EXPECT_EQ(picker.EnhancedCaption(), "No Color");
+  picker.Value(0x00112233);
+  int changes = 0;
+  const Connection connection = picker.Change.Connect([&](OLE_COLOR) { ++changes; });
+  picker.EnhancedIsSelected(true);
+  EXPECT_TRUE(picker.EnhancedIsSelected());
+  EXPECT_EQ(picker.Value(), 0x00112233);
+  picker.Value(0x00112233);
+  EXPECT_FALSE(picker.EnhancedIsSelected());
+  EXPECT_EQ(changes, 0) << "the colour is the same";
+  picker.EnhancedVisible(false);
+  EXPECT_FALSE(picker.EnhancedVisible());
+  picker.EnhancedCaption("Automatic");
+  EXPECT_EQ(picker.EnhancedCaption(), "Automatic");
+}
+
+TEST_P(Controls, APreviewOnAFormIsASiteWithItsTwoPanesAndAPicture) {
+  auto& site = control<Site>("Preview");
+  EXPECT_TRUE(site.UserMode());
+  EXPECT_EQ(Bind<ImageView>(site, "igxOriginal").Image(), nullptr);
+  EXPECT_EQ(Bind<ImageView>(site, "igxPreview").Image(), nullptr);
+  auto& stock = Bind<PictureBox>(site, "imgPreview");
+  EXPECT_FALSE(stock.Visible());
+  ASSERT_NE(stock.Picture(), nullptr);
+  EXPECT_EQ(stock.Picture()->Width(), 360);
+  EXPECT_EQ(stock.Picture()->Height(), 270);
+}
+
+TEST_P(Controls, ASiteOnAFormIsInitialisedOnceRightBeforeTheFirstLoad) {
+  auto& site = control<Site>("Preview");
+  std::string log;
+  const Connection initialised = site.InitProperties.Connect([&] { log += "init "; });
+  const Connection loaded = form().Load.Connect([&] { log += "load "; });
+  form().Show();
+  user().settle();
+  EXPECT_EQ(log, "init load ");
+  EXPECT_GT(site.ScaleWidth(), 0);
+  form().Unload();
+  form().Show();
+  EXPECT_EQ(log, "init load load ");
 }
 
 KESTREL_ON_ALL_PLATFORMS(Controls);

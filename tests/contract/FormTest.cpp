@@ -126,6 +126,66 @@ TEST_P(Forms, AreVisibleToTheDesktopOnlyWhileTheyAndAllAroundThemAreShown) {
   EXPECT_FALSE(windows.IsWindowVisible(0));
 }
 
+TEST_P(Forms, KeepWhatIsDrawnOnTheirFaceUntilItIsClearedOrDrawnOver) {
+  form_->Move(0, 0, 400, 300);
+  form_->Show();
+  user().settle();
+  Graphics& graphics = form_->Graphics();
+  graphics.Clear();
+  const auto canvas = platform().CreateCanvas(2, 1);
+  canvas->FillRectangle({0, 0, 1, 1}, 0x000000FF);
+  canvas->FillRectangle({1, 0, 1, 1}, 0x0000FF00);
+  graphics.DrawMode(kDrawCopy);
+  graphics.PaintPicture(*canvas->Picture(), {10, 10, 20, 10}, {0, 0, 2, 1});
+  EXPECT_EQ(user().faceColor(*form_, {10, 10}), 0x000000FF);
+  EXPECT_EQ(user().faceColor(*form_, {19, 19}), 0x000000FF) << "stretched without smoothing";
+  EXPECT_EQ(user().faceColor(*form_, {20, 10}), 0x0000FF00);
+  EXPECT_EQ(user().faceColor(*form_, {29, 19}), 0x0000FF00);
+  EXPECT_EQ(user().faceColor(*form_, {30, 10}), kNoColor);
+  EXPECT_EQ(user().faceColor(*form_, {10, 20}), kNoColor);
+}
+
+TEST_P(Forms, AreDrawnOnWithBoxesThatIncludeBothCorners) {
+  form_->Move(0, 0, 400, 300);
+  Graphics& graphics = form_->Graphics();
+  graphics.Clear();
+  graphics.DrawMode(kDrawCopy);
+  graphics.DrawBox(5, 6, 15, 12, 0x00FF0000);
+  for (const Point& on :
+       {Point{5, 6}, Point{15, 6}, Point{5, 12}, Point{15, 12}, Point{10, 6}, Point{5, 9}}) {
+    EXPECT_EQ(user().faceColor(*form_, on), 0x00FF0000) << on.X << ',' << on.Y;
+  }
+  for (const Point& off : {Point{6, 7}, Point{16, 6}, Point{5, 13}, Point{4, 6}, Point{10, 9}}) {
+    EXPECT_EQ(user().faceColor(*form_, off), kNoColor) << off.X << ',' << off.Y;
+  }
+}
+
+TEST_P(Forms, InvertWhatIsThereInDrawMode6) {
+  form_->Move(0, 0, 400, 300);
+  Graphics& graphics = form_->Graphics();
+  graphics.Clear();
+  const auto canvas = platform().CreateCanvas(4, 4);
+  canvas->FillRectangle({0, 0, 4, 4}, 0x00102030);
+  graphics.PaintPicture(*canvas->Picture(), {0, 0, 40, 40}, {0, 0, 4, 4});
+  graphics.DrawMode(kDrawInvert);
+  graphics.DrawBox(10, 10, 20, 20, 0);
+  EXPECT_EQ(user().faceColor(*form_, {10, 10}), 0x00EFDFCF);
+  graphics.DrawBox(10, 10, 20, 20, 0);
+  EXPECT_EQ(user().faceColor(*form_, {10, 10}), 0x00102030);
+  EXPECT_EQ(errorOf([&] { graphics.DrawMode(7); }), 380);
+}
+
+TEST_P(Forms, LeaveTheFaceWhereThePictureEnds) {
+  form_->Move(0, 0, 400, 300);
+  Graphics& graphics = form_->Graphics();
+  graphics.Clear();
+  const auto canvas = platform().CreateCanvas(4, 4);
+  canvas->FillRectangle({0, 0, 4, 4}, 0x000000FF);
+  graphics.PaintPicture(*canvas->Picture(), {0, 0, 80, 40}, {-4, 0, 8, 4});
+  EXPECT_EQ(user().faceColor(*form_, {20, 20}), kNoColor);
+  EXPECT_EQ(user().faceColor(*form_, {60, 20}), 0x000000FF);
+}
+
 KESTREL_ON_ALL_PLATFORMS(Forms);
 
 }  // namespace

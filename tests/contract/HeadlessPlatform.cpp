@@ -84,6 +84,15 @@ class HeadlessPlatform final : public ContractPlatform {
   void turnWheel(ImageView& view, std::int32_t notches, std::int32_t shift, Point at) override {
     own(view).turnWheel(notches, shift, at);
   }
+  void leaveWithPointer(ImageView& view) override {
+    const Point corner = own(view).origin();
+    platform_.pointerRestsAt({corner.X - 10, corner.Y - 10});
+  }
+  OLE_COLOR faceColor(Form& form, Point at) override {
+    const engine::Bitmap& face = dynamic_cast<headless::Form&>(form).face();
+    const engine::Pixel pixel = face.at(at.X, at.Y);
+    return pixel.a == 0 ? kNoColor : pixel.r | (pixel.g << 8) | (pixel.b << 16);
+  }
   void copyText(const std::string& /*text*/) override { platform_.Clipboard().holdNoPicture(); }
   void settle() override {}
 

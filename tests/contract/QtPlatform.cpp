@@ -202,6 +202,14 @@ class QtPlatformUnderTest final : public ContractPlatform {
                       Qt::NoButton, modifiers(shift), Qt::NoScrollPhase, false);
     QApplication::sendEvent(&canvas(view), &event);
   }
+  void leaveWithPointer(ImageView& view) override {
+    QEvent event(QEvent::Leave);
+    QApplication::sendEvent(&canvas(view), &event);
+  }
+  OLE_COLOR faceColor(Form& form, Point at) override {
+    const QColor color = dynamic_cast<qt::QtForm&>(form).window().face().pixelColor(at.X, at.Y);
+    return color.alpha() == 0 ? kNoColor : color.red() | (color.green() << 8) | (color.blue() << 16);
+  }
   void copyText(const std::string& copied) override { QApplication::clipboard()->setText(text(copied)); }
 
   void settle() override {

@@ -223,6 +223,33 @@ TEST_P(Services, TheFormSkinTakesAnyFormOrControl) {
   EXPECT_EQ(errorOf([&] { platform().FormSkin().ApplyToForm(user().editorSite(), -1, -1); }), 0);
 }
 
+TEST_P(Services, AMouseTrackerTellsOnceForEachStartThatThePointerLeft) {
+  auto& view = Bind<ImageView>(user().editorSite(), "igxImage");
+  view.Move(0, 0, 400, 300);
+  view.Visible(true);
+  const std::unique_ptr<MouseTracker> tracker = platform().CreateMouseTracker();
+  int left = 0;
+  const Connection connection = tracker->MouseLeave.Connect([&] { ++left; });
+  tracker->StartTracking();
+  EXPECT_FALSE(tracker->Tracking()) << "there is no window to watch";
+  tracker->hWnd(view.hWnd());
+  EXPECT_EQ(tracker->hWnd(), view.hWnd());
+  EXPECT_FALSE(tracker->Tracking());
+  tracker->StartTracking();
+  EXPECT_TRUE(tracker->Tracking());
+  user().leaveWithPointer(view);
+  user().leaveWithPointer(view);
+  EXPECT_EQ(left, 1);
+  tracker->StartTracking();
+  tracker->StopTracking();
+  EXPECT_FALSE(tracker->Tracking());
+  user().leaveWithPointer(view);
+  EXPECT_EQ(left, 1);
+  tracker->StartTracking();
+  tracker->hWnd(0);
+  EXPECT_FALSE(tracker->Tracking()) << "binding it to another window stops it";
+}
+
 KESTREL_ON_ALL_PLATFORMS(Services);
 
 }  // namespace

@@ -154,7 +154,19 @@ class Writer {
          << ", .maximum = " << number(widget, "maximum", 99) << ", .value = " << number(widget, "value", 0)
          << ",\n            .items = {" << joined(items(widget), quoted) << "}, .itemData = {"
          << joined(list(widget, "itemData"), [](const std::string& text) { return text; })
-         << "}, .current = " << number(widget, "currentIndex", 0) << "},\n";
+         << "}, .current = " << number(widget, "currentIndex", 0) << ", .stored = {" << stored(widget)
+         << "}},\n";
+  }
+
+  /// The values that a control of ours finds in its bag: the switches that its widget does not have itself.
+  static std::string stored(const XmlElement& widget) {
+    std::string result;
+    for (const XmlElement& candidate : widget.children) {
+      if (candidate.name != "property" || candidate.attribute("stdset") != "0") continue;
+      const XmlElement* value = candidate.child("bool");
+      if (value) result += "{" + quoted(candidate.attribute("name")) + ", " + value->text + "}, ";
+    }
+    return result;
   }
 
   /// The lines of a list box stand as items, the captions of tabs in a property.

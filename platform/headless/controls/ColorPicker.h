@@ -30,7 +30,10 @@ class ColorPicker final : public WindowOf<kestrel::ColorPicker> {
   bool isOpen() const { return open_; }
   void pick(OLE_COLOR color) {
     open_ = false;
-    Value(color);
+    enhanced_ = false;
+    value_ = color;
+    // Chosen by the user it counts as a change, even where only the extra choice ends.
+    Change(value_);
   }
   void pressEnhanced() {
     open_ = false;
@@ -41,7 +44,7 @@ class ColorPicker final : public WindowOf<kestrel::ColorPicker> {
  private:
   OLE_COLOR value_ = 0;
   bool enhanced_ = false;
-  bool enhancedVisible_ = false;
+  bool enhancedVisible_ = true;
   bool open_ = false;
   std::string enhancedCaption_;
 };
