@@ -50,6 +50,11 @@ template <typename T>
 concept DumpableObject = std::is_class_v<T> && std::is_polymorphic_v<T>;
 
 template <typename T>
+Variant NamedAfterType() {
+  return Variant(Variant::ObjectReference(std::make_shared<NamedObject>(TypeNameOf<T>())));
+}
+
+template <typename T>
 std::optional<Variant> AsVariant(const T& value);
 
 template <typename T>
@@ -57,8 +62,7 @@ std::optional<Variant> ObjectAsVariant(const T* object) {
   if constexpr (std::is_base_of_v<Object, T>) {
     return Variant::Borrow(object);
   } else if constexpr (DumpableObject<T>) {
-    if (object == nullptr) return Variant(Variant::ObjectReference());
-    return Variant(Variant::ObjectReference(std::make_shared<NamedObject>(TypeNameOf<T>())));
+    return object == nullptr ? Variant(Variant::ObjectReference()) : NamedAfterType<T>();
   } else {
     // A pointer to a type without a face of its own, which is known to be there or not.
     if (object == nullptr) return Variant(Variant::ObjectReference());
@@ -85,7 +89,8 @@ std::optional<Variant> RangeAsVariant(const T& range) {
   return Variant(VariantArray(type, {{0, upper}}, std::move(elements)));
 }
 
-/// The variable as a value of a report; none for records of other libraries, which can't be shown.
+/// The variable as a value of a report. Classes are objects, and shown by their type; none for records, which
+/// are the aggregates, as they can't be shown.
 template <typename T>
 std::optional<Variant> AsVariant(const T& value) {
   if constexpr (std::is_same_v<T, Variant>) {
@@ -125,6 +130,8 @@ std::optional<Variant> AsVariant(const T& value) {
     }
   } else if constexpr (requires { value.get(); }) {
     return ObjectAsVariant(std::addressof(value.get()));
+  } else if constexpr (std::is_class_v<T> && !std::is_aggregate_v<T>) {
+    return NamedAfterType<T>();
   } else {
     return std::nullopt;
   }

@@ -7,6 +7,7 @@
 #include "Diagnostics.h"
 #include "base/Collection.h"
 #include "diagnostics/Trailer.h"
+#include "imaging/contract/Colour.h"
 #include "imaging/contract/Form.h"
 
 namespace kestrel {
@@ -77,6 +78,13 @@ TEST(VariableDump, RendersObjectsByTheirType) {
             "<Window>{PictureWindow}</Window>\r\n<Lent>{PictureWindow}</Lent>\r\n<None>{Nothing}</None>\r\n"
             "<Shared>{PictureWindow}</Shared>\r\n<Weak>{PictureWindow}</Weak>\r\n"
             "<ParentForm>{Nothing}</ParentForm>\r\n");
+}
+
+TEST(VariableDump, RendersObjectsThatAreValuesByTheirType) {
+  const Colour MaskColor(0x00336699);
+  const Colour* Lent = &MaskColor;
+  EXPECT_EQ(QDK_LOCALS(MaskColor, Lent), "<MaskColor>{Colour}</MaskColor>\r\n<Lent>{Colour}</Lent>\r\n");
+  EXPECT_EQ(QDK_PARAMETERS(MaskColor), "<MaskColor>{Colour}</MaskColor>\r\n");
 }
 
 TEST(VariableDump, RendersArraysAndVectors) {
