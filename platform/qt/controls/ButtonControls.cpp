@@ -38,7 +38,7 @@ void OptionButtonControl::Value(bool value) {
 }
 
 CommandButtonControl::CommandButtonControl(QAbstractButton& button, ControlId id)
-    : WidgetControl(button, std::move(id)), button_(button) {
+    : WidgetControl(button, std::move(id)), button_(button), swatch_(button) {
   QObject::connect(&button_, &QAbstractButton::clicked, receiver(), [this] {
     // A click of its own does not change the looks: those follow the state that is written.
     Pressed(pressed_);
@@ -52,14 +52,12 @@ void CommandButtonControl::Pressed(bool value) {
   pressed_ = value;
   const QSignalBlocker silent(button_);
   button_.setChecked(value);
-  button_.update();
+  swatch_.show(toColor(backColor_), value);
 }
 
 void CommandButtonControl::BackColor(OLE_COLOR value) {
   backColor_ = value;
-  QPalette palette;
-  if (value != kNoColor) palette.setColor(QPalette::Button, toColor(value));
-  button_.setPalette(palette);
+  swatch_.show(toColor(value), pressed_);
 }
 
 }  // namespace kestrel::qt

@@ -4,6 +4,7 @@
 #include <QCheckBox>
 #include <QRadioButton>
 
+#include "SwatchLook.h"
 #include "WidgetControl.h"
 #include "imaging/contract/controls/CheckBox.h"
 #include "imaging/contract/controls/CommandButton.h"
@@ -51,6 +52,7 @@ class CommandButtonControl final : public WidgetControl<CommandButton> {
 
  private:
   QAbstractButton& button_;
+  SwatchLook swatch_;
   OLE_COLOR backColor_ = kNoColor;
   bool pressed_ = false;
 };

@@ -3,7 +3,8 @@
 #include <QAction>
 #include <QEvent>
 #include <QFileInfo>
-#include <QStyle>
+#include <QImage>
+#include <QScrollBar>
 #include <QToolBar>
 #include <QUrl>
 
@@ -16,7 +17,7 @@ namespace {
 constexpr int kIconSize = 24;
 
 /// Shows the program's own icons on its pages as the program itself does: sharp on any screen, in the
-/// colours of the theme.
+/// colours of the theme. Pictures that are wider than the page are shown smaller.
 class HelpBrowser final : public QTextBrowser {
  public:
   QVariant loadResource(int type, const QUrl& name) override {
@@ -25,7 +26,13 @@ class HelpBrowser final : public QTextBrowser {
       const QIcon icon = drawnIcon(fromQt(file.completeBaseName()));
       if (!icon.isNull()) return icon.pixmap(QSize(kIconSize, kIconSize), devicePixelRatioF());
     }
-    return QTextBrowser::loadResource(type, name);
+    const QVariant resource = QTextBrowser::loadResource(type, name);
+    if (type != QTextDocument::ImageResource) return resource;
+    QImage picture;
+    if (!picture.loadFromData(resource.toByteArray())) return resource;
+    const int beside = 2 * (frameWidth() + qRound(document()->documentMargin()));
+    const int room = width() - beside - verticalScrollBar()->sizeHint().width();
+    return picture.width() > room ? picture.scaledToWidth(room, Qt::SmoothTransformation) : picture;
   }
 
  protected:
@@ -47,18 +54,21 @@ HelpWindow::HelpWindow() : browser_(new HelpBrowser) {
 
   auto* const bar = addToolBar(translated("Navigation"));
   bar->setMovable(false);
+  bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
   bar->setContextMenuPolicy(Qt::PreventContextMenu);
   setContextMenuPolicy(Qt::NoContextMenu);
 
-  QAction* const back = bar->addAction(style()->standardIcon(QStyle::SP_ArrowBack), translated("Back"));
-  QAction* const forward =
-      bar->addAction(style()->standardIcon(QStyle::SP_ArrowForward), translated("Forward"));
+  QAction* const back = bar->addAction(drawnIcon("Go-Back"), translated("Back"));
+  QAction* const forward = bar->addAction(drawnIcon("Go-Forward"), translated("Forward"));
+  QAction* const contents = bar->addAction(drawnIcon("Contents"), translated("Contents"));
   back->setShortcut(QKeySequence::Back);
   forward->setShortcut(QKeySequence::Forward);
   back->setEnabled(false);
   forward->setEnabled(false);
   connect(back, &QAction::triggered, browser_, &QTextBrowser::backward);
   connect(forward, &QAction::triggered, browser_, &QTextBrowser::forward);
+  contents->setShortcut(Qt::ALT | Qt::Key_Home);
+  connect(contents, &QAction::triggered, this, [this] { browser_->setSource(contents_); });
   connect(browser_, &QTextBrowser::backwardAvailable, back, &QAction::setEnabled);
   connect(browser_, &QTextBrowser::forwardAvailable, forward, &QAction::setEnabled);
   connect(browser_, &QTextBrowser::sourceChanged, this, [this] {
@@ -75,8 +85,9 @@ HelpWindow::HelpWindow() : browser_(new HelpBrowser) {
 
 void HelpWindow::showPage(const QString& folder, const QString& page) {
   browser_->setSearchPaths({folder});
+  contents_ = QUrl::fromLocalFile(folder + u'/' + QStringLiteral("default.html"));
+  show();  // first: the width decides how large pictures may be
   browser_->setSource(QUrl::fromLocalFile(folder + u'/' + page));
-  show();
   raise();
   activateWindow();
 }

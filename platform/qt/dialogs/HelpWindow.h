@@ -2,10 +2,12 @@
 
 #include <QMainWindow>
 #include <QTextBrowser>
+#include <QUrl>
 
 namespace kestrel::qt {
 
-/// Shows the pages of one help book, with the way back and forth between them.
+/// Shows the pages of one help book, with the way back and forth between them and to the contents, which are
+/// the page "default.html".
 class HelpWindow final : public QMainWindow {
   Q_OBJECT
 
@@ -19,6 +21,7 @@ class HelpWindow final : public QMainWindow {
 
  private:
   QTextBrowser* browser_;
+  QUrl contents_;
 };
 
 }  // namespace kestrel::qt

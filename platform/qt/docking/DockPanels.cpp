@@ -27,6 +27,9 @@ class Panel final : public QDockWidget {
   docking::DockWindowModel& model_;
 };
 
+/// More than any screen has: takes what the others leave.
+constexpr int kAnyLength = 4000;
+
 Qt::DockWidgetArea areaOf(docking::Edge edge) {
   switch (edge) {
     case docking::Edge::Left:
@@ -42,7 +45,7 @@ Qt::DockWidgetArea areaOf(docking::Edge edge) {
 
 }  // namespace
 
-DockPanels::DockPanels(docking::MoorageModel& suite, QMainWindow& window) {
+DockPanels::DockPanels(docking::MoorageModel& suite, QMainWindow& window) : window_(window) {
   for (const auto& model : suite.DockWindows().all()) {
     auto* const panel = new Panel(*model, &window);
     panel->setVisible(false);
@@ -55,14 +58,30 @@ void DockPanels::attach(docking::DockWindowModel& window, QtForm& form) {
   QDockWidget& panel = find(window);
   auto* const host = new QWidget;
   form.embedIn(*host);
-  host->setMinimumWidth(form.window().minimumSizeHint().width());
   panel.setWidget(host);
   refresh(window);
-  if (window.size() > 0) {
-    const bool across = window.edge() == docking::Edge::Left || window.edge() == docking::Edge::Right;
-    auto* const main = qobject_cast<QMainWindow*>(panel.parentWidget());
-    main->resizeDocks({&panel}, {window.size()}, across ? Qt::Horizontal : Qt::Vertical);
+  shareRoom(window.edge());
+}
+
+/// At first each panel across an edge is as large as the layout says, and along the edge as large as it
+/// wants to be; those that are content with any size share the rest.
+void DockPanels::shareRoom(docking::Edge edge) {
+  const bool upright = edge == docking::Edge::Left || edge == docking::Edge::Right;
+  QList<QDockWidget*> panels;
+  QList<int> across;
+  QList<int> along;
+  for (const auto& [model, panel] : panels_) {
+    if (model->edge() != edge || !panel->widget()) continue;
+    const QSize wanted = panel->widget()->sizeHint();
+    const int length = upright ? wanted.height() : wanted.width();
+    panels += panel;
+    across += model->size() > 0 ? model->size() : (upright ? wanted.width() : wanted.height());
+    // What has no layout is painted, at any size.
+    const auto* const form = panel->widget()->findChild<FormWindow*>();
+    along += form && form->layout() ? length : kAnyLength;
   }
+  window_.resizeDocks(panels, across, upright ? Qt::Horizontal : Qt::Vertical);
+  window_.resizeDocks(panels, along, upright ? Qt::Vertical : Qt::Horizontal);
 }
 
 void DockPanels::refresh(docking::DockWindowModel& window) {

@@ -22,6 +22,9 @@ class DockPanels final : public QObject {
   void refresh(docking::DockWindowModel& window);
 
  private:
+  void shareRoom(docking::Edge edge);
+
+  QMainWindow& window_;
   std::map<docking::DockWindowModel*, QDockWidget*> panels_;
 };
 

@@ -8,6 +8,7 @@
 namespace kestrel::qt {
 
 void EditorWidget::furnish(QtSite& site, engine::ClipboardPort& clipboard) {
+  site_ = &site;
   auto* const bars = new MoorageWindow(this);
   auto moorage =
       std::make_unique<QtMoorage>(*bars, ControlId{"mrgUI"}, docking::readLayout(resources::dialogLayout()));

@@ -20,12 +20,14 @@ class EditorWidget final : public SiteWidget {
   void furnish(QtSite& site, engine::ClipboardPort& clipboard) override;
 
   /// Null before it is furnished.
+  QtSite* site() const { return site_; }
   QtMoorage* moorage() const { return moorage_; }
   QtImageView* view() const { return view_; }
 
   QSize sizeHint() const override { return {1100, 760}; }
 
  private:
+  QtSite* site_ = nullptr;
   // The site's.
   QtMoorage* moorage_ = nullptr;
   QtImageView* view_ = nullptr;

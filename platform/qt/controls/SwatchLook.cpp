@@ -1,0 +1,42 @@
+#include "SwatchLook.h"
+
+#include <QEvent>
+#include <QStyleOptionButton>
+#include <QStylePainter>
+
+namespace kestrel::qt {
+namespace {
+
+constexpr int kFrame = 4;
+
+}  // namespace
+
+SwatchLook::SwatchLook(QAbstractButton& button) : button_(button) { button_.installEventFilter(this); }
+
+void SwatchLook::show(const QColor& color, bool pressed) {
+  color_ = color;
+  pressed_ = pressed;
+  button_.update();
+}
+
+bool SwatchLook::eventFilter(QObject* /*watched*/, QEvent* event) {
+  if (event->type() != QEvent::Paint || !color_.isValid()) return false;
+  QStylePainter painter(&button_);
+  QStyleOptionButton option;
+  option.initFrom(&button_);
+  option.state |= button_.isDown() || pressed_ ? QStyle::State_Sunken : QStyle::State_Raised;
+  painter.drawControl(QStyle::CE_PushButtonBevel, option);
+  const QRect field = button_.rect().adjusted(kFrame, kFrame, -kFrame, -kFrame);
+  painter.fillRect(field, color_);
+  painter.setPen(button_.palette().color(QPalette::Mid));
+  painter.drawRect(field.adjusted(0, 0, -1, -1));
+  if (button_.hasFocus()) {
+    QStyleOptionFocusRect focus;
+    focus.initFrom(&button_);
+    focus.rect = button_.rect().adjusted(2, 2, -2, -2);
+    painter.drawPrimitive(QStyle::PE_FrameFocusRect, focus);
+  }
+  return true;
+}
+
+}  // namespace kestrel::qt

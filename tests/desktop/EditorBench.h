@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QImage>
+#include <QWidget>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "editor/ImageProcessingCtl.h"
+#include "platform/qt/QtPlatform.h"
+#include "platform/qt/docking/QtMoorage.h"
+#include "platform/qt/forms/QtForm.h"
+#include "platform/qt/site/EditorWidget.h"
+#include "platform/qt/view/QtImageView.h"
+
+namespace kestrel::desktop {
+
+/// The editor in a real window, shown, with settings that nobody else sees.
+class EditorBench {
+ public:
+  EditorBench();
+  ~EditorBench();
+
+  qt::QtPlatform& platform() { return *platform_; }
+  ImageProcessingCtl& editor() { return *editor_; }
+  qt::FormWindow& window() { return form_->window(); }
+  qt::EditorWidget& widget();
+  qt::QtMoorage& moorage() { return *widget().moorage(); }
+  qt::QtImageView& view() { return *widget().view(); }
+  qt::ViewCanvas& canvas() { return view().surface().canvas(); }
+  docking::CommandModel& command(const std::string& key) { return moorage().Commands().Item(key); }
+
+  /// Puts a picture into the view, as if it had been opened.
+  void showPicture(const QImage& picture);
+  /// What the window shows, in device pixels.
+  QImage grabWindow();
+  /// Writes it to the build folder, for a person to look at.
+  void screenshot(const std::string& name);
+
+ private:
+  std::unique_ptr<qt::QtPlatform> platform_;
+  std::unique_ptr<qt::QtForm> form_;
+  std::unique_ptr<ImageProcessingCtl> editor_;
+};
+
+/// A picture in which every pixel differs from its neighbours.
+QImage noise(int width, int height);
+
+/// Lets everything happen that is waiting to.
+void settle();
+
+/// Writes a picture of a widget to the build folder, named after the scale factor too.
+void writeScreenshot(QWidget& widget, const std::string& name);
+
+/// Does `work` with the next window that opens modally, as soon as it is shown. It must close it.
+void whenModalOpens(std::function<void(QWidget& dialog)> work);
+
+}  // namespace kestrel::desktop

@@ -1,0 +1,139 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPalette>
+#include <QTest>
+#include <QToolButton>
+
+#include "EditorBench.h"
+#include "platform/qt/docking/SvgIcon.h"
+
+namespace kestrel::desktop {
+namespace {
+
+QPalette darkPalette() {
+  QPalette dark;
+  dark.setColor(QPalette::Window, QColor(45, 47, 51));
+  dark.setColor(QPalette::WindowText, QColor(232, 234, 237));
+  dark.setColor(QPalette::Base, QColor(32, 33, 36));
+  dark.setColor(QPalette::AlternateBase, QColor(45, 47, 51));
+  dark.setColor(QPalette::Text, QColor(232, 234, 237));
+  dark.setColor(QPalette::Button, QColor(53, 55, 60));
+  dark.setColor(QPalette::ButtonText, QColor(232, 234, 237));
+  dark.setColor(QPalette::ToolTipBase, QColor(53, 55, 60));
+  dark.setColor(QPalette::ToolTipText, QColor(232, 234, 237));
+  dark.setColor(QPalette::Highlight, QColor(51, 136, 224));
+  dark.setColor(QPalette::HighlightedText, Qt::white);
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+    dark.setColor(QPalette::Disabled, role, QColor(128, 131, 136));
+  }
+  return dark;
+}
+
+/// The theme for as long as this lives.
+class Theme {
+ public:
+  explicit Theme(const QPalette& palette) : before_(QApplication::palette()) {
+    QApplication::setPalette(palette);
+  }
+  Theme(const Theme&) = delete;
+  Theme& operator=(const Theme&) = delete;
+  ~Theme() { QApplication::setPalette(before_); }
+
+ private:
+  QPalette before_;
+};
+
+int darkest(const QImage& image) {
+  int least = 255;
+  for (int y = 0; y < image.height(); ++y) {
+    for (int x = 0; x < image.width(); ++x) {
+      const QColor color = image.pixelColor(x, y);
+      if (color.alpha() > 200) least = std::min(least, color.lightness());
+    }
+  }
+  return least;
+}
+
+TEST(Icons, TakeTheTextColourOfTheTheme) {
+  const QIcon icon = qt::drawnIcon("Line");
+  ASSERT_FALSE(icon.isNull());
+  EXPECT_LT(darkest(icon.pixmap(32).toImage()), 100);
+  const Theme dark(darkPalette());
+  EXPECT_GT(darkest(icon.pixmap(32).toImage()), 100);
+}
+
+TEST(Icons, AreRenderedAtTheSizeTheyAreShownAt) {
+  const QIcon icon = qt::drawnIcon("Open");
+  for (const int size : {16, 24, 32, 48}) {
+    EXPECT_EQ(icon.pixmap(QSize(size, size), 2.0).size(), QSize(2 * size, 2 * size));
+  }
+}
+
+TEST(Icons, AreThereForEveryImageThatACommandNames) {
+  EditorBench bench;
+  for (const auto& command : bench.moorage().Commands().all()) {
+    if (command->ImageName().empty()) continue;
+    EXPECT_FALSE(qt::drawnIcon(command->ImageName()).isNull()) << command->ImageName();
+  }
+}
+
+TEST(Names, AreThereForWhoCannotSee) {
+  EditorBench bench;
+  for (const QToolButton* button : bench.window().findChildren<QToolButton*>()) {
+    if (button->objectName().startsWith(QStringLiteral("qt_")) || !button->isVisible()) continue;
+    const bool named = !button->accessibleName().isEmpty() || !button->text().isEmpty();
+    EXPECT_TRUE(named) << button->objectName().toStdString();
+  }
+  EXPECT_FALSE(bench.canvas().accessibleName().isEmpty());
+}
+
+QImage sunset() {
+  QImage picture(900, 600, QImage::Format_RGBA8888);
+  for (int y = 0; y < picture.height(); ++y) {
+    for (int x = 0; x < picture.width(); ++x) {
+      picture.setPixelColor(x, y, QColor::fromHsv((220 + y / 6) % 360, 140, 255 - y / 5));
+    }
+  }
+  return picture;
+}
+
+TEST(Screenshots, OfTheWindowLightAndDark) {
+  EditorBench bench;
+  bench.showPicture(sunset());
+  bench.editor().SetSelection(120, 100, 400, 260);
+  settle();
+  bench.screenshot("window-light");
+  {
+    const Theme dark(darkPalette());
+    settle();
+    bench.screenshot("window-dark");
+    EXPECT_LT(bench.grabWindow().pixelColor(3, 3).lightness(), 90);
+  }
+  settle();
+  EXPECT_GT(bench.grabWindow().pixelColor(3, 3).lightness(), 200);
+}
+
+TEST(Screenshots, OfMenusAndBarsWithText) {
+  EditorBench bench;
+  bench.showPicture(sunset());
+  for (const char* key : {"mnuFile", "mnuView", "mnuDraw"}) {
+    QMenu& menu = bench.moorage().actions().menuOf(bench.command(key));
+    menu.popup(bench.window().mapToGlobal(QPoint(20, 40)));
+    settle();
+    writeScreenshot(menu, std::string("menu-") + key);
+    menu.close();
+  }
+  bench.editor().Tool(ipToolZoom);
+  bench.editor().SetToolbarStyle(2);
+  settle();
+  bench.screenshot("bars-icons-above-text");
+  bench.editor().SetToolbarStyle(1);
+  settle();
+  bench.screenshot("bars-icons-beside-text");
+}
+
+}  // namespace
+}  // namespace kestrel::desktop

@@ -1,0 +1,57 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QPointer>
+#include <QStyleFactory>
+#include <QTimer>
+
+namespace {
+
+constexpr qint64 kPatienceMilliseconds = 5000;
+
+/// What a window says, for the report of a test that left it open.
+std::string textsOf(const QWidget& window) {
+  QStringList texts = {window.windowTitle()};
+  for (const QLabel* label : window.findChildren<QLabel*>()) texts += label->text();
+  return texts.join(QStringLiteral(" | ")).toStdString();
+}
+
+/// A modal window that nobody closes would stop all tests: it fails the one that opened it.
+class ForgottenWindows {
+ public:
+  ForgottenWindows() {
+    QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { look(); });
+    timer_.start(100);
+  }
+
+ private:
+  void look() {
+    QWidget* const modal = QApplication::activeModalWidget();
+    if (modal != window_) {
+      window_ = modal;
+      since_.start();
+    } else if (modal && since_.elapsed() > kPatienceMilliseconds) {
+      ADD_FAILURE() << "A window stayed open: " << textsOf(*modal);
+      modal->close();
+    }
+  }
+
+  QTimer timer_;
+  QElapsedTimer since_;
+  QPointer<QWidget> window_;
+};
+
+}  // namespace
+
+/// One application for all tests, on a display without a screen unless another is asked for.
+int main(int count, char** values) {
+  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  testing::InitGoogleTest(&count, values);
+  QApplication application(count, values);
+  QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+  QApplication::setQuitOnLastWindowClosed(false);
+  const ForgottenWindows watch;
+  return RUN_ALL_TESTS();
+}
