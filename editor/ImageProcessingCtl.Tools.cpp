@@ -1,4 +1,5 @@
 #include "ImageProcessingCtl.h"
+#include "base/Arithmetic.h"
 #include "base/Numbers.h"
 #include "base/Required.h"
 #include "diagnostics/Trailer.h"
@@ -7,33 +8,29 @@
 namespace kestrel {
 namespace {
 
-/// All that is to be known of a tool: its button, and what the view is told of it.
-struct ToolRow {
+struct ToolButton {
+  const char* Name;
   ImageProcessingToolConstants Tool;
-  const char* Button;
-  std::int32_t ViewTool;
-  std::int32_t MousePointer;
 };
 
-/// In the order in which the buttons are switched. The zoom tool and the dropper leave the view without a
-/// mouse tool of its own: their clicks are the editor's.
-constexpr ToolRow kTools[] = {
-    {ipToolPan, "btnDrawPan", kViewToolPan, kPointerDefault},
-    {ipToolSelect, "btnDrawSelect", kViewToolSelect, kPointerDefault},
-    {ipToolLine, "btnDrawLine", kViewToolLine, kPointerDefault},
-    {ipToolRectangle, "btnDrawRectangle", kViewToolRectangle, kPointerDefault},
-    {ipToolEllipse, "btnDrawEllipse", kViewToolEllipse, kPointerDefault},
-    {ipToolFreehand, "btnDrawFreehand", kViewToolFreehand, kPointerDefault},
-    {ipToolZoom, "btnDrawZoom", kViewToolNone, kPointerCustom},
-    {ipToolDropper, "btnDrawPicker", kViewToolNone, kPointerDefault},
+/// In the order in which they are switched.
+constexpr ToolButton kToolButtons[] = {
+    {"btnDrawPan", ipToolPan},         {"btnDrawSelect", ipToolSelect},
+    {"btnDrawLine", ipToolLine},       {"btnDrawRectangle", ipToolRectangle},
+    {"btnDrawEllipse", ipToolEllipse}, {"btnDrawFreehand", ipToolFreehand},
+    {"btnDrawZoom", ipToolZoom},       {"btnDrawPicker", ipToolDropper},
 };
-constexpr ToolRow kNoTool = {ipToolNone, nullptr, kViewToolNone, kPointerDefault};
 
-const ToolRow& RowOf(ImageProcessingToolConstants tool) {
-  for (const ToolRow& row : kTools) {
-    if (row.Tool == tool) return row;
-  }
-  return kNoTool;
+constexpr std::int32_t kFirstOwnTool = 100;
+
+/// The zoom tool and those from 100 leave the view without a mouse tool: their clicks are the editor's. All
+/// others go by the same number there.
+std::int32_t ViewTool(ImageProcessingToolConstants tool) {
+  return tool >= kFirstOwnTool || tool == ipToolZoom ? kViewToolNone : std::int32_t{tool};
+}
+
+std::int32_t ViewPointer(ImageProcessingToolConstants tool) {
+  return tool == ipToolZoom ? kPointerCustom : kPointerDefault;
 }
 
 std::string Pair(std::int32_t first, std::int32_t second) { return ToText(first) + ", " + ToText(second); }
@@ -64,11 +61,11 @@ void ImageProcessingCtl::Tool(ImageProcessingToolConstants Value) {
     if (Value == pTool) return;
     pTool = Value;
     CommandBars()("Zoom").Visible(Value == ipToolZoom);
-    for (const ToolRow& row : kTools) {
-      mrgUI.DockFunctions().SetChecked(Commands()(row.Button), row.Tool == Value);
+    for (const ToolButton& button : kToolButtons) {
+      mrgUI.DockFunctions().SetChecked(Commands()(button.Name), button.Tool == Value);
     }
-    igxImage.Tool(RowOf(Value).ViewTool);
-    igxImage.MousePointer(RowOf(Value).MousePointer);
+    igxImage.Tool(ViewTool(Value));
+    igxImage.MousePointer(ViewPointer(Value));
     ResetSelection();
     ToolChange(pTool);
   } catch (...) {
@@ -77,8 +74,8 @@ void ImageProcessingCtl::Tool(ImageProcessingToolConstants Value) {
 }
 
 Point ImageProcessingCtl::zPixelAt(float X, float Y) {
-  return {ToInt32(static_cast<double>(X)) + igxImage.ScrollLeft() - 1,
-          ToInt32(static_cast<double>(Y)) + igxImage.ScrollTop() - 1};
+  return {CheckedAdd(ToInt32(static_cast<double>(X)), igxImage.ScrollLeft() - 1),
+          CheckedAdd(ToInt32(static_cast<double>(Y)), igxImage.ScrollTop() - 1)};
 }
 
 bool ImageProcessingCtl::zInImageRegion(float X, float Y) {
