@@ -5,7 +5,6 @@
 
 #include <jpeglib.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -89,29 +88,6 @@ void openToPaintedPixels(benchmark::State& state) {
   }
 }
 BENCHMARK(openToPaintedPixels)->Unit(benchmark::kMillisecond)->UseRealTime();
-
-std::int64_t statusKilobytes(const std::string& field) {
-  std::ifstream status("/proc/self/status");
-  for (std::string line; std::getline(status, line);) {
-    if (line.starts_with(field + ":")) return std::atoll(line.c_str() + field.size() + 1);
-  }
-  return 0;
-}
-
-/// How much memory one opening takes at its peak, as a multiple of the bitmap.
-void peakMemoryOfOpening(benchmark::State& state) {
-  const std::string name = file().string();
-  double peak = 0;
-  for (auto _ : state) {
-    std::ofstream("/proc/self/clear_refs") << 5;  // forget the peak so far
-    const std::int64_t before = statusKilobytes("VmRSS");
-    TestView view(kViewWidth, kViewHeight);
-    view.Document().FromFile(name, 0, kNoUndo);
-    peak = static_cast<double>(statusKilobytes("VmHWM") - before);
-  }
-  state.counters["bitmaps"] = peak * 1024 / (double{kWidth} * kHeight * 4);
-}
-BENCHMARK(peakMemoryOfOpening)->Iterations(1);
 
 }  // namespace
 }  // namespace kestrel::engine
