@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstring>
 #include <numbers>
 
 #include "Common.h"
@@ -24,7 +25,7 @@ constexpr double kOne = 4294967296.0;  ///< 1 as a 32.32 fixed-point number
 std::int64_t toFixed(double value) { return static_cast<std::int64_t>(std::llround(value * kOne)); }
 
 struct Span {
-  std::int32_t first, last;  ///< `last` not included
+  std::int32_t first = 0, last = 0;  ///< `last` not included
   bool empty() const { return first >= last; }
 };
 
@@ -52,8 +53,6 @@ class EdgeSampler {
     const float alpha = background.a;
     background_ = {background.r * alpha, background.g * alpha, background.b * alpha, alpha};
   }
-
-  const Floats& background() const { return background_; }
 
   Floats sample(std::int64_t u, std::int64_t v) const {
     const float* const across = reference::cubicWeights(u);
@@ -98,14 +97,24 @@ struct Mapping {
 class Rotation {
  public:
   Rotation(const ConstPixels& in, const Pixels& out, const Mapping& mapping, Pixel background)
-      : in_(in), out_(out), mapping_(mapping), edge_(in, background), opaque_(isOpaque(in)) {}
+      : in_(in),
+        out_(out),
+        mapping_(mapping),
+        edge_(in, background),
+        background_(background.a == 0 ? Pixel{} : background),
+        opaque_(isOpaque(in)) {}
 
   /// Makes the rows of a band, tile by tile, so that the pixels they are taken from stay cached.
   void makeRows(std::int32_t first, std::int32_t last) const {
     for (std::int32_t top = first; top < last; top += kTile) {
+      const std::int32_t bottom = std::min(top + kTile, last);
+      std::array<Row, kTile> rows;
+      for (std::int32_t y = top; y < bottom; ++y) rows[static_cast<std::size_t>(y - top)] = rowAt(y);
       for (std::int32_t left = 0; left < out_.width; left += kTile) {
         const Span columns{left, std::min(left + kTile, out_.width)};
-        for (std::int32_t y = top; y < std::min(top + kTile, last); ++y) makePiece(y, columns);
+        for (std::int32_t y = top; y < bottom; ++y) {
+          makePiece(rows[static_cast<std::size_t>(y - top)], columns, out_.row(y));
+        }
       }
     }
   }
@@ -113,47 +122,60 @@ class Rotation {
  private:
   static constexpr std::int32_t kTile = 64;
 
-  /// The positions where an old pixel within `margin` pixels of the position's whole part may be outside.
-  Span within(Span columns, std::int64_t u, std::int64_t v, std::int64_t before, std::int64_t after) const {
-    const auto low = -before * (std::int64_t{1} << 32);
-    const Span across = clip(columns, u, mapping_.du, low, (in_.width + after) * (std::int64_t{1} << 32));
-    return clip(across, v, mapping_.dv, low, (in_.height + after) * (std::int64_t{1} << 32));
+  /// Where a row of the new picture runs through the old one.
+  struct Row {
+    std::int64_t u = 0, v = 0;  ///< of its first pixel
+    Span touched, inside;       ///< where some, and where all, of the sixteen pixels are in the old picture
+  };
+
+  Row rowAt(std::int32_t y) const {
+    Row row{mapping_.u0 - y * mapping_.dv, mapping_.v0 + y * mapping_.du, {}, {}};
+    // From the position's whole part one pixel back and two on are taken.
+    row.touched = clipBoth(row, {0, out_.width}, -2, 1);
+    row.inside = clipBoth(row, row.touched, 1, -2);
+    if (row.inside.empty()) row.inside = {row.touched.last, row.touched.last};
+    return row;
   }
 
-  void makePiece(std::int32_t y, Span columns) const {
-    const std::int64_t u = mapping_.u0 - y * mapping_.dv;
-    const std::int64_t v = mapping_.v0 + y * mapping_.du;
-    const Span touched = within(columns, u, v, 2, 1);
-    const Span inside = within(touched, u, v, -1, -2);
+  /// The part of `span` whose positions lie from `low` up to the old picture's sides plus `high`.
+  Span clipBoth(const Row& row, Span span, std::int64_t low, std::int64_t high) const {
+    constexpr std::int64_t kPixel = std::int64_t{1} << 32;
+    const Span across = clip(span, row.u, mapping_.du, low * kPixel, (in_.width + high) * kPixel);
+    return clip(across, row.v, mapping_.dv, low * kPixel, (in_.height + high) * kPixel);
+  }
+
+  void makePiece(const Row& row, Span columns, std::uint8_t* out) const {
+    const auto within = [&](std::int32_t x) { return std::clamp(x, columns.first, columns.last); };
+    const Span touched{within(row.touched.first), within(row.touched.last)};
+    const Span inside{within(row.inside.first), within(row.inside.last)};
     std::array<float, 4 * kTile> floats;
-    const auto at = [&](std::int32_t x) { return floats.data() + std::ptrdiff_t{4} * (x - columns.first); };
-    const auto fill = [&](Span span) {
-      for (std::int32_t x = span.first; x < span.last; ++x) std::copy_n(edge_.background().data(), 4, at(x));
-    };
-    const auto sampleEdge = [&](Span span) {
-      for (std::int32_t x = span.first; x < span.last; ++x) {
-        const Floats sample = edge_.sample(u + x * mapping_.du, v + x * mapping_.dv);
+    const auto at = [&](std::int32_t x) { return floats.data() + std::ptrdiff_t{4} * (x - touched.first); };
+    const auto sampleEdge = [&](std::int32_t first, std::int32_t last) {
+      for (std::int32_t x = first; x < last; ++x) {
+        const Floats sample = edge_.sample(row.u + x * mapping_.du, row.v + x * mapping_.dv);
         std::copy_n(sample.data(), 4, at(x));
       }
     };
-    fill({columns.first, touched.first});
-    if (inside.empty()) {
-      sampleEdge(touched);
-    } else {
-      sampleEdge({touched.first, inside.first});
-      sampleLine(in_, opaque_, u + inside.first * mapping_.du, v + inside.first * mapping_.dv, mapping_.du,
-                 mapping_.dv, inside.last - inside.first, at(inside.first));
-      sampleEdge({inside.last, touched.last});
+    fill(columns.first, touched.first, out);
+    sampleEdge(touched.first, inside.first);
+    sampleLine(in_, opaque_, row.u + inside.first * mapping_.du, row.v + inside.first * mapping_.dv,
+               mapping_.du, mapping_.dv, inside.last - inside.first, at(inside.first));
+    sampleEdge(inside.last, touched.last);
+    storeStraightRow(floats.data(), touched.last - touched.first, out + std::ptrdiff_t{4} * touched.first);
+    fill(touched.last, columns.last, out);
+  }
+
+  void fill(std::int32_t first, std::int32_t last, std::uint8_t* out) const {
+    for (std::int32_t x = first; x < last; ++x) {
+      std::memcpy(out + std::ptrdiff_t{4} * x, &background_, sizeof background_);
     }
-    fill({touched.last, columns.last});
-    storeStraightRow(floats.data(), columns.last - columns.first,
-                     out_.row(y) + std::ptrdiff_t{4} * columns.first);
   }
 
   ConstPixels in_;
   Pixels out_;
   Mapping mapping_;
   EdgeSampler edge_;
+  Pixel background_;
   bool opaque_;
 };
 
