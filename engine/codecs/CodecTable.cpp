@@ -18,6 +18,8 @@ constexpr std::string_view kTgaNames[] = {"tga", "icb", "vda", "vst"};
 constexpr std::string_view kPsdNames[] = {"psd", "psb"};
 constexpr std::string_view kWbmpNames[] = {"wbmp", "wbp"};
 constexpr std::string_view kTlaNames[] = {"tla"};
+constexpr std::string_view kEmfNames[] = {"emf"};
+constexpr std::string_view kWmfNames[] = {"wmf"};
 constexpr std::string_view kPcdNames[] = {"pcd"};
 
 constexpr Codec kCodecs[] = {
@@ -29,6 +31,8 @@ constexpr Codec kCodecs[] = {
     {format::kPsd, "PSD", kPsdNames, "no PSD signature", psd::probe, psd::decode, psd::encode},
     {format::kTla, "TLA", kTlaNames, "no TLA signature", tla::probe, tla::decode, tla::encode},
     {format::kPcd, "Photo CD", kPcdNames, "no Photo CD signature", pcd::probe, pcd::decode, nullptr},
+    {format::kEmf, "EMF", kEmfNames, "no EMF header", emf::probe, emf::decode, emf::encode},
+    {format::kWmf, "WMF", kWmfNames, "no WMF header", wmf::probe, wmf::decode, wmf::encode},
     {format::kPcx, "PCX", kPcxNames, "no PCX header", pcx::probe, pcx::decode, pcx::encode},
     {format::kWbmp, "WBMP", kWbmpNames, "no WBMP header", wbmp::probe, wbmp::decode, wbmp::encode},
     {format::kTga, "TGA", kTgaNames, "no TGA header", tga::probe, tga::decode, tga::encode},

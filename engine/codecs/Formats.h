@@ -85,4 +85,18 @@ bool probe(Bytes data);
 Decoded decode(Bytes data);
 }  // namespace pcd
 
+namespace emf {
+bool probe(Bytes data);
+Decoded decode(Bytes data);
+std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata,
+                                 const EncodeOptions& options);
+}  // namespace emf
+
+namespace wmf {
+bool probe(Bytes data);
+Decoded decode(Bytes data);
+std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata,
+                                 const EncodeOptions& options);
+}  // namespace wmf
+
 }  // namespace kestrel::engine
