@@ -1,0 +1,281 @@
+#include <cstring>
+
+#include "TestPictures.h"
+
+namespace kestrel::engine {
+namespace {
+
+using test::Builder;
+using test::errorOf;
+
+constexpr Pixel kNothing{0, 0, 0, 0}, kRed{255, 0, 0, 255}, kBlue{0, 0, 255, 255}, kWhite{255, 255, 255, 255};
+constexpr std::uint32_t kRedColor = 0x0000FF, kBlueColor = 0xFF0000;
+
+/// An enhanced metafile of 40 x 30 pixels whose records are added one by one.
+class Emf {
+ public:
+  Emf& record(std::uint32_t type, const std::vector<std::uint32_t>& words) {
+    records_.le32(type).le32(static_cast<std::uint32_t>(8 + 4 * words.size()));
+    for (const std::uint32_t word : words) records_.le32(word);
+    return *this;
+  }
+  Emf& brush(std::uint32_t color) { return record(39, {1, 0, color, 0}).record(37, {1}); }
+  Emf& noPen() { return record(37, {0x80000008}); }
+
+  std::vector<std::uint8_t> file() const {
+    Builder b;
+    b.le32(1).le32(88).le32(0).le32(0).le32(39).le32(29);
+    b.le32(0).le32(0).le32(1058).le32(794);  // hundredths of a millimetre at 96 pixels per inch
+    b.text(" EMF").le32(0x10000).le32(0).le32(0).fill(16);
+    b.le32(960).le32(960).le32(254).le32(254);
+    b.bytes.insert(b.bytes.end(), records_.bytes.begin(), records_.bytes.end());
+    b.le32(14).le32(20).le32(0).le32(16).le32(20);
+    return b.bytes;
+  }
+  Bitmap play() const {
+    const Decoded decoded = decode(file());
+    EXPECT_EQ(decoded.format, 8);
+    EXPECT_TRUE(decoded.notice.empty()) << decoded.notice;
+    return decoded.bitmap;
+  }
+
+ private:
+  Builder records_;
+};
+
+std::uint32_t pair(int x, int y) {
+  return static_cast<std::uint32_t>(x & 0xFFFF) | static_cast<std::uint32_t>(y) << 16;
+}
+
+std::uint32_t bits(float value) {
+  std::uint32_t result = 0;
+  std::memcpy(&result, &value, 4);
+  return result;
+}
+
+TEST(EmfFile, ShapesAreFilledWithTheBrush) {
+  const Bitmap bitmap = Emf()
+                            .noPen()
+                            .brush(kRedColor)
+                            .record(43, {5, 5, 15, 15})
+                            .brush(kBlueColor)
+                            .record(42, {20, 5, 40, 25})
+                            .play();
+  EXPECT_EQ(bitmap.width(), 40);
+  EXPECT_EQ(bitmap.height(), 30);
+  EXPECT_EQ(bitmap.at(10, 10), kRed);
+  EXPECT_EQ(bitmap.at(17, 10), kNothing);
+  EXPECT_EQ(bitmap.at(30, 15), kBlue);
+  EXPECT_EQ(bitmap.at(21, 6), kNothing) << "outside the ellipse, inside its box";
+}
+
+TEST(EmfFile, PolygonsOfBothPointSizes) {
+  const Bitmap narrow =
+      Emf().noPen().brush(kRedColor).record(86, {0, 0, 0, 0, 3, pair(0, 0), pair(20, 0), pair(0, 20)}).play();
+  const Bitmap wide = Emf().noPen().brush(kRedColor).record(3, {0, 0, 0, 0, 3, 0, 0, 20, 0, 0, 20}).play();
+  EXPECT_EQ(narrow.at(3, 3), kRed);
+  EXPECT_EQ(narrow.at(18, 18), kNothing);
+  EXPECT_TRUE(test::isPicture(narrow, wide));
+}
+
+TEST(EmfFile, LinesAreDrawnWithThePen) {
+  const Bitmap bitmap = Emf()
+                            .record(38, {1, 0, 4, 0, kBlueColor})
+                            .record(37, {1})
+                            .record(27, {0, 10})
+                            .record(54, {40, 10})
+                            .play();
+  EXPECT_EQ(bitmap.at(20, 9), kBlue);
+  EXPECT_EQ(bitmap.at(20, 10), kBlue);
+  EXPECT_EQ(bitmap.at(20, 15), kNothing);
+}
+
+TEST(EmfFile, PathsWithCurvesAreFilledAndClippedTo) {
+  const auto withPath = [](Emf emf) {
+    return emf.noPen()
+        .brush(kRedColor)
+        .record(59, {})
+        .record(27, {0, 15})
+        .record(5, {0, 0, 0, 0, 3, 10, 0, 30, 0, 40, 15})
+        .record(61, {})
+        .record(60, {});
+  };
+  const Bitmap filled = withPath(Emf()).record(62, {0, 0, 0, 0}).play();
+  EXPECT_EQ(filled.at(20, 10), kRed);
+  EXPECT_EQ(filled.at(1, 1), kNothing);
+  EXPECT_EQ(filled.at(20, 20), kNothing);
+  const Bitmap clipped = withPath(Emf()).record(67, {5}).record(43, {0, 0, 40, 30}).play();
+  EXPECT_EQ(clipped.at(20, 10), kRed);
+  EXPECT_EQ(clipped.at(20, 20), kNothing);
+}
+
+TEST(EmfFile, TheWorldAndTheWindowMoveAndScale) {
+  const Bitmap world = Emf()
+                           .noPen()
+                           .brush(kRedColor)
+                           .record(35, {bits(2), 0, 0, bits(2), bits(10), bits(0)})
+                           .record(43, {0, 0, 5, 5})
+                           .play();
+  EXPECT_EQ(world.at(11, 1), kRed);
+  EXPECT_EQ(world.at(19, 9), kRed);
+  EXPECT_EQ(world.at(9, 1), kNothing);
+  EXPECT_EQ(world.at(21, 1), kNothing);
+  const Bitmap window = Emf()
+                            .noPen()
+                            .brush(kRedColor)
+                            .record(17, {8})
+                            .record(9, {1000, 1000})
+                            .record(11, {40, 30})
+                            .record(43, {500, 0, 1000, 500})
+                            .play();
+  EXPECT_EQ(window.at(30, 5), kRed);
+  EXPECT_EQ(window.at(10, 5), kNothing);
+  EXPECT_EQ(window.at(30, 20), kNothing);
+}
+
+TEST(EmfFile, PhysicalUnitsCountUpwards) {
+  // Twips: 15 to a pixel.
+  const Bitmap bitmap = Emf()
+                            .noPen()
+                            .brush(kRedColor)
+                            .record(17, {6})
+                            .record(43, {0, 0, 150, static_cast<std::uint32_t>(-150)})
+                            .play();
+  EXPECT_EQ(bitmap.at(5, 5), kRed);
+  EXPECT_EQ(bitmap.at(12, 5), kNothing);
+}
+
+TEST(EmfFile, SavedStatesComeBack) {
+  const Bitmap bitmap = Emf()
+                            .noPen()
+                            .brush(kRedColor)
+                            .record(33, {})
+                            .record(39, {2, 0, kBlueColor, 0})
+                            .record(37, {2})
+                            .record(30, {0, 0, 10, 10})
+                            .record(34, {static_cast<std::uint32_t>(-1)})
+                            .record(43, {0, 0, 40, 30})
+                            .play();
+  EXPECT_EQ(bitmap.at(30, 20), kRed) << "neither the clip nor the brush outlives the restore";
+}
+
+TEST(EmfFile, TextLeavesInkWhereItStands) {
+  Emf emf;
+  emf.record(18, {1}).record(84,
+                             {0, 0, 0, 0, 1, bits(1), bits(1), 2, 2, 2, 76, 0, 0, 0, 0, 0, 0, 0x00480048});
+  const Bitmap bitmap = emf.play();
+  int ink = 0;
+  for (int y = 0; y < 30; ++y) {
+    for (int x = 0; x < 40; ++x) ink += bitmap.at(x, y).a > 128 ? 1 : 0;
+  }
+  EXPECT_GT(ink, 10);
+  EXPECT_EQ(bitmap.at(39, 29), kNothing);
+}
+
+TEST(EmfFile, RecordsThatMakeNoSenseArePassedOver) {
+  const Bitmap bitmap = Emf()
+                            .noPen()
+                            .brush(kRedColor)
+                            .record(86, {0, 0, 0, 0, 0xFFFFFFFF, 1})
+                            .record(81, {1, 2, 3})
+                            .record(9999, {1})
+                            .record(37, {777})
+                            .record(43, {5, 5, 15, 15})
+                            .play();
+  EXPECT_EQ(bitmap.at(10, 10), kRed);
+}
+
+TEST(EmfFile, AFileThatEndsEarlyShowsWhatWasDrawnUntilThen) {
+  auto bytes = Emf().noPen().brush(kRedColor).record(43, {5, 5, 15, 15}).record(43, {20, 5, 30, 15}).file();
+  bytes.resize(bytes.size() - 30);
+  const Decoded decoded = decode(bytes);
+  EXPECT_FALSE(decoded.notice.empty());
+  EXPECT_EQ(decoded.bitmap.at(10, 10), kRed);
+  EXPECT_EQ(decoded.bitmap.at(25, 10), kNothing);
+}
+
+/// A Windows metafile whose records are added one by one, with or without a frame of 40 x 30 pixels.
+class Wmf {
+ public:
+  Wmf& record(std::uint32_t number, const std::vector<int>& words) {
+    records_.le32(static_cast<std::uint32_t>(3 + words.size())).le16(number);
+    for (const int word : words) records_.le16(static_cast<std::uint32_t>(word & 0xFFFF));
+    return *this;
+  }
+
+  std::vector<std::uint8_t> file(bool placeable) const {
+    Builder b;
+    // Twice as many units as pixels.
+    if (placeable) b.le32(0x9AC6CDD7).le16(0).le16(0).le16(0).le16(80).le16(60).le16(192).le32(0).le16(0);
+    b.le16(1).le16(9).le16(0x300).le32(0).le16(2).le32(0).le16(0);
+    b.bytes.insert(b.bytes.end(), records_.bytes.begin(), records_.bytes.end());
+    b.le32(3).le16(0);
+    return b.bytes;
+  }
+
+ private:
+  Builder records_;
+};
+
+Wmf redBox() {
+  return Wmf()
+      .record(0x020B, {0, 0})
+      .record(0x020C, {60, 80})
+      .record(0x02FA, {5, 0, 0, 0, 0})
+      .record(0x012D, {0})
+      .record(0x02FC, {0, 255, 0, 0})
+      .record(0x012D, {1})
+      .record(0x041B, {30, 40, 10, 20});
+}
+
+TEST(WmfFile, APlaceableFileHasTheSizeOfItsFrame) {
+  const Decoded decoded = decode(redBox().file(true));
+  EXPECT_EQ(decoded.format, 7);
+  EXPECT_EQ(decoded.bitmap.width(), 40);
+  EXPECT_EQ(decoded.bitmap.height(), 30);
+  EXPECT_EQ(decoded.bitmap.at(15, 10), kRed);
+  EXPECT_EQ(decoded.bitmap.at(8, 10), kNothing);
+  EXPECT_EQ(decoded.bitmap.at(25, 10), kNothing);
+}
+
+TEST(WmfFile, APlainFileHasTheSizeOfItsWindow) {
+  const Decoded decoded = decode(redBox().file(false));
+  EXPECT_EQ(decoded.bitmap.width(), 80);
+  EXPECT_EQ(decoded.bitmap.height(), 60);
+  EXPECT_EQ(decoded.bitmap.at(30, 20), kRed);
+  EXPECT_EQ(decoded.bitmap.at(10, 20), kNothing);
+}
+
+TEST(WmfFile, PolygonsLinesAndFreedSlots) {
+  // The pen's slot is freed and taken by the blue brush.
+  Wmf wmf = redBox();
+  wmf.record(0x01F0, {0}).record(0x02FC, {0, 0, 255, 0}).record(0x012D, {0});
+  wmf.record(0x0324, {3, 50, 0, 80, 0, 80, 40});
+  const Bitmap bitmap = decode(wmf.file(false)).bitmap;
+  EXPECT_EQ(bitmap.at(75, 10), kBlue);
+  EXPECT_EQ(bitmap.at(30, 20), kRed);
+}
+
+class MetafileWriting : public testing::TestWithParam<std::int32_t> {};
+
+TEST_P(MetafileWriting, ThePictureComesBackExactlyAtItsSize) {
+  for (const auto& [width, height] : {std::pair{1, 1}, {7, 3}, {100, 61}, {1921, 5}}) {
+    const Bitmap picture = test::noise(width, height, true);
+    EXPECT_TRUE(test::isPicture(decode(encode(picture, {}, GetParam())).bitmap, picture)) << width;
+  }
+}
+
+TEST_P(MetafileWriting, TransparencyIsFlattenedOnWhite) {
+  const Bitmap clear = Bitmap::filled(6, 6, kNothing);
+  EXPECT_TRUE(test::isPicture(decode(encode(clear, {}, GetParam())).bitmap, Bitmap::filled(6, 6, kWhite)));
+}
+
+INSTANTIATE_TEST_SUITE_P(Formats, MetafileWriting, testing::Values(format::kWmf, format::kEmf),
+                         [](const auto& format) { return std::string(format.param == 7 ? "WMF" : "EMF"); });
+
+TEST(WmfFile, IsNotWrittenLargerThanItsNumbersReach) {
+  EXPECT_EQ(errorOf([] { encode(Bitmap::filled(32'768, 1), {}, format::kWmf); }), 5);
+}
+
+}  // namespace
+}  // namespace kestrel::engine
