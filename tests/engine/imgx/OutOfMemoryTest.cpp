@@ -32,18 +32,23 @@ constexpr std::size_t kUsual = alignof(std::max_align_t);
 
 }  // namespace
 
-void* operator new(std::size_t size) { return allocateOrThrow(size, kUsual); }
-void* operator new(std::size_t size, std::align_val_t alignment) {
+[[gnu::noinline]] void* operator new(std::size_t size) { return allocateOrThrow(size, kUsual); }
+[[gnu::noinline]] void* operator new(std::size_t size, std::align_val_t alignment) {
   return allocateOrThrow(size, static_cast<std::size_t>(alignment));
 }
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return allocate(size, kUsual); }
-void* operator new(std::size_t size, std::align_val_t alignment, const std::nothrow_t&) noexcept {
+[[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  return allocate(size, kUsual);
+}
+[[gnu::noinline]] void* operator new(std::size_t size, std::align_val_t alignment,
+                                     const std::nothrow_t&) noexcept {
   return allocate(size, static_cast<std::size_t>(alignment));
 }
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
-void operator delete(void* memory, std::align_val_t) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t, std::align_val_t) noexcept { std::free(memory); }
+[[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+[[gnu::noinline]] void operator delete(void* memory, std::align_val_t) noexcept { std::free(memory); }
+[[gnu::noinline]] void operator delete(void* memory, std::size_t, std::align_val_t) noexcept {
+  std::free(memory);
+}
 
 namespace kestrel::engine {
 namespace {
