@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <QApplication>
+#include <QMouseEvent>
 #include <QScrollBar>
 #include <QTest>
 #include <QWheelEvent>
@@ -173,8 +175,10 @@ TEST_F(ViewOnTheDesktop, ADragWithTheSelectToolSelects) {
 TEST_F(ViewOnTheDesktop, TheZoomToolHasAPointerOfItsOwn) {
   bench.showPicture(noise(4000, 4000));
   bench.editor().Tool(ipToolZoom);
-  QTest::mouseMove(&bench.canvas(), QPoint(60, 60));
-  settle();
+  const QPointF at(60, 60);
+  QMouseEvent move(QEvent::MouseMove, at, bench.canvas().mapToGlobal(at), Qt::NoButton, Qt::NoButton,
+                   Qt::NoModifier);
+  QApplication::sendEvent(&bench.canvas(), &move);
   EXPECT_EQ(bench.view().MousePointer(), kPointerCustom);
   EXPECT_EQ(bench.canvas().cursor().shape(), Qt::BitmapCursor);
 }
