@@ -2,8 +2,10 @@
 
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <new>
 #include <optional>
+#include <set>
 #include <stdexcept>
 #include <system_error>
 #include <variant>
@@ -89,6 +91,27 @@ TEST(ModuleFiles, NumberEachFurtherFileOfAModuleFromAMultipleOf50000) {
   EXPECT_EQ(qdk::LineNumber("/src/editor/ImageProcessingCtl.Files.cpp", 1), 50'005);
   EXPECT_EQ(qdk::LineNumber("/src/editor/ImageProcessingCtl.Commands.cpp", 123), 100'615);
   EXPECT_EQ(qdk::LineNumber("/src/editor/ImageProcessingCtl.Thumbnails.cpp", 10), 400'050);
+}
+
+TEST(ModuleFiles, GiveEachFileOfAModuleAPlaceOfItsOwn) {
+  std::map<std::string, std::set<std::int32_t>> places;
+  int furtherFiles = 0;
+  for (const char* folder :
+       {"browser", "diagnostics", "dialogs", "editor", "host", "imaging", "settings", "toolwindows"}) {
+    const auto path = std::filesystem::path(SOURCE_FOLDER) / folder;
+    if (!std::filesystem::exists(path)) continue;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(path)) {
+      const std::string name = entry.path().filename().string();
+      if (entry.path().extension() != ".cpp") continue;
+      const std::int32_t place = qdk::LineNumber(name, 0) / 50'000;
+      EXPECT_TRUE(places[qdk::ModuleName(name)].insert(place).second)
+          << name << " shares the numbers of another file";
+      const bool isFurther = name != qdk::ModuleName(name) + ".cpp";
+      EXPECT_EQ(isFurther, place > 0) << name;
+      furtherFiles += isFurther ? 1 : 0;
+    }
+  }
+  EXPECT_GE(furtherFiles, 11) << "the tree was looked at";
 }
 
 }  // namespace
