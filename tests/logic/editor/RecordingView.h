@@ -126,7 +126,7 @@ class ImageOfFormat final : public Image {
 };
 
 /// The engine's view, with a note of each property that is written and each file that is read or written.
-class RecordingView final : public headless::ImageView {
+class RecordingView : public headless::ImageView {
  public:
   template <typename... Args>
   explicit RecordingView(Log& log, Args&&... args)
