@@ -8,8 +8,11 @@
 namespace kestrel::engine {
 namespace {
 
-/// Tiles beyond this are slower to exchange than undo may take, so the whole picture is kept instead.
-constexpr std::size_t kMostTileBytes = std::size_t{8} << 20;
+/// Beyond this, tiles take too long to exchange, and the whole picture is kept instead. Large pictures take
+/// long to copy, too, so they may have more.
+std::size_t mostTileBytes(const Bitmap& bitmap) {
+  return std::max(std::size_t{8} << 20, bitmap.byteSize() / 8);
+}
 
 Rectangle united(const Rectangle& a, const Rectangle& b) {
   if (a.Width == 0 || a.Height == 0) return b;
@@ -119,7 +122,7 @@ void Painting::touch(std::span<const Rectangle> areas) {
   }
   if (bytes == 0) return;
   if (auto* const tiles = std::get_if<KeptTiles>(&before_)) {
-    if (tiles->empty() && bytes > kMostTileBytes) {
+    if (tiles->empty() && bytes > mostTileBytes(picture_.bitmap())) {
       PictureState whole = picture_.state_;
       pixels();
       before_ = std::move(whole);
@@ -142,7 +145,7 @@ void Painting::commit(const std::string& undoName) {
   if (ended()) return;
   if (touched_.Width > 0) {
     if (const auto* const tiles = std::get_if<KeptTiles>(&before_);
-        tiles && tiles->memory() > kMostTileBytes) {
+        tiles && tiles->memory() > mostTileBytes(picture_.bitmap())) {
       keepWhole();
     }
     if (isStep(undoName, atPoint_)) {

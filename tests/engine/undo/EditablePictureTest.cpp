@@ -82,22 +82,22 @@ TEST(EditablePicture, ADrawingStepHoldsTheTouchedTilesOnly) {
 }
 
 TEST(EditablePicture, ALargeDrawingHoldsTheWholePictureRatherThanItsTiles) {
-  Watched picture(noise(2000, 1500));
+  Watched picture(noise(3000, 1500));
   const Bitmap before = deepCopy(picture.bitmap());
-  picture.draw({0, 0, 2000, 1400}, {1, 2, 3, 255}, "");
+  picture.draw({0, 0, 3000, 1450}, {1, 2, 3, 255}, "");
   EXPECT_EQ(picture.undoMemory(), picture.bitmap().byteSize());
   picture.undo();
   EXPECT_TRUE(samePixels(picture.bitmap(), before));
 }
 
 TEST(EditablePicture, ManySmallTouchesEndAsAWholePictureToo) {
-  Watched picture(noise(2000, 1500));
+  Watched picture(noise(3000, 1500));
   const Bitmap before = deepCopy(picture.bitmap());
   {
     Painting painting(picture);
     for (std::int32_t y = 0; y < 1500; y += 10) {
-      painting.touch(std::array{Rectangle{0, y, 2000, 10}});
-      fill(painting.pixels(), 0, y, 2000, 10, {5, 5, 5, 5});
+      painting.touch(std::array{Rectangle{0, y, 3000, 10}});
+      fill(painting.pixels(), 0, y, 3000, 10, {5, 5, 5, 5});
     }
     painting.commit("");
   }
