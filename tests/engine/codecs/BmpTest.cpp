@@ -108,7 +108,7 @@ TEST(Bmp, ReadsOs2Headers) {
 
   Builder second;
   second.text("BM").le32(0).le32(0).le32(78).le32(64).le32(2).le32(1).le16(1).le16(24);
-  second.fill(78 - second.bytes.size()).u8({0, 0, 255, 0, 255, 0, 0, 0});
+  second.fillTo(78).u8({0, 0, 255, 0, 255, 0, 0, 0});
   expectRows(decode(second.bytes).bitmap, {{kRed, kGreen}});
 }
 

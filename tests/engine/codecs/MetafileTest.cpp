@@ -186,9 +186,9 @@ TEST(EmfFile, RecordsThatMakeNoSenseArePassedOver) {
 }
 
 TEST(EmfFile, AFileThatEndsEarlyShowsWhatWasDrawnUntilThen) {
-  auto bytes = Emf().noPen().brush(kRedColor).record(43, {5, 5, 15, 15}).record(43, {20, 5, 30, 15}).file();
-  bytes.resize(bytes.size() - 30);
-  const Decoded decoded = decode(bytes);
+  const auto bytes =
+      Emf().noPen().brush(kRedColor).record(43, {5, 5, 15, 15}).record(43, {20, 5, 30, 15}).file();
+  const Decoded decoded = decode(Bytes(bytes).first(bytes.size() - 30));
   EXPECT_FALSE(decoded.notice.empty());
   EXPECT_EQ(decoded.bitmap.at(10, 10), kRed);
   EXPECT_EQ(decoded.bitmap.at(25, 10), kNothing);

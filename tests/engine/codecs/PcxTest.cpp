@@ -23,8 +23,8 @@ std::vector<std::uint8_t> pcxFile(const Form& f, std::initializer_list<int> rows
       .le16(2)
       .le16(3 + f.width - 1)
       .le16(2 + f.height - 1);
-  b.le16(300).le16(150).u8(colors).fill(64 - b.bytes.size());
-  b.u8({0, f.planes}).le16(f.lineBytes).fill(128 - b.bytes.size()).u8(rows);
+  b.le16(300).le16(150).u8(colors).fillTo(64);
+  b.u8({0, f.planes}).le16(f.lineBytes).fillTo(128).u8(rows);
   return b.bytes;
 }
 

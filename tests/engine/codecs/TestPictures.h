@@ -102,7 +102,13 @@ class Builder {
     return *this;
   }
   Builder& fill(std::size_t count, int value = 0) {
-    bytes.insert(bytes.end(), count, static_cast<std::uint8_t>(value));
+    bytes.resize(bytes.size() + count, static_cast<std::uint8_t>(value));
+    return *this;
+  }
+
+  /// Zeros up to a position.
+  Builder& fillTo(std::size_t position) {
+    bytes.resize(std::max(position, bytes.size()), std::uint8_t{0});
     return *this;
   }
 
@@ -119,21 +125,21 @@ inline std::vector<std::uint8_t> cameraBlock(std::uint32_t orientation, std::siz
   b.le16(0x0112).le16(3).le32(1).le32(orientation);  // orientation
   b.le16(0x8769).le16(4).le32(1).le32(120);          // EXIF directory, at 120
   b.le32(thumbnail > 0 ? 200 : 0);                   // next directory
-  b.fill(100 - b.bytes.size()).text("Kestrel").u8({0});
-  b.fill(120 - b.bytes.size());
+  b.fillTo(100).text("Kestrel").u8({0});
+  b.fillTo(120);
   b.le16(3);
   b.le16(0x9003).le16(2).le32(20).le32(170);  // date and time, at 170
   b.le16(0xA002).le16(4).le32(1).le32(1234);  // width
   b.le16(0xA003).le16(3).le32(1).le32(567);   // height
   b.le32(0);
-  b.fill(170 - b.bytes.size()).text("2026:01:02 03:04:05").u8({0});
-  b.fill(200 - b.bytes.size());
+  b.fillTo(170).text("2026:01:02 03:04:05").u8({0});
+  b.fillTo(200);
   if (thumbnail > 0) {
     b.le16(2);
     b.le16(0x0201).le16(4).le32(1).le32(240);
     b.le16(0x0202).le16(4).le32(1).le32(static_cast<std::uint32_t>(thumbnail));
     b.le32(0);
-    b.fill(240 - b.bytes.size());
+    b.fillTo(240);
     b.fill(thumbnail, 0xAB);
   }
   return b.bytes;
