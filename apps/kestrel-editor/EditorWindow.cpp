@@ -16,12 +16,8 @@ constexpr std::size_t kKeyPrefix = 3;  // "btn"
 EditorWindow::EditorWindow(std::function<void()> closed)
     : form_(modProcessing::Platform().CreateForm("frmImageEditor")),
       editor_(std::make_unique<ImageProcessingCtl>(Bind<Site>(*form_, "Processing"))) {
-  // Before the site's first event, which takes these hot keys away for good where they are not allowed.
-  editor_->AllowUnmodifiedHotKeys(true);
   const auto keep = [this](Connection connection) { connections_.push_back(std::move(connection)); };
   keep(form_->Load.Connect([this] {
-    editor_->ShowMenuBar(true);
-    editor_->ShowClose(true);
     editor_->Initialize();
     modProcessing::WindowPositions().LoadPosition(*form_, {});
     showName();

@@ -1,5 +1,6 @@
 #include "Selection.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdlib>
@@ -13,6 +14,13 @@ constexpr std::array kHandles{SelectionPart::TopLeft,    SelectionPart::TopRight
                               SelectionPart::Right,      SelectionPart::Bottom};
 
 }  // namespace
+
+Rectangle intersection(const Rectangle& a, const Rectangle& b) {
+  const std::int32_t left = std::max(a.Left, b.Left);
+  const std::int32_t top = std::max(a.Top, b.Top);
+  return {left, top, std::max(0, std::min(a.Left + a.Width, b.Left + b.Width) - left),
+          std::max(0, std::min(a.Top + a.Height, b.Top + b.Height) - top)};
+}
 
 Rectangle normalized(const Rectangle& rectangle) {
   Rectangle result = rectangle;

@@ -31,6 +31,9 @@ struct Selection {
   bool shown() const { return visible && rectangle.Width != 0 && rectangle.Height != 0; }
 };
 
+/// What two rectangles with sizes from 0 up have in common; 0 wide or high if that is nothing.
+Rectangle intersection(const Rectangle& a, const Rectangle& b);
+
 /// The same area with positive sizes.
 Rectangle normalized(const Rectangle& rectangle);
 

@@ -82,6 +82,7 @@ void View::pointerUp(std::int32_t button, std::int32_t shift, float x, float y) 
     setAutoScroll(false);
     const std::unique_ptr<Gesture> ended = std::move(gesture_);
     ended->end(dragged_);
+    invalidateSelection();  // the handles are back
     updateCursor();
   }
   MouseUp(button, shift, x, y);

@@ -20,17 +20,12 @@ constexpr std::int32_t kSmallestWithHandles = 24;
 
 constexpr std::int32_t kDash = 4;
 
+constexpr Pixel kSurroundings{255, 255, 255, 255};
+
 std::int32_t bounded(std::int32_t value) { return std::clamp(value, -kFarthest, kFarthest); }
 
 std::int32_t roundedPosition(double value) {
   return static_cast<std::int32_t>(std::lround(std::clamp(value, -1e9, 1e9)));
-}
-
-Rectangle cut(const Rectangle& a, const Rectangle& b) {
-  const std::int32_t left = std::max(a.Left, b.Left);
-  const std::int32_t top = std::max(a.Top, b.Top);
-  return {left, top, std::max(0, std::min(a.Left + a.Width, b.Left + b.Width) - left),
-          std::max(0, std::min(a.Top + a.Height, b.Top + b.Height) - top)};
 }
 
 void put(const PaintBuffer& buffer, std::int32_t x, std::int32_t y, std::uint8_t grey) {
@@ -42,7 +37,7 @@ void put(const PaintBuffer& buffer, std::int32_t x, std::int32_t y, std::uint8_t
 /// Dashes of black and white that move on with the phase.
 void paintDashes(const PaintBuffer& buffer, const Rectangle& line, const Rectangle& area,
                  std::int32_t phase) {
-  const Rectangle part = cut(line, area);
+  const Rectangle part = intersection(line, area);
   for (std::int32_t y = part.Top; y < part.Top + part.Height; ++y) {
     for (std::int32_t x = part.Left; x < part.Left + part.Width; ++x) {
       const std::uint32_t along = static_cast<std::uint32_t>(x + y - phase);
@@ -53,7 +48,7 @@ void paintDashes(const PaintBuffer& buffer, const Rectangle& line, const Rectang
 
 void paintHandle(const PaintBuffer& buffer, Point middle, std::int32_t reach, const Rectangle& area) {
   const Rectangle whole{middle.X - reach, middle.Y - reach, 2 * reach + 1, 2 * reach + 1};
-  const Rectangle part = cut(whole, area);
+  const Rectangle part = intersection(whole, area);
   for (std::int32_t y = part.Top; y < part.Top + part.Height; ++y) {
     for (std::int32_t x = part.Left; x < part.Left + part.Width; ++x) {
       const bool rim = std::abs(x - middle.X) == reach || std::abs(y - middle.Y) == reach;
@@ -147,12 +142,16 @@ bool View::nudgeSelection(ViewKey key, std::int32_t shift) {
 void View::invalidateSelection() {
   if (!selection_.shown()) return;
   const Rectangle shown = inView(normalized(selection_.rectangle));
-  const Rectangle view{0, 0, horizontal_.view(), vertical_.view()};
   const auto reach = static_cast<std::int32_t>(std::ceil(kHandleReach * deviceScale_));
   for (Rectangle side : sidesOf(shown)) {
     side = {side.Left - reach, side.Top - reach, side.Width + 2 * reach, side.Height + 2 * reach};
-    if (const Rectangle part = cut(side, view); part.Width > 0 && part.Height > 0) invalidate(part);
+    invalidateView(side);
   }
+}
+
+void View::invalidateView(const Rectangle& area) {
+  const Rectangle part = intersection(area, {0, 0, horizontal_.view(), vertical_.view()});
+  if (part.Width > 0 && part.Height > 0) invalidate(part);
 }
 
 void View::paintSelection(const PaintBuffer& buffer, const Rectangle& area) const {
@@ -166,9 +165,9 @@ void View::paintSelection(const PaintBuffer& buffer, const Rectangle& area) cons
 }
 
 void View::paint(const PaintBuffer& buffer, const Rectangle& area) {
-  const Rectangle part = cut(area, {0, 0, buffer.width, buffer.height});
+  const Rectangle part = intersection(area, {0, 0, buffer.width, buffer.height});
   if (part.Width == 0 || part.Height == 0) return;
-  painter_.paint({picture_->bitmap(), horizontal_, vertical_, surroundings_, background_}, buffer, part);
+  painter_.paint({picture_->bitmap(), horizontal_, vertical_, kSurroundings, background_}, buffer, part);
   if (doubleBuffer_) {
     BackBuffer backBuffer(buffer, part);
     DoubleBufferPaintAfter(backBuffer);

@@ -71,10 +71,9 @@ void View::pictureChanged(const PictureChange& change) {
 
 void View::pictureDrawn(const Rectangle& area) {
   painter_.invalidate(area);
-  Rectangle shown = inView(area);
-  // Averaging reaches into the neighbouring pixels.
-  shown = {shown.Left - 1, shown.Top - 1, shown.Width + 2, shown.Height + 2};
-  invalidate(shown);
+  const Rectangle shown = inView(area);
+  // Averaging reaches into the neighbouring pixels, over one of them at most.
+  invalidateView({shown.Left - 2, shown.Top - 2, shown.Width + 4, shown.Height + 4});
 }
 
 void View::UndoLevels(std::int32_t value) { picture_->history().levels(value); }
@@ -102,11 +101,6 @@ void View::BackgroundImage(const kestrel::Image* value) {
 void View::ImageBorder(bool value) {
   imageBorder_ = value;
   measure();
-  invalidateAll();
-}
-
-void View::surroundings(Pixel value) {
-  surroundings_ = value;
   invalidateAll();
 }
 

@@ -79,9 +79,6 @@ class View : public Face<ImageView>, private GestureHost {
   /// Device pixels per unit of the desktop: how large handles are and what still counts as a click.
   void deviceScale(double value) { deviceScale_ = value; }
 
-  /// What is beside the picture; white until it is told.
-  void surroundings(Pixel value);
-
   /// Paints the part `area` of the view. Raises what a handler of `DoubleBufferPaintAfter` raises.
   void paint(const PaintBuffer& buffer, const Rectangle& area);
 
@@ -137,7 +134,7 @@ class View : public Face<ImageView>, private GestureHost {
   void pan(double x, double y, bool withPanTool) override;
   void panEnded(bool withPanTool) override;
   void pictureDrawn(const Rectangle& area) override;
-  void invalidateView(const Rectangle& area) override { invalidate(area); }
+  void invalidateView(const Rectangle& area) override;
 
   void pictureChanged(const PictureChange& change);
   void measure();
@@ -182,7 +179,6 @@ class View : public Face<ImageView>, private GestureHost {
   bool autoRedrawSelection_ = true;
   ViewCursor cursor_ = ViewCursor::arrow;
   double deviceScale_ = 1.0;
-  Pixel surroundings_{255, 255, 255, 255};
 
   std::unique_ptr<Gesture> gesture_;
   std::int32_t gestureButton_ = 0;

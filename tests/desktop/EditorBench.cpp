@@ -37,11 +37,8 @@ EditorBench::EditorBench() : platform_(std::make_unique<qt::QtPlatform>(testPart
   modProcessing::Main();
   form_.reset(static_cast<qt::QtForm*>(platform_->CreateForm("frmImageEditor").release()));
   editor_ = std::make_unique<ImageProcessingCtl>(*widget().site());
-  // Before the site's first event, which takes these hot keys away for good where they are not allowed.
-  editor_->AllowUnmodifiedHotKeys(true);
   window().resize(1100, 760);
   form_->Show();
-  editor_->ShowMenuBar(true);
   editor_->Initialize();
   QApplication::setActiveWindow(&window());
   canvas().setFocus();

@@ -10,6 +10,7 @@
 #include <QTranslator>
 #include <QWidget>
 #include <algorithm>
+#include <cstdio>
 #include <utility>
 
 #include "../Guard.h"
@@ -37,6 +38,18 @@ bool savePicture(QWidget& window, const std::string& filename) {
       .convertToFormat(QImage::Format_RGB888)
       .save(toQt(filename), "PNG", kSmallest);
 }
+
+/// Standard error belongs to the program: of what the toolkit has to say only what is serious comes through.
+void tellOnlySerious(QtMsgType type, const QMessageLogContext& /*where*/, const QString& message) {
+  if (type == QtCriticalMsg || type == QtFatalMsg) std::fprintf(stderr, "%s\n", qPrintable(message));
+}
+
+struct QuietToolkit {
+  QuietToolkit() { qInstallMessageHandler(&tellOnlySerious); }
+  QuietToolkit(const QuietToolkit&) = delete;
+  QuietToolkit& operator=(const QuietToolkit&) = delete;
+  ~QuietToolkit() { qInstallMessageHandler(nullptr); }
+};
 
 /// The translations of the toolkit's own texts and of ours, as far as there are any for the user's language.
 void translate(QApplication& application) {
@@ -85,6 +98,7 @@ QWidget& requiredWidget(const Control& control) {
 struct Desktop::Inside {
   Inside(int& argumentCount, char** arguments) : application(argumentCount, arguments) {}
 
+  const QuietToolkit quiet;
   QApplication application;
   std::unique_ptr<QtPlatform> platform;
 };

@@ -72,10 +72,7 @@ void ControlTable::add(std::unique_ptr<Control> control) {
 
 void ControlTable::initialiseSites() {
   for (const auto& [id, control] : controls_) {
-    if (auto* const site = dynamic_cast<Site*>(control.get())) {
-      site->InitProperties();
-      site->Resize();
-    }
+    if (auto* const site = dynamic_cast<QtSite*>(control.get())) site->initialise();
   }
 }
 

@@ -27,7 +27,7 @@ class ControlTable {
   void add(std::unique_ptr<Control> control);
   void clear() { controls_.clear(); }
 
-  /// Raises `InitProperties` of the sites of our own controls on the form, and then `Resize`.
+  /// Starts the sites of our own controls on the form; see `QtSite::initialise`.
   void initialiseSites();
 
   /// Null if there is none.

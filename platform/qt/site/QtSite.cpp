@@ -1,6 +1,7 @@
 #include "QtSite.h"
 
 #include "../Guard.h"
+#include "StoredProperties.h"
 
 namespace kestrel::qt {
 
@@ -14,6 +15,16 @@ QtSite::QtSite(SiteWidget& widget, const std::string& name, bool userMode, engin
   listen(&SiteWidget::keyPressed, [this](int key, int shift) { guarded([&] { KeyDown(key, shift); }); });
   listen(&SiteWidget::characterTyped, [this](int character) { guarded([&] { KeyPress(character); }); });
   listen(&SiteWidget::keyReleased, [this](int key, int shift) { guarded([&] { KeyUp(key, shift); }); });
+}
+
+void QtSite::initialise() {
+  const StoredProperties stored(widget());
+  if (stored.any()) {
+    ReadProperties(stored);
+  } else {
+    InitProperties();
+  }
+  Resize();
 }
 
 void QtSite::PropertyChanged(const std::string& name) {

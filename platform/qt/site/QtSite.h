@@ -17,6 +17,10 @@ class QtSite final : public WidgetControl<Site> {
   /// Furnishes the widget, which outlives the site. The clipboard must outlive both.
   QtSite(SiteWidget& widget, const std::string& name, bool userMode, engine::ClipboardPort& clipboard);
 
+  /// Raises `ReadProperties` if the form stores properties for the control, otherwise `InitProperties`; then
+  /// `Resize`.
+  void initialise();
+
   void add(std::unique_ptr<Control> control) { controls_.add(std::move(control)); }
 
   Control* Find(std::string_view name, std::int32_t index) override { return controls_.find(name, index); }

@@ -17,10 +17,6 @@ namespace {
 
 constexpr float kNotch = 120.0F;  // the toolkit's angle of one turn of the wheel
 
-// In percent, as the toolkit counts it.
-constexpr int kLightThemeDarker = 122;
-constexpr int kDarkThemeDarker = 150;
-
 std::optional<engine::ViewKey> viewKeyOf(int key) {
   switch (key) {
     case Qt::Key_Left:
@@ -61,23 +57,8 @@ ViewCanvas::ViewCanvas(QWidget* parent) : QWidget(parent) {
 
 void ViewCanvas::setView(engine::View* view) {
   view_ = view;
-  showTheme();
   deviceSize_ = {};
   measure();
-}
-
-void ViewCanvas::showTheme() {
-  if (!view_) return;
-  // Somewhat darker than the windows: the picture stands out, whatever it shows at its edges.
-  const QColor window = palette().color(QPalette::Window);
-  const QColor beside = window.darker(window.lightness() > 127 ? kLightThemeDarker : kDarkThemeDarker);
-  const auto channel = [](int value) { return static_cast<std::uint8_t>(value); };
-  view_->surroundings({channel(beside.red()), channel(beside.green()), channel(beside.blue()), 255});
-}
-
-void ViewCanvas::changeEvent(QEvent* event) {
-  if (event->type() == QEvent::PaletteChange) showTheme();
-  QWidget::changeEvent(event);
 }
 
 QPointF ViewCanvas::deviceOrigin() const { return QPointF(mapTo(window(), QPoint())) * devicePixelRatioF(); }

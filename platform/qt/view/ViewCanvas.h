@@ -32,7 +32,6 @@ class ViewCanvas final : public QWidget {
 
  protected:
   bool event(QEvent* event) override;
-  void changeEvent(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void moveEvent(QMoveEvent* event) override;
@@ -50,7 +49,6 @@ class ViewCanvas final : public QWidget {
   /// A position in the widget as one in the view.
   QPointF toView(const QPointF& position) const;
   void paintDirty();
-  void showTheme();
 
   engine::View* view_ = nullptr;
   QSize deviceSize_;
