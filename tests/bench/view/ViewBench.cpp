@@ -165,7 +165,7 @@ void undoLargeBox(benchmark::State& state) {
 void undoLargestBoxKeptAsTiles(benchmark::State& state) {
   undoAndRedo(state, [](TestView& view) {
     view.Draw().FillMode(kFillSolid);
-    view.Draw().Rectangle({0, 0}, {2000, 1500});
+    view.Draw().Rectangle({0, 0}, {2000, 1400});
   });
 }
 BENCHMARK(undoStroke)->Unit(benchmark::kMillisecond)->UseRealTime();
