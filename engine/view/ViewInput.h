@@ -15,7 +15,6 @@ enum class ViewTimer {
 enum class ViewCursor {
   arrow,
   custom,  ///< the stored one, `MousePointer` 99
-  cross,
   hand,
   grabbing,
   move,

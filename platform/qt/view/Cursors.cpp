@@ -41,8 +41,6 @@ QCursor cursorOf(engine::ViewCursor cursor) {
   switch (cursor) {
     case ViewCursor::custom:
       return magnifyingGlass();
-    case ViewCursor::cross:
-      return Qt::CrossCursor;
     case ViewCursor::hand:
       return Qt::OpenHandCursor;
     case ViewCursor::grabbing:
