@@ -49,6 +49,8 @@ class ImageView : public Control, public ImagingFace {
   virtual void Zoom(double value) = 0;
 
   /// Picture column and row at the view's left and top edge; negative where a smaller picture is centred.
+  /// The line around the picture, if it is shown, counts as that edge: at zoom 1 the picture's column
+  /// `ScrollLeft` stands at view pixel 1 then, else at 0.
   /// Writing scrolls as far as there is something to see, and raises `Scroll` and `ScrollChanged` if that
   /// moved anything.
   virtual std::int32_t ScrollLeft() const = 0;
