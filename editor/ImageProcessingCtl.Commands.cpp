@@ -3,6 +3,7 @@
 #include "ImageProcessingCtl.h"
 #include "base/Numbers.h"
 #include "base/Required.h"
+#include "base/RuntimeError.h"
 #include "diagnostics/Trailer.h"
 #include "imaging/modImgX.h"
 
@@ -168,7 +169,12 @@ void ImageProcessingCtl::zToggleDockWindow(const char* Key) {
 
 void ImageProcessingCtl::zShowHelp() {
   try {
-    Required(iHelp).ShowTopic("default.html", 0);
+    try {
+      Required(iHelp).ShowTopic("default.html", 0);
+    } catch (const RuntimeError& error) {
+      if (error.Number() != err::kFileNotFound) throw;
+      iPlatform.UserInterface().MessageBox(error.Description(), kBoxExclamation, "Help");
+    }
   } catch (...) {
     QDK_TRAILER(zShowHelp, QDK_PARAMETERS(), QDK_LOCALS());
   }

@@ -234,6 +234,17 @@ TEST_P(EditorCommands, HelpShowsTheFirstPageOfTheBook) {
   EXPECT_TRUE(platform().helpShown()[0].ends_with("BrindleImgPro/default.html"));
 }
 
+TEST_P(EditorCommands, AMissingHelpBookIsOneClearMessage) {
+  start();
+  loseHelpBooks();
+  user().answers(kAnswerOK);
+  click("btnHelpContents");
+  ASSERT_THAT(user().boxes(), SizeIs(1));
+  EXPECT_EQ(user().boxes()[0].text, "The help book \"BrindleImgPro.chm\" was not found.");
+  EXPECT_EQ(user().boxes()[0].title, "Help");
+  EXPECT_EQ(user().boxes()[0].style, kBoxExclamation);
+}
+
 TEST_P(EditorCommands, TheAboutBoxShowsTitleAndVersionAndNoPicture) {
   platform().App().title = "Product";
   platform().App().major = 2;

@@ -112,6 +112,7 @@ class EditorTest : public testing::TestWithParam<PathFlavour> {
   void write(const std::string& file, const std::string& text) {
     std::ofstream(platform_->files().host(file), std::ios::binary) << text;
   }
+  void loseHelpBooks() { std::filesystem::remove_all(scratch_ + "/help"); }
   std::string makePicture(const std::string& name, std::int32_t format, std::int32_t width = 40,
                           std::int32_t height = 30, OLE_COLOR color = 0x00336699) {
     const auto picture = platform_->CreateImgX();
