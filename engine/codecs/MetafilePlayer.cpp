@@ -82,6 +82,18 @@ cairo_surface_t* surfaceOf(const Bitmap& bitmap) {
   return surface;
 }
 
+struct DestroyPattern {
+  void operator()(cairo_pattern_t* pattern) const { cairo_pattern_destroy(pattern); }
+};
+using Pattern = std::unique_ptr<cairo_pattern_t, DestroyPattern>;
+
+Pattern patternOf(const Bitmap& bitmap) {
+  cairo_surface_t* const surface = surfaceOf(bitmap);
+  Pattern pattern(cairo_pattern_create_for_surface(surface));
+  cairo_surface_destroy(surface);
+  return pattern;
+}
+
 /// A tile of 8 x 8 with the lines of a hatch.
 Bitmap hatchTile(const Brush& brush, bool opaque, Color back) {
   const auto pixelOf = [](Color c, std::uint8_t alpha) {
@@ -200,12 +212,12 @@ void Player::setBrushSource() {
     setSource(brush.color);
     return;
   }
-  const Surface tile(surfaceOf(brush.kind == Brush::Kind::pattern
-                                   ? brush.pattern
-                                   : hatchTile(brush, state_.opaqueBack, state_.backColor)));
-  cairo_set_source_surface(cairo_.get(), tile.get(), 0, 0);
-  cairo_pattern_set_extend(cairo_get_source(cairo_.get()), CAIRO_EXTEND_REPEAT);
-  cairo_pattern_set_filter(cairo_get_source(cairo_.get()), CAIRO_FILTER_NEAREST);
+  const Pattern pattern =
+      patternOf(brush.kind == Brush::Kind::pattern ? brush.pattern
+                                                   : hatchTile(brush, state_.opaqueBack, state_.backColor));
+  cairo_pattern_set_extend(pattern.get(), CAIRO_EXTEND_REPEAT);
+  cairo_pattern_set_filter(pattern.get(), CAIRO_FILTER_NEAREST);
+  cairo_set_source(cairo_.get(), pattern.get());
 }
 
 void Player::fillPresentPath() {
@@ -587,13 +599,13 @@ void Player::picture(const Rect& target, const Bitmap& bitmap, const Rect& sourc
     cairo_matrix_multiply(&place, &place, &whole);
     cairo_matrix_t inverse = place;
     if (cairo_matrix_invert(&inverse) == CAIRO_STATUS_SUCCESS) {
-      const Surface surface(surfaceOf(bitmap));
-      cairo_set_source_surface(c, surface.get(), 0, 0);
-      cairo_pattern_set_matrix(cairo_get_source(c), &inverse);
+      const Pattern pattern = patternOf(bitmap);
+      cairo_pattern_set_matrix(pattern.get(), &inverse);
       const bool exact =
           std::abs(place.xx - 1) < 1e-9 && std::abs(place.yy - 1) < 1e-9 && place.xy == 0 && place.yx == 0;
-      cairo_pattern_set_filter(cairo_get_source(c), exact ? CAIRO_FILTER_NEAREST : CAIRO_FILTER_GOOD);
-      cairo_pattern_set_extend(cairo_get_source(c), CAIRO_EXTEND_PAD);
+      cairo_pattern_set_filter(pattern.get(), exact ? CAIRO_FILTER_NEAREST : CAIRO_FILTER_GOOD);
+      cairo_pattern_set_extend(pattern.get(), CAIRO_EXTEND_PAD);
+      cairo_set_source(c, pattern.get());
       cairo_clip(c);
       cairo_paint_with_alpha(c, opacity);
     }
