@@ -1,3 +1,7 @@
+#include <sys/stat.h>
+
+#include <cstring>
+
 #include "EditorTest.h"
 #include "imaging/contract/controls/CheckBox.h"
 
@@ -9,6 +13,23 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 using testing::StartsWith;
+
+/// A file of 1 kB whose head says that it holds a picture of that size.
+std::string bitmapThatClaims(std::int32_t width, std::int32_t height) {
+  std::string file(1024, '\0');
+  const auto put = [&](std::size_t at, std::int32_t value) {
+    std::memcpy(file.data() + at, &value, sizeof value);
+  };
+  file[0] = 'B';
+  file[1] = 'M';
+  put(2, 1024);
+  put(10, 54);
+  put(14, 40);
+  put(18, width);
+  put(22, height);
+  put(26, 1 | (24 << 16));
+  return file;
+}
 
 class EditorFiles : public EditorTest {
  protected:
@@ -176,8 +197,10 @@ TEST_P(EditorFiles, AFileThatCanNotBeReadIsToldAndLeavesThePictureItsNameUndoSel
   const auto recent = recentFiles();
   write(path("broken.png"), "this is no picture");
   write(path("empty.png"), "");
+  write(path("vast.bmp"), bitmapThatClaims(65536, 65536));
+  ASSERT_EQ(mkfifo(platform().files().host(path("pipe.png")).c_str(), 0600), 0);
   const std::string broken[] = {path("missing.png"), path("broken.png"), path("empty.png"),
-                                platform().files().scratch()};
+                                path("vast.bmp"),    path("pipe.png"),   platform().files().scratch()};
   for (const std::string& file : broken) {
     user().forget();
     user().answers(kAnswerOK);
@@ -353,6 +376,25 @@ TEST_P(EditorFiles, ASaveThatFailsLeavesTheOldFileWhole) {
   EXPECT_EQ(contents(file), before);
 }
 
+TEST_P(EditorFiles, ANameThatIsTooLongIsToldAndTheFileOfTheOldNameStays) {
+  const std::string file = startWithPicture();
+  const std::string before = contents(file);
+  change();
+  user().answers(kAnswerOK);
+  EXPECT_FALSE(editor().SaveImageAs(path(std::string(300, 'x') + ".png")));
+  EXPECT_EQ(onlyBox().title, "Save Image");
+  EXPECT_EQ(editor().Filename(), file);
+  EXPECT_EQ(contents(file), before);
+}
+
+TEST_P(EditorFiles, SavingWithoutAPictureIsReportedAndSavesNothing) {
+  start();
+  user().answers(kAnswerOK);
+  EXPECT_FALSE(editor().SaveImageAs(path("nothing.png")));
+  EXPECT_EQ(onlyBox().title, "Application Error");
+  EXPECT_FALSE(exists(path("nothing.png")));
+}
+
 // -- Thumbnails beside the image --------------------------------------------------------------------------
 
 TEST_P(EditorFiles, TheSaveDialogCarriesTheThumbnailBoxBelowTheFileTypeRow) {
@@ -409,6 +451,17 @@ TEST_P(EditorFiles, WithAutomaticUpdateNoThumbnailIsMadeWhereThereIsNone) {
   startWithPicture("image.png");
   EXPECT_TRUE(editor().SaveImage());
   EXPECT_FALSE(exists(path("image_thumb.png")));
+}
+
+TEST_P(EditorFiles, AThumbnailThatCanNotBeWrittenDoesNotSpoilTheSave) {
+  options().ThumbnailAutomaticUpdate(true);
+  const std::string file = startWithPicture("image.png");
+  std::filesystem::create_directory(platform().files().host(path("image_thumb.png")));
+  change();
+  EXPECT_TRUE(editor().SaveImage());
+  EXPECT_FALSE(view().Modified());
+  EXPECT_EQ(editor().Filename(), file);
+  EXPECT_THAT(user().boxes(), IsEmpty());
 }
 
 // -- Names from the dialog --------------------------------------------------------------------------------
