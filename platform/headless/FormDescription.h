@@ -46,8 +46,9 @@ struct ControlDescription {
   std::int32_t value = 0;
   std::vector<std::string> items;
   std::vector<std::int32_t> itemData;
-  std::int32_t current = 0;                          ///< chosen line of a list, counted from 0
-  std::vector<std::pair<std::string, bool>> stored = {};  ///< the bag of a control of ours, empty for a new one
+  std::int32_t current = 0;  ///< chosen line of a list, counted from 0
+  std::vector<std::pair<std::string, bool>> stored =
+      {};  ///< the bag of a control of ours, empty for a new one
 };
 
 struct FormDescription {
