@@ -2,17 +2,20 @@
 
 #include <sqlite3.h>
 
+#include <chrono>
 #include <limits>
+#include <thread>
 
 #include "base/RuntimeError.h"
 
 namespace kestrel::sqlite {
 namespace {
 
-constexpr int kBusyTimeoutMs = 10'000;
+constexpr int kMostAttempts = 10'000;  // a millisecond each
 
 // A value is a number or a text, never both; one table holds a key once, whatever its case.
-constexpr char kSchema[] = R"(
+constexpr char kSetUp[] = R"(
+PRAGMA journal_mode = WAL;
 PRAGMA synchronous = FULL;
 CREATE TABLE IF NOT EXISTS StoreKey (
   id INTEGER PRIMARY KEY,
@@ -74,6 +77,25 @@ sqlite3* open(const std::filesystem::path& file) {
                            "The settings could not be opened: " + std::string(sqlite3_errstr(result)) + ".");
   sqlite3_close(connection);
   throw error;
+}
+
+/// Waits for another process to end its write. SQLite's own waiting grows to a tenth of a second, in which a
+/// busy writer comes back so often that the others would hardly ever find the file free.
+int waitForTurn(void* /*unused*/, int attempts) {
+  if (attempts >= kMostAttempts) return 0;
+  std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  return 1;
+}
+
+/// Brings a file that is new into shape. Where several processes do so at once, the change of the journal
+/// fails for the later ones without any waiting; all of it can be done again.
+void setUp(sqlite3* connection) {
+  int result = SQLITE_BUSY;
+  for (int attempts = 0; (result & 0xFF) == SQLITE_BUSY && attempts < kMostAttempts; ++attempts) {
+    if (attempts > 0) waitForTurn(nullptr, attempts);
+    result = sqlite3_exec(connection, kSetUp, nullptr, nullptr, nullptr);
+  }
+  check(connection, result);
 }
 
 }  // namespace
@@ -165,9 +187,8 @@ void Database::Close::operator()(sqlite3* connection) const { sqlite3_close(conn
 
 Database::Database(const std::filesystem::path& file) : connection_(open(file)) {
   sqlite3* const connection = connection_.get();
-  sqlite3_busy_timeout(connection, kBusyTimeoutMs);
-  check(connection, sqlite3_exec(connection, "PRAGMA journal_mode = WAL", nullptr, nullptr, nullptr));
-  check(connection, sqlite3_exec(connection, kSchema, nullptr, nullptr, nullptr));
+  sqlite3_busy_handler(connection, waitForTurn, nullptr);
+  setUp(connection);
   statements_.reset(new Statements(connection));
 }
 
