@@ -1,0 +1,56 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+namespace kestrel {
+
+/// What a user or a host can ask of an editor.
+enum class Action {
+  kTool,   ///< number
+  kDrag,   ///< from x, y to x, y, in pixels of the picture
+  kClick,  ///< x, y, button
+  kMirror,
+  kFlip,
+  kGreyScale,
+  kRotateRight,
+  kRotateLeft,
+  kRotateDialog,  ///< angle as entered, left
+  kCrop,
+  kCopy,
+  kCut,
+  kBeginPaste,
+  kCommitPaste,
+  kEscape,
+  kSelectAll,
+  kSelectNone,
+  kSelect,  ///< left, top, width, height
+  kUndo,
+  kRedo,
+  kUndoLevels,    ///< levels
+  kForeColor,     ///< colour
+  kBackColor,     ///< colour
+  kResize,        ///< width, height, method
+  kResizeCanvas,  ///< width, height, offset x, offset y, colour
+  kRotate,        ///< angle, colour, on the selection
+  kFlatten,       ///< colour
+  kShadow,        ///< offset x, offset y, colour, opacity, blur, on the selection
+  kMaskedShadow,  ///< offset x, offset y, colour, opacity, blur, automatic
+  kThumbnail,     ///< percentage
+  kZoomThereAndBack,
+};
+
+/// One thing that was asked.
+struct Asked {
+  Action action = Action::kUndo;
+  std::array<std::int32_t, 6> with{};
+
+  std::string words() const {
+    std::string result = "action " + std::to_string(static_cast<int>(action));
+    for (const std::int32_t value : with) result += ' ' + std::to_string(value);
+    return result;
+  }
+};
+
+}  // namespace kestrel

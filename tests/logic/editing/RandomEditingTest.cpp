@@ -1,0 +1,328 @@
+#include <algorithm>
+#include <cstdlib>
+#include <random>
+
+#include "EditingReplay.h"
+#include "EditingTest.h"
+#include "imaging/contract/controls/CommandButton.h"
+#include "imaging/contract/controls/OptionButton.h"
+#include "imaging/contract/controls/TextBox.h"
+#include "imaging/modImgX.h"
+
+namespace kestrel {
+namespace {
+
+constexpr int kActions = 10'000;
+/// Beyond these the picture is brought back to its first size.
+constexpr std::int32_t kSmallest = 20, kLargest = 100;
+/// Pointer positions that are nearer to a selection's edge may grab its handles.
+constexpr std::int32_t kClear = 7;
+
+struct Remembered {
+  Asked asked;
+  std::uint64_t picture;
+};
+
+std::uint64_t fingerprint(const engine::Bitmap& bitmap) {
+  std::uint64_t hash = 14695981039346656037u;
+  const auto mix = [&hash](std::uint64_t value) { hash = (hash ^ value) * 1099511628211u; };
+  mix(static_cast<std::uint64_t>(bitmap.width()));
+  for (std::int32_t y = 0; y < bitmap.height(); ++y) {
+    const std::uint8_t* const row = bitmap.pixels().row(y);
+    for (std::int32_t i = 0; i < 4 * bitmap.width(); ++i) mix(row[i]);
+  }
+  return hash;
+}
+
+/// A user who does anything that comes to mind, and a host that does the same.
+class RandomEditing : public EditingTest {
+ protected:
+  std::int32_t upTo(std::int32_t most) {
+    return std::uniform_int_distribution<std::int32_t>(0, most)(random_);
+  }
+  std::int32_t between(std::int32_t low, std::int32_t high) { return low + upTo(high - low); }
+  bool once(std::int32_t in) { return upTo(in - 1) == 0; }
+  OLE_COLOR color() { return upTo(0xFFFFFF); }
+  /// Of a shadow, where -1 stands for the option.
+  std::int32_t offset() {
+    const std::int32_t result = between(-4, 4);
+    return result == -1 ? 0 : result;
+  }
+  std::int32_t width() { return view().Image()->Width(); }
+  std::int32_t height() { return view().Image()->Height(); }
+  Point pixel() { return {upTo(width() - 1), upTo(height() - 1)}; }
+  bool hasSelection() { return modImgX::ValidSelection(&view()); }
+
+  Rectangle selection() {
+    Rectangle r{view().SelectionLeft(), view().SelectionTop(), view().SelectionWidth(),
+                view().SelectionHeight()};
+    if (r.Width < 0) r.Left += r.Width, r.Width = -r.Width;
+    if (r.Height < 0) r.Top += r.Height, r.Height = -r.Height;
+    return r;
+  }
+  bool inPicture(const Rectangle& r) {
+    return r.Left < width() && r.Top < height() && r.Left + r.Width > 0 && r.Top + r.Height > 0;
+  }
+  bool cornerInPicture() {
+    return view().SelectionLeft() >= 0 && view().SelectionTop() >= 0 && view().SelectionLeft() < width() &&
+           view().SelectionTop() < height();
+  }
+  /// Whether the view takes a press there for no handle of the selection.
+  bool isClear(Point at) {
+    if (editor().Tool() != ipToolSelect || !hasSelection()) return true;
+    const Rectangle r = selection();
+    const auto near = [](std::int32_t value, std::int32_t edge) { return std::abs(value - edge) < kClear; };
+    const bool besideX = at.X < r.Left - kClear || at.X > r.Left + r.Width + kClear;
+    const bool besideY = at.Y < r.Top - kClear || at.Y > r.Top + r.Height + kClear;
+    if (besideX || besideY) return true;
+    return !near(at.X, r.Left) && !near(at.X, r.Left + r.Width) && !near(at.Y, r.Top) &&
+           !near(at.Y, r.Top + r.Height);
+  }
+
+  Asked next();
+  Asked drag();
+  Asked click();
+  Asked select();
+  void ask(const Asked& asked);
+  void zoomThereAndBack();
+
+  std::mt19937 random_;
+};
+
+Asked RandomEditing::drag() {
+  for (;;) {
+    const Point from = pixel(), to = pixel();
+    if (std::abs(to.X - from.X) < 3 || std::abs(to.Y - from.Y) < 3 || !isClear(from)) {
+      if (once(200)) return {Action::kSelectNone, {}};
+      continue;
+    }
+    Rectangle moved = selection();
+    moved.Left += to.X - from.X;
+    moved.Top += to.Y - from.Y;
+    if (hasSelection() && !inPicture(moved)) return {Action::kSelectNone, {}};
+    return {Action::kDrag, {from.X, from.Y, to.X, to.Y}};
+  }
+}
+
+Asked RandomEditing::click() {
+  const Point at = pixel();
+  const std::int32_t button = once(4) ? kRightButton : kLeftButton;
+  if (!isClear(at) || editor().Tool() == ipToolZoom) return {Action::kSelectNone, {}};
+  return {Action::kClick, {at.X, at.Y, button}};
+}
+
+Asked RandomEditing::select() {
+  const Point from = pixel();
+  const std::int32_t right = between(1, width() - from.X), down = between(1, height() - from.Y);
+  if (once(5)) return {Action::kSelect, {from.X, from.Y, -std::max(1, from.X), -std::max(1, from.Y)}};
+  return {Action::kSelect, {from.X, from.Y, right, down}};
+}
+
+Asked RandomEditing::next() {
+  if (std::min(width(), height()) < kSmallest || std::max(width(), height()) > kLargest) {
+    return {Action::kResizeCanvas, {kWidth, kHeight, upTo(4), upTo(4), color()}};
+  }
+  if (hasSelection() && !inPicture(selection())) return {Action::kSelectNone, {}};
+  const std::int32_t toSelection = upTo(1);
+  switch (upTo(41)) {
+    case 0:
+    case 1:
+    case 2: {
+      const std::int32_t tools[] = {ipToolSelect,    ipToolPan,     ipToolZoom,     ipToolLine,
+                                    ipToolRectangle, ipToolEllipse, ipToolFreehand, ipToolDropper};
+      return {Action::kTool, {tools[upTo(7)]}};
+    }
+    case 3:
+    case 4:
+    case 5:
+    case 6:
+    case 7:
+    case 8:
+    case 9:
+    case 10:
+      return drag();
+    case 11:
+    case 12:
+      return click();
+    case 13:
+      return {Action::kMirror, {}};
+    case 14:
+      return {Action::kFlip, {}};
+    case 15:
+      return {once(3) ? Action::kGreyScale : Action::kCopy, {}};
+    case 16:
+      return {Action::kRotateRight, {}};
+    case 17:
+      return {Action::kRotateLeft, {}};
+    case 18:
+      if (once(10)) return {Action::kRotateDialog, {between(1, 359), upTo(1)}};
+      return {Action::kSelectAll, {}};
+    case 19:
+    case 20:
+      return {Action::kCrop, {}};
+    case 21:
+      return {Action::kCut, {}};
+    case 22:
+    case 23:
+      if (!platform().Clipboard().hasBitmap()) return {Action::kCopy, {}};
+      return {Action::kBeginPaste, {view().ScrollLeft(), view().ScrollTop()}};
+    case 24:
+      return {Action::kCommitPaste, {}};
+    case 25:
+      return {Action::kEscape, {}};
+    case 26:
+    case 27:
+      return select();
+    case 28:
+    case 29:
+    case 30:
+    case 31:
+      return {Action::kUndo, {}};
+    case 32:
+    case 33:
+      return {Action::kRedo, {}};
+    case 34:
+      return {Action::kUndoLevels, {once(10) ? 0 : between(1, 8)}};
+    case 35:
+      return {Action::kForeColor, {color()}};
+    case 36:
+      return {Action::kBackColor, {once(3) ? -1 : color()}};
+    case 37:
+      if (once(2)) return {Action::kThumbnail, {between(10, 100)}};
+      return {Action::kResize, {between(20, 60), once(2) ? 0 : between(20, 60), once(2) ? 13 : upTo(3)}};
+    case 38:
+      return {Action::kRotate, {upTo(360), once(2) ? 0xFFFFFF : color(), toSelection}};
+    case 39:
+      return {Action::kFlatten, {color()}};
+    case 40:
+      if (once(2)) {
+        return {Action::kShadow, {offset(), offset(), color(), upTo(255), upTo(20), toSelection}};
+      }
+      if (hasSelection() && !cornerInPicture()) return {Action::kSelectNone, {}};
+      return {Action::kMaskedShadow, {between(0, 4), between(0, 4), color(), upTo(255), upTo(20), upTo(1)}};
+    default:
+      return {Action::kZoomThereAndBack, {}};
+  }
+}
+
+void RandomEditing::zoomThereAndBack() {
+  EditorTest::click("btnZoomIn");
+  EditorTest::click("btnZoomActualSize");
+}
+
+void RandomEditing::ask(const Asked& asked) {
+  const auto& with = asked.with;
+  const auto press = [this](const char* key) { EditorTest::click(key); };
+  switch (asked.action) {
+    case Action::kTool: {
+      const char* const keys[] = {"btnDrawSelect",    "btnDrawPan",     "btnDrawZoom",     "btnDrawLine",
+                                  "btnDrawRectangle", "btnDrawEllipse", "btnDrawFreehand", "btnDrawPicker"};
+      const std::int32_t tools[] = {1, 2, 5, 7, 9, 10, 11, 100};
+      return press(keys[std::find(std::begin(tools), std::end(tools), with[0]) - std::begin(tools)]);
+    }
+    case Action::kDrag:
+      return view().drag(position(with[0], with[1]), position(with[2], with[3]));
+    case Action::kClick:
+      if (with[2] == kRightButton) user().picks("");
+      return view().click(position(with[0], with[1]), with[2]);
+    case Action::kMirror:
+      return press("btnImageMirror");
+    case Action::kFlip:
+      return press("btnImageFlip");
+    case Action::kGreyScale:
+      return press("btnImageGrayScale");
+    case Action::kRotateRight:
+      return press("btnRotateRight");
+    case Action::kRotateLeft:
+      return press("btnRotateLeft");
+    case Action::kRotateDialog:
+      user().uses("frmRotate", [with](Form& form) {
+        Bind<TextBox>(form, "txtDegrees").Text(ToText(with[0]));
+        Bind<OptionButton>(form, "optDirection", with[1] != 0 ? 0 : 1).Value(true);
+        Bind<CommandButton>(form, "cmdAction", 0).Press();
+      });
+      return press("btnRotateFree");
+    case Action::kCrop:
+      return press("btnImageCrop");
+    case Action::kCopy:
+      return press("btnEditCopy");
+    case Action::kCut:
+      return press("btnEditCut");
+    case Action::kBeginPaste:
+      return press("btnEditPaste");
+    case Action::kCommitPaste:
+      return editor().Paste();
+    case Action::kEscape:
+      return site().pressKey(27, 0, 27);
+    case Action::kSelectAll:
+      return press("btnSelectionAll");
+    case Action::kSelectNone:
+      return press("btnSelectionNone");
+    case Action::kSelect:
+      return editor().SetSelection(with[0], with[1], with[2], with[3]);
+    case Action::kUndo:
+      return press("btnEditUndo");
+    case Action::kRedo:
+      return press("btnEditRedo");
+    case Action::kUndoLevels:
+      return editor().UndoLevels(with[0]);
+    case Action::kForeColor:
+      return editor().ForeColor(with[0]);
+    case Action::kBackColor:
+      return editor().BackColor(with[0]);
+    case Action::kResize:
+      return editor().Resize(with[0], with[1], with[2]);
+    case Action::kResizeCanvas:
+      return editor().ResizeCanvas(with[0], with[1], with[2], with[3], with[4]);
+    case Action::kRotate:
+      return editor().Rotate(static_cast<float>(with[0]), with[1], with[2] != 0);
+    case Action::kFlatten:
+      return editor().FlattenAlpha(with[0]);
+    case Action::kShadow:
+      return editor().ApplyDropShadow(with[0], with[1], with[2], with[3], with[4], with[5] != 0);
+    case Action::kMaskedShadow:
+      return editor().ApplyMaskedDropShadow(with[0], with[1], with[2], with[3], with[4], 0xFFFFFF,
+                                            with[5] != 0);
+    case Action::kThumbnail:
+      EXPECT_NE(editor().GetThumbnail(with[0], 0xFFFFFF), nullptr);
+      return;
+    case Action::kZoomThereAndBack:
+      return zoomThereAndBack();
+  }
+}
+
+TEST_P(RandomEditing, TenThousandActionsEndWithThePictureOfAnIndependentReplay) {
+  options().MaterialBackColor(-1);
+  editor().UndoLevels(5);
+  const EditingReplay::Start start{shown(),
+                                   editor().ForeColor(),
+                                   editor().BackColor(),
+                                   view().Draw().Color().Value(),
+                                   view().Draw().FillMode(),
+                                   5,
+                                   -1,
+                                   {view().Width(), view().Height()}};
+  std::vector<Remembered> asked;
+  random_.seed(20'061'129);
+  for (int i = 0; i < kActions && !HasFailure(); ++i) {
+    asked.push_back({next(), 0});
+    ask(asked.back().asked);
+    asked.back().picture = fingerprint(shown());
+    log().clear();
+  }
+  const engine::Bitmap ended = shown();
+
+  EditingReplay replay(platform(), start);
+  for (std::size_t i = 0; i < asked.size(); ++i) {
+    replay.carryOut(asked[i].asked);
+    ASSERT_EQ(fingerprint(replay.picture()), asked[i].picture)
+        << "after number " << i << ", " << asked[i].asked.words();
+  }
+  EXPECT_TRUE(same(replay.picture(), ended));
+  EXPECT_EQ(asked.size(), static_cast<std::size_t>(kActions));
+}
+
+INSTANTIATE_TEST_SUITE_P(Paths, RandomEditing, testing::Values(PathFlavour::kSlash), nameOfFlavour);
+
+}  // namespace
+}  // namespace kestrel

@@ -1,0 +1,146 @@
+#pragma once
+
+#include <memory>
+#include <utility>
+
+#include "RecordedCalls.h"
+#include "engine/imgx/ImgXObject.h"
+#include "platform/headless/FileMapping.h"
+#include "platform/headless/Platform.h"
+
+namespace kestrel::recorded {
+
+/// The view of the editor under test, with a note of each call that its picture or selection is given.
+class RecordedView final : public RecordingView {
+ public:
+  template <typename... Args>
+  explicit RecordedView(Log& log, Args&&... args)
+      : RecordingView(log, std::forward<Args>(args)...),
+        log_(log),
+        effects_(log, "view", ImageView::Effects()),
+        alpha_(log, "view", ImageView::Alpha()),
+        document_(log, "view", ImageView::Document()),
+        writer_(log, "view", ImageView::Writer()),
+        draw_(log, "view", ImageView::Draw()) {}
+
+  kestrel::Effects& Effects() override { return effects_; }
+  kestrel::Alpha& Alpha() override { return alpha_; }
+  kestrel::Document& Document() override { return document_; }
+  kestrel::Writer& Writer() override { return writer_; }
+  kestrel::Draw& Draw() override { return draw_; }
+
+  using RecordingView::MousePointer;
+  using RecordingView::ScrollLeft;
+  using RecordingView::ScrollTop;
+  using RecordingView::Tool;
+  void Tool(std::int32_t value) override {
+    log_.add("Tool=" + text(value));
+    RecordingView::Tool(value);
+  }
+  void MousePointer(std::int32_t value) override {
+    log_.add("MousePointer=" + text(value));
+    RecordingView::MousePointer(value);
+  }
+  void SetSelectionRect(std::int32_t left, std::int32_t top, std::int32_t width,
+                        std::int32_t height) override {
+    log_.add(call("SetSelectionRect", left, top, width, height));
+    RecordingView::SetSelectionRect(left, top, width, height);
+  }
+  void CreateUndoPoint(const std::string& name) override {
+    log_.add(call("CreateUndoPoint", name));
+    RecordingView::CreateUndoPoint(name);
+  }
+  void Undo() override {
+    log_.add("Undo()");
+    RecordingView::Undo();
+  }
+  void Redo() override {
+    log_.add("Redo()");
+    RecordingView::Redo();
+  }
+  void Refresh() override {
+    log_.add("Refresh()");
+    RecordingView::Refresh();
+  }
+
+ private:
+  Log& log_;
+  RecordedEffects effects_;
+  RecordedAlpha alpha_;
+  RecordedDocument document_;
+  RecordedWriter writer_;
+  RecordedDraw draw_;
+};
+
+/// A free-standing picture, with a note of each call.
+class RecordedPicture final : public engine::ImgXObject {
+ public:
+  RecordedPicture(Log& log, engine::ClipboardPort& clipboard, const headless::FileSystem& files)
+      : ImgXObject(clipboard),
+        mappedDocument_(files, parts_.document),
+        mappedWriter_(files, parts_.writer),
+        effects_(log, "scratch", parts_.effects),
+        alpha_(log, "scratch", parts_.alpha),
+        document_(log, "scratch", mappedDocument_),
+        writer_(log, "scratch", mappedWriter_),
+        draw_(log, "scratch", parts_.draw),
+        surface_(log, "scratch", ImgXObject::Surface()) {}
+
+  kestrel::Effects& Effects() override { return effects_; }
+  kestrel::Alpha& Alpha() override { return alpha_; }
+  kestrel::Document& Document() override { return document_; }
+  kestrel::Writer& Writer() override { return writer_; }
+  kestrel::Draw& Draw() override { return draw_; }
+  kestrel::Surface& Surface() override { return surface_; }
+
+ private:
+  headless::MappedDocument mappedDocument_;
+  headless::MappedWriter mappedWriter_;
+  RecordedEffects effects_;
+  RecordedAlpha alpha_;
+  RecordedDocument document_;
+  RecordedWriter writer_;
+  RecordedDraw draw_;
+  RecordedSurface surface_;
+};
+
+/// The headless platform, whose free-standing pictures note their calls.
+class RecordedPlatform final : public Platform {
+ public:
+  RecordedPlatform(Log& log, headless::Platform& inner) : log_(log), inner_(inner) {}
+
+  std::shared_ptr<ImgX> CreateImgX() override {
+    return std::make_shared<RecordedPicture>(log_, inner_.Clipboard(), inner_.files());
+  }
+  std::shared_ptr<Colors> CreateColors() override { return inner_.CreateColors(); }
+  std::unique_ptr<ImgXDialog> CreateImgXDialog() override { return inner_.CreateImgXDialog(); }
+  std::unique_ptr<Form> CreateForm(const std::string& name) override { return inner_.CreateForm(name); }
+  std::unique_ptr<HelpViewer> CreateHelpViewer() override { return inner_.CreateHelpViewer(); }
+  std::unique_ptr<SinkHolder> CreateSinkHolder() override { return inner_.CreateSinkHolder(); }
+  std::unique_ptr<MouseTracker> CreateMouseTracker() override { return inner_.CreateMouseTracker(); }
+  std::unique_ptr<Canvas> CreateCanvas(std::int32_t width, std::int32_t height) override {
+    return inner_.CreateCanvas(width, height);
+  }
+  kestrel::FormUtility& FormUtility() override { return inner_.FormUtility(); }
+  kestrel::FormSkin& FormSkin() override { return inner_.FormSkin(); }
+  kestrel::WindowFunctions& WindowFunctions() override { return inner_.WindowFunctions(); }
+  kestrel::WindowPositions& WindowPositions() override { return inner_.WindowPositions(); }
+  kestrel::RegistryStore& RegistryStore() override { return inner_.RegistryStore(); }
+  kestrel::FileHelpers& FileHelpers() override { return inner_.FileHelpers(); }
+  kestrel::UserInterface& UserInterface() override { return inner_.UserInterface(); }
+  kestrel::Clipboard& Clipboard() override { return inner_.Clipboard(); }
+  kestrel::Shell& Shell() override { return inner_.Shell(); }
+  kestrel::Screen& Screen() override { return inner_.Screen(); }
+  const kestrel::AppInfo& App() override { return inner_.App(); }
+  std::unique_ptr<DebugClientLibrary> CreateDebugClientLibrary() override {
+    return inner_.CreateDebugClientLibrary();
+  }
+  kestrel::ObjectFactory& ObjectFactory() override { return inner_.ObjectFactory(); }
+  kestrel::StackResolver& StackResolver() override { return inner_.StackResolver(); }
+
+ private:
+  Log& log_;
+  headless::Platform& inner_;
+};
+
+}  // namespace kestrel::recorded

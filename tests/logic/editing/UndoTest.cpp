@@ -1,0 +1,222 @@
+#include "EditingTest.h"
+
+namespace kestrel {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class EditingUndo : public EditingTest {
+ protected:
+  std::string undoTip() { return command("btnEditUndo").ToolTip(); }
+  std::string redoTip() { return command("btnEditRedo").ToolTip(); }
+};
+
+TEST_P(EditingUndo, AStepWithAnEmptyNameShowsAsPlainUndo) {
+  editor().FlipHorizontally();
+  EXPECT_EQ(undoCaption(), "&Undo");
+  EXPECT_EQ(undoTip(), "Undo");
+  EXPECT_EQ(redoCaption(), "&Redo");
+  EXPECT_EQ(redoTip(), "Redo");
+}
+
+TEST_P(EditingUndo, TheCaptionIsTheNameBehindUndoAndTheToolTipHasNoAccelerator) {
+  editor().SetSelection(5, 5, 10, 10);
+  editor().Cut(true);
+  EXPECT_EQ(undoCaption(), "&Undo Cut");
+  EXPECT_EQ(undoTip(), "Undo Cut");
+  click("btnEditUndo");
+  EXPECT_EQ(undoCaption(), "&Undo");
+  EXPECT_EQ(redoCaption(), "&Redo Cut");
+  EXPECT_EQ(redoTip(), "Redo Cut");
+  click("btnEditRedo");
+  EXPECT_EQ(undoCaption(), "&Undo Cut");
+  EXPECT_EQ(redoCaption(), "&Redo");
+}
+
+TEST_P(EditingUndo, AfterAnUndoTheNextStepsNameIsShownAndChangedStaysTrue) {
+  editor().Tool(ipToolRectangle);
+  dragSelection({5, 5}, {12, 12});
+  editor().SetSelection(5, 5, 10, 10);
+  editor().Cut(true);
+  editor().Undo();
+  EXPECT_EQ(undoCaption(), "&Undo Rectangle");
+  EXPECT_EQ(redoCaption(), "&Redo Cut");
+  EXPECT_TRUE(editor().Changed());
+}
+
+TEST_P(EditingUndo, EveryOperationIsOneStepThatUndoTakesBackAndRedoGivesAgain) {
+  using Editor = ImageProcessingCtl;
+  const struct {
+    const char* what;
+    std::function<void(Editor&)> run;
+    const char* caption;
+  } operations[] = {
+      {"Resize", [](Editor& e) { e.Resize(20); }, "&Undo"},
+      {"ResizeCanvas", [](Editor& e) { e.ResizeCanvas(60, 50, 5, 5, 0xFF); }, "&Undo"},
+      {"Rotate", [](Editor& e) { e.Rotate(30); }, "&Undo"},
+      {"Flip", [](Editor& e) { e.FlipVertically(); }, "&Undo"},
+      {"Grey", [](Editor& e) { e.ApplyGrayScale(); }, "&Undo"},
+      {"Shadow", [](Editor& e) { e.ApplyDropShadow(3, 3, 0, 200, 5); }, "&Undo"},
+      {"Contoured shadow", [](Editor& e) { e.ApplyMaskedDropShadow(3, 3, 0, 200, 5, -1, true); },
+       "&Undo Contoured Drop Shadow"},
+      {"Crop",
+       [](Editor& e) {
+         e.SetSelection(5, 5, 10, 10);
+         e.CropToSelection();
+       },
+       "&Undo"},
+      {"Cut",
+       [](Editor& e) {
+         e.SetSelection(5, 5, 10, 10);
+         e.Cut(true);
+       },
+       "&Undo Cut"},
+      {"Section",
+       [](Editor& e) {
+         e.SetSelection(5, 5, 10, 10);
+         e.Rotate(90, -1, true);
+       },
+       "&Undo"},
+      {"Grey section",
+       [](Editor& e) {
+         e.SetSelection(5, 5, 10, 10);
+         e.ApplyGrayScale(true);
+       },
+       "&Undo"},
+      {"Contoured shadow of a section",
+       [](Editor& e) {
+         e.SetSelection(5, 5, 10, 10);
+         e.ApplyMaskedDropShadow(3, 3, 0, 200, 5, -1, true);
+       },
+       "&Undo Contoured Drop Shadow"},
+  };
+  const engine::Bitmap before = gradient(kWidth, kHeight);
+  for (const auto& operation : operations) {
+    show(before);
+    editor().BackColor(0x0000FF);
+    operation.run(editor());
+    EXPECT_EQ(undoCaption(), operation.caption) << operation.what;
+    const engine::Bitmap after = shown();
+    EXPECT_FALSE(same(after, before)) << operation.what;
+    editor().Undo();
+    EXPECT_TRUE(same(shown(), before)) << operation.what;
+    EXPECT_EQ(undoCaption(), "&Undo") << operation.what;
+    editor().Undo();
+    EXPECT_TRUE(same(shown(), before)) << operation.what << " was one step";
+    editor().Redo();
+    EXPECT_TRUE(same(shown(), after)) << operation.what;
+  }
+}
+
+TEST_P(EditingUndo, FlattenIsOneUnnamedStep) {
+  show(engine::Bitmap::filled(8, 8, {10, 20, 30, 100}));
+  editor().FlattenAlpha(0xFFFFFF);
+  EXPECT_EQ(undoCaption(), "&Undo");
+  EXPECT_EQ(at(3, 3).a, 255);
+  editor().Undo();
+  EXPECT_EQ(at(3, 3).a, 100);
+}
+
+TEST_P(EditingUndo, SelectingCopyingZoomingScrollingToolsAndColorsAreNoStepsAndNoChange) {
+  open(1000, 900);
+  dragSelection({10, 10}, {100, 100});
+  editor().Copy(true);
+  editor().ZoomIn();
+  view().ScrollLeft(50);
+  editor().Tool(ipToolPan);
+  editor().ForeColor(77);
+  editor().BackColor(-1);
+  EXPECT_FALSE(editor().Changed());
+  editor().Undo();
+  EXPECT_TRUE(same(shown(), gradient(1000, 900)));
+  EXPECT_FALSE(editor().Changed()) << "an empty stack does nothing that the editor sees";
+}
+
+TEST_P(EditingUndo, ChangeIsRaisedOncePerRunOfChanges) {
+  int changes = 0;
+  when(editor().Change, [&] { ++changes; });
+  editor().FlipHorizontally();
+  editor().FlipVertically();
+  editor().Undo();
+  EXPECT_EQ(changes, 1);
+  editor().Changed(false);
+  EXPECT_EQ(changes, 1) << "a clear raises nothing";
+  editor().Redo();
+  EXPECT_EQ(changes, 2);
+  EXPECT_TRUE(editor().Changed());
+}
+
+TEST_P(EditingUndo, UndoingAllStepsSetsChanged) {
+  editor().FlipHorizontally();
+  editor().Changed(false);
+  editor().Undo();
+  EXPECT_TRUE(editor().Changed());
+}
+
+TEST_P(EditingUndo, TheCaptionsStandWhenChangeIsRaised) {
+  std::string caption;
+  when(editor().Change, [&] { caption = undoCaption(); });
+  editor().SetSelection(5, 5, 10, 10);
+  editor().Cut(true);
+  EXPECT_EQ(caption, "&Undo Cut");
+}
+
+TEST_P(EditingUndo, AsManyStepsAsTheLevelsAreKept) {
+  editor().UndoLevels(2);
+  const engine::Bitmap before = shown();
+  editor().FlipHorizontally();
+  const engine::Bitmap first = shown();
+  editor().FlipVertically();
+  editor().ApplyGrayScale();
+  for (int i = 0; i < 5; ++i) editor().Undo();
+  EXPECT_TRUE(same(shown(), first));
+  EXPECT_FALSE(same(shown(), before));
+}
+
+TEST_P(EditingUndo, Levels0StoreNothingAndTheCaptionsStayPlain) {
+  editor().UndoLevels(0);
+  editor().SetSelection(5, 5, 10, 10);
+  editor().Cut(true);
+  const engine::Bitmap after = shown();
+  EXPECT_EQ(undoCaption(), "&Undo");
+  editor().Undo();
+  EXPECT_TRUE(same(shown(), after));
+  EXPECT_EQ(redoCaption(), "&Redo");
+}
+
+TEST_P(EditingUndo, TheLevelsLetStoresTellsTheContainerAndWritesTheView) {
+  editor().UndoLevels(7);
+  EXPECT_THAT(calls(), ElementsAre("UndoLevels=7"));
+  EXPECT_EQ(site().changedProperties().back(), "UndoLevels");
+  const auto told = site().changedProperties().size();
+  log().clear();
+  editor().UndoLevels(7);
+  EXPECT_THAT(calls(), IsEmpty());
+  EXPECT_EQ(site().changedProperties().size(), told);
+}
+
+TEST_P(EditingUndo, ANewPictureEmptiesTheStackByWriting0AndTheLevelsAgain) {
+  editor().UndoLevels(5);
+  editor().FlipHorizontally();
+  editor().SetSelection(1, 1, 5, 5);
+  log().clear();
+  std::vector<std::string> raised;
+  when(editor().PictureSet, [&] {
+    raised.push_back("PictureSet");
+    EXPECT_FALSE(editor().Changed());
+    EXPECT_FALSE(view().SelectionVisible());
+  });
+  editor().Picture(std::make_shared<engine::PictureObject>(gradient(10, 10)));
+  EXPECT_THAT(calls(), ElementsAre("Picture", "view.Document.FromPicture(\"\")", "UndoLevels=0",
+                                   "UndoLevels=5", "Modified=False", "SelectionHeight=0", "SelectionWidth=0",
+                                   "SelectionVisible=False"));
+  EXPECT_THAT(raised, ElementsAre("PictureSet"));
+  editor().Undo();
+  EXPECT_EQ(shown().width(), 10);
+}
+
+KESTREL_WITH_BOTH_PATHS(EditingUndo);
+
+}  // namespace
+}  // namespace kestrel
