@@ -25,6 +25,7 @@ void readScript(const std::string& file, std::vector<std::string>& steps) {
 
 void planDemo(const std::string& folder, Arguments& arguments) {
   arguments.steps = kDemoCommands;
+  arguments.outputFolder = folder;
   // A saved picture keeps its format, and so the name its extension.
   arguments.saveAs = (fs::path(folder) / "result").string() + fs::path(arguments.file).extension().string();
   arguments.screenshot = (fs::path(folder) / "screenshot.png").string();

@@ -9,6 +9,7 @@ namespace kestrel::app {
 struct Arguments {
   std::string file;                ///< absolute path of the picture to open; empty for none
   std::vector<std::string> steps;  ///< lines of a script (Steps.h), done in order after opening
+  std::string outputFolder;        ///< made before anything is written, if it is not there
   std::string saveAs;              ///< then the picture is saved under this name
   std::string screenshot;          ///< and the window pictured in this PNG file
   bool quit = false;               ///< and the program ends; nothing is asked on the way

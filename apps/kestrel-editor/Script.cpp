@@ -1,6 +1,7 @@
 #include "Script.h"
 
 #include <exception>
+#include <filesystem>
 #include <functional>
 #include <iostream>
 
@@ -35,6 +36,13 @@ bool runScript(const Arguments& arguments, EditorWindow& window, qt::Desktop& de
     if (!succeeds("The step \"" + line + "\"", boxes, [&] { return runStep(line, window, desktop); })) {
       return false;
     }
+  }
+  if (!arguments.outputFolder.empty() &&
+      !succeeds("Making the folder \"" + arguments.outputFolder + "\"", boxes, [&] {
+        std::filesystem::create_directories(arguments.outputFolder);
+        return true;
+      })) {
+    return false;
   }
   if (!arguments.saveAs.empty()) {
     if (!succeeds("Saving \"" + arguments.saveAs + "\"", boxes,
