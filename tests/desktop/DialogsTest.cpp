@@ -1,9 +1,10 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDialogButtonBox>
+#include <QDir>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
@@ -14,6 +15,7 @@
 #include "EditorBench.h"
 #include "base/RuntimeError.h"
 #include "platform/qt/dialogs/FileDialogWindow.h"
+#include "platform/qt/dialogs/QtHelpViewer.h"
 #include "platform/qt/dialogs/QtImgXDialog.h"
 #include "platform/qt/services/BusyPointer.h"
 #include "settings/modProcessing.h"
@@ -213,6 +215,29 @@ TEST_F(Boxes, HelpThatIsMissingIsToldInASentence) {
     EXPECT_EQ(error.Number(), 53);
     EXPECT_EQ(error.Description(), "The help book \"NoSuchBook.chm\" was not found.");
   }
+}
+
+TEST_F(Boxes, HelpShowsAPageOfTheFolderThatIsNamedLikeTheBook) {
+  QTemporaryDir books;
+  ASSERT_TRUE(QDir(books.path()).mkpath(QStringLiteral("Book")));
+  QFile page(books.filePath(QStringLiteral("Book/default.html")));
+  ASSERT_TRUE(page.open(QIODevice::WriteOnly));
+  page.write("<html><head><title>First page</title></head><body><h1>Welcome</h1></body></html>");
+  page.close();
+
+  qt::QtHelpViewer help(books.path());
+  help.HelpFile("Book.chm");
+  help.ShowTopic("default.html", 0);
+  settle();
+  qt::HelpWindow* window = nullptr;
+  for (QWidget* const top : QApplication::topLevelWidgets()) {
+    if (auto* const found = qobject_cast<qt::HelpWindow*>(top)) window = found;
+  }
+  ASSERT_NE(window, nullptr);
+  EXPECT_TRUE(window->isVisible());
+  EXPECT_EQ(window->windowTitle(), "First page");
+  EXPECT_TRUE(window->browser().toPlainText().contains(QStringLiteral("Welcome")));
+  EXPECT_THROW(help.ShowTopic("missing.html", 0), RuntimeError);
 }
 
 TEST_F(Boxes, TheRotateDialogShowsBeforeAndAfter) {

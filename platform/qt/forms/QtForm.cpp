@@ -71,7 +71,7 @@ void QtForm::Show(bool modal, Form* owner) {
   if (modal) {
     window_->exec();
     // Its owner may be gone before the form is.
-    window_->setParent(nullptr, window_->windowFlags());
+    if (window_) window_->setParent(nullptr, window_->windowFlags());
   } else {
     window_->show();
     if (!activated_) {
