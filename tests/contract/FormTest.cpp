@@ -186,6 +186,20 @@ TEST_P(Forms, LeaveTheFaceWhereThePictureEnds) {
   EXPECT_EQ(user().faceColor(*form_, {60, 20}), 0x000000FF);
 }
 
+TEST_P(Forms, GiveASiteTheValuesThatAreStoredWithIt) {
+  const std::unique_ptr<Form> form = platform().CreateForm("frmImageEditor");
+  auto& site = Bind<Site>(*form, "Processing");
+  std::string log;
+  const Connection initialised = site.InitProperties.Connect([&] { log += "init "; });
+  const Connection read = site.ReadProperties.Connect([&](const PropertyBag& bag) {
+    log += bag.ReadProperty("ShowMenuBar", false).ToBoolean() ? "menu " : "no menu ";
+    log += bag.ReadProperty("NeverStored", true).ToBoolean() ? "default" : "no default";
+  });
+  form->Show();
+  user().settle();
+  EXPECT_EQ(log, "menu default") << "a stored control is read, not made anew";
+}
+
 KESTREL_ON_ALL_PLATFORMS(Forms);
 
 }  // namespace
