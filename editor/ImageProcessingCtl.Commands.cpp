@@ -199,11 +199,12 @@ void ImageProcessingCtl::mrgUI_CommandHighlight(Command& Command, std::int32_t H
   }
 }
 
-void ImageProcessingCtl::mrgUI_CommandHotKeyPress(CancelValue& CancelDefault) {
+void ImageProcessingCtl::mrgUI_CommandHotKeyPress(Command& Command, HotKey& HotKey,
+                                                  CancelValue& CancelDefault) {
   try {
     if (!UserControl.UserMode()) CancelDefault.Value = true;
   } catch (...) {
-    QDK_TRAILER(mrgUI_CommandHotKeyPress, QDK_PARAMETERS(CancelDefault.Value), QDK_LOCALS());
+    QDK_TRAILER(mrgUI_CommandHotKeyPress, QDK_PARAMETERS(Command, HotKey, CancelDefault), QDK_LOCALS());
   }
 }
 

@@ -84,8 +84,9 @@ void ImageProcessingCtl::zConnect() {
       [this](Command& command, Combo& combo, CancelValue&) { mrgUI_CommandChange(command, combo); }));
   keep(mrgUI.CommandHighlight.Connect(
       [this](Command& command, std::int32_t state) { mrgUI_CommandHighlight(command, state); }));
-  keep(mrgUI.CommandHotKeyPress.Connect(
-      [this](Command&, HotKey&, CancelValue& cancel) { mrgUI_CommandHotKeyPress(cancel); }));
+  keep(mrgUI.CommandHotKeyPress.Connect([this](Command& command, HotKey& key, CancelValue& cancel) {
+    mrgUI_CommandHotKeyPress(command, key, cancel);
+  }));
   keep(mrgUI.CommandBarHiding.Connect(
       [this](CommandBar& bar, std::int32_t, CancelValue&) { mrgUI_CommandBarHiding(bar); }));
   keep(mrgUI.CommandBarShowing.Connect(

@@ -257,7 +257,7 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   void mrgUI_CommandClick(Command& Command);
   void mrgUI_CommandChange(Command& Command, Combo& Combo);
   void mrgUI_CommandHighlight(Command& Command, std::int32_t HighlightState);
-  void mrgUI_CommandHotKeyPress(CancelValue& CancelDefault);
+  void mrgUI_CommandHotKeyPress(Command& Command, HotKey& HotKey, CancelValue& CancelDefault);
   void mrgUI_CommandBarHiding(CommandBar& CommandBar);
   void mrgUI_CommandBarShowing(CommandBar& CommandBar);
   void mrgUI_DockWindowHiding(DockWindow& DockWindow);
