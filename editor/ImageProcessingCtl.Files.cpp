@@ -84,6 +84,8 @@ bool ImageProcessingCtl::OpenImage(std::string Filename) {
     }
     Status("", true, false);
   } catch (...) {
+    // Whatever failed, a handler of the host's too: the busy phase ends.
+    QDK_RESUME_NEXT(Status("", true, false));
     QDK_TRAILER(OpenImage, QDK_PARAMETERS(Filename), QDK_LOCALS(CancelDefault, Failed, Result));
   }
   return Result;
@@ -187,6 +189,7 @@ bool ImageProcessingCtl::zSaveImage(std::string Filename, std::int32_t ForcedFor
     }
     Status("", true, false);
   } catch (...) {
+    QDK_RESUME_NEXT(Status("", true, false));
     QDK_TRAILER(zSaveImage, QDK_PARAMETERS(Filename, ForcedFormat, UpdateUserInterface),
                 QDK_LOCALS(Format, CancelDefault, SaveThumbnail, Failed, Result, Thumbnail));
   }

@@ -180,6 +180,17 @@ TEST_P(BadInput, ASaveIntoAMissingFolderOrOverAFolderIsToldAndLeavesNothingBehin
   EXPECT_EQ(entries(), count) << "no half-written file may stay";
 }
 
+TEST_P(BadInput, AHandlerOfTheHostThatFailsDoesNotLeaveTheBusyPointer) {
+  start();
+  const std::string file = makePicture("a.png", 2);
+  connections_.push_back(editor().ImageOpen.Connect(
+      [](const std::string&) { throw RuntimeError(err::kInvalidCall, "The host has failed."); }));
+  user().answers(kAnswerOK);  // the report
+  EXPECT_TRUE(editor().OpenImage(file));
+  EXPECT_EQ(platform().FormUtility().pointers().back(), kBusyDefault);
+  EXPECT_EQ(panel("pnlStatus"), "");
+}
+
 std::int64_t residentBytes() {
   std::ifstream statm("/proc/self/statm");
   std::int64_t pages = 0, resident = 0;
