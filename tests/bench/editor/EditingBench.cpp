@@ -1,0 +1,129 @@
+#include <benchmark/benchmark.h>
+
+#include <filesystem>
+#include <memory>
+#include <utility>
+
+#include "editor/ImageProcessingCtl.h"
+#include "engine/effects/Flip.h"
+#include "engine/effects/Rotate.h"
+#include "engine/imgx/PictureObject.h"
+#include "imaging/contract/controls/CheckBox.h"
+#include "imaging/contract/controls/CommandButton.h"
+#include "imaging/contract/controls/OptionButton.h"
+#include "imaging/contract/controls/TextBox.h"
+#include "platform/headless/Platform.h"
+#include "settings/modProcessing.h"
+
+namespace kestrel {
+namespace {
+
+constexpr std::int32_t kSection = 400;
+
+engine::Bitmap photograph(std::int32_t width, std::int32_t height) {
+  auto bitmap = engine::Bitmap::uninitialized(width, height);
+  const engine::Pixels pixels = bitmap.writable();
+  for (std::int32_t y = 0; y < height; ++y) {
+    for (std::int32_t x = 0; x < width; ++x) {
+      reinterpret_cast<engine::Pixel*>(pixels.row(y))[x] = {static_cast<std::uint8_t>(x ^ y),
+                                                            static_cast<std::uint8_t>(x + y),
+                                                            static_cast<std::uint8_t>(x * 3), 255};
+    }
+  }
+  return bitmap;
+}
+
+/// A started editor on the headless platform with a picture open.
+class Editor {
+ public:
+  explicit Editor(engine::Bitmap picture) {
+    headless::Setup setup;
+    setup.scratch = std::filesystem::temp_directory_path().string();
+    platform_ = std::make_unique<headless::Platform>(std::move(setup));
+    modProcessing::Attach(*platform_);
+    modProcessing::Main();
+    site_ = platform_->createEditorSite();
+    control_ = std::make_unique<ImageProcessingCtl>(*site_);
+    site_->InitProperties();
+    site_->Move(0, 0, 1600, 1000);
+    control_->Initialize();
+    control_->Picture(std::make_shared<engine::PictureObject>(std::move(picture)));
+  }
+  ~Editor() {
+    control_.reset();
+    site_.reset();
+    modProcessing::Detach();
+  }
+
+  ImageProcessingCtl& control() { return *control_; }
+  headless::ImageView& view() { return Bind<headless::ImageView>(*site_, "igxImage"); }
+  headless::User& user() { return platform_->user(); }
+
+ private:
+  std::unique_ptr<headless::Platform> platform_;
+  std::unique_ptr<headless::Site> site_;
+  std::unique_ptr<ImageProcessingCtl> control_;
+};
+
+/// What the section's own pixels need, to set against the two below.
+void flipPixelsAlone(benchmark::State& state) {
+  const engine::Bitmap section = photograph(kSection, kSection);
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(engine::flip(section, engine::FlipDirection::LeftToRight));
+  }
+}
+
+void rotatePixelsAlone(benchmark::State& state) {
+  const engine::Bitmap section = photograph(kSection, kSection);
+  for (auto _ : state) benchmark::DoNotOptimize(engine::rotate(section, 30, {}));
+}
+
+void flipSectionOf100Megapixels(benchmark::State& state) {
+  Editor editor(photograph(12'500, 8'000));
+  for (auto _ : state) {
+    editor.control().SetSelection(6000, 4000, kSection, kSection);
+    editor.control().FlipHorizontally(true);
+  }
+}
+
+void rotateSectionOf100Megapixels(benchmark::State& state) {
+  Editor editor(photograph(12'500, 8'000));
+  for (auto _ : state) {
+    editor.control().SetSelection(6000, 4000, kSection, kSection);
+    editor.control().Rotate(30, 0xFFFFFF, true);
+  }
+}
+
+/// One change of the direction in the rotate dialog, previewed on a picture of so many megapixels.
+void previewRotation(benchmark::State& state) {
+  const auto height = static_cast<std::int32_t>(state.range(0)) * 500;
+  Editor editor(photograph(2'000, height));
+  editor.user().uses("frmRotate", [&](Form& form) {
+    Bind<CheckBox>(form, "chkUseOriginalImage").Value(1);
+    Bind<TextBox>(form, "txtDegrees").Text("30");
+    std::int32_t direction = 0;
+    for (auto _ : state) {
+      Bind<OptionButton>(form, "optDirection", direction).Value(true);
+      direction = 1 - direction;
+    }
+    Bind<CommandButton>(form, "cmdAction", 1).Press();
+  });
+  editor.control().ShowRotateDialog();
+}
+
+/// One move of the pointer with both tool windows open.
+void followPointerOver100Megapixels(benchmark::State& state) {
+  Editor editor(photograph(12'500, 8'000));
+  std::int32_t x = 0;
+  for (auto _ : state) editor.view().move(0, 0, {100 + (x++ & 255), 100});
+}
+
+BENCHMARK(flipPixelsAlone)->Unit(benchmark::kMillisecond);
+BENCHMARK(flipSectionOf100Megapixels)->Unit(benchmark::kMillisecond);
+BENCHMARK(rotatePixelsAlone)->Unit(benchmark::kMillisecond);
+BENCHMARK(rotateSectionOf100Megapixels)->Unit(benchmark::kMillisecond);
+BENCHMARK(previewRotation)->ArgName("megapixels")->Arg(2)->Arg(24)->Unit(benchmark::kMillisecond);
+BENCHMARK(followPointerOver100Megapixels)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace kestrel
