@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QDockWidget>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPalette>
@@ -116,7 +117,7 @@ TEST(Screenshots, OfTheWindowLightAndDark) {
   EXPECT_GT(bench.grabWindow().pixelColor(3, 3).lightness(), 200);
 }
 
-TEST(Screenshots, OfMenusAndBarsWithText) {
+TEST(Screenshots, OfMenusFloatingWindowsAndBarsWithText) {
   EditorBench bench;
   bench.showPicture(sunset());
   for (const char* key : {"mnuFile", "mnuView", "mnuDraw"}) {
@@ -126,6 +127,12 @@ TEST(Screenshots, OfMenusAndBarsWithText) {
     writeScreenshot(menu, std::string("menu-") + key);
     menu.close();
   }
+  auto* const materials = bench.window().findChild<QDockWidget*>(QStringLiteral("dkwMaterials"));
+  materials->setFloating(true);
+  settle();
+  EXPECT_TRUE(materials->isVisible());
+  writeScreenshot(*materials, "materials-floating");
+  materials->setFloating(false);
   bench.editor().Tool(ipToolZoom);
   bench.editor().SetToolbarStyle(2);
   settle();

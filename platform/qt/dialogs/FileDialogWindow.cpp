@@ -42,7 +42,11 @@ FileDialogWindow::~FileDialogWindow() {
 QRect FileDialogWindow::fileTypeLabel() const {
   const auto* const label = findChild<QLabel*>(QStringLiteral("fileTypeLabel"));
   if (!label) return {};
-  layout()->activate();
+  // A dialog that is not shown yet has not laid itself out for the size it was given.
+  if (!isVisible()) {
+    layout()->activate();
+    layout()->setGeometry(rect());
+  }
   return QRect(label->mapTo(this, QPoint()), label->size());
 }
 

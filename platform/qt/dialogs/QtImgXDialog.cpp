@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QScreen>
 #include <QStringList>
 #include <utility>
 
@@ -13,6 +14,13 @@
 #include "base/RuntimeError.h"
 
 namespace kestrel::qt {
+namespace {
+
+/// Room for a fair number of files with their dates, where the screen has it.
+constexpr QSize kComfortable(780, 520);
+constexpr double kShareOfScreen = 0.9;
+
+}  // namespace
 
 QStringList nameFilters(const std::string& filter) {
   const QStringList parts = toQt(filter).split(u'|');
@@ -47,6 +55,8 @@ bool QtImgXDialog::show(bool save) {
 
   dialog.ensurePolished();
   dialog.adjustSize();
+  const QSize room = dialog.screen()->availableSize() * kShareOfScreen;
+  dialog.resize(dialog.size().expandedTo(kComfortable).boundedTo(room));
   std::int32_t width = dialog.width();
   std::int32_t height = dialog.height();
   {
