@@ -1,5 +1,7 @@
 #include "QtPlatform.h"
 
+#include <chrono>
+
 #include "Text.h"
 #include "base/RuntimeError.h"
 #include "dialogs/QtHelpViewer.h"
@@ -7,6 +9,7 @@
 #include "dialogs/QtUserInterface.h"
 #include "engine/imgx/ColorsObject.h"
 #include "engine/imgx/ImgXObject.h"
+#include "engine/pixels/Memory.h"
 #include "forms/FormFactory.h"
 #include "forms/QtForm.h"
 #include "services/QtCanvas.h"
@@ -16,6 +19,9 @@
 namespace kestrel::qt {
 
 namespace {
+
+/// Pixel buffers that nobody used for so long go back to the machine.
+constexpr std::chrono::seconds kIdleBeforeRelease(5);
 
 DesktopParts withBoxes(DesktopParts parts) {
   if (!parts.boxes) parts.boxes = std::make_unique<QtUserInterface>(parts.version.title);
@@ -29,7 +35,11 @@ QtPlatform::QtPlatform(DesktopParts parts)
       appInfo_(parts_.version),
       clipboard_(clipboardPort_),
       windowPositions_(*parts_.store, windowFunctions_),
-      fileHelpers_(*parts_.boxes) {}
+      fileHelpers_(*parts_.boxes) {
+  QObject::connect(&memoryTimer_, &QTimer::timeout, &memoryTimer_,
+                   [] { engine::releaseKeptMemory(kIdleBeforeRelease); });
+  memoryTimer_.start(kIdleBeforeRelease);
+}
 
 QtPlatform::~QtPlatform() = default;
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QTimer>
 #include <memory>
 
 #include "app/Desktop.h"
@@ -63,6 +64,7 @@ class QtPlatform final : public Platform {
   QtFileHelpers fileHelpers_;
   QtShell shell_;
   QtScreen screen_;
+  QTimer memoryTimer_;
 };
 
 }  // namespace kestrel::qt
