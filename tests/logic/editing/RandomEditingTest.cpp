@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <random>
+#include <set>
 
 #include "EditingReplay.h"
 #include "EditingTest.h"
@@ -311,6 +312,9 @@ TEST_P(RandomEditing, TenThousandActionsEndWithThePictureOfAnIndependentReplay) 
     log().clear();
   }
   const engine::Bitmap ended = shown();
+  std::set<std::uint64_t> pictures;
+  for (const Remembered& one : asked) pictures.insert(one.picture);
+  EXPECT_GT(pictures.size(), kActions / 4u) << "what was asked must have changed the picture again and again";
 
   EditingReplay replay(platform(), start);
   for (std::size_t i = 0; i < asked.size(); ++i) {
