@@ -54,6 +54,12 @@ function(kestrel_check_headers target)
   if(units)
     add_library(${target}_header_check OBJECT EXCLUDE_FROM_ALL ${units})
     target_link_libraries(${target}_header_check PRIVATE ${target} kestrel_options)
+    # A folder's inner headers may name what only its sources use.
+    get_target_property(type ${target} TYPE)
+    if(NOT type STREQUAL INTERFACE_LIBRARY)
+      target_include_directories(${target}_header_check SYSTEM PRIVATE
+        $<TARGET_PROPERTY:${target},INCLUDE_DIRECTORIES>)
+    endif()
     if(NOT TARGET kestrel_header_check)
       add_custom_target(kestrel_header_check)
     endif()

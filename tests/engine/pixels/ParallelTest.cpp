@@ -40,7 +40,6 @@ TEST(ForRows, BandsHaveAtLeastTheRowsAskedForButTheLast) {
 }
 
 TEST(ForRows, UsesSeveralThreadsWhereThereAreCores) {
-  if (threadCount() == 1) GTEST_SKIP() << "one core";
   std::mutex mutex;
   std::set<std::thread::id> threads;
   forRows(64, 1, [&](std::int32_t, std::int32_t) {
@@ -48,7 +47,7 @@ TEST(ForRows, UsesSeveralThreadsWhereThereAreCores) {
     const std::lock_guard lock(mutex);
     threads.insert(std::this_thread::get_id());
   });
-  EXPECT_GT(threads.size(), 1U);
+  EXPECT_GE(threads.size(), threadCount() == 1 ? 1U : 2U);
   EXPECT_LE(threads.size(), static_cast<std::size_t>(threadCount()));
 }
 
