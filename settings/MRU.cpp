@@ -114,7 +114,7 @@ void MRU::BuildSmartMenu() {
   for (std::int32_t i = 1; SmartUI->SubItem(kSmartItem, SmartKey(i)) != nullptr; ++i) {
     SmartUI->RemoveSubItem(kSmartItem, SmartKey(i));
   }
-  const auto placeholder = [&]() -> SmartSubItem& {
+  const auto emptyEntry = [&]() -> SmartSubItem& {
     if (auto* item = SmartUI->SubItem(kSmartItem, kSmartPlaceholder)) return *item;
     throw RuntimeError(err::kInvalidCall, "The menu has no entry \"norecentfiles\".");
   };
@@ -122,12 +122,12 @@ void MRU::BuildSmartMenu() {
   for (const std::string& filename : Files) {
     if (filename.empty()) continue;
     ++count;
-    SmartSubItem& item = SmartUI->AddSubItem(kSmartItem, placeholder().Index() + count, SmartKey(count),
+    SmartSubItem& item = SmartUI->AddSubItem(kSmartItem, emptyEntry().Index() + count, SmartKey(count),
                                              NumberedCaption(count, filename));
     item.Tag(filename);
     item.Description(filename);
   }
-  placeholder().Visibility(count == 0 ? 1 : 0);
+  emptyEntry().Visibility(count == 0 ? 1 : 0);
 }
 
 void MRU::BuildMenu(MenuItems& window) {
@@ -145,9 +145,9 @@ void MRU::BuildMenu(MenuItems& window) {
     item.Enabled(true);
     item.Visible(true);
   }
-  MenuItem& placeholder = window.Item(kMenu, 0);
-  placeholder.Visible(count == 0);
-  placeholder.Enabled(count == 0);
+  MenuItem& emptyEntry = window.Item(kMenu, 0);
+  emptyEntry.Visible(count == 0);
+  emptyEntry.Enabled(count == 0);
 }
 
 void MRU::ConstructToBand() {

@@ -8,7 +8,7 @@
 
 #include "engine/codecs/CodecTable.h"
 
-// Writes the seeds of the fuzzers: small pictures in every format that we write, plain and with metadata.
+// Writes what the fuzzers start from: small pictures in every format that we write, plain and with metadata.
 
 namespace {
 

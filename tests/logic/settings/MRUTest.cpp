@@ -52,7 +52,7 @@ class ListCommand : public Command, public CommandItems {
   std::string name_ = "mnuFileMRU";
 };
 
-/// A smart menu whose item "mru" has the placeholder as its third entry.
+/// A smart menu whose item "mru" has the entry for an empty list as its third entry.
 class SmartMenuStandIn : public SmartMenu {
  public:
   struct Entry : SmartSubItem {
@@ -82,7 +82,7 @@ class SmartMenuStandIn : public SmartMenu {
   void RemoveSubItem(const std::string&, const std::string& key) override { entries.erase(key); }
 };
 
-/// A window whose menu has the array mnuMRU with its placeholder.
+/// A window whose menu has the array mnuMRU with its entry for an empty list.
 class WindowMenu : public MenuItems {
  public:
   struct Entry : MenuItem {
