@@ -1,4 +1,5 @@
 #include <cstring>
+#include <string_view>
 
 #include "TestPictures.h"
 
@@ -49,8 +50,9 @@ TEST(Wbmp, TransparencyIsFlattenedOnWhite) {
 /// A pack whose picture of 192 x 128 is of one colour, with `turn` in its header.
 std::vector<std::uint8_t> photoCd(int turn, int luma, int chroma1, int chroma2, std::size_t size) {
   std::vector<std::uint8_t> bytes(size, std::uint8_t{0});
-  std::memcpy(bytes.data() + 0x800, "PCD_IPI", 7);
-  bytes[0xE02] = static_cast<std::uint8_t>(turn);
+  constexpr std::string_view kMark = "PCD_IPI";
+  for (std::size_t i = 0; i < kMark.size(); ++i) bytes.at(0x800 + i) = static_cast<std::uint8_t>(kMark[i]);
+  bytes.at(0xE02) = static_cast<std::uint8_t>(turn);
   for (std::size_t at = 0x2000; at + 192 * 3 <= 0x2000 + 192 * 3 * 64 && at + 192 * 3 <= size;
        at += 192 * 3) {
     std::memset(bytes.data() + at, luma, 384);
