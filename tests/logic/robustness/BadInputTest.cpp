@@ -191,6 +191,9 @@ TEST_P(BadInput, AHandlerOfTheHostThatFailsDoesNotLeaveTheBusyPointer) {
   EXPECT_EQ(panel("pnlStatus"), "");
 }
 
+// The address sanitizer keeps what is freed for a while, so that resident memory tells nothing there; leaks
+// it finds by itself.
+#ifndef __SANITIZE_ADDRESS__
 std::int64_t residentBytes() {
   std::ifstream statm("/proc/self/statm");
   std::int64_t pages = 0, resident = 0;
@@ -212,6 +215,7 @@ TEST_P(BadInput, FiveHundredOpenedPicturesTakeNoMoreMemoryThanFifty) {
   // Less than three such pictures; the log of the test itself counts too.
   EXPECT_LT(residentBytes() - after50, 3 * 400 * 300 * 4);
 }
+#endif
 
 KESTREL_WITH_BOTH_PATHS(BadInput);
 
