@@ -19,6 +19,15 @@ std::string NumberedCaption(std::int32_t index, const std::string& filename) {
   return "&" + ToText(index) + " " + modProcessing::FileHelpers().CompactPath(filename, kCaptionLength, "\\");
 }
 
+/// Takes the elements behind the first one out of the window's menu.
+void UnloadMenu(MenuItems& window) {
+  try {
+    for (std::int32_t i = 1;; ++i) window.Unload(kMenu, i);
+  } catch (const RuntimeError&) {
+    // The first one that isn't there ends the array.
+  }
+}
+
 }  // namespace
 
 MRU::MRU() {
@@ -105,49 +114,57 @@ void MRU::BuildMRU(MenuItems* ParentForm) {
 }
 
 void MRU::BuildCommand() {
-  CommandItems& items = CommandMRU->Items();
-  items.Clear();
-  for (const std::string& filename : Files) items.Add(filename);
+  try {
+    CommandItems& items = CommandMRU->Items();
+    items.Clear();
+    for (const std::string& filename : Files) items.Add(filename);
+  } catch (...) {
+    QDK_TRAILER(BuildCommand, QDK_PARAMETERS(), QDK_LOCALS());
+  }
 }
 
 void MRU::BuildSmartMenu() {
-  for (std::int32_t i = 1; SmartUI->SubItem(kSmartItem, SmartKey(i)) != nullptr; ++i) {
-    SmartUI->RemoveSubItem(kSmartItem, SmartKey(i));
-  }
-  const auto emptyEntry = [&]() -> SmartSubItem& {
-    if (auto* item = SmartUI->SubItem(kSmartItem, kSmartPlaceholder)) return *item;
-    throw RuntimeError(err::kInvalidCall, "The menu has no entry \"norecentfiles\".");
-  };
   std::int32_t count = 0;
-  for (const std::string& filename : Files) {
-    if (filename.empty()) continue;
-    ++count;
-    SmartSubItem& item = SmartUI->AddSubItem(kSmartItem, emptyEntry().Index() + count, SmartKey(count),
-                                             NumberedCaption(count, filename));
-    item.Tag(filename);
-    item.Description(filename);
+  try {
+    for (std::int32_t i = 1; SmartUI->SubItem(kSmartItem, SmartKey(i)) != nullptr; ++i) {
+      SmartUI->RemoveSubItem(kSmartItem, SmartKey(i));
+    }
+    const auto emptyEntry = [&]() -> SmartSubItem& {
+      if (auto* item = SmartUI->SubItem(kSmartItem, kSmartPlaceholder)) return *item;
+      throw RuntimeError(err::kInvalidCall, "The menu has no entry \"norecentfiles\".");
+    };
+    for (const std::string& filename : Files) {
+      if (filename.empty()) continue;
+      ++count;
+      SmartSubItem& item = SmartUI->AddSubItem(kSmartItem, emptyEntry().Index() + count, SmartKey(count),
+                                               NumberedCaption(count, filename));
+      item.Tag(filename);
+      item.Description(filename);
+    }
+    emptyEntry().Visibility(count == 0 ? 1 : 0);
+  } catch (...) {
+    QDK_TRAILER(BuildSmartMenu, QDK_PARAMETERS(), QDK_LOCALS(count));
   }
-  emptyEntry().Visibility(count == 0 ? 1 : 0);
 }
 
 void MRU::BuildMenu(MenuItems& window) {
-  try {
-    for (std::int32_t i = 1;; ++i) window.Unload(kMenu, i);
-  } catch (const RuntimeError&) {
-    // The first one that isn't there ends the array.
-  }
   std::int32_t count = 0;
-  for (const std::string& filename : Files) {
-    if (filename.empty()) continue;
-    MenuItem& item = window.Load(kMenu, ++count);
-    item.Caption(NumberedCaption(count, filename));
-    item.Tag(filename);
-    item.Enabled(true);
-    item.Visible(true);
+  try {
+    UnloadMenu(window);
+    for (const std::string& filename : Files) {
+      if (filename.empty()) continue;
+      MenuItem& item = window.Load(kMenu, ++count);
+      item.Caption(NumberedCaption(count, filename));
+      item.Tag(filename);
+      item.Enabled(true);
+      item.Visible(true);
+    }
+    MenuItem& emptyEntry = window.Item(kMenu, 0);
+    emptyEntry.Visible(count == 0);
+    emptyEntry.Enabled(count == 0);
+  } catch (...) {
+    QDK_TRAILER(BuildMenu, QDK_PARAMETERS(window), QDK_LOCALS(count));
   }
-  MenuItem& emptyEntry = window.Item(kMenu, 0);
-  emptyEntry.Visible(count == 0);
-  emptyEntry.Enabled(count == 0);
 }
 
 void MRU::ConstructToBand() {

@@ -376,17 +376,6 @@ TEST_P(EditorFiles, ASaveThatFailsLeavesTheOldFileWhole) {
   EXPECT_EQ(contents(file), before);
 }
 
-TEST_P(EditorFiles, ANameThatIsTooLongIsToldAndTheFileOfTheOldNameStays) {
-  const std::string file = startWithPicture();
-  const std::string before = contents(file);
-  change();
-  user().answers(kAnswerOK);
-  EXPECT_FALSE(editor().SaveImageAs(path(std::string(300, 'x') + ".png")));
-  EXPECT_EQ(onlyBox().title, "Save Image");
-  EXPECT_EQ(editor().Filename(), file);
-  EXPECT_EQ(contents(file), before);
-}
-
 TEST_P(EditorFiles, SavingWithoutAPictureIsReportedAndSavesNothing) {
   start();
   user().answers(kAnswerOK);

@@ -123,7 +123,7 @@ const Case kCases[] = {
        w.platform.failing = "FormUtility";
        w.mru.LoadFromRegistry();
      }},
-    {"BuildMRU", "settings/MRU.cpp", "BuildMenu(*ParentForm)",
+    {"BuildMenu", "settings/MRU.cpp", "window.Item(kMenu, 0)",
      [](World& w) {
        FailingItems items;
        w.mru.BuildMRU(&items);
