@@ -94,11 +94,31 @@ function(kestrel_test target)
   set_tests_properties(${target} PROPERTIES LABELS ${arg_LABEL} TIMEOUT 600)
 endfunction()
 
-# kestrel_fuzzer(name SOURCES file... [DEPENDS target...])
-# One libFuzzer program; its source has LLVMFuzzerTestOneInput. Only where KESTREL_FUZZ is on.
-function(kestrel_fuzzer target)
-  cmake_parse_arguments(arg "" "" "SOURCES;DEPENDS" ${ARGN})
+# kestrel_fuzzer(name CORPUS folder SOURCES file... [DEPENDS target...] [DEFINITIONS definition...] [LONGEST bytes])
+# One libFuzzer program, fuzz_NAME, whose source has LLVMFuzzerTestOneInput, and its short run from the kept
+# inputs as a test; scripts/fuzz starts them. Only where KESTREL_FUZZ is on. What a run finds new lies in
+# found/NAME of the build folder, and an input that fails beside it, under found/NAME-.
+set(KESTREL_FUZZ_SECONDS 20 CACHE STRING "How long each fuzz target runs as a test")
+function(kestrel_fuzzer name)
+  cmake_parse_arguments(arg "" "CORPUS;LONGEST" "SOURCES;DEPENDS;DEFINITIONS" ${ARGN})
+  set(target fuzz_${name})
   add_executable(${target} ${arg_SOURCES})
+  target_compile_definitions(${target} PRIVATE ${arg_DEFINITIONS})
   target_link_libraries(${target} PRIVATE ${arg_DEPENDS} kestrel_options)
   target_link_options(${target} PRIVATE -fsanitize=fuzzer)
+  if(NOT TARGET kestrel_fuzzers)
+    add_custom_target(kestrel_fuzzers)
+  endif()
+  add_dependencies(kestrel_fuzzers ${target})
+
+  if(NOT arg_LONGEST)
+    set(arg_LONGEST 8192)
+  endif()
+  set(found ${PROJECT_BINARY_DIR}/found)
+  file(MAKE_DIRECTORY ${found}/${name} ${arg_CORPUS})
+  add_test(NAME ${target} COMMAND ${target}
+    -max_total_time=${KESTREL_FUZZ_SECONDS} -max_len=${arg_LONGEST} -timeout=20 -rss_limit_mb=3000
+    -print_final_stats=1 -artifact_prefix=${found}/${name}- ${found}/${name} ${arg_CORPUS})
+  math(EXPR limit "${KESTREL_FUZZ_SECONDS} + 120")
+  set_tests_properties(${target} PROPERTIES LABELS fuzz TIMEOUT ${limit})
 endfunction()
