@@ -23,7 +23,8 @@ constexpr std::string_view kWmfNames[] = {"wmf"};
 constexpr std::string_view kPcdNames[] = {"pcd"};
 
 constexpr Codec kCodecs[] = {
-    {format::kJpg, "JPEG", kJpgNames, "no start marker", jpeg::probe, jpeg::decode, jpeg::encode},
+    {format::kJpg, "JPEG", kJpgNames, "no start marker", jpeg::probe, jpeg::decode, jpeg::encode,
+     jpeg::decodeReduced},
     {format::kPng, "PNG", kPngNames, "no PNG signature", png::probe, png::decode, png::encode},
     {format::kGif, "GIF", kGifNames, "no GIF signature", gif::probe, gif::decode, gif::encode},
     {format::kTif, "TIFF", kTifNames, "no byte order mark", tiff::probe, tiff::decode, tiff::encode},

@@ -22,6 +22,8 @@ struct Codec {
   Decoded (*decode)(Bytes data);
   /// Null for a format that can only be read.
   std::vector<std::uint8_t> (*encode)(const Bitmap&, const Metadata&, const EncodeOptions&);
+  /// Null for a format whose pictures are not read any quicker when less of them is wanted.
+  Decoded (*decodeReduced)(Bytes data, std::int32_t longestSide) = nullptr;
 };
 
 /// All formats, in the order in which their probes are tried: those without a clear mark come last.

@@ -10,8 +10,9 @@
 namespace kestrel::engine {
 namespace {
 
-Decoded decodeAs(const Codec& codec, Bytes data) {
-  Decoded decoded = codec.decode(data);
+Decoded decodeAs(const Codec& codec, Bytes data, std::int32_t longestSide) {
+  const bool whole = longestSide >= Bitmap::kMaxSide || codec.decodeReduced == nullptr;
+  Decoded decoded = whole ? codec.decode(data) : codec.decodeReduced(data, longestSide);
   decoded.format = codec.format;
   return decoded;
 }
@@ -36,10 +37,12 @@ std::int32_t formatOfName(const std::filesystem::path& path) {
 
 }  // namespace
 
-Decoded decodeFile(const std::filesystem::path& path) {
+Decoded decodeFile(const std::filesystem::path& path) { return decodeFileReduced(path, Bitmap::kMaxSide); }
+
+Decoded decodeFileReduced(const std::filesystem::path& path, std::int32_t longestSide) {
   const std::vector<std::uint8_t> data = readFile(path);
   if (data.empty()) refusePicture("The file is empty.");
-  if (const Codec* const codec = codecOfContent(data)) return decodeAs(*codec, data);
+  if (const Codec* const codec = codecOfContent(data)) return decodeAs(*codec, data, longestSide);
   if (const Codec* const named = codecOfName(path)) {
     refusePicture("The file is not a " + std::string(named->name) + " image: " + std::string(named->mark) +
                   ".");
@@ -49,7 +52,7 @@ Decoded decodeFile(const std::filesystem::path& path) {
 
 Decoded decode(Bytes data) {
   if (data.empty()) refusePicture("There is no data to read a picture from.");
-  if (const Codec* const codec = codecOfContent(data)) return decodeAs(*codec, data);
+  if (const Codec* const codec = codecOfContent(data)) return decodeAs(*codec, data, Bitmap::kMaxSide);
   refusePicture("The data is not a picture of any known format.");
 }
 

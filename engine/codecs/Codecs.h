@@ -65,6 +65,11 @@ Decoded decodeFile(const std::filesystem::path& path);
 /// As `decodeFile`, from memory.
 Decoded decode(Bytes data);
 
+/// As `decodeFile`, for a small view of the picture: where the format can give a smaller one for less work,
+/// the bitmap is a half, a quarter or an eighth as large, with its longest side still at least `longestSide`
+/// pixels if the picture's is. All else, the size limits included, is as for the whole picture.
+Decoded decodeFileReduced(const std::filesystem::path& path, std::int32_t longestSide);
+
 /// Writes a picture file whole or not at all: the target keeps its old content until the new one is complete
 /// and on the disk. The permissions of an existing target stay; a symbolic link stays, and the file it points
 /// to is replaced. `formatCode` 0 means the format that the name's extension names.

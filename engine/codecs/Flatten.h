@@ -9,8 +9,12 @@ namespace kestrel::engine {
 /// True if no pixel lets anything through.
 bool isOpaque(const Bitmap& bitmap);
 
-/// Writes a row's pixels over white as 3 bytes each: red, green, blue.
-void flattenRowOnWhite(const std::uint8_t* rgba, std::uint8_t* rgb, std::int32_t width);
+/// The same of one row.
+bool isOpaqueRow(const std::uint8_t* rgba, std::int32_t width);
+
+/// Writes a row's pixels over white as 3 bytes each: red, green, blue; or as 4, the last left as it is.
+void flattenRowOnWhite(const std::uint8_t* rgba, std::uint8_t* out, std::int32_t width,
+                       int bytesPerPixel = 3);
 
 /// Makes a bitmap opaque whose alpha is zero everywhere: the programs that write such files mean no alpha.
 void dropEmptyAlpha(Bitmap& bitmap);

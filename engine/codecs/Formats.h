@@ -13,6 +13,8 @@ namespace kestrel::engine {
 namespace jpeg {
 bool probe(Bytes data);
 Decoded decode(Bytes data);
+/// As `decodeReduced` of Codecs.h.
+Decoded decodeReduced(Bytes data, std::int32_t longestSide);
 std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata,
                                  const EncodeOptions& options);
 }  // namespace jpeg

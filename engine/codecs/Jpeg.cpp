@@ -3,8 +3,10 @@
 #include <csetjmp>
 #include <cstdio>
 #include <cstring>
+#include <new>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "ByteReader.h"
 #include "ByteWriter.h"
@@ -146,6 +148,17 @@ class Reader {
 
   const jpeg_decompress_struct& info() const { return info_; }
 
+  /// Has the picture come out smaller, by a half, a quarter or an eighth, as long as its longest side stays
+  /// at least `longestSide`. (The steps between take the library longer than the next larger of these.)
+  void reduceTo(std::int64_t longestSide) {
+    const std::int64_t side = std::max(info_.image_width, info_.image_height);
+    unsigned divisor = 1;
+    while (divisor < 8 && (side + 2 * divisor - 1) / (2 * divisor) >= longestSide) divisor *= 2;
+    info_.scale_num = 1;
+    info_.scale_denom = divisor;
+    if (!guarded([this] { jpeg_calc_output_dimensions(&info_); })) fail();
+  }
+
   bool isCmyk() const { return info_.jpeg_color_space == JCS_CMYK || info_.jpeg_color_space == JCS_YCCK; }
 
   /// Reads into rows of 4 bytes per pixel, RGBA or CMYK, and returns how many rows there are.
@@ -190,30 +203,66 @@ class Reader {
   std::int32_t rows_ = 0;
 };
 
+/// Takes what the library writes.
+struct Target {
+  jpeg_destination_mgr base;
+  std::array<JOCTET, 16384> piece;
+  std::vector<std::uint8_t> bytes;
+
+  void install(jpeg_compress_struct* info) {
+    info->dest = &base;
+    base.init_destination = [](j_compress_ptr self) { reinterpret_cast<Target*>(self->dest)->startPiece(); };
+    base.empty_output_buffer = [](j_compress_ptr self) -> boolean {
+      auto* const target = reinterpret_cast<Target*>(self->dest);
+      if (!target->append(target->piece.size())) ERREXIT1(self, JERR_OUT_OF_MEMORY, 0);
+      target->startPiece();
+      return TRUE;
+    };
+    base.term_destination = [](j_compress_ptr self) {
+      auto* const target = reinterpret_cast<Target*>(self->dest);
+      if (!target->append(target->piece.size() - target->base.free_in_buffer)) {
+        ERREXIT1(self, JERR_OUT_OF_MEMORY, 0);
+      }
+    };
+  }
+
+ private:
+  void startPiece() {
+    base.next_output_byte = piece.data();
+    base.free_in_buffer = piece.size();
+  }
+
+  /// No exception may pass through the library.
+  bool append(std::size_t count) noexcept {
+    try {
+      bytes.insert(bytes.end(), piece.data(), piece.data() + count);
+      return true;
+    } catch (const std::bad_alloc&) {
+      return false;
+    }
+  }
+};
+
 /// A compressor into memory.
 class Writer {
  public:
   Writer() {
     errors_.install(reinterpret_cast<j_common_ptr>(&info_));
-    guarded([this] {
-      jpeg_create_compress(&info_);
-      jpeg_mem_dest(&info_, &buffer_, &size_);
-    });
+    guarded([this] { jpeg_create_compress(&info_); });
+    target_.install(&info_);
   }
   Writer(const Writer&) = delete;
   Writer& operator=(const Writer&) = delete;
-  ~Writer() {
-    jpeg_destroy_compress(&info_);
-    std::free(buffer_);
-  }
+  ~Writer() { jpeg_destroy_compress(&info_); }
 
-  void start(std::int32_t width, std::int32_t height, bool opaque, const Metadata& metadata,
-             std::int32_t quality) {
+  void start(std::int32_t width, std::int32_t height, const Metadata& metadata, std::int32_t quality) {
+    // About what a photograph takes; more is asked for as it comes.
+    target_.bytes.reserve(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) / 4);
     guarded([&] {
       info_.image_width = static_cast<JDIMENSION>(width);
       info_.image_height = static_cast<JDIMENSION>(height);
-      info_.input_components = opaque ? 4 : 3;
-      info_.in_color_space = opaque ? JCS_EXT_RGBX : JCS_RGB;
+      info_.input_components = 4;
+      info_.in_color_space = JCS_EXT_RGBX;
       jpeg_set_defaults(&info_);
       jpeg_set_quality(&info_, quality, TRUE);
       if (quality >= kFullColorQuality)
@@ -235,6 +284,7 @@ class Writer {
     });
   }
 
+  /// A row of 4 bytes per pixel, the last of no meaning.
   void row(const std::uint8_t* data) {
     guarded([&] {
       JSAMPROW row = const_cast<JSAMPROW>(data);
@@ -244,7 +294,7 @@ class Writer {
 
   std::vector<std::uint8_t> finish() {
     guarded([this] { jpeg_finish_compress(&info_); });
-    return {buffer_, buffer_ + size_};
+    return std::move(target_.bytes);
   }
 
  private:
@@ -259,8 +309,7 @@ class Writer {
 
   jpeg_compress_struct info_{};
   Errors errors_{};
-  unsigned char* buffer_ = nullptr;
-  unsigned long size_ = 0;
+  Target target_{};
 };
 
 Metadata metadataOf(const jpeg_decompress_struct& info) {
@@ -293,20 +342,24 @@ void invert(Bitmap& bitmap) {
 
 bool probe(Bytes data) { return data.size() >= 3 && data[0] == 0xFF && data[1] == 0xD8 && data[2] == 0xFF; }
 
-Decoded decode(Bytes data) {
+Decoded decode(Bytes data) { return decodeReduced(data, Bitmap::kMaxSide); }
+
+Decoded decodeReduced(Bytes data, std::int32_t longestSide) {
   Reader reader(data);
   reader.readHeader();
   const jpeg_decompress_struct& info = reader.info();
   checkClaimedSize(info.image_width, info.image_height, data.size(), kPixelsPerByte);
+  reader.reduceTo(longestSide);
 
   Decoded decoded;
   decoded.metadata = metadataOf(info);
-  decoded.bitmap = Bitmap::uninitialized(static_cast<std::int32_t>(info.image_width),
-                                         static_cast<std::int32_t>(info.image_height));
+  decoded.bitmap = Bitmap::uninitialized(static_cast<std::int32_t>(info.output_width),
+                                         static_cast<std::int32_t>(info.output_height));
   const std::int32_t rows = reader.readRows(decoded.bitmap.writable());
-  if (rows < decoded.bitmap.height()) {
-    keepRows(decoded, rows);
-  } else if (reader.damaged()) {
+  const bool cut = rows < decoded.bitmap.height();
+  if (cut) keepRows(decoded, rows);
+  // The rows of a reduced picture are not those that a user could count.
+  if (cut ? info.scale_denom > 1 : reader.damaged()) {
     decoded.notice = "The file is damaged or was cut short: parts of the picture could not be read.";
   }
 
@@ -324,15 +377,16 @@ Decoded decode(Bytes data) {
 std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata,
                                  const EncodeOptions& options) {
   const ConstPixels pixels = bitmap.pixels();
-  const bool opaque = isOpaque(bitmap);
   Writer writer;
-  writer.start(pixels.width, pixels.height, opaque, metadata, options.jpegQuality);
+  writer.start(pixels.width, pixels.height, metadata, options.jpegQuality);
   for (const Marker& marker : writeMarkers(metadata, pixels.width, pixels.height)) writer.marker(marker);
 
-  std::vector<std::uint8_t> flat(opaque ? 0 : static_cast<std::size_t>(pixels.width) * 3);
+  std::vector<std::uint8_t> flat(static_cast<std::size_t>(pixels.width) * 4);
   for (std::int32_t y = 0; y < pixels.height; ++y) {
-    if (!opaque) flattenRowOnWhite(pixels.row(y), flat.data(), pixels.width);
-    writer.row(opaque ? pixels.row(y) : flat.data());
+    const std::uint8_t* const row = pixels.row(y);
+    const bool opaque = isOpaqueRow(row, pixels.width);
+    if (!opaque) flattenRowOnWhite(row, flat.data(), pixels.width, 4);
+    writer.row(opaque ? row : flat.data());
   }
   return writer.finish();
 }

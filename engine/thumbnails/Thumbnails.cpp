@@ -1,0 +1,61 @@
+#include "Thumbnails.h"
+
+#include <algorithm>
+#include <atomic>
+#include <utility>
+
+#include "base/RuntimeError.h"
+#include "engine/Parallel.h"
+#include "engine/codecs/Codecs.h"
+#include "engine/effects/Resize.h"
+
+namespace kestrel::engine {
+namespace {
+
+/// A decoder shrinks by plain averages. The filter after it makes a clean picture of what is at least so many
+/// times as large as wanted.
+constexpr std::int32_t kRoomForFilter = 2;
+
+void requireSide(std::int32_t longestSide) {
+  if (longestSide < 1) throw RuntimeError(err::kInvalidCall, "A thumbnail needs a side of at least 1 pixel.");
+}
+
+Bitmap shrunk(const Bitmap& bitmap, std::int32_t longestSide) {
+  const std::int64_t longest = std::max(bitmap.width(), bitmap.height());
+  if (longest <= longestSide) return bitmap;
+  const auto scaled = [&](std::int64_t side) {
+    return static_cast<std::int32_t>(
+        std::max<std::int64_t>(1, (2 * side * longestSide + longest) / (2 * longest)));
+  };
+  return resize(bitmap, scaled(bitmap.width()), scaled(bitmap.height()), ResampleMethod::Lanczos3);
+}
+
+}  // namespace
+
+Thumbnail readThumbnail(const std::filesystem::path& path, std::int32_t longestSide) {
+  requireSide(longestSide);
+  const std::int32_t enough =
+      longestSide > Bitmap::kMaxSide / kRoomForFilter ? Bitmap::kMaxSide : longestSide * kRoomForFilter;
+  Decoded decoded = decodeFileReduced(path, enough);
+  return {shrunk(decoded.bitmap, longestSide), std::move(decoded.notice)};
+}
+
+std::vector<Thumbnail> readThumbnails(std::span<const std::filesystem::path> paths,
+                                      std::int32_t longestSide) {
+  requireSide(longestSide);
+  std::vector<Thumbnail> thumbnails(paths.size());
+  // Files differ too much in their work to be shared out beforehand: each thread takes the next.
+  std::atomic<std::size_t> next = 0;
+  forRows(threadCount(), 1, [&](std::int32_t, std::int32_t) {
+    for (std::size_t i = next++; i < paths.size(); i = next++) {
+      try {
+        thumbnails[i] = readThumbnail(paths[i], longestSide);
+      } catch (const RuntimeError& error) {
+        thumbnails[i].notice = error.Description();
+      }
+    }
+  });
+  return thumbnails;
+}
+
+}  // namespace kestrel::engine
