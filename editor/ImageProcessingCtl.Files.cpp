@@ -45,6 +45,20 @@ constexpr std::int32_t kCheckBoxIndent = 3;
 constexpr std::int32_t kCheckBoxDrop = 36;
 constexpr std::int32_t kCheckBoxMargin = 3;
 
+/// What the user should know of the file that the picture came from; empty for a whole file with one picture.
+std::string AboutFile(const Image* Picture) {
+  if (!Picture) return {};
+  std::string Text = Picture->Damage();
+  const std::int32_t Others = Picture->Pages() - 1;
+  if (Others < 1) return Text;
+  if (!Text.empty()) Text += ' ';
+  Text += "The file has " + ToText(Picture->Pages()) + " pages, and this is the first. ";
+  return Text + (Others == 1
+                     ? "Saving over it would lose the other page: to keep it, save under another name."
+                     : "Saving over it would lose the other " + ToText(Others) +
+                           " pages: to keep them, save under another name.");
+}
+
 }  // namespace
 
 bool ImageProcessingCtl::OpenImage(std::string Filename) {
@@ -99,6 +113,7 @@ void ImageProcessingCtl::zPictureSet() {
     SetControls(true);
     Changed(false);
     ResetSelection();
+    zTellOfFile();
     PictureSet();
   } catch (...) {
     QDK_TRAILER(zPictureSet, QDK_PARAMETERS(), QDK_LOCALS());
@@ -176,6 +191,7 @@ bool ImageProcessingCtl::zSaveImage(std::string Filename, std::int32_t ForcedFor
                           SaveImageThumbnail(Thumbnail));
       if (UpdateUserInterface) {
         QDK_RESUME_NEXT(igxImage.Modified(false));
+        QDK_RESUME_NEXT(zForgetFile());
         pFilename = Filename;
         QDK_RESUME_NEXT(mFormat = modImgX::GetSaveFormatFromFilename(Filename, files));
         QDK_RESUME_NEXT(Required(pMRU).AddFile(pFilename));
@@ -229,6 +245,52 @@ void ImageProcessingCtl::pDialog_InitDialog(std::int32_t& DialogWidth, std::int3
   } catch (...) {
     QDK_TRAILER(pDialog_InitDialog, QDK_PARAMETERS(DialogWidth, DialogHeight),
                 QDK_LOCALS(Left, Top, Width, Height));
+  }
+}
+
+// -- What the user should know of the picture's file ------------------------------------------------------
+
+void ImageProcessingCtl::zTellOfFile() {
+  bool LosesPages = false;
+  try {
+    iNotice = AboutFile(igxImage.Image());
+    LosesPages = !iNotice.empty() && igxImage.Image()->Pages() > 1;
+    iRepeatNotice = LosesPages;
+    igxImage.Notice(iNotice, LosesPages && zOffersSaveAs() ? Commands()("btnFileSaveAs").Caption() : "");
+  } catch (...) {
+    QDK_TRAILER(zTellOfFile, QDK_PARAMETERS(), QDK_LOCALS(LosesPages));
+  }
+}
+
+/// After each change: tells of another picture's file, and once more what a save would lose.
+void ImageProcessingCtl::zFollowFile() {
+  bool Another = false;
+  try {
+    Another = AboutFile(igxImage.Image()) != iNotice;
+    if (!Another && !iRepeatNotice) return;
+    zTellOfFile();
+    if (!Another) iRepeatNotice = false;
+  } catch (...) {
+    QDK_TRAILER(zFollowFile, QDK_PARAMETERS(), QDK_LOCALS(Another));
+  }
+}
+
+/// After a save: the picture's file is the new one, which is whole and has nothing to lose.
+void ImageProcessingCtl::zForgetFile() {
+  iRepeatNotice = false;
+  igxImage.Notice("");
+}
+
+bool ImageProcessingCtl::zOffersSaveAs() {
+  const Command& SaveAs = Commands()("btnFileSaveAs");
+  return SaveAs.Visible() && SaveAs.Enabled();
+}
+
+void ImageProcessingCtl::igxImage_NoticeAction() {
+  try {
+    if (zOffersSaveAs()) mrgUI_CommandClick(Commands()("btnFileSaveAs"));
+  } catch (...) {
+    QDK_TRAILER(igxImage_NoticeAction, QDK_PARAMETERS(), QDK_LOCALS());
   }
 }
 

@@ -38,6 +38,7 @@ void ImageProcessingCtl::igxImage_Changed() {
     label("btnEditUndo");
     Caption = StepCaption("Redo", igxImage.RedoName());
     label("btnEditRedo");
+    zFollowFile();
     Changed(true);
   } catch (...) {
     QDK_TRAILER(igxImage_Changed, QDK_PARAMETERS(), QDK_LOCALS(Caption));

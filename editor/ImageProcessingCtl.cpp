@@ -100,6 +100,7 @@ void ImageProcessingCtl::zConnect() {
   keep(igxImage.BeforeZoomChanged.Connect([this](double zoom) { igxImage_BeforeZoomChanged(zoom); }));
   keep(igxImage.WheelZoom.Connect([this](std::int32_t direction) { igxImage_WheelZoom(direction); }));
   keep(igxImage.Changed.Connect([this] { igxImage_Changed(); }));
+  keep(igxImage.NoticeAction.Connect([this] { igxImage_NoticeAction(); }));
   zConnectPointer();
 }
 

@@ -252,6 +252,11 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   void zPictureSet();
   bool zSaveImage(std::string Filename, std::int32_t ForcedFormat, bool UpdateUserInterface);
   void pDialog_InitDialog(std::int32_t& DialogWidth, std::int32_t& DialogHeight);
+  void zTellOfFile();
+  void zFollowFile();
+  void zForgetFile();
+  bool zOffersSaveAs();
+  void igxImage_NoticeAction();
 
   // Commands
   void mrgUI_CommandClick(Command& Command);
@@ -363,6 +368,8 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   std::int16_t iLastButton = 0;
   float iZoomLevel = 0;
   bool iHandlingZoomCombo = false;
+  std::string iNotice;         ///< what the user was told of the picture's file
+  bool iRepeatNotice = false;  ///< the first change brings it back if it was closed
 
   std::vector<Connection> iConnections;
   Connection iDialogConnection;

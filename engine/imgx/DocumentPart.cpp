@@ -16,8 +16,12 @@ void DocumentPart::FromFile(const std::string& filename, std::int32_t page, cons
     throw RuntimeError(err::kInvalidCall, "Only the first picture of a file can be loaded.");
   }
   Decoded decoded = decodeFile(std::filesystem::path(filename));
-  auto metadata = std::make_shared<const Metadata>(std::move(decoded.metadata));
-  owner_.putPicture({std::move(decoded.bitmap), decoded.format, std::move(metadata)}, undoName);
+  PictureState picture{std::move(decoded.bitmap), decoded.format, decoded.stored.pages};
+  if (!decoded.notice.empty()) {
+    picture.damage = std::make_shared<const std::string>(std::move(decoded.notice));
+  }
+  picture.metadata = std::make_shared<const Metadata>(std::move(decoded.metadata));
+  owner_.putPicture(std::move(picture), undoName);
 }
 
 void DocumentPart::FromPicture(const Picture& picture, const std::string& undoName) {

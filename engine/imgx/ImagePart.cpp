@@ -6,6 +6,11 @@
 
 namespace kestrel::engine {
 
+std::string ImagePart::Damage() const {
+  const auto& damage = owner_.picture().state().damage;
+  return damage ? *damage : std::string();
+}
+
 Colour ImagePart::GetPixel(std::int32_t x, std::int32_t y) const {
   const Bitmap& picture = bitmap();
   if (x < 0 || y < 0 || x >= picture.width() || y >= picture.height()) {

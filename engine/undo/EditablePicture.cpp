@@ -32,7 +32,9 @@ Rectangle boundsOf(const Bitmap& bitmap) { return {0, 0, bitmap.width(), bitmap.
 }  // namespace
 
 void EditablePicture::replacePixels(Bitmap bitmap, const std::string& undoName) {
-  exchangeWith({std::move(bitmap), state_.format, state_.metadata}, undoName, false);
+  PictureState next = state_;
+  next.bitmap = std::move(bitmap);
+  exchangeWith(std::move(next), undoName, false);
 }
 
 void EditablePicture::put(PictureState picture, const std::string& undoName) {

@@ -39,7 +39,7 @@ class EditablePicture {
   const Bitmap& bitmap() const noexcept { return state_.bitmap; }
   bool empty() const noexcept { return state_.bitmap.empty(); }
 
-  /// Puts new pixels into the picture; format and metadata stay.
+  /// Puts new pixels into the picture; what is known of its file stays.
   void replacePixels(Bitmap bitmap, const std::string& undoName);
 
   /// Puts another picture in.

@@ -120,6 +120,13 @@ void View::SelectionStyle(std::int32_t value) {
   }
 }
 
+void View::Notice(const std::string& text, const std::string& action) {
+  if (text == notice_ && action == noticeAction_) return;
+  notice_ = text;
+  noticeAction_ = action;
+  showNotice(notice_, noticeAction_);
+}
+
 void View::Tool(std::int32_t value) {
   if (value == tool_) return;
   cancelGesture();

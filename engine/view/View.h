@@ -68,6 +68,8 @@ class View : public Face<ImageView>, private GestureHost {
   void MousePointerStyle(std::int32_t value) override { mousePointerStyle_ = value; }
   void AutoRedrawSelection(bool value) override { autoRedrawSelection_ = value; }
   void SelectionStyle(std::int32_t value) override;
+  std::string Notice() const override { return notice_; }
+  void Notice(const std::string& text, const std::string& action) override;
 
   /// Bytes that the undo stack holds.
   std::size_t undoMemory() const { return picture_->undoMemory(); }
@@ -95,6 +97,8 @@ class View : public Face<ImageView>, private GestureHost {
   void scrollBy(float x, float y);
   /// False if the key means nothing to the view at this moment.
   bool keyDown(ViewKey key, std::int32_t shift);
+  /// The user has closed the notice.
+  void closeNotice() { Notice({}, {}); }
   /// To be called while the timer is on.
   void timer(ViewTimer which);
 
@@ -114,6 +118,8 @@ class View : public Face<ImageView>, private GestureHost {
   /// `horizontalScroll` and `verticalScroll` have changed.
   virtual void scrollRangesChanged() = 0;
   virtual void setTimer(ViewTimer which, bool on) = 0;
+  /// `text` takes the place of the notice that was shown; an empty one takes it away.
+  virtual void showNotice(const std::string& text, const std::string& action) = 0;
 
  private:
   // PictureOwner
@@ -190,6 +196,9 @@ class View : public Face<ImageView>, private GestureHost {
   bool autoScrolling_ = false;
   bool wheeling_ = false;  ///< zooming keeps the pixel under the pointer, not the middle
   float wheelRest_ = 0;    ///< part of a notch towards the next `WheelZoom`
+
+  std::string notice_;
+  std::string noticeAction_;
 };
 
 }  // namespace kestrel::engine

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "Colour.h"
 #include "Types.h"
@@ -21,6 +22,11 @@ class Image {
 
   /// The format code of the file that the picture was loaded from; 0 if it came from no file.
   virtual std::int32_t Format() const = 0;
+  /// How many pictures that file held; this was the first of them. 1 if it came from no file.
+  virtual std::int32_t Pages() const = 0;
+  /// A sentence for the user if that file was damaged and the picture is only what could be read of it, else
+  /// empty.
+  virtual std::string Damage() const = 0;
 
   /// The colour of one pixel, its alpha included. Raises RuntimeError 5 outside the picture.
   virtual Colour GetPixel(std::int32_t x, std::int32_t y) const = 0;

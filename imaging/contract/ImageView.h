@@ -108,6 +108,13 @@ class ImageView : public Control, public ImagingFace {
   /// 0 the marching rectangle.
   virtual void SelectionStyle(std::int32_t value) = 0;
 
+  /// A text that the user should read, in a strip above the picture; empty for none. The view shows it until
+  /// it is given another one, or an empty one, or the user closes it; then it reads empty. Showing it takes
+  /// no focus, and makes no more of the view's own pixels than a smaller window would.
+  virtual std::string Notice() const = 0;
+  /// `action` is the caption of a button that the strip offers; empty for none.
+  virtual void Notice(const std::string& text, const std::string& action = {}) = 0;
+
   /// A press and release of a button without a drag.
   Event<> Click;
   /// Button, Shift, X, Y in view pixels.
@@ -134,6 +141,8 @@ class ImageView : public Control, public ImagingFace {
   Event<> PanChanged;
   Event<> Scroll;
   Event<> ScrollChanged;
+  /// The user pressed the button of the notice, which stays.
+  Event<> NoticeAction;
 };
 
 }  // namespace kestrel

@@ -51,6 +51,10 @@ void ImageView::turnWheel(std::int32_t notches, std::int32_t shift, Point at) {
   wheel(0, static_cast<float>(notches), shift, static_cast<float>(at.X), static_cast<float>(at.Y));
 }
 
+void ImageView::pressNoticeButton() {
+  if (!noticeButton_.empty()) NoticeAction();
+}
+
 engine::Bitmap ImageView::painted() {
   if (Width() < 1 || Height() < 1) return {};
   auto bitmap = engine::Bitmap::filled(Width(), Height());

@@ -28,10 +28,14 @@ class ImageView : public WindowOf<engine::View> {
   void click(Point at, std::int32_t button = kLeftButton, std::int32_t shift = 0);
   void leave();
   void turnWheel(std::int32_t notches, std::int32_t shift, Point at);
+  /// Of the notice that is shown.
+  void pressNoticeButton();
 
   /// What is to be seen now; empty for a view without an area.
   engine::Bitmap painted();
   engine::ViewCursor cursor() const { return cursor_; }
+  /// The caption of the button that the notice offers; empty for none.
+  const std::string& noticeButton() const { return noticeButton_; }
   /// How often the whole view was painted at once.
   std::int32_t repaints() const { return repaints_; }
 
@@ -44,10 +48,12 @@ class ImageView : public WindowOf<engine::View> {
   void showCursor(engine::ViewCursor cursor) override { cursor_ = cursor; }
   void scrollRangesChanged() override {}
   void setTimer(engine::ViewTimer /*which*/, bool /*on*/) override {}
+  void showNotice(const std::string& /*text*/, const std::string& action) override { noticeButton_ = action; }
 
   MappedDocument document_;
   MappedWriter writer_;
   engine::ViewCursor cursor_ = engine::ViewCursor::arrow;
+  std::string noticeButton_;
   std::int32_t repaints_ = 0;
 };
 

@@ -1,5 +1,6 @@
 #include "ImageSurface.h"
 
+#include <QApplication>
 #include <QSignalBlocker>
 
 #include "../Guard.h"
@@ -28,7 +29,8 @@ ImageSurface::ImageSurface(QWidget* parent)
     : QWidget(parent),
       canvas_(new ViewCanvas(this)),
       horizontal_(new QScrollBar(Qt::Horizontal, this)),
-      vertical_(new QScrollBar(Qt::Vertical, this)) {
+      vertical_(new QScrollBar(Qt::Vertical, this)),
+      notice_(new NoticeStrip(this)) {
   setFocusProxy(canvas_);
   setAutoFillBackground(true);  // the corner between the bars
   horizontal_->setAccessibleName(translated("Scroll the picture sideways"));
@@ -40,6 +42,12 @@ ImageSurface::ImageSurface(QWidget* parent)
     bar->setContextMenuPolicy(Qt::NoContextMenu);
     connect(bar, &QScrollBar::valueChanged, this, &ImageSurface::scrolled);
   }
+  connect(notice_, &NoticeStrip::closed, this, [this] {
+    if (view_) guarded([this] { view_->closeNotice(); });
+  });
+  connect(notice_, &NoticeStrip::buttonPressed, this, [this] {
+    if (view_) guarded([this] { view_->NoticeAction(); });
+  });
 }
 
 void ImageSurface::setView(engine::View* view) {
@@ -53,24 +61,47 @@ void ImageSurface::resizeEvent(QResizeEvent* /*event*/) {
   updateBars();
 }
 
+bool ImageSurface::event(QEvent* event) {
+  if (event->type() == QEvent::LayoutRequest) {  // the notice wants another height
+    layOut();
+    updateBars();
+  }
+  return QWidget::event(event);
+}
+
+void ImageSurface::showNotice(const QString& text, const QString& button) {
+  if (text.isEmpty() && notice_->isAncestorOf(QApplication::focusWidget())) canvas_->setFocus();
+  notice_->tell(text, button);
+  layOut();
+  updateBars();
+}
+
+int ImageSurface::heightBelowNotice() const {
+  return notice_->isHidden() ? height() : height() - notice_->height();
+}
+
 void ImageSurface::layOut() {
-  const int bar = horizontal_->sizeHint().height();
+  // However long the text is, half of the window stays the picture's.
+  if (!notice_->isHidden()) notice_->setGeometry(0, 0, width(), notice_->heightAt(width(), height() / 2));
+  const int top = height() - heightBelowNotice();
   const int right = shown_.vertical ? vertical_->sizeHint().width() : 0;
-  const int below = shown_.horizontal ? bar : 0;
+  const int below = shown_.horizontal ? horizontal_->sizeHint().height() : 0;
+  const int high = heightBelowNotice() - below;
   horizontal_->setVisible(shown_.horizontal);
   vertical_->setVisible(shown_.vertical);
-  horizontal_->setGeometry(0, height() - below, width() - right, below);
-  vertical_->setGeometry(width() - right, 0, right, height() - below);
-  canvas_->setGeometry(0, 0, width() - right, height() - below);
+  horizontal_->setGeometry(0, top + high, width() - right, below);
+  vertical_->setGeometry(width() - right, top, right, high);
+  canvas_->setGeometry(0, top, width() - right, high);
 }
 
 ImageSurface::BarsShown ImageSurface::barsNeeded() const {
   const double factor = devicePixelRatioF();
   const int wide = content(view_->horizontalScroll());
   const int high = content(view_->verticalScroll());
-  const auto exceeds = [factor](int pixels, int room) { return pixels > room * factor; };
-  BarsShown needed{exceeds(wide, width()), exceeds(high, height())};
-  if (needed.horizontal) needed.vertical = exceeds(high, height() - horizontal_->sizeHint().height());
+  const int room = heightBelowNotice();
+  const auto exceeds = [factor](int pixels, int size) { return pixels > size * factor; };
+  BarsShown needed{exceeds(wide, width()), exceeds(high, room)};
+  if (needed.horizontal) needed.vertical = exceeds(high, room - horizontal_->sizeHint().height());
   if (needed.vertical) needed.horizontal = exceeds(wide, width() - vertical_->sizeHint().width());
   return needed;
 }

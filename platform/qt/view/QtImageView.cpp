@@ -1,6 +1,7 @@
 #include "QtImageView.h"
 
 #include "../Guard.h"
+#include "../Text.h"
 #include "Cursors.h"
 
 namespace kestrel::qt {
@@ -39,6 +40,10 @@ void QtImageView::scrollRangesChanged() { surface_.updateBars(); }
 
 void QtImageView::setTimer(engine::ViewTimer which, bool on) {
   on ? timerOf(which).start() : timerOf(which).stop();
+}
+
+void QtImageView::showNotice(const std::string& text, const std::string& action) {
+  surface_.showNotice(translated(text), withoutAccessKey(translated(action)));
 }
 
 QTimer& QtImageView::timerOf(engine::ViewTimer which) {

@@ -25,6 +25,7 @@ class QtImageView final : public WidgetControl<engine::View> {
   void showCursor(engine::ViewCursor cursor) override;
   void scrollRangesChanged() override;
   void setTimer(engine::ViewTimer which, bool on) override;
+  void showNotice(const std::string& text, const std::string& action) override;
 
  private:
   QTimer& timerOf(engine::ViewTimer which);

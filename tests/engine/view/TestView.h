@@ -128,6 +128,7 @@ class TestView : private TestClipboard, public View {
   void setTimer(ViewTimer which, bool on) override {
     (which == ViewTimer::march ? marching : autoScrolling) = on;
   }
+  void showNotice(const std::string& /*text*/, const std::string& /*action*/) override {}
 
  private:
   template <typename... Args>

@@ -114,6 +114,8 @@ class ImageOfFormat final : public Image {
   std::int32_t Width() const override { return inner_.Width(); }
   std::int32_t Height() const override { return inner_.Height(); }
   std::int32_t Format() const override { return format_; }
+  std::int32_t Pages() const override { return inner_.Pages(); }
+  std::string Damage() const override { return inner_.Damage(); }
   Colour GetPixel(std::int32_t x, std::int32_t y) const override { return inner_.GetPixel(x, y); }
   void Convert(const Colour* background, std::int32_t pixelFormat) override {
     inner_.Convert(background, pixelFormat);
