@@ -1,18 +1,22 @@
 #include "Measure.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <istream>
 #include <ostream>
 #include <sstream>
 #include <stdexcept>
 
+#include "Cores.h"
+
 namespace kestrel::bench {
 namespace {
 
-double millisecondsOf(const std::function<void()>& work) {
+double figureOf(const Contender& contender) {
+  if (contender.figure) return contender.figure();
   const auto start = std::chrono::steady_clock::now();
-  work();
+  contender.run();
   return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
 }
 
@@ -25,37 +29,35 @@ double median(std::vector<double> values) {
 }  // namespace
 
 std::vector<Measured> measure(const Comparison& comparison, int runs) {
+  runOnCores(comparison.cores);
   const std::vector<Contender> contenders = comparison.contenders();
-  std::vector<std::vector<double>> times(contenders.size());
-  for (const Contender& contender : contenders) contender.run();
+  std::vector<std::vector<double>> figures(contenders.size());
+  for (const Contender& contender : contenders) figureOf(contender);
   for (int run = 0; run < runs; ++run)
-    for (std::size_t i = 0; i < contenders.size(); ++i) times[i].push_back(millisecondsOf(contenders[i].run));
+    for (std::size_t i = 0; i < contenders.size(); ++i) figures[i].push_back(figureOf(contenders[i]));
 
   std::vector<Measured> results;
   for (std::size_t i = 0; i < contenders.size(); ++i)
-    results.push_back({comparison.operation, comparison.bar, contenders[i].name, contenders[i].computes,
-                       i == 0, median(times[i])});
+    results.push_back({comparison.operation, comparison.bar, comparison.unit, contenders[i].name,
+                       contenders[i].computes, i == 0, median(figures[i])});
   return results;
 }
 
 void write(std::ostream& out, const std::vector<Measured>& results) {
   for (const Measured& m : results)
-    out << m.operation << '\t' << m.bar << '\t' << m.contender << '\t' << m.computes << '\t' << m.ours << '\t'
-        << m.milliseconds << '\n';
+    out << m.operation << '\t' << m.bar << '\t' << m.unit << '\t' << m.contender << '\t' << m.computes << '\t'
+        << m.ours << '\t' << m.figure << '\n';
 }
 
 std::vector<Measured> read(std::istream& in) {
   std::vector<Measured> results;
   for (std::string line; std::getline(in, line);) {
     std::istringstream fields(line);
-    Measured m;
-    std::string bar;
-    std::getline(fields, m.operation, '\t');
-    std::getline(fields, bar, '\t');
-    std::getline(fields, m.contender, '\t');
-    std::getline(fields, m.computes, '\t');
-    if (!(fields >> m.ours >> m.milliseconds)) throw std::runtime_error("No line of measurements: " + line);
-    m.bar = std::stod(bar);
+    std::array<std::string, 5> texts;
+    for (std::string& text : texts) std::getline(fields, text, '\t');
+    Measured m{texts[0], 0, texts[2], texts[3], texts[4]};
+    if (!(fields >> m.ours >> m.figure) || !(std::istringstream(texts[1]) >> m.bar))
+      throw std::runtime_error("No line of measurements: " + line);
     results.push_back(std::move(m));
   }
   return results;

@@ -8,14 +8,15 @@
 
 namespace kestrel::bench {
 
-/// The times of one contender in one row.
+/// The figure of one contender in one row.
 struct Measured {
   std::string operation;
   double bar = 1;
+  std::string unit;
   std::string contender;
   std::string computes;
   bool ours = false;
-  double milliseconds = 0;  ///< the median
+  double figure = 0;  ///< the median
 };
 
 /// Runs the contenders of a row in turn, `runs` times round after one round unmeasured, so that whatever

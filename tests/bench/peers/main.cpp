@@ -4,16 +4,18 @@
 
 #include <iostream>
 
+#include "Cores.h"
 #include "Measure.h"
 
 int main(int argc, char** argv) {
-  int runs = 7;
+  int runs = 9;
   std::string only;
   CLI::App app{"Measures our operations beside those of other libraries."};
   app.add_option("--runs", runs, "how often each contender runs")->check(CLI::Range(1, 1000));
   app.add_option("--only", only, "measure only operations whose name holds this");
   CLI11_PARSE(app, argc, argv);
 
+  kestrel::bench::runOnCores(1);
   for (const kestrel::bench::Comparison& comparison : kestrel::bench::comparisons())
     if (comparison.operation.find(only) != std::string::npos) {
       kestrel::bench::write(std::cout, kestrel::bench::measure(comparison, runs));

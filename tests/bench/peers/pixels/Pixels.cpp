@@ -1,0 +1,142 @@
+// Operations that move or change pixels one by one, on 24 megapixels of RGBA. Ours gives a new picture each
+// time, whose memory the engine keeps; the others write to a buffer that is kept from run to run.
+
+#include <cstring>
+#include <memory>
+#include <opencv2/core.hpp>
+
+#include "ByHand.h"
+#include "Comparison.h"
+#include "MemoryPass.h"
+#include "Pictures.h"
+#include "Turns.h"
+#include "engine/effects/Composite.h"
+#include "engine/effects/Crop.h"
+#include "engine/effects/Flatten.h"
+#include "engine/effects/Flip.h"
+#include "engine/effects/GrayScale.h"
+#include "engine/effects/QuarterTurn.h"
+#include "engine/effects/ReplaceColor.h"
+
+namespace kestrel::bench {
+namespace {
+
+using engine::Bitmap;
+using engine::Pixel;
+
+/// Our time for what need not be slower than a pass of memory by much.
+constexpr double kPassBar = 1.3;
+
+std::vector<Contender> turns(int quarters) {
+  const Bitmap picture = makePicture(true);
+  const Bitmap turned = engine::quarterTurn(picture, quarters);
+  const auto pixman = std::make_shared<PixmanTurn>(picture, quarters);
+  const auto yuv = std::make_shared<YuvTurn>(picture, quarters);
+  pixman->run();
+  requireLike(turned, pixman->result(), 0);
+  yuv->run();
+  requireLike(turned, yuv->result(), 0);
+  return {{"ours", "exact", [=] { engine::quarterTurn(picture, quarters); }},
+          {"pixman", "exact", [=] { pixman->run(); }},
+          {"libyuv", "exact", [=] { yuv->run(); }}};
+}
+
+/// Ours beside passes of memory over as many bytes as its result has.
+std::vector<Contender> besidePass(Contender ours, const Bitmap& picture, const Bitmap& kept) {
+  const auto out = std::make_shared<Bitmap>(kept);
+  const std::size_t bytes = std::min(picture.byteSize(), kept.byteSize());
+  return {std::move(ours),
+          {"memcpy", "copies the bytes",
+           [=] { std::memcpy(out->writable().data, picture.pixels().data, bytes); }},
+          {"streaming copy", "copies the bytes past the caches",
+           [=] { streamingPass(picture.pixels().data, bytes, out->writable().data); }}};
+}
+
+template <class Operation>
+Comparison pass(const char* name, const char* computes, bool opaque, Operation operation) {
+  return {name, kPassBar, [=] {
+            const Bitmap picture = makePicture(opaque);
+            const Bitmap result = operation(picture);
+            return besidePass({"ours", computes, [=] { operation(picture); }}, picture,
+                              keptBuffer(result.width(), result.height()));
+          }};
+}
+
+Bitmap copied(const Bitmap& source) {
+  Bitmap result = source;
+  result.writable();
+  return result;
+}
+
+struct Layers {
+  Bitmap under = makePicture(false, 1), top = makePicture(false, 77), out = keptBuffer();
+};
+
+std::vector<Contender> compositeBesidePass() {
+  const auto layers = std::make_shared<Layers>();
+  return {{"ours", "over, both with straight alpha of every value; exact quotients",
+           [=] { engine::composite(layers->under, layers->top, 0, 0); }},
+          {"streaming pass", "reads both pictures and writes one, past the caches", [=] {
+             streamingPass(layers->under.pixels().data, layers->top.pixels().data, layers->out.byteSize(),
+                           layers->out.writable().data);
+           }}};
+}
+
+std::vector<Contender> compositeBesideOpenCv() {
+  const auto layers = std::make_shared<Layers>();
+  const auto composite = std::make_shared<FloatComposite>();
+  const auto run = [=] {
+    cv::Mat out = asMat(layers->out.writable());
+    composite->run(asMat(layers->under.pixels()), asMat(layers->top.pixels()), out);
+  };
+  run();
+  requireLike(engine::composite(layers->under, layers->top, 0, 0), layers->out, 1);
+  return {{"ours", "over, both with straight alpha of every value; exact quotients",
+           [=] { engine::composite(layers->under, layers->top, 0, 0); }},
+          {"OpenCV", "the same within a level, in float planes, in bands of rows that stay cached", run}};
+}
+
+std::vector<Contender> replaceBesideOpenCv() {
+  const Bitmap picture = makePicture(true);
+  const auto out = std::make_shared<Bitmap>(keptBuffer());
+  const auto replace = std::make_shared<ThreeCallReplace>();
+  const Pixel from{100, 100, 100, 255}, to{10, 200, 30, 255};
+  constexpr double kTolerance = 40;
+  const auto run = [=] {
+    cv::Mat mat = asMat(out->writable());
+    replace->run(asMat(picture.pixels()), {100, 100, 100, 255}, {10, 200, 30, 255}, kTolerance, mat);
+  };
+  run();
+  requireLike(engine::replaceColor(picture, from, to, kTolerance), *out, 0);
+  return {{"ours", "all fully transparent pixels are one colour",
+           [=] { engine::replaceColor(picture, from, to, kTolerance); }},
+          {"OpenCV", "inRange, copyTo, setTo; compares what stands under alpha 0, too", run}};
+}
+
+}  // namespace
+
+std::vector<Comparison> comparisons() {
+  using engine::FlipDirection;
+  return {
+      {"rotate 90", 0.6, [] { return turns(1); }},
+      {"rotate 270", 0.6, [] { return turns(3); }},
+      pass("flip left to right", "exact", true,
+           [](const Bitmap& b) { return engine::flip(b, FlipDirection::LeftToRight); }),
+      pass("flip top to bottom", "exact", true,
+           [](const Bitmap& b) { return engine::flip(b, FlipDirection::TopToBottom); }),
+      pass("crop to 5000x3000", "exact", true,
+           [](const Bitmap& b) { return engine::crop(b, 500, 500, 5000, 3000); }),
+      pass("copy", "what the first write to a shared picture does", true, copied),
+      pass("grey", "BT.709 luma; keeps the alpha", true,
+           [](const Bitmap& b) { return engine::grayScale(b); }),
+      pass("flatten on a colour", "alpha of every value", false,
+           [](const Bitmap& b) {
+             return engine::flatten(b, {200, 220, 240, 255});
+           }),
+      {"composite", kPassBar, compositeBesidePass},
+      {"composite, beside OpenCV", 0.4, compositeBesideOpenCv},
+      {"replace colour with tolerance", 0.3, replaceBesideOpenCv},
+  };
+}
+
+}  // namespace kestrel::bench
