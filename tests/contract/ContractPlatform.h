@@ -50,7 +50,13 @@ class ContractPlatform {
   virtual void turnWheel(ImageView& view, std::int32_t notches, std::int32_t shift, Point at) = 0;
   /// The pointer goes from the view to somewhere outside.
   virtual void leaveWithPointer(ImageView& view) = 0;
+  virtual void pressNoticeButton(ImageView& view) = 0;
+  virtual void closeNotice(ImageView& view) = 0;
   virtual void copyText(const std::string& text) = 0;
+
+  /// What the user reads in the strip above the picture, and on its button; empty where it is not there.
+  virtual std::string noticeText(ImageView& view) = 0;
+  virtual std::string noticeButton(ImageView& view) = 0;
 
   /// The colour of a point that was drawn on a form's face, -1 where nothing is drawn.
   virtual OLE_COLOR faceColor(Form& form, Point at) = 0;

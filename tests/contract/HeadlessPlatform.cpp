@@ -88,6 +88,10 @@ class HeadlessPlatform final : public ContractPlatform {
     const Point corner = own(view).origin();
     platform_.pointerRestsAt({corner.X - 10, corner.Y - 10});
   }
+  void pressNoticeButton(ImageView& view) override { own(view).pressNoticeButton(); }
+  void closeNotice(ImageView& view) override { own(view).closeNotice(); }
+  std::string noticeText(ImageView& view) override { return own(view).Notice(); }
+  std::string noticeButton(ImageView& view) override { return own(view).noticeButton(); }
   OLE_COLOR faceColor(Form& form, Point at) override {
     const engine::Bitmap& face = dynamic_cast<headless::Form&>(form).face();
     const engine::Pixel pixel = face.at(at.X, at.Y);

@@ -2,6 +2,7 @@
 #include <fstream>
 
 #include "ContractTest.h"
+#include "TiffBytes.h"
 
 namespace kestrel::contract {
 namespace {
@@ -75,6 +76,33 @@ TEST_P(Pictures, LeaveAnOlderFileAloneWhereTheyCanNotBeWritten) {
   EXPECT_EQ(errorOf([&] { picture().Writer().ToFile(path("kept.png"), 2, 0, false); }), 58);
   EXPECT_NE(errorOf([&] { picture().Writer().ToFile(path("kept.png"), 99); }), 0);
   EXPECT_EQ(std::filesystem::file_size(user().host(path("kept.png"))), size);
+}
+
+TEST_P(Pictures, KnowHowManyPagesTheirFileHeldUntilAnotherPictureIsPutIn) {
+  std::ofstream(user().host(path("pages.tif")), std::ios::binary) << grayTiff(6, 5, 3);
+  picture().Document().FromFile(path("pages.tif"));
+  EXPECT_EQ(picture().Image()->Pages(), 3);
+  EXPECT_EQ(picture().Image()->Damage(), "");
+  picture().Effects().Flip(0);
+  EXPECT_EQ(picture().Image()->Pages(), 3) << "it is still that file's picture";
+  const std::shared_ptr<ImgX> copy = platform().CreateImgX();
+  copy->Document().CopyFrom(picture());
+  EXPECT_EQ(copy->Image()->Pages(), 3) << "a copy is";
+  picture().Document().NewImage(4, 3, &kRed);
+  EXPECT_EQ(picture().Image()->Pages(), 1);
+}
+
+TEST_P(Pictures, KnowInASentenceThatTheirFileWasDamaged) {
+  const std::string whole = grayTiff(6, 5);
+  std::ofstream(user().host(path("cut.tif")), std::ios::binary) << whole.substr(0, whole.size() - 12);
+  picture().Document().FromFile(path("cut.tif"));
+  EXPECT_EQ(picture().Image()->Damage(),
+            "The file is damaged or was cut short: only 3 of 5 rows could be read.");
+  picture().Effects().Flip(1);
+  EXPECT_NE(picture().Image()->Damage(), "");
+  std::ofstream(user().host(path("whole.tif")), std::ios::binary) << whole;
+  picture().Document().FromFile(path("whole.tif"));
+  EXPECT_EQ(picture().Image()->Damage(), "");
 }
 
 TEST_P(Pictures, AreCopiedSoThatTheCopyStandsForItself) {
@@ -369,6 +397,84 @@ TEST_P(Views, AskForAZoomWhenTheWheelIsTurnedWithCtrl) {
   user().turnWheel(view(), -1, 0, {50, 50});
   EXPECT_EQ(log, "1 -1 ");
   EXPECT_GT(view().ScrollTop(), 0) << "without Ctrl the wheel scrolls";
+}
+
+TEST_P(Views, ShowANoticeUntilItIsTakenAway) {
+  EXPECT_EQ(view().Notice(), "");
+  EXPECT_EQ(user().noticeText(view()), "");
+  view().Notice("Mind the paint.");
+  user().settle();
+  EXPECT_EQ(view().Notice(), "Mind the paint.");
+  EXPECT_EQ(user().noticeText(view()), "Mind the paint.");
+  EXPECT_EQ(user().noticeButton(view()), "");
+  view().Notice("It has dried.");
+  user().settle();
+  EXPECT_EQ(user().noticeText(view()), "It has dried.");
+  view().Notice("");
+  user().settle();
+  EXPECT_EQ(view().Notice(), "");
+  EXPECT_EQ(user().noticeText(view()), "");
+}
+
+TEST_P(Views, LetTheUserCloseTheNoticeSoThatItReadsEmpty) {
+  int presses = 0;
+  connections_.push_back(view().NoticeAction.Connect([&] { ++presses; }));
+  view().Notice("Mind the paint.", "Paint again");
+  user().settle();
+  user().closeNotice(view());
+  user().settle();
+  EXPECT_EQ(view().Notice(), "");
+  EXPECT_EQ(user().noticeText(view()), "");
+  EXPECT_EQ(user().noticeButton(view()), "");
+  EXPECT_EQ(presses, 0);
+  view().Notice("Mind the paint.", "Paint again");
+  user().settle();
+  EXPECT_EQ(user().noticeText(view()), "Mind the paint.") << "told anew";
+}
+
+TEST_P(Views, TellWhenTheNoticesButtonIsPressedAndLeaveTheNotice) {
+  int presses = 0;
+  connections_.push_back(view().NoticeAction.Connect([&] { ++presses; }));
+  view().Notice("Mind the paint.", "Paint again");
+  user().settle();
+  EXPECT_EQ(user().noticeButton(view()), "Paint again");
+  user().pressNoticeButton(view());
+  EXPECT_EQ(presses, 1);
+  EXPECT_EQ(user().noticeText(view()), "Mind the paint.");
+}
+
+TEST_P(Views, MayTakeTheNoticeAwayWhileItsButtonIsPressed) {
+  connections_.push_back(view().NoticeAction.Connect([&] { view().Notice(""); }));
+  view().Notice("Mind the paint.", "Paint again");
+  user().settle();
+  user().pressNoticeButton(view());
+  user().settle();
+  EXPECT_EQ(user().noticeText(view()), "");
+}
+
+TEST_P(Views, KeepPictureSelectionAndZoomUnderANotice) {
+  load(1000, 1000);
+  view().SetSelectionRect(10, 20, 30, 40);
+  view().Zoom(2.0);
+  view().ScrollLeft(50);
+  view().ScrollTop(60);
+  log_.clear();
+  view().Notice("Mind the paint.", "Paint again");
+  user().settle();
+  EXPECT_EQ(log_, "") << "it is no change of the picture";
+  EXPECT_EQ(view().Width(), 400);
+  EXPECT_EQ(view().Height(), 300);
+  EXPECT_DOUBLE_EQ(view().Zoom(), 2.0);
+  EXPECT_EQ(view().ScrollLeft(), 50);
+  EXPECT_EQ(view().ScrollTop(), 60);
+  EXPECT_EQ(view().SelectionLeft(), 10);
+  EXPECT_EQ(view().SelectionHeight(), 40);
+  std::string pixels;
+  connections_.push_back(view().MouseMovePixel.Connect([&](auto, auto, std::int32_t x, std::int32_t y) {
+    pixels += std::to_string(x) + ',' + std::to_string(y) + ' ';
+  }));
+  user().movePointer(view(), 0, 0, {20, 40});
+  EXPECT_EQ(pixels, "60,80 ") << "view pixels still begin at ScrollLeft and ScrollTop";
 }
 
 KESTREL_ON_ALL_PLATFORMS(Pictures);

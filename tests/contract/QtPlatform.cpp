@@ -2,10 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QClipboard>
 #include <QInputDialog>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QMouseEvent>
@@ -206,6 +208,18 @@ class QtPlatformUnderTest final : public ContractPlatform {
     QEvent event(QEvent::Leave);
     QApplication::sendEvent(&canvas(view), &event);
   }
+  void pressNoticeButton(ImageView& view) override {
+    notice(view).findChild<QAbstractButton*>(QStringLiteral("noticeButton"))->click();
+  }
+  void closeNotice(ImageView& view) override {
+    notice(view).findChild<QAbstractButton*>(QStringLiteral("noticeClose"))->click();
+  }
+  std::string noticeText(ImageView& view) override {
+    return shown(*notice(view).findChild<QLabel*>(QStringLiteral("noticeText")));
+  }
+  std::string noticeButton(ImageView& view) override {
+    return shown(*notice(view).findChild<QAbstractButton*>(QStringLiteral("noticeButton")));
+  }
   OLE_COLOR faceColor(Form& form, Point at) override {
     const QColor color = dynamic_cast<qt::QtForm&>(form).window().face().pixelColor(at.X, at.Y);
     return color.alpha() == 0 ? kNoColor : color.red() | (color.green() << 8) | (color.blue() << 16);
@@ -222,6 +236,12 @@ class QtPlatformUnderTest final : public ContractPlatform {
  private:
   static docking::MoorageModel& own(Moorage& suite) { return dynamic_cast<docking::MoorageModel&>(suite); }
   static QWidget& canvas(ImageView& view) { return dynamic_cast<qt::QtImageView&>(view).surface().canvas(); }
+  static QWidget& notice(ImageView& view) { return dynamic_cast<qt::QtImageView&>(view).surface().notice(); }
+  /// The text of a widget that can be seen.
+  template <typename Widget>
+  static std::string shown(const Widget& widget) {
+    return widget.isVisible() ? widget.text().toStdString() : std::string();
+  }
   /// A view position, which counts device pixels, as one of the widget.
   static QPointF unscaled(ImageView& view, Point at) {
     return QPointF(at.X, at.Y) / canvas(view).devicePixelRatioF();

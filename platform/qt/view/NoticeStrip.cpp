@@ -59,6 +59,7 @@ NoticeStrip::NoticeStrip(QWidget* parent)
   cross->setFocusPolicy(Qt::TabFocus);
   cross->setAccessibleName(translated("Close this notice"));
   cross->setToolTip(translated("Close this notice"));
+  text_->setObjectName(QStringLiteral("noticeText"));
   button_->setObjectName(QStringLiteral("noticeButton"));
   button_->setFocusPolicy(Qt::TabFocus);
   setTabOrder(button_, cross);
