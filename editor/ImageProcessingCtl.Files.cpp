@@ -52,11 +52,9 @@ std::string AboutFile(const Image* Picture) {
   const std::int32_t Others = Picture->Pages() - 1;
   if (Others < 1) return Text;
   if (!Text.empty()) Text += ' ';
-  Text += "The file has " + ToText(Picture->Pages()) + " pages, and this is the first. ";
-  return Text + (Others == 1
-                     ? "Saving over it would lose the other page: to keep it, save under another name."
-                     : "Saving over it would lose the other " + ToText(Others) +
-                           " pages: to keep them, save under another name.");
+  return Text + "The file has " + ToText(Picture->Pages()) +
+         " pages, of which you see the first. Saving over it would lose the other" +
+         (Others == 1 ? " one." : "s.");
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 #include <QAccessible>
 #include <QKeyEvent>
 #include <QPainter>
-#include <QPushButton>
 #include <QStyle>
 #include <QToolButton>
 #include <algorithm>
@@ -52,6 +51,7 @@ NoticeStrip::NoticeStrip(QWidget* parent)
   setCursor(Qt::ArrowCursor);
   setContextMenuPolicy(Qt::NoContextMenu);
 
+  button_->setAutoDefault(false);  // Return in the picture is none of its business
   auto* const cross = new QToolButton(this);
   cross->setObjectName(QStringLiteral("noticeClose"));
   cross->setIcon(drawnIcon("Close"));

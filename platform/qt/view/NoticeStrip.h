@@ -1,7 +1,7 @@
 #pragma once
 
-#include <QAbstractButton>
 #include <QGridLayout>
+#include <QPushButton>
 #include <QWidget>
 
 #include "NoticeText.h"
@@ -38,7 +38,7 @@ class NoticeStrip final : public QWidget {
 
   QGridLayout* layout_;
   NoticeText* text_;
-  QAbstractButton* button_;
+  QPushButton* button_;
   bool buttonBelow_ = false;
 };
 

@@ -15,8 +15,7 @@ using testing::SizeIs;
 using testing::StartsWith;
 
 constexpr char kThreePages[] =
-    "The file has 3 pages, and this is the first. Saving over it would lose the other 2 pages: to keep them, "
-    "save under another name.";
+    "The file has 3 pages, of which you see the first. Saving over it would lose the others.";
 
 class EditorNotice : public EditorTest {
  protected:
@@ -205,11 +204,10 @@ TEST_P(EditorNotice, AFileWithSeveralPagesOpensAtItsFirstAndSaysWhatASaveWouldLo
   EXPECT_EQ(panel("pnlStatus"), "");
 }
 
-TEST_P(EditorNotice, OfTwoPagesTheOtherIsNotCounted) {
+TEST_P(EditorNotice, OfTwoPagesOneWouldBeLost) {
   startWithPages(2);
   EXPECT_EQ(view().Notice(),
-            "The file has 2 pages, and this is the first. Saving over it would lose the other page: to keep "
-            "it, save under another name.");
+            "The file has 2 pages, of which you see the first. Saving over it would lose the other one.");
 }
 
 TEST_P(EditorNotice, DamageAndPagesAreToldTogether) {
@@ -221,7 +219,7 @@ TEST_P(EditorNotice, DamageAndPagesAreToldTogether) {
   write(path("both.tif"), file);
   ASSERT_TRUE(editor().OpenImage(path("both.tif")));
   EXPECT_THAT(view().Notice(), StartsWith("The file is damaged or was cut short: "));
-  EXPECT_THAT(view().Notice(), HasSubstr(". The file has 2 pages, and this is the first. "));
+  EXPECT_THAT(view().Notice(), HasSubstr(". The file has 2 pages, of which you see the first. "));
 }
 
 TEST_P(EditorNotice, TheButtonRunsTheCommandSaveAsAndTheFileKeepsItsPages) {
