@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 #include "Common.h"
 #include "FilterRows.h"
@@ -9,6 +10,38 @@
 #include "base/RuntimeError.h"
 
 namespace kestrel::engine {
+
+namespace {
+
+/// Along one axis, by what blurred values are to be multiplied so that the share of the bell that lies on the
+/// picture counts for the whole of it.
+class Wholes {
+ public:
+  explicit Wholes(const GaussianAxis& axis) : factors_(axis.profile()), inside_{0, axis.outputs()} {
+    // So little of a level is lost in rounding anyway.
+    const auto isWhole = [&](std::int32_t i) { return factors_[static_cast<std::size_t>(i)] > 0.9999F; };
+    while (!inside_.empty() && !isWhole(inside_.first)) ++inside_.first;
+    while (!inside_.empty() && !isWhole(inside_.last - 1)) --inside_.last;
+    for (float& factor : factors_) factor = 1 / factor;
+  }
+
+  const float* factors() const { return factors_.data(); }
+  float factor(std::int32_t i) const { return factors_[static_cast<std::size_t>(i)]; }
+  /// Where the factors are nearly 1.
+  Interval inside() const { return inside_; }
+
+ private:
+  std::vector<float> factors_;
+  Interval inside_;
+};
+
+void multiply(float* pixels, const float* factors, std::int32_t count, float common) {
+  for (std::int32_t x = 0; x < count; ++x) {
+    for (int c = 0; c < 4; ++c) *pixels++ *= factors[x] * common;
+  }
+}
+
+}  // namespace
 
 Bitmap blur(const Bitmap& source, double sigma) {
   requirePicture(source);
@@ -19,14 +52,26 @@ Bitmap blur(const Bitmap& source, double sigma) {
   // A bell far wider than the picture is as flat as one of this width.
   sigma = std::min(sigma, 8.0 * std::max(source.width(), source.height()));
 
-  const std::int32_t width = source.width();
-  const std::int32_t height = source.height();
-  const GaussianAxis columns(width, width, 0, sigma, FilterEdge::Renormalize);
-  const GaussianAxis rows(height, height, 0, sigma, FilterEdge::Renormalize);
-  Bitmap result = Bitmap::uninitialized(width, height);
+  const GaussianAxis columns(source.width(), source.width(), 0, sigma);
+  const GaussianAxis rows(source.height(), source.height(), 0, sigma);
+  const Wholes across(columns), down(rows);
+  Bitmap result = Bitmap::uninitialized(source.width(), source.height());
   const Pixels to = result.writable();
-  gaussianFilter(FilterSource::weightedRgba(source.pixels()), columns, rows,
-                 [&](std::int32_t y, const float* row) { storeStraightRow(row, width, to.row(y)); });
+  gaussianFilter(source.pixels(), GaussianChannels::WeightedRgba, columns, rows,
+                 [&](std::int32_t y, Interval strip, float* piece) {
+                   const auto makeWhole = [&](std::int32_t first, std::int32_t last) {
+                     if (first >= last) return;
+                     multiply(piece + std::ptrdiff_t{4} * (first - strip.first), across.factors() + first,
+                              last - first, down.factor(y));
+                   };
+                   if (down.inside().contains(y) && !across.inside().empty()) {
+                     makeWhole(strip.first, std::min(strip.last, across.inside().first));
+                     makeWhole(std::max(strip.first, across.inside().last), strip.last);
+                   } else {
+                     makeWhole(strip.first, strip.last);
+                   }
+                   storeStraightRow(piece, strip.length(), to.row(y) + std::ptrdiff_t{4} * strip.first);
+                 });
   return result;
 }
 

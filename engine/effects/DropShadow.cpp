@@ -92,15 +92,19 @@ Bitmap dropShadow(const Bitmap& source, std::int32_t offsetX, std::int32_t offse
   };
   const std::int32_t startX = start(growth.left, offsetX);
   const std::int32_t startY = start(growth.top, offsetY);
-  const GaussianAxis columns(from.width, to.width, startX, sigma, FilterEdge::Transparent);
-  const GaussianAxis rows(from.height, to.height, startY, sigma, FilterEdge::Transparent);
+  const GaussianAxis columns(from.width, to.width, startX, sigma);
+  const GaussianAxis rows(from.height, to.height, startY, sigma);
   std::uint32_t tint;
   std::memcpy(&tint, &color, sizeof tint);
-  const auto finish = [&](std::int32_t y, const float* shadow, float strength) {
-    tintRow(shadow, to.width, tint, strength, to.row(y));
+  const auto finish = [&](std::int32_t y, Interval piece, const float* shadow, float strength) {
+    tintRow(shadow, piece.length(), tint, strength, to.row(y) + std::ptrdiff_t{4} * piece.first);
     const std::int64_t sourceY = y - growth.top;
     if (sourceY < 0 || sourceY >= from.height) return;
-    compositeRow(from.row(static_cast<std::int32_t>(sourceY)), to.row(y) + 4 * growth.left, from.width);
+    const std::int64_t first = std::max<std::int64_t>(piece.first, growth.left);
+    const std::int64_t last = std::min<std::int64_t>(piece.last, growth.left + from.width);
+    if (first >= last) return;
+    compositeRow(from.row(static_cast<std::int32_t>(sourceY)) + 4 * (first - growth.left),
+                 to.row(y) + 4 * first, static_cast<std::int32_t>(last - first));
   };
   if (isOpaque(from)) {
     // The shadow of a whole rectangle is the product of its sides' shadows.
@@ -108,13 +112,14 @@ Bitmap dropShadow(const Bitmap& source, std::int32_t offsetX, std::int32_t offse
     const std::vector<float> down = rows.profile();
     forRows(to.height, rowsPerTask(to.width), [&](std::int32_t first, std::int32_t last) {
       for (std::int32_t y = first; y < last; ++y) {
-        finish(y, across.data(), color.a * down[static_cast<std::size_t>(y)]);
+        finish(y, {0, to.width}, across.data(), color.a * down[static_cast<std::size_t>(y)]);
       }
     });
   } else {
     const float opacity = static_cast<float>(color.a) / 255.0F;
-    gaussianFilter(FilterSource::alpha(from), columns, rows,
-                   [&](std::int32_t y, const float* shadow) { finish(y, shadow, opacity); });
+    gaussianFilter(
+        from, GaussianChannels::Alpha, columns, rows,
+        [&](std::int32_t y, Interval piece, const float* shadow) { finish(y, piece, shadow, opacity); });
   }
   return result;
 }

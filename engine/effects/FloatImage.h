@@ -7,8 +7,8 @@
 
 namespace kestrel::engine {
 
-/// Rows of floats between two filters, with the slack that FilterRows.h wants, which is zeros; the rest is
-/// undefined until it is written. Threads may write different rows at the same time.
+/// Rows of floats between two filters, with the slack that FilterRows.h wants; zeros at first. Rows begin at
+/// multiples of 64 bytes. Threads may write different rows at the same time.
 class FloatImage {
  public:
   /// Raises RuntimeError 7 when there is no memory.
