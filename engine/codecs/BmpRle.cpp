@@ -15,7 +15,7 @@ class Pen {
     if (x_ < pixels_.width && y_ < pixels_.height) {
       std::memcpy(pixels_.row(topDown_ ? y_ : pixels_.height - 1 - y_) + 4 * x_, &color, 4);
       touched_ = true;
-    } else {
+    } else if (x_ >= paddedWidth() || y_ >= pixels_.height) {
       outside_ = true;
     }
     ++x_;
@@ -28,6 +28,9 @@ class Pen {
   bool atEnd() const { return y_ >= pixels_.height || (y_ == pixels_.height - 1 && x_ >= pixels_.width); }
 
  private:
+  /// Some programs pack the bytes too that fill a row up to whole words.
+  std::int32_t paddedWidth() const { return (pixels_.width + 3) / 4 * 4; }
+
   void moveTo(std::int64_t x, std::int64_t y) {
     x_ = static_cast<std::int32_t>(std::min<std::int64_t>(x, pixels_.width));
     if (y != y_) touched_ = false;

@@ -2,7 +2,6 @@
 #include <string>
 #include <vector>
 
-#include "ColorProfile.h"
 #include "Damage.h"
 #include "Exif.h"
 #include "Flatten.h"
@@ -107,12 +106,10 @@ Decoded decode(Bytes data) {
 
   Decoded decoded;
   decoded.metadata = metadataOf(tiff.get(), data);
-  const PixelKind kind = readPixels(tiff.get(), data, decoded);
+  readPixels(tiff.get(), data, decoded);
   std::uint16_t orientation = 1;
   TIFFGetFieldDefaulted(tiff.get(), TIFFTAG_ORIENTATION, &orientation);
-  decoded.stored.pages = std::max(1, static_cast<std::int32_t>(TIFFNumberOfDirectories(tiff.get())));
-
-  convertToSrgb(decoded, kind);
+  decoded.stored.pages = countPages(data);
   applyOrientation(decoded, orientation);
   normalizeCameraData(decoded.metadata);
   return decoded;

@@ -2,12 +2,15 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstring>
 #include <string>
 #include <vector>
 
+#include "ColorProfile.h"
 #include "Damage.h"
 #include "TiffSamples.h"
+#include "TiffStream.h"
 #include "base/RuntimeError.h"
 
 namespace kestrel::engine::tiff {
@@ -35,6 +38,11 @@ struct Layout {
   bool premultiplied = false;
 };
 
+/// A part of the picture that could not be read.
+struct Gap {
+  std::int64_t x = 0, y = 0, columns = 0, rows = 0;
+};
+
 /// How many bytes a compression can make of one, at the most and roughly.
 std::int64_t densest(std::uint16_t compression) {
   switch (compression) {
@@ -53,6 +61,26 @@ std::int64_t densest(std::uint16_t compression) {
   }
 }
 
+/// The same in pixels.
+std::int64_t densestPixels(const Layout& layout) {
+  const std::int64_t bits = std::max<std::int64_t>(1, std::int64_t{layout.sample.bits} * layout.samples);
+  return std::max<std::int64_t>(1, densest(layout.compression) * 8 / bits);
+}
+
+/// How many samples of a pixel are its colour.
+std::uint16_t colorsOf(std::uint16_t photometric) {
+  switch (photometric) {
+    case PHOTOMETRIC_RGB:
+    case PHOTOMETRIC_CIELAB:
+    case PHOTOMETRIC_ICCLAB:
+      return 3;
+    case PHOTOMETRIC_SEPARATED:
+      return 4;
+    default:
+      return 1;
+  }
+}
+
 Layout readLayout(TIFF* tiff, std::size_t fileSize) {
   Layout layout;
   const auto width = field<std::uint32_t>(tiff, TIFFTAG_IMAGEWIDTH, 0);
@@ -68,10 +96,7 @@ Layout readLayout(TIFF* tiff, std::size_t fileSize) {
   layout.planar = layout.samples > 1 && field<std::uint16_t>(tiff, TIFFTAG_PLANARCONFIG,
                                                              PLANARCONFIG_CONTIG) == PLANARCONFIG_SEPARATE;
   layout.sample.bits = field<std::uint16_t>(tiff, TIFFTAG_BITSPERSAMPLE, 1);
-  const std::int64_t bitsPerPixel =
-      std::max<std::int64_t>(1, std::int64_t{layout.sample.bits} * layout.samples);
-  checkClaimedSize(width, height, fileSize,
-                   std::max<std::int64_t>(1, densest(layout.compression) * 8 / bitsPerPixel));
+  checkClaimedSize(width, height, fileSize, densestPixels(layout));
   layout.width = static_cast<std::int32_t>(width);
   layout.height = static_cast<std::int32_t>(height);
   switch (field<std::uint16_t>(tiff, TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_UINT)) {
@@ -85,9 +110,9 @@ Layout readLayout(TIFF* tiff, std::size_t fileSize) {
       break;
   }
   layout.sample.raw = layout.photometric == PHOTOMETRIC_PALETTE;
-  layout.colors = layout.photometric == PHOTOMETRIC_RGB         ? 3
-                  : layout.photometric == PHOTOMETRIC_SEPARATED ? 4
-                                                                : 1;
+  layout.colors = colorsOf(layout.photometric);
+  // That two of its three numbers have a sign is in the nature of this kind.
+  if (layout.photometric == PHOTOMETRIC_CIELAB) layout.sample.kind = SampleFormat::Kind::unsignedNumber;
 
   std::uint16_t extraCount = 0;
   const std::uint16_t* extras = nullptr;
@@ -132,6 +157,7 @@ class Blocks {
     if (tiled_) {
       width_ = field<std::uint32_t>(tiff, TIFFTAG_TILEWIDTH, 0);
       height_ = field<std::uint32_t>(tiff, TIFFTAG_TILELENGTH, 0);
+      checkClaimedSize(width_, height_, file.size(), densestPixels(layout));
       rowBytes_ = TIFFTileRowSize(tiff);
     } else {
       width_ = static_cast<std::uint32_t>(layout.width);
@@ -169,18 +195,24 @@ class Blocks {
 
  private:
   /// How many rows of a damaged block can still be decoded, from the part of it that the file has. The
-  /// library only says yes or no, so it is asked for ever smaller parts.
+  /// library only says yes or no, so it is asked for ever smaller parts. Of some compressions it makes up
+  /// what is missing, with no more than a warning, so that counts as a no.
   std::int64_t salvage(std::uint32_t number) {
     const std::uint64_t offset = TIFFGetStrileOffset(tiff_, number);
     if (offset >= file_.size()) return 0;
+    // No compression makes more of the pixels than this; a file may claim the same bytes for many blocks.
+    const std::uint64_t useful = 8 * buffer_.size() + (1U << 16);
     const std::uint64_t size =
-        std::min<std::uint64_t>(TIFFGetStrileByteCount(tiff_, number), file_.size() - offset);
+        std::min<std::uint64_t>({TIFFGetStrileByteCount(tiff_, number), file_.size() - offset, useful});
     if (size == 0) return 0;
     std::vector<std::uint8_t> packed(file_.begin() + static_cast<std::ptrdiff_t>(offset),
                                      file_.begin() + static_cast<std::ptrdiff_t>(offset + size));
+    const auto* const stream = static_cast<const TiffStream*>(TIFFClientdata(tiff_));
     const auto decodes = [&](std::int64_t rows) {
+      const int before = stream->complaints();
       return TIFFReadFromUserBuffer(tiff_, number, packed.data(), static_cast<tmsize_t>(packed.size()),
-                                    buffer_.data(), rowBytes_ * rows) == 1;
+                                    buffer_.data(), rowBytes_ * rows) == 1 &&
+             stream->complaints() == before;
     };
     std::int64_t good = 0, bad = height() + 1;
     while (bad - good > 1) {
@@ -199,10 +231,14 @@ class Blocks {
   std::vector<std::uint8_t> buffer_;
 };
 
+/// What of each pixel is read. Ink takes all four bytes of a pixel until it is turned into colour, so the
+/// alpha of such pictures is read after that.
+enum class Part { all, colors, alpha };
+
 /// Puts 8-bit samples into pixels.
 class PixelWriter {
  public:
-  PixelWriter(TIFF* tiff, const Layout& layout) : layout_(layout) {
+  PixelWriter(TIFF* tiff, const Layout& layout, Part part) : layout_(layout), part_(part) {
     if (layout.photometric == PHOTOMETRIC_PALETTE) palette_ = readPalette(tiff, layout.sample.bits);
   }
 
@@ -211,17 +247,18 @@ class PixelWriter {
   void put(std::uint16_t sample, const std::uint8_t* samples, std::size_t step, std::int64_t count,
            std::uint8_t* pixel) const {
     if (sample >= layout_.colors) {
-      if (sample > layout_.colors || !layout_.hasAlpha || layout_.photometric == PHOTOMETRIC_SEPARATED)
-        return;
+      if (sample > layout_.colors || !layout_.hasAlpha || part_ == Part::colors) return;
       for (std::int64_t i = 0; i < count; ++i, pixel += 4, samples += step) pixel[3] = *samples;
       return;
     }
+    if (part_ == Part::alpha) return;
     // Alpha comes after the colours and overwrites this.
-    const bool opaque = layout_.photometric != PHOTOMETRIC_SEPARATED && sample == 0;
+    const bool opaque = part_ == Part::all && sample == 0;
+    const int flip = layout_.photometric == PHOTOMETRIC_CIELAB && sample > 0 ? 0x80 : 0;
     for (std::int64_t i = 0; i < count; ++i, pixel += 4, samples += step) {
       if (opaque) pixel[3] = 255;
       if (layout_.colors > 1) {
-        pixel[sample] = *samples;
+        pixel[sample] = static_cast<std::uint8_t>(*samples ^ flip);
       } else if (layout_.photometric == PHOTOMETRIC_PALETTE) {
         const Pixel& color = palette_[*samples];
         pixel[0] = color.r, pixel[1] = color.g, pixel[2] = color.b;
@@ -234,6 +271,7 @@ class PixelWriter {
 
  private:
   Layout layout_;
+  Part part_;
   Palette palette_{};
 };
 
@@ -256,14 +294,15 @@ void tellDamage(Decoded& decoded, std::int64_t goodRows) {
                    std::to_string(decoded.bitmap.height()) + " rows could be read.";
 }
 
-/// Reads samples as they are stored, block by block.
-void readBlocks(TIFF* tiff, Bytes file, const Layout& layout, Decoded& decoded) {
+/// Reads samples as they are stored, block by block; gives what is missing.
+std::vector<Gap> readBlocks(TIFF* tiff, Bytes file, const Layout& layout, Part part, Decoded& decoded) {
   Blocks blocks(tiff, file, layout);
-  const PixelWriter writer(tiff, layout);
+  const PixelWriter writer(tiff, layout, part);
   const Pixels pixels = decoded.bitmap.writable();
   const std::uint16_t planes = layout.planar ? layout.samples : std::uint16_t{1};
   const std::uint16_t together = layout.planar ? std::uint16_t{1} : layout.samples;
   std::vector<std::uint8_t> samples(static_cast<std::size_t>(blocks.width()) * together);
+  std::vector<Gap> gaps;
   std::int64_t goodRows = 0;
 
   for (std::int64_t y = 0; y < layout.height; y += blocks.height()) {
@@ -271,9 +310,10 @@ void readBlocks(TIFF* tiff, Bytes file, const Layout& layout, Decoded& decoded) 
     std::int64_t rowsOfAll = rows;
     for (std::int64_t x = 0; x < layout.width; x += blocks.width()) {
       const std::int64_t columns = std::min<std::int64_t>(blocks.width(), layout.width - x);
+      std::int64_t rowsHere = rows;
       for (std::uint16_t plane = 0; plane < planes; ++plane) {
         const std::int64_t good = blocks.read(x, y, plane, rows);
-        rowsOfAll = std::min(rowsOfAll, good);
+        rowsHere = std::min(rowsHere, good);
         for (std::int64_t row = 0; row < good; ++row) {
           unpackSamples(blocks.row(row), samples.size(), layout.sample, samples.data());
           std::uint8_t* const target = pixels.row(static_cast<std::int32_t>(y + row)) + 4 * x;
@@ -282,14 +322,50 @@ void readBlocks(TIFF* tiff, Bytes file, const Layout& layout, Decoded& decoded) 
           }
         }
       }
+      if (rowsHere < rows) gaps.push_back({x, y + rowsHere, columns, rows - rowsHere});
+      rowsOfAll = std::min(rowsOfAll, rowsHere);
     }
     goodRows += rowsOfAll;
   }
   if (goodRows < layout.height) tellDamage(decoded, goodRows);
-  if (layout.hasAlpha && layout.premultiplied) unpremultiply(decoded.bitmap);
+  return gaps;
 }
 
-/// Lets the library make the colours of the rarer kinds (YCbCr, Lab, LogLuv).
+PixelKind kindOf(std::uint16_t photometric) {
+  switch (photometric) {
+    case PHOTOMETRIC_SEPARATED:
+      return PixelKind::cmyk;
+    case PHOTOMETRIC_CIELAB:
+    case PHOTOMETRIC_ICCLAB:
+      return PixelKind::lab;
+    case PHOTOMETRIC_MINISWHITE:
+    case PHOTOMETRIC_MINISBLACK:
+      return PixelKind::gray;
+    default:
+      return PixelKind::rgb;
+  }
+}
+
+/// Reads what `readBlocks` can and turns it into the colours of the screen.
+void readSamples(TIFF* tiff, Bytes file, const Layout& layout, Decoded& decoded) {
+  const bool ink = layout.photometric == PHOTOMETRIC_SEPARATED;
+  const std::vector<Gap> gaps = readBlocks(tiff, file, layout, ink ? Part::colors : Part::all, decoded);
+  if (!ink && layout.premultiplied) unpremultiply(decoded.bitmap);
+  convertToSrgb(decoded, kindOf(layout.photometric));
+  if (ink && layout.hasAlpha) {
+    readBlocks(tiff, file, layout, Part::alpha, decoded);
+    if (layout.premultiplied) unpremultiply(decoded.bitmap);
+  }
+  const Pixels pixels = decoded.bitmap.writable();
+  for (const Gap& gap : gaps) {
+    for (std::int64_t y = gap.y; y < gap.y + gap.rows; ++y) {
+      std::memset(pixels.row(static_cast<std::int32_t>(y)) + 4 * gap.x, 0,
+                  static_cast<std::size_t>(gap.columns) * 4);
+    }
+  }
+}
+
+/// Lets the library make the colours of the rarer kinds (YCbCr, LogLuv, Lab with a white of its own).
 void readByLibrary(TIFF* tiff, const Layout& layout, Decoded& decoded) {
   TIFFRGBAImage image{};
   char reason[1024] = "";
@@ -325,16 +401,28 @@ void readByLibrary(TIFF* tiff, const Layout& layout, Decoded& decoded) {
   TIFFRGBAImageEnd(&image);
   if (y < layout.height) tellDamage(decoded, y);
   if (hasAlpha) unpremultiply(decoded.bitmap);
+  convertToSrgb(decoded, PixelKind::rgb);
 }
 
-bool storesPlainSamples(const Layout& layout) {
+/// The white of Lab colours is that of the printing trade unless the file says otherwise; the library knows
+/// others.
+bool hasUsualWhite(TIFF* tiff) {
+  constexpr float kUsualX = 0.3457F;
+  const float* white = nullptr;
+  return TIFFGetField(tiff, TIFFTAG_WHITEPOINT, &white) != 1 || std::abs(white[0] - kUsualX) < 0.005F;
+}
+
+bool storesPlainSamples(TIFF* tiff, const Layout& layout) {
   switch (layout.photometric) {
     case PHOTOMETRIC_MINISWHITE:
     case PHOTOMETRIC_MINISBLACK:
     case PHOTOMETRIC_PALETTE:
     case PHOTOMETRIC_RGB:
     case PHOTOMETRIC_SEPARATED:
+    case PHOTOMETRIC_ICCLAB:
       return layout.samples >= layout.colors && canUnpack(layout.sample);
+    case PHOTOMETRIC_CIELAB:
+      return layout.samples >= layout.colors && canUnpack(layout.sample) && hasUsualWhite(tiff);
     default:
       return false;
   }
@@ -342,7 +430,7 @@ bool storesPlainSamples(const Layout& layout) {
 
 }  // namespace
 
-PixelKind readPixels(TIFF* tiff, Bytes file, Decoded& decoded) {
+void readPixels(TIFF* tiff, Bytes file, Decoded& decoded) {
   Layout layout = readLayout(tiff, file.size());
   if (TIFFIsCODECConfigured(layout.compression) == 0) {
     refusePicture("The TIFF file cannot be read: its compression, number " +
@@ -357,19 +445,10 @@ PixelKind readPixels(TIFF* tiff, Bytes file, Decoded& decoded) {
   decoded.stored.hasAlpha = layout.hasAlpha;
   // Transparent, so that what cannot be read stays so.
   decoded.bitmap = Bitmap::filled(layout.width, layout.height);
-  if (storesPlainSamples(layout)) {
-    readBlocks(tiff, file, layout, decoded);
+  if (storesPlainSamples(tiff, layout)) {
+    readSamples(tiff, file, layout, decoded);
   } else {
     readByLibrary(tiff, layout, decoded);
-  }
-  switch (layout.photometric) {
-    case PHOTOMETRIC_SEPARATED:
-      return PixelKind::cmyk;
-    case PHOTOMETRIC_MINISWHITE:
-    case PHOTOMETRIC_MINISBLACK:
-      return PixelKind::gray;
-    default:
-      return PixelKind::rgb;
   }
 }
 

@@ -24,8 +24,7 @@ TiffFile TiffStream::open() {
   if (!options) return nullptr;
   TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), kLargestRequest);
   TIFFOpenOptionsSetErrorHandlerExtR(options.get(), keepError, this);
-  TIFFOpenOptionsSetWarningHandlerExtR(
-      options.get(), [](TIFF*, void*, const char*, const char*, va_list) { return 1; }, nullptr);
+  TIFFOpenOptionsSetWarningHandlerExtR(options.get(), countWarning, this);
   return TiffFile(TIFFClientOpenExt(
       "picture", writing_ ? "wl" : "rm", this, read, write, seek, [](thandle_t) { return 0; }, size, nullptr,
       nullptr, options.get()));
@@ -84,6 +83,12 @@ int TiffStream::keepError(TIFF*, void* handle, const char*, const char* format, 
   std::size_t length = std::strlen(self->error_.data());
   while (length > 0 && (self->error_[length - 1] == '.' || self->error_[length - 1] == ' ')) --length;
   self->error_[length] = '\0';
+  ++self->complaints_;
+  return 1;
+}
+
+int TiffStream::countWarning(TIFF*, void* handle, const char*, const char*, va_list) {
+  ++static_cast<TiffStream*>(handle)->complaints_;
   return 1;
 }
 

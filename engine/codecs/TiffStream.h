@@ -33,6 +33,9 @@ class TiffStream {
   /// What the library found wrong last, without a full stop; empty if nothing.
   const char* error() const { return error_.data(); }
 
+  /// How often the library found something wrong, whether it gave up or went on.
+  int complaints() const { return complaints_; }
+
   /// What was written, once the file is closed.
   std::vector<std::uint8_t> finish() { return std::move(output_); }
 
@@ -42,12 +45,14 @@ class TiffStream {
   static toff_t seek(thandle_t self, toff_t offset, int whence);
   static toff_t size(thandle_t self);
   static int keepError(TIFF*, void* self, const char* module, const char* format, va_list arguments);
+  static int countWarning(TIFF*, void* self, const char* module, const char* format, va_list arguments);
 
   Bytes input_;
   std::vector<std::uint8_t> output_;
   bool writing_ = false;
   std::uint64_t position_ = 0;
   std::array<char, 200> error_{};
+  int complaints_ = 0;
 };
 
 }  // namespace kestrel::engine::tiff

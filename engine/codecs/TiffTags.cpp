@@ -4,6 +4,7 @@
 #include <array>
 #include <map>
 #include <optional>
+#include <set>
 
 #include "ByteReader.h"
 #include "ByteWriter.h"
@@ -140,6 +141,56 @@ std::optional<Directory> readRoot(Bytes data) {
   return DirectoryReader(data, order).read(first, kDepth);
 }
 
+/// The directories of a file one after the other, as far as it tells whether each is a picture of its own.
+class DirectoryChain {
+ public:
+  explicit DirectoryChain(Bytes file) : file_(file) {
+    if (file.size() < kBigHeader) return;
+    big_ = file[0] == 'M';
+    constexpr std::uint64_t kWideForm = 43;
+    wide_ = number(2, 2) == kWideForm;
+    entriesLeft_ = file.size() / 12;
+    next_ = wide_ ? number(8, 8) : number(4, 4);
+  }
+
+  /// Nothing at the end, which a place that was met before or lies beyond the file is too.
+  std::optional<bool> next() {
+    const std::size_t countSize = wide_ ? 8 : 2, entrySize = wide_ ? 20 : 12, linkSize = wide_ ? 8 : 4;
+    if (next_ == 0 || next_ > file_.size() || file_.size() - next_ < countSize) return std::nullopt;
+    if (!met_.insert(next_).second) return std::nullopt;
+    const std::size_t first = next_ + countSize;
+    const std::uint64_t count = number(next_, countSize);
+    if (count > (file_.size() - first) / entrySize || count > entriesLeft_) return std::nullopt;
+    entriesLeft_ -= count;
+    const std::size_t link = first + count * entrySize;
+    next_ = file_.size() - link >= linkSize ? number(link, linkSize) : 0;
+
+    constexpr std::uint64_t kSubfileType = 254, kShort = 3, kReducedOrMask = 1 | 4;
+    for (std::size_t entry = first; entry < link; entry += entrySize) {
+      if (number(entry, 2) != kSubfileType) continue;
+      const std::size_t value = entry + (wide_ ? 12 : 8);
+      return (number(value, number(entry + 2, 2) == kShort ? 2 : 4) & kReducedOrMask) == 0;
+    }
+    return true;
+  }
+
+ private:
+  static constexpr std::size_t kBigHeader = 16;
+
+  std::uint64_t number(std::size_t at, std::size_t size) const {
+    std::uint64_t value = 0;
+    for (std::size_t i = 0; i < size; ++i) value = value << 8 | file_[at + (big_ ? i : size - 1 - i)];
+    return value;
+  }
+
+  Bytes file_;
+  bool big_ = false, wide_ = false;
+  std::uint64_t next_ = 0;
+  std::set<std::uint64_t> met_;
+  /// Directories do not overlap, so all of them together are no larger than the file.
+  std::uint64_t entriesLeft_ = 0;
+};
+
 std::vector<std::uint8_t> numberBytes(std::size_t value) {
   ByteWriter writer;
   writer.u32(value);
@@ -208,6 +259,13 @@ std::vector<std::uint8_t> iptcOfTiff(Bytes file) {
   // Some programs call the bytes 32-bit numbers. They are bytes all the same, in the order of the file.
   if (file[0] == 'M') toLittleEndian(entry.values, swapUnitOfType(entry.type));
   return std::move(entry.values);
+}
+
+std::int32_t countPages(Bytes file) {
+  DirectoryChain chain(file);
+  std::int32_t pages = 0;
+  while (const auto isPage = chain.next()) pages += *isPage ? 1 : 0;
+  return std::max(1, pages);
 }
 
 void addExifToTiff(std::vector<std::uint8_t>& file, Bytes exif) {

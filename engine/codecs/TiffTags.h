@@ -14,6 +14,10 @@ std::vector<std::uint8_t> exifOfTiff(Bytes file);
 /// The IPTC records of a TIFF file; empty if there are none or the file is a 64-bit one.
 std::vector<std::uint8_t> iptcOfTiff(Bytes file);
 
+/// How many pictures a TIFF file of either form holds, at least 1. Smaller copies of another picture
+/// (previews, thumbnails) and masks do not count.
+std::int32_t countPages(Bytes file);
+
 /// Adds the tags of an EXIF block to a finished little-endian TIFF file, as a new first directory at its end.
 /// Tags that the file has already stay as they are. A block that is no EXIF adds nothing.
 void addExifToTiff(std::vector<std::uint8_t>& file, Bytes exif);
