@@ -40,7 +40,8 @@ std::int32_t formatOfName(const std::filesystem::path& path) {
 Decoded decodeFile(const std::filesystem::path& path) { return decodeFileReduced(path, Bitmap::kMaxSide); }
 
 Decoded decodeFileReduced(const std::filesystem::path& path, std::int32_t longestSide) {
-  const std::vector<std::uint8_t> data = readFile(path);
+  const FileContent content = readFile(path);
+  const Bytes data = content.bytes();
   if (data.empty()) refusePicture("The file is empty.");
   if (const Codec* const codec = codecOfContent(data)) return decodeAs(*codec, data, longestSide);
   if (const Codec* const named = codecOfName(path)) {

@@ -164,7 +164,7 @@ void flushFolder(const fs::path& folder) {
 
 }  // namespace
 
-std::vector<std::uint8_t> readFile(const fs::path& path) {
+FileContent readFile(const fs::path& path) {
   const std::string what = "The file " + quoted(path) + " cannot be read";
   // Without blocking: opening a pipe would otherwise wait for somebody to write into it.
   const Descriptor descriptor(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
@@ -179,17 +179,16 @@ std::vector<std::uint8_t> readFile(const fs::path& path) {
     throw RuntimeError(err::kOutOfMemory, what + ": it is larger than a quarter of this machine's memory.");
   }
 
-  std::vector<std::uint8_t> data(size);
+  Memory memory(size);
   std::size_t filled = 0;
   while (filled < size) {
-    const ssize_t got = ::read(descriptor.number(), data.data() + filled, size - filled);
+    const ssize_t got = ::read(descriptor.number(), memory.data() + filled, size - filled);
     if (got < 0 && errno == EINTR) continue;
     if (got < 0) throw fileError(errno, what);
     if (got == 0) break;
     filled += static_cast<std::size_t>(got);
   }
-  data.resize(filled);
-  return data;
+  return FileContent(std::move(memory), filled);
 }
 
 void replaceFile(const fs::path& path, Bytes data) {

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstring>
 #include <new>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -15,6 +16,7 @@
 #include "Exif.h"
 #include "Flatten.h"
 #include "Formats.h"
+#include "JpegAverages.h"
 #include "JpegMarkers.h"
 #include "Orientation.h"
 
@@ -329,6 +331,19 @@ Metadata metadataOf(const jpeg_decompress_struct& info) {
   return metadata;
 }
 
+void readPixels(Reader& reader, Decoded& decoded) {
+  const jpeg_decompress_struct& info = reader.info();
+  decoded.bitmap = Bitmap::uninitialized(static_cast<std::int32_t>(info.output_width),
+                                         static_cast<std::int32_t>(info.output_height));
+  const std::int32_t rows = reader.readRows(decoded.bitmap.writable());
+  const bool cut = rows < decoded.bitmap.height();
+  if (cut) keepRows(decoded, rows);
+  // The rows of a reduced picture are not those that a user could count.
+  if (cut ? info.scale_denom > 1 : reader.damaged()) {
+    decoded.notice = "The file is damaged or was cut short: parts of the picture could not be read.";
+  }
+}
+
 /// Programs that write an Adobe marker store ink as light: 255 for none.
 void invert(Bitmap& bitmap) {
   const Pixels pixels = bitmap.writable();
@@ -353,14 +368,12 @@ Decoded decodeReduced(Bytes data, std::int32_t longestSide) {
 
   Decoded decoded;
   decoded.metadata = metadataOf(info);
-  decoded.bitmap = Bitmap::uninitialized(static_cast<std::int32_t>(info.output_width),
-                                         static_cast<std::int32_t>(info.output_height));
-  const std::int32_t rows = reader.readRows(decoded.bitmap.writable());
-  const bool cut = rows < decoded.bitmap.height();
-  if (cut) keepRows(decoded, rows);
-  // The rows of a reduced picture are not those that a user could count.
-  if (cut ? info.scale_denom > 1 : reader.damaged()) {
-    decoded.notice = "The file is damaged or was cut short: parts of the picture could not be read.";
+  std::optional<Bitmap> averages;
+  if (info.scale_denom == DCTSIZE) averages = readAverages(info);
+  if (averages) {
+    decoded.bitmap = std::move(*averages);
+  } else {
+    readPixels(reader, decoded);
   }
 
   if (reader.isCmyk()) {

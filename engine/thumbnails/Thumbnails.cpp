@@ -37,7 +37,13 @@ Thumbnail readThumbnail(const std::filesystem::path& path, std::int32_t longestS
   const std::int32_t enough =
       longestSide > Bitmap::kMaxSide / kRoomForFilter ? Bitmap::kMaxSide : longestSide * kRoomForFilter;
   Decoded decoded = decodeFileReduced(path, enough);
-  return {shrunk(decoded.bitmap, longestSide), std::move(decoded.notice)};
+  const Bitmap made = shrunk(decoded.bitmap, longestSide);
+  // Thumbnails stay, and what they were made of goes. Copied after that has gone they lie side by side; in
+  // the places where they were made they would leave the heap full of holes, several times their own size.
+  decoded.bitmap = {};
+  Bitmap kept = made;
+  kept.writable();
+  return {std::move(kept), std::move(decoded.notice)};
 }
 
 std::vector<Thumbnail> readThumbnails(std::span<const std::filesystem::path> paths,
