@@ -8,6 +8,7 @@
 #include "Common.h"
 #include "FilterRows.h"
 #include "FilterTable.h"
+#include "GroupedResample.h"
 #include "Resample.h"
 #include "base/RuntimeError.h"
 #include "engine/Parallel.h"
@@ -95,9 +96,14 @@ Bitmap resize(const Bitmap& source, std::int32_t width, std::int32_t height, Res
 
   Bitmap result = Bitmap::uninitialized(width, height);
   const Pixels to = result.writable();
-  resample(FilterSource::weightedRgba(source.pixels()), axisTable(source.width(), width, method),
-           axisTable(source.height(), height, method),
-           [&](std::int32_t y, const float* row) { storeStraightRow(row, width, to.row(y)); });
+  const FilterTable columns = axisTable(source.width(), width, method);
+  const FilterTable rows = axisTable(source.height(), height, method);
+  if (suitsGroupedResample(columns, rows)) {
+    groupedResample(source.pixels(), columns, rows, to);
+  } else {
+    resample(FilterSource::weightedRgba(source.pixels()), columns, rows,
+             [&](std::int32_t y, const float* row) { storeStraightRow(row, width, to.row(y)); });
+  }
   return result;
 }
 
