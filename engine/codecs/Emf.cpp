@@ -5,9 +5,12 @@
 #include "ByteReader.h"
 #include "ByteWriter.h"
 #include "Damage.h"
+#include "EmfPlayback.h"
 #include "EmfRecords.h"
 #include "Flatten.h"
 #include "Formats.h"
+#include "Metafile.h"
+#include "MetafileDib.h"
 
 // An enhanced metafile: records of a type, a size and parameters, the first of which tells the frame in
 // hundredths of a millimetre. It is played at the 96 pixels per inch that such pictures are shown with.
@@ -40,11 +43,17 @@ Frame readFrame(Bytes data) {
   const double sy = known ? kPixelsPerHundredth * 100 * millimetresHigh / deviceHeight : 1;
   double width = (right - left) * kPixelsPerHundredth, height = (bottom - top) * kPixelsPerHundredth;
   frame.device = {sx, 0, 0, sy, -left * kPixelsPerHundredth, -top * kPixelsPerHundredth};
-  // Some programs tell a frame that lies beside the drawing, or none; the bounds of the drawing are right
-  // then.
   const double centreX = (boundsLeft + boundsRight) / 2 * sx + frame.device.x0;
   const double centreY = (boundsTop + boundsBottom) / 2 * sy + frame.device.y0;
-  if (width <= 0 || height <= 0 || centreX < 0 || centreY < 0 || centreX > width || centreY > height) {
+  const bool across = width > 0 && centreX >= 0 && centreX <= width;
+  const bool down = height > 0 && centreY >= 0 && centreY <= height;
+  if (across && height > 0 && centreY < 0 && -centreY <= height && top == 0) {
+    // Drawn with a vertical axis that counts upwards, which the file does not tell: it lies above its frame,
+    // and turned over it lies within.
+    frame.device.yy = -sy;
+  } else if (!across || !down) {
+    // Some programs tell a frame that lies beside the drawing, or none; the bounds of the drawing are right
+    // then.
     width = (boundsRight - boundsLeft + 1) * sx;
     height = (boundsBottom - boundsTop + 1) * sy;
     frame.device.x0 = -boundsLeft * sx;
@@ -66,20 +75,24 @@ bool probe(Bytes data) {
   return reader.u32() == kSignature;
 }
 
-Decoded decode(Bytes data) {
+metafile::Drawing draw(Bytes data, metafile::Work& work) {
   if (!probe(data)) refusePicture("The EMF file is damaged: its header is missing.");
   const Frame frame = readFrame(data);
-  constexpr std::int64_t kPixelsPerByte = 65536;
-  checkClaimedSize(frame.width, frame.height, data.size(), kPixelsPerByte);
-  metafile::Player player(frame.width, frame.height, frame.device);
-  const bool complete = play(player, data);
+  metafile::checkDrawingSize(frame.width, frame.height, data.size());
+  metafile::Canvas canvas(frame.width, frame.height, work);
+  metafile::Player player(canvas, frame.device);
+  const bool complete = Playback(player, data).run();
+  return {canvas.finish(), complete};
+}
 
+Decoded decode(Bytes data) {
+  metafile::Work work(data.size());
+  metafile::Drawing drawing = draw(data, work);
   Decoded decoded;
-  decoded.bitmap = player.finish();
+  decoded.notice = noticeOf(drawing, work);
+  decoded.bitmap = std::move(drawing.bitmap);
   decoded.stored.hasAlpha = !isOpaque(decoded.bitmap);
   decoded.metadata.resolutionX = decoded.metadata.resolutionY = kPixelsPerInch;
-  if (!complete)
-    decoded.notice = "The file is damaged or was cut short: parts of the drawing could not be read.";
   return decoded;
 }
 

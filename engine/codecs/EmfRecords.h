@@ -2,8 +2,6 @@
 
 #include <cstdint>
 
-#include "MetafilePlayer.h"
-
 namespace kestrel::engine::emf {
 
 /// The types of the records that are played.
@@ -20,6 +18,7 @@ enum Record : std::uint32_t {
   kSetWindowOrigin = 10,
   kSetViewportExtent = 11,
   kSetViewportOrigin = 12,
+  kSetBrushOrigin = 13,
   kEnd = 14,
   kSetPixel = 15,
   kSetMapMode = 17,
@@ -29,7 +28,9 @@ enum Record : std::uint32_t {
   kSetTextAlign = 22,
   kSetTextColor = 24,
   kSetBackColor = 25,
+  kOffsetClip = 26,
   kMoveTo = 27,
+  kKeepClip = 28,
   kExcludeClip = 29,
   kIntersectClip = 30,
   kScaleViewport = 31,
@@ -51,7 +52,9 @@ enum Record : std::uint32_t {
   kPie = 47,
   kLineTo = 54,
   kArcTo = 55,
+  kPolyDraw = 56,
   kSetArcDirection = 57,
+  kSetMiterLimit = 58,
   kBeginPath = 59,
   kEndPath = 60,
   kCloseFigure = 61,
@@ -60,9 +63,16 @@ enum Record : std::uint32_t {
   kStrokePath = 64,
   kClipPath = 67,
   kAbortPath = 68,
+  kComment = 70,
+  kFillRegion = 71,
+  kFrameRegion = 72,
+  kInvertRegion = 73,
+  kPaintRegion = 74,
   kClipRegion = 75,
   kBitBlt = 76,
   kStretchBlt = 77,
+  kMaskBlt = 78,
+  kParallelogramBlt = 79,
   kSetDibToDevice = 80,
   kStretchDib = 81,
   kCreateFont = 82,
@@ -75,15 +85,17 @@ enum Record : std::uint32_t {
   kPolylineTo16 = 89,
   kPolyPolyline16 = 90,
   kPolyPolygon16 = 91,
+  kPolyDraw16 = 92,
   kCreateMonoBrush = 93,
   kCreateDibBrush = 94,
   kExtCreatePen = 95,
+  kPolyTextA = 96,
+  kPolyTextW = 97,
+  kSmallText = 108,
   kAlphaBlend = 114,
-  kTransparentBlt = 116
+  kTransparentBlt = 116,
+  kGradientFill = 118,
+  kSetTextJustification = 120
 };
-
-/// Plays the records of an enhanced metafile; one that makes no sense is passed over. True if the end record
-/// was reached.
-bool play(metafile::Player& player, Bytes file);
 
 }  // namespace kestrel::engine::emf

@@ -3,20 +3,12 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
-#include <numbers>
-
-#include "Damage.h"
-#include "base/RuntimeError.h"
+#include <vector>
 
 namespace kestrel::engine::metafile {
 namespace {
 
-/// Beyond these Cairo's fixed-point numbers end.
-constexpr std::int32_t kLongestSide = 32000;
-constexpr double kFarthest = 4e6;
 constexpr std::size_t kMostSaved = 1000;
-
-double bounded(double value) { return std::isfinite(value) ? std::clamp(value, -kFarthest, kFarthest) : 0.0; }
 
 /// Pixels per unit of the physical mapping modes, at the 96 pixels per inch of the picture.
 double unitsOf(std::uint32_t mode) {
@@ -36,65 +28,13 @@ double unitsOf(std::uint32_t mode) {
   }
 }
 
-/// Straight to premultiplied pixels in the machine's order of a Cairo picture.
-void premultiplyRow(const std::uint8_t* rgba, std::uint8_t* argb, std::int32_t width) {
-  for (std::int32_t x = 0; x < width; ++x, rgba += 4, argb += 4) {
-    const auto times = [alpha = rgba[3]](std::uint8_t v) {
-      return static_cast<std::uint32_t>((v * alpha + 127) / 255);
-    };
-    const std::uint32_t pixel = static_cast<std::uint32_t>(rgba[3]) << 24 | times(rgba[0]) << 16 |
-                                times(rgba[1]) << 8 | times(rgba[2]);
-    std::memcpy(argb, &pixel, sizeof pixel);
-  }
-}
-
-void unpremultiplyRow(const std::uint8_t* argb, std::uint8_t* rgba, std::int32_t width) {
-  for (std::int32_t x = 0; x < width; ++x, rgba += 4, argb += 4) {
-    std::uint32_t pixel = 0;
-    std::memcpy(&pixel, argb, sizeof pixel);
-    const std::uint32_t alpha = pixel >> 24;
-    const auto divided = [alpha](std::uint32_t v) {
-      return static_cast<std::uint8_t>(alpha == 0 ? 0 : std::min(255U, (v * 255 + alpha / 2) / alpha));
-    };
-    rgba[0] = divided(pixel >> 16 & 0xFF);
-    rgba[1] = divided(pixel >> 8 & 0xFF);
-    rgba[2] = divided(pixel & 0xFF);
-    rgba[3] = static_cast<std::uint8_t>(alpha);
-  }
-}
-
-cairo_surface_t* surfaceOf(const Bitmap& bitmap) {
-  cairo_surface_t* const surface =
-      cairo_image_surface_create(CAIRO_FORMAT_ARGB32, bitmap.width(), bitmap.height());
-  if (cairo_surface_status(surface) != CAIRO_STATUS_SUCCESS) return surface;
-  cairo_surface_flush(surface);
-  std::uint8_t* const data = cairo_image_surface_get_data(surface);
-  const std::ptrdiff_t stride = cairo_image_surface_get_stride(surface);
-  for (std::int32_t y = 0; y < bitmap.height(); ++y) {
-    premultiplyRow(bitmap.pixels().row(y), data + y * stride, bitmap.width());
-  }
-  cairo_surface_mark_dirty(surface);
-  return surface;
-}
-
-struct DestroyPattern {
-  void operator()(cairo_pattern_t* pattern) const { cairo_pattern_destroy(pattern); }
-};
-using Pattern = std::unique_ptr<cairo_pattern_t, DestroyPattern>;
-
-Pattern patternOf(const Bitmap& bitmap) {
-  cairo_surface_t* const surface = surfaceOf(bitmap);
-  Pattern pattern(cairo_pattern_create_for_surface(surface));
-  cairo_surface_destroy(surface);
-  return pattern;
+Pixel pixelOf(Color c, std::uint8_t alpha) {
+  return {static_cast<std::uint8_t>(c.value), static_cast<std::uint8_t>(c.value >> 8),
+          static_cast<std::uint8_t>(c.value >> 16), alpha};
 }
 
 /// A tile of 8 x 8 with the lines of a hatch.
 Bitmap hatchTile(const Brush& brush, bool opaque, Color back) {
-  const auto pixelOf = [](Color c, std::uint8_t alpha) {
-    return Pixel{static_cast<std::uint8_t>(c.value), static_cast<std::uint8_t>(c.value >> 8),
-                 static_cast<std::uint8_t>(c.value >> 16), alpha};
-  };
   Bitmap tile = Bitmap::filled(8, 8, pixelOf(back, opaque ? 255 : 0));
   const Pixels pixels = tile.writable();
   const Pixel line = pixelOf(brush.color, 255);
@@ -108,36 +48,42 @@ Bitmap hatchTile(const Brush& brush, bool opaque, Color back) {
   return tile;
 }
 
-}  // namespace
-
-Player::Player(std::int32_t width, std::int32_t height, const cairo_matrix_t& device) : device_(device) {
-  if (width < 1 || height < 1) refusePicture("The metafile is damaged: its picture has no size.");
-  if (width > kLongestSide || height > kLongestSide) {
-    throw RuntimeError(err::kOutOfMemory,
-                       "The picture of the metafile is too large: " + std::to_string(width) + " x " +
-                           std::to_string(height) + " pixels.");
+/// The pattern in two colours instead of its black and white.
+Bitmap inColors(const Bitmap& pattern, Color black, Color white) {
+  Bitmap result = pattern;
+  const Pixels pixels = result.writable();
+  for (std::int32_t y = 0; y < pixels.height; ++y) {
+    std::uint8_t* p = pixels.row(y);
+    for (std::int32_t x = 0; x < pixels.width; ++x, p += 4) {
+      const Pixel pixel = pixelOf(p[0] < 128 ? black : white, 255);
+      std::memcpy(p, &pixel, sizeof pixel);
+    }
   }
-  // Asks for the result's memory once, so that a size beyond the limits is refused in the usual words.
-  Bitmap::uninitialized(width, height);
-  surface_.reset(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height));
-  cairo_.reset(cairo_create(surface_.get()));
+  return result;
 }
 
+/// The ternary operation that mixes ink with the picture as the binary operation of this number does.
+std::uint8_t ternaryOf(std::uint32_t binary) {
+  const std::uint32_t table = (binary - 1) & 0xF;  // bits: ink counts 2, picture 1
+  const std::uint32_t without = table & 3, with = table >> 2;
+  return static_cast<std::uint8_t>(without | without << 2 | with << 4 | with << 6);
+}
+
+}  // namespace
+
+Player::Player(Canvas& canvas, const cairo_matrix_t& device) : canvas_(canvas), device_(device) {}
+
 void Player::save() {
-  if (saved_.size() >= kMostSaved) return;
-  saved_.push_back(state_);
-  cairo_save(cairo_.get());
+  if (saved_.size() < kMostSaved) saved_.push_back(state_);
 }
 
 void Player::restore(std::int32_t level) {
   const auto depth = static_cast<std::int64_t>(saved_.size());
   const std::int64_t target = level > 0 ? level - 1 : depth + level;
-  if (target < 0) return;
-  while (static_cast<std::int64_t>(saved_.size()) > target) {
-    state_ = saved_.back();
-    saved_.pop_back();
-    cairo_restore(cairo_.get());
-  }
+  if (target < 0 || target >= depth) return;
+  state_ = std::move(saved_[static_cast<std::size_t>(target)]);
+  saved_.resize(static_cast<std::size_t>(target));
+  showClip();
 }
 
 cairo_matrix_t Player::matrix() const {
@@ -173,7 +119,7 @@ cairo_matrix_t Player::matrix() const {
 Point Player::toPicture(Point logical) const {
   const cairo_matrix_t m = matrix();
   cairo_matrix_transform_point(&m, &logical.x, &logical.y);
-  return {bounded(logical.x), bounded(logical.y)};
+  return logical;
 }
 
 double Player::scale() const {
@@ -182,54 +128,97 @@ double Player::scale() const {
 }
 
 void Player::setSource(Color color, double opacity) {
-  cairo_set_source_rgba(cairo_.get(), color.red(), color.green(), color.blue(), opacity);
+  cairo_set_source_rgba(canvas_.context(), color.red(), color.green(), color.blue(), opacity);
 }
 
-/// Mixing bits has no meaning between colours with alpha; the nearest that look alike stand in.
-void Player::setOperator() {
-  constexpr std::uint32_t kInvert = 6, kXor = 7, kMask = 9, kMerge = 15;
-  switch (state_.rasterOperation) {
-    case kInvert:
-    case kXor:
-      return cairo_set_operator(cairo_.get(), CAIRO_OPERATOR_DIFFERENCE);
-    case kMask:
-      return cairo_set_operator(cairo_.get(), CAIRO_OPERATOR_MULTIPLY);
-    case kMerge:
-      return cairo_set_operator(cairo_.get(), CAIRO_OPERATOR_SCREEN);
-    default:
-      return cairo_set_operator(cairo_.get(), CAIRO_OPERATOR_OVER);
-  }
-}
-
-void Player::setBrushSource() {
-  const Brush& brush = state_.brush;
+/// False if there is nothing to paint with.
+bool Player::setBrushSource(const Brush& brush) {
+  if (brush.kind == Brush::Kind::none) return false;
   if (brush.kind == Brush::Kind::solid || (brush.kind == Brush::Kind::pattern && brush.pattern.empty())) {
     setSource(brush.color);
-    return;
+    return true;
   }
-  const Pattern pattern =
-      patternOf(brush.kind == Brush::Kind::pattern ? brush.pattern
-                                                   : hatchTile(brush, state_.opaqueBack, state_.backColor));
+  const Bitmap tile = brush.kind == Brush::Kind::hatched
+                          ? hatchTile(brush, state_.opaqueBack, state_.backColor)
+                      : brush.ofTextColors ? inColors(brush.pattern, state_.textColor, state_.backColor)
+                                           : brush.pattern;
+  if (!canvas_.work().take(8.0 * tile.width() * tile.height())) return false;
+  const Pattern pattern = patternOf(tile);
+  Point origin = state_.brushOrigin;
+  cairo_matrix_transform_point(&device_, &origin.x, &origin.y);
+  cairo_matrix_t place;
+  cairo_matrix_init_translate(&place, -std::round(origin.x), -std::round(origin.y));
+  cairo_pattern_set_matrix(pattern.get(), &place);
   cairo_pattern_set_extend(pattern.get(), CAIRO_EXTEND_REPEAT);
   cairo_pattern_set_filter(pattern.get(), CAIRO_FILTER_NEAREST);
-  cairo_set_source(cairo_.get(), pattern.get());
+  cairo_set_source(canvas_.context(), pattern.get());
+  return true;
+}
+
+/// Draws as the binary raster operation says.
+void Player::paint(const Rect& extents, double weight, const std::function<void()>& draw) {
+  constexpr std::uint32_t kNothing = 11, kCopy = 13;
+  if (state_.rasterOperation == kNothing) return;
+  if (state_.rasterOperation < 1 || state_.rasterOperation > 16 || state_.rasterOperation == kCopy) {
+    if (!canvas_.affords(extents, weight)) return;
+    cairo_set_operator(canvas_.context(), CAIRO_OPERATOR_OVER);
+    draw();
+  } else {
+    canvas_.mix(ternaryOf(state_.rasterOperation), extents, nullptr, draw);
+  }
 }
 
 void Player::fillPresentPath() {
-  constexpr std::uint32_t kNothing = 11;
-  if (state_.brush.kind == Brush::Kind::none || state_.rasterOperation == kNothing) return;
-  cairo_set_fill_rule(cairo_.get(), state_.fillWinding ? CAIRO_FILL_RULE_WINDING : CAIRO_FILL_RULE_EVEN_ODD);
-  setBrushSource();
-  setOperator();
-  cairo_fill_preserve(cairo_.get());
+  cairo_t* const c = canvas_.context();
+  if (!setBrushSource(state_.brush)) return;
+  cairo_set_fill_rule(c, state_.fillWinding ? CAIRO_FILL_RULE_WINDING : CAIRO_FILL_RULE_EVEN_ODD);
+  paint(canvas_.filledExtents(), 2, [c] { cairo_fill_preserve(c); });
+}
+
+void Player::setDashes(double width) {
+  std::vector<double> dashes;
+  // Thin lines have dashes of so many pixels, others of so many widths.
+  const bool wide = state_.pen.geometric;
+  switch (state_.pen.style) {
+    case Pen::kDash:
+      dashes = wide ? std::vector<double>{3, 1} : std::vector<double>{18, 6};
+      break;
+    case Pen::kDot:
+      dashes = wide ? std::vector<double>{1, 1} : std::vector<double>{3, 3};
+      break;
+    case Pen::kDashDot:
+      dashes = wide ? std::vector<double>{3, 1, 1, 1} : std::vector<double>{9, 6, 3, 6};
+      break;
+    case Pen::kDashDotDot:
+      dashes = wide ? std::vector<double>{3, 1, 1, 1, 1, 1} : std::vector<double>{9, 3, 3, 3, 3, 3};
+      break;
+    case Pen::kAlternate:
+      dashes = {1, 1};
+      break;
+    case Pen::kCustom:
+      dashes = state_.pen.dashes;
+      break;
+    default:
+      break;
+  }
+  const double unit = !wide ? std::max(1.0, width) : state_.pen.style == Pen::kCustom ? scale() : width;
+  double total = 0;
+  for (double& dash : dashes) {
+    dash = std::max(dash, 0.0) * unit;
+    total += dash;
+  }
+  // Dashes that cannot be told apart are a line.
+  const double count = static_cast<double>(dashes.size()) * canvas_.pathLength() / std::max(total, 1e-9);
+  if (total < 1 || !canvas_.work().take(100 * count)) dashes.clear();
+  cairo_set_dash(canvas_.context(), dashes.data(), static_cast<int>(dashes.size()), 0);
 }
 
 void Player::strokePresentPath() {
-  constexpr std::uint32_t kNothing = 11;
+  cairo_t* const c = canvas_.context();
   const Pen& pen = state_.pen;
-  if (pen.style == Pen::kNone || state_.rasterOperation == kNothing) return;
-  cairo_t* const c = cairo_.get();
-  const double width = std::clamp(pen.width * scale(), 1.0, kFarthest);
+  if (pen.style == Pen::kNone || !setBrushSource(pen.ink)) return;
+  constexpr double kWidest = 1e6;
+  const double width = std::clamp(std::abs(pen.width) * scale(), 1.0, kWidest);
   cairo_set_line_width(c, width);
   cairo_set_line_cap(c, pen.cap == Pen::kRoundCap    ? CAIRO_LINE_CAP_ROUND
                         : pen.cap == Pen::kSquareCap ? CAIRO_LINE_CAP_SQUARE
@@ -237,65 +226,51 @@ void Player::strokePresentPath() {
   cairo_set_line_join(c, pen.join == Pen::kRoundJoin   ? CAIRO_LINE_JOIN_ROUND
                          : pen.join == Pen::kBevelJoin ? CAIRO_LINE_JOIN_BEVEL
                                                        : CAIRO_LINE_JOIN_MITER);
-  const double on = 3 * width, off = 2 * width, dot = width;
-  const double dash[] = {on, off}, dots[] = {dot, dot}, dashDot[] = {on, dot, dot, dot},
-               dashDotDot[] = {on, dot, dot, dot, dot, dot};
-  switch (pen.style) {
-    case Pen::kDash:
-      cairo_set_dash(c, dash, 2, 0);
-      break;
-    case Pen::kDot:
-      cairo_set_dash(c, dots, 2, 0);
-      break;
-    case Pen::kDashDot:
-      cairo_set_dash(c, dashDot, 4, 0);
-      break;
-    case Pen::kDashDotDot:
-      cairo_set_dash(c, dashDotDot, 6, 0);
-      break;
-    default:
-      cairo_set_dash(c, nullptr, 0, 0);
-      break;
-  }
-  setSource(pen.color);
-  setOperator();
-  cairo_stroke_preserve(c);
+  cairo_set_miter_limit(c, std::clamp(state_.miterLimit, 1.0, 100.0));
+  setDashes(width);
+  paint(canvas_.strokedExtents(width), 2, [c] { cairo_stroke_preserve(c); });
 }
 
 void Player::beginFigure() {
-  if (!inPath_) cairo_new_path(cairo_.get());
+  if (!inPath_) canvas_.newPath();
 }
 
 void Player::endFigure(bool fill) {
   if (inPath_) return;
   if (fill) fillPresentPath();
   strokePresentPath();
-  cairo_new_path(cairo_.get());
+  canvas_.newPath();
 }
 
 void Player::addLines(const std::vector<Point>& points) {
+  const cairo_matrix_t m = matrix();
   for (std::size_t i = 0; i < points.size(); ++i) {
-    const Point p = toPicture(points[i]);
+    Point p = points[i];
+    cairo_matrix_transform_point(&m, &p.x, &p.y);
     if (i == 0) {
-      cairo_move_to(cairo_.get(), p.x, p.y);
+      canvas_.moveTo(p);
     } else {
-      cairo_line_to(cairo_.get(), p.x, p.y);
+      canvas_.lineTo(p);
     }
   }
 }
 
 void Player::addCurves(const std::vector<Point>& points, std::size_t first) {
-  for (std::size_t i = first; i + 2 < points.size(); i += 3) {
-    const Point a = toPicture(points[i]), b = toPicture(points[i + 1]), c = toPicture(points[i + 2]);
-    cairo_curve_to(cairo_.get(), a.x, a.y, b.x, b.y, c.x, c.y);
+  for (std::size_t i = first; i + 2 < points.size(); i += 3)
+    canvas_.curveTo(toPicture(points[i]), toPicture(points[i + 1]), toPicture(points[i + 2]));
+}
+
+void Player::addRects(const std::vector<Rect>& rects) {
+  canvas_.newPath();
+  for (const Rect& r : rects) {
+    addLines({{r.left, r.top}, {r.right, r.top}, {r.right, r.bottom}, {r.left, r.bottom}});
+    canvas_.closePath();
   }
 }
 
 void Player::moveTo(Point to) {
   state_.position = to;
-  if (!inPath_) return;
-  const Point p = toPicture(to);
-  cairo_move_to(cairo_.get(), p.x, p.y);
+  if (inPath_) canvas_.moveTo(toPicture(to));
 }
 
 void Player::lineTo(const std::vector<Point>& points) {
@@ -303,11 +278,8 @@ void Player::lineTo(const std::vector<Point>& points) {
   std::vector<Point> all{state_.position};
   all.insert(all.end(), points.begin(), points.end());
   beginFigure();
-  if (inPath_ && cairo_has_current_point(cairo_.get()) != 0) {
-    for (const Point& point : points) {
-      const Point p = toPicture(point);
-      cairo_line_to(cairo_.get(), p.x, p.y);
-    }
+  if (inPath_ && canvas_.hasPoint()) {
+    for (const Point& point : points) canvas_.lineTo(toPicture(point));
   } else {
     addLines(all);
   }
@@ -318,7 +290,7 @@ void Player::lineTo(const std::vector<Point>& points) {
 void Player::bezierTo(const std::vector<Point>& points) {
   if (points.empty()) return;
   beginFigure();
-  if (cairo_has_current_point(cairo_.get()) == 0) addLines({state_.position});
+  if (!canvas_.hasPoint()) addLines({state_.position});
   addCurves(points, 0);
   endFigure(false);
   state_.position = points.back();
@@ -328,7 +300,7 @@ void Player::polygons(const std::vector<std::vector<Point>>& figures, bool close
   beginFigure();
   for (const auto& figure : figures) {
     addLines(figure);
-    if (closed && !figure.empty()) cairo_close_path(cairo_.get());
+    if (closed && !figure.empty()) canvas_.closePath();
   }
   endFigure(closed);
 }
@@ -341,206 +313,64 @@ void Player::bezier(const std::vector<Point>& points) {
   endFigure(false);
 }
 
-void Player::setPixel(Point at, Color color) {
-  const Point p = toPicture(at);
-  cairo_save(cairo_.get());
-  cairo_new_path(cairo_.get());
-  cairo_rectangle(cairo_.get(), std::floor(p.x), std::floor(p.y), 1, 1);
-  setSource(color);
-  cairo_fill(cairo_.get());
-  cairo_restore(cairo_.get());
-}
-
 void Player::beginPath() {
-  cairo_new_path(cairo_.get());
+  canvas_.newPath();
   inPath_ = true;
 }
 
 void Player::endPath() { inPath_ = false; }
 
 void Player::closeFigure() {
-  if (inPath_ && cairo_has_current_point(cairo_.get()) != 0) cairo_close_path(cairo_.get());
+  if (inPath_ && canvas_.hasPoint()) canvas_.closePath();
 }
 
 void Player::abortPath() {
   inPath_ = false;
-  cairo_new_path(cairo_.get());
+  canvas_.newPath();
 }
 
 void Player::drawPath(bool fill, bool stroke) {
   inPath_ = false;
   if (fill) fillPresentPath();
   if (stroke) strokePresentPath();
-  cairo_new_path(cairo_.get());
+  canvas_.newPath();
 }
 
-void Player::clipToPath(bool replace) {
+void Player::showClip() {
+  Clip both = state_.outerClip;
+  both.insert(both.end(), state_.clip.begin(), state_.clip.end());
+  canvas_.setClip(both);
+}
+
+void Player::clipToPath(Combine how) {
   inPath_ = false;
-  if (replace) cairo_reset_clip(cairo_.get());
-  cairo_set_fill_rule(cairo_.get(), state_.fillWinding ? CAIRO_FILL_RULE_WINDING : CAIRO_FILL_RULE_EVEN_ODD);
-  cairo_clip(cairo_.get());
+  const ClipPiece piece = canvas_.takePath(state_.fillWinding);
+  state_.clip = canvas_.combined(state_.clip, piece, how);
+  showClip();
 }
 
-void Player::clipToRects(const std::vector<Rect>& rects, bool replace) {
-  if (replace) cairo_reset_clip(cairo_.get());
-  cairo_new_path(cairo_.get());
-  for (const Rect& rect : rects) {
-    addLines(
-        {{rect.left, rect.top}, {rect.right, rect.top}, {rect.right, rect.bottom}, {rect.left, rect.bottom}});
-    cairo_close_path(cairo_.get());
-  }
-  cairo_set_fill_rule(cairo_.get(), CAIRO_FILL_RULE_WINDING);
-  cairo_clip(cairo_.get());
+void Player::clipToRects(const std::vector<Rect>& rects, Combine how) {
+  addRects(rects);
+  const ClipPiece piece = canvas_.takePath(true);
+  state_.clip = canvas_.combined(state_.clip, piece, how);
+  showClip();
 }
 
-void Player::resetClip() { cairo_reset_clip(cairo_.get()); }
-
-void Player::excludeRect(const Rect& rect) {
-  cairo_new_path(cairo_.get());
-  cairo_rectangle(cairo_.get(), -kFarthest, -kFarthest, 2 * kFarthest, 2 * kFarthest);
-  addLines(
-      {{rect.left, rect.top}, {rect.right, rect.top}, {rect.right, rect.bottom}, {rect.left, rect.bottom}});
-  cairo_close_path(cairo_.get());
-  cairo_set_fill_rule(cairo_.get(), CAIRO_FILL_RULE_EVEN_ODD);
-  cairo_clip(cairo_.get());
+void Player::clipToAll() {
+  state_.clip.clear();
+  showClip();
 }
 
-void Player::fillRect(const Rect& rect, Color color) {
-  cairo_new_path(cairo_.get());
-  addLines(
-      {{rect.left, rect.top}, {rect.right, rect.top}, {rect.right, rect.bottom}, {rect.left, rect.bottom}});
-  setSource(color);
-  cairo_set_operator(cairo_.get(), CAIRO_OPERATOR_OVER);
-  cairo_fill(cairo_.get());
-}
-
-void Player::text(Point at, const std::vector<std::string>& letters, const std::vector<double>& advances) {
-  if (letters.empty()) return;
-  const Font& font = state_.font;
-  cairo_t* const c = cairo_.get();
+void Player::moveClip(Point by) {
   const cairo_matrix_t m = matrix();
-  const double across = std::hypot(m.xx, m.yx), down = std::hypot(m.xy, m.yy);
-  // A cell is taller than a letter by the space between lines.
-  constexpr double kLetterOfCell = 0.86;
-  const double height =
-      (font.height == 0 ? 12.0 : std::abs(font.height)) * (font.height > 0 ? kLetterOfCell : 1.0);
-  const double size = std::clamp(height * down, 0.5, 4000.0);
-
-  cairo_save(c);
-  cairo_new_path(c);
-  cairo_select_font_face(c, font.face.empty() ? "sans-serif" : font.face.c_str(),
-                         font.italic ? CAIRO_FONT_SLANT_ITALIC : CAIRO_FONT_SLANT_NORMAL,
-                         font.bold ? CAIRO_FONT_WEIGHT_BOLD : CAIRO_FONT_WEIGHT_NORMAL);
-  cairo_set_font_size(c, size);
-  std::vector<double> widths;
-  double width = 0;
-  for (std::size_t i = 0; i < letters.size(); ++i) {
-    cairo_text_extents_t extents{};
-    cairo_text_extents(c, letters[i].c_str(), &extents);
-    widths.push_back(i < advances.size() ? bounded(advances[i] * across) : extents.x_advance);
-    width += widths.back();
-  }
-  cairo_font_extents_t line{};
-  cairo_font_extents(c, &line);
-
-  constexpr std::uint32_t kUpdatePosition = 1, kHorizontal = 6, kRight = 2, kCentre = 6, kVertical = 24,
-                          kBottom = 8, kBaseline = 24;
-  const std::uint32_t align = state_.textAlign;
-  const Point origin = toPicture((align & kUpdatePosition) != 0 ? state_.position : at);
-  const double left = (align & kHorizontal) == kRight    ? -width
-                      : (align & kHorizontal) == kCentre ? -width / 2
-                                                         : 0;
-  const double base = (align & kVertical) == kBaseline ? 0
-                      : (align & kVertical) == kBottom ? -line.descent
-                                                       : line.ascent;
-  cairo_translate(c, origin.x, origin.y);
-  cairo_rotate(c, std::atan2(m.yx, m.xx) - font.escapement * std::numbers::pi / 180);
-  if (state_.opaqueBack) {
-    cairo_rectangle(c, left, base - line.ascent, width, line.ascent + line.descent);
-    setSource(state_.backColor);
-    cairo_fill(c);
-  }
-  setSource(state_.textColor);
-  double x = left;
-  for (std::size_t i = 0; i < letters.size(); ++i) {
-    cairo_move_to(c, x, base);
-    cairo_show_text(c, letters[i].c_str());
-    x += widths[i];
-  }
-  const auto rule = [&](double y) {
-    cairo_rectangle(c, left, y, width, std::max(1.0, size / 16));
-    cairo_fill(c);
-  };
-  if (font.underline) rule(base + line.descent / 3);
-  if (font.strikeOut) rule(base - line.ascent / 3);
-  cairo_restore(c);
-  cairo_new_path(c);
-  if ((align & kUpdatePosition) != 0) state_.position.x += across > 0 ? width / across : 0;
+  cairo_matrix_transform_distance(&m, &by.x, &by.y);
+  state_.clip = Canvas::moved(state_.clip, by);
+  showClip();
 }
 
-void Player::picture(const Rect& target, const Bitmap& bitmap, const Rect& source, std::uint32_t operation,
-                     double opacity) {
-  constexpr std::uint32_t kBlack = 0x42, kWhite = 0xFF0062, kBrush = 0xF00021, kInvert = 0x550009,
-                          kAnd = 0x8800C6, kOr = 0xEE0086, kXor = 0x660046;
-  cairo_t* const c = cairo_.get();
-  cairo_save(c);
-  cairo_new_path(c);
-  addLines({{target.left, target.top},
-            {target.right, target.top},
-            {target.right, target.bottom},
-            {target.left, target.bottom}});
-  cairo_close_path(c);
-  cairo_set_operator(c, operation == kAnd                           ? CAIRO_OPERATOR_MULTIPLY
-                        : operation == kOr                          ? CAIRO_OPERATOR_SCREEN
-                        : operation == kXor || operation == kInvert ? CAIRO_OPERATOR_DIFFERENCE
-                                                                    : CAIRO_OPERATOR_OVER);
-  const double sourceWidth = source.right - source.left, sourceHeight = source.bottom - source.top;
-  if (operation == kBlack || operation == kWhite || operation == kInvert) {
-    setSource(Color{operation == kBlack ? 0U : 0xFFFFFFU});
-    cairo_fill(c);
-  } else if (operation == kBrush) {
-    if (state_.brush.kind != Brush::Kind::none) {
-      setBrushSource();
-      cairo_fill(c);
-    }
-  } else if (!bitmap.empty() && sourceWidth != 0 && sourceHeight != 0) {
-    const double sx = (target.right - target.left) / sourceWidth,
-                 sy = (target.bottom - target.top) / sourceHeight;
-    cairo_matrix_t place{sx, 0, 0, sy, target.left - source.left * sx, target.top - source.top * sy};
-    const cairo_matrix_t whole = matrix();
-    cairo_matrix_multiply(&place, &place, &whole);
-    cairo_matrix_t inverse = place;
-    if (cairo_matrix_invert(&inverse) == CAIRO_STATUS_SUCCESS) {
-      const Pattern pattern = patternOf(bitmap);
-      cairo_pattern_set_matrix(pattern.get(), &inverse);
-      const bool exact =
-          std::abs(place.xx - 1) < 1e-9 && std::abs(place.yy - 1) < 1e-9 && place.xy == 0 && place.yx == 0;
-      cairo_pattern_set_filter(pattern.get(), exact ? CAIRO_FILTER_NEAREST : CAIRO_FILTER_GOOD);
-      cairo_pattern_set_extend(pattern.get(), CAIRO_EXTEND_PAD);
-      cairo_set_source(c, pattern.get());
-      cairo_clip(c);
-      cairo_paint_with_alpha(c, opacity);
-    }
-  }
-  cairo_restore(c);
-  cairo_new_path(c);
-}
-
-Bitmap Player::finish() {
-  cairo_surface_flush(surface_.get());
-  // A command that makes no sense stops Cairo; what was drawn before it is the picture.
-  if (cairo_status(cairo_.get()) == CAIRO_STATUS_NO_MEMORY ||
-      cairo_surface_status(surface_.get()) != CAIRO_STATUS_SUCCESS) {
-    throw RuntimeError(err::kOutOfMemory, "There is not enough memory for the picture.");
-  }
-  Bitmap bitmap = Bitmap::uninitialized(cairo_image_surface_get_width(surface_.get()),
-                                        cairo_image_surface_get_height(surface_.get()));
-  const Pixels pixels = bitmap.writable();
-  const std::uint8_t* const data = cairo_image_surface_get_data(surface_.get());
-  const std::ptrdiff_t stride = cairo_image_surface_get_stride(surface_.get());
-  for (std::int32_t y = 0; y < pixels.height; ++y)
-    unpremultiplyRow(data + y * stride, pixels.row(y), pixels.width);
-  return bitmap;
+void Player::keepClip() {
+  state_.outerClip.insert(state_.outerClip.end(), state_.clip.begin(), state_.clip.end());
+  state_.clip.clear();
 }
 
 }  // namespace kestrel::engine::metafile

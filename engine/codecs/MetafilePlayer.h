@@ -2,23 +2,16 @@
 
 #include <cairo.h>
 
+#include <array>
 #include <cstdint>
-#include <memory>
+#include <functional>
 #include <string>
 #include <vector>
 
-#include "Codecs.h"
+#include "MetafileCanvas.h"
 #include "MetafileObjects.h"
 
 namespace kestrel::engine::metafile {
-
-struct Point {
-  double x = 0, y = 0;
-};
-
-struct Rect {
-  double left = 0, top = 0, right = 0, bottom = 0;
-};
 
 /// How logical units become those of the device.
 struct Mapping {
@@ -37,20 +30,33 @@ struct State {
   bool opaqueBack = true;
   bool fillWinding = false;
   std::uint32_t textAlign = 0;
+  double letterSpace = 0;              ///< behind each letter, in logical units
+  double breakSpace = 0;               ///< behind each space besides
   std::uint32_t rasterOperation = 13;  ///< copy
   bool arcsClockwise = false;
+  double miterLimit = 10;
+  Point brushOrigin;  ///< in device units
   Point position;
+  Clip clip;
+  Clip outerClip;  ///< within which `clip` is; it can only shrink
 };
 
-/// The commands that both kinds of metafile consist of, drawn with Cairo onto a transparent picture.
+/// A corner of a triangle whose colours blend.
+struct ColoredPoint {
+  Point at;
+  std::array<double, 4> color{};  ///< red, green, blue, alpha of 0 to 1
+};
+
+/// The commands that both kinds of metafile consist of, drawn onto a canvas.
 /// Coordinates are logical ones of the present mapping.
 class Player {
  public:
-  /// `device` turns device units to pixels of the picture. Raises RuntimeError 7 or 481 for a size that
-  /// cannot be.
-  Player(std::int32_t width, std::int32_t height, const cairo_matrix_t& device);
+  /// `device` turns device units to pixels of the canvas.
+  Player(Canvas& canvas, const cairo_matrix_t& device);
 
   State& state() { return state_; }
+  Canvas& canvas() { return canvas_; }
+  const cairo_matrix_t& device() const { return device_; }
   void save();
   /// To an absolute level if `level` is positive, else by so many.
   void restore(std::int32_t level);
@@ -68,38 +74,49 @@ class Player {
   /// A part of the ellipse in `rect`, from and to the rays through two points.
   void arc(const Rect& rect, Point from, Point to, ArcKind kind, bool connect = false);
   void setPixel(Point at, Color color);
+  void gradientRect(const ColoredPoint& first, const ColoredPoint& last, bool downwards);
+  void gradientTriangle(const std::array<ColoredPoint, 3>& corners);
 
   void beginPath();
   void endPath();
   void closeFigure();
   void abortPath();
   void drawPath(bool fill, bool stroke);
-  void clipToPath(bool replace);
-  void clipToRects(const std::vector<Rect>& rects, bool replace);
-  void resetClip();
-  void excludeRect(const Rect& rect);
 
-  /// `text` is UTF-8, one letter for each of `advances` (logical units) if there are any.
+  void clipToPath(Combine how);
+  void clipToRects(const std::vector<Rect>& rects, Combine how);
+  void clipToAll();
+  /// Makes the state's clip the one that is seen.
+  void showClip();
+  void moveClip(Point by);
+  /// What is visible now stays the most that can be.
+  void keepClip();
+
+  void fillRects(const std::vector<Rect>& rects, const Brush& brush);
+  void frameRects(const std::vector<Rect>& rects, const Brush& brush, double width, double height);
+  void invertRects(const std::vector<Rect>& rects);
+
+  /// UTF-8, one letter for each of `advances` (logical units) if there are any.
   void text(Point at, const std::vector<std::string>& letters, const std::vector<double>& advances);
+  /// As `text`, of which only what lies in the box is seen.
+  void textWithin(const Rect& box, Point at, const std::vector<std::string>& letters,
+                  const std::vector<double>& advances);
   void fillRect(const Rect& rect, Color color);
 
-  /// Draws `source` of a picture into `target`, by a ternary raster operation. An empty picture is for
-  /// operations that only take the brush.
-  void picture(const Rect& target, const Bitmap& bitmap, const Rect& source, std::uint32_t operation,
-               double opacity = 1);
-
-  /// What was drawn. Raises RuntimeError 7 when memory ran out underway.
-  Bitmap finish();
+  /// Where a picture comes: what becomes of its upper left, upper right and lower left corner.
+  using Corners = std::array<Point, 3>;
+  struct Picture {
+    Bitmap bitmap;                       ///< empty for operations that take only the brush
+    Rect source;                         ///< the part of it that is drawn
+    Bitmap mask;                         ///< if there is one, only its white parts are drawn
+    Point maskOffset;                    ///< from a place in the bitmap to that in the mask
+    std::uint32_t operation = 0xCC0020;  ///< ternary
+    double opacity = 1;
+  };
+  void picture(const Corners& corners, const Picture& picture);
+  void picture(const Rect& target, const Picture& picture);
 
  private:
-  struct DestroyContext {
-    void operator()(cairo_t* context) const { cairo_destroy(context); }
-  };
-  struct DestroySurface {
-    void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
-  };
-  using Surface = std::unique_ptr<cairo_surface_t, DestroySurface>;
-
   cairo_matrix_t matrix() const;
   Point toPicture(Point logical) const;
   double scale() const;
@@ -107,35 +124,20 @@ class Player {
   void endFigure(bool fill);
   void addLines(const std::vector<Point>& points);
   void addCurves(const std::vector<Point>& points, std::size_t first);
+  void addRects(const std::vector<Rect>& rects);
   void addEllipse(const Rect& rect);
   void fillPresentPath();
   void strokePresentPath();
+  void setDashes(double width);
   void setSource(Color color, double opacity = 1);
-  void setOperator();
-  void setBrushSource();
+  bool setBrushSource(const Brush& brush);
+  void paint(const Rect& extents, double weight, const std::function<void()>& draw);
 
-  Surface surface_;
-  std::unique_ptr<cairo_t, DestroyContext> cairo_;
+  Canvas& canvas_;
   cairo_matrix_t device_;
   State state_;
   std::vector<State> saved_;
   bool inPath_ = false;
 };
-
-/// The picture of a device-independent bitmap: an information header and what follows it. Empty if it makes
-/// no sense.
-Bitmap decodeDib(Bytes dib);
-
-/// As `decodeDib`, from header and pixels that stand apart.
-Bitmap decodeDib(Bytes header, Bytes pixels);
-
-/// A bitmap of 24 bits per pixel, flattened on white, as `decodeDib` reads it.
-std::vector<std::uint8_t> encodeDib(const Bitmap& bitmap);
-
-/// The letters of a text in the Windows code page 1252, or of the symbol font, each as UTF-8.
-std::vector<std::string> lettersOf(Bytes text, bool symbols);
-
-/// The letters of a text in UTF-16.
-std::vector<std::string> lettersOf(const std::vector<std::uint16_t>& text, bool symbols);
 
 }  // namespace kestrel::engine::metafile

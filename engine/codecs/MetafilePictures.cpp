@@ -1,0 +1,111 @@
+// The player's pictures: bitmaps mixed with the brush and what was drawn.
+
+#include <algorithm>
+#include <cmath>
+
+#include "MetafilePlayer.h"
+
+namespace kestrel::engine::metafile {
+namespace {
+
+/// White becomes opaque, black transparent.
+Bitmap asAlpha(const Bitmap& mask) {
+  Bitmap result = mask;
+  const Pixels pixels = result.writable();
+  for (std::int32_t y = 0; y < pixels.height; ++y) {
+    std::uint8_t* p = pixels.row(y);
+    for (std::int32_t x = 0; x < pixels.width; ++x, p += 4) p[3] = p[0] < 128 ? 0 : 255;
+  }
+  return result;
+}
+
+bool takesBrush(std::uint8_t operation) { return ((operation >> 4 ^ operation) & 0x0F) != 0; }
+bool takesSource(std::uint8_t operation) { return ((operation >> 2 ^ operation) & 0x33) != 0; }
+
+}  // namespace
+
+void Player::picture(const Rect& target, const Picture& what) {
+  picture(Corners{Point{target.left, target.top}, Point{target.right, target.top},
+                  Point{target.left, target.bottom}},
+          what);
+}
+
+void Player::picture(const Corners& corners, const Picture& what) {
+  constexpr std::uint8_t kCopy = 0xCC, kBrush = 0xF0, kBlack = 0x00, kWhite = 0xFF;
+  const auto operation = static_cast<std::uint8_t>(what.operation >> 16);
+  const double width = what.source.right - what.source.left, height = what.source.bottom - what.source.top;
+  const bool source = takesSource(operation), brush = takesBrush(operation);
+  if (source && (what.bitmap.empty() || width == 0 || height == 0)) return;
+  cairo_t* const c = canvas_.context();
+
+  const Point at = toPicture(corners[0]), right = toPicture(corners[1]), below = toPicture(corners[2]);
+  canvas_.newPath();
+  canvas_.polygon({at, right, {right.x + below.x - at.x, right.y + below.y - at.y}, below});
+  const Rect extents = canvas_.filledExtents();
+  // From pixels of the bitmap to those of the canvas.
+  cairo_matrix_t place{width == 0 ? 0 : (right.x - at.x) / width,
+                       width == 0 ? 0 : (right.y - at.y) / width,
+                       height == 0 ? 0 : (below.x - at.x) / height,
+                       height == 0 ? 0 : (below.y - at.y) / height,
+                       0,
+                       0};
+  place.x0 = at.x - what.source.left * place.xx - what.source.top * place.xy;
+  place.y0 = at.y - what.source.left * place.yx - what.source.top * place.yy;
+  const bool exact =
+      std::abs(place.xx - 1) < 1e-9 && std::abs(place.yy - 1) < 1e-9 && place.xy == 0 && place.yx == 0;
+  const bool mixes = operation != kCopy && operation != kBrush && operation != kBlack && operation != kWhite;
+  const auto placed = [&](const Bitmap& bitmap, Point offset) -> Pattern {
+    cairo_matrix_t inverse = place;
+    if (cairo_matrix_invert(&inverse) != CAIRO_STATUS_SUCCESS) return nullptr;
+    constexpr double kPerPixel = 8;
+    if (!canvas_.work().take(kPerPixel * bitmap.width() * bitmap.height())) return nullptr;
+    Pattern pattern = patternOf(bitmap);
+    inverse.x0 += offset.x;
+    inverse.y0 += offset.y;
+    cairo_pattern_set_matrix(pattern.get(), &inverse);
+    // Bits that are mixed are not to be blended with their neighbours.
+    cairo_pattern_set_filter(pattern.get(), exact || mixes ? CAIRO_FILTER_NEAREST : CAIRO_FILTER_GOOD);
+    cairo_pattern_set_extend(pattern.get(), CAIRO_EXTEND_PAD);
+    return pattern;
+  };
+  const Pattern image = source ? placed(what.bitmap, {}) : nullptr;
+  const Pattern mask = what.mask.empty() ? nullptr : placed(asAlpha(what.mask), what.maskOffset);
+  if ((source && !image) || (!what.mask.empty() && !mask)) return canvas_.newPath();
+
+  const auto paintPresentSource = [&] {
+    if (mask) {
+      cairo_mask(c, mask.get());
+    } else {
+      cairo_paint_with_alpha(c, what.opacity);
+    }
+  };
+  const auto paintImage = [&] {
+    cairo_set_source(c, image.get());
+    paintPresentSource();
+  };
+  const auto paintBrush = [&] {
+    if (setBrushSource(state_.brush)) paintPresentSource();
+  };
+  const auto paintColor = [&] {
+    setSource({operation == kBlack ? 0 : 0xFFFFFFU});
+    paintPresentSource();
+  };
+
+  cairo_save(c);
+  if (mixes) cairo_set_antialias(c, CAIRO_ANTIALIAS_NONE);
+  cairo_set_fill_rule(c, CAIRO_FILL_RULE_WINDING);
+  cairo_clip(c);
+  if (mixes) {
+    canvas_.mix(operation, extents, source ? std::function<void()>(paintImage) : nullptr,
+                brush    ? std::function<void()>(paintBrush)
+                : source ? nullptr
+                         : std::function<void()>(paintColor));
+  } else if (canvas_.affords(extents, operation == kCopy ? 16 : 2)) {
+    cairo_set_operator(c, CAIRO_OPERATOR_OVER);
+    operation == kCopy ? paintImage() : operation == kBrush ? paintBrush() : paintColor();
+  }
+  cairo_restore(c);
+  canvas_.newPath();
+}
+
+}  // namespace kestrel::engine::metafile
