@@ -29,11 +29,8 @@ void SumFloatRows(const float* const* in, const float* weights, std::int32_t row
                   float* out) {
   reference::sumFloatRows(in, weights, rows, values, out);
 }
-void FilterColumns4(const float* in, const FilterTable& table, float* out) {
-  reference::filterColumns(in, table, 4, out);
-}
-void FilterColumns1(const float* in, const FilterTable& table, float* out) {
-  reference::filterColumns(in, table, 1, out);
+void FilterColumns(const float* in, const FilterTable& table, float* out) {
+  reference::filterColumns(in, table, out);
 }
 void StoreStraightRow(const float* in, std::int32_t count, std::uint8_t* out) {
   reference::storeStraightRow(in, count, out);
@@ -160,73 +157,8 @@ HWY_INLINE void filterPixel(const float* HWY_RESTRICT in, const FilterTable& tab
   hn::StoreU(sumOfPixels(d, hn::Add(even, odd)), FloatPixel(), out + std::ptrdiff_t{4} * x);
 }
 
-/// What makes one value of a row of single values filtered along itself, in four parts.
-HWY_INLINE hn::Vec<FloatPixel> valueInParts(const float* HWY_RESTRICT in, const FilterTable& table,
-                                            std::int32_t x) {
-  const FloatPixel d;
-  const FilterTable::Run& run = table.run(x);
-  const float* const weights = table.weights(run);
-  auto parts = hn::Zero(d);
-  for (std::int32_t i = 0; i < run.count; i += 4) {
-    parts = hn::MulAdd(hn::LoadU(d, weights + i), hn::LoadU(d, in + run.first + i), parts);
-  }
-  return parts;
-}
-
-/// The values from `first` on to, and not including, `last`.
-HWY_INLINE void filterValues(const float* HWY_RESTRICT in, const FilterTable& table, std::int32_t first,
-                             std::int32_t last, float* HWY_RESTRICT out) {
-  const FloatPixel d;
-  std::int32_t x = first;
-  for (; x + 4 <= last; x += 4) {
-    const auto a = valueInParts(in, table, x), b = valueInParts(in, table, x + 1);
-    const auto c = valueInParts(in, table, x + 2), e = valueInParts(in, table, x + 3);
-    const auto ab = hn::Add(hn::InterleaveLower(d, a, b), hn::InterleaveUpper(d, a, b));
-    const auto ce = hn::Add(hn::InterleaveLower(d, c, e), hn::InterleaveUpper(d, c, e));
-    hn::StoreU(hn::Add(hn::ConcatLowerLower(d, ce, ab), hn::ConcatUpperUpper(d, ce, ab)), d, out + x);
-  }
-  for (; x < last; ++x) out[x] = hn::GetLane(hn::SumOfLanes(d, valueInParts(in, table, x)));
-}
-
-/// Filters whole vectors of outputs with the same weights, from the first of them on. Returns where it ended.
-template <std::int32_t kChannels>
-std::int32_t filterUniform(const float* HWY_RESTRICT in, const FilterTable& table, float* HWY_RESTRICT out) {
-  const Floats d;
-  const FilterTable::Uniform span = table.uniform();
-  if (span.first == span.last) return span.first;
-  const FilterTable::Run& run = table.run(span.first);
-  const float* const weights = table.weights(run);
-  const auto lanes = static_cast<std::int32_t>(hn::Lanes(d));
-  const std::int32_t step = 4 * lanes / kChannels;
-  std::int32_t x = span.first;
-  for (; x + step <= span.last; x += step) {
-    const float* p = in + std::ptrdiff_t{kChannels} * (run.first + x - span.first);
-    auto sum0 = hn::Zero(d), sum1 = hn::Zero(d), sum2 = hn::Zero(d), sum3 = hn::Zero(d);
-    for (std::int32_t i = 0; i < run.count; ++i, p += kChannels) {
-      const auto weight = hn::Set(d, weights[i]);
-      sum0 = hn::MulAdd(weight, hn::LoadU(d, p), sum0);
-      sum1 = hn::MulAdd(weight, hn::LoadU(d, p + lanes), sum1);
-      sum2 = hn::MulAdd(weight, hn::LoadU(d, p + 2 * lanes), sum2);
-      sum3 = hn::MulAdd(weight, hn::LoadU(d, p + 3 * lanes), sum3);
-    }
-    float* const q = out + std::ptrdiff_t{kChannels} * x;
-    hn::StoreU(sum0, d, q);
-    hn::StoreU(sum1, d, q + lanes);
-    hn::StoreU(sum2, d, q + 2 * lanes);
-    hn::StoreU(sum3, d, q + 3 * lanes);
-  }
-  return x;
-}
-
-void FilterColumns4(const float* HWY_RESTRICT in, const FilterTable& table, float* HWY_RESTRICT out) {
-  for (std::int32_t x = 0; x < table.uniform().first; ++x) filterPixel(in, table, x, out);
-  for (std::int32_t x = filterUniform<4>(in, table, out); x < table.outputs(); ++x)
-    filterPixel(in, table, x, out);
-}
-
-void FilterColumns1(const float* HWY_RESTRICT in, const FilterTable& table, float* HWY_RESTRICT out) {
-  filterValues(in, table, 0, table.uniform().first, out);
-  filterValues(in, table, filterUniform<1>(in, table, out), table.outputs(), out);
+void FilterColumns(const float* HWY_RESTRICT in, const FilterTable& table, float* HWY_RESTRICT out) {
+  for (std::int32_t x = 0; x < table.outputs(); ++x) filterPixel(in, table, x, out);
 }
 
 void StoreStraightRow(const float* HWY_RESTRICT in, std::int32_t count, std::uint8_t* HWY_RESTRICT out) {
@@ -282,8 +214,7 @@ HWY_EXPORT(PremultiplyRow);
 HWY_EXPORT(SumPictureRows);
 HWY_EXPORT(SumAlphaRows);
 HWY_EXPORT(SumFloatRows);
-HWY_EXPORT(FilterColumns4);
-HWY_EXPORT(FilterColumns1);
+HWY_EXPORT(FilterColumns);
 HWY_EXPORT(StoreStraightRow);
 HWY_EXPORT(TintRow);
 
@@ -302,11 +233,8 @@ void sumFloatRows(const float* const* in, const float* weights, std::int32_t row
                   float* out) {
   HWY_DYNAMIC_DISPATCH(SumFloatRows)(in, weights, rows, values, out);
 }
-void filterColumns4(const float* in, const FilterTable& table, float* out) {
-  HWY_DYNAMIC_DISPATCH(FilterColumns4)(in, table, out);
-}
-void filterColumns1(const float* in, const FilterTable& table, float* out) {
-  HWY_DYNAMIC_DISPATCH(FilterColumns1)(in, table, out);
+void filterColumns(const float* in, const FilterTable& table, float* out) {
+  HWY_DYNAMIC_DISPATCH(FilterColumns)(in, table, out);
 }
 void storeStraightRow(const float* in, std::int32_t count, std::uint8_t* out) {
   HWY_DYNAMIC_DISPATCH(StoreStraightRow)(in, count, out);

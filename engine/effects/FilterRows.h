@@ -30,9 +30,8 @@ void sumAlphaRows(const std::uint8_t* in, std::size_t stride, const float* weigh
 void sumFloatRows(const float* const* in, const float* weights, std::int32_t rows, std::size_t values,
                   float* out);
 
-/// A row filtered along itself by the table; 4 or 1 floats a pixel.
-void filterColumns4(const float* in, const FilterTable& table, float* out);
-void filterColumns1(const float* in, const FilterTable& table, float* out);
+/// A row filtered along itself by the table.
+void filterColumns(const float* in, const FilterTable& table, float* out);
 
 /// Floats to pixels with straight alpha, rounded to the nearest and limited to 0 to 255. Less than half a
 /// level of alpha is transparent black. `out` may end anywhere.

@@ -1,48 +1,44 @@
 #include "FilterTable.h"
 
 #include <algorithm>
-#include <cassert>
 #include <cmath>
 #include <numbers>
+#include <numeric>
 
 namespace kestrel::engine {
 
-FilterTable::FilterTable(std::int32_t inputs, std::int32_t outputs, double start, double step,
-                         const FilterKernel& kernel, FilterEdge edge)
+FilterTable::FilterTable(std::int32_t inputs, std::int32_t outputs, const FilterKernel& kernel)
     : inputs_(inputs), runs_(static_cast<std::size_t>(outputs)) {
   // An input that stands on the kernel's very rim may fall to either side by rounding; let it be inside.
   constexpr double kSlack = 1e-9;
-  // With whole steps, all runs that no edge cuts are alike, and share their weights.
-  const bool wholeSteps = step == 1 && start == std::floor(start);
+  const double step = static_cast<double>(inputs) / outputs;
+  // After so many outputs, which are so many whole inputs, the weights repeat, unless an edge cuts the run.
+  const std::int32_t period = outputs / std::gcd(inputs, outputs);
+  const std::int32_t periodInputs = inputs / std::gcd(inputs, outputs);
+  std::int32_t firstWhole = outputs;
   std::vector<double> weights;
   for (std::int32_t output = 0; output < outputs; ++output) {
-    const double center = start + output * step;
+    const double center = (output + 0.5) * step - 0.5;
     const double low = std::ceil(center - kernel.radius - kSlack);
     const double high = std::floor(center + kernel.radius + kSlack);
     Run& run = runs_[static_cast<std::size_t>(output)];
-    if (wholeSteps && low >= 0 && high <= inputs - 1.0) {
-      if (uniform_.last == output && uniform_.first < output) {
-        run = runs_[static_cast<std::size_t>(output) - 1];
-        ++run.first;
-        ++uniform_.last;
+    if (low >= 0 && high <= inputs - 1.0) {
+      firstWhole = std::min(firstWhole, output);
+      if (output - period >= firstWhole) {
+        run = runs_[static_cast<std::size_t>(output - period)];
+        run.first += periodInputs;
         continue;
       }
-      uniform_ = {output, output + 1};
     }
     double first = std::max(low, 0.0);
     double last = std::min(high, inputs - 1.0);
-    if (edge == FilterEdge::Renormalize && first > last) {
-      first = last = std::clamp(std::round(center), 0.0, inputs - 1.0);
-    }
-    const double sumFrom = edge == FilterEdge::Transparent ? low : first;
-    const double sumTo = edge == FilterEdge::Transparent ? high : last;
+    if (first > last) first = last = std::clamp(std::round(center), 0.0, inputs - 1.0);
 
     double sum = 0;
     weights.clear();
-    for (double input = sumFrom; input <= sumTo; ++input) {
-      const double weight = kernel.weight(std::abs(input - center));
-      sum += weight;
-      if (input >= first && input <= last) weights.push_back(weight);
+    for (double input = first; input <= last; ++input) {
+      weights.push_back(kernel.weight(std::abs(input - center)));
+      sum += weights.back();
     }
     // What counts nothing need not be read.
     while (weights.size() > 1 && weights.back() == 0) weights.pop_back();
@@ -50,23 +46,12 @@ FilterTable::FilterTable(std::int32_t inputs, std::int32_t outputs, double start
       weights.erase(weights.begin());
       ++first;
     }
-    if (weights.size() == 1 && edge == FilterEdge::Renormalize) weights[0] = sum = 1;
+    if (weights.size() == 1) weights[0] = sum = 1;
 
-    run.offset = weights_.size();
-    run.count = static_cast<std::int32_t>(weights.size());
-    run.first = run.count > 0 ? static_cast<std::int32_t>(first) : 0;
+    run = {static_cast<std::int32_t>(first), static_cast<std::int32_t>(weights.size()), weights_.size()};
     longestRun_ = std::max(longestRun_, run.count);
     for (const double weight : weights) weights_.push_back(static_cast<float>(weight / sum));
     weights_.resize((weights_.size() + kPadding - 1) / kPadding * kPadding);
-  }
-}
-
-void FilterTable::scale(std::int32_t output, double factor) {
-  assert(uniform_.first == uniform_.last);
-  const Run& scaled = run(output);
-  for (std::int32_t i = 0; i < scaled.count; ++i) {
-    float& weight = weights_[scaled.offset + static_cast<std::size_t>(i)];
-    weight = static_cast<float>(weight * factor);
   }
 }
 
@@ -75,7 +60,7 @@ FilterTable scalingTable(std::int32_t inputs, std::int32_t outputs, const Filter
   const double stretch = std::max(step, 1.0);
   const FilterKernel widened{[&](double distance) { return kernel.weight(distance / stretch); },
                              kernel.radius * stretch};
-  return {inputs, outputs, 0.5 * step - 0.5, step, widened, FilterEdge::Renormalize};
+  return {inputs, outputs, widened};
 }
 
 FilterKernel areaKernel(double width) {
@@ -100,14 +85,12 @@ FilterKernel lanczos3Kernel() {
   return {[](double x) {
             if (x < 1e-9) return 1.0;
             if (x >= 3) return 0.0;
+            // 3 sin(a) sin(a / 3) / a^2 for a = pi x, with sin(3t) = 3 sin(t) - 4 sin(t)^3.
             const double angle = std::numbers::pi * x;
-            return 3 * std::sin(angle) * std::sin(angle / 3) / (angle * angle);
+            const double sine = std::sin(angle / 3);
+            return 3 * sine * sine * (3 - 4 * sine * sine) / (angle * angle);
           },
           3};
-}
-
-FilterKernel gaussianKernel(double sigma) {
-  return {[sigma](double x) { return std::exp(-x * x / (2 * sigma * sigma)); }, 3.5 * sigma};
 }
 
 }  // namespace kestrel::engine

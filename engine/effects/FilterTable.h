@@ -13,13 +13,8 @@ struct FilterKernel {
   double radius = 0;  ///< beyond this distance the weight counts as 0
 };
 
-/// What stands outside the input.
-enum class FilterEdge {
-  Renormalize,  ///< nothing: the weights inside are scaled to a sum of 1
-  Transparent   ///< zeros: the weights outside are lost
-};
-
-/// One axis of a separable filter: for each output a run of inputs, and how much each of them counts.
+/// One axis of a separable filter: for each output a run of inputs, and how much each of them counts. The
+/// weights of an output sum to 1, at the edges too.
 class FilterTable {
  public:
   /// Weights of a run are padded with zeros to a multiple of this.
@@ -27,17 +22,13 @@ class FilterTable {
 
   struct Run {
     std::int32_t first = 0;  ///< the first input
-    std::int32_t count = 0;  ///< inputs used; all inside the input range
-    std::size_t offset = 0;  ///< of the first weight
+    std::int32_t count = 0;  ///< inputs used, at least 1; all inside the input range
+    std::size_t offset = 0;  ///< of the first weight; outputs whose weights are alike share them
   };
 
-  /// A table of nothing.
-  FilterTable() = default;
-
-  /// `outputs` positions at `start`, `start + step`, ... on the axis where input number j stands at j.
-  /// The filter is evaluated there as it is given: who shrinks has widened it before.
-  FilterTable(std::int32_t inputs, std::int32_t outputs, double start, double step,
-              const FilterKernel& kernel, FilterEdge edge);
+  /// The table that brings `inputs` to `outputs` over the whole axis. The kernel's distances are in inputs,
+  /// and it is used as it is given: who shrinks has widened it before.
+  FilterTable(std::int32_t inputs, std::int32_t outputs, const FilterKernel& kernel);
 
   std::int32_t inputs() const { return inputs_; }
   std::int32_t outputs() const { return static_cast<std::int32_t>(runs_.size()); }
@@ -45,26 +36,14 @@ class FilterTable {
   const float* weights(const Run& run) const { return weights_.data() + run.offset; }
   std::int32_t longestRun() const { return longestRun_; }
 
-  /// The outputs whose runs have the same weights, each one input further than the one before; none if `last`
-  /// is `first`.
-  struct Uniform {
-    std::int32_t first = 0, last = 0;
-  };
-  Uniform uniform() const { return uniform_; }
-
-  /// Multiplies the weights of one output; not for a table with uniform runs, which share theirs.
-  void scale(std::int32_t output, double factor);
-
  private:
-  std::int32_t inputs_ = 0;
+  std::int32_t inputs_;
   std::int32_t longestRun_ = 0;
-  Uniform uniform_;
   std::vector<Run> runs_;
   std::vector<float> weights_;
 };
 
-/// The table that brings `inputs` to `outputs` over the whole axis, with the kernel widened when it shrinks,
-/// so that every input counts.
+/// The table with the kernel widened when it shrinks, so that every input counts.
 FilterTable scalingTable(std::int32_t inputs, std::int32_t outputs, const FilterKernel& kernel);
 
 /// The share of an input that an output covers which is `width` inputs wide.
@@ -72,8 +51,5 @@ FilterKernel areaKernel(double width);
 FilterKernel triangleKernel();    ///< linear interpolation
 FilterKernel catmullRomKernel();  ///< cubic convolution with a = -1/2 (Keys 1981)
 FilterKernel lanczos3Kernel();    ///< sinc windowed by its own main lobe stretched to 3 (Duchon 1979)
-
-/// The normal distribution's bell, cut at 3.5 standard deviations: 1/2000 of it is lost.
-FilterKernel gaussianKernel(double sigma);
 
 }  // namespace kestrel::engine

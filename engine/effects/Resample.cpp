@@ -1,6 +1,7 @@
 #include "Resample.h"
 
 #include <algorithm>
+#include <vector>
 
 #include "Common.h"
 #include "FilterRows.h"
@@ -10,74 +11,47 @@
 namespace kestrel::engine {
 namespace {
 
+std::size_t valuesOf(std::int32_t pixels) { return std::size_t{4} * static_cast<std::size_t>(pixels); }
+
 /// Sums rows, then filters the sum along itself: for shrinking, where few sums are left for that.
-void sumFirst(const FilterSource& source, const FilterTable& columns, const FilterTable& rows,
+void sumFirst(const ConstPixels& picture, bool opaque, const FilterTable& columns, const FilterTable& rows,
               const RowSink& sink) {
   const std::int32_t cost = rows.longestRun() + columns.longestRun();
   forRows(rows.outputs(), rowsPerTask(columns.inputs(), cost), [&](std::int32_t first, std::int32_t last) {
-    std::vector<float> scratch, filtered(source.values(columns.outputs()) + kRowSlack);
+    std::vector<float> summed(valuesOf(picture.width) + kRowSlack);
+    std::vector<float> filtered(valuesOf(columns.outputs()) + kRowSlack);
     for (std::int32_t y = first; y < last; ++y) {
-      source.sumAndFilter(rows, y, columns, scratch, filtered.data());
+      const FilterTable::Run& run = rows.run(y);
+      sumPictureRows(picture.row(run.first), picture.stride, rows.weights(run), run.count, picture.width,
+                     opaque, summed.data());
+      filterColumns(summed.data(), columns, filtered.data());
       sink(y, filtered.data());
     }
   });
 }
 
 /// Filters input rows along themselves, then sums them: for enlarging, where each serves for several sums.
-void filterFirst(const FilterSource& source, const FilterTable& columns, const FilterTable& rows,
+void filterFirst(const ConstPixels& picture, const FilterTable& columns, const FilterTable& rows,
                  const RowSink& sink) {
-  const ConstPixels& picture = source.picture();
-  const RowLoader load = [&](std::int32_t y, std::vector<float>& premultiplied, float* row) {
-    premultiplied.resize(source.values(picture.width) + kRowSlack);
-    premultiplyRow(picture.row(y), picture.width, premultiplied.data());
-    source.filterColumns(premultiplied.data(), columns, row);
-  };
-  filterRows(load, source.values(columns.outputs()), columns.longestRun(), rows, sink);
-}
-
-}  // namespace
-
-FilterSource FilterSource::weightedRgba(const ConstPixels& picture) {
-  return {picture, 4, isOpaque(picture)};
-}
-
-void FilterSource::sumAndFilter(const FilterTable& rows, std::int32_t y, const FilterTable& columns,
-                                std::vector<float>& scratch, float* out) const {
-  const FilterTable::Run& run = rows.run(y);
-  const float* const weights = rows.weights(run);
-  const std::uint8_t* const in = picture_.row(run.first);
-  scratch.resize(values(picture_.width) + kRowSlack);
-  if (channels_ == 4) {
-    sumPictureRows(in, picture_.stride, weights, run.count, picture_.width, opaque_, scratch.data());
-  } else {
-    sumAlphaRows(in, picture_.stride, weights, run.count, picture_.width, scratch.data());
-  }
-  filterColumns(scratch.data(), columns, out);
-}
-
-void FilterSource::filterColumns(const float* in, const FilterTable& columns, float* out) const {
-  channels_ == 4 ? filterColumns4(in, columns, out) : filterColumns1(in, columns, out);
-}
-
-void filterRows(const RowLoader& load, std::size_t values, std::int32_t cost, const FilterTable& rows,
-                const RowSink& sink) {
+  const std::size_t values = valuesOf(columns.outputs());
   const std::int32_t kept = std::max(1, rows.longestRun());
-  // Each band loads its first rows anew; bands many times as high make little of that.
+  // Each band filters its first rows anew; bands many times as high make little of that.
   const std::int32_t bandRows =
-      std::max(rowsPerTask(static_cast<std::int32_t>(values / 4), cost + kept), 4 * kept);
+      std::max(rowsPerTask(columns.outputs(), columns.longestRun() + kept), 4 * kept);
   forRows(rows.outputs(), bandRows, [&](std::int32_t first, std::int32_t last) {
     std::vector<std::vector<float>> ring(static_cast<std::size_t>(kept),
                                          std::vector<float>(values + kRowSlack));
     std::vector<std::int32_t> held(static_cast<std::size_t>(kept), -1);
     std::vector<const float*> summands(static_cast<std::size_t>(kept));
-    std::vector<float> summed(values + kRowSlack), scratch;
+    std::vector<float> summed(values + kRowSlack), premultiplied(valuesOf(picture.width) + kRowSlack);
     for (std::int32_t y = first; y < last; ++y) {
       const FilterTable::Run& run = rows.run(y);
       for (std::int32_t i = 0; i < run.count; ++i) {
         const std::int32_t wanted = run.first + i;
         const auto slot = static_cast<std::size_t>(wanted % kept);
         if (held[slot] != wanted) {
-          load(wanted, scratch, ring[slot].data());
+          premultiplyRow(picture.row(wanted), picture.width, premultiplied.data());
+          filterColumns(premultiplied.data(), columns, ring[slot].data());
           held[slot] = wanted;
         }
         summands[static_cast<std::size_t>(i)] = ring[slot].data();
@@ -88,10 +62,13 @@ void filterRows(const RowLoader& load, std::size_t values, std::int32_t cost, co
   });
 }
 
-void resample(const FilterSource& source, const FilterTable& columns, const FilterTable& rows,
+}  // namespace
+
+void resample(const ConstPixels& picture, const FilterTable& columns, const FilterTable& rows,
               const RowSink& sink) {
+  const bool opaque = isOpaque(picture);
   // What the kernels take for one weight of one pixel, in instructions, as counted on 512-bit vectors.
-  const double summing = source.opaque() ? 0.75 : 1.5;
+  const double summing = opaque ? 0.75 : 1.5;
   constexpr double kSummingFloats = 0.5, kFiltering = 0.75, kPerFilteredPixel = 8, kPremultiplying = 1.5;
   const double filteringRow = columns.outputs() * (kFiltering * columns.longestRun() + kPerFilteredPixel);
   const double sumFirstCost =
@@ -101,10 +78,10 @@ void resample(const FilterSource& source, const FilterTable& columns, const Filt
   // What a thread keeps of filtered rows must stay small beside the picture itself.
   constexpr double kMostKeptValues = 16 << 20;
   const double keptValues = static_cast<double>(rows.longestRun()) * columns.outputs() * 4;
-  if (source.channels() == 1 || sumFirstCost <= filterFirstCost || keptValues > kMostKeptValues) {
-    sumFirst(source, columns, rows, sink);
+  if (sumFirstCost <= filterFirstCost || keptValues > kMostKeptValues) {
+    sumFirst(picture, opaque, columns, rows, sink);
   } else {
-    filterFirst(source, columns, rows, sink);
+    filterFirst(picture, columns, rows, sink);
   }
 }
 

@@ -57,10 +57,8 @@ FilterTable axisTable(std::int32_t inputs, std::int32_t outputs, ResampleMethod 
       return scalingTable(inputs, outputs, catmullRomKernel());
     case ResampleMethod::Lanczos3:
       return scalingTable(inputs, outputs, lanczos3Kernel());
-    default: {  // Decimate
-      const double step = static_cast<double>(inputs) / outputs;
-      return {inputs, outputs, 0.5 * step - 0.5, step, areaKernel(step), FilterEdge::Renormalize};
-    }
+    default:  // Decimate
+      return {inputs, outputs, areaKernel(static_cast<double>(inputs) / outputs)};
   }
 }
 
@@ -101,7 +99,7 @@ Bitmap resize(const Bitmap& source, std::int32_t width, std::int32_t height, Res
   if (suitsGroupedResample(columns, rows)) {
     groupedResample(source.pixels(), columns, rows, to);
   } else {
-    resample(FilterSource::weightedRgba(source.pixels()), columns, rows,
+    resample(source.pixels(), columns, rows,
              [&](std::int32_t y, const float* row) { storeStraightRow(row, width, to.row(y)); });
   }
   return result;

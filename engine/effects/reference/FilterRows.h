@@ -51,13 +51,13 @@ inline void sumFloatRows(const float* const* in, const float* weights, std::int3
   }
 }
 
-inline void filterColumns(const float* in, const FilterTable& table, int channels, float* out) {
+inline void filterColumns(const float* in, const FilterTable& table, float* out) {
   for (std::int32_t x = 0; x < table.outputs(); ++x) {
     const FilterTable::Run& run = table.run(x);
     const float* const weights = table.weights(run);
-    for (int c = 0; c < channels; ++c) {
+    for (int c = 0; c < 4; ++c) {
       float sum = 0;
-      for (std::int32_t i = 0; i < run.count; ++i) sum += weights[i] * in[(run.first + i) * channels + c];
+      for (std::int32_t i = 0; i < run.count; ++i) sum += weights[i] * in[(run.first + i) * 4 + c];
       *out++ = sum;
     }
   }
