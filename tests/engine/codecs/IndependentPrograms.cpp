@@ -99,7 +99,7 @@ std::vector<std::uint8_t> Workshop::bytes(const std::string& name) const {
 
 void Workshop::run(const std::vector<std::string>& lines) const {
   std::ofstream script(path("run.sh"));
-  script << "cd '" << folder_.string() << "'\nPATH=/usr/bin:/bin\n";
+  script << "cd '" << folder_.string() << "'\nPATH=/usr/bin:/bin\nexport OMP_NUM_THREADS=1\n";
   for (const std::string& line : lines) {
     script << "{ " << line << " ; } >said 2>&1 || cat - said <<'LINE'\n$ " << line << "\nLINE\n";
   }
