@@ -5,7 +5,7 @@
 #include <cmath>
 #include <csetjmp>
 #include <cstring>
-#include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -15,7 +15,10 @@
 #include "Flatten.h"
 #include "Formats.h"
 #include "Orientation.h"
+#include "PngChunks.h"
+#include "PngReader.h"
 #include "PngText.h"
+#include "PngWriter.h"
 #include "base/RuntimeError.h"
 
 namespace kestrel::engine::png {
@@ -28,8 +31,6 @@ constexpr std::int64_t kBitsPerByte = 1032 * 8;
 constexpr std::size_t kLargePiece = 65536;
 constexpr std::size_t kSmallPiece = 32;
 constexpr std::size_t kNearEnd = 2 * kLargePiece;
-/// Higher levels take many times as long on photographs and save next to nothing.
-constexpr int kCompressionLevel = 4;
 constexpr double kInchesPerMetre = 1 / 0.0254;
 
 /// The library reports errors by a jump, so the functions that call it hold nothing to be destroyed.
@@ -70,18 +71,27 @@ class Reader {
   Reader& operator=(const Reader&) = delete;
   ~Reader() { png_destroy_read_struct(&png_, info_ != nullptr ? &info_ : nullptr, nullptr); }
 
-  void readHeader() {
-    const bool read = errors_.guarded([this] {
+  /// Reads what stands before the pixels; false if it makes no sense.
+  bool readHeader() {
+    return errors_.guarded([this] {
       png_set_user_limits(png_, Bitmap::kMaxSide, Bitmap::kMaxSide);
       png_read_info(png_, info_);
     });
-    if (!read) fail();
+  }
+
+  /// Tells the user what the library found fault with.
+  [[noreturn]] void fail() const {
+    refusePicture("The PNG file is damaged: " + std::string(errors_.text.data()) + ".");
   }
 
   png_structp png() const { return png_; }
   png_infop info() const { return info_; }
   std::int64_t width() const { return png_get_image_width(png_, info_); }
   std::int64_t height() const { return png_get_image_height(png_, info_); }
+  int bitDepth() const { return png_get_bit_depth(png_, info_); }
+  int colorType() const { return png_get_color_type(png_, info_); }
+  bool interlaced() const { return png_get_interlace_type(png_, info_) != PNG_INTERLACE_NONE; }
+  bool hasTransparency() const { return png_get_valid(png_, info_, PNG_INFO_tRNS) != 0; }
 
   /// Reads into RGBA rows and returns how many there are, all of them if something of each is.
   std::int32_t readRows(const Pixels& pixels) {
@@ -114,10 +124,6 @@ class Reader {
   }
 
  private:
-  [[noreturn]] void fail() const {
-    refusePicture("The PNG file is damaged: " + std::string(errors_.text.data()) + ".");
-  }
-
   Errors errors_;
   Bytes rest_;
   png_structp png_ = nullptr;
@@ -209,7 +215,7 @@ void honourColors(const Reader& reader, Decoded& decoded) {
   const png_structp png = reader.png();
   const png_infop info = reader.info();
   if (!decoded.metadata.iccProfile.empty()) {
-    const bool gray = (png_get_color_type(png, info) & PNG_COLOR_MASK_COLOR) == 0;
+    const bool gray = (reader.colorType() & PNG_COLOR_MASK_COLOR) == 0;
     convertToSrgb(decoded, gray ? PixelKind::gray : PixelKind::rgb);
     return;
   }
@@ -255,29 +261,87 @@ void writeMetadata(Writer& writer, const Metadata& metadata, const std::vector<s
   });
 }
 
-}  // namespace
-
-bool probe(Bytes data) {
-  constexpr std::array<std::uint8_t, 8> kSignature{0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
-  return data.size() >= kSignature.size() && std::equal(kSignature.begin(), kSignature.end(), data.begin());
+/// How the picture stands in the file; refuses a size that the file cannot mean.
+Decoded describe(const Reader& reader, std::size_t fileSize) {
+  const std::int64_t bitsPerPixel =
+      std::int64_t{reader.bitDepth()} * png_get_channels(reader.png(), reader.info());
+  checkClaimedSize(reader.width(), reader.height(), fileSize, kBitsPerByte / bitsPerPixel);
+  Decoded decoded;
+  decoded.stored.bitsPerSample = reader.bitDepth();
+  decoded.stored.hasAlpha = (reader.colorType() & PNG_COLOR_MASK_ALPHA) != 0 || reader.hasTransparency();
+  return decoded;
 }
 
-Decoded decode(Bytes data) {
-  Reader reader(data);
-  reader.readHeader();
-  const std::int64_t bitsPerPixel = std::int64_t{png_get_bit_depth(reader.png(), reader.info())} *
-                                    png_get_channels(reader.png(), reader.info());
-  checkClaimedSize(reader.width(), reader.height(), data.size(), kBitsPerByte / bitsPerPixel);
+void finish(const Reader& reader, Decoded& decoded) {
+  decoded.metadata = metadataOf(reader);
+  honourColors(reader, decoded);
+  applyOrientation(decoded, exifOrientation(decoded.metadata.exif));
+  normalizeCameraData(decoded.metadata);
+}
 
-  Decoded decoded;
-  const bool interlaced = png_get_interlace_type(reader.png(), reader.info()) != PNG_INTERLACE_NONE;
-  decoded.stored.bitsPerSample = png_get_bit_depth(reader.png(), reader.info());
-  decoded.stored.hasAlpha = (png_get_color_type(reader.png(), reader.info()) & PNG_COLOR_MASK_ALPHA) != 0 ||
-                            png_get_valid(reader.png(), reader.info(), PNG_INFO_tRNS) != 0;
+std::array<Pixel, 256> paletteOf(const Reader& reader) {
+  std::array<Pixel, 256> palette;
+  palette.fill({0, 0, 0, 255});
+  png_colorp colors = nullptr;
+  int colorCount = 0;
+  png_get_PLTE(reader.png(), reader.info(), &colors, &colorCount);
+  for (std::size_t i = 0; i < static_cast<std::size_t>(colorCount); ++i)
+    palette[i] = {colors[i].red, colors[i].green, colors[i].blue, 255};
+  png_bytep alpha = nullptr;
+  int alphaCount = 0;
+  png_get_tRNS(reader.png(), reader.info(), &alpha, &alphaCount, nullptr);
+  for (std::size_t i = 0; i < static_cast<std::size_t>(alphaCount); ++i) palette[i].a = alpha[i];
+  return palette;
+}
+
+/// The layout as our own reader takes it; nothing if it is one of the rarer ones, which are left to the
+/// library.
+std::optional<PixelLayout> layoutOf(const Reader& reader) {
+  using Kind = PixelLayout::Kind;
+  const int type = reader.colorType();
+  const bool indexed = type == PNG_COLOR_TYPE_PALETTE;
+  if (reader.bitDepth() < 8 || reader.interlaced() || (reader.hasTransparency() && !indexed)) {
+    return std::nullopt;
+  }
+  PixelLayout layout;
+  layout.kind = indexed                             ? Kind::palette
+                : type == PNG_COLOR_TYPE_GRAY       ? Kind::gray
+                : type == PNG_COLOR_TYPE_GRAY_ALPHA ? Kind::grayAlpha
+                : type == PNG_COLOR_TYPE_RGB        ? Kind::rgb
+                                                    : Kind::rgba;
+  layout.sampleBytes = static_cast<std::size_t>(reader.bitDepth()) / 8;
+  if (indexed) layout.palette = paletteOf(reader);
+  return layout;
+}
+
+/// The fast way, for files without a fault and in the usual layouts; nothing for any other.
+std::optional<Decoded> decodeWhole(const Chunks& chunks, std::size_t fileSize) {
+  // The library sees the file without its pixels; metadata that follows them is shown to it before.
+  std::vector<std::uint8_t> head(chunks.before.begin(), chunks.before.end());
+  for (const Bytes chunk : chunks.textsAfter) head.insert(head.end(), chunk.begin(), chunk.end());
+  addChunk(head, "IDAT", {});
+  Reader reader(head);
+  if (!reader.readHeader()) return std::nullopt;
+  const std::optional<PixelLayout> layout = layoutOf(reader);
+  if (!layout) return std::nullopt;
+
+  Decoded decoded = describe(reader, fileSize);
+  decoded.bitmap = Bitmap::uninitialized(static_cast<std::int32_t>(reader.width()),
+                                         static_cast<std::int32_t>(reader.height()));
+  if (!readPixels(chunks.packed, *layout, decoded.bitmap.writable())) return std::nullopt;
+  finish(reader, decoded);
+  return decoded;
+}
+
+/// The library's way, which shows all that a damaged file holds.
+Decoded decodeDamagedOrUnusual(Bytes data) {
+  Reader reader(data);
+  if (!reader.readHeader()) reader.fail();
+  Decoded decoded = describe(reader, data.size());
   const auto width = static_cast<std::int32_t>(reader.width());
   const auto height = static_cast<std::int32_t>(reader.height());
   // The first passes of an interlaced picture leave gaps, which stay transparent if the rest is missing.
-  decoded.bitmap = interlaced ? Bitmap::filled(width, height) : Bitmap::uninitialized(width, height);
+  decoded.bitmap = reader.interlaced() ? Bitmap::filled(width, height) : Bitmap::uninitialized(width, height);
   const std::int32_t rows = reader.readRows(decoded.bitmap.writable());
   if (rows < height) {
     keepRows(decoded, rows);
@@ -285,21 +349,15 @@ Decoded decode(Bytes data) {
     decoded.notice = "The file is damaged or was cut short: parts of the picture could not be read.";
   }
   reader.readEnd();
-
-  decoded.metadata = metadataOf(reader);
-  honourColors(reader, decoded);
-  applyOrientation(decoded, exifOrientation(decoded.metadata.exif));
-  normalizeCameraData(decoded.metadata);
+  finish(reader, decoded);
   return decoded;
 }
 
-std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata, const EncodeOptions&) {
-  const ConstPixels pixels = bitmap.pixels();
-  const bool opaque = isOpaque(bitmap);
+/// A file as far as before its pixels.
+std::vector<std::uint8_t> writeHead(const ConstPixels& pixels, bool opaque, const Metadata& metadata) {
   std::vector<std::uint8_t> exif = metadata.exif;
   setExifSize(exif, pixels.width, pixels.height);
   std::vector<Text> texts = writeTexts(metadata);
-
   Writer writer;
   writer.guarded([&] {
     png_set_IHDR(writer.png(), writer.info(), static_cast<png_uint_32>(pixels.width),
@@ -308,14 +366,31 @@ std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata,
                  PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
   });
   writeMetadata(writer, metadata, exif, texts);
-  writer.guarded([&] {
-    png_set_compression_level(writer.png(), kCompressionLevel);
-    png_write_info(writer.png(), writer.info());
-    if (opaque) png_set_filler(writer.png(), 0, PNG_FILLER_AFTER);
-    for (std::int32_t y = 0; y < pixels.height; ++y) png_write_row(writer.png(), pixels.row(y));
-    png_write_end(writer.png(), writer.info());
-  });
+  writer.guarded([&] { png_write_info(writer.png(), writer.info()); });
   return writer.finish();
+}
+
+}  // namespace
+
+bool probe(Bytes data) {
+  constexpr std::array<std::uint8_t, 8> kSignature{0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
+  return data.size() >= kSignature.size() && std::equal(kSignature.begin(), kSignature.end(), data.begin());
+}
+
+Decoded decode(Bytes data) {
+  if (const auto chunks = findChunks(data)) {
+    if (auto decoded = decodeWhole(*chunks, data.size())) return *std::move(decoded);
+  }
+  return decodeDamagedOrUnusual(data);
+}
+
+std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata, const EncodeOptions&) {
+  const ConstPixels pixels = bitmap.pixels();
+  const bool opaque = isOpaque(bitmap);
+  std::vector<std::uint8_t> file = writeHead(pixels, opaque, metadata);
+  addPixels(file, pixels, !opaque);
+  addChunk(file, "IEND", {});
+  return file;
 }
 
 }  // namespace kestrel::engine::png

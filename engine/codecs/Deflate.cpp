@@ -1,0 +1,106 @@
+#include "Deflate.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+
+namespace kestrel::engine {
+namespace {
+
+constexpr unsigned kHashBits = 14;
+constexpr std::size_t kShortestMatch = 8;
+/// After so many bytes without a match every second place is looked at, and so on.
+constexpr unsigned kPatience = 6;
+constexpr std::size_t kLargestStep = 16;
+/// Farther from any place than a match may be.
+constexpr std::uint32_t kNowhere = 1U << 31;
+
+std::uint64_t load64(const std::uint8_t* from) {
+  std::uint64_t value = 0;
+  std::memcpy(&value, from, sizeof value);
+  return value;
+}
+
+std::uint64_t firstBytes(std::uint64_t v) {
+  if constexpr (std::endian::native == std::endian::big) return v >> (64 - 8 * kShortestMatch);
+  return v << (64 - 8 * kShortestMatch);
+}
+
+std::size_t slotOf(std::uint64_t bytes) {
+  return static_cast<std::size_t>(firstBytes(bytes) * 0x9E3779B185EBCA87U >> (64 - kHashBits));
+}
+
+/// How many bytes are the same at both places, `most` at most.
+std::size_t commonLength(const std::uint8_t* a, const std::uint8_t* b, std::size_t most) {
+  std::size_t length = 0;
+  for (; length + 8 <= most; length += 8) {
+    const std::uint64_t difference = load64(a + length) ^ load64(b + length);
+    if (difference == 0) continue;
+    const int zeros =
+        std::endian::native == std::endian::big ? std::countl_zero(difference) : std::countr_zero(difference);
+    return length + static_cast<std::size_t>(zeros) / 8;
+  }
+  while (length < most && a[length] == b[length]) ++length;
+  return length;
+}
+
+}  // namespace
+
+Deflate::Deflate() : seen_(std::size_t{1} << kHashBits) {}
+
+std::vector<std::uint8_t> Deflate::pack(Bytes data, std::size_t history, bool last) {
+  data_ = data;
+  std::ranges::fill(seen_, kNowhere);
+  for (std::size_t i = 0; i + 8 <= data.size() && i < history; ++i) remember(i);
+  DeflateBlocks blocks;
+  for (std::size_t from = history; from < data.size();) {
+    const std::size_t end = from + std::min(data.size() - from, DeflateBlocks::kMostBytes);
+    matches_.clear();
+    findMatches(from, end);
+    blocks.add(data.subspan(from, end - from), matches_, last && end == data.size());
+    from = end;
+  }
+  return blocks.finish(last);
+}
+
+void Deflate::remember(std::size_t position) {
+  seen_[slotOf(load64(data_.data() + position))] = static_cast<std::uint32_t>(position);
+}
+
+void Deflate::findMatches(std::size_t from, std::size_t end) {
+  const std::uint8_t* const data = data_.data();
+  std::size_t literals = from;  // where those begin that no match covers yet
+  for (std::size_t at = from; at + 8 <= end;) {
+    const std::uint64_t here = load64(data + at);
+    const std::size_t slot = slotOf(here);
+    const std::uint32_t before = seen_[slot];
+    seen_[slot] = static_cast<std::uint32_t>(at);
+    const std::uint32_t distance = static_cast<std::uint32_t>(at) - before;
+    if (distance > DeflateBlocks::kFarthestMatch || firstBytes(here ^ load64(data + before)) != 0) {
+      at += std::min(((at - literals) >> kPatience) + 1, kLargestStep);
+      continue;
+    }
+    // Where places were stepped over, the match may have begun before this one.
+    std::size_t begin = at;
+    while (begin > literals && begin > distance && data[begin - 1] == data[begin - 1 - distance]) --begin;
+    const std::size_t length = commonLength(data + begin, data + begin - distance, end - begin);
+    addMatches(begin - literals, length, distance);
+    at = literals = begin + length;
+    if (at + 8 <= end) remember(at - 2);
+  }
+  matches_.push_back({static_cast<std::uint32_t>(end - literals), 0, 0});
+}
+
+/// A long repetition takes several matches, none of them too short.
+void Deflate::addMatches(std::size_t literals, std::size_t length, std::size_t distance) {
+  while (length > 0) {
+    std::size_t part = std::min(length, DeflateBlocks::kLongestMatch);
+    if (length - part > 0 && length - part < 3) part -= 3;
+    matches_.push_back({static_cast<std::uint32_t>(literals), static_cast<std::uint16_t>(part),
+                        static_cast<std::uint16_t>(distance)});
+    literals = 0;
+    length -= part;
+  }
+}
+
+}  // namespace kestrel::engine
