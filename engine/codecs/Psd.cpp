@@ -2,8 +2,11 @@
 #include <array>
 #include <cmath>
 #include <cstring>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "ByteReader.h"
 #include "ByteWriter.h"
@@ -14,8 +17,11 @@
 #include "Formats.h"
 #include "PhotoshopResources.h"
 #include "PsdChannels.h"
+#include "PsdLayer.h"
 
 // A header, a colour map, image resources, layers, and the merged picture, which is what is read and written.
+// In a picture with transparency its colours stand mixed with white; so such a picture is also the file's
+// only layer.
 
 namespace kestrel::engine::psd {
 namespace {
@@ -225,12 +231,16 @@ Decoded decode(Bytes data) {
   Decoded decoded;
   decoded.metadata = readResources(resources);
   decoded.stored.bitsPerSample = header.form.depth;
-  const Extra extra = header.form.channels > colors && header.mode != kMultichannel && header.mode != kIndexed
-                          ? extraOf(layers, resources, header.form.large)
-                          : Extra::none;
+  Extra extra = header.form.channels > colors && header.mode != kMultichannel && header.mode != kIndexed
+                    ? extraOf(layers, resources, header.form.large)
+                    : Extra::none;
   decoded.stored.hasAlpha = extra != Extra::none;
   decoded.bitmap = Bitmap::filled(header.form.width, header.form.height);
-  const Channels channels = readChannels(reader, header.form, colors + (extra != Extra::none ? 1 : 0));
+  std::optional<Channels> layer;
+  if (extra == Extra::alphaOverWhite && header.mode == kRgb) layer = readOnlyLayer(layers, header.form);
+  if (layer) extra = Extra::alpha;
+  const Channels channels =
+      layer ? std::move(*layer) : readChannels(reader, header.form, colors + (extra != Extra::none ? 1 : 0));
   putColors(channels, header, map, decoded.bitmap.writable());
 
   convertToSrgb(decoded, header.mode == kCmyk                             ? PixelKind::cmyk
@@ -253,7 +263,8 @@ std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata,
     throw RuntimeError(err::kInvalidCall,
                        "The picture is too large for a PSD file, whose sides have at most 30000 pixels.");
   }
-  const std::size_t channels = isOpaque(bitmap) ? 3 : 4;
+  const bool opaque = isOpaque(bitmap);
+  const std::size_t channels = opaque ? 3 : 4;
   ByteWriter writer(ByteOrder::big);
   writer.text("8BPS");
   writer.u16(1);
@@ -267,15 +278,21 @@ std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata,
   const std::vector<std::uint8_t> resources = writeResources(metadata, bitmap);
   writer.u32(resources.size());
   writer.bytes(resources);
-  writer.u32(0);
+  if (opaque) {
+    writer.u32(0);
+  } else {
+    writeOnlyLayer(writer, pixels);
+  }
   writer.u16(1);  // run lengths
 
   ByteWriter rows(ByteOrder::big);
-  std::vector<std::uint8_t> plane(static_cast<std::size_t>(pixels.width));
+  const auto width = static_cast<std::size_t>(pixels.width);
+  std::vector<std::uint8_t> plane(width), flat(3 * width);
   for (std::size_t c = 0; c < channels; ++c) {
     for (std::int32_t y = 0; y < pixels.height; ++y) {
       const std::uint8_t* const row = pixels.row(y);
-      for (std::size_t x = 0; x < plane.size(); ++x) plane[x] = row[4 * x + c];
+      flattenRowOnWhite(row, flat.data(), pixels.width);
+      for (std::size_t x = 0; x < width; ++x) plane[x] = c < 3 ? flat[3 * x + c] : row[4 * x + 3];
       const std::vector<std::uint8_t> packed = packBits(plane);
       writer.u16(packed.size());
       rows.bytes(packed);

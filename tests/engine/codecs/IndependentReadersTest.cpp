@@ -69,11 +69,8 @@ std::vector<std::string> writeAll(const Workshop& workshop, const std::map<std::
 }
 
 TEST(IndependentReaders, PillowSeesExactlyWhatLosslessFormatsHold) {
-  const std::map<std::int32_t, std::string> formats{{format::kPng, "png"},
-                                                    {format::kTif, "tif"},
-                                                    {format::kTga, "tga"},
-                                                    {format::kBmp, "bmp"},
-                                                    {format::kPsd, "psd"}};
+  const std::map<std::int32_t, std::string> formats{
+      {format::kPng, "png"}, {format::kTif, "tif"}, {format::kTga, "tga"}, {format::kBmp, "bmp"}};
   const auto all = pictures();
   const Workshop workshop;
   std::vector<std::string> names;
@@ -91,14 +88,52 @@ TEST(IndependentReaders, PillowSeesExactlyWhatLosslessFormatsHold) {
 }
 
 TEST(IndependentReaders, StbSeesExactlyWhatLosslessFormatsHold) {
-  for (const std::int32_t code : {format::kPng, format::kTga, format::kBmp, format::kPsd}) {
+  for (const std::int32_t code : {format::kPng, format::kTga, format::kBmp}) {
     for (const auto& [name, bitmap] : pictures()) {
-      // Of a see-through PSD file, stb thinks that its colours stand mixed with white, as they do in one with
-      // layers.
-      const Bitmap& picture = code == format::kPsd ? onWhite(bitmap) : bitmap;
-      EXPECT_TRUE(isPicture(test::readWithStb(encode(picture, {}, code)), picture))
+      EXPECT_TRUE(isPicture(test::readWithStb(encode(bitmap, {}, code)), bitmap))
           << name << " in format " << code;
     }
+  }
+}
+
+/// True if two pictures look alike, whatever they hide: colours may differ the more the less is seen of them.
+testing::AssertionResult looksLike(const Bitmap& got, const Bitmap& wanted) {
+  for (int y = 0; y < wanted.height(); ++y) {
+    for (int x = 0; x < wanted.width(); ++x) {
+      const Pixel p = got.at(x, y), q = wanted.at(x, y);
+      const int most = std::max({std::abs(p.r - q.r), std::abs(p.g - q.g), std::abs(p.b - q.b)});
+      if (p.a != q.a || most * q.a > 255) {
+        return testing::AssertionFailure()
+               << "at " << x << ", " << y << ": " << test::text(p) << " instead of " << test::text(q);
+      }
+    }
+  }
+  return testing::AssertionSuccess();
+}
+
+TEST(IndependentReaders, APsdFileHoldsThePictureMergedAndSeeThroughOnesAsALayerToo) {
+  const auto all = pictures();
+  const Workshop workshop;
+  const std::vector<std::string> names = writeAll(workshop, all, "psd", format::kPsd);
+  workshop.readWithPillow(names);
+  std::vector<std::string> lines;
+  for (const auto& [name, bitmap] : all) {
+    const bool opaque = name.starts_with("opaque") || name.starts_with("few");
+    lines.push_back("convert '" + name + ".psd[" + (opaque ? "0" : "1") + "]' -depth 8 " + name + ".pam");
+  }
+  workshop.run(lines);
+  for (const auto& [name, bitmap] : all) {
+    EXPECT_TRUE(isPicture(workshop.plainPicture(name + ".pam"), bitmap))
+        << name << " as ImageMagick reads its layer";
+    EXPECT_TRUE(looksLike(test::readWithStb(workshop.bytes(name + ".psd")), bitmap))
+        << name << " as stb reads it";
+    // Pillow gives the merged picture as it stands in the file.
+    const Bitmap flat = onWhite(bitmap);
+    const Bitmap merged = test::pictureOf(bitmap.width(), bitmap.height(), [&](int x, int y) {
+      const Pixel p = flat.at(x, y);
+      return Pixel{p.r, p.g, p.b, bitmap.at(x, y).a};
+    });
+    EXPECT_TRUE(isPicture(workshop.plainPicture(name + ".psd.pam"), merged)) << name << " as Pillow reads it";
   }
 }
 

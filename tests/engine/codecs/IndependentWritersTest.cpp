@@ -381,6 +381,8 @@ TEST_F(IndependentWriters, Psd) {
     add("cmyk16", "smooth.png -colorspace CMYK -depth 16", Word::magick, 1);
     add("indexed", "few.png -type palette", Word::pillow, 0);
     add("bilevel", "bilevel.png -type bilevel -depth 1", Word::magick, 0);
+    files.push_back(
+        madeOf("alpha.png", "alpha" + end, "convert alpha.png -compress " + compression + " alpha" + end));
   }
   check(files);
 }

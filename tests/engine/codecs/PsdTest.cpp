@@ -109,6 +109,25 @@ TEST(Psd, TransparencyOfLayersIsTakenOutOfTheWhiteItWasMixedWith) {
   EXPECT_EQ(p.a, 128);
 }
 
+TEST(Psd, ColoursComeFromTheOnlyLayerUnlessItIsNotPlainlyThePicture) {
+  const Pixel pixel{200, 100, 50, 20};
+  const auto whole = encode(Bitmap::filled(5, 3, pixel), {}, format::kPsd);
+  EXPECT_EQ(decode(whole).bitmap.at(4, 2), pixel);
+  constexpr std::string_view kMode = "8BIMnorm";
+  const auto mode = std::ranges::search(whole, kMode).begin() - whole.begin();
+  // Mixed with another mode, half transparent, clipped, hidden; elsewhere; with a mask.
+  for (const auto& [place, value] :
+       {std::pair{7, 'x'}, {8, '\x7F'}, {9, '\1'}, {10, '\2'}, {-35, '\1'}, {19, '\1'}}) {
+    auto changed = whole;
+    changed.at(static_cast<std::size_t>(mode + place)) = static_cast<std::uint8_t>(value);
+    const Decoded merged = decode(changed);
+    EXPECT_EQ(merged.notice, "") << place;
+    EXPECT_NE(merged.bitmap.at(4, 2), pixel) << place;
+    EXPECT_NEAR(merged.bitmap.at(4, 2).r, pixel.r, 7) << place;
+    EXPECT_EQ(merged.bitmap.at(4, 2).a, pixel.a) << place;
+  }
+}
+
 TEST(Psd, ReadsTheLargeDocumentForm) {
   EXPECT_EQ(decode(psdFile({.large = true}, {1, 2, 3, 4, 5, 6})).bitmap.at(1, 0), (Pixel{2, 4, 6, 255}));
 }
