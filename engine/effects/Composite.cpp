@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "Common.h"
+#include "WriteRows.h"
 #include "base/RuntimeError.h"
 #include "engine/Parallel.h"
 #include "reference/PixelRows.h"
@@ -14,80 +15,71 @@
 #include "hwy/foreach_target.h"
 #include "hwy/highway.h"
 
+#include "PutPixels-inl.h"
+
 HWY_BEFORE_NAMESPACE();
 namespace kestrel::engine::HWY_NAMESPACE {
 
 #if HWY_TARGET == HWY_SCALAR
 
-void compositeSpan(const std::uint8_t* top, std::int32_t count, std::uint8_t opacity,
-                   const std::optional<Pixel>& mask, std::uint8_t* under) {
-  reference::compositeRow(top, count, opacity, mask, under);
+void compositeSpan(const std::uint8_t* top, const std::uint8_t* under, std::int32_t count,
+                   std::uint8_t opacity, const std::optional<Pixel>& mask, bool, std::uint8_t* out) {
+  reference::compositeRow(top, under, count, opacity, mask, out);
 }
 
 #else
 
-namespace hn = hwy::HWY_NAMESPACE;
-
-/// `top` over opaque pixels: (t * a + u * (255 - a)) / 255, two channels in each 16-bit lane's turn.
+/// a * b for numbers of at most 255.
 template <class D, class V>
-V overOpaque(D d, V top, V alpha, V under) {
+HWY_INLINE V product(D d, V a, V b) {
   const hn::Repartition<std::uint16_t, D> d16;
-  const auto low = hn::Set(d16, 0x00FF);
-  const auto half = hn::Set(d16, 128);
-  const auto a = hn::BitCast(d16, hn::Or(alpha, hn::ShiftLeft<16>(alpha)));
-  const auto rest = hn::Xor(a, low);
-  const auto t = hn::BitCast(d16, hn::Or(top, hn::Set(d, 0xFF000000)));
-  const auto u = hn::BitCast(d16, under);
-  const auto mix = [&](auto tc, auto uc) HWY_ATTR {
-    const auto sum = hn::Add(hn::Add(hn::Mul(tc, a), hn::Mul(uc, rest)), half);
-    return hn::ShiftRight<8>(hn::Add(sum, hn::ShiftRight<8>(sum)));
-  };
-  const auto rb = mix(hn::And(t, low), hn::And(u, low));
-  const auto ga = mix(hn::ShiftRight<8>(t), hn::ShiftRight<8>(u));
-  return hn::BitCast(d, hn::Or(rb, hn::ShiftLeft<8>(ga)));
+  return hn::BitCast(d, hn::Mul(hn::BitCast(d16, a), hn::BitCast(d16, b)));
 }
 
-/// The general case, as `over` in Blend.h tells it.
+/// a / 255 rounded to the nearest.
 template <class D, class V>
-V overAny(D d, V top, V alpha, V under) {
+HWY_INLINE V by255(D d, V a) {
+  const auto rounded = hn::Add(a, hn::Set(d, 128));
+  return hn::ShiftRight<8>(hn::Add(rounded, hn::ShiftRight<8>(rounded)));
+}
+
+/// `over` in Blend.h, with an alpha for `top` that need not be its own.
+template <class D, class V>
+HWY_INLINE V overPixels(D d, V top, V alpha, V under) {
   const hn::RebindToFloat<D> df;
   const hn::RebindToSigned<D> di;
-  const hn::Repartition<std::uint16_t, D> d16;
-  const auto toFloat = [&](V v) HWY_ATTR { return hn::ConvertTo(df, hn::BitCast(di, v)); };
-  const auto product = [&](V a, V b) HWY_ATTR {  // of two numbers of at most 255
-    return hn::BitCast(d, hn::Mul(hn::BitCast(d16, a), hn::BitCast(d16, b)));
-  };
+  const hn::Repartition<std::int16_t, D> d16;
   const auto byte = hn::Set(d, 0xFF);
-  const auto underAlpha = hn::ShiftRight<24>(under);
-  const auto underWeight = product(underAlpha, hn::Xor(alpha, byte));
-  const auto topWeight = product(alpha, byte);
-  const auto total = hn::Add(topWeight, underWeight);
-  const auto tw = toFloat(topWeight);
-  const auto uw = toFloat(underWeight);
-  const auto divisor = toFloat(hn::Max(total, hn::Set(d, 1)));
+  const auto underWeight = product(d, hn::ShiftRight<24>(under), hn::Xor(alpha, byte));
+  const auto topWeight = product(d, alpha, byte);
+  const auto total = hn::Max(hn::Add(topWeight, underWeight), hn::Set(d, 1));
+  const auto toFloat = [&](V v) HWY_ATTR { return hn::ConvertTo(df, hn::BitCast(di, v)); };
+  const auto quotient = hn::NearestInt(hn::Div(toFloat(hn::ShiftLeft<15>(topWeight)), toFloat(total)));
+  const auto share = hn::Min(hn::BitCast(d, quotient), hn::Set(d, 32767));
+  const auto shares = hn::BitCast(d16, hn::Or(share, hn::ShiftLeft<16>(share)));
+
+  // A channel in each half of a pixel's 32 bits.
   const auto mix = [&](V t, V u) HWY_ATTR {
-    const auto sum = hn::MulAdd(toFloat(hn::And(t, byte)), tw, hn::Mul(toFloat(hn::And(u, byte)), uw));
-    return hn::BitCast(d, hn::NearestInt(hn::Div(sum, divisor)));
+    const auto u16 = hn::BitCast(d16, u);
+    const auto difference = hn::Sub(hn::BitCast(d16, t), u16);
+    return hn::BitCast(d, hn::Add(u16, hn::MulFixedPoint15(difference, shares)));
   };
-  const auto r = mix(top, under);
-  const auto g = mix(hn::ShiftRight<8>(top), hn::ShiftRight<8>(under));
-  const auto b = mix(hn::ShiftRight<16>(top), hn::ShiftRight<16>(under));
-  const auto rounded = hn::Add(underWeight, hn::Set(d, 128));
-  const auto rest = hn::ShiftRight<8>(hn::Add(rounded, hn::ShiftRight<8>(rounded)));
-  const auto a = hn::Add(alpha, rest);
-  const auto mixed =
-      hn::Or(hn::Or(r, hn::ShiftLeft<8>(g)), hn::Or(hn::ShiftLeft<16>(b), hn::ShiftLeft<24>(a)));
-  return hn::IfThenElse(hn::Eq(alpha, hn::Zero(d)), under, mixed);
+  const auto low = hn::Set(d, 0x00FF00FF);
+  const auto redBlue = mix(hn::And(top, low), hn::And(under, low));
+  const auto green = mix(hn::And(hn::ShiftRight<8>(top), byte), hn::And(hn::ShiftRight<8>(under), byte));
+  const auto mixedAlpha = hn::Add(alpha, by255(d, underWeight));
+  return hn::Or(hn::Or(redBlue, hn::ShiftLeft<8>(green)), hn::ShiftLeft<24>(mixedAlpha));
 }
 
-void compositeSpan(const std::uint8_t* HWY_RESTRICT top, std::int32_t count, std::uint8_t opacity,
-                   const std::optional<Pixel>& mask, std::uint8_t* HWY_RESTRICT under) {
+/// `out` may be `under`, and then nothing is written where nothing changes; else it is the begin of a row.
+void compositeSpan(const std::uint8_t* top, const std::uint8_t* under, std::int32_t count,
+                   std::uint8_t opacity, const std::optional<Pixel>& mask, bool stream, std::uint8_t* out) {
   const hn::CappedTag<std::uint32_t, 16> d;
   const hn::Repartition<std::uint8_t, decltype(d)> d8;
-  const hn::Repartition<std::uint16_t, decltype(d)> d16;
   const auto lanes = static_cast<std::int32_t>(hn::Lanes(d));
-  const auto opaque = hn::Set(d, 255);
-  const auto strength = hn::BitCast(d16, hn::Set(d, opacity));
+  const bool inPlace = out == under;
+  const bool wholeAlpha = opacity == 255 && !mask;
+  const auto strength = hn::Set(d, opacity);
   const auto colorBits = hn::Set(d, 0x00FFFFFF);
   // No pixel's colour has a value in the fourth byte, so that without a mask colour none is equal.
   std::uint32_t maskValue = 0xFF000000;
@@ -99,23 +91,22 @@ void compositeSpan(const std::uint8_t* HWY_RESTRICT top, std::int32_t count, std
   std::int32_t x = 0;
   for (; x + lanes <= count; x += lanes) {
     const auto t = hn::BitCast(d, hn::LoadU(d8, top + std::ptrdiff_t{4} * x));
-    const auto scaled =
-        hn::Add(hn::BitCast(d, hn::Mul(hn::BitCast(d16, hn::ShiftRight<24>(t)), strength)), hn::Set(d, 128));
-    const auto strong = hn::ShiftRight<8>(hn::Add(scaled, hn::ShiftRight<8>(scaled)));
-    const auto alpha = hn::IfThenZeroElse(hn::Eq(hn::And(t, colorBits), masked), strong);
-    if (hn::AllTrue(d, hn::Eq(alpha, hn::Zero(d)))) continue;
-    std::uint8_t* const target = under + std::ptrdiff_t{4} * x;
-    if (hn::AllTrue(d, hn::Eq(alpha, opaque))) {
-      hn::StoreU(hn::BitCast(d8, t), d8, target);
-      continue;
+    auto alpha = hn::ShiftRight<24>(t);
+    if (!wholeAlpha) {
+      alpha = by255(d, product(d, alpha, strength));
+      alpha = hn::IfThenZeroElse(hn::Eq(hn::And(t, colorBits), masked), alpha);
     }
-    const auto u = hn::BitCast(d, hn::LoadU(d8, target));
-    const bool overAllOpaque = hn::AllTrue(d, hn::Eq(hn::ShiftRight<24>(u), opaque));
-    const auto mixed = overAllOpaque ? overOpaque(d, t, alpha, u) : overAny(d, t, alpha, u);
-    hn::StoreU(hn::BitCast(d8, mixed), d8, target);
+    if (inPlace && hn::AllTrue(d, hn::Eq(alpha, hn::Zero(d)))) continue;
+    const auto u = hn::BitCast(d, hn::LoadU(d8, under + std::ptrdiff_t{4} * x));
+    const auto mixed = overPixels(d, t, alpha, u);
+    if (inPlace) {
+      hn::StoreU(hn::BitCast(d8, mixed), d8, out + std::ptrdiff_t{4} * x);
+    } else {
+      putPixels(d, mixed, stream, out + std::ptrdiff_t{4} * x);
+    }
   }
-  reference::compositeRow(top + std::ptrdiff_t{4} * x, count - x, opacity, mask,
-                          under + std::ptrdiff_t{4} * x);
+  const std::ptrdiff_t done = std::ptrdiff_t{4} * x;
+  reference::compositeRow(top + done, under + done, count - x, opacity, mask, out + done);
 }
 
 #endif
@@ -152,15 +143,24 @@ class Overlay {
   std::int32_t firstRow() const { return firstRow_; }
   std::int32_t rows() const { return std::max(0, lastRow_ - firstRow_); }
 
-  /// Lays its part of row y over that of the lower picture, if it has any.
+  /// Whether it has a part of row y.
+  bool touches(std::int32_t y) const { return y >= firstRow_ && y < lastRow_ && width_ > 0; }
+
+  /// Lays its part of row y, which it touches, over that of the lower picture.
   void layOver(std::uint8_t* row, std::int32_t y) const {
-    if (y < firstRow_ || y >= lastRow_ || width_ <= 0) return;
-    const std::uint8_t* const from = top_.row(static_cast<std::int32_t>(std::int64_t{y} - y_));
-    compositeRow(from + 4 * (std::int64_t{left_} - x_), row + std::ptrdiff_t{4} * left_, width_, opacity_,
-                 maskColor_);
+    compositeRow(partOf(y), row + std::ptrdiff_t{4} * left_, width_, opacity_, maskColor_);
+  }
+
+  /// The same for one that is as wide as the lower picture, into a row elsewhere.
+  void layOver(const std::uint8_t* under, std::int32_t y, bool stream, std::uint8_t* out) const {
+    HWY_DYNAMIC_DISPATCH(compositeSpan)(partOf(y), under, width_, opacity_, maskColor_, stream, out);
   }
 
  private:
+  const std::uint8_t* partOf(std::int32_t y) const {
+    return top_.row(static_cast<std::int32_t>(std::int64_t{y} - y_)) + 4 * (std::int64_t{left_} - x_);
+  }
+
   ConstPixels top_;
   std::int32_t x_, y_;
   std::optional<Pixel> maskColor_;
@@ -172,7 +172,7 @@ class Overlay {
 
 void compositeRow(const std::uint8_t* top, std::uint8_t* under, std::int32_t count, std::uint8_t opacity,
                   std::optional<Pixel> maskColor) {
-  HWY_DYNAMIC_DISPATCH(compositeSpan)(top, count, opacity, maskColor, under);
+  HWY_DYNAMIC_DISPATCH(compositeSpan)(top, under, count, opacity, maskColor, false, under);
 }
 
 Bitmap composite(const Bitmap& under, const Bitmap& top, std::int32_t x, std::int32_t y,
@@ -183,9 +183,14 @@ Bitmap composite(const Bitmap& under, const Bitmap& top, std::int32_t x, std::in
   const Overlay overlay(from, top.pixels(), x, y, options);
   Bitmap result = Bitmap::uninitialized(from.width, from.height);
   const Pixels to = result.writable();
-  forRows(to.height, rowsPerTask(to.width), [&](std::int32_t first, std::int32_t last) {
-    for (std::int32_t row = first; row < last; ++row) {
-      std::memcpy(to.row(row), from.row(row), static_cast<std::size_t>(to.width) * sizeof(Pixel));
+  const bool wholeRows = overlay.width() == to.width;
+  writeRows(to, [&](std::int32_t row, bool stream) {
+    if (!overlay.touches(row)) {
+      copyRow(from.row(row), to.width, stream, to.row(row));
+    } else if (wholeRows) {
+      overlay.layOver(from.row(row), row, stream, to.row(row));
+    } else {
+      copyRow(from.row(row), to.width, false, to.row(row));
       overlay.layOver(to.row(row), row);
     }
   });

@@ -1,11 +1,10 @@
 #include "Crop.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "Common.h"
+#include "WriteRows.h"
 #include "base/RuntimeError.h"
-#include "engine/Parallel.h"
 
 namespace kestrel::engine {
 namespace {
@@ -38,11 +37,8 @@ Bitmap crop(const Bitmap& source, std::int32_t left, std::int32_t top, std::int3
   const ConstPixels from = source.pixels();
   const Pixels to = result.writable();
   const auto skip = static_cast<std::size_t>(columns.first) * sizeof(Pixel);
-  const auto bytes = static_cast<std::size_t>(newWidth) * sizeof(Pixel);
-  forRows(newHeight, rowsPerTask(newWidth), [&](std::int32_t first, std::int32_t last) {
-    for (std::int32_t y = first; y < last; ++y) {
-      std::memcpy(to.row(y), from.row(static_cast<std::int32_t>(rows.first) + y) + skip, bytes);
-    }
+  writeRows(to, [&](std::int32_t y, bool stream) {
+    copyRow(from.row(static_cast<std::int32_t>(rows.first) + y) + skip, newWidth, stream, to.row(y));
   });
   return result;
 }

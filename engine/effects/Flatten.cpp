@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include "Common.h"
-#include "engine/Parallel.h"
+#include "WriteRows.h"
 #include "reference/PixelRows.h"
 
 #undef HWY_TARGET_INCLUDE
@@ -11,16 +11,17 @@
 #include "hwy/foreach_target.h"
 #include "hwy/highway.h"
 
+#include "PutPixels-inl.h"
+
 HWY_BEFORE_NAMESPACE();
 namespace kestrel::engine::HWY_NAMESPACE {
 
 /// Works in whole vectors: rows are padded to 64 bytes, and so may be written to their padded end.
 void flattenRow(const std::uint8_t* HWY_RESTRICT in, std::int32_t count, Pixel background,
-                std::uint8_t* HWY_RESTRICT out) {
+                [[maybe_unused]] bool stream, std::uint8_t* HWY_RESTRICT out) {
 #if HWY_TARGET == HWY_SCALAR
   reference::flattenRow(in, count, background, out);
 #else
-  namespace hn = hwy::HWY_NAMESPACE;
   const hn::CappedTag<std::uint32_t, 16> d;
   const hn::Repartition<std::uint16_t, decltype(d)> d16;
   const hn::Repartition<std::uint8_t, decltype(d)> d8;
@@ -47,7 +48,7 @@ void flattenRow(const std::uint8_t* HWY_RESTRICT in, std::int32_t count, Pixel b
     const auto channels = hn::BitCast(d16, hn::Or(pixels, opaque));
     const auto rb = mix(hn::And(channels, low), a, groundRB);
     const auto ga = mix(hn::ShiftRight<8>(channels), a, groundGA);
-    hn::Store(hn::BitCast(d8, hn::Or(rb, hn::ShiftLeft<8>(ga))), d8, out + std::ptrdiff_t{4} * x);
+    putPixels(d, hn::Or(rb, hn::ShiftLeft<8>(ga)), stream, out + std::ptrdiff_t{4} * x);
   }
 #endif
 }
@@ -65,10 +66,8 @@ Bitmap flatten(const Bitmap& source, Pixel background) {
   Bitmap result = Bitmap::uninitialized(source.width(), source.height());
   const ConstPixels from = source.pixels();
   const Pixels to = result.writable();
-  forRows(to.height, rowsPerTask(to.width), [&](std::int32_t first, std::int32_t last) {
-    for (std::int32_t y = first; y < last; ++y) {
-      HWY_DYNAMIC_DISPATCH(flattenRow)(from.row(y), to.width, background, to.row(y));
-    }
+  writeRows(to, [&](std::int32_t y, bool stream) {
+    HWY_DYNAMIC_DISPATCH(flattenRow)(from.row(y), to.width, background, stream, to.row(y));
   });
   return result;
 }

@@ -1,10 +1,8 @@
 #include "Flip.h"
 
-#include <cstring>
-
 #include "Common.h"
+#include "WriteRows.h"
 #include "base/RuntimeError.h"
-#include "engine/Parallel.h"
 #include "reference/PixelRows.h"
 
 #undef HWY_TARGET_INCLUDE
@@ -12,23 +10,25 @@
 #include "hwy/foreach_target.h"
 #include "hwy/highway.h"
 
+#include "PutPixels-inl.h"
+
 HWY_BEFORE_NAMESPACE();
 namespace kestrel::engine::HWY_NAMESPACE {
 
-void mirrorRow(const std::uint8_t* HWY_RESTRICT in, std::int32_t count, std::uint8_t* HWY_RESTRICT out) {
+void mirrorRow(const std::uint8_t* HWY_RESTRICT in, std::int32_t count, [[maybe_unused]] bool stream,
+               std::uint8_t* HWY_RESTRICT out) {
 #if HWY_TARGET == HWY_SCALAR
   reference::mirrorRow(in, count, out);
 #else
-  namespace hn = hwy::HWY_NAMESPACE;
   const hn::ScalableTag<std::uint32_t> d;
   const hn::Repartition<std::uint8_t, decltype(d)> bytes;
   const auto lanes = static_cast<std::int32_t>(hn::Lanes(d));
-  std::int32_t x = 0;
-  for (; x + lanes <= count; x += lanes) {
-    const auto pixels = hn::BitCast(d, hn::LoadU(bytes, in + std::ptrdiff_t{4} * (count - lanes - x)));
-    hn::Store(hn::BitCast(bytes, hn::Reverse(d, pixels)), bytes, out + std::ptrdiff_t{4} * x);
+  const std::int32_t rest = count % lanes;
+  reference::mirrorRow(in, rest, out + std::ptrdiff_t{4} * (count - rest));
+  for (std::int32_t x = rest; x < count; x += lanes) {
+    const auto pixels = hn::BitCast(d, hn::LoadU(bytes, in + std::ptrdiff_t{4} * x));
+    putPixels(d, hn::Reverse(d, pixels), stream, out + std::ptrdiff_t{4} * (count - lanes - x));
   }
-  reference::mirrorRow(in, count - x, out + std::ptrdiff_t{4} * x);
 #endif
 }
 
@@ -47,14 +47,13 @@ Bitmap mirrored(const Bitmap& source, bool columns, bool rows) {
   Bitmap result = Bitmap::uninitialized(source.width(), source.height());
   const ConstPixels from = source.pixels();
   const Pixels to = result.writable();
-  forRows(to.height, rowsPerTask(to.width), [&](std::int32_t first, std::int32_t last) {
-    for (std::int32_t y = first; y < last; ++y) {
-      const std::uint8_t* const in = from.row(rows ? to.height - 1 - y : y);
-      if (columns) {
-        HWY_DYNAMIC_DISPATCH(mirrorRow)(in, to.width, to.row(y));
-      } else {
-        std::memcpy(to.row(y), in, static_cast<std::size_t>(to.width) * sizeof(Pixel));
-      }
+  writeRows(to, [&](std::int32_t y, bool stream) {
+    // Read upwards and written downwards: it is reading that waits for the memory.
+    std::uint8_t* const out = to.row(rows ? to.height - 1 - y : y);
+    if (columns) {
+      HWY_DYNAMIC_DISPATCH(mirrorRow)(from.row(y), to.width, stream, out);
+    } else {
+      copyRow(from.row(y), to.width, stream, out);
     }
   });
   return result;

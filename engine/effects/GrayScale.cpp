@@ -1,7 +1,7 @@
 #include "GrayScale.h"
 
 #include "Common.h"
-#include "engine/Parallel.h"
+#include "WriteRows.h"
 #include "reference/PixelRows.h"
 
 #undef HWY_TARGET_INCLUDE
@@ -9,15 +9,17 @@
 #include "hwy/foreach_target.h"
 #include "hwy/highway.h"
 
+#include "PutPixels-inl.h"
+
 HWY_BEFORE_NAMESPACE();
 namespace kestrel::engine::HWY_NAMESPACE {
 
 /// Works in whole vectors: rows are padded to 64 bytes, and so may be written to their padded end.
-void grayRow(const std::uint8_t* HWY_RESTRICT in, std::int32_t count, std::uint8_t* HWY_RESTRICT out) {
+void grayRow(const std::uint8_t* HWY_RESTRICT in, std::int32_t count, [[maybe_unused]] bool stream,
+             std::uint8_t* HWY_RESTRICT out) {
 #if HWY_TARGET == HWY_SCALAR
   reference::grayRow(in, count, out);
 #else
-  namespace hn = hwy::HWY_NAMESPACE;
   const hn::CappedTag<std::uint32_t, 16> d;
   const hn::Repartition<std::uint16_t, decltype(d)> d16;
   const hn::Repartition<std::uint8_t, decltype(d)> d8;
@@ -40,7 +42,7 @@ void grayRow(const std::uint8_t* HWY_RESTRICT in, std::int32_t count, std::uint8
     const auto luma = hn::And(hn::ShiftRight<8>(total), byte);
     const auto gray = hn::Or(hn::Or(luma, hn::ShiftLeft<8>(luma)), hn::ShiftLeft<16>(luma));
     const auto result = hn::Or(gray, hn::And(hn::BitCast(d, pixels), alpha));
-    hn::Store(hn::BitCast(d8, result), d8, out + std::ptrdiff_t{4} * x);
+    putPixels(d, result, stream, out + std::ptrdiff_t{4} * x);
   }
 #endif
 }
@@ -58,10 +60,8 @@ Bitmap grayScale(const Bitmap& source) {
   Bitmap result = Bitmap::uninitialized(source.width(), source.height());
   const ConstPixels from = source.pixels();
   const Pixels to = result.writable();
-  forRows(to.height, rowsPerTask(to.width), [&](std::int32_t first, std::int32_t last) {
-    for (std::int32_t y = first; y < last; ++y) {
-      HWY_DYNAMIC_DISPATCH(grayRow)(from.row(y), to.width, to.row(y));
-    }
+  writeRows(to, [&](std::int32_t y, bool stream) {
+    HWY_DYNAMIC_DISPATCH(grayRow)(from.row(y), to.width, stream, to.row(y));
   });
   return result;
 }

@@ -5,12 +5,15 @@
 #include "Common.h"
 #include "Flip.h"
 #include "engine/Parallel.h"
+#include "engine/pixels/Streaming.h"
 #include "reference/TurnRows.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "engine/effects/QuarterTurn.cpp"
 #include "hwy/foreach_target.h"
 #include "hwy/highway.h"
+
+#include "hwy/cache_control.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace kestrel::engine::HWY_NAMESPACE {
@@ -58,35 +61,75 @@ namespace kestrel::engine {
 
 HWY_EXPORT(Transpose);
 
+namespace {
+
+/// Tiles of one cache line by many rows: small enough to stay cached while they are turned.
+constexpr std::int32_t kTileColumns = 16;
+constexpr std::int32_t kTileRows = 64;
+
+/// A turn by one quarter. One to the right reads the input from its last row upwards, one to the left writes
+/// the output so.
+class Turn {
+ public:
+  Turn(const ConstPixels& from, const Pixels& to, bool right)
+      : from_(from),
+        to_(to),
+        right_(right),
+        inStep_(right ? -static_cast<std::ptrdiff_t>(from.stride) : static_cast<std::ptrdiff_t>(from.stride)),
+        outStep_(right ? static_cast<std::ptrdiff_t>(to.stride) : -static_cast<std::ptrdiff_t>(to.stride)),
+        stream_(outgrowsCaches(to.stride * static_cast<std::size_t>(to.height))) {}
+
+  std::int32_t strips() const { return (from_.width - 1) / kTileColumns + 1; }
+
+  /// Turns strips of columns, each tile by tile.
+  void run(std::int32_t firstStrip, std::int32_t lastStrip) const {
+    for (std::int32_t strip = firstStrip; strip < lastStrip; ++strip) {
+      const std::int32_t column = strip * kTileColumns;
+      const std::int32_t columns = std::min(kTileColumns, from_.width - column);
+      std::uint8_t* const out = to_.row(right_ ? column : from_.width - 1 - column);
+      for (std::int32_t row = 0; row < from_.height; row += kTileRows) {
+        const std::int32_t rows = std::min(kTileRows, from_.height - row);
+        const std::uint8_t* const in =
+            from_.row(right_ ? from_.height - 1 - row : row) + std::ptrdiff_t{4} * column;
+        // The next tile comes while this one is turned: no processor foresees such steps by itself.
+        const std::int32_t next = std::min(kTileRows, from_.height - row - rows);
+        for (std::int32_t i = 0; i < next; ++i) hwy::Prefetch(in + (rows + i) * inStep_);
+        turnTile(in, columns, rows, out + std::ptrdiff_t{4} * row);
+      }
+    }
+    if (stream_) finishStreaming();
+  }
+
+ private:
+  void turnTile(const std::uint8_t* in, std::int32_t columns, std::int32_t rows, std::uint8_t* out) const {
+    if (!stream_) {
+      HWY_DYNAMIC_DISPATCH(Transpose)(in, inStep_, columns, rows, out, outStep_);
+      return;
+    }
+    constexpr std::ptrdiff_t kTileStep = std::ptrdiff_t{4} * kTileRows;
+    alignas(64) std::uint8_t tile[kTileColumns * kTileStep];
+    HWY_DYNAMIC_DISPATCH(Transpose)(in, inStep_, columns, rows, tile, kTileStep);
+    for (std::int32_t j = 0; j < columns; ++j) {
+      streamBytes(tile + j * kTileStep, static_cast<std::size_t>(rows) * sizeof(Pixel), out + j * outStep_);
+    }
+  }
+
+  ConstPixels from_;
+  Pixels to_;
+  bool right_;
+  std::ptrdiff_t inStep_, outStep_;
+  bool stream_;
+};
+
+}  // namespace
+
 Bitmap quarterTurn(const Bitmap& source, int quarters) {
   requirePicture(source);
   if (quarters == 2) return halfTurn(source);
   Bitmap result = Bitmap::uninitialized(source.height(), source.width());
-  const ConstPixels from = source.pixels();
-  const Pixels to = result.writable();
-  const bool right = quarters == 1;
-  // A turn to the right reads the input from its last row upwards, one to the left writes the output so.
-  const auto inStep =
-      right ? -static_cast<std::ptrdiff_t>(from.stride) : static_cast<std::ptrdiff_t>(from.stride);
-  const auto outStep =
-      right ? static_cast<std::ptrdiff_t>(to.stride) : -static_cast<std::ptrdiff_t>(to.stride);
-  // Tiles of one cache line by many rows: small enough to stay cached while they are turned.
-  constexpr std::int32_t kTileColumns = 16;
-  constexpr std::int32_t kTileRows = 64;
-  const std::int32_t strips = (from.width - 1) / kTileColumns + 1;
-  forRows(strips, rowsPerTask(kTileColumns * from.height), [&](std::int32_t first, std::int32_t last) {
-    for (std::int32_t column = first * kTileColumns; column < std::min(last * kTileColumns, from.width);
-         column += kTileColumns) {
-      const std::int32_t columns = std::min(kTileColumns, from.width - column);
-      std::uint8_t* const out = to.row(right ? column : from.width - 1 - column);
-      for (std::int32_t row = 0; row < from.height; row += kTileRows) {
-        const std::int32_t rows = std::min(kTileRows, from.height - row);
-        const std::uint8_t* const in =
-            from.row(right ? from.height - 1 - row : row) + std::ptrdiff_t{4} * column;
-        HWY_DYNAMIC_DISPATCH(Transpose)(in, inStep, columns, rows, out + std::ptrdiff_t{4} * row, outStep);
-      }
-    }
-  });
+  const Turn turn(source.pixels(), result.writable(), quarters == 1);
+  forRows(turn.strips(), rowsPerTask(kTileColumns * source.height()),
+          [&](std::int32_t first, std::int32_t last) { turn.run(first, last); });
   return result;
 }
 

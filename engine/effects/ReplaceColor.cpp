@@ -5,8 +5,8 @@
 #include <cstring>
 
 #include "Common.h"
+#include "WriteRows.h"
 #include "base/RuntimeError.h"
-#include "engine/Parallel.h"
 #include "reference/PixelRows.h"
 
 #undef HWY_TARGET_INCLUDE
@@ -14,16 +14,17 @@
 #include "hwy/foreach_target.h"
 #include "hwy/highway.h"
 
+#include "PutPixels-inl.h"
+
 HWY_BEFORE_NAMESPACE();
 namespace kestrel::engine::HWY_NAMESPACE {
 
 /// Works in whole vectors: rows are padded to 64 bytes, and so may be written to their padded end.
 void replaceRow(const std::uint8_t* HWY_RESTRICT in, std::int32_t count, Pixel from, Pixel to,
-                std::uint8_t tolerance, std::uint8_t* HWY_RESTRICT out) {
+                std::uint8_t tolerance, [[maybe_unused]] bool stream, std::uint8_t* HWY_RESTRICT out) {
 #if HWY_TARGET == HWY_SCALAR
   reference::replaceRow(in, count, from, to, tolerance, out);
 #else
-  namespace hn = hwy::HWY_NAMESPACE;
   const hn::CappedTag<std::uint32_t, 16> d;
   const hn::Repartition<std::uint8_t, decltype(d)> d8;
   std::uint32_t fromValue, toValue;
@@ -41,7 +42,7 @@ void replaceRow(const std::uint8_t* HWY_RESTRICT in, std::int32_t count, Pixel f
     const auto difference = hn::Or(hn::SaturatedSub(bytes, wanted), hn::SaturatedSub(wanted, bytes));
     const auto beyond = hn::BitCast(d, hn::SaturatedSub(difference, allowed));
     const auto matches = hn::Or(hn::Eq(beyond, hn::Zero(d)), hn::Lt(pixels, invisibleBelow));
-    hn::Store(hn::BitCast(d8, hn::IfThenElse(matches, replacement, pixels)), d8, out + std::ptrdiff_t{4} * x);
+    putPixels(d, hn::IfThenElse(matches, replacement, pixels), stream, out + std::ptrdiff_t{4} * x);
   }
 #endif
 }
@@ -63,10 +64,8 @@ Bitmap replaceColor(const Bitmap& source, Pixel from, Pixel to, double tolerance
   Bitmap result = Bitmap::uninitialized(source.width(), source.height());
   const ConstPixels in = source.pixels();
   const Pixels out = result.writable();
-  forRows(out.height, rowsPerTask(out.width), [&](std::int32_t first, std::int32_t last) {
-    for (std::int32_t y = first; y < last; ++y) {
-      HWY_DYNAMIC_DISPATCH(replaceRow)(in.row(y), out.width, from, to, levels, out.row(y));
-    }
+  writeRows(out, [&](std::int32_t y, bool stream) {
+    HWY_DYNAMIC_DISPATCH(replaceRow)(in.row(y), out.width, from, to, levels, stream, out.row(y));
   });
   return result;
 }

@@ -6,7 +6,9 @@
 #include <string>
 
 #include "Memory.h"
+#include "Streaming.h"
 #include "base/RuntimeError.h"
+#include "engine/Parallel.h"
 
 namespace kestrel::engine {
 namespace {
@@ -35,6 +37,23 @@ void checkSize(std::int32_t width, std::int32_t height) {
     throw RuntimeError(err::kOutOfMemory, "A picture of " + size + " needs " + std::to_string(bytes >> 20) +
                                               " MB, which is more than a quarter of this machine's memory.");
   }
+}
+
+/// Copies whole rows on several cores.
+void copyRows(const std::uint8_t* in, std::size_t stride, std::int32_t rows, std::uint8_t* out) {
+  const bool stream = outgrowsCaches(stride * static_cast<std::size_t>(rows));
+  constexpr std::size_t kBytesPerTask = std::size_t{512} << 10;
+  forRows(rows, static_cast<std::int32_t>(kBytesPerTask / stride),
+          [&](std::int32_t first, std::int32_t last) {
+            const std::size_t begin = stride * static_cast<std::size_t>(first);
+            const std::size_t bytes = stride * static_cast<std::size_t>(last) - begin;
+            if (stream) {
+              streamBytes(in + begin, bytes, out + begin);
+              finishStreaming();
+            } else {
+              std::memcpy(out + begin, in + begin, bytes);
+            }
+          });
 }
 
 }  // namespace
@@ -83,7 +102,7 @@ Pixels Bitmap::writable() {
   assert(buffer_);
   if (buffer_.use_count() > 1) {
     auto own = std::make_shared<Buffer>(buffer_->width, buffer_->height);
-    std::memcpy(own->memory.data(), buffer_->memory.data(), buffer_->memory.size());
+    copyRows(buffer_->memory.data(), own->stride, own->height, own->memory.data());
     buffer_ = std::move(own);
   }
   return {buffer_->memory.data(), buffer_->stride, buffer_->width, buffer_->height};

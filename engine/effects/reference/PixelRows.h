@@ -40,8 +40,13 @@ inline void grayRow(const std::uint8_t* in, std::int32_t count, std::uint8_t* ou
 }
 
 inline void flattenRow(const std::uint8_t* in, std::int32_t count, Pixel background, std::uint8_t* out) {
-  background.a = 255;
-  for (std::int32_t x = 0; x < count; ++x) store(over(background, load(in, x)), out, x);
+  for (std::int32_t x = 0; x < count; ++x) {
+    const Pixel p = load(in, x);
+    const auto mix = [&](std::uint32_t c, std::uint32_t ground) {
+      return static_cast<std::uint8_t>((c * p.a + ground * (255U - p.a) + 127) / 255);
+    };
+    store({mix(p.r, background.r), mix(p.g, background.g), mix(p.b, background.b), 255}, out, x);
+  }
 }
 
 /// The largest difference among the channels; what stands under alpha 0 has no colour.
@@ -58,13 +63,13 @@ inline void replaceRow(const std::uint8_t* in, std::int32_t count, Pixel from, P
   }
 }
 
-inline void compositeRow(const std::uint8_t* top, std::int32_t count, std::uint8_t opacity,
-                         const std::optional<Pixel>& mask, std::uint8_t* under) {
+inline void compositeRow(const std::uint8_t* top, const std::uint8_t* under, std::int32_t count,
+                         std::uint8_t opacity, const std::optional<Pixel>& mask, std::uint8_t* out) {
   for (std::int32_t x = 0; x < count; ++x) {
     Pixel p = load(top, x);
-    if (mask && p.r == mask->r && p.g == mask->g && p.b == mask->b) continue;
-    p.a = mul255(p.a, opacity);
-    store(over(load(under, x), p), under, x);
+    const bool masked = mask && p.r == mask->r && p.g == mask->g && p.b == mask->b;
+    p.a = masked ? 0 : mul255(p.a, opacity);
+    store(over(load(under, x), p), out, x);
   }
 }
 

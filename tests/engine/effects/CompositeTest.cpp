@@ -10,27 +10,39 @@ namespace {
 
 using namespace test;
 
-/// Source-over in double precision.
-Pixel exactOver(Pixel under, Pixel top) {
+/// Source-over in double precision, each channel before it is rounded.
+struct ExactPixel {
+  double r, g, b, a;
+};
+
+ExactPixel exactOver(Pixel under, Pixel top) {
   const double ta = top.a / 255.0, ua = under.a / 255.0;
   const double alpha = ta + ua * (1 - ta);
-  if (top.a == 0 || alpha == 0) return under;
-  const auto mix = [&](int t, int u) {
-    return static_cast<std::uint8_t>(std::lround((t * ta + u * ua * (1 - ta)) / alpha));
-  };
-  return {mix(top.r, under.r), mix(top.g, under.g), mix(top.b, under.b),
-          static_cast<std::uint8_t>(std::lround(alpha * 255))};
+  const auto mix = [&](int t, int u) { return alpha == 0 ? u : (t * ta + u * ua * (1 - ta)) / alpha; };
+  return {mix(top.r, under.r), mix(top.g, under.g), mix(top.b, under.b), alpha * 255};
 }
 
-TEST(Blend, OverIsWithinOneLevelOfExactArithmetic) {
-  for (int i = 0; i < 300'000; ++i) {
+TEST(Blend, OverIsWithinHalfALevelOfExactArithmeticAndAHundredth) {
+  for (int i = 0; i < 3'000'000; ++i) {
     const auto byte = [&](int prime) { return static_cast<std::uint8_t>((i * prime) >> 3); };
     const Pixel under{byte(31), byte(37), byte(41), byte(43)}, top{byte(47), byte(53), byte(59), byte(61)};
-    const Pixel a = over(under, top), b = exactOver(under, top);
-    ASSERT_LE(std::abs(a.r - b.r), 1);
-    ASSERT_LE(std::abs(a.g - b.g), 1);
-    ASSERT_LE(std::abs(a.b - b.b), 1);
-    ASSERT_EQ(a.a, b.a);
+    const Pixel a = over(under, top);
+    const ExactPixel b = exactOver(under, top);
+    ASSERT_NEAR(a.r, b.r, 0.51);
+    ASSERT_NEAR(a.g, b.g, 0.51);
+    ASSERT_NEAR(a.b, b.b, 0.51);
+    ASSERT_NEAR(a.a, b.a, 0.5 + 1e-9);
+  }
+}
+
+TEST(Blend, EqualColoursStayAndExtremeAlphasAreExact) {
+  for (int i = 0; i < 1 << 16; ++i) {
+    const auto first = static_cast<std::uint8_t>(i), second = static_cast<std::uint8_t>(i >> 8);
+    const Pixel same = over({7, 130, 255, first}, {7, 130, 255, second});
+    ASSERT_TRUE(same.r == 7 && same.g == 130 && same.b == 255);
+    ASSERT_EQ(over({first, second, 3, 200}, {second, first, 90, 255}), (Pixel{second, first, 90, 255}));
+    ASSERT_EQ(over({first, second, 3, 200}, {second, first, 90, 0}), (Pixel{first, second, 3, 200}));
+    ASSERT_EQ(over({first, second, 3, 0}, {second, first, 90, 33}), (Pixel{second, first, 90, 33}));
   }
 }
 
@@ -60,8 +72,8 @@ TEST(Composite, EveryKindOfVectorsEqualsThePlainCode) {
             Bitmap expected = under;
             const Pixels out = expected.writable();
             for (int y = 0; y < size.height; ++y) {
-              reference::compositeRow(top.pixels().row(y), size.width, static_cast<std::uint8_t>(opacity),
-                                      options.maskColor, out.row(y));
+              reference::compositeRow(top.pixels().row(y), under.pixels().row(y), size.width,
+                                      static_cast<std::uint8_t>(opacity), options.maskColor, out.row(y));
             }
             ASSERT_TRUE(samePicture(composite(under, top, 0, 0, options), expected));
           }
