@@ -114,7 +114,8 @@ void printContenders(const std::vector<Row>& rows, const std::vector<Heap>& heap
   for (std::size_t i = 0; i < heaps.size(); ++i) std::cout << "---:|";
   std::cout << "---|\n";
   const auto print = [](const std::string& operation, const Entry& entry) {
-    std::cout << "| " << operation << " | " << entry.measured.contender << " |";
+    std::cout << "| " << operation << " | " << (entry.measured.ours ? "ours" : entry.measured.contender)
+              << " |";
     for (const double value : entry.figures) std::cout << ' ' << figure(value, entry.measured.unit) << " |";
     std::cout << ' ' << entry.measured.computes << " |\n";
   };
