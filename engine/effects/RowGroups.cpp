@@ -245,18 +245,37 @@ HWY_INLINE TwoVectors pixelAt(const float* HWY_RESTRICT in, std::int32_t origin,
                      run.count);
 }
 
+/// Four outputs, one after the other.
+struct Fours {
+  TwoVectors p0, p1, p2, p3;
+};
+
+HWY_INLINE Fours foursAt(const float* HWY_RESTRICT in, std::int32_t origin, const FilterTable& table,
+                         std::int32_t x, std::int32_t last) {
+  return {pixelAt(in, origin, table, x), pixelAt(in, origin, table, std::min(x + 1, last)),
+          pixelAt(in, origin, table, std::min(x + 2, last)),
+          pixelAt(in, origin, table, std::min(x + 3, last))};
+}
+
+HWY_INLINE void storeFours(const Fours& v, std::uint8_t* const* HWY_RESTRICT rows, std::int32_t x) {
+  storeFour(v.p0.a, v.p1.a, v.p2.a, v.p3.a, rows, std::ptrdiff_t{4} * x);
+  storeFour(v.p0.b, v.p1.b, v.p2.b, v.p3.b, rows + kRowsPerVector, std::ptrdiff_t{4} * x);
+}
+
 void FilterGroup(const float* HWY_RESTRICT in, std::int32_t origin, const FilterTable& table,
                  std::int32_t first, std::int32_t last, std::uint8_t* const* HWY_RESTRICT rows) {
-  for (std::int32_t x = first; x < last; x += 4) {
-    for (std::int32_t row = 0; row < kGroupRows; row += 2 * kRowsPerVector) {
-      const float* const from = in + std::ptrdiff_t{4} * row;
-      const TwoVectors p0 = pixelAt(from, origin, table, x);
-      const TwoVectors p1 = pixelAt(from, origin, table, std::min(x + 1, last - 1));
-      const TwoVectors p2 = pixelAt(from, origin, table, std::min(x + 2, last - 1));
-      const TwoVectors p3 = pixelAt(from, origin, table, std::min(x + 3, last - 1));
-      storeFour(p0.a, p1.a, p2.a, p3.a, rows + row, std::ptrdiff_t{4} * x);
-      storeFour(p0.b, p1.b, p2.b, p3.b, rows + row + kRowsPerVector, std::ptrdiff_t{4} * x);
+  if (first >= last) return;
+  for (std::int32_t row = 0; row < kGroupRows; row += 2 * kRowsPerVector) {
+    const float* const from = in + std::ptrdiff_t{4} * row;
+    // Each four are stored while the next are filtered, so that neither waits for the other's results.
+    Fours ready = foursAt(from, origin, table, first, last - 1);
+    std::int32_t x = first;
+    for (; x + 4 < last; x += 4) {
+      const Fours next = foursAt(from, origin, table, x + 4, last - 1);
+      storeFours(ready, rows + row, x);
+      ready = next;
     }
+    storeFours(ready, rows + row, x);
   }
 }
 
