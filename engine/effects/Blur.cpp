@@ -1,12 +1,14 @@
 #include "Blur.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <vector>
 
 #include "Common.h"
 #include "FilterRows.h"
 #include "GaussianFilter.h"
+#include "WriteRows.h"
 #include "base/RuntimeError.h"
 
 namespace kestrel::engine {
@@ -41,6 +43,18 @@ void multiply(float* pixels, const float* factors, std::int32_t count, float com
   }
 }
 
+/// Floats to pixels, from a multiple of 64 bytes on.
+void putStraight(const float* in, std::int32_t count, bool stream, std::uint8_t* out) {
+  if (!stream) return storeStraightRow(in, count, out);
+  constexpr std::int32_t kPixels = 512;
+  alignas(64) std::array<std::uint8_t, 4 * kPixels> pixels;
+  for (std::int32_t x = 0; x < count; x += kPixels) {
+    const std::int32_t some = std::min(kPixels, count - x);
+    storeStraightRow(in + std::ptrdiff_t{4} * x, some, pixels.data());
+    copyRow(pixels.data(), some, stream, out + std::ptrdiff_t{4} * x);
+  }
+}
+
 }  // namespace
 
 Bitmap blur(const Bitmap& source, double sigma) {
@@ -57,6 +71,7 @@ Bitmap blur(const Bitmap& source, double sigma) {
   const Wholes across(columns), down(rows);
   Bitmap result = Bitmap::uninitialized(source.width(), source.height());
   const Pixels to = result.writable();
+  const bool stream = outgrowsCaches(result.byteSize());
   gaussianFilter(source.pixels(), GaussianChannels::WeightedRgba, columns, rows,
                  [&](std::int32_t y, Interval strip, float* piece) {
                    const auto makeWhole = [&](std::int32_t first, std::int32_t last) {
@@ -70,7 +85,7 @@ Bitmap blur(const Bitmap& source, double sigma) {
                    } else {
                      makeWhole(strip.first, strip.last);
                    }
-                   storeStraightRow(piece, strip.length(), to.row(y) + std::ptrdiff_t{4} * strip.first);
+                   putStraight(piece, strip.length(), stream, to.row(y) + std::ptrdiff_t{4} * strip.first);
                  });
   return result;
 }

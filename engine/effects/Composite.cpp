@@ -97,6 +97,10 @@ void compositeSpan(const std::uint8_t* top, const std::uint8_t* under, std::int3
       alpha = hn::IfThenZeroElse(hn::Eq(hn::And(t, colorBits), masked), alpha);
     }
     if (inPlace && hn::AllTrue(d, hn::Eq(alpha, hn::Zero(d)))) continue;
+    if (inPlace && hn::AllTrue(d, hn::Eq(alpha, hn::Set(d, 255)))) {
+      hn::StoreU(hn::BitCast(d8, t), d8, out + std::ptrdiff_t{4} * x);
+      continue;
+    }
     const auto u = hn::BitCast(d, hn::LoadU(d8, under + std::ptrdiff_t{4} * x));
     const auto mixed = overPixels(d, t, alpha, u);
     if (inPlace) {

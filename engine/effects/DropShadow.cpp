@@ -1,6 +1,7 @@
 #include "DropShadow.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstring>
 #include <optional>
@@ -11,6 +12,7 @@
 #include "FilterRows.h"
 #include "GaussianFilter.h"
 #include "Opaque.h"
+#include "WriteRows.h"
 #include "base/RuntimeError.h"
 #include "engine/Parallel.h"
 
@@ -96,15 +98,25 @@ Bitmap dropShadow(const Bitmap& source, std::int32_t offsetX, std::int32_t offse
   const GaussianAxis rows(from.height, to.height, startY, sigma);
   std::uint32_t tint;
   std::memcpy(&tint, &color, sizeof tint);
-  const auto finish = [&](std::int32_t y, Interval piece, const float* shadow, float strength) {
-    tintRow(shadow, piece.length(), tint, strength, to.row(y) + std::ptrdiff_t{4} * piece.first);
+  const bool stream = outgrowsCaches(result.byteSize());
+  // The tinted shadow and the picture over it, where it is, from a multiple of 64 bytes on.
+  constexpr std::int32_t kPixels = 512;
+  const auto finishSome = [&](std::int32_t y, Interval part, const float* shadow, float strength) {
+    alignas(64) std::array<std::uint8_t, 4 * kPixels> pixels;
+    tintRow(shadow, part.length(), tint, strength, pixels.data());
     const std::int64_t sourceY = y - growth.top;
-    if (sourceY < 0 || sourceY >= from.height) return;
-    const std::int64_t first = std::max<std::int64_t>(piece.first, growth.left);
-    const std::int64_t last = std::min<std::int64_t>(piece.last, growth.left + from.width);
-    if (first >= last) return;
-    compositeRow(from.row(static_cast<std::int32_t>(sourceY)) + 4 * (first - growth.left),
-                 to.row(y) + 4 * first, static_cast<std::int32_t>(last - first));
+    const std::int64_t first = std::max<std::int64_t>(part.first, growth.left);
+    const std::int64_t last = std::min<std::int64_t>(part.last, growth.left + from.width);
+    if (sourceY >= 0 && sourceY < from.height && first < last) {
+      compositeRow(from.row(static_cast<std::int32_t>(sourceY)) + 4 * (first - growth.left),
+                   pixels.data() + 4 * (first - part.first), static_cast<std::int32_t>(last - first));
+    }
+    copyRow(pixels.data(), part.length(), stream, to.row(y) + std::ptrdiff_t{4} * part.first);
+  };
+  const auto finish = [&](std::int32_t y, Interval piece, const float* shadow, float strength) {
+    for (std::int32_t x = piece.first; x < piece.last; x += kPixels) {
+      finishSome(y, {x, std::min(x + kPixels, piece.last)}, shadow + (x - piece.first), strength);
+    }
   };
   if (isOpaque(from)) {
     // The shadow of a whole rectangle is the product of its sides' shadows.
@@ -114,6 +126,7 @@ Bitmap dropShadow(const Bitmap& source, std::int32_t offsetX, std::int32_t offse
       for (std::int32_t y = first; y < last; ++y) {
         finish(y, {0, to.width}, across.data(), color.a * down[static_cast<std::size_t>(y)]);
       }
+      if (stream) finishStreaming();
     });
   } else {
     const float opacity = static_cast<float>(color.a) / 255.0F;

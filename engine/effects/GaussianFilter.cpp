@@ -7,6 +7,7 @@
 #include "FilterRows.h"
 #include "FloatImage.h"
 #include "engine/Parallel.h"
+#include "engine/pixels/Streaming.h"
 
 namespace kestrel::engine {
 namespace {
@@ -201,6 +202,7 @@ class PyramidFilter {
           sink(y, strip, any ? source->row(y) : nothing.data());
         }
       }
+      finishStreaming();
     });
   }
 

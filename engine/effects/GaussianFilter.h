@@ -9,7 +9,8 @@
 namespace kestrel::engine {
 
 /// Takes a piece of a finished row, the outputs of `columns`, and may change it; called on several threads at
-/// a time.
+/// a time. The first column of each piece is a multiple of 64. It may write past the caches: what it has so
+/// written is seen when the filter is done.
 using PieceSink = std::function<void(std::int32_t y, Interval columns, float* piece)>;
 
 /// What of a picture is filtered: its colours weighed by alpha and alpha, four floats a pixel (see

@@ -11,6 +11,7 @@
 #include "Opaque.h"
 #include "QuarterTurn.h"
 #include "RotateRows.h"
+#include "WriteRows.h"
 #include "base/RuntimeError.h"
 #include "engine/Parallel.h"
 #include "reference/TurnRows.h"
@@ -102,7 +103,8 @@ class Rotation {
         mapping_(mapping),
         edge_(in, background),
         background_(background.a == 0 ? Pixel{} : background),
-        opaque_(isOpaque(in)) {}
+        opaque_(isOpaque(in)),
+        stream_(outgrowsCaches(out.stride * static_cast<std::size_t>(out.height))) {}
 
   /// Makes the rows of a band, tile by tile, so that the pixels they are taken from stay cached.
   void makeRows(std::int32_t first, std::int32_t last) const {
@@ -117,6 +119,7 @@ class Rotation {
         }
       }
     }
+    if (stream_) finishStreaming();
   }
 
  private:
@@ -149,26 +152,27 @@ class Rotation {
     const Span touched{within(row.touched.first), within(row.touched.last)};
     const Span inside{within(row.inside.first), within(row.inside.last)};
     std::array<float, 4 * kTile> floats;
+    alignas(64) std::array<std::uint8_t, 4 * kTile> piece;
     const auto at = [&](std::int32_t x) { return floats.data() + std::ptrdiff_t{4} * (x - touched.first); };
+    const auto pixel = [&](std::int32_t x) { return piece.data() + std::ptrdiff_t{4} * (x - columns.first); };
     const auto sampleEdge = [&](std::int32_t first, std::int32_t last) {
       for (std::int32_t x = first; x < last; ++x) {
         const Floats sample = edge_.sample(row.u + x * mapping_.du, row.v + x * mapping_.dv);
         std::copy_n(sample.data(), 4, at(x));
       }
     };
-    fill(columns.first, touched.first, out);
+    fill(pixel(columns.first), touched.first - columns.first);
     sampleEdge(touched.first, inside.first);
     sampleLine(in_, opaque_, row.u + inside.first * mapping_.du, row.v + inside.first * mapping_.dv,
                mapping_.du, mapping_.dv, inside.last - inside.first, at(inside.first));
     sampleEdge(inside.last, touched.last);
-    storeStraightRow(floats.data(), touched.last - touched.first, out + std::ptrdiff_t{4} * touched.first);
-    fill(touched.last, columns.last, out);
+    storeStraightRow(floats.data(), touched.last - touched.first, pixel(touched.first));
+    fill(pixel(touched.last), columns.last - touched.last);
+    copyRow(piece.data(), columns.last - columns.first, stream_, out + std::ptrdiff_t{4} * columns.first);
   }
 
-  void fill(std::int32_t first, std::int32_t last, std::uint8_t* out) const {
-    for (std::int32_t x = first; x < last; ++x) {
-      std::memcpy(out + std::ptrdiff_t{4} * x, &background_, sizeof background_);
-    }
+  void fill(std::uint8_t* out, std::int32_t count) const {
+    for (std::int32_t x = 0; x < count; ++x, out += 4) std::memcpy(out, &background_, sizeof background_);
   }
 
   ConstPixels in_;
@@ -176,7 +180,7 @@ class Rotation {
   Mapping mapping_;
   EdgeSampler edge_;
   Pixel background_;
-  bool opaque_;
+  bool opaque_, stream_;
 };
 
 /// The side of the box that holds the turned picture. Rounding must not add a pixel to what fits exactly.

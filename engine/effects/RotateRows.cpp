@@ -29,9 +29,10 @@ void sampleLine(const ConstPixels& in, std::int64_t u, std::int64_t v, std::int6
   constexpr auto kPixels = static_cast<std::int32_t>(hn::MaxLanes(d) / 4);
   const auto alphas = alphaLanes(d);
   const auto scale = opaqueScale(pixel);
+  const auto& weights = reference::cubicWeights();
   for (std::int32_t i = 0; i < count; ++i, u += du, v += dv, out += 4) {
-    const auto across = hn::LoadDup128(d, reference::cubicWeights(u));
-    const float* const down = reference::cubicWeights(v);
+    const auto across = hn::LoadDup128(d, weights[reference::phaseOf(u)].data());
+    const float* const down = weights[reference::phaseOf(v)].data();
     const std::uint8_t* const corner = in.row(static_cast<std::int32_t>(v >> 32) - 1) + 4 * ((u >> 32) - 1);
     auto sum = hn::Zero(d);
     for (std::int32_t x = 0; x < 4; x += kPixels) {

@@ -40,10 +40,11 @@ inline const std::array<std::array<float, 4>, std::size_t{1} << kPhaseBits>& cub
   return table;
 }
 
-inline const float* cubicWeights(std::int64_t position) {
-  const auto phase = static_cast<std::size_t>(position >> (32 - kPhaseBits)) & ((1U << kPhaseBits) - 1);
-  return cubicWeights()[phase].data();
+inline std::size_t phaseOf(std::int64_t position) {
+  return static_cast<std::size_t>(position >> (32 - kPhaseBits)) & ((1U << kPhaseBits) - 1);
 }
+
+inline const float* cubicWeights(std::int64_t position) { return cubicWeights()[phaseOf(position)].data(); }
 
 /// `count` samples along a line, from (u, v) in steps of (du, dv); all sixteen pixels of each are inside.
 inline void sampleLine(const ConstPixels& in, std::int64_t u, std::int64_t v, std::int64_t du,
