@@ -1,6 +1,7 @@
 #include "ImageProcessingCtl.h"
 #include "base/Numbers.h"
 #include "base/Required.h"
+#include "diagnostics/Trailer.h"
 #include "dialogs/frmRotate.h"
 #include "imaging/modImgX.h"
 
@@ -121,7 +122,13 @@ void ImageProcessingCtl::ApplyMaskedDropShadow(std::int32_t OffsetX, std::int32_
   const Colour from = target.Colors().Create(MaskColor, 255);
   const Colour to = target.Colors().Create(0, 0);
   target.Effects().ReplaceColor(from, to, kMaskTolerance, 0, kNoUndo);
-  zDropShadow(target, igxImage.Colors(), shadow, kNoUndo);
+  try {
+    zDropShadow(target, igxImage.Colors(), shadow, kNoUndo);
+  } catch (...) {
+    // Without its shadow the picture must not lose its background either.
+    if (!onSection) QDK_RESUME_NEXT(igxImage.Undo());
+    throw;
+  }
   zEndOperation(onSection);
 }
 

@@ -227,6 +227,34 @@ TEST_F(NoticeOnTheDesktop, ItsButtonSavesElsewhereAndTheFileKeepsItsPages) {
   EXPECT_FALSE(strip().isVisible());
 }
 
+TEST_F(NoticeOnTheDesktop, ComesBackWithTheFirstStrokeWhichStaysWhereItWasDrawn) {
+  open(scan());
+  QTest::mouseClick(&cross(), Qt::LeftButton);
+  settle();
+  const double factor = bench.canvas().devicePixelRatioF();
+  const auto at = [&](int column, int row) {
+    return QPoint(static_cast<int>((column - bench.view().ScrollLeft() + 1) / factor),
+                  static_cast<int>((row - bench.view().ScrollTop() + 1) / factor));
+  };
+  bench.editor().Tool(ipToolRectangle);
+  bench.editor().BackColor(0x0000FF);
+  const QPoint from = at(100, 60);
+  const QPoint to = at(180, 120);
+  QTest::mousePress(&bench.canvas(), Qt::LeftButton, {}, from);
+  QMouseEvent move(QEvent::MouseMove, QPointF(to), bench.canvas().mapToGlobal(QPointF(to)), Qt::NoButton,
+                   Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(&bench.canvas(), &move);
+  EXPECT_FALSE(strip().isVisible()) << "nothing is changed yet";
+  QTest::mouseRelease(&bench.canvas(), Qt::LeftButton, {}, to);
+  settle();
+  EXPECT_TRUE(strip().isVisible());
+  const kestrel::Image& picture = *bench.editor().Image();
+  EXPECT_EQ(picture.GetPixel(105, 65).Value(), 0x0000FF);
+  EXPECT_EQ(picture.GetPixel(175, 115).Value(), 0x0000FF);
+  EXPECT_EQ(picture.GetPixel(105, 55).Red(), 55);
+  EXPECT_EQ(picture.GetPixel(105, 125).Red(), 125);
+}
+
 TEST_F(NoticeOnTheDesktop, InASmallWindowItWrapsAndThenEndsInDotsAndLeavesHalfToThePicture) {
   open(scan());
   const int oneLine = strip().height();

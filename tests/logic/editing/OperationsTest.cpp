@@ -300,7 +300,8 @@ TEST_P(EditingOperations, TheContouredShadowFollowsTheOutlineOfThePicture) {
 }
 
 TEST_P(EditingOperations, TheContouredShadowsOverflowComesToTheCaller) {
-  EXPECT_THROW(editor().ApplyMaskedDropShadow(3, 4, 7, 300, 10, 99, false), RuntimeError);
+  EXPECT_THROW(editor().ApplyMaskedDropShadow(3, 4, 7, 300, 10, 99, true), RuntimeError);
+  EXPECT_TRUE(same(shown(), gradient(kWidth, kHeight))) << "nor did it lose its background";
 }
 
 // -- Failures ---------------------------------------------------------------------------------------------
