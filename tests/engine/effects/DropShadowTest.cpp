@@ -113,6 +113,31 @@ TEST(DropShadow, OpaquePictureCastsTheSameGaussian) {
   });
 }
 
+TEST(DropShadow, OneTooLargeForTheCachesHasTheSameShadow) {
+  const auto value = [](int x, int y) {
+    return Pixel{200, 100, 50, static_cast<std::uint8_t>((x * y) % 256)};
+  };
+  for (const double blur : {0.0, 128.0, 255.0}) {
+    const int reach = static_cast<int>(std::ceil(3 * shadowSigma(blur))), grown = std::max(0, reach - 5);
+    for (const bool opaque : {false, true}) {
+      const auto made = [&](int width, int height) {
+        return madeBy(width, height, [&](int x, int y) {
+          const Pixel p = value(x, y);
+          return opaque || x == 0 || y == 0 ? Pixel{p.r, p.g, p.b, 255} : p;
+        });
+      };
+      const Bitmap large = dropShadow(made(2200, 2000), 5, 5, kShadow, blur);
+      const Bitmap small = dropShadow(made(300, 150), 5, 5, kShadow, blur);
+      // As far as what is missing of the smaller one has no effect.
+      for (int y = 0; y < grown + 150 - reach - 40; ++y) {
+        for (int x = 0; x < grown + 300 - reach - 40; ++x) {
+          ASSERT_LE(visibleDifference(large.at(x, y), small.at(x, y)), 1.01) << x << ", " << y;
+        }
+      }
+    }
+  }
+}
+
 TEST(DropShadow, DefaultsLookSoftAndKeepThePicture) {
   const Bitmap picture = Bitmap::filled(200, 150, {250, 240, 230, 255});
   const Bitmap result = dropShadow(picture, 5, 5, {0, 0, 0, 75}, 128);

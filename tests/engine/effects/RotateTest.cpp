@@ -106,6 +106,13 @@ TEST(Rotate, EveryKindOfVectorsIsNearDirectInterpolation) {
   });
 }
 
+TEST(Rotate, OneTooLargeForTheCachesIsNearDirectInterpolation) {
+  const Bitmap picture = randomPicture(1500, 1450, AlphaKind::MostlyExtreme);
+  const Pixel ground{0, 100, 200, 255};
+  const Bitmap turned = rotate(picture, 50, ground);
+  EXPECT_TRUE(samePicture(turned, naiveRotate(picture, 50, ground, turned.width(), turned.height()), 2.5));
+}
+
 TEST(Rotate, ConstantStaysConstantToItsEdge) {
   // Where the picture has the background's colour, the edge between them cannot be seen.
   const Pixel value{50, 100, 150, 255};
