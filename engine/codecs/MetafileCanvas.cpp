@@ -1,6 +1,7 @@
 #include "MetafileCanvas.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstring>
 #include <string>
@@ -78,8 +79,8 @@ class LayerRows {
   int right() const { return left_ + width_; }
   int top() const { return top_; }
   int bottom() const { return top_ + height_; }
+  /// The pixel at a place within.
   std::uint32_t at(int x, int y) const {
-    if (x < left() || x >= right() || y < top() || y >= bottom()) return 0;
     std::uint32_t pixel = 0;
     std::memcpy(&pixel, data_ + (y - top_) * stride_ + std::ptrdiff_t{4} * (x - left_), sizeof pixel);
     return pixel;
@@ -91,15 +92,25 @@ class LayerRows {
   int width_ = 0, height_ = 0, left_ = 0, top_ = 0;
 };
 
-std::uint32_t mixed(std::uint8_t operation, std::uint32_t brush, std::uint32_t source, std::uint32_t under) {
-  std::uint32_t result = 0;
-  for (unsigned bits = 0; bits < 8; ++bits) {
-    if ((operation >> bits & 1) == 0) continue;
-    result |= ((bits & 4) != 0 ? brush : ~brush) & ((bits & 2) != 0 ? source : ~source) &
-              ((bits & 1) != 0 ? under : ~under);
+/// The result of a ternary operation for all bits of a colour at once.
+class Mixer {
+ public:
+  explicit Mixer(std::uint8_t operation) {
+    for (unsigned bits = 0; bits < 8; ++bits) wanted_[bits] = (operation >> bits & 1) != 0 ? 0xFFFFFF : 0;
   }
-  return result & 0xFFFFFF;
-}
+
+  std::uint32_t operator()(std::uint32_t brush, std::uint32_t source, std::uint32_t under) const {
+    const auto chosen = [&](unsigned first) {
+      const std::uint32_t clear = (wanted_[first] & ~under) | (wanted_[first + 1] & under);
+      const std::uint32_t set = (wanted_[first + 2] & ~under) | (wanted_[first + 3] & under);
+      return (clear & ~source) | (set & source);
+    };
+    return (chosen(0) & ~brush) | (chosen(4) & brush);
+  }
+
+ private:
+  std::array<std::uint32_t, 8> wanted_{};
+};
 
 std::shared_ptr<cairo_path_t> shared(cairo_path_t* path) { return {path, cairo_path_destroy}; }
 
@@ -364,7 +375,7 @@ Pattern Canvas::layer(const std::function<void()>& paint) {
 void Canvas::mix(std::uint8_t operation, const Rect& extents, const std::function<void()>& source,
                  const std::function<void()>& brush) {
   constexpr std::uint8_t kNothing = 0xAA;
-  constexpr double kWeight = 16;
+  constexpr double kWeight = 40;
   if (operation == kNothing || !affords(extents, kWeight)) return;
   const auto whole = [](double v, std::int32_t most) {
     return static_cast<std::int32_t>(std::clamp(v, 0.0, static_cast<double>(most)));
@@ -399,24 +410,33 @@ void Canvas::mix(std::uint8_t operation, const Rect& extents, const std::functio
 void Canvas::mixBand(std::uint8_t operation, std::int32_t top, std::int32_t bottom, cairo_pattern_t* source,
                      cairo_pattern_t* brush) {
   const LayerRows sourceRows(source), brushRows(brush);
-  const LayerRows& any = sourceRows.exists() ? sourceRows : brushRows;
-  if (!any.exists()) return;
+  const bool hasSource = sourceRows.exists(), hasBrush = brushRows.exists();
+  if (!hasSource && !hasBrush) return;
+  std::int32_t left = 0, right = width_;
+  for (const LayerRows* const rows : {&sourceRows, &brushRows}) {
+    if (!rows->exists()) continue;
+    left = std::max(left, rows->left());
+    right = std::min(right, rows->right());
+    top = std::max(top, rows->top());
+    bottom = std::min(bottom, rows->bottom());
+  }
   cairo_surface_flush(surface_.get());
   std::uint8_t* const data = cairo_image_surface_get_data(surface_.get());
   const std::ptrdiff_t stride = cairo_image_surface_get_stride(surface_.get());
   if (data == nullptr) return;
-  for (std::int32_t y = std::max(top, any.top()); y < std::min(bottom, any.bottom()); ++y) {
-    for (std::int32_t x = std::max(0, any.left()); x < std::min(width_, any.right()); ++x) {
-      const std::uint32_t s = sourceRows.exists() ? sourceRows.at(x, y) : 0;
-      const std::uint32_t b = brushRows.exists() ? brushRows.at(x, y) : 0;
-      constexpr std::uint32_t kHalf = 0x80000000;
-      if ((sourceRows.exists() && s < kHalf) || (brushRows.exists() && b < kHalf)) continue;
+  const Mixer mix(operation);
+  for (std::int32_t y = top; y < bottom; ++y) {
+    for (std::int32_t x = left; x < right; ++x) {
+      constexpr std::uint32_t kHalf = 0x80000000, kColors = 0xFFFFFF;
+      const std::uint32_t s = hasSource ? sourceRows.at(x, y) : kHalf;
+      const std::uint32_t b = hasBrush ? brushRows.at(x, y) : kHalf;
+      if (s < kHalf || b < kHalf) continue;
       std::uint8_t* const at = data + y * stride + std::ptrdiff_t{4} * x;
       std::uint32_t pixel = 0;
       std::memcpy(&pixel, at, sizeof pixel);
-      const std::uint32_t under = onWhite(pixel);
-      const std::uint32_t result = mixed(operation, b, s, under);
-      if (result == (under & 0xFFFFFF)) continue;
+      const std::uint32_t under = onWhite(pixel) & kColors;
+      const std::uint32_t result = mix(b, s, under) & kColors;
+      if (result == under) continue;
       pixel = 0xFF000000 | result;
       std::memcpy(at, &pixel, sizeof pixel);
     }

@@ -9,8 +9,6 @@
 namespace kestrel::engine::metafile {
 namespace {
 
-constexpr std::uint8_t kSymbolSet = 2;
-
 /// The signs of the symbol font from 0x20 to 0x7E (without what is as in ASCII, which is 0) and from 0xA0.
 constexpr std::array<std::uint16_t, 95> kSymbols20{
     0,      0,      0x2200, 0,      0x2203, 0,      0,      0x220B, 0,      0,      0x2217, 0,

@@ -1,57 +1,9 @@
-#include <cstring>
-
-#include "TestPictures.h"
+#include "MetafileBuilders.h"
 
 namespace kestrel::engine {
 namespace {
 
-using test::Builder;
-using test::errorOf;
-
-constexpr Pixel kNothing{0, 0, 0, 0}, kRed{255, 0, 0, 255}, kBlue{0, 0, 255, 255}, kWhite{255, 255, 255, 255};
-constexpr std::uint32_t kRedColor = 0x0000FF, kBlueColor = 0xFF0000;
-
-/// An enhanced metafile of 40 x 30 pixels whose records are added one by one.
-class Emf {
- public:
-  Emf& record(std::uint32_t type, const std::vector<std::uint32_t>& words) {
-    records_.le32(type).le32(static_cast<std::uint32_t>(8 + 4 * words.size()));
-    for (const std::uint32_t word : words) records_.le32(word);
-    return *this;
-  }
-  Emf& brush(std::uint32_t color) { return record(39, {1, 0, color, 0}).record(37, {1}); }
-  Emf& noPen() { return record(37, {0x80000008}); }
-
-  std::vector<std::uint8_t> file() const {
-    Builder b;
-    b.le32(1).le32(88).le32(0).le32(0).le32(39).le32(29);
-    b.le32(0).le32(0).le32(1058).le32(794);  // hundredths of a millimetre at 96 pixels per inch
-    b.text(" EMF").le32(0x10000).le32(0).le32(0).fill(16);
-    b.le32(960).le32(960).le32(254).le32(254);
-    b.bytes.insert(b.bytes.end(), records_.bytes.begin(), records_.bytes.end());
-    b.le32(14).le32(20).le32(0).le32(16).le32(20);
-    return b.bytes;
-  }
-  Bitmap play() const {
-    const Decoded decoded = decode(file());
-    EXPECT_EQ(decoded.format, 8);
-    EXPECT_TRUE(decoded.notice.empty()) << decoded.notice;
-    return decoded.bitmap;
-  }
-
- private:
-  Builder records_;
-};
-
-std::uint32_t pair(int x, int y) {
-  return static_cast<std::uint32_t>(x & 0xFFFF) | static_cast<std::uint32_t>(y) << 16;
-}
-
-std::uint32_t bits(float value) {
-  std::uint32_t result = 0;
-  std::memcpy(&result, &value, 4);
-  return result;
-}
+using namespace test;
 
 TEST(EmfFile, ShapesAreFilledWithTheBrush) {
   const Bitmap bitmap = Emf()
@@ -193,29 +145,6 @@ TEST(EmfFile, AFileThatEndsEarlyShowsWhatWasDrawnUntilThen) {
   EXPECT_EQ(decoded.bitmap.at(10, 10), kRed);
   EXPECT_EQ(decoded.bitmap.at(25, 10), kNothing);
 }
-
-/// A Windows metafile whose records are added one by one, with or without a frame of 40 x 30 pixels.
-class Wmf {
- public:
-  Wmf& record(std::uint32_t number, const std::vector<int>& words) {
-    records_.le32(static_cast<std::uint32_t>(3 + words.size())).le16(number);
-    for (const int word : words) records_.le16(static_cast<std::uint32_t>(word & 0xFFFF));
-    return *this;
-  }
-
-  std::vector<std::uint8_t> file(bool placeable) const {
-    Builder b;
-    // Twice as many units as pixels.
-    if (placeable) b.le32(0x9AC6CDD7).le16(0).le16(0).le16(0).le16(80).le16(60).le16(192).le32(0).le16(0);
-    b.le16(1).le16(9).le16(0x300).le32(0).le16(2).le32(0).le16(0);
-    b.bytes.insert(b.bytes.end(), records_.bytes.begin(), records_.bytes.end());
-    b.le32(3).le16(0);
-    return b.bytes;
-  }
-
- private:
-  Builder records_;
-};
 
 Wmf redBox() {
   return Wmf()

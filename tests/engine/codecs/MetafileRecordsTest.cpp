@@ -1,0 +1,569 @@
+#include <string>
+#include <utility>
+
+#include "MetafileBuilders.h"
+
+// What single records of metafiles mean: how ink mixes with what is there, clips, pens and brushes, bitmaps,
+// blends, regions and letters.
+
+namespace kestrel::engine {
+namespace {
+
+using namespace test;
+
+constexpr std::uint32_t kCopy = 0xCC0020, kAnd = 0x8800C6, kOr = 0xEE0086, kXor = 0x660046,
+                        kInvert = 0x550009, kBrushXor = 0x5A0049;
+
+std::uint32_t number(int value) { return static_cast<std::uint32_t>(value); }
+
+Builder join(Builder first, const Builder& second) {
+  first.bytes.insert(first.bytes.end(), second.bytes.begin(), second.bytes.end());
+  return first;
+}
+
+/// Parameters of a record that ends with a bitmap: its places stand where `places` was added.
+Builder withDib(const Builder& before, const Dib& dib, const Builder& after) {
+  const std::size_t at = 8 + before.bytes.size() + 16 + after.bytes.size();
+  Builder b = before;
+  b.le32(static_cast<std::uint32_t>(at)).le32(static_cast<std::uint32_t>(dib.header.bytes.size()));
+  b.le32(static_cast<std::uint32_t>(at + dib.header.bytes.size()));
+  b.le32(static_cast<std::uint32_t>(dib.pixels.bytes.size()));
+  return join(join(join(b, after), dib.header), dib.pixels);
+}
+
+Builder words(std::initializer_list<int> values) {
+  Builder b;
+  for (const int v : values) b.le32(number(v));
+  return b;
+}
+
+/// Draws a bitmap pixel for pixel by a ternary operation.
+Emf& blit(Emf& emf, int x, int y, const Dib& dib, std::uint32_t operation) {
+  const int width = dib.header.bytes[4], height = dib.header.bytes[8];
+  const Builder before = words({0, 0, 0, 0, x, y, 0, 0, width, height});
+  return emf.record(
+      81, withDib(before, dib, Builder().le32(0).le32(operation).le32(number(width)).le32(number(height))));
+}
+
+TEST(MetafileMixing, InkMixesBitByBitWithWhatIsThere) {
+  const auto mixed = [](std::uint32_t operation) {
+    return Emf()
+        .noPen()
+        .brush(0x0F00FF)  // red FF, blue 0F
+        .box(0, 0, 40, 30)
+        .record(20, {operation})
+        .brush(0x3300F0)  // red F0, blue 33
+        .box(10, 0, 20, 30)
+        .play()
+        .at(15, 15);
+  };
+  EXPECT_EQ(mixed(1), kBlack) << "black";
+  EXPECT_EQ(mixed(6), (Pixel{0x00, 0xFF, 0xF0, 255})) << "not";
+  EXPECT_EQ(mixed(7), (Pixel{0x0F, 0x00, 0x3C, 255})) << "xor";
+  EXPECT_EQ(mixed(9), (Pixel{0xF0, 0x00, 0x03, 255})) << "mask";
+  EXPECT_EQ(mixed(11), (Pixel{0xFF, 0x00, 0x0F, 255})) << "nothing";
+  EXPECT_EQ(mixed(13), (Pixel{0xF0, 0x00, 0x33, 255})) << "copy";
+  EXPECT_EQ(mixed(15), (Pixel{0xFF, 0x00, 0x3F, 255})) << "merge";
+  EXPECT_EQ(mixed(16), kWhite) << "white";
+}
+
+TEST(MetafileMixing, XorTwiceLeavesWhatWasThere) {
+  Emf emf;
+  emf.noPen().brush(kRedColor).box(0, 0, 40, 30).record(20, {7}).brush(0x123456);
+  const Bitmap once = emf.box(5, 5, 25, 25).play();
+  const Bitmap twice = emf.box(5, 5, 25, 25).play();
+  EXPECT_NE(once.at(10, 10), kRed);
+  EXPECT_TRUE(isPicture(twice, Bitmap::filled(40, 30, kRed)));
+}
+
+TEST(MetafileMixing, WhatDoesNotChangeStaysTransparent) {
+  // To xor with black changes nothing; empty parts count as white, so that with white it makes black.
+  const Bitmap bitmap =
+      Emf().noPen().record(20, {7}).brush(0).box(0, 0, 10, 30).brush(0xFFFFFF).box(20, 0, 30, 30).play();
+  EXPECT_EQ(bitmap.at(5, 5), kNothing);
+  EXPECT_EQ(bitmap.at(25, 5), kBlack);
+}
+
+TEST(MetafileMixing, AMaskAndAPictureOnBlackAreAPictureWithHoles) {
+  const Dib mask = dibOf({{kWhite, kBlack}, {kBlack, kWhite}});
+  const Dib picture = dibOf({{kBlack, kRed}, {kBlue, kBlack}});
+  for (const std::uint32_t second : {kOr, kXor}) {
+    Emf emf;
+    emf.noPen().brush(kGreenColor).box(0, 0, 20, 30);
+    for (const int x : {5, 25}) {
+      blit(emf, x, 5, mask, kAnd);
+      blit(emf, x, 5, picture, second);
+    }
+    const Bitmap bitmap = emf.play();
+    EXPECT_EQ(bitmap.at(5, 5), kGreen);
+    EXPECT_EQ(bitmap.at(6, 5), kRed);
+    EXPECT_EQ(bitmap.at(5, 6), kBlue);
+    EXPECT_EQ(bitmap.at(6, 6), kGreen);
+    EXPECT_EQ(bitmap.at(25, 5), kNothing) << "also where nothing was drawn";
+    EXPECT_EQ(bitmap.at(26, 5), kRed);
+  }
+}
+
+TEST(MetafileMixing, OperationsWithoutABitmapTakeTheBrushOrOnlyWhatIsThere) {
+  const auto filled = [](std::uint32_t operation) {
+    return Emf()
+        .noPen()
+        .brush(0x0000FF)
+        .box(0, 0, 40, 30)
+        .brush(0x00FFFF)
+        .record(76, Builder().fill(16).le32(5).le32(5).le32(10).le32(10).le32(operation).fill(60))
+        .play();
+  };
+  EXPECT_EQ(filled(kInvert).at(10, 10), (Pixel{0, 255, 255, 255}));
+  EXPECT_EQ(filled(kBrushXor).at(10, 10), (Pixel{0, 255, 0, 255}));
+  EXPECT_EQ(filled(0xF00021).at(10, 10), (Pixel{255, 255, 0, 255}));
+  EXPECT_EQ(filled(kInvert).at(20, 20), kRed);
+}
+
+TEST(MetafileMixing, TernaryOperationsTakeAllThree) {
+  // Where the source is white the brush shows, where it is black what was there.
+  Emf emf;
+  emf.noPen().brush(kRedColor).box(0, 0, 40, 30).brush(kBlueColor);
+  const Bitmap bitmap = blit(emf, 5, 5, dibOf({{kWhite, kBlack}}), 0xE20746).play();
+  EXPECT_EQ(bitmap.at(5, 5), kBlue);
+  EXPECT_EQ(bitmap.at(6, 5), kRed);
+}
+
+Builder blitHeader(int x, int y, int width, int height, std::uint32_t operation) {
+  Builder b = words({0, 0, 0, 0, x, y, width, height}).le32(operation).le32(0).le32(0);
+  b.le32(bits(1)).le32(0).le32(0).le32(bits(1)).le32(0).le32(0);
+  return b.le32(0xFFFFFF).le32(0);
+}
+
+TEST(MetafileBitmaps, AMaskChoosesBetweenTwoOperations) {
+  const Dib picture = dibOf({{kRed, kRed}});
+  const Dib mask = dibOf({{kWhite, kBlack}});
+  // The mask stands behind the picture: where it is white the picture shows, elsewhere what is there turns
+  // over.
+  const std::size_t at = 8 + 32 + 4 + 8 + 24 + 8 + 16 + 12 + 16;
+  Builder b = blitHeader(5, 5, 2, 1, (kCopy & 0xFFFFFF) | 0x55000000);
+  const auto places = [&](std::size_t from, const Dib& dib) {
+    b.le32(number(static_cast<int>(from)))
+        .le32(40)
+        .le32(number(static_cast<int>(from + 40)))
+        .le32(number(static_cast<int>(dib.pixels.bytes.size())));
+  };
+  places(at, picture);
+  b.le32(0).le32(0).le32(0);
+  places(at + 48, mask);
+  for (const Dib* dib : {&picture, &mask}) b = join(join(b, dib->header), dib->pixels);
+  const Bitmap bitmap = Emf().noPen().brush(kGreenColor).box(0, 0, 40, 30).record(78, b).play();
+  EXPECT_EQ(bitmap.at(5, 5), kRed);
+  EXPECT_EQ(bitmap.at(6, 5), (Pixel{255, 0, 255, 255}));
+}
+
+TEST(MetafileBitmaps, ParallelogramsAreToldByThreeCorners) {
+  Builder b = words({0, 0, 0, 0, 10, 7, 10, 5, 12, 7, 0, 0, 2, 2});
+  b.le32(bits(1)).le32(0).le32(0).le32(bits(1)).le32(0).le32(0).le32(0xFFFFFF).le32(0);
+  const Bitmap bitmap =
+      Emf().record(79, withDib(b, dibOf({{kRed, kBlue}, {kGreen, kGreen}}), Builder().fill(28))).play();
+  EXPECT_GT(bitmap.at(10, 6).r, 250);
+  EXPECT_GT(bitmap.at(10, 5).b, 250);
+  EXPECT_GT(bitmap.at(11, 6).g, 250);
+}
+
+TEST(MetafileBitmaps, BlendsByOneAlphaOrThatOfEachPixel) {
+  const auto blended = [](std::uint32_t function, const Dib& dib) {
+    const Builder before = blitHeader(5, 5, 1, 1, function);
+    return Emf()
+        .noPen()
+        .brush(kBlueColor)
+        .box(0, 0, 40, 30)
+        .record(114, withDib(before, dib, Builder().le32(1).le32(1)))
+        .play()
+        .at(5, 5);
+  };
+  const Pixel half = blended(0x00800000, dibOf({{kRed}}));
+  EXPECT_NEAR(half.r, 128, 1);
+  EXPECT_NEAR(half.b, 127, 1);
+  Dib own;
+  own.header.le32(40).le32(1).le32(1).le16(1).le16(32).fill(24);
+  own.pixels.u8({0, 0, 64, 64});  // red, already multiplied by a quarter
+  const Pixel quarter = blended(0x01FF0000, own);
+  EXPECT_NEAR(quarter.r, 64, 1);
+  EXPECT_NEAR(quarter.b, 191, 1);
+}
+
+TEST(MetafileBitmaps, OneColourMayBeTransparent) {
+  const Builder before = blitHeader(5, 5, 2, 1, kGreenColor);
+  const Bitmap bitmap =
+      Emf().record(116, withDib(before, dibOf({{kRed, kGreen}}), Builder().le32(2).le32(1))).play();
+  EXPECT_EQ(bitmap.at(5, 5), kRed);
+  EXPECT_EQ(bitmap.at(6, 5), kNothing);
+}
+
+TEST(MetafileBitmaps, SomeRowsOfABitmapAreDrawnWhereTheyBelong) {
+  // Of a bitmap of three rows the record holds the upper one, which is the third from below.
+  Dib dib = dibOf({{kRed}});
+  dib.header.bytes[8] = 3;
+  const Builder before = words({0, 0, 0, 0, 5, 5, 0, 0, 1, 3});
+  const Bitmap bitmap = Emf().record(80, withDib(before, dib, Builder().le32(0).le32(2).le32(1))).play();
+  EXPECT_EQ(bitmap.at(5, 5), kRed);
+  EXPECT_EQ(bitmap.at(5, 6), kNothing);
+}
+
+TEST(MetafileBitmaps, MayBeStoredFromTheTopOrMirrored) {
+  Dib dib = dibOf({{kRed, kBlue}});
+  dib.pixels = join(Builder().u8({0, 0, 255, 255, 0, 0, 0, 0}), Builder().u8({0, 255, 0, 0, 255, 0, 0, 0}));
+  for (std::size_t i = 8; i < 12; ++i) dib.header.bytes[i] = i == 8 ? 0xFE : 0xFF;  // two rows from the top
+  const Builder before = words({0, 0, 0, 0, 5, 5, 0, 0, 2, 2});
+  const Bitmap down =
+      Emf().record(81, withDib(before, dib, Builder().le32(0).le32(kCopy).le32(2).le32(2))).play();
+  EXPECT_EQ(down.at(5, 5), kRed);
+  EXPECT_EQ(down.at(6, 5), kBlue);
+  EXPECT_EQ(down.at(5, 6), kGreen);
+  const Builder mirrored = words({0, 0, 0, 0, 7, 5, 0, 0, 2, 2});
+  const Bitmap left =
+      Emf().record(81, withDib(mirrored, dib, Builder().le32(0).le32(kCopy).le32(number(-2)).le32(2))).play();
+  EXPECT_EQ(left.at(6, 5), kRed);
+  EXPECT_EQ(left.at(5, 5), kBlue);
+}
+
+TEST(MetafileBlends, BoxesAndTrianglesBlendTheColoursOfTheirCorners) {
+  const auto corner = [](Builder b, int x, int y, std::uint32_t r, std::uint32_t g, std::uint32_t blue) {
+    return b.le32(number(x)).le32(number(y)).le16(r << 8).le16(g << 8).le16(blue << 8).le16(0);
+  };
+  const auto box = [&](std::uint32_t mode) {
+    Builder b = Builder().fill(16).le32(2).le32(1).le32(mode);
+    b = corner(corner(b, 0, 0, 255, 0, 0), 40, 30, 0, 0, 255).le32(0).le32(1);
+    return Emf().record(118, b).play();
+  };
+  EXPECT_NEAR(box(0).at(10, 15).r, 188, 6);
+  EXPECT_NEAR(box(0).at(10, 15).b, 67, 6);
+  EXPECT_GT(box(1).at(20, 1).r, 240);
+  EXPECT_GT(box(1).at(20, 28).b, 235);
+  Builder b = Builder().fill(16).le32(3).le32(1).le32(2);
+  b = corner(corner(corner(b, 0, 0, 255, 0, 0), 40, 0, 0, 255, 0), 0, 30, 0, 0, 255).le32(0).le32(1).le32(2);
+  const Bitmap triangle = Emf().record(118, b).play();
+  EXPECT_GT(triangle.at(1, 1).r, 225);
+  EXPECT_GT(triangle.at(37, 0).g, 220);
+  EXPECT_GT(triangle.at(0, 28).b, 225);
+  EXPECT_EQ(triangle.at(35, 25), kNothing);
+}
+
+Builder region(std::initializer_list<int> box) {
+  return join(Builder().le32(32).le32(1).le32(1).le32(16).fill(16), words(box));
+}
+
+TEST(MetafileClips, RegionsCombineInAllWays) {
+  const auto seen = [](std::uint32_t how) {
+    const auto clip = [](std::uint32_t mode, std::initializer_list<int> box) {
+      return join(Builder().le32(48).le32(mode), region(box));
+    };
+    const Bitmap bitmap = Emf()
+                              .noPen()
+                              .brush(kRedColor)
+                              .record(75, clip(5, {0, 0, 20, 30}))
+                              .record(75, clip(how, {10, 0, 30, 30}))
+                              .box(0, 0, 40, 30)
+                              .play();
+    std::string result;
+    for (const int x : {5, 15, 25, 35}) result += bitmap.at(x, 15) == kRed ? '1' : '0';
+    return result;
+  };
+  EXPECT_EQ(seen(1), "0100") << "and";
+  EXPECT_EQ(seen(2), "1110") << "or";
+  EXPECT_EQ(seen(3), "1010") << "xor";
+  EXPECT_EQ(seen(4), "1000") << "without";
+  EXPECT_EQ(seen(5), "0110") << "copy";
+}
+
+TEST(MetafileClips, MoveAndStayWithinTheKeptOne) {
+  const Bitmap moved =
+      Emf().noPen().brush(kRedColor).record(30, {0, 0, 10, 10}).record(26, {20, 0}).box(0, 0, 40, 30).play();
+  EXPECT_EQ(moved.at(5, 5), kNothing);
+  EXPECT_EQ(moved.at(25, 5), kRed);
+  // To clip to everything no longer leads out of what was kept.
+  const Bitmap kept = Emf()
+                          .noPen()
+                          .brush(kRedColor)
+                          .record(30, {0, 0, 10, 10})
+                          .record(28, {})
+                          .record(75, {0, 5})
+                          .box(0, 0, 40, 30)
+                          .play();
+  EXPECT_EQ(kept.at(5, 5), kRed);
+  EXPECT_EQ(kept.at(25, 5), kNothing);
+}
+
+TEST(MetafileClips, LettersOfAPathAreAClip) {
+  Emf emf;
+  emf.noPen().brush(kRedColor).record(18, {1}).record(59, {});
+  emf.record(84, {0, 0, 0, 0, 1, bits(1), bits(1), 2, 2, 2, 76, 0, 0, 0, 0, 0, 0, 0x00480048});
+  const Bitmap bitmap = emf.record(60, {}).record(67, {5}).box(0, 0, 40, 30).play();
+  EXPECT_GT(inkIn(bitmap, 0, 0, 40, 15), 5);
+  EXPECT_EQ(inkIn(bitmap, 0, 16, 40, 30), 0);
+}
+
+TEST(MetafilePens, HaveDashesOfTheirOwn) {
+  // Geometric, of its own style, flat ends, 4 wide, on for 10 and off for 5 units.
+  const Builder pen = Builder()
+                          .le32(1)
+                          .fill(16)
+                          .le32(0x10207)
+                          .le32(4)
+                          .le32(0)
+                          .le32(kBlueColor)
+                          .le32(0)
+                          .le32(2)
+                          .le32(10)
+                          .le32(5);
+  const Bitmap bitmap = Emf().record(95, pen).record(37, {1}).record(27, {0, 10}).record(54, {40, 10}).play();
+  for (const auto& [x, on] : {std::pair{4, true}, {12, false}, {20, true}, {27, false}, {33, true}})
+    EXPECT_EQ(bitmap.at(x, 10), on ? kBlue : kNothing) << x;
+}
+
+TEST(MetafilePens, CosmeticOnesAreAPixelWideWhateverTheMapping) {
+  const Builder pen = Builder().le32(1).fill(16).le32(0).le32(1).le32(0).le32(kBlueColor).le32(0).le32(0);
+  const Bitmap bitmap = Emf()
+                            .record(35, {bits(10), 0, 0, bits(10), 0, 0})
+                            .record(95, pen)
+                            .record(37, {1})
+                            .record(27, {0, 1})
+                            .record(54, {4, 1})
+                            .play();
+  EXPECT_GT(bitmap.at(20, 10).a + bitmap.at(20, 9).a, 200);
+  EXPECT_EQ(bitmap.at(20, 12), kNothing);
+  EXPECT_EQ(bitmap.at(20, 7), kNothing);
+}
+
+TEST(MetafileBrushes, PatternsOfTwoColoursTakeThoseOfTheText) {
+  Dib dib;
+  dib.header.le32(40).le32(8).le32(1).le16(1).le16(1).fill(24).le32(0).le32(0xFFFFFF);
+  dib.pixels.u8({0xAA, 0, 0, 0});  // white first
+  const Builder brush = withDib(Builder().le32(1).le32(0), dib, {});
+  const Bitmap bitmap = Emf()
+                            .noPen()
+                            .record(24, {kRedColor})
+                            .record(25, {kBlueColor})
+                            .record(93, brush)
+                            .record(37, {1})
+                            .box(0, 0, 40, 30)
+                            .play();
+  EXPECT_EQ(bitmap.at(8, 5), kBlue);
+  EXPECT_EQ(bitmap.at(9, 5), kRed);
+}
+
+TEST(MetafileRegions, AreFilledFramedInvertedAndPainted) {
+  const auto painted = [](std::uint32_t type, const Builder& before) {
+    return Emf()
+        .noPen()
+        .record(39, {2, 0, kBlueColor, 0})
+        .brush(kRedColor)
+        .box(0, 0, 40, 30)
+        .brush(kGreenColor)
+        .record(type, join(before, region({5, 5, 25, 25})))
+        .play();
+  };
+  const Bitmap filled = painted(71, Builder().fill(16).le32(48).le32(2));
+  EXPECT_EQ(filled.at(15, 15), kBlue);
+  EXPECT_EQ(filled.at(30, 15), kRed);
+  const Bitmap framed = painted(72, Builder().fill(16).le32(48).le32(2).le32(3).le32(3));
+  EXPECT_EQ(framed.at(6, 15), kBlue);
+  EXPECT_EQ(framed.at(15, 15), kRed);
+  EXPECT_EQ(painted(73, Builder().fill(16).le32(48)).at(15, 15), (Pixel{0, 255, 255, 255}));
+  EXPECT_EQ(painted(74, Builder().fill(16).le32(48)).at(15, 15), kGreen);
+}
+
+TEST(MetafileShapes, PointsMaySayWhatLeadsToThem) {
+  const Builder points =
+      Builder().fill(16).le32(4).le16(5).le16(5).le16(25).le16(5).le16(25).le16(25).le16(5).le16(25).u8(
+          {6, 2, 2, 3});
+  const Bitmap bitmap = Emf()
+                            .noPen()
+                            .brush(kRedColor)
+                            .record(59, {})
+                            .record(92, points)
+                            .record(60, {})
+                            .record(62, {0, 0, 0, 0})
+                            .play();
+  EXPECT_EQ(bitmap.at(15, 15), kRed);
+  EXPECT_EQ(bitmap.at(30, 15), kNothing);
+}
+
+/// A text record of codes at 2, 2 with the given options.
+Emf& write(Emf& emf, std::initializer_list<std::uint32_t> codes, std::uint32_t options) {
+  const auto count = static_cast<std::uint32_t>(codes.size());
+  Builder b =
+      Builder().fill(16).le32(1).le32(bits(1)).le32(bits(1)).le32(2).le32(2).le32(count).le32(76).le32(
+          options);
+  b.fill(16).le32(0);
+  for (const std::uint32_t code : codes) b.le16(code);
+  return emf.record(84, b);
+}
+
+Emf& font(Emf& emf, const std::string& face, int height, int width = 0) {
+  Builder b = Builder().le32(9).le32(number(height)).le32(number(width)).le32(0).le32(0).le32(400).fill(8);
+  for (const char c : face) b.le16(static_cast<std::uint8_t>(c));
+  b.fill(64 - 2 * face.size()).fill(228);
+  return emf.record(18, {1}).record(82, b).record(37, {9});
+}
+
+TEST(MetafileLetters, AreAsHighAndWideAsTheirFontSays) {
+  const auto written = [](int height, int width) {
+    Emf emf;
+    return write(font(emf, "Arial", height, width), {'H'}, 0).play();
+  };
+  EXPECT_EQ(inkIn(written(-8, 0), 0, 14, 40, 30), 0);
+  EXPECT_GT(inkIn(written(-24, 0), 0, 14, 40, 30), 10);
+  EXPECT_EQ(inkIn(written(-24, 5), 12, 0, 40, 30), 0);
+  EXPECT_GT(inkIn(written(-24, 25), 20, 0, 40, 30), 10);
+}
+
+TEST(MetafileLetters, AreToldByTheNumbersOfGlyphsWhereTheFaceOrdersThemAsUsual) {
+  const auto written = [](const std::string& face, std::uint32_t code, std::uint32_t options) {
+    Emf emf;
+    return write(font(emf, face, -16), {code}, options).play();
+  };
+  constexpr std::uint32_t kGlyphs = 0x10;
+  EXPECT_TRUE(isPicture(written("Arial", 'H' - 29, kGlyphs), written("Arial", 'H', 0)));
+  // Of other faces only the place is known: a box stands there, but not for a space.
+  const Bitmap box = written("Nothing", 'H' - 29, kGlyphs);
+  EXPECT_GT(inkIn(box, 0, 0, 20, 25), 10);
+  EXPECT_FALSE(isPicture(box, written("Nothing", 'H', 0)));
+  EXPECT_EQ(inkIn(written("Nothing", 3, kGlyphs), 0, 0, 40, 30), 0);
+}
+
+TEST(MetafileLetters, ShortRecordsHoldThemInBytesOrPairs) {
+  Emf longer, small, wide;
+  const Bitmap wanted = write(longer.record(18, {1}), {'H', 'i'}, 0).play();
+  const auto shortRecord = [](std::uint32_t options) {
+    return Builder().le32(2).le32(2).le32(2).le32(options).le32(1).le32(bits(1)).le32(bits(1));
+  };
+  EXPECT_TRUE(isPicture(small.record(18, {1}).record(108, shortRecord(0x300).text("Hi")).play(), wanted));
+  EXPECT_TRUE(
+      isPicture(wide.record(18, {1}).record(108, shortRecord(0x100).le16('H').le16('i')).play(), wanted));
+}
+
+TEST(MetafileLetters, ShowOnlyWithinTheirBoxIfTheyAreClipped) {
+  const auto written = [](std::uint32_t options) {
+    Emf emf;
+    Builder b =
+        Builder().fill(16).le32(1).le32(bits(1)).le32(bits(1)).le32(2).le32(2).le32(2).le32(76).le32(options);
+    b.le32(0).le32(0).le32(8).le32(30).le32(0).le16('H').le16('H');
+    return font(emf, "Arial", -12).record(84, b).play();
+  };
+  EXPECT_GT(inkIn(written(0), 9, 0, 40, 30), 5);
+  EXPECT_EQ(inkIn(written(4), 9, 0, 40, 30), 0);
+  EXPECT_GT(inkIn(written(4), 0, 0, 8, 30), 5);
+}
+
+/// A plain Windows metafile of 40 x 30 pixels.
+Wmf page() { return Wmf().record(0x020B, {0, 0}).record(0x020C, {30, 40}); }
+
+Bitmap played(const Wmf& wmf) { return decode(wmf.file(false)).bitmap; }
+
+TEST(MetafileLetters, AreReadInTheCodePageOfTheFont) {
+  const auto written = [](int charset, int code) {
+    const Builder font = Builder()
+                             .le16(static_cast<std::uint32_t>(-16 & 0xFFFF))
+                             .fill(8)
+                             .le16(0)
+                             .u8({0, charset, 0, 0, 0, 0})
+                             .text("Arial")
+                             .u8({0});
+    return played(page()
+                      .record(0x0102, {1})
+                      .record(0x02FB, font)
+                      .record(0x012D, {0})
+                      .record(0x0521, Builder().le16(1).u8({code, 0}).le16(2).le16(2)));
+  };
+  // In the Cyrillic code page 0xC6 is the letter 0x416, in the Greek one 0x396, which looks like a Z.
+  EXPECT_FALSE(isPicture(written(204, 0xC6), written(0, 0xC6)));
+  EXPECT_FALSE(isPicture(written(204, 0xC6), written(161, 0xC6)));
+  EXPECT_TRUE(isPicture(written(161, 0xC6), written(0, 'Z'), 160)) << "much alike";
+}
+
+TEST(WmfRecords, RegionsAreClippedToAndPainted) {
+  const Builder region =
+      Builder().fill(10).le16(1).fill(10).le16(4).le16(5).le16(25).le16(5).le16(12).le16(18).le16(25).le16(4);
+  const Bitmap painted = played(
+      page().record(0x06FF, region).record(0x02FC, {0, 255, 0, 0}).record(0x012D, {1}).record(0x012B, {0}));
+  EXPECT_EQ(painted.at(8, 15), kRed);
+  EXPECT_EQ(painted.at(15, 15), kNothing);
+  EXPECT_EQ(painted.at(20, 15), kRed);
+  const Bitmap clipped = played(page()
+                                    .record(0x06FF, region)
+                                    .record(0x02FC, {0, 255, 0, 0})
+                                    .record(0x012D, {1})
+                                    .record(0x02FA, {5, 0, 0, 0, 0})
+                                    .record(0x012D, {2})
+                                    .record(0x012C, {0})
+                                    .record(0x041B, {30, 40, 0, 0}));
+  EXPECT_TRUE(isPicture(clipped, painted));
+}
+
+TEST(WmfRecords, BitmapsOfTheDeviceAreDrawn) {
+  // One bit a pixel, rows of two bytes from the top: white black, black white.
+  const Builder blit = Builder()
+                           .le32(kCopy)
+                           .le16(0)
+                           .le16(0)
+                           .le16(2)
+                           .le16(2)
+                           .le16(5)
+                           .le16(5)
+                           .le16(0)
+                           .le16(2)
+                           .le16(2)
+                           .le16(2)
+                           .u8({1, 1, 0x80, 0, 0x40, 0});
+  const Bitmap bitmap = played(page().record(0x0922, blit));
+  EXPECT_EQ(bitmap.at(5, 5), kWhite);
+  EXPECT_EQ(bitmap.at(6, 5), kBlack);
+  EXPECT_EQ(bitmap.at(5, 6), kBlack);
+  EXPECT_EQ(bitmap.at(6, 6), kWhite);
+}
+
+TEST(WmfRecords, WindowsMove) {
+  const Bitmap bitmap = played(page()
+                                   .record(0x02FA, {5, 0, 0, 0, 0})
+                                   .record(0x012D, {0})
+                                   .record(0x02FC, {0, 255, 0, 0})
+                                   .record(0x012D, {1})
+                                   .record(0x020F, {-5, -10})
+                                   .record(0x041B, {10, 10, 0, 0}));
+  EXPECT_EQ(bitmap.at(5, 2), kNothing);
+  EXPECT_EQ(bitmap.at(15, 10), kRed);
+}
+
+TEST(EmfFrame, ADrawingThatLiesAboveItsFrameIsTurnedOver) {
+  std::vector<std::uint8_t> file = Emf().noPen().brush(kRedColor).record(43, {0, number(-10), 40, 0}).file();
+  // Bounds from -29 to -1.
+  const Builder bounds = words({0, -29, 39, -1});
+  std::copy(bounds.bytes.begin(), bounds.bytes.end(), file.begin() + 8);
+  const Bitmap bitmap = decode(file).bitmap;
+  EXPECT_EQ(bitmap.height(), 30);
+  EXPECT_EQ(bitmap.at(20, 5), kRed);
+  EXPECT_EQ(bitmap.at(20, 15), kNothing);
+}
+
+TEST(MetafileWork, ADrawingOfHoursIsCutShortAndSaysSo) {
+  // Each record mixes all of four million pixels.
+  Emf emf;
+  emf.noPen().record(20, {6});
+  for (int i = 0; i < 200; ++i) emf.box(0, 0, 40000, 30000);
+  std::vector<std::uint8_t> file = emf.file();
+  const Builder frame = words({0, 0, 52917, 52917});
+  std::copy(frame.bytes.begin(), frame.bytes.end(), file.begin() + 24);
+  const Decoded decoded = decode(file);
+  EXPECT_EQ(decoded.bitmap.width(), 2000);
+  EXPECT_NE(decoded.notice.find("too long"), std::string::npos) << decoded.notice;
+}
+
+TEST(MetafileWork, ASizeThatNoDrawingHasIsRefused) {
+  Emf emf;
+  for (int i = 0; i < 20; ++i) emf.box(0, 0, 1, 1);
+  std::vector<std::uint8_t> file = emf.file();
+  const Builder frame = words({0, 0, 320000, 320000});
+  std::copy(frame.bytes.begin(), frame.bytes.end(), file.begin() + 24);
+  EXPECT_EQ(errorOf([&] { decode(file); }), 7);
+}
+
+}  // namespace
+}  // namespace kestrel::engine
