@@ -263,6 +263,14 @@ TEST_F(IndependentWriters, Tiff) {
       {"cmyk.tif", "convert rgb.png -colorspace CMYK -compress LZW cmyk.tif", Word::both, 1},
       {"cmyk16.tif", "convert smooth.png -colorspace CMYK -depth 16 cmyk16.tif", Word::magick, 1},
       {"cmykalpha.tif", "convert alpha.png -colorspace CMYK cmykalpha.tif", Word::magick, 1},
+      {"gray2.tif", "convert gray.png -colorspace gray -posterize 4 -depth 2 gray2.tif"},
+      {"gray4.tif", "convert gray.png -colorspace gray -posterize 16 -depth 4 gray4.tif"},
+      {"half.tif", "convert smooth.png -define quantum:format=floating-point -depth 16 half.tif",
+       Word::magick},
+      {"double.tif", "convert smooth.png -define quantum:format=floating-point -depth 64 double.tif",
+       Word::magick},
+      {"sampled.tif", "convert smooth.png -compress JPEG -sampling-factor 4:2:0 sampled.tif", Word::magick,
+       1},
       // The white of daylight, in colours that are well inside what both can show.
       {"lab.tif", "convert smooth.png +level 40%,90% -colorspace Lab lab.tif", Word::magick, 8},
       // The white of the printing trade.
@@ -283,6 +291,8 @@ TEST_F(IndependentWriters, Tiff) {
                                                  {"lzw2", "-c lzw:2 -r 7"},
                                                  {"zip", "-c zip"},
                                                  {"zip2", "-c zip:2"},
+                                                 {"lzma", "-c lzma"},
+                                                 {"zstd", "-c zstd:2"},
                                                  {"tiles", "-t -w 32 -l 16 -c lzw:2"},
                                                  {"planes", "-p separate"},
                                                  {"planarzip", "-p separate -c zip:2 -r 5"},
