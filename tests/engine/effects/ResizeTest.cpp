@@ -77,21 +77,54 @@ Bitmap naiveResize(const Bitmap& source, int width, int height, ResampleMethod m
 constexpr ResampleMethod kWeighing[] = {ResampleMethod::Bilinear, ResampleMethod::Bicubic,
                                         ResampleMethod::Decimate, ResampleMethod::Lanczos3};
 
+/// Holds `resize` to direct sums for each kind of vectors and of alpha.
+void expectDirectSums(Extent from, Extent to, ResampleMethod method) {
+  for (const AlphaKind alpha : {AlphaKind::Opaque, AlphaKind::Any, AlphaKind::MostlyExtreme}) {
+    const Bitmap picture = randomPicture(from.width, from.height, alpha);
+    const Bitmap expected = naiveResize(picture, to.width, to.height, method);
+    onEachTarget([&] {
+      ASSERT_TRUE(samePicture(resize(picture, to.width, to.height, method), expected, 1.01))
+          << static_cast<int>(method) << ", from " << from.width << " x " << from.height;
+    });
+  }
+}
+
 TEST(Resize, EveryKindOfVectorsIsWithinOneLevelOfDirectSums) {
-  onEachTarget([] {
-    for (const ResampleMethod method : kWeighing) {
-      for (const AlphaKind alpha : {AlphaKind::Opaque, AlphaKind::Any, AlphaKind::MostlyExtreme}) {
-        for (const Extent from : {Extent{1, 1}, {1, 9}, {9, 1}, {16, 7}, {33, 18}}) {
-          const Bitmap picture = randomPicture(from.width, from.height, alpha);
-          for (const Extent to : {Extent{1, 1}, {3, 20}, {17, 4}, {35, 31}}) {
-            ASSERT_TRUE(samePicture(resize(picture, to.width, to.height, method),
-                                    naiveResize(picture, to.width, to.height, method), 1.01))
-                << static_cast<int>(method) << ", from " << from.width << " x " << from.height;
-          }
-        }
-      }
+  for (const ResampleMethod method : kWeighing) {
+    for (const Extent from : {Extent{1, 1}, {1, 9}, {9, 1}, {16, 7}, {33, 18}}) {
+      for (const Extent to : {Extent{1, 1}, {3, 20}, {17, 4}, {35, 31}}) expectDirectSums(from, to, method);
     }
-  });
+  }
+}
+
+TEST(Resize, SizesThatRepeatTheirWeightsAreWithinOneLevelToo) {
+  for (const ResampleMethod method : kWeighing) {
+    expectDirectSums({48, 32}, {24, 16}, method);
+    expectDirectSums({48, 32}, {12, 8}, method);
+    expectDirectSums({48, 32}, {32, 48}, method);
+    expectDirectSums({24, 16}, {48, 32}, method);
+  }
+}
+
+TEST(Resize, PicturesOfSeveralStripsAreWithinOneLevelToo) {
+  expectDirectSums({150, 11}, {70, 17}, ResampleMethod::Bilinear);
+  expectDirectSums({129, 20}, {64, 9}, ResampleMethod::Bicubic);
+  expectDirectSums({200, 9}, {33, 5}, ResampleMethod::Lanczos3);
+  expectDirectSums({97, 6}, {201, 7}, ResampleMethod::Lanczos3);
+}
+
+TEST(Resize, ShapesThatAreBetterSummedLastAreWithinOneLevelToo) {
+  for (const ResampleMethod method : kWeighing) {
+    expectDirectSums({300, 3}, {4, 30}, method);
+    expectDirectSums({65, 2}, {1, 100}, method);
+  }
+}
+
+TEST(Resize, VeryStrongShrinkingIsWithinOneLevelToo) {
+  for (const ResampleMethod method : kWeighing) {
+    expectDirectSums({900, 5}, {3, 2}, method);
+    expectDirectSums({5, 900}, {2, 3}, method);
+  }
 }
 
 TEST(Resize, ConstantStaysConstant) {
