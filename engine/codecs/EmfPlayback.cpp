@@ -24,7 +24,7 @@ Playback::~Playback() = default;
 
 bool Playback::run() {
   ByteReader reader(file_);
-  while (reader.remaining() >= 8) {
+  while (reader.remaining() >= 8 && !player_.canvas().work().exhausted) {
     const std::size_t at = reader.position();
     const std::uint32_t type = reader.u32(), size = reader.u32();
     if (size < 8 || size % 4 != 0 || size > file_.size() - at) return false;
@@ -39,7 +39,7 @@ bool Playback::run() {
     }
     reader.seek(at + size);
   }
-  return false;
+  return player_.canvas().work().exhausted;
 }
 
 void Playback::play(std::uint32_t type, ByteReader& r) {
@@ -267,7 +267,9 @@ bool Playback::playObject(std::uint32_t type, ByteReader& r) {
     case kCreateDibBrush: {
       Object& slot = objects_[r.u32()];
       const std::uint32_t colors = r.u32();
-      slot = Brush{Brush::Kind::pattern, {0x808080}, 0, dib(r).picture(colors), type == kCreateMonoBrush};
+      const Bitmap pattern = dib(r).picture(colors);
+      player_.canvas().work().take(4.0 * pattern.width() * pattern.height());
+      slot = Brush{Brush::Kind::pattern, {0x808080}, 0, pattern, type == kCreateMonoBrush};
       return true;
     }
     case kCreateFont: {

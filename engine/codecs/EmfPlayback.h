@@ -26,7 +26,7 @@ class Playback {
   Playback(const Playback&) = delete;
   Playback& operator=(const Playback&) = delete;
 
-  /// True if the end record was reached.
+  /// True if the end record was reached, or no more may be drawn.
   bool run();
 
  private:

@@ -144,6 +144,8 @@ Pattern hatchOf(const Brush& brush) {
 }
 
 Pattern linearOf(const Brush& brush) {
+  constexpr double kFarthest = 1e6;
+  if (!(std::abs(brush.box.left) < kFarthest) || !(std::abs(brush.box.right) < kFarthest)) return nullptr;
   Pattern pattern(cairo_pattern_create_linear(brush.box.left, 0, brush.box.right, 0));
   for (const Stop& stop : brush.stops) {
     if (std::isfinite(stop.at)) addStop(pattern.get(), stop.at, stop.color);

@@ -9,6 +9,7 @@ namespace kestrel::engine::emf::plus {
 
 using metafile::Canvas;
 using metafile::ClipPiece;
+using metafile::isUsable;
 using metafile::Pattern;
 
 namespace {
@@ -19,12 +20,6 @@ double reachOf(const cairo_matrix_t& m) {
 }
 
 double scaleOf(const cairo_matrix_t& m) { return std::sqrt(std::abs(m.xx * m.yy - m.xy * m.yx)); }
-
-/// Whether Cairo can draw with it.
-bool isUsable(const cairo_matrix_t& m) {
-  const double scale = scaleOf(m);
-  return std::isfinite(scale) && scale > 1e-6 && reachOf(m) < 1e6;
-}
 
 }  // namespace
 
@@ -83,12 +78,18 @@ void Painter::setOperator() {
   cairo_set_operator(canvas_.context(), state_.replaces ? CAIRO_OPERATOR_SOURCE : CAIRO_OPERATOR_OVER);
 }
 
-void Painter::placePattern(cairo_pattern_t* pattern, const Brush& brush) {
+/// False if the brush's coordinates lead too far.
+bool Painter::placePattern(cairo_pattern_t* pattern, const Brush& brush) {
   cairo_matrix_t place = matrix();
   cairo_matrix_multiply(&place, &brush.transform, &place);
-  if (!isUsable(place) || cairo_matrix_invert(&place) != CAIRO_STATUS_SUCCESS)
-    cairo_matrix_init_identity(&place);
+  // Meshes are drawn through all of their extent.
+  constexpr double kFarthest = 1e5;
+  for (const Point& p : brush.outline.points) {
+    if (!(std::hypot(p.x, p.y) * reachOf(place) < kFarthest)) return false;
+  }
+  if (!isUsable(place) || cairo_matrix_invert(&place) != CAIRO_STATUS_SUCCESS) return false;
   cairo_pattern_set_matrix(pattern, &place);
+  return true;
 }
 
 /// False if there is nothing to paint with.
@@ -105,8 +106,8 @@ bool Painter::setBrush(const Brush& brush) {
     cairo_matrix_t place;
     cairo_matrix_init_translate(&place, -state_.hatchOrigin.x, -state_.hatchOrigin.y);
     cairo_pattern_set_matrix(pattern.get(), &place);
-  } else {
-    placePattern(pattern.get(), brush);
+  } else if (!placePattern(pattern.get(), brush)) {
+    return false;
   }
   cairo_set_source(c, pattern.get());
   return true;
@@ -152,8 +153,9 @@ void Painter::setDashes(const Pen& pen, double width, double pixelsPerUnit) {
     total += dashes.back() * pixelsPerUnit;
   }
   // Dashes that cannot be told apart are a line.
+  constexpr double kMostDashes = 1e6;
   const double count = static_cast<double>(dashes.size()) * canvas_.pathLength() / std::max(total, 1e-9);
-  if (!(total >= 1) || !canvas_.work().take(100 * count)) dashes.clear();
+  if (!(total >= 1) || count > kMostDashes || !canvas_.work().take(100 * count)) dashes.clear();
   const double offset = std::isfinite(pen.dashOffset) ? pen.dashOffset * width : 0;
   cairo_set_dash(canvas_.context(), dashes.data(), static_cast<int>(dashes.size()), offset);
 }
@@ -263,9 +265,9 @@ void Painter::picture(const Bitmap& bitmap, const Rect& source, const std::array
                        (p[2].y - p[0].y) / height,
                        0,
                        0};
-  if (!isUsable(place)) return;
   place.x0 = p[0].x - source.left * place.xx - source.top * place.xy;
   place.y0 = p[0].y - source.left * place.yx - source.top * place.yy;
+  if (!isUsable(place)) return;
   const bool exact =
       std::abs(place.xx - 1) < 1e-9 && std::abs(place.yy - 1) < 1e-9 && place.xy == 0 && place.yx == 0;
   constexpr double kPerPixel = 8, kWeight = 16;

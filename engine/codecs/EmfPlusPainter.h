@@ -63,7 +63,7 @@ class Painter {
   double fontSize(const Font& font) const;
   void addPath(const Path& path);
   bool setBrush(const Brush& brush);
-  void placePattern(cairo_pattern_t* pattern, const Brush& brush);
+  bool placePattern(cairo_pattern_t* pattern, const Brush& brush);
   void setOperator();
   void setDashes(const Pen& pen, double width, double pixelsPerUnit);
   void drawAnchors(const Path& path, const Pen& pen, double pixels);

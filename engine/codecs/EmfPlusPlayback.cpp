@@ -63,7 +63,7 @@ bool PlusPlayback::play(Bytes commands) {
   constexpr std::size_t kHeaderSize = 12;
   painter_.showClip();
   bool plain = false;
-  for (std::size_t at = 0; at + kHeaderSize <= commands.size();) {
+  for (std::size_t at = 0; at + kHeaderSize <= commands.size() && !painter_.canvas().work().exhausted;) {
     ByteReader r(commands.subspan(at));
     Command command{r.u16(), r.u16(), {}};
     const std::size_t size = r.u32(), dataSize = r.u32();

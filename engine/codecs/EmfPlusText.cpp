@@ -24,15 +24,16 @@ struct Line {
 std::vector<Line> linesOf(cairo_t* c, const std::vector<std::string>& letters, double most) {
   std::vector<Line> lines(1);
   std::size_t word = 0;  // where the present word begins in the present line
+  double present = 0;    // the present line's width
   for (const std::string& letter : letters) {
     if (letter == "\n") {
       lines.emplace_back();
       word = 0;
+      present = 0;
       continue;
     }
     Line* line = &lines.back();
     const double width = metafile::advanceOf(c, letter);
-    const double present = line->width();
     if (most > 0 && letter != " " && !line->letters.empty() && present + width > most) {
       // The word moves down, or is cut if it began the line.
       const std::size_t from = word > 0 ? word : line->letters.size();
@@ -44,9 +45,11 @@ std::vector<Line> linesOf(cairo_t* c, const std::vector<std::string>& letters, d
       lines.push_back(std::move(next));
       line = &lines.back();
       word = 0;
+      present = line->width();
     }
     line->letters.push_back(letter);
     line->widths.push_back(width);
+    present += width;
     if (letter == " ") word = line->letters.size();
   }
   return lines;

@@ -16,10 +16,8 @@ namespace {
 constexpr std::int32_t kLongestSide = 32000;
 constexpr double kFarthest = 4e6;
 
-Point bounded(Point p) {
-  const auto each = [](double v) { return std::isfinite(v) ? std::clamp(v, -kFarthest, kFarthest) : 0.0; };
-  return {each(p.x), each(p.y)};
-}
+/// The work of adding a point to a path.
+constexpr double kPerPoint = 20;
 
 /// Straight to premultiplied pixels in the machine's order of a Cairo picture.
 void premultiplyRow(const std::uint8_t* rgba, std::uint8_t* argb, std::int32_t width) {
@@ -116,6 +114,20 @@ std::shared_ptr<cairo_path_t> shared(cairo_path_t* path) { return {path, cairo_p
 
 }  // namespace
 
+Point bounded(Point p) {
+  const auto each = [](double v) { return std::isfinite(v) ? std::clamp(v, -kFarthest, kFarthest) : 0.0; };
+  return {each(p.x), each(p.y)};
+}
+
+bool isUsable(const cairo_matrix_t& m) {
+  constexpr double kSteepest = 1e6, kMostMoved = 1e9, kFlattest = 1e-12;
+  for (const double each : {m.xx, m.xy, m.yx, m.yy}) {
+    if (!(std::abs(each) < kSteepest)) return false;
+  }
+  return std::abs(m.x0) < kMostMoved && std::abs(m.y0) < kMostMoved &&
+         std::abs(m.xx * m.yy - m.xy * m.yx) > kFlattest;
+}
+
 bool Work::take(double amount) {
   if (exhausted || amount > left) {
     exhausted = true;
@@ -149,6 +161,8 @@ Canvas::Canvas(std::int32_t width, std::int32_t height, Work& work)
                        "The picture of the metafile is too large: " + std::to_string(width) + " x " +
                            std::to_string(height) + " pixels.");
   }
+  constexpr double kPerPixel = 2;
+  if (!work.take(kPerPixel * width * height)) refusePicture("The metafile takes too long to be drawn.");
   // Asks for the result's memory once, so that a size beyond the limits is refused in the usual words.
   Bitmap::uninitialized(width, height);
   surface_.reset(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height));
@@ -161,11 +175,13 @@ void Canvas::newPath() {
 }
 
 void Canvas::moveTo(Point to) {
+  work_.take(kPerPoint);
   last_ = bounded(to);
   cairo_move_to(cairo_.get(), last_.x, last_.y);
 }
 
 void Canvas::lineTo(Point to) {
+  work_.take(kPerPoint);
   const Point p = bounded(to);
   cairo_line_to(cairo_.get(), p.x, p.y);
   length_ += std::hypot(p.x - last_.x, p.y - last_.y);
@@ -174,6 +190,7 @@ void Canvas::lineTo(Point to) {
 }
 
 void Canvas::curveTo(Point a, Point b, Point c) {
+  work_.take(3 * kPerPoint);
   const Point p = bounded(a), q = bounded(b), r = bounded(c);
   cairo_curve_to(cairo_.get(), p.x, p.y, q.x, q.y, r.x, r.y);
   length_ += std::hypot(p.x - last_.x, p.y - last_.y) + std::hypot(q.x - p.x, q.y - p.y) +
@@ -212,6 +229,7 @@ void Canvas::setClip(const Clip& clip) {
   cairo_reset_clip(cairo_.get());
   newPath();
   for (const ClipPiece& piece : clip) {
+    work_.take(kPerPoint / 2 * piece.outline->num_data);
     append(piece);
     cairo_clip(cairo_.get());
   }

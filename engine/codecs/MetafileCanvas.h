@@ -19,6 +19,12 @@ struct Rect {
   double left = 0, top = 0, right = 0, bottom = 0;
 };
 
+/// The point, or the nearest one that Cairo's numbers can hold.
+Point bounded(Point p);
+
+/// Whether pictures and patterns can be drawn through it: it is finite, not flat, and not beyond all measure.
+bool isUsable(const cairo_matrix_t& matrix);
+
 struct DestroyPattern {
   void operator()(cairo_pattern_t* pattern) const { cairo_pattern_destroy(pattern); }
 };

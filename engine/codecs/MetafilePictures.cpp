@@ -56,7 +56,7 @@ void Player::picture(const Corners& corners, const Picture& what) {
   const bool mixes = operation != kCopy && operation != kBrush && operation != kBlack && operation != kWhite;
   const auto placed = [&](const Bitmap& bitmap, Point offset) -> Pattern {
     cairo_matrix_t inverse = place;
-    if (cairo_matrix_invert(&inverse) != CAIRO_STATUS_SUCCESS) return nullptr;
+    if (!isUsable(inverse) || cairo_matrix_invert(&inverse) != CAIRO_STATUS_SUCCESS) return nullptr;
     constexpr double kPerPixel = 8;
     if (!canvas_.work().take(kPerPixel * bitmap.width() * bitmap.height())) return nullptr;
     Pattern pattern = patternOf(bitmap);

@@ -119,7 +119,7 @@ cairo_matrix_t Player::matrix() const {
 Point Player::toPicture(Point logical) const {
   const cairo_matrix_t m = matrix();
   cairo_matrix_transform_point(&m, &logical.x, &logical.y);
-  return logical;
+  return bounded(logical);
 }
 
 double Player::scale() const {
@@ -208,8 +208,9 @@ void Player::setDashes(double width) {
     total += dash;
   }
   // Dashes that cannot be told apart are a line.
+  constexpr double kMostDashes = 1e6;
   const double count = static_cast<double>(dashes.size()) * canvas_.pathLength() / std::max(total, 1e-9);
-  if (total < 1 || !canvas_.work().take(100 * count)) dashes.clear();
+  if (total < 1 || count > kMostDashes || !canvas_.work().take(100 * count)) dashes.clear();
   cairo_set_dash(canvas_.context(), dashes.data(), static_cast<int>(dashes.size()), 0);
 }
 
@@ -369,6 +370,9 @@ void Player::moveClip(Point by) {
 }
 
 void Player::keepClip() {
+  // Each piece makes every later drawing slower.
+  constexpr std::size_t kMostPieces = 200;
+  if (state_.outerClip.size() + state_.clip.size() > kMostPieces) return;
   state_.outerClip.insert(state_.outerClip.end(), state_.clip.begin(), state_.clip.end());
   state_.clip.clear();
 }

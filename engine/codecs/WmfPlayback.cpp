@@ -80,6 +80,7 @@ Region readRegion(ByteReader& r) {
 }  // namespace
 
 void Playback::play(std::uint16_t number, Bytes parameters) {
+  if (player_.canvas().work().exhausted) return;
   try {
     ByteReader r(parameters);
     if (!playState(number, r) && !playClip(number, r) && !playObject(number, parameters) &&
@@ -206,8 +207,9 @@ bool Playback::playObject(std::uint16_t number, Bytes parameters) {
       constexpr std::uint32_t kPattern = 3;
       const bool ofTextColors = r.u16() == kPattern;
       const auto colors = static_cast<DibColors>(r.u16());
-      keep(
-          Brush{Brush::Kind::pattern, {0x808080}, 0, decodeDib(parameters.subspan(4), colors), ofTextColors});
+      const Bitmap pattern = decodeDib(parameters.subspan(4), colors);
+      player_.canvas().work().take(4.0 * pattern.width() * pattern.height());
+      keep(Brush{Brush::Kind::pattern, {0x808080}, 0, pattern, ofTextColors});
       return true;
     }
     case kCreatePatternBrush: {
