@@ -95,10 +95,10 @@ HWY_INLINE Sums sumRun(const std::int16_t* HWY_RESTRICT in, std::size_t stride,
     std::int32_t both;
     std::memcpy(&both, two, sizeof both);
     const auto weight = hn::BitCast(d16, hn::Set(d32, both));
-    sum0 = hn::ReorderWidenMulAccumulate(d32, hn::Load(d16, pair), weight, sum0, more0);
-    sum1 = hn::ReorderWidenMulAccumulate(d32, hn::Load(d16, pair + lanes), weight, sum1, more1);
-    sum2 = hn::ReorderWidenMulAccumulate(d32, hn::Load(d16, pair + 2 * lanes), weight, sum2, more2);
-    sum3 = hn::ReorderWidenMulAccumulate(d32, hn::Load(d16, pair + 3 * lanes), weight, sum3, more3);
+    sum0 = hn::ReorderWidenMulAccumulate(d32, weight, hn::Load(d16, pair), sum0, more0);
+    sum1 = hn::ReorderWidenMulAccumulate(d32, weight, hn::Load(d16, pair + lanes), sum1, more1);
+    sum2 = hn::ReorderWidenMulAccumulate(d32, weight, hn::Load(d16, pair + 2 * lanes), sum2, more2);
+    sum3 = hn::ReorderWidenMulAccumulate(d32, weight, hn::Load(d16, pair + 3 * lanes), sum3, more3);
   };
   for (std::int32_t i = 0; i < pairs; i += 2, in += 2 * stride, weights += 4) {
     add(in, weights);
