@@ -4,6 +4,7 @@
 
 #include "CodecTable.h"
 #include "Damage.h"
+#include "Exif.h"
 #include "FileStore.h"
 #include "base/RuntimeError.h"
 
@@ -70,7 +71,9 @@ std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata,
   if (options.jpegQuality < 1 || options.jpegQuality > 100) {
     throw RuntimeError(err::kInvalidCall, "The JPEG quality must be from 1 to 100.");
   }
-  return codec.encode(bitmap, metadata, options);
+  Metadata told = metadata;
+  describePicture(told, bitmap.width(), bitmap.height());
+  return codec.encode(bitmap, told, options);
 }
 
 }  // namespace kestrel::engine

@@ -1,9 +1,12 @@
 #include "Exif.h"
 
 #include <algorithm>
+#include <cmath>
 #include <optional>
 #include <string>
 #include <string_view>
+
+#include "Xmp.h"
 
 // EXIF 2.3: a TIFF header, then directories of 12-byte entries (tag, type, count, value or its position).
 
@@ -83,7 +86,8 @@ class Block {
   void setNumber(std::size_t directory, std::uint16_t tag, std::uint32_t value) {
     const auto at = entry(directory, tag);
     if (!at) return;
-    if (u16(*at + 2) == kShort && value <= 0xFFFF) setU16(*at + 8, value);
+    if (u16(*at + 2) == kShort && value > 0xFFFF) setU16(*at + 2, kLong);  // the entry has the room
+    if (u16(*at + 2) == kShort) setU16(*at + 8, value);
     if (u16(*at + 2) == kLong) setU32(*at + 8, value);
   }
 
@@ -92,6 +96,15 @@ class Block {
     if (!at || u16(*at + 2) != kRational) return 0;
     const std::uint32_t denominator = u32(std::size_t{u32(*at + 8)} + 4);
     return denominator == 0 ? 0 : static_cast<double>(u32(u32(*at + 8))) / denominator;
+  }
+
+  void setRational(std::size_t directory, std::uint16_t tag, double value) {
+    const auto at = entry(directory, tag);
+    constexpr double kParts = 1000;
+    if (!at || u16(*at + 2) != kRational || value * kParts > UINT32_MAX) return;
+    const bool whole = value == std::floor(value);
+    setU32(u32(*at + 8), static_cast<std::uint32_t>(std::lround(whole ? value : value * kParts)));
+    setU32(std::size_t{u32(*at + 8)} + 4, static_cast<std::uint32_t>(whole ? 1 : kParts));
   }
 
   /// Where the position of the directory after this one stands.
@@ -158,6 +171,19 @@ void normalizeCameraData(Metadata& metadata) {
   for (const char quote : {'"', '\''})
     resetDigitAfter(metadata.xmp, std::string("tiff:Orientation=") + quote);
   resetDigitAfter(metadata.xmp, "<tiff:Orientation>");
+  xmp::dropThumbnails(metadata.xmp);
+}
+
+void describePicture(Metadata& metadata, std::int32_t width, std::int32_t height) {
+  setExifSize(metadata.exif, width, height);
+  xmp::setSize(metadata.xmp, width, height);
+  Block<std::uint8_t> block(metadata.exif);
+  if (!block.valid() || metadata.resolutionX <= 0 || metadata.resolutionY <= 0) return;
+  const std::size_t directory = block.firstDirectory();
+  constexpr std::uint32_t kPerInch = 2;
+  block.setNumber(directory, kResolutionUnit, kPerInch);
+  block.setRational(directory, kResolutionX, metadata.resolutionX);
+  block.setRational(directory, kResolutionY, metadata.resolutionY);
 }
 
 void setExifSize(std::vector<std::uint8_t>& exif, std::int32_t width, std::int32_t height) {

@@ -11,9 +11,13 @@ namespace kestrel::engine {
 std::int32_t exifOrientation(Bytes exif);
 
 /// Makes camera data true of an upright picture that may be edited: the orientation in EXIF and XMP becomes 1
-/// and the embedded thumbnail goes. A block that is no EXIF is emptied. The rest stays where it is, since the
+/// and the embedded thumbnails go. A block that is no EXIF is emptied. The rest stays where it is, since the
 /// makers' own notes hold positions within the block.
 void normalizeCameraData(Metadata& metadata);
+
+/// Makes camera data and XMP tell the size of the picture that is saved, and camera data the resolution in
+/// `metadata`, in the places where they tell one.
+void describePicture(Metadata& metadata, std::int32_t width, std::int32_t height);
 
 /// Writes the picture's size into the places where the block tells it, if it does.
 void setExifSize(std::vector<std::uint8_t>& exif, std::int32_t width, std::int32_t height);

@@ -142,7 +142,8 @@ class Reader {
 
   void readHeader() {
     const bool read = guarded([this] {
-      for (const int marker : {1, 2, 13}) jpeg_save_markers(&info_, JPEG_APP0 + marker, 0xFFFF);
+      for (const int marker : {1, 2, 13, kCommentMarker})
+        jpeg_save_markers(&info_, JPEG_APP0 + marker, 0xFFFF);
       jpeg_read_header(&info_, TRUE);
     });
     if (!read) fail();
@@ -392,7 +393,7 @@ std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata,
   const ConstPixels pixels = bitmap.pixels();
   Writer writer;
   writer.start(pixels.width, pixels.height, metadata, options.jpegQuality);
-  for (const Marker& marker : writeMarkers(metadata, pixels.width, pixels.height)) writer.marker(marker);
+  for (const Marker& marker : writeMarkers(metadata)) writer.marker(marker);
 
   std::vector<std::uint8_t> flat(static_cast<std::size_t>(pixels.width) * 4);
   for (std::int32_t y = 0; y < pixels.height; ++y) {

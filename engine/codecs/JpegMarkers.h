@@ -8,7 +8,7 @@
 
 namespace kestrel::engine::jpeg {
 
-/// The content of one application marker (APP0 + number) of a JPEG file.
+/// The content of one marker (APP0 + number) of a JPEG file.
 struct MarkerView {
   int number;
   Bytes data;
@@ -19,11 +19,15 @@ struct Marker {
   std::vector<std::uint8_t> data;
 };
 
-/// Camera data, XMP, IPTC and colour profile, put together from their markers.
+/// The number of the marker that holds a plain comment.
+constexpr int kCommentMarker = 0xFE - 0xE0;
+
+/// Camera data, XMP, IPTC, colour profile and comment, put together from their markers.
 Metadata readMarkers(std::span<const MarkerView> markers);
 
-/// The markers that tell `metadata` for a picture of this size. What does not fit into the format's markers
-/// of 64 KB (camera data, XMP and IPTC must each stand in one) is left out.
-std::vector<Marker> writeMarkers(const Metadata& metadata, std::int32_t width, std::int32_t height);
+/// The markers that tell `metadata`. Each holds at most 64 KB: long comments, IPTC records and profiles are
+/// continued in the next, XMP in its extension. Camera data has but one marker, so what is too long for that
+/// loses its largest values.
+std::vector<Marker> writeMarkers(const Metadata& metadata);
 
 }  // namespace kestrel::engine::jpeg

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace kestrel::engine {
@@ -16,7 +17,8 @@ struct Metadata {
   std::vector<std::uint8_t> iccProfile;
 
   /// Camera data as an EXIF block: a TIFF header and its directories, without any leading "Exif". After a
-  /// load its orientation is 1 and it has no thumbnail.
+  /// load its orientation is 1 and it has no thumbnail; a save writes the picture's size and resolution into
+  /// it.
   std::vector<std::uint8_t> exif;
 
   /// An XMP packet, UTF-8.
@@ -24,6 +26,9 @@ struct Metadata {
 
   /// IPTC-IIM records.
   std::vector<std::uint8_t> iptc;
+
+  /// A plain comment, in whatever coding the program that wrote it thought right.
+  std::string comment;
 };
 
 }  // namespace kestrel::engine

@@ -26,7 +26,8 @@ Bytes findResource(Bytes resources, std::uint16_t number) {
     if (size > reader.remaining()) break;
     const Bytes content = reader.take(size);
     if (found == number) return content;
-    if (size % 2 == 1 && reader.remaining() > 0) reader.skip(1);
+    // Some programs leave out the padding.
+    if (size % 2 == 1 && reader.remaining() > 0 && resources[reader.position()] != '8') reader.skip(1);
   }
   return {};
 }

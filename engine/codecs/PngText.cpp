@@ -34,7 +34,8 @@ std::vector<std::uint8_t> parseRawProfile(std::string_view text) {
     while (!text.empty() && isSpace(text.front())) text.remove_prefix(1);
   };
   skipSpace();
-  while (!text.empty() && !isSpace(text.front())) text.remove_prefix(1);
+  // The kind may be several words: "IPTC profile".
+  while (!text.empty() && text.front() != '\n') text.remove_prefix(1);
   skipSpace();
   std::size_t length = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), length);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <map>
 #include <optional>
 #include <set>
@@ -17,10 +18,12 @@ constexpr std::uint16_t kGpsDirectory = 0x8825;
 constexpr std::uint16_t kInteropDirectory = 0xA005;
 
 /// Tags that describe the picture and not how its pixels are stored.
-constexpr std::array<std::uint16_t, 12> kDescriptive{
+constexpr std::array<std::uint16_t, 19> kDescriptive{
+    0x010D,  // document's name
     0x010E,  // description
     0x010F,  // make
     0x0110,  // model
+    0x011D,  // page's name
     0x0131,  // software
     0x0132,  // date and time
     0x013B,  // artist
@@ -28,6 +31,11 @@ constexpr std::array<std::uint16_t, 12> kDescriptive{
     0x4746,  // rating
     0x4749,  // rating in percent
     0x8298,  // copyright
+    0x9C9B,  // title, in the words of a desktop's file properties, as the next four
+    0x9C9C,  // comment
+    0x9C9D,  // author
+    0x9C9E,  // keywords
+    0x9C9F,  // subject
     0xC614,  // camera model
     0xC62F,  // camera serial number
 };
@@ -233,6 +241,31 @@ void setFirst(std::vector<std::uint8_t>& file, std::size_t position) {
   std::ranges::copy(bytes, file.begin() + 4);
 }
 
+/// An EXIF block of these directories.
+std::vector<std::uint8_t> blockOf(const Directory& root) {
+  std::vector<std::uint8_t> exif{'I', 'I', 42, 0, 0, 0, 0, 0};
+  setFirst(exif, append(exif, root));
+  return exif;
+}
+
+/// Takes the entry with the most bytes out of the directories; false if there is none that is worth it.
+bool dropLargest(Directory& root) {
+  Directory* place = nullptr;
+  std::uint16_t tag = 0;
+  std::size_t most = 4;
+  const std::function<void(Directory&)> look = [&](Directory& directory) {
+    for (const auto& [number, entry] : directory.entries) {
+      if (entry.values.size() <= most) continue;
+      most = entry.values.size();
+      place = &directory;
+      tag = number;
+    }
+    for (auto& [number, child] : directory.children) look(child);
+  };
+  look(root);
+  return place != nullptr && place->entries.erase(tag) > 0;
+}
+
 void keepDescriptive(Directory& directory) {
   std::erase_if(directory.entries, [](const auto& entry) {
     return std::ranges::find(kDescriptive, entry.first) == kDescriptive.end();
@@ -246,9 +279,7 @@ std::vector<std::uint8_t> exifOfTiff(Bytes file) {
   if (!root) return {};
   keepDescriptive(*root);
   if (root->entries.empty() && root->children.empty()) return {};
-  std::vector<std::uint8_t> exif{'I', 'I', 42, 0, 0, 0, 0, 0};
-  setFirst(exif, append(exif, *root));
-  return exif;
+  return blockOf(*root);
 }
 
 std::vector<std::uint8_t> iptcOfTiff(Bytes file) {
@@ -277,6 +308,17 @@ void addExifToTiff(std::vector<std::uint8_t>& file, Bytes exif) {
   root->entries.merge(added->entries);
   root->children.merge(added->children);
   setFirst(file, append(file, *root));
+}
+
+std::vector<std::uint8_t> shortenExif(Bytes exif, std::size_t limit) {
+  std::optional<Directory> root = readRoot(exif);
+  if (!root) return {};
+  std::vector<std::uint8_t> shorter = blockOf(*root);
+  while (shorter.size() > limit) {
+    if (!dropLargest(*root)) return {};
+    shorter = blockOf(*root);
+  }
+  return shorter;
 }
 
 }  // namespace kestrel::engine::tiff

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -21,5 +22,9 @@ std::int32_t countPages(Bytes file);
 /// Adds the tags of an EXIF block to a finished little-endian TIFF file, as a new first directory at its end.
 /// Tags that the file has already stay as they are. A block that is no EXIF adds nothing.
 void addExifToTiff(std::vector<std::uint8_t>& file, Bytes exif);
+
+/// An EXIF block put together anew, without its largest values if that is what it takes to have at most
+/// `limit` bytes. Empty if it is none.
+std::vector<std::uint8_t> shortenExif(Bytes exif, std::size_t limit);
 
 }  // namespace kestrel::engine::tiff

@@ -1,9 +1,12 @@
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 
 #include <jpeglib.h>
 
 #include "TestPictures.h"
+#include "engine/codecs/Flatten.h"
+#include "engine/codecs/Formats.h"
 
 namespace kestrel::engine {
 namespace {
@@ -172,6 +175,123 @@ TEST(Jpeg, AnAbsurdSizeInASmallFileIsRefused) {
   for (std::size_t i = 5; i < 9; ++i) bytes[at + i] = i % 2 == 1 ? 0xFF : 0xDC;  // 65,500 x 65,500
   const std::int32_t number = errorOf([&] { decode(bytes); });
   EXPECT_TRUE(number == 7 || number == 481) << number;
+}
+
+TEST(Jpeg, ATransparentRowAmongOpaqueOnesIsFlattenedOnWhite) {
+  const auto pixel = [](int, int y) {
+    return Pixel{200, 100, 0, y == 24 ? std::uint8_t{0} : std::uint8_t{255}};
+  };
+  const Bitmap read = decode(encode(test::pictureOf(37, 50, pixel), {}, format::kJpg, {100})).bitmap;
+  EXPECT_GT(read.at(20, 24).b, 240);
+  EXPECT_LT(read.at(20, 10).b, 12);
+  EXPECT_LT(read.at(20, 40).b, 12);
+}
+
+TEST(Flatten, FindsTheOnePixelThatIsNotOpaque) {
+  for (std::int32_t width = 1; width <= 40; ++width) {
+    std::vector<std::uint8_t> row(static_cast<std::size_t>(width) * 4, 0);
+    for (std::size_t x = 3; x < row.size(); x += 4) row[x] = 255;
+    EXPECT_TRUE(isOpaqueRow(row.data(), width)) << width;
+    for (std::size_t x = 3; x < row.size(); x += 4) {
+      row[x] = 254;
+      EXPECT_FALSE(isOpaqueRow(row.data(), width)) << width << ", " << x / 4;
+      row[x] = 255;
+    }
+  }
+}
+
+/// The averages of the blocks of 8 x 8 pixels, those at the right and bottom border as they are repeated.
+Bitmap averagesOf(const Bitmap& picture) {
+  return test::pictureOf((picture.width() + 7) / 8, (picture.height() + 7) / 8, [&](int column, int row) {
+    std::array<int, 3> sums{};
+    for (int y = 8 * row; y < 8 * row + 8; ++y) {
+      for (int x = 8 * column; x < 8 * column + 8; ++x) {
+        const int insideX = std::min(x, picture.width() - 1), insideY = std::min(y, picture.height() - 1);
+        for (int c = 0; c < 3; ++c)
+          sums[static_cast<std::size_t>(c)] += sampleOf(picture, insideX, insideY, c);
+      }
+    }
+    const auto average = [](int sum) { return static_cast<std::uint8_t>((sum + 32) / 64); };
+    return Pixel{average(sums[0]), average(sums[1]), average(sums[2]), 255};
+  });
+}
+
+TEST(Jpeg, AReducedPictureHoldsTheAveragesOfTheWhole) {
+  const std::vector<std::pair<const char*, JpegForm>> forms{
+      {"baseline", {}},
+      {"subsampled", {.sampling = 2}},
+      {"with restarts", {.restart = 3}},
+      {"subsampled with restarts", {.sampling = 2, .restart = 5}},
+      {"progressive", {.progressive = true}},
+      {"arithmetic", {.arithmetic = true}},
+      {"stored as RGB", {.stored = JCS_RGB}}};
+  for (const auto& [name, form] : forms) {
+    for (const bool noisy : {false, true}) {
+      const int width = 1003, height = 517;
+      const Bitmap gradient = test::gradient(width, height), noise = test::noise(width, height, true);
+      // Noise of light alone: what is left of that of colour is another matter where colour is stored
+      // coarser.
+      const auto file = writeJpeg(width, height, 3, form, [&](int x, int y, int c) {
+        return noisy ? noise.at(x, y).g : sampleOf(gradient, x, y, c);
+      });
+      const Decoded reduced = jpeg::decodeReduced(file, 100);
+      EXPECT_TRUE(reduced.notice.empty()) << name;
+      ASSERT_EQ(reduced.bitmap.width(), 126) << name;
+      const Bitmap whole = decode(file).bitmap;
+      EXPECT_TRUE(isPicture(reduced.bitmap, averagesOf(whole), 6)) << name << noisy;
+    }
+  }
+}
+
+TEST(Jpeg, AReducedPictureIsNoSmallerThanAskedFor) {
+  const auto file = writeGradient({});  // 61 x 45
+  const std::vector<std::pair<std::int32_t, std::int32_t>> widths{
+      {1, 8}, {8, 8}, {9, 16}, {16, 16}, {17, 31}, {31, 31}, {32, 61}, {61, 61}, {900, 61}};
+  for (const auto& [wanted, width] : widths) {
+    EXPECT_EQ(jpeg::decodeReduced(file, wanted).bitmap.width(), width) << wanted;
+  }
+}
+
+TEST(Jpeg, AReducedGrayOrInkPictureKeepsItsColours) {
+  const auto gray = writeJpeg(80, 80, 1, {.input = JCS_GRAYSCALE, .stored = JCS_GRAYSCALE},
+                              [](int, int, int) { return 77; });
+  const Pixel p = jpeg::decodeReduced(gray, 1).bitmap.at(5, 5);
+  EXPECT_NEAR(p.r, 77, 1);
+  EXPECT_EQ(p.r, p.b);
+  EXPECT_EQ(p.a, 255);
+  const auto ink = writeJpeg(80, 80, 4, {.input = JCS_CMYK, .stored = JCS_YCCK},
+                             [](int, int, int c) { return c == 0 ? 127 : 255; });
+  const Pixel q = jpeg::decodeReduced(ink, 1).bitmap.at(5, 5);
+  EXPECT_NEAR(q.r, 127, 3);
+  EXPECT_NEAR(q.g, 255, 3);
+}
+
+TEST(Jpeg, AReducedPictureOfADamagedFileTellsSo) {
+  const Bitmap picture = test::noise(640, 480, true);
+  const auto whole = writeJpeg(640, 480, 3, {.sampling = 2},
+                               [&](int x, int y, int c) { return sampleOf(picture, x, y, c); });
+  const Bitmap all = jpeg::decodeReduced(whole, 1).bitmap;
+  const Decoded cut = jpeg::decodeReduced(Bytes(whole).first(whole.size() / 2), 1);
+  EXPECT_FALSE(cut.notice.empty());
+  ASSERT_EQ(cut.bitmap.width(), 80);
+  // Colour may differ a little between the quick way and the library's.
+  for (int x = 0; x < 80; ++x) EXPECT_NEAR(cut.bitmap.at(x, 9).g, all.at(x, 9).g, 40) << x;
+}
+
+TEST(Jpeg, ReducedPicturesOfBrokenFilesAreHarmless) {
+  const Bitmap picture = test::noise(320, 240, true);
+  std::mt19937 random(3);
+  for (const int sampling : {1, 2}) {
+    const auto whole = writeJpeg(320, 240, 3, {.sampling = sampling, .restart = 7},
+                                 [&](int x, int y, int c) { return sampleOf(picture, x, y, c); });
+    for (int round = 0; round < 300; ++round) {
+      auto bytes = whole;
+      for (int i = 0; i < 5; ++i) bytes[random() % bytes.size()] = static_cast<std::uint8_t>(random());
+      const std::int32_t number =
+          errorOf([&] { EXPECT_FALSE(jpeg::decodeReduced(bytes, 1).bitmap.empty()); });
+      EXPECT_TRUE(number == 0 || number == 481 || number == 7) << number;
+    }
+  }
 }
 
 }  // namespace

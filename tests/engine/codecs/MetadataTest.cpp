@@ -3,6 +3,7 @@
 #include "TestPictures.h"
 #include "engine/codecs/CodecTable.h"
 #include "engine/codecs/Exif.h"
+#include "engine/codecs/Xmp.h"
 
 namespace kestrel::engine {
 namespace {
@@ -102,6 +103,83 @@ TEST_P(MetadataTest, NothingComesFromNothing) {
   EXPECT_TRUE(read.iccProfile.empty());
 }
 
+TEST_P(MetadataTest, LongXmpSurvives) {
+  // Longer than one marker of a JPEG file can hold, in its attributes as well as in its elements.
+  const std::string history(90'000, 'h'), layers(150'000, 'l');
+  const std::string text =
+      "<?xpacket begin=\"\" id=\"W5M0MpCehiHzreSzNTczkc9d\"?><x:xmpmeta xmlns:x=\"adobe:ns:meta/\">"
+      "<rdf:RDF xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\" xmlns:k=\"http://kestrel/\">"
+      "<rdf:Description rdf:about=\"\" xmlns:photoshop=\"http://ns.adobe.com/photoshop/1.0/\" "
+      "photoshop:City='Oslo' photoshop:History=\"" +
+      history + "\"><k:Kept>yes</k:Kept><k:Layers><rdf:Bag><rdf:li>" + layers +
+      "</rdf:li></rdf:Bag></k:Layers></rdf:Description></rdf:RDF></x:xmpmeta><?xpacket end=\"w\"?>";
+  Metadata metadata;
+  metadata.xmp.assign(text.begin(), text.end());
+  const Metadata read = loadAndSave(metadata).metadata;
+  EXPECT_TRUE(contains(read.xmp, " photoshop:City='Oslo'"));
+  EXPECT_TRUE(contains(read.xmp, " photoshop:History=\"" + history + "\""));
+  EXPECT_TRUE(contains(read.xmp, "<k:Kept>yes</k:Kept>"));
+  EXPECT_TRUE(contains(read.xmp, "<k:Layers><rdf:Bag><rdf:li>" + layers + "</rdf:li></rdf:Bag></k:Layers>"));
+  EXPECT_FALSE(contains(read.xmp, "HasExtendedXMP"));
+  EXPECT_LE(read.xmp.size(), text.size() + 1000);
+  EXPECT_EQ(loadAndSave(read).metadata.xmp, read.xmp);
+}
+
+TEST_P(MetadataTest, LongIptcSurvives) {
+  Metadata metadata;
+  while (metadata.iptc.size() < 150'000) {
+    const auto record = Builder().u8({0x1C, 2, 25}).be16(1001).fill(1001, 'k').bytes;
+    metadata.iptc.insert(metadata.iptc.end(), record.begin(), record.end());
+  }
+  EXPECT_EQ(loadAndSave(metadata).metadata.iptc, metadata.iptc);
+}
+
+/// Camera data with a maker's note of this length.
+std::vector<std::uint8_t> blockWithNote(std::uint32_t length) {
+  Builder b;
+  b.text("II").le16(42).le32(8);
+  b.le16(2);
+  b.le16(0x010F).le16(2).le32(8).le32(100);  // make, at 100
+  b.le16(0x8769).le16(4).le32(1).le32(120);  // EXIF directory, at 120
+  b.le32(0).fillTo(100).text("Kestrel").u8({0});
+  b.fillTo(120);
+  b.le16(2);
+  b.le16(0x9003).le16(2).le32(20).le32(160);      // date and time, at 160
+  b.le16(0x927C).le16(7).le32(length).le32(200);  // the note, at 200
+  b.le32(0).fillTo(160).text("2026:01:02 03:04:05").u8({0});
+  b.fillTo(200).fill(length, 0xAB);
+  return b.bytes;
+}
+
+TEST_P(MetadataTest, CameraDataKeepsAllThatTheFormatCanHold) {
+  for (const std::uint32_t length : {65'000U, 100'000U}) {
+    Metadata metadata;
+    metadata.exif = blockWithNote(length);
+    const std::vector<std::uint8_t> exif = loadAndSave(metadata).metadata.exif;
+    EXPECT_TRUE(contains(exif, "Kestrel"));
+    EXPECT_TRUE(contains(exif, "2026:01:02 03:04:05"));
+    // All of it must stand in one marker of a JPEG file.
+    const bool fits = GetParam() != format::kJpg || length < 65'500;
+    EXPECT_EQ(contains(exif, std::string(length, '\xAB')), fits) << length;
+  }
+}
+
+TEST_P(MetadataTest, XmpTellsTheSizeOfTheSavedPictureAndHasNoPreviewOfTheOldOne) {
+  const std::string text =
+      "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF><rdf:Description tiff:ImageWidth=\"4000\" a:b=\"4000\">"
+      "<exif:PixelYDimension>3000</exif:PixelYDimension><xmp:Thumbnails><rdf:Alt><rdf:li>OLD</rdf:li></"
+      "rdf:Alt>"
+      "</xmp:Thumbnails><c:d>3000</c:d></rdf:Description></rdf:RDF></x:xmpmeta>";
+  Metadata metadata;
+  metadata.xmp.assign(text.begin(), text.end());
+  const Metadata read = loadAndSave(metadata).metadata;
+  EXPECT_EQ(
+      std::string(read.xmp.begin(), read.xmp.end()),
+      "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF><rdf:Description tiff:ImageWidth=\"24\" a:b=\"4000\">"
+      "<exif:PixelYDimension>16</exif:PixelYDimension><c:d>3000</c:d></rdf:Description></rdf:RDF>"
+      "</x:xmpmeta>");
+}
+
 INSTANTIATE_TEST_SUITE_P(Formats, MetadataTest,
                          testing::Values(format::kJpg, format::kPng, format::kTif, format::kPsd,
                                          format::kTla),
@@ -166,6 +244,97 @@ TEST(Orientation, SenselessValuesAreNormal) {
     metadata.exif = test::cameraBlock(value);
     const Bitmap picture = test::noise(5, 3, true);
     EXPECT_TRUE(isPicture(decode(encode(picture, metadata, format::kPng)).bitmap, picture)) << value;
+  }
+}
+
+TEST(Metadata, SurvivesFromOneFormatToTheNext) {
+  Metadata metadata;
+  metadata.resolutionX = metadata.resolutionY = 240;
+  metadata.exif = test::cameraBlock(6, 300);
+  metadata.xmp.assign(kXmp.begin(), kXmp.end());
+  metadata.iptc = Builder().u8({0x1C, 2, 5}).be16(5).text("Title").bytes;
+  Decoded decoded = decode(encode(test::gradient(24, 16), metadata, format::kJpg, {100}));
+  EXPECT_EQ(decoded.bitmap.width(), 16);
+  for (const std::int32_t next : {format::kPng, format::kTif, format::kJpg, format::kTif, format::kPng}) {
+    decoded = decode(encode(decoded.bitmap, decoded.metadata, next, {100}));
+    EXPECT_EQ(decoded.bitmap.width(), 16) << next;
+    EXPECT_EQ(decoded.stored.orientation, 1) << next;
+    EXPECT_NEAR(decoded.metadata.resolutionX, 240, 0.02) << next;
+    EXPECT_TRUE(contains(decoded.metadata.exif, "Kestrel")) << next;
+    EXPECT_TRUE(contains(decoded.metadata.exif, "2026:01:02 03:04:05")) << next;
+    EXPECT_FALSE(contains(decoded.metadata.exif, std::string(20, '\xAB'))) << next;
+    EXPECT_EQ(decoded.metadata.iptc, metadata.iptc) << next;
+    EXPECT_TRUE(contains(decoded.metadata.xmp, "tiff:Orientation=\"1\" dc:title=\"Gr\xC3\xBC\xC3\x9F\""))
+        << next;
+  }
+}
+
+TEST(Metadata, CommentsOfJpegFilesSurvive) {
+  for (const std::size_t length : {1U, 70'000U}) {
+    Metadata metadata;
+    metadata.comment = std::string(length, 'c');
+    EXPECT_EQ(decode(encode(test::gradient(9, 9), metadata, format::kJpg)).metadata.comment,
+              metadata.comment);
+  }
+}
+
+TEST(Metadata, CameraDataTellsTheResolutionThatTheFileTells) {
+  // 72 by 72 per inch in the block, as cameras write without a thought.
+  Builder b;
+  b.text("MM").be16(42).be32(8).be16(3);
+  b.be16(0x011A).be16(5).be32(1).be32(60);
+  b.be16(0x011B).be16(5).be32(1).be32(68);
+  b.be16(0x0128).be16(3).be32(1).be16(3).be16(0);
+  b.be32(0).fillTo(60).be32(72).be32(1).be32(72).be32(1);
+  Metadata metadata;
+  metadata.exif = b.bytes;
+  metadata.resolutionX = 300;
+  metadata.resolutionY = 150.5;
+  const Metadata read = decode(encode(test::gradient(9, 9), metadata, format::kPng)).metadata;
+  Metadata told;
+  readExifResolution(read.exif, told);
+  EXPECT_NEAR(told.resolutionX, 300, 0.02);
+  EXPECT_NEAR(told.resolutionY, 150.5, 0.02);
+}
+
+TEST(Xmp, PacketsThatAreNoneStayAsTheyAre) {
+  for (const std::string text :
+       {"", "<", "<x", "<x:xmpmeta><rdf:RDF>", "</rdf:RDF><rdf:RDF/>", "no packet at all",
+        "<rdf:RDF><rdf:Description xmp:Thumbnails='</rdf:RDF>"}) {
+    xmp::Packet packet(text.begin(), text.end());
+    xmp::dropThumbnails(packet);
+    xmp::setSize(packet, 1, 2);
+    EXPECT_EQ(xmp::join(packet, packet), packet);
+    EXPECT_EQ(std::string(packet.begin(), packet.end()), text);
+  }
+  EXPECT_FALSE(xmp::split(xmp::Packet(200, 'x'), 100));
+}
+
+TEST(Xmp, APartThatIsMissingLeavesTheOther) {
+  const std::string text = "<rdf:RDF><rdf:Description a:b='c' xmpNote:HasExtendedXMP='0123'/></rdf:RDF>";
+  const xmp::Packet packet(text.begin(), text.end());
+  EXPECT_EQ(xmp::extendedName(packet), "0123");
+  const xmp::Packet joined = xmp::join(packet, {});
+  EXPECT_EQ(std::string(joined.begin(), joined.end()), "<rdf:RDF><rdf:Description a:b='c' /></rdf:RDF>");
+}
+
+TEST(Xmp, DamagedPacketsAreHarmless) {
+  std::mt19937 random(5);
+  const std::string whole = "<?x?><x:xmpmeta><rdf:RDF a='b'><rdf:Description xmpNote:HasExtendedXMP='1' c='" +
+                            std::string(60, 'v') +
+                            "'><d>1</d><!-- e --><f/></rdf:Description></rdf:RDF></x:xmpmeta>";
+  for (int round = 0; round < 20'000; ++round) {
+    xmp::Packet packet(whole.begin(), whole.end());
+    for (int i = 0; i < 4; ++i)
+      packet[random() % packet.size()] = static_cast<std::uint8_t>("<>/'\"=! -:"[random() % 10]);
+    packet.resize(1 + random() % packet.size());
+    xmp::dropThumbnails(packet);
+    xmp::setSize(packet, 3, 4);
+    if (const auto parts = xmp::split(packet, 150)) {
+      EXPECT_LE(parts->standard.size(), 150U);
+      EXPECT_EQ(xmp::extendedName(parts->standard).size(), parts->extended.empty() ? 0U : 32U);
+    }
+    xmp::join(packet, packet);
   }
 }
 

@@ -1,0 +1,343 @@
+#include "Xmp.h"
+
+#include <lcms2_plugin.h>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "XmlTags.h"
+
+namespace kestrel::engine::xmp {
+namespace {
+
+using xml::Attribute;
+using xml::Tag;
+using xml::TagKind;
+
+constexpr std::string_view kNote = "xmpNote:HasExtendedXMP";
+constexpr std::size_t kNameDigits = 32;
+
+/// A stretch of a text.
+struct Range {
+  std::size_t begin = 0, end = 0;
+
+  std::size_t size() const { return end - begin; }
+  std::string_view of(std::string_view text) const { return text.substr(begin, size()); }
+};
+
+/// A property at the top of a packet: an attribute of a description or an element in it.
+struct Property {
+  std::string_view name;
+  Range whole;
+  Range value;
+  std::size_t description = 0;
+  bool isElement = false;
+};
+
+/// What tells nothing of the picture but belongs to the description's tag.
+bool isFrame(const Attribute& attribute) {
+  return attribute.name.starts_with("xmlns") || attribute.name.starts_with("rdf:") ||
+         attribute.name.starts_with("xml:") || attribute.name == "about";
+}
+
+/// Where things stand in a packet.
+struct Layout {
+  Tag root;
+  Tag rdf, rdfClose;
+  Tag rootClose;
+  std::vector<Tag> descriptions;
+  std::vector<Property> properties;
+};
+
+/// Takes up the properties of a description; false if it is not well-formed.
+bool addProperties(std::string_view text, const Tag& description, const Tag& close, Layout& layout) {
+  const std::size_t index = layout.descriptions.size() - 1;
+  for (const Attribute& attribute : xml::attributesOf(text, description)) {
+    if (isFrame(attribute)) continue;
+    layout.properties.push_back({attribute.name,
+                                 {attribute.begin, attribute.end},
+                                 {attribute.valueBegin, attribute.valueEnd},
+                                 index,
+                                 false});
+  }
+  if (description.kind == TagKind::empty) return true;
+  for (std::size_t at = description.end;;) {
+    const auto open = xml::nextTag(text, at);
+    if (!open) return false;
+    if (open->begin >= close.begin) return true;
+    const auto end = xml::closingTag(text, *open);
+    if (!end) return false;
+    layout.properties.push_back(
+        {open->name, {open->begin, end->end}, {open->end, std::max(open->end, end->begin)}, index, true});
+    at = end->end;
+  }
+}
+
+std::optional<Layout> layoutOf(std::string_view text) {
+  Layout layout;
+  auto tag = xml::nextTag(text, 0);
+  if (!tag) return std::nullopt;
+  layout.root = *tag;
+  while (tag && tag->name != "rdf:RDF") tag = xml::nextTag(text, tag->end);
+  if (!tag || tag->kind != TagKind::open) return std::nullopt;
+  layout.rdf = *tag;
+  const auto rdfClose = xml::closingTag(text, layout.rdf);
+  const auto rootClose = xml::closingTag(text, layout.root);
+  if (!rdfClose || !rootClose || rootClose->end < rdfClose->end) return std::nullopt;
+  layout.rdfClose = *rdfClose;
+  layout.rootClose = *rootClose;
+
+  for (std::size_t at = layout.rdf.end;;) {
+    tag = xml::nextTag(text, at);
+    if (!tag) return std::nullopt;
+    if (tag->begin >= layout.rdfClose.begin) return layout;
+    const auto close = xml::closingTag(text, *tag);
+    if (!close || tag->name != "rdf:Description") return std::nullopt;
+    layout.descriptions.push_back(*tag);
+    if (!addProperties(text, *tag, *close, layout)) return std::nullopt;
+    at = close->end;
+  }
+}
+
+std::string_view textOf(Bytes bytes) { return {reinterpret_cast<const char*>(bytes.data()), bytes.size()}; }
+
+Packet bytesOf(std::string_view text) { return {text.begin(), text.end()}; }
+
+/// The text without some of its stretches, which come in order.
+std::string without(std::string_view text, const std::vector<Range>& ranges) {
+  std::string rest;
+  std::size_t at = 0;
+  for (const Range& range : ranges) {
+    rest += text.substr(at, range.begin - at);
+    at = range.end;
+  }
+  return rest += text.substr(at);
+}
+
+/// Replaces the value of the property, in all places, if it is a whole number.
+void setNumber(Packet& packet, std::string_view name, std::int32_t number) {
+  const std::string_view text = textOf(packet);
+  const auto layout = layoutOf(text);
+  if (!layout) return;
+  std::string changed;
+  std::size_t at = 0;
+  for (const Property& property : layout->properties) {
+    const std::string_view value = property.value.of(text);
+    const bool isNumber = !value.empty() && value.find_first_not_of("0123456789") == std::string_view::npos;
+    if (property.name != name || !isNumber) continue;
+    changed += text.substr(at, property.value.begin - at);
+    changed += std::to_string(number);
+    at = property.value.end;
+  }
+  if (at == 0) return;
+  changed += text.substr(at);
+  packet = bytesOf(changed);
+}
+
+std::string md5Of(std::string_view text) {
+  cmsProfileID sum{};
+  const cmsHANDLE state = cmsMD5alloc(nullptr);
+  cmsMD5add(state, reinterpret_cast<const cmsUInt8Number*>(text.data()),
+            static_cast<cmsUInt32Number>(text.size()));
+  cmsMD5finish(&sum, state);
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  std::string name;
+  for (const std::uint8_t byte : sum.ID8) {
+    name += kDigits[byte >> 4];
+    name += kDigits[byte & 15];
+  }
+  return name;
+}
+
+/// The attributes of a description's tag that are no properties, each with a space before it.
+std::string frameOf(std::string_view text, const Tag& description) {
+  std::string frame;
+  for (const Attribute& attribute : xml::attributesOf(text, description)) {
+    if (isFrame(attribute))
+      frame += " " + std::string(text.substr(attribute.begin, attribute.end - attribute.begin));
+  }
+  return frame;
+}
+
+/// A packet of these properties alone.
+std::string packetOf(std::string_view text, const Layout& layout, const std::vector<Property>& properties) {
+  std::string packet(text.substr(layout.root.begin, layout.rdf.end - layout.root.begin));
+  for (std::size_t i = 0; i < layout.descriptions.size(); ++i) {
+    std::string attributes, elements;
+    for (const Property& property : properties) {
+      if (property.description != i) continue;
+      (property.isElement ? elements : attributes += " ") += property.whole.of(text);
+    }
+    if (attributes.empty() && elements.empty()) continue;
+    packet += "<rdf:Description" + frameOf(text, layout.descriptions[i]) + attributes + ">" + elements +
+              "</rdf:Description>";
+  }
+  return packet += text.substr(layout.rdfClose.begin, layout.rootClose.end - layout.rdfClose.begin);
+}
+
+/// What tells readers of the extended part: a description of its own, about what the first one is about.
+std::string noteOf(std::string_view text, const Layout& layout, std::string_view name) {
+  std::string about = "rdf:about=\"\"";
+  if (!layout.descriptions.empty()) {
+    for (const Attribute& attribute : xml::attributesOf(text, layout.descriptions[0])) {
+      if (attribute.name == "rdf:about")
+        about = text.substr(attribute.begin, attribute.end - attribute.begin);
+    }
+  }
+  return "<rdf:Description " + about + " xmlns:xmpNote=\"http://ns.adobe.com/xmp/note/\" " +
+         std::string(kNote) + "=\"" + std::string(name) + "\"/>";
+}
+
+/// The space that packets have before their end so that they can be changed where they stand.
+Range paddingOf(std::string_view text) {
+  const std::size_t end = text.rfind("<?xpacket");
+  if (end == std::string_view::npos || end == 0) return {};
+  const std::size_t last = text.find_last_not_of(" \t\r\n", end - 1);
+  return last == std::string_view::npos ? Range{} : Range{last + 1, end};
+}
+
+void sortByPlace(std::vector<Property>& properties) {
+  std::ranges::sort(properties, {}, [](const Property& property) { return property.whole.begin; });
+}
+
+/// Declarations of names, each with a space before it, that hold for the descriptions of `text` by the tags
+/// around them and are not told alike in `target`.
+std::vector<std::pair<std::string, std::string>> outerNames(std::string_view text, const Layout& layout,
+                                                            std::string_view target) {
+  std::vector<std::pair<std::string, std::string>> names;
+  std::vector<Tag> around{layout.rdf};
+  if (layout.root.begin != layout.rdf.begin) around.push_back(layout.root);
+  for (const Tag& tag : around) {
+    for (const Attribute& attribute : xml::attributesOf(text, tag)) {
+      const std::string whole(text.substr(attribute.begin, attribute.end - attribute.begin));
+      if (attribute.name.starts_with("xmlns") && target.find(whole) == std::string_view::npos) {
+        names.emplace_back(attribute.name, " " + whole);
+      }
+    }
+  }
+  return names;
+}
+
+/// The descriptions of one packet as they can stand in another, whose outer tags are `target`.
+std::string descriptionsFor(std::string_view text, const Layout& layout, std::string_view target) {
+  const auto names = outerNames(text, layout, target);
+  std::string result;
+  for (const Tag& description : layout.descriptions) {
+    const auto close = xml::closingTag(text, description);
+    const std::size_t nameEnd = description.begin + 1 + description.name.size();
+    const std::vector<Attribute> own = xml::attributesOf(text, description);
+    result += text.substr(description.begin, nameEnd - description.begin);
+    for (const auto& [name, declaration] : names) {
+      const bool declared =
+          std::ranges::any_of(own, [&name = name](const Attribute& a) { return a.name == name; });
+      if (!declared) result += declaration;
+    }
+    result += text.substr(nameEnd, close->end - nameEnd);
+  }
+  return result;
+}
+
+template <typename Wanted>
+std::vector<Property> propertiesOf(const Layout& layout, const Wanted& wanted) {
+  std::vector<Property> found;
+  for (const Property& property : layout.properties) {
+    if (wanted(property.name)) found.push_back(property);
+  }
+  return found;
+}
+
+/// What to cut so that some properties, which come in order, are gone: a description that loses all goes
+/// whole.
+std::vector<Range> rangesOf(std::string_view text, const Layout& layout, const std::vector<Property>& gone) {
+  std::vector<std::ptrdiff_t> left(layout.descriptions.size());
+  for (const Property& property : layout.properties) ++left[property.description];
+  for (const Property& property : gone) --left[property.description];
+  std::vector<Range> ranges;
+  for (const Property& property : gone) {
+    const Tag& description = layout.descriptions[property.description];
+    const auto close = xml::closingTag(text, description);
+    if (left[property.description] > 0 || !close) {
+      ranges.push_back(property.whole);
+    } else if (ranges.empty() || ranges.back().begin != description.begin) {
+      ranges.push_back({description.begin, close->end});
+    }
+  }
+  return ranges;
+}
+
+}  // namespace
+
+void dropThumbnails(Packet& packet) {
+  const std::string_view text = textOf(packet);
+  if (text.find("Thumbnails") == std::string_view::npos) return;
+  const auto layout = layoutOf(text);
+  if (!layout) return;
+  const auto previews = propertiesOf(
+      *layout, [](std::string_view name) { return name == "xmp:Thumbnails" || name == "xap:Thumbnails"; });
+  packet = bytesOf(without(text, rangesOf(text, *layout, previews)));
+}
+
+void setSize(Packet& packet, std::int32_t width, std::int32_t height) {
+  for (const std::string_view name : {"tiff:ImageWidth", "exif:PixelXDimension"})
+    setNumber(packet, name, width);
+  for (const std::string_view name : {"tiff:ImageLength", "exif:PixelYDimension"})
+    setNumber(packet, name, height);
+}
+
+std::optional<Parts> split(const Packet& packet, std::size_t limit) {
+  if (packet.size() <= limit) return Parts{packet, {}, {}};
+  const std::string text = without(textOf(packet), {paddingOf(textOf(packet))});
+  if (text.size() <= limit) return Parts{bytesOf(text), {}, {}};
+  const auto layout = layoutOf(text);
+  if (!layout) return std::nullopt;
+
+  std::vector<Property> properties = layout->properties;
+  std::ranges::stable_sort(properties, std::ranges::greater{},
+                           [](const Property& property) { return property.whole.size(); });
+  std::size_t size = text.size() + noteOf(text, *layout, std::string(kNameDigits, '0')).size();
+  std::vector<Property> moved;
+  for (const Property& property : properties) {
+    if (size <= limit) break;
+    moved.push_back(property);
+    size -= property.whole.size();
+  }
+  if (size > limit) return std::nullopt;
+  sortByPlace(moved);
+
+  Parts parts;
+  const std::string extended = packetOf(text, *layout, moved);
+  parts.extended = bytesOf(extended);
+  parts.name = md5Of(extended);
+  // From the end: the properties stand before the place of the note.
+  std::string standard = text;
+  standard.insert(layout->rdfClose.begin, noteOf(text, *layout, parts.name));
+  parts.standard = bytesOf(without(standard, rangesOf(text, *layout, moved)));
+  return parts;
+}
+
+std::string extendedName(Bytes standard) {
+  const std::string_view text = textOf(standard);
+  if (text.find(kNote) == std::string_view::npos) return {};
+  const auto layout = layoutOf(text);
+  if (!layout) return {};
+  for (const Property& property : layout->properties) {
+    if (property.name == kNote) return std::string(property.value.of(text));
+  }
+  return {};
+}
+
+Packet join(Bytes standard, Bytes extended) {
+  const std::string_view first = textOf(standard), second = textOf(extended);
+  const auto layout = layoutOf(first);
+  if (!layout) return {standard.begin(), standard.end()};
+  std::string text(first);
+  if (const auto more = layoutOf(second)) {
+    const std::string_view target = first.substr(layout->root.begin, layout->rdf.end - layout->root.begin);
+    text.insert(layout->rdfClose.begin, descriptionsFor(second, *more, target));
+  }
+  const auto notes = propertiesOf(*layout, [](std::string_view name) { return name == kNote; });
+  return bytesOf(without(text, rangesOf(first, *layout, notes)));
+}
+
+}  // namespace kestrel::engine::xmp

@@ -1,0 +1,143 @@
+// Another program reads the metadata that we write, and we read what it writes.
+
+#include "IndependentPrograms.h"
+#include "engine/codecs/CodecTable.h"
+
+namespace kestrel::engine {
+namespace {
+
+using test::Builder;
+using test::Workshop;
+
+bool contains(Bytes data, const std::string& text) {
+  const std::vector<std::uint8_t> bytes(text.begin(), text.end());
+  return !std::ranges::search(data, bytes).empty();
+}
+
+class IndependentMetadata : public testing::TestWithParam<std::int32_t> {
+ protected:
+  std::string extension() const { return std::string(codecOf(GetParam())->extensions[0]); }
+
+  /// What the other program tells of the file, one line a tag.
+  std::string told(const std::string& name) const {
+    shop_.run({"exiftool -a -G1 -s -struct -Warning -Error -All " + name + " > told.txt"});
+    const auto bytes = shop_.bytes("told.txt");
+    return {bytes.begin(), bytes.end()};
+  }
+
+  Workshop shop_;
+};
+
+/// A tag's line, whatever group and alignment it has.
+testing::AssertionResult tells(const std::string& text, const std::string& tag, const std::string& value) {
+  std::size_t begin = 0;
+  while (begin < text.size()) {
+    const std::size_t end = std::min(text.find('\n', begin), text.size());
+    const std::string line = text.substr(begin, end - begin);
+    if (line.find(" " + tag + " ") != std::string::npos && line.ends_with(": " + value)) {
+      return testing::AssertionSuccess();
+    }
+    begin = end + 1;
+  }
+  return testing::AssertionFailure() << "no " << tag << " of " << value << " in\n" << text.substr(0, 4000);
+}
+
+TEST_P(IndependentMetadata, OursIsRead) {
+  Metadata metadata;
+  metadata.resolutionX = metadata.resolutionY = 300;
+  metadata.exif = test::cameraBlock(6, 200);
+  metadata.iptc = Builder().u8({0x1C, 2, 90}).be16(4).text("Oslo").bytes;
+  const std::string xmp =
+      "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF "
+      "xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">"
+      "<rdf:Description rdf:about=\"\" xmlns:xmp=\"http://ns.adobe.com/xap/1.0/\" xmp:Nickname=\"Gyr\"/>"
+      "</rdf:RDF></x:xmpmeta>";
+  metadata.xmp.assign(xmp.begin(), xmp.end());
+  // A load as after any open, so that the orientation is applied and told as normal.
+  const Decoded opened = decode(encode(test::gradient(40, 30), metadata, GetParam(), {90}));
+  shop_.put("ours." + extension(), encode(opened.bitmap, opened.metadata, GetParam(), {90}));
+  const std::string text = told("ours." + extension());
+  EXPECT_TRUE(tells(text, "Make", "Kestrel"));
+  EXPECT_TRUE(tells(text, "DateTimeOriginal", "2026:01:02 03:04:05"));
+  EXPECT_TRUE(tells(text, "City", "Oslo"));
+  EXPECT_TRUE(tells(text, "Nickname", "Gyr"));
+  const std::string width = std::to_string(opened.bitmap.width()),
+                    height = std::to_string(opened.bitmap.height());
+  EXPECT_TRUE(tells(text, "ExifImageWidth", width));
+  EXPECT_TRUE(tells(text, "ExifImageHeight", height));
+  EXPECT_FALSE(tells(text, "Orientation", "Rotate 90 CW"));
+  EXPECT_EQ(text.find("ThumbnailImage"), std::string::npos);
+  EXPECT_EQ(text.find(" Warning "), std::string::npos) << text;
+  EXPECT_EQ(text.find(" Error "), std::string::npos) << text;
+}
+
+TEST_P(IndependentMetadata, TheirsSurvivesALoadAndSave) {
+  const std::string name = "theirs." + extension(), saved = "saved." + extension();
+  shop_.put(name, encode(test::gradient(40, 30), {}, GetParam(), {90}));
+  shop_.run(
+      {"exiftool -q -overwrite_original -EXIF:Make=Kestrel -EXIF:UserComment=Gyr -EXIF:FNumber=5.6 "
+       "-EXIF:GPSLatitude=59.91 -EXIF:GPSLatitudeRef=N -EXIF:Orientation#=6 -EXIF:XPTitle=Bird "
+       "-IPTC:Keywords=falcon -IPTC:Keywords=owl -XMP:Creator=Merlin -XMP:Rating=4 -XMP:Orientation#=6 " +
+       name});
+  const Decoded opened = decodeFile(shop_.path(name));
+  ASSERT_EQ(opened.bitmap.width(), 30);
+  shop_.put(saved, encode(opened.bitmap, opened.metadata, GetParam(), {90}));
+  const std::string text = told(saved);
+  EXPECT_TRUE(tells(text, "Make", "Kestrel"));
+  EXPECT_TRUE(tells(text, "UserComment", "Gyr"));
+  EXPECT_TRUE(tells(text, "FNumber", "5.6"));
+  EXPECT_TRUE(tells(text, "GPSLatitude", "59 deg 54' 36.00\" N"));
+  EXPECT_TRUE(tells(text, "XPTitle", "Bird"));
+  EXPECT_TRUE(tells(text, "Keywords", "[falcon,owl]"));
+  EXPECT_TRUE(tells(text, "Creator", "[Merlin]"));
+  EXPECT_TRUE(tells(text, "Rating", "4"));
+  EXPECT_FALSE(tells(text, "Orientation", "Rotate 90 CW"));
+  EXPECT_EQ(text.find(" Warning "), std::string::npos) << text;
+}
+
+INSTANTIATE_TEST_SUITE_P(Formats, IndependentMetadata,
+                         testing::Values(format::kJpg, format::kPng, format::kTif),
+                         [](const auto& format) { return std::string(codecOf(format.param)->name); });
+
+class IndependentJpegMetadata : public IndependentMetadata {};
+
+TEST_P(IndependentJpegMetadata, OurLongXmpIsRead) {
+  const std::string xmp =
+      "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF "
+      "xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">"
+      "<rdf:Description rdf:about=\"\" xmlns:xmp=\"http://ns.adobe.com/xap/1.0/\" "
+      "xmlns:photoshop=\"http://ns.adobe.com/photoshop/1.0/\" xmp:Nickname=\"Gyr\"><photoshop:History>" +
+      std::string(150'000, 'h') + "</photoshop:History></rdf:Description></rdf:RDF></x:xmpmeta>";
+  Metadata metadata;
+  metadata.xmp.assign(xmp.begin(), xmp.end());
+  shop_.put("ours.jpg", encode(test::gradient(40, 30), metadata, format::kJpg, {90}));
+  const std::string text = told("ours.jpg");
+  EXPECT_TRUE(tells(text, "Nickname", "Gyr"));
+  EXPECT_TRUE(tells(text, "History", std::string(150'000, 'h')));
+  EXPECT_EQ(text.find(" Warning "), std::string::npos);
+}
+
+TEST_P(IndependentJpegMetadata, TheirLongXmpIsRead) {
+  shop_.put("theirs.jpg", encode(test::gradient(40, 30), {}, format::kJpg, {90}));
+  shop_.put("history.txt", std::vector<std::uint8_t>(150'000, 'h'));
+  shop_.run(
+      {"exiftool -q -overwrite_original -XMP:Nickname=Gyr '-XMP-photoshop:History<=history.txt' theirs.jpg"});
+  ASSERT_TRUE(contains(shop_.bytes("theirs.jpg"), "http://ns.adobe.com/xmp/extension/"));
+  const Metadata read = decodeFile(shop_.path("theirs.jpg")).metadata;
+  EXPECT_TRUE(contains(read.xmp, "Gyr"));
+  EXPECT_TRUE(contains(read.xmp, std::string(150'000, 'h')));
+}
+
+TEST_P(IndependentJpegMetadata, OurLongIptcIsRead) {
+  Builder records;
+  for (int i = 0; i < 100; ++i) records.u8({0x1C, 2, 120}).be16(1500).fill(1500, 'c');
+  Metadata metadata;
+  metadata.iptc = records.u8({0x1C, 2, 90}).be16(4).text("Oslo").bytes;
+  shop_.put("ours.jpg", encode(test::gradient(40, 30), metadata, format::kJpg, {90}));
+  EXPECT_TRUE(tells(told("ours.jpg"), "City", "Oslo"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Jpeg, IndependentJpegMetadata, testing::Values(format::kJpg));
+
+}  // namespace
+}  // namespace kestrel::engine
