@@ -187,13 +187,14 @@ void Painter::stroke(const Path& path, const Pen& pen) {
   const double limit = std::isfinite(pen.miterLimit) ? std::clamp(pen.miterLimit, 1.0, 100.0) : 10;
   cairo_set_miter_limit(c, limit);
   setOperator();
-  const Rect extents = canvas_.strokedExtents(pixels);
-  cairo_save(c);
-  cairo_set_matrix(c, &nib);
-  cairo_set_line_width(c, width);
-  setDashes(pen, width, scaleOf(nib));
-  if (canvas_.affords(extents, 2 * weightOf(pen.brush))) cairo_stroke(c);
-  cairo_restore(c);
+  if (canvas_.affords(canvas_.strokedExtents(pixels), 2 * weightOf(pen.brush))) {
+    cairo_save(c);
+    cairo_set_matrix(c, &nib);
+    cairo_set_line_width(c, width);
+    setDashes(pen, width, scaleOf(nib));
+    cairo_stroke(c);
+    cairo_restore(c);
+  }
   canvas_.newPath();
   drawAnchors(path, pen, std::max(1.0, width * scaleOf(nib)));
 }

@@ -199,6 +199,17 @@ TEST(EmfPlus, LinesAreAsWideAsTheirPen) {
   EXPECT_EQ(bitmap.at(20, 12), kNothing);
 }
 
+TEST(EmfPlus, LinesAreDrawnInAWorldThatCountsUpwards) {
+  const Bitmap bitmap = Plus()
+                            .object(2, 1, pen(2, kArgbBlue))
+                            .command(0x402A, 0, reals({1, 0, 0, -2, 0, 30}))
+                            .command(0x400D, 1, Plus::reals(Builder().le32(2), {0, 10, 40, 10}))
+                            .play();
+  for (int y = 8; y < 12; ++y) EXPECT_EQ(bitmap.at(20, y), kBlue) << y;
+  EXPECT_EQ(bitmap.at(20, 7), kNothing);
+  EXPECT_EQ(bitmap.at(20, 12), kNothing);
+}
+
 TEST(EmfPlus, DashesAreToldInWidths) {
   // On for two widths of 4 pixels, off for one.
   const Builder dashes = Plus::reals(Builder().le32(2), {2, 1});
