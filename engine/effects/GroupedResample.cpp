@@ -14,8 +14,16 @@
 namespace kestrel::engine {
 namespace {
 
-/// Columns of a strip. Its pairs of rows and its sums together shall fit in the nearest cache.
-constexpr std::int32_t kStrip = 64;
+constexpr std::int32_t kNarrowestStrip = 32, kWidestStrip = 64;
+
+/// Columns of a strip, such that its pairs of rows leave room in the nearest cache for its sums.
+std::int32_t stripWidth(std::int32_t pairs) {
+  constexpr std::int32_t kPairsBytes = 16 * 1024;
+  constexpr std::int32_t kBytesPerPixel = 8 * sizeof(std::int16_t);
+  const std::int32_t width = kPairsBytes / (kBytesPerPixel * pairs) / kGroupBlock * kGroupBlock;
+  return std::clamp(width, kNarrowestStrip, kWidestStrip);
+}
+
 constexpr std::size_t kFloatsPerColumn = 4 * kGroupRows;
 
 constexpr std::int32_t roundedUp(std::int32_t value, std::int32_t multiple) {
@@ -55,21 +63,6 @@ class Walk {
   std::int32_t reach_ = 0;
 };
 
-/// The pairs of input rows that eight outputs use.
-struct Span {
-  std::int32_t first, last;
-};
-
-Span pairsOf(const PairTable& rows, std::int32_t y) {
-  Span span{INT32_MAX, 0};
-  for (std::int32_t i = y; i < std::min(y + kGroupRows, rows.outputs()); ++i) {
-    const PairTable::Run& run = rows.run(i);
-    span.first = std::min(span.first, run.first);
-    span.last = std::max(span.last, run.first + run.count);
-  }
-  return span;
-}
-
 /// Makes groups of rows, one after the other, in memory of its own.
 class GroupWorker {
  public:
@@ -80,27 +73,26 @@ class GroupWorker {
         rows_(rows),
         walk_(walk),
         result_(result),
-        sumsMemory_(static_cast<std::size_t>(walk.reach() + kStrip + 2) * kFloatsPerColumn * sizeof(float)),
+        sumsMemory_(static_cast<std::size_t>(walk.reach() + kWidestStrip + 2) * kFloatsPerColumn *
+                    sizeof(float)),
         sums_(reinterpret_cast<float*>(sumsMemory_.data())) {
     std::memset(sumsMemory_.data(), 0, sumsMemory_.size());
   }
 
   void make(std::int32_t y) {
-    const Span span = pairsOf(rows_, y);
-    reserve(span.last - span.first);
     std::array<std::uint8_t*, kGroupRows> out;
     for (std::int32_t i = 0; i < kGroupRows; ++i) {
       out[static_cast<std::size_t>(i)] = result_.row(std::min(y + i, result_.height - 1));
     }
-
+    RowPairs pairs = pairsFor(y);
+    const std::int32_t strip = pairs.pixels;
     std::int32_t origin = 0;  // the column at the head of the sums
     std::size_t next = 0;     // the next four outputs
-    for (std::int32_t x = 0; x < picture_.width; x += kStrip) {
-      const std::int32_t width = std::min(kStrip, picture_.width - x);
-      origin = forget(origin, x);
-      const RowPairs pairs{reinterpret_cast<std::int16_t*>(pairsMemory_.data()), kPairStride, span.first,
-                           span.last - span.first, roundedUp(width, kGroupBlock)};
+    for (std::int32_t x = 0; x < picture_.width; x += strip) {
+      const std::int32_t width = std::min(strip, picture_.width - x);
+      pairs.pixels = roundedUp(width, kGroupBlock);
       weighPairs(picture_, x, rows_.lead(), pairs);
+      origin = forget(origin, x);
       sumPairs(pairs, rows_, y, sums_ + static_cast<std::size_t>(x - origin) * kFloatsPerColumn);
       const std::size_t end = walk_.after(next, x + width);
       filterGroup(sums_, origin, columns_, static_cast<std::int32_t>(4 * next),
@@ -110,11 +102,20 @@ class GroupWorker {
   }
 
  private:
-  static constexpr std::size_t kPairStride = std::size_t{8} * kStrip;
-
-  void reserve(std::int32_t pairs) {
-    const std::size_t bytes = static_cast<std::size_t>(pairs + 1) * kPairStride * sizeof(std::int16_t);
+  /// Room for a strip of the pairs of rows that the eight outputs from `y` on use.
+  RowPairs pairsFor(std::int32_t y) {
+    std::int32_t first = INT32_MAX, last = 0;
+    for (std::int32_t i = y; i < std::min(y + kGroupRows, rows_.outputs()); ++i) {
+      const PairTable::Run& run = rows_.run(i);
+      first = std::min(first, run.first);
+      last = std::max(last, run.first + run.count);
+    }
+    const std::int32_t count = last - first;
+    const std::int32_t width = stripWidth(count);
+    const std::size_t stride = std::size_t{8} * static_cast<std::size_t>(width);
+    const std::size_t bytes = static_cast<std::size_t>(count + 1) * stride * sizeof(std::int16_t);
     if (pairsMemory_.size() < bytes) pairsMemory_ = Memory(bytes);
+    return {reinterpret_cast<std::int16_t*>(pairsMemory_.data()), stride, first, count, width};
   }
 
   /// Moves what is still needed before column `x` to the head of the sums. Returns the column it begins with.
