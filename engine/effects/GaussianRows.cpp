@@ -28,6 +28,10 @@ void SmoothRow(const float* in, const float* weights, std::int32_t taps, std::in
                std::int32_t channels, float* out) {
   reference::smoothRow(in, weights, taps, count, channels, out);
 }
+void SumRowsTwice(const float* const* in, const float* firstWeights, const float* secondWeights,
+                  std::int32_t rows, std::size_t values, float* first, float* second) {
+  reference::sumRowsTwice(in, firstWeights, secondWeights, rows, values, first, second);
+}
 
 #else
 
@@ -149,6 +153,39 @@ void SmoothRow(const float* HWY_RESTRICT in, const float* HWY_RESTRICT weights, 
   }
 }
 
+void SumRowsTwice(const float* const* HWY_RESTRICT in, const float* HWY_RESTRICT firstWeights,
+                  const float* HWY_RESTRICT secondWeights, std::int32_t rows, std::size_t values,
+                  float* HWY_RESTRICT first, float* HWY_RESTRICT second) {
+  const Floats d;
+  const std::size_t lanes = hn::Lanes(d);
+  for (std::size_t i = 0; i < values; i += 4 * lanes) {
+    auto a0 = hn::Zero(d), a1 = hn::Zero(d), a2 = hn::Zero(d), a3 = hn::Zero(d);
+    auto b0 = hn::Zero(d), b1 = hn::Zero(d), b2 = hn::Zero(d), b3 = hn::Zero(d);
+    for (std::int32_t row = 0; row < rows; ++row) {
+      const float* const p = in[row] + i;
+      const auto a = hn::Set(d, firstWeights[row]), b = hn::Set(d, secondWeights[row]);
+      const auto v0 = hn::LoadU(d, p), v1 = hn::LoadU(d, p + lanes);
+      const auto v2 = hn::LoadU(d, p + 2 * lanes), v3 = hn::LoadU(d, p + 3 * lanes);
+      a0 = hn::MulAdd(a, v0, a0);
+      a1 = hn::MulAdd(a, v1, a1);
+      a2 = hn::MulAdd(a, v2, a2);
+      a3 = hn::MulAdd(a, v3, a3);
+      b0 = hn::MulAdd(b, v0, b0);
+      b1 = hn::MulAdd(b, v1, b1);
+      b2 = hn::MulAdd(b, v2, b2);
+      b3 = hn::MulAdd(b, v3, b3);
+    }
+    hn::StoreU(a0, d, first + i);
+    hn::StoreU(a1, d, first + i + lanes);
+    hn::StoreU(a2, d, first + i + 2 * lanes);
+    hn::StoreU(a3, d, first + i + 3 * lanes);
+    hn::StoreU(b0, d, second + i);
+    hn::StoreU(b1, d, second + i + lanes);
+    hn::StoreU(b2, d, second + i + 2 * lanes);
+    hn::StoreU(b3, d, second + i + 3 * lanes);
+  }
+}
+
 #endif
 
 }  // namespace kestrel::engine::HWY_NAMESPACE
@@ -160,6 +197,7 @@ namespace kestrel::engine {
 HWY_EXPORT(HalveRow);
 HWY_EXPORT(DoubleRow);
 HWY_EXPORT(SmoothRow);
+HWY_EXPORT(SumRowsTwice);
 
 void halveRow(const float* in, std::int32_t count, std::int32_t channels, float* out) {
   HWY_DYNAMIC_DISPATCH(HalveRow)(in, count, channels, out);
@@ -170,6 +208,10 @@ void doubleRow(const float* in, std::int32_t count, std::int32_t channels, float
 void smoothRow(const float* in, const float* weights, std::int32_t taps, std::int32_t count,
                std::int32_t channels, float* out) {
   HWY_DYNAMIC_DISPATCH(SmoothRow)(in, weights, taps, count, channels, out);
+}
+void sumRowsTwice(const float* const* in, const float* firstWeights, const float* secondWeights,
+                  std::int32_t rows, std::size_t values, float* first, float* second) {
+  HWY_DYNAMIC_DISPATCH(SumRowsTwice)(in, firstWeights, secondWeights, rows, values, first, second);
 }
 
 }  // namespace kestrel::engine

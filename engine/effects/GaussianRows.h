@@ -1,8 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
-/// The inner loops of a Gaussian pyramid along one row. Rows are floats, `channels` (1 or 4) to a pixel, with
+/// The inner loops of a Gaussian pyramid. Rows are floats, `channels` (1 or 4) to a pixel, with
 /// the slack that FilterRows.h wants behind both what is read and what is written.
 namespace kestrel::engine {
 
@@ -17,5 +18,9 @@ void doubleRow(const float* in, std::int32_t count, std::int32_t channels, float
 /// Pixel i of `count` is made of i to i + taps - 1 of `in`.
 void smoothRow(const float* in, const float* weights, std::int32_t taps, std::int32_t count,
                std::int32_t channels, float* out);
+
+/// Two weighted sums of the same `rows` rows, so that each is read once for both.
+void sumRowsTwice(const float* const* in, const float* firstWeights, const float* secondWeights,
+                  std::int32_t rows, std::size_t values, float* first, float* second);
 
 }  // namespace kestrel::engine

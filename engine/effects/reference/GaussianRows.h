@@ -36,4 +36,15 @@ inline void smoothRow(const float* in, const float* weights, std::int32_t taps, 
   }
 }
 
+inline void sumRowsTwice(const float* const* in, const float* firstWeights, const float* secondWeights,
+                         std::int32_t rows, std::size_t values, float* first, float* second) {
+  for (std::size_t i = 0; i < values; ++i) {
+    first[i] = second[i] = 0;
+    for (std::int32_t row = 0; row < rows; ++row) {
+      first[i] += firstWeights[row] * in[row][i];
+      second[i] += secondWeights[row] * in[row][i];
+    }
+  }
+}
+
 }  // namespace kestrel::engine::reference

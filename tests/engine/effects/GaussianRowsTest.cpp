@@ -53,6 +53,34 @@ TEST(GaussianRows, EveryKindOfVectorsEqualsThePlainCode) {
   });
 }
 
+TEST(GaussianRows, TwoSumsOfTheSameRowsEqualThePlainCode) {
+  onEachTarget([] {
+    for (const std::int32_t rows : {0, 1, 3, 18}) {
+      for (const std::int32_t count : {1, 3, 15, 16, 17, 64, 65, 300}) {
+        const auto values = static_cast<std::size_t>(count);
+        std::vector<std::vector<float>> in;
+        std::vector<const float*> pointers;
+        for (std::int32_t row = 0; row < rows; ++row) in.push_back(randomFloats(count + row));
+        for (const auto& row : in) pointers.push_back(row.data());
+        const std::vector<float> weights = randomFloats(2 * rows);
+        const float* const second = weights.data() + rows;
+        std::vector<float> actual[2], expected[2];
+        for (auto* sums : {&actual, &expected}) {
+          for (auto& sum : *sums) sum.resize(values + kRowSlack);
+        }
+        sumRowsTwice(pointers.data(), weights.data(), second, rows, values, actual[0].data(),
+                     actual[1].data());
+        reference::sumRowsTwice(pointers.data(), weights.data(), second, rows, values, expected[0].data(),
+                                expected[1].data());
+        for (std::size_t i = 0; i < values; ++i) {
+          ASSERT_NEAR(actual[0][i], expected[0][i], expected[0][i] * 4e-6) << i << " of " << values;
+          ASSERT_NEAR(actual[1][i], expected[1][i], expected[1][i] * 4e-6) << i << " of " << values;
+        }
+      }
+    }
+  });
+}
+
 TEST(GaussianAxis, ProfileIsTheShareOfTheBellThatLiesOnThePicture) {
   struct Case {
     std::int32_t inputs, outputs, start;
