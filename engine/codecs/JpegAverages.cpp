@@ -110,7 +110,8 @@ class Code {
     std::uint32_t code = 0;
     std::size_t count = 0;
     for (int length = 1; length <= 16; ++length) {
-      first_[length] = static_cast<std::int32_t>(count) - static_cast<std::int32_t>(code);
+      const auto at = static_cast<std::size_t>(length);
+      first_[at] = static_cast<std::int32_t>(count) - static_cast<std::int32_t>(code);
       for (int i = 0; i < table->bits[length]; ++i, ++code, ++count) {
         if (count >= symbols_.size() || code >> length != 0) return false;
         symbols_[count] = table->huffval[count];
@@ -119,7 +120,7 @@ class Code {
           std::fill_n(looks_.begin() + (code << (kSight - length)), 1U << (kSight - length), single);
         }
       }
-      end_[length] = code;
+      end_[at] = code;
       code <<= 1;
     }
     lookFurther();
@@ -136,10 +137,11 @@ class Code {
       return seen.symbol;
     }
     for (int length = kSight + 1; length <= 16; ++length) {
+      const auto at = static_cast<std::size_t>(length);
       const std::uint32_t code = reader.peek(length);
-      if (code < end_[length]) {
+      if (code < end_[at]) {
         reader.drop(length);
-        return symbols_[static_cast<std::size_t>(static_cast<std::int32_t>(code) + first_[length])];
+        return symbols_[static_cast<std::size_t>(static_cast<std::int32_t>(code) + first_[at])];
       }
     }
     return std::nullopt;
