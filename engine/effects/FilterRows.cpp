@@ -163,22 +163,35 @@ void FilterColumns(const float* HWY_RESTRICT in, const FilterTable& table, float
 
 void StoreStraightRow(const float* HWY_RESTRICT in, std::int32_t count, std::uint8_t* HWY_RESTRICT out) {
   const Floats d;
+  const hn::RebindToSigned<Floats> di;
   const hn::Rebind<std::uint8_t, Floats> bytes;
   const auto alphas = alphaLanes(d);
-  const auto zero = hn::Zero(d);
-  const auto limit = hn::Set(d, 255.0F);
   const auto half = hn::Set(d, 0.5F);
   const auto one = hn::Set(d, 1.0F);
   const std::size_t lanes = hn::Lanes(d);
+  const auto inverse = [&](hn::Vec<Floats> alpha)
+                           HWY_ATTR { return hn::IfThenElseZero(hn::Ge(alpha, half), hn::Div(one, alpha)); };
+  const auto store = [&](hn::Vec<Floats> pixels, hn::Vec<Floats> factor, std::uint8_t* to) HWY_ATTR {
+    // Adding 1.5 * 2^23 leaves the sum's bits counting whole numbers, rounded to the nearest.
+    const auto whole = hn::Set(d, 12582912.0F);
+    const auto straight = hn::Mul(pixels, hn::IfThenElse(alphas, one, factor));
+    const auto level = hn::Sub(hn::BitCast(di, hn::Add(straight, whole)), hn::BitCast(di, whole));
+    hn::StoreU(hn::DemoteTo(bytes, level), bytes, to);
+  };
   const std::size_t values = std::size_t{4} * static_cast<std::size_t>(count);
   std::size_t i = 0;
+  for (; i + 4 * lanes <= values; i += 4 * lanes) {
+    const auto p0 = hn::LoadU(d, in + i), p1 = hn::LoadU(d, in + i + lanes);
+    const auto p2 = hn::LoadU(d, in + i + 2 * lanes), p3 = hn::LoadU(d, in + i + 3 * lanes);
+    const auto factors = inverse(alphasOf(d, p0, p1, p2, p3));
+    store(p0, hn::Broadcast<0>(factors), out + i);
+    store(p1, hn::Broadcast<1>(factors), out + i + lanes);
+    store(p2, hn::Broadcast<2>(factors), out + i + 2 * lanes);
+    store(p3, hn::Broadcast<3>(factors), out + i + 3 * lanes);
+  }
   for (; i + lanes <= values; i += lanes) {
-    const auto v = hn::LoadU(d, in + i);
-    const auto alpha = hn::Broadcast<3>(v);
-    const auto straight = hn::Div(v, hn::IfThenElse(alphas, one, hn::Max(alpha, half)));
-    const auto limited = hn::Min(hn::Max(straight, zero), limit);
-    const auto visible = hn::IfThenElseZero(hn::Ge(alpha, half), limited);
-    hn::StoreU(hn::DemoteTo(bytes, hn::NearestInt(visible)), bytes, out + i);
+    const auto pixels = hn::LoadU(d, in + i);
+    store(pixels, inverse(hn::Broadcast<3>(pixels)), out + i);
   }
   reference::storeStraightRow(in + i, static_cast<std::int32_t>((values - i) / 4), out + i);
 }

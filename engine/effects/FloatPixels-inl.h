@@ -55,6 +55,16 @@ hn::Vec<D> opaqueScale(D d) {
   return hn::IfThenElse(alphaLanes(d), hn::Set(d, 1.0F), hn::Set(d, 255.0F));
 }
 
+/// The alphas of four vectors of pixels side by side: lane i of a block of four is that of vector i's pixel
+/// there. So what is to be divided by them takes one division for all.
+template <class D>
+hn::Vec<D> alphasOf(D d, hn::Vec<D> a, hn::Vec<D> b, hn::Vec<D> c, hn::Vec<D> e) {
+  const hn::Repartition<std::uint64_t, D> d64;
+  const auto ab = hn::BitCast(d64, hn::InterleaveUpper(d, a, b));
+  const auto ce = hn::BitCast(d64, hn::InterleaveUpper(d, c, e));
+  return hn::BitCast(d, hn::InterleaveUpper(d64, ab, ce));
+}
+
 /// For each pixel of a vector its number, times four lanes, counted from `first`: how four weights are
 /// spread.
 template <class D>

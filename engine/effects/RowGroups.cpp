@@ -211,11 +211,7 @@ HWY_INLINE void storeFour(hn::Vec<Floats> p0, hn::Vec<Floats> p1, hn::Vec<Floats
   const Shorts d16;
   const Bytes d8;
   constexpr float kLevel = 255.0F * PairTable::kOne;
-  // The four alphas of each row side by side, for one division.
-  const hn::Repartition<std::uint64_t, Floats> d64;
-  const auto halves = [&](hn::Vec<Floats> x, hn::Vec<Floats> y)
-                          HWY_ATTR { return hn::BitCast(d64, hn::InterleaveUpper(d, x, y)); };
-  const auto alpha = hn::BitCast(d, hn::InterleaveUpper(d64, halves(p0, p1), halves(p2, p3)));
+  const auto alpha = alphasOf(d, p0, p1, p2, p3);
   const auto visible = hn::Ge(alpha, hn::Set(d, 0.5F * kLevel));
   const auto factor = hn::IfThenElseZero(visible, hn::Div(hn::Set(d, 255.0F), alpha));
   const auto alphas = alphaLanes(d);

@@ -69,8 +69,9 @@ inline void storeStraightRow(const float* in, std::int32_t count, std::uint8_t* 
       std::memset(out, 0, 4);
       continue;
     }
+    const float factor = 1 / in[3];
     for (int c = 0; c < 3; ++c) {
-      out[c] = static_cast<std::uint8_t>(std::lrint(std::clamp(in[c] / in[3], 0.0F, 255.0F)));
+      out[c] = static_cast<std::uint8_t>(std::lrint(std::clamp(in[c] * factor, 0.0F, 255.0F)));
     }
     out[3] = static_cast<std::uint8_t>(std::lrint(std::min(in[3], 255.0F)));
   }
