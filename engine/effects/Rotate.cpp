@@ -5,10 +5,10 @@
 #include <cmath>
 #include <cstring>
 #include <numbers>
+#include <vector>
 
 #include "Common.h"
 #include "FilterRows.h"
-#include "Opaque.h"
 #include "QuarterTurn.h"
 #include "RotateRows.h"
 #include "WriteRows.h"
@@ -89,6 +89,38 @@ class EdgeSampler {
   Floats background_;
 };
 
+/// A part of the old picture, weighed by alpha.
+class Excerpt {
+ public:
+  /// As many pixels along each side as a square of so many may reach in any direction, with the sixteen
+  /// around each sample and up to three more on the left, where the kernel wants to begin.
+  explicit Excerpt(std::int32_t square)
+      : stride_(4 * (static_cast<std::size_t>(std::ceil(square * std::numbers::sqrt2)) + 12)),
+        values_(stride_ * stride_ / 4 + kRowSlack) {}
+
+  /// Takes the columns from `left` to `right` and the rows from `top` to `bottom`, these included.
+  void take(const ConstPixels& in, std::int64_t left, std::int64_t right, std::int64_t top,
+            std::int64_t bottom) {
+    left_ = left - left % 4;
+    top_ = top;
+    float* to = values_.data();
+    for (std::int64_t y = top; y <= bottom; ++y, to += stride_) {
+      premultiplyRow(in.row(static_cast<std::int32_t>(y)) + 4 * left_,
+                     static_cast<std::int32_t>(right + 1 - left_), to);
+    }
+  }
+
+  void sample(std::int64_t u, std::int64_t v, std::int64_t du, std::int64_t dv, std::int32_t count,
+              float* out) const {
+    sampleLine(values_.data(), stride_, u - (left_ << 32), v - (top_ << 32), du, dv, count, out);
+  }
+
+ private:
+  std::size_t stride_;
+  std::vector<float> values_;
+  std::int64_t left_ = 0, top_ = 0;
+};
+
 /// The old picture as seen from the new one: where each new pixel takes its colour from.
 struct Mapping {
   std::int64_t u0, v0;  ///< of the new pixel (0, 0)
@@ -103,19 +135,20 @@ class Rotation {
         mapping_(mapping),
         edge_(in, background),
         background_(background.a == 0 ? Pixel{} : background),
-        opaque_(isOpaque(in)),
         stream_(outgrowsCaches(out.stride * static_cast<std::size_t>(out.height))) {}
 
-  /// Makes the rows of a band, tile by tile, so that the pixels they are taken from stay cached.
+  /// Makes the rows of a band, tile by tile: what a tile is taken from is weighed once, and stays cached.
   void makeRows(std::int32_t first, std::int32_t last) const {
+    Excerpt excerpt(kTile);
+    std::vector<Row> rows;
     for (std::int32_t top = first; top < last; top += kTile) {
-      const std::int32_t bottom = std::min(top + kTile, last);
-      std::array<Row, kTile> rows;
-      for (std::int32_t y = top; y < bottom; ++y) rows[static_cast<std::size_t>(y - top)] = rowAt(y);
+      rows.clear();
+      for (std::int32_t y = top; y < std::min(top + kTile, last); ++y) rows.push_back(rowAt(y));
       for (std::int32_t left = 0; left < out_.width; left += kTile) {
         const Span columns{left, std::min(left + kTile, out_.width)};
-        for (std::int32_t y = top; y < bottom; ++y) {
-          makePiece(rows[static_cast<std::size_t>(y - top)], columns, out_.row(y));
+        takeExcerpt(rows, columns, excerpt);
+        for (std::size_t i = 0; i < rows.size(); ++i) {
+          makePiece(rows[i], columns, excerpt, out_.row(top + static_cast<std::int32_t>(i)));
         }
       }
     }
@@ -147,10 +180,29 @@ class Rotation {
     return clip(across, row.v, mapping_.dv, low * kPixel, (in_.height + high) * kPixel);
   }
 
-  void makePiece(const Row& row, Span columns, std::uint8_t* out) const {
-    const auto within = [&](std::int32_t x) { return std::clamp(x, columns.first, columns.last); };
-    const Span touched{within(row.touched.first), within(row.touched.last)};
-    const Span inside{within(row.inside.first), within(row.inside.last)};
+  static Span common(Span a, Span b) {
+    return {std::clamp(a.first, b.first, b.last), std::clamp(a.last, b.first, b.last)};
+  }
+
+  /// All pixels that samples inside the old picture want for these columns of the rows.
+  void takeExcerpt(const std::vector<Row>& rows, Span columns, Excerpt& excerpt) const {
+    std::int64_t left = INT64_MAX, right = INT64_MIN, top = INT64_MAX, bottom = INT64_MIN;
+    for (const Row& row : rows) {
+      const Span inside = common(row.inside, columns);
+      if (inside.empty()) continue;
+      for (const std::int32_t x : {inside.first, inside.last - 1}) {
+        const std::int64_t u = (row.u + x * mapping_.du) >> 32, v = (row.v + x * mapping_.dv) >> 32;
+        left = std::min(left, u - 1);
+        right = std::max(right, u + 2);
+        top = std::min(top, v - 1);
+        bottom = std::max(bottom, v + 2);
+      }
+    }
+    if (left <= right) excerpt.take(in_, left, right, top, bottom);
+  }
+
+  void makePiece(const Row& row, Span columns, const Excerpt& excerpt, std::uint8_t* out) const {
+    const Span touched = common(row.touched, columns), inside = common(row.inside, columns);
     std::array<float, 4 * kTile> floats;
     alignas(64) std::array<std::uint8_t, 4 * kTile> piece;
     const auto at = [&](std::int32_t x) { return floats.data() + std::ptrdiff_t{4} * (x - touched.first); };
@@ -163,8 +215,8 @@ class Rotation {
     };
     fill(pixel(columns.first), touched.first - columns.first);
     sampleEdge(touched.first, inside.first);
-    sampleLine(in_, opaque_, row.u + inside.first * mapping_.du, row.v + inside.first * mapping_.dv,
-               mapping_.du, mapping_.dv, inside.last - inside.first, at(inside.first));
+    excerpt.sample(row.u + inside.first * mapping_.du, row.v + inside.first * mapping_.dv, mapping_.du,
+                   mapping_.dv, inside.last - inside.first, at(inside.first));
     sampleEdge(inside.last, touched.last);
     storeStraightRow(floats.data(), touched.last - touched.first, pixel(touched.first));
     fill(pixel(touched.last), columns.last - touched.last);
@@ -180,7 +232,7 @@ class Rotation {
   Mapping mapping_;
   EdgeSampler edge_;
   Pixel background_;
-  bool opaque_, stream_;
+  bool stream_;
 };
 
 /// The side of the box that holds the turned picture. Rounding must not add a pixel to what fits exactly.

@@ -14,43 +14,34 @@ namespace kestrel::engine::HWY_NAMESPACE {
 
 #if HWY_TARGET == HWY_SCALAR
 
-void SampleLine(const ConstPixels& in, bool, std::int64_t u, std::int64_t v, std::int64_t du, std::int64_t dv,
-                std::int32_t count, float* out) {
-  reference::sampleLine(in, u, v, du, dv, count, out);
+void SampleLine(const float* in, std::size_t stride, std::int64_t u, std::int64_t v, std::int64_t du,
+                std::int64_t dv, std::int32_t count, float* out) {
+  reference::sampleLine(in, stride, u, v, du, dv, count, out);
 }
 
 #else
 
-template <bool kOpaque>
-void sampleLine(const ConstPixels& in, std::int64_t u, std::int64_t v, std::int64_t du, std::int64_t dv,
-                std::int32_t count, float* HWY_RESTRICT out) {
+void SampleLine(const float* HWY_RESTRICT in, std::size_t stride, std::int64_t u, std::int64_t v,
+                std::int64_t du, std::int64_t dv, std::int32_t count, float* HWY_RESTRICT out) {
   const Floats d;
-  const FloatPixel pixel;
   constexpr auto kPixels = static_cast<std::int32_t>(hn::MaxLanes(d) / 4);
-  const auto alphas = alphaLanes(d);
-  const auto scale = opaqueScale(pixel);
   const auto& weights = reference::cubicWeights();
+  const auto step = static_cast<std::ptrdiff_t>(stride);
   for (std::int32_t i = 0; i < count; ++i, u += du, v += dv, out += 4) {
     const auto across = hn::LoadDup128(d, weights[reference::phaseOf(u)].data());
     const float* const down = weights[reference::phaseOf(v)].data();
-    const std::uint8_t* const corner = in.row(static_cast<std::int32_t>(v >> 32) - 1) + 4 * ((u >> 32) - 1);
+    const float* const corner = in + ((v >> 32) - 1) * step + 4 * ((u >> 32) - 1);
     auto sum = hn::Zero(d);
     for (std::int32_t x = 0; x < 4; x += kPixels) {
-      const auto weighted = [&](int y) HWY_ATTR {
-        const auto pixels = loadPixels(d, corner + static_cast<std::size_t>(y) * in.stride + 4 * x);
-        return hn::Mul(kOpaque ? pixels : premultiply(d, pixels, alphas), hn::Set(d, down[y]));
-      };
-      const auto column = hn::Add(hn::Add(weighted(0), weighted(1)), hn::Add(weighted(2), weighted(3)));
+      const float* const p = corner + std::ptrdiff_t{4} * x;
+      auto column = hn::Mul(hn::LoadU(d, p), hn::Set(d, down[0]));
+      column = hn::MulAdd(hn::LoadU(d, p + step), hn::Set(d, down[1]), column);
+      column = hn::MulAdd(hn::LoadU(d, p + 2 * step), hn::Set(d, down[2]), column);
+      column = hn::MulAdd(hn::LoadU(d, p + 3 * step), hn::Set(d, down[3]), column);
       sum = hn::MulAdd(column, hn::TableLookupLanes(across, spread(d, x)), sum);
     }
-    const auto sample = sumOfPixels(d, sum);
-    hn::StoreU(kOpaque ? hn::Mul(sample, scale) : sample, pixel, out);
+    hn::StoreU(sumOfPixels(d, sum), FloatPixel(), out);
   }
-}
-
-void SampleLine(const ConstPixels& in, bool opaque, std::int64_t u, std::int64_t v, std::int64_t du,
-                std::int64_t dv, std::int32_t count, float* out) {
-  (opaque ? sampleLine<true> : sampleLine<false>)(in, u, v, du, dv, count, out);
 }
 
 #endif
@@ -63,9 +54,9 @@ namespace kestrel::engine {
 
 HWY_EXPORT(SampleLine);
 
-void sampleLine(const ConstPixels& in, bool opaque, std::int64_t u, std::int64_t v, std::int64_t du,
+void sampleLine(const float* in, std::size_t stride, std::int64_t u, std::int64_t v, std::int64_t du,
                 std::int64_t dv, std::int32_t count, float* out) {
-  HWY_DYNAMIC_DISPATCH(SampleLine)(in, opaque, u, v, du, dv, count, out);
+  HWY_DYNAMIC_DISPATCH(SampleLine)(in, stride, u, v, du, dv, count, out);
 }
 
 }  // namespace kestrel::engine

@@ -6,8 +6,6 @@
 #include <cstdint>
 #include <cstring>
 
-#include "engine/pixels/Bitmap.h"
-
 /// What the vector kernels of QuarterTurn.cpp and RotateRows.cpp compute, told plainly.
 namespace kestrel::engine::reference {
 
@@ -46,22 +44,18 @@ inline std::size_t phaseOf(std::int64_t position) {
 
 inline const float* cubicWeights(std::int64_t position) { return cubicWeights()[phaseOf(position)].data(); }
 
-/// `count` samples along a line, from (u, v) in steps of (du, dv); all sixteen pixels of each are inside.
-inline void sampleLine(const ConstPixels& in, std::int64_t u, std::int64_t v, std::int64_t du,
+/// `count` samples along a line, from (u, v) in steps of (du, dv); all sixteen pixels of each are there.
+inline void sampleLine(const float* in, std::size_t stride, std::int64_t u, std::int64_t v, std::int64_t du,
                        std::int64_t dv, std::int32_t count, float* out) {
   for (std::int32_t i = 0; i < count; ++i, u += du, v += dv, out += 4) {
     const float* const across = cubicWeights(u);
     const float* const down = cubicWeights(v);
-    const auto left = static_cast<std::ptrdiff_t>(u >> 32) - 1;
-    const auto top = static_cast<std::int32_t>(v >> 32) - 1;
+    const auto step = static_cast<std::ptrdiff_t>(stride);
+    const float* const corner = in + ((v >> 32) - 1) * step + 4 * ((u >> 32) - 1);
     std::fill_n(out, 4, 0.0F);
-    for (int y = 0; y < 4; ++y) {
-      const std::uint8_t* p = in.row(top + y) + 4 * left;
-      for (int x = 0; x < 4; ++x, p += 4) {
-        const float weight = across[x] * down[y];
-        const float alpha = p[3];
-        for (int c = 0; c < 3; ++c) out[c] += weight * (static_cast<float>(p[c]) * alpha);
-        out[3] += weight * alpha;
+    for (std::ptrdiff_t y = 0; y < 4; ++y) {
+      for (std::ptrdiff_t x = 0; x < 4; ++x) {
+        for (std::ptrdiff_t c = 0; c < 4; ++c) out[c] += across[x] * down[y] * corner[y * step + 4 * x + c];
       }
     }
   }
