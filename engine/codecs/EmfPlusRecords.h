@@ -7,7 +7,6 @@ namespace kestrel::engine::emf::plus {
 /// The types of the commands that are played.
 enum Command : std::uint16_t {
   kHeader = 0x4001,
-  kEndOfFile = 0x4002,
   kPlainRecords = 0x4004,
   kObject = 0x4008,
   kClear = 0x4009,
