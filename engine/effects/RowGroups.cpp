@@ -171,22 +171,23 @@ HWY_INLINE TwoVectors filterPixel(const float* HWY_RESTRICT in, const float* HWY
                                   std::int32_t count) {
   const Floats d;
   auto a = hn::Zero(d), b = hn::Zero(d);
-  const auto add = [&](std::size_t i) HWY_ATTR {
-    const auto weight = hn::Set(d, weights[i]);
+  const auto add = [&](std::size_t i, hn::Vec<Floats> weight) HWY_ATTR {
     a = hn::MulAdd(weight, hn::Load(d, in + i * kGroupStep), a);
     b = hn::MulAdd(weight, hn::Load(d, in + i * kGroupStep + hn::Lanes(d)), b);
   };
-  // Weights are padded with zeros to fours.
+  // Weights are padded with zeros to fours, and loaded as such: the numbers alone keep the loads busy.
   std::int32_t left = count;
   for (; left > 2; left -= 4, in += 4 * kGroupStep, weights += 4) {
-    add(0);
-    add(1);
-    add(2);
-    add(3);
+    const auto four = hn::LoadDup128(d, weights);
+    add(0, hn::Broadcast<0>(four));
+    add(1, hn::Broadcast<1>(four));
+    add(2, hn::Broadcast<2>(four));
+    add(3, hn::Broadcast<3>(four));
   }
   if (left > 0) {
-    add(0);
-    add(1);
+    const auto four = hn::LoadDup128(d, weights);
+    add(0, hn::Broadcast<0>(four));
+    add(1, hn::Broadcast<1>(four));
   }
   return {a, b};
 }
