@@ -1,0 +1,102 @@
+#include "ThumbnailPeers.h"
+
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <string>
+
+#include "Camera.h"
+#include "JpegFiles.h"
+#include "Process.h"
+
+namespace kestrel::bench {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kFiles = 200, kDistinct = 12;
+constexpr std::int32_t kWidth = 4000, kHeight = 3000, kStep = 100;
+constexpr int kCameraQuality = 90;
+constexpr double kMostMegabytes = 80;
+
+/// A folder of photographs, gone with the last that refers to it.
+class PhotographFolder {
+ public:
+  PhotographFolder()
+      : path_(fs::temp_directory_path() / ("kestrel-photographs-" + std::to_string(getpid()))) {
+    fs::create_directories(path_);
+    const engine::Bitmap scene = cameraPhotograph(kWidth + kDistinct * kStep, kHeight + kDistinct * kStep);
+    for (int i = 0; i < kFiles; ++i) {
+      if (i < kDistinct) {
+        write(nameOf(i), scene, i * kStep);
+      } else {
+        fs::create_hard_link(nameOf(i % kDistinct), nameOf(i));
+      }
+    }
+  }
+  PhotographFolder(const PhotographFolder&) = delete;
+  PhotographFolder& operator=(const PhotographFolder&) = delete;
+  ~PhotographFolder() {
+    std::error_code ignored;
+    fs::remove_all(path_, ignored);
+  }
+
+  const fs::path& path() const { return path_; }
+
+ private:
+  fs::path nameOf(int number) const { return path_ / ("photograph" + std::to_string(number) + ".jpg"); }
+
+  /// A window into the scene, so that each file is another picture.
+  static void write(const fs::path& path, const engine::Bitmap& scene, int offset) {
+    engine::ConstPixels window = scene.pixels();
+    window.data = window.row(offset) + std::ptrdiff_t{4} * offset;
+    window.width = kWidth;
+    window.height = kHeight;
+    const std::vector<std::uint8_t> bytes = jpegOf(window, kCameraQuality, Colors::halved);
+    std::ofstream out(path, std::ios::binary);
+    out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    out.close();
+    if (!out) throw fs::filesystem_error("cannot write", path, std::make_error_code(std::errc::io_error));
+  }
+
+  fs::path path_;
+};
+
+/// Gives the megabytes that it took.
+double oursIn(const fs::path& folder) { return std::stod(runProcess({THUMBNAILS_PROCESS, folder.string()})); }
+
+std::vector<Contender> timed() {
+  const auto folder = std::make_shared<const PhotographFolder>();
+  return {
+      {"Kestrel",
+       "averages of blocks decoded alone, which is an eighth, then Lanczos3 weighed by alpha; orientation "
+       "and profile looked for",
+       [=] { oursIn(folder->path()); }},
+      {"Pillow",
+       "draft mode (decoded at an eighth), then bicubic, in two processes; no orientation, no profile", [=] {
+         runProcess({"/usr/bin/python3", THUMBNAILS_SCRIPT, folder->path().string()});
+       }}};
+}
+
+std::vector<Contender> peakMemory() {
+  const auto folder = std::make_shared<const PhotographFolder>();
+  Contender ours{
+      "Kestrel", "the most that was resident at a time", {}, [=] { return oursIn(folder->path()); }};
+  Contender bound{"the bound", "what the process may take", {}, [] { return kMostMegabytes; }};
+  return {ours, bound};
+}
+
+}  // namespace
+
+std::vector<Comparison> thumbnailComparisons() {
+  const std::string operation = "200 JPEG files of 12 megapixels to 160-pixel thumbnails, whole process";
+  Comparison times{operation, 0.9, timed};
+  times.cores = 2;
+  Comparison memory{operation + ", memory", 1, peakMemory, "MB"};
+  memory.cores = 2;
+  return {times, memory};
+}
+
+}  // namespace kestrel::bench
