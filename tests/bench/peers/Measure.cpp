@@ -13,11 +13,16 @@
 namespace kestrel::bench {
 namespace {
 
+using Clock = std::chrono::steady_clock;
+
+/// Rows of short operations go round more often, until they have taken so long.
+constexpr std::chrono::seconds kShortest{1};
+
 double figureOf(const Contender& contender) {
   if (contender.figure) return contender.figure();
-  const auto start = std::chrono::steady_clock::now();
+  const auto start = Clock::now();
   contender.run();
-  return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+  return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
 }
 
 double median(std::vector<double> values) {
@@ -33,7 +38,8 @@ std::vector<Measured> measure(const Comparison& comparison, int runs) {
   const std::vector<Contender> contenders = comparison.contenders();
   std::vector<std::vector<double>> figures(contenders.size());
   for (const Contender& contender : contenders) figureOf(contender);
-  for (int run = 0; run < runs; ++run)
+  const auto start = Clock::now();
+  for (int run = 0; run < runs || Clock::now() - start < kShortest; ++run)
     for (std::size_t i = 0; i < contenders.size(); ++i) figures[i].push_back(figureOf(contenders[i]));
 
   std::vector<Measured> results;

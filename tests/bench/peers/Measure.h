@@ -19,8 +19,8 @@ struct Measured {
   double figure = 0;  ///< the median
 };
 
-/// Runs the contenders of a row in turn, `runs` times round after one round unmeasured, so that whatever
-/// else the machine does meanwhile falls on all of them alike.
+/// Runs the contenders of a row in turn, so that whatever else the machine does meanwhile falls on all of
+/// them alike: at least `runs` times round, and for a second at least, after one round unmeasured.
 std::vector<Measured> measure(const Comparison& comparison, int runs);
 
 /// One line a contender, with tabs between its fields.

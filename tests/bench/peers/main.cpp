@@ -11,7 +11,7 @@ int main(int argc, char** argv) {
   int runs = 9;
   std::string only;
   CLI::App app{"Measures our operations beside those of other libraries."};
-  app.add_option("--runs", runs, "how often each contender runs")->check(CLI::Range(1, 1000));
+  app.add_option("--runs", runs, "how often each contender runs at least")->check(CLI::Range(1, 1000));
   app.add_option("--only", only, "measure only operations whose name holds this");
   CLI11_PARSE(app, argc, argv);
 
