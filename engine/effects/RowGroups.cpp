@@ -79,13 +79,27 @@ void WeighPairs(const ConstPixels& picture, std::int32_t x, std::int32_t lead, c
   }
 }
 
+/// The pairs that make one row, and what each of them counts.
+struct Summands {
+  const std::int16_t* in;
+  const std::int16_t* weights;
+  std::int32_t pairs;
+};
+
+HWY_INLINE Summands summandsOf(const RowPairs& pairs, const PairTable& table, std::int32_t y) {
+  const PairTable::Run& run = table.run(std::min(y, table.outputs() - 1));
+  return {pairs.data + static_cast<std::size_t>(run.first - pairs.first) * pairs.stride, table.weights(run),
+          run.count};
+}
+
 /// Sums of as many pixels as a vector of bytes holds, in four vectors, as `weigh` leaves them.
 struct Sums {
   hn::Vec<Floats> first, second, third, fourth;
 };
 
-HWY_INLINE Sums sumRun(const std::int16_t* HWY_RESTRICT in, std::size_t stride,
-                       const std::int16_t* HWY_RESTRICT weights, std::int32_t pairs) {
+HWY_INLINE Sums sum(const Summands& row, std::size_t stride, std::ptrdiff_t at) {
+  const std::int16_t* HWY_RESTRICT in = row.in + at;
+  const std::int16_t* HWY_RESTRICT weights = row.weights;
   const Shorts d16;
   const Ints d32;
   const std::size_t lanes = hn::Lanes(d16);
@@ -100,13 +114,13 @@ HWY_INLINE Sums sumRun(const std::int16_t* HWY_RESTRICT in, std::size_t stride,
     sum2 = hn::ReorderWidenMulAccumulate(d32, weight, hn::Load(d16, pair + 2 * lanes), sum2, more2);
     sum3 = hn::ReorderWidenMulAccumulate(d32, weight, hn::Load(d16, pair + 3 * lanes), sum3, more3);
   };
-  for (std::int32_t i = 0; i < pairs; i += 2, in += 2 * stride, weights += 4) {
+  for (std::int32_t i = 0; i < row.pairs; i += 2, in += 2 * stride, weights += 4) {
     add(in, weights);
     add(in + stride, weights + 2);
   }
-  const auto finished = [&](hn::Vec<Ints> sum, hn::Vec<Ints> more) HWY_ATTR {
+  const auto finished = [&](hn::Vec<Ints> whole, hn::Vec<Ints> more) HWY_ATTR {
     const auto middle = hn::Set(d32, 32768 * PairTable::kOne);
-    return hn::ConvertTo(Floats(), hn::Add(hn::RearrangeToOddPlusEven(sum, more), middle));
+    return hn::ConvertTo(Floats(), hn::Add(hn::RearrangeToOddPlusEven(whole, more), middle));
   };
   return {finished(sum0, more0), finished(sum1, more1), finished(sum2, more2), finished(sum3, more3)};
 }
@@ -141,18 +155,15 @@ HWY_INLINE void storeTransposed(hn::Vec<Floats> a, hn::Vec<Floats> b, hn::Vec<Fl
   }
 }
 
-HWY_INLINE Sums sumsOfRow(const RowPairs& pairs, const PairTable& table, std::int32_t y, std::int32_t x) {
-  const PairTable::Run& run = table.run(std::min(y, table.outputs() - 1));
-  const std::size_t first = static_cast<std::size_t>(run.first - pairs.first) * pairs.stride;
-  return sumRun(pairs.data + first + std::ptrdiff_t{8} * x, pairs.stride, table.weights(run), run.count);
-}
-
 void SumPairs(const RowPairs& pairs, const PairTable& table, std::int32_t y, float* HWY_RESTRICT out) {
   constexpr auto kPixels = static_cast<std::int32_t>(hn::MaxLanes(Bytes()) / 4);
-  for (std::int32_t row = 0; row < kGroupRows; row += 4) {
+  for (std::int32_t row = 0; row < kGroupRows; row += 4, y += 4) {
+    const Summands rowA = summandsOf(pairs, table, y), rowB = summandsOf(pairs, table, y + 1);
+    const Summands rowC = summandsOf(pairs, table, y + 2), rowE = summandsOf(pairs, table, y + 3);
     for (std::int32_t x = 0; x < pairs.pixels; x += kPixels) {
-      const Sums a = sumsOfRow(pairs, table, y + row, x), b = sumsOfRow(pairs, table, y + row + 1, x);
-      const Sums c = sumsOfRow(pairs, table, y + row + 2, x), e = sumsOfRow(pairs, table, y + row + 3, x);
+      const std::ptrdiff_t at = std::ptrdiff_t{8} * x;
+      const Sums a = sum(rowA, pairs.stride, at), b = sum(rowB, pairs.stride, at);
+      const Sums c = sum(rowC, pairs.stride, at), e = sum(rowE, pairs.stride, at);
       float* const to = out + static_cast<std::size_t>(x) * kGroupStep + 4 * row;
       storeTransposed(a.first, b.first, c.first, e.first, to);
       storeTransposed(a.second, b.second, c.second, e.second, to + kGroupStep);
