@@ -246,23 +246,29 @@ HWY_INLINE void storeFour(hn::Vec<Floats> p0, hn::Vec<Floats> p1, hn::Vec<Floats
   storeBlocks(d8, hn::TableLookupBytes(mixed, hn::LoadDup128(d8, kOrder)), rows, at);
 }
 
-HWY_INLINE TwoVectors pixelAt(const float* HWY_RESTRICT in, std::int32_t origin, const FilterTable& table,
-                              std::int32_t x) {
-  const FilterTable::Run& run = table.run(x);
-  return filterPixel(in + static_cast<std::size_t>(run.first - origin) * kGroupStep, table.weights(run),
-                     run.count);
-}
+/// A group of rows as outputs read them: the stored bytes may be anything to the compiler, so what a table
+/// holds is looked up before them.
+struct Along {
+  const float* in;
+  std::int32_t origin;
+  const FilterTable::Run* runs;
+  const float* weights;
+
+  HWY_INLINE TwoVectors pixel(std::int32_t x) const {
+    const FilterTable::Run& run = runs[x];
+    return filterPixel(in + static_cast<std::size_t>(run.first - origin) * kGroupStep, weights + run.offset,
+                       run.count);
+  }
+};
 
 /// Four outputs, one after the other.
 struct Fours {
   TwoVectors p0, p1, p2, p3;
 };
 
-HWY_INLINE Fours foursAt(const float* HWY_RESTRICT in, std::int32_t origin, const FilterTable& table,
-                         std::int32_t x, std::int32_t last) {
-  return {pixelAt(in, origin, table, x), pixelAt(in, origin, table, std::min(x + 1, last)),
-          pixelAt(in, origin, table, std::min(x + 2, last)),
-          pixelAt(in, origin, table, std::min(x + 3, last))};
+HWY_INLINE Fours foursAt(const Along& along, std::int32_t x, std::int32_t last) {
+  return {along.pixel(x), along.pixel(std::min(x + 1, last)), along.pixel(std::min(x + 2, last)),
+          along.pixel(std::min(x + 3, last))};
 }
 
 HWY_INLINE void storeFours(const Fours& v, std::uint8_t* const* HWY_RESTRICT rows, std::int32_t x) {
@@ -279,12 +285,12 @@ void FilterGroup(const float* HWY_RESTRICT in, std::int32_t origin, const Filter
       hwy::Prefetch(rows[row] + std::ptrdiff_t{4} * x);
   }
   for (std::int32_t row = 0; row < kGroupRows; row += 2 * kRowsPerVector) {
-    const float* const from = in + std::ptrdiff_t{4} * row;
+    const Along along{in + std::ptrdiff_t{4} * row, origin, &table.run(0), table.weights({})};
     // Each four are stored while the next are filtered, so that neither waits for the other's results.
-    Fours ready = foursAt(from, origin, table, first, last - 1);
+    Fours ready = foursAt(along, first, last - 1);
     std::int32_t x = first;
     for (; x + 4 < last; x += 4) {
-      const Fours next = foursAt(from, origin, table, x + 4, last - 1);
+      const Fours next = foursAt(along, x + 4, last - 1);
       storeFours(ready, rows + row, x);
       ready = next;
     }
