@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -151,6 +152,16 @@ void resetDigitAfter(std::vector<std::uint8_t>& xmp, std::string_view lead) {
   }
 }
 
+/// Writes the picture's size into the places where the block tells it, if it does.
+void setSize(std::span<std::uint8_t> exif, std::int32_t width, std::int32_t height) {
+  Block<std::uint8_t> block(exif);
+  if (!block.valid()) return;
+  const auto directory = block.number(block.firstDirectory(), kExifDirectory);
+  if (!directory) return;
+  block.setNumber(*directory, kPixelWidth, static_cast<std::uint32_t>(width));
+  block.setNumber(*directory, kPixelHeight, static_cast<std::uint32_t>(height));
+}
+
 }  // namespace
 
 std::int32_t exifOrientation(Bytes exif) {
@@ -175,7 +186,7 @@ void normalizeCameraData(Metadata& metadata) {
 }
 
 void describePicture(Metadata& metadata, std::int32_t width, std::int32_t height) {
-  setExifSize(metadata.exif, width, height);
+  setSize(metadata.exif, width, height);
   xmp::setSize(metadata.xmp, width, height);
   Block<std::uint8_t> block(metadata.exif);
   if (!block.valid() || metadata.resolutionX <= 0 || metadata.resolutionY <= 0) return;
@@ -184,15 +195,6 @@ void describePicture(Metadata& metadata, std::int32_t width, std::int32_t height
   block.setNumber(directory, kResolutionUnit, kPerInch);
   block.setRational(directory, kResolutionX, metadata.resolutionX);
   block.setRational(directory, kResolutionY, metadata.resolutionY);
-}
-
-void setExifSize(std::vector<std::uint8_t>& exif, std::int32_t width, std::int32_t height) {
-  Block<std::uint8_t> block(exif);
-  if (!block.valid()) return;
-  const auto directory = block.number(block.firstDirectory(), kExifDirectory);
-  if (!directory) return;
-  block.setNumber(*directory, kPixelWidth, static_cast<std::uint32_t>(width));
-  block.setNumber(*directory, kPixelHeight, static_cast<std::uint32_t>(height));
 }
 
 void readExifResolution(Bytes exif, Metadata& metadata) {

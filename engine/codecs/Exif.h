@@ -19,9 +19,6 @@ void normalizeCameraData(Metadata& metadata);
 /// `metadata`, in the places where they tell one.
 void describePicture(Metadata& metadata, std::int32_t width, std::int32_t height);
 
-/// Writes the picture's size into the places where the block tells it, if it does.
-void setExifSize(std::vector<std::uint8_t>& exif, std::int32_t width, std::int32_t height);
-
 /// The resolution that the block tells, in pixels per inch; sets nothing if it tells none.
 void readExifResolution(Bytes exif, Metadata& metadata);
 

@@ -229,8 +229,7 @@ void honourColors(const Reader& reader, Decoded& decoded) {
   convertToSrgb(decoded, colors);
 }
 
-void writeMetadata(Writer& writer, const Metadata& metadata, const std::vector<std::uint8_t>& exif,
-                   std::vector<Text>& texts) {
+void writeMetadata(Writer& writer, const Metadata& metadata, std::vector<Text>& texts) {
   writer.guarded([&] {
     const png_structp png = writer.png();
     const png_infop info = writer.info();
@@ -245,7 +244,7 @@ void writeMetadata(Writer& writer, const Metadata& metadata, const std::vector<s
       png_set_iCCP(png, info, "ICC profile", PNG_COMPRESSION_TYPE_BASE, metadata.iccProfile.data(),
                    static_cast<png_uint_32>(metadata.iccProfile.size()));
     }
-    if (!exif.empty()) {
+    if (const auto& exif = metadata.exif; !exif.empty()) {
       png_set_eXIf_1(png, info, static_cast<png_uint_32>(exif.size()), const_cast<png_bytep>(exif.data()));
     }
     for (Text& text : texts) {
@@ -355,8 +354,6 @@ Decoded decodeDamagedOrUnusual(Bytes data) {
 
 /// A file as far as before its pixels.
 std::vector<std::uint8_t> writeHead(const ConstPixels& pixels, bool opaque, const Metadata& metadata) {
-  std::vector<std::uint8_t> exif = metadata.exif;
-  setExifSize(exif, pixels.width, pixels.height);
   std::vector<Text> texts = writeTexts(metadata);
   Writer writer;
   writer.guarded([&] {
@@ -365,7 +362,7 @@ std::vector<std::uint8_t> writeHead(const ConstPixels& pixels, bool opaque, cons
                  opaque ? PNG_COLOR_TYPE_RGB : PNG_COLOR_TYPE_RGBA, PNG_INTERLACE_NONE,
                  PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
   });
-  writeMetadata(writer, metadata, exif, texts);
+  writeMetadata(writer, metadata, texts);
   writer.guarded([&] { png_write_info(writer.png(), writer.info()); });
   return writer.finish();
 }

@@ -190,7 +190,7 @@ void writeResource(ByteWriter& writer, std::uint16_t number, Bytes content) {
   if (content.size() % 2 == 1) writer.u8(0);
 }
 
-std::vector<std::uint8_t> writeResources(const Metadata& metadata, const Bitmap& bitmap) {
+std::vector<std::uint8_t> writeResources(const Metadata& metadata) {
   ByteWriter writer(ByteOrder::big);
   if (metadata.resolutionX > 0 && metadata.resolutionY > 0 && metadata.resolutionX < 32768 &&
       metadata.resolutionY < 32768) {
@@ -202,11 +202,9 @@ std::vector<std::uint8_t> writeResources(const Metadata& metadata, const Bitmap&
     }
     writeResource(writer, kResolution, content.finish());
   }
-  std::vector<std::uint8_t> exif = metadata.exif;
-  setExifSize(exif, bitmap.width(), bitmap.height());
   writeResource(writer, kIptc, metadata.iptc);
   writeResource(writer, kProfile, metadata.iccProfile);
-  writeResource(writer, kExif, exif);
+  writeResource(writer, kExif, metadata.exif);
   writeResource(writer, kXmp, metadata.xmp);
   return writer.finish();
 }
@@ -275,7 +273,7 @@ std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata,
   writer.u16(8);
   writer.u16(kRgb);
   writer.u32(0);
-  const std::vector<std::uint8_t> resources = writeResources(metadata, bitmap);
+  const std::vector<std::uint8_t> resources = writeResources(metadata);
   writer.u32(resources.size());
   writer.bytes(resources);
   if (opaque) {

@@ -127,9 +127,7 @@ std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata,
   tiff.reset();
 
   std::vector<std::uint8_t> file = stream.finish();
-  std::vector<std::uint8_t> exif = metadata.exif;
-  setExifSize(exif, bitmap.width(), bitmap.height());
-  addExifToTiff(file, exif);
+  addExifToTiff(file, metadata.exif);
   return file;
 }
 

@@ -199,13 +199,11 @@ std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata,
   ByteWriter writer;
   writer.bytes(kMark);
   writeSection(writer, kHeader, header.finish());
-  std::vector<std::uint8_t> exif = metadata.exif;
-  setExifSize(exif, pixels.width, pixels.height);
   const auto writeIfAny = [&](std::uint32_t name, const std::vector<std::uint8_t>& content) {
     if (!content.empty()) writeSection(writer, name, content);
   };
   writeIfAny(kProfile, metadata.iccProfile);
-  writeIfAny(kExif, exif);
+  writeIfAny(kExif, metadata.exif);
   writeIfAny(kXmp, metadata.xmp);
   writeIfAny(kIptc, metadata.iptc);
   for (const auto& band : bands) writeSection(writer, kBand, band);

@@ -366,7 +366,7 @@ TEST(Exif, BlocksThatPointOutsideThemselvesAreHarmless) {
     EXPECT_LE(exifOrientation(metadata.exif), 8);
     const std::size_t size = metadata.exif.size();
     normalizeCameraData(metadata);
-    setExifSize(metadata.exif, 10, 20);
+    describePicture(metadata, 10, 20);
     readExifResolution(metadata.exif, metadata);
     EXPECT_LE(metadata.exif.size(), size);
   }
