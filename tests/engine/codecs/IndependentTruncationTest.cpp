@@ -60,7 +60,6 @@ std::vector<std::uint8_t> withDirectoryFirst(const std::vector<std::uint8_t>& fi
     std::vector<std::uint8_t> content(size);
     for (std::size_t b = 0; b < size; ++b)
       content[b] = file[(size > 4 ? number(entry + 8, 4) : entry + 8) + b];
-    std::size_t shownType = type;
     if (tag == kStripOffsets) {
       test::Builder offsets;
       for (std::size_t s = 0; s < items; ++s) {
@@ -70,7 +69,7 @@ std::vector<std::uint8_t> withDirectoryFirst(const std::vector<std::uint8_t>& fi
       EXPECT_EQ(offsets.bytes.size(), size) << "offsets of 16 bits";
       content = offsets.bytes;
     }
-    table.le16(static_cast<std::uint32_t>(tag)).le16(static_cast<std::uint32_t>(shownType));
+    table.le16(static_cast<std::uint32_t>(tag)).le16(static_cast<std::uint32_t>(type));
     table.le32(static_cast<std::uint32_t>(items));
     if (size > 4) {
       table.le32(static_cast<std::uint32_t>(8 + tableSize + values.bytes.size()));
