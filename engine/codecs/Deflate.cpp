@@ -8,10 +8,14 @@ namespace kestrel::engine {
 namespace {
 
 constexpr unsigned kHashBits = 14;
-constexpr std::size_t kShortestMatch = 8;
+constexpr std::size_t kShortestMatch = sizeof(std::uint64_t);
 /// After so many bytes without a match every second place is looked at, and so on.
 constexpr unsigned kPatience = 6;
 constexpr std::size_t kLargestStep = 16;
+/// In a longer match only the end is remembered: such are mostly runs, where all places look alike.
+constexpr std::size_t kRememberedMatch = 64;
+/// Bytes and matches of a block: enough to pay for its code, few enough for the code to fit them all.
+constexpr std::size_t kSymbolsPerBlock = std::size_t{1} << 16;
 /// Farther from any place than a match may be.
 constexpr std::uint32_t kNowhere = 1U << 31;
 
@@ -21,13 +25,8 @@ std::uint64_t load64(const std::uint8_t* from) {
   return value;
 }
 
-std::uint64_t firstBytes(std::uint64_t v) {
-  if constexpr (std::endian::native == std::endian::big) return v >> (64 - 8 * kShortestMatch);
-  return v << (64 - 8 * kShortestMatch);
-}
-
 std::size_t slotOf(std::uint64_t bytes) {
-  return static_cast<std::size_t>(firstBytes(bytes) * 0x9E3779B185EBCA87U >> (64 - kHashBits));
+  return static_cast<std::size_t>(bytes * 0x9E3779B185EBCA87U >> (64 - kHashBits));
 }
 
 /// How many bytes are the same at both places, `most` at most.
@@ -51,12 +50,10 @@ Deflate::Deflate() : seen_(std::size_t{1} << kHashBits) {}
 std::vector<std::uint8_t> Deflate::pack(Bytes data, std::size_t history, bool last) {
   data_ = data;
   std::ranges::fill(seen_, kNowhere);
-  for (std::size_t i = 0; i + 8 <= data.size() && i < history; ++i) remember(i);
+  for (std::size_t i = 0; i < history && i + kShortestMatch <= data.size(); ++i) remember(i);
   DeflateBlocks blocks;
   for (std::size_t from = history; from < data.size();) {
-    const std::size_t end = from + std::min(data.size() - from, DeflateBlocks::kMostBytes);
-    matches_.clear();
-    findMatches(from, end);
+    const std::size_t end = findMatches(from);
     blocks.add(data.subspan(from, end - from), matches_, last && end == data.size());
     from = end;
   }
@@ -67,40 +64,53 @@ void Deflate::remember(std::size_t position) {
   seen_[slotOf(load64(data_.data() + position))] = static_cast<std::uint32_t>(position);
 }
 
-void Deflate::findMatches(std::size_t from, std::size_t end) {
+/// Finds the matches of the block that begins at `from`, and returns where it ends.
+std::size_t Deflate::findMatches(std::size_t from) {
   const std::uint8_t* const data = data_.data();
+  const std::size_t size = data_.size();
+  matches_.clear();
+  std::size_t symbols = 0;
   std::size_t literals = from;  // where those begin that no match covers yet
-  for (std::size_t at = from; at + 8 <= end;) {
+  std::size_t at = from;
+  while (at + kShortestMatch <= size && symbols + (at - literals) < kSymbolsPerBlock) {
     const std::uint64_t here = load64(data + at);
     const std::size_t slot = slotOf(here);
     const std::uint32_t before = seen_[slot];
     seen_[slot] = static_cast<std::uint32_t>(at);
     const std::uint32_t distance = static_cast<std::uint32_t>(at) - before;
-    if (distance > DeflateBlocks::kFarthestMatch || firstBytes(here ^ load64(data + before)) != 0) {
+    if (distance > DeflateBlocks::kFarthestMatch || load64(data + before) != here) {
       at += std::min(((at - literals) >> kPatience) + 1, kLargestStep);
       continue;
     }
     // Where places were stepped over, the match may have begun before this one.
     std::size_t begin = at;
     while (begin > literals && begin > distance && data[begin - 1] == data[begin - 1 - distance]) --begin;
-    const std::size_t length = commonLength(data + begin, data + begin - distance, end - begin);
-    addMatches(begin - literals, length, distance);
-    at = literals = begin + length;
-    if (at + 8 <= end) remember(at - 2);
+    const std::size_t length = commonLength(data + begin, data + begin - distance, size - begin);
+    symbols += begin - literals + addMatches(begin - literals, length, distance);
+    const std::size_t end = begin + length;
+    const std::size_t firstRemembered = length > kRememberedMatch ? end - 1 : at + 1;
+    for (std::size_t i = firstRemembered; i < end && i + kShortestMatch <= size; ++i) remember(i);
+    at = literals = end;
   }
+  // The few bytes at the very end can begin no match.
+  const std::size_t end = at + kShortestMatch > size ? size : at;
   matches_.push_back({static_cast<std::uint32_t>(end - literals), 0, 0});
+  return end;
 }
 
-/// A long repetition takes several matches, none of them too short.
-void Deflate::addMatches(std::size_t literals, std::size_t length, std::size_t distance) {
+/// A long repetition takes several matches, none of them too short. Returns how many.
+std::size_t Deflate::addMatches(std::size_t literals, std::size_t length, std::size_t distance) {
+  const std::size_t before = matches_.size();
   while (length > 0) {
     std::size_t part = std::min(length, DeflateBlocks::kLongestMatch);
-    if (length - part > 0 && length - part < 3) part -= 3;
+    if (length - part > 0 && length - part < DeflateBlocks::kShortestMatch)
+      part -= DeflateBlocks::kShortestMatch;
     matches_.push_back({static_cast<std::uint32_t>(literals), static_cast<std::uint16_t>(part),
                         static_cast<std::uint16_t>(distance)});
     literals = 0;
     length -= part;
   }
+  return matches_.size() - before;
 }
 
 }  // namespace kestrel::engine

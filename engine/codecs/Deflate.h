@@ -24,8 +24,8 @@ class Deflate {
   std::vector<std::uint8_t> pack(Bytes data, std::size_t history, bool last);
 
  private:
-  void findMatches(std::size_t from, std::size_t end);
-  void addMatches(std::size_t literals, std::size_t length, std::size_t distance);
+  std::size_t findMatches(std::size_t from);
+  std::size_t addMatches(std::size_t literals, std::size_t length, std::size_t distance);
   void remember(std::size_t position);
 
   Bytes data_;

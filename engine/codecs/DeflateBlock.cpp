@@ -17,6 +17,9 @@ constexpr std::size_t kLengthCodes = 19;
 constexpr int kLongestCode = 14;
 constexpr int kLongestLengthCode = 7;
 constexpr unsigned kTypeBits = 3;
+constexpr std::size_t kMostStored = 65535;
+/// What a stored block has besides its bytes, at most.
+constexpr std::size_t kStoredFrame = 5;
 enum BlockType : std::uint32_t { kStored = 0, kFixed = 1, kDynamic = 2 };
 
 /// A length or a distance: the symbol of its range, and its place in the range in so many more bits.
@@ -222,7 +225,7 @@ void DeflateBlocks::add(Bytes data, std::span<const DeflateMatch> matches, bool 
   const LengthTable table(std::span(made.symbolLengths).first(kSymbols),
                           std::span(made.distanceLengths).first(kDistances));
   const std::size_t madeBits = table.bits() + made.bits(counts), fixedBits = fixed.bits(counts);
-  const std::size_t storedBits = 8 * (data.size() + 5);
+  const std::size_t storedBits = 8 * (data.size() + kStoredFrame * (data.size() / kMostStored + 1));
   if (storedBits <= std::min(madeBits, fixedBits)) return addStored(data, last);
 
   makeRoom(kTypeBits + std::min(madeBits, fixedBits));
@@ -280,9 +283,18 @@ void DeflateBlocks::addCoded(const Codes& codes, Bytes data, std::span<const Def
   put(codes.symbolCodes[kEndOfBlock], codes.symbolLengths[kEndOfBlock]);
 }
 
+/// As many blocks as it takes, for one holds no more than a number of 16 bits can tell.
 void DeflateBlocks::addStored(Bytes data, bool last) {
-  makeRoom(8 * (data.size() + 5));
-  put((last ? 1 : 0) | kStored << 1, kTypeBits);
+  do {
+    const Bytes part = data.first(std::min(data.size(), kMostStored));
+    data = data.subspan(part.size());
+    putStored(part, last && data.empty());
+  } while (!data.empty());
+}
+
+void DeflateBlocks::putStored(Bytes data, bool last) {
+  makeRoom(8 * (data.size() + kStoredFrame));
+  put((last ? 1U : 0U) | kStored << 1, kTypeBits);
   if (pendingBits_ > 0) put(0, 8 - pendingBits_);
   const auto size = static_cast<std::uint32_t>(data.size());
   put(size, 16);

@@ -12,17 +12,16 @@ namespace kestrel::engine {
 /// So many bytes as they are, then `length` bytes as they stand `distance` before.
 struct DeflateMatch {
   std::uint32_t literals = 0;
-  std::uint16_t length = 0;  ///< 3 to 258, or 0 where the block ends
+  std::uint16_t length = 0;  ///< kShortestMatch to kLongestMatch, or 0 where the block ends
   std::uint16_t distance = 0;
 };
 
 /// Puts the blocks of a deflate stream (RFC 1951) one after the other.
 class DeflateBlocks {
  public:
+  static constexpr std::size_t kShortestMatch = 3;
   static constexpr std::size_t kLongestMatch = 258;
   static constexpr std::size_t kFarthestMatch = 32768;
-  /// The most bytes that a block takes, which is what can be stored unpacked.
-  static constexpr std::size_t kMostBytes = 65535;
 
   /// Adds a block that makes `data`: coded by how often its symbols occur, by the code that needs no table,
   /// or stored, whichever is the shortest. The matches end with one of length 0.
@@ -36,6 +35,7 @@ class DeflateBlocks {
 
   void addCoded(const Codes& codes, Bytes data, std::span<const DeflateMatch> matches);
   void addStored(Bytes data, bool last);
+  void putStored(Bytes data, bool last);
   void put(std::uint32_t value, unsigned bits);
   void makeRoom(std::size_t bits);
 

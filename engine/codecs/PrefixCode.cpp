@@ -58,14 +58,11 @@ void makeCodeLengths(std::span<const std::uint32_t> counts, int longest, std::sp
   // One number each, the count above the symbol, so that ties are settled alike everywhere.
   std::array<std::uint64_t, kMostSymbols> byCount{};
   std::size_t used = 0;
-  const auto use = [&](std::size_t symbol) {
-    byCount[used++] = std::uint64_t{counts[symbol]} << 16 | symbol;
-  };
   for (std::size_t symbol = 0; symbol < counts.size(); ++symbol) {
-    if (counts[symbol] > 0) use(symbol);
+    if (counts[symbol] > 0) byCount[used++] = std::uint64_t{counts[symbol]} << 16 | symbol;
   }
-  for (std::size_t symbol = 0; used < 2; ++symbol) {
-    if (counts[symbol] == 0) use(symbol);
+  for (std::size_t symbol = 0; symbol < 2 && used < 2; ++symbol) {
+    if (counts[symbol] == 0) byCount[used++] = symbol;
   }
   std::sort(byCount.begin(), byCount.begin() + static_cast<std::ptrdiff_t>(used));
   std::array<std::uint32_t, kMostSymbols> weights{};
