@@ -18,7 +18,7 @@ namespace hn = hwy::HWY_NAMESPACE;
 
 /// Pixels for an address that is a multiple of the vector's length, past the caches or into them.
 template <class D, class V>
-HWY_INLINE void putPixels(D d, V pixels, bool stream, std::uint8_t* out) {
+HWY_INLINE void putPixels(D, V pixels, bool stream, std::uint8_t* out) {
   const hn::Repartition<std::uint8_t, D> bytes;
   if (stream) {
     hn::Stream(hn::BitCast(bytes, pixels), bytes, out);
