@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <csetjmp>
+#include <cstdlib>
 #include <cstring>
 #include <optional>
 #include <string>
@@ -31,6 +32,9 @@ constexpr std::int64_t kBitsPerByte = 1032 * 8;
 constexpr std::size_t kLargePiece = 65536;
 constexpr std::size_t kSmallPiece = 32;
 constexpr std::size_t kNearEnd = 2 * kLargePiece;
+/// What the library may ask for in one piece, unless the file is larger: the longest rows take less. It would
+/// take a chunk's claimed length for true.
+constexpr std::size_t kLargestRequest = std::size_t{16} << 20;
 constexpr double kInchesPerMetre = 1 / 0.0254;
 
 /// The library reports errors by a jump, so the functions that call it hold nothing to be destroyed.
@@ -55,8 +59,14 @@ struct Errors {
 
 class Reader {
  public:
-  explicit Reader(Bytes data) : rest_(data) {
-    png_ = png_create_read_struct(PNG_LIBPNG_VER_STRING, &errors_, Errors::raise, Errors::ignore);
+  explicit Reader(Bytes data) : rest_(data), largestRequest_(std::max(kLargestRequest, 2 * data.size())) {
+    png_ = png_create_read_struct_2(
+        PNG_LIBPNG_VER_STRING, &errors_, Errors::raise, Errors::ignore, &largestRequest_,
+        [](png_structp png, png_alloc_size_t size) {
+          const auto most = *static_cast<const std::size_t*>(png_get_mem_ptr(png));
+          return size <= most ? std::malloc(size) : nullptr;
+        },
+        nullptr);
     info_ = png_ != nullptr ? png_create_info_struct(png_) : nullptr;
     if (info_ == nullptr)
       throw RuntimeError(err::kOutOfMemory, "There is not enough memory for the picture.");
@@ -126,6 +136,7 @@ class Reader {
  private:
   Errors errors_;
   Bytes rest_;
+  std::size_t largestRequest_;
   png_structp png_ = nullptr;
   png_infop info_ = nullptr;
   std::int32_t rows_ = 0;

@@ -233,6 +233,15 @@ TEST(PngChunks, ADamagedTextDoesNoHarmToThePicture) {
   }
 }
 
+TEST(PngChunks, AChunkThatClaimsMoreThanTheFileHasIsRefused) {
+  const Layout layout{8, PNG_COLOR_TYPE_RGB};
+  for (const char* const name : {"zTXt", "iTXt", "iCCP", "eXIf", "prVt"}) {
+    const File claim = Builder().be32(0x77000000).text(name).text("key").u8({0, 0, 1, 2, 3}).bytes;
+    const File file = joined({pngStart(4, 4, layout), claim, pngEnd()});
+    EXPECT_EQ(errorOf([&] { decode(file); }), 481) << name;
+  }
+}
+
 TEST(PngChunks, AStreamThatWantsADictionaryOrClaimsNonsenseIsRefused) {
   const Layout layout{8, PNG_COLOR_TYPE_RGB};
   for (const File& stream : {File{0x78, 0xBB, 1, 2, 3, 4, 5, 6}, File{0x79, 0x9C, 3, 0}, File{}, File{0x78},
