@@ -8,6 +8,7 @@
 
 #include "Damage.h"
 #include "base/RuntimeError.h"
+#include "engine/Parallel.h"
 
 namespace kestrel::engine::metafile {
 namespace {
@@ -31,17 +32,19 @@ void premultiplyRow(const std::uint8_t* rgba, std::uint8_t* argb, std::int32_t w
   }
 }
 
+/// Most pixels of a drawing are clear or opaque, and need no quotient.
 void unpremultiplyRow(const std::uint8_t* argb, std::uint8_t* rgba, std::int32_t width) {
   for (std::int32_t x = 0; x < width; ++x, rgba += 4, argb += 4) {
     std::uint32_t pixel = 0;
     std::memcpy(&pixel, argb, sizeof pixel);
     const std::uint32_t alpha = pixel >> 24;
-    const auto divided = [alpha](std::uint32_t v) {
-      return static_cast<std::uint8_t>(alpha == 0 ? 0 : std::min(255U, (v * 255 + alpha / 2) / alpha));
+    const auto straight = [alpha](std::uint32_t v) {
+      if (alpha == 0) return std::uint8_t{0};
+      return static_cast<std::uint8_t>(alpha == 255 ? v : std::min(255U, (v * 255 + alpha / 2) / alpha));
     };
-    rgba[0] = divided(pixel >> 16 & 0xFF);
-    rgba[1] = divided(pixel >> 8 & 0xFF);
-    rgba[2] = divided(pixel & 0xFF);
+    rgba[0] = straight(pixel >> 16 & 0xFF);
+    rgba[1] = straight(pixel >> 8 & 0xFF);
+    rgba[2] = straight(pixel & 0xFF);
     rgba[3] = static_cast<std::uint8_t>(alpha);
   }
 }
@@ -473,8 +476,10 @@ Bitmap Canvas::finish() {
   const Pixels pixels = bitmap.writable();
   const std::uint8_t* const data = cairo_image_surface_get_data(surface_.get());
   const std::ptrdiff_t stride = cairo_image_surface_get_stride(surface_.get());
-  for (std::int32_t y = 0; y < pixels.height; ++y)
-    unpremultiplyRow(data + y * stride, pixels.row(y), pixels.width);
+  const std::int32_t rowsPerBand = 1 + 128 * 1024 / width_;
+  forRows(height_, rowsPerBand, [&](std::int32_t first, std::int32_t last) {
+    for (std::int32_t y = first; y < last; ++y) unpremultiplyRow(data + y * stride, pixels.row(y), width_);
+  });
   return bitmap;
 }
 
