@@ -72,20 +72,29 @@ std::size_t Deflate::findMatches(std::size_t from) {
   std::size_t symbols = 0;
   std::size_t literals = from;  // where those begin that no match covers yet
   std::size_t at = from;
+  std::size_t distance = kNowhere;  // of the match before
   while (at + kShortestMatch <= size && symbols + (at - literals) < kSymbolsPerBlock) {
     const std::uint64_t here = load64(data + at);
+    const auto repeats = [&](std::size_t d) { return d <= at && load64(data + at - d) == here; };
     const std::size_t slot = slotOf(here);
-    const std::uint32_t before = seen_[slot];
+    const std::size_t lastSeen = static_cast<std::uint32_t>(at - seen_[slot]);
     seen_[slot] = static_cast<std::uint32_t>(at);
-    const std::uint32_t distance = static_cast<std::uint32_t>(at) - before;
-    if (distance > DeflateBlocks::kFarthestMatch || load64(data + before) != here) {
-      at += std::min(((at - literals) >> kPatience) + 1, kLargestStep);
-      continue;
+    // Runs are the cheapest to tell; a match that was cut off goes on.
+    if (repeats(1)) {
+      distance = 1;
+    } else if (at > literals || !repeats(distance)) {
+      if (lastSeen > DeflateBlocks::kFarthestMatch || !repeats(lastSeen)) {
+        at += std::min(((at - literals) >> kPatience) + 1, kLargestStep);
+        continue;
+      }
+      distance = lastSeen;
     }
     // Where places were stepped over, the match may have begun before this one.
     std::size_t begin = at;
     while (begin > literals && begin > distance && data[begin - 1] == data[begin - 1 - distance]) --begin;
-    const std::size_t length = commonLength(data + begin, data + begin - distance, size - begin);
+    const std::size_t most =
+        distance == 1 ? size - begin : std::min(size - begin, DeflateBlocks::kLongestMatch);
+    const std::size_t length = commonLength(data + begin, data + begin - distance, most);
     symbols += begin - literals + addMatches(begin - literals, length, distance);
     const std::size_t end = begin + length;
     const std::size_t firstRemembered = length > kRememberedMatch ? end - 1 : at + 1;
