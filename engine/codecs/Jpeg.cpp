@@ -73,7 +73,8 @@ struct Errors {
   }
 };
 
-/// Feeds the library from memory, and an end marker for ever when that is used up.
+/// Feeds the library from memory, and an end marker for ever when that is used up. Within what a marker holds
+/// that would be taken for content: there the library is made to wait, for `feedEnd`.
 struct Source {
   jpeg_source_mgr base;
   bool exhausted;
@@ -85,31 +86,40 @@ struct Source {
     base.bytes_in_buffer = data.size();
     base.init_source = [](j_decompress_ptr) {};
     base.fill_input_buffer = [](j_decompress_ptr self) -> boolean {
-      static constexpr JOCTET kEnd[] = {0xFF, JPEG_EOI};
       auto* const source = reinterpret_cast<Source*>(self->src);
-      if (!source->exhausted) {
-        source->exhausted = true;
-        source->hadRow = self->input_iMCU_row > 0 || self->input_scan_number > 1 ||
-                         (self->total_iMCU_rows == 1 && self->input_scan_number == 1);
-      }
-      source->base.next_input_byte = kEnd;
-      source->base.bytes_in_buffer = sizeof kEnd;
-      return TRUE;
+      source->exhaust(*self);
+      const bool withinMarker = self->unread_marker != 0 && self->input_scan_number > 0;
+      if (!withinMarker) source->feedEnd();
+      return withinMarker ? FALSE : TRUE;
     };
     base.skip_input_data = [](j_decompress_ptr self, long count) {
-      jpeg_source_mgr* const source = self->src;
+      auto* const source = reinterpret_cast<Source*>(self->src);
       if (count <= 0) return;
-      if (static_cast<std::size_t>(count) > source->bytes_in_buffer) {
-        source->fill_input_buffer(self);
+      if (static_cast<std::size_t>(count) > source->base.bytes_in_buffer) {
+        source->exhaust(*self);
+        source->feedEnd();
         return;
       }
-      source->next_input_byte += count;
-      source->bytes_in_buffer -= static_cast<std::size_t>(count);
+      source->base.next_input_byte += count;
+      source->base.bytes_in_buffer -= static_cast<std::size_t>(count);
     };
     base.resync_to_restart = jpeg_resync_to_restart;
     base.term_source = [](j_decompress_ptr) {};
     exhausted = false;
     hadRow = false;
+  }
+
+  void feedEnd() {
+    static constexpr JOCTET kEnd[] = {0xFF, JPEG_EOI};
+    base.next_input_byte = kEnd;
+    base.bytes_in_buffer = sizeof kEnd;
+  }
+
+  void exhaust(const jpeg_decompress_struct& info) {
+    if (exhausted) return;
+    exhausted = true;
+    hadRow = info.input_iMCU_row > 0 || info.input_scan_number > 1 ||
+             (info.total_iMCU_rows == 1 && info.input_scan_number == 1);
   }
 };
 
@@ -169,7 +179,12 @@ class Reader {
     info_.out_color_space = isCmyk() ? JCS_CMYK : JCS_EXT_RGBA;
     rows_ = 0;
     const bool whole = guarded([this, &pixels] {
-      jpeg_start_decompress(&info_);
+      if (!jpeg_start_decompress(&info_)) {
+        // The file ends within a marker between two scans. The picture is what the scans before it made.
+        info_.unread_marker = 0;
+        source_.feedEnd();
+        jpeg_start_decompress(&info_);
+      }
       while (info_.output_scanline < info_.output_height) {
         JSAMPROW row = pixels.row(static_cast<std::int32_t>(info_.output_scanline));
         jpeg_read_scanlines(&info_, &row, 1);

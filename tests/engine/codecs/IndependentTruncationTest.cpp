@@ -150,13 +150,14 @@ TEST(IndependentTruncation, ATruncatedFileShowsTheRowsThatItHoldsAndSaysSo) {
   const Workshop workshop;
   workshop.put("a.png", encode(grain(120, 200), {}, format::kPng));
   workshop.run({"convert a.png -quality 90 base.jpg",
-                "convert a.png -quality 90 -sampling-factor 4:2:0 sampled.jpg", "convert a.png rgb.png",
+                "convert a.png -quality 90 -sampling-factor 4:2:0 sampled.jpg",
+                "convert a.png -quality 90 -interlace JPEG progressive.jpg", "convert a.png rgb.png",
                 "convert a.png -interlace PNG adam7.png", "convert a.png plain.gif",
                 "convert a.png -interlace GIF interlaced.gif"});
   for (const char* name : {"base.jpg", "rgb.png", "plain.gif"}) {
     showsWhatItHolds(name, workshop.bytes(name), Order::down, 0.12);
   }
-  for (const char* name : {"sampled.jpg", "adam7.png", "interlaced.gif"}) {
+  for (const char* name : {"sampled.jpg", "progressive.jpg", "adam7.png", "interlaced.gif"}) {
     showsWhatItHolds(name, workshop.bytes(name), Order::passes, 0.25);
   }
 }

@@ -153,6 +153,25 @@ TEST(Jpeg, ATruncatedFileShowsTheRowsThatItHolds) {
   }
 }
 
+TEST(Jpeg, AProgressiveFileMayEndAnywhereAfterItsFirstRow) {
+  const Bitmap picture = test::noise(24, 32, true);
+  const auto whole = writeJpeg(24, 32, 3, {.progressive = true},
+                               [&](int x, int y, int c) { return sampleOf(picture, x, y, c); });
+  std::size_t shown = 0;
+  for (std::size_t size = 0; size + 2 < whole.size(); ++size) {
+    SCOPED_TRACE(size);
+    Decoded decoded;
+    if (errorOf([&] { decoded = decode(Bytes(whole).first(size)); }) != 0) {
+      EXPECT_EQ(shown, 0U) << "a shorter file was shown";
+      continue;
+    }
+    ++shown;
+    EXPECT_EQ(decoded.bitmap.height(), 32);
+    EXPECT_FALSE(decoded.notice.empty());
+  }
+  EXPECT_GT(shown, whole.size() / 2);
+}
+
 TEST(Jpeg, AFileThatEndsBeforeItsFirstRowIsRefused) {
   const auto whole = writeGradient({});
   const auto scan = std::ranges::search(whole, std::initializer_list<std::uint8_t>{0xFF, 0xDA});
