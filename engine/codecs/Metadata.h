@@ -6,6 +6,15 @@
 
 namespace kestrel::engine {
 
+/// A text under a key, as PNG files have them: "Title", "Author" and whatever else a program thought of.
+struct KeyedText {
+  std::string key;
+  std::string text;  ///< UTF-8 if international, else Latin-1
+  bool international = false;
+  std::string language;       ///< of an international text, as RFC 3066 names it; may be empty
+  std::string translatedKey;  ///< the key in that language; may be empty
+};
+
 /// What a picture file tells besides its pixels, and what a save hands on. Empty or 0 is "not told".
 struct Metadata {
   /// Pixels per inch.
@@ -29,6 +38,9 @@ struct Metadata {
 
   /// A plain comment, in whatever coding the program that wrote it thought right.
   std::string comment;
+
+  /// What only PNG can hold, in the file's order.
+  std::vector<KeyedText> texts;
 };
 
 }  // namespace kestrel::engine

@@ -191,6 +191,17 @@ class Writer {
   std::vector<std::uint8_t> bytes_;
 };
 
+KeyedText textOf(const png_text& entry) {
+  const auto orEmpty = [](const char* text) { return std::string(text == nullptr ? "" : text); };
+  KeyedText text;
+  text.key = orEmpty(entry.key);
+  if (entry.text != nullptr) text.text.assign(entry.text, std::max(entry.text_length, entry.itxt_length));
+  text.international = entry.compression >= PNG_ITXT_COMPRESSION_NONE;
+  text.language = orEmpty(entry.lang);
+  text.translatedKey = orEmpty(entry.lang_key);
+  return text;
+}
+
 Metadata metadataOf(const Reader& reader) {
   Metadata metadata;
   const png_structp png = reader.png();
@@ -214,10 +225,7 @@ Metadata metadataOf(const Reader& reader) {
 
   png_textp texts = nullptr;
   const int count = png_get_text(png, info, &texts, nullptr);
-  for (int i = 0; i < count; ++i) {
-    const std::size_t length = std::max(texts[i].text_length, texts[i].itxt_length);
-    readText(texts[i].key, {texts[i].text, texts[i].text == nullptr ? 0 : length}, metadata);
-  }
+  for (int i = 0; i < count; ++i) readText(textOf(texts[i]), metadata);
   return metadata;
 }
 
@@ -240,7 +248,26 @@ void honourColors(const Reader& reader, Decoded& decoded) {
   convertToSrgb(decoded, colors);
 }
 
-void writeMetadata(Writer& writer, const Metadata& metadata, std::vector<Text>& texts) {
+/// Refers to what `text` holds.
+png_text entryOf(KeyedText& text) {
+  constexpr std::size_t kWorthPacking = 1024;
+  png_text entry{};
+  if (text.international) {
+    entry.compression = PNG_ITXT_COMPRESSION_NONE;
+    entry.itxt_length = text.text.size();
+  } else {
+    entry.compression =
+        text.text.size() > kWorthPacking ? PNG_TEXT_COMPRESSION_zTXt : PNG_TEXT_COMPRESSION_NONE;
+    entry.text_length = text.text.size();
+  }
+  entry.key = text.key.data();
+  entry.text = text.text.data();
+  entry.lang = text.language.data();
+  entry.lang_key = text.translatedKey.data();
+  return entry;
+}
+
+void writeMetadata(Writer& writer, const Metadata& metadata, std::vector<KeyedText>& texts) {
   writer.guarded([&] {
     const png_structp png = writer.png();
     const png_infop info = writer.info();
@@ -258,14 +285,8 @@ void writeMetadata(Writer& writer, const Metadata& metadata, std::vector<Text>& 
     if (const auto& exif = metadata.exif; !exif.empty()) {
       png_set_eXIf_1(png, info, static_cast<png_uint_32>(exif.size()), const_cast<png_bytep>(exif.data()));
     }
-    for (Text& text : texts) {
-      png_text entry{};
-      entry.compression = text.international ? PNG_ITXT_COMPRESSION_NONE : PNG_TEXT_COMPRESSION_zTXt;
-      entry.key = text.key.data();
-      entry.text = text.text.data();
-      (text.international ? entry.itxt_length : entry.text_length) = text.text.size();
-      char empty[] = "";
-      entry.lang = entry.lang_key = empty;
+    for (KeyedText& text : texts) {
+      const png_text entry = entryOf(text);
       png_set_text(png, info, &entry, 1);
     }
   });
@@ -365,7 +386,7 @@ Decoded decodeDamagedOrUnusual(Bytes data) {
 
 /// A file as far as before its pixels.
 std::vector<std::uint8_t> writeHead(const ConstPixels& pixels, bool opaque, const Metadata& metadata) {
-  std::vector<Text> texts = writeTexts(metadata);
+  std::vector<KeyedText> texts = writeTexts(metadata);
   Writer writer;
   writer.guarded([&] {
     png_set_IHDR(writer.png(), writer.info(), static_cast<png_uint_32>(pixels.width),

@@ -3,6 +3,9 @@
 #include <cctype>
 #include <charconv>
 #include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
 
 #include "JpegMarkers.h"
 #include "PhotoshopResources.h"
@@ -18,6 +21,7 @@ constexpr std::string_view kXmpKey = "XML:com.adobe.xmp";
 constexpr std::string_view kIptcKey = "Raw profile type iptc";
 constexpr std::string_view kExifKey = "Raw profile type exif";
 constexpr std::string_view kApp1Key = "Raw profile type APP1";
+constexpr std::string_view kCommentKey = "Comment";
 
 std::optional<int> hexDigit(char c) {
   if (c >= '0' && c <= '9') return c - '0';
@@ -67,30 +71,60 @@ std::string writeRawProfile(std::string_view kind, Bytes bytes) {
   return text + "\n";
 }
 
+/// A comment comes without a word on its coding; what happens to be UTF-8 is meant so.
+bool isUtf8(std::string_view text) {
+  while (!text.empty()) {
+    const auto first = static_cast<unsigned char>(text.front());
+    const std::size_t length = first < 0x80   ? 1
+                               : first < 0xC2 ? 0
+                               : first < 0xE0 ? 2
+                               : first < 0xF0 ? 3
+                               : first < 0xF5 ? 4
+                                              : 0;
+    if (length == 0 || length > text.size()) return false;
+    for (std::size_t i = 1; i < length; ++i)
+      if ((static_cast<unsigned char>(text[i]) & 0xC0) != 0x80) return false;
+    text.remove_prefix(length);
+  }
+  return true;
+}
+
 }  // namespace
 
-void readText(std::string_view key, std::string_view text, Metadata& metadata) {
-  if (key == kXmpKey) {
-    metadata.xmp.assign(text.begin(), text.end());
-  } else if (key == kIptcKey && metadata.iptc.empty()) {
-    const std::vector<std::uint8_t> bytes = parseRawProfile(text);
+void readText(KeyedText text, Metadata& metadata) {
+  const std::string_view content = text.text;
+  if (text.key == kXmpKey) {
+    metadata.xmp.assign(content.begin(), content.end());
+  } else if (text.key == kIptcKey) {
+    const std::vector<std::uint8_t> bytes = parseRawProfile(content);
     constexpr std::uint8_t kRecordMark = 0x1C;
-    metadata.iptc = !bytes.empty() && bytes[0] == kRecordMark ? bytes : iptcOfResources(bytes);
-  } else if ((key == kExifKey || key == kApp1Key) && metadata.exif.empty()) {
-    const std::vector<std::uint8_t> bytes = parseRawProfile(text);
+    if (metadata.iptc.empty()) {
+      metadata.iptc = !bytes.empty() && bytes[0] == kRecordMark ? bytes : iptcOfResources(bytes);
+    }
+  } else if (text.key == kExifKey || text.key == kApp1Key) {
+    const std::vector<std::uint8_t> bytes = parseRawProfile(content);
     const jpeg::MarkerView marker{1, bytes};
-    metadata.exif = jpeg::readMarkers({&marker, 1}).exif;
+    if (metadata.exif.empty()) metadata.exif = jpeg::readMarkers({&marker, 1}).exif;
+  } else if (text.key == kCommentKey && metadata.comment.empty()) {
+    metadata.comment = std::move(text.text);
+  } else {
+    metadata.texts.push_back(std::move(text));
   }
 }
 
-std::vector<Text> writeTexts(const Metadata& metadata) {
-  std::vector<Text> texts;
+std::vector<KeyedText> writeTexts(const Metadata& metadata) {
+  std::vector<KeyedText> texts;
   if (!metadata.xmp.empty()) {
-    texts.push_back({std::string(kXmpKey), {metadata.xmp.begin(), metadata.xmp.end()}, true});
+    texts.push_back({std::string(kXmpKey), {metadata.xmp.begin(), metadata.xmp.end()}, true, {}, {}});
   }
   if (!metadata.iptc.empty()) {
-    texts.push_back({std::string(kIptcKey), writeRawProfile("iptc", resourcesOfIptc(metadata.iptc)), false});
+    texts.push_back(
+        {std::string(kIptcKey), writeRawProfile("iptc", resourcesOfIptc(metadata.iptc)), false, {}, {}});
   }
+  if (!metadata.comment.empty()) {
+    texts.push_back({std::string(kCommentKey), metadata.comment, isUtf8(metadata.comment), {}, {}});
+  }
+  texts.insert(texts.end(), metadata.texts.begin(), metadata.texts.end());
   return texts;
 }
 

@@ -278,6 +278,34 @@ TEST(Metadata, CommentsOfJpegFilesSurvive) {
   }
 }
 
+TEST(Metadata, CommentsSurviveFromJpegToPngAndBack) {
+  // UTF-8, Latin-1 and plain.
+  for (const std::string comment : {"Gr\xC3\xBC\xC3\x9F", "Gr\xFC\xDF", "Greeting"}) {
+    Metadata metadata;
+    metadata.comment = comment;
+    const Decoded png = decode(encode(test::gradient(9, 9), metadata, format::kPng));
+    EXPECT_EQ(png.metadata.comment, comment);
+    EXPECT_EQ(decode(encode(png.bitmap, png.metadata, format::kJpg)).metadata.comment, comment);
+  }
+}
+
+TEST(Metadata, TextsOfPngFilesSurvive) {
+  Metadata metadata;
+  metadata.texts = {{"Title", "Lake", false, "", ""},
+                    {"Author", "J\xFCrgen", false, "", ""},
+                    {"Description", std::string(5000, 'd'), false, "", ""},
+                    {"Title", "\xE6\xB9\x96", true, "zh-Hans", "\xE6\xA0\x87\xE9\xA2\x98"}};
+  const Metadata read = decode(encode(test::gradient(9, 9), metadata, format::kPng)).metadata;
+  ASSERT_EQ(read.texts.size(), metadata.texts.size());
+  for (std::size_t i = 0; i < read.texts.size(); ++i) {
+    EXPECT_EQ(read.texts[i].key, metadata.texts[i].key);
+    EXPECT_EQ(read.texts[i].text, metadata.texts[i].text);
+    EXPECT_EQ(read.texts[i].international, metadata.texts[i].international);
+    EXPECT_EQ(read.texts[i].language, metadata.texts[i].language);
+    EXPECT_EQ(read.texts[i].translatedKey, metadata.texts[i].translatedKey);
+  }
+}
+
 TEST(Metadata, CameraDataTellsTheResolutionThatTheFileTells) {
   // 72 by 72 per inch in the block, as cameras write without a thought.
   Builder b;
