@@ -14,6 +14,7 @@
 #include "Damage.h"
 #include "Flatten.h"
 #include "Formats.h"
+#include "engine/pixels/Opaque.h"
 
 // A file header of 14 bytes, an information header whose length tells its version (12 and 16 to 64: OS/2; 40
 // to 124: Windows), colour masks or a palette, and rows from the bottom up, each padded to 4 bytes.
@@ -319,7 +320,7 @@ Decoded decode(Bytes data) {
 /// kept.
 std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata, const EncodeOptions&) {
   const ConstPixels pixels = bitmap.pixels();
-  const bool opaque = isOpaque(bitmap);
+  const bool opaque = isOpaque(bitmap.pixels());
   const std::size_t headerSize = opaque ? kInfoHeader : kV5Header;
   const std::size_t bytesPerPixel = opaque ? 3 : 4;
   const std::size_t rowBytes = (static_cast<std::size_t>(pixels.width) * bytesPerPixel + 3) / 4 * 4;

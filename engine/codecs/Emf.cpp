@@ -7,10 +7,10 @@
 #include "Damage.h"
 #include "EmfPlayback.h"
 #include "EmfRecords.h"
-#include "Flatten.h"
 #include "Formats.h"
 #include "Metafile.h"
 #include "MetafileDib.h"
+#include "engine/pixels/Opaque.h"
 
 // An enhanced metafile: records of a type, a size and parameters, the first of which tells the frame in
 // hundredths of a millimetre. It is played at the 96 pixels per inch that such pictures are shown with.
@@ -91,7 +91,7 @@ Decoded decode(Bytes data) {
   Decoded decoded;
   decoded.notice = noticeOf(drawing, work);
   decoded.bitmap = std::move(drawing.bitmap);
-  decoded.stored.hasAlpha = !isOpaque(decoded.bitmap);
+  decoded.stored.hasAlpha = !isOpaque(decoded.bitmap.pixels());
   decoded.metadata.resolutionX = decoded.metadata.resolutionY = kPixelsPerInch;
   return decoded;
 }

@@ -6,12 +6,6 @@
 
 namespace kestrel::engine {
 
-/// True if no pixel lets anything through.
-bool isOpaque(const Bitmap& bitmap);
-
-/// The same of one row.
-bool isOpaqueRow(const std::uint8_t* rgba, std::int32_t width);
-
 /// Writes a row's pixels over white as 3 bytes each: red, green, blue; or as 4, the last left as it is.
 void flattenRowOnWhite(const std::uint8_t* rgba, std::uint8_t* out, std::int32_t width,
                        int bytesPerPixel = 3);

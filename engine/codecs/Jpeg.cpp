@@ -19,6 +19,7 @@
 #include "JpegAverages.h"
 #include "JpegMarkers.h"
 #include "Orientation.h"
+#include "engine/pixels/Opaque.h"
 
 // After <cstdio>, which it needs and does not include.
 #include <jerror.h>

@@ -13,7 +13,6 @@
 #include "ColorProfile.h"
 #include "Damage.h"
 #include "Exif.h"
-#include "Flatten.h"
 #include "Formats.h"
 #include "Orientation.h"
 #include "PngChunks.h"
@@ -21,6 +20,7 @@
 #include "PngText.h"
 #include "PngWriter.h"
 #include "base/RuntimeError.h"
+#include "engine/pixels/Opaque.h"
 
 namespace kestrel::engine::png {
 namespace {
@@ -415,7 +415,7 @@ Decoded decode(Bytes data) {
 
 std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata, const EncodeOptions&) {
   const ConstPixels pixels = bitmap.pixels();
-  const bool opaque = isOpaque(bitmap);
+  const bool opaque = isOpaque(bitmap.pixels());
   std::vector<std::uint8_t> file = writeHead(pixels, opaque, metadata);
   addPixels(file, pixels, !opaque);
   addChunk(file, "IEND", {});

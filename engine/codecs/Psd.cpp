@@ -18,6 +18,7 @@
 #include "PhotoshopResources.h"
 #include "PsdChannels.h"
 #include "PsdLayer.h"
+#include "engine/pixels/Opaque.h"
 
 // A header, a colour map, image resources, layers, and the merged picture, which is what is read and written.
 // In a picture with transparency its colours stand mixed with white; so such a picture is also the file's
@@ -261,7 +262,7 @@ std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata,
     throw RuntimeError(err::kInvalidCall,
                        "The picture is too large for a PSD file, whose sides have at most 30000 pixels.");
   }
-  const bool opaque = isOpaque(bitmap);
+  const bool opaque = isOpaque(bitmap.pixels());
   const std::size_t channels = opaque ? 3 : 4;
   ByteWriter writer(ByteOrder::big);
   writer.text("8BPS");

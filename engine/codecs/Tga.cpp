@@ -9,6 +9,7 @@
 #include "Damage.h"
 #include "Flatten.h"
 #include "Formats.h"
+#include "engine/pixels/Opaque.h"
 
 // Truevision TGA 2.0: a header of 18 bytes, a text, a colour map, pixels, and since version 2 a footer that
 // names the format. Version 1 has no mark at all.
@@ -257,7 +258,7 @@ std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata&, const En
     throw RuntimeError(err::kInvalidCall,
                        "The picture is too large for a TGA file, whose sides have at most 65535 pixels.");
   }
-  const std::size_t pixelBytes = isOpaque(bitmap) ? 3 : 4;
+  const std::size_t pixelBytes = isOpaque(bitmap.pixels()) ? 3 : 4;
   ByteWriter writer;
   writer.u16(0);
   writer.u8(kColor | kPacked);

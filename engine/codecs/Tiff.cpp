@@ -11,6 +11,7 @@
 #include "TiffStream.h"
 #include "TiffTags.h"
 #include "base/RuntimeError.h"
+#include "engine/pixels/Opaque.h"
 
 namespace kestrel::engine::tiff {
 namespace {
@@ -120,7 +121,7 @@ std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata,
   TiffFile tiff = stream.open();
   if (!tiff) throw RuntimeError(err::kOutOfMemory, "There is not enough memory to save.");
   setMetadata(tiff.get(), metadata);
-  if (!writePixels(tiff.get(), bitmap.pixels(), isOpaque(bitmap)) || TIFFFlush(tiff.get()) != 1) {
+  if (!writePixels(tiff.get(), bitmap.pixels(), isOpaque(bitmap.pixels())) || TIFFFlush(tiff.get()) != 1) {
     throw RuntimeError(err::kInvalidCall,
                        "The picture cannot be saved as TIFF: " + std::string(stream.error()) + ".");
   }

@@ -7,12 +7,12 @@
 #include "ByteReader.h"
 #include "ByteWriter.h"
 #include "Damage.h"
-#include "Flatten.h"
 #include "Formats.h"
 #include "Metafile.h"
 #include "MetafileDib.h"
 #include "MetafilePlayer.h"
 #include "WmfPlayback.h"
+#include "engine/pixels/Opaque.h"
 
 // A Windows metafile: an optional header that makes it "placeable" by telling a frame and its units per inch,
 // a header, and records of a size in words, a number and parameters, mostly from the last to the first. It is
@@ -122,7 +122,7 @@ Decoded decode(Bytes data) {
   Decoded decoded;
   decoded.notice = noticeOf(drawing, work);
   decoded.bitmap = std::move(drawing.bitmap);
-  decoded.stored.hasAlpha = !isOpaque(decoded.bitmap);
+  decoded.stored.hasAlpha = !isOpaque(decoded.bitmap.pixels());
   decoded.metadata.resolutionX = decoded.metadata.resolutionY = kPixelsPerInch;
   return decoded;
 }

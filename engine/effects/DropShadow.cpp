@@ -11,10 +11,10 @@
 #include "Composite.h"
 #include "FilterRows.h"
 #include "GaussianFilter.h"
-#include "Opaque.h"
 #include "WriteRows.h"
 #include "base/RuntimeError.h"
 #include "engine/Parallel.h"
+#include "engine/pixels/Opaque.h"
 
 namespace kestrel::engine {
 namespace {

@@ -5,8 +5,8 @@
 
 #include "Common.h"
 #include "FilterRows.h"
-#include "Opaque.h"
 #include "engine/Parallel.h"
+#include "engine/pixels/Opaque.h"
 
 namespace kestrel::engine {
 namespace {

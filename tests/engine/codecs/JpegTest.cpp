@@ -5,7 +5,6 @@
 #include <jpeglib.h>
 
 #include "TestPictures.h"
-#include "engine/codecs/Flatten.h"
 #include "engine/codecs/Formats.h"
 
 namespace kestrel::engine {
@@ -204,19 +203,6 @@ TEST(Jpeg, ATransparentRowAmongOpaqueOnesIsFlattenedOnWhite) {
   EXPECT_GT(read.at(20, 24).b, 240);
   EXPECT_LT(read.at(20, 10).b, 12);
   EXPECT_LT(read.at(20, 40).b, 12);
-}
-
-TEST(Flatten, FindsTheOnePixelThatIsNotOpaque) {
-  for (std::int32_t width = 1; width <= 40; ++width) {
-    std::vector<std::uint8_t> row(static_cast<std::size_t>(width) * 4, 0);
-    for (std::size_t x = 3; x < row.size(); x += 4) row[x] = 255;
-    EXPECT_TRUE(isOpaqueRow(row.data(), width)) << width;
-    for (std::size_t x = 3; x < row.size(); x += 4) {
-      row[x] = 254;
-      EXPECT_FALSE(isOpaqueRow(row.data(), width)) << width << ", " << x / 4;
-      row[x] = 255;
-    }
-  }
 }
 
 /// The averages of the blocks of 8 x 8 pixels, those at the right and bottom border as they are repeated.

@@ -3,9 +3,9 @@
 #include "Pictures.h"
 #include "engine/effects/Flatten.h"
 #include "engine/effects/GrayScale.h"
-#include "engine/effects/Opaque.h"
 #include "engine/effects/ReplaceColor.h"
 #include "engine/effects/reference/PixelRows.h"
+#include "engine/pixels/Opaque.h"
 
 namespace kestrel::engine {
 namespace {

@@ -49,7 +49,7 @@ std::vector<Contender> readers(Colors colors) {
   const auto kept = std::make_shared<Bitmap>(Bitmap::uninitialized(kWidth, kHeight));
   const TurboHandle handle = turbo(tjInitDecompress());
   std::vector<Contender> contenders{
-      {"Kestrel", "the whole load: metadata, profile, orientation looked for; a new bitmap each time",
+      {"KestrelLib2", "the whole load: metadata, profile, orientation looked for; a new bitmap each time",
        [=] { engine::decode(*file); }},
       {"libjpeg-turbo", "its own interface, row by row straight to RGBA in a kept buffer",
        [=] { readJpeg(*file, kept->writable()); }},
@@ -75,7 +75,7 @@ std::vector<Contender> writers() {
   const std::size_t ours =
       engine::encode(picture, {}, engine::format::kJpg, {.jpegQuality = kWrittenQuality}).size();
   if (ours != write()) throw std::runtime_error("the encoders do not write files of the same size");
-  return {{"Kestrel", "the whole save, each row looked through for transparency; a new buffer each time",
+  return {{"KestrelLib2", "the whole save, each row looked through for transparency; a new buffer each time",
            [=] { engine::encode(picture, {}, engine::format::kJpg, {.jpegQuality = kWrittenQuality}); }},
           {"libjpeg-turbo", "its own interface, alpha ignored, into a kept buffer", [=] { write(); }},
           {"TurboJPEG", "alpha ignored, accurate transform, into a kept buffer, with a kept compressor", [=] {

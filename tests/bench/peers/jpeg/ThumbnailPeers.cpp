@@ -70,7 +70,7 @@ double oursIn(const fs::path& folder) { return std::stod(runProcess({THUMBNAILS_
 std::vector<Contender> timed() {
   const auto folder = std::make_shared<const PhotographFolder>();
   return {
-      {"Kestrel",
+      {"KestrelLib2",
        "averages of blocks decoded alone, which is an eighth, then Lanczos3 weighed by alpha; orientation "
        "and profile looked for",
        [=] { oursIn(folder->path()); }},
@@ -83,7 +83,7 @@ std::vector<Contender> timed() {
 std::vector<Contender> peakMemory() {
   const auto folder = std::make_shared<const PhotographFolder>();
   Contender ours{
-      "Kestrel", "the most that was resident at a time", {}, [=] { return oursIn(folder->path()); }};
+      "KestrelLib2", "the most that was resident at a time", {}, [=] { return oursIn(folder->path()); }};
   Contender bound{"the bound", "what the process may take", {}, [] { return kMostMegabytes; }};
   return {ours, bound};
 }

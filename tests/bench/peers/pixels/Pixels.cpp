@@ -36,7 +36,7 @@ std::vector<Contender> turns(int quarters) {
   requireLike(turned, pixman->result(), 0);
   yuv->run();
   requireLike(turned, yuv->result(), 0);
-  return {{"ours", "exact", [=] { engine::quarterTurn(picture, quarters); }},
+  return {{"KestrelLib2", "exact", [=] { engine::quarterTurn(picture, quarters); }},
           {"pixman", "exact", [=] { pixman->run(); }},
           {"libyuv", "exact", [=] { yuv->run(); }}};
 }
@@ -50,7 +50,7 @@ Comparison pass(const char* name, const char* computes, bool opaque, Operation o
             const Bitmap like = operation(picture);
             const std::int32_t width = like.width(), height = like.height();
             const std::size_t bytes = like.byteSize();
-            return {{"ours", computes, [=] { operation(picture); }},
+            return {{"KestrelLib2", computes, [=] { operation(picture); }},
                     {"memcpy", "copies the bytes",
                      [=] {
                        std::memcpy(Bitmap::uninitialized(width, height).writable().data,
@@ -81,7 +81,7 @@ std::vector<Contender> cropBesidePass() {
     for (std::int32_t y = 0; y < kPartHeight; ++y)
       passRow(picture.pixels().row(kTop + y) + 4 * kLeft, to.row(y), to.stride);
   };
-  return {{"ours", "exact", [=] { engine::crop(picture, kLeft, kTop, kPartWidth, kPartHeight); }},
+  return {{"KestrelLib2", "exact", [=] { engine::crop(picture, kLeft, kTop, kPartWidth, kPartHeight); }},
           {"memcpy", "copies the bytes, row by row",
            [=] {
              rows([](const std::uint8_t* in, std::uint8_t* out, std::size_t) {
@@ -105,7 +105,7 @@ struct Layers {
 
 std::vector<Contender> compositeBesidePass() {
   const auto layers = std::make_shared<Layers>();
-  return {{"ours", kCompositeComputes, [=] { engine::composite(layers->under, layers->top, 0, 0); }},
+  return {{"KestrelLib2", kCompositeComputes, [=] { engine::composite(layers->under, layers->top, 0, 0); }},
           {"streaming pass", "reads both pictures and writes one, past the caches", [=] {
              Bitmap out = Bitmap::uninitialized(kWidth, kHeight);
              streamingPass(layers->under.pixels().data, layers->top.pixels().data, out.byteSize(),
@@ -123,7 +123,7 @@ std::vector<Contender> compositeBesideOpenCv() {
   };
   run();
   requireLike(engine::composite(layers->under, layers->top, 0, 0), layers->out, 1);
-  return {{"ours", kCompositeComputes, [=] { engine::composite(layers->under, layers->top, 0, 0); }},
+  return {{"KestrelLib2", kCompositeComputes, [=] { engine::composite(layers->under, layers->top, 0, 0); }},
           {"OpenCV", "the same within a level, in float planes, in bands of rows that stay cached", run}};
 }
 
@@ -139,7 +139,7 @@ std::vector<Contender> replaceBesideOpenCv() {
   };
   run();
   requireLike(engine::replaceColor(picture, from, to, kTolerance), *out, 0);
-  return {{"ours", "all fully transparent pixels are one colour",
+  return {{"KestrelLib2", "all fully transparent pixels are one colour",
            [=] { engine::replaceColor(picture, from, to, kTolerance); }},
           {"OpenCV", "inRange, copyTo, setTo; compares what stands under alpha 0, too", run}};
 }

@@ -72,7 +72,7 @@ std::vector<Contender> readers(Picture make, bool alpha) {
   require(std::memcmp(mat->data, subject->mat.data, subject->packed.size()) == 0, "OpenCV");
 
   const std::string size = megabytes(file->size()) + " file of libpng's";
-  return {{"ours", "to RGBA; checks CRC and Adler; a bitmap of its own; " + size,
+  return {{"KestrelLib2", "to RGBA; checks CRC and Adler; a bitmap of its own; " + size,
            [file] { engine::decode(*file); }},
           {"libpng", "to RGBA; checks CRC and Adler; kept buffer",
            [file, buffer] { readWithLibpng(*file, *buffer); }},
@@ -151,7 +151,7 @@ std::vector<Contender> writers(Picture make, bool alpha) {
       others.push_back({writer.name, megabytes(theirs.size()), [write = writer.write] { write(); }});
     }
   }
-  std::vector<Contender> contenders{{"ours",
+  std::vector<Contender> contenders{{"KestrelLib2",
                                      megabytes(file.size()) + "; the best of all filters for each row; " +
                                          libpngByItself(*subject) + smaller,
                                      [subject] { ourFile(subject->bitmap); }}};

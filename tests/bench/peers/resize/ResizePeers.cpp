@@ -53,7 +53,7 @@ Comparison row(const std::string& name, double bar, Size from, Size to, Resample
   return {"resize " + text(from) + " to " + text(to) + ", " + name, bar, [=] {
             const Bitmap source = makePicture(from.width, from.height);
             return std::vector<Contender>{
-                {"ours", "weighs by alpha; sums rows in 16-bit integers, filters these as floats",
+                {"KestrelLib2", "weighs by alpha; sums rows in 16-bit integers, filters these as floats",
                  [=] { static_cast<void>(engine::resize(source, to.width, to.height, method)); }},
                 zimg(source, to, method, ZIMG_PIXEL_BYTE),
                 zimg(source, to, method, ZIMG_PIXEL_WORD)};

@@ -3,11 +3,10 @@
 #include <algorithm>
 #include <atomic>
 
-#include "Common.h"
 #include "engine/Parallel.h"
 
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "engine/effects/Opaque.cpp"
+#define HWY_TARGET_INCLUDE "engine/pixels/Opaque.cpp"
 #include "hwy/foreach_target.h"
 #include "hwy/highway.h"
 
@@ -35,15 +34,19 @@ namespace kestrel::engine {
 
 HWY_EXPORT(OpaqueRow);
 
+bool isOpaqueRow(const std::uint8_t* rgba, std::int32_t count) {
+  return HWY_DYNAMIC_DISPATCH(OpaqueRow)(rgba, count);
+}
+
 bool isOpaque(const ConstPixels& picture) {
+  constexpr std::int32_t kPixelsPerBand = 128 * 1024;
   std::atomic<bool> opaque{true};
-  forRows(picture.height, rowsPerTask(picture.width), [&](std::int32_t first, std::int32_t last) {
-    for (std::int32_t y = first; y < last && opaque.load(std::memory_order_relaxed); ++y) {
-      if (!HWY_DYNAMIC_DISPATCH(OpaqueRow)(picture.row(y), picture.width)) {
-        opaque.store(false, std::memory_order_relaxed);
-      }
-    }
-  });
+  forRows(picture.height, 1 + kPixelsPerBand / std::max(1, picture.width),
+          [&](std::int32_t first, std::int32_t last) {
+            for (std::int32_t y = first; y < last && opaque.load(std::memory_order_relaxed); ++y) {
+              if (!isOpaqueRow(picture.row(y), picture.width)) opaque.store(false, std::memory_order_relaxed);
+            }
+          });
   return opaque.load();
 }
 
