@@ -1,6 +1,6 @@
 #include <new>
 
-#include "../effects/FailingAllocator.h"
+#include "FailingAllocator.h"
 #include "PngFiles.h"
 #include "engine/Parallel.h"
 
@@ -79,16 +79,16 @@ TEST(PngMemory, RunningOutWhileAFileIsMadeOrReadIsAnError) {
     int failures = 0;
     for (bool done = false; !done; ++failures) {
       ASSERT_LT(failures, 10'000);
-      failAllocationsAfter(failures);
+      kestrel::test::failAllocationsAfter(failures);
       try {
         work();
         done = true;
       } catch (const std::bad_alloc&) {
       } catch (const RuntimeError& error) {
-        failAllocationsAfter(-1);
+        kestrel::test::failAllocationsAfter(-1);
         EXPECT_EQ(error.Number(), err::kOutOfMemory) << error.Description();
       }
-      failAllocationsAfter(-1);
+      kestrel::test::failAllocationsAfter(-1);
     }
     EXPECT_GT(failures, 3);
   }

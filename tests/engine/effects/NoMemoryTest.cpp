@@ -46,16 +46,16 @@ TEST(NoMemory, InTheMiddleOfAnEffectLeavesThePictureAsItWas) {
     int failures = 0;
     for (bool done = false; !done; ++failures) {
       Bitmap result;
-      failAllocationsAfter(failures);
+      kestrel::test::failAllocationsAfter(failures);
       try {
         result = effect();
         done = true;
       } catch (const std::bad_alloc&) {
       } catch (const RuntimeError& error) {
-        failAllocationsAfter(-1);
+        kestrel::test::failAllocationsAfter(-1);
         EXPECT_EQ(error.Number(), err::kOutOfMemory);
       }
-      failAllocationsAfter(-1);
+      kestrel::test::failAllocationsAfter(-1);
       ASSERT_TRUE(samePicture(picture, expected));
       ASSERT_TRUE(!done || samePicture(result, whole));
       ASSERT_LT(failures, 5000);

@@ -1,54 +1,11 @@
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <cstdlib>
 #include <new>
 
 #include "../undo/Pictures.h"
 #include "../view/TestView.h"
+#include "FailingAllocator.h"
 #include "engine/imgx/ImgXObject.h"
-
-namespace {
-
-/// Allocations that still succeed; negative while all do.
-std::atomic<long> allocationsLeft{-1};
-
-void* allocate(std::size_t size, std::size_t alignment) noexcept {
-  long left = allocationsLeft.load();
-  while (left > 0 && !allocationsLeft.compare_exchange_weak(left, left - 1)) {
-  }
-  if (left == 0) return nullptr;
-  const std::size_t rounded = (size + alignment - 1) / alignment * alignment;
-  return std::aligned_alloc(alignment, rounded == 0 ? alignment : rounded);
-}
-
-void* allocateOrThrow(std::size_t size, std::size_t alignment) {
-  void* const memory = allocate(size, alignment);
-  if (memory == nullptr) throw std::bad_alloc();
-  return memory;
-}
-
-constexpr std::size_t kUsual = alignof(std::max_align_t);
-
-}  // namespace
-
-[[gnu::noinline]] void* operator new(std::size_t size) { return allocateOrThrow(size, kUsual); }
-[[gnu::noinline]] void* operator new(std::size_t size, std::align_val_t alignment) {
-  return allocateOrThrow(size, static_cast<std::size_t>(alignment));
-}
-[[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  return allocate(size, kUsual);
-}
-[[gnu::noinline]] void* operator new(std::size_t size, std::align_val_t alignment,
-                                     const std::nothrow_t&) noexcept {
-  return allocate(size, static_cast<std::size_t>(alignment));
-}
-[[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
-[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
-[[gnu::noinline]] void operator delete(void* memory, std::align_val_t) noexcept { std::free(memory); }
-[[gnu::noinline]] void operator delete(void* memory, std::size_t, std::align_val_t) noexcept {
-  std::free(memory);
-}
 
 namespace kestrel::engine {
 namespace {
@@ -56,15 +13,15 @@ namespace {
 /// Runs `work` with memory for so many allocations only. False if it ran out.
 template <typename Work>
 bool succeedsWith(long allocations, const Work& work) {
-  allocationsLeft = allocations;
+  kestrel::test::failAllocationsAfter(allocations);
   try {
     work();
-    allocationsLeft = -1;
+    kestrel::test::failAllocationsAfter(-1);
     return true;
   } catch (const std::bad_alloc&) {
-    allocationsLeft = -1;
+    kestrel::test::failAllocationsAfter(-1);
   } catch (const RuntimeError& error) {
-    allocationsLeft = -1;
+    kestrel::test::failAllocationsAfter(-1);
     EXPECT_EQ(error.Number(), err::kOutOfMemory) << error.Description();
   }
   return false;
@@ -186,9 +143,9 @@ TEST(OutOfMemoryWhilePainting, ShowsThePictureAllTheSame) {
   const PaintBuffer target{pixels.data, pixels.stride, 50, 40, ChannelOrder::rgba};
   view.paint(target, {0, 0, 50, 40});
   view.Zoom(0.125);  // small copies are needed from here on
-  allocationsLeft = 0;
+  kestrel::test::failAllocationsAfter(0);
   view.paint(target, {0, 0, 50, 40});
-  allocationsLeft = -1;
+  kestrel::test::failAllocationsAfter(-1);
   EXPECT_EQ(buffer.at(25, 20), (Pixel{200, 100, 50, 255}));
 }
 
@@ -204,12 +161,12 @@ TEST(PaintingMemory, ScrollingAllocatesNothing) {
   view.scrollBy(-250, -200);
   view.paint(target, {0, 0, 300, 200});
   view.scrollBy(250, 200);
-  allocationsLeft = 0;
+  kestrel::test::failAllocationsAfter(0);
   for (int i = 0; i < 20; ++i) {
     view.scrollBy(-7, -5);
     view.paint(target, {0, 0, 300, 200});
   }
-  allocationsLeft = -1;
+  kestrel::test::failAllocationsAfter(-1);
   EXPECT_GT(view.ScrollLeft(), 0);
 }
 

@@ -1,61 +1,14 @@
 // Memory that runs out in the middle of what the user does, at each place where it can. A program of its own,
 // since it replaces what allocates.
 
-#include <atomic>
-#include <cstdlib>
-#include <new>
-
 #include "EditorTest.h"
+#include "FailingAllocator.h"
 
+namespace kestrel {
 namespace {
 
 /// Blocks that are as large as rows of pixels; of smaller ones there is always one left.
 constexpr std::size_t kLarge = 2048;
-
-/// How many large blocks there still are; negative for no end of them.
-std::atomic<long> largeBlocksLeft{-1};
-
-void* allocate(std::size_t size, std::size_t alignment) noexcept {
-  if (size >= kLarge) {
-    long left = largeBlocksLeft.load();
-    while (left > 0 && !largeBlocksLeft.compare_exchange_weak(left, left - 1)) {
-    }
-    if (left == 0) return nullptr;
-  }
-  const std::size_t rounded = (size + alignment - 1) / alignment * alignment;
-  return std::aligned_alloc(alignment, rounded == 0 ? alignment : rounded);
-}
-
-void* allocateOrThrow(std::size_t size, std::size_t alignment) {
-  void* const memory = allocate(size, alignment);
-  if (memory == nullptr) throw std::bad_alloc();
-  return memory;
-}
-
-constexpr std::size_t kUsual = alignof(std::max_align_t);
-
-}  // namespace
-
-[[gnu::noinline]] void* operator new(std::size_t size) { return allocateOrThrow(size, kUsual); }
-[[gnu::noinline]] void* operator new(std::size_t size, std::align_val_t alignment) {
-  return allocateOrThrow(size, static_cast<std::size_t>(alignment));
-}
-[[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  return allocate(size, kUsual);
-}
-[[gnu::noinline]] void* operator new(std::size_t size, std::align_val_t alignment,
-                                     const std::nothrow_t&) noexcept {
-  return allocate(size, static_cast<std::size_t>(alignment));
-}
-[[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
-[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
-[[gnu::noinline]] void operator delete(void* memory, std::align_val_t) noexcept { std::free(memory); }
-[[gnu::noinline]] void operator delete(void* memory, std::size_t, std::align_val_t) noexcept {
-  std::free(memory);
-}
-
-namespace kestrel {
-namespace {
 
 using testing::SizeIs;
 using testing::StartsWith;
@@ -79,7 +32,7 @@ class EditorWithoutMemory : public EditorTest {
     editor().SetSelection(5, 6, 40, 30);
   }
   void TearDown() override {
-    largeBlocksLeft = -1;
+    test::failAllocationsAfter(-1);
     EditorTest::TearDown();
   }
 
@@ -103,9 +56,9 @@ class EditorWithoutMemory : public EditorTest {
   void everywhere(const Work& work, const Check& check) {
     long blocks = 0;
     for (; blocks < 1000; ++blocks) {
-      largeBlocksLeft = blocks;
+      test::failAllocationsAfter(blocks, kLarge);
       const bool done = work();
-      largeBlocksLeft = -1;
+      test::failAllocationsAfter(-1);
       if (done) break;
       check();
       if (HasFatalFailure()) return;
@@ -142,7 +95,7 @@ TEST_P(EditorWithoutMemory, AnOperationTellsItsCallerAndLeavesPictureHistoryAndS
             return true;
           } catch (const std::bad_alloc&) {
           } catch (const RuntimeError& error) {
-            largeBlocksLeft = -1;
+            test::failAllocationsAfter(-1);
             EXPECT_EQ(error.Number(), 7) << error.Description();
           }
           return false;
@@ -168,7 +121,7 @@ TEST_P(EditorWithoutMemory, TheContouredShadowLeavesThePictureWithItsBackground)
             return true;
           } catch (const std::bad_alloc&) {
           } catch (const RuntimeError& error) {
-            largeBlocksLeft = -1;
+            test::failAllocationsAfter(-1);
             EXPECT_EQ(error.Number(), 7) << error.Description();
           }
           return false;

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <cstddef>
+
+namespace kestrel::test {
+
+/// From now on so many allocations succeed, on any thread, and all later ones fail; negative: none fails.
+/// Those of less than `smallest` bytes neither count nor fail.
+///
+/// Whoever calls it links its own `new` and `delete` in place of the usual ones.
+void failAllocationsAfter(long count, std::size_t smallest = 0);
+
+}  // namespace kestrel::test
