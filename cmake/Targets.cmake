@@ -117,7 +117,7 @@ function(kestrel_fuzzer name)
   set(found ${PROJECT_BINARY_DIR}/found)
   file(MAKE_DIRECTORY ${found}/${name} ${arg_CORPUS})
   add_test(NAME ${target} COMMAND ${target}
-    -max_total_time=${KESTREL_FUZZ_SECONDS} -max_len=${arg_LONGEST} -timeout=20 -rss_limit_mb=3000
+    -max_total_time=${KESTREL_FUZZ_SECONDS} -max_len=${arg_LONGEST} -timeout=60 -rss_limit_mb=3000
     -print_final_stats=1 -artifact_prefix=${found}/${name}- ${found}/${name} ${arg_CORPUS})
   math(EXPR limit "${KESTREL_FUZZ_SECONDS} + 120")
   set_tests_properties(${target} PROPERTIES LABELS fuzz TIMEOUT ${limit})
