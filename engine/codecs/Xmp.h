@@ -22,8 +22,7 @@ void dropThumbnails(Packet& packet);
 /// Writes the picture's size into the places where the packet tells it, if it does.
 void setSize(Packet& packet, std::int32_t width, std::int32_t height);
 
-/// A packet in two parts, as JPEG files hold one that is longer than a marker (XMP Specification Part 3,
-/// 1.1.3.1).
+/// A packet in two parts, as JPEG files hold one that is longer than a marker: "standard" and "extended" XMP.
 struct Parts {
   Packet standard;
   Packet extended;   ///< empty if all fits into the first
