@@ -21,7 +21,8 @@ struct Line {
 };
 
 /// The text in lines, which break where it says so and, unless `most` is 0, before words that do not fit.
-std::vector<Line> linesOf(cairo_t* c, const std::vector<std::string>& letters, double most) {
+std::vector<Line> linesOf(metafile::Letterer& letterer, cairo_t* c, const std::vector<std::string>& letters,
+                          double most) {
   std::vector<Line> lines(1);
   std::size_t word = 0;  // where the present word begins in the present line
   double present = 0;    // the present line's width
@@ -33,7 +34,7 @@ std::vector<Line> linesOf(cairo_t* c, const std::vector<std::string>& letters, d
       continue;
     }
     Line* line = &lines.back();
-    const double width = metafile::advanceOf(c, letter);
+    const double width = letterer.advanceOf(c, letter);
     if (most > 0 && letter != " " && !line->letters.empty() && present + width > most) {
       // The word moves down, or is cut if it began the line.
       const std::size_t from = word > 0 ? word : line->letters.size();
@@ -93,7 +94,7 @@ bool Painter::beginText(const cairo_matrix_t& transform, const Font& font, std::
   cairo_matrix_scale(&m, 1 / scale, 1 / scale);
   cairo_set_matrix(c, &m);
   cairo_set_operator(c, CAIRO_OPERATOR_OVER);
-  metafile::chooseFont(c, font.face, font.bold, font.italic, size);
+  canvas_.letterer().choose(c, font.face, font.bold, font.italic, size);
   return true;
 }
 
@@ -114,7 +115,8 @@ void Painter::text(const std::vector<std::string>& letters, const Font& font, co
   cairo_font_extents(c, &extents);
   const double margin = format.leadingMargin * fontSize(font) * scale;
   const bool wraps = (format.flags & StringFormat::kNoWrap) == 0 && width > 0;
-  const std::vector<Line> lines = linesOf(c, letters, wraps ? std::max(1.0, width - 2 * margin) : 0);
+  const std::vector<Line> lines =
+      linesOf(canvas_.letterer(), c, letters, wraps ? std::max(1.0, width - 2 * margin) : 0);
   const double lineHeight = extents.ascent + extents.descent;
   double y =
       offsetIn(height, lineHeight * static_cast<double>(lines.size()), format.lineAlign) + extents.ascent;
@@ -124,7 +126,7 @@ void Painter::text(const std::vector<std::string>& letters, const Font& font, co
     const double length = line.width();
     cairo_save(c);
     cairo_translate(c, margin + offsetIn(width - 2 * margin, length, align), y);
-    metafile::drawLetters(c, line.letters, line.widths, 1, false);
+    canvas_.letterer().draw(c, line.letters, line.widths, 1, false);
     const auto bar = [&](double at) {
       cairo_rectangle(c, 0, at, length, std::max(1.0, lineHeight / 18));
       cairo_fill(c);
@@ -147,7 +149,7 @@ void Painter::placedText(const std::vector<std::string>& letters, const std::vec
   double natural = 0, room = 0;
   std::vector<double> widths;
   for (std::size_t i = 0; i < letters.size(); ++i) {
-    widths.push_back(metafile::advanceOf(c, letters[i]));
+    widths.push_back(canvas_.letterer().advanceOf(c, letters[i]));
     if (i + 1 >= places.size() || places[i + 1].y != places[i].y || !(places[i + 1].x > places[i].x))
       continue;
     natural += widths[i];
@@ -165,7 +167,7 @@ void Painter::placedText(const std::vector<std::string>& letters, const std::vec
     if (!(std::abs(x) < kFarthest) || !(std::abs(y) < kFarthest)) break;
     cairo_save(c);
     cairo_translate(c, x, y);
-    metafile::drawLetters(c, {letters[i]}, {widths[i]}, stretch, false);
+    canvas_.letterer().draw(c, {letters[i]}, {widths[i]}, stretch, false);
     cairo_restore(c);
     x += widths[i];
   }

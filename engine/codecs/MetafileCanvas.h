@@ -7,6 +7,7 @@
 #include <memory>
 #include <vector>
 
+#include "MetafileText.h"
 #include "engine/pixels/Bitmap.h"
 
 namespace kestrel::engine::metafile {
@@ -66,6 +67,7 @@ class Canvas {
 
   cairo_t* context() const { return cairo_.get(); }
   Work& work() const { return work_; }
+  Letterer& letterer() { return letterer_; }
 
   // The present path; the points may be anything.
   void newPath();
@@ -126,6 +128,7 @@ class Canvas {
   std::int32_t width_, height_;
   Surface surface_;
   std::unique_ptr<cairo_t, DestroyContext> cairo_;
+  Letterer letterer_{work_};
   std::size_t clipPieces_ = 0;
   Point last_;
   double length_ = 0;   ///< of the present path

@@ -86,7 +86,8 @@ void Player::restore(std::int32_t level) {
   showClip();
 }
 
-cairo_matrix_t Player::matrix() const {
+/// From logical units, after the world's transform, to those of the device.
+cairo_matrix_t Player::page() const {
   const Mapping& m = state_.mapping;
   cairo_matrix_t page{1, 0, 0, 1, 0, 0};
   constexpr std::uint32_t kText = 1, kIsotropic = 7;
@@ -110,8 +111,18 @@ cairo_matrix_t Player::matrix() const {
     page.x0 = m.viewportOrigin.x - m.windowOrigin.x * page.xx;
     page.y0 = m.viewportOrigin.y - m.windowOrigin.y * page.yy;
   }
-  cairo_matrix_t whole = m.world;
-  cairo_matrix_multiply(&whole, &whole, &page);
+  return page;
+}
+
+bool Player::mirrorsOneAxis() const {
+  const cairo_matrix_t onPage = page();
+  return onPage.xx * device_.xx * onPage.yy * device_.yy < 0;
+}
+
+cairo_matrix_t Player::matrix() const {
+  const cairo_matrix_t onPage = page();
+  cairo_matrix_t whole = state_.mapping.world;
+  cairo_matrix_multiply(&whole, &whole, &onPage);
   cairo_matrix_multiply(&whole, &whole, &device_);
   return whole;
 }

@@ -117,6 +117,10 @@ class Player {
   void picture(const Rect& target, const Picture& picture);
 
  private:
+  struct LineOfText;
+
+  cairo_matrix_t page() const;
+  bool mirrorsOneAxis() const;
   cairo_matrix_t matrix() const;
   Point toPicture(Point logical) const;
   double scale() const;
@@ -131,6 +135,8 @@ class Player {
   void setDashes(double width);
   void setSource(Color color, double opacity = 1);
   bool setBrushSource(const Brush& brush);
+  LineOfText layOut(const std::vector<std::string>& letters, const std::vector<double>& advances,
+                    double across);
   void paint(const Rect& extents, double weight, const std::function<void()>& draw);
 
   Canvas& canvas_;

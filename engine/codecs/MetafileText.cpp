@@ -1,5 +1,8 @@
 #include "MetafileText.h"
 
+#include <cairo-ft.h>
+#include <fontconfig/fontconfig.h>
+
 #include <algorithm>
 #include <cmath>
 #include <numbers>
@@ -7,6 +10,7 @@
 
 #include "MetafileLetters.h"
 #include "MetafilePlayer.h"
+#include "MetafileSigns.h"
 
 namespace kestrel::engine::metafile {
 namespace {
@@ -26,31 +30,128 @@ void addBox(cairo_t* c, double width) {
   cairo_rectangle(c, inset + across - pen, pen - height, 2 * pen - across, height - 2 * pen);
 }
 
-/// The average letter's width.
-double averageOf(cairo_t* c) {
-  cairo_text_extents_t extents{};
-  cairo_text_extents(c, "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz", &extents);
-  return extents.x_advance / 52;
+/// Whether the context's present face has the letter.
+bool hasLetter(cairo_t* c, const std::string& letter) {
+  cairo_glyph_t* glyphs = nullptr;
+  int count = 0;
+  const cairo_status_t status = cairo_scaled_font_text_to_glyphs(
+      cairo_get_scaled_font(c), 0, 0, letter.data(), static_cast<int>(letter.size()), &glyphs, &count,
+      nullptr, nullptr, nullptr);
+  if (status != CAIRO_STATUS_SUCCESS) return true;  // nor would another face
+  const bool all = std::all_of(glyphs, glyphs + count, [](const cairo_glyph_t& g) { return g.index != 0; });
+  cairo_glyph_free(glyphs);
+  return all;
+}
+
+struct DestroyFontPattern {
+  void operator()(FcPattern* pattern) const { FcPatternDestroy(pattern); }
+};
+using FontPattern = std::unique_ptr<FcPattern, DestroyFontPattern>;
+
+/// The first Unicode value of the text.
+FcChar32 codeOf(const std::string& letter) {
+  FcChar32 code = 0;
+  FcUtf8ToUcs4(reinterpret_cast<const FcChar8*>(letter.data()), &code, static_cast<int>(letter.size()));
+  return code;
+}
+
+/// The installed face that is most like the one asked for and has the letter; null if none has it.
+cairo_font_face_t* installedFaceWith(const std::string& letter, const std::string& face, bool bold,
+                                     bool italic) {
+  const FcChar32 code = codeOf(letter);
+  FcCharSet* const letters = FcCharSetCreate();
+  FcCharSetAddChar(letters, code);
+  const FontPattern wanted(FcPatternCreate());
+  FcPatternAddCharSet(wanted.get(), FC_CHARSET, letters);
+  FcCharSetDestroy(letters);
+  FcPatternAddString(wanted.get(), FC_FAMILY, reinterpret_cast<const FcChar8*>(face.c_str()));
+  FcPatternAddInteger(wanted.get(), FC_WEIGHT, bold ? FC_WEIGHT_BOLD : FC_WEIGHT_NORMAL);
+  FcPatternAddInteger(wanted.get(), FC_SLANT, italic ? FC_SLANT_ITALIC : FC_SLANT_ROMAN);
+  FcPatternAddBool(wanted.get(), FC_SCALABLE, FcTrue);
+  FcConfigSubstitute(nullptr, wanted.get(), FcMatchPattern);
+  FcDefaultSubstitute(wanted.get());
+  FcResult result = FcResultNoMatch;
+  const FontPattern found(FcFontMatch(nullptr, wanted.get(), &result));
+  FcCharSet* covered = nullptr;
+  if (!found || FcPatternGetCharSet(found.get(), FC_CHARSET, 0, &covered) != FcResultMatch ||
+      FcCharSetHasChar(covered, code) == FcFalse)
+    return nullptr;
+  return cairo_ft_font_face_create_for_pattern(found.get());
 }
 
 }  // namespace
 
-void chooseFont(cairo_t* context, const std::string& face, bool bold, bool italic, double size) {
-  cairo_select_font_face(context, face.empty() ? "sans-serif" : face.c_str(),
+void Letterer::choose(cairo_t* context, const std::string& face, bool bold, bool italic, double size) {
+  style_ = {textFaceFor(face), bold, italic};
+  cairo_select_font_face(context, std::get<0>(style_).c_str(),
                          italic ? CAIRO_FONT_SLANT_ITALIC : CAIRO_FONT_SLANT_NORMAL,
                          bold ? CAIRO_FONT_WEIGHT_BOLD : CAIRO_FONT_WEIGHT_NORMAL);
   constexpr double kLargest = 4000;
-  cairo_set_font_size(context, std::clamp(size, 0.5, kLargest));
+  const double drawn = std::clamp(size, 0.5, kLargest);
+  cairo_set_font_size(context, drawn);
+  signWidth_ = drawn * averageSignWidth(signFaceOf(face, 0));
 }
 
-double advanceOf(cairo_t* context, const std::string& letter) {
+cairo_font_face_t* Letterer::findSubstitute(cairo_t* context, const std::string& letter) {
+  const auto& [face, bold, italic] = style_;
+  cairo_save(context);
+  const auto known = std::ranges::find_if(substitutes_, [&](const Substitute& each) {
+    if (each.bold != bold || each.italic != italic) return false;
+    cairo_set_font_face(context, each.face.get());
+    return hasLetter(context, letter);
+  });
+  cairo_restore(context);
+  if (known != substitutes_.end()) return known->face.get();
+  // To ask the font system takes milliseconds.
+  constexpr double kPerQuestion = 2e6;
+  constexpr std::size_t kMostAsked = 256, kMostSubstitutes = 32;
+  if (asked_ >= kMostAsked || substitutes_.size() >= kMostSubstitutes || !work_.take(kPerQuestion))
+    return nullptr;
+  ++asked_;
+  Face found(installedFaceWith(letter, face, bold, italic));
+  if (!found || cairo_font_face_status(found.get()) != CAIRO_STATUS_SUCCESS) return nullptr;
+  substitutes_.push_back({bold, italic, std::move(found)});
+  return substitutes_.back().face.get();
+}
+
+/// The face to draw the letter with if the chosen one lacks it and another has it, else null.
+cairo_font_face_t* Letterer::substituteFor(cairo_t* context, const std::string& letter) {
+  auto& faces = known_[style_];
+  const auto known = faces.find(letter);
+  if (known != faces.end()) return known->second;
+  cairo_font_face_t* const face = hasLetter(context, letter) ? nullptr : findSubstitute(context, letter);
+  faces.emplace(letter, face);
+  return face;
+}
+
+double Letterer::advanceOf(cairo_t* context, const std::string& letter) {
+  const std::string& drawn = letter == kUnknownLetter ? "n" : letter;
   cairo_text_extents_t extents{};
-  cairo_text_extents(context, letter == kUnknownLetter ? "n" : letter.c_str(), &extents);
+  cairo_save(context);
+  if (cairo_font_face_t* const face = substituteFor(context, drawn)) cairo_set_font_face(context, face);
+  cairo_text_extents(context, drawn.c_str(), &extents);
+  cairo_restore(context);
   return extents.x_advance;
 }
 
-void drawLetters(cairo_t* context, const std::vector<std::string>& letters, const std::vector<double>& widths,
-                 double stretch, bool outline) {
+double Letterer::averageWidth(cairo_t* context) const {
+  if (signWidth_ > 0) return signWidth_;
+  constexpr double kPerThousand[] = {64, 14, 27, 35, 100, 20, 14, 42, 63, 3,  6, 35, 20,
+                                     56, 56, 17, 4,  49,  56, 71, 31, 10, 18, 3, 18, 2};
+  constexpr double kSpaces = 166;
+  const auto advance = [context](char letter) {
+    const char text[] = {letter, 0};
+    cairo_text_extents_t extents{};
+    cairo_text_extents(context, text, &extents);
+    return extents.x_advance;
+  };
+  double sum = kSpaces * advance(' ');
+  for (int i = 0; i < 26; ++i) sum += kPerThousand[i] * advance(static_cast<char>('a' + i));
+  return sum / 1000;
+}
+
+void Letterer::draw(cairo_t* context, const std::vector<std::string>& letters,
+                    const std::vector<double>& widths, double stretch, bool outline) {
   double x = 0;
   for (std::size_t i = 0; i < letters.size(); ++i) {
     cairo_save(context);
@@ -59,6 +160,8 @@ void drawLetters(cairo_t* context, const std::vector<std::string>& letters, cons
       addBox(context, widths[i]);
       if (!outline) cairo_fill(context);
     } else if (!letters[i].empty() && letters[i] != " ") {
+      if (cairo_font_face_t* const face = substituteFor(context, letters[i]))
+        cairo_set_font_face(context, face);
       cairo_scale(context, stretch, 1);
       cairo_move_to(context, 0, 0);
       outline ? cairo_text_path(context, letters[i].c_str()) : cairo_show_text(context, letters[i].c_str());
@@ -66,6 +169,39 @@ void drawLetters(cairo_t* context, const std::vector<std::string>& letters, cons
     cairo_restore(context);
     x += widths[i];
   }
+}
+
+/// How a line of letters lies along its direction, in pixels.
+struct Player::LineOfText {
+  std::vector<double> widths;  ///< how far each letter's successor is
+  double width = 0;            ///< of all
+  double stretch = 1;          ///< of the letters across
+};
+
+/// Lays out the letters in the context's font; `across` are the pixels of a logical unit.
+Player::LineOfText Player::layOut(const std::vector<std::string>& letters,
+                                  const std::vector<double>& advances, double across) {
+  cairo_t* const c = canvas_.context();
+  LineOfText line;
+  // The face may not be here; what is drawn instead is made as wide as the record says.
+  const double average = state_.font.width != 0 ? canvas_.letterer().averageWidth(c) : 0;
+  if (average > 0) line.stretch = std::clamp(std::abs(state_.font.width) * across / average, 0.25, 4.0);
+  // Nothing follows the last letter, which therefore need not fit.
+  const auto isLetter = [](const std::string& letter) { return !letter.empty(); };
+  const auto last = static_cast<std::size_t>(
+      std::distance(std::find_if(letters.rbegin(), letters.rend(), isLetter), letters.rend()));
+  double natural = 0, given = 0;
+  for (std::size_t i = 0; i < letters.size(); ++i) {
+    const double own = canvas_.letterer().advanceOf(c, letters[i]) * line.stretch;
+    const double space = (state_.letterSpace + (letters[i] == " " ? state_.breakSpace : 0)) * across;
+    line.widths.push_back(bounded(i < advances.size() ? advances[i] * across : own + space));
+    line.width += line.widths.back();
+    if (i + 1 >= last) continue;
+    natural += own;
+    given += line.widths.back();
+  }
+  if (!advances.empty() && given > 0 && natural > given) line.stretch *= std::max(0.5, given / natural);
+  return line;
 }
 
 void Player::text(Point at, const std::vector<std::string>& letters, const std::vector<double>& advances) {
@@ -82,22 +218,9 @@ void Player::text(Point at, const std::vector<std::string>& letters, const std::
 
   cairo_save(c);
   if (!inPath_) canvas_.newPath();
-  chooseFont(c, font.face, font.bold, font.italic, size);
-  // The face may not be here; what stands in for it is made as wide as the record says.
-  double stretch = 1;
-  const double average = averageOf(c);
-  if (font.width != 0 && average > 0)
-    stretch = std::clamp(std::abs(font.width) * across / average, 0.25, 4.0);
-  std::vector<double> widths;
-  double natural = 0;
-  for (std::size_t i = 0; i < letters.size(); ++i) {
-    const double own = advanceOf(c, letters[i]) * stretch;
-    const double space = (state_.letterSpace + (letters[i] == " " ? state_.breakSpace : 0)) * across;
-    natural += own;
-    widths.push_back(bounded(i < advances.size() ? advances[i] * across : own + space));
-  }
-  const double width = std::accumulate(widths.begin(), widths.end(), 0.0);
-  if (!advances.empty() && width > 0 && natural > width) stretch *= std::max(0.5, width / natural);
+  canvas_.letterer().choose(c, font.face, font.bold, font.italic, size);
+  const LineOfText text = layOut(letters, advances, across);
+  const double width = text.width;
   cairo_font_extents_t line{};
   cairo_font_extents(c, &line);
 
@@ -114,7 +237,9 @@ void Player::text(Point at, const std::vector<std::string>& letters, const std::
   // Letters run the way the world is turned; a mapping that counts leftwards does not turn them.
   const double forward = state_.mapping.windowExtent.x * state_.mapping.viewportExtent.x < 0 ? -1 : 1;
   cairo_translate(c, bounded(origin.x), bounded(origin.y));
-  cairo_rotate(c, std::atan2(m.yx * forward, m.xx * forward) - font.escapement * std::numbers::pi / 180);
+  // The angle is counterclockwise on a page that is mirrored in both axes or in none, else clockwise.
+  const double clockwise = mirrorsOneAxis() ? font.escapement : -font.escapement;
+  cairo_rotate(c, std::atan2(m.yx * forward, m.xx * forward) + clockwise * std::numbers::pi / 180);
   cairo_translate(c, left, base);
   constexpr double kPerLetter = 2000;
   const double area = static_cast<double>(letters.size()) * std::min(size, 4000.0) * std::min(size, 4000.0);
@@ -130,7 +255,7 @@ void Player::text(Point at, const std::vector<std::string>& letters, const std::
       bar(-line.ascent, line.ascent + line.descent);
     }
     setSource(state_.textColor);
-    drawLetters(c, letters, widths, stretch, inPath_);
+    canvas_.letterer().draw(c, letters, text.widths, text.stretch, inPath_);
     if (font.underline) bar(line.descent / 3, std::max(1.0, size / 16));
     if (font.strikeOut) bar(-line.ascent / 3, std::max(1.0, size / 16));
   }

@@ -50,8 +50,10 @@ Font readFont(Bytes parameters) {
   f.strikeOut = r.u8() != 0;
   const std::uint8_t charset = r.u8();
   r.skip(4);
+  // The name is text even where the font has signs.
+  constexpr std::uint8_t kSymbolCharset = 2;
   Font naming;
-  naming.charset = charset;
+  naming.charset = charset == kSymbolCharset ? std::uint8_t{0} : charset;
   const Bytes rest = r.take(r.remaining());
   const auto length = static_cast<std::size_t>(std::ranges::find(rest, 0) - rest.begin());
   for (const std::string& letter : lettersOf(rest.first(length), naming)) f.face += letter;

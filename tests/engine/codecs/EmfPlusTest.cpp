@@ -10,61 +10,7 @@ namespace {
 
 using namespace test;
 
-constexpr std::uint32_t kVersion = 0xDBC01002;
 constexpr std::uint32_t kArgbRed = 0xFFFF0000, kArgbBlue = 0xFF0000FF, kArgbGreen = 0xFF00FF00;
-constexpr std::uint32_t kColor = 0x8000;  // a colour stands where a brush's number would
-
-/// Commands of GDI+ that are added one by one.
-class Plus {
- public:
-  /// With `twice` the header tells that plain records hold the drawing too.
-  explicit Plus(bool twice = false) {
-    command(0x4001, twice ? 1 : 0, Builder().le32(kVersion).le32(1).le32(96).le32(96));
-  }
-
-  Plus& command(std::uint32_t type, std::uint32_t flags, const Builder& data = {}) {
-    const std::size_t padded = (data.bytes.size() + 3) / 4 * 4;
-    commands_.le16(type).le16(flags);
-    commands_.le32(static_cast<std::uint32_t>(12 + padded)).le32(static_cast<std::uint32_t>(padded));
-    commands_.bytes.insert(commands_.bytes.end(), data.bytes.begin(), data.bytes.end());
-    commands_.fill(padded - data.bytes.size());
-    return *this;
-  }
-  /// Types: 1 brush, 2 pen, 3 path, 4 region, 5 image, 6 font, 7 string format.
-  Plus& object(std::uint32_t type, std::uint32_t id, const Builder& data) {
-    return command(0x4008, type << 8 | id, data);
-  }
-  Plus& fillRect(std::uint32_t color, float x, float y, float width, float height) {
-    return command(0x400A, kColor, reals(Builder().le32(color).le32(1), {x, y, width, height}));
-  }
-  /// Fills the whole picture with the brush of this number.
-  Plus& fillAll(std::uint32_t brush) {
-    return command(0x400A, 0, reals(Builder().le32(brush).le32(1), {0, 0, 40, 30}));
-  }
-
-  static Builder reals(Builder b, std::initializer_list<float> values) {
-    for (const float v : values) b.le32(bits(v));
-    return b;
-  }
-
-  Emf& addTo(Emf& emf) const {
-    return emf.record(70, Builder()
-                              .le32(static_cast<std::uint32_t>(4 + commands_.bytes.size()))
-                              .text("EMF+")
-                              .text(std::string(commands_.bytes.begin(), commands_.bytes.end())));
-  }
-  Bitmap play() const {
-    Emf emf;
-    return addTo(emf).play();
-  }
-  std::vector<std::uint8_t> file() const {
-    Emf emf;
-    return addTo(emf).file();
-  }
-
- private:
-  Builder commands_;
-};
 
 Builder reals(std::initializer_list<float> values) { return Plus::reals({}, values); }
 
@@ -399,14 +345,20 @@ TEST(EmfPlus, PicturesMayBeFilesOrMetafiles) {
   EXPECT_EQ(drawn(2, Plus().fillRect(kArgbBlue, 0, 0, 20, 20).file(), 30).at(10, 10), kBlue);
 }
 
+/// A font whose size is in pixels.
+Builder font(const std::string& face, float size) {
+  Builder b = Builder().le32(kVersion).le32(bits(size)).le32(0).le32(0).le32(0);
+  b.le32(static_cast<std::uint32_t>(face.size()));
+  for (const char c : face) b.le16(static_cast<std::uint8_t>(c));
+  return b.fill(face.size() % 2 * 2);
+}
+
 TEST(EmfPlus, TextsStandWhereTheirFormatSays) {
   const auto words = [](std::uint32_t align) {
-    Builder font = Builder().le32(kVersion).le32(bits(10)).le32(0).le32(0).le32(0).le32(5).text(
-        std::string("A\0r\0i\0a\0l\0", 10));
     Builder format = Builder().le32(kVersion).le32(0x1000).le32(0).le32(align).le32(0).fill(48);
     const Builder text = Plus::reals(Builder().le32(0xFF000000).le32(1).le32(2), {0, 0, 40, 30})
                              .text(std::string("H\0H\0", 4));
-    return Plus().object(6, 0, font.fill(2)).object(7, 1, format).command(0x401C, kColor, text).play();
+    return Plus().object(6, 0, font("Arial", 10)).object(7, 1, format).command(0x401C, kColor, text).play();
   };
   const Bitmap left = words(0), right = words(2);
   EXPECT_GT(inkIn(left, 0, 0, 20, 15), 10);
@@ -415,26 +367,25 @@ TEST(EmfPlus, TextsStandWhereTheirFormatSays) {
   EXPECT_EQ(inkIn(right, 0, 0, 20, 30), 0);
 }
 
+/// The letter, or the glyph, at 2, 12 and at 27, 27.
+Bitmap twice(const Builder& font, std::uint32_t options, std::uint32_t code) {
+  const Builder text = Plus::reals(
+      Builder().le32(0xFF000000).le32(options).le32(0).le32(2).le16(code).le16(code), {2, 12, 27, 27});
+  return Plus().object(6, 0, font).command(0x4036, kColor, text).play();
+}
+
 TEST(EmfPlus, LettersStandAtTheirOwnPlaces) {
-  const auto letters = [](std::uint32_t options, int code) {
-    Builder font = Builder().le32(kVersion).le32(bits(12)).le32(0).le32(0).le32(0).le32(5).text(
-        std::string("A\0r\0i\0a\0l\0", 10));
-    const Builder text = Plus::reals(Builder()
-                                         .le32(0xFF000000)
-                                         .le32(options)
-                                         .le32(0)
-                                         .le32(2)
-                                         .le16(static_cast<std::uint32_t>(code))
-                                         .le16(static_cast<std::uint32_t>(code)),
-                                     {2, 12, 27, 27});
-    return Plus().object(6, 0, font.fill(2)).command(0x4036, kColor, text).play();
-  };
-  const Bitmap told = letters(1, 'H');
+  const Bitmap told = twice(font("Arial", 12), 1, 'H');
   EXPECT_GT(inkIn(told, 0, 0, 15, 13), 5);
   EXPECT_GT(inkIn(told, 25, 15, 40, 28), 5);
   EXPECT_EQ(inkIn(told, 25, 0, 40, 13), 0);
   // The faces of this order have the H as their glyph 43.
-  EXPECT_TRUE(isPicture(letters(0, 'H' - 29), told));
+  EXPECT_TRUE(isPicture(twice(font("Arial", 12), 0, 'H' - 29), told));
+}
+
+TEST(EmfPlus, LettersThatTheFaceLacksComeFromAnother) {
+  // A large disc, which DejaVu Serif lacks and DejaVu Sans has; the sign for a missing letter is hollow.
+  EXPECT_GT(inkIn(twice(font("DejaVu Serif", 20), 1, 0x2B24), 7, 2, 15, 8), 45);
 }
 
 TEST(EmfPlus, ClearingFillsEverything) {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <string>
 #include <vector>
 
 #include "TestPictures.h"
@@ -66,6 +67,61 @@ inline std::uint32_t bits(float value) {
   std::memcpy(&result, &value, 4);
   return result;
 }
+
+inline constexpr std::uint32_t kVersion = 0xDBC01002;  ///< of GDI+ objects
+inline constexpr std::uint32_t kColor = 0x8000;        ///< a colour stands where a brush's number would
+
+/// Commands of GDI+ that are added one by one.
+class Plus {
+ public:
+  /// With `twice` the header tells that plain records hold the drawing too.
+  explicit Plus(bool twice = false) {
+    command(0x4001, twice ? 1 : 0, Builder().le32(kVersion).le32(1).le32(96).le32(96));
+  }
+
+  Plus& command(std::uint32_t type, std::uint32_t flags, const Builder& data = {}) {
+    const std::size_t padded = (data.bytes.size() + 3) / 4 * 4;
+    commands_.le16(type).le16(flags);
+    commands_.le32(static_cast<std::uint32_t>(12 + padded)).le32(static_cast<std::uint32_t>(padded));
+    commands_.bytes.insert(commands_.bytes.end(), data.bytes.begin(), data.bytes.end());
+    commands_.fill(padded - data.bytes.size());
+    return *this;
+  }
+  /// Types: 1 brush, 2 pen, 3 path, 4 region, 5 image, 6 font, 7 string format.
+  Plus& object(std::uint32_t type, std::uint32_t id, const Builder& data) {
+    return command(0x4008, type << 8 | id, data);
+  }
+  Plus& fillRect(std::uint32_t color, float x, float y, float width, float height) {
+    return command(0x400A, kColor, reals(Builder().le32(color).le32(1), {x, y, width, height}));
+  }
+  /// Fills the whole picture with the brush of this number.
+  Plus& fillAll(std::uint32_t brush) {
+    return command(0x400A, 0, reals(Builder().le32(brush).le32(1), {0, 0, 40, 30}));
+  }
+
+  static Builder reals(Builder b, std::initializer_list<float> values) {
+    for (const float v : values) b.le32(bits(v));
+    return b;
+  }
+
+  Emf& addTo(Emf& emf) const {
+    return emf.record(70, Builder()
+                              .le32(static_cast<std::uint32_t>(4 + commands_.bytes.size()))
+                              .text("EMF+")
+                              .text(std::string(commands_.bytes.begin(), commands_.bytes.end())));
+  }
+  Bitmap play() const {
+    Emf emf;
+    return addTo(emf).play();
+  }
+  std::vector<std::uint8_t> file() const {
+    Emf emf;
+    return addTo(emf).file();
+  }
+
+ private:
+  Builder commands_;
+};
 
 /// A Windows metafile whose records are added one by one, with or without a frame of 40 x 30 pixels.
 class Wmf {

@@ -4,7 +4,7 @@
 #include "MetafileBuilders.h"
 
 // What single records of metafiles mean: how ink mixes with what is there, clips, pens and brushes, bitmaps,
-// blends, regions and letters.
+// blends and regions.
 
 namespace kestrel::engine {
 namespace {
@@ -386,98 +386,10 @@ TEST(MetafileShapes, PointsMaySayWhatLeadsToThem) {
   EXPECT_EQ(bitmap.at(30, 15), kNothing);
 }
 
-/// A text record of codes at 2, 2 with the given options.
-Emf& write(Emf& emf, std::initializer_list<std::uint32_t> codes, std::uint32_t options) {
-  const auto count = static_cast<std::uint32_t>(codes.size());
-  Builder b =
-      Builder().fill(16).le32(1).le32(bits(1)).le32(bits(1)).le32(2).le32(2).le32(count).le32(76).le32(
-          options);
-  b.fill(16).le32(0);
-  for (const std::uint32_t code : codes) b.le16(code);
-  return emf.record(84, b);
-}
-
-Emf& font(Emf& emf, const std::string& face, int height, int width = 0) {
-  Builder b = Builder().le32(9).le32(number(height)).le32(number(width)).le32(0).le32(0).le32(400).fill(8);
-  for (const char c : face) b.le16(static_cast<std::uint8_t>(c));
-  b.fill(64 - 2 * face.size()).fill(228);
-  return emf.record(18, {1}).record(82, b).record(37, {9});
-}
-
-TEST(MetafileLetters, AreAsHighAndWideAsTheirFontSays) {
-  const auto written = [](int height, int width) {
-    Emf emf;
-    return write(font(emf, "Arial", height, width), {'H'}, 0).play();
-  };
-  EXPECT_EQ(inkIn(written(-8, 0), 0, 14, 40, 30), 0);
-  EXPECT_GT(inkIn(written(-24, 0), 0, 14, 40, 30), 10);
-  EXPECT_EQ(inkIn(written(-24, 5), 12, 0, 40, 30), 0);
-  EXPECT_GT(inkIn(written(-24, 25), 20, 0, 40, 30), 10);
-}
-
-TEST(MetafileLetters, AreToldByTheNumbersOfGlyphsWhereTheFaceOrdersThemAsUsual) {
-  const auto written = [](const std::string& face, std::uint32_t code, std::uint32_t options) {
-    Emf emf;
-    return write(font(emf, face, -16), {code}, options).play();
-  };
-  constexpr std::uint32_t kGlyphs = 0x10;
-  EXPECT_TRUE(isPicture(written("Arial", 'H' - 29, kGlyphs), written("Arial", 'H', 0)));
-  // Of other faces only the place is known: a box stands there, but not for a space.
-  const Bitmap box = written("Nothing", 'H' - 29, kGlyphs);
-  EXPECT_GT(inkIn(box, 0, 0, 20, 25), 10);
-  EXPECT_FALSE(isPicture(box, written("Nothing", 'H', 0)));
-  EXPECT_EQ(inkIn(written("Nothing", 3, kGlyphs), 0, 0, 40, 30), 0);
-}
-
-TEST(MetafileLetters, ShortRecordsHoldThemInBytesOrPairs) {
-  Emf longer, small, wide;
-  const Bitmap wanted = write(longer.record(18, {1}), {'H', 'i'}, 0).play();
-  const auto shortRecord = [](std::uint32_t options) {
-    return Builder().le32(2).le32(2).le32(2).le32(options).le32(1).le32(bits(1)).le32(bits(1));
-  };
-  EXPECT_TRUE(isPicture(small.record(18, {1}).record(108, shortRecord(0x300).text("Hi")).play(), wanted));
-  EXPECT_TRUE(
-      isPicture(wide.record(18, {1}).record(108, shortRecord(0x100).le16('H').le16('i')).play(), wanted));
-}
-
-TEST(MetafileLetters, ShowOnlyWithinTheirBoxIfTheyAreClipped) {
-  const auto written = [](std::uint32_t options) {
-    Emf emf;
-    Builder b =
-        Builder().fill(16).le32(1).le32(bits(1)).le32(bits(1)).le32(2).le32(2).le32(2).le32(76).le32(options);
-    b.le32(0).le32(0).le32(8).le32(30).le32(0).le16('H').le16('H');
-    return font(emf, "Arial", -12).record(84, b).play();
-  };
-  EXPECT_GT(inkIn(written(0), 9, 0, 40, 30), 5);
-  EXPECT_EQ(inkIn(written(4), 9, 0, 40, 30), 0);
-  EXPECT_GT(inkIn(written(4), 0, 0, 8, 30), 5);
-}
-
 /// A plain Windows metafile of 40 x 30 pixels.
 Wmf page() { return Wmf().record(0x020B, {0, 0}).record(0x020C, {30, 40}); }
 
 Bitmap played(const Wmf& wmf) { return decode(wmf.file(false)).bitmap; }
-
-TEST(MetafileLetters, AreReadInTheCodePageOfTheFont) {
-  const auto written = [](int charset, int code) {
-    const Builder font = Builder()
-                             .le16(static_cast<std::uint32_t>(-16 & 0xFFFF))
-                             .fill(8)
-                             .le16(0)
-                             .u8({0, charset, 0, 0, 0, 0})
-                             .text("Arial")
-                             .u8({0});
-    return played(page()
-                      .record(0x0102, {1})
-                      .record(0x02FB, font)
-                      .record(0x012D, {0})
-                      .record(0x0521, Builder().le16(1).u8({code, 0}).le16(2).le16(2)));
-  };
-  // In the Cyrillic code page 0xC6 is the letter 0x416, in the Greek one 0x396, which looks like a Z.
-  EXPECT_FALSE(isPicture(written(204, 0xC6), written(0, 0xC6)));
-  EXPECT_FALSE(isPicture(written(204, 0xC6), written(161, 0xC6)));
-  EXPECT_TRUE(isPicture(written(161, 0xC6), written(0, 'Z'), 160)) << "much alike";
-}
 
 TEST(WmfRecords, RegionsAreClippedToAndPainted) {
   const Builder region =
