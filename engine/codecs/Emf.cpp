@@ -10,7 +10,6 @@
 #include "Formats.h"
 #include "Metafile.h"
 #include "MetafileDib.h"
-#include "engine/pixels/Opaque.h"
 
 // An enhanced metafile: records of a type, a size and parameters, the first of which tells the frame in
 // hundredths of a millimetre. It is played at the 96 pixels per inch that such pictures are shown with.
@@ -18,12 +17,12 @@
 namespace kestrel::engine::emf {
 namespace {
 
-constexpr double kPixelsPerInch = 96;
+using metafile::kPixelsPerInch;
 constexpr double kPixelsPerHundredth = kPixelsPerInch / 2540;
 constexpr std::uint32_t kSignature = 0x464D4520;  // " EMF"
 
 struct Frame {
-  std::int32_t width = 0, height = 0;
+  double width = 0, height = 0;
   cairo_matrix_t device{1, 0, 0, 1, 0, 0};
 };
 
@@ -45,9 +44,12 @@ Frame readFrame(Bytes data) {
   frame.device = {sx, 0, 0, sy, -left * kPixelsPerHundredth, -top * kPixelsPerHundredth};
   const double centreX = (boundsLeft + boundsRight) / 2 * sx + frame.device.x0;
   const double centreY = (boundsTop + boundsBottom) / 2 * sy + frame.device.y0;
+  const bool isEmpty = boundsRight < boundsLeft || boundsBottom < boundsTop;
   const bool across = width > 0 && centreX >= 0 && centreX <= width;
   const bool down = height > 0 && centreY >= 0 && centreY <= height;
-  if (across && height > 0 && centreY < 0 && -centreY <= height && top == 0) {
+  if (isEmpty && width > 0 && height > 0) {
+    // Without anything drawn the frame alone counts.
+  } else if (across && height > 0 && centreY < 0 && -centreY <= height && top == 0) {
     // Drawn with a vertical axis that counts upwards, which the file does not tell: it lies above its frame,
     // and turned over it lies within.
     frame.device.yy = -sy;
@@ -59,9 +61,8 @@ Frame readFrame(Bytes data) {
     frame.device.x0 = -boundsLeft * sx;
     frame.device.y0 = -boundsTop * sy;
   }
-  constexpr double kMost = 1e6;
-  frame.width = static_cast<std::int32_t>(std::clamp(std::round(width), 0.0, kMost));
-  frame.height = static_cast<std::int32_t>(std::clamp(std::round(height), 0.0, kMost));
+  frame.width = std::max(0.0, std::round(width));
+  frame.height = std::max(0.0, std::round(height));
   return frame;
 }
 
@@ -78,22 +79,20 @@ bool probe(Bytes data) {
 metafile::Drawing draw(Bytes data, metafile::Work& work) {
   if (!probe(data)) refusePicture("The EMF file is damaged: its header is missing.");
   const Frame frame = readFrame(data);
-  metafile::checkDrawingSize(frame.width, frame.height, data.size());
-  metafile::Canvas canvas(frame.width, frame.height, work);
-  metafile::Player player(canvas, frame.device);
+  const metafile::DrawingSize size = metafile::sizeToPlay(frame.width, frame.height, data.size());
+  metafile::Canvas canvas(size.width, size.height, work);
+  cairo_matrix_t device{};
+  cairo_matrix_init_scale(&device, size.scale, size.scale);
+  cairo_matrix_multiply(&device, &frame.device, &device);
+  metafile::Player player(canvas, device, size.scale);
   const bool complete = Playback(player, data).run();
-  return {canvas.finish(), complete};
+  player.showHeldMask();
+  return {canvas.finish(), complete, size};
 }
 
 Decoded decode(Bytes data) {
   metafile::Work work(data.size());
-  metafile::Drawing drawing = draw(data, work);
-  Decoded decoded;
-  decoded.notice = noticeOf(drawing, work);
-  decoded.bitmap = std::move(drawing.bitmap);
-  decoded.stored.hasAlpha = !isOpaque(decoded.bitmap.pixels());
-  decoded.metadata.resolutionX = decoded.metadata.resolutionY = kPixelsPerInch;
-  return decoded;
+  return decodedFrom(draw(data, work), work);
 }
 
 /// The picture as one bitmap record, at 96 pixels per inch.

@@ -137,6 +137,7 @@ void Playback::blit(std::uint32_t type, ByteReader& r) {
   } else {
     picture.bitmap = source.picture(colors);
   }
+  if (type == kBitBlt) picture.source = withinBitmap(picture.source, picture.bitmap);
   if (type == kTransparentBlt) {
     if (!picture.bitmap.empty()) clearColor(picture.bitmap, {operation});
     picture.operation = kCopy;

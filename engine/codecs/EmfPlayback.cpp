@@ -42,7 +42,17 @@ bool Playback::run() {
   return player_.canvas().work().exhausted;
 }
 
+/// Whether a mask may go on waiting for its picture: these records neither draw anything else nor change
+/// where it is drawn.
+static bool letsMaskWait(std::uint32_t type) {
+  constexpr std::uint32_t kWaits[] = {kBitBlt,       kStretchBlt,   kStretchDib,    kSetBackMode,
+                                      kSetBackColor, kSetTextColor, kSelect,        kDelete,
+                                      kCreateBrush,  kCreatePen,    kSetStretchMode};
+  return std::ranges::find(kWaits, type) != std::end(kWaits);
+}
+
 void Playback::play(std::uint32_t type, ByteReader& r) {
+  if (!letsMaskWait(type)) player_.showHeldMask();
   if (type == kComment) return comment(r);
   if (!plainPlays_) return;
   if (!playState(type, r) && !playMapping(type, r) && !playClip(type, r) && !playObject(type, r) &&

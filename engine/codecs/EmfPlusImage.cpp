@@ -148,11 +148,16 @@ Bitmap readMetafile(Bytes file, metafile::Work& work) {
   if (work.depth == 0) return {};
   --work.depth;
   Bitmap bitmap;
+  // Places in it count the pixels of its natural size.
+  const auto taken = [](metafile::Drawing drawing) {
+    return drawing.size.scale == 1 ? std::move(drawing.bitmap) : Bitmap();
+  };
+  constexpr double kAsItIs = 1e6;
   try {
     if (emf::probe(file)) {
-      bitmap = emf::draw(file, work).bitmap;
+      bitmap = taken(emf::draw(file, work));
     } else if (wmf::probe(file)) {
-      bitmap = wmf::draw(file, work).bitmap;
+      bitmap = taken(wmf::draw(file, work, kAsItIs));
     }
   } catch (const RuntimeError&) {
     // A damaged part does not spoil the whole.

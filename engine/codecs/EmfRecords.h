@@ -25,6 +25,7 @@ enum Record : std::uint32_t {
   kSetBackMode = 18,
   kSetFillMode = 19,
   kSetRasterOperation = 20,
+  kSetStretchMode = 21,
   kSetTextAlign = 22,
   kSetTextColor = 24,
   kSetBackColor = 25,

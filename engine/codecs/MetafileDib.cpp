@@ -1,6 +1,7 @@
 #include "MetafileDib.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 #include "ByteReader.h"
@@ -137,6 +138,88 @@ bool isTopDown(Bytes header) {
   return layoutOf(header).height < 0;
 }
 
+Rect withinBitmap(const Rect& part, const Bitmap& bitmap) {
+  Rect result = part;
+  if (bitmap.empty()) return result;
+  if (part.right - part.left > bitmap.width()) {
+    result.left = 0;
+    result.right = bitmap.width();
+  }
+  if (part.bottom - part.top > bitmap.height()) {
+    result.top = 0;
+    result.bottom = bitmap.height();
+  }
+  return result;
+}
+
+namespace {
+
+/// The colours that a device always has: of 4 bits all, of 8 bits the first eight and last eight with two
+/// more between.
+constexpr std::array<Pixel, 16> kDeviceColors{{{0, 0, 0, 255},
+                                               {128, 0, 0, 255},
+                                               {0, 128, 0, 255},
+                                               {128, 128, 0, 255},
+                                               {0, 0, 128, 255},
+                                               {128, 0, 128, 255},
+                                               {0, 128, 128, 255},
+                                               {192, 192, 192, 255},
+                                               {128, 128, 128, 255},
+                                               {255, 0, 0, 255},
+                                               {0, 255, 0, 255},
+                                               {255, 255, 0, 255},
+                                               {0, 0, 255, 255},
+                                               {255, 0, 255, 255},
+                                               {0, 255, 255, 255},
+                                               {255, 255, 255, 255}}};
+
+Pixel deviceColor8(std::uint8_t index) {
+  constexpr Pixel kMoneyGreen{192, 220, 192, 255}, kSkyBlue{166, 202, 240, 255}, kCream{255, 251, 240, 255},
+      kMediumGray{160, 160, 164, 255};
+  if (index < 8) return kDeviceColors[index];
+  if (index >= 248) return kDeviceColors[index - 240U];
+  switch (index) {
+    case 8:
+      return kMoneyGreen;
+    case 9:
+      return kSkyBlue;
+    case 246:
+      return kCream;
+    case 247:
+      return kMediumGray;
+    default:
+      break;
+  }
+  const auto part = [index](int shift, int largest) {
+    return static_cast<std::uint8_t>((index >> shift & largest) * 255 / largest);
+  };
+  return {part(5, 7), part(2, 7), part(0, 3), 255};
+}
+
+/// A pixel of a row of a device's bitmap.
+Pixel deviceColor(const std::uint8_t* row, std::int32_t x, std::uint8_t bits) {
+  const std::uint8_t* const at = row + std::ptrdiff_t{x} * bits / 8;
+  switch (bits) {
+    case 1:
+      return kDeviceColors[(at[0] >> (7 - x % 8) & 1) != 0 ? 15 : 0];
+    case 4:
+      return kDeviceColors[at[0] >> (x % 2 == 0 ? 4 : 0) & 0xF];
+    case 8:
+      return deviceColor8(at[0]);
+    case 16: {
+      const int value = at[0] | at[1] << 8;
+      const auto part = [value](int shift) {
+        return static_cast<std::uint8_t>(((value >> shift & 31) * 255 + 15) / 31);
+      };
+      return {part(10), part(5), part(0), 255};
+    }
+    default:
+      return {at[2], at[1], at[0], 255};
+  }
+}
+
+}  // namespace
+
 Bitmap decodeDeviceBitmap(Bytes data) {
   ByteReader r(data);
   r.skip(2);
@@ -144,8 +227,9 @@ Bitmap decodeDeviceBitmap(Bytes data) {
   const std::size_t stride = r.u16();
   const std::uint8_t planes = r.u8(), bits = r.u8();
   const Bytes pixels = r.take(r.remaining());
+  constexpr std::array<std::uint8_t, 6> kBits{1, 4, 8, 16, 24, 32};
   const std::size_t needed = (static_cast<std::size_t>(width) * bits + 7) / 8;
-  if (width == 0 || height == 0 || planes != 1 || (bits != 1 && bits != 24 && bits != 32) ||
+  if (width == 0 || height == 0 || planes != 1 || std::ranges::find(kBits, bits) == kBits.end() ||
       stride < needed || pixels.size() / stride < static_cast<std::size_t>(height))
     return {};
   Bitmap bitmap = Bitmap::uninitialized(width, height);
@@ -154,10 +238,8 @@ Bitmap decodeDeviceBitmap(Bytes data) {
     const std::uint8_t* const from = pixels.data() + static_cast<std::size_t>(y) * stride;
     std::uint8_t* to = rows.row(y);
     for (std::int32_t x = 0; x < width; ++x, to += 4) {
-      const std::uint8_t* const color = from + std::ptrdiff_t{x} * bits / 8;
-      const std::uint8_t gray = (color[0] >> (7 - x % 8) & 1) != 0 ? 255 : 0;
-      for (int i = 0; i < 3; ++i) to[i] = bits == 1 ? gray : color[2 - i];
-      to[3] = 255;
+      const Pixel pixel = deviceColor(from, x, bits);
+      std::memcpy(to, &pixel, sizeof pixel);
     }
   }
   return bitmap;

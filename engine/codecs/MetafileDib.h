@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "Codecs.h"
+#include "MetafileCanvas.h"
 
 namespace kestrel::engine::metafile {
 
@@ -24,11 +25,17 @@ Bitmap decodeDib(Bytes header, Bytes pixels, DibColors colors = DibColors::rgb);
 /// As `decodeDib`, with the alpha of 32-bit pixels, by which their colours are already multiplied.
 Bitmap decodeDibWithAlpha(Bytes header, Bytes pixels);
 
+/// The part of a bitmap that a copy pixel for pixel takes. Along a side that is longer than the bitmap's it
+/// is the whole bitmap, which is then stretched.
+Rect withinBitmap(const Rect& part, const Bitmap& bitmap);
+
 /// Whether its rows run from the top down.
 bool isTopDown(Bytes header);
 
 /// A bitmap of the device that drew the file: width, height, bytes in a row, planes, bits, rows from the top.
-/// Only those of one plane and 1, 24 or 32 bits tell what they look like; others are empty.
+/// Those of 1 bit are black and white, of 4 and 8 bits in the standard palette, of 16 bits in 5 bits a
+/// colour. Of 8 bits only the first and last ten entries are the same on all devices; 3, 3 and 2 bits of red,
+/// green and blue stand in for the others. Empty for other numbers of bits or several planes.
 Bitmap decodeDeviceBitmap(Bytes bitmap);
 
 /// A bitmap of 24 bits per pixel, flattened on white, as `decodeDib` reads it.

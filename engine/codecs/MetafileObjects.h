@@ -22,6 +22,9 @@ struct Color {
 struct Brush {
   enum class Kind { solid, none, hatched, pattern } kind = Kind::solid;
   Color color{0xFFFFFF};
+  /// Hatches from here on have no lines: 6 and 7 are of the brush's colour, 8 and 9 of the text's, 10 and 11
+  /// of the back's, the second of each pair dithered on devices of few colours.
+  static constexpr std::uint32_t kFirstPlainHatch = 6;
   std::uint32_t hatch = 0;  ///< 0 across, 1 down, 2 falling, 3 rising, 4 cross, 5 diagonal cross
   Bitmap pattern;
   bool ofTextColors = false;  ///< the pattern's black and white stand for the text's and the back's colour

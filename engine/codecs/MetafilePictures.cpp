@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "MetafilePlayer.h"
 
@@ -19,6 +20,47 @@ Bitmap asAlpha(const Bitmap& mask) {
   return result;
 }
 
+constexpr std::uint32_t kCopyOperation = 0xCC0020;
+constexpr std::uint8_t kAnd = 0x88;
+
+std::uint8_t operationOf(const Player::Picture& picture) {
+  return static_cast<std::uint8_t>(picture.operation >> 16);
+}
+
+bool isNear(const Point& a, const Point& b) {
+  return std::abs(a.x - b.x) < 1e-3 && std::abs(a.y - b.y) < 1e-3;
+}
+
+bool isSame(const Rect& a, const Rect& b) {
+  return a.left == b.left && a.top == b.top && a.right == b.right && a.bottom == b.bottom;
+}
+
+/// Whether each pixel of the bitmap is one of the canvas.
+bool isExact(const Player::Corners& corners, const Player::Picture& picture) {
+  const Rect& source = picture.source;
+  const auto& [at, right, below] = corners;
+  return isNear(right, {at.x + source.right - source.left, at.y}) &&
+         isNear(below, {at.x, at.y + source.bottom - source.top});
+}
+
+/// Makes the picture transparent where the mask is white. False if the mask is not black and white alone, or
+/// the picture not black there.
+bool clearOutside(Bitmap& picture, const Bitmap& mask) {
+  const Pixels pixels = picture.writable();
+  const ConstPixels masks = mask.pixels();
+  for (std::int32_t y = 0; y < pixels.height; ++y) {
+    std::uint8_t* p = pixels.row(y);
+    const std::uint8_t* m = masks.row(y);
+    for (std::int32_t x = 0; x < pixels.width; ++x, p += 4, m += 4) {
+      const bool black = (m[0] | m[1] | m[2]) == 0, white = (m[0] & m[1] & m[2]) == 0xFF;
+      if (!black && !white) return false;
+      if (white && (p[0] | p[1] | p[2]) != 0) return false;
+      if (white) p[3] = 0;
+    }
+  }
+  return true;
+}
+
 bool takesBrush(std::uint8_t operation) { return ((operation >> 4 ^ operation) & 0x0F) != 0; }
 bool takesSource(std::uint8_t operation) { return ((operation >> 2 ^ operation) & 0x33) != 0; }
 
@@ -31,14 +73,51 @@ void Player::picture(const Rect& target, const Picture& what) {
 }
 
 void Player::picture(const Corners& corners, const Picture& what) {
+  const Corners placed{toPicture(corners[0]), toPicture(corners[1]), toPicture(corners[2])};
+  if (held_) {
+    const HeldMask mask = std::move(*std::exchange(held_, std::nullopt));
+    if (drawJoined(mask, placed, what)) return;
+    drawPicture(mask.corners, mask.picture);
+  }
+  if (operationOf(what) == kAnd && !what.bitmap.empty() && what.mask.empty() && !isExact(placed, what)) {
+    held_ = {placed, what};
+  } else {
+    drawPicture(placed, what);
+  }
+}
+
+void Player::showHeldMask() {
+  if (!held_) return;
+  const HeldMask mask = std::move(*std::exchange(held_, std::nullopt));
+  drawPicture(mask.corners, mask.picture);
+}
+
+/// Draws the mask and the picture at once if they are a pair. False if they are not.
+bool Player::drawJoined(const HeldMask& mask, const Corners& corners, const Picture& what) {
+  constexpr std::uint8_t kOr = 0xEE, kXor = 0x66;
+  const Bitmap& hole = mask.picture.bitmap;
+  const bool pair = (operationOf(what) == kOr || operationOf(what) == kXor) && what.mask.empty() &&
+                    what.bitmap.width() == hole.width() && what.bitmap.height() == hole.height() &&
+                    isSame(mask.picture.source, what.source) &&
+                    std::ranges::equal(mask.corners, corners, isNear);
+  if (!pair || !canvas_.work().take(4.0 * hole.width() * hole.height())) return false;
+  Picture joined = what;
+  if (!clearOutside(joined.bitmap, hole)) return false;
+  joined.operation = kCopyOperation;
+  drawPicture(corners, joined);
+  return true;
+}
+
+/// The corners are pixels of the canvas.
+void Player::drawPicture(const Corners& corners, const Picture& what) {
   constexpr std::uint8_t kCopy = 0xCC, kBrush = 0xF0, kBlack = 0x00, kWhite = 0xFF;
-  const auto operation = static_cast<std::uint8_t>(what.operation >> 16);
+  const std::uint8_t operation = operationOf(what);
   const double width = what.source.right - what.source.left, height = what.source.bottom - what.source.top;
   const bool source = takesSource(operation), brush = takesBrush(operation);
   if (source && (what.bitmap.empty() || width == 0 || height == 0)) return;
   cairo_t* const c = canvas_.context();
 
-  const Point at = toPicture(corners[0]), right = toPicture(corners[1]), below = toPicture(corners[2]);
+  const auto& [at, right, below] = corners;
   canvas_.newPath();
   canvas_.polygon({at, right, {right.x + below.x - at.x, right.y + below.y - at.y}, below});
   const Rect extents = canvas_.filledExtents();

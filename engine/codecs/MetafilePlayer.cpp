@@ -42,10 +42,25 @@ Bitmap hatchTile(const Brush& brush, bool opaque, Color back) {
     for (int x = 0; x < 8; ++x) {
       const bool across = y == 4, down = x == 4, falling = x == y, rising = x + y == 7;
       const bool on[] = {across, down, falling, rising, across || down, falling || rising};
-      if (on[std::min<std::uint32_t>(brush.hatch, 5)]) std::memcpy(pixels.row(y) + 4 * x, &line, 4);
+      if (on[brush.hatch]) std::memcpy(pixels.row(y) + 4 * x, &line, 4);
     }
   }
   return tile;
+}
+
+/// The colour of a hatch that has no lines.
+Color plainHatchColor(const Brush& brush, const State& state) {
+  constexpr std::uint32_t kText = 8, kDitheredText = 9, kBack = 10, kDitheredBack = 11;
+  switch (brush.hatch) {
+    case kText:
+    case kDitheredText:
+      return state.textColor;
+    case kBack:
+    case kDitheredBack:
+      return state.backColor;
+    default:
+      return brush.color;
+  }
 }
 
 /// The pattern in two colours instead of its black and white.
@@ -71,7 +86,8 @@ std::uint8_t ternaryOf(std::uint32_t binary) {
 
 }  // namespace
 
-Player::Player(Canvas& canvas, const cairo_matrix_t& device) : canvas_(canvas), device_(device) {}
+Player::Player(Canvas& canvas, const cairo_matrix_t& device, double scale)
+    : canvas_(canvas), device_(device), naturalScale_(scale) {}
 
 void Player::save() {
   if (saved_.size() < kMostSaved) saved_.push_back(state_);
@@ -96,8 +112,8 @@ cairo_matrix_t Player::page() const {
     page.y0 = m.viewportOrigin.y - m.windowOrigin.y;
   } else if (m.mode < kIsotropic) {
     // A physical measure is so many pixels of the picture, whatever the device's are; it counts upwards.
-    page.xx = unitsOf(m.mode) / device_.xx;
-    page.yy = -unitsOf(m.mode) / device_.yy;
+    page.xx = unitsOf(m.mode) * naturalScale_ / device_.xx;
+    page.yy = -unitsOf(m.mode) * naturalScale_ / device_.yy;
     page.x0 = m.viewportOrigin.x - m.windowOrigin.x * page.xx;
     page.y0 = m.viewportOrigin.y - m.windowOrigin.y * page.yy;
   } else {
@@ -145,6 +161,10 @@ void Player::setSource(Color color, double opacity) {
 /// False if there is nothing to paint with.
 bool Player::setBrushSource(const Brush& brush) {
   if (brush.kind == Brush::Kind::none) return false;
+  if (brush.kind == Brush::Kind::hatched && brush.hatch >= Brush::kFirstPlainHatch) {
+    setSource(plainHatchColor(brush, state_));
+    return true;
+  }
   if (brush.kind == Brush::Kind::solid || (brush.kind == Brush::Kind::pattern && brush.pattern.empty())) {
     setSource(brush.color);
     return true;
@@ -230,7 +250,8 @@ void Player::strokePresentPath() {
   const Pen& pen = state_.pen;
   if (pen.style == Pen::kNone || !setBrushSource(pen.ink)) return;
   constexpr double kWidest = 1e6;
-  const double width = std::clamp(std::abs(pen.width) * scale(), 1.0, kWidest);
+  const double thinnest = pen.geometric && pen.width != 0 ? 0.5 : 1;
+  const double width = std::clamp(std::abs(pen.width) * scale(), thinnest, kWidest);
   cairo_set_line_width(c, width);
   cairo_set_line_cap(c, pen.cap == Pen::kRoundCap    ? CAIRO_LINE_CAP_ROUND
                         : pen.cap == Pen::kSquareCap ? CAIRO_LINE_CAP_SQUARE

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -51,8 +52,9 @@ struct ColoredPoint {
 /// Coordinates are logical ones of the present mapping.
 class Player {
  public:
-  /// `device` turns device units to pixels of the canvas.
-  Player(Canvas& canvas, const cairo_matrix_t& device);
+  /// `device` turns device units to pixels of the canvas, of which there are `scale` for one of the natural
+  /// size of 96 per inch.
+  Player(Canvas& canvas, const cairo_matrix_t& device, double scale = 1);
 
   State& state() { return state_; }
   Canvas& canvas() { return canvas_; }
@@ -115,9 +117,22 @@ class Player {
   };
   void picture(const Corners& corners, const Picture& picture);
   void picture(const Rect& target, const Picture& picture);
+  /// Draws a mask that waits for its picture (see `HeldMask`). Due before each command that draws something
+  /// else or changes the clip, and at the end.
+  void showHeldMask();
 
  private:
   struct LineOfText;
+  /// Icons are drawn in two steps: a mask that blackens the place, by AND, and a picture on black, by OR or
+  /// XOR. Where these are stretched they are drawn at once, as a picture with transparent parts, so that it
+  /// can be smoothed; bits that are mixed cannot.
+  struct HeldMask {
+    Corners corners;  ///< in pixels of the canvas
+    Picture picture;
+  };
+
+  void drawPicture(const Corners& corners, const Picture& picture);
+  bool drawJoined(const HeldMask& mask, const Corners& corners, const Picture& picture);
 
   cairo_matrix_t page() const;
   bool mirrorsOneAxis() const;
@@ -141,8 +156,10 @@ class Player {
 
   Canvas& canvas_;
   cairo_matrix_t device_;
+  double naturalScale_;
   State state_;
   std::vector<State> saved_;
+  std::optional<HeldMask> held_;
   bool inPath_ = false;
 };
 

@@ -12,7 +12,6 @@
 #include "MetafileDib.h"
 #include "MetafilePlayer.h"
 #include "WmfPlayback.h"
-#include "engine/pixels/Opaque.h"
 
 // A Windows metafile: an optional header that makes it "placeable" by telling a frame and its units per inch,
 // a header, and records of a size in words, a number and parameters, mostly from the last to the first. It is
@@ -23,7 +22,6 @@ namespace {
 
 using namespace metafile;
 
-constexpr double kPixelsPerInch = 96;
 constexpr std::uint32_t kPlaceable = 0x9AC6CDD7;
 constexpr std::size_t kPlaceableSize = 22;
 constexpr std::size_t kHeaderSize = 18;
@@ -73,8 +71,9 @@ Frame placeableFrame(Bytes data) {
           std::abs(bottom - top) * scale};
 }
 
-/// Without a header that tells, the first window is the frame.
-Frame windowFrame(Bytes records) {
+/// Without a header that tells, the first window is the frame, whose units are pixels unless that makes a
+/// side longer than `longest`.
+Frame windowFrame(Bytes records, double longest) {
   std::optional<Point> origin, extent;
   eachRecord(records, [&](std::uint16_t number, Bytes parameters) {
     if (parameters.size() < 4 || (number != kSetWindowOrigin && number != kSetWindowExtent)) return;
@@ -85,46 +84,43 @@ Frame windowFrame(Bytes records) {
     if (number == kSetWindowExtent && !extent) extent = p;
   });
   const Point size = extent.value_or(Point{640, 480});
-  return {origin.value_or(Point{}), size, std::abs(size.x), std::abs(size.y)};
+  const double width = std::abs(size.x), height = std::abs(size.y);
+  const double scale = std::min(1.0, longest / std::max({width, height, 1.0}));
+  const auto scaled = [scale](double side) { return side > 0 ? std::max(1.0, side * scale) : 0; };
+  return {origin.value_or(Point{}), size, scaled(width), scaled(height)};
 }
 
 }  // namespace
 
 bool probe(Bytes data) { return isPlaceable(data) || isHeader(data); }
 
-Drawing draw(Bytes data, Work& work) {
+Drawing draw(Bytes data, Work& work, double longestWithoutMeasure) {
   if (!probe(data)) refusePicture("The WMF file is damaged: its header is missing.");
   const bool placeable = isPlaceable(data);
   const Bytes records = data.subspan(std::min(data.size(), (placeable ? kPlaceableSize : 0) + kHeaderSize));
-  const Frame frame = placeable ? placeableFrame(data) : windowFrame(records);
-  const auto width = static_cast<std::int32_t>(std::lround(std::min(frame.width, 1e6)));
-  const auto height = static_cast<std::int32_t>(std::lround(std::min(frame.height, 1e6)));
-  checkDrawingSize(width, height, data.size());
+  const Frame frame = placeable ? placeableFrame(data) : windowFrame(records, longestWithoutMeasure);
+  const DrawingSize size = sizeToPlay(std::round(frame.width), std::round(frame.height), data.size());
 
-  Canvas canvas(width, height, work);
+  Canvas canvas(size.width, size.height, work);
   Player player(canvas, {1, 0, 0, 1, 0, 0});
   constexpr std::uint32_t kWindowOnViewport = 8;
   player.state().mapping = {kWindowOnViewport,
                             frame.origin,
                             frame.extent,
                             {},
-                            {static_cast<double>(width), static_cast<double>(height)},
+                            {static_cast<double>(size.width), static_cast<double>(size.height)},
                             {1, 0, 0, 1, 0, 0}};
   Playback playback(player);
   const bool complete =
       eachRecord(records, [&](std::uint16_t number, Bytes parameters) { playback.play(number, parameters); });
-  return {canvas.finish(), complete};
+  player.showHeldMask();
+  return {canvas.finish(), complete, size};
 }
 
 Decoded decode(Bytes data) {
+  constexpr double kLongestWithoutMeasure = 1024;
   Work work(data.size());
-  Drawing drawing = draw(data, work);
-  Decoded decoded;
-  decoded.notice = noticeOf(drawing, work);
-  decoded.bitmap = std::move(drawing.bitmap);
-  decoded.stored.hasAlpha = !isOpaque(decoded.bitmap.pixels());
-  decoded.metadata.resolutionX = decoded.metadata.resolutionY = kPixelsPerInch;
-  return decoded;
+  return decodedFrom(draw(data, work, kLongestWithoutMeasure), work);
 }
 
 /// The picture as one bitmap record in a placeable file of 96 units per inch.

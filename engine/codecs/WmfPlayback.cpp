@@ -79,11 +79,21 @@ Region readRegion(ByteReader& r) {
   return region;
 }
 
+/// Whether a mask may go on waiting for its picture: these records neither draw anything else nor change
+/// where it is drawn.
+bool letsMaskWait(std::uint16_t number) {
+  constexpr std::uint16_t kWaits[] = {kBitBlt,         kStretchBlt,  kDibBitBlt,    kDibStretchBlt,
+                                      kStretchDib,     kSetBackMode, kSetBackColor, kSetTextColor,
+                                      kSetStretchMode, kCreateBrush, kCreatePen,    kDelete};
+  return std::ranges::find(kWaits, number) != std::end(kWaits);
+}
+
 }  // namespace
 
 void Playback::play(std::uint16_t number, Bytes parameters) {
   if (player_.canvas().work().exhausted) return;
   try {
+    if (!letsMaskWait(number)) player_.showHeldMask();
     ByteReader r(parameters);
     if (!playState(number, r) && !playClip(number, r) && !playObject(number, parameters) &&
         !playShape(number, r) && !playRegion(number, r) && !playText(number, r))
@@ -429,6 +439,7 @@ void Playback::blit(std::uint16_t number, Bytes parameters) {
   // There the rows are counted from the lower end of a bitmap that is stored from there.
   if (number == kStretchDib && !isTopDown(stored)) from.y = picture.bitmap.height() - from.y - taken.y;
   picture.source = {from.x, from.y, from.x + taken.x, from.y + taken.y};
+  if (!stretches) picture.source = withinBitmap(picture.source, picture.bitmap);
   player_.picture(Rect{at.x, at.y, at.x + size.x, at.y + size.y}, picture);
 }
 

@@ -14,6 +14,7 @@ namespace kestrel::engine::wmf {
 enum Record : std::uint16_t {
   kEnd = 0x0000,
   kSave = 0x001E,
+  kSetStretchMode = 0x0107,
   kSetBackMode = 0x0102,
   kSetMapMode = 0x0103,
   kSetRasterOperation = 0x0104,

@@ -153,6 +153,14 @@ class Wmf {
   Builder records_;
 };
 
+inline std::uint32_t number(int value) { return static_cast<std::uint32_t>(value); }
+
+inline Builder words(std::initializer_list<int> values) {
+  Builder b;
+  for (const int v : values) b.le32(number(v));
+  return b;
+}
+
 /// A bitmap of 24 bits, its rows from the bottom up, as records hold it: header and pixels.
 struct Dib {
   Builder header, pixels;

@@ -11,8 +11,6 @@ namespace {
 
 using namespace test;
 
-std::uint32_t number(int value) { return static_cast<std::uint32_t>(value); }
-
 /// Parts of a font record.
 struct FontRecord {
   std::string face;

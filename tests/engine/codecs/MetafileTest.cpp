@@ -206,5 +206,74 @@ TEST(WmfFile, IsNotWrittenLargerThanItsNumbersReach) {
   EXPECT_EQ(errorOf([] { encode(Bitmap::filled(32'768, 1), {}, format::kWmf); }), 5);
 }
 
+TEST(EmfFrame, ADrawingThatLiesAboveItsFrameIsTurnedOver) {
+  std::vector<std::uint8_t> file = Emf().noPen().brush(kRedColor).record(43, {0, number(-10), 40, 0}).file();
+  // Bounds from -29 to -1.
+  const Builder bounds = words({0, -29, 39, -1});
+  std::copy(bounds.bytes.begin(), bounds.bytes.end(), file.begin() + 8);
+  const Bitmap bitmap = decode(file).bitmap;
+  EXPECT_EQ(bitmap.height(), 30);
+  EXPECT_EQ(bitmap.at(20, 5), kRed);
+  EXPECT_EQ(bitmap.at(20, 15), kNothing);
+}
+
+/// A drawing of a red box over the whole page, whose frame is so many hundredths of a millimetre.
+Decoded framed(int width, int height, const Builder& bounds) {
+  Emf emf;
+  emf.noPen().brush(kRedColor).record(17, {3});  // hundredths of a millimetre, counted upwards
+  std::vector<std::uint8_t> file = emf.box(0, 0, number(width), number(-height)).file();
+  const Builder frame = words({0, 0, width, height});
+  std::copy(bounds.bytes.begin(), bounds.bytes.end(), file.begin() + 8);
+  std::copy(frame.bytes.begin(), frame.bytes.end(), file.begin() + 24);
+  return decode(file);
+}
+
+TEST(EmfFrame, ADrawingTooLargeAtItsNaturalSizeOpensSmallerAndSaysSo) {
+  // 3200 mm are 12094 pixels at 96 per inch, and 146 megapixels are too many: 25 are left. 20000 mm are 75591
+  // pixels, of which 32000 are left.
+  const Decoded square = framed(320'000, 320'000, words({0, 0, 12093, 12093}));
+  EXPECT_EQ(square.bitmap.width(), 5000);
+  EXPECT_EQ(square.bitmap.height(), 5000);
+  EXPECT_NEAR(square.metadata.resolutionX, 96.0 * 5000 / 12094, 0.01);
+  EXPECT_EQ(
+      square.notice,
+      "The drawing is too large at its natural size of 12094 x 12094 pixels: it was opened at 5000 x 5000 "
+      "pixels.");
+  EXPECT_EQ(square.bitmap.at(10, 10), kRed);
+  EXPECT_EQ(square.bitmap.at(4990, 4990), kRed) << "the drawing shrinks with the picture";
+
+  const Decoded wide = framed(2'000'000, 100, words({0, 0, 75590, 3}));
+  EXPECT_EQ(wide.bitmap.width(), 32000);
+  EXPECT_EQ(wide.bitmap.height(), 2);
+  EXPECT_NEAR(wide.metadata.resolutionY, 96.0 * 32000 / 75591, 0.01);
+}
+
+TEST(EmfFrame, AnEmptyDrawingHasItsFramesSize) {
+  // 25.4 mm are an inch.
+  const Decoded empty = framed(2540, 1270, words({0, 0, -1, -1}));
+  EXPECT_EQ(empty.bitmap.width(), 96);
+  EXPECT_EQ(empty.bitmap.height(), 48);
+  EXPECT_TRUE(empty.notice.empty());
+  EXPECT_EQ(empty.metadata.resolutionX, 96);
+}
+
+TEST(WmfFrame, WithoutAMeasureTheLongerSideHasAtMost1024Pixels) {
+  const Decoded decoded = decode(Wmf()
+                                     .record(0x020B, {0, 0})
+                                     .record(0x020C, {4096, 1024})
+                                     .record(0x02FA, {5, 0, 0, 0, 0})
+                                     .record(0x012D, {0})
+                                     .record(0x02FC, {0, 255, 0, 0})
+                                     .record(0x012D, {1})
+                                     .record(0x041B, {4096, 1024, 2048, 512})
+                                     .file(false));
+  EXPECT_EQ(decoded.bitmap.width(), 256);
+  EXPECT_EQ(decoded.bitmap.height(), 1024);
+  EXPECT_EQ(decoded.bitmap.at(130, 520), kRed);
+  EXPECT_EQ(decoded.bitmap.at(120, 520), kNothing);
+  EXPECT_EQ(decoded.bitmap.at(130, 500), kNothing);
+  EXPECT_TRUE(decoded.notice.empty()) << decoded.notice;
+}
+
 }  // namespace
 }  // namespace kestrel::engine
