@@ -1,10 +1,13 @@
 #include "modTollgarthSupport.h"
 
+#include <memory>
 #include <string_view>
 
 #include "Trailer.h"
+#include "base/DescribedError.h"
 #include "base/Numbers.h"
 #include "base/RuntimeError.h"
+#include "base/ThrowRecord.h"
 #include "imaging/contract/Platform.h"
 
 namespace kestrel::modTollgarthSupport {
@@ -13,10 +16,9 @@ namespace {
 const std::string kProject = "KestrelLib2";
 const std::string kLineEnd = "\r\n";
 
-constexpr std::int32_t kReported = 65535;
-
 struct Apartment {
   Platform* platform = nullptr;
+  std::unique_ptr<ThrowRecord> throws;
   Fields fields;
 };
 
@@ -33,6 +35,7 @@ Fields& State() { return TheApartment().fields; }
 void Attach(Platform* platform) {
   TheApartment().fields = Fields();
   TheApartment().platform = platform;
+  TheApartment().throws = platform == nullptr ? nullptr : std::make_unique<ThrowRecord>();
 }
 
 Platform* AttachedPlatform() { return TheApartment().platform; }
@@ -104,7 +107,7 @@ std::string qdkErrorHandler(std::int32_t Number, const std::string& Module, cons
   reporter->ErrorHandler(Number, kProject, Module, Procedure, Description, Line, variables, version);
   Result = reporter->Action();
   // The caller stands in its trailer: this takes the error up to the next one, which reports in its turn.
-  throw RuntimeError(kReported);
+  throw RuntimeError(err::kReported);
 }
 
 }  // namespace kestrel::modTollgarthSupport

@@ -9,6 +9,7 @@ namespace kestrel {
 namespace {
 
 constexpr std::size_t kLeft = 0;
+constexpr std::size_t kRight = 1;
 constexpr std::int32_t kFree = 3;
 constexpr std::int32_t kFullTurn = 360;
 
@@ -39,7 +40,8 @@ void frmRotate::Form_Load() {
   try {
     const auto Options = modProcessing::GetOptions();
     MakeNumberBox(txtDegrees);
-    optDirection.at(static_cast<std::size_t>(Options->RotateDirection()))->Value(true);
+    // A stored number beyond the two directions must not leave the user without one.
+    optDirection[Options->RotateDirection() == ipDirectionLeft ? kLeft : kRight]->Value(true);
     Angle = Options->RotateAngle();
     switch (Angle) {
       case 90:

@@ -1,4 +1,5 @@
 #include "ImageProcessingCtl.h"
+#include "base/DescribedError.h"
 #include "base/Numbers.h"
 #include "base/Required.h"
 #include "diagnostics/Trailer.h"
@@ -78,10 +79,11 @@ bool ImageProcessingCtl::OpenImage(std::string Filename) {
     Status("Opening image...", true, false);
     try {
       igxImage.Document().FromFile(Filename, 0, kNoUndo);
-    } catch (const std::exception& error) {
+    } catch (...) {
+      const DescribedError error = DescribeErrorToShow();
       iPlatform.UserInterface().MessageBox(
-          "Unable to open image \"" + Filename + "\" due to error \"" + error.what() + "\".", kBoxExclamation,
-          "Open Image");
+          "Unable to open image \"" + Filename + "\" due to error \"" + error.Description + "\".",
+          kBoxExclamation, "Open Image");
       Failed = true;
     }
     if (!Failed) {
@@ -175,10 +177,11 @@ bool ImageProcessingCtl::zSaveImage(std::string Filename, std::int32_t ForcedFor
     QDK_RESUME_NEXT(igxImage.JPEGQuality(Options().JPEGQuality()));
     try {
       igxImage.Writer().ToFile(Filename, Format, 0, true);
-    } catch (const std::exception& error) {
+    } catch (...) {
+      const DescribedError error = DescribeErrorToShow();
       iPlatform.UserInterface().MessageBox(
-          "Unable to save image \"" + Filename + "\" due to error \"" + error.what() + "\".", kBoxExclamation,
-          "Save Image");
+          "Unable to save image \"" + Filename + "\" due to error \"" + error.Description + "\".",
+          kBoxExclamation, "Save Image");
       Failed = true;
     }
     if (!Failed) {

@@ -1,5 +1,6 @@
 #include "ImageProcessingCtl.h"
 #include "base/Arithmetic.h"
+#include "base/DescribedError.h"
 #include "base/Numbers.h"
 #include "base/Required.h"
 #include "diagnostics/Trailer.h"
@@ -184,8 +185,8 @@ void ImageProcessingCtl::CropToSelection() {
 void ImageProcessingCtl::zCropOrTell() {
   try {
     CropToSelection();
-  } catch (const std::exception& error) {
-    iPlatform.UserInterface().MessageBox(std::string("Failed to crop image: ") + error.what(),
+  } catch (...) {
+    iPlatform.UserInterface().MessageBox("Failed to crop image: " + DescribeErrorToShow().Description,
                                          kBoxExclamation, "Crop");
   }
 }

@@ -8,6 +8,8 @@
 #include <thread>
 #include <vector>
 
+#include "base/ThrowRecord.h"
+
 namespace kestrel::engine {
 namespace {
 
@@ -123,7 +125,7 @@ void forRows(std::int32_t height, std::int32_t minRowsPerTask, const Work& work)
   if (bands > 1 && threadCount() > 1 && !insideBand) {
     Job job{work, height, (height - 1) / bands + 1, 0, 0, nullptr};
     if (Workers::instance().run(job)) {
-      if (job.error) std::rethrow_exception(job.error);
+      if (job.error) RethrowHere(job.error);
       return;
     }
   }

@@ -13,7 +13,8 @@ std::int32_t threadCount();
 ///
 /// No band but the last is smaller than `minRowsPerTask` rows, so choose it such that a band is
 /// worth the hand-over: some 50 microseconds of work. Returns when all bands are done. The first error that a
-/// band raises is raised here, after the bands under way have ended; those not yet begun are left out.
+/// band raises is raised here, after the bands under way have ended; those not yet begun are left out. A
+/// report of it names the caller's statement, not the worker's.
 ///
 /// The caller works too. A call from within a band, or while another thread's call has the workers, does its
 /// work alone on the calling thread: nothing ever waits for anything but its own rows.

@@ -1,13 +1,12 @@
 #include "Script.h"
 
-#include <exception>
 #include <filesystem>
 #include <functional>
 #include <iostream>
 
 #include "ConsoleBoxes.h"
 #include "Steps.h"
-#include "base/RuntimeError.h"
+#include "base/DescribedError.h"
 
 namespace kestrel::app {
 namespace {
@@ -18,8 +17,8 @@ bool succeeds(const std::string& what, const int& boxes, const std::function<boo
   try {
     if (step() && boxes == before) return true;
     if (boxes == before) tellFailure(what + " failed.");
-  } catch (const std::exception& error) {
-    tellFailure(what + " failed: " + error.what());
+  } catch (...) {
+    tellFailure(what + " failed: " + DescribeCurrentError().Description);
   }
   return false;
 }

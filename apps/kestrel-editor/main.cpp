@@ -1,4 +1,3 @@
-#include <exception>
 #include <filesystem>
 #include <memory>
 
@@ -6,6 +5,8 @@
 #include "ConsoleBoxes.h"
 #include "EditorWindow.h"
 #include "Script.h"
+#include "base/DescribedError.h"
+#include "base/RuntimeError.h"
 #include "platform/posix/LineTable.h"
 #include "platform/posix/SharedLibraryFactory.h"
 #include "platform/qt/app/Desktop.h"
@@ -67,8 +68,9 @@ int main(int count, char** values) {
     if (!app::readArguments(count, values, arguments, exitCode)) return exitCode;
     qt::Desktop desktop(count, values, "kestrel-editor");
     return app::run(arguments, desktop);
-  } catch (const std::exception& error) {
-    app::tellFailure(error.what());
+  } catch (...) {
+    const DescribedError error = DescribeCurrentError();
+    if (error.Number != err::kReported) app::tellFailure(error.Description);
     return 1;
   }
 }

@@ -1,11 +1,11 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
-#include <exception>
 #include <filesystem>
 #include <set>
 #include <string>
 #include <vector>
 
+#include "base/DescribedError.h"
 #include "base/RuntimeError.h"
 #include "engine/codecs/CodecTable.h"
 
@@ -58,8 +58,8 @@ bool tell(const std::string& file, PngFolder* pngs) {
     line = describe(decoded);
     if (pngs != nullptr) pngs->write(file, decoded);
     done = true;
-  } catch (const std::exception& error) {
-    line = std::string("error: ") + error.what();
+  } catch (...) {
+    line = "error: " + DescribeCurrentError().Description;
   }
   std::printf("%s: %s\n", file.c_str(), line.c_str());
   return done;

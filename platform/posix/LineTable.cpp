@@ -6,6 +6,8 @@
 #include <cstdlib>
 #include <memory>
 
+#include "ThrowHook.h"
+
 namespace kestrel::posix {
 namespace {
 
@@ -28,6 +30,8 @@ int TakePlace(void* data, std::uintptr_t /*address*/, const char* file, int line
 void IgnoreFailure(void* /*data*/, const char* /*message*/, int /*number*/) {}
 
 }  // namespace
+
+LineTable::LineTable() { requireThrowHook(); }
 
 std::vector<SourcePlace> LineTable::Resolve(std::uintptr_t returnAddress) {
   // The library keeps a state for as long as the process lives, so all objects share one.

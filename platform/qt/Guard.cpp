@@ -1,8 +1,10 @@
 #include "Guard.h"
 
 #include <cstdio>
-#include <exception>
 #include <utility>
+
+#include "base/DescribedError.h"
+#include "base/RuntimeError.h"
 
 namespace kestrel::qt {
 namespace {
@@ -21,11 +23,13 @@ void setStrayErrorHandler(Handler replacement) { handler() = std::move(replaceme
 void guarded(const std::function<void()>& work) noexcept {
   try {
     work();
-  } catch (const std::exception& error) {
+  } catch (...) {
+    const DescribedError error = DescribeCurrentError();
+    if (error.Number == err::kReported) return;
     if (handler()) {
-      handler()(error.what());
+      handler()(error.Description);
     } else {
-      std::fprintf(stderr, "%s\n", error.what());
+      std::fprintf(stderr, "%s\n", error.Description.c_str());
     }
   }
 }

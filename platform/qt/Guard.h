@@ -9,7 +9,8 @@ namespace kestrel::qt {
 /// Without one (null) it is written to standard error, one line.
 void setStrayErrorHandler(std::function<void(const std::string& description)> handler);
 
-/// Runs what the toolkit calls back. No error leaves it: it goes to the stray-error handler instead.
+/// Runs what the toolkit calls back. No error leaves it: it goes to the stray-error handler instead, unless a
+/// reporting object has taken it already.
 void guarded(const std::function<void()>& work) noexcept;
 
 }  // namespace kestrel::qt

@@ -2,6 +2,7 @@
 
 #include "SmallProcedure.h"
 #include "base/RuntimeError.h"
+#include "base/ThrowRecord.h"
 #include "diagnostics/modTollgarthSupport.h"
 #include "platform/posix/LineTable.h"
 #include "tests/logic/fakes/FakePlatform.h"
@@ -33,6 +34,13 @@ void RaiseAndCatch(benchmark::State& state) {
   }
 }
 BENCHMARK(RaiseAndCatch);
+
+/// The same on a thread that keeps a record of its throws, as each thread with an editor does.
+void RaiseAndCatchRecorded(benchmark::State& state) {
+  const ThrowRecord record;
+  RaiseAndCatch(state);
+}
+BENCHMARK(RaiseAndCatchRecorded);
 
 void FailAndReport(benchmark::State& state) {
   fakes::FakePlatform platform;

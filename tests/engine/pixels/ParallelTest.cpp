@@ -9,6 +9,8 @@
 #include <thread>
 #include <vector>
 
+#include "base/ThrowRecord.h"
+
 namespace kestrel::engine {
 namespace {
 
@@ -66,6 +68,17 @@ TEST(ForRows, AnErrorReachesTheCallerAfterTheBandsUnderWayHaveEnded) {
   std::atomic<int> rows = 0;
   forRows(100, 1, [&](std::int32_t first, std::int32_t last) { rows += last - first; });
   EXPECT_EQ(rows, 100) << "an error before spoils nothing after";
+}
+
+TEST(ForRows, AnErrorOfABandIsNotedAsRaisedByTheCall) {
+  if (threadCount() == 1) GTEST_SKIP() << "no other thread takes part";
+  const ThrowRecord record;
+  try {
+    forRows(100, 1, [](std::int32_t, std::int32_t) { throw std::runtime_error("band"); });
+    FAIL() << "the error did not arrive";
+  } catch (const std::runtime_error&) {
+    EXPECT_NE(ThrowRecord::OfCurrentError(), nullptr);
+  }
 }
 
 TEST(ForRows, ACallWithinABandAndCallsFromSeveralThreadsAllEnd) {

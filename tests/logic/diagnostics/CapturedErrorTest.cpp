@@ -1,8 +1,10 @@
 #include "diagnostics/CapturedError.h"
 
+#include <array>
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <memory>
 #include <new>
 #include <optional>
 #include <set>
@@ -11,6 +13,7 @@
 #include <variant>
 
 #include "Diagnostics.h"
+#include "base/DescribedError.h"
 #include "base/RuntimeError.h"
 #include "diagnostics/ModuleFiles.h"
 #include "diagnostics/Trailer.h"
@@ -60,10 +63,65 @@ TEST_F(CapturedError, HasTheNumberOfTheSystemsError) {
   EXPECT_EQ(numberOf([] { (void)std::filesystem::file_size("/no such file"); }), 53);
 }
 
-TEST_F(CapturedError, WithoutAStackHasTheLineOfItsTrailer) {
-  numberOf([] { throw std::bad_alloc(); });
-  EXPECT_EQ(state().qdkErrorLine, 5 * trailerLine_);
-  EXPECT_EQ(state().qdkErrorDescription, "There is not enough memory.");
+/// What the user is told of the error that the statement raises.
+class ToldError : public testing::Test {
+ protected:
+  static DescribedError told(const std::function<void()>& statement) {
+    try {
+      statement();
+    } catch (...) {
+      return DescribeCurrentError();
+    }
+    return {};
+  }
+};
+
+TEST_F(ToldError, OfTheStandardLibraryIsASentenceOfOurs) {
+  const std::map<std::string, std::function<void()>> statements{
+      {"There is no element at that position.", [] { (void)std::array<int, 2>().at(std::stoul("7")); }},
+      {"There is not enough memory.", [] { throw std::bad_alloc(); }},
+      {"A text or list would become too long.", [] { std::string().resize(std::string().max_size() + 1); }},
+      {"A value is not valid here.", [] { (void)std::stoi("x"); }},
+      {"A number is too large.", [] { throw std::overflow_error("library text"); }},
+      {"A value is of the wrong type.", [] { (void)std::get<int>(std::variant<int, bool>(true)); }},
+      {"A value that is needed is missing.", [] { (void)std::optional<int>().value(); }},
+      {"A function that is needed is missing.", [] { std::function<void()>()(); }},
+      {"An object that is needed is gone.", [] { std::shared_ptr<int>{std::weak_ptr<int>()}; }},
+      {"The disk is full.",
+       [] { throw std::system_error(std::make_error_code(std::errc::no_space_on_device), "library text"); }},
+      {"The operating system refused access to a path or another resource.",
+       [] { throw std::system_error(std::make_error_code(std::errc::too_many_files_open)); }},
+      {"The file was not found. (/no such file)", [] { (void)std::filesystem::file_size("/no such file"); }},
+      {"An internal error occurred.", [] { throw std::runtime_error("library text"); }},
+      {"An error of an unknown kind was raised.", [] { throw 5; }},
+  };
+  for (const auto& [sentence, statement] : statements) EXPECT_EQ(told(statement).Description, sentence);
+}
+
+TEST_F(ToldError, KeepsTheLibrarysTextForDevelopers) {
+  EXPECT_EQ(told([] { throw std::runtime_error("library text"); }).Source, "library text");
+}
+
+TEST_F(ToldError, OfAHostsOwnClassKeepsItsText) {
+  struct HostError : std::runtime_error {
+    using std::runtime_error::runtime_error;
+  };
+  const DescribedError error = told([] { throw HostError("The archive is offline."); });
+  EXPECT_EQ(error.Description, "The archive is offline.");
+  EXPECT_EQ(error.Number, 51);
+}
+
+TEST_F(ToldError, ThatWasReportedIsNotForABox) {
+  try {
+    throw RuntimeError(err::kReported);
+  } catch (...) {
+    EXPECT_THROW(DescribeErrorToShow(), RuntimeError);
+  }
+  try {
+    throw RuntimeError(err::kDiskFull, "The disk is full.");
+  } catch (...) {
+    EXPECT_EQ(DescribeErrorToShow().Description, "The disk is full.");
+  }
 }
 
 TEST_F(CapturedError, RaisedElsewhereHasTheLineOfItsTrailer) {

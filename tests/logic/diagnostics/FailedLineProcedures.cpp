@@ -1,12 +1,18 @@
 #include "FailedLineProcedures.h"
 
 #include <algorithm>
-#include <numeric>
+#include <array>
+#include <exception>
+#include <filesystem>
+#include <functional>
+#include <new>
+#include <thread>
 
 #include "base/Collection.h"
 #include "base/Event.h"
 #include "base/Numbers.h"
 #include "base/RuntimeError.h"
+#include "base/ThrowRecord.h"
 #include "diagnostics/Trailer.h"
 
 namespace kestrel::procedures {
@@ -236,6 +242,118 @@ void WithDestructors() {
   }
 }
 
+// -- Errors that are not raised by code of ours -----------------------------------------------------------
+
+void NoSuchElement() {
+  std::array<int, 3> Values{};
+  int Sum = 0;
+  try {
+    Sum = Values.at(static_cast<std::size_t>(gZero + 2));
+    FAILS_HERE(Sum += Values.at(static_cast<std::size_t>(gZero + 3)));
+    Sum += Values.at(static_cast<std::size_t>(gZero + 1));
+  } catch (...) {
+    QDK_TRAILER(NoSuchElement, QDK_PARAMETERS(), QDK_LOCALS(Values, Sum));
+  }
+}
+
+void NoMemory() {
+  std::vector<std::uint8_t> Pixels;
+  try {
+    Pixels.resize(static_cast<std::size_t>(gZero + 16));
+    FAILS_HERE(Pixels.resize(Pixels.max_size() - static_cast<std::size_t>(gZero)));
+    Pixels.clear();
+  } catch (...) {
+    QDK_TRAILER(NoMemory, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+[[gnu::noinline]] std::uintmax_t SizeOf(const std::string& file) { return std::filesystem::file_size(file); }
+
+void NoSuchFile() {
+  std::uintmax_t Size = 0;
+  try {
+    Size = 1;
+    FAILS_HERE(Size = SizeOf("/no such file"));
+    Size = 2;
+  } catch (...) {
+    QDK_TRAILER(NoSuchFile, QDK_PARAMETERS(), QDK_LOCALS(Size));
+  }
+}
+
+void OfNoClass() {
+  try {
+    InlinedHelper(gZero + 1);
+    FAILS_HERE(throw gZero + 5);
+  } catch (...) {
+    QDK_TRAILER(OfNoClass, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+/// The standard library's error passes through a handler on its way.
+void PassedOn() {
+  const auto passing = [](const std::string& number) {
+    try {
+      return std::stoi(number);
+    } catch (const std::exception&) {
+      throw;
+    }
+  };
+  int Value = 0;
+  try {
+    Value = passing("5");
+    FAILS_HERE(Value += passing("x"));
+    Value += passing("6");
+  } catch (...) {
+    QDK_TRAILER(PassedOn, QDK_PARAMETERS(), QDK_LOCALS(Value));
+  }
+}
+
+/// Other errors are raised and skipped between the failure and the trailer.
+void AfterSkippedErrors() {
+  int Value = 0;
+  try {
+    Value = 1;
+    FAILS_HERE(Value = std::stoi("x"));
+    Value = 2;
+  } catch (...) {
+    for (int i = 0; i < 3; ++i) QDK_RESUME_NEXT(std::stoi("y"));
+    QDK_TRAILER(AfterSkippedErrors, QDK_PARAMETERS(), QDK_LOCALS(Value));
+  }
+}
+
+// A worker's error is that of the statement that gave the work away.
+[[gnu::noinline]] void OnAnotherThread(const std::function<void()>& work) {
+  std::exception_ptr error;
+  std::thread([&] {
+    try {
+      work();
+    } catch (...) {
+      error = std::current_exception();
+    }
+  }).join();
+  if (error) RethrowHere(error);
+}
+
+void OnAWorker() {
+  try {
+    OnAnotherThread([] { InlinedHelper(gZero + 1); });
+    FAILS_HERE(OnAnotherThread([] { InlinedHelper(gZero); }));
+    OnAnotherThread([] { InlinedHelper(gZero + 2); });
+  } catch (...) {
+    QDK_TRAILER(OnAWorker, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+void OnAWorkerWithoutAStack() {
+  try {
+    OnAnotherThread([] { InlinedHelper(gZero + 1); });
+    FAILS_HERE(OnAnotherThread([] { throw std::bad_alloc(); }));
+    OnAnotherThread([] { InlinedHelper(gZero + 2); });
+  } catch (...) {
+    QDK_TRAILER(OnAWorkerWithoutAStack, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
 }  // namespace
 
 const std::vector<Procedure>& All() {
@@ -255,6 +373,14 @@ const std::vector<Procedure>& All() {
       {"Level", [] { Zoom().Level(1e9); }},
       {"InATemplate", [] { InATemplate(300 + gZero); }},
       {"WithDestructors", [] { WithDestructors(); }},
+      {"NoSuchElement", [] { NoSuchElement(); }},
+      {"NoMemory", [] { NoMemory(); }},
+      {"NoSuchFile", [] { NoSuchFile(); }},
+      {"OfNoClass", [] { OfNoClass(); }},
+      {"PassedOn", [] { PassedOn(); }},
+      {"AfterSkippedErrors", [] { AfterSkippedErrors(); }},
+      {"OnAWorker", [] { OnAWorker(); }},
+      {"OnAWorkerWithoutAStack", [] { OnAWorkerWithoutAStack(); }},
   };
   return procedures;
 }

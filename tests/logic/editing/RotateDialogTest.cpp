@@ -130,6 +130,19 @@ TEST_P(EditingRotateDialog, OpensOnTheFixedAnglesAndTheDirectionOfTheOptions) {
   }
 }
 
+TEST_P(EditingRotateDialog, OpensWithADirectionForAStoredNumberBeyondTheTwo) {
+  for (const std::int32_t stored : {-1, 2, 7}) {
+    set(90, static_cast<ImageProcessingDirectionConstants>(stored));
+    show([](Dialog& dialog) {
+      EXPECT_TRUE(dialog.right().Value());
+      EXPECT_EQ(dialog.chosen(), 0) << "and the rest of the defaults";
+      dialog.ok();
+    });
+    EXPECT_EQ(options().RotateDirection(), ipDirectionRight);
+  }
+  EXPECT_THAT(user().boxes(), IsEmpty());
+}
+
 TEST_P(EditingRotateDialog, OpensOnAnyOtherAngleWithFreeAndItsText) {
   for (const std::int32_t angle : {45, 0, 400, 360}) {
     set(angle, ipDirectionRight);
