@@ -25,6 +25,8 @@ constexpr std::array kFurtherFiles{
     FurtherFile{"ImageProcessingCtl.Zoom.cpp", 7},
     FurtherFile{"ImageProcessingCtl.Thumbnails.cpp", 8},
     FurtherFile{"ImageProcessingCtl.Properties.cpp", 9},
+    FurtherFile{"DialogBase.cpp", 1},  // of the module of each dialog
+    FurtherFile{"PreviewDialog.cpp", 2},
     FurtherFile{"modTollgarthSupport.Counting.cpp", 1},
     FurtherFile{"modTollgarthSupport.Format.cpp", 2},
 };

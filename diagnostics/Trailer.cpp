@@ -20,7 +20,8 @@ void Trailer::Locals(std::string text) {
 
 void Trailer::Report() const {
   const auto& state = modTollgarthSupport::State();
-  modTollgarthSupport::qdkErrorHandler(state.qdkErrorNumber, ModuleName(site_.file), site_.procedure,
+  const std::string module = site_.module.empty() ? ModuleName(site_.file) : site_.module;
+  modTollgarthSupport::qdkErrorHandler(state.qdkErrorNumber, module, site_.procedure,
                                        state.qdkErrorDescription, state.qdkErrorLine, locals_, module_,
                                        parameters_);
 }

@@ -22,13 +22,17 @@
 /// procedure return what `Result` holds. What is to be shown must be declared before the `try`. The module
 /// is named by the source file (all of its name before the first point), its fields by the class's
 /// `qdkDumpModuleVariables`. Without a platform to report through, the error goes on to the caller.
-#define QDK_TRAILER(procedure, parameters, locals)                        \
-  do {                                                                    \
-    ::kestrel::qdk::Trailer qdkTrailer{{#procedure, __FILE__, __LINE__}}; \
-    qdkTrailer.Locals(locals);                                            \
-    qdkTrailer.Parameters(parameters);                                    \
-    qdkTrailer.Module(qdkDumpModuleVariables());                          \
-    qdkTrailer.Report();                                                  \
+#define QDK_TRAILER(procedure, parameters, locals) QDK_TRAILER_OF("", procedure, parameters, locals)
+
+/// The same in a base that several modules share: reports under the module of that name, which is the
+/// object's own. An empty name stands for the source file's.
+#define QDK_TRAILER_OF(module, procedure, parameters, locals)                     \
+  do {                                                                            \
+    ::kestrel::qdk::Trailer qdkTrailer{{#procedure, __FILE__, __LINE__, module}}; \
+    qdkTrailer.Locals(locals);                                                    \
+    qdkTrailer.Parameters(parameters);                                            \
+    qdkTrailer.Module(qdkDumpModuleVariables());                                  \
+    qdkTrailer.Report();                                                          \
   } while (false)
 
 /// The texts of parameters and locals for the trailer, in declaration order; empty brackets where there are
@@ -61,6 +65,7 @@ struct Site {
   const char* procedure;
   const char* file;
   std::int32_t line;
+  std::string module = {};  ///< empty: named by the file
 };
 
 /// A trailer at work: takes down the error that is being handled, collects the texts, reports.

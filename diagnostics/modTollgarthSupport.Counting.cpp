@@ -1,8 +1,10 @@
+#include <algorithm>
 #include <array>
 #include <string>
 
 #include "Trailer.h"
 #include "base/Numbers.h"
+#include "base/RuntimeError.h"
 #include "imaging/contract/Platform.h"
 #include "modTollgarthSupport.h"
 
@@ -84,6 +86,13 @@ std::int32_t qdkSendToServer(std::int32_t Handle, std::int32_t Message, const st
                 QDK_LOCALS(Result));
   }
   return Result;
+}
+
+Counted CountedWindow(const std::string& name) {
+  const auto row = std::ranges::find(kRegistrationTexts, name + ",3,");
+  if (row == kRegistrationTexts.end())
+    throw RuntimeError(err::kInvalidCall, "No window \"" + name + "\" is counted.");
+  return static_cast<Counted>(row - kRegistrationTexts.begin());
 }
 
 void qdkCountInstance(Counted object) {

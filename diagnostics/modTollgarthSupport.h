@@ -104,21 +104,25 @@ std::string qdkErrorHandler(std::int32_t Number, const std::string& Module, cons
                             const std::string& Description, std::int32_t Line, const std::string& Locals,
                             const std::string& ModuleVariables, const std::string& Parameters);
 
+/// The window of that name. Raises RuntimeError 5 where none of it is counted.
+Counted CountedWindow(const std::string& name);
+
 void qdkCountInstance(Counted object);
 void qdkUncountInstance(Counted object);
 
 }  // namespace modTollgarthSupport
 
 /// Counts an instance for as long as it lives: the first field of each class that is counted from creation
-/// to end. Windows, which are counted from load to unload, call the two functions themselves.
+/// to end. A copy is an instance of its own. Windows, which are counted from load to unload, have a
+/// CountedForm.
 class InstanceCount {
  public:
   explicit InstanceCount(modTollgarthSupport::Counted object) : object_(object) {
     modTollgarthSupport::qdkCountInstance(object_);
   }
   ~InstanceCount() { modTollgarthSupport::qdkUncountInstance(object_); }
-  InstanceCount(const InstanceCount&) = delete;
-  InstanceCount& operator=(const InstanceCount&) = delete;
+  InstanceCount(const InstanceCount& other) : InstanceCount(other.object_) {}
+  InstanceCount& operator=(const InstanceCount&) { return *this; }
 
  private:
   modTollgarthSupport::Counted object_;

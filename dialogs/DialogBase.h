@@ -1,13 +1,12 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "base/Event.h"
 #include "base/Object.h"
-#include "diagnostics/modTollgarthSupport.h"
+#include "diagnostics/CountedForm.h"
 #include "imaging/contract/Form.h"
 #include "imaging/contract/controls/CommandButton.h"
 #include "imaging/contract/controls/TextBox.h"
@@ -35,13 +34,12 @@ class DialogBase : public Object {
 
  protected:
   /// Makes the window of that name. Raises RuntimeError 730 if it lacks a control.
-  DialogBase(const char* formName, modTollgarthSupport::Counted counted);
+  explicit DialogBase(const char* formName);
   ~DialogBase() override;
   DialogBase(const DialogBase&) = delete;
   DialogBase& operator=(const DialogBase&) = delete;
 
-  /// Reads the defaults from the options. The window's icon is gone already; the shared look comes
-  /// afterwards.
+  /// Takes the window's icon away, reads the defaults from the options, and last calls `ApplyLook`.
   virtual void Form_Load() = 0;
   /// Runs once, when the window has appeared.
   virtual void Form_FirstActivate() {}
@@ -49,19 +47,25 @@ class DialogBase : public Object {
   /// `Unload`.
   virtual void cmdAction_Click(std::int32_t Index) = 0;
 
+  /// The dialog's fields for a report. What fails in this base is reported under the dialog's own name
+  /// (`TypeName`) and with these.
+  virtual std::string qdkDumpModuleVariables() const = 0;
+
   void Unload() { iForm->Unload(); }
+  /// Gives the window the shared look; a failure is ignored.
+  void ApplyLook();
   bool IsWindowVisible();
   /// The caption of the window is the title.
   void Exclaim(const std::string& text);
-  /// Takes digits only from the keyboard, and is selected whole when it gets the focus.
+  /// Takes digits only from the keyboard.
   void MakeNumberBox(TextBox& box);
   void Keep(Connection connection) { iConnections.push_back(std::move(connection)); }
 
  private:
+  void Form_Activate();
   void Form_QueryUnload(bool& Cancel);
 
-  modTollgarthSupport::Counted iCounted;
-  std::unique_ptr<kestrel::Form> iForm;
+  CountedForm iForm;
   bool iActivated = false;
   std::vector<Connection> iConnections;
 };

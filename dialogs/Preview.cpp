@@ -23,18 +23,16 @@ Preview::Preview(Site& site)
       igxPreview(Bind<ImageView>(site, "igxPreview")),
       imgPreview(Bind<PictureBox>(site, "imgPreview")) {
   const auto keep = [this](Connection connection) { iConnections.push_back(std::move(connection)); };
-  const auto link = [&](ImageView& from, ImageView& to) {
-    for (Event<>* event : {&from.Scroll, &from.Pan, &from.PanChanged, &from.ScrollChanged}) {
-      keep(event->Connect([this, &from, &to] { zFollowScroll(from, to); }));
+  const auto link = [&](ImageView& pane, void (Preview::*scroll)()) {
+    for (Event<>* event : {&pane.Scroll, &pane.Pan, &pane.PanChanged, &pane.ScrollChanged}) {
+      keep(event->Connect([this, scroll] { (this->*scroll)(); }));
     }
   };
-  link(igxOriginal, igxPreview);
-  link(igxPreview, igxOriginal);
-  keep(UserControl.InitProperties.Connect([this] {
-    UserControl.TabStop(false);
-    zInitialise();
-  }));
-  keep(UserControl.ReadProperties.Connect([this](const PropertyBag&) { zInitialise(); }));
+  link(igxOriginal, &Preview::igxOriginal_Scroll);
+  link(igxPreview, &Preview::igxPreview_Scroll);
+  keep(UserControl.InitProperties.Connect([this] { UserControl_InitProperties(); }));
+  keep(UserControl.ReadProperties.Connect(
+      [this](const PropertyBag& bag) { UserControl_ReadProperties(bag); }));
   keep(UserControl.Resize.Connect([this] { UserControl_Resize(); }));
   Usercontrol_Initialize();
 }
@@ -53,6 +51,23 @@ void Preview::Usercontrol_Initialize() {
     modProcessing::FormSkin().ApplyToForm(UserControl, -1, -1);
   } catch (...) {
     QDK_TRAILER(Usercontrol_Initialize, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+void Preview::UserControl_InitProperties() {
+  try {
+    UserControl.TabStop(false);
+    zInitialise();
+  } catch (...) {
+    QDK_TRAILER(UserControl_InitProperties, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+void Preview::UserControl_ReadProperties(const PropertyBag& PropBag) {
+  try {
+    zInitialise();
+  } catch (...) {
+    QDK_TRAILER(UserControl_ReadProperties, QDK_PARAMETERS(PropBag), QDK_LOCALS());
   }
 }
 
@@ -132,16 +147,29 @@ void Preview::OriginalPicture(ImageView* Value) {
   }
 }
 
-void Preview::zFollowScroll(ImageView& From, ImageView& To) {
+void Preview::igxOriginal_Scroll() {
   try {
-    if (iScrolling || !mLinkedScrolling) return;
-    iScrolling = true;
-    To.ScrollLeft(From.ScrollLeft());
-    To.ScrollTop(From.ScrollTop());
-    iScrolling = false;
+    zFollowScroll(igxOriginal, igxPreview);
   } catch (...) {
-    QDK_TRAILER(zFollowScroll, QDK_PARAMETERS(From, To), QDK_LOCALS());
+    QDK_TRAILER(igxOriginal_Scroll, QDK_PARAMETERS(), QDK_LOCALS());
   }
+}
+
+void Preview::igxPreview_Scroll() {
+  try {
+    zFollowScroll(igxPreview, igxOriginal);
+  } catch (...) {
+    QDK_TRAILER(igxPreview_Scroll, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+/// A failure leaves `iScrolling` as it is.
+void Preview::zFollowScroll(ImageView& From, ImageView& To) {
+  if (iScrolling || !mLinkedScrolling) return;
+  iScrolling = true;
+  To.ScrollLeft(From.ScrollLeft());
+  To.ScrollTop(From.ScrollTop());
+  iScrolling = false;
 }
 
 std::string Preview::qdkDumpModuleVariables() const {

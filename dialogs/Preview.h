@@ -42,9 +42,13 @@ class Preview final : public Object {
 
  private:
   void Usercontrol_Initialize();
+  void UserControl_InitProperties();
+  void UserControl_ReadProperties(const PropertyBag& PropBag);
   void zInitialise();
   void UserControl_Resize();
   void zLoadOriginal();
+  void igxOriginal_Scroll();
+  void igxPreview_Scroll();
   void zFollowScroll(ImageView& From, ImageView& To);
 
   std::string qdkDumpModuleVariables() const;

@@ -5,8 +5,8 @@
 
 namespace kestrel {
 
-PreviewDialog::PreviewDialog(const char* formName, modTollgarthSupport::Counted counted)
-    : DialogBase(formName, counted),
+PreviewDialog::PreviewDialog(const char* formName)
+    : DialogBase(formName),
       iPreview(Bind<Site>(Form(), "Preview")),
       chkUseOriginalImage(Bind<CheckBox>(Form(), "chkUseOriginalImage")) {
   Keep(chkUseOriginalImage.Click.Connect([this] { chkUseOriginalImage_Click(); }));
@@ -25,7 +25,7 @@ void PreviewDialog::chkUseOriginalImage_Click() {
     iPreview.UseOriginal(chkUseOriginalImage.Value() == 1);
     UpdatePreview();
   } catch (...) {
-    QDK_TRAILER(chkUseOriginalImage_Click, QDK_PARAMETERS(), QDK_LOCALS());
+    QDK_TRAILER_OF(TypeName(), chkUseOriginalImage_Click, QDK_PARAMETERS(), QDK_LOCALS());
   }
 }
 
@@ -33,7 +33,7 @@ void PreviewDialog::Preview_UseOriginalChange(const bool& UseOriginal) {
   try {
     chkUseOriginalImage.Value(UseOriginal ? 1 : 0);
   } catch (...) {
-    QDK_TRAILER(Preview_UseOriginalChange, QDK_PARAMETERS(UseOriginal), QDK_LOCALS());
+    QDK_TRAILER_OF(TypeName(), Preview_UseOriginalChange, QDK_PARAMETERS(UseOriginal), QDK_LOCALS());
   }
 }
 

@@ -14,7 +14,7 @@ class PreviewDialog : public DialogBase {
   kestrel::Preview& Preview() { return iPreview; }
 
  protected:
-  PreviewDialog(const char* formName, modTollgarthSupport::Counted counted);
+  explicit PreviewDialog(const char* formName);
 
   /// Computes the preview; each change of a setting calls it. Does nothing before the window is visible.
   virtual void UpdatePreview() = 0;

@@ -1,8 +1,7 @@
 #pragma once
 
-#include <memory>
-
-#include "imaging/contract/Form.h"
+#include "base/Event.h"
+#include "diagnostics/CountedForm.h"
 #include "imaging/contract/controls/CheckBox.h"
 
 namespace kestrel {
@@ -11,7 +10,6 @@ namespace kestrel {
 class frmResources {
  public:
   frmResources();
-  ~frmResources();
   frmResources(const frmResources&) = delete;
   frmResources& operator=(const frmResources&) = delete;
 
@@ -20,7 +18,8 @@ class frmResources {
  private:
   void Form_Load();
 
-  std::unique_ptr<Form> form_;
+  CountedForm form_;
+  Connection load_;
   CheckBox& chkThumbnail_;
 };
 

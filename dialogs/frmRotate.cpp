@@ -21,25 +21,27 @@ std::int32_t Clockwise(std::int32_t angle, bool left) {
 }  // namespace
 
 frmRotate::frmRotate()
-    : PreviewDialog("frmRotate", modTollgarthSupport::Counted::kfrmRotate),
+    : PreviewDialog("frmRotate"),
       optDirection{&Bind<OptionButton>(Form(), "optDirection", 0),
                    &Bind<OptionButton>(Form(), "optDirection", 1)},
       optDegree{&Bind<OptionButton>(Form(), "optDegree", 0), &Bind<OptionButton>(Form(), "optDegree", 1),
                 &Bind<OptionButton>(Form(), "optDegree", 2), &Bind<OptionButton>(Form(), "optDegree", 3)},
       txtDegrees(Bind<TextBox>(Form(), "txtDegrees")) {
   for (OptionButton* option : optDirection) {
-    Keep(option->Click.Connect([this] { UpdatePreview(); }));
+    Keep(option->Click.Connect([this, option] { optDirection_Click(option->Index()); }));
   }
   for (OptionButton* option : optDegree) {
     Keep(option->Click.Connect([this, option] { optDegree_Click(option->Index()); }));
   }
   Keep(txtDegrees.Change.Connect([this] { txtDegrees_Change(); }));
+  Keep(txtDegrees.GotFocus.Connect([this] { txtDegrees_GotFocus(); }));
 }
 
 void frmRotate::Form_Load() {
   try {
-    const auto Options = modProcessing::GetOptions();
+    Form().ClearIcon();
     MakeNumberBox(txtDegrees);
+    const auto Options = modProcessing::GetOptions();
     // A stored number beyond the two directions must not leave the user without one.
     optDirection[Options->RotateDirection() == ipDirectionLeft ? kLeft : kRight]->Value(true);
     Angle = Options->RotateAngle();
@@ -56,6 +58,7 @@ void frmRotate::Form_Load() {
       default:
         txtDegrees.Text(ToText(Angle));
     }
+    ApplyLook();
   } catch (...) {
     QDK_TRAILER(Form_Load, QDK_PARAMETERS(), QDK_LOCALS());
   }
@@ -69,6 +72,14 @@ void frmRotate::UpdatePreview() {
     ShowEffect([&](ImageView& image) { image.Effects().Rotate(static_cast<float>(rotation), nullptr, 0); });
   } catch (...) {
     QDK_TRAILER(UpdatePreview, QDK_PARAMETERS(), QDK_LOCALS(rotation));
+  }
+}
+
+void frmRotate::optDirection_Click(std::int32_t Index) {
+  try {
+    UpdatePreview();
+  } catch (...) {
+    QDK_TRAILER(optDirection_Click, QDK_PARAMETERS(Index), QDK_LOCALS());
   }
 }
 
@@ -89,6 +100,14 @@ void frmRotate::txtDegrees_Change() {
     UpdatePreview();
   } catch (...) {
     QDK_TRAILER(txtDegrees_Change, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+void frmRotate::txtDegrees_GotFocus() {
+  try {
+    modProcessing::FormUtility().SelectAllText(txtDegrees);
+  } catch (...) {
+    QDK_TRAILER(txtDegrees_GotFocus, QDK_PARAMETERS(), QDK_LOCALS());
   }
 }
 

@@ -20,10 +20,12 @@ class frmRotate final : public PreviewDialog {
   void Form_Load() override;
   void UpdatePreview() override;
   void cmdAction_Click(std::int32_t Index) override;
+  void optDirection_Click(std::int32_t Index);
   void optDegree_Click(std::int32_t Index);
   void txtDegrees_Change();
+  void txtDegrees_GotFocus();
 
-  std::string qdkDumpModuleVariables() const;
+  std::string qdkDumpModuleVariables() const override;
 
   /// As entered, before the direction is applied.
   std::int32_t Angle = 0;

@@ -53,7 +53,8 @@ constexpr const char* kToolCommands[] = {
 
 }  // namespace
 
-/// What the command of a dispatch key does.
+/// What the command of a dispatch key does. The members that only rows call have no trailer: what fails in
+/// them is a failure of the dispatcher, `mrgUI_CommandClick`.
 struct ImageProcessingCtl::CommandRow {
   std::string_view Key;
   void (*Action)(ImageProcessingCtl& Editor, Command& Command);
@@ -119,76 +120,48 @@ void ImageProcessingCtl::mrgUI_CommandClick(Command& Command) {
 }
 
 void ImageProcessingCtl::zRequestExit() {
-  try {
-    ExitRequest();
-    iTerminated = true;
-  } catch (...) {
-    QDK_TRAILER(zRequestExit, QDK_PARAMETERS(), QDK_LOCALS());
-  }
+  ExitRequest();
+  iTerminated = true;
 }
 
 void ImageProcessingCtl::zOpenRecent(Command& Command) {
-  try {
-    if (!pShowMRU) {
-      iPlatform.UserInterface().MessageBox("MRU functionality is not available.", kBoxInformation);
-      return;
-    }
-    OpenImage(Command.SelectedItem().Text);
-  } catch (...) {
-    QDK_TRAILER(zOpenRecent, QDK_PARAMETERS(Command), QDK_LOCALS());
+  if (!pShowMRU) {
+    iPlatform.UserInterface().MessageBox("MRU functionality is not available.", kBoxInformation);
+    return;
   }
+  OpenImage(Command.SelectedItem().Text);
 }
 
 void ImageProcessingCtl::zRequestSimpleSave() {
   bool Saved = false;
-  try {
-    SimpleSaveRequest(Saved);
-    if (Saved) Changed(false);
-  } catch (...) {
-    QDK_TRAILER(zRequestSimpleSave, QDK_PARAMETERS(), QDK_LOCALS(Saved));
-  }
+  SimpleSaveRequest(Saved);
+  if (Saved) Changed(false);
 }
 
 void ImageProcessingCtl::zToggleStatusBar() {
-  try {
-    CommandBar& bar = CommandBars()("Status Bar");
-    bar.Visible(!bar.Visible());
-  } catch (...) {
-    QDK_TRAILER(zToggleStatusBar, QDK_PARAMETERS(), QDK_LOCALS());
-  }
+  CommandBar& bar = CommandBars()("Status Bar");
+  bar.Visible(!bar.Visible());
 }
 
 void ImageProcessingCtl::zToggleDockWindow(const char* Key) {
-  try {
-    DockWindow& window = DockWindows()(Key);
-    window.Visible(!window.Visible());
-  } catch (...) {
-    QDK_TRAILER(zToggleDockWindow, QDK_PARAMETERS(Key), QDK_LOCALS());
-  }
+  DockWindow& window = DockWindows()(Key);
+  window.Visible(!window.Visible());
 }
 
 void ImageProcessingCtl::zShowHelp() {
   try {
-    try {
-      Required(iHelp).ShowTopic("default.html", 0);
-    } catch (const RuntimeError& error) {
-      if (error.Number() != err::kFileNotFound) throw;
-      iPlatform.UserInterface().MessageBox(error.Description(), kBoxExclamation, "Help");
-    }
-  } catch (...) {
-    QDK_TRAILER(zShowHelp, QDK_PARAMETERS(), QDK_LOCALS());
+    Required(iHelp).ShowTopic("default.html", 0);
+  } catch (const RuntimeError& error) {
+    if (error.Number() != err::kFileNotFound) throw;
+    iPlatform.UserInterface().MessageBox(error.Description(), kBoxExclamation, "Help");
   }
 }
 
 void ImageProcessingCtl::zShowAbout() {
-  std::string Version;
-  try {
-    const AppInfo& app = iPlatform.App();
-    Version = "Version " + ToText(app.Major()) + "." + ToText(app.Minor()) + "." + ToText(app.Revision());
-    iPlatform.UserInterface().AboutBox(app.Title(), Version, nullptr);
-  } catch (...) {
-    QDK_TRAILER(zShowAbout, QDK_PARAMETERS(), QDK_LOCALS(Version));
-  }
+  const AppInfo& app = iPlatform.App();
+  const std::string Version =
+      "Version " + ToText(app.Major()) + "." + ToText(app.Minor()) + "." + ToText(app.Revision());
+  iPlatform.UserInterface().AboutBox(app.Title(), Version, nullptr);
 }
 
 void ImageProcessingCtl::mrgUI_CommandHighlight(Command& Command, std::int32_t HighlightState) {
@@ -208,36 +181,47 @@ void ImageProcessingCtl::mrgUI_CommandHotKeyPress(Command& Command, HotKey& HotK
   }
 }
 
-void ImageProcessingCtl::mrgUI_CommandBarHiding(CommandBar& CommandBar) { zFollowBar(CommandBar, false); }
+void ImageProcessingCtl::mrgUI_CommandBarHiding(CommandBar& CommandBar) {
+  try {
+    zFollowBar(CommandBar, false);
+  } catch (...) {
+    QDK_TRAILER(mrgUI_CommandBarHiding, QDK_PARAMETERS(CommandBar), QDK_LOCALS());
+  }
+}
 
-void ImageProcessingCtl::mrgUI_CommandBarShowing(CommandBar& CommandBar) { zFollowBar(CommandBar, true); }
+void ImageProcessingCtl::mrgUI_CommandBarShowing(CommandBar& CommandBar) {
+  try {
+    zFollowBar(CommandBar, true);
+  } catch (...) {
+    QDK_TRAILER(mrgUI_CommandBarShowing, QDK_PARAMETERS(CommandBar), QDK_LOCALS());
+  }
+}
 
 void ImageProcessingCtl::zFollowBar(CommandBar& CommandBar, bool Shown) {
-  try {
-    if (LowerCase(CommandBar.Name()) != "status bar") return;
-    mrgUI.DockFunctions().SetChecked(Commands()("btnViewStatusBar"), Shown);
-  } catch (...) {
-    QDK_TRAILER(zFollowBar, QDK_PARAMETERS(CommandBar, Shown), QDK_LOCALS());
-  }
+  if (LowerCase(CommandBar.Name()) != "status bar") return;
+  mrgUI.DockFunctions().SetChecked(Commands()("btnViewStatusBar"), Shown);
 }
 
 void ImageProcessingCtl::mrgUI_DockWindowHiding(DockWindow& DockWindow) {
-  zFollowDockWindow(DockWindow, false);
+  try {
+    zFollowDockWindow(DockWindow, false);
+  } catch (...) {
+    QDK_TRAILER(mrgUI_DockWindowHiding, QDK_PARAMETERS(DockWindow), QDK_LOCALS());
+  }
 }
 
 void ImageProcessingCtl::mrgUI_DockWindowShowing(DockWindow& DockWindow) {
-  zFollowDockWindow(DockWindow, true);
+  try {
+    zFollowDockWindow(DockWindow, true);
+  } catch (...) {
+    QDK_TRAILER(mrgUI_DockWindowShowing, QDK_PARAMETERS(DockWindow), QDK_LOCALS());
+  }
 }
 
 void ImageProcessingCtl::zFollowDockWindow(DockWindow& DockWindow, bool Shown) {
-  std::string Key;
-  try {
-    Key = LowerCase(DockWindow.Name());
-    if (Key == "dkwmaterials") mrgUI.DockFunctions().SetChecked(Commands()("btnViewMaterialsWindow"), Shown);
-    if (Key == "dkwzoom") mrgUI.DockFunctions().SetChecked(Commands()("btnViewZoomWindow"), Shown);
-  } catch (...) {
-    QDK_TRAILER(zFollowDockWindow, QDK_PARAMETERS(DockWindow, Shown), QDK_LOCALS(Key));
-  }
+  const std::string Key = LowerCase(DockWindow.Name());
+  if (Key == "dkwmaterials") mrgUI.DockFunctions().SetChecked(Commands()("btnViewMaterialsWindow"), Shown);
+  if (Key == "dkwzoom") mrgUI.DockFunctions().SetChecked(Commands()("btnViewZoomWindow"), Shown);
 }
 
 void ImageProcessingCtl::SetControls(const bool& Enabled) {

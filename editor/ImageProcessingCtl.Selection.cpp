@@ -96,24 +96,20 @@ void ImageProcessingCtl::Cut(bool UseSelection) {
 // -- Paste ------------------------------------------------------------------------------------------------
 
 void ImageProcessingCtl::zBeginPaste() {
-  try {
-    if (!iPlatform.Clipboard().GetFormat(kClipboardBitmap)) {
-      iPlatform.UserInterface().MessageBox("Nothing to paste.", kBoxExclamation, "Paste");
-      return;
-    }
-    kestrel::ImgX& scratch = Required(pImage);
-    scratch.Document().Paste("");
-    Tool(ipToolSelect);
-    iPasting = true;
-    Status("Please select where to paste the image, or press Escape to cancel", false, true);
-    mrgUI.DockFunctions().SetChecked(Commands()("btnEditPaste"), true);
-    const kestrel::Image& source = Required(scratch.Image());
-    igxImage.SetSelectionRect(igxImage.ScrollLeft(), igxImage.ScrollTop(), source.Width(), source.Height());
-    igxImage.SelectionVisible(true);
-    igxImage.Refresh();
-  } catch (...) {
-    QDK_TRAILER(zBeginPaste, QDK_PARAMETERS(), QDK_LOCALS());
+  if (!iPlatform.Clipboard().GetFormat(kClipboardBitmap)) {
+    iPlatform.UserInterface().MessageBox("Nothing to paste.", kBoxExclamation, "Paste");
+    return;
   }
+  kestrel::ImgX& scratch = Required(pImage);
+  scratch.Document().Paste("");
+  Tool(ipToolSelect);
+  iPasting = true;
+  Status("Please select where to paste the image, or press Escape to cancel", false, true);
+  mrgUI.DockFunctions().SetChecked(Commands()("btnEditPaste"), true);
+  const kestrel::Image& source = Required(scratch.Image());
+  igxImage.SetSelectionRect(igxImage.ScrollLeft(), igxImage.ScrollTop(), source.Width(), source.Height());
+  igxImage.SelectionVisible(true);
+  igxImage.Refresh();
 }
 
 void ImageProcessingCtl::zFollowPaste() {
@@ -192,15 +188,11 @@ void ImageProcessingCtl::zCropOrTell() {
 }
 
 void ImageProcessingCtl::zCropOrBeginCrop() {
-  try {
-    if (zHasSelection()) return zCropOrTell();
-    Tool(ipToolSelect);
-    iCropping = true;
-    Status("Please select the region to crop the image to, or press Escape to cancel", false, true);
-    mrgUI.DockFunctions().SetChecked(Commands()("btnImageCrop"), true);
-  } catch (...) {
-    QDK_TRAILER(zCropOrBeginCrop, QDK_PARAMETERS(), QDK_LOCALS());
-  }
+  if (zHasSelection()) return zCropOrTell();
+  Tool(ipToolSelect);
+  iCropping = true;
+  Status("Please select the region to crop the image to, or press Escape to cancel", false, true);
+  mrgUI.DockFunctions().SetChecked(Commands()("btnImageCrop"), true);
 }
 
 void ImageProcessingCtl::zCancelCrop() {

@@ -5,7 +5,6 @@
 #include "base/Numbers.h"
 #include "base/Required.h"
 #include "diagnostics/Trailer.h"
-#include "diagnostics/modTollgarthSupport.h"
 #include "imaging/modImgX.h"
 #include "settings/modProcessing.h"
 
@@ -23,7 +22,7 @@ constexpr double kSwatchFifths = 2.7;
 }  // namespace
 
 frmMaterials::frmMaterials()
-    : iForm(modProcessing::Platform().CreateForm("frmMaterials")),
+    : iForm("frmMaterials"),
       ioeTracking(modProcessing::Platform().CreateMouseTracker()),
       btnColors{&Bind<CommandButton>(*iForm, "btnColors", kForeground),
                 &Bind<CommandButton>(*iForm, "btnColors", kBackground)},
@@ -48,7 +47,6 @@ frmMaterials::~frmMaterials() { QDK_RESUME_NEXT(iForm->Unload()); }
 
 void frmMaterials::Form_Load() {
   try {
-    modTollgarthSupport::qdkCountInstance(modTollgarthSupport::Counted::kfrmMaterials);
     QDK_RESUME_NEXT(modProcessing::FormSkin().ApplyToForm(*iForm, -1, -1));
   } catch (...) {
     QDK_TRAILER(Form_Load, QDK_PARAMETERS(), QDK_LOCALS());
@@ -61,7 +59,6 @@ void frmMaterials::Form_Unload() {
   QDK_RESUME_NEXT(ioeTracking->hWnd(0));
   ImageControl = nullptr;
   Processing = nullptr;
-  modTollgarthSupport::qdkUncountInstance(modTollgarthSupport::Counted::kfrmMaterials);
 }
 
 void frmMaterials::Form_Resize() {

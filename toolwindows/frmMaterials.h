@@ -7,6 +7,7 @@
 
 #include "base/Event.h"
 #include "base/Object.h"
+#include "diagnostics/CountedForm.h"
 #include "editor/interface/IImageProcessingCtl.h"
 #include "imaging/contract/Form.h"
 #include "imaging/contract/MouseTracker.h"
@@ -48,7 +49,7 @@ class frmMaterials final : public Object {
 
   std::string qdkDumpModuleVariables() const;
 
-  std::unique_ptr<kestrel::Form> iForm;
+  CountedForm iForm;
   IImageProcessingCtl* pApplication = nullptr;
   IImageProcessingCtl* Processing = nullptr;
   ImageView* ImageControl = nullptr;

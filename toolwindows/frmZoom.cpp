@@ -6,14 +6,11 @@
 #include "base/Numbers.h"
 #include "base/Required.h"
 #include "diagnostics/Trailer.h"
-#include "diagnostics/modTollgarthSupport.h"
 #include "settings/modProcessing.h"
 
 namespace kestrel {
 
-frmZoom::frmZoom()
-    : iForm(modProcessing::Platform().CreateForm("frmZoom")),
-      ioeTracking(modProcessing::Platform().CreateMouseTracker()) {
+frmZoom::frmZoom() : iForm("frmZoom"), ioeTracking(modProcessing::Platform().CreateMouseTracker()) {
   const auto keep = [this](Connection connection) { iConnections.push_back(std::move(connection)); };
   keep(iForm->Load.Connect([this] { Form_Load(); }));
   keep(iForm->Unloaded.Connect([this] { Form_Unload(); }));
@@ -26,7 +23,6 @@ frmZoom::~frmZoom() { QDK_RESUME_NEXT(iForm->Unload()); }
 
 void frmZoom::Form_Load() {
   try {
-    modTollgarthSupport::qdkCountInstance(modTollgarthSupport::Counted::kfrmZoom);
     QDK_RESUME_NEXT(modProcessing::FormSkin().ApplyToForm(*iForm, -1, -1));
   } catch (...) {
     QDK_TRAILER(Form_Load, QDK_PARAMETERS(), QDK_LOCALS());
@@ -37,7 +33,6 @@ void frmZoom::Form_Unload() {
   QDK_RESUME_NEXT(ioeTracking->StopTracking());
   QDK_RESUME_NEXT(ioeTracking->hWnd(0));
   pApplication = nullptr;
-  modTollgarthSupport::qdkUncountInstance(modTollgarthSupport::Counted::kfrmZoom);
 }
 
 void frmZoom::ClearZoomWindow() {

@@ -7,6 +7,7 @@
 
 #include "base/Event.h"
 #include "base/Object.h"
+#include "diagnostics/CountedForm.h"
 #include "editor/interface/IImageProcessingCtl.h"
 #include "imaging/contract/Form.h"
 #include "imaging/contract/MouseTracker.h"
@@ -44,7 +45,7 @@ class frmZoom final : public Object {
 
   std::string qdkDumpModuleVariables() const;
 
-  std::unique_ptr<kestrel::Form> iForm;
+  CountedForm iForm;
   IImageProcessingCtl* pApplication = nullptr;
   std::int32_t pZoomLevel = 0;
   std::unique_ptr<MouseTracker> ioeTracking;

@@ -4,42 +4,81 @@
 
 #include "base/Numbers.h"
 #include "base/RuntimeError.h"
+#include "diagnostics/Trailer.h"
 #include "settings/modProcessing.h"
 
 namespace kestrel::app {
 namespace {
+
+/// The window's name, under which it counts and reports.
+constexpr char kModule[] = "frmImageEditor";
 
 constexpr std::size_t kKeyPrefix = 3;  // "btn"
 
 }  // namespace
 
 EditorWindow::EditorWindow(std::function<void()> closed)
-    : form_(modProcessing::Platform().CreateForm("frmImageEditor")),
-      editor_(std::make_unique<ImageProcessingCtl>(Bind<Site>(*form_, "Processing"))) {
+    : form_(kModule), editor_(std::make_unique<ImageProcessingCtl>(Bind<Site>(*form_, "Processing"))) {
   const auto keep = [this](Connection connection) { connections_.push_back(std::move(connection)); };
-  keep(form_->Load.Connect([this] {
-    editor_->Initialize();
-    modProcessing::WindowPositions().LoadPosition(*form_, {});
-    showName();
-  }));
-  keep(form_->QueryUnload.Connect([this](bool& cancel, std::int32_t) { close(cancel); }));
+  keep(form_->Load.Connect([this] { Form_Load(); }));
+  keep(form_->QueryUnload.Connect([this](bool& cancel, std::int32_t) { Form_QueryUnload(cancel); }));
   keep(form_->Unloaded.Connect(std::move(closed)));
-  keep(editor_->ExitRequest.Connect([this] { form_->Unload(); }));
-  keep(editor_->ImageOpen.Connect([this](const std::string&) { showName(); }));
-  keep(editor_->ImageSave.Connect([this](const std::string&) { showName(); }));
+  keep(editor_->ExitRequest.Connect([this] { Processing_ExitRequest(); }));
+  keep(editor_->ImageOpen.Connect([this](const std::string&) { Processing_ImageOpen(); }));
+  keep(editor_->ImageSave.Connect([this](const std::string&) { Processing_ImageSave(); }));
 }
 
 EditorWindow::~EditorWindow() { editor_->Terminate(); }
 
+void EditorWindow::Form_Load() {
+  try {
+    editor_->Initialize();
+    modProcessing::WindowPositions().LoadPosition(*form_, {});
+    showName();
+  } catch (...) {
+    QDK_TRAILER_OF(kModule, Form_Load, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+void EditorWindow::Form_QueryUnload(bool& Cancel) {
+  try {
+    if (!editor_->SaveChanges()) {
+      Cancel = true;
+      return;
+    }
+    modProcessing::WindowPositions().SavePosition(*form_, {});
+  } catch (...) {
+    QDK_TRAILER_OF(kModule, Form_QueryUnload, QDK_PARAMETERS(Cancel), QDK_LOCALS());
+  }
+}
+
+void EditorWindow::Processing_ExitRequest() {
+  try {
+    form_->Unload();
+  } catch (...) {
+    QDK_TRAILER_OF(kModule, Processing_ExitRequest, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+void EditorWindow::Processing_ImageOpen() {
+  try {
+    showName();
+  } catch (...) {
+    QDK_TRAILER_OF(kModule, Processing_ImageOpen, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+void EditorWindow::Processing_ImageSave() {
+  try {
+    showName();
+  } catch (...) {
+    QDK_TRAILER_OF(kModule, Processing_ImageSave, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
 void EditorWindow::showName() { modProcessing::SetWindowCaption(*form_, {}, editor_->Filename()); }
 
-void EditorWindow::close(bool& cancel) {
-  if (!editor_->SaveChanges()) {
-    cancel = true;
-    return;
-  }
-  modProcessing::WindowPositions().SavePosition(*form_, {});
-}
+std::string EditorWindow::qdkDumpModuleVariables() const { return QDK_FIELDS(editor_); }
 
 void EditorWindow::runCommand(const std::string& key) {
   auto& moorage = Bind<Moorage>(Bind<Site>(*form_, "Processing"), "mrgUI");

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "diagnostics/CountedForm.h"
 #include "editor/ImageProcessingCtl.h"
-#include "imaging/contract/Form.h"
 
 namespace kestrel::app {
 
@@ -29,10 +29,15 @@ class EditorWindow {
   void expectNobody();
 
  private:
+  void Form_Load();
+  void Form_QueryUnload(bool& Cancel);
+  void Processing_ExitRequest();
+  void Processing_ImageOpen();
+  void Processing_ImageSave();
   void showName();
-  void close(bool& cancel);
+  std::string qdkDumpModuleVariables() const;
 
-  std::unique_ptr<Form> form_;
+  CountedForm form_;
   std::unique_ptr<ImageProcessingCtl> editor_;
   std::vector<Connection> connections_;
 };

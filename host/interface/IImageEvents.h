@@ -3,6 +3,7 @@
 #include <string>
 
 #include "base/Object.h"
+#include "diagnostics/modTollgarthSupport.h"
 
 namespace kestrel {
 
@@ -21,6 +22,9 @@ class IImageEvents : public Object {
   virtual void ImageSave(const std::string& /*Filename*/) {}
   /// Called when an image is opened
   virtual void ImageOpen(const std::string& /*Filename*/) {}
+
+ private:
+  InstanceCount iCount{modTollgarthSupport::Counted::kIImageEvents};
 };
 
 }  // namespace kestrel

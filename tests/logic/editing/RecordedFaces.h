@@ -105,7 +105,7 @@ class RecordedPicture final : public engine::ImgXObject {
 };
 
 /// The headless platform, whose free-standing pictures note their calls.
-class RecordedPlatform final : public Platform {
+class RecordedPlatform : public Platform {
  public:
   RecordedPlatform(Log& log, headless::Platform& inner) : log_(log), inner_(inner) {}
 

@@ -81,9 +81,9 @@ const Case kCases[] = {
        w.editor.EventSink(w.sink);
        w.editor.SaveImageAs("");
      }},
-    {"zRequestExit", "ImageProcessingCtl.Commands.cpp", 2, " ExitRequest()",
+    {"mrgUI_CommandClick", "ImageProcessingCtl.Commands.cpp", 2, "row.Action(*this, Command)",
      [](World& w) { w.failAt(w.editor.ExitRequest, [&] { w.dispatch("btnFileClose"); }); }},
-    {"zRequestSimpleSave", "ImageProcessingCtl.Commands.cpp", 2, " SimpleSaveRequest(Saved)",
+    {"mrgUI_CommandClick", "ImageProcessingCtl.Commands.cpp", 2, "row.Action(*this, Command)",
      [](World& w) { w.failAt(w.editor.SimpleSaveRequest, [&] { w.dispatch("btnFileSimpleSave"); }); }},
     {"Tool", "ImageProcessingCtl.Tools.cpp", 3, " ToolChange(pTool)",
      [](World& w) {
