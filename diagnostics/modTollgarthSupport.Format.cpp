@@ -2,6 +2,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/DescribedError.h"
 #include "base/Numbers.h"
 #include "base/RuntimeError.h"
 #include "modTollgarthSupport.h"
@@ -153,8 +154,8 @@ std::string qdkFormatVariable(const std::string& Name, const Variant& Value, std
   }
   try {
     return opening + FormatScalar(Value) + Closing(Name);
-  } catch (const RuntimeError& error) {
-    return "{Error " + ToText(error.Number()) + " formatting for output}";
+  } catch (...) {
+    return "{Error " + ToText(DescribeCurrentError().Number) + " formatting for output}";
   }
 }
 

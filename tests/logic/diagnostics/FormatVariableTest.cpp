@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "FailingAllocator.h"
 #include "base/Collection.h"
 #include "base/RuntimeError.h"
 #include "diagnostics/modTollgarthSupport.h"
@@ -44,6 +45,15 @@ TEST(FormatVariable, RendersTheTypesWithoutAText) {
 TEST(FormatVariable, ReplacesEachNul) {
   EXPECT_EQ(format(std::string("a\0b", 3), 0, "s"), "<s>a{Null}b</s>\r\n");
   EXPECT_EQ(format(std::string("\0\0", 2), 0, "s"), "<s>{Null}{Null}</s>\r\n");
+}
+
+TEST(FormatVariable, PutsTheErrorInPlaceOfAScalarThatCanNotBeRendered) {
+  constexpr std::size_t kLarge = 100'000;
+  const Variant value(std::string(kLarge, 'x'));
+  test::failAllocationsAfter(0, kLarge);
+  const std::string text = format(value, 4);
+  test::failAllocationsAfter(-1);
+  EXPECT_EQ(text, "{Error 7 formatting for output}");
 }
 
 TEST(FormatVariable, IndentsByBlanks) {

@@ -82,6 +82,16 @@ TEST_P(EditingPreview, InitPropertiesTakesTheTabStopAndShowsThePanes) {
   EXPECT_TRUE(preview_->Visible());
 }
 
+TEST_P(EditingPreview, ReadPropertiesShowsThePanesAndLeavesTheTabStop) {
+  surface_ = headless::makePreviewSite(platform().desktop(), nullptr, "Preview", platform().surroundings());
+  original_ = &Bind<headless::ImageView>(*surface_, "igxOriginal");
+  control_ = std::make_unique<Preview>(*surface_);
+  original_->Visible(false);
+  surface_->ReadProperties(headless::BagOfProperties());
+  EXPECT_TRUE(surface_->tabStop());
+  EXPECT_TRUE(original_->Visible());
+}
+
 TEST_P(EditingPreview, WithoutASelectionOpensOnTheStockPicture) {
   control().OriginalPicture(&view());
   EXPECT_FALSE(control().UseOriginal());
@@ -205,6 +215,19 @@ TEST_P(EditingPreviewScroll, ScrollingOnePaneMovesTheOther) {
   EXPECT_EQ(scrollOf(*preview_), (Point{120, 90}));
   preview_->ScrollLeft(30);
   EXPECT_EQ(scrollOf(*original_), (Point{30, 90}));
+}
+
+TEST_P(EditingPreviewScroll, AFailureLeavesTheGuardSoThatThePanesNoLongerFollow) {
+  {
+    const Connection failing =
+        preview_->ScrollChanged.Connect([] { throw RuntimeError(err::kInternal, "Chosen to fail."); });
+    user().answers(kAnswerOK);
+    original_->ScrollLeft(120);
+  }
+  ASSERT_EQ(user().boxes().size(), 1u);
+  const Point before = scrollOf(*preview_);
+  original_->ScrollLeft(40);
+  EXPECT_EQ(scrollOf(*preview_), before);
 }
 
 TEST_P(EditingPreviewScroll, PanningOnePaneMovesTheOtherAtEachStep) {

@@ -310,6 +310,18 @@ TEST_P(EditingRotateDialog, ComputesTheFirstPreviewWhenTheWindowHasAppeared) {
   });
 }
 
+TEST_P(EditingRotateDialog, RunsTheBodyOfItsActivationOnce) {
+  show([this](Dialog& dialog) {
+    platform().FormUtility().forgetPointers();
+    platform().Screen().MousePointer(kBusyHourglass);
+    dialog.form().Activate();
+    EXPECT_THAT(platform().FormUtility().pointers(), IsEmpty());
+    EXPECT_EQ(platform().Screen().MousePointer(), kBusyHourglass);
+    platform().Screen().MousePointer(kBusyDefault);
+    dialog.cancel();
+  });
+}
+
 TEST_P(EditingRotateDialog, FollowsEachChangeOfASetting) {
   set(90, ipDirectionRight);
   show([](Dialog& dialog) {
@@ -389,6 +401,22 @@ TEST_P(EditingRotateDialog, AnAngleBeyond32BitsIsReportedAndTheDialogGoesOn) {
   });
   ASSERT_EQ(user().boxes().size(), 1u);
   EXPECT_EQ(user().boxes()[0].title, "Application Error");
+}
+
+TEST_P(EditingRotateDialog, AComplementBeyond32BitsIsReportedBeforeThePreviewIsReset) {
+  set(90, ipDirectionLeft);
+  show([this](Dialog& dialog) {
+    dialog.text().Text("90");
+    platform().FormUtility().forgetPointers();
+    user().answers(kAnswerOK);
+    dialog.text().Text("-2147483648");  // 360 less that
+    EXPECT_THAT(platform().FormUtility().pointers(), IsEmpty());
+    EXPECT_TRUE(same(dialog.after(), rotated(dialog.before(), 270))) << "the preview of before";
+    dialog.cancel();
+  });
+  ASSERT_EQ(user().boxes().size(), 1u);
+  EXPECT_THAT(user().boxes()[0].text, testing::HasSubstr("Procedure: UpdatePreview\r\n"));
+  EXPECT_THAT(user().boxes()[0].text, testing::HasSubstr("(6)"));
 }
 
 KESTREL_WITH_BOTH_PATHS(EditingRotateDialog);
