@@ -71,13 +71,13 @@ TEST(ForRows, AnErrorReachesTheCallerAfterTheBandsUnderWayHaveEnded) {
 }
 
 TEST(ForRows, AnErrorOfABandIsNotedAsRaisedByTheCall) {
-  if (threadCount() == 1) GTEST_SKIP() << "no other thread takes part";
   const ThrowRecord record;
   try {
     forRows(100, 1, [](std::int32_t, std::int32_t) { throw std::runtime_error("band"); });
     FAIL() << "the error did not arrive";
   } catch (const std::runtime_error&) {
-    EXPECT_NE(ThrowRecord::OfCurrentError(), nullptr);
+    // On one core there is no other thread, and nothing to rethrow.
+    EXPECT_EQ(ThrowRecord::OfCurrentError() != nullptr, threadCount() > 1);
   }
 }
 
