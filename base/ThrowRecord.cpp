@@ -1,7 +1,5 @@
 #include "ThrowRecord.h"
 
-#include <cstring>
-
 namespace kestrel {
 namespace {
 
@@ -15,9 +13,7 @@ thread_local ThrowRecord* theRecord = nullptr;
 /// An exception_ptr is one pointer, to the exception object; libstdc++ and libc++ agree in that.
 const void* ObjectOf(const std::exception_ptr& error) {
   static_assert(sizeof(error) == sizeof(const void*));
-  const void* object = nullptr;
-  std::memcpy(&object, &error, sizeof object);
-  return object;
+  return *reinterpret_cast<void* const*>(&error);
 }
 
 }  // namespace

@@ -2,13 +2,14 @@
 
 #include <utility>
 
+#include "base/Required.h"
 #include "imaging/contract/Platform.h"
 
 namespace kestrel {
 
 CountedForm::CountedForm(const std::string& name)
     : object_(modTollgarthSupport::CountedWindow(name)),
-      form_(modTollgarthSupport::AttachedPlatform()->CreateForm(name)) {
+      form_(Required(modTollgarthSupport::AttachedPlatform()).CreateForm(name)) {
   load_ = form_->Load.Connect([this] {
     if (!std::exchange(counted_, true)) modTollgarthSupport::qdkCountInstance(object_);
   });
