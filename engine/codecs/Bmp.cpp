@@ -283,11 +283,53 @@ void readProfile(Bytes data, const Header& header, Metadata& metadata) {
   metadata.iccProfile.assign(profile.begin(), profile.end());
 }
 
+bool hasFileHeader(Bytes data) { return data.size() >= 2 && data[0] == 'B' && data[1] == 'M'; }
+
+/// A device-independent bitmap alone, as clipboards hold it: it begins with the information header.
+bool isBareBitmap(Bytes data) {
+  if (data.size() < kInfoHeader) return false;
+  ByteReader reader(data);
+  constexpr std::array<std::uint32_t, 5> kSizes{kInfoHeader, kV2Header, kV3Header, 108, kV5Header};
+  if (std::ranges::find(kSizes, reader.u32()) == kSizes.end()) return false;
+  const std::int32_t width = reader.i32(), height = reader.i32();
+  const std::uint16_t planes = reader.u16(), bits = reader.u16();
+  constexpr std::array<std::uint16_t, 6> kBits{1, 4, 8, 16, 24, 32};
+  return width > 0 && height != 0 && planes == 1 && std::ranges::find(kBits, bits) != kBits.end() &&
+         reader.u32() <= kAlphaBitfields;
+}
+
+/// The file that the bitmap would be: a file header before it.
+std::vector<std::uint8_t> asFile(Bytes bitmap) {
+  ByteReader reader(bitmap);
+  const std::size_t headerSize = reader.u32();
+  reader.skip(10);
+  const std::uint16_t bits = reader.u16();
+  const std::uint32_t compression = reader.u32();
+  reader.skip(12);
+  const std::size_t used = reader.u32();
+  constexpr std::size_t kMostColors = 256;
+  const std::size_t colors = std::min(kMostColors, bits > 8 || used > 0 ? used : std::size_t{1} << bits);
+  const std::size_t masks = headerSize != kInfoHeader        ? 0
+                            : compression == kBitfields      ? 12
+                            : compression == kAlphaBitfields ? 16
+                                                             : 0;
+  ByteWriter writer;
+  writer.text("BM");
+  writer.u32(kFileHeader + bitmap.size());
+  writer.u32(0);
+  writer.u32(kFileHeader + headerSize + masks + 4 * colors);
+  writer.bytes(bitmap);
+  return writer.finish();
+}
+
 }  // namespace
 
-bool probe(Bytes data) { return data.size() >= kFileHeader + 4 && data[0] == 'B' && data[1] == 'M'; }
+bool probe(Bytes data) {
+  return (hasFileHeader(data) && data.size() >= kFileHeader + 4) || isBareBitmap(data);
+}
 
 Decoded decode(Bytes data) {
+  if (!hasFileHeader(data) && isBareBitmap(data)) return decode(asFile(data));
   Decoded decoded;
   const Header header = readHeader(data, decoded.metadata);
   readProfile(data, header, decoded.metadata);

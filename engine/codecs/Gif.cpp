@@ -48,6 +48,12 @@ Palette readPalette(ByteReader& reader, std::uint8_t flags, const Palette& other
   return palette;
 }
 
+/// What the file holds besides its first picture.
+struct Contents {
+  std::int32_t pictures = 0;
+  std::string comment;  ///< the first
+};
+
 void skipBlocks(ByteReader& reader) {
   while (const std::uint8_t size = reader.u8()) reader.skip(size);
 }
@@ -73,6 +79,47 @@ int findFirstPicture(ByteReader& reader) {
     }
     skipBlocks(reader);
   }
+}
+
+std::string readText(ByteReader& reader) {
+  std::string text;
+  while (const std::uint8_t size = reader.u8()) {
+    const Bytes part = reader.take(size);
+    text.append(part.begin(), part.end());
+  }
+  return text;
+}
+
+/// Walks over the blocks, as far as there are whole ones.
+Contents readContents(Bytes data) {
+  constexpr std::uint8_t kExtension = 0x21, kPicture = 0x2C, kEnd = 0x3B, kComment = 0xFE;
+  Contents contents;
+  try {
+    ByteReader reader(data);
+    reader.skip(10);
+    const std::uint8_t screenFlags = reader.u8();
+    reader.skip(2);
+    readPalette(reader, screenFlags, {});
+    for (std::uint8_t mark = reader.u8(); mark != kEnd; mark = reader.u8()) {
+      if (mark == kPicture) {
+        reader.skip(8);
+        readPalette(reader, reader.u8(), {});
+        reader.skip(1);
+        ++contents.pictures;
+        skipBlocks(reader);
+      } else if (mark == kExtension) {
+        const bool isComment = reader.u8() == kComment;
+        if (isComment && contents.comment.empty()) {
+          contents.comment = readText(reader);
+        } else {
+          skipBlocks(reader);
+        }
+      }
+    }
+  } catch (const RuntimeError& error) {
+    if (error.Number() != err::kInvalidPicture) throw;  // cut short; what came before counts
+  }
+  return contents;
 }
 
 /// The rows of a picture in the order in which they are stored.
@@ -115,6 +162,17 @@ void check(int result, GifFileType* file) {
   throw RuntimeError(err::kInvalidCall, "The picture cannot be saved as GIF: " + reasonOf(file->Error) + ".");
 }
 
+void putComment(GifFileType* file, const std::string& comment) {
+  if (comment.empty()) return;
+  constexpr std::size_t kMostOfBlock = 255;
+  check(EGifPutExtensionLeader(file, COMMENT_EXT_FUNC_CODE), file);
+  for (std::size_t at = 0; at < comment.size(); at += kMostOfBlock) {
+    const std::size_t size = std::min(kMostOfBlock, comment.size() - at);
+    check(EGifPutExtensionBlock(file, static_cast<int>(size), comment.data() + at), file);
+  }
+  check(EGifPutExtensionTrailer(file), file);
+}
+
 }  // namespace
 
 bool probe(Bytes data) {
@@ -144,6 +202,9 @@ Decoded decode(Bytes data) {
   checkClaimedSize(width, height, data.size(), 8 * kPixelsPerByte);
 
   Decoded decoded;
+  Contents contents = readContents(data);
+  decoded.stored.pages = std::max(1, contents.pictures);
+  decoded.metadata.comment = std::move(contents.comment);
   decoded.stored.hasAlpha = transparent >= 0 || frameWidth != width || frameHeight != height;
   decoded.bitmap = Bitmap::filled(width, height);
   const Pixels pixels = decoded.bitmap.writable();
@@ -168,7 +229,7 @@ Decoded decode(Bytes data) {
   return decoded;
 }
 
-std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata&, const EncodeOptions&) {
+std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata, const EncodeOptions&) {
   if (bitmap.width() > 65535 || bitmap.height() > 65535) {
     throw RuntimeError(err::kInvalidCall,
                        "The picture is too large for a GIF file, whose sides have at most "
@@ -196,6 +257,7 @@ std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata&, const En
   const bool seeThrough = indexed.transparentIndex >= 0;
   EGifSetGifVersion(file.get(), true);
   check(EGifPutScreenDesc(file.get(), bitmap.width(), bitmap.height(), 8, 0, map.get()), file.get());
+  putComment(file.get(), metadata.comment);
   if (seeThrough) {
     const GraphicsControlBlock control{DISPOSAL_UNSPECIFIED, false, 0, indexed.transparentIndex};
     std::array<GifByteType, 4> block{};

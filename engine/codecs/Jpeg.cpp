@@ -372,7 +372,14 @@ void invert(Bitmap& bitmap) {
 
 }  // namespace
 
-bool probe(Bytes data) { return data.size() >= 3 && data[0] == 0xFF && data[1] == 0xD8 && data[2] == 0xFF; }
+bool probe(Bytes data) {
+  if (data.size() < 3 || data[0] != 0xFF || data[1] != 0xD8) return false;
+  // Some cameras leave a few zero bytes between the segments, also before the first.
+  constexpr std::size_t kMostZeros = 64;
+  const Bytes start = data.subspan(2, std::min(data.size() - 2, kMostZeros + 1));
+  const auto first = std::ranges::find_if(start, [](std::uint8_t byte) { return byte != 0; });
+  return first != start.end() && *first == 0xFF;
+}
 
 Decoded decode(Bytes data) { return decodeReduced(data, Bitmap::kMaxSide); }
 

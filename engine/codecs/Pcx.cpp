@@ -3,6 +3,7 @@
 #include <cmath>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "ByteReader.h"
 #include "ByteWriter.h"
@@ -11,7 +12,8 @@
 #include "Formats.h"
 
 // A header of 128 bytes, then rows of run lengths, plane after plane within a row: a byte with both high bits
-// set is a count for the byte after it. A palette of 256 colours stands at the end, after a 12.
+// set is a count for the byte after it. A palette of 256 colours stands at the end, after a 12. DCX files
+// hold several such pictures, of which the first is read.
 
 namespace kestrel::engine::pcx {
 namespace {
@@ -192,14 +194,41 @@ void writeLine(ByteWriter& writer, const std::vector<std::uint8_t>& line) {
 
 }  // namespace
 
-bool probe(Bytes data) {
+namespace {
+
+bool isPicture(Bytes data) {
   if (data.size() < kHeaderSize || data[0] != 10) return false;
   const bool version = data[1] == 0 || (data[1] >= 2 && data[1] <= 5);
   const bool bits = data[3] == 1 || data[3] == 2 || data[3] == 4 || data[3] == 8;
   return version && data[2] <= 1 && bits && data[65] >= 1 && data[65] <= 4;
 }
 
-Decoded decode(Bytes data) {
+/// The pages of a DCX file, which is a mark and up to 1023 places of PCX pictures before a 0. Each picture
+/// ends where the next place is. Empty for other files.
+std::vector<Bytes> pagesOf(Bytes data) {
+  constexpr std::uint32_t kMark = 0x3ADE68B1;
+  constexpr std::size_t kMostPages = 1023;
+  if (data.size() < 8) return {};
+  ByteReader reader(data);
+  if (reader.u32() != kMark) return {};
+  std::vector<std::size_t> places;
+  while (places.size() < kMostPages && reader.remaining() >= 4) {
+    const std::size_t place = reader.u32();
+    if (place == 0 || place >= data.size()) break;
+    places.push_back(place);
+  }
+  std::vector<Bytes> pages;
+  for (const std::size_t place : places) {
+    std::size_t end = data.size();
+    for (const std::size_t other : places) {
+      if (other > place) end = std::min(end, other);
+    }
+    pages.push_back(data.subspan(place, end - place));
+  }
+  return pages;
+}
+
+Decoded decodePicture(Bytes data) {
   Decoded decoded;
   const Header header = readHeader(data, decoded.metadata);
   decoded.stored.bitsPerSample = static_cast<std::int32_t>(header.bits);
@@ -218,6 +247,21 @@ Decoded decode(Bytes data) {
   for (; rows < header.height && lines.read(line); ++rows) readRow(line, header, palette, pixels.row(rows));
   if (rows < header.height) keepRows(decoded, rows);
   if (decoded.stored.hasAlpha) dropEmptyAlpha(decoded.bitmap);
+  return decoded;
+}
+
+}  // namespace
+
+bool probe(Bytes data) {
+  const std::vector<Bytes> pages = pagesOf(data);
+  return isPicture(pages.empty() ? data : pages.front());
+}
+
+Decoded decode(Bytes data) {
+  const std::vector<Bytes> pages = pagesOf(data);
+  if (pages.empty()) return decodePicture(data);
+  Decoded decoded = decodePicture(pages.front());
+  decoded.stored.pages = static_cast<std::int32_t>(pages.size());
   return decoded;
 }
 

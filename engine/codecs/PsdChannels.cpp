@@ -1,8 +1,11 @@
 #include "PsdChannels.h"
 
+#include <isa-l/igzip_lib.h>
+
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <memory>
 #include <string>
 
 #include "Damage.h"
@@ -10,7 +13,7 @@
 namespace kestrel::engine::psd {
 namespace {
 
-enum Compression : std::uint16_t { kRaw = 0, kRunLengths = 1 };
+enum Compression : std::uint16_t { kRaw = 0, kRunLengths = 1, kZip = 2, kZipWithPrediction = 3 };
 
 /// Unpacks one row; false if the data does not fill it.
 bool unpackBits(Bytes data, std::vector<std::uint8_t>& row) {
@@ -75,37 +78,93 @@ std::vector<std::size_t> readRowSizes(ByteReader& reader, const ChannelForm& for
   return sizes;
 }
 
+/// Each sample of a row is stored as its difference from the one before. Of real numbers it is each byte, and
+/// all their first bytes come before all their second ones.
+void undoPrediction(std::vector<std::uint8_t>& row, const ChannelForm& form) {
+  const auto width = static_cast<std::size_t>(form.width);
+  if (form.depth == 16) {
+    std::uint32_t value = 0;
+    for (std::size_t at = 0; at + 1 < row.size(); at += 2) {
+      value += static_cast<std::uint32_t>(row[at] << 8 | row[at + 1]);
+      row[at] = static_cast<std::uint8_t>(value >> 8);
+      row[at + 1] = static_cast<std::uint8_t>(value);
+    }
+    return;
+  }
+  for (std::size_t at = 1; at < row.size(); ++at) row[at] = static_cast<std::uint8_t>(row[at] + row[at - 1]);
+  if (form.depth != 32) return;
+  const std::vector<std::uint8_t> planes = row;
+  for (std::size_t x = 0; x < width; ++x) {
+    for (std::size_t i = 0; i < 4; ++i) row[4 * x + i] = planes[i * width + x];
+  }
+}
+
+/// The rows of the channels one after the other, unpacked.
+class StoredRows {
+ public:
+  StoredRows(ByteReader& reader, const ChannelForm& form) : reader_(reader), form_(form) {
+    compression_ = reader.u16();
+    if (compression_ > kZipWithPrediction) {
+      refusePicture("The PSD file cannot be read: compression " + std::to_string(compression_) +
+                    " of its channels is not known.");
+    }
+    if (compression_ == kRunLengths) sizes_ = readRowSizes(reader, form);
+    if (compression_ < kZip) return;
+    inflate_ = std::make_unique<inflate_state>();
+    isal_inflate_init(inflate_.get());
+    inflate_->crc_flag = ISAL_ZLIB;
+    const Bytes packed = reader.take(std::min<std::size_t>(reader.remaining(), UINT32_MAX));
+    inflate_->next_in = const_cast<std::uint8_t*>(packed.data());
+    inflate_->avail_in = static_cast<std::uint32_t>(packed.size());
+  }
+
+  /// Reads the next row; false if it is damaged.
+  bool next(std::vector<std::uint8_t>& row) {
+    if (inflate_) return unzip(row);
+    const std::size_t stored = compression_ == kRaw ? row.size() : sizes_[number_++];
+    const Bytes packed = reader_.take(std::min(stored, reader_.remaining()));
+    const bool whole = packed.size() == stored;
+    if (compression_ == kRunLengths) return unpackBits(packed, row) && whole;
+    if (whole) std::ranges::copy(packed, row.begin());
+    return whole;
+  }
+
+  /// Whether rows may come after a damaged one.
+  bool goesOn() const { return !inflate_ && reader_.remaining() > 0; }
+
+ private:
+  bool unzip(std::vector<std::uint8_t>& row) {
+    if (damaged_) return false;
+    inflate_->next_out = row.data();
+    inflate_->avail_out = static_cast<std::uint32_t>(row.size());
+    damaged_ = isal_inflate(inflate_.get()) != ISAL_DECOMP_OK || inflate_->avail_out > 0;
+    if (!damaged_ && compression_ == kZipWithPrediction) undoPrediction(row, form_);
+    return !damaged_;
+  }
+
+  ByteReader& reader_;
+  ChannelForm form_;
+  std::uint16_t compression_ = kRaw;
+  std::vector<std::size_t> sizes_;
+  std::size_t number_ = 0;
+  std::unique_ptr<inflate_state> inflate_;
+  bool damaged_ = false;
+};
+
 }  // namespace
 
 Channels readChannels(ByteReader& reader, const ChannelForm& form, std::int32_t wanted) {
-  const std::uint16_t compression = reader.u16();
-  if (compression != kRaw && compression != kRunLengths) {
-    refusePicture("The PSD file cannot be read: compression " + std::to_string(compression) +
-                  " of the whole picture is not known.");
-  }
-  std::vector<std::size_t> sizes;
-  if (compression == kRunLengths) sizes = readRowSizes(reader, form);
-
+  StoredRows stored(reader, form);
   Channels result;
   result.rows = form.height;
-  const std::size_t size = rowBytes(form);
-  std::vector<std::uint8_t> row(size);
-  std::size_t number = 0;
+  std::vector<std::uint8_t> row(rowBytes(form));
   for (std::int32_t channel = 0; channel < wanted; ++channel) {
     std::vector<std::uint8_t>& plane = result.planes.emplace_back(static_cast<std::size_t>(form.width) *
                                                                   static_cast<std::size_t>(form.height));
-    for (std::int32_t y = 0; y < form.height; ++y, ++number) {
-      const std::size_t stored = compression == kRaw ? size : sizes[number];
-      const Bytes packed = reader.take(std::min(stored, reader.remaining()));
-      bool whole = packed.size() == stored;
-      if (compression == kRaw) {
-        if (whole) std::ranges::copy(packed, row.begin());
-      } else {
-        whole = unpackBits(packed, row) && whole;
-      }
-      if (!whole) {
+    for (std::int32_t y = 0; y < form.height; ++y) {
+      if (!stored.next(row)) {
         result.rows = std::min(result.rows, y);
-        if (reader.remaining() == 0) break;
+        if (!stored.goesOn()) break;
         continue;
       }
       toSamples(row, form, plane.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(form.width));

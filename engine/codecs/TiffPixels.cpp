@@ -9,6 +9,8 @@
 
 #include "ColorProfile.h"
 #include "Damage.h"
+#include "TiffFax.h"
+#include "TiffLab.h"
 #include "TiffSamples.h"
 #include "TiffStream.h"
 #include "base/RuntimeError.h"
@@ -346,12 +348,24 @@ PixelKind kindOf(std::uint16_t photometric) {
   }
 }
 
+/// The white of Lab colours is that of the printing trade unless the file says otherwise.
+bool hasUsualWhite(TIFF* tiff) {
+  constexpr float kUsualX = 0.3457F;
+  const float* white = nullptr;
+  return TIFFGetField(tiff, TIFFTAG_WHITEPOINT, &white) != 1 || std::abs(white[0] - kUsualX) < 0.005F;
+}
+
 /// Reads what `readBlocks` can and turns it into the colours of the screen.
 void readSamples(TIFF* tiff, Bytes file, const Layout& layout, Decoded& decoded) {
   const bool ink = layout.photometric == PHOTOMETRIC_SEPARATED;
   const std::vector<Gap> gaps = readBlocks(tiff, file, layout, ink ? Part::colors : Part::all, decoded);
   if (!ink && layout.premultiplied) unpremultiply(decoded.bitmap);
-  convertToSrgb(decoded, kindOf(layout.photometric));
+  if (layout.photometric == PHOTOMETRIC_CIELAB && !hasUsualWhite(tiff)) {
+    labToSrgb(decoded.bitmap);
+    convertToSrgb(decoded, PixelKind::rgb);
+  } else {
+    convertToSrgb(decoded, kindOf(layout.photometric));
+  }
   if (ink && layout.hasAlpha) {
     readBlocks(tiff, file, layout, Part::alpha, decoded);
     if (layout.premultiplied) unpremultiply(decoded.bitmap);
@@ -365,7 +379,24 @@ void readSamples(TIFF* tiff, Bytes file, const Layout& layout, Decoded& decoded)
   }
 }
 
-/// Lets the library make the colours of the rarer kinds (YCbCr, LogLuv, Lab with a white of its own).
+/// Reads the next rows; gives how many of them are good. The library reads no more of a strip than the rows
+/// that it is asked for, so of a damaged one it is asked for ever fewer.
+std::int32_t rowsThatCanBeRead(TIFFRGBAImage& image, std::vector<std::uint32_t>& raster, std::int32_t width,
+                               std::int32_t rows) {
+  const auto reads = [&](std::int32_t count) {
+    return TIFFRGBAImageGet(&image, raster.data(), static_cast<std::uint32_t>(width),
+                            static_cast<std::uint32_t>(count)) != 0;
+  };
+  if (reads(rows)) return rows;
+  std::int32_t good = 0, bad = rows;
+  while (bad - good > 1) {
+    const std::int32_t middle = good + (bad - good) / 2;
+    (reads(middle) ? good : bad) = middle;
+  }
+  return good > 0 && reads(good) ? good : 0;
+}
+
+/// Lets the library make the colours of the rarer kinds (YCbCr, LogLuv).
 void readByLibrary(TIFF* tiff, const Layout& layout, Decoded& decoded) {
   TIFFRGBAImage image{};
   char reason[1024] = "";
@@ -386,16 +417,14 @@ void readByLibrary(TIFF* tiff, const Layout& layout, Decoded& decoded) {
     const std::int32_t rows = std::min(step, layout.height - y);
     image.row_offset = y;
     image.col_offset = 0;
-    if (TIFFRGBAImageGet(&image, raster.data(), static_cast<std::uint32_t>(layout.width),
-                         static_cast<std::uint32_t>(rows)) == 0) {
-      break;
-    }
-    for (std::int32_t row = 0; row < rows; ++row) {
+    const std::int32_t good = rowsThatCanBeRead(image, raster, layout.width, rows);
+    for (std::int32_t row = 0; row < good; ++row) {
       std::memcpy(pixels.row(y + row),
                   raster.data() + static_cast<std::size_t>(row) * static_cast<std::size_t>(layout.width),
                   static_cast<std::size_t>(layout.width) * 4);
     }
-    y += rows;
+    y += good;
+    if (good < rows) break;
   }
   const bool hasAlpha = image.alpha != 0;
   TIFFRGBAImageEnd(&image);
@@ -404,25 +433,16 @@ void readByLibrary(TIFF* tiff, const Layout& layout, Decoded& decoded) {
   convertToSrgb(decoded, PixelKind::rgb);
 }
 
-/// The white of Lab colours is that of the printing trade unless the file says otherwise; the library knows
-/// others.
-bool hasUsualWhite(TIFF* tiff) {
-  constexpr float kUsualX = 0.3457F;
-  const float* white = nullptr;
-  return TIFFGetField(tiff, TIFFTAG_WHITEPOINT, &white) != 1 || std::abs(white[0] - kUsualX) < 0.005F;
-}
-
-bool storesPlainSamples(TIFF* tiff, const Layout& layout) {
+bool storesPlainSamples(const Layout& layout) {
   switch (layout.photometric) {
     case PHOTOMETRIC_MINISWHITE:
     case PHOTOMETRIC_MINISBLACK:
     case PHOTOMETRIC_PALETTE:
     case PHOTOMETRIC_RGB:
     case PHOTOMETRIC_SEPARATED:
+    case PHOTOMETRIC_CIELAB:
     case PHOTOMETRIC_ICCLAB:
       return layout.samples >= layout.colors && canUnpack(layout.sample);
-    case PHOTOMETRIC_CIELAB:
-      return layout.samples >= layout.colors && canUnpack(layout.sample) && hasUsualWhite(tiff);
     default:
       return false;
   }
@@ -432,6 +452,7 @@ bool storesPlainSamples(TIFF* tiff, const Layout& layout) {
 
 void readPixels(TIFF* tiff, Bytes file, Decoded& decoded) {
   Layout layout = readLayout(tiff, file.size());
+  correctFaxCoding(tiff);
   if (TIFFIsCODECConfigured(layout.compression) == 0) {
     refusePicture("The TIFF file cannot be read: its compression, number " +
                   std::to_string(layout.compression) + ", is not known.");
@@ -445,7 +466,7 @@ void readPixels(TIFF* tiff, Bytes file, Decoded& decoded) {
   decoded.stored.hasAlpha = layout.hasAlpha;
   // Transparent, so that what cannot be read stays so.
   decoded.bitmap = Bitmap::filled(layout.width, layout.height);
-  if (storesPlainSamples(tiff, layout)) {
+  if (storesPlainSamples(layout)) {
     readSamples(tiff, file, layout, decoded);
   } else {
     readByLibrary(tiff, layout, decoded);

@@ -99,6 +99,27 @@ TEST(Bmp, AlphaMasksGiveTransparencyUnlessAllOfItIsZero) {
   expectRows(decode(windowsFile({32, 6, 2, 1}, none, 16)).bitmap, {{kRed, kGreen}});
 }
 
+TEST(Bmp, ReadsABitmapWithoutAFileHeaderAsClipboardsHoldIt) {
+  const auto bare = [](const Form& form, const Builder& tail, std::size_t pixelsAt) {
+    auto file = windowsFile(form, tail, pixelsAt);
+    file.erase(file.begin(), file.begin() + 14);
+    const Decoded decoded = decode(file);
+    EXPECT_EQ(decoded.format, format::kBmp);
+    EXPECT_EQ(decoded.notice, "");
+    return decoded.bitmap;
+  };
+  Builder one = Builder().u8({255, 255, 255, 0, 0, 0, 255, 0}).u8({0b01000000, 0, 0, 0});
+  expectRows(bare({1, 0, 2, 1}, one, 8), {{kWhite, kRed}});
+  Builder eight = fourColors().u8({3, 1, 0, 0});
+  expectRows(bare({8, 0, 2, 1, 4}, eight, 16), {{kBlue, kRed}});
+  Builder masked = Builder().le32(0xF800).le32(0x07E0).le32(0x001F).le16(0x07E0).le16(0x001F);
+  expectRows(bare({16, 3, 2, 1}, masked, 12), {{kGreen, kBlue}});
+  Builder direct = Builder().u8({0, 0, 255, 255, 0, 0, 0, 0});
+  expectRows(bare({24, 0, 2, 1}, direct, 0), {{kRed, kBlue}});
+  Builder alpha = Builder().u8({0, 0, 255, 0, 255, 0, 0, 77});
+  expectRows(bare({32, 0, 2, 1}, alpha, 0), {{kRed, kBlue}});
+}
+
 TEST(Bmp, ReadsOs2Headers) {
   Builder core;
   core.text("BM").le32(0).le32(0).le32(32).le32(12).le16(2).le16(1).le16(1).le16(1);

@@ -110,8 +110,21 @@ TEST(Gif, TheFirstOfSeveralFramesIsShown) {
   auto bytes = gifFile({1, 1, 0, 0, 1, 1}, {1});
   bytes.pop_back();
   const auto second = gifFile({1, 1, 0, 0, 1, 1}, {2});
-  bytes.insert(bytes.end(), second.begin() + 35, second.end());
-  EXPECT_EQ(decode(bytes).bitmap.at(0, 0), kRed);
+  bytes.insert(bytes.end(), second.begin() + 34, second.end());
+  const Decoded decoded = decode(bytes);
+  EXPECT_EQ(decoded.bitmap.at(0, 0), kRed);
+  EXPECT_EQ(decoded.stored.pages, 2);
+  EXPECT_EQ(decode(Bytes(bytes).first(bytes.size() - 4)).stored.pages, 2) << "the second was begun";
+  EXPECT_EQ(decode(gifFile({1, 1, 0, 0, 1, 1}, {1})).stored.pages, 1);
+}
+
+TEST(Gif, CommentsAreKept) {
+  EXPECT_EQ(decode(gifFile({1, 1, 0, 0, 1, 1}, {1})).metadata.comment, "hello");
+  Metadata metadata;
+  metadata.comment = std::string(600, 'x') + "end";
+  const auto saved = encode(Bitmap::filled(3, 3, kRed), metadata, format::kGif);
+  EXPECT_EQ(decode(saved).metadata.comment, metadata.comment);
+  EXPECT_EQ(decode(saved).stored.pages, 1);
 }
 
 TEST(Gif, UpTo256ColoursAreKeptExactly) {

@@ -91,6 +91,19 @@ TEST(Jpeg, ReadsWhatOtherProgramsWrite) {
   }
 }
 
+TEST(Jpeg, ZeroBytesBetweenSegmentsArePassedOver) {
+  const auto bytes = writeGradient({});
+  const Bitmap picture = decode(bytes).bitmap;
+  // Before each segment up to the scan, whose length follows its mark.
+  for (std::size_t at = 2; bytes[at + 1] != 0xDA; at += 2U + (bytes[at + 2] << 8U | bytes[at + 3])) {
+    auto padded = bytes;
+    padded.insert(padded.begin() + static_cast<std::ptrdiff_t>(at), 3, 0);
+    const Decoded decoded = decode(padded);
+    EXPECT_TRUE(isPicture(decoded.bitmap, picture)) << at;
+    EXPECT_EQ(decoded.notice, "") << at;
+  }
+}
+
 TEST(Jpeg, ReadsGray) {
   const auto bytes = writeJpeg(20, 10, 1, {.input = JCS_GRAYSCALE, .stored = JCS_GRAYSCALE},
                                [](int x, int, int) { return x * 10; });

@@ -84,6 +84,28 @@ TEST(Pcx, Reads24BitsInPlanes) {
   EXPECT_EQ(decoded.metadata.resolutionY, 150);
 }
 
+TEST(Pcx, ReadsTheFirstPictureOfAContainerAndTellsHowManyThereAre) {
+  // The palette of the first page stands at that page's end, not at the file's.
+  Builder first;
+  first.bytes = pcxFile({}, {0xC3, 7, 9});
+  first.u8({12}).fill(768);
+  first.bytes[first.bytes.size() - 768 + 21] = 255;
+  first.bytes[first.bytes.size() - 768 + 28] = 255;
+  const auto second = pcxFile({.packed = false}, {1, 200, 3, 255});
+  Builder file = Builder().le32(0x3ADE68B1);
+  constexpr std::uint32_t kFirst = 16;
+  file.le32(kFirst).le32(static_cast<std::uint32_t>(kFirst + first.bytes.size())).le32(0);
+  file.bytes.insert(file.bytes.end(), first.bytes.begin(), first.bytes.end());
+  file.bytes.insert(file.bytes.end(), second.begin(), second.end());
+  const Decoded decoded = decode(file.bytes);
+  EXPECT_EQ(decoded.format, format::kPcx);
+  EXPECT_EQ(decoded.stored.pages, 2);
+  EXPECT_EQ(decoded.notice, "");
+  expectRow(decoded.bitmap, 0, {kRed, kRed, kRed, kGreen});
+  Builder nothing = Builder().le32(0x3ADE68B1).le32(500).le32(0).fill(20);
+  EXPECT_EQ(errorOf([&] { decode(nothing.bytes); }), 481) << "its place lies beyond the file";
+}
+
 TEST(Pcx, ReadsRowsThatAreNotPacked) {
   expectRow(decode(pcxFile({.packed = false}, {1, 200, 3, 255})).bitmap, 0,
             {{1, 1, 1, 255}, {200, 200, 200, 255}, {3, 3, 3, 255}, {255, 255, 255, 255}});

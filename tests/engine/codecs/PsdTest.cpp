@@ -1,3 +1,5 @@
+#include <zlib.h>
+
 #include "TestPictures.h"
 
 namespace kestrel::engine {
@@ -54,6 +56,76 @@ TEST(Psd, ReadsRunLengths) {
       psdFile({.width = 4, .compression = 1}, {0, 2, 0, 5, 0, 4, 0xFD, 9, 3, 1, 2, 3, 4, 0xFE, 7, 0, 8});
   EXPECT_EQ(decode(whole).bitmap.at(0, 0), (Pixel{9, 1, 7, 255}));
   EXPECT_EQ(decode(whole).bitmap.at(3, 0), (Pixel{9, 4, 8, 255}));
+}
+
+/// Packed as a zlib stream.
+std::vector<std::uint8_t> zipped(const std::vector<std::uint8_t>& bytes) {
+  uLongf size = compressBound(bytes.size());
+  std::vector<std::uint8_t> packed(size);
+  EXPECT_EQ(compress(packed.data(), &size, bytes.data(), bytes.size()), Z_OK);
+  packed.resize(size);
+  return packed;
+}
+
+std::vector<std::uint8_t> psdFile(const Form& f, const std::vector<std::uint8_t>& data) {
+  auto file = psdFile(f, std::initializer_list<int>{});
+  file.insert(file.end(), data.begin(), data.end());
+  return file;
+}
+
+TEST(Psd, ReadsZippedChannels) {
+  // Two pixels, channel after channel; then the same as differences within a row.
+  const Pixel first{10, 20, 30, 255}, second{13, 15, 31, 255};
+  const auto plain = psdFile({.compression = 2}, zipped({10, 13, 20, 15, 30, 31}));
+  EXPECT_EQ(decode(plain).bitmap.at(0, 0), first);
+  EXPECT_EQ(decode(plain).bitmap.at(1, 0), second);
+  const auto differences = psdFile({.compression = 3}, zipped({10, 3, 20, 251, 30, 1}));
+  EXPECT_EQ(decode(differences).bitmap.at(0, 0), first);
+  EXPECT_EQ(decode(differences).bitmap.at(1, 0), second);
+  // 16 bits: FFFF and 8000, of which the difference is 8001.
+  const auto deep = psdFile({.channels = 3, .depth = 16, .compression = 3},
+                            zipped({0xFF, 0xFF, 0x80, 0x01, 0, 0, 0, 0, 0x80, 0, 0, 0}));
+  EXPECT_EQ(decode(deep).bitmap.at(0, 0), (Pixel{255, 0, 128, 255}));
+  EXPECT_EQ(decode(deep).bitmap.at(1, 0), (Pixel{128, 0, 128, 255}));
+  // Real numbers 1 and 0.5: 3F800000 and 3F000000, their bytes sorted by place: 3F 3F, 80 00, 00 00, 00 00.
+  const std::vector<std::uint8_t> ones{0x3F, 0, 0x41, 0x80, 0, 0, 0, 0};
+  std::vector<std::uint8_t> all;
+  for (int i = 0; i < 3; ++i) all.insert(all.end(), ones.begin(), ones.end());
+  const auto real = psdFile({.depth = 32, .compression = 3}, zipped(all));
+  EXPECT_EQ(decode(real).bitmap.at(0, 0), (Pixel{255, 255, 255, 255}));
+  EXPECT_EQ(decode(real).bitmap.at(1, 0), (Pixel{128, 128, 128, 255}));
+}
+
+TEST(Psd, AZippedStreamThatBreaksOffShowsTheRowsThatItHolds) {
+  std::vector<std::uint8_t> gray;
+  for (int i = 0; i < 100 * 100; ++i) gray.push_back(static_cast<std::uint8_t>(i * i / 7));
+  auto packed = zipped(gray);
+  packed.resize(packed.size() / 2);
+  const Decoded decoded =
+      decode(psdFile({.mode = 1, .channels = 1, .width = 100, .height = 100, .compression = 2}, packed));
+  EXPECT_NE(decoded.notice, "");
+  EXPECT_EQ(decoded.bitmap.at(7, 3), (Pixel{gray[307], gray[307], gray[307], 255}));
+  EXPECT_EQ(decoded.bitmap.at(7, 99).a, 0);
+}
+
+TEST(Psd, ColoursComeFromAZippedLayer) {
+  // One pixel, half transparent: the merged picture holds it over white, the layer as it is.
+  Builder record = Builder().be16(0xFFFF).be32(0).be32(0).be32(1).be32(1).be16(4);
+  Builder channels;
+  constexpr int kPixel[] = {200, 100, 50, 20};
+  for (int i = 0; i < 4; ++i) {
+    const auto packed = zipped({static_cast<std::uint8_t>(kPixel[i])});
+    record.be16(i < 3 ? static_cast<std::uint32_t>(i) : 0xFFFF);
+    record.be32(static_cast<std::uint32_t>(2 + packed.size()));
+    channels.be16(i % 2 == 0 ? 2 : 3);
+    channels.bytes.insert(channels.bytes.end(), packed.begin(), packed.end());
+  }
+  record.text("8BIMnorm").u8({255, 0, 0, 0}).be32(12).be32(0).be32(0).u8({1}).text("A").fill(2);
+  record.bytes.insert(record.bytes.end(), channels.bytes.begin(), channels.bytes.end());
+  Builder section = Builder().be32(static_cast<std::uint32_t>(record.bytes.size()));
+  section.bytes.insert(section.bytes.end(), record.bytes.begin(), record.bytes.end());
+  const Form form{.channels = 4, .width = 1, .layers = section};
+  EXPECT_EQ(decode(psdFile(form, {251, 243, 239, 20})).bitmap.at(0, 0), (Pixel{200, 100, 50, 20}));
 }
 
 TEST(Psd, ReadsGrayBitsAndPalettes) {

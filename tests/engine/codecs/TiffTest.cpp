@@ -211,6 +211,98 @@ TEST(Tiff, ReadsFaxCompressions) {
   }
 }
 
+/// Changes the value of an entry of the first directory of a little-endian file.
+void setEntry(std::vector<std::uint8_t>& file, std::uint16_t tag, std::uint8_t value) {
+  const std::size_t directory = file[4] | file[5] << 8 | file[6] << 16;
+  const std::size_t count = file[directory] | file[directory + 1] << 8;
+  for (std::size_t at = directory + 2; at < directory + 2 + 12 * count; at += 12) {
+    if ((file[at] | file[at + 1] << 8) == tag) file[at + 8] = value;
+  }
+}
+
+TEST(Tiff, ReadsFaxCompressionsThatAreNamedWrongly) {
+  const auto sample = [](int x, int y, int) { return (x / 3 + y / 2) % 2; };
+  const Bitmap wanted = test::pictureOf(37, 29, [&](int x, int y) {
+    return sample(x, y, 0) == 1 ? Pixel{0, 0, 0, 255} : Pixel{255, 255, 255, 255};
+  });
+  for (const auto& [written, named] : {std::pair{COMPRESSION_CCITTFAX4, COMPRESSION_CCITTFAX3},
+                                       {COMPRESSION_CCITTFAX4, COMPRESSION_CCITTRLE},
+                                       {COMPRESSION_CCITTFAX3, COMPRESSION_CCITTFAX4},
+                                       {COMPRESSION_CCITTRLE, COMPRESSION_CCITTFAX4}}) {
+    Form f;
+    f.samples = f.bits = 1;
+    f.photometric = PHOTOMETRIC_MINISWHITE;
+    f.compression = written;
+    f.mode = "wl";
+    auto bytes = writeTiff(f, sample);
+    setEntry(bytes, TIFFTAG_COMPRESSION, static_cast<std::uint8_t>(named));
+    const Decoded decoded = decode(bytes);
+    EXPECT_TRUE(isPicture(decoded.bitmap, wanted)) << written << " named " << named;
+    EXPECT_EQ(decoded.notice, "") << written << " named " << named;
+  }
+}
+
+TEST(Tiff, ReadsLabWithAlphaOf8And16Bits) {
+  // The sRGB primaries as CIE L*a*b* relative to D65.
+  constexpr double kLab[3][3] = {
+      {53.2408, 80.0925, 67.2032}, {87.7347, -86.1827, 83.1793}, {32.2970, 79.1875, -107.8602}};
+  constexpr Pixel kColors[3] = {{255, 0, 0, 128}, {0, 255, 0, 128}, {0, 0, 255, 128}};
+  for (const int bits : {8, 16}) {
+    Form f;
+    f.width = 3;
+    f.height = 2;
+    f.samples = 4;
+    f.bits = bits;
+    f.photometric = PHOTOMETRIC_CIELAB;
+    f.extra = EXTRASAMPLE_UNASSALPHA;
+    const auto bytes = writeTiff(
+        f,
+        [&](int x, int, int c) {
+          if (c == 3) return 128.0 / 255;
+          if (c == 0) return kLab[x][0] / 100;
+          // Two's complement, in 256ths if there is room.
+          const double value = kLab[x][c] < 0 ? kLab[x][c] + 256 : kLab[x][c];
+          return bits == 8 ? value / 255 : value * 256 / 65535;
+        },
+        [](TIFF* tiff) {
+          const float white[2] = {0.3127F, 0.3290F};
+          TIFFSetField(tiff, TIFFTAG_WHITEPOINT, white);
+        });
+    const Decoded decoded = decode(bytes);
+    EXPECT_TRUE(decoded.stored.hasAlpha);
+    for (int x = 0; x < 3; ++x) {
+      const Pixel got = decoded.bitmap.at(x, 1);
+      EXPECT_NEAR(got.r, kColors[x].r, 12) << bits << " bits, " << test::text(got);
+      EXPECT_NEAR(got.g, kColors[x].g, 12) << bits << " bits, " << test::text(got);
+      EXPECT_NEAR(got.b, kColors[x].b, 12) << bits << " bits, " << test::text(got);
+      EXPECT_EQ(got.a, 128);
+    }
+  }
+}
+
+TEST(Tiff, ABrokenStripOfYCbCrShowsTheRowsBeforeTheBreak) {
+  Form f;
+  f.width = f.height = f.rowsPerStrip = 64;
+  f.photometric = PHOTOMETRIC_YCBCR;
+  f.compression = COMPRESSION_LZW;
+  const Bitmap noise = test::noise(64, 64, true);
+  const auto whole = writeTiff(
+      f,
+      [&](int x, int y, int c) {
+        const Pixel p = noise.at(x, y);
+        return (c == 0 ? p.r : c == 1 ? p.g : p.b) / 255.0;
+      },
+      [](TIFF* tiff) { TIFFSetField(tiff, TIFFTAG_YCBCRSUBSAMPLING, 1, 1); });
+  const Bitmap picture = decode(whole).bitmap;
+  auto broken = whole;
+  // Codes of ones alone in the middle of the only strip, which begins after the header.
+  std::fill_n(broken.begin() + 8 + static_cast<std::ptrdiff_t>(broken.size() / 2), 600, 0xFF);
+  const Decoded decoded = decode(broken);
+  EXPECT_NE(decoded.notice.find("of 64 rows could be read"), std::string::npos) << decoded.notice;
+  for (int y = 0; y < 25; ++y) EXPECT_EQ(decoded.bitmap.at(y, y), picture.at(y, y)) << y;
+  EXPECT_EQ(decoded.bitmap.at(5, 50).a, 0);
+}
+
 TEST(Tiff, ReadsGrayOfManyDepthsAndBothDirections) {
   for (const int photometric : {PHOTOMETRIC_MINISBLACK, PHOTOMETRIC_MINISWHITE}) {
     for (const int bits : {1, 2, 4, 6, 8, 10, 12, 14, 16, 32}) {
