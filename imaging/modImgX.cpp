@@ -1,5 +1,6 @@
 #include "modImgX.h"
 
+#include <algorithm>
 #include <array>
 #include <string_view>
 #include <utility>
@@ -24,6 +25,13 @@ constexpr std::pair<std::string_view, FormatCode> kSaveFormats[] = {
 
 bool Between(std::int64_t low, std::int64_t value, std::int64_t high) {
   return low <= value && value <= high;
+}
+
+/// Where the pixels of a section begin along one side: a negative size reaches back from the position, and
+/// nothing is taken from before the picture.
+std::int32_t SectionStart(std::int32_t position, std::int32_t size) {
+  const std::int64_t start = std::int64_t{position} + std::min(size, 0);
+  return static_cast<std::int32_t>(std::max<std::int64_t>(start, 0));
 }
 
 }  // namespace
@@ -114,7 +122,9 @@ void CreateSection(ImageView& Source, ImgX& Dest) {
 }
 
 void ApplySection(ImgX& Source, ImageView& Dest) {
-  Dest.Draw().ImageWithAlpha(Required(Source.Image()), Dest.SelectionLeft(), Dest.SelectionTop());
+  const std::int32_t left = SectionStart(Dest.SelectionLeft(), Dest.SelectionWidth());
+  const std::int32_t top = SectionStart(Dest.SelectionTop(), Dest.SelectionHeight());
+  Dest.Draw().ImageWithAlpha(Required(Source.Image()), left, top);
   Dest.SelectionVisible(false);
 }
 
@@ -140,14 +150,18 @@ void DrawBox(Draw& Draw, std::int32_t Left, std::int32_t Top, std::int32_t Width
   }
 }
 
+void DrawBackgroundTile(ImgX& Tile, std::int32_t Size, OLE_COLOR Color1, OLE_COLOR Color2) {
+  const std::int32_t side = CheckedAdd(Size, Size);
+  Tile.Document().NewImage(side, side, nullptr, kPixelFormatRgba, "");
+  DrawBox(Tile.Draw(), 0, 0, side, side, kNoColor, Color1);
+  DrawBox(Tile.Draw(), 0, 0, Size, Size, kNoColor, Color2);
+  DrawBox(Tile.Draw(), Size, Size, Size, Size, kNoColor, Color2);
+}
+
 void SetupBackground(ImageView& Control, std::int32_t Size, OLE_COLOR Color1, OLE_COLOR Color2) {
   Control.DoubleBuffer(true);
   const auto tile = Control.ImgX();
-  const std::int32_t side = CheckedAdd(Size, Size);
-  tile->Document().NewImage(side, side, nullptr, kPixelFormatRgba, "");
-  DrawBox(tile->Draw(), 0, 0, side, side, kNoColor, Color1);
-  DrawBox(tile->Draw(), 0, 0, Size, Size, kNoColor, Color2);
-  DrawBox(tile->Draw(), Size, Size, Size, Size, kNoColor, Color2);
+  DrawBackgroundTile(*tile, Size, Color1, Color2);
   Control.BackgroundImage(tile->Image());
 }
 

@@ -61,7 +61,8 @@ bool InImageSelection(ImageView& Control, std::int32_t X, std::int32_t Y, bool P
 /// Puts a copy of the selected pixels into `Dest`. The source stays as it is.
 void CreateSection(ImageView& Source, ImgX& Dest);
 
-/// Draws a section back at the selection's corner, honouring its alpha, and takes the selection away.
+/// Draws a section, honouring its alpha, back at the top left corner of the pixels that `CreateSection` took,
+/// and takes the selection away. A section of another size keeps that corner.
 void ApplySection(ImgX& Source, ImageView& Dest);
 
 /// Converts the picture to the palette of that type.
@@ -71,6 +72,11 @@ void ApplyPalette(ImgX& Image, std::int32_t PaletteType);
 /// a fill leaves `Draw.FillMode` at -1. Raises RuntimeError 6 where an edge lies beyond 32 bits.
 void DrawBox(Draw& Draw, std::int32_t Left, std::int32_t Top, std::int32_t Width, std::int32_t Height,
              OLE_COLOR ForeColor, OLE_COLOR BackColor);
+
+/// Makes `Tile` one tile of the checkered ground behind transparent pixels: 2 x Size wide and high, `Color1`
+/// in the top right and bottom left quarters, `Color2` in the other two. Raises RuntimeError 6 where the tile
+/// would be larger than 32 bits can say.
+void DrawBackgroundTile(ImgX& Tile, std::int32_t Size, OLE_COLOR Color1, OLE_COLOR Color2);
 
 /// Gives a view the two-coloured checker that shows through transparent pixels, with squares of the size.
 void SetupBackground(ImageView& Control, std::int32_t Size, OLE_COLOR Color1, OLE_COLOR Color2);

@@ -89,7 +89,8 @@ Bitmap EditingReplay::section() {
 }
 
 void EditingReplay::layBack(bool asStep) {
-  const Point corner{selection_.Left, selection_.Top};
+  const Rectangle area = upright(selection_);
+  const Point corner{std::max(area.Left, 0), std::max(area.Top, 0)};
   visible_ = false;
   if (!overlaps(now_.picture, scratch_, corner)) return;
   if (asStep) remember();

@@ -1,3 +1,5 @@
+#include <limits>
+
 #include "EditingTest.h"
 #include "engine/effects/Crop.h"
 #include "engine/effects/DropShadow.h"
@@ -155,12 +157,52 @@ TEST_P(EditingOperations, GreyOfASectionLeavesTheRest) {
   EXPECT_TRUE(same(shown(), withSection(engine::grayScale(section()))));
 }
 
-TEST_P(EditingOperations, ABackwardsSelectionIsDrawnBackAtItsOwnCorner) {
-  editor().SetSelection(25, 18, -20, -12);
+TEST_P(EditingOperations, ABackwardsSelectionIsDrawnBackWhereItsPixelsWere) {
+  for (const Rectangle& backwards :
+       {Rectangle{25, 18, -20, -12}, Rectangle{25, 6, -20, 12}, Rectangle{5, 18, 20, -12}}) {
+    open(kWidth, kHeight);
+    dragSelection({backwards.Left, backwards.Top},
+                  {backwards.Left + backwards.Width, backwards.Top + backwards.Height});
+    log().clear();
+    click("btnImageGrayScale");
+    EXPECT_THAT(calls(), Contains(recorded::call("scratch.Effects.Crop", backwards.Left, backwards.Top,
+                                                 backwards.Width, backwards.Height, std::string())));
+    EXPECT_THAT(calls(), Contains("view.Draw.ImageWithAlpha(20x12 picture, 5, 6, \"\")"));
+    EXPECT_TRUE(same(shown(), withSection(engine::grayScale(section()))));
+  }
+}
+
+TEST_P(EditingOperations, ASelectionOverTheEdgeIsDrawnBackAtTheCornerOfThePartInside) {
+  const engine::Bitmap picture = gradient(kWidth, kHeight);
+  for (const Rectangle& over : {Rectangle{-8, -6, 20, 16}, Rectangle{12, 10, -20, -16}}) {
+    show(picture);
+    editor().SetSelection(over.Left, over.Top, over.Width, over.Height);
+    log().clear();
+    editor().FlipHorizontally(true);
+    EXPECT_THAT(calls(), Contains("view.Draw.ImageWithAlpha(12x10 picture, 0, 0, \"\")"));
+    for (std::int32_t y = 0; y < kHeight; ++y) {
+      for (std::int32_t x = 0; x < kWidth; ++x) {
+        const bool turned = x < 12 && y < 10;
+        ASSERT_EQ(at(x, y), turned ? pixelOf(11 - x, y) : pixelOf(x, y)) << x << ", " << y;
+      }
+    }
+  }
+}
+
+TEST_P(EditingOperations, ASelectionOverTheFarEdgeIsDrawnBackAtItsOwnCorner) {
+  editor().SetSelection(30, 20, 100, 100);
   log().clear();
-  editor().FlipHorizontally(true);
-  EXPECT_THAT(calls(), Contains("scratch.Effects.Crop(25, 18, -20, -12, \"\")"));
-  EXPECT_THAT(calls(), Contains("view.Draw.ImageWithAlpha(20x12 picture, 25, 18, \"\")"));
+  editor().FlipVertically(true);
+  EXPECT_THAT(calls(), Contains("view.Draw.ImageWithAlpha(10x10 picture, 30, 20, \"\")"));
+  EXPECT_EQ(at(35, 20), pixelOf(35, 29));
+}
+
+TEST_P(EditingOperations, ASectionBackFromTheFarthestPositionFindsItsWay) {
+  constexpr auto kMost = std::numeric_limits<std::int32_t>::max();
+  editor().SetSelection(kMost, kMost, -kMost, -kMost);
+  log().clear();
+  editor().FlipVertically(true);
+  EXPECT_THAT(calls(), Contains("view.Draw.ImageWithAlpha(40x30 picture, 0, 0, \"\")"));
 }
 
 // -- The colour of Rotate ---------------------------------------------------------------------------------
