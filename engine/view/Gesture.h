@@ -31,7 +31,9 @@ class GestureHost {
   virtual void select(const Rectangle& rectangle) = 0;
   /// Raises `Selected`.
   virtual void selectEnded() = 0;
-  /// Brings the selection to what it was, or away, without an event.
+  /// Puts the selection back that was there before a drag; raises `SelectChanged` if it had changed.
+  virtual void selectCancelled(const Selection& before) = 0;
+  /// Places the selection, or takes it away, without an event.
   virtual void putSelection(const Selection& selection) = 0;
 
   /// Scrolls to these offsets, and raises `Pan` or `Scroll` if that moved anything.

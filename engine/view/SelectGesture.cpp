@@ -55,7 +55,7 @@ void SelectGesture::end(bool dragged) {
   }
 }
 
-void SelectGesture::cancel() { host_.putSelection(before_); }
+void SelectGesture::cancel() { host_.selectCancelled(before_); }
 
 Rectangle SelectGesture::drawn(PointD to, bool square) const {
   const std::int32_t width = host_.horizontal().picture();
@@ -73,8 +73,8 @@ Rectangle SelectGesture::drawn(PointD to, bool square) const {
 
 Rectangle SelectGesture::moved(PointD to) const {
   Rectangle result = before_.rectangle;
-  result.Left += static_cast<std::int32_t>(std::lround(to.X - pressed_.X));
-  result.Top += static_cast<std::int32_t>(std::lround(to.Y - pressed_.Y));
+  result.Left = boundedPosition(result.Left + std::llround(to.X - pressed_.X));
+  result.Top = boundedPosition(result.Top + std::llround(to.Y - pressed_.Y));
   return result;
 }
 

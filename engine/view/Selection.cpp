@@ -8,6 +8,9 @@
 namespace kestrel::engine {
 namespace {
 
+/// How far from the picture's corner an edge can be, so that sums of positions and sizes fit into 32 bits.
+constexpr std::int64_t kFarthest = 1'000'000'000;
+
 /// Corners first: on a small rectangle they win over the sides.
 constexpr std::array kHandles{SelectionPart::TopLeft,    SelectionPart::TopRight, SelectionPart::BottomRight,
                               SelectionPart::BottomLeft, SelectionPart::Left,     SelectionPart::Top,
@@ -22,17 +25,17 @@ Rectangle intersection(const Rectangle& a, const Rectangle& b) {
           std::max(0, std::min(a.Top + a.Height, b.Top + b.Height) - top)};
 }
 
+std::int32_t boundedPosition(std::int64_t position) {
+  return static_cast<std::int32_t>(std::clamp<std::int64_t>(position, -kFarthest, kFarthest));
+}
+
 Rectangle normalized(const Rectangle& rectangle) {
-  Rectangle result = rectangle;
-  if (result.Width < 0) {
-    result.Left += result.Width;
-    result.Width = -result.Width;
-  }
-  if (result.Height < 0) {
-    result.Top += result.Height;
-    result.Height = -result.Height;
-  }
-  return result;
+  const std::int64_t right = std::int64_t{rectangle.Left} + rectangle.Width;
+  const std::int64_t bottom = std::int64_t{rectangle.Top} + rectangle.Height;
+  const std::int32_t left = boundedPosition(std::min<std::int64_t>(rectangle.Left, right));
+  const std::int32_t top = boundedPosition(std::min<std::int64_t>(rectangle.Top, bottom));
+  return {left, top, boundedPosition(std::max<std::int64_t>(rectangle.Left, right)) - left,
+          boundedPosition(std::max<std::int64_t>(rectangle.Top, bottom)) - top};
 }
 
 Point handleAt(const Rectangle& rectangle, SelectionPart part) {

@@ -36,6 +36,7 @@ double scrollSpeed(double distance) {
 
 void View::pointerDown(std::int32_t button, std::int32_t shift, float x, float y) {
   pointer_ = {x, y};
+  pointerInside_ = true;
   shift_ = shift;
   pressedButton_ = button;
   if (!gesture_) {
@@ -56,15 +57,19 @@ void View::pointerMove(std::int32_t button, std::int32_t shift, float x, float y
   followPointer({x, y}, shift);
   updateCursor();
   MouseMove(button, shift, x, y);
-  if (isOverPicture(pointer_)) {
-    const PointD pixel = toPicture(pixelCentre(pointer_));
-    MouseMovePixel(button, shift, static_cast<std::int32_t>(std::floor(pixel.X)),
-                   static_cast<std::int32_t>(std::floor(pixel.Y)));
-  }
+  if (const auto pixel = PointerPixel()) MouseMovePixel(button, shift, pixel->X, pixel->Y);
+}
+
+std::optional<Point> View::PointerPixel() const {
+  if (!pointerInside_ || !isOverPicture(pointer_)) return std::nullopt;
+  const PointD pixel = toPicture(pixelCentre(pointer_));
+  return Point{static_cast<std::int32_t>(std::floor(pixel.X)),
+               static_cast<std::int32_t>(std::floor(pixel.Y))};
 }
 
 void View::followPointer(PointD at, std::int32_t shift) {
   pointer_ = at;
+  pointerInside_ = true;
   shift_ = shift;
   if (pressedButton_ != 0 || gesture_) {
     const double tolerance = kClickTolerance * deviceScale_;
@@ -90,6 +95,7 @@ void View::pointerUp(std::int32_t button, std::int32_t shift, float x, float y) 
 }
 
 void View::pointerLeave() {
+  pointerInside_ = false;
   if (!gesture_) showCursor(cursor_ = ViewCursor::arrow);
 }
 

@@ -9,9 +9,6 @@
 namespace kestrel::engine {
 namespace {
 
-/// Selections beyond this are brought back to it, so that sums of positions and sizes stay in range.
-constexpr std::int32_t kFarthest = 1'000'000'000;
-
 /// Half the side of a handle, and how far around its middle it can be grabbed.
 constexpr double kHandleReach = 3;
 constexpr double kGrabReach = 5;
@@ -21,8 +18,6 @@ constexpr std::int32_t kSmallestWithHandles = 24;
 constexpr std::int32_t kDash = 4;
 
 constexpr Pixel kSurroundings{255, 255, 255, 255};
-
-std::int32_t bounded(std::int32_t value) { return std::clamp(value, -kFarthest, kFarthest); }
 
 std::int32_t roundedPosition(double value) {
   return static_cast<std::int32_t>(std::lround(std::clamp(value, -1e9, 1e9)));
@@ -73,20 +68,20 @@ bool isAlong(ViewKey key) { return key == ViewKey::left || key == ViewKey::right
 
 void View::SelectionWidth(std::int32_t value) {
   Selection selection = selection_;
-  selection.rectangle.Width = bounded(value);
+  selection.rectangle.Width = value;
   writeSelection(selection);
 }
 
 void View::SelectionHeight(std::int32_t value) {
   Selection selection = selection_;
-  selection.rectangle.Height = bounded(value);
+  selection.rectangle.Height = value;
   writeSelection(selection);
 }
 
 void View::SelectionVisible(bool value) { writeSelection({selection_.rectangle, value}); }
 
 void View::SetSelectionRect(std::int32_t left, std::int32_t top, std::int32_t width, std::int32_t height) {
-  writeSelection({{bounded(left), bounded(top), bounded(width), bounded(height)}, selection_.visible});
+  writeSelection({{left, top, width, height}, selection_.visible});
 }
 
 void View::writeSelection(const Selection& selection) {
@@ -112,6 +107,13 @@ void View::selectEnded() {
   Selected(r.Left, r.Top, r.Width, r.Height);
 }
 
+void View::selectCancelled(const Selection& before) {
+  if (selection_ == before) return;
+  setSelection(before);
+  const Rectangle& r = before.rectangle;
+  SelectChanged(r.Left, r.Top, r.Width, r.Height);
+}
+
 Rectangle View::inView(const Rectangle& pictureArea) const {
   const std::int32_t left = roundedPosition(std::floor(horizontal_.toView(pictureArea.Left) + 0.5));
   const std::int32_t top = roundedPosition(std::floor(vertical_.toView(pictureArea.Top) + 0.5));
@@ -133,7 +135,7 @@ bool View::nudgeSelection(ViewKey key, std::int32_t shift) {
   if (key == ViewKey::left || key == ViewKey::up) step = -step;
   Rectangle rectangle = selection_.rectangle;
   std::int32_t& position = isAlong(key) ? rectangle.Left : rectangle.Top;
-  position = bounded(position + step);
+  position = boundedPosition(std::int64_t{position} + step);
   select(rectangle);
   selectEnded();
   return true;

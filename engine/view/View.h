@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "Gesture.h"
@@ -48,6 +49,7 @@ class View : public Face<ImageView>, private GestureHost {
   void SelectionVisible(bool value) override;
   void SetSelectionRect(std::int32_t left, std::int32_t top, std::int32_t width,
                         std::int32_t height) override;
+  std::optional<Point> PointerPixel() const override;
   std::int32_t Tool() const override { return tool_; }
   void Tool(std::int32_t value) override;
   std::int32_t UndoLevels() const override { return picture_->history().levels(); }
@@ -136,6 +138,7 @@ class View : public Face<ImageView>, private GestureHost {
   const Selection& selection() const override { return selection_; }
   void select(const Rectangle& rectangle) override;
   void selectEnded() override;
+  void selectCancelled(const Selection& before) override;
   void putSelection(const Selection& selection) override { setSelection(selection); }
   void pan(double x, double y, bool withPanTool) override;
   void panEnded(bool withPanTool) override;
@@ -191,6 +194,7 @@ class View : public Face<ImageView>, private GestureHost {
   std::int32_t pressedButton_ = 0;  ///< the one that was pressed last
   PointD pressedAt_;
   PointD pointer_;
+  bool pointerInside_ = false;  ///< the pointer is over the view, or held by it
   std::int32_t shift_ = 0;
   bool dragged_ = false;
   bool autoScrolling_ = false;

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "Control.h"
@@ -71,6 +72,10 @@ class ImageView : public Control, public ImagingFace {
   virtual void SetSelectionRect(std::int32_t left, std::int32_t top, std::int32_t width,
                                 std::int32_t height) = 0;
 
+  /// The picture pixel under the pointer, as `MouseMovePixel` would tell it now; none while the pointer is
+  /// not over the picture.
+  virtual std::optional<Point> PointerPixel() const = 0;
+
   virtual std::int32_t Tool() const = 0;
   virtual void Tool(std::int32_t value) = 0;
 
@@ -130,7 +135,8 @@ class ImageView : public Control, public ImagingFace {
   Event<> Changed;
   /// The picture stands in the back buffer; a handler may draw over it.
   Event<DeviceContext&> DoubleBufferPaintAfter;
-  /// Left, Top, Width, Height during, and at the end of, the drag or move of a selection.
+  /// Left, Top, Width, Height during, and at the end of, the drag or move of a selection. A drag that is
+  /// given up ends with a `SelectChanged` that carries the rectangle from before it.
   Event<std::int32_t, std::int32_t, std::int32_t, std::int32_t> SelectChanged;
   Event<std::int32_t, std::int32_t, std::int32_t, std::int32_t> Selected;
   /// The wheel was turned with Ctrl held: 1 asks to come closer, -1 to go back. While it is being raised the

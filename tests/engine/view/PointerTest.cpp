@@ -21,6 +21,24 @@ TEST(ViewPointer, PositionsAreFractionsOfViewPixels) {
                           "MouseMovePixel(2, 2, 11, 20)", "MouseUp(2, 0, 11.5, 20.25)", "Click()"));
 }
 
+TEST(ViewPointer, ThePixelUnderThePointerIsKnownWithoutAMove) {
+  TestView view(200, 100);
+  EXPECT_EQ(view.PointerPixel(), std::nullopt);
+  view.load(1000, 1000);
+  EXPECT_EQ(view.PointerPixel(), std::nullopt) << "the pointer has not come yet";
+  view.move({31, 40});
+  EXPECT_EQ(view.PointerPixel(), (Point{31, 40}));
+  view.Zoom(2);
+  view.ScrollLeft(100);
+  view.ScrollTop(50);
+  EXPECT_EQ(view.PointerPixel(), (Point{115, 70}));
+  view.pointerLeave();
+  EXPECT_EQ(view.PointerPixel(), std::nullopt);
+  view.move({31, 40});
+  view.load(10, 10);
+  EXPECT_EQ(view.PointerPixel(), std::nullopt) << "the picture does not reach so far";
+}
+
 TEST(ViewPointer, MouseUpComesBeforeClick) {
   TestView view;
   view.press({5, 5});

@@ -218,19 +218,62 @@ TEST_F(SelectTool, TheRectangleIsDrawnAroundItsPixelsAtEveryZoom) {
   }
 }
 
-TEST_F(SelectTool, TheFarthestRectanglesDoNoHarm) {
+TEST_F(SelectTool, CallsKeepEach32BitNumberAsItIsGiven) {
   constexpr auto kMost = std::numeric_limits<std::int32_t>::max();
   constexpr auto kLeast = std::numeric_limits<std::int32_t>::min();
+  select(kMost, kLeast, kLeast, kMost);
+  EXPECT_EQ(rectangle(), (Rectangle{kMost, kLeast, kLeast, kMost}));
+  view.SelectionWidth(kMost);
+  view.SelectionHeight(kLeast);
+  EXPECT_EQ(rectangle(), (Rectangle{kMost, kLeast, kMost, kLeast}));
+  select(1'500'000'000, -1'500'000'000, 7, 8);
+  EXPECT_EQ(rectangle(), (Rectangle{1'500'000'000, -1'500'000'000, 7, 8}));
+}
+
+TEST_F(SelectTool, TheFarthestRectanglesAreDrawnAsFarAsTheyReachIntoThePicture) {
+  constexpr auto kMost = std::numeric_limits<std::int32_t>::max();
+  constexpr auto kLeast = std::numeric_limits<std::int32_t>::min();
+  const Bitmap without = view.shot();
   for (const auto position : {kMost, kLeast}) {
     for (const auto size : {kMost, kLeast}) {
       select(position, position, size, size);
-      view.Zoom(64);
-      view.shot();
-      view.move({50, 50});
-      view.Zoom(0.01);
-      view.shot();
+      for (const double zoom : {64.0, 0.01, 1.0}) {
+        view.Zoom(zoom);
+        view.shot();
+        view.move({50, 50});
+        view.timer(ViewTimer::march);
+      }
     }
   }
+  view.ScrollLeft(0);
+  view.ScrollTop(0);
+  // From the farthest corner back to column 20 and row 30.
+  select(kMost, kMost, 20 - kMost, 30 - kMost);
+  const Bitmap reaching = view.shot();
+  EXPECT_EQ(reaching.at(19, 50), without.at(19, 50));
+  EXPECT_EQ(reaching.at(50, 29), without.at(50, 29));
+  int black = 0;
+  for (std::int32_t x = 28; x < 68; ++x) black += reaching.at(x, 30) == Pixel{0, 0, 0, 255};
+  EXPECT_EQ(black, 20) << "half of the dashes beside the handle";
+}
+
+TEST_F(SelectTool, AGestureBringsAFarRectangleBackIntoRange) {
+  select(std::numeric_limits<std::int32_t>::max(), 20, 40, 40);
+  EXPECT_TRUE(view.keyDown(ViewKey::right, 0));
+  EXPECT_EQ(rectangle(), (Rectangle{1'000'000'000, 20, 40, 40}));
+}
+
+TEST_F(SelectTool, ADragThatIsGivenUpTellsTheRectangleFromBefore) {
+  select(20, 20, 60, 60);
+  view.press({150, 90});
+  view.move({100, 50});
+  view.take();
+  view.keyDown(ViewKey::escape, 0);
+  EXPECT_THAT(view.take(), ElementsAre("SelectChanged(20, 20, 60, 60)"));
+  view.press({150, 90});
+  view.take();
+  view.keyDown(ViewKey::escape, 0);
+  EXPECT_THAT(view.take(), IsEmpty()) << "nothing had changed";
 }
 
 }  // namespace
