@@ -19,8 +19,12 @@ class Graphics {
   virtual void Clear() = 0;
   /// How `DrawBox` meets what is there: 13 replaces it, 6 inverts it.
   virtual void DrawMode(std::int32_t value) = 0;
-  /// Stretches the source rectangle of the picture to the destination rectangle without smoothing. Parts of
-  /// the source outside the picture leave the destination as it is.
+  /// The picture, kept, that is tiled from the window's corner behind what `PaintPicture` paints; null for
+  /// none.
+  virtual void Ground(const PicturePtr& tile) = 0;
+  /// Replaces the destination rectangle with the source rectangle of the picture, stretched without
+  /// smoothing. The ground shows through transparent pixels and where the source reaches beyond the picture;
+  /// without a ground these parts become transparent.
   virtual void PaintPicture(const Picture& picture, const Rectangle& destination,
                             const Rectangle& source) = 0;
   /// A one-pixel outline from corner to corner, both included.

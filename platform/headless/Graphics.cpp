@@ -1,9 +1,9 @@
 #include "Graphics.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "base/RuntimeError.h"
+#include "engine/effects/Composite.h"
 #include "imaging/contract/Colour.h"
 
 namespace kestrel::headless {
@@ -31,15 +31,25 @@ void Graphics::PaintPicture(const Picture& picture, const Rectangle& destination
   for (std::int32_t row = 0; row < destination.Height; ++row) {
     const std::int32_t y = destination.Top + row;
     const std::int32_t fromY = source.Top + spread(row, source.Height, destination.Height);
-    if (y < 0 || y >= to.height || fromY < 0 || fromY >= from.Height) continue;
+    if (y < 0 || y >= to.height) continue;
     for (std::int32_t column = 0; column < destination.Width; ++column) {
       const std::int32_t x = destination.Left + column;
       const std::int32_t fromX = source.Left + spread(column, source.Width, destination.Width);
-      if (x < 0 || x >= to.width || fromX < 0 || fromX >= from.Width) continue;
-      std::memcpy(to.row(y) + x * 4, from.Data + static_cast<std::size_t>(fromY) * from.Stride + fromX * 4,
-                  4);
+      if (x < 0 || x >= to.width) continue;
+      auto& pixel = reinterpret_cast<engine::Pixel*>(to.row(y))[x];
+      pixel = groundAt(x, y);
+      if (fromY < 0 || fromY >= from.Height || fromX < 0 || fromX >= from.Width) continue;
+      const std::uint8_t* const top = from.Data + static_cast<std::size_t>(fromY) * from.Stride + fromX * 4;
+      engine::compositeRow(top, reinterpret_cast<std::uint8_t*>(&pixel), 1);
     }
   }
+}
+
+engine::Pixel Graphics::groundAt(std::int32_t x, std::int32_t y) const {
+  if (!ground_) return {};
+  const PixelRows tile = ground_->Pixels();
+  const std::uint8_t* const row = tile.Data + static_cast<std::size_t>(y % tile.Height) * tile.Stride;
+  return reinterpret_cast<const engine::Pixel*>(row)[x % tile.Width];
 }
 
 void Graphics::DrawBox(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom,

@@ -18,15 +18,19 @@ class Graphics final : public kestrel::Graphics {
   void Clear() override;
   /// Raises RuntimeError 380 for any mode but the two.
   void DrawMode(std::int32_t value) override;
+  void Ground(const PicturePtr& tile) override { ground_ = tile; }
   void PaintPicture(const Picture& picture, const Rectangle& destination, const Rectangle& source) override;
   void DrawBox(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom,
                OLE_COLOR color) override;
   void Refresh() override {}
 
  private:
+  /// What the ground shows there; transparent without one.
+  engine::Pixel groundAt(std::int32_t x, std::int32_t y) const;
   void plot(const engine::Pixels& pixels, std::int32_t x, std::int32_t y, OLE_COLOR color) const;
 
   engine::Bitmap face_;
+  PicturePtr ground_;
   std::int32_t mode_ = kDrawCopy;
 };
 

@@ -175,15 +175,49 @@ TEST_P(Forms, InvertWhatIsThereInDrawMode6) {
   EXPECT_EQ(errorOf([&] { graphics.DrawMode(7); }), 380);
 }
 
-TEST_P(Forms, LeaveTheFaceWhereThePictureEnds) {
+TEST_P(Forms, ReplaceWhatWasThereByThePictureThatIsPainted) {
   form_->Move(0, 0, 400, 300);
   Graphics& graphics = form_->Graphics();
   graphics.Clear();
   const auto canvas = platform().CreateCanvas(4, 4);
+  canvas->FillRectangle({0, 0, 4, 4}, 0x00102030);
+  graphics.PaintPicture(*canvas->Picture(), {0, 0, 80, 40}, {0, 0, 4, 4});
   canvas->FillRectangle({0, 0, 4, 4}, 0x000000FF);
   graphics.PaintPicture(*canvas->Picture(), {0, 0, 80, 40}, {-4, 0, 8, 4});
-  EXPECT_EQ(user().faceColor(*form_, {20, 20}), kNoColor);
+  EXPECT_EQ(user().faceColor(*form_, {20, 20}), kNoColor) << "there the picture has ended";
   EXPECT_EQ(user().faceColor(*form_, {60, 20}), 0x000000FF);
+
+  const auto glass = platform().CreateImgX();
+  glass->Document().NewImage(4, 4, nullptr);
+  graphics.PaintPicture(*glass->Writer().ToPicture(), {40, 0, 20, 20}, {0, 0, 4, 4});
+  EXPECT_EQ(user().faceColor(*form_, {50, 10}), kNoColor) << "transparent pixels replace too";
+  EXPECT_EQ(user().faceColor(*form_, {70, 10}), 0x000000FF);
+}
+
+TEST_P(Forms, ShowTheGroundThroughTransparentPixelsAndBeyondThePicture) {
+  form_->Move(0, 0, 400, 300);
+  Graphics& graphics = form_->Graphics();
+  graphics.Clear();
+  const auto tile = platform().CreateCanvas(20, 20);
+  tile->FillRectangle({0, 0, 20, 20}, 0x00102030);
+  tile->FillRectangle({10, 0, 10, 20}, 0x00405060);
+  graphics.Ground(tile->Picture());
+  EXPECT_EQ(user().faceColor(*form_, {5, 5}), kNoColor) << "the ground alone draws nothing";
+
+  const auto glass = platform().CreateImgX();
+  glass->Document().NewImage(4, 4, nullptr);
+  graphics.PaintPicture(*glass->Writer().ToPicture(), {0, 0, 40, 40}, {0, 0, 4, 4});
+  EXPECT_EQ(user().faceColor(*form_, {5, 5}), 0x00102030);
+  EXPECT_EQ(user().faceColor(*form_, {35, 25}), 0x00405060) << "tiled from the window's corner";
+
+  const auto canvas = platform().CreateCanvas(4, 4);
+  canvas->FillRectangle({0, 0, 4, 4}, 0x000000FF);
+  graphics.PaintPicture(*canvas->Picture(), {0, 0, 80, 40}, {-4, 0, 8, 4});
+  EXPECT_EQ(user().faceColor(*form_, {25, 5}), 0x00102030);
+  EXPECT_EQ(user().faceColor(*form_, {60, 20}), 0x000000FF);
+  graphics.Ground(nullptr);
+  graphics.PaintPicture(*canvas->Picture(), {0, 0, 80, 40}, {-4, 0, 8, 4});
+  EXPECT_EQ(user().faceColor(*form_, {25, 5}), kNoColor);
 }
 
 TEST_P(Forms, GiveASiteTheValuesThatAreStoredWithIt) {

@@ -23,10 +23,15 @@ void FaceGraphics::DrawMode(std::int32_t value) {
 
 void FaceGraphics::PaintPicture(const Picture& picture, const Rectangle& destination,
                                 const Rectangle& source) {
+  const QRect target(destination.Left, destination.Top, destination.Width, destination.Height);
   QPainter painter(&window_.face());
   painter.scale(window_.devicePixelRatioF(), window_.devicePixelRatioF());
-  painter.drawImage(QRect(destination.Left, destination.Top, destination.Width, destination.Height),
-                    lentImage(picture.Pixels()), QRect(source.Left, source.Top, source.Width, source.Height));
+  painter.setCompositionMode(QPainter::CompositionMode_Source);
+  painter.fillRect(target, Qt::transparent);
+  if (ground_) painter.fillRect(target, QBrush(lentImage(ground_->Pixels())));
+  painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+  painter.drawImage(target, lentImage(picture.Pixels()),
+                    QRect(source.Left, source.Top, source.Width, source.Height));
   Refresh();
 }
 

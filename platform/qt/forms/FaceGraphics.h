@@ -12,6 +12,7 @@ class FaceGraphics final : public Graphics {
 
   void Clear() override;
   void DrawMode(std::int32_t value) override;
+  void Ground(const PicturePtr& tile) override { ground_ = tile; }
   void PaintPicture(const Picture& picture, const Rectangle& destination, const Rectangle& source) override;
   void DrawBox(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom,
                OLE_COLOR color) override;
@@ -19,6 +20,7 @@ class FaceGraphics final : public Graphics {
 
  private:
   FormWindow& window_;
+  PicturePtr ground_;
   std::int32_t drawMode_ = kDrawCopy;
 };
 
