@@ -18,6 +18,8 @@ constexpr std::int16_t kPreparing = -1;
 
 /// Each swatch takes this part of a fifth of the window's width.
 constexpr double kSwatchFifths = 2.7;
+/// The second swatch begins this part of the first one's width to the right of it, and overlaps the rest.
+constexpr double kSecondSwatch = 2.0 / 3.0;
 
 }  // namespace
 
@@ -67,7 +69,7 @@ void frmMaterials::Form_Resize() {
     Width = ToInt32(iForm->ScaleWidth() / 5.0 * kSwatchFifths);
     btnColors[kForeground]->Width(Width);
     btnColors[kBackground]->Width(Width);
-    btnColors[kBackground]->Left(iForm->ScaleWidth() - Width - btnColors[kForeground]->Left());
+    btnColors[kBackground]->Left(btnColors[kForeground]->Left() + ToInt32(Width * kSecondSwatch));
   } catch (...) {
     QDK_TRAILER(Form_Resize, QDK_PARAMETERS(), QDK_LOCALS(Width));
   }
@@ -92,6 +94,7 @@ void frmMaterials::Application(IImageProcessingCtl* Value) {
         [this](Int button, Int shift, float x, float y) { ImageControl_MouseMove(button, shift, x, y); }));
     keep(ImageControl->MouseMovePixel.Connect(
         [this](Int button, Int shift, Int x, Int y) { ImageControl_MouseMovePixel(button, shift, x, y); }));
+    keep(ImageControl->Changed.Connect([this] { ImageControl_Changed(); }));
     ioeTracking->hWnd(ImageControl->hWnd());
     Processing_ForeColorChange(Processing->ForeColor());
     Processing_BackColorChange(Processing->BackColor());
@@ -183,6 +186,19 @@ void frmMaterials::ImageControl_MouseMovePixel(std::int32_t Button, std::int32_t
   } catch (...) {
     QDK_TRAILER(ImageControl_MouseMovePixel, QDK_PARAMETERS(Button, Shift, PixelX, PixelY),
                 QDK_LOCALS(Color));
+  }
+}
+
+/// The pointer need not move for another pixel to be under it.
+void frmMaterials::ImageControl_Changed() {
+  try {
+    if (const auto pixel = Required(ImageControl).PointerPixel()) {
+      ImageControl_MouseMovePixel(0, 0, pixel->X, pixel->Y);
+    } else {
+      ioeTracking_MouseLeave();
+    }
+  } catch (...) {
+    QDK_TRAILER(ImageControl_Changed, QDK_PARAMETERS(), QDK_LOCALS());
   }
 }
 

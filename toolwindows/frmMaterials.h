@@ -42,6 +42,7 @@ class frmMaterials final : public Object {
   void ImageControl_MouseMove(std::int32_t Button, std::int32_t Shift, float X, float Y);
   void ImageControl_MouseMovePixel(std::int32_t Button, std::int32_t Shift, std::int32_t PixelX,
                                    std::int32_t PixelY);
+  void ImageControl_Changed();
   void ioeTracking_MouseHover();
   void ioeTracking_MouseLeave();
   void Processing_ForeColorChange(OLE_COLOR Color);

@@ -6,6 +6,7 @@
 #include "base/Numbers.h"
 #include "base/Required.h"
 #include "diagnostics/Trailer.h"
+#include "imaging/modImgX.h"
 #include "settings/modProcessing.h"
 
 namespace kestrel {
@@ -17,6 +18,8 @@ frmZoom::frmZoom() : iForm("frmZoom"), ioeTracking(modProcessing::Platform().Cre
   keep(ioeTracking->MouseHover.Connect([this] { ioeTracking_MouseHover(); }));
   keep(ioeTracking->MouseLeave.Connect([this] { ioeTracking_MouseLeave(); }));
   pZoomLevel = modProcessing::GetOptions()->ZoomLevel();
+  // Colours or sizes that make no ground are the editor's to tell.
+  QDK_RESUME_NEXT(ApplyOptions());
 }
 
 frmZoom::~frmZoom() { QDK_RESUME_NEXT(iForm->Unload()); }
@@ -33,6 +36,14 @@ void frmZoom::Form_Unload() {
   QDK_RESUME_NEXT(ioeTracking->StopTracking());
   QDK_RESUME_NEXT(ioeTracking->hWnd(0));
   pApplication = nullptr;
+}
+
+void frmZoom::ApplyOptions() {
+  const auto options = modProcessing::GetOptions();
+  const auto tile = modProcessing::Platform().CreateImgX();
+  modImgX::DrawBackgroundTile(*tile, options->BackgroundGridSize(), options->BackgroundGridColor1(),
+                              options->BackgroundGridColor2());
+  iForm->Graphics().Ground(tile->Writer().ToPicture());
 }
 
 void frmZoom::ClearZoomWindow() {

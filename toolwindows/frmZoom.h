@@ -24,6 +24,9 @@ class frmZoom final : public Object {
 
   kestrel::Form& Form() { return *iForm; }
 
+  /// Takes the checkered ground behind transparent pixels from the options. Raises what drawing its tile
+  /// raises.
+  void ApplyOptions();
   void ClearZoomWindow();
   /// Shows the surroundings of a picture pixel. A hidden window does nothing.
   void RedrawZoomWindowEx(const std::int32_t& X, const std::int32_t& Y);

@@ -19,7 +19,8 @@ class WindowFunctions {
   virtual bool IsWindowVisible(WindowHandle window) = 0;
   /// The pointer's position on the screen.
   virtual Point GetCursorPos() = 0;
-  /// A screen position in the window's own pixels.
+  /// A screen position in the window's own pixels: those that its events and positions are told in, so device
+  /// pixels for an image view.
   virtual Point ScreenToClient(WindowHandle window, const Point& screen) = 0;
   /// Suspends painting of one window until it is called with 0.
   virtual void LockWindowUpdate(WindowHandle window) = 0;

@@ -6,6 +6,7 @@
 #include <QScreen>
 
 #include "../Handles.h"
+#include "../view/ViewCanvas.h"
 #include "base/RuntimeError.h"
 
 namespace kestrel::qt {
@@ -45,8 +46,10 @@ Point QtWindowFunctions::GetCursorPos() {
 Point QtWindowFunctions::ScreenToClient(WindowHandle window, const Point& screen) {
   const QWidget* const widget = widgetOf(window);
   if (!widget) return screen;
-  const QPoint inside = widget->mapFromGlobal(QPoint(screen.X, screen.Y));
-  return {inside.x(), inside.y()};
+  const QPointF inside = widget->mapFromGlobal(QPointF(screen.X, screen.Y));
+  const auto* const canvas = qobject_cast<const ViewCanvas*>(widget);
+  const QPoint own = (canvas ? canvas->toView(inside) : inside).toPoint();
+  return {own.x(), own.y()};
 }
 
 void QtWindowFunctions::LockWindowUpdate(WindowHandle window) {

@@ -29,6 +29,8 @@ class ViewCanvas final : public QWidget {
   /// changed.
   void measure();
   QSize deviceSize() const { return deviceSize_; }
+  /// A position in the widget as one in the view.
+  QPointF toView(const QPointF& position) const;
 
  protected:
   bool event(QEvent* event) override;
@@ -46,8 +48,6 @@ class ViewCanvas final : public QWidget {
  private:
   /// The widget's top left corner in device pixels of its window; a fraction where the factor is one.
   QPointF deviceOrigin() const;
-  /// A position in the widget as one in the view.
-  QPointF toView(const QPointF& position) const;
   void paintDirty();
 
   engine::View* view_ = nullptr;

@@ -146,13 +146,28 @@ TEST_P(EditingMaterialsWindow, ThePointersRestArmsTheTrackerAgain) {
   EXPECT_EQ(readOuts()[0], "");
 }
 
+TEST_P(EditingMaterialsWindow, TheReadOutsFollowAChangedPictureThoughThePointerRests) {
+  view().move(0, 0, position(12, 20));
+  const auto readOutsOf = [](const engine::Pixel& pixel) {
+    return std::vector<std::string>{std::to_string(pixel.r), std::to_string(pixel.g),
+                                    std::to_string(pixel.b)};
+  };
+  editor().FlipHorizontally();
+  EXPECT_EQ(readOuts(), readOutsOf(pixelOf(kWidth - 1 - 12, 20)));
+  EXPECT_EQ(pixel().BackColor(), colorOf(pixelOf(kWidth - 1 - 12, 20)));
+  editor().Undo();
+  EXPECT_EQ(readOuts(), readOutsOf(pixelOf(12, 20)));
+  editor().Picture(nullptr);
+  EXPECT_THAT(readOuts(), ElementsAre("", "", ""));
+}
+
 TEST_P(EditingMaterialsWindow, LaysItsSwatchesOutByItsWidth) {
   const std::int32_t left = swatch(0).Left();
   window().Move(0, 0, 203, 150);
   EXPECT_EQ(swatch(0).Width(), 110) << "203 / 5 x 2.7 = 109.62";
   EXPECT_EQ(swatch(1).Width(), 110);
   EXPECT_EQ(swatch(0).Left(), left);
-  EXPECT_EQ(swatch(1).Left() + swatch(1).Width(), 203 - left);
+  EXPECT_EQ(swatch(1).Left(), left + 73) << "two thirds of the first one's width";
 }
 
 TEST_P(EditingMaterialsWindow, LetGoOfItsEditorItFollowsNothing) {
@@ -185,14 +200,23 @@ class EditingZoomWindow : public EditingTest {
     const auto turn = [](std::uint8_t value) { return static_cast<std::uint8_t>(255 - value); };
     return {turn(pixel.r), turn(pixel.g), turn(pixel.b), 255};
   }
+  static engine::Pixel colorPixel(OLE_COLOR color) {
+    const Colour colour(color);
+    return {colour.Red(), colour.Green(), colour.Blue(), 255};
+  }
   /// What the window shows for a pixel by its rules: the cut stretched into a rectangle that is one cell
-  /// larger, and the box of the mark inverted.
+  /// larger, the checkered ground where there is no opaque pixel, and the box of the mark inverted.
   engine::Bitmap expected(std::int32_t x, std::int32_t y, std::int32_t level) {
     const std::int32_t regionWidth = form().Width() / level, regionHeight = form().Height() / level;
     const std::int32_t left = x - regionWidth / 2, top = y - regionHeight / 2;
     const std::int32_t width = (regionWidth + 1) * level, height = (regionHeight + 1) * level;
     engine::Bitmap result = engine::Bitmap::filled(form().Width(), form().Height());
     const engine::Bitmap picture = shown();
+    const std::int32_t square = options().BackgroundGridSize();
+    const auto ground = [&](std::int32_t column, std::int32_t row) {
+      const bool second = column / square % 2 == row / square % 2;
+      return colorPixel(second ? options().BackgroundGridColor2() : options().BackgroundGridColor1());
+    };
     const engine::Pixels pixels = result.writable();
     const auto put = [&](std::int32_t column, std::int32_t row, engine::Pixel value) {
       if (column < 0 || row < 0 || column >= pixels.width || row >= pixels.height) return;
@@ -202,8 +226,9 @@ class EditingZoomWindow : public EditingTest {
       for (std::int32_t column = 0; column < width; ++column) {
         const std::int32_t fromX = left + column * regionWidth / width;
         const std::int32_t fromY = top + row * regionHeight / height;
-        if (fromX < 0 || fromY < 0 || fromX >= picture.width() || fromY >= picture.height()) continue;
-        put(column, row, picture.at(fromX, fromY));
+        const bool inside = fromX >= 0 && fromY >= 0 && fromX < picture.width() && fromY < picture.height();
+        const engine::Pixel pixel = inside ? picture.at(fromX, fromY) : engine::Pixel{};
+        put(column, row, pixel.a == 0 ? ground(column, row) : pixel);
       }
     }
     const auto half = [level](std::int32_t cells) {
@@ -245,10 +270,57 @@ TEST_P(EditingZoomWindow, ShowsTheCutAroundThePixelUnderThePointerWithItsMark) {
   EXPECT_TRUE(same(face(), expected(12, 20, 10)));
 }
 
-TEST_P(EditingZoomWindow, LeavesWhatSticksOutOfThePictureAsItWas) {
+TEST_P(EditingZoomWindow, ShowsTheCheckeredGroundBeyondThePicturesEdge) {
   view().move(0, 0, position(1, 1));
   EXPECT_TRUE(same(face(), expected(1, 1, 10)));
-  EXPECT_EQ(face().at(0, 0).a, 0);
+  EXPECT_EQ(face().at(0, 0), colorPixel(options().BackgroundGridColor2()));
+  view().move(0, 0, position(kWidth - 1, kHeight - 1));
+  EXPECT_TRUE(same(face(), expected(kWidth - 1, kHeight - 1, 10)));
+}
+
+TEST_P(EditingZoomWindow, ShowsTheCheckeredGroundWhereThePictureIsTransparent) {
+  options().BackgroundGridColor1(0x0000FF);
+  options().BackgroundGridColor2(0x00FF00);
+  options().BackgroundGridSize(6);
+  editor().ApplyOptions();
+  show(engine::Bitmap::filled(kWidth, kHeight, {9, 9, 9, 0}));
+  view().move(0, 0, position(12, 20));
+  EXPECT_TRUE(same(face(), expected(12, 20, 10)));
+  EXPECT_EQ(face().at(0, 0), (engine::Pixel{0, 255, 0, 255}));
+  EXPECT_EQ(face().at(6, 0), (engine::Pixel{255, 0, 0, 255}));
+}
+
+TEST_P(EditingZoomWindow, TheMarkShowsOnEveryMoveAndNothingOfTheLastOneIsLeft) {
+  show(engine::Bitmap::filled(kWidth, kHeight, {0, 0, 0, 0}));
+  for (const Point& at : {Point{12, 20}, Point{12, 20}, Point{13, 20}, Point{0, 0}, Point{0, 0}}) {
+    view().move(0, 0, position(at.X, at.Y));
+    EXPECT_TRUE(same(face(), expected(at.X, at.Y, 10))) << at.X << ", " << at.Y;
+  }
+}
+
+TEST_P(EditingZoomWindow, FollowsAChangedPictureThoughThePointerRests) {
+  view().move(0, 0, position(12, 20));
+  editor().FlipHorizontally();
+  EXPECT_TRUE(same(face(), expected(12, 20, 10)));
+  editor().Undo();
+  EXPECT_TRUE(same(face(), expected(12, 20, 10)));
+  editor().Redo();
+  EXPECT_TRUE(same(face(), expected(12, 20, 10)));
+}
+
+TEST_P(EditingZoomWindow, IsClearedWhenThePictureNoLongerReachesThePointer) {
+  view().move(0, 0, position(0, 0));
+  editor().SetSelection(20, 10, 4, 4);
+  editor().CropToSelection();
+  EXPECT_TRUE(empty());
+}
+
+TEST_P(EditingZoomWindow, StaysClearedWhenThePictureChangesAndThePointerIsElsewhere) {
+  view().move(0, 0, position(12, 20));
+  platform().pointerRestsAt({5000, 5000});
+  view().leave();
+  editor().FlipHorizontally();
+  EXPECT_TRUE(empty());
 }
 
 TEST_P(EditingZoomWindow, Level1IsAPlainCopyWithABoxOfOnePixel) {
@@ -286,6 +358,16 @@ TEST_P(EditingZoomWindow, HiddenItNeverDraws) {
   EXPECT_TRUE(empty());
   window().ZoomLevel(5);
   EXPECT_TRUE(empty());
+}
+
+TEST_P(EditingZoomWindow, HiddenItStartsNoTracking) {
+  platform().pointerRestsAt({5000, 5000});
+  form().Hide();
+  view().move(0, 0, position(12, 20));
+  form().Show();
+  form().Graphics().DrawBox(1, 1, 9, 9, 0x0000FF);
+  platform().pointerRestsAt({5000, 5000});
+  EXPECT_FALSE(empty()) << "a leave that was not tracked clears nothing";
 }
 
 TEST_P(EditingZoomWindow, ChangingTheLevelRedrawsAtThePointersPlaceInTheViewWithoutScrolling) {
