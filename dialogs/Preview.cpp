@@ -14,6 +14,10 @@ namespace {
 /// The gap between the panes, in the control's own scale.
 constexpr std::int32_t kGap = 12;
 
+Size SizeOf(const Image* Picture) {
+  return Picture == nullptr ? Size{} : Size{Picture->Width(), Picture->Height()};
+}
+
 }  // namespace
 
 Preview::Preview(Site& site)
@@ -107,10 +111,22 @@ void Preview::LinkedScrolling(bool Value) {
 
 void Preview::Reset() {
   try {
-    igxPreview.Document().CopyFrom(*igxOriginal.ImgX(), 0);
+    KeepPlace(igxPreview, [this] { igxPreview.Document().CopyFrom(*igxOriginal.ImgX(), 0); });
   } catch (...) {
     QDK_TRAILER(Reset, QDK_PARAMETERS(), QDK_LOCALS());
   }
+}
+
+void Preview::KeepPlace(ImageView& Pane, const std::function<void()>& Work) {
+  const Size before = SizeOf(Pane.Image());
+  const Point place{Pane.ScrollLeft(), Pane.ScrollTop()};
+  Work();
+  if (SizeOf(Pane.Image()) != before) return;
+  // Going back there is no scrolling that the other pane should follow.
+  const bool scrolling = std::exchange(iScrolling, true);
+  Pane.ScrollLeft(place.X);
+  Pane.ScrollTop(place.Y);
+  iScrolling = scrolling;
 }
 
 void Preview::UseOriginal(bool Value) {
@@ -118,7 +134,7 @@ void Preview::UseOriginal(bool Value) {
     if (Value == pUseOriginal) return;
     pUseOriginal = Value;
     UserControl.PropertyChanged("UseOriginal");
-    zLoadOriginal();
+    KeepPlace(igxOriginal, [this] { zLoadOriginal(); });
     Reset();
     UseOriginalChange(pUseOriginal);
   } catch (...) {

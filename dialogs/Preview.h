@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -27,6 +28,9 @@ class Preview final : public Object {
   void LinkedScrolling(bool Value);
   /// Makes the right pane a fresh copy of the left one.
   void Reset();
+  /// Runs work that puts another picture into a pane, which then shows the same place as before if the
+  /// picture is as large as before.
+  void KeepPlace(ImageView& Pane, const std::function<void()>& Work);
   /// The user's picture instead of the stock picture.
   bool UseOriginal() const { return pUseOriginal; }
   void UseOriginal(bool Value);

@@ -15,8 +15,10 @@ PreviewDialog::PreviewDialog(const char* formName)
 
 void PreviewDialog::ShowEffect(const std::function<void(ImageView&)>& operation) {
   modProcessing::FormUtility().SetPointer(kBusyArrowHourglass);
-  iPreview.Reset();
-  operation(iPreview.PreviewPane());
+  iPreview.KeepPlace(iPreview.PreviewPane(), [&] {
+    iPreview.Reset();
+    operation(iPreview.PreviewPane());
+  });
   modProcessing::FormUtility().SetPointer(kBusyDefault);
 }
 

@@ -9,6 +9,9 @@
 
 namespace kestrel {
 
+/// The size of a new preview control, 4800 by 3600 in units of which the desktop shows 15 to a pixel.
+inline constexpr Size kPreviewDesignSize{4800 / 15, 3600 / 15};
+
 /// Where a host keeps a control's properties.
 class PropertyBag {
  public:

@@ -45,6 +45,7 @@ std::unique_ptr<Moorage> makeEditorSuite(Site& site, const Surroundings& surroun
 std::unique_ptr<Site> makePreviewSite(Desktop& desktop, Window* parent, const std::string& name,
                                       const Surroundings& surroundings) {
   auto site = std::make_unique<Site>(desktop, parent, name, true);
+  site->Move(0, 0, kPreviewDesignSize.Width, kPreviewDesignSize.Height);
   addView(*site, "igxOriginal", surroundings);
   addView(*site, "igxPreview", surroundings);
   auto stock = std::make_unique<PictureBox>(desktop, site.get(), "imgPreview", -1);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "../site/SiteWidget.h"
+#include "imaging/contract/Site.h"
 
 namespace kestrel::qt {
 
@@ -13,7 +14,7 @@ class PreviewWidget final : public SiteWidget {
   using SiteWidget::SiteWidget;
 
   void furnish(QtSite& site, engine::ClipboardPort& clipboard) override;
-  QSize sizeHint() const override { return {560, 260}; }
+  QSize sizeHint() const override { return {kPreviewDesignSize.Width, kPreviewDesignSize.Height}; }
   QSize minimumSizeHint() const override { return {240, 120}; }
 };
 

@@ -92,6 +92,69 @@ TEST_P(EditingPreview, ReadPropertiesShowsThePanesAndLeavesTheTabStop) {
   EXPECT_TRUE(original_->Visible());
 }
 
+TEST_P(EditingPreview, IsMade4800By3600AndLaysItsPanesOutInThat) {
+  const auto fresh =
+      headless::makePreviewSite(platform().desktop(), nullptr, "Preview", platform().surroundings());
+  EXPECT_EQ(fresh->Width() * 15, 4800);
+  EXPECT_EQ(fresh->Height() * 15, 3600);
+  Preview made(*fresh);
+  fresh->InitProperties();
+  EXPECT_EQ(Bind<headless::ImageView>(*fresh, "igxOriginal").Width(), (320 - 12) / 2);
+  EXPECT_EQ(Bind<headless::ImageView>(*fresh, "igxPreview").Height(), 240);
+}
+
+TEST_P(EditingPreview, PanesKeepTheirPlaceWhileThePictureKeepsItsSize) {
+  open(1000, 900);
+  control().OriginalPicture(&view());
+  control().UseOriginal(true);
+  control().Original().ScrollLeft(300);
+  control().Original().ScrollTop(200);
+  const auto expectPlace = [&](ImageView& pane) {
+    EXPECT_EQ(pane.ScrollLeft(), 300);
+    EXPECT_EQ(pane.ScrollTop(), 200);
+  };
+  control().Reset();
+  expectPlace(control().PreviewPane());
+  control().PreviewPane().Effects().Flip(0);
+  control().Reset();
+  expectPlace(control().PreviewPane());
+  expectPlace(control().Original());
+}
+
+TEST_P(EditingPreview, APaneKeepsItsPlaceThroughWorkThatEndsWithTheSameSize) {
+  open(1000, 900);
+  control().OriginalPicture(&view());
+  control().UseOriginal(true);
+  const auto widen = [this] {
+    control().KeepPlace(control().PreviewPane(), [this] {
+      control().Reset();
+      control().PreviewPane().Effects().ResizeCanvas(1400, 1200, Colour(0), 0, 0);
+    });
+  };
+  widen();
+  control().LinkedScrolling(false);
+  control().PreviewPane().ScrollLeft(1100);
+  control().PreviewPane().ScrollTop(900);
+  control().Original().ScrollLeft(50);
+  control().LinkedScrolling(true);
+  widen();
+  EXPECT_EQ(control().PreviewPane().ScrollLeft(), 1100);
+  EXPECT_EQ(control().PreviewPane().ScrollTop(), 900);
+  EXPECT_EQ(control().Original().ScrollLeft(), 50) << "nobody has scrolled";
+}
+
+TEST_P(EditingPreview, APictureOfAnotherSizeIsShownFromItsCorner) {
+  open(1000, 900);
+  control().OriginalPicture(&view());
+  control().UseOriginal(true);
+  control().Original().ScrollLeft(300);
+  open(1000, 800);
+  control().UseOriginal(false);
+  control().UseOriginal(true);
+  EXPECT_EQ(control().Original().ScrollLeft(), 0);
+  EXPECT_EQ(control().PreviewPane().ScrollLeft(), 0);
+}
+
 TEST_P(EditingPreview, WithoutASelectionOpensOnTheStockPicture) {
   control().OriginalPicture(&view());
   EXPECT_FALSE(control().UseOriginal());
