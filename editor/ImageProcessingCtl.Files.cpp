@@ -63,6 +63,7 @@ std::string AboutFile(const Image* Picture) {
 bool ImageProcessingCtl::OpenImage(std::string Filename) {
   bool CancelDefault = false, Failed = false, Result = false;
   try {
+    Cancel();
     if (Filename.empty()) {
       RequestOpenFilename(Filename, CancelDefault);
       if (const auto sink = EventSink()) sink->RequestOpenFilename(Filename, CancelDefault);
@@ -218,6 +219,8 @@ bool ImageProcessingCtl::SaveChanges() {
   std::string Name;
   std::int32_t Answer = 0;
   try {
+    // Whoever asks is about to leave the picture.
+    Cancel();
     if (!igxImage.Modified()) return true;
     Name = pFilename.empty() ? "Untitled" : pFilename;
     Answer = iPlatform.UserInterface().MessageBox(

@@ -17,7 +17,9 @@ ImagingFace& ImageProcessingCtl::zBeginOperation(bool OnSection) {
 }
 
 void ImageProcessingCtl::zEndOperation(bool OnSection) {
-  if (OnSection) modImgX::ApplySection(*pImage, igxImage);
+  if (!OnSection) return;
+  modImgX::ApplySection(*pImage, igxImage);
+  zShowSize();
 }
 
 void ImageProcessingCtl::Resize(std::int32_t Width, std::int32_t Height, std::int32_t ResampleMethod) {

@@ -160,6 +160,7 @@ PicturePtr ImageProcessingCtl::Picture() {
 
 void ImageProcessingCtl::Picture(const PicturePtr& Value) {
   try {
+    Cancel();
     igxImage.Picture(Value);
     zPictureSet();
   } catch (...) {

@@ -21,6 +21,7 @@ void ImageProcessingCtl::SetSelection(std::int32_t Left, std::int32_t Top, std::
     Tool(ipToolSelect);
     igxImage.SetSelectionRect(Left, Top, Width, Height);
     igxImage.SelectionVisible(true);
+    zShowSize();
   } catch (...) {
     QDK_TRAILER(SetSelection, QDK_PARAMETERS(Left, Top, Width, Height), QDK_LOCALS());
   }
@@ -41,9 +42,7 @@ void ImageProcessingCtl::ResetSelection() {
     igxImage.SelectionHeight(0);
     igxImage.SelectionWidth(0);
     igxImage.SelectionVisible(false);
-    const kestrel::Image* picture = igxImage.Image();
-    mrgUI.StatusPanel("pnlSize").Caption(
-        picture == nullptr ? " " : ToText(picture->Width()) + ", " + ToText(picture->Height()));
+    zShowSize();
   } catch (...) {
     QDK_TRAILER(ResetSelection, QDK_PARAMETERS(), QDK_LOCALS());
   }
@@ -104,11 +103,13 @@ void ImageProcessingCtl::zBeginPaste() {
   scratch.Document().Paste("");
   Tool(ipToolSelect);
   iPasting = true;
+  zFollowMode();
   Status("Please select where to paste the image, or press Escape to cancel", false, true);
   mrgUI.DockFunctions().SetChecked(Commands()("btnEditPaste"), true);
   const kestrel::Image& source = Required(scratch.Image());
   igxImage.SetSelectionRect(igxImage.ScrollLeft(), igxImage.ScrollTop(), source.Width(), source.Height());
   igxImage.SelectionVisible(true);
+  zShowSize();
   igxImage.Refresh();
 }
 
@@ -119,6 +120,7 @@ void ImageProcessingCtl::zFollowPaste() {
   igxImage.SelectionHeight(source.Height());
   iPasteX = igxImage.SelectionLeft();
   iPasteY = igxImage.SelectionTop();
+  zShowSize();
   igxImage.Refresh();
 }
 
@@ -142,6 +144,8 @@ void ImageProcessingCtl::Paste() {
                           iTransparentPaste ? &MaskColor : nullptr, 1.0F, true, "Paste");
     zCancelPaste();
   } catch (...) {
+    // The floating image has nowhere to go, so the mode must not stay open.
+    QDK_RESUME_NEXT(zCancelPaste());
     QDK_TRAILER(Paste, QDK_PARAMETERS(), QDK_LOCALS(MaskColor));
   }
 }
@@ -150,6 +154,7 @@ void ImageProcessingCtl::zCancelPaste() {
   try {
     iPasting = false;
     iTransparentPaste = false;
+    zFollowMode();
     mrgUI.DockFunctions().SetChecked(Commands()("btnEditPaste"), false);
     Status("", true, true);
     ResetSelection();
@@ -191,6 +196,7 @@ void ImageProcessingCtl::zCropOrBeginCrop() {
   if (zHasSelection()) return zCropOrTell();
   Tool(ipToolSelect);
   iCropping = true;
+  zFollowMode();
   Status("Please select the region to crop the image to, or press Escape to cancel", false, true);
   mrgUI.DockFunctions().SetChecked(Commands()("btnImageCrop"), true);
 }
@@ -198,6 +204,7 @@ void ImageProcessingCtl::zCropOrBeginCrop() {
 void ImageProcessingCtl::zCancelCrop() {
   try {
     iCropping = false;
+    zFollowMode();
     mrgUI.DockFunctions().SetChecked(Commands()("btnImageCrop"), false);
     Status("", true, true);
     ResetSelection();

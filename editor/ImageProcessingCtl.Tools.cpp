@@ -159,9 +159,32 @@ void ImageProcessingCtl::igxImage_Click() {
   }
 }
 
+/// The size of the selection if there is one, else of the picture.
+void ImageProcessingCtl::zShowSize() {
+  const kestrel::Image* picture = igxImage.Image();
+  std::string size = " ";
+  if (picture != nullptr) size = Pair(picture->Width(), picture->Height());
+  if (picture != nullptr && zHasSelection())
+    size = Pair(igxImage.SelectionWidth(), igxImage.SelectionHeight());
+  mrgUI.StatusPanel("pnlSize").Caption(size);
+}
+
+/// After a change of the picture: another pixel may be under the pointer, which need not move for that.
+void ImageProcessingCtl::zFollowPointer() {
+  if (const auto pixel = igxImage.PointerPixel()) {
+    mrgUI.StatusPanel("pnlPosition").Caption(Pair(pixel->X, pixel->Y));
+    if (fltZoom) fltZoom->RedrawZoomWindowEx(pixel->X, pixel->Y);
+  } else {
+    mrgUI.StatusPanel("pnlPosition").Caption(" ");
+    if (fltZoom) fltZoom->ClearZoomWindow();
+  }
+}
+
 void ImageProcessingCtl::igxImage_SelectChanged(std::int32_t Left, std::int32_t Top, std::int32_t Width,
                                                 std::int32_t Height) {
   try {
+    // A drag that was given up may have left no selection.
+    if (!igxImage.SelectionVisible()) return zShowSize();
     mrgUI.StatusPanel("pnlSize").Caption(Pair(Width, Height));
   } catch (...) {
     QDK_TRAILER(igxImage_SelectChanged, QDK_PARAMETERS(Left, Top, Width, Height), QDK_LOCALS());

@@ -38,6 +38,8 @@ void ImageProcessingCtl::igxImage_Changed() {
     label("btnEditUndo");
     Caption = StepCaption("Redo", igxImage.RedoName());
     label("btnEditRedo");
+    zShowSize();
+    zFollowPointer();
     zFollowFile();
     Changed(true);
   } catch (...) {

@@ -129,7 +129,8 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
 
   // -- Commands and status --------------------------------------------------------------------------------
 
-  /// Enables, or disables, all commands that need a picture.
+  /// Enables, or disables, all commands that need a picture; those that must wait for the end of an open
+  /// paste or crop stay disabled.
   void SetControls(const bool& Enabled);
   /// Shows a message in the status line. With `ChangeCursor` a text begins a busy phase and an empty one ends
   /// it.
@@ -268,6 +269,7 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   void mrgUI_DockWindowHiding(DockWindow& DockWindow);
   void mrgUI_DockWindowShowing(DockWindow& DockWindow);
   void mrgUI_ClientAreaChanged();
+  void zFollowMode();
   void zFollowBar(CommandBar& CommandBar, bool Shown);
   void zFollowDockWindow(DockWindow& DockWindow, bool Shown);
   void zRequestExit();
@@ -286,6 +288,8 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   Point zPixelAt(float X, float Y);
   bool zInImageRegion(float X, float Y);
   bool zOutsideSelection(const Point& Pixel) const;
+  void zShowSize();
+  void zFollowPointer();
   void igxImage_MouseDown(std::int32_t Button, std::int32_t Shift, float X, float Y);
   void igxImage_MouseMove(std::int32_t Button, std::int32_t Shift, float X, float Y);
   void igxImage_MouseMovePixel(std::int32_t Button, std::int32_t Shift, std::int32_t PixelX,
@@ -361,6 +365,7 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   bool iCropping = false;
   bool iPasting = false;
   bool iTransparentPaste = false;
+  std::vector<const char*> iHeldCommands;  ///< off until the paste or the crop is over
   bool iRuntime = false;
   bool iTerminated = false;
   std::int32_t iPasteX = 0;

@@ -176,7 +176,7 @@ TEST_P(EditingPaste, ResizingTheRectangleIsUndoneAtRelease) {
   dragSelection({60, 50}, {90, 80});
   EXPECT_EQ(view().SelectionWidth(), 60);
   EXPECT_EQ(view().SelectionHeight(), 50);
-  EXPECT_EQ(panel("pnlSize"), "90, 80") << "the panel shows what was dragged";
+  EXPECT_EQ(panel("pnlSize"), "60, 50");
   expectOpen();
 }
 
@@ -209,6 +209,30 @@ TEST_P(EditingPaste, OtherKeysDoNotGiveItUp) {
   expectOpen();
   editor().Cancel();
   expectClosed();
+}
+
+TEST_P(EditingPaste, GivingUpTakesTheRectangleAwayAndThenRefreshes) {
+  click("btnEditPaste");
+  log().clear();
+  editor().Cancel();
+  EXPECT_THAT(calls(),
+              ElementsAre("SelectionHeight=0", "SelectionWidth=0", "SelectionVisible=False", "Refresh()"));
+}
+
+TEST_P(EditingPaste, IsCommittedBeforeTheModeEnds) {
+  click("btnEditPaste");
+  log().clear();
+  editor().Paste();
+  EXPECT_THAT(calls(),
+              ElementsAre("view.Draw.Image(60x50 picture, 0, 0, Nothing, 1, True, \"Paste\")",
+                          "SelectionHeight=0", "SelectionWidth=0", "SelectionVisible=False", "Refresh()"));
+}
+
+TEST_P(EditingPaste, KeyDownAndKeyUpOfEscapeDoNothing) {
+  click("btnEditPaste");
+  site().pressKey(27, 0, 0);
+  expectOpen();
+  editor().Cancel();
 }
 
 TEST_P(EditingPaste, GivingUpResetsThePointer) {
@@ -303,6 +327,19 @@ TEST_P(EditingCrop, WithoutASelectionOpensTheModeAndTheNextSelectionCrops) {
   EXPECT_EQ(shown().width(), kWidth) << "the mode has ended";
 }
 
+TEST_P(EditingCrop, KeepsItsStatusAsTheDefaultTextAndGivingUpResetsThePointer) {
+  click("btnImageCrop");
+  suite().highlight("btnFileOpen");
+  EXPECT_NE(panel("pnlStatus"), kCropStatus);
+  suite().highlight("");
+  EXPECT_EQ(panel("pnlStatus"), kCropStatus);
+  platform().FormUtility().forgetPointers();
+  log().clear();
+  editor().Cancel();
+  EXPECT_THAT(platform().FormUtility().pointers(), ElementsAre(kBusyDefault));
+  EXPECT_THAT(calls(), ElementsAre("SelectionHeight=0", "SelectionWidth=0", "SelectionVisible=False"));
+}
+
 TEST_P(EditingCrop, AnEmptySelectionIsNone) {
   editor().SetSelection(5, 6, 0, 12);
   click("btnImageCrop");
@@ -364,7 +401,7 @@ TEST_P(EditingCrop, CropToSelectionHandsTheEnginesErrorToItsCaller) {
 TEST_P(EditingCrop, CancelEndsCropBeforePaste) {
   fillClipboard(60, 50, kRed);
   click("btnImageCrop");
-  click("btnEditPaste");
+  dispatch("btnEditPaste");
   editor().Cancel();
   expectClosed();
   EXPECT_FALSE(pressed("btnEditPaste"));

@@ -80,6 +80,8 @@ class RandomEditing : public EditingTest {
            !near(at.Y, r.Top + r.Height);
   }
 
+  Asked anything();
+  /// Anything that can be done now: a command that is off is none.
   Asked next();
   Asked drag();
   Asked click();
@@ -119,7 +121,7 @@ Asked RandomEditing::select() {
   return {Action::kSelect, {from.X, from.Y, right, down}};
 }
 
-Asked RandomEditing::next() {
+Asked RandomEditing::anything() {
   if (std::min(width(), height()) < kSmallest || std::max(width(), height()) > kLargest) {
     return {Action::kResizeCanvas, {kWidth, kHeight, upTo(4), upTo(4), color()}};
   }
@@ -211,60 +213,82 @@ void RandomEditing::zoomThereAndBack() {
   EditorTest::click("btnZoomActualSize");
 }
 
-void RandomEditing::ask(const Asked& asked) {
-  const auto& with = asked.with;
-  const auto press = [this](const char* key) { EditorTest::click(key); };
+/// The command that the user clicks; null for what is done in another way.
+const char* commandOf(const Asked& asked) {
   switch (asked.action) {
     case Action::kTool: {
       const char* const keys[] = {"btnDrawSelect",    "btnDrawPan",     "btnDrawZoom",     "btnDrawLine",
                                   "btnDrawRectangle", "btnDrawEllipse", "btnDrawFreehand", "btnDrawPicker"};
       const std::int32_t tools[] = {1, 2, 5, 7, 9, 10, 11, 100};
-      return press(keys[std::find(std::begin(tools), std::end(tools), with[0]) - std::begin(tools)]);
+      return keys[std::find(std::begin(tools), std::end(tools), asked.with[0]) - std::begin(tools)];
     }
+    case Action::kMirror:
+      return "btnImageMirror";
+    case Action::kFlip:
+      return "btnImageFlip";
+    case Action::kGreyScale:
+      return "btnImageGrayScale";
+    case Action::kRotateRight:
+      return "btnRotateRight";
+    case Action::kRotateLeft:
+      return "btnRotateLeft";
+    case Action::kRotateDialog:
+      return "btnRotateFree";
+    case Action::kCrop:
+      return "btnImageCrop";
+    case Action::kCopy:
+      return "btnEditCopy";
+    case Action::kCut:
+      return "btnEditCut";
+    case Action::kBeginPaste:
+      return "btnEditPaste";
+    case Action::kSelectAll:
+      return "btnSelectionAll";
+    case Action::kSelectNone:
+      return "btnSelectionNone";
+    case Action::kUndo:
+      return "btnEditUndo";
+    case Action::kRedo:
+      return "btnEditRedo";
+    default:
+      return nullptr;
+  }
+}
+
+Asked RandomEditing::next() {
+  for (;;) {
+    const Asked asked = anything();
+    const char* const key = commandOf(asked);
+    if (key == nullptr || command(key).Enabled()) return asked;
+    // The way to what has to wait leads through the end of the mode.
+    const bool inMode = pressed("btnEditPaste") || pressed("btnImageCrop");
+    if (inMode && (asked.action == Action::kSelectNone || once(3))) return {Action::kEscape, {}};
+    if (inMode && once(3)) return {Action::kCommitPaste, {}};
+  }
+}
+
+void RandomEditing::ask(const Asked& asked) {
+  const auto& with = asked.with;
+  if (asked.action == Action::kRotateDialog) {
+    user().uses("frmRotate", [with](Form& form) {
+      Bind<TextBox>(form, "txtDegrees").Text(ToText(with[0]));
+      Bind<OptionButton>(form, "optDirection", with[1] != 0 ? 0 : 1).Value(true);
+      Bind<CommandButton>(form, "cmdAction", 0).Press();
+    });
+  }
+  if (const char* const key = commandOf(asked)) return EditorTest::click(key);
+  switch (asked.action) {
     case Action::kDrag:
       return view().drag(position(with[0], with[1]), position(with[2], with[3]));
     case Action::kClick:
       if (with[2] == kRightButton) user().picks("");
       return view().click(position(with[0], with[1]), with[2]);
-    case Action::kMirror:
-      return press("btnImageMirror");
-    case Action::kFlip:
-      return press("btnImageFlip");
-    case Action::kGreyScale:
-      return press("btnImageGrayScale");
-    case Action::kRotateRight:
-      return press("btnRotateRight");
-    case Action::kRotateLeft:
-      return press("btnRotateLeft");
-    case Action::kRotateDialog:
-      user().uses("frmRotate", [with](Form& form) {
-        Bind<TextBox>(form, "txtDegrees").Text(ToText(with[0]));
-        Bind<OptionButton>(form, "optDirection", with[1] != 0 ? 0 : 1).Value(true);
-        Bind<CommandButton>(form, "cmdAction", 0).Press();
-      });
-      return press("btnRotateFree");
-    case Action::kCrop:
-      return press("btnImageCrop");
-    case Action::kCopy:
-      return press("btnEditCopy");
-    case Action::kCut:
-      return press("btnEditCut");
-    case Action::kBeginPaste:
-      return press("btnEditPaste");
     case Action::kCommitPaste:
       return editor().Paste();
     case Action::kEscape:
       return site().pressKey(27, 0, 27);
-    case Action::kSelectAll:
-      return press("btnSelectionAll");
-    case Action::kSelectNone:
-      return press("btnSelectionNone");
     case Action::kSelect:
       return editor().SetSelection(with[0], with[1], with[2], with[3]);
-    case Action::kUndo:
-      return press("btnEditUndo");
-    case Action::kRedo:
-      return press("btnEditRedo");
     case Action::kUndoLevels:
       return editor().UndoLevels(with[0]);
     case Action::kForeColor:
@@ -289,6 +313,8 @@ void RandomEditing::ask(const Asked& asked) {
       return;
     case Action::kZoomThereAndBack:
       return zoomThereAndBack();
+    default:
+      return;
   }
 }
 
