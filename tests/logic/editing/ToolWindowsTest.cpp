@@ -146,6 +146,19 @@ TEST_P(EditingMaterialsWindow, ThePointersRestArmsTheTrackerAgain) {
   EXPECT_EQ(readOuts()[0], "");
 }
 
+TEST_P(EditingMaterialsWindow, UnloadedItFollowsNothing) {
+  view().move(0, 0, position(12, 20));
+  const OLE_COLOR before = swatch(0).BackColor();
+  const std::vector<std::string> shownBefore = readOuts();
+  window().Unload();
+  editor().ForeColor(before + 1);
+  editor().FlipHorizontally();
+  view().move(0, 0, position(13, 20));
+  platform().pointerRestsAt({5000, 5000});
+  EXPECT_EQ(swatch(0).BackColor(), before);
+  EXPECT_EQ(readOuts(), shownBefore);
+}
+
 TEST_P(EditingMaterialsWindow, TheReadOutsFollowAChangedPictureThoughThePointerRests) {
   view().move(0, 0, position(12, 20));
   const auto readOutsOf = [](const engine::Pixel& pixel) {
@@ -394,6 +407,15 @@ TEST_P(EditingZoomWindow, LetGoOfItsEditorItIsCleared) {
   EXPECT_EQ(window().Application(), nullptr);
   window().Application(&editor());
   EXPECT_FALSE(empty()) << "bound again it shows the pointer's surroundings";
+}
+
+TEST_P(EditingZoomWindow, UnloadedItLetsGoOfItsEditorAndOfTheTracker) {
+  view().move(0, 0, position(12, 20));
+  form().Unload();
+  EXPECT_EQ(window().Application(), nullptr);
+  form().Graphics().DrawBox(1, 1, 9, 9, 0x0000FF);
+  platform().pointerRestsAt({5000, 5000});
+  EXPECT_FALSE(empty()) << "nobody has told it that the pointer left";
 }
 
 TEST_P(EditingZoomWindow, RedrawingDoesNotCopyThePicture) {

@@ -1,0 +1,62 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QTest>
+
+#include "EditorBench.h"
+#include "imaging/contract/Image.h"
+
+namespace kestrel::desktop {
+namespace {
+
+/// The user's keys while a paste floats or a crop is pending.
+class ModesOnTheDesktop : public testing::Test {
+ protected:
+  ModesOnTheDesktop() {
+    bench.showPicture(noise(400, 300));
+    bench.canvas().setFocus();
+  }
+  void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QTest::keyClick(QApplication::focusWidget(), key, modifiers);
+    settle();
+  }
+  OLE_COLOR corner() { return bench.view().Image()->GetPixel(0, 0).Value(); }
+
+  EditorBench bench;
+};
+
+TEST_F(ModesOnTheDesktop, AFloatingPasteHoldsFlipBackUntilEscape) {
+  bench.editor().Copy(false);
+  key(Qt::Key_V, Qt::ControlModifier);
+  ASSERT_TRUE(bench.command("btnEditPaste").Checked());
+  const OLE_COLOR before = corner();
+  key(Qt::Key_I, Qt::ControlModifier);
+  EXPECT_EQ(corner(), before);
+  key(Qt::Key_Escape);
+  EXPECT_FALSE(bench.command("btnEditPaste").Checked());
+  key(Qt::Key_I, Qt::ControlModifier);
+  EXPECT_NE(corner(), before);
+}
+
+TEST_F(ModesOnTheDesktop, APendingCropHoldsFlipBackUntilTheRectangleIsDrawn) {
+  bench.moorage().CommandClick(bench.command("btnImageCrop"));
+  ASSERT_TRUE(bench.command("btnImageCrop").Checked());
+  const OLE_COLOR before = corner();
+  key(Qt::Key_I, Qt::ControlModifier);
+  EXPECT_EQ(corner(), before);
+  const QPoint middle = bench.canvas().rect().center();
+  QTest::mousePress(&bench.canvas(), Qt::LeftButton, {}, middle);
+  QTest::mouseMove(&bench.canvas(), middle + QPoint(20, 10));
+  QTest::mouseMove(&bench.canvas(), middle + QPoint(40, 30));
+  QTest::mouseRelease(&bench.canvas(), Qt::LeftButton, {}, middle + QPoint(40, 30));
+  settle();
+  EXPECT_FALSE(bench.command("btnImageCrop").Checked());
+  EXPECT_LT(bench.view().Image()->Width(), 200);
+  EXPECT_TRUE(bench.command("btnImageFlip").Enabled());
+  const std::string size = bench.moorage().StatusPanel("pnlSize").Caption();
+  EXPECT_EQ(size, std::to_string(bench.view().Image()->Width()) + ", " +
+                      std::to_string(bench.view().Image()->Height()));
+}
+
+}  // namespace
+}  // namespace kestrel::desktop
