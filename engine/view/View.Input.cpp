@@ -38,13 +38,18 @@ void View::pointerDown(std::int32_t button, std::int32_t shift, float x, float y
   pointer_ = {x, y};
   pointerInside_ = true;
   shift_ = shift;
-  pressedButton_ = button;
+  const bool pans = button == kMiddleButton;
+  // A pan must not turn the press of another button into a drag.
+  if (pans && (gesture_ || pressedButton_ != 0)) return;
   if (!gesture_) {
     pressedAt_ = pointer_;
     dragged_ = false;
   }
-  MouseDown(button, shift, x, y);
-  if (gesture_) return;
+  if (!pans) {
+    pressedButton_ = button;
+    MouseDown(button, shift, x, y);
+    if (gesture_) return;
+  }
   gesture_ = newGesture(button, pointer_);
   gestureButton_ = button;
   updateCursor();
@@ -90,6 +95,7 @@ void View::pointerUp(std::int32_t button, std::int32_t shift, float x, float y) 
     invalidateSelection();  // the handles are back
     updateCursor();
   }
+  if (button == kMiddleButton) return;
   MouseUp(button, shift, x, y);
   if (click) Click();
 }

@@ -86,7 +86,8 @@ class View : public Face<ImageView>, private GestureHost {
   /// Paints the part `area` of the view. Raises what a handler of `DoubleBufferPaintAfter` raises.
   void paint(const PaintBuffer& buffer, const Rectangle& area);
 
-  /// `button` and `shift` are made of the masks in Types.h; of a move, the buttons that are held.
+  /// `button` and `shift` are made of the masks in Types.h; of a move, the buttons that are held. The middle
+  /// button pans with any tool, and raises neither `MouseDown` nor `MouseUp` nor `Click`.
   void pointerDown(std::int32_t button, std::int32_t shift, float x, float y);
   void pointerMove(std::int32_t button, std::int32_t shift, float x, float y);
   void pointerUp(std::int32_t button, std::int32_t shift, float x, float y);

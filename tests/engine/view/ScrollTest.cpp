@@ -175,9 +175,34 @@ TEST(ViewScroll, TheMiddleButtonPansWithAnyToolAndRaisesScroll) {
   view.move({90, 50});
   view.release({90, 50});
   EXPECT_EQ(view.ScrollLeft(), 110);
-  EXPECT_THAT(view.take(),
-              ElementsAre("MouseDown(4, 0, 100, 50)", "Scroll()", "MouseMove(4, 0, 90, 50)",
-                          "MouseMovePixel(4, 0, 200, 50)", "ScrollChanged()", "MouseUp(4, 0, 90, 50)"));
+  EXPECT_THAT(view.take(), ElementsAre("Scroll()", "MouseMove(4, 0, 90, 50)", "MouseMovePixel(4, 0, 200, 50)",
+                                       "ScrollChanged()"));
+}
+
+TEST(ViewScroll, AClickOfTheMiddleButtonDoesNothing) {
+  TestView view(200, 100);
+  view.load(1000, 1000);
+  view.Tool(kViewToolSelect);
+  view.SetSelectionRect(10, 10, 50, 50);
+  view.SelectionVisible(true);
+  view.take();
+  view.press({100, 80}, 0, kMiddleButton);
+  view.release({100, 80});
+  EXPECT_THAT(view.take(), ElementsAre());
+  EXPECT_TRUE(view.SelectionVisible());
+}
+
+TEST(ViewScroll, TheMiddleButtonDuringAPressOfTheLeftOneLeavesThatAClick) {
+  TestView view(200, 100);
+  view.load(1000, 1000);
+  view.ScrollLeft(100);
+  view.take();
+  view.pointerDown(kLeftButton, 0, 100, 50);
+  view.pointerDown(kMiddleButton, 0, 100, 50);
+  view.pointerUp(kMiddleButton, 0, 100, 50);
+  view.pointerUp(kLeftButton, 0, 100, 50);
+  EXPECT_THAT(view.take(), ElementsAre("MouseDown(1, 0, 100, 50)", "MouseUp(1, 0, 100, 50)", "Click()"));
+  EXPECT_EQ(view.ScrollLeft(), 100);
 }
 
 TEST(ViewScroll, EscapeTakesThePictureBackToWhereItWasGrabbed) {
