@@ -16,6 +16,7 @@ DialogBase::DialogBase(const char* formName) : iForm(formName) {
   Keep(iForm->Load.Connect([this] { Form_Load(); }));
   Keep(iForm->Activate.Connect([this] { Form_Activate(); }));
   Keep(iForm->QueryUnload.Connect([this](bool& cancel, std::int32_t) { Form_QueryUnload(cancel); }));
+  Keep(iForm->QueryResult.Connect([this](bool& result) { result = Success; }));
   for (std::int32_t index : {kActionOK, kActionCancel}) {
     auto& button = Bind<CommandButton>(*iForm, "cmdAction", index);
     Keep(button.Click.Connect([this, index] { cmdAction_Click(index); }));
@@ -27,7 +28,7 @@ DialogBase::~DialogBase() {
   QDK_RESUME_NEXT(iForm->Unload());
 }
 
-void DialogBase::ShowModal() { modProcessing::FormUtility().ShowDialog(*iForm, kModal, nullptr); }
+bool DialogBase::ShowModal() { return modProcessing::FormUtility().ShowDialog(*iForm, kModal, nullptr); }
 
 void DialogBase::Form_Activate() {
   try {

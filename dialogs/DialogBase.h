@@ -29,8 +29,8 @@ class DialogBase : public Object {
 
   kestrel::Form& Form() { return *iForm; }
 
-  /// Shows the dialog and returns when the user is done with it.
-  void ShowModal();
+  /// Shows the dialog, returns when the user is done with it, and returns `Success`.
+  bool ShowModal();
 
  protected:
   /// Makes the window of that name. Raises RuntimeError 730 if it lacks a control.

@@ -48,6 +48,9 @@ class Form : public Control, public ControlContainer {
   /// Cancel, and why: 0 the window's own close box, 1 `Unload` was called.
   Event<bool&, std::int32_t> QueryUnload;
   Event<> Unloaded;
+  /// Asked by `FormUtility::ShowDialog` for its result, which is False where no handler sets it: whether the
+  /// user accepted the dialog.
+  Event<bool&> QueryResult;
   Event<> Paint;
   Event<std::int32_t, std::int32_t> KeyDown;  ///< key code, Shift
 };

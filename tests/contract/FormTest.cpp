@@ -71,6 +71,27 @@ TEST_P(Forms, ShownModallyReturnWhenTheyAreHidden) {
   EXPECT_EQ(log_.find("unloaded"), std::string::npos) << "hiding does not unload";
 }
 
+TEST_P(Forms, ShownAsADialogReturnWhatTheyAnswer) {
+  const auto show = [this] {
+    user().willUse([](Form& form) { form.Hide(); });
+    return platform().FormUtility().ShowDialog(*form_, 1, nullptr);
+  };
+  EXPECT_FALSE(show()) << "nobody answers";
+  bool accepted = true;
+  const Connection connection = form_->QueryResult.Connect([&](bool& result) {
+    EXPECT_FALSE(form_->Visible()) << "asked when the user is done";
+    result = accepted;
+  });
+  EXPECT_TRUE(show());
+  accepted = false;
+  EXPECT_FALSE(show());
+}
+
+TEST_P(Forms, KeepTheirCaptionAsItIsGiven) {
+  form_->Caption("a[*]b[*][*].png - Editor");
+  EXPECT_EQ(form_->Caption(), "a[*]b[*][*].png - Editor");
+}
+
 TEST_P(Forms, ShownModallyReturnWhenTheyAreUnloaded) {
   user().willUse([&](Form& form) { form.Unload(); });
   form_->Show(true);

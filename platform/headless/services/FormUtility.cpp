@@ -21,8 +21,11 @@ void FormUtility::SetFocusTo(Control& control) {
   window->focused();
 }
 
-void FormUtility::ShowDialog(kestrel::Form& form, std::int32_t mode, kestrel::Form* owner) {
+bool FormUtility::ShowDialog(kestrel::Form& form, std::int32_t mode, kestrel::Form* owner) {
   form.Show(mode == 1, owner);
+  bool result = false;
+  form.QueryResult(result);
+  return result;
 }
 
 }  // namespace kestrel::headless

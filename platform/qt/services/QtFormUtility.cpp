@@ -20,9 +20,12 @@ void QtFormUtility::SetFocusTo(Control& control) {
   if (QWidget* const widget = widgetOf(control.hWnd())) widget->setFocus(Qt::OtherFocusReason);
 }
 
-void QtFormUtility::ShowDialog(Form& form, std::int32_t mode, Form* owner) {
+bool QtFormUtility::ShowDialog(Form& form, std::int32_t mode, Form* owner) {
   const BusyPause pause;
   form.Show(mode == 1, owner);
+  bool result = false;
+  form.QueryResult(result);
+  return result;
 }
 
 bool QtFormUtility::FileExists(const std::string& path) {

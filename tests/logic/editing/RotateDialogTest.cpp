@@ -293,9 +293,19 @@ TEST_P(EditingRotateDialog, LeavesItsFieldsReadableAfterItHid) {
   EXPECT_FALSE(dialog.SafeToUnload);
   EXPECT_EQ(dialog.ResultData, "");
   plan([](Dialog& user) { user.ok(); });
-  dialog.ShowModal();
+  EXPECT_TRUE(dialog.ShowModal());
   EXPECT_TRUE(dialog.Success);
   EXPECT_EQ(dialog.ResultData, "270");
+}
+
+TEST_P(EditingRotateDialog, ReportsNothingWhenItIsCancelledOrClosed) {
+  set(90, ipDirectionLeft);
+  for (const bool byCloseBox : {false, true}) {
+    frmRotate dialog;
+    plan([&](Dialog& user) { byCloseBox ? user.form().Unload() : user.cancel(); });
+    EXPECT_FALSE(dialog.ShowModal());
+    EXPECT_FALSE(dialog.Success);
+  }
 }
 
 // -- Preview ----------------------------------------------------------------------------------------------

@@ -115,7 +115,7 @@ class FakeFormUtility : public FormUtility {
   void SetPointer(std::int32_t) override {}
   void SelectAllText(TextBox&) override {}
   void SetFocusTo(Control&) override {}
-  void ShowDialog(Form&, std::int32_t, Form*) override {}
+  bool ShowDialog(Form&, std::int32_t, Form*) override { return false; }
   bool FileExists(const std::string& path) override { return existing.contains(path); }
   bool IsModifierDown() override { return false; }
   std::set<std::string> existing;
