@@ -110,15 +110,25 @@ void MoorageModel::highlight(CommandModel* command) {
   if (command) CommandHighlight(*command, kHighlightHot);
 }
 
-bool MoorageModel::pressHotKey(std::int32_t shift, std::int32_t keyCode) {
+MoorageModel::PressedHotKey MoorageModel::findHotKey(std::int32_t shift, std::int32_t keyCode) const {
+  const bool allowUnmodified = commands_.HotKeyOptions().AllowUnmodified() != 0;
   for (const auto& command : commands_.all()) {
-    HotKeyModel* key = command->available() ? command->HotKeys().find(shift, keyCode) : nullptr;
-    if (!key || (key->unmodified() && commands_.HotKeyOptions().AllowUnmodified() == 0)) continue;
-    CancelValue cancel;
-    CommandHotKeyPress(*command, *key, cancel);
-    return !cancel.Value && click(*command);
+    HotKeyModel* const key = command->available() ? command->HotKeys().find(shift, keyCode) : nullptr;
+    if (key && (allowUnmodified || !key->unmodified())) return {command.get(), key};
   }
-  return false;
+  return {};
+}
+
+bool MoorageModel::hearsHotKey(std::int32_t shift, std::int32_t keyCode) const {
+  return findHotKey(shift, keyCode).command != nullptr;
+}
+
+bool MoorageModel::pressHotKey(std::int32_t shift, std::int32_t keyCode) {
+  const PressedHotKey pressed = findHotKey(shift, keyCode);
+  if (!pressed.command) return false;
+  CancelValue cancel;
+  CommandHotKeyPress(*pressed.command, *pressed.key, cancel);
+  return !cancel.Value && click(*pressed.command);
 }
 
 bool MoorageModel::typeComboText(CommandModel& command, const std::string& text) {

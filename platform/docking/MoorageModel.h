@@ -28,6 +28,7 @@ class HotKeyOptionsModel : public HotKeyOptions {
 class CommandsModel : public KeyedModels<Commands, CommandModel> {
  public:
   HotKeyOptionsModel& HotKeyOptions() override { return hotKeyOptions_; }
+  const HotKeyOptionsModel& HotKeyOptions() const { return hotKeyOptions_; }
 
  private:
   HotKeyOptionsModel hotKeyOptions_;
@@ -89,6 +90,8 @@ class MoorageModel : public Moorage {
   /// command that has the key raises `CommandHotKeyPress` and, unless a handler cancels it, is clicked.
   /// Returns whether that happened; otherwise the key belongs to whoever has the focus.
   bool pressHotKey(std::int32_t shift, std::int32_t keyCode);
+  /// Whether a command would be asked about that key.
+  bool hearsHotKey(std::int32_t shift, std::int32_t keyCode) const;
   /// Typed and confirmed a text in a combo. A text that differs raises `CommandChange`; a handler that
   /// cancels it brings the old text back. Returns whether the text stands.
   bool typeComboText(CommandModel& command, const std::string& text);
@@ -109,6 +112,12 @@ class MoorageModel : public Moorage {
   virtual void attachForm(DockWindowModel& window, Form& form) = 0;
 
  private:
+  struct PressedHotKey {
+    CommandModel* command = nullptr;
+    HotKeyModel* key = nullptr;
+  };
+  PressedHotKey findHotKey(std::int32_t shift, std::int32_t keyCode) const;
+
   using Changed = std::variant<CommandModel*, CommandBarModel*, DockWindowModel*>;
 
   void note(const Changed& changed);

@@ -45,6 +45,25 @@ TEST_P(DockingSuite, ReadsItsStoredLayoutWhenItIsMade) {
   EXPECT_TRUE(suite().Commands()("btnDrawSelect").Checked());
 }
 
+TEST_P(DockingSuite, WritesNothingBackToItsStoredLayout) {
+  Command& open = suite().Commands()("btnFileOpen");
+  open.Visible(false);
+  open.Enabled(false);
+  open.HotKeys().Item(1).Remove();
+  suite().DockFunctions().SetChecked(suite().Commands()("btnDrawSelect"), false);
+  suite().CommandBars()("Tools").Visible(false);
+  suite().Commands()("mnuEdit").Bar().Entries().Item("btnEditCopy").BeginGroup(true);
+
+  auto& next = Bind<Moorage>(user().editorSite(), "mrgUI");
+  Command& again = next.Commands()("btnFileOpen");
+  EXPECT_TRUE(again.Visible());
+  EXPECT_TRUE(again.Enabled());
+  EXPECT_EQ(again.HotKeys().Count(), 1);
+  EXPECT_TRUE(next.Commands()("btnDrawSelect").Checked());
+  EXPECT_TRUE(next.CommandBars()("Tools").Visible());
+  EXPECT_FALSE(next.Commands()("mnuEdit").Bar().Entries().Item("btnEditCopy").BeginGroup());
+}
+
 TEST_P(DockingSuite, TellsOfAClickOnAButtonThatIsEnabledAndVisible) {
   std::string clicked;
   const Connection connection =

@@ -113,6 +113,17 @@ TEST_F(CommandsTest, HearNoHotKeyWhenDisabledOrInvisible) {
   EXPECT_THAT(events, IsEmpty());
 }
 
+TEST_F(CommandsTest, SayWithoutAnyEventWhichHotKeysTheyHear) {
+  EXPECT_TRUE(suite.hearsHotKey(kCtrlMask, 'O'));
+  EXPECT_FALSE(suite.hearsHotKey(kCtrlMask, 'P'));
+  EXPECT_TRUE(suite.hearsHotKey(0, 'C'));
+  suite.Commands().HotKeyOptions().AllowUnmodified(0);
+  EXPECT_FALSE(suite.hearsHotKey(0, 'C'));
+  command("btnOpen").Enabled(false);
+  EXPECT_FALSE(suite.hearsHotKey(kCtrlMask, 'O'));
+  EXPECT_THAT(events, IsEmpty());
+}
+
 TEST_F(CommandsTest, HearUnmodifiedHotKeysOnlyWhileTheseAreAllowed) {
   EXPECT_TRUE(suite.pressHotKey(0, 'C'));
   suite.Commands().HotKeyOptions().AllowUnmodified(0);

@@ -30,6 +30,22 @@ TEST_P(EditorCommands, CloseRaisesExitRequestBeforeTheControlIsMarked) {
   EXPECT_EQ(editor().EventSink(), nullptr);
 }
 
+TEST_P(EditorCommands, AreKnownByTheirKeyFromTheFourthCharacterOnWhateverItsCase) {
+  start();
+  int requests = 0;
+  connections_.push_back(editor().ExitRequest.Connect([&] { ++requests; }));
+  const auto clickOn = [this](const char* key) {
+    docking::StoredCommand stored;
+    stored.key = key;
+    docking::CommandModel command(suite(), stored);
+    suite().CommandClick(command);
+  };
+  for (const char* key : {"btnFileClose", "btnFileExit", "BTNFILEEXIT", "mnufileclose"}) clickOn(key);
+  EXPECT_EQ(requests, 4);
+  for (const char* key : {"", "btn", "fileexit", "btnFileExitNow", "btnFile"}) clickOn(key);
+  EXPECT_EQ(requests, 4) << "an unknown key does nothing";
+}
+
 TEST_P(EditorCommands, OpenAsksToSaveChangesFirstAndGivesUpOnCancel) {
   startWithPicture();
   change();
