@@ -11,6 +11,7 @@
 #include <QMessageBox>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QWindow>
 
 #include "EditorBench.h"
 #include "base/RuntimeError.h"
@@ -159,6 +160,19 @@ TEST_F(Boxes, AskWithTheirButtonsAndAnswer) {
   EXPECT_EQ(boxes().MessageBox("Line one\r\rLine two", 35, "Save Changes"), kAnswerNo);
 }
 
+TEST_F(Boxes, ShowTheirTitlesAsTheyAreGiven) {
+  whenModalOpens([](QWidget& box) {
+    EXPECT_EQ(box.windowHandle()->title(), "a[*]b[*][*].png");
+    box.close();
+  });
+  boxes().MessageBox("Told.", kBoxExclamation, "a[*]b[*][*].png");
+  whenModalOpens([](QWidget& box) {
+    EXPECT_EQ(box.windowHandle()->title(), "[*]");
+    box.close();
+  });
+  boxes().InputBox("What?", "[*]", "", nullptr);
+}
+
 TEST_F(Boxes, CountClosingAsCancel) {
   whenModalOpens([](QWidget& box) { box.close(); });
   EXPECT_EQ(boxes().MessageBox("Go on?", 35, "Test"), kAnswerCancel);
@@ -248,6 +262,13 @@ TEST_F(Boxes, TheRotateDialogShowsBeforeAndAfter) {
     dialog.close();
   });
   EXPECT_EQ(bench.editor().ShowRotateDialog(), 0);
+}
+
+TEST(Captions, ShowAFilesNameAsItIs) {
+  EditorBench bench;
+  modProcessing::SetWindowCaption(bench.form(), {}, "/pictures/a[*]b[*][*].png");
+  EXPECT_EQ(bench.window().windowHandle()->title(), "a[*]b[*][*].png - KestrelLib2 Image Editor");
+  EXPECT_EQ(bench.form().Caption(), "a[*]b[*][*].png - KestrelLib2 Image Editor");
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QTest>
 #include <QTimer>
+#include <QWindow>
 
 #include "base/RuntimeError.h"
 #include "platform/posix/LineTable.h"
@@ -32,7 +33,9 @@ qt::DesktopParts testParts() {
 
 }  // namespace
 
-EditorBench::EditorBench() : platform_(std::make_unique<qt::QtPlatform>(testParts())) {
+std::unique_ptr<qt::QtPlatform> testPlatform() { return std::make_unique<qt::QtPlatform>(testParts()); }
+
+EditorBench::EditorBench() : platform_(testPlatform()) {
   modProcessing::Attach(*platform_);
   modProcessing::Main();
   form_.reset(static_cast<qt::QtForm*>(platform_->CreateForm("frmImageEditor").release()));
@@ -72,6 +75,14 @@ QImage noise(int width, int height) {
     }
   }
   return picture;
+}
+
+void pressKey(QWidget& window, Qt::Key key, Qt::KeyboardModifiers modifiers) {
+  QTest::keyClick(window.window()->windowHandle(), key, modifiers);
+}
+
+void pressKey(QWidget& window, Qt::Key key, Qt::KeyboardModifiers modifiers, const QString& text) {
+  QTest::sendKeyEvent(QTest::Click, window.window()->windowHandle(), key, text, modifiers);
 }
 
 void settle() {

@@ -23,6 +23,7 @@ class EditorBench {
 
   qt::QtPlatform& platform() { return *platform_; }
   ImageProcessingCtl& editor() { return *editor_; }
+  qt::QtForm& form() { return *form_; }
   qt::FormWindow& window() { return form_->window(); }
   qt::EditorWidget& widget();
   qt::QtMoorage& moorage() { return *widget().moorage(); }
@@ -43,8 +44,16 @@ class EditorBench {
   std::unique_ptr<ImageProcessingCtl> editor_;
 };
 
+/// The desktop with settings that nobody else sees.
+std::unique_ptr<qt::QtPlatform> testPlatform();
+
 /// A picture in which every pixel differs from its neighbours.
 QImage noise(int width, int height);
+
+/// A key as the window system reports it to the widget's window: shortcuts see it first, then the widget that
+/// has the focus in that window. The text is that of the key unless another is given.
+void pressKey(QWidget& window, Qt::Key key, Qt::KeyboardModifiers modifiers = {});
+void pressKey(QWidget& window, Qt::Key key, Qt::KeyboardModifiers modifiers, const QString& text);
 
 /// Lets everything happen that is waiting to.
 void settle();

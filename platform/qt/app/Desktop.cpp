@@ -115,7 +115,6 @@ Desktop::Desktop(int& argumentCount, char** arguments, const std::string& deskto
 Desktop::~Desktop() { setStrayErrorHandler(nullptr); }
 
 void Desktop::assemble(DesktopParts parts) {
-  QApplication::setApplicationDisplayName(translated(parts.version.title));
   inside_->platform = std::make_unique<QtPlatform>(std::move(parts));
   setStrayErrorHandler([this](const std::string& description) {
     platform().UserInterface().MessageBox(description, kBoxCritical, "Application Error");

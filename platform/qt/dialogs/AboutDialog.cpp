@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
+#include "../Caption.h"
 #include "../Pictures.h"
 #include "../Text.h"
 
@@ -24,7 +25,7 @@ QPixmap pixmapOf(const PicturePtr& picture) {
 AboutDialog::AboutDialog(const QString& title, const QString& version, const PicturePtr& picture,
                          QWidget* parent)
     : QDialog(parent) {
-  setWindowTitle(translated("About %1").arg(title));
+  setCaption(*this, translated("About %1").arg(title));
 
   auto* const name = new QLabel(title);
   QFont large = name->font();

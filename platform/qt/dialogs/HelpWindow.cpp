@@ -8,6 +8,7 @@
 #include <QToolBar>
 #include <QUrl>
 
+#include "../Caption.h"
 #include "../Text.h"
 #include "../docking/SvgIcon.h"
 
@@ -73,7 +74,7 @@ HelpWindow::HelpWindow() : browser_(new HelpBrowser) {
   connect(browser_, &QTextBrowser::forwardAvailable, forward, &QAction::setEnabled);
   connect(browser_, &QTextBrowser::sourceChanged, this, [this] {
     const QString title = browser_->documentTitle();
-    setWindowTitle(title.isEmpty() ? translated("Help") : title);
+    setCaption(*this, title.isEmpty() ? translated("Help") : title);
   });
 
   auto* const closing = new QAction(this);

@@ -4,6 +4,7 @@
 #include <QInputDialog>
 #include <QMessageBox>
 
+#include "../Caption.h"
 #include "../Text.h"
 #include "../services/BusyPointer.h"
 #include "AboutDialog.h"
@@ -78,7 +79,7 @@ std::int32_t QtUserInterface::MessageBox(const std::string& text, std::int32_t s
   const BusyPause pause;
   QMessageBox box(QApplication::activeWindow());
   box.setTextFormat(Qt::PlainText);
-  box.setWindowTitle(titleOf(title));
+  setCaption(box, titleOf(title));
   box.setText(withLineFeeds(translated(text)));
   box.setIcon(iconOf(style));
   const auto buttons = buttonsOf(style);
@@ -92,7 +93,7 @@ std::string QtUserInterface::InputBox(const std::string& prompt, const std::stri
                                       const std::string& defaultText, const Point* position) {
   const BusyPause pause;
   QInputDialog box(QApplication::activeWindow());
-  box.setWindowTitle(titleOf(title));
+  setCaption(box, titleOf(title));
   box.setLabelText(withLineFeeds(translated(prompt)));
   box.setTextValue(toQt(defaultText));
   if (position) box.move(position->X, position->Y);

@@ -4,6 +4,7 @@
 #include <QIcon>
 #include <QVBoxLayout>
 
+#include "../Caption.h"
 #include "../Guard.h"
 #include "../Pictures.h"
 #include "../Text.h"
@@ -32,9 +33,9 @@ QtForm::~QtForm() {
   delete window_.data();
 }
 
-std::string QtForm::Caption() const { return fromQt(window_->windowTitle()); }
+std::string QtForm::Caption() const { return fromQt(captionOf(*window_)); }
 
-void QtForm::Caption(const std::string& value) { window_->setWindowTitle(translated(value)); }
+void QtForm::Caption(const std::string& value) { setCaption(*window_, translated(value)); }
 
 std::int32_t QtForm::WindowState() const {
   if (window_->isMinimized()) return kWindowMinimized;
