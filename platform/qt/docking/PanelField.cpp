@@ -48,9 +48,13 @@ void PanelField::refresh() {
   setVisible(command_.Visible());
   if (progress_) progress_->setValue(static_cast<int>(command_.panel().progress() * kSteps));
   const QString text = translated(command_.panel().Caption());
+  const bool changed = text != text_->text();
   text_->setText(text);
   text_->setAccessibleDescription(text);
-  if (command_.spring()) return;
+  if (command_.spring()) {
+    if (changed && isVisible()) repaint();
+    return;
+  }
   // The layout's width is the least. A panel that had to grow keeps its width, so that its neighbours stand
   // still while its text changes.
   const int needed = layout()->sizeHint().width();

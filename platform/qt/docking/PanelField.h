@@ -15,6 +15,8 @@ class PanelField final : public QWidget {
  public:
   PanelField(docking::CommandModel& command, const QIcon& icon);
 
+  /// A new text of the spring panel is on the screen when this returns: the work that it announces may keep
+  /// the program from painting for long.
   void refresh();
 
   QString text() const { return text_->text(); }
