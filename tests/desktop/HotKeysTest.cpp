@@ -2,7 +2,6 @@
 
 #include <QComboBox>
 #include <QLineEdit>
-#include <QTest>
 
 #include "EditorBench.h"
 
@@ -18,16 +17,18 @@ class HotKeys : public testing::Test {
         bench.moorage().CommandClick.Connect([this](Command& command) { clicked += command.Name() + ' '; });
   }
 
+  void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) { pressKey(bench.window(), key, modifiers); }
   /// A key on the numeric pad.
-  static void pressNumeric(QWidget& widget, Qt::Key key) {
-    QTest::sendKeyEvent(QTest::Click, &widget, key,
-                        key == Qt::Key_Plus ? QStringLiteral("+") : QStringLiteral("-"), Qt::KeypadModifier);
+  void pressNumeric(Qt::Key key) {
+    pressKey(bench.window(), key, Qt::KeypadModifier,
+             key == Qt::Key_Plus ? QStringLiteral("+") : QStringLiteral("-"));
   }
+  /// The text of the zoom combo, which gets the focus.
   QLineEdit& zoomField() {
     bench.editor().Tool(ipToolZoom);  // shows the bar
     settle();
     auto* const combo = bench.window().findChild<QComboBox*>(QStringLiteral("cboZoom"));
-    combo->lineEdit()->setFocus();
+    combo->setFocus();
     return *combo->lineEdit();
   }
 
@@ -37,46 +38,47 @@ class HotKeys : public testing::Test {
 };
 
 TEST_F(HotKeys, ChooseTheirCommands) {
-  QTest::keyClick(&bench.canvas(), Qt::Key_I, Qt::ControlModifier);
-  QTest::keyClick(&bench.canvas(), Qt::Key_L);
+  press(Qt::Key_I, Qt::ControlModifier);
+  press(Qt::Key_L);
   EXPECT_EQ(clicked, "btnImageFlip btnDrawLine ");
   EXPECT_EQ(bench.editor().Tool(), ipToolLine);
 }
 
 TEST_F(HotKeys, OfTheNumericPadZoom) {
-  pressNumeric(bench.canvas(), Qt::Key_Plus);
+  pressNumeric(Qt::Key_Plus);
   EXPECT_EQ(bench.view().Zoom(), 2.0);
-  pressNumeric(bench.canvas(), Qt::Key_Minus);
+  pressNumeric(Qt::Key_Minus);
   EXPECT_EQ(bench.view().Zoom(), 1.0);
 }
 
 TEST_F(HotKeys, DoNothingForACommandThatIsDisabled) {
   bench.command("btnImageFlip").Enabled(false);
-  QTest::keyClick(&bench.canvas(), Qt::Key_I, Qt::ControlModifier);
+  press(Qt::Key_I, Qt::ControlModifier);
   EXPECT_EQ(clicked, "");
 }
 
 TEST_F(HotKeys, WithoutCtrlOrAltStayOffUntilAllowed) {
   bench.moorage().Commands().HotKeyOptions().AllowUnmodified(0);
-  QTest::keyClick(&bench.canvas(), Qt::Key_L);
+  press(Qt::Key_L);
   EXPECT_EQ(clicked, "");
-  QTest::keyClick(&bench.canvas(), Qt::Key_I, Qt::ControlModifier);
+  press(Qt::Key_I, Qt::ControlModifier);
   EXPECT_EQ(clicked, "btnImageFlip ");
 }
 
 TEST_F(HotKeys, LeaveTheKeysThatWriteToATextField) {
   QLineEdit& field = zoomField();
   field.clear();
-  QTest::keyClicks(&field, QStringLiteral("zlb"));
-  pressNumeric(field, Qt::Key_Plus);
+  for (const Qt::Key key : {Qt::Key_Z, Qt::Key_L, Qt::Key_B}) press(key);
+  pressNumeric(Qt::Key_Plus);
   EXPECT_EQ(field.text(), "zlb+");
-  QTest::keyClick(&field, Qt::Key_A, Qt::ControlModifier);
+  press(Qt::Key_A, Qt::ControlModifier);
   EXPECT_EQ(field.selectedText(), "zlb+");
   EXPECT_EQ(clicked, "");
 }
 
 TEST_F(HotKeys, ThatWriteNothingWorkInATextFieldToo) {
-  QTest::keyClick(&zoomField(), Qt::Key_I, Qt::ControlModifier);
+  zoomField();
+  press(Qt::Key_I, Qt::ControlModifier);
   EXPECT_EQ(clicked, "btnImageFlip ");
 }
 
@@ -87,18 +89,9 @@ TEST_F(HotKeys, AreAskedAboutOnceWhenCancelled) {
         ++asked;
         cancel.Value = true;
       });
-  QTest::keyClick(&bench.canvas(), Qt::Key_I, Qt::ControlModifier);
+  press(Qt::Key_I, Qt::ControlModifier);
   EXPECT_EQ(asked, 1);
   EXPECT_EQ(clicked, "");
-}
-
-TEST_F(HotKeys, EscapeReachesTheControl) {
-  std::int32_t character = 0;
-  const Connection connection =
-      bench.widget().site()->KeyPress.Connect([&](std::int32_t key) { character = key; });
-  QTest::keyClick(&bench.canvas(), Qt::Key_Escape);
-  EXPECT_EQ(character, 27);
-  EXPECT_TRUE(bench.window().isVisible());
 }
 
 }  // namespace

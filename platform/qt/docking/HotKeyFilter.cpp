@@ -2,6 +2,7 @@
 
 #include <QAbstractSpinBox>
 #include <QApplication>
+#include <QDockWidget>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -16,6 +17,8 @@ namespace kestrel::qt {
 namespace {
 
 bool takesText(const QWidget& widget) {
+  if (widget.testAttribute(Qt::WA_InputMethodEnabled)) return true;
+  // These have texts to copy from even while they cannot be written in.
   return qobject_cast<const QLineEdit*>(&widget) || qobject_cast<const QTextEdit*>(&widget) ||
          qobject_cast<const QPlainTextEdit*>(&widget) || qobject_cast<const QAbstractSpinBox*>(&widget);
 }
@@ -33,32 +36,47 @@ bool editsText(const QKeyEvent& event) {
 
 }  // namespace
 
-HotKeyFilter::HotKeyFilter(docking::MoorageModel& suite, QWidget& surface)
-    : suite_(suite), surface_(surface) {
+HotKeyFilter::HotKeyFilter(docking::MoorageModel& suite, const QWidget& control)
+    : suite_(suite), control_(control) {
   qApp->installEventFilter(this);
 }
 
-bool HotKeyFilter::concerns(const QWidget& widget) const {
-  if (QApplication::activePopupWidget() || !surface_.isVisible()) return false;
+bool HotKeyFilter::isUsable() const {
+  if (!control_.isVisible() || !control_.isEnabled() || QApplication::activePopupWidget()) return false;
   const QWidget* const modal = QApplication::activeModalWidget();
-  if (modal && modal != surface_.window()) return false;
-  if (widget.window() == surface_.window()) return true;
-  const QWidget* ancestor = &widget;
-  while (ancestor && ancestor != &surface_) ancestor = ancestor->parentWidget();
-  return ancestor != nullptr;
+  return !modal || modal == control_.window();
+}
+
+bool HotKeyFilter::owns(const QWidget& widget) const {
+  for (const QWidget* ancestor = &widget; ancestor; ancestor = ancestor->parentWidget()) {
+    if (ancestor == &control_) return true;
+    if (ancestor->isWindow() && !qobject_cast<const QDockWidget*>(ancestor)) break;
+  }
+  return widget.isAncestorOf(&control_) && fillsItsWindow();
+}
+
+bool HotKeyFilter::fillsItsWindow() const {
+  const QWidget* const window = control_.window();
+  return QRect(control_.mapTo(window, QPoint()), control_.size()) == window->rect();
 }
 
 bool HotKeyFilter::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() != QEvent::KeyPress || !watched->isWidgetType()) return false;
+  const bool claims = event->type() == QEvent::ShortcutOverride;
+  if ((!claims && event->type() != QEvent::KeyPress) || !watched->isWidgetType()) return false;
   // An unused key wanders on to the parents; it is asked about once, where it arrives.
   const QWidget* const focus = QApplication::focusWidget();
   const auto& widget = *static_cast<QWidget*>(watched);
   if (focus ? &widget != focus : !widget.isWindow()) return false;
-  auto& key = *static_cast<QKeyEvent*>(event);
-  if (!concerns(widget) || (takesText(widget) && editsText(key))) return false;
+  const auto& key = *static_cast<QKeyEvent*>(event);
+  if (!isUsable() || !owns(widget) || (takesText(widget) && editsText(key))) return false;
 
   const KeyStroke stroke = keyStrokeOf(key);
   if (stroke.keyCode == 0) return false;
+  if (claims) {
+    if (!suite_.hearsHotKey(stroke.shift, stroke.keyCode)) return false;
+    event->accept();
+    return true;
+  }
   bool handled = false;
   guarded([&] { handled = suite_.pressHotKey(stroke.shift, stroke.keyCode); });
   return handled;

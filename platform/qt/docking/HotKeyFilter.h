@@ -7,22 +7,27 @@
 
 namespace kestrel::qt {
 
-/// Hands the keys that go down in the suite's window, and in its floating dock windows, to the suite before
-/// the focused widget gets them; but never those with which a text field is written.
+/// Hands the keys that go down in the control's own widgets, its floating dock windows included, to the suite
+/// before the focused widget gets them, and before the shortcuts of the host; but never those with which a
+/// text is written. Keys of all other widgets are none of the suite's. Those that go to the window itself, as
+/// no widget in it has the focus, belong to a control that fills the window.
 class HotKeyFilter final : public QObject {
   Q_OBJECT
 
  public:
-  HotKeyFilter(docking::MoorageModel& suite, QWidget& surface);
+  /// `control` is the widget of the whole control, with the suite in it.
+  HotKeyFilter(docking::MoorageModel& suite, const QWidget& control);
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  bool concerns(const QWidget& widget) const;
+  bool isUsable() const;
+  bool owns(const QWidget& widget) const;
+  bool fillsItsWindow() const;
 
   docking::MoorageModel& suite_;
-  QWidget& surface_;
+  const QWidget& control_;
 };
 
 }  // namespace kestrel::qt

@@ -11,6 +11,7 @@ class MoorageWindow final : public QMainWindow {
   Q_OBJECT
 
  public:
+  /// The parent is the widget of the whole control.
   explicit MoorageWindow(QWidget* parent);
 
   /// What the bars and docked windows leave free, in this widget's pixels.

@@ -19,7 +19,7 @@ QtMoorage::QtMoorage(MoorageWindow& window, ControlId id, const docking::StoredL
       toolBars_(*this, actions_, window),
       statusPanels_(*this, actions_, *window.statusBar()),
       dockPanels_(*this, window),
-      hotKeys_(*this, window) {
+      hotKeys_(*this, window.parentWidget() ? *window.parentWidget() : window) {
   for (const auto& bar : CommandBars().all()) {
     if (bar->kind() == docking::BarKind::MenuBar) menuBar_ = bar.get();
   }
