@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QComboBox>
 #include <QDockWidget>
 #include <QLineEdit>
@@ -8,6 +9,7 @@
 #include <QStatusBar>
 #include <QTest>
 #include <QToolButton>
+#include <QWindow>
 
 #include "EditorBench.h"
 #include "platform/qt/docking/PanelField.h"
@@ -161,16 +163,19 @@ class ZoomField : public DockingDesktop {
     bench.editor().Tool(ipToolZoom);
     settle();
     combo = bench.window().findChild<QComboBox*>(QStringLiteral("cboZoom"));
-    combo->lineEdit()->setFocus();
+    combo->setFocus();
     combo->lineEdit()->selectAll();
+  }
+  void type(const QString& text) {
+    for (const QChar letter : text) QTest::keyClick(bench.window().windowHandle(), letter.toLatin1());
   }
   QComboBox* combo = nullptr;
 };
 
 TEST_F(ZoomField, TakesAnyTextThatIsTypedAndConfirmed) {
-  QTest::keyClicks(combo->lineEdit(), QStringLiteral("3.3:1"));
+  type(QStringLiteral("3.3:1"));
   EXPECT_EQ(bench.view().Zoom(), 1.0);
-  QTest::keyClick(combo->lineEdit(), Qt::Key_Return);
+  pressKey(bench.window(), Qt::Key_Return);
   EXPECT_FLOAT_EQ(static_cast<float>(bench.view().Zoom()), 3.3F);
   EXPECT_EQ(combo->currentText(), "3.3:1");
 }
@@ -184,10 +189,26 @@ TEST_F(ZoomField, OffersItsLinesAndChoosesOne) {
 }
 
 TEST_F(ZoomField, BringsTheTextBackOnEscape) {
-  QTest::keyClicks(combo->lineEdit(), QStringLiteral("nonsense"));
-  QTest::keyClick(combo->lineEdit(), Qt::Key_Escape);
+  type(QStringLiteral("nonsense"));
+  EXPECT_EQ(combo->currentText(), "nonsense");
+  pressKey(bench.window(), Qt::Key_Escape);
   EXPECT_EQ(combo->currentText(), "1:1");
   EXPECT_EQ(bench.view().Zoom(), 1.0);
+}
+
+TEST_F(ZoomField, BringsTheTextBackWhenTheFocusGoesElsewhere) {
+  type(QStringLiteral("nonsense"));
+  bench.canvas().setFocus();
+  EXPECT_EQ(combo->currentText(), "1:1");
+}
+
+TEST_F(ZoomField, GivesTheFocusBackToWhereItWas) {
+  combo->clearFocus();
+  bench.canvas().setFocus();
+  combo->setFocus();
+  type(QStringLiteral("2:1"));
+  pressKey(bench.window(), Qt::Key_Return);
+  EXPECT_EQ(QApplication::focusWidget(), &bench.canvas());
 }
 
 TEST_F(ZoomField, FollowsTheZoomThatOthersSet) {

@@ -5,6 +5,7 @@
 #include <QScrollBar>
 #include <QTest>
 #include <QWheelEvent>
+#include <QWindow>
 #include <cmath>
 
 #include "EditorBench.h"
@@ -141,6 +142,21 @@ TEST_F(ViewOnTheDesktop, TheMiddleButtonPans) {
   EXPECT_EQ(bench.view().ScrollTop(), static_cast<int>(50 * factor()));
 }
 
+TEST_F(ViewOnTheDesktop, TheMiddleButtonPansAndDoesNothingElse) {
+  bench.showPicture(noise(4000, 4000));
+  bench.editor().Tool(ipToolDropper);
+  const OLE_COLOR before = bench.editor().ForeColor();
+  drag(Qt::MiddleButton, {300, 200}, {220, 150});
+  QTest::mouseClick(&bench.canvas(), Qt::MiddleButton, {}, QPoint(90, 70));
+  EXPECT_EQ(bench.editor().ForeColor(), before) << "the dropper is the left button's";
+
+  bench.editor().Copy(false);
+  bench.moorage().click(bench.command("btnEditPaste"));
+  bench.view().SetSelectionRect(0, 0, 10, 10);
+  drag(Qt::MiddleButton, {300, 200}, {220, 150});
+  EXPECT_TRUE(bench.command("btnEditPaste").Checked()) << "the paste still floats";
+}
+
 TEST_F(ViewOnTheDesktop, ATouchpadMovesThePictureWithTheFingers) {
   bench.showPicture(noise(4000, 4000));
   QWheelEvent event(QPointF(50, 50), bench.canvas().mapToGlobal(QPointF(50, 50)), QPoint(-30, -20),
@@ -170,6 +186,20 @@ TEST_F(ViewOnTheDesktop, ADragWithTheSelectToolSelects) {
   EXPECT_TRUE(bench.view().SelectionVisible());
   EXPECT_NEAR(bench.view().SelectionWidth(), 100 * factor(), 1.5);
   EXPECT_NEAR(bench.view().SelectionHeight(), 60 * factor(), 1.5);
+}
+
+TEST_F(ViewOnTheDesktop, AClickWithTheZoomToolZoomsInAndWithShiftOut) {
+  bench.showPicture(noise(400, 300));
+  bench.editor().Tool(ipToolZoom);
+  settle();
+  const auto click = [this](Qt::KeyboardModifiers modifiers) {
+    QTest::mouseClick(bench.window().windowHandle(), Qt::LeftButton, modifiers,
+                      bench.canvas().mapTo(&bench.window(), bench.canvas().rect().center()));
+  };
+  click({});
+  EXPECT_EQ(bench.view().Zoom(), 2.0);
+  click(Qt::ShiftModifier);
+  EXPECT_EQ(bench.view().Zoom(), 1.0);
 }
 
 TEST_F(ViewOnTheDesktop, TheZoomToolHasAPointerOfItsOwn) {

@@ -10,6 +10,7 @@
 
 #include "../Guard.h"
 #include "../Text.h"
+#include "../site/SiteWidget.h"
 
 namespace kestrel::qt {
 
@@ -24,14 +25,13 @@ ComboField::ComboField(docking::MoorageModel& suite, docking::CommandModel& comm
   setAccessibleName(withoutAccessKey(translated(command_.Caption())));
   setAccessibleDescription(translated(command_.Description()));
   setToolTip(withoutAccessKey(translated(command_.Caption())));
-  lineEdit()->installEventFilter(this);
   connect(this, &QComboBox::activated, this, [this](int index) {
     guarded([&] { suite_.chooseItem(command_, index + 1); });
     refresh();
     leave();
   });
   connect(qApp, &QApplication::focusChanged, this, [this](QWidget* old, QWidget* now) {
-    if (now == lineEdit() && old && !isAncestorOf(old)) before_ = old;
+    if (now == this && old) before_ = old;
   });
   refresh();
 }
@@ -66,23 +66,25 @@ bool ComboField::event(QEvent* event) {
   return QComboBox::event(event);
 }
 
-bool ComboField::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() == QEvent::KeyPress) {
-    const int key = static_cast<QKeyEvent*>(event)->key();
-    if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+void ComboField::keyPressEvent(QKeyEvent* event) {
+  switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
       confirm();
-      return true;
-    }
-    if (key == Qt::Key_Escape) {
+      break;
+    case Qt::Key_Escape:
       refresh();
       leave();
-      return true;
-    }
-  } else if (event->type() == QEvent::FocusOut &&
-             static_cast<QFocusEvent*>(event)->reason() != Qt::PopupFocusReason) {
-    refresh();
+      SiteWidget::handOn(*this, *event);
+      break;
+    default:
+      QComboBox::keyPressEvent(event);
   }
-  return QComboBox::eventFilter(watched, event);
+}
+
+void ComboField::focusOutEvent(QFocusEvent* event) {
+  QComboBox::focusOutEvent(event);
+  if (event->reason() != Qt::PopupFocusReason) refresh();
 }
 
 void ComboField::confirm() {
@@ -97,7 +99,7 @@ void ComboField::leave() {
     before_->setFocus(Qt::OtherFocusReason);
   } else {
     lineEdit()->deselect();
-    lineEdit()->clearFocus();
+    clearFocus();
   }
 }
 

@@ -1,10 +1,13 @@
 #include "DockPanels.h"
 
 #include <QCloseEvent>
+#include <QKeyEvent>
 
+#include "../Caption.h"
 #include "../Guard.h"
 #include "../Text.h"
 #include "../forms/QtForm.h"
+#include "../site/SiteWidget.h"
 
 namespace kestrel::qt {
 namespace {
@@ -12,8 +15,8 @@ namespace {
 /// Leaves it to the model whether it closes.
 class Panel final : public QDockWidget {
  public:
-  Panel(docking::DockWindowModel& model, QWidget* parent)
-      : QDockWidget(translated(model.Caption()), parent), model_(model) {
+  Panel(docking::DockWindowModel& model, QWidget* parent) : QDockWidget(parent), model_(model) {
+    setCaption(*this, translated(model.Caption()));
     setObjectName(toQt(model_.Name()));
   }
 
@@ -21,6 +24,14 @@ class Panel final : public QDockWidget {
   void closeEvent(QCloseEvent* event) override {
     event->ignore();
     guarded([this] { model_.show(false, kReasonUser); });
+  }
+
+  void keyPressEvent(QKeyEvent* event) override {
+    QDockWidget::keyPressEvent(event);
+    // The toolkit ends a key's way at each window.
+    if (!isWindow()) return;
+    event->accept();
+    SiteWidget::handOn(*this, *event);
   }
 
  private:

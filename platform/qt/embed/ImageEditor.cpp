@@ -2,6 +2,7 @@
 
 #include <QVBoxLayout>
 
+#include "../Text.h"
 #include "../site/EditorWidget.h"
 #include "../site/QtSite.h"
 
@@ -23,6 +24,7 @@ ImageEditor::ImageEditor(Component& component, const PropertyBag* stored, QWidge
   setFocusProxy(widget);
 
   inside_ = std::make_unique<Inside>(*widget, component.clipboardPort());
+  inside_->site.propertyChanged = [this](const std::string& name) { Q_EMIT propertyChanged(toQt(name)); };
   if (stored != nullptr) {
     inside_->site.ReadProperties(*stored);
   } else {

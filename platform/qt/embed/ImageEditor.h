@@ -25,6 +25,10 @@ class ImageEditor final : public QWidget {
   /// Stores the control's properties.
   void save(PropertyBag& bag);
 
+ Q_SIGNALS:
+  /// The control's property of that name has another value now: a host that stores properties calls `save`.
+  void propertyChanged(const QString& name);
+
  private:
   struct Inside;
   std::unique_ptr<Inside> inside_;

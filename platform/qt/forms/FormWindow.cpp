@@ -56,7 +56,8 @@ void FormWindow::paintEvent(QPaintEvent* /*event*/) {
 void FormWindow::keyPressEvent(QKeyEvent* event) {
   const KeyStroke stroke = keyStrokeOf(*event);
   if (stroke.keyCode != 0) Q_EMIT keyPressed(stroke.keyCode, stroke.shift);
-  mainWindow_ ? QWidget::keyPressEvent(event) : QDialog::keyPressEvent(event);
+  // Inside another window Escape closes nothing here, and belongs to whoever is above.
+  mainWindow_ || !isWindow() ? QWidget::keyPressEvent(event) : QDialog::keyPressEvent(event);
 }
 
 }  // namespace kestrel::qt

@@ -2,6 +2,7 @@
 
 #include <QHideEvent>
 #include <QKeyEvent>
+#include <QPointer>
 #include <QResizeEvent>
 #include <QShowEvent>
 
@@ -21,11 +22,23 @@ void SiteWidget::hideEvent(QHideEvent* event) {
   if (!event->spontaneous()) Q_EMIT hidden();
 }
 
+void SiteWidget::handOn(const QWidget& child, const QKeyEvent& event) {
+  for (QWidget* ancestor = child.parentWidget(); ancestor; ancestor = ancestor->parentWidget()) {
+    if (auto* const site = qobject_cast<SiteWidget*>(ancestor)) return site->raiseKeyDown(event);
+  }
+}
+
 void SiteWidget::keyPressEvent(QKeyEvent* event) {
-  const KeyStroke stroke = keyStrokeOf(*event);
-  if (stroke.keyCode != 0) Q_EMIT keyPressed(stroke.keyCode, stroke.shift);
-  if (!event->text().isEmpty()) Q_EMIT characterTyped(event->text()[0].unicode());
   event->ignore();
+  raiseKeyDown(*event);
+}
+
+void SiteWidget::raiseKeyDown(const QKeyEvent& event) {
+  const QPointer<SiteWidget> self(this);  // a handler may destroy the control
+  const KeyStroke stroke = keyStrokeOf(event);
+  const QString text = event.text();
+  if (stroke.keyCode != 0) Q_EMIT keyPressed(stroke.keyCode, stroke.shift);
+  if (self && !text.isEmpty()) Q_EMIT characterTyped(text[0].unicode());
 }
 
 void SiteWidget::keyReleaseEvent(QKeyEvent* event) {

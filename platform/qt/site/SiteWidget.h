@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+class QKeyEvent;
+
 namespace kestrel::engine {
 class ClipboardPort;
 }
@@ -10,7 +12,8 @@ namespace kestrel::qt {
 
 class QtSite;
 
-/// The window of one of our controls inside its container. Keys that no child uses arrive here.
+/// The window of one of our controls inside its container. Keys that no child uses arrive here, and so do
+/// those that a child hands on though it used them itself.
 class SiteWidget : public QWidget {
   Q_OBJECT
 
@@ -19,6 +22,11 @@ class SiteWidget : public QWidget {
 
   /// Puts the child windows of the control into the widget and makes them controls of the site.
   virtual void furnish(QtSite& site, engine::ClipboardPort& clipboard) = 0;
+
+  /// Raises the events of a key that went down for the control that `child` belongs to, be it docked or
+  /// floating; for a key that the child accepts, so that no window above it hears of it. The handlers may
+  /// destroy the child.
+  static void handOn(const QWidget& child, const QKeyEvent& event);
 
  Q_SIGNALS:
   void resized();
@@ -34,6 +42,9 @@ class SiteWidget : public QWidget {
   void hideEvent(QHideEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void keyReleaseEvent(QKeyEvent* event) override;
+
+ private:
+  void raiseKeyDown(const QKeyEvent& event);
 };
 
 }  // namespace kestrel::qt

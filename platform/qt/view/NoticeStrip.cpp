@@ -9,6 +9,7 @@
 
 #include "../Text.h"
 #include "../docking/SvgIcon.h"
+#include "../site/SiteWidget.h"
 
 namespace kestrel::qt {
 namespace {
@@ -116,6 +117,7 @@ void NoticeStrip::paintEvent(QPaintEvent* /*event*/) {
 void NoticeStrip::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Escape) {
     Q_EMIT closed();
+    SiteWidget::handOn(*this, *event);
   } else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
     if (auto* const focused = qobject_cast<QAbstractButton*>(focusWidget())) focused->click();
   } else {

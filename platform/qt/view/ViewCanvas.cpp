@@ -10,6 +10,7 @@
 #include "../Guard.h"
 #include "../Keys.h"
 #include "../Text.h"
+#include "../site/SiteWidget.h"
 #include "engine/view/View.h"
 
 namespace kestrel::qt {
@@ -194,6 +195,8 @@ void ViewCanvas::keyPressEvent(QKeyEvent* event) {
   bool used = false;
   if (view_ && key) guarded([&] { used = view_->keyDown(*key, shiftMaskOf(event->modifiers())); });
   event->setAccepted(used);
+  // One press ends the drag and a pending paste or crop with it.
+  if (used && key == engine::ViewKey::escape) SiteWidget::handOn(*this, *event);
 }
 
 }  // namespace kestrel::qt

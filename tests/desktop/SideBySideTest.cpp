@@ -1,0 +1,194 @@
+// Two editors and the host's own widgets in one window: whose keys are whose.
+
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialog>
+#include <QDockWidget>
+#include <QHBoxLayout>
+#include <QLayout>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSpinBox>
+
+#include "HostBench.h"
+
+namespace kestrel::desktop {
+namespace {
+
+class SideBySide : public testing::Test {
+ protected:
+  SideBySide() {
+    for (QWidget* const widget : std::initializer_list<QWidget*>{line, list, number, choice, notes, tick}) {
+      bench.add(*widget);
+    }
+    list->addItems({QStringLiteral("Lion"), QStringLiteral("Seal")});
+    choice->setEditable(true);
+    bench.show();
+  }
+
+  void focus(QWidget& widget) {
+    widget.setFocus();
+    ASSERT_TRUE(QApplication::focusWidget() == &widget || widget.isAncestorOf(QApplication::focusWidget()));
+  }
+  void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) { pressKey(bench.window(), key, modifiers); }
+  /// What both editors were told to do, the left one's first.
+  std::string clicked() { return left.takeClicked() + "| " + right.takeClicked(); }
+
+  HostBench bench;
+  HostedEditor& left = bench.addEditor();
+  HostedEditor& right = bench.addEditor();
+  QLineEdit* const line = new QLineEdit;
+  QListWidget* const list = new QListWidget;
+  QSpinBox* const number = new QSpinBox;
+  QComboBox* const choice = new QComboBox;
+  QPlainTextEdit* const notes = new QPlainTextEdit;
+  QCheckBox* const tick = new QCheckBox;
+};
+
+TEST_F(SideBySide, AHotKeyReachesTheEditorThatHasTheFocusAndNoOther) {
+  focus(left.canvas());
+  press(Qt::Key_I, Qt::ControlModifier);
+  press(Qt::Key_L);
+  EXPECT_EQ(clicked(), "btnImageFlip btnDrawLine | ");
+  focus(right.canvas());
+  press(Qt::Key_M, Qt::ControlModifier);
+  press(Qt::Key_B);
+  EXPECT_EQ(clicked(), "| btnImageMirror btnDrawFreehand ");
+  EXPECT_EQ(left.control().Tool(), ipToolLine);
+  EXPECT_EQ(right.control().Tool(), ipToolFreehand);
+}
+
+TEST_F(SideBySide, NoHotKeyReachesAnEditorWhileAWidgetOfTheHostHasTheFocus) {
+  for (QWidget* const widget : std::initializer_list<QWidget*>{line, list, number, choice, notes, tick}) {
+    focus(*widget);
+    press(Qt::Key_S, Qt::ControlModifier);
+    press(Qt::Key_I, Qt::ControlModifier);
+    press(Qt::Key_F9);
+    press(Qt::Key_L);
+    EXPECT_EQ(clicked(), "| ") << widget->metaObject()->className();
+  }
+  EXPECT_EQ(line->text(), "l");
+  EXPECT_EQ(notes->toPlainText(), "l");
+  EXPECT_EQ(choice->currentText(), "l");
+  EXPECT_EQ(list->currentItem()->text(), "Lion");
+}
+
+TEST_F(SideBySide, AnEditorThatIsDisabledHearsNoHotKey) {
+  focus(left.canvas());
+  left.widget().setEnabled(false);
+  press(Qt::Key_I, Qt::ControlModifier);
+  EXPECT_EQ(clicked(), "| ");
+  left.widget().setEnabled(true);
+  focus(left.canvas());
+  press(Qt::Key_I, Qt::ControlModifier);
+  EXPECT_EQ(clicked(), "btnImageFlip | ");
+}
+
+TEST_F(SideBySide, AFloatingDockWindowsKeysAreItsOwnEditors) {
+  for (HostedEditor* const editor : {&left, &right}) {
+    auto* const dock = editor->widget().findChild<QDockWidget*>(QStringLiteral("dkwMaterials"));
+    dock->setFloating(true);
+    settle();
+    QApplication::setActiveWindow(dock);
+    focus(*dock->findChild<QPushButton*>(QStringLiteral("btnColors_0")));
+    pressKey(*dock, Qt::Key_I, Qt::ControlModifier);
+    EXPECT_EQ(clicked(), editor == &left ? "btnImageFlip | " : "| btnImageFlip ");
+  }
+}
+
+TEST_F(SideBySide, KeysOfAWindowWithoutAFocusAreNoEditorsInIt) {
+  focus(left.canvas());
+  left.canvas().clearFocus();
+  ASSERT_EQ(QApplication::focusWidget(), nullptr);
+  press(Qt::Key_I, Qt::ControlModifier);
+  EXPECT_EQ(clicked(), "| ");
+}
+
+TEST_F(SideBySide, TheEditorWithTheFocusComesBeforeTheShortcutsOfTheHost) {
+  int triggered = 0;
+  QAction save;
+  save.setShortcut(Qt::CTRL | Qt::Key_I);
+  QObject::connect(&save, &QAction::triggered, &save, [&] { ++triggered; });
+  bench.window().addAction(&save);
+
+  focus(left.canvas());
+  press(Qt::Key_I, Qt::ControlModifier);
+  EXPECT_EQ(clicked(), "btnImageFlip | ");
+  EXPECT_EQ(triggered, 0);
+  focus(*list);
+  press(Qt::Key_I, Qt::ControlModifier);
+  EXPECT_EQ(triggered, 1);
+  // What the editor has no use for is the host's.
+  left.moorage().Commands().Item("btnImageFlip").Enabled(false);
+  focus(left.canvas());
+  press(Qt::Key_I, Qt::ControlModifier);
+  EXPECT_EQ(triggered, 2);
+  EXPECT_EQ(clicked(), "| ");
+}
+
+TEST_F(SideBySide, EscapeCancelsInTheEditorThatHasTheFocusAlone) {
+  for (HostedEditor* const editor : {&left, &right}) {
+    editor->moorage().click(editor->moorage().Commands().Item("btnImageCrop"));
+    ASSERT_TRUE(editor->moorage().Commands().Item("btnImageCrop").Checked());
+  }
+  focus(right.canvas());
+  press(Qt::Key_Escape);
+  EXPECT_TRUE(left.moorage().Commands().Item("btnImageCrop").Checked());
+  EXPECT_FALSE(right.moorage().Commands().Item("btnImageCrop").Checked());
+  focus(*line);
+  press(Qt::Key_Escape);
+  EXPECT_TRUE(left.moorage().Commands().Item("btnImageCrop").Checked());
+}
+
+TEST_F(SideBySide, TheEscapeThatEndsACropLeavesTheDialogOfTheHostOpen) {
+  QDialog dialog;
+  HostedEditor editor(bench.platform(), dialog);
+  QHBoxLayout row(&dialog);
+  row.addWidget(&editor.widget());
+  dialog.show();
+  QApplication::setActiveWindow(&dialog);
+  editor.moorage().click(editor.moorage().Commands().Item("btnImageCrop"));
+  focus(editor.canvas());
+  pressKey(dialog, Qt::Key_Escape);
+  EXPECT_FALSE(editor.moorage().Commands().Item("btnImageCrop").Checked());
+  EXPECT_TRUE(dialog.isVisible());
+}
+
+/// An editor alone in the window of a host.
+class AloneInItsWindow : public testing::Test {
+ protected:
+  HostBench bench;
+  HostedEditor& editor = bench.addEditor();
+};
+
+TEST_F(AloneInItsWindow, KeysOfTheWindowAreItsOwn) {
+  bench.show();
+  editor.canvas().clearFocus();
+  ASSERT_EQ(QApplication::focusWidget(), nullptr);
+  pressKey(bench.window(), Qt::Key_I, Qt::ControlModifier);
+  EXPECT_EQ(editor.takeClicked(), "btnImageFlip ");
+}
+
+TEST_F(AloneInItsWindow, KeysOfTheWindowAreNotItsOwnWhileItIsDisabled) {
+  bench.show();
+  editor.widget().setEnabled(false);
+  pressKey(bench.window(), Qt::Key_I, Qt::ControlModifier);
+  EXPECT_EQ(editor.takeClicked(), "");
+}
+
+TEST_F(AloneInItsWindow, ButForAMarginItDoesNotFillTheWindow) {
+  bench.window().layout()->setContentsMargins(0, 20, 0, 0);
+  bench.show();
+  editor.canvas().clearFocus();
+  pressKey(bench.window(), Qt::Key_I, Qt::ControlModifier);
+  EXPECT_EQ(editor.takeClicked(), "");
+}
+
+}  // namespace
+}  // namespace kestrel::desktop
