@@ -104,6 +104,25 @@ TEST_F(DockingDesktop, StatusPanelsShowTheirCaptionsBesideTheirIcons) {
   EXPECT_LT(panel("pnlSize").x(), panel("pnlZoom").x());
 }
 
+TEST_F(DockingDesktop, StatusPanelsHideAndComeBack) {
+  ASSERT_TRUE(panel("pnlSize").isVisible());
+  bench.moorage().StatusPanel("pnlSize").Visible(false);
+  EXPECT_FALSE(panel("pnlSize").isVisible());
+  bench.moorage().StatusPanel("pnlSize").Visible(true);
+  EXPECT_TRUE(panel("pnlSize").isVisible());
+}
+
+TEST_F(DockingDesktop, BarsStayAsTheyAreUntilRedrawComesBack) {
+  bench.showPicture(noise(20, 20));
+  const QAction& flip = bench.moorage().actions().actionOf(bench.command("btnImageFlip"));
+  ASSERT_TRUE(flip.isEnabled());
+  bench.moorage().Redraw(false);
+  bench.command("btnImageFlip").Enabled(false);
+  EXPECT_TRUE(flip.isEnabled());
+  bench.moorage().Redraw(true);
+  EXPECT_FALSE(flip.isEnabled());
+}
+
 TEST_F(DockingDesktop, ALongMessageDoesNotWidenTheWindow) {
   const int before = bench.window().minimumSizeHint().width();
   bench.editor().Status(std::string(2000, 'x'));
