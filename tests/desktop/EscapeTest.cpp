@@ -115,12 +115,13 @@ TEST_F(Escape, InTheMiddleOfADragEndsTheDragAndTheCropWithOnePress) {
 TEST_F(Escape, InTheMiddleOfADragOfAFloatingPasteDiscardsIt) {
   beginPaste();
   bench.view().Modified(false);
-  QTest::mousePress(&bench.canvas(), Qt::LeftButton, {}, bench.canvas().rect().center());
-  QTest::mouseMove(&bench.canvas(), bench.canvas().rect().center() + QPoint(30, 30));
+  // The paste floats at the top left corner of the view.
+  QTest::mousePress(&bench.canvas(), Qt::LeftButton, {}, QPoint(60, 60));
+  QTest::mouseMove(&bench.canvas(), QPoint(90, 90));
   pressKey(bench.window(), Qt::Key_Escape);
   EXPECT_FALSE(isPasting());
   EXPECT_FALSE(bench.view().SelectionVisible());
-  QTest::mouseRelease(&bench.canvas(), Qt::LeftButton, {}, bench.canvas().rect().center() + QPoint(30, 30));
+  QTest::mouseRelease(&bench.canvas(), Qt::LeftButton, {}, QPoint(90, 90));
   EXPECT_FALSE(bench.view().Modified()) << "nothing was pasted";
 }
 
