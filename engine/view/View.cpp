@@ -86,7 +86,7 @@ void View::pictureChanged(const PictureChange& change) {
   } else {
     pictureDrawn(change.area);
   }
-  if (!change.loaded) Changed();
+  (change.loaded ? Loaded : Changed)();
 }
 
 void View::pictureDrawn(const Rectangle& area) {

@@ -147,6 +147,8 @@ class ImageView : public Control, public ImagingFace {
   Event<double> BeforeZoomChanged;
   /// After each change of the picture, undo and redo included, but not after a load.
   Event<> Changed;
+  /// After a load.
+  Event<> Loaded;
   /// The undo steps have changed and the picture has not, by `UndoLevels` or an undo point.
   Event<> UndoStepsChanged;
   /// The picture stands in the back buffer; a handler may draw over it.

@@ -45,13 +45,17 @@ TEST(View, ALoadIsShownAtOnceAndIsNoChange) {
   view.load(30, 20);
   view.ranges = 0;
   view.invalid.clear();
+  int loads = 0;
+  const Connection connection = view.Loaded.Connect([&] { ++loads; });
   view.Document().FromPicture(PictureObject(noise(400, 300)), kNoUndo);
   EXPECT_THAT(view.take(), IsEmpty());
+  EXPECT_EQ(loads, 1);
   EXPECT_EQ(view.ranges, 1) << "the scroll bars follow";
   EXPECT_THAT(view.invalid, Contains(Rectangle{0, 0, 200, 100}));
   EXPECT_EQ(view.Image()->Width(), 400);
   view.Document().FromPicture(PictureObject(noise(40, 30)), "");
   EXPECT_THAT(view.take(), ElementsAre("Changed()"));
+  EXPECT_EQ(loads, 1);
 }
 
 TEST(View, TellsWhetherThereIsAStepToTakeUnnamedOnesIncluded) {

@@ -133,6 +133,18 @@ TEST_P(EditorZoom, ATextWithoutAColonLeavesTheLevelAndIsNotReported) {
   EXPECT_THAT(user().boxes(), IsEmpty());
 }
 
+TEST_P(EditorZoom, ANumberThatDoesNotFitASingleIsPassedOver) {
+  for (const char* text : {"1e39:1", "-1e39:1", "3.5e38:1", "1e400:1"}) {
+    suite().typeComboText("cboZoom", "3:1");
+    log().clear();
+    suite().typeComboText("cboZoom", text);
+    EXPECT_THAT(log().entries(), ElementsAre("Zoom=3")) << text << ": written with the old value";
+    EXPECT_EQ(comboText(), "3:1");
+    EXPECT_EQ(panel("pnlZoom"), "3:1 (300%)");
+  }
+  EXPECT_THAT(user().boxes(), IsEmpty());
+}
+
 TEST_P(EditorZoom, ATextWithoutALeadingNumberGivesZero) {
   suite().typeComboText("cboZoom", "abc:1");
   EXPECT_EQ(log().entries(), std::vector<std::string>{"Zoom=0"});
@@ -187,6 +199,13 @@ TEST_P(EditorZoom, TheZoomBarIsVisibleExactlyWithTheZoomTool) {
   EXPECT_TRUE(suite().CommandBars()("Zoom").Visible());
   editor().Tool(ipToolPan);
   EXPECT_FALSE(suite().CommandBars()("Zoom").Visible());
+}
+
+TEST_P(EditorZoom, TheZoomBarAloneIsNotOfferedInTheBarsMenu) {
+  for (std::int32_t i = 1; i <= suite().CommandBars().Count(); ++i) {
+    CommandBar& bar = suite().CommandBars().Item(i);
+    EXPECT_EQ(bar.Listed(), bar.Name() != "Zoom") << bar.Name();
+  }
 }
 
 TEST_P(EditorZoom, TheGridIsMadeOfTheOptions) {
