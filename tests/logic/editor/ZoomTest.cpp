@@ -117,6 +117,31 @@ TEST_P(EditorZoom, ATypedFactorIsNotRoundedToTheSteps) {
   EXPECT_EQ(panel("pnlZoom"), "3.3:1 (330%)");
 }
 
+TEST_P(EditorZoom, AFactorWithAPointInItsTextIsShownWithItsPointThoughTheDecimalIsZero) {
+  suite().typeComboText("cboZoom", "1.04:1");
+  EXPECT_EQ(view().Zoom(), static_cast<double>(1.04F));
+  EXPECT_EQ(comboText(), "1.:1");
+  EXPECT_EQ(panel("pnlZoom"), "1.:1 (100%)");
+  EXPECT_TRUE(enabled("btnZoomActualSize")) << "it is not 1.0";
+}
+
+TEST_P(EditorZoom, ANegativeFactorIsTakenAsItIsAndOnlyZoomInRemains) {
+  suite().typeComboText("cboZoom", "-2:1");
+  EXPECT_THAT(log().entries(), ElementsAre("Zoom=-2"));
+  EXPECT_EQ(panel("pnlZoom"), "-2:1 (-200%)");
+  EXPECT_FALSE(enabled("btnZoomOut"));
+  EXPECT_TRUE(enabled("btnZoomIn"));
+}
+
+TEST_P(EditorZoom, TheNumberEndsAtTheFirstColon) {
+  suite().typeComboText("cboZoom", "3:7:1");
+  EXPECT_EQ(view().Zoom(), 3.0);
+  suite().typeComboText("cboZoom", "4");
+  EXPECT_EQ(view().Zoom(), 3.0);
+  suite().typeComboText("cboZoom", ":1");
+  EXPECT_THAT(log().entries().back(), "Zoom=0") << "nothing before the colon is no number";
+}
+
 TEST_P(EditorZoom, AnEntryOfTheComboSetsItsFactor) {
   EXPECT_TRUE(suite().chooseItem("cboZoom", 25));
   EXPECT_EQ(view().Zoom(), 25.0);
