@@ -137,6 +137,14 @@ double ParseNumber(std::string_view text) {
 std::uint8_t ToByte(double value) { return Narrow<std::uint8_t>(RoundToEven(value)); }
 std::int16_t ToInt16(double value) { return Narrow<std::int16_t>(RoundToEven(value)); }
 std::int32_t ToInt32(double value) { return Narrow<std::int32_t>(RoundToEven(value)); }
+
+float ToSingle(double value) {
+  if (!(std::abs(value) <= double{std::numeric_limits<float>::max()})) {
+    throw RuntimeError(err::kOverflow, "The number is outside the range of its type.");
+  }
+  return static_cast<float>(value);
+}
+
 std::int32_t IntPart(double value) { return Narrow<std::int32_t>(std::trunc(value)); }
 std::int32_t Floor(double value) { return Narrow<std::int32_t>(std::floor(value)); }
 

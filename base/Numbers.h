@@ -22,6 +22,9 @@ std::uint8_t ToByte(double value);
 std::int16_t ToInt16(double value);
 std::int32_t ToInt32(double value);
 
+/// The nearest single-precision number. Raises 6 beyond its range.
+float ToSingle(double value);
+
 /// The integer part, towards zero: -2.7 is -2. Raises 6 outside the range.
 std::int32_t IntPart(double value);
 

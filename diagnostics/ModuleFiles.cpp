@@ -25,6 +25,7 @@ constexpr std::array kFurtherFiles{
     FurtherFile{"ImageProcessingCtl.Zoom.cpp", 7},
     FurtherFile{"ImageProcessingCtl.Thumbnails.cpp", 8},
     FurtherFile{"ImageProcessingCtl.Properties.cpp", 9},
+    FurtherFile{"ImageProcessingCtl.Enabling.cpp", 10},
     FurtherFile{"DialogBase.cpp", 1},  // of the module of each dialog
     FurtherFile{"PreviewDialog.cpp", 2},
     FurtherFile{"modTollgarthSupport.Counting.cpp", 1},

@@ -16,52 +16,6 @@ std::string DispatchKey(const Command& command) {
   return name.size() > 3 ? LowerCase(std::string_view(name).substr(3)) : std::string();
 }
 
-/// Which modes of the editor a command has to wait for: it would overwrite the floating image, which is kept
-/// in the scratch picture, or take away the rectangle that the mode works with.
-enum class WaitsFor { kNothing, kPaste, kPasteAndCrop };
-
-struct PictureCommand {
-  const char* Name;
-  WaitsFor Modes;
-};
-
-/// The commands that need a picture, in the order in which they are switched; Actual Size stands between the
-/// two lists. Saving may write a thumbnail, which is made in the scratch picture.
-constexpr PictureCommand kPictureCommands[] = {
-    {"btnFileSave", WaitsFor::kPasteAndCrop},
-    {"btnFileSaveAs", WaitsFor::kPasteAndCrop},
-    {"btnFileExport", WaitsFor::kPasteAndCrop},
-    {"btnEditUndo", WaitsFor::kNothing},
-    {"btnEditRedo", WaitsFor::kNothing},
-    {"btnEditCopy", WaitsFor::kPasteAndCrop},
-    {"btnEditCut", WaitsFor::kPasteAndCrop},
-    {"btnEditPaste", WaitsFor::kPasteAndCrop},
-    {"btnEditPasteSpecial", WaitsFor::kPasteAndCrop},
-    {"btnImageFlip", WaitsFor::kPasteAndCrop},
-    {"btnImageMirror", WaitsFor::kPasteAndCrop},
-    {"btnRotateLeft", WaitsFor::kPasteAndCrop},
-    {"btnRotateRight", WaitsFor::kPasteAndCrop},
-    {"btnRotateFree", WaitsFor::kPasteAndCrop},
-    {"btnImageResizeCanvas", WaitsFor::kPasteAndCrop},
-    {"btnImageResize", WaitsFor::kPasteAndCrop},
-    {"btnImageCrop", WaitsFor::kPaste},
-    {"btnImageDropShadow", WaitsFor::kPasteAndCrop},
-    {"btnImageShapedDropShadow", WaitsFor::kPasteAndCrop},
-    {"btnImageGrayScale", WaitsFor::kPasteAndCrop},
-    {"btnToolsFlattenAlpha", WaitsFor::kPasteAndCrop},
-    {"btnSelectionAll", WaitsFor::kPasteAndCrop},
-    {"btnSelectionNone", WaitsFor::kPasteAndCrop},
-    {"btnZoomIn", WaitsFor::kNothing},
-    {"btnZoomOut", WaitsFor::kNothing},
-    {"btnZoomBestFit", WaitsFor::kNothing},
-};
-constexpr PictureCommand kToolCommands[] = {
-    {"btnDrawSelect", WaitsFor::kPasteAndCrop},    {"btnDrawPan", WaitsFor::kPasteAndCrop},
-    {"btnDrawZoom", WaitsFor::kPasteAndCrop},      {"btnDrawLine", WaitsFor::kPasteAndCrop},
-    {"btnDrawRectangle", WaitsFor::kPasteAndCrop}, {"btnDrawEllipse", WaitsFor::kPasteAndCrop},
-    {"btnDrawFreehand", WaitsFor::kPasteAndCrop},  {"btnDrawPicker", WaitsFor::kPasteAndCrop},
-};
-
 }  // namespace
 
 /// What the command of a dispatch key does. The members that only rows call have no trailer: what fails in
@@ -236,42 +190,6 @@ void ImageProcessingCtl::zFollowDockWindow(DockWindow& DockWindow, bool Shown) {
   if (Key == "dkwzoom") mrgUI.DockFunctions().SetChecked(Commands()("btnViewZoomWindow"), Shown);
 }
 
-void ImageProcessingCtl::SetControls(const bool& Enabled) {
-  try {
-    mrgUI.Redraw(false);
-    for (const PictureCommand& command : kPictureCommands) Commands()(command.Name).Enabled(Enabled);
-    // With a picture it is the zoom that decides whether this one is of use.
-    if (!Enabled) Commands()("btnZoomActualSize").Enabled(false);
-    for (const PictureCommand& command : kToolCommands) Commands()(command.Name).Enabled(Enabled);
-    iHeldCommands.clear();
-    zFollowMode();
-    mrgUI.Redraw(true);
-  } catch (...) {
-    QDK_TRAILER(SetControls, QDK_PARAMETERS(Enabled), QDK_LOCALS());
-  }
-}
-
-/// Disables what has to wait for the end of an open paste or crop, and enables it again when both are over.
-void ImageProcessingCtl::zFollowMode() {
-  if (!iPasting && !iCropping) {
-    for (const char* name : iHeldCommands) Commands()(name).Enabled(true);
-    iHeldCommands.clear();
-  }
-  const auto waits = [this](WaitsFor modes) {
-    if (modes == WaitsFor::kPaste) return iPasting;
-    return modes == WaitsFor::kPasteAndCrop && (iPasting || iCropping);
-  };
-  const auto hold = [&](std::span<const PictureCommand> list) {
-    for (const PictureCommand& command : list) {
-      if (!waits(command.Modes) || !Commands()(command.Name).Enabled()) continue;
-      Commands()(command.Name).Enabled(false);
-      iHeldCommands.push_back(command.Name);
-    }
-  };
-  hold(kPictureCommands);
-  hold(kToolCommands);
-}
-
 void ImageProcessingCtl::Status(const std::string& Message, bool ChangeCursor, bool UpdateAsDefault) {
   try {
     if (UpdateAsDefault) iStatusText = Message;
@@ -296,7 +214,7 @@ void ImageProcessingCtl::ApplyOptions() {
     modImgX::SetupBackground(igxImage, options.BackgroundGridSize(), options.BackgroundGridColor1(),
                              options.BackgroundGridColor2());
     if (fltZoom) fltZoom->ApplyOptions();
-    igxImage.ImgX()->JPEGQuality(options.JPEGQuality());
+    Required(igxImage.ImgX()).JPEGQuality(options.StoredJPEGQuality());
   } catch (...) {
     QDK_TRAILER(ApplyOptions, QDK_PARAMETERS(), QDK_LOCALS());
   }

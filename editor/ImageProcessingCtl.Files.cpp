@@ -175,7 +175,7 @@ bool ImageProcessingCtl::zSaveImage(std::string Filename, std::int32_t ForcedFor
       Format = modImgX::GetSaveFormatFromFilename(Filename, files);
     }
 
-    QDK_RESUME_NEXT(igxImage.JPEGQuality(Options().JPEGQuality()));
+    QDK_RESUME_NEXT(igxImage.JPEGQuality(Options().StoredJPEGQuality()));
     try {
       igxImage.Writer().ToFile(Filename, Format, 0, true);
     } catch (...) {

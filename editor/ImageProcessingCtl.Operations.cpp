@@ -16,9 +16,9 @@ ImagingFace& ImageProcessingCtl::zBeginOperation(bool OnSection) {
   return *pImage;
 }
 
-void ImageProcessingCtl::zEndOperation(bool OnSection) {
+void ImageProcessingCtl::zEndOperation(bool OnSection, const std::string& UndoName) {
   if (!OnSection) return;
-  modImgX::ApplySection(*pImage, igxImage);
+  modImgX::ApplySection(*pImage, igxImage, UndoName);
   zShowSize();
 }
 
@@ -87,10 +87,13 @@ void ImageProcessingCtl::zTakeShadowDefaults(ShadowArguments& Shadow) {
   if (Shadow.BlurLevel == ipUseDefault) Shadow.BlurLevel = options.DropShadowBlur();
 }
 
-void ImageProcessingCtl::zDropShadow(ImagingFace& Target, const Colors& Palette,
-                                     const ShadowArguments& Shadow, const std::string& UndoName) {
-  const Colour color = Palette.Create(Shadow.Color, ToByte(Shadow.Opacity));
-  Target.Effects().DropShadow(Shadow.OffsetX, Shadow.OffsetY, color, Shadow.BlurLevel, true, UndoName);
+Colour ImageProcessingCtl::zShadowColour(const Colors& Palette, const ShadowArguments& Shadow) const {
+  return Palette.Create(Shadow.Color, ToByte(Shadow.Opacity));
+}
+
+void ImageProcessingCtl::zDropShadow(ImagingFace& Target, const Colour& Color, const ShadowArguments& Shadow,
+                                     const std::string& UndoName) {
+  Target.Effects().DropShadow(Shadow.OffsetX, Shadow.OffsetY, Color, Shadow.BlurLevel, true, UndoName);
 }
 
 void ImageProcessingCtl::ApplyDropShadow(std::int32_t OffsetX, std::int32_t OffsetY, OLE_COLOR ShadowColor,
@@ -99,7 +102,8 @@ void ImageProcessingCtl::ApplyDropShadow(std::int32_t OffsetX, std::int32_t Offs
   ShadowArguments shadow{OffsetX, OffsetY, ShadowColor, Opactity, BlurLevel};
   zTakeShadowDefaults(shadow);
   const bool onSection = ApplyToSelection && zHasSelection();
-  zDropShadow(zBeginOperation(onSection), igxImage.Colors(), shadow, "");
+  const Colour color = zShadowColour(igxImage.Colors(), shadow);
+  zDropShadow(zBeginOperation(onSection), color, shadow, "");
   zEndOperation(onSection);
 }
 
@@ -112,25 +116,31 @@ void ImageProcessingCtl::ApplyMaskedDropShadow(std::int32_t OffsetX, std::int32_
   zTakeShadowDefaults(shadow);
   if (MaskColor == ipUseDefault) MaskColor = Options().DropShadowMaskColor();
 
-  igxImage.CreateUndoPoint("Contoured Drop Shadow");
   // Any valid selection is used, whatever the caller asked for.
   const bool onSection = zHasSelection();
+  // What can be wrong with opacity and mask shows before anything is changed.
+  const Colour shadowColor = zShadowColour(igxImage.Colors(), shadow);
   if (AutomaticMask) {
     const Point corner = onSection ? Point{igxImage.SelectionLeft(), igxImage.SelectionTop()} : Point{0, 0};
     MaskColor = Required(igxImage.Image()).GetPixel(corner.X, corner.Y).Value();
   }
-  ImagingFace& target = zBeginOperation(onSection);
-  const Colour from = target.Colors().Create(MaskColor, 255);
-  const Colour to = target.Colors().Create(0, 0);
-  target.Effects().ReplaceColor(from, to, kMaskTolerance, 0, kNoUndo);
+
+  const bool wasChanged = Changed();
+  const auto point = igxImage.CreateUndoPoint("Contoured Drop Shadow");
   try {
-    zDropShadow(target, igxImage.Colors(), shadow, kNoUndo);
+    ImagingFace& target = zBeginOperation(onSection);
+    const Colour from = target.Colors().Create(MaskColor, 255);
+    const Colour to = target.Colors().Create(0, 0);
+    target.Effects().ReplaceColor(from, to, kMaskTolerance, 0, kNoUndo);
+    zDropShadow(target, shadowColor, shadow, kNoUndo);
+    // The composite belongs to the undo point.
+    zEndOperation(onSection, kNoUndo);
   } catch (...) {
     // Without its shadow the picture must not lose its background either.
-    if (!onSection) QDK_RESUME_NEXT(igxImage.Undo());
+    QDK_RESUME_NEXT(point->TakeBack());
+    QDK_RESUME_NEXT(Changed(wasChanged));
     throw;
   }
-  zEndOperation(onSection);
 }
 
 }  // namespace kestrel

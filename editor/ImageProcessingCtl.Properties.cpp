@@ -168,13 +168,24 @@ void ImageProcessingCtl::Picture(const PicturePtr& Value) {
   }
 }
 
-std::shared_ptr<ImgX> ImageProcessingCtl::ImgX() { return igxImage.ImgX(); }
+Image* ImageProcessingCtl::Image() {
+  kestrel::Image* Result = nullptr;
+  QDK_RESUME_NEXT(Result = igxImage.Image());
+  return Result;
+}
+
+std::shared_ptr<ImgX> ImageProcessingCtl::ImgX() {
+  std::shared_ptr<kestrel::ImgX> Result;
+  QDK_RESUME_NEXT(Result = igxImage.ImgX());
+  return Result;
+}
 
 Options& ImageProcessingCtl::Options() { return *modProcessing::GetOptions(); }
 
 std::shared_ptr<IImageEvents> ImageProcessingCtl::EventSink() const {
-  if (!pEventSink) return nullptr;
-  return std::dynamic_pointer_cast<IImageEvents>(pEventSink->Object());
+  std::shared_ptr<IImageEvents> Result;
+  QDK_RESUME_NEXT(if (pEventSink) Result = std::dynamic_pointer_cast<IImageEvents>(pEventSink->Object()));
+  return Result;
 }
 
 void ImageProcessingCtl::EventSink(const std::shared_ptr<IImageEvents>& Value) {

@@ -31,29 +31,38 @@ PicturePtr ImageProcessingCtl::GetThumbnailEx(ThumbnailSizeTypeEnum& SizeType, s
   if (SizeType == tstPercentage) width = IntPart(Required(scratch.Image()).Width() / 100.0 * Size);
   // Shrunk first: the shadow's offset and blur are in pixels of the thumbnail.
   scratch.Effects().Resize(width, 0, kResampleLanczos, "");
-  if (AddDropShadow) zDropShadow(scratch, scratch.Colors(), shadow, "");
+  if (AddDropShadow) zDropShadow(scratch, zShadowColour(scratch.Colors(), shadow), shadow, "");
   scratch.Alpha().Flatten(scratch.Colors().Create(BackColor, 255), "");
   return scratch.Writer().ToPicture();
 }
 
 bool ImageProcessingCtl::SaveImageThumbnail(std::string Filename) {
-  bool Result = false;
-  FileHelpers& files = iPlatform.FileHelpers();
   const bool exists = iPlatform.FormUtility().FileExists(Filename);
   Status(exists ? "Updating thumbnail..." : "Saving thumbnail...", true, false);
-  if (Filename.empty()) {
-    Filename = files.PathWithoutExtension(Filename) + "_thumb." + files.GetExtension(Filename, 0);
-  }
-  const PicturePtr thumbnail = GetThumbnail(ipUseDefault, ipUseDefault, Options().ThumbnailAddDropShadow());
+  bool Result = false;
   try {
-    Result = modImgX::SavePictureToFile(*iPlatform.CreateImgX(), *thumbnail, Filename,
-                                        modImgX::GetSaveFormatFromFilename(Filename, files),
-                                        Options().JPEGQuality());
-  } catch (const RuntimeError&) {
-    Result = false;
+    FileHelpers& files = iPlatform.FileHelpers();
+    if (Filename.empty()) {
+      Filename = files.PathWithoutExtension(Filename) + "_thumb." + files.GetExtension(Filename, 0);
+    }
+    const PicturePtr thumbnail = GetThumbnail(ipUseDefault, ipUseDefault, Options().ThumbnailAddDropShadow());
+    Result = zSaveThumbnail(Required(thumbnail), Filename);
+  } catch (...) {
+    Status("", true, false);
+    throw;
   }
   Status("", true, false);
   return Result;
+}
+
+bool ImageProcessingCtl::zSaveThumbnail(const kestrel::Picture& Thumbnail, const std::string& Filename) {
+  try {
+    return modImgX::SavePictureToFile(*iPlatform.CreateImgX(), Thumbnail, Filename,
+                                      modImgX::GetSaveFormatFromFilename(Filename, iPlatform.FileHelpers()),
+                                      Options().JPEGQuality());
+  } catch (const std::exception&) {
+    return false;
+  }
 }
 
 }  // namespace kestrel

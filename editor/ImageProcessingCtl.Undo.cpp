@@ -27,24 +27,44 @@ void ImageProcessingCtl::Redo() {
 }
 
 void ImageProcessingCtl::igxImage_Changed() {
-  std::string Caption;
   try {
-    const auto label = [&](const char* key) {
-      Command& command = Commands()(key);
-      command.Caption("&" + Caption);
-      command.ToolTip(Caption);
-    };
-    Caption = StepCaption("Undo", igxImage.UndoName());
-    label("btnEditUndo");
-    Caption = StepCaption("Redo", igxImage.RedoName());
-    label("btnEditRedo");
+    zFollowSteps();
     zShowSize();
     zFollowPointer();
     zFollowFile();
     Changed(true);
   } catch (...) {
-    QDK_TRAILER(igxImage_Changed, QDK_PARAMETERS(), QDK_LOCALS(Caption));
+    QDK_TRAILER(igxImage_Changed, QDK_PARAMETERS(), QDK_LOCALS());
   }
+}
+
+void ImageProcessingCtl::igxImage_Loaded() {
+  try {
+    zShowSize();
+    zFollowPointer();
+  } catch (...) {
+    QDK_TRAILER(igxImage_Loaded, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+void ImageProcessingCtl::igxImage_UndoStepsChanged() {
+  try {
+    zFollowSteps();
+  } catch (...) {
+    QDK_TRAILER(igxImage_UndoStepsChanged, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+/// The captions and the enabling of Undo and Redo. Errors go to the handler that called.
+void ImageProcessingCtl::zFollowSteps() {
+  const auto label = [this](const char* key, const std::string& caption) {
+    Command& command = Commands()(key);
+    command.Caption("&" + caption);
+    command.ToolTip(caption);
+  };
+  label("btnEditUndo", StepCaption("Undo", igxImage.UndoName()));
+  label("btnEditRedo", StepCaption("Redo", igxImage.RedoName()));
+  zEnableSteps();
 }
 
 void ImageProcessingCtl::Changed(bool Value) {

@@ -73,7 +73,7 @@ void ImageProcessingCtl::mrgUI_CommandChange(Command& Command, Combo& Combo) {
       const std::string text = Combo.Text();
       const auto colon = text.find(':');
       if (colon == std::string::npos) return;
-      iZoomLevel = static_cast<float>(Val(text.substr(0, colon)));
+      iZoomLevel = ToSingle(Val(text.substr(0, colon)));
     };
     QDK_RESUME_NEXT(takeLevel());
     QDK_RESUME_NEXT(igxImage.Zoom(static_cast<double>(iZoomLevel)));

@@ -51,7 +51,8 @@ ImageProcessingCtl::ImageProcessingCtl(Site& site)
   Usercontrol_Initialize();
 }
 
-ImageProcessingCtl::~ImageProcessingCtl() { Terminate(); }
+// The container may have destroyed the child controls already.
+ImageProcessingCtl::~ImageProcessingCtl() { zRelease(); }
 
 void ImageProcessingCtl::Usercontrol_Initialize() {
   std::int32_t Entry = 0;
@@ -59,6 +60,8 @@ void ImageProcessingCtl::Usercontrol_Initialize() {
     iPlatform.RegistryStore().RootKey(kRootKey);
     iPlatform.RegistryStore().RootHive(HKEY_CURRENT_USER);
     CommandBars()("Menu Bar").Visible(false);
+    // The zoom tool alone shows it.
+    CommandBars()("Zoom").Listed(false);
     SetControls(false);
     CommandItems& zoomEntries = Commands()("cboZoom").Items();
     for (Entry = 1; Entry <= kZoomEntries; ++Entry) zoomEntries.Add(ToText(Entry) + ":1", ToText(Entry));
@@ -100,6 +103,8 @@ void ImageProcessingCtl::zConnect() {
   keep(igxImage.BeforeZoomChanged.Connect([this](double zoom) { igxImage_BeforeZoomChanged(zoom); }));
   keep(igxImage.WheelZoom.Connect([this](std::int32_t direction) { igxImage_WheelZoom(direction); }));
   keep(igxImage.Changed.Connect([this] { igxImage_Changed(); }));
+  keep(igxImage.Loaded.Connect([this] { igxImage_Loaded(); }));
+  keep(igxImage.UndoStepsChanged.Connect([this] { igxImage_UndoStepsChanged(); }));
   keep(igxImage.NoticeAction.Connect([this] { igxImage_NoticeAction(); }));
   zConnectPointer();
 }
@@ -246,6 +251,12 @@ void ImageProcessingCtl::Initialize() {
 }
 
 void ImageProcessingCtl::Terminate() {
+  QDK_RESUME_NEXT(DockWindows()("dkwMaterials").Visible(false));
+  QDK_RESUME_NEXT(DockWindows()("dkwZoom").Visible(false));
+  zRelease();
+}
+
+void ImageProcessingCtl::zRelease() {
   QDK_RESUME_NEXT(iHelp.reset());
   QDK_RESUME_NEXT(iResources.reset());
   QDK_RESUME_NEXT(fltMaterials.reset());

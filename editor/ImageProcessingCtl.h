@@ -46,7 +46,8 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
 
   /// Completes the start-up; at design time the view's zoom is set and nothing else.
   void Initialize();
-  /// Lets go of all windows and of the sink. A host may call it early; a second call does no harm.
+  /// Closes the dock windows and lets go of all windows and of the sink. A host may call it early; a second
+  /// call does no harm.
   void Terminate();
 
   // -- What the host may switch ---------------------------------------------------------------------------
@@ -102,7 +103,7 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   void Tool(ImageProcessingToolConstants Value);
 
   /// Null while there is no picture.
-  kestrel::Image* Image() override { return igxImage.Image(); }
+  kestrel::Image* Image() override;
   std::shared_ptr<kestrel::ImgX> ImgX();
   kestrel::Options& Options();
   kestrel::DockWindows& DockWindows() { return mrgUI.DockWindows(); }
@@ -129,8 +130,9 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
 
   // -- Commands and status --------------------------------------------------------------------------------
 
-  /// Enables, or disables, all commands that need a picture; those that must wait for the end of an open
-  /// paste or crop stay disabled.
+  /// Enables, or disables, the commands that need a picture. Undo and Redo are enabled only while there is a
+  /// step to take, commands that must wait for the end of an open paste or crop only after it, and commands
+  /// whose dialog is missing never.
   void SetControls(const bool& Enabled);
   /// Shows a message in the status line. With `ChangeCursor` a text begins a busy phase and an empty one ends
   /// it.
@@ -175,7 +177,7 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
                        OLE_COLOR ShadowColor = ipUseDefault, std::int32_t Opactity = ipUseDefault,
                        std::int32_t BlurLevel = ipUseDefault, bool ApplyToSelection = false);
   /// A shadow along the outline of what is not of the mask colour. Works on any valid selection, whatever
-  /// `ApplyToSelection` says.
+  /// `ApplyToSelection` says. A failure leaves picture, steps and `Changed` as they were.
   void ApplyMaskedDropShadow(std::int32_t OffsetX = ipUseDefault, std::int32_t OffsetY = ipUseDefault,
                              OLE_COLOR ShadowColor = ipUseDefault, std::int32_t Opactity = ipUseDefault,
                              std::int32_t BlurLevel = ipUseDefault, OLE_COLOR MaskColor = ipUseDefault,
@@ -236,6 +238,7 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   static std::span<const CommandRow> zCommandRows();
   void zConnect();
   std::string qdkDumpModuleVariables() const;
+  void zRelease();
 
   // What the container asks
   void Usercontrol_Initialize();
@@ -253,6 +256,7 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   void zPictureSet();
   bool zSaveImage(std::string Filename, std::int32_t ForcedFormat, bool UpdateUserInterface);
   void pDialog_InitDialog(std::int32_t& DialogWidth, std::int32_t& DialogHeight);
+  bool zSaveThumbnail(const kestrel::Picture& Thumbnail, const std::string& Filename);
   void zTellOfFile();
   void zFollowFile();
   void zForgetFile();
@@ -260,6 +264,8 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   void igxImage_NoticeAction();
 
   // Commands
+  void zEnable(const char* Name, bool HasStep);
+  void zEnableSteps();
   void mrgUI_CommandClick(Command& Command);
   void mrgUI_CommandChange(Command& Command, Combo& Combo);
   void mrgUI_CommandHighlight(Command& Command, std::int32_t HighlightState);
@@ -320,14 +326,18 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
     std::int32_t BlurLevel;
   };
   ImagingFace& zBeginOperation(bool OnSection);
-  void zEndOperation(bool OnSection);
+  void zEndOperation(bool OnSection, const std::string& UndoName = {});
   void zFlip(std::int32_t Direction, bool ApplyToSelection);
   void zTakeShadowDefaults(ShadowArguments& Shadow);
-  void zDropShadow(ImagingFace& Target, const kestrel::Colors& Palette, const ShadowArguments& Shadow,
+  Colour zShadowColour(const kestrel::Colors& Palette, const ShadowArguments& Shadow) const;
+  void zDropShadow(ImagingFace& Target, const Colour& Color, const ShadowArguments& Shadow,
                    const std::string& UndoName);
 
   // Undo
   void igxImage_Changed();
+  void igxImage_UndoStepsChanged();
+  void igxImage_Loaded();
+  void zFollowSteps();
 
   InstanceCount iCount;
   Platform& iPlatform;
@@ -373,8 +383,9 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   std::int16_t iLastButton = 0;
   float iZoomLevel = 0;
   bool iHandlingZoomCombo = false;
-  std::string iNotice;         ///< what the user was told of the picture's file
-  bool iRepeatNotice = false;  ///< the first change brings it back if it was closed
+  bool iControlsEnabled = false;  ///< what `SetControls` was told last
+  std::string iNotice;            ///< what the user was told of the picture's file
+  bool iRepeatNotice = false;     ///< the first change brings it back if it was closed
 
   std::vector<Connection> iConnections;
   Connection iDialogConnection;

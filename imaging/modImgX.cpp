@@ -121,10 +121,10 @@ void CreateSection(ImageView& Source, ImgX& Dest) {
   Dest.Effects().Crop(left, top, width, height, "");
 }
 
-void ApplySection(ImgX& Source, ImageView& Dest) {
+void ApplySection(ImgX& Source, ImageView& Dest, const std::string& UndoName) {
   const std::int32_t left = SectionStart(Dest.SelectionLeft(), Dest.SelectionWidth());
   const std::int32_t top = SectionStart(Dest.SelectionTop(), Dest.SelectionHeight());
-  Dest.Draw().ImageWithAlpha(Required(Source.Image()), left, top);
+  Dest.Draw().ImageWithAlpha(Required(Source.Image()), left, top, UndoName);
   Dest.SelectionVisible(false);
 }
 

@@ -62,8 +62,9 @@ bool InImageSelection(ImageView& Control, std::int32_t X, std::int32_t Y, bool P
 void CreateSection(ImageView& Source, ImgX& Dest);
 
 /// Draws a section, honouring its alpha, back at the top left corner of the pixels that `CreateSection` took,
-/// and takes the selection away. A section of another size keeps that corner.
-void ApplySection(ImgX& Source, ImageView& Dest);
+/// and takes the selection away. A section of another size keeps that corner. The drawing is a step of the
+/// undo name's; "No Undo" makes it part of the undo point before it.
+void ApplySection(ImgX& Source, ImageView& Dest, const std::string& UndoName = {});
 
 /// Converts the picture to the palette of that type.
 void ApplyPalette(ImgX& Image, std::int32_t PaletteType);

@@ -10,6 +10,8 @@ namespace {
 Variant Stored(bool value) { return Variant(value); }
 Variant Stored(std::int32_t value) { return Variant(value); }
 
+constexpr std::int32_t kDefaultQuality = 75;
+
 void Take(const Variant& stored, bool& value) { value = stored.ToBoolean(); }
 template <typename Number>
 void Take(const Variant& stored, Number& value) {
@@ -41,7 +43,7 @@ void Take(const Variant& stored, Number& value) {
   }
 
 // clang-format off
-OPTION(std::int32_t,                      JPEGQuality,                 "JPEG",         "Quality",               kStoreNumber, 75)
+OPTION(std::int32_t,                      JPEGQuality,                 "JPEG",         "Quality",               kStoreNumber, kDefaultQuality)
 OPTION(OLE_COLOR,                         MaterialBackColor,           "Materials",    "BackColor",             kStoreString, -1)
 OPTION(OLE_COLOR,                         MaterialForeColor,           "Materials",    "ForeColor",             kStoreNumber, 0x0000FF)
 OPTION(std::int32_t,                      ThumbnailSize,               "Thumbnails",   "SizeEx",                kStoreNumber, 30)
@@ -79,5 +81,11 @@ OPTION(ThumbnailSizeTypeEnum,             ThumbnailSizeType,           "Thumbnai
 // clang-format on
 
 #undef OPTION
+
+std::int32_t Options::StoredJPEGQuality() const {
+  return modProcessing::RegistryStore()
+      .GetSetting("Quality", Stored(kDefaultQuality), kStoreNumber, "JPEG", HKEY_CURRENT_USER)
+      .ToInt32();
+}
 
 }  // namespace kestrel

@@ -95,6 +95,7 @@ void frmMaterials::Application(IImageProcessingCtl* Value) {
     keep(ImageControl->MouseMovePixel.Connect(
         [this](Int button, Int shift, Int x, Int y) { ImageControl_MouseMovePixel(button, shift, x, y); }));
     keep(ImageControl->Changed.Connect([this] { ImageControl_Changed(); }));
+    keep(ImageControl->Loaded.Connect([this] { ImageControl_Changed(); }));
     ioeTracking->hWnd(ImageControl->hWnd());
     Processing_ForeColorChange(Processing->ForeColor());
     Processing_BackColorChange(Processing->BackColor());

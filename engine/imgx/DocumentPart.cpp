@@ -46,7 +46,7 @@ void DocumentPart::NewImage(std::int32_t width, std::int32_t height, const Colou
   if (pixelFormat != kPixelFormatRgba) {
     throw RuntimeError(err::kInvalidCall, "The pixel format " + std::to_string(pixelFormat) + " is unknown.");
   }
-  const Colour fill = background == nullptr ? Colour(owner_.blankColor()) : *background;
+  const Colour fill = background == nullptr ? Colour(owner_.settings().backColor) : *background;
   owner_.putPicture({Bitmap::filled(width, height, pixelOf(fill))}, undoName);
 }
 

@@ -36,22 +36,23 @@ void DrawPart::FillMode(std::int32_t value) {
   if (value != kFillSolid && value != kFillNone) {
     throw RuntimeError(err::kInvalidPropertyValue, "The fill mode is 6 (solid) or -1 (outline).");
   }
-  fillMode_ = value;
+  owner_.settings().fillMode = value;
 }
 
 void DrawPart::PenSetting(std::int32_t value) {
   if (value < 1) throw RuntimeError(err::kInvalidPropertyValue, "The pen is at least one pixel wide.");
-  penWidth_ = value;
+  owner_.settings().penWidth = value;
 }
 
 void DrawPart::Rectangle(const Point& start, const Point& end, std::int32_t radiusX, std::int32_t radiusY,
                          const std::string& undoName) {
   EditablePicture& picture = owner_.pictureToChange();
-  const auto pen = fillMode_ == kFillNone ? std::optional(penWidth_) : std::nullopt;
+  const ImagingSettings& settings = owner_.settings();
+  const auto pen = settings.fillMode == kFillNone ? std::optional(settings.penWidth) : std::nullopt;
   const BoxShape shape = BoxShape::rectangle(start, end, pen, radiusX, radiusY);
   const kestrel::Rectangle whole{0, 0, picture.bitmap().width(), picture.bitmap().height()};
   picture.paint(touchedBy(shape, whole), undoName,
-                [&](Pixels pixels) { engine::paint(pixels, whole, shape, pixelOf(color_)); });
+                [&](Pixels pixels) { engine::paint(pixels, whole, shape, pixelOf(settings.drawColor)); });
 }
 
 void DrawPart::Image(const kestrel::Image& source, std::int32_t x, std::int32_t y, const Colour* maskColor,

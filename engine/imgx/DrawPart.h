@@ -9,11 +9,10 @@ class DrawPart final : public kestrel::Draw {
  public:
   explicit DrawPart(PictureOwner& owner) : owner_(owner) {}
 
-  Colour& Color() override { return color_; }
-  const Colour& color() const { return color_; }
-  std::int32_t FillMode() const override { return fillMode_; }
+  Colour& Color() override { return owner_.settings().drawColor; }
+  std::int32_t FillMode() const override { return owner_.settings().fillMode; }
   void FillMode(std::int32_t value) override;
-  std::int32_t PenSetting() const override { return penWidth_; }
+  std::int32_t PenSetting() const override { return owner_.settings().penWidth; }
   void PenSetting(std::int32_t value) override;
 
   void Rectangle(const Point& start, const Point& end, std::int32_t radiusX, std::int32_t radiusY,
@@ -25,9 +24,6 @@ class DrawPart final : public kestrel::Draw {
 
  private:
   PictureOwner& owner_;
-  Colour color_;
-  std::int32_t fillMode_ = kFillNone;
-  std::int32_t penWidth_ = 1;
 };
 
 }  // namespace kestrel::engine

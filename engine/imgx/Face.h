@@ -1,6 +1,12 @@
 #pragma once
 
+#include <algorithm>
+#include <cstdint>
+#include <memory>
+#include <utility>
+
 #include "ImagingParts.h"
+#include "ImagingSettings.h"
 #include "PictureOwner.h"
 #include "imaging/contract/ImgX.h"
 
@@ -19,12 +25,16 @@ class Face : public Contract, protected PictureOwner {
   kestrel::Alpha& Alpha() override { return parts_.alpha; }
   const kestrel::Colors& Colors() const override { return parts_.colors; }
 
-  void JPEGQuality(std::int32_t value) override { parts_.writer.quality(value); }
-  std::int32_t JPEGQuality() const override { return parts_.writer.quality(); }
+  void JPEGQuality(std::int32_t value) override { settings_->jpegQuality = std::clamp(value, 1, 100); }
+  std::int32_t JPEGQuality() const override { return settings_->jpegQuality; }
 
  protected:
-  explicit Face(ClipboardPort& clipboard) : parts_(*this, clipboard) {}
+  Face(ClipboardPort& clipboard, std::shared_ptr<ImagingSettings> settings)
+      : settings_(std::move(settings)), parts_(*this, clipboard) {}
 
+  ImagingSettings& settings() override { return *settings_; }
+
+  std::shared_ptr<ImagingSettings> settings_;
   ImagingParts parts_;
 };
 

@@ -4,10 +4,14 @@
 
 namespace kestrel::engine {
 
-ImgXObject::ImgXObject(ClipboardPort& clipboard, std::shared_ptr<EditablePicture> bound)
-    : Face(clipboard), surface_(*this), picture_(std::move(bound)), bound_(picture_ != nullptr) {
-  if (!bound_) picture_ = std::make_shared<EditablePicture>();
-}
+ImgXObject::ImgXObject(ClipboardPort& clipboard)
+    : Face(clipboard, std::make_shared<ImagingSettings>()),
+      surface_(*this),
+      picture_(std::make_shared<EditablePicture>()) {}
+
+ImgXObject::ImgXObject(ClipboardPort& clipboard, std::shared_ptr<EditablePicture> picture,
+                       std::shared_ptr<ImagingSettings> settings)
+    : Face(clipboard, std::move(settings)), surface_(*this), picture_(std::move(picture)), bound_(true) {}
 
 void ImgXObject::putPicture(PictureState state, const std::string& undoName) {
   if (!bound_) {
@@ -16,7 +20,9 @@ void ImgXObject::putPicture(PictureState state, const std::string& undoName) {
   }
   auto own = std::make_shared<EditablePicture>();
   own->put(std::move(state), undoName);
+  auto ownSettings = std::make_shared<ImagingSettings>(*settings_);
   picture_ = std::move(own);
+  settingsOfView_ = std::exchange(settings_, std::move(ownSettings));
   bound_ = false;
 }
 

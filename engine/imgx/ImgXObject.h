@@ -10,32 +10,36 @@ namespace kestrel::engine {
 
 /// The contract's free-standing picture on this engine.
 ///
-/// One that a view gives out is bound to the view's picture, and shares it, until another picture is put into
-/// it. It may outlive the view.
+/// The one that a view gives out is bound to the view: the two share picture and settings until another
+/// picture is put into the object. It may outlive the view.
 class ImgXObject : public Face<ImgX> {
  public:
   /// The clipboard must outlive the object.
-  explicit ImgXObject(ClipboardPort& clipboard) : ImgXObject(clipboard, nullptr) {}
-  /// Bound to a picture.
-  ImgXObject(ClipboardPort& clipboard, std::shared_ptr<EditablePicture> bound);
+  explicit ImgXObject(ClipboardPort& clipboard);
+  /// Bound to a view's picture and settings.
+  ImgXObject(ClipboardPort& clipboard, std::shared_ptr<EditablePicture> picture,
+             std::shared_ptr<ImagingSettings> settings);
+
+  /// Whether it still works on a view's picture.
+  bool isBound() const { return bound_; }
 
   std::string TypeName() const override { return "ImgX"; }
   kestrel::Surface& Surface() override { return surface_; }
-  OLE_COLOR BackColor() const override { return backColor_; }
-  void BackColor(OLE_COLOR value) override { backColor_ = value; }
+  OLE_COLOR BackColor() const override { return settings_->backColor; }
+  void BackColor(OLE_COLOR value) override { settings_->backColor = value; }
 
   using PictureOwner::loadedPicture;
 
  protected:
   EditablePicture& picture() override { return *picture_; }
   void putPicture(PictureState state, const std::string& undoName) override;
-  OLE_COLOR blankColor() const override { return backColor_; }
 
  private:
   SurfacePart surface_;
   std::shared_ptr<EditablePicture> picture_;
-  bool bound_;
-  OLE_COLOR backColor_ = kNoColor;
+  bool bound_ = false;
+  /// Those of the view that it was bound to: references to the draw colour may still be held.
+  std::shared_ptr<ImagingSettings> settingsOfView_;
 };
 
 }  // namespace kestrel::engine

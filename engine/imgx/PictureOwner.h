@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "ImagingSettings.h"
 #include "base/RuntimeError.h"
 #include "engine/undo/EditablePicture.h"
 #include "imaging/contract/Types.h"
@@ -17,8 +18,8 @@ class PictureOwner {
   /// Puts another picture in.
   virtual void putPicture(PictureState state, const std::string& undoName) = 0;
 
-  /// What a blank picture is filled with where nobody names a colour; -1 leaves it transparent.
-  virtual OLE_COLOR blankColor() const { return kNoColor; }
+  /// What the sub-objects are set to.
+  virtual ImagingSettings& settings() = 0;
 
   /// As `picture`, for work that needs one. Raises RuntimeError 91 if there is none.
   EditablePicture& loadedPicture() {

@@ -1,6 +1,5 @@
 #include "WriterPart.h"
 
-#include <algorithm>
 #include <filesystem>
 #include <memory>
 #include <system_error>
@@ -19,8 +18,8 @@ void WriterPart::ToFile(const std::string& filename, std::int32_t format, std::i
     throw RuntimeError(err::kFileExists, "The file \"" + filename + "\" exists already.");
   }
   const Metadata nothing;
-  encodeFile(state.bitmap, state.metadata ? *state.metadata : nothing, format, {.jpegQuality = quality_},
-             std::filesystem::path(filename));
+  encodeFile(state.bitmap, state.metadata ? *state.metadata : nothing, format,
+             {.jpegQuality = owner_.settings().jpegQuality}, std::filesystem::path(filename));
 }
 
 void WriterPart::ToClipboard() { clipboard_.offer(owner_.loadedPicture().bitmap()); }
@@ -28,7 +27,5 @@ void WriterPart::ToClipboard() { clipboard_.offer(owner_.loadedPicture().bitmap(
 PicturePtr WriterPart::ToPicture() {
   return std::make_shared<PictureObject>(owner_.loadedPicture().bitmap());
 }
-
-void WriterPart::quality(std::int32_t value) { quality_ = std::clamp(value, 1, 100); }
 
 }  // namespace kestrel::engine

@@ -22,10 +22,7 @@ Rectangle united(const Rectangle& a, const Rectangle& b) {
           std::max(a.Top + a.Height, b.Top + b.Height) - top};
 }
 
-/// An unnamed change right behind an undo point is covered by the point.
-bool isStep(const std::string& undoName, bool atPoint) {
-  return undoName != kNoUndo && !(undoName.empty() && atPoint);
-}
+bool isStep(const std::string& undoName) { return undoName != kNoUndo; }
 
 Rectangle boundsOf(const Bitmap& bitmap) { return {0, 0, bitmap.width(), bitmap.height()}; }
 
@@ -43,7 +40,7 @@ void EditablePicture::put(PictureState picture, const std::string& undoName) {
 
 void EditablePicture::exchangeWith(PictureState next, const std::string& undoName, bool otherPicture) {
   giveUpPainting();
-  if (isStep(undoName, history_.isAtPoint(state_))) {
+  if (isStep(undoName)) {
     UndoStack::Before before = state_;
     history_.record(undoName, before);
     std::swap(state_, next);
@@ -58,7 +55,7 @@ void EditablePicture::exchangeWith(PictureState next, const std::string& undoNam
       throw;
     }
   }
-  changed({boundsOf(state_.bitmap), otherPicture});
+  changed({boundsOf(state_.bitmap), otherPicture, otherPicture && !isStep(undoName)});
 }
 
 void EditablePicture::paint(std::span<const Rectangle> areas, const std::string& undoName,
@@ -79,9 +76,32 @@ void EditablePicture::step(bool (UndoStack::*direction)(PictureState&)) {
   if ((history_.*direction)(state_)) changed({boundsOf(state_.bitmap)});
 }
 
-void EditablePicture::createUndoPoint(const std::string& name) {
+EditablePicture::UndoPoint EditablePicture::createUndoPoint(const std::string& name) {
   giveUpPainting();
-  if (name != kNoUndo) history_.recordPoint(name, state_);
+  UndoPoint point{state_, modified_, {}};
+  if (isStep(name)) {
+    point.steps = history_.recordPoint(name, state_);
+    stepsChanged();
+  }
+  return point;
+}
+
+void EditablePicture::takeBack(UndoPoint point) {
+  giveUpPainting();
+  if (!history_.takeBack(point.steps)) return;
+  const bool samePicture = state_.bitmap.sharesPixelsWith(point.picture.bitmap);
+  state_ = std::move(point.picture);
+  modified_ = point.modified;
+  if (samePicture) {
+    stepsChanged();
+  } else if (onChange) {
+    onChange({boundsOf(state_.bitmap)});
+  }
+}
+
+void EditablePicture::undoLevels(std::int32_t value) {
+  history_.levels(value);
+  stepsChanged();
 }
 
 void EditablePicture::changed(const PictureChange& change) {
@@ -89,8 +109,11 @@ void EditablePicture::changed(const PictureChange& change) {
   if (onChange) onChange(change);
 }
 
-Painting::Painting(EditablePicture& picture)
-    : picture_(picture), atPoint_(picture.history_.isAtPoint(picture.state_)) {
+void EditablePicture::stepsChanged() const {
+  if (onStepsChange) onStepsChange();
+}
+
+Painting::Painting(EditablePicture& picture) : picture_(picture) {
   picture_.giveUpPainting();
   picture_.open_ = this;
 }
@@ -150,7 +173,7 @@ void Painting::commit(const std::string& undoName) {
         tiles && tiles->memory() > mostTileBytes(picture_.bitmap())) {
       keepWhole();
     }
-    if (isStep(undoName, atPoint_)) {
+    if (isStep(undoName)) {
       picture_.history_.record(undoName, before_);
     } else {
       picture_.history_.absorb(before_);

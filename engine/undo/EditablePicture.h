@@ -21,19 +21,29 @@ struct PictureChange {
   Rectangle area;
   /// Another picture was put in, rather than this one worked on.
   bool otherPicture = false;
+  /// It was put in under "No Undo": a load, which is no edit.
+  bool loaded = false;
 };
 
 /// One picture with its history. All changes go through here: each either happens whole, with its undo step,
 /// or raises an error and leaves picture, history and `modified` as they were.
 ///
-/// Undo names: a text names the step, empty records an unnamed one, "No Undo" records none. An unnamed step
-/// right behind an undo point is none of its own, since the point holds the same picture already.
+/// Undo names: a text names the step, empty records an unnamed one, "No Undo" records none.
 class EditablePicture {
  public:
+  /// An undo point and what was there before it.
+  struct UndoPoint {
+    PictureState picture;
+    bool modified;
+    UndoStack::Point steps;
+  };
+
   /// Called after each change, undo and redo included.
   std::function<void(const PictureChange&)> onChange;
   /// Called when a `Painting` was taken back, with the part that was drawn on.
   std::function<void(const Rectangle&)> onRollBack;
+  /// Called when the steps have changed and the picture has not.
+  std::function<void()> onStepsChange;
 
   const PictureState& state() const noexcept { return state_; }
   const Bitmap& bitmap() const noexcept { return state_.bitmap; }
@@ -57,9 +67,14 @@ class EditablePicture {
   void undo() { step(&UndoStack::undo); }
   void redo() { step(&UndoStack::redo); }
   /// Records the present picture as a step for unrecorded work that follows.
-  void createUndoPoint(const std::string& name);
+  UndoPoint createUndoPoint(const std::string& name);
+  /// Makes picture, steps and `modified` what they were before the point, unless the point is no longer the
+  /// latest step.
+  void takeBack(UndoPoint point);
 
-  UndoStack& history() noexcept { return history_; }
+  /// How many steps are kept at most; 0 empties the stack.
+  void undoLevels(std::int32_t value);
+
   const UndoStack& history() const noexcept { return history_; }
 
   /// Bytes that the undo history holds.
@@ -74,6 +89,7 @@ class EditablePicture {
   void exchangeWith(PictureState next, const std::string& undoName, bool otherPicture);
   void step(bool (UndoStack::*direction)(PictureState&));
   void changed(const PictureChange& change);
+  void stepsChanged() const;
 
   PictureState state_;
   UndoStack history_;
@@ -115,7 +131,6 @@ class [[nodiscard]] Painting {
   void putBack() noexcept;
 
   EditablePicture& picture_;
-  const bool atPoint_;
   UndoStack::Before before_ = KeptTiles();
   Rectangle touched_;
 };

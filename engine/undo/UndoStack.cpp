@@ -19,22 +19,47 @@ void UndoStack::levels(std::int32_t value) {
   while (undone_.size() > most) undone_.pop_front();
 }
 
-void UndoStack::record(const std::string& name, Before& before) { add(name, before, false); }
-
-void UndoStack::recordPoint(const std::string& name, const PictureState& present) {
-  Before before = present;
-  add(name, before, true);
-}
-
-void UndoStack::add(const std::string& name, Before& before, bool point) {
-  Steps one(1);
-  one.back().name = name;
+void UndoStack::record(const std::string& name, Before& before) {
+  Steps one = makeStep(name);
   // From here on nothing can fail.
   one.back().before = std::move(before);
-  one.back().point = point;
   undone_.clear();
+  Steps removed;
+  add(one, removed);
+}
+
+UndoStack::Point UndoStack::recordPoint(const std::string& name, const PictureState& present) {
+  Steps one = makeStep(name);
+  one.back().before = present;
+  Point point;
+  if (levels_ == 0) return point;
+  point.serial = one.back().serial;
+  point.undone.swap(undone_);
+  add(one, point.oldest);
+  return point;
+}
+
+bool UndoStack::takeBack(Point& point) noexcept {
+  if (point.serial == 0) return levels_ == 0;
+  if (done_.empty() || done_.back().serial != point.serial) return false;
+  done_.pop_back();
+  done_.splice(done_.begin(), point.oldest);
+  undone_.swap(point.undone);
+  return true;
+}
+
+UndoStack::Steps UndoStack::makeStep(const std::string& name) {
+  Steps one(1);
+  one.back().name = name;
+  one.back().serial = ++lastSerial_;
+  return one;
+}
+
+void UndoStack::add(Steps& one, Steps& removed) noexcept {
   done_.splice(done_.end(), one);
-  while (done_.size() > static_cast<std::size_t>(levels_)) done_.pop_front();
+  while (done_.size() > static_cast<std::size_t>(levels_)) {
+    removed.splice(removed.end(), done_, done_.begin());
+  }
 }
 
 void UndoStack::absorb(Before& before) {
@@ -52,12 +77,6 @@ void UndoStack::absorb(Before& before) {
   undone_.clear();
 }
 
-bool UndoStack::isAtPoint(const PictureState& present) const noexcept {
-  if (done_.empty() || !done_.back().point) return false;
-  const auto* const whole = std::get_if<PictureState>(&done_.back().before);
-  return whole != nullptr && whole->bitmap.sharesPixelsWith(present.bitmap);
-}
-
 bool UndoStack::take(Steps& from, Steps& to, PictureState& present) {
   if (from.empty()) return false;
   Step& step = from.back();
@@ -66,7 +85,6 @@ bool UndoStack::take(Steps& from, Steps& to, PictureState& present) {
   } else {
     std::get<KeptTiles>(step.before).exchangeWith(present.bitmap.writable());
   }
-  step.point = false;
   to.splice(to.end(), from, std::prev(from.end()));
   return true;
 }

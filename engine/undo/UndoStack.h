@@ -20,6 +20,23 @@ class UndoStack {
  public:
   using Before = std::variant<PictureState, KeptTiles>;
 
+ private:
+  struct Step {
+    std::string name;
+    Before before;
+    std::uint64_t serial = 0;
+  };
+  using Steps = std::list<Step>;
+
+ public:
+  /// What an undo point has displaced, for `takeBack`.
+  class Point {
+    friend class UndoStack;
+    std::uint64_t serial = 0;  ///< 0 if there was no level for a step
+    Steps oldest;
+    Steps undone;
+  };
+
   std::int32_t levels() const noexcept { return levels_; }
   /// How many steps are kept at most; the oldest go. 0 empties the stack. Raises RuntimeError 380 below 0.
   void levels(std::int32_t value);
@@ -32,10 +49,11 @@ class UndoStack {
   /// this change too. What it needs of `before` it takes over. On an error nothing has changed.
   void absorb(Before& before);
 
-  /// A step made ahead of a change, for all that follows unrecorded.
-  void recordPoint(const std::string& name, const PictureState& present);
-  /// Whether the latest step is such a point and nothing has happened since.
-  bool isAtPoint(const PictureState& present) const noexcept;
+  /// A step made ahead of a change, for all that follows unrecorded. On an error nothing has changed.
+  Point recordPoint(const std::string& name, const PictureState& present);
+  /// Removes a point and puts back the steps that it displaced. False, and nothing happens, if the point is
+  /// no longer the latest step.
+  bool takeBack(Point& point) noexcept;
 
   /// Exchange the latest step with the picture. False if there is none. On an error nothing has changed.
   bool undo(PictureState& present) { return take(done_, undone_, present); }
@@ -51,19 +69,14 @@ class UndoStack {
   std::size_t memory(const PictureState& present) const;
 
  private:
-  struct Step {
-    std::string name;
-    Before before;
-    bool point = false;
-  };
-  using Steps = std::list<Step>;
-
-  void add(const std::string& name, Before& before, bool point);
+  Steps makeStep(const std::string& name);
+  void add(Steps& one, Steps& removed) noexcept;
   static bool take(Steps& from, Steps& to, PictureState& present);
 
   Steps done_;
   Steps undone_;
   std::int32_t levels_ = 0;
+  std::uint64_t lastSerial_ = 0;
 };
 
 }  // namespace kestrel::engine

@@ -1,6 +1,7 @@
 #include "View.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 #include "engine/effects/Flatten.h"
@@ -17,26 +18,45 @@ constexpr std::int32_t kBorderThickness = 1;
 /// Stands in for a background image; wide, since tiles are laid run by run.
 Bitmap plainTile() { return Bitmap::filled(256, 1, kBehindTransparency); }
 
+class PointOfPicture final : public UndoPoint {
+ public:
+  PointOfPicture(std::shared_ptr<EditablePicture> picture, EditablePicture::UndoPoint point)
+      : picture_(std::move(picture)), point_(std::move(point)) {}
+
+  void TakeBack() override {
+    if (point_) picture_->takeBack(*std::exchange(point_, std::nullopt));
+  }
+
+ private:
+  std::shared_ptr<EditablePicture> picture_;
+  std::optional<EditablePicture::UndoPoint> point_;
+};
+
 }  // namespace
 
 View::View(ClipboardPort& clipboard)
-    : Face(clipboard),
+    : Face(clipboard, std::make_shared<ImagingSettings>()),
       clipboard_(clipboard),
       picture_(std::make_shared<EditablePicture>()),
       background_(plainTile()) {
-  picture_->history().levels(kStartUndoLevels);
+  picture_->undoLevels(kStartUndoLevels);
   picture_->onChange = [this](const PictureChange& change) { pictureChanged(change); };
   picture_->onRollBack = [this](const Rectangle& area) { pictureDrawn(area); };
+  picture_->onStepsChange = [this] { UndoStepsChanged(); };
 }
 
-// Objects that were given out may go on working on the picture, but nobody watches any more.
+// ImgX objects and undo points may outlive the view: detach the callbacks.
 View::~View() {
   picture_->onChange = nullptr;
   picture_->onRollBack = nullptr;
+  picture_->onStepsChange = nullptr;
   gesture_.reset();
 }
 
-std::shared_ptr<kestrel::ImgX> View::ImgX() { return std::make_shared<ImgXObject>(clipboard_, picture_); }
+std::shared_ptr<kestrel::ImgX> View::ImgX() {
+  if (!imgX_ || !imgX_->isBound()) imgX_ = std::make_shared<ImgXObject>(clipboard_, picture_, settings_);
+  return imgX_;
+}
 
 PicturePtr View::Picture() {
   return picture_->empty() ? nullptr : std::make_shared<PictureObject>(picture_->bitmap());
@@ -44,9 +64,9 @@ PicturePtr View::Picture() {
 
 void View::Picture(const PicturePtr& value) {
   if (value) {
-    Document().FromPicture(*value);
+    Document().FromPicture(*value, kNoUndo);
   } else if (!picture_->empty()) {
-    putPicture({}, {});
+    putPicture({}, kNoUndo);
   }
 }
 
@@ -66,7 +86,7 @@ void View::pictureChanged(const PictureChange& change) {
   } else {
     pictureDrawn(change.area);
   }
-  Changed();
+  (change.loaded ? Loaded : Changed)();
 }
 
 void View::pictureDrawn(const Rectangle& area) {
@@ -75,8 +95,6 @@ void View::pictureDrawn(const Rectangle& area) {
   // Averaging reaches into the neighbouring pixels, over one of them at most.
   invalidateView({shown.Left - 2, shown.Top - 2, shown.Width + 4, shown.Height + 4});
 }
-
-void View::UndoLevels(std::int32_t value) { picture_->history().levels(value); }
 
 void View::Undo() {
   cancelGesture();
@@ -88,9 +106,9 @@ void View::Redo() {
   picture_->redo();
 }
 
-void View::CreateUndoPoint(const std::string& name) {
+std::unique_ptr<UndoPoint> View::CreateUndoPoint(const std::string& name) {
   cancelGesture();
-  picture_->createUndoPoint(name);
+  return std::make_unique<PointOfPicture>(picture_, picture_->createUndoPoint(name));
 }
 
 void View::BackgroundImage(const kestrel::Image* value) {

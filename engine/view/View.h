@@ -18,6 +18,8 @@
 
 namespace kestrel::engine {
 
+class ImgXObject;
+
 /// The toolkit-free half of the image view: everything but a window.
 ///
 /// A platform derives from it. It adds the members of `Control`, hands over what the user does, shows what
@@ -53,12 +55,14 @@ class View : public Face<ImageView>, private GestureHost {
   std::int32_t Tool() const override { return tool_; }
   void Tool(std::int32_t value) override;
   std::int32_t UndoLevels() const override { return picture_->history().levels(); }
-  void UndoLevels(std::int32_t value) override;
+  void UndoLevels(std::int32_t value) override { picture_->undoLevels(value); }
   void Undo() override;
   void Redo() override;
+  bool CanUndo() const override { return picture_->history().undoSteps() > 0; }
+  bool CanRedo() const override { return picture_->history().redoSteps() > 0; }
   std::string UndoName() const override { return picture_->history().undoName(); }
   std::string RedoName() const override { return picture_->history().redoName(); }
-  void CreateUndoPoint(const std::string& name) override;
+  std::unique_ptr<UndoPoint> CreateUndoPoint(const std::string& name) override;
   bool Modified() const override { return picture_->modified(); }
   void Modified(bool value) override { picture_->modified(value); }
   void Refresh() override { repaint(); }
@@ -133,9 +137,9 @@ class View : public Face<ImageView>, private GestureHost {
   const ViewAxis& horizontal() const override { return horizontal_; }
   const ViewAxis& vertical() const override { return vertical_; }
   EditablePicture& gesturePicture() override { return *picture_; }
-  Colour drawColor() const override { return parts_.draw.color(); }
-  std::int32_t penWidth() const override { return parts_.draw.PenSetting(); }
-  bool outlined() const override { return parts_.draw.FillMode() == kFillNone; }
+  Colour drawColor() const override { return settings_->drawColor; }
+  std::int32_t penWidth() const override { return settings_->penWidth; }
+  bool outlined() const override { return settings_->fillMode == kFillNone; }
   const Selection& selection() const override { return selection_; }
   void select(const Rectangle& rectangle) override;
   void selectEnded() override;
@@ -173,6 +177,7 @@ class View : public Face<ImageView>, private GestureHost {
 
   ClipboardPort& clipboard_;
   std::shared_ptr<EditablePicture> picture_;
+  std::shared_ptr<ImgXObject> imgX_;
   ViewAxis horizontal_;
   ViewAxis vertical_;
   Painter painter_;

@@ -29,18 +29,29 @@ inline constexpr std::int32_t kPointerCustom = 99;
 /// The undo name under which nothing is recorded.
 inline constexpr char kNoUndo[] = "No Undo";
 
+/// A step recorded ahead of work under "No Undo". It stays when this object goes.
+class UndoPoint {
+ public:
+  virtual ~UndoPoint() = default;
+
+  /// For work that failed: picture, steps and `Modified` are again what they were before the point. Raises
+  /// `Changed` if the picture was another one. Nothing happens if the point is no longer the latest step.
+  virtual void TakeBack() = 0;
+};
+
 /// A control that shows one picture, with zoom, scrolling, a mouse tool, a selection and an undo stack.
 ///
 /// View coordinates are device pixels from the view's top left corner. A change of the picture through the
 /// view's sub-objects records an undo step under the name it is given, sets `Modified` and raises `Changed`.
+/// A picture that `Document` puts in under "No Undo" is a load: it sets `Modified` only.
 class ImageView : public Control, public ImagingFace {
  public:
-  /// An object that works on the view's picture; see `ImgX`. Each call gives one of its own, so that work on
-  /// a picture put into it never disturbs what is shown.
+  /// The view's own object, which works on its picture and shares its settings; see `ImgX`. Each call gives
+  /// the same one, until another picture is put into it: then the next call gives a new one.
   virtual std::shared_ptr<kestrel::ImgX> ImgX() = 0;
 
   /// The picture as an ordinary picture object, null if there is none; writing loads it as the view's
-  /// picture.
+  /// picture, as `Document` does under "No Undo".
   virtual PicturePtr Picture() = 0;
   virtual void Picture(const PicturePtr& value) = 0;
 
@@ -85,11 +96,14 @@ class ImageView : public Control, public ImagingFace {
   /// Take the latest step back, or forth again, and raise `Changed`. Nothing happens on an empty stack.
   virtual void Undo() = 0;
   virtual void Redo() = 0;
+  /// Whether there is a step to take.
+  virtual bool CanUndo() const = 0;
+  virtual bool CanRedo() const = 0;
   /// The name of the step that would be taken; empty if it is unnamed or there is none.
   virtual std::string UndoName() const = 0;
   virtual std::string RedoName() const = 0;
   /// Records the present picture as one step, for work that follows under "No Undo".
-  virtual void CreateUndoPoint(const std::string& name) = 0;
+  virtual std::unique_ptr<UndoPoint> CreateUndoPoint(const std::string& name) = 0;
 
   /// Unsaved changes: set by each change of the picture.
   virtual bool Modified() const = 0;
@@ -131,8 +145,12 @@ class ImageView : public Control, public ImagingFace {
   Event<std::int32_t, std::int32_t, std::int32_t, std::int32_t> MouseMovePixel;
   /// The factor that was written; the view still shows the old one.
   Event<double> BeforeZoomChanged;
-  /// After each change of the picture, undo and redo included.
+  /// After each change of the picture, undo and redo included, but not after a load.
   Event<> Changed;
+  /// After a load.
+  Event<> Loaded;
+  /// The undo steps have changed and the picture has not, by `UndoLevels` or an undo point.
+  Event<> UndoStepsChanged;
   /// The picture stands in the back buffer; a handler may draw over it.
   Event<DeviceContext&> DoubleBufferPaintAfter;
   /// Left, Top, Width, Height during, and at the end of, the drag or move of a selection. A drag that is

@@ -37,8 +37,9 @@ class ImagingFace {
 /// A picture without a view. A new one holds no picture.
 ///
 /// The one that a view gives out works on the view's own picture: what its effects and drawing do is done to
-/// the view, with undo step and `Changed`. A member of its `Document` puts another picture into this object
-/// alone, which from then on stands for itself; the view keeps its picture.
+/// the view, with undo step and `Changed`, and what is set on it is set on the view. A member of its
+/// `Document` puts another picture into this object alone, which from then on has picture and settings of its
+/// own.
 class ImgX : public Object, public ImagingFace {
  public:
   virtual kestrel::Surface& Surface() = 0;

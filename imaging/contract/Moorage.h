@@ -85,6 +85,9 @@ class CommandBar {
   virtual const std::string& Name() const = 0;
   virtual bool Visible() const = 0;
   virtual void Visible(bool value) = 0;
+  /// Whether the menu of the bars offers it to the user, to show and to hide; true at first.
+  virtual bool Listed() const = 0;
+  virtual void Listed(bool value) = 0;
   virtual BarEntries& Entries() = 0;
 };
 
@@ -109,6 +112,7 @@ class Command {
   virtual void Caption(const std::string& value) = 0;
   virtual std::string ShortCaption() const = 0;
   virtual std::string Description() const = 0;
+  virtual void Description(const std::string& value) = 0;
   virtual std::string ToolTip() const = 0;
   virtual void ToolTip(const std::string& value) = 0;
   /// The name of its image, empty if it has none.

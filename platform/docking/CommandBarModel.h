@@ -59,6 +59,8 @@ class CommandBarModel : public CommandBar {
   const std::string& Name() const override { return stored_.name; }
   bool Visible() const override { return stored_.visible; }
   void Visible(bool value) override { show(value, kReasonCode); }
+  bool Listed() const override { return listed_; }
+  void Listed(bool value) override { listed_ = value; }
   BarEntriesModel& Entries() override { return entries_; }
 
   /// Shows or hides it, unless a handler of the event that is raised first cancels it.
@@ -77,6 +79,7 @@ class CommandBarModel : public CommandBar {
  private:
   MoorageModel& suite_;
   StoredBar stored_;
+  bool listed_ = true;
   BarEntriesModel entries_;
 };
 

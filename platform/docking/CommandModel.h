@@ -28,6 +28,7 @@ class CommandModel : public Command {
   void Caption(const std::string& value) override { set(stored_.caption, value); }
   std::string ShortCaption() const override { return stored_.shortCaption; }
   std::string Description() const override { return stored_.description; }
+  void Description(const std::string& value) override { set(stored_.description, value); }
   std::string ToolTip() const override { return toolTip_; }
   void ToolTip(const std::string& value) override { set(toolTip_, value); }
   const std::string& ImageName() const override { return stored_.image; }

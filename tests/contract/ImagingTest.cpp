@@ -301,6 +301,50 @@ TEST_P(Views, KeepTheirPictureWhenAnotherIsPutIntoTheObjectTheyGiveOut) {
   EXPECT_EQ(log_, "");
 }
 
+TEST_P(Views, GiveTheSameObjectAgainWhoseSettingsLastAndAreTheirs) {
+  load(20, 20);
+  const std::shared_ptr<ImgX> object = view().ImgX();
+  EXPECT_EQ(view().ImgX(), object);
+  object->JPEGQuality(31);
+  object->Draw().Color().Value(0x123456);
+  object->Draw().FillMode(kFillSolid);
+  EXPECT_EQ(view().JPEGQuality(), 31);
+  EXPECT_EQ(view().Draw().Color().Value(), 0x123456);
+  EXPECT_EQ(view().Draw().FillMode(), kFillSolid);
+  object->Document().NewImage(8, 8, nullptr);
+  EXPECT_NE(view().ImgX(), object);
+  EXPECT_EQ(view().ImgX()->JPEGQuality(), 31);
+}
+
+TEST_P(Views, DoNotRaiseChangedForALoad) {
+  load(20, 20);
+  log_.clear();
+  view().Picture(platform().CreateCanvas(7, 5)->Picture());
+  EXPECT_EQ(log_, "");
+}
+
+TEST_P(Views, TellWhetherThereIsAStepToTake) {
+  load(20, 20);
+  view().UndoLevels(5);
+  EXPECT_FALSE(view().CanUndo());
+  fill("");
+  EXPECT_TRUE(view().CanUndo());
+  EXPECT_FALSE(view().CanRedo());
+  view().Undo();
+  EXPECT_FALSE(view().CanUndo());
+  EXPECT_TRUE(view().CanRedo());
+}
+
+TEST_P(Views, TakeAnUndoPointBack) {
+  load(20, 20);
+  view().UndoLevels(5);
+  const auto point = view().CreateUndoPoint("Whole");
+  fill(kNoUndo);
+  point->TakeBack();
+  EXPECT_FALSE(view().CanUndo());
+  EXPECT_EQ(view().Image()->GetPixel(5, 5).Red(), 255);
+}
+
 TEST_P(Views, ChangeTheirPictureThroughTheObjectTheyGiveOut) {
   load(20, 10);
   view().ImgX()->Effects().Crop(0, 0, 10, 10);

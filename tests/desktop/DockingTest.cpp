@@ -142,6 +142,20 @@ TEST_F(DockingDesktop, TheBarsMenuHidesTheStatusBarAndUnticksItsCommand) {
   EXPECT_TRUE(bar->isVisible());
 }
 
+TEST_F(DockingDesktop, TheBarsMenuOffersEveryToolBarButTheZoomBar) {
+  for (const char* name : {"Standard", "Tools", "Picture"}) {
+    EXPECT_NE(barMenuEntry(QLatin1String(name)), nullptr) << name;
+  }
+  QList<QAction*> zoom;
+  for (QAction* action : barMenu->actions()) {
+    if (action->text() == QStringLiteral("Zoom")) zoom << action;
+  }
+  ASSERT_EQ(zoom.size(), 1) << "the dock window of that caption";
+  zoom[0]->trigger();
+  EXPECT_FALSE(dock("dkwZoom").isVisible());
+  EXPECT_FALSE(toolBar("Zoom").isVisible());
+}
+
 TEST_F(DockingDesktop, TheBarsMenuLocksTheToolBars) {
   EXPECT_TRUE(toolBar("Standard").isMovable());
   barMenuEntry(QStringLiteral("&Lock the Tool Bars"))->trigger();

@@ -79,7 +79,7 @@ void QtMoorage::fillBarMenu(QMenu& menu) {
                      [show](bool wanted) { guarded([&] { show(wanted); }); });
   };
   for (const auto& bar : CommandBars().all()) {
-    if (bar->kind() == docking::BarKind::MenuBar) continue;
+    if (bar->kind() == docking::BarKind::MenuBar || !bar->Listed()) continue;
     addToggle(translated(bar->Name()), bar->Visible(),
               [model = bar.get()](bool wanted) { model->show(wanted, kReasonUser); });
   }

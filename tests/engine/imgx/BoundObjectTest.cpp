@@ -15,9 +15,65 @@ using ::testing::IsEmpty;
 
 Bitmap pictureOf(ImagingFace& face) { return bitmapOf(*face.Writer().ToPicture()); }
 
-TEST(BoundObject, EachCallGivesOneOfItsOwn) {
+TEST(BoundObject, EachReadGivesTheSameOneUntilAnotherPictureIsPutIntoIt) {
   TestView view;
-  EXPECT_NE(view.ImgX(), view.ImgX());
+  view.load(30, 20);
+  const auto object = view.ImgX();
+  EXPECT_EQ(view.ImgX(), object);
+  view.load(10, 10);
+  view.Effects().Flip(0);
+  EXPECT_EQ(view.ImgX(), object) << "a picture put into the view is the one it works on";
+  object->Document().NewImage(8, 8, nullptr);
+  const auto next = view.ImgX();
+  EXPECT_NE(next, object);
+  EXPECT_EQ(next->Image()->Width(), 10);
+  EXPECT_EQ(object->Image()->Width(), 8);
+  EXPECT_EQ(view.ImgX(), next);
+}
+
+TEST(BoundObject, SettingsLastAndAreTheViewsToo) {
+  TestView view;
+  view.load(30, 20);
+  view.ImgX()->JPEGQuality(30);
+  view.ImgX()->Draw().Color().Value(0x112233);
+  view.ImgX()->Draw().FillMode(kFillSolid);
+  view.ImgX()->Draw().PenSetting(4);
+  view.ImgX()->BackColor(0x445566);
+  EXPECT_EQ(view.ImgX()->JPEGQuality(), 30);
+  EXPECT_EQ(view.JPEGQuality(), 30);
+  EXPECT_EQ(view.Draw().Color().Value(), 0x112233);
+  EXPECT_EQ(view.Draw().FillMode(), kFillSolid);
+  EXPECT_EQ(view.Draw().PenSetting(), 4);
+  EXPECT_EQ(view.ImgX()->BackColor(), 0x445566);
+  view.Draw().Rectangle({0, 0}, {5, 5});
+  EXPECT_EQ(view.Image()->GetPixel(2, 2).Value(), 0x112233);
+  view.Document().NewImage(4, 4, nullptr);
+  EXPECT_EQ(view.Image()->GetPixel(1, 1).Value(), 0x445566);
+
+  view.JPEGQuality(40);
+  view.Draw().Color().Value(7);
+  EXPECT_EQ(view.ImgX()->JPEGQuality(), 40);
+  EXPECT_EQ(view.ImgX()->Draw().Color().Value(), 7);
+}
+
+TEST(BoundObject, OneOnItsOwnBeginsWithTheViewsSettingsAndKeepsItsOwn) {
+  TestView view;
+  view.load(30, 20);
+  view.JPEGQuality(30);
+  view.Draw().Color().Value(0x112233);
+  const auto object = view.ImgX();
+  Colour& held = object->Draw().Color();
+  object->Document().NewImage(8, 8, nullptr);
+  EXPECT_EQ(object->JPEGQuality(), 30);
+  object->JPEGQuality(90);
+  object->Draw().Color().Value(5);
+  object->BackColor(9);
+  EXPECT_EQ(view.JPEGQuality(), 30);
+  EXPECT_EQ(view.Draw().Color().Value(), 0x112233);
+  EXPECT_EQ(view.ImgX()->JPEGQuality(), 30) << "the next read has the view's settings";
+  EXPECT_EQ(view.ImgX()->BackColor(), kNoColor);
+  held.Value(6);
+  EXPECT_EQ(view.Draw().Color().Value(), 6) << "a reference that was taken before remains the view's";
 }
 
 TEST(BoundObject, ReadsTheViewsPictureAsItStandsNow) {
@@ -136,15 +192,12 @@ TEST(BoundObject, ASectionIsWorkedOnAndDrawnBackAsOneStep) {
   EXPECT_TRUE(samePixels(pictureOf(view), before));
 }
 
-TEST(BoundObject, EachFaceHasItsOwnQuality) {
+TEST(BoundObject, AQualityOutsideItsRangeIsBroughtToTheNearerEnd) {
   TestView view;
-  const auto object = view.ImgX();
-  view.JPEGQuality(30);
-  object->JPEGQuality(500);
-  EXPECT_EQ(view.JPEGQuality(), 30);
-  EXPECT_EQ(object->JPEGQuality(), 100);
-  object->JPEGQuality(-4);
-  EXPECT_EQ(object->JPEGQuality(), 1);
+  view.ImgX()->JPEGQuality(500);
+  EXPECT_EQ(view.JPEGQuality(), 100);
+  view.ImgX()->JPEGQuality(-4);
+  EXPECT_EQ(view.JPEGQuality(), 1);
 }
 
 }  // namespace

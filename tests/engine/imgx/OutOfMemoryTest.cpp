@@ -36,7 +36,7 @@ struct Operation {
 std::shared_ptr<EditablePicture> pictureWithHistory() {
   auto picture = std::make_shared<EditablePicture>();
   picture->put({noise(70, 50), 2}, "");
-  picture->history().levels(5);
+  picture->undoLevels(5);
   picture->replacePixels(noise(64, 48, 2), "Whole");
   picture->paint(std::array{Rectangle{3, 3, 30, 40}}, "Drawn", [](Pixels pixels) {
     fill(pixels, 3, 3, 30, 40, {1, 2, 3, 200});
@@ -59,7 +59,7 @@ TEST_P(OutOfMemory, AnywhereInAnOperationLeavesPictureHistoryAndStateAsTheyWere)
   for (long allocations = 0;; ++allocations) {
     const auto picture = pictureWithHistory();
     const Bitmap before = deepCopy(picture->bitmap());
-    ImgXObject object(clipboard, picture);
+    ImgXObject object(clipboard, picture, std::make_shared<ImagingSettings>());
     if (succeedsWith(allocations, [&] { GetParam().run(object, other); })) break;
     ++failures;
     ASSERT_LT(failures, 10000);

@@ -12,8 +12,8 @@ namespace {
 struct Watched : EditablePicture {
   explicit Watched(Bitmap bitmap, std::int32_t levels = 5) {
     put({std::move(bitmap)}, {});
-    history().levels(0);
-    history().levels(levels);
+    undoLevels(0);
+    undoLevels(levels);
     modified(false);
     onChange = [this](const PictureChange& change) { changes.push_back(change); };
   }
@@ -44,6 +44,17 @@ TEST(EditablePicture, PuttingAPictureInTellsThatItIsAnother) {
   EXPECT_EQ(picture.state().format, 7);
   picture.undo();
   EXPECT_EQ(picture.state().format, 0);
+}
+
+TEST(EditablePicture, APicturePutInUnderNoUndoIsALoad) {
+  Watched picture(noise(40, 30));
+  picture.put({noise(4, 4, 2), 7}, kNoUndo);
+  picture.put({noise(4, 4, 3), 7}, "");
+  picture.replacePixels(noise(4, 4, 4), kNoUndo);
+  ASSERT_EQ(picture.changes.size(), 3U);
+  EXPECT_TRUE(picture.changes[0].loaded);
+  EXPECT_FALSE(picture.changes[1].loaded);
+  EXPECT_FALSE(picture.changes[2].loaded);
 }
 
 TEST(EditablePicture, FormatStaysWithThePictureThroughAnEdit) {
@@ -173,18 +184,93 @@ TEST(EditablePicture, AnUndoPointCoversTheUnrecordedWorkThatFollows) {
   EXPECT_EQ(picture.history().redoName(), "Contoured Drop Shadow");
 }
 
-TEST(EditablePicture, AnUnnamedStepRightBehindAnUndoPointIsNoneOfItsOwn) {
+TEST(EditablePicture, AnUnnamedStepRightBehindAnUndoPointIsAStepOfItsOwn) {
   const Bitmap before = noise(100, 100);
   Watched picture(deepCopy(before));
-  picture.createUndoPoint("Contoured Drop Shadow");
+  picture.createUndoPoint("Point");
   picture.draw({0, 0, 50, 50}, {}, "");
-  EXPECT_EQ(picture.history().undoSteps(), 1);
-  EXPECT_EQ(picture.history().undoName(), "Contoured Drop Shadow");
-  picture.draw({0, 0, 50, 50}, {1, 1, 1, 1}, "");
+  EXPECT_EQ(picture.history().undoSteps(), 2);
+  EXPECT_EQ(picture.history().undoName(), "");
+  picture.undo();
+  EXPECT_TRUE(samePixels(picture.bitmap(), before));
+  EXPECT_EQ(picture.history().undoName(), "Point");
+  picture.undo();
+  EXPECT_TRUE(samePixels(picture.bitmap(), before));
+  EXPECT_EQ(picture.history().undoSteps(), 0);
+}
+
+TEST(EditablePicture, AnUndoPointThatIsTakenBackLeavesPictureStepsAndModifiedAsTheyWere) {
+  const Bitmap first = noise(100, 100);
+  Watched picture(deepCopy(first), 2);
+  picture.draw({0, 0, 40, 40}, {1, 1, 1, 1}, "One");
+  picture.draw({0, 0, 40, 40}, {2, 2, 2, 2}, "Two");
+  picture.replacePixels(noise(100, 100, 7), "Three");
+  picture.undo();
+  picture.modified(false);
+  const Bitmap before = deepCopy(picture.bitmap());
+  picture.changes.clear();
+
+  auto point = picture.createUndoPoint("Point");
+  EXPECT_EQ(picture.history().redoSteps(), 0);
+  picture.replacePixels(noise(50, 60, 3), kNoUndo);
+  picture.takeBack(std::move(point));
+  EXPECT_TRUE(samePixels(picture.bitmap(), before));
+  EXPECT_EQ(picture.changes.size(), 2U) << "the change, and its being taken back";
+  EXPECT_FALSE(picture.modified());
+  EXPECT_EQ(picture.history().undoName(), "Two");
+  EXPECT_EQ(picture.history().redoName(), "Three");
+  picture.redo();
+  EXPECT_TRUE(samePixels(picture.bitmap(), noise(100, 100, 7)));
+  picture.undo();
+  picture.undo();
+  EXPECT_EQ(picture.history().undoSteps(), 0)
+      << "two levels kept two steps, and the third displaced the first";
+}
+
+TEST(EditablePicture, TakingBackAPointGivesTheOldestStepBackThatItDisplaced) {
+  const Bitmap first = noise(100, 100);
+  Watched picture(deepCopy(first), 2);
+  picture.draw({0, 0, 40, 40}, {1, 1, 1, 1}, "One");
+  picture.draw({0, 0, 40, 40}, {2, 2, 2, 2}, "Two");
+  auto point = picture.createUndoPoint("Point");
+  EXPECT_EQ(picture.history().undoSteps(), 2);
+  picture.takeBack(std::move(point));
   EXPECT_EQ(picture.history().undoSteps(), 2);
   picture.undo();
   picture.undo();
+  EXPECT_TRUE(samePixels(picture.bitmap(), first));
+}
+
+TEST(EditablePicture, APointIsTakenBackWithoutUndoLevelsToo) {
+  const Bitmap before = noise(20, 20);
+  Watched picture(deepCopy(before), 0);
+  auto point = picture.createUndoPoint("Point");
+  picture.replacePixels(noise(20, 20, 3), kNoUndo);
+  picture.takeBack(std::move(point));
   EXPECT_TRUE(samePixels(picture.bitmap(), before));
+  EXPECT_FALSE(picture.modified());
+}
+
+TEST(EditablePicture, APointIsNotTakenBackOnceAnotherStepIsRecorded) {
+  Watched picture(noise(20, 20));
+  auto point = picture.createUndoPoint("Point");
+  picture.replacePixels(noise(20, 20, 3), "Later");
+  picture.takeBack(std::move(point));
+  EXPECT_TRUE(samePixels(picture.bitmap(), noise(20, 20, 3)));
+  EXPECT_EQ(picture.history().undoSteps(), 2);
+}
+
+TEST(EditablePicture, StepsThatChangeWithoutThePictureAreTold) {
+  Watched picture(noise(20, 20));
+  int told = 0;
+  picture.onStepsChange = [&] { ++told; };
+  auto point = picture.createUndoPoint("Point");
+  EXPECT_EQ(told, 1);
+  picture.takeBack(std::move(point));
+  EXPECT_EQ(told, 2);
+  picture.undoLevels(0);
+  EXPECT_EQ(told, 3);
+  EXPECT_TRUE(picture.changes.empty());
 }
 
 TEST(EditablePicture, ANamedStepBehindAnUndoPointKeepsItsName) {

@@ -29,15 +29,75 @@ TEST(View, APictureThatIsWrittenIsShownAndReadBack) {
   TestView view;
   const Bitmap bitmap = noise(30, 20);
   view.Picture(std::make_shared<PictureObject>(bitmap));
-  EXPECT_THAT(view.take(), ElementsAre("Changed()"));
+  EXPECT_THAT(view.take(), IsEmpty()) << "a load is no edit";
+  EXPECT_TRUE(view.Modified());
+  EXPECT_FALSE(view.CanUndo());
   EXPECT_TRUE(samePixels(bitmapOf(*view.Picture()), bitmap));
   ASSERT_NE(view.Image(), nullptr);
   EXPECT_EQ(view.Image()->Width(), 30);
   view.Picture(nullptr);
   EXPECT_EQ(view.Image(), nullptr);
-  EXPECT_THAT(view.take(), ElementsAre("Changed()"));
-  view.Picture(nullptr);
   EXPECT_THAT(view.take(), IsEmpty());
+}
+
+TEST(View, ALoadIsShownAtOnceAndIsNoChange) {
+  TestView view(200, 100);
+  view.load(30, 20);
+  view.ranges = 0;
+  view.invalid.clear();
+  int loads = 0;
+  const Connection connection = view.Loaded.Connect([&] { ++loads; });
+  view.Document().FromPicture(PictureObject(noise(400, 300)), kNoUndo);
+  EXPECT_THAT(view.take(), IsEmpty());
+  EXPECT_EQ(loads, 1);
+  EXPECT_EQ(view.ranges, 1) << "the scroll bars follow";
+  EXPECT_THAT(view.invalid, Contains(Rectangle{0, 0, 200, 100}));
+  EXPECT_EQ(view.Image()->Width(), 400);
+  view.Document().FromPicture(PictureObject(noise(40, 30)), "");
+  EXPECT_THAT(view.take(), ElementsAre("Changed()"));
+  EXPECT_EQ(loads, 1);
+}
+
+TEST(View, TellsWhetherThereIsAStepToTakeUnnamedOnesIncluded) {
+  TestView view;
+  view.load(noise(30, 20));
+  int told = 0;
+  const Connection connection = view.UndoStepsChanged.Connect([&] { ++told; });
+  EXPECT_FALSE(view.CanUndo());
+  view.Effects().Flip(0, "");
+  EXPECT_TRUE(view.CanUndo());
+  EXPECT_FALSE(view.CanRedo());
+  view.Undo();
+  EXPECT_FALSE(view.CanUndo());
+  EXPECT_TRUE(view.CanRedo());
+  EXPECT_EQ(told, 0) << "Changed tells of these";
+  view.UndoLevels(0);
+  EXPECT_EQ(told, 1);
+  EXPECT_FALSE(view.CanRedo());
+  view.UndoLevels(2);
+  view.CreateUndoPoint("Point");
+  EXPECT_EQ(told, 3);
+  EXPECT_TRUE(view.CanUndo());
+}
+
+TEST(View, AnUndoPointMayBeTakenBackAndMayOutliveTheView) {
+  std::unique_ptr<UndoPoint> point;
+  {
+    TestView view;
+    view.load(noise(30, 20));
+    point = view.CreateUndoPoint("Point");
+    view.Effects().Flip(0, kNoUndo);
+    view.take();
+    point->TakeBack();
+    EXPECT_THAT(view.take(), ElementsAre("Changed()"));
+    EXPECT_FALSE(view.CanUndo());
+    EXPECT_FALSE(view.Modified());
+    EXPECT_TRUE(samePixels(bitmapOf(*view.Picture()), noise(30, 20)));
+    point->TakeBack();
+    EXPECT_THAT(view.take(), IsEmpty()) << "once";
+    point = view.CreateUndoPoint("Another");
+  }
+  EXPECT_NO_THROW(point->TakeBack());
 }
 
 TEST(View, EveryChangeRaisesChangedUndoAndRedoIncluded) {

@@ -70,6 +70,15 @@ TEST(Rounding, GoesToTheNearestAndFromTheMiddleToTheEvenOne) {
   EXPECT_EQ(ToInt32(0.49999999999999994), 0);
 }
 
+TEST(Numbers, SinglesRaiseOverflowBeyondTheirRange) {
+  EXPECT_EQ(ToSingle(0.1), 0.1F);
+  EXPECT_EQ(ToSingle(3.4e38), 3.4e38F);
+  EXPECT_EQ(ToSingle(1e-60), 0.0F);
+  for (const double value : {1e39, -1e39, 3.5e38}) {
+    EXPECT_EQ(numberRaisedBy([&] { ToSingle(value); }), err::kOverflow) << value;
+  }
+}
+
 TEST(Rounding, RaisesOverflowOutsideTheType) {
   EXPECT_EQ(ToInt32(2147483647.4), 2147483647);
   EXPECT_EQ(ToInt32(-2147483648.5), std::numeric_limits<std::int32_t>::min());

@@ -84,6 +84,14 @@ TEST_F(BarsTest, SayNothingWhenTheyAreAsWantedAlready) {
   EXPECT_THAT(events, IsEmpty());
 }
 
+TEST_F(BarsTest, AreListedForTheUserUnlessTheProgramSaysOtherwise) {
+  CommandBarModel& bar = suite.CommandBars().Item("Status Bar");
+  EXPECT_TRUE(bar.Listed());
+  bar.Listed(false);
+  EXPECT_FALSE(bar.Listed());
+  EXPECT_TRUE(bar.Visible());
+}
+
 TEST_F(BarsTest, GiveTheirEntriesByPlaceAndByKey) {
   BarEntriesModel& entries = command("mnuFile").Bar().Entries();
   EXPECT_EQ(entries.Count(), 4);

@@ -90,6 +90,8 @@ class EditingTest : public EditorTest {
     }
     return result;
   }
+  /// The next setting that is asked for can't be read.
+  void loseNextSetting() { recorded_->storeFailsOnce = true; }
   /// One failure is reported by what follows.
   void expectReport() { user().answers(kAnswerOK); }
   std::string undoCaption() { return command("btnEditUndo").Caption(); }

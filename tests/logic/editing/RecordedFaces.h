@@ -46,9 +46,9 @@ class RecordedView final : public RecordingView {
     log_.add(call("SetSelectionRect", left, top, width, height));
     RecordingView::SetSelectionRect(left, top, width, height);
   }
-  void CreateUndoPoint(const std::string& name) override {
+  std::unique_ptr<UndoPoint> CreateUndoPoint(const std::string& name) override {
     log_.add(call("CreateUndoPoint", name));
-    RecordingView::CreateUndoPoint(name);
+    return RecordingView::CreateUndoPoint(name);
   }
   void Undo() override {
     log_.add("Undo()");
@@ -125,7 +125,10 @@ class RecordedPlatform : public Platform {
   kestrel::FormSkin& FormSkin() override { return inner_.FormSkin(); }
   kestrel::WindowFunctions& WindowFunctions() override { return inner_.WindowFunctions(); }
   kestrel::WindowPositions& WindowPositions() override { return inner_.WindowPositions(); }
-  kestrel::RegistryStore& RegistryStore() override { return inner_.RegistryStore(); }
+  kestrel::RegistryStore& RegistryStore() override {
+    if (std::exchange(storeFailsOnce, false)) throw RuntimeError(57, "The settings cannot be read.");
+    return inner_.RegistryStore();
+  }
   kestrel::FileHelpers& FileHelpers() override { return inner_.FileHelpers(); }
   kestrel::UserInterface& UserInterface() override { return inner_.UserInterface(); }
   kestrel::Clipboard& Clipboard() override { return inner_.Clipboard(); }
@@ -137,6 +140,9 @@ class RecordedPlatform : public Platform {
   }
   kestrel::ObjectFactory& ObjectFactory() override { return inner_.ObjectFactory(); }
   kestrel::StackResolver& StackResolver() override { return inner_.StackResolver(); }
+
+  /// The next use of the key store fails.
+  bool storeFailsOnce = false;
 
  private:
   Log& log_;

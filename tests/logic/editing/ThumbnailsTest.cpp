@@ -152,6 +152,14 @@ TEST_P(EditingThumbnails, AFileThatCanNotBeWrittenGivesFalseAndClearsTheStatus) 
   EXPECT_FALSE(exists(file));
 }
 
+TEST_P(EditingThumbnails, AThumbnailThatCanNotBeMadeClearsTheStatusAndGoesToTheCaller) {
+  options().ThumbnailSize(0);
+  EXPECT_THROW(editor().SaveImageThumbnail(path("b_thumb.png")), RuntimeError);
+  EXPECT_EQ(panel("pnlStatus"), "");
+  EXPECT_THAT(platform().FormUtility().pointers(), ElementsAre(kBusyHourglass, kBusyDefault));
+  EXPECT_FALSE(exists(path("b_thumb.png")));
+}
+
 KESTREL_WITH_BOTH_PATHS(EditingThumbnails);
 
 }  // namespace

@@ -34,6 +34,139 @@ TEST_P(EditingUndo, TheCaptionIsTheNameBehindUndoAndTheToolTipHasNoAccelerator) 
   EXPECT_EQ(redoCaption(), "&Redo");
 }
 
+TEST_P(EditingUndo, UndoAndRedoAreEnabledExactlyWhileThereIsAStepToTake) {
+  const auto state = [&] {
+    return std::pair(command("btnEditUndo").Enabled(), command("btnEditRedo").Enabled());
+  };
+  EXPECT_EQ(state(), std::pair(false, false)) << "a new picture";
+  editor().FlipHorizontally();
+  EXPECT_EQ(state(), std::pair(true, false)) << "an unnamed step is a step";
+  editor().FlipVertically();
+  editor().Undo();
+  EXPECT_EQ(state(), std::pair(true, true));
+  editor().Undo();
+  EXPECT_EQ(state(), std::pair(false, true));
+  editor().SetControls(true);
+  EXPECT_EQ(state(), std::pair(false, true)) << "SetControls reads the stack";
+  editor().SetControls(false);
+  EXPECT_EQ(state(), std::pair(false, false));
+  editor().SetControls(true);
+  editor().Redo();
+  EXPECT_EQ(state(), std::pair(true, true));
+  editor().Redo();
+  EXPECT_EQ(state(), std::pair(true, false));
+  editor().Undo();
+  editor().ApplyGrayScale();
+  EXPECT_EQ(state(), std::pair(true, false)) << "a change drops what was undone";
+  editor().UndoLevels(0);
+  EXPECT_EQ(state(), std::pair(false, false)) << "no levels, no steps";
+  editor().FlipVertically();
+  EXPECT_EQ(state(), std::pair(false, false));
+  editor().UndoLevels(3);
+  editor().ImageControl().CreateUndoPoint("Host");
+  EXPECT_EQ(state(), std::pair(true, false)) << "a host's undo point is a step";
+  open(kWidth, kHeight);
+  EXPECT_EQ(state(), std::pair(false, false));
+  EXPECT_FALSE(suite().click("btnEditUndo"));
+}
+
+TEST_P(EditingUndo, AfterANewPictureTheCaptionsArePlainAgain) {
+  editor().SetSelection(5, 5, 10, 10);
+  editor().Cut(true);
+  editor().SetSelection(5, 5, 10, 10);
+  editor().Cut(true);
+  editor().Undo();
+  ASSERT_EQ(undoCaption(), "&Undo Cut");
+  ASSERT_EQ(redoCaption(), "&Redo Cut");
+  ASSERT_TRUE(editor().OpenImage(makePicture("b.png", 2)));
+  EXPECT_EQ(undoCaption(), "&Undo");
+  EXPECT_EQ(redoCaption(), "&Redo");
+  EXPECT_EQ(undoTip(), "Undo");
+  EXPECT_EQ(redoTip(), "Redo");
+}
+
+TEST_P(EditingUndo, AnUnnamedStepBehindAnUndoPointIsAStepOfItsOwn) {
+  const engine::Bitmap before = shown();
+  view().CreateUndoPoint("x");
+  editor().FlipHorizontally();
+  EXPECT_EQ(undoCaption(), "&Undo");
+  editor().Undo();
+  EXPECT_TRUE(same(shown(), before));
+  EXPECT_EQ(undoCaption(), "&Undo x");
+  editor().Undo();
+  EXPECT_TRUE(same(shown(), before));
+  EXPECT_EQ(undoCaption(), "&Undo");
+  EXPECT_EQ(redoCaption(), "&Redo x");
+}
+
+TEST_P(EditingUndo, ASectionBehindAHostsUndoPointIsAStepOfItsOwn) {
+  view().CreateUndoPoint("x");
+  editor().SetSelection(5, 5, 10, 10);
+  editor().FlipHorizontally(true);
+  EXPECT_EQ(undoCaption(), "&Undo");
+  editor().Undo();
+  EXPECT_EQ(undoCaption(), "&Undo x");
+}
+
+TEST_P(EditingUndo, AContouredShadowThatFailsLeavesPictureChangedUndoAndRedoAsTheyWere) {
+  using Editor = ImageProcessingCtl;
+  constexpr std::int32_t kTooFar = 2000000000;
+  const struct {
+    const char* what;
+    std::function<void(Editor&)> run;
+  } failures[] = {
+      {"opacity beyond a byte", [](Editor& e) { e.ApplyMaskedDropShadow(3, 3, 0, 256, 5, 0, false); }},
+      {"an engine error after the mask",
+       [](Editor& e) { e.ApplyMaskedDropShadow(kTooFar, 3, 0, 200, 5, 0, false); }},
+      {"opacity, with a section",
+       [](Editor& e) {
+         e.SetSelection(5, 5, 10, 10);
+         e.ApplyMaskedDropShadow(3, 3, 0, 256, 5, 0, false);
+       }},
+      {"a mask outside the picture",
+       [](Editor& e) {
+         e.SetSelection(-5, 5, 20, 10);
+         e.ApplyMaskedDropShadow(3, 3, 0, 200, 5, 0, true);
+       }},
+      {"a selection outside the picture",
+       [](Editor& e) {
+         e.SetSelection(500, 500, 10, 10);
+         e.ApplyMaskedDropShadow(3, 3, 0, 200, 5, 0, false);
+       }},
+      {"an engine error in the section",
+       [](Editor& e) {
+         e.SetSelection(5, 5, 10, 10);
+         e.ApplyMaskedDropShadow(kTooFar, 3, 0, 200, 5, 0, false);
+       }},
+  };
+  for (const auto& failure : failures) {
+    for (const std::int32_t levels : {0, 2, 10}) {
+      SCOPED_TRACE(failure.what + (" with levels " + ToText(levels)));
+      editor().UndoLevels(levels);
+      show(gradient(kWidth, kHeight));
+      editor().SetSelection(1, 1, 5, 5);
+      editor().Cut(true);
+      editor().FlipVertically();
+      editor().Undo();
+      const engine::Bitmap before = shown();
+      const std::string undo = undoCaption(), redo = redoCaption();
+      const bool canUndo = view().CanUndo(), canRedo = view().CanRedo();
+      editor().Changed(false);
+      view().Modified(false);
+      EXPECT_THROW(failure.run(editor()), RuntimeError);
+      EXPECT_TRUE(same(shown(), before));
+      EXPECT_FALSE(editor().Changed());
+      EXPECT_FALSE(view().Modified());
+      EXPECT_EQ(undoCaption(), undo);
+      EXPECT_EQ(redoCaption(), redo);
+      EXPECT_EQ(view().CanUndo(), canUndo);
+      EXPECT_EQ(view().CanRedo(), canRedo);
+      editor().Redo();
+      EXPECT_EQ(same(shown(), before), !canRedo) << "what was undone can still be had again";
+    }
+  }
+}
+
 TEST_P(EditingUndo, AfterAnUndoTheNextStepsNameIsShownAndChangedStaysTrue) {
   editor().Tool(ipToolRectangle);
   dragSelection({5, 5}, {12, 12});
@@ -147,6 +280,24 @@ TEST_P(EditingUndo, ChangeIsRaisedOncePerRunOfChanges) {
   EXPECT_TRUE(editor().Changed());
 }
 
+TEST_P(EditingUndo, ALoadDoesNotRaiseChange) {
+  std::vector<std::string> names;
+  when(editor().Change, [&] { names.push_back(editor().Filename()); });
+  const std::string a = makePicture("a.png", 2), b = makePicture("b.png", 2, 7, 5);
+  ASSERT_TRUE(editor().OpenImage(a));
+  editor().FlipHorizontally();
+  editor().Changed(false);
+  names.clear();
+  ASSERT_TRUE(editor().OpenImage(b));
+  EXPECT_THAT(names, IsEmpty()) << "the picture is new and the name still the old one";
+  editor().Picture(std::make_shared<engine::PictureObject>(gradient(10, 10)));
+  EXPECT_THAT(names, IsEmpty());
+  EXPECT_FALSE(editor().Changed());
+  editor().FlipHorizontally();
+  editor().FlipVertically();
+  EXPECT_THAT(names, ElementsAre(b)) << "once, on the first change after the load";
+}
+
 TEST_P(EditingUndo, UndoingAllStepsSetsChanged) {
   editor().FlipHorizontally();
   editor().Changed(false);
@@ -208,7 +359,7 @@ TEST_P(EditingUndo, ANewPictureEmptiesTheStackByWriting0AndTheLevelsAgain) {
     EXPECT_FALSE(view().SelectionVisible());
   });
   editor().Picture(std::make_shared<engine::PictureObject>(gradient(10, 10)));
-  EXPECT_THAT(calls(), ElementsAre("Picture", "view.Document.FromPicture(\"\")", "UndoLevels=0",
+  EXPECT_THAT(calls(), ElementsAre("Picture", "view.Document.FromPicture(\"No Undo\")", "UndoLevels=0",
                                    "UndoLevels=5", "Modified=False", "SelectionHeight=0", "SelectionWidth=0",
                                    "SelectionVisible=False"));
   EXPECT_THAT(raised, ElementsAre("PictureSet"));

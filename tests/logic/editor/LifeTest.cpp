@@ -319,6 +319,15 @@ TEST_P(EditorLife, TerminateReleasesTheSinkAndTheSharedOptionsAndDoesNoHarmTwice
   EXPECT_THAT(user().boxes(), IsEmpty());
 }
 
+TEST_P(EditorLife, TerminateClosesTheDockWindows) {
+  start();
+  ASSERT_TRUE(editor().DockWindows()("dkwMaterials").Visible());
+  ASSERT_TRUE(editor().DockWindows()("dkwZoom").Visible());
+  editor().Terminate();
+  EXPECT_FALSE(editor().DockWindows()("dkwMaterials").Visible());
+  EXPECT_FALSE(editor().DockWindows()("dkwZoom").Visible());
+}
+
 TEST_P(EditorLife, TheSinkIsNotKeptAlive) {
   start();
   EXPECT_EQ(editor().EventSink(), nullptr);

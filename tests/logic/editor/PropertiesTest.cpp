@@ -309,6 +309,53 @@ TEST_P(EditorState, TheReadOnlyPropertiesGiveThePartsOfTheEditor) {
   EXPECT_NE(editor().MaterialsWindow(), nullptr);
 }
 
+/// Its sub-objects can be made to fail.
+class BrokenView final : public RecordingView {
+ public:
+  using RecordingView::RecordingView;
+  kestrel::Image* Image() override {
+    failIfBroken();
+    return RecordingView::Image();
+  }
+  std::shared_ptr<kestrel::ImgX> ImgX() override {
+    failIfBroken();
+    return RecordingView::ImgX();
+  }
+  kestrel::Writer& Writer() override {
+    failIfBroken();
+    return RecordingView::Writer();
+  }
+
+  bool fails = false;
+
+ private:
+  void failIfBroken() const {
+    if (fails) throw RuntimeError(err::kObjectNotSet, "The view is gone.");
+  }
+};
+
+class EditorWithABrokenView : public EditorTest {
+ protected:
+  std::unique_ptr<RecordingView> makeView() override {
+    return std::make_unique<BrokenView>(log(), platform().desktop(), &site(), "igxImage",
+                                        platform().Clipboard(), platform().files());
+  }
+};
+
+TEST_P(EditorWithABrokenView, PropertyGettersPassOverWhatFailsAndGiveNothing) {
+  startWithPicture();
+  auto& broken = dynamic_cast<BrokenView&>(view());
+  broken.fails = true;
+  EXPECT_EQ(editor().Image(), nullptr);
+  EXPECT_EQ(editor().ImgX(), nullptr);
+  EXPECT_EQ(editor().Picture(), nullptr);
+  EXPECT_EQ(editor().EventSink(), nullptr);
+  EXPECT_THAT(user().boxes(), IsEmpty());
+  broken.fails = false;
+  EXPECT_NE(editor().ImgX(), nullptr);
+}
+
+KESTREL_WITH_BOTH_PATHS(EditorWithABrokenView);
 KESTREL_WITH_BOTH_PATHS(EditorProperties);
 KESTREL_WITH_BOTH_PATHS(EditorColours);
 KESTREL_WITH_BOTH_PATHS(EditorState);

@@ -117,6 +117,31 @@ TEST_P(EditorZoom, ATypedFactorIsNotRoundedToTheSteps) {
   EXPECT_EQ(panel("pnlZoom"), "3.3:1 (330%)");
 }
 
+TEST_P(EditorZoom, AFactorWithAPointInItsTextIsShownWithItsPointThoughTheDecimalIsZero) {
+  suite().typeComboText("cboZoom", "1.04:1");
+  EXPECT_EQ(view().Zoom(), static_cast<double>(1.04F));
+  EXPECT_EQ(comboText(), "1.:1");
+  EXPECT_EQ(panel("pnlZoom"), "1.:1 (100%)");
+  EXPECT_TRUE(enabled("btnZoomActualSize")) << "it is not 1.0";
+}
+
+TEST_P(EditorZoom, ANegativeFactorIsTakenAsItIsAndOnlyZoomInRemains) {
+  suite().typeComboText("cboZoom", "-2:1");
+  EXPECT_THAT(log().entries(), ElementsAre("Zoom=-2"));
+  EXPECT_EQ(panel("pnlZoom"), "-2:1 (-200%)");
+  EXPECT_FALSE(enabled("btnZoomOut"));
+  EXPECT_TRUE(enabled("btnZoomIn"));
+}
+
+TEST_P(EditorZoom, TheNumberEndsAtTheFirstColon) {
+  suite().typeComboText("cboZoom", "3:7:1");
+  EXPECT_EQ(view().Zoom(), 3.0);
+  suite().typeComboText("cboZoom", "4");
+  EXPECT_EQ(view().Zoom(), 3.0);
+  suite().typeComboText("cboZoom", ":1");
+  EXPECT_THAT(log().entries().back(), "Zoom=0") << "nothing before the colon is no number";
+}
+
 TEST_P(EditorZoom, AnEntryOfTheComboSetsItsFactor) {
   EXPECT_TRUE(suite().chooseItem("cboZoom", 25));
   EXPECT_EQ(view().Zoom(), 25.0);
@@ -130,6 +155,18 @@ TEST_P(EditorZoom, ATextWithoutAColonLeavesTheLevelAndIsNotReported) {
   EXPECT_THAT(log().entries(), ElementsAre("Zoom=3")) << "written with the old value";
   EXPECT_EQ(view().Zoom(), 3.0);
   EXPECT_EQ(comboText(), "3:1");
+  EXPECT_THAT(user().boxes(), IsEmpty());
+}
+
+TEST_P(EditorZoom, ANumberThatDoesNotFitASingleIsPassedOver) {
+  for (const char* text : {"1e39:1", "-1e39:1", "3.5e38:1", "1e400:1"}) {
+    suite().typeComboText("cboZoom", "3:1");
+    log().clear();
+    suite().typeComboText("cboZoom", text);
+    EXPECT_THAT(log().entries(), ElementsAre("Zoom=3")) << text << ": written with the old value";
+    EXPECT_EQ(comboText(), "3:1");
+    EXPECT_EQ(panel("pnlZoom"), "3:1 (300%)");
+  }
   EXPECT_THAT(user().boxes(), IsEmpty());
 }
 
@@ -187,6 +224,13 @@ TEST_P(EditorZoom, TheZoomBarIsVisibleExactlyWithTheZoomTool) {
   EXPECT_TRUE(suite().CommandBars()("Zoom").Visible());
   editor().Tool(ipToolPan);
   EXPECT_FALSE(suite().CommandBars()("Zoom").Visible());
+}
+
+TEST_P(EditorZoom, TheZoomBarAloneIsNotOfferedInTheBarsMenu) {
+  for (std::int32_t i = 1; i <= suite().CommandBars().Count(); ++i) {
+    CommandBar& bar = suite().CommandBars().Item(i);
+    EXPECT_EQ(bar.Listed(), bar.Name() != "Zoom") << bar.Name();
+  }
 }
 
 TEST_P(EditorZoom, TheGridIsMadeOfTheOptions) {

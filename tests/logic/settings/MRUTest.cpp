@@ -35,6 +35,7 @@ class ListCommand : public Command, public CommandItems {
   void Caption(const std::string&) override {}
   std::string ShortCaption() const override { return {}; }
   std::string Description() const override { return {}; }
+  void Description(const std::string&) override {}
   std::string ToolTip() const override { return {}; }
   void ToolTip(const std::string&) override {}
   const std::string& ImageName() const override { return name_; }
