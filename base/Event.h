@@ -36,14 +36,15 @@ class [[nodiscard]] Connection {
 ///
 /// In-out arguments are references (`Event<std::string&, bool&>`). A handler may connect and disconnect
 /// handlers, and destroy the event itself, while it is being raised: handlers that are disconnected are no
-/// longer called, those that come in are called from the next time on. An error that a handler lets out
-/// ends the round and reaches whoever raised the event.
+/// longer called, those that come in are called from the next time on. Destroying the event disconnects all.
+/// An error that a handler lets out ends the round and reaches whoever raised the event.
 template <typename... Args>
 class Event {
  public:
   using Handler = std::function<void(Args...)>;
 
   Event() = default;
+  ~Event() { DisconnectAll(); }
   Event(const Event&) = delete;
   Event& operator=(const Event&) = delete;
 
@@ -54,6 +55,12 @@ class Event {
       slot->connected = false;
       if (auto slots = weakSlots.lock()) std::erase(*slots, slot);
     });
+  }
+
+  /// Ends a round that is under way too: no further handler is called.
+  void DisconnectAll() {
+    for (const auto& slot : *slots_) slot->connected = false;
+    slots_->clear();
   }
 
   void operator()(Args... args) const {

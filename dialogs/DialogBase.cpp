@@ -28,7 +28,9 @@ DialogBase::~DialogBase() {
   QDK_RESUME_NEXT(iForm->Unload());
 }
 
-bool DialogBase::ShowModal() { return modProcessing::FormUtility().ShowDialog(*iForm, kModal, nullptr); }
+bool DialogBase::ShowModal(Control* Owner) {
+  return modProcessing::FormUtility().ShowDialog(*iForm, kModal, Owner);
+}
 
 void DialogBase::Form_Activate() {
   try {
@@ -55,7 +57,8 @@ void DialogBase::ApplyLook() { QDK_RESUME_NEXT(modProcessing::FormSkin().ApplyTo
 bool DialogBase::IsWindowVisible() { return modProcessing::WindowFunctions().IsWindowVisible(iForm->hWnd()); }
 
 void DialogBase::Exclaim(const std::string& text) {
-  modProcessing::Platform().UserInterface().MessageBox(text, kBoxExclamation, iForm->Caption());
+  modProcessing::Platform().UserInterface().MessageBox(text, kBoxExclamation, iForm->Caption(),
+                                                       iForm->hWnd());
 }
 
 void DialogBase::MakeNumberBox(TextBox& box) {

@@ -29,8 +29,9 @@ class DialogBase : public Object {
 
   kestrel::Form& Form() { return *iForm; }
 
-  /// Shows the dialog, returns when the user is done with it, and returns `Success`.
-  bool ShowModal();
+  /// Shows the dialog over its owner, returns when the user is done with it or the owner is destroyed, and
+  /// returns `Success`.
+  bool ShowModal(Control* Owner = nullptr);
 
  protected:
   /// Makes the window of that name. Raises RuntimeError 730 if it lacks a control.

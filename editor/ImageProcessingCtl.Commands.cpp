@@ -86,13 +86,13 @@ void ImageProcessingCtl::mrgUI_CommandClick(Command& Command) {
 
 void ImageProcessingCtl::zRequestExit() {
   Cancel();
-  ExitRequest();
+  zRaise(ExitRequest);
   iTerminated = true;
 }
 
 void ImageProcessingCtl::zOpenRecent(Command& Command) {
   if (!pShowMRU) {
-    iPlatform.UserInterface().MessageBox("MRU functionality is not available.", kBoxInformation);
+    zMessageBox("MRU functionality is not available.", kBoxInformation);
     return;
   }
   OpenImage(Command.SelectedItem().Text);
@@ -100,7 +100,7 @@ void ImageProcessingCtl::zOpenRecent(Command& Command) {
 
 void ImageProcessingCtl::zRequestSimpleSave() {
   bool Saved = false;
-  SimpleSaveRequest(Saved);
+  zRaise(SimpleSaveRequest, Saved);
   if (Saved) Changed(false);
 }
 
@@ -119,7 +119,7 @@ void ImageProcessingCtl::zShowHelp() {
     Required(iHelp).ShowTopic("default.html", 0);
   } catch (const RuntimeError& error) {
     if (error.Number() != err::kFileNotFound) throw;
-    iPlatform.UserInterface().MessageBox(error.Description(), kBoxExclamation, "Help");
+    zMessageBox(error.Description(), kBoxExclamation, "Help");
   }
 }
 
@@ -127,7 +127,7 @@ void ImageProcessingCtl::zShowAbout() {
   const AppInfo& app = iPlatform.App();
   const std::string Version =
       "Version " + ToText(app.Major()) + "." + ToText(app.Minor()) + "." + ToText(app.Revision());
-  iPlatform.UserInterface().AboutBox(app.Title(), Version, nullptr);
+  if (!iRetired) iPlatform.UserInterface().AboutBox(app.Title(), Version, nullptr, UserControl.hWnd());
 }
 
 void ImageProcessingCtl::mrgUI_CommandHighlight(Command& Command, std::int32_t HighlightState) {

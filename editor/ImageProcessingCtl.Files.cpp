@@ -65,26 +65,25 @@ bool ImageProcessingCtl::OpenImage(std::string Filename) {
   try {
     Cancel();
     if (Filename.empty()) {
-      RequestOpenFilename(Filename, CancelDefault);
-      if (const auto sink = EventSink()) sink->RequestOpenFilename(Filename, CancelDefault);
+      zRaise(RequestOpenFilename, Filename, CancelDefault);
+      zTellSink([&](IImageEvents& Sink) { Sink.RequestOpenFilename(Filename, CancelDefault); });
     }
     if (Filename.empty() && !CancelDefault) {
       iIsSave = false;
       ImgXDialog& dialog = Required(pDialog);
       dialog.Filter(kOpenFilter);
       dialog.Flags(kOpenFlags);
-      if (dialog.ShowOpen()) Filename = dialog.Filename();
+      if (zShowFileDialog(false)) Filename = dialog.Filename();
     }
-    if (Filename.empty()) return false;
+    if (Filename.empty() || iRetired) return false;
 
     Status("Opening image...", true, false);
     try {
       igxImage.Document().FromFile(Filename, 0, kNoUndo);
     } catch (...) {
       const DescribedError error = DescribeErrorToShow();
-      iPlatform.UserInterface().MessageBox(
-          "Unable to open image \"" + Filename + "\" due to error \"" + error.Description + "\".",
-          kBoxExclamation, "Open Image");
+      zMessageBox("Unable to open image \"" + Filename + "\" due to error \"" + error.Description + "\".",
+                  kBoxExclamation, "Open Image");
       Failed = true;
     }
     if (!Failed) {
@@ -94,8 +93,9 @@ bool ImageProcessingCtl::OpenImage(std::string Filename) {
       Required(pMRU).AddFile(pFilename);
       zPictureSet();
       Result = true;
-      ImageOpen(pFilename);
-      if (const auto sink = EventSink()) sink->ImageOpen(pFilename);
+      const std::string Opened = pFilename;
+      zRaise(ImageOpen, Opened);
+      zTellSink([&](IImageEvents& Sink) { Sink.ImageOpen(Opened); });
     }
     Status("", true, false);
   } catch (...) {
@@ -115,7 +115,7 @@ void ImageProcessingCtl::zPictureSet() {
     Changed(false);
     ResetSelection();
     zTellOfFile();
-    PictureSet();
+    zRaise(PictureSet);
   } catch (...) {
     QDK_TRAILER(zPictureSet, QDK_PARAMETERS(), QDK_LOCALS());
   }
@@ -149,8 +149,8 @@ bool ImageProcessingCtl::zSaveImage(std::string Filename, std::int32_t ForcedFor
   try {
     Format = Required(igxImage.Image()).Format();
     if (Filename.empty() || !modImgX::IsValidSaveFormat(Format)) {
-      RequestSaveFilename(Filename, CancelDefault);
-      if (const auto sink = EventSink()) sink->RequestSaveFilename(Filename, CancelDefault);
+      zRaise(RequestSaveFilename, Filename, CancelDefault);
+      zTellSink([&](IImageEvents& Sink) { Sink.RequestSaveFilename(Filename, CancelDefault); });
       if (Filename.empty() && !CancelDefault) {
         iIsSave = true;
         ImgXDialog& dialog = Required(pDialog);
@@ -159,13 +159,13 @@ bool ImageProcessingCtl::zSaveImage(std::string Filename, std::int32_t ForcedFor
         dialog.Filename(pFilename);
         // From here on a name stands as it was typed, in later open dialogs too.
         dialog.DefaultExt("");
-        if (dialog.ShowSave()) {
+        if (zShowFileDialog(true)) {
           Filename = modImgX::FixDuplicateExtension(dialog.Filename());
           SaveThumbnail = iResources && iResources->chkThumbnail().Value() == 1;
         }
       }
     }
-    if (Filename.empty()) return false;
+    if (Filename.empty() || iRetired) return false;
 
     Status("Saving image...", true, false);
     FileHelpers& files = iPlatform.FileHelpers();
@@ -180,9 +180,8 @@ bool ImageProcessingCtl::zSaveImage(std::string Filename, std::int32_t ForcedFor
       igxImage.Writer().ToFile(Filename, Format, 0, true);
     } catch (...) {
       const DescribedError error = DescribeErrorToShow();
-      iPlatform.UserInterface().MessageBox(
-          "Unable to save image \"" + Filename + "\" due to error \"" + error.Description + "\".",
-          kBoxExclamation, "Save Image");
+      zMessageBox("Unable to save image \"" + Filename + "\" due to error \"" + error.Description + "\".",
+                  kBoxExclamation, "Save Image");
       Failed = true;
     }
     if (!Failed) {
@@ -198,8 +197,8 @@ bool ImageProcessingCtl::zSaveImage(std::string Filename, std::int32_t ForcedFor
         QDK_RESUME_NEXT(mFormat = modImgX::GetSaveFormatFromFilename(Filename, files));
         QDK_RESUME_NEXT(Required(pMRU).AddFile(pFilename));
         Result = true;
-        QDK_RESUME_NEXT(ImageSave(pFilename));
-        QDK_RESUME_NEXT(if (const auto sink = EventSink()) sink->ImageSave(Filename));
+        QDK_RESUME_NEXT(zRaise(ImageSave, std::string(pFilename)));
+        QDK_RESUME_NEXT(zTellSink([&](IImageEvents& Sink) { Sink.ImageSave(Filename); }));
       } else {
         // A copy was saved: the picture itself still is not.
         QDK_RESUME_NEXT(igxImage.Modified(true));
@@ -223,9 +222,9 @@ bool ImageProcessingCtl::SaveChanges() {
     Cancel();
     if (!igxImage.Modified()) return true;
     Name = pFilename.empty() ? "Untitled" : pFilename;
-    Answer = iPlatform.UserInterface().MessageBox(
-        "Changes have been made file \"" + Name + "\".\r\rDo you want to save these changes?",
-        kBoxYesNoCancel + kBoxQuestion, "Save Changes");
+    Answer =
+        zMessageBox("Changes have been made file \"" + Name + "\".\r\rDo you want to save these changes?",
+                    kBoxYesNoCancel + kBoxQuestion, "Save Changes");
     if (Answer == kAnswerYes) Result = SaveImage();
     if (Answer == kAnswerNo) Result = true;
   } catch (...) {

@@ -48,7 +48,7 @@ void ImageProcessingCtl::Rotate(float Angle, OLE_COLOR BackColor, bool ApplyToSe
 std::int32_t ImageProcessingCtl::ShowRotateDialog() {
   frmRotate dialog;
   dialog.Preview().OriginalPicture(&igxImage);
-  if (!dialog.ShowModal()) return 0;
+  if (!zShowDialog(dialog)) return 0;
   const std::int32_t angle = ToInt32(Val(dialog.ResultData));
   Rotate(static_cast<float>(angle), ipUseDefault, zHasSelection());
   return angle;

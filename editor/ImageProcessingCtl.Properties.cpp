@@ -11,7 +11,7 @@ void ImageProcessingCtl::AllowUnmodifiedHotKeys(bool Value) {
   try {
     if (Value == pAllowUnmodifiedHotKeys) return;
     pAllowUnmodifiedHotKeys = Value;
-    UserControl.PropertyChanged("AllowUnmodifiedHotKeys");
+    zPropertyChanged("AllowUnmodifiedHotKeys");
     zInitSubControls();
   } catch (...) {
     QDK_TRAILER(AllowUnmodifiedHotKeys, QDK_PARAMETERS(Value), QDK_LOCALS());
@@ -22,7 +22,7 @@ void ImageProcessingCtl::UseSimpleTools(bool Value) {
   try {
     if (Value == pUseSimpleTools) return;
     pUseSimpleTools = Value;
-    UserControl.PropertyChanged("UseSimpleTools");
+    zPropertyChanged("UseSimpleTools");
     zInitSubControls();
   } catch (...) {
     QDK_TRAILER(UseSimpleTools, QDK_PARAMETERS(Value), QDK_LOCALS());
@@ -33,7 +33,7 @@ void ImageProcessingCtl::ShowDrawingTools(bool Value) {
   try {
     if (Value == pShowDrawingTools) return;
     pShowDrawingTools = Value;
-    UserControl.PropertyChanged("ShowDrawingTools");
+    zPropertyChanged("ShowDrawingTools");
     zInitSubControls();
   } catch (...) {
     QDK_TRAILER(ShowDrawingTools, QDK_PARAMETERS(Value), QDK_LOCALS());
@@ -44,7 +44,7 @@ void ImageProcessingCtl::UseSimpleSave(bool Value) {
   try {
     if (Value == pUseSimpleSave) return;
     pUseSimpleSave = Value;
-    UserControl.PropertyChanged("UseSimpleSave");
+    zPropertyChanged("UseSimpleSave");
     zInitSubControls();
   } catch (...) {
     QDK_TRAILER(UseSimpleSave, QDK_PARAMETERS(Value), QDK_LOCALS());
@@ -55,7 +55,7 @@ void ImageProcessingCtl::ShowClose(bool Value) {
   try {
     if (Value == pShowClose) return;
     pShowClose = Value;
-    UserControl.PropertyChanged("ShowClose");
+    zPropertyChanged("ShowClose");
     zInitSubControls();
   } catch (...) {
     QDK_TRAILER(ShowClose, QDK_PARAMETERS(Value), QDK_LOCALS());
@@ -66,7 +66,7 @@ void ImageProcessingCtl::ShowOpen(bool Value) {
   try {
     if (Value == pShowOpen) return;
     pShowOpen = Value;
-    UserControl.PropertyChanged("ShowOpen");
+    zPropertyChanged("ShowOpen");
     // Who may open nothing has no use for recent files. The other way round it does not hold.
     pShowMRU = pShowOpen;
     zInitSubControls();
@@ -90,7 +90,7 @@ void ImageProcessingCtl::ShowMenuBar(bool Value) {
   try {
     if (Value == pShowMenuBar) return;
     pShowMenuBar = Value;
-    UserControl.PropertyChanged("ShowMenuBar");
+    zPropertyChanged("ShowMenuBar");
     CommandBars()("Menu Bar").Visible(Value && UserControl.UserMode());
   } catch (...) {
     QDK_TRAILER(ShowMenuBar, QDK_PARAMETERS(Value), QDK_LOCALS());
@@ -101,7 +101,7 @@ void ImageProcessingCtl::AutoUpdateGlobal(bool Value) {
   try {
     if (Value == pAutoUpdateGlobal) return;
     pAutoUpdateGlobal = Value;
-    UserControl.PropertyChanged("AutoUpdateGlobal");
+    zPropertyChanged("AutoUpdateGlobal");
     UserControl.Refresh();
   } catch (...) {
     QDK_TRAILER(AutoUpdateGlobal, QDK_PARAMETERS(Value), QDK_LOCALS());
@@ -122,7 +122,7 @@ void ImageProcessingCtl::BackColor(OLE_COLOR Value) {
       igxImage.Draw().FillMode(kFillNone);
     }
     if (pAutoUpdateGlobal) Options().MaterialBackColor(Value);
-    BackColorChange(Value);
+    zRaise(BackColorChange, Value);
   } catch (...) {
     QDK_TRAILER(BackColor, QDK_PARAMETERS(Value), QDK_LOCALS());
   }
@@ -134,7 +134,7 @@ void ImageProcessingCtl::ForeColor(OLE_COLOR Value) {
     pForeColor = Value;
     if (pBackColor == kNoColor) igxImage.Draw().Color().Value(pForeColor);
     if (pAutoUpdateGlobal) Options().MaterialForeColor(Value);
-    ForeColorChange(Value);
+    zRaise(ForeColorChange, Value);
   } catch (...) {
     QDK_TRAILER(ForeColor, QDK_PARAMETERS(Value), QDK_LOCALS());
   }

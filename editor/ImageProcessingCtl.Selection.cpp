@@ -96,7 +96,7 @@ void ImageProcessingCtl::Cut(bool UseSelection) {
 
 void ImageProcessingCtl::zBeginPaste() {
   if (!iPlatform.Clipboard().GetFormat(kClipboardBitmap)) {
-    iPlatform.UserInterface().MessageBox("Nothing to paste.", kBoxExclamation, "Paste");
+    zMessageBox("Nothing to paste.", kBoxExclamation, "Paste");
     return;
   }
   kestrel::ImgX& scratch = Required(pImage);
@@ -187,8 +187,7 @@ void ImageProcessingCtl::zCropOrTell() {
   try {
     CropToSelection();
   } catch (...) {
-    iPlatform.UserInterface().MessageBox("Failed to crop image: " + DescribeErrorToShow().Description,
-                                         kBoxExclamation, "Crop");
+    zMessageBox("Failed to crop image: " + DescribeErrorToShow().Description, kBoxExclamation, "Crop");
   }
 }
 

@@ -67,7 +67,7 @@ void ImageProcessingCtl::Tool(ImageProcessingToolConstants Value) {
     igxImage.Tool(ViewTool(Value));
     igxImage.MousePointer(ViewPointer(Value));
     ResetSelection();
-    ToolChange(pTool);
+    zRaise(ToolChange, Value);
   } catch (...) {
     QDK_TRAILER(Tool, QDK_PARAMETERS(Value), QDK_LOCALS());
   }
@@ -138,7 +138,7 @@ void ImageProcessingCtl::igxImage_MouseUp(std::int32_t Button, std::int32_t Shif
     if (Button == kRightButton) {
       const bool inSelection = modImgX::InImageSelection(igxImage, ToInt32(static_cast<double>(X)),
                                                          ToInt32(static_cast<double>(Y)), false);
-      mrgUI.ShowPopup(Commands()(inSelection ? "mnuSelectionContext" : "mnuImageContext"));
+      zShowPopup(inSelection ? "mnuSelectionContext" : "mnuImageContext");
     }
   } catch (...) {
     QDK_TRAILER(igxImage_MouseUp, QDK_PARAMETERS(Button, Shift, X, Y), QDK_LOCALS(Pixel, Color));

@@ -71,7 +71,7 @@ void ImageProcessingCtl::Changed(bool Value) {
   try {
     if (Value == pChanged) return;
     pChanged = Value;
-    if (Value) Change();
+    if (Value) zRaise(Change);
   } catch (...) {
     QDK_TRAILER(Changed, QDK_PARAMETERS(Value), QDK_LOCALS());
   }
@@ -81,7 +81,7 @@ void ImageProcessingCtl::UndoLevels(std::int32_t Value) {
   try {
     if (Value == pUndoLevels) return;
     pUndoLevels = Value;
-    UserControl.PropertyChanged("UndoLevels");
+    zPropertyChanged("UndoLevels");
     igxImage.UndoLevels(Value);
   } catch (...) {
     QDK_TRAILER(UndoLevels, QDK_PARAMETERS(Value), QDK_LOCALS());

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "base/Numbers.h"
+#include "base/Required.h"
 #include "diagnostics/Trailer.h"
 #include "imaging/modImgX.h"
 #include "settings/modProcessing.h"
@@ -52,7 +53,9 @@ ImageProcessingCtl::ImageProcessingCtl(Site& site)
 }
 
 // The container may have destroyed the child controls already.
-ImageProcessingCtl::~ImageProcessingCtl() { zRelease(); }
+ImageProcessingCtl::~ImageProcessingCtl() {
+  if (!iRetired) zRelease();
+}
 
 void ImageProcessingCtl::Usercontrol_Initialize() {
   std::int32_t Entry = 0;
@@ -257,13 +260,62 @@ void ImageProcessingCtl::Terminate() {
 }
 
 void ImageProcessingCtl::zRelease() {
+  const auto release = [this](auto& window) {
+    if (window && iPlatform.Calls.Any()) iUnloaded.push_back(std::move(window));
+    window.reset();
+  };
   QDK_RESUME_NEXT(iHelp.reset());
-  QDK_RESUME_NEXT(iResources.reset());
-  QDK_RESUME_NEXT(fltMaterials.reset());
-  QDK_RESUME_NEXT(fltZoom.reset());
+  QDK_RESUME_NEXT(release(iResources));
+  QDK_RESUME_NEXT(if (fltMaterials) fltMaterials->Form().Unload());
+  QDK_RESUME_NEXT(release(fltMaterials));
+  QDK_RESUME_NEXT(if (fltZoom) fltZoom->Form().Unload());
+  QDK_RESUME_NEXT(release(fltZoom));
   QDK_RESUME_NEXT(if (pEventSink) pEventSink->Object(nullptr));
   QDK_RESUME_NEXT(pEventSink.reset());
   QDK_RESUME_NEXT(modProcessing::KillShared());
+}
+
+void ImageProcessingCtl::Retire() {
+  iRetired = true;
+  ExitRequest.DisconnectAll();
+  ImageOpen.DisconnectAll();
+  ImageSave.DisconnectAll();
+  RequestOpenFilename.DisconnectAll();
+  RequestSaveFilename.DisconnectAll();
+  WindowClosed.DisconnectAll();
+  ForeColorChange.DisconnectAll();
+  BackColorChange.DisconnectAll();
+  ToolChange.DisconnectAll();
+  PictureSet.DisconnectAll();
+  SimpleSaveRequest.DisconnectAll();
+  Change.DisconnectAll();
+  iConnections.clear();
+  zRelease();
+}
+
+std::int32_t ImageProcessingCtl::zMessageBox(const std::string& Text, std::int32_t Style,
+                                             const std::string& Title) {
+  if (iRetired) return kAnswerCancel;
+  return iPlatform.UserInterface().MessageBox(Text, Style, Title, UserControl.hWnd());
+}
+
+void ImageProcessingCtl::zPropertyChanged(const char* Name) {
+  const OpenCalls::Call Call(iPlatform.Calls);
+  if (!iRetired) UserControl.PropertyChanged(Name);
+}
+
+bool ImageProcessingCtl::zShowDialog(DialogBase& Dialog) {
+  return !iRetired && Dialog.ShowModal(&UserControl);
+}
+
+bool ImageProcessingCtl::zShowFileDialog(bool Save) {
+  if (iRetired) return false;
+  return Save ? Required(pDialog).ShowSave() : Required(pDialog).ShowOpen();
+}
+
+void ImageProcessingCtl::zShowPopup(const char* Menu) {
+  const OpenCalls::Call Call(iPlatform.Calls);
+  if (!iRetired) mrgUI.ShowPopup(Commands()(Menu));
 }
 
 // -- What the container asks ------------------------------------------------------------------------------

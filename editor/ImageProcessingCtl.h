@@ -4,11 +4,14 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "base/Event.h"
 #include "base/Object.h"
+#include "base/OpenCalls.h"
 #include "diagnostics/modTollgarthSupport.h"
+#include "dialogs/DialogBase.h"
 #include "dialogs/frmResources.h"
 #include "editor/interface/IImageProcessingCtl.h"
 #include "host/interface/IImageEvents.h"
@@ -49,6 +52,13 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   /// Closes the dock windows and lets go of all windows and of the sink. A host may call it early; a second
   /// call does no harm.
   void Terminate();
+  /// The container has lost its host: terminates, raises no event from now on and shows no dialog, and
+  /// members that were to store a file or settings give up.
+  ///
+  /// A container whose host ends it in an event, or while a dialog is open, calls this and destroys the
+  /// control when the platform's `Calls` have returned and no member is on the stack any more. Destroying the
+  /// control inside one of its own members is an error.
+  void Retire();
 
   // -- What the host may switch ---------------------------------------------------------------------------
 
@@ -232,6 +242,24 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   struct StoredProperty;
   struct CommandRow;
 
+  // Calls to host and user, in which the host may end the control. Arguments must not refer to its state.
+  template <typename... Parameters, typename... Arguments>
+  void zRaise(const Event<Parameters...>& Raised, Arguments&&... Values) {
+    const OpenCalls::Call Call(iPlatform.Calls);
+    Raised(std::forward<Arguments>(Values)...);
+  }
+  template <typename Telling>
+  void zTellSink(Telling Tell) {
+    const OpenCalls::Call Call(iPlatform.Calls);
+    if (const auto sink = EventSink()) Tell(*sink);
+  }
+  void zPropertyChanged(const char* Name);
+  /// A retired control's box counts as closed.
+  std::int32_t zMessageBox(const std::string& Text, std::int32_t Style, const std::string& Title = {});
+  bool zShowDialog(DialogBase& Dialog);
+  bool zShowFileDialog(bool Save);
+  void zShowPopup(const char* Menu);
+
   // Plumbing
   void zConnectPointer();
   static std::span<const StoredProperty> zStoredProperties();
@@ -378,6 +406,7 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   std::vector<const char*> iHeldCommands;  ///< off until the paste or the crop is over
   bool iRuntime = false;
   bool iTerminated = false;
+  bool iRetired = false;
   std::int32_t iPasteX = 0;
   std::int32_t iPasteY = 0;
   std::int16_t iLastButton = 0;
@@ -389,6 +418,8 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
 
   std::vector<Connection> iConnections;
   Connection iDialogConnection;
+  /// Windows that `Terminate` unloaded in an event: the event may come from a handler of theirs.
+  std::vector<std::shared_ptr<void>> iUnloaded;
 };
 
 }  // namespace kestrel

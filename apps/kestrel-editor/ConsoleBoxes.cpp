@@ -16,21 +16,23 @@ void tellFailure(std::string text) {
   std::cerr << "kestrel-editor: " << text << '\n';
 }
 
-std::int32_t ConsoleBoxes::MessageBox(const std::string& text, std::int32_t style, const std::string& title) {
+std::int32_t ConsoleBoxes::MessageBox(const std::string& text, std::int32_t style, const std::string& title,
+                                      WindowHandle /*owner*/) {
   ++shown_;
   tellFailure(title.empty() ? text : title + ": " + text);
   return (style & kButtons) == kBoxOK ? kAnswerOK : kAnswerCancel;
 }
 
 std::string ConsoleBoxes::InputBox(const std::string& prompt, const std::string& title,
-                                   const std::string& /*defaultText*/, const Point* /*position*/) {
+                                   const std::string& /*defaultText*/, const Point* /*position*/,
+                                   WindowHandle /*owner*/) {
   ++shown_;
   tellFailure(title + ": " + prompt);
   return {};
 }
 
 void ConsoleBoxes::AboutBox(const std::string& title, const std::string& versionText,
-                            const PicturePtr& /*picture*/) {
+                            const PicturePtr& /*picture*/, WindowHandle /*owner*/) {
   std::cout << title << ' ' << versionText << '\n';
 }
 

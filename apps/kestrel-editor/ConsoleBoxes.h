@@ -11,10 +11,12 @@ class ConsoleBoxes final : public UserInterface {
   /// `shown` counts the boxes; it must outlive this.
   explicit ConsoleBoxes(int& shown) : shown_(shown) {}
 
-  std::int32_t MessageBox(const std::string& text, std::int32_t style, const std::string& title) override;
+  std::int32_t MessageBox(const std::string& text, std::int32_t style, const std::string& title,
+                          WindowHandle owner) override;
   std::string InputBox(const std::string& prompt, const std::string& title, const std::string& defaultText,
-                       const Point* position) override;
-  void AboutBox(const std::string& title, const std::string& versionText, const PicturePtr& picture) override;
+                       const Point* position, WindowHandle owner) override;
+  void AboutBox(const std::string& title, const std::string& versionText, const PicturePtr& picture,
+                WindowHandle owner) override;
 
  private:
   int& shown_;

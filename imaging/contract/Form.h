@@ -33,7 +33,7 @@ class Form : public Control, public ControlContainer {
 
   /// Shows the window; the first time `Load` is raised before, and `Activate` once it is up. Modal: returns
   /// when the window is hidden or unloaded.
-  virtual void Show(bool modal = false, Form* owner = nullptr) = 0;
+  virtual void Show(bool modal = false, Control* owner = nullptr) = 0;
   virtual void Hide() = 0;
   /// Asks to unload: raises `QueryUnload`; unless that was cancelled, hides the window and raises `Unloaded`.
   /// Does nothing for a window that is not loaded.

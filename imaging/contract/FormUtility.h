@@ -23,9 +23,10 @@ class FormUtility {
   virtual void SetPointer(std::int32_t pointer) = 0;
   virtual void SelectAllText(TextBox& textBox) = 0;
   virtual void SetFocusTo(Control& control) = 0;
-  /// Shows a window modally (`mode` 1), returns when it is hidden, and then returns what it answers to
-  /// `Form::QueryResult`. An owner of null is the active window.
-  virtual bool ShowDialog(Form& form, std::int32_t mode, Form* owner) = 0;
+  /// Shows a window modally (`mode` 1), returns when it is hidden or its owner is destroyed, and then returns
+  /// what it answers to `Form::QueryResult`. The owner is a form or a control; null is the editor that is
+  /// active.
+  virtual bool ShowDialog(Form& form, std::int32_t mode, Control* owner) = 0;
   /// True for an existing file or folder.
   virtual bool FileExists(const std::string& path) = 0;
   /// Whether the modifier that turns a click of the zoom tool round is held: either Shift key.

@@ -26,6 +26,7 @@
 #include "UserInterface.h"
 #include "WindowFunctions.h"
 #include "WindowPositions.h"
+#include "base/OpenCalls.h"
 
 namespace kestrel {
 
@@ -63,6 +64,9 @@ class Platform {
   virtual std::unique_ptr<DebugClientLibrary> CreateDebugClientLibrary() = 0;
   virtual kestrel::ObjectFactory& ObjectFactory() = 0;
   virtual kestrel::StackResolver& StackResolver() = 0;
+
+  /// The calls to hosts and users under way on this platform's thread.
+  OpenCalls Calls;
 };
 
 }  // namespace kestrel

@@ -22,21 +22,24 @@ inline constexpr std::int32_t kAnswerCancel = 2;
 inline constexpr std::int32_t kAnswerYes = 6;
 inline constexpr std::int32_t kAnswerNo = 7;
 
-/// The boxes that ask and tell. Each returns when the user has closed it. Line ends are CR LF, or CR alone.
+/// The boxes that ask and tell. Each returns when the user has closed it, or when the window that owns it is
+/// destroyed, which counts as closing. Line ends are CR LF, or CR alone. An owner of 0 is the editor that is
+/// active.
 class UserInterface {
  public:
   virtual ~UserInterface() = default;
 
   /// An empty title takes the application's. Closing the box counts as Cancel, or OK where there is no
   /// Cancel.
-  virtual std::int32_t MessageBox(const std::string& text, std::int32_t style,
-                                  const std::string& title = {}) = 0;
+  virtual std::int32_t MessageBox(const std::string& text, std::int32_t style, const std::string& title = {},
+                                  WindowHandle owner = 0) = 0;
   /// The text the user typed, empty when cancelled. The position is of the screen; null centres it.
   virtual std::string InputBox(const std::string& prompt, const std::string& title,
-                               const std::string& defaultText = {}, const Point* position = nullptr) = 0;
+                               const std::string& defaultText = {}, const Point* position = nullptr,
+                               WindowHandle owner = 0) = 0;
   /// The picture may be null.
-  virtual void AboutBox(const std::string& title, const std::string& versionText,
-                        const PicturePtr& picture) = 0;
+  virtual void AboutBox(const std::string& title, const std::string& versionText, const PicturePtr& picture,
+                        WindowHandle owner = 0) = 0;
 };
 
 }  // namespace kestrel

@@ -38,7 +38,7 @@ void Form::Visible(bool value) {
   }
 }
 
-void Form::Show(bool modal, kestrel::Form* /*owner*/) {
+void Form::Show(bool modal, kestrel::Control* /*owner*/) {
   if (modal && visible()) {
     throw RuntimeError(400, "The window \"" + caption_ + "\" is shown already and can't be shown modally.");
   }

@@ -37,7 +37,7 @@ class Form final : public WindowOf<kestrel::Form> {
   using WindowOf::Visible;
   /// Writing is what `Show` without modality and `Hide` do.
   void Visible(bool value) override;
-  void Show(bool modal = false, kestrel::Form* owner = nullptr) override;
+  void Show(bool modal = false, kestrel::Control* owner = nullptr) override;
   void Hide() override { visible(false); }
   /// Shows it inside another window.
   void embed(Window& window);

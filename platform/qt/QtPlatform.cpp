@@ -23,15 +23,15 @@ namespace {
 /// Pixel buffers that nobody used for so long go back to the machine.
 constexpr std::chrono::seconds kIdleBeforeRelease(5);
 
-DesktopParts withBoxes(DesktopParts parts) {
-  if (!parts.boxes) parts.boxes = std::make_unique<QtUserInterface>(parts.version.title);
+DesktopParts withBoxes(DesktopParts parts, OpenCalls& calls) {
+  if (!parts.boxes) parts.boxes = std::make_unique<QtUserInterface>(parts.version.title, calls);
   return parts;
 }
 
 }  // namespace
 
 QtPlatform::QtPlatform(DesktopParts parts)
-    : parts_(withBoxes(std::move(parts))),
+    : parts_(withBoxes(std::move(parts), Calls)),
       appInfo_(parts_.version),
       clipboard_(clipboardPort_),
       windowPositions_(*parts_.store, windowFunctions_),
@@ -49,12 +49,12 @@ std::shared_ptr<ImgX> QtPlatform::CreateImgX() {
 
 std::shared_ptr<Colors> QtPlatform::CreateColors() { return std::make_shared<engine::ColorsObject>(); }
 
-std::unique_ptr<ImgXDialog> QtPlatform::CreateImgXDialog() { return std::make_unique<QtImgXDialog>(); }
+std::unique_ptr<ImgXDialog> QtPlatform::CreateImgXDialog() { return std::make_unique<QtImgXDialog>(Calls); }
 
 std::unique_ptr<Form> QtPlatform::CreateForm(const std::string& name) {
   std::unique_ptr<FormWindow> window = buildForm(name);
   if (!window) throw RuntimeError(err::kCannotCreateObject, "There is no form \"" + name + "\".");
-  return std::make_unique<QtForm>(std::move(window), name, clipboardPort_);
+  return std::make_unique<QtForm>(std::move(window), name, clipboardPort_, Calls);
 }
 
 std::unique_ptr<HelpViewer> QtPlatform::CreateHelpViewer() {

@@ -111,7 +111,8 @@ class QtPlatformUnderTest final : public ContractPlatform {
     auto window = std::make_unique<qt::FormWindow>();
     Ui::frmControls().setupUi(window.get());
     window->finishSetUp();
-    auto form = std::make_unique<qt::QtForm>(std::move(window), "frmControls", platform_->clipboardPort());
+    auto form = std::make_unique<qt::QtForm>(std::move(window), "frmControls", platform_->clipboardPort(),
+                                             platform_->Calls);
     form_ = form.get();
     return form;
   }

@@ -21,7 +21,7 @@ void FormUtility::SetFocusTo(Control& control) {
   window->focused();
 }
 
-bool FormUtility::ShowDialog(kestrel::Form& form, std::int32_t mode, kestrel::Form* owner) {
+bool FormUtility::ShowDialog(kestrel::Form& form, std::int32_t mode, kestrel::Control* owner) {
   form.Show(mode == 1, owner);
   bool result = false;
   form.QueryResult(result);

@@ -17,7 +17,7 @@ class FormUtility final : public kestrel::FormUtility {
   void SetPointer(std::int32_t pointer) override { pointers_.push_back(pointer); }
   void SelectAllText(kestrel::TextBox& textBox) override;
   void SetFocusTo(Control& control) override;
-  bool ShowDialog(kestrel::Form& form, std::int32_t mode, kestrel::Form* owner) override;
+  bool ShowDialog(kestrel::Form& form, std::int32_t mode, kestrel::Control* owner) override;
   bool FileExists(const std::string& path) override { return files_.exists(path); }
   bool IsModifierDown() override { return (desktop_.shift & kShiftMask) != 0; }
 

@@ -14,15 +14,16 @@ class UserInterface final : public kestrel::UserInterface {
   UserInterface(User& user, std::string applicationTitle)
       : user_(user), applicationTitle_(std::move(applicationTitle)) {}
 
-  std::int32_t MessageBox(const std::string& text, std::int32_t style, const std::string& title) override {
+  std::int32_t MessageBox(const std::string& text, std::int32_t style, const std::string& title,
+                          WindowHandle /*owner*/) override {
     return user_.answerBox({text, style, title.empty() ? applicationTitle_ : title});
   }
   std::string InputBox(const std::string& prompt, const std::string& title, const std::string& defaultText,
-                       const Point* /*position*/) override {
+                       const Point* /*position*/, WindowHandle /*owner*/) override {
     return user_.answerQuestion({prompt, title, defaultText}).value_or("");
   }
-  void AboutBox(const std::string& title, const std::string& versionText,
-                const PicturePtr& picture) override {
+  void AboutBox(const std::string& title, const std::string& versionText, const PicturePtr& picture,
+                WindowHandle /*owner*/) override {
     user_.see({title, versionText, picture != nullptr});
   }
 

@@ -42,10 +42,16 @@ void ColorPickerWidget::dropDown() {
 }
 
 void ColorPickerWidget::chooseFromDialog() {
-  const QColor chosen = QColorDialog::getColor(color_, window(), translated("Choose a Color"));
-  if (!chosen.isValid()) return;
-  ColorPalette::remember(chosen);
-  Q_EMIT colorChosen(chosen);
+  // Without an event loop of its own, and this widget's, with which it ends.
+  auto* const dialog = new QColorDialog(color_, this);
+  dialog->setAttribute(Qt::WA_DeleteOnClose);
+  dialog->setWindowTitle(translated("Choose a Color"));
+  dialog->setModal(true);
+  connect(dialog, &QColorDialog::colorSelected, this, [this](const QColor& chosen) {
+    ColorPalette::remember(chosen);
+    Q_EMIT colorChosen(chosen);
+  });
+  dialog->show();
 }
 
 void ColorPickerWidget::paintEvent(QPaintEvent* /*event*/) {

@@ -1,6 +1,5 @@
 #include "QtImgXDialog.h"
 
-#include <QApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QScreen>
@@ -11,6 +10,7 @@
 #include "../Text.h"
 #include "../services/BusyPointer.h"
 #include "FileDialogWindow.h"
+#include "Modal.h"
 #include "base/RuntimeError.h"
 
 namespace kestrel::qt {
@@ -40,8 +40,7 @@ bool QtImgXDialog::ShowSave() { return show(true); }
 
 bool QtImgXDialog::show(bool save) {
   const BusyPause pause;
-  QWidget* const owner = widgetOf(owner_);
-  FileDialogWindow dialog(owner ? owner->window() : QApplication::activeWindow());
+  FileDialogWindow dialog(dialogParent(owner_));
   dialog.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
   dialog.setWindowTitle(translated(save ? "Save As" : "Open"));
   dialog.setFileMode(save || !(flags_ & kDialogFileMustExist) ? QFileDialog::AnyFile
@@ -69,11 +68,11 @@ bool QtImgXDialog::show(bool save) {
   }
   dialog.growTo(QSize(width, height));
   if (centerOnOwner_ && dialog.parentWidget()) {
-    const QRect frame = dialog.parentWidget()->frameGeometry();
+    const QRect frame = dialog.parentWidget()->window()->frameGeometry();
     dialog.move(frame.center() - dialog.rect().center());
   }
 
-  const bool accepted = dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty();
+  const bool accepted = execModal(dialog, calls_) == QDialog::Accepted && !dialog.selectedFiles().isEmpty();
   if (accepted) {
     filename_ = fromQt(QDir::toNativeSeparators(dialog.selectedFiles().front()));
     folder_ = dialog.directory().absolutePath();

@@ -4,6 +4,7 @@
 #include <QString>
 #include <functional>
 
+#include "base/OpenCalls.h"
 #include "imaging/contract/ImgXDialog.h"
 
 namespace kestrel::qt {
@@ -12,6 +13,8 @@ class FileDialogWindow;
 
 class QtImgXDialog final : public ImgXDialog {
  public:
+  explicit QtImgXDialog(OpenCalls& calls) : calls_(calls) {}
+
   void OwnerWindow(WindowHandle value) override { owner_ = value; }
   void Filter(const std::string& value) override { filter_ = value; }
   std::string Filter() const override { return filter_; }
@@ -38,6 +41,7 @@ class QtImgXDialog final : public ImgXDialog {
   void setUpStart(QFileDialog& dialog) const;
   FileDialogWindow& shown() const;
 
+  OpenCalls& calls_;
   WindowHandle owner_ = 0;
   std::string filter_;
   std::int32_t flags_ = 0;

@@ -1,6 +1,6 @@
 #include "QtUserInterface.h"
 
-#include <QApplication>
+#include <QCloseEvent>
 #include <QInputDialog>
 #include <QMessageBox>
 
@@ -8,6 +8,7 @@
 #include "../Text.h"
 #include "../services/BusyPointer.h"
 #include "AboutDialog.h"
+#include "Modal.h"
 
 namespace kestrel::qt {
 namespace {
@@ -15,6 +16,20 @@ namespace {
 constexpr std::int32_t kButtonBits = 0x0F;
 constexpr std::int32_t kIconBits = 0xF0;
 constexpr std::int32_t kDefaultButtonBits = 0xF00;
+
+/// Can be closed whatever buttons it has, so that none keeps the program from ending.
+class Box final : public QMessageBox {
+ public:
+  using QMessageBox::QMessageBox;
+
+ protected:
+  void closeEvent(QCloseEvent* event) override {
+    QMessageBox::closeEvent(event);
+    if (event->isAccepted()) return;
+    event->accept();
+    QDialog::closeEvent(event);
+  }
+};
 
 /// The button sets by number, their buttons in the order in which a default button is counted.
 QList<QMessageBox::StandardButton> buttonsOf(std::int32_t style) {
@@ -75,9 +90,9 @@ QString QtUserInterface::titleOf(const std::string& title) const {
 }
 
 std::int32_t QtUserInterface::MessageBox(const std::string& text, std::int32_t style,
-                                         const std::string& title) {
+                                         const std::string& title, WindowHandle owner) {
   const BusyPause pause;
-  QMessageBox box(QApplication::activeWindow());
+  Box box(dialogParent(owner));
   box.setTextFormat(Qt::PlainText);
   setCaption(box, titleOf(title));
   box.setText(withLineFeeds(translated(text)));
@@ -86,24 +101,26 @@ std::int32_t QtUserInterface::MessageBox(const std::string& text, std::int32_t s
   for (const auto button : buttons) box.addButton(button);
   box.setDefaultButton(buttons.value((style & kDefaultButtonBits) >> 8, buttons.front()));
   if (buttons.size() == 1) box.setEscapeButton(buttons.front());
-  return answerOf(box.exec());
+  return answerOf(execModal(box, calls_));
 }
 
 std::string QtUserInterface::InputBox(const std::string& prompt, const std::string& title,
-                                      const std::string& defaultText, const Point* position) {
+                                      const std::string& defaultText, const Point* position,
+                                      WindowHandle owner) {
   const BusyPause pause;
-  QInputDialog box(QApplication::activeWindow());
+  QInputDialog box(dialogParent(owner));
   setCaption(box, titleOf(title));
   box.setLabelText(withLineFeeds(translated(prompt)));
   box.setTextValue(toQt(defaultText));
   if (position) box.move(position->X, position->Y);
-  return box.exec() == QDialog::Accepted ? fromQt(box.textValue()) : std::string();
+  return execModal(box, calls_) == QDialog::Accepted ? fromQt(box.textValue()) : std::string();
 }
 
 void QtUserInterface::AboutBox(const std::string& title, const std::string& versionText,
-                               const PicturePtr& picture) {
+                               const PicturePtr& picture, WindowHandle owner) {
   const BusyPause pause;
-  AboutDialog(translated(title), translated(versionText), picture, QApplication::activeWindow()).exec();
+  AboutDialog box(translated(title), translated(versionText), picture, dialogParent(owner));
+  execModal(box, calls_);
 }
 
 }  // namespace kestrel::qt

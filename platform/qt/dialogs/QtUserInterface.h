@@ -3,6 +3,7 @@
 #include <QString>
 #include <string>
 
+#include "base/OpenCalls.h"
 #include "imaging/contract/UserInterface.h"
 
 namespace kestrel::qt {
@@ -10,17 +11,21 @@ namespace kestrel::qt {
 class QtUserInterface final : public UserInterface {
  public:
   /// `applicationTitle` heads boxes without a title of their own.
-  explicit QtUserInterface(std::string applicationTitle) : applicationTitle_(std::move(applicationTitle)) {}
+  QtUserInterface(std::string applicationTitle, OpenCalls& calls)
+      : applicationTitle_(std::move(applicationTitle)), calls_(calls) {}
 
-  std::int32_t MessageBox(const std::string& text, std::int32_t style, const std::string& title) override;
+  std::int32_t MessageBox(const std::string& text, std::int32_t style, const std::string& title,
+                          WindowHandle owner) override;
   std::string InputBox(const std::string& prompt, const std::string& title, const std::string& defaultText,
-                       const Point* position) override;
-  void AboutBox(const std::string& title, const std::string& versionText, const PicturePtr& picture) override;
+                       const Point* position, WindowHandle owner) override;
+  void AboutBox(const std::string& title, const std::string& versionText, const PicturePtr& picture,
+                WindowHandle owner) override;
 
  private:
   QString titleOf(const std::string& title) const;
 
   std::string applicationTitle_;
+  OpenCalls& calls_;
 };
 
 }  // namespace kestrel::qt

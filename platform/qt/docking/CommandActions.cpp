@@ -65,6 +65,10 @@ QMenu& CommandActions::menuOf(docking::CommandModel& command) {
   return menu;
 }
 
+void CommandActions::closeMenus() {
+  for (const auto& [command, menu] : menus_) menu->hide();
+}
+
 QIcon CommandActions::iconOf(const docking::CommandModel& command) const {
   if (command.ImageName().empty()) return {};
   QIcon icon = drawnIcon(command.ImageName());

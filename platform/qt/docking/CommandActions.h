@@ -23,6 +23,8 @@ class CommandActions final : public QObject {
   QMenu& menuOf(docking::CommandModel& command);
   QIcon iconOf(const docking::CommandModel& command) const;
 
+  void closeMenus();
+
   /// Brings the action into line with its command.
   void refresh(docking::CommandModel& command);
 

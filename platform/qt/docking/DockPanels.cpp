@@ -22,8 +22,8 @@ class Panel final : public QDockWidget {
 
  protected:
   void closeEvent(QCloseEvent* event) override {
-    event->ignore();
     guarded([this] { model_.show(false, kReasonUser); });
+    event->setAccepted(isHidden());
   }
 
   void keyPressEvent(QKeyEvent* event) override {

@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 
 #include "../QtPlatform.h"
+#include "RetiredEditors.h"
 #include "platform/posix/LineTable.h"
 #include "platform/posix/SharedLibraryFactory.h"
 #include "platform/sqlite/SqliteStore.h"
@@ -22,18 +23,38 @@ DesktopParts partsOfComponent() {
   return parts;
 }
 
+/// The thread's attachment to its platform.
+struct Attachment {
+  explicit Attachment(Platform& platform) {
+    modProcessing::Attach(platform);
+    modProcessing::Main();
+  }
+  ~Attachment() { modProcessing::Detach(); }
+  Attachment(const Attachment&) = delete;
+  Attachment& operator=(const Attachment&) = delete;
+};
+
 }  // namespace
 
 struct Component::Inside {
+  /// The one of this thread, made if there is none.
+  static std::shared_ptr<Inside> ofThread() {
+    thread_local std::weak_ptr<Inside> present;
+    std::shared_ptr<Inside> inside = present.lock();
+    if (!inside) present = inside = std::make_shared<Inside>();
+    return inside;
+  }
+
   QtPlatform platform{partsOfComponent()};
+  Attachment attachment{platform};
+  RetiredEditors retiredEditors{platform.Calls};
 };
 
-Component::Component() : inside_(std::make_unique<Inside>()) {
-  modProcessing::Attach(inside_->platform);
-  modProcessing::Main();
-}
+Component::Component() : inside_(Inside::ofThread()) {}
 
-Component::~Component() { modProcessing::Detach(); }
+Component::~Component() = default;
+
+RetiredEditors& Component::retiredEditors() { return inside_->retiredEditors; }
 
 engine::ClipboardPort& Component::clipboardPort() { return inside_->platform.clipboardPort(); }
 

@@ -3,27 +3,42 @@
 #include <QVBoxLayout>
 
 #include "../Text.h"
+#include "../dialogs/Modal.h"
+#include "../docking/QtMoorage.h"
 #include "../site/EditorWidget.h"
 #include "../site/QtSite.h"
+#include "RetiredEditors.h"
 
 namespace kestrel::qt {
 
-struct ImageEditor::Inside {
-  Inside(EditorWidget& widget, engine::ClipboardPort& clipboard)
-      : site(widget, "Processing", true, clipboard), control(site) {}
+/// All that must outlast the calls of the control that are under way when the host destroys the widget.
+struct ImageEditor::Inside final : QObject {
+  explicit Inside(engine::ClipboardPort& clipboard)
+      : widget(std::make_unique<EditorWidget>()),
+        site(*widget, "Processing", true, clipboard),
+        control(site) {}
 
+  /// Leaves the host: ends the control's events and closes its windows.
+  void retire() {
+    site.propertyChanged = nullptr;
+    control.Retire();
+    widget->moorage()->actions().closeMenus();
+    closeWindowsOf(*widget);
+    widget->setParent(nullptr);
+  }
+
+  std::unique_ptr<EditorWidget> widget;
   QtSite site;
   ImageProcessingCtl control;
 };
 
-ImageEditor::ImageEditor(Component& component, const PropertyBag* stored, QWidget* parent) : QWidget(parent) {
-  auto* const widget = new EditorWidget(this);
+ImageEditor::ImageEditor(Component& component, const PropertyBag* stored, QWidget* parent)
+    : QWidget(parent), component_(component), inside_(std::make_unique<Inside>(component.clipboardPort())) {
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(widget);
-  setFocusProxy(widget);
+  layout->addWidget(inside_->widget.get());
+  setFocusProxy(inside_->widget.get());
 
-  inside_ = std::make_unique<Inside>(*widget, component.clipboardPort());
   inside_->site.propertyChanged = [this](const std::string& name) { Q_EMIT propertyChanged(toQt(name)); };
   if (stored != nullptr) {
     inside_->site.ReadProperties(*stored);
@@ -32,7 +47,10 @@ ImageEditor::ImageEditor(Component& component, const PropertyBag* stored, QWidge
   }
 }
 
-ImageEditor::~ImageEditor() = default;
+ImageEditor::~ImageEditor() {
+  inside_->retire();
+  component_.retiredEditors().take(std::move(inside_));
+}
 
 ImageProcessingCtl& ImageEditor::control() { return inside_->control; }
 

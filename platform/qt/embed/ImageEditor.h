@@ -11,6 +11,11 @@ namespace kestrel::qt {
 /// The image editor as a widget, to be put into any window or layout.
 ///
 /// The host calls `control().Initialize()` once, and from then on whatever it wants of the control.
+///
+/// The host may destroy the widget, or the window it is in, at any moment: in every event of the control, in
+/// the calls of its sink, and while a dialog of the editor is open. After the destructor no event is raised
+/// and nothing of the host's is used. Open dialogs close, and the member that showed one returns as if the
+/// user had cancelled it.
 class ImageEditor final : public QWidget {
   Q_OBJECT
 
@@ -31,6 +36,7 @@ class ImageEditor final : public QWidget {
 
  private:
   struct Inside;
+  Component& component_;
   std::unique_ptr<Inside> inside_;
 };
 

@@ -2,6 +2,7 @@
 
 #include <QCloseEvent>
 #include <QPainter>
+#include <QPointer>
 
 #include "../Keys.h"
 
@@ -26,9 +27,11 @@ QImage& FormWindow::face() {
 }
 
 void FormWindow::closeEvent(QCloseEvent* event) {
-  // The owner hides the window itself where it lets it go.
-  event->ignore();
-  if (closing) closing();
+  // The owner hides the window where it lets it go. Refusing the event for a hidden window would keep the
+  // program from ending.
+  const QPointer<FormWindow> self = this;
+  if (const auto notify = closing) notify();
+  if (self) event->setAccepted(isHidden());
 }
 
 void FormWindow::reject() {

@@ -1,6 +1,5 @@
 #include "QtForm.h"
 
-#include <QApplication>
 #include <QIcon>
 #include <QVBoxLayout>
 
@@ -8,11 +7,13 @@
 #include "../Guard.h"
 #include "../Pictures.h"
 #include "../Text.h"
+#include "../dialogs/Modal.h"
 
 namespace kestrel::qt {
 
-QtForm::QtForm(std::unique_ptr<FormWindow> window, const std::string& name, engine::ClipboardPort& clipboard)
-    : WidgetControl(*window, {name, -1}), window_(window.release()), graphics_(*window_) {
+QtForm::QtForm(std::unique_ptr<FormWindow> window, const std::string& name, engine::ClipboardPort& clipboard,
+               OpenCalls& calls)
+    : WidgetControl(*window, {name, -1}), window_(window.release()), graphics_(*window_), calls_(calls) {
   controls_.addAll(*window_, clipboard);
   window_->closing = [this] { guarded([this] { unload(0); }); };
   QObject::connect(window_.data(), &FormWindow::activated, receiver(), [this] {
@@ -62,17 +63,16 @@ void QtForm::load() {
   Load();
 }
 
-void QtForm::Show(bool modal, Form* owner) {
+void QtForm::Show(bool modal, Control* owner) {
   load();
-  auto* const ownerForm = dynamic_cast<QtForm*>(owner);
-  QWidget* const parent = ownerForm ? ownerForm->window_.data() : QApplication::activeWindow();
-  if (modal && parent != window_.data() && window_->isWindow()) {
-    window_->setParent(parent, window_->windowFlags());
-  }
   if (modal) {
-    window_->exec();
+    QWidget* const parent = dialogParent(owner ? owner->hWnd() : 0);
+    if (parent != window_.data() && window_->isWindow()) {
+      window_->setParent(parent, window_->windowFlags());
+    }
+    execModal(*window_, calls_);
     // Its owner may be gone before the form is.
-    if (window_) window_->setParent(nullptr, window_->windowFlags());
+    window_->setParent(nullptr, window_->windowFlags());
   } else {
     window_->show();
     if (!activated_) {

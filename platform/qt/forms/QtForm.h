@@ -8,6 +8,7 @@
 #include "../controls/WidgetControl.h"
 #include "FaceGraphics.h"
 #include "FormWindow.h"
+#include "base/OpenCalls.h"
 #include "imaging/contract/Form.h"
 
 namespace kestrel::engine {
@@ -19,8 +20,9 @@ namespace kestrel::qt {
 /// A form over its window.
 class QtForm final : public WidgetControl<Form> {
  public:
-  /// The clipboard, of the image views on the form, must outlive it.
-  QtForm(std::unique_ptr<FormWindow> window, const std::string& name, engine::ClipboardPort& clipboard);
+  /// The clipboard, of the image views on the form, and the calls must outlive it.
+  QtForm(std::unique_ptr<FormWindow> window, const std::string& name, engine::ClipboardPort& clipboard,
+         OpenCalls& calls);
   ~QtForm() override;
 
   Control* Find(std::string_view name, std::int32_t index) override { return controls_.find(name, index); }
@@ -38,7 +40,7 @@ class QtForm final : public WidgetControl<Form> {
   std::int32_t ScaleHeight() const override { return window_->height(); }
   OLE_COLOR BackColor() const override;
 
-  void Show(bool modal = false, Form* owner = nullptr) override;
+  void Show(bool modal = false, Control* owner = nullptr) override;
   void Hide() override { window_->hide(); }
   void Unload() override { unload(1); }
   kestrel::Graphics& Graphics() override { return graphics_; }
@@ -55,6 +57,7 @@ class QtForm final : public WidgetControl<Form> {
   QPointer<FormWindow> window_;
   ControlTable controls_;
   FaceGraphics graphics_;
+  OpenCalls& calls_;
   bool initialised_ = false;
   bool loaded_ = false;
   bool activated_ = false;

@@ -20,7 +20,7 @@ void QtFormUtility::SetFocusTo(Control& control) {
   if (QWidget* const widget = widgetOf(control.hWnd())) widget->setFocus(Qt::OtherFocusReason);
 }
 
-bool QtFormUtility::ShowDialog(Form& form, std::int32_t mode, Form* owner) {
+bool QtFormUtility::ShowDialog(Form& form, std::int32_t mode, Control* owner) {
   const BusyPause pause;
   form.Show(mode == 1, owner);
   bool result = false;

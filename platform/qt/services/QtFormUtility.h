@@ -9,7 +9,7 @@ class QtFormUtility final : public FormUtility {
   void SetPointer(std::int32_t pointer) override;
   void SelectAllText(TextBox& textBox) override;
   void SetFocusTo(Control& control) override;
-  bool ShowDialog(Form& form, std::int32_t mode, Form* owner) override;
+  bool ShowDialog(Form& form, std::int32_t mode, Control* owner) override;
   bool FileExists(const std::string& path) override;
   bool IsModifierDown() override;
 };

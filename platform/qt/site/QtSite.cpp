@@ -28,7 +28,8 @@ void QtSite::initialise() {
 }
 
 void QtSite::PropertyChanged(const std::string& name) {
-  if (propertyChanged) propertyChanged(name);
+  // The container may replace the function inside of it.
+  if (const auto notify = propertyChanged) notify(name);
 }
 
 void QtSite::TabStop(bool value) { widget().setFocusPolicy(value ? Qt::StrongFocus : Qt::ClickFocus); }

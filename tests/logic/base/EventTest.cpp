@@ -72,13 +72,40 @@ TEST(Event, CallsAHandlerThatComesInDuringARoundFromTheNextOn) {
   EXPECT_EQ(calls, 1);
 }
 
-TEST(Event, MayEndWhileItIsRaised) {
+TEST(Event, CallsNobodyAfterItsEndEvenInARoundThatIsUnderWay) {
   auto event = std::make_unique<Event<>>();
   int calls = 0;
   const Connection first = event->Connect([&] { event.reset(); });
   const Connection second = event->Connect([&] { ++calls; });
   (*event)();
-  EXPECT_EQ(calls, 1);
+  EXPECT_EQ(calls, 0);
+}
+
+TEST(Event, KeepsTheHandlerThatEndsItUntilTheHandlerReturns) {
+  auto event = std::make_unique<Event<>>();
+  auto captured = std::make_shared<int>(7);
+  const std::weak_ptr<int> watched = captured;
+  int seen = 0;
+  Connection connection = event->Connect([&event, &connection, &seen, captured] {
+    connection.Disconnect();
+    event.reset();
+    seen = *captured;
+  });
+  captured.reset();
+  (*event)();
+  EXPECT_EQ(seen, 7);
+  EXPECT_TRUE(watched.expired()) << "released once it has returned";
+}
+
+TEST(Event, DisconnectsAllDuringARound) {
+  Event<> event;
+  int calls = 0;
+  const Connection first = event.Connect([&] { event.DisconnectAll(); });
+  const Connection second = event.Connect([&] { ++calls; });
+  event();
+  event();
+  EXPECT_EQ(calls, 0);
+  EXPECT_FALSE(event.HasHandlers());
 }
 
 TEST(Event, LetsAnErrorEndTheRound) {
@@ -91,12 +118,16 @@ TEST(Event, LetsAnErrorEndTheRound) {
 }
 
 TEST(Connection, MayOutliveItsEvent) {
+  auto captured = std::make_shared<int>();
+  const std::weak_ptr<int> watched = captured;
   Connection connection;
   {
     Event<> event;
-    connection = event.Connect([] {});
+    connection = event.Connect([captured] {});
+    captured.reset();
   }
   connection.Disconnect();
+  EXPECT_TRUE(watched.expired()) << "the handler is released";
   connection.Disconnect();
 }
 

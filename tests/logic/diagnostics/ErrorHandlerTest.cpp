@@ -170,13 +170,14 @@ TEST_F(ErrorHandler, ShowsTheBoxOfAnErrorWithinABox) {
   // The second failure enters the same fields while the first one's box is up; its text is built already.
   class Nested : public fakes::FakeUserInterface {
    public:
-    std::int32_t MessageBox(const std::string& text, std::int32_t style, const std::string& title) override {
+    std::int32_t MessageBox(const std::string& text, std::int32_t style, const std::string& title,
+                            WindowHandle owner) override {
       if (boxes.empty()) {
         boxes.push_back({text, style, title});
         InNoClass();
         return kAnswerOK;
       }
-      return FakeUserInterface::MessageBox(text, style, title);
+      return FakeUserInterface::MessageBox(text, style, title, owner);
     }
   };
   class WithNested : public fakes::FakePlatform {

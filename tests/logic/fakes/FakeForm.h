@@ -48,7 +48,7 @@ class FakeForm : public Form {
   std::int32_t ScaleWidth() const override { return place_.Width; }
   std::int32_t ScaleHeight() const override { return place_.Height; }
   OLE_COLOR BackColor() const override { return 0; }
-  void Show(bool, Form*) override { visible_ = true; }
+  void Show(bool, Control*) override { visible_ = true; }
   void Hide() override { visible_ = false; }
   void Unload() override { visible_ = false; }
   kestrel::Graphics& Graphics() override {

@@ -55,14 +55,16 @@ struct ShownBox {
 
 class FakeUserInterface : public UserInterface {
  public:
-  std::int32_t MessageBox(const std::string& text, std::int32_t style, const std::string& title) override {
+  std::int32_t MessageBox(const std::string& text, std::int32_t style, const std::string& title,
+                          WindowHandle) override {
     boxes.push_back({text, style, title});
     return kAnswerOK;
   }
-  std::string InputBox(const std::string&, const std::string&, const std::string&, const Point*) override {
+  std::string InputBox(const std::string&, const std::string&, const std::string&, const Point*,
+                       WindowHandle) override {
     return {};
   }
-  void AboutBox(const std::string&, const std::string&, const PicturePtr&) override {}
+  void AboutBox(const std::string&, const std::string&, const PicturePtr&, WindowHandle) override {}
   std::vector<ShownBox> boxes;
 };
 
@@ -115,7 +117,7 @@ class FakeFormUtility : public FormUtility {
   void SetPointer(std::int32_t) override {}
   void SelectAllText(TextBox&) override {}
   void SetFocusTo(Control&) override {}
-  bool ShowDialog(Form&, std::int32_t, Form*) override { return false; }
+  bool ShowDialog(Form&, std::int32_t, Control*) override { return false; }
   bool FileExists(const std::string& path) override { return existing.contains(path); }
   bool IsModifierDown() override { return false; }
   std::set<std::string> existing;

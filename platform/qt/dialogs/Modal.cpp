@@ -1,0 +1,57 @@
+#include "Modal.h"
+
+#include <QApplication>
+#include <QWindow>
+#include <ranges>
+
+#include "../Handles.h"
+#include "../site/SiteWidget.h"
+
+namespace kestrel::qt {
+namespace {
+
+SiteWidget* siteAround(QWidget* widget) {
+  while (widget && !qobject_cast<SiteWidget*>(widget)) widget = widget->parentWidget();
+  return static_cast<SiteWidget*>(widget);
+}
+
+/// The active window if it is a dialog or dock window of an editor, or else the editor in it.
+QWidget* activeEditor() {
+  QWidget* const window = QApplication::activeWindow();
+  if (!window) return nullptr;
+  if (siteAround(window->parentWidget())) return window;
+  QWidget* const focus = window->focusWidget();
+  SiteWidget* const focused = siteAround(focus);
+  return focused ? focused : window->findChild<SiteWidget*>();
+}
+
+}  // namespace
+
+QWidget* dialogParent(WindowHandle owner) {
+  QWidget* const widget = widgetOf(owner);
+  return widget ? widget : activeEditor();
+}
+
+int execModal(QDialog& dialog, OpenCalls& calls) {
+  const OpenCalls::Call call(calls);
+  const QWidget* const active = QApplication::activeWindow();
+  if (!dialog.parentWidget() && active && active != &dialog) {
+    dialog.winId();  // makes the window handle
+    dialog.windowHandle()->setTransientParent(active->windowHandle());
+  }
+  return dialog.exec();
+}
+
+void closeWindowsOf(const QWidget& widget) {
+  const auto below = widget.findChildren<QWidget*>();
+  for (QWidget* child : std::views::reverse(below)) {
+    if (!child->isWindow() || !child->isVisible()) continue;
+    if (auto* const dialog = qobject_cast<QDialog*>(child)) {
+      dialog->reject();
+    } else {
+      child->hide();
+    }
+  }
+}
+
+}  // namespace kestrel::qt

@@ -1,0 +1,440 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QClipboard>
+#include <QColorDialog>
+#include <QDialog>
+#include <QDockWidget>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPointer>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <QToolButton>
+#include <QVBoxLayout>
+#include <fstream>
+#include <set>
+
+#include "EditorBench.h"
+#include "platform/qt/controls/ColorPickerWidget.h"
+#include "platform/qt/embed/ImageEditor.h"
+#include "settings/modProcessing.h"
+
+namespace kestrel::desktop {
+namespace {
+
+class Sink final : public IImageEvents {
+ public:
+  explicit Sink(std::function<void(const char*)> told) : told_(std::move(told)) {}
+  void RequestSaveFilename(std::string&, bool&) override { told_("sink RequestSaveFilename"); }
+  void RequestOpenFilename(std::string&, bool&) override { told_("sink RequestOpenFilename"); }
+  void ImageSave(const std::string&) override { told_("sink ImageSave"); }
+  void ImageOpen(const std::string&) override { told_("sink ImageOpen"); }
+
+ private:
+  std::function<void(const char*)> told_;
+};
+
+/// A host program with the editor in a window of its own, as the README shows it.
+class Host : public testing::Test {
+ protected:
+  enum class Ends { Editor, Window };
+
+  Host() {
+    qputenv("KESTREL_STORE", folder_.filePath(QStringLiteral("settings.store")).toUtf8());
+    component_ = std::make_unique<qt::Component>();
+    noise(40, 30).save(QString::fromStdString(file("open.png")));
+    std::ofstream(file("damaged.png")) << "no picture";
+  }
+
+  ~Host() override {
+    delete window_.data();
+    connections_.clear();
+    settle();
+    component_.reset();
+  }
+
+  std::string file(const char* name) { return folder_.filePath(QLatin1String(name)).toStdString(); }
+
+  void start() {
+    delete window_.data();
+    connections_.clear();
+    events_.clear();
+    dead_ = false;
+    window_ = new QWidget;
+    auto* const layout = new QVBoxLayout(window_);
+    editor_ = new qt::ImageEditor(*component_);
+    layout->addWidget(editor_);
+    widget_ = editor_->findChild<qt::EditorWidget*>();
+    control().Initialize();
+    window_->resize(1000, 700);
+    window_->show();
+    QApplication::setActiveWindow(window_);
+    canvas().setFocus();
+    settle();
+    ASSERT_TRUE(control().OpenImage(file("open.png")));
+    settle();
+  }
+
+  ImageProcessingCtl& control() { return editor_->control(); }
+  qt::ViewCanvas& canvas() { return widget_->view()->surface().canvas(); }
+  QAction& action(const char* name) {
+    return widget_->moorage()->actions().actionOf(widget_->moorage()->Commands().Item(name));
+  }
+
+  void end(Ends what) {
+    if (what == Ends::Editor) {
+      delete editor_.data();
+    } else {
+      delete window_.data();
+    }
+    dead_ = true;
+    shownAtEnd_ = shownWindows();
+  }
+
+  /// Notes all events and calls of the sink; at the one of that name the host ends the editor.
+  void endAt(const std::string& wanted, Ends what) {
+    const auto note = [this, wanted, what](const std::string& event) {
+      EXPECT_FALSE(dead_) << event << " after the end";
+      events_.insert(event);
+      if (event == wanted && !dead_) end(what);
+    };
+    ImageProcessingCtl& c = control();
+    const auto keep = [this](Connection connection) { connections_.push_back(std::move(connection)); };
+    keep(c.ExitRequest.Connect([note] { note("ExitRequest"); }));
+    keep(c.ImageOpen.Connect([note](const std::string&) { note("ImageOpen"); }));
+    keep(c.ImageSave.Connect([note](const std::string&) { note("ImageSave"); }));
+    keep(c.RequestOpenFilename.Connect([note](std::string&, bool& cancel) {
+      cancel = true;
+      note("RequestOpenFilename");
+    }));
+    keep(c.RequestSaveFilename.Connect([note](std::string&, bool& cancel) {
+      cancel = true;
+      note("RequestSaveFilename");
+    }));
+    keep(c.ForeColorChange.Connect([note](OLE_COLOR) { note("ForeColorChange"); }));
+    keep(c.BackColorChange.Connect([note](OLE_COLOR) { note("BackColorChange"); }));
+    keep(c.ToolChange.Connect([note](ImageProcessingToolConstants) { note("ToolChange"); }));
+    keep(c.PictureSet.Connect([note] { note("PictureSet"); }));
+    keep(c.SimpleSaveRequest.Connect([note](bool&) { note("SimpleSaveRequest"); }));
+    keep(c.Change.Connect([note] { note("Change"); }));
+    sink_ = std::make_shared<Sink>(note);
+    c.EventSink(sink_);
+  }
+
+  /// The program's main loop; 1 if it has to be stopped.
+  static int runProgram() {
+    QTimer patience;
+    QObject::connect(&patience, &QTimer::timeout, &patience, [] { QCoreApplication::exit(1); });
+    patience.start(4000);
+    return QApplication::exec();
+  }
+
+  static std::set<QWidget*> shownWindows() {
+    std::set<QWidget*> shown;
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+      if (widget->isVisible()) shown.insert(widget);
+    }
+    return shown;
+  }
+
+  void expectNothingLeft() {
+    EXPECT_TRUE(dead_) << "the host never came to end it";
+    EXPECT_FALSE(editor_);
+    for (const QWidget* shown : shownAtEnd_) EXPECT_EQ(shown, window_.data()) << "a window of the editor's";
+    settle();
+    EXPECT_FALSE(widget_) << "what was kept for the call is released";
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr) << "the busy pointer";
+  }
+
+  QTemporaryDir folder_;
+  std::unique_ptr<qt::Component> component_;
+  QPointer<QWidget> window_;
+  QPointer<qt::ImageEditor> editor_;
+  QPointer<qt::EditorWidget> widget_;
+  std::vector<Connection> connections_;
+  std::shared_ptr<Sink> sink_;
+  std::set<std::string> events_;
+  std::set<QWidget*> shownAtEnd_;
+  bool dead_ = false;
+};
+
+TEST_F(Host, MayEndTheEditorOrItsWindowInAnyEventAndInAnyCallOfItsSink) {
+  struct Case {
+    const char* event;
+    std::function<void()> act;
+  };
+  const auto open = [&] { control().OpenImage(file("open.png")); };
+  const auto save = [&] { control().SaveImageAs(file("saved.png")); };
+  const Case cases[] = {
+      {"ExitRequest", [&] { action("btnFileClose").trigger(); }},
+      {"ImageOpen", open},
+      {"sink ImageOpen", open},
+      {"PictureSet", open},
+      {"ImageSave", save},
+      {"sink ImageSave", save},
+      {"RequestOpenFilename", [&] { control().OpenImage(); }},
+      {"sink RequestOpenFilename", [&] { action("btnFileOpen").trigger(); }},
+      {"RequestSaveFilename", [&] { action("btnFileSaveAs").trigger(); }},
+      {"sink RequestSaveFilename", [&] { control().SaveImageAs(); }},
+      {"ForeColorChange", [&] { control().ForeColor(0x00123456); }},
+      {"BackColorChange", [&] { control().BackColor(0x00123456); }},
+      {"ToolChange", [&] { control().Tool(ipToolPan); }},
+      {"SimpleSaveRequest", [&] { action("btnFileSimpleSave").trigger(); }},
+      {"Change", [&] { action("btnImageMirror").trigger(); }},
+  };
+  for (const Case& each : cases) {
+    for (const Ends what : {Ends::Editor, Ends::Window}) {
+      SCOPED_TRACE(std::string(each.event) + (what == Ends::Editor ? ", the editor" : ", the window"));
+      start();
+      control().ShowClose(true);
+      if (each.event == std::string("SimpleSaveRequest")) control().UseSimpleSave(true);
+      endAt(each.event, what);
+      each.act();
+      EXPECT_TRUE(events_.contains(each.event));
+      expectNothingLeft();
+    }
+  }
+}
+
+TEST_F(Host, MayEndTheEditorInAnEventThatAClickOrAKeyOfTheUserLedTo) {
+  struct Case {
+    const char* event;
+    std::function<void()> act;
+  };
+  const Case cases[] = {
+      {"ToolChange",
+       [&] {
+         auto* const button = widget_->findChild<QToolButton*>(QStringLiteral("btnDrawPan"));
+         QTest::mouseClick(button, Qt::LeftButton);
+       }},
+      {"ForeColorChange",
+       [&] {
+         control().Tool(ipToolDropper);
+         QTest::mouseClick(&canvas(), Qt::LeftButton, {}, canvas().rect().center());
+       }},
+      {"BackColorChange",
+       [&] {
+         control().Tool(ipToolDropper);
+         QTest::mouseClick(&canvas(), Qt::RightButton, {}, canvas().rect().center());
+       }},
+      {"RequestOpenFilename",
+       [&] { QTest::keyClick(QApplication::focusWidget(), Qt::Key_O, Qt::ControlModifier); }},
+  };
+  for (const Case& each : cases) {
+    for (const Ends what : {Ends::Editor, Ends::Window}) {
+      SCOPED_TRACE(std::string(each.event) + (what == Ends::Editor ? ", the editor" : ", the window"));
+      start();
+      endAt(each.event, what);
+      each.act();
+      EXPECT_TRUE(events_.contains(each.event));
+      expectNothingLeft();
+    }
+  }
+}
+
+/// Each way to a dialog, box or menu: runs until it has closed, and checks that this counted as cancelling.
+struct Asking {
+  const char* name;
+  std::function<void()> act;
+};
+
+class HostDuringADialog : public Host {
+ protected:
+  std::vector<Asking> askings() {
+    const auto change = [this] { action("btnImageMirror").trigger(); };
+    return {
+        {"open dialog", [this] { EXPECT_FALSE(control().OpenImage()); }},
+        {"save dialog", [this] { EXPECT_FALSE(control().SaveImageAs()); }},
+        {"open dialog of the command", [this] { action("btnFileOpen").trigger(); }},
+        {"save changes",
+         [this, change] {
+           change();
+           EXPECT_FALSE(control().SaveChanges());
+         }},
+        {"save changes of the command",
+         [this, change] {
+           change();
+           action("btnFileOpen").trigger();
+         }},
+        {"failed open", [this] { EXPECT_FALSE(control().OpenImage(file("damaged.png"))); }},
+        {"failed save", [this] { EXPECT_FALSE(control().SaveImageAs(file("nowhere/a.png"))); }},
+        {"rotate dialog", [this] { EXPECT_EQ(control().ShowRotateDialog(), 0); }},
+        {"about box", [this] { action("btnHelpAbout").trigger(); }},
+        {"missing help", [this] { action("btnHelpContents").trigger(); }},
+        {"nothing to paste",
+         [this] {
+           QApplication::clipboard()->clear();
+           action("btnEditPaste").trigger();
+         }},
+    };
+  }
+};
+
+TEST_F(HostDuringADialog, MayEndTheEditorOrItsWindow) {
+  for (std::size_t i = 0; i < askings().size(); ++i) {
+    for (const Ends what : {Ends::Editor, Ends::Window}) {
+      SCOPED_TRACE(std::string(askings()[i].name) + (what == Ends::Editor ? ", the editor" : ", the window"));
+      start();
+      const Asking asking = askings()[i];
+      QPointer<QWidget> shown;
+      whenModalOpens([&](QWidget& dialog) {
+        shown = &dialog;
+        EXPECT_EQ(dialog.parentWidget()->window(), window_.data());
+        end(what);
+      });
+      asking.act();
+      EXPECT_FALSE(shown && shown->isVisible());
+      expectNothingLeft();
+    }
+  }
+}
+
+TEST_F(HostDuringADialog, MayEndTheEditorUnderABoxOfADialog) {
+  start();
+  QPointer<QWidget> inner;
+  whenModalOpens([&](QWidget& dialog) {
+    whenModalOpens([&](QWidget& box) {
+      inner = &box;
+      end(Ends::Window);
+    });
+    dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))
+        ->setText(QString::fromStdString(file("nowhere/picture.bmp")));
+    QMetaObject::invokeMethod(&dialog, "accept", Qt::QueuedConnection);
+  });
+  EXPECT_FALSE(control().SaveImageAs());
+  EXPECT_FALSE(inner);
+  expectNothingLeft();
+}
+
+TEST_F(HostDuringADialog, MayEndTheEditorUnderItsContextMenu) {
+  for (const Ends what : {Ends::Editor, Ends::Window}) {
+    start();
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, &watch, [&] {
+      if (!qobject_cast<QMenu*>(QApplication::activePopupWidget())) return;
+      watch.stop();
+      end(what);
+    });
+    watch.start(5);
+    QTest::mouseClick(&canvas(), Qt::RightButton, {}, canvas().rect().center());
+    expectNothingLeft();
+  }
+}
+
+TEST_F(HostDuringADialog, MayEndTheEditorUnderTheColourDialog) {
+  for (const Ends what : {Ends::Editor, Ends::Window}) {
+    start();
+    auto& picker = *widget_->findChild<qt::ColorPickerWidget*>();
+    picker.dropDown();
+    QWidget* const palette = QApplication::activePopupWidget();
+    ASSERT_TRUE(palette);
+    palette->actions().back()->trigger();
+    palette->close();
+    const QPointer<QColorDialog> dialog = picker.findChild<QColorDialog*>();
+    ASSERT_TRUE(dialog);
+    EXPECT_TRUE(dialog->isVisible());
+    end(what);
+    EXPECT_FALSE(dialog && dialog->isVisible());
+    expectNothingLeft();
+  }
+}
+
+TEST_F(HostDuringADialog, MayRunAnEventLoopOfItsOwnInAnEvent) {
+  start();
+  connections_.push_back(control().ImageOpen.Connect([&](const std::string&) {
+    QEventLoop loop;
+    QTimer::singleShot(5, &loop, [&] { end(Ends::Window); });
+    QTimer::singleShot(60, &loop, &QEventLoop::quit);
+    loop.exec();
+    EXPECT_TRUE(widget_) << "the call that raised the event is not over";
+  }));
+  EXPECT_TRUE(control().OpenImage(file("open.png")));
+  expectNothingLeft();
+}
+
+TEST_F(HostDuringADialog, MayQuitTheProgram) {
+  for (std::size_t i = 0; i < askings().size(); ++i) {
+    SCOPED_TRACE(askings()[i].name);
+    start();
+    const Asking asking = askings()[i];
+    bool returned = false;
+    QTimer::singleShot(0, qApp, [&] {
+      asking.act();
+      returned = true;
+    });
+    whenModalOpens([&](QWidget&) { qApp->quit(); });
+    EXPECT_EQ(runProgram(), 0) << "it did not end by itself";
+    EXPECT_TRUE(returned);
+  }
+}
+
+TEST_F(HostDuringADialog, MayQuitTheProgramWhileADockWindowFloats) {
+  start();
+  QDockWidget& dock = *widget_->findChild<QDockWidget*>();
+  dock.setFloating(true);
+  dock.show();
+  settle();
+  QTimer::singleShot(0, qApp, [] { qApp->quit(); });
+  EXPECT_EQ(runProgram(), 0) << "it did not end by itself";
+}
+
+TEST_F(Host, EndsFloatingDockWindowsWithTheEditor) {
+  start();
+  QDockWidget& dock = *widget_->findChild<QDockWidget*>();
+  dock.setFloating(true);
+  dock.show();
+  settle();
+  end(Ends::Editor);
+  expectNothingLeft();
+}
+
+TEST_F(Host, GetsBoxesOverTheWindowOfTheEditorThatShowsThemAndNotOverTheActiveOne) {
+  start();
+  QWidget other;
+  qt::ImageEditor second(*component_, nullptr, &other);
+  second.control().Initialize();
+  other.show();
+  action("btnImageMirror").trigger();
+  QApplication::setActiveWindow(&other);
+  settle();
+  for (const bool box : {true, false}) {
+    QWidget* over = nullptr;
+    whenModalOpens([&](QWidget& dialog) {
+      over = dialog.parentWidget()->window();
+      static_cast<QDialog&>(dialog).reject();
+    });
+    if (box) {
+      EXPECT_FALSE(control().SaveChanges());
+    } else {
+      EXPECT_EQ(control().ShowRotateDialog(), 0);
+    }
+    EXPECT_EQ(over, window_.data());
+  }
+}
+
+TEST_F(Host, MayUseTheEditorAfterASecondComponentOfTheThreadCameAndWent) {
+  start();
+  {
+    const qt::Component second;
+    EXPECT_TRUE(control().OpenImage(file("open.png")));
+  }
+  EXPECT_TRUE(control().OpenImage(file("open.png")));
+  control().ForeColor(0x00010203);
+  EXPECT_NO_THROW(modProcessing::Platform());
+  end(Ends::Editor);
+  expectNothingLeft();
+}
+
+TEST_F(Host, MayEndTheComponentRightAfterTheEditor) {
+  start();
+  end(Ends::Window);
+  EXPECT_TRUE(widget_) << "kept until control is back in the event loop";
+  component_.reset();
+  EXPECT_FALSE(widget_);
+}
+
+}  // namespace
+}  // namespace kestrel::desktop
