@@ -91,13 +91,17 @@ TEST(Event, LetsAnErrorEndTheRound) {
 }
 
 TEST(Connection, MayOutliveItsEvent) {
+  const auto held = std::make_shared<int>(0);
   Connection connection;
   {
     Event<> event;
-    connection = event.Connect([] {});
+    connection = event.Connect([held] { ++*held; });
+    event();
   }
-  connection.Disconnect();
-  connection.Disconnect();
+  EXPECT_NO_THROW(connection.Disconnect());
+  EXPECT_NO_THROW(connection.Disconnect());
+  EXPECT_EQ(*held, 1);
+  EXPECT_EQ(held.use_count(), 1) << "the handler is released, at the latest by the connection";
 }
 
 }  // namespace
