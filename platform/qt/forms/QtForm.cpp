@@ -12,7 +12,10 @@
 namespace kestrel::qt {
 
 QtForm::QtForm(std::unique_ptr<FormWindow> window, const std::string& name, engine::ClipboardPort& clipboard)
-    : WidgetControl(*window, {name, -1}), window_(window.release()), graphics_(*window_) {
+    : WidgetControl(*window, {name, -1}),
+      window_(window.release()),
+      graphics_(*window_),
+      placement_(*window_) {
   controls_.addAll(*window_, clipboard);
   window_->closing = [this] { guarded([this] { unload(0); }); };
   QObject::connect(window_.data(), &FormWindow::activated, receiver(), [this] {

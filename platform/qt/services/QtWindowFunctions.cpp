@@ -1,9 +1,11 @@
 #include "QtWindowFunctions.h"
 
+#include <QApplication>
 #include <QCursor>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QScreen>
+#include <QStyle>
 
 #include "../Handles.h"
 #include "../view/ViewCanvas.h"
@@ -23,6 +25,12 @@ class DigitsOnly final : public QObject {
     return !typed.isEmpty() && typed[0].isPrint() && !(typed[0] >= u'0' && typed[0] <= u'9');
   }
 };
+
+Margins frameOf(const QWidget& window) {
+  const QRect inner = window.geometry(), outer = window.frameGeometry();
+  return {inner.left() - outer.left(), inner.top() - outer.top(), outer.right() - inner.right(),
+          outer.bottom() - inner.bottom()};
+}
 
 }  // namespace
 
@@ -72,6 +80,16 @@ Rectangle QtWindowFunctions::ScreenArea(std::int32_t index) {
   if (primary > 0) screens.move(primary, 0);
   const QRect area = screens[index]->availableGeometry();
   return {area.x(), area.y(), area.width(), area.height()};
+}
+
+Margins QtWindowFunctions::FrameOf(WindowHandle window) {
+  const QWidget* const widget = widgetOf(window);
+  const QWidget* const topLevel = widget ? widget->window() : nullptr;
+  if (topLevel && topLevel->isVisible()) return frameOf(*topLevel);
+  // The window manager gives one to a window that is shown; until then a title bar as the style draws it.
+  Margins expected;
+  expected.Top = QApplication::style()->pixelMetric(QStyle::PM_TitleBarHeight);
+  return expected;
 }
 
 }  // namespace kestrel::qt
