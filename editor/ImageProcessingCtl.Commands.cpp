@@ -292,11 +292,12 @@ void ImageProcessingCtl::SetToolbarStyle(std::int32_t Style) {
 
 void ImageProcessingCtl::ApplyOptions() {
   try {
-    kestrel::Options& options = Options();
+    const std::shared_ptr<kestrel::Options> shared = Options();
+    kestrel::Options& options = Required(shared);
     modImgX::SetupBackground(igxImage, options.BackgroundGridSize(), options.BackgroundGridColor1(),
                              options.BackgroundGridColor2());
     if (fltZoom) fltZoom->ApplyOptions();
-    igxImage.ImgX()->JPEGQuality(options.JPEGQuality());
+    Required(igxImage.ImgX()).JPEGQuality(options.JPEGQuality());
   } catch (...) {
     QDK_TRAILER(ApplyOptions, QDK_PARAMETERS(), QDK_LOCALS());
   }

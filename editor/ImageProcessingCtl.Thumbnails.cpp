@@ -22,8 +22,8 @@ PicturePtr ImageProcessingCtl::GetThumbnailEx(ThumbnailSizeTypeEnum& SizeType, s
                                               std::int32_t Opactity, std::int32_t BlurLevel) {
   ShadowArguments shadow{OffsetX, OffsetY, ShadowColor, Opactity, BlurLevel};
   zTakeShadowDefaults(shadow);
-  if (BackColor == ipUseDefault) BackColor = Options().ThumbnailBackgroundColor();
-  if (Size == ipUseDefault) Size = Options().ThumbnailSize();
+  if (BackColor == ipUseDefault) BackColor = Required(Options()).ThumbnailBackgroundColor();
+  if (Size == ipUseDefault) Size = Required(Options()).ThumbnailSize();
 
   kestrel::ImgX& scratch = Required(pImage);
   scratch.Document().CopyFrom(*igxImage.ImgX(), 0, "");
@@ -44,11 +44,12 @@ bool ImageProcessingCtl::SaveImageThumbnail(std::string Filename) {
   if (Filename.empty()) {
     Filename = files.PathWithoutExtension(Filename) + "_thumb." + files.GetExtension(Filename, 0);
   }
-  const PicturePtr thumbnail = GetThumbnail(ipUseDefault, ipUseDefault, Options().ThumbnailAddDropShadow());
+  const PicturePtr thumbnail =
+      GetThumbnail(ipUseDefault, ipUseDefault, Required(Options()).ThumbnailAddDropShadow());
   try {
     Result = modImgX::SavePictureToFile(*iPlatform.CreateImgX(), *thumbnail, Filename,
                                         modImgX::GetSaveFormatFromFilename(Filename, files),
-                                        Options().JPEGQuality());
+                                        Required(Options()).JPEGQuality());
   } catch (const RuntimeError&) {
     Result = false;
   }

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "base/Numbers.h"
+#include "base/Required.h"
 #include "diagnostics/Trailer.h"
 #include "imaging/modImgX.h"
 #include "settings/modProcessing.h"
@@ -198,7 +199,7 @@ void ImageProcessingCtl::Initialize() {
     if (!iRuntime) return;
 
     pImage = iPlatform.CreateImgX();
-    pImage->BackColor(kNoColor);
+    Required(pImage).BackColor(kNoColor);
 
     igxImage.ImageBorder(true);
     igxImage.MousePointerStyle(2);
@@ -208,9 +209,9 @@ void ImageProcessingCtl::Initialize() {
     igxImage.Visible(true);
 
     ApplyOptions();
-    BackColor(Options().MaterialBackColor());
-    ForeColor(Options().MaterialForeColor());
-    UndoLevels(Options().UndoLevels());
+    BackColor(Required(Options()).MaterialBackColor());
+    ForeColor(Required(Options()).MaterialForeColor());
+    UndoLevels(Required(Options()).UndoLevels());
 
     pDialog = iPlatform.CreateImgXDialog();
     iDialogConnection = pDialog->InitDialog.Connect(
