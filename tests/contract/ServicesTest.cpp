@@ -219,10 +219,12 @@ TEST_P(Services, WindowPositionsPutAWindowBackWhereItStood) {
 }
 
 TEST_P(Services, WindowPositionsDoNotMoveAWindowThatIsClosedAndOpenedTenTimes) {
+  // Large enough for all that is on the form, small enough for the screen.
+  constexpr std::int32_t kWidth = 620, kHeight = 680;
   WindowPositions& positions = platform().WindowPositions();
   positions.RegistryKey("Software\\Test\\WindowPositions");
   std::unique_ptr<Form> form = user().controls();
-  form->Move(140, 150, 420, 330);
+  form->Move(60, 50, kWidth, kHeight);
   for (int round = 0; round < 10; ++round) {
     form->Show();
     user().settle();
@@ -232,10 +234,10 @@ TEST_P(Services, WindowPositionsDoNotMoveAWindowThatIsClosedAndOpenedTenTimes) {
     const Connection load = form->Load.Connect([&] { positions.LoadPosition(*form, "Test"); });
     form->Show();
     user().settle();
-    EXPECT_EQ(form->Left(), 140) << round;
-    EXPECT_EQ(form->Top(), 150) << round;
-    EXPECT_EQ(form->Width(), 420) << round;
-    EXPECT_EQ(form->Height(), 330) << round;
+    EXPECT_EQ(form->Left(), 60) << round;
+    EXPECT_EQ(form->Top(), 50) << round;
+    EXPECT_EQ(form->Width(), kWidth) << round;
+    EXPECT_EQ(form->Height(), kHeight) << round;
     if (HasFailure()) return;
   }
 }
@@ -244,7 +246,7 @@ TEST_P(Services, WindowPositionsKeepTheTitleBarOnTheScreen) {
   WindowPositions& positions = platform().WindowPositions();
   positions.RegistryKey("Software\\Test\\WindowPositions");
   const std::unique_ptr<Form> form = user().controls();
-  form->Move(-5000, -5000, 420, 330);
+  form->Move(-5000, -5000, 620, 680);
   positions.SavePosition(*form, "Test");
   positions.LoadPosition(*form, "Test");
   form->Show();

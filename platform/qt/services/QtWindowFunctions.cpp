@@ -1,11 +1,9 @@
 #include "QtWindowFunctions.h"
 
-#include <QApplication>
 #include <QCursor>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QScreen>
-#include <QStyle>
 
 #include "../Handles.h"
 #include "../view/ViewCanvas.h"
@@ -85,11 +83,7 @@ Rectangle QtWindowFunctions::ScreenArea(std::int32_t index) {
 Margins QtWindowFunctions::FrameOf(WindowHandle window) {
   const QWidget* const widget = widgetOf(window);
   const QWidget* const topLevel = widget ? widget->window() : nullptr;
-  if (topLevel && topLevel->isVisible()) return frameOf(*topLevel);
-  // The window manager gives one to a window that is shown; until then a title bar as the style draws it.
-  Margins expected;
-  expected.Top = QApplication::style()->pixelMetric(QStyle::PM_TitleBarHeight);
-  return expected;
+  return topLevel && topLevel->isVisible() ? frameOf(*topLevel) : Margins{};
 }
 
 }  // namespace kestrel::qt
