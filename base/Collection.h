@@ -9,14 +9,15 @@
 #include <utility>
 #include <vector>
 
-#include "Numbers.h"
+#include "CaseFolding.h"
 #include "Object.h"
 #include "RuntimeError.h"
 #include "Variant.h"
 
 namespace kestrel {
 
-/// An ordered list, counted from 1, whose elements may have a text as key. Keys ignore case.
+/// An ordered list, counted from 1, whose elements may have a text as key. Keys ignore case, in all
+/// scripts.
 template <typename T>
 class Collection : public Object {
  public:
@@ -40,7 +41,7 @@ class Collection : public Object {
       throw RuntimeError(err::kDuplicateKey, "The key \"" + std::string(key) + "\" is in use already.");
     }
     const auto position = before == 0 ? entries_.end() : entries_.begin() + Offset(before);
-    entries_.insert(position, Entry{std::move(element), LowerCase(key)});
+    entries_.insert(position, Entry{std::move(element), FoldCase(key)});
   }
 
   /// The element at a place, counted from 1 (raises 9), or under a key (raises 5).
@@ -63,7 +64,7 @@ class Collection : public Object {
  private:
   struct Entry {
     T element;
-    std::string key;  // in lower case
+    std::string key;  // folded
   };
   using Entries = std::vector<Entry>;
 
@@ -101,7 +102,7 @@ class Collection : public Object {
   }
 
   typename Entries::const_iterator Find(std::string_view key) const {
-    const std::string wanted = LowerCase(key);
+    const std::string wanted = FoldCase(key);
     return std::find_if(entries_.begin(), entries_.end(),
                         [&](const Entry& entry) { return !entry.key.empty() && entry.key == wanted; });
   }

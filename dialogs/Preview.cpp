@@ -43,10 +43,11 @@ Preview::Preview(Site& site)
 
 void Preview::Usercontrol_Initialize() {
   try {
-    const auto Options = modProcessing::GetOptions();
+    const auto shared = modProcessing::GetOptions();
+    Options& Options = Required(shared);
     for (ImageView* pane : {&igxOriginal, &igxPreview}) {
-      modImgX::SetupBackground(*pane, Options->BackgroundGridSize(), Options->BackgroundGridColor1(),
-                               Options->BackgroundGridColor2());
+      modImgX::SetupBackground(*pane, Options.BackgroundGridSize(), Options.BackgroundGridColor1(),
+                               Options.BackgroundGridColor2());
     }
     mLinkedScrolling = true;
     // From True to False is a change, so that the let runs and loads the stock picture.

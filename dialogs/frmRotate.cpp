@@ -2,6 +2,7 @@
 
 #include "base/Arithmetic.h"
 #include "base/Numbers.h"
+#include "base/Required.h"
 #include "diagnostics/Trailer.h"
 #include "settings/modProcessing.h"
 
@@ -41,10 +42,11 @@ void frmRotate::Form_Load() {
   try {
     Form().ClearIcon();
     MakeNumberBox(txtDegrees);
-    const auto Options = modProcessing::GetOptions();
+    const auto shared = modProcessing::GetOptions();
+    Options& Options = Required(shared);
     // A stored number beyond the two directions must not leave the user without one.
-    optDirection[Options->RotateDirection() == ipDirectionLeft ? kLeft : kRight]->Value(true);
-    Angle = Options->RotateAngle();
+    optDirection[Options.RotateDirection() == ipDirectionLeft ? kLeft : kRight]->Value(true);
+    Angle = Options.RotateAngle();
     switch (Angle) {
       case 90:
         optDegree[0]->Value(true);
@@ -115,12 +117,13 @@ void frmRotate::cmdAction_Click(std::int32_t Index) {
   try {
     if (Index == kActionCancel) return Unload();
     if (Angle == 0) return Exclaim("Please enter or select an angle");
-    const auto Options = modProcessing::GetOptions();
+    const auto shared = modProcessing::GetOptions();
+    Options& Options = Required(shared);
     // Stored as entered, so that the next opening shows the same choice.
-    Options->RotateAngle(Angle);
+    Options.RotateAngle(Angle);
     const bool left = optDirection[kLeft]->Value();
     Angle = Clockwise(Angle, left);
-    Options->RotateDirection(left ? ipDirectionLeft : ipDirectionRight);
+    Options.RotateDirection(left ? ipDirectionLeft : ipDirectionRight);
     ResultData = ToText(Angle);
     Success = true;
     Unload();

@@ -210,7 +210,8 @@ void ImageProcessingCtl::SetToolbarStyle(std::int32_t Style) {
 
 void ImageProcessingCtl::ApplyOptions() {
   try {
-    kestrel::Options& options = Options();
+    const std::shared_ptr<kestrel::Options> shared = Options();
+    kestrel::Options& options = Required(shared);
     modImgX::SetupBackground(igxImage, options.BackgroundGridSize(), options.BackgroundGridColor1(),
                              options.BackgroundGridColor2());
     if (fltZoom) fltZoom->ApplyOptions();

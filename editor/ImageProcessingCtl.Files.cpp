@@ -175,7 +175,7 @@ bool ImageProcessingCtl::zSaveImage(std::string Filename, std::int32_t ForcedFor
       Format = modImgX::GetSaveFormatFromFilename(Filename, files);
     }
 
-    QDK_RESUME_NEXT(igxImage.JPEGQuality(Options().StoredJPEGQuality()));
+    QDK_RESUME_NEXT(igxImage.JPEGQuality(Required(Options()).StoredJPEGQuality()));
     try {
       igxImage.Writer().ToFile(Filename, Format, 0, true);
     } catch (...) {
@@ -188,7 +188,7 @@ bool ImageProcessingCtl::zSaveImage(std::string Filename, std::int32_t ForcedFor
       QDK_RESUME_NEXT(Thumbnail =
                           files.PathWithoutExtension(Filename) + "_thumb." + files.GetExtension(Filename, 0));
       QDK_RESUME_NEXT(if (SaveThumbnail || (iPlatform.FormUtility().FileExists(Thumbnail) &&
-                                            Options().ThumbnailAutomaticUpdate()))
+                                            Required(Options()).ThumbnailAutomaticUpdate()))
                           SaveImageThumbnail(Thumbnail));
       if (UpdateUserInterface) {
         QDK_RESUME_NEXT(igxImage.Modified(false));
@@ -239,7 +239,7 @@ void ImageProcessingCtl::pDialog_InitDialog(std::int32_t& DialogWidth, std::int3
     if (!iIsSave) return;
     if (!iResources) iResources = std::make_unique<frmResources>();
     CheckBox& chkThumbnail = iResources->chkThumbnail();
-    chkThumbnail.Value(Options().ThumbnailAutoCheck() ? 1 : 0);
+    chkThumbnail.Value(Required(Options()).ThumbnailAutoCheck() ? 1 : 0);
     pDialog->GetControlRect(kDialogFileTypeLabel, Left, Top, Width, Height);
     pDialog->MoveControl(chkThumbnail.hWnd(), Left + kCheckBoxIndent, Top + Height + kCheckBoxDrop);
     const double heightInPixels =
@@ -257,7 +257,7 @@ void ImageProcessingCtl::zTellOfFile() {
   bool LosesPages = false;
   try {
     iNotice = AboutFile(igxImage.Image());
-    LosesPages = !iNotice.empty() && igxImage.Image()->Pages() > 1;
+    LosesPages = !iNotice.empty() && Required(igxImage.Image()).Pages() > 1;
     iRepeatNotice = LosesPages;
     igxImage.Notice(iNotice, LosesPages && zOffersSaveAs() ? Commands()("btnFileSaveAs").Caption() : "");
   } catch (...) {

@@ -28,16 +28,16 @@ void ImageProcessingCtl::Resize(std::int32_t Width, std::int32_t Height, std::in
 
 void ImageProcessingCtl::ResizeCanvas(std::int32_t Width, std::int32_t Height, std::int32_t OffsetX,
                                       std::int32_t OffsetY, OLE_COLOR BackColor) {
-  if (BackColor == ipUseDefault) BackColor = Options().ResizeCanvasColor();
+  if (BackColor == ipUseDefault) BackColor = Required(Options()).ResizeCanvasColor();
   igxImage.Effects().ResizeCanvas(Width, Height, igxImage.Colors().Create(BackColor, 255), OffsetX, OffsetY,
                                   "");
 }
 
 void ImageProcessingCtl::Rotate(float Angle, OLE_COLOR BackColor, bool ApplyToSelection) {
   if (BackColor == ipUseDefault) {
-    BackColor = Options().MaterialBackColor();
+    BackColor = Required(Options()).MaterialBackColor();
     // Wherever a background material is set it is the foreground one that fills the corners.
-    if (BackColor != kNoColor) BackColor = Options().MaterialForeColor();
+    if (BackColor != kNoColor) BackColor = Required(Options()).MaterialForeColor();
   }
   const bool onSection = ApplyToSelection && zHasSelection();
   const Colour corners = igxImage.Colors().Create(BackColor, 255);
@@ -74,12 +74,13 @@ void ImageProcessingCtl::ApplyGrayScale(bool ApplyToSelection) {
 }
 
 void ImageProcessingCtl::FlattenAlpha(OLE_COLOR Color) {
-  if (Color == ipUseDefault) Color = Options().FlattenAlphaColor();
+  if (Color == ipUseDefault) Color = Required(Options()).FlattenAlphaColor();
   igxImage.Alpha().Flatten(igxImage.Colors().Create(Color, 255), "");
 }
 
 void ImageProcessingCtl::zTakeShadowDefaults(ShadowArguments& Shadow) {
-  kestrel::Options& options = Options();
+  const std::shared_ptr<kestrel::Options> shared = Options();
+  kestrel::Options& options = Required(shared);
   if (Shadow.OffsetX == ipUseDefault) Shadow.OffsetX = options.DropShadowHorizontalOffset();
   if (Shadow.OffsetY == ipUseDefault) Shadow.OffsetY = options.DropShadowVerticalOffset();
   if (Shadow.Color == ipUseDefault) Shadow.Color = options.DropShadowColor();
@@ -114,7 +115,7 @@ void ImageProcessingCtl::ApplyMaskedDropShadow(std::int32_t OffsetX, std::int32_
   constexpr double kMaskTolerance = 1.0;
   ShadowArguments shadow{OffsetX, OffsetY, ShadowColor, Opactity, BlurLevel};
   zTakeShadowDefaults(shadow);
-  if (MaskColor == ipUseDefault) MaskColor = Options().DropShadowMaskColor();
+  if (MaskColor == ipUseDefault) MaskColor = Required(Options()).DropShadowMaskColor();
 
   // Any valid selection is used, whatever the caller asked for.
   const bool onSection = zHasSelection();

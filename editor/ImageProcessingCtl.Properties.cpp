@@ -1,4 +1,5 @@
 #include "ImageProcessingCtl.h"
+#include "base/Required.h"
 #include "diagnostics/Trailer.h"
 #include "imaging/modImgX.h"
 #include "settings/modProcessing.h"
@@ -121,7 +122,7 @@ void ImageProcessingCtl::BackColor(OLE_COLOR Value) {
       igxImage.Draw().Color().Value(pForeColor);
       igxImage.Draw().FillMode(kFillNone);
     }
-    if (pAutoUpdateGlobal) Options().MaterialBackColor(Value);
+    if (pAutoUpdateGlobal) Required(Options()).MaterialBackColor(Value);
     zRaise(BackColorChange, Value);
   } catch (...) {
     QDK_TRAILER(BackColor, QDK_PARAMETERS(Value), QDK_LOCALS());
@@ -133,7 +134,7 @@ void ImageProcessingCtl::ForeColor(OLE_COLOR Value) {
     if (Value == pForeColor) return;
     pForeColor = Value;
     if (pBackColor == kNoColor) igxImage.Draw().Color().Value(pForeColor);
-    if (pAutoUpdateGlobal) Options().MaterialForeColor(Value);
+    if (pAutoUpdateGlobal) Required(Options()).MaterialForeColor(Value);
     zRaise(ForeColorChange, Value);
   } catch (...) {
     QDK_TRAILER(ForeColor, QDK_PARAMETERS(Value), QDK_LOCALS());
@@ -180,7 +181,7 @@ std::shared_ptr<ImgX> ImageProcessingCtl::ImgX() {
   return Result;
 }
 
-Options& ImageProcessingCtl::Options() { return *modProcessing::GetOptions(); }
+std::shared_ptr<Options> ImageProcessingCtl::Options() { return modProcessing::GetOptions(); }
 
 std::shared_ptr<IImageEvents> ImageProcessingCtl::EventSink() const {
   std::shared_ptr<IImageEvents> Result;

@@ -139,7 +139,8 @@ void ImageProcessingCtl::Paste() {
   try {
     if (!iPasting) return;
     iPasting = false;
-    if (iTransparentPaste) MaskColor = igxImage.Colors().Create(Options().PasteSpecialMaskColor(), 255);
+    if (iTransparentPaste)
+      MaskColor = igxImage.Colors().Create(Required(Options()).PasteSpecialMaskColor(), 255);
     igxImage.Draw().Image(Required(Required(pImage).Image()), iPasteX, iPasteY,
                           iTransparentPaste ? &MaskColor : nullptr, 1.0F, true, "Paste");
     zCancelPaste();

@@ -22,8 +22,8 @@ PicturePtr ImageProcessingCtl::GetThumbnailEx(ThumbnailSizeTypeEnum& SizeType, s
                                               std::int32_t Opactity, std::int32_t BlurLevel) {
   ShadowArguments shadow{OffsetX, OffsetY, ShadowColor, Opactity, BlurLevel};
   zTakeShadowDefaults(shadow);
-  if (BackColor == ipUseDefault) BackColor = Options().ThumbnailBackgroundColor();
-  if (Size == ipUseDefault) Size = Options().ThumbnailSize();
+  if (BackColor == ipUseDefault) BackColor = Required(Options()).ThumbnailBackgroundColor();
+  if (Size == ipUseDefault) Size = Required(Options()).ThumbnailSize();
 
   kestrel::ImgX& scratch = Required(pImage);
   scratch.Document().CopyFrom(*igxImage.ImgX(), 0, "");
@@ -45,7 +45,7 @@ bool ImageProcessingCtl::SaveImageThumbnail(std::string Filename) {
     if (Filename.empty()) {
       Filename = files.PathWithoutExtension(Filename) + "_thumb." + files.GetExtension(Filename, 0);
     }
-    const PicturePtr thumbnail = GetThumbnail(ipUseDefault, ipUseDefault, Options().ThumbnailAddDropShadow());
+    const PicturePtr thumbnail = GetThumbnail(ipUseDefault, ipUseDefault, Required(Options()).ThumbnailAddDropShadow());
     Result = zSaveThumbnail(Required(thumbnail), Filename);
   } catch (...) {
     Status("", true, false);
@@ -59,7 +59,7 @@ bool ImageProcessingCtl::zSaveThumbnail(const kestrel::Picture& Thumbnail, const
   try {
     return modImgX::SavePictureToFile(*iPlatform.CreateImgX(), Thumbnail, Filename,
                                       modImgX::GetSaveFormatFromFilename(Filename, iPlatform.FileHelpers()),
-                                      Options().JPEGQuality());
+                                      Required(Options()).JPEGQuality());
   } catch (const std::exception&) {
     return false;
   }

@@ -206,7 +206,7 @@ void ImageProcessingCtl::Initialize() {
     if (!iRuntime) return;
 
     pImage = iPlatform.CreateImgX();
-    pImage->BackColor(kNoColor);
+    Required(pImage).BackColor(kNoColor);
 
     igxImage.ImageBorder(true);
     igxImage.MousePointerStyle(2);
@@ -216,9 +216,9 @@ void ImageProcessingCtl::Initialize() {
     igxImage.Visible(true);
 
     ApplyOptions();
-    BackColor(Options().MaterialBackColor());
-    ForeColor(Options().MaterialForeColor());
-    UndoLevels(Options().UndoLevels());
+    BackColor(Required(Options()).MaterialBackColor());
+    ForeColor(Required(Options()).MaterialForeColor());
+    UndoLevels(Required(Options()).UndoLevels());
 
     pDialog = iPlatform.CreateImgXDialog();
     iDialogConnection = pDialog->InitDialog.Connect(

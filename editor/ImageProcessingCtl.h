@@ -115,7 +115,8 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   /// Null while there is no picture.
   kestrel::Image* Image() override;
   std::shared_ptr<kestrel::ImgX> ImgX();
-  kestrel::Options& Options();
+  /// The settings that all editors of the process share.
+  std::shared_ptr<kestrel::Options> Options();
   kestrel::DockWindows& DockWindows() { return mrgUI.DockWindows(); }
   kestrel::Commands& Commands() { return mrgUI.Commands(); }
   kestrel::CommandBars& CommandBars() { return mrgUI.CommandBars(); }

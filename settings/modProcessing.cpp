@@ -21,7 +21,7 @@ Apartment& TheApartment() {
   return apartment;
 }
 
-/// The one report of a store that can't be used; its settings then have their defaults.
+/// The report of a store that can't be read; its settings then have their defaults.
 void RegistryStore_Unavailable(const RuntimeError& Cause) {
   try {
     throw Cause;

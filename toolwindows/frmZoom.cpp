@@ -17,7 +17,7 @@ frmZoom::frmZoom() : iForm("frmZoom"), ioeTracking(modProcessing::Platform().Cre
   keep(iForm->Unloaded.Connect([this] { Form_Unload(); }));
   keep(ioeTracking->MouseHover.Connect([this] { ioeTracking_MouseHover(); }));
   keep(ioeTracking->MouseLeave.Connect([this] { ioeTracking_MouseLeave(); }));
-  pZoomLevel = modProcessing::GetOptions()->ZoomLevel();
+  pZoomLevel = Required(modProcessing::GetOptions()).ZoomLevel();
   // Colours or sizes that make no ground are the editor's to tell.
   QDK_RESUME_NEXT(ApplyOptions());
 }

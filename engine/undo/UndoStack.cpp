@@ -5,16 +5,11 @@
 #include <utility>
 #include <vector>
 
-#include "base/RuntimeError.h"
-
 namespace kestrel::engine {
 
 void UndoStack::levels(std::int32_t value) {
-  if (value < 0) {
-    throw RuntimeError(err::kInvalidPropertyValue, "The number of undo levels cannot be negative.");
-  }
-  levels_ = value;
-  const auto most = static_cast<std::size_t>(value);
+  levels_ = std::max(value, 0);
+  const auto most = static_cast<std::size_t>(levels_);
   while (done_.size() > most) done_.pop_front();
   while (undone_.size() > most) undone_.pop_front();
 }

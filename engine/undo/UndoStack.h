@@ -38,7 +38,7 @@ class UndoStack {
   };
 
   std::int32_t levels() const noexcept { return levels_; }
-  /// How many steps are kept at most; the oldest go. 0 empties the stack. Raises RuntimeError 380 below 0.
+  /// How many steps are kept at most; the oldest go. 0 and less empties the stack.
   void levels(std::int32_t value);
 
   /// Adds a step, drops the steps that were undone, and the oldest beyond `levels`. Takes `before` over. On

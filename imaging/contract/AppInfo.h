@@ -16,7 +16,7 @@ class AppInfo {
   virtual std::int32_t Revision() const = 0;
   /// Full path of the file with this component's code; empty where it can't be told.
   virtual std::string ModuleFilename() const = 0;
-  /// The process's command line as it was given.
+  /// The process's command line, with quotes around each part that needs them, the program too.
   virtual std::string CommandLine() const = 0;
 };
 

@@ -41,7 +41,9 @@ class FileHelpers {
                          Form* Owner) = 0;
   virtual bool MoveFiles(const std::string& Buffer, const std::string& Folder, std::int32_t Flags,
                          Form* Owner) = 0;
-  virtual bool DeleteFiles(const std::string& Buffer, std::int32_t Flags, Form* Owner) = 0;
+  /// `Folder` has no part in deleting.
+  virtual bool DeleteFiles(const std::string& Buffer, const std::string& Folder, std::int32_t Flags,
+                           Form* Owner) = 0;
 };
 
 }  // namespace kestrel

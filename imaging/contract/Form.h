@@ -16,6 +16,9 @@ inline constexpr std::int32_t kWindowMaximized = 2;
 
 /// A top-level window, or one that is shown inside a dock window, with the controls that its form describes.
 /// It is built by `Platform::CreateForm`, hidden, and is destroyed with this object.
+///
+/// Position and size are those of the client area, without the desktop's frame and title bar. A position that
+/// is written before the window is shown holds whatever the window manager does when it adds the frame.
 class Form : public Control, public ControlContainer {
  public:
   virtual std::string Caption() const = 0;

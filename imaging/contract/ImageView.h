@@ -90,7 +90,7 @@ class ImageView : public Control, public ImagingFace {
   virtual std::int32_t Tool() const = 0;
   virtual void Tool(std::int32_t value) = 0;
 
-  /// How many undo steps are kept, at least 0. Writing 0 empties the stack.
+  /// How many undo steps are kept. Writing 0 empties the stack; a negative number is taken as 0.
   virtual std::int32_t UndoLevels() const = 0;
   virtual void UndoLevels(std::int32_t value) = 0;
   /// Take the latest step back, or forth again, and raise `Changed`. Nothing happens on an empty stack.

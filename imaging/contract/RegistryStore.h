@@ -22,9 +22,13 @@ inline constexpr std::int32_t kStoreNumber = 4;  ///< 32 bits
 /// a time, and a read that asks for the other kind does not find it. Reading creates nothing. Values are
 /// converted to their kind when they are written: True is the number -1.
 ///
-/// A store that can't be opened or read behaves as an empty one, and what is written to it is lost; the
-/// cause is told once, through `Unavailable`. In a store that works, a failing call raises RuntimeError (57,
-/// 61, 70 or 75), as does a stored number beyond 32 bits (6) or a value of neither kind (13).
+/// A store that can't be opened or read behaves as an empty one: reads find nothing, and `Unavailable`
+/// reports the cause. Each later call tries again. A stored value that is neither a text nor a 32-bit number,
+/// as another program may have left it, is not found.
+///
+/// A failing write raises RuntimeError (57, 61, 70, 75 or 76). Of a run of failures only the first call
+/// raises; the run ends with the next value that is written. So a user is told once, not at each setting,
+/// that settings are being lost.
 class RegistryStore {
  public:
   virtual ~RegistryStore() = default;
@@ -43,16 +47,17 @@ class RegistryStore {
   virtual void SetSetting(const std::string& ValueName, const Variant& Value, std::int32_t Kind,
                           const std::string& Section, std::int32_t Hive, const std::string& Root = {}) = 0;
 
-  /// A value of whatever kind, Empty where there is none. The empty name is the key's default value.
+  /// A value of either kind, Empty where there is none. The empty name is the key's default value.
   virtual Variant ReadValue(std::int32_t Hive, const std::string& Key, const std::string& ValueName) = 0;
   virtual void WriteValue(std::int32_t Hive, const std::string& Key, const std::string& ValueName,
                           const Variant& Value, std::int32_t Kind) = 0;
-  /// Does nothing where there is no such value.
+  /// Does nothing where there is no such value. Fails as a write does.
   virtual void DeleteValue(std::int32_t Hive, const std::string& Key, const std::string& ValueName) = 0;
-  /// Does nothing where the key exists.
+  /// Does nothing where the key exists. Each failing call raises, and is no part of a run: a caller that does
+  /// without the key is told by the write that follows.
   virtual void CreateKey(std::int32_t Hive, const std::string& Key) = 0;
 
-  /// Raised at most once, by the call that finds the store unusable.
+  /// Raised by a read that fails, once per run of failing reads.
   Event<const RuntimeError&> Unavailable;
 };
 

@@ -32,6 +32,15 @@ struct Rectangle {
   friend bool operator==(const Rectangle&, const Rectangle&) = default;
 };
 
+/// What something adds at each side of a rectangle.
+struct Margins {
+  std::int32_t Left = 0;
+  std::int32_t Top = 0;
+  std::int32_t Right = 0;
+  std::int32_t Bottom = 0;
+  friend bool operator==(const Margins&, const Margins&) = default;
+};
+
 /// Rows of 8-bit RGBA pixels, straight alpha, to read during a call.
 struct PixelRows {
   const std::uint8_t* Data = nullptr;

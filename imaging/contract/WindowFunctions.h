@@ -27,6 +27,9 @@ class WindowFunctions {
   /// The rectangle of each screen that windows may cover, the first screen first; pixels of the desktop.
   virtual std::int32_t ScreenCount() = 0;
   virtual Rectangle ScreenArea(std::int32_t index) = 0;
+  /// The frame, title bar included, that the desktop puts around a top-level window; none while it is not
+  /// known, as before the window is shown.
+  virtual Margins FrameOf(WindowHandle window) = 0;
 };
 
 }  // namespace kestrel

@@ -21,9 +21,10 @@ class WindowPositions {
   virtual std::string RegistryKey() const = 0;
   virtual void RegistryKey(const std::string& value) = 0;
 
-  /// Puts a window back where it stood, moved and shrunk as far as it takes to be on a screen that exists.
-  /// An empty `Name` stands for the form's own name. `Placement` is for a window of which nothing is
-  /// stored. `Screen` is the screen that `Placement` means, 0 the first.
+  /// Puts a window's client area back where it was, moved and shrunk as far as it takes for the window to be
+  /// on a screen that exists, title bar included once the frame is known. A stored position that is damaged
+  /// counts as none. An empty `Name` stands for the form's own name. `Placement` is for a window of which
+  /// nothing is stored. `Screen` is the screen that `Placement` means, 0 the first.
   virtual void LoadPosition(Form& form, const std::string& Name, std::int32_t Placement = kPlaceAsIs,
                             std::int32_t Screen = 0) = 0;
 

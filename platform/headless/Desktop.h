@@ -28,6 +28,8 @@ class Desktop {
   WindowHandle focus = 0;
   /// What windows may cover of each screen.
   std::vector<Rectangle> screens = {{0, 0, 1920, 1040}};
+  /// What it puts around each top-level window.
+  Margins frame;
 
  private:
   std::map<WindowHandle, Window*> windows_;

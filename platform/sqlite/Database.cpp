@@ -89,9 +89,9 @@ int waitForTurn(void* /*unused*/, int attempts) {
 
 /// Brings a file that is new into shape. Where several processes do so at once, the change of the journal
 /// fails for the later ones without any waiting; all of it can be done again.
-void setUp(sqlite3* connection) {
+void setUp(sqlite3* connection, int mostAttempts) {
   int result = SQLITE_BUSY;
-  for (int attempts = 0; (result & 0xFF) == SQLITE_BUSY && attempts < kMostAttempts; ++attempts) {
+  for (int attempts = 0; (result & 0xFF) == SQLITE_BUSY && attempts < mostAttempts; ++attempts) {
     if (attempts > 0) waitForTurn(nullptr, attempts);
     result = sqlite3_exec(connection, kSetUp, nullptr, nullptr, nullptr);
   }
@@ -156,7 +156,7 @@ Variant Statement::value() {
       // Numbers without a sign, as other programs may write them, have the same 32 bits.
       if (number < std::numeric_limits<std::int32_t>::min() ||
           number > std::numeric_limits<std::uint32_t>::max()) {
-        throw RuntimeError(err::kOverflow, "A stored number is outside the range of settings.");
+        return {};
       }
       return static_cast<std::int32_t>(number);
     }
@@ -165,7 +165,7 @@ Variant Statement::value() {
       return std::string(text, static_cast<std::size_t>(sqlite3_column_bytes(statement_.get(), 0)));
     }
     default:
-      throw RuntimeError(err::kTypeMismatch, "A stored value is neither a text nor a number.");
+      return {};
   }
 }
 
@@ -185,11 +185,19 @@ struct Database::Statements {
 void Database::StatementsDeleter::operator()(Statements* statements) const { delete statements; }
 void Database::Close::operator()(sqlite3* connection) const { sqlite3_close(connection); }
 
-Database::Database(const std::filesystem::path& file) : connection_(open(file)) {
+Database::Database(const std::filesystem::path& file, Patience patience) : connection_(open(file)) {
   sqlite3* const connection = connection_.get();
+  const bool waits = patience == Patience::kWait;
+  if (waits) sqlite3_busy_handler(connection, waitForTurn, nullptr);
+  setUp(connection, waits ? kMostAttempts : 1);
   sqlite3_busy_handler(connection, waitForTurn, nullptr);
-  setUp(connection);
   statements_.reset(new Statements(connection));
+}
+
+bool Database::hasMoved() const {
+  int moved = 0;
+  return sqlite3_file_control(connection_.get(), "main", SQLITE_FCNTL_HAS_MOVED, &moved) == SQLITE_OK &&
+         moved != 0;
 }
 
 Variant Database::read(std::int32_t hive, const std::string& key, const std::string& name) {

@@ -28,8 +28,8 @@ class Statement {
 
   /// Runs a statement that gives no rows.
   void run();
-  /// The first column of the first row: Empty where there is no row. Raises 13 for what is neither a text nor
-  /// an integer, 6 for an integer beyond 32 bits.
+  /// The first column of the first row: Empty where there is no row, or something else than a text or an
+  /// integer of 32 bits, signed or not.
   Variant value();
 
  private:
@@ -46,8 +46,14 @@ class Statement {
 /// when the call returns; a process or machine that ends in the middle of a write leaves the older value.
 class Database {
  public:
+  /// Whether to wait for other processes that are about to set up the file, or to fail at once.
+  enum class Patience { kWait, kFail };
+
   /// Opens the file, makes it and its folder where it isn't there. Raises RuntimeError.
-  explicit Database(const std::filesystem::path& file);
+  explicit Database(const std::filesystem::path& file, Patience patience = Patience::kWait);
+
+  /// Whether the file is no longer under its name, so that what is written to it would be lost.
+  bool hasMoved() const;
 
   Variant read(std::int32_t hive, const std::string& key, const std::string& name);
   void write(std::int32_t hive, const std::string& key, const std::string& name, const Variant& value);

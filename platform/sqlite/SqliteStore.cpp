@@ -1,16 +1,18 @@
 #include "SqliteStore.h"
 
+#include <utility>
+
 namespace kestrel::sqlite {
 
 Variant SqliteStore::ReadValue(std::int32_t Hive, const std::string& Key, const std::string& ValueName) {
-  Database* const database = forReading();
-  if (database == nullptr) return {};
   try {
-    return database->read(Hive, Key, ValueName);
+    Database* const database = existing();
+    Variant value = database == nullptr ? Variant() : database->read(Hive, Key, ValueName);
+    readsFail_ = false;
+    return value;
   } catch (const RuntimeError& error) {
-    // A value that is damaged is the caller's matter, a file that can't be read is everybody's.
-    if (error.Number() == err::kOverflow || error.Number() == err::kTypeMismatch) throw;
-    giveUp(error);
+    database_.reset();
+    if (!std::exchange(readsFail_, true)) Unavailable(error);
     return {};
   }
 }
@@ -18,44 +20,51 @@ Variant SqliteStore::ReadValue(std::int32_t Hive, const std::string& Key, const 
 void SqliteStore::WriteValue(std::int32_t Hive, const std::string& Key, const std::string& ValueName,
                              const Variant& Value, std::int32_t Kind) {
   const Variant stored = asStored(Value, Kind);
-  if (Database* const database = forWriting()) database->write(Hive, Key, ValueName, stored);
+  writing([&] {
+    opened().write(Hive, Key, ValueName, stored);
+    writesFail_ = false;
+  });
 }
 
 void SqliteStore::DeleteValue(std::int32_t Hive, const std::string& Key, const std::string& ValueName) {
-  if (Database* const database = forReading()) database->remove(Hive, Key, ValueName);
+  writing([&] {
+    if (Database* const database = existing()) database->remove(Hive, Key, ValueName);
+  });
 }
 
-void SqliteStore::CreateKey(std::int32_t Hive, const std::string& Key) {
-  if (Database* const database = forWriting()) database->createKey(Hive, Key);
-}
+void SqliteStore::CreateKey(std::int32_t Hive, const std::string& Key) { opened().createKey(Hive, Key); }
 
-Database* SqliteStore::forReading() {
-  if (database_ != nullptr || unavailable_) return database_.get();
-  std::error_code error;
-  const auto status = std::filesystem::status(file_, error);
-  if (status.type() == std::filesystem::file_type::not_found && !file_.empty()) return nullptr;
-  return opened();
-}
-
-Database* SqliteStore::forWriting() {
-  if (database_ != nullptr || unavailable_) return database_.get();
-  return opened();
-}
-
-Database* SqliteStore::opened() {
+void SqliteStore::writing(const std::function<void()>& work) {
   try {
-    if (file_.empty()) throw RuntimeError(err::kPathNotFound, "There is no folder to keep the settings in.");
-    database_ = std::make_unique<Database>(file_);
-  } catch (const RuntimeError& error) {
-    giveUp(error);
+    work();
+  } catch (const RuntimeError&) {
+    database_.reset();
+    if (!std::exchange(writesFail_, true)) throw;
   }
+}
+
+Database* SqliteStore::current() {
+  if (database_ != nullptr && database_->hasMoved()) database_.reset();
   return database_.get();
 }
 
-void SqliteStore::giveUp(const RuntimeError& cause) {
-  database_.reset();
-  unavailable_ = true;
-  Unavailable(cause);
+Database* SqliteStore::existing() {
+  if (current() == nullptr && !file_.empty()) {
+    std::error_code error;
+    const auto status = std::filesystem::status(file_, error);
+    if (status.type() == std::filesystem::file_type::not_found) return nullptr;
+  }
+  return &opened();
+}
+
+Database& SqliteStore::opened() {
+  if (current() != nullptr) return *database_;
+  if (file_.empty()) throw RuntimeError(err::kPathNotFound, "There is no folder to keep the settings in.");
+  // Whoever waited in vain once does not keep the user waiting at each further setting.
+  const bool failing = readsFail_ || writesFail_;
+  database_ =
+      std::make_unique<Database>(file_, failing ? Database::Patience::kFail : Database::Patience::kWait);
+  return *database_;
 }
 
 }  // namespace kestrel::sqlite

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -11,7 +12,8 @@ namespace kestrel::sqlite {
 
 /// The key store in one SQLite file, which processes may share.
 ///
-/// The file is opened when it is first needed, and made by the first write. It belongs to one thread.
+/// The file is opened when it is first needed, again after a failure, and made by the first write. It belongs
+/// to one thread.
 class SqliteStore : public store::SectionedStore {
  public:
   /// `file` is usually storePath(). An empty one makes a store that is unavailable.
@@ -24,15 +26,19 @@ class SqliteStore : public store::SectionedStore {
   void CreateKey(std::int32_t Hive, const std::string& Key) override;
 
  private:
-  /// The open file, or null where there is none to read, or none that can be used.
-  Database* forReading();
-  Database* forWriting();
-  Database* opened();
-  void giveUp(const RuntimeError& cause);
+  /// The open file, null where it is not open or was deleted or replaced since.
+  Database* current();
+  /// The open file, or null where there is no file yet. Raises RuntimeError.
+  Database* existing();
+  /// The open file, made if need be. Raises RuntimeError.
+  Database& opened();
+  /// Does a part of a write; raises its error only where it is the first of its run.
+  void writing(const std::function<void()>& work);
 
   std::filesystem::path file_;
   std::unique_ptr<Database> database_;
-  bool unavailable_ = false;
+  bool readsFail_ = false;
+  bool writesFail_ = false;
 };
 
 }  // namespace kestrel::sqlite

@@ -40,6 +40,19 @@ std::optional<Rectangle> readRectangle(RegistryStore& store, const std::string& 
   return Rectangle{*left, *top, *width, *height};
 }
 
+/// The screen that shows most of the rectangle, or the nearest one where none shows any. One must be there.
+Rectangle screenFor(const Rectangle& wanted, WindowFunctions& windows) {
+  Rectangle best = windows.ScreenArea(0);
+  for (std::int32_t i = 1; i < windows.ScreenCount(); ++i) {
+    const Rectangle area = windows.ScreenArea(i);
+    const std::int64_t here = overlap(wanted, area), there = overlap(wanted, best);
+    if (here > there || (here == there && here == 0 && distance(wanted, area) < distance(wanted, best))) {
+      best = area;
+    }
+  }
+  return best;
+}
+
 }  // namespace
 
 Rectangle fitted(const Rectangle& rectangle, const Rectangle& area) {
@@ -51,13 +64,22 @@ Rectangle fitted(const Rectangle& rectangle, const Rectangle& area) {
   return result;
 }
 
+Rectangle keptOnScreen(const Rectangle& client, const Margins& frame, WindowFunctions& windows) {
+  const std::int32_t count = windows.ScreenCount();
+  if (count == 0) return client;
+  const Rectangle whole{client.Left - frame.Left, client.Top - frame.Top,
+                        client.Width + frame.Left + frame.Right, client.Height + frame.Top + frame.Bottom};
+  const Rectangle place = fitted(whole, screenFor(whole, windows));
+  return {place.Left + frame.Left, place.Top + frame.Top, std::max(place.Width - frame.Left - frame.Right, 0),
+          std::max(place.Height - frame.Top - frame.Bottom, 0)};
+}
+
 void StoredPositions::LoadPosition(Form& form, const std::string& Name, std::int32_t Placement,
                                    std::int32_t Screen) {
   if (registryKey_.empty()) return;
   const std::string key = keyOf(form, Name);
   if (const auto stored = readRectangle(store_, key)) {
-    const Rectangle place = onScreen(*stored);
-    form.Move(place.Left, place.Top, place.Width, place.Height);
+    place(form, *stored);
   } else if (Placement == kPlaceOnScreenCentre) {
     centre(form, Screen);
   }
@@ -87,24 +109,13 @@ std::string StoredPositions::keyOf(const Form& form, const std::string& name) co
 void StoredPositions::centre(Form& form, std::int32_t screen) {
   if (screen < 0 || screen >= windows_.ScreenCount()) return;
   const Rectangle area = windows_.ScreenArea(screen);
-  const Rectangle centred{area.Left + (area.Width - form.Width()) / 2,
-                          area.Top + (area.Height - form.Height()) / 2, form.Width(), form.Height()};
-  const Rectangle place = fitted(centred, area);
-  form.Move(place.Left, place.Top, place.Width, place.Height);
+  place(form, {area.Left + (area.Width - form.Width()) / 2, area.Top + (area.Height - form.Height()) / 2,
+               form.Width(), form.Height()});
 }
 
-/// The screen that shows most of the rectangle takes it, or the nearest one where none shows any.
-Rectangle StoredPositions::onScreen(const Rectangle& wanted) {
-  const std::int32_t count = windows_.ScreenCount();
-  if (count == 0) return wanted;
-  Rectangle best = windows_.ScreenArea(0);
-  for (std::int32_t i = 1; i < count; ++i) {
-    const Rectangle area = windows_.ScreenArea(i);
-    const std::int64_t here = overlap(wanted, area), there = overlap(wanted, best);
-    if (here > there || (here == there && here == 0 && distance(wanted, area) < distance(wanted, best)))
-      best = area;
-  }
-  return fitted(wanted, best);
+void StoredPositions::place(Form& form, const Rectangle& wanted) {
+  const Rectangle client = keptOnScreen(wanted, windows_.FrameOf(form.hWnd()), windows_);
+  form.Move(client.Left, client.Top, client.Width, client.Height);
 }
 
 }  // namespace kestrel::store

@@ -24,7 +24,7 @@ class StoredPositions : public WindowPositions {
  private:
   std::string keyOf(const Form& form, const std::string& name) const;
   void centre(Form& form, std::int32_t screen);
-  Rectangle onScreen(const Rectangle& wanted);
+  void place(Form& form, const Rectangle& wanted);
 
   RegistryStore& store_;
   WindowFunctions& windows_;
@@ -33,5 +33,9 @@ class StoredPositions : public WindowPositions {
 
 /// The rectangle moved into `area` by the shortest way, and shrunk where it is larger.
 Rectangle fitted(const Rectangle& rectangle, const Rectangle& area);
+
+/// The client area of a window such that the window with its frame is on one of the screens: on the one that
+/// shows most of it, or else the nearest one.
+Rectangle keptOnScreen(const Rectangle& client, const Margins& frame, WindowFunctions& windows);
 
 }  // namespace kestrel::store

@@ -36,6 +36,7 @@ class HeadlessPlatform final : public ContractPlatform {
   explicit HeadlessPlatform(headless::PathFlavour flavour)
       : platform_({.flavour = flavour, .scratch = scratch_.path()}) {
     platform_.user().onComplaint = [](const std::string& text) { throw std::runtime_error(text); };
+    platform_.desktop().frame = {4, 30, 4, 5};
     std::filesystem::create_directories(host(folder()));
   }
 

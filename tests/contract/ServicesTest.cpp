@@ -65,9 +65,10 @@ TEST_P(Services, FilesAreCopiedMovedAndDeletedByABufferOfNames) {
   EXPECT_TRUE(exists(path("a.png")));
   EXPECT_TRUE(exists(sub + "a.png"));
   EXPECT_TRUE(exists(sub + "b.png"));
-  EXPECT_TRUE(files.DeleteFiles(buffer(path("a.png"), path("b.png")), 0, nullptr));
+  EXPECT_TRUE(files.DeleteFiles(buffer(path("a.png"), path("b.png")), path("sub"), 0, nullptr));
   EXPECT_FALSE(exists(path("a.png")));
   EXPECT_FALSE(exists(path("b.png")));
+  EXPECT_TRUE(exists(sub + "a.png")) << "deleting has no target";
   EXPECT_TRUE(files.MoveFiles(sub + "a.png" + '\0', user().folder(), 0, nullptr));
   EXPECT_TRUE(exists(path("a.png")));
   EXPECT_FALSE(exists(sub + "a.png"));
@@ -215,6 +216,45 @@ TEST_P(Services, WindowPositionsPutAWindowBackWhereItStood) {
   EXPECT_EQ(form->Height(), 330);
   EXPECT_EQ(form->Left(), 40);
   EXPECT_EQ(form->Top(), 50);
+}
+
+TEST_P(Services, WindowPositionsDoNotMoveAWindowThatIsClosedAndOpenedTenTimes) {
+  // Large enough for all that is on the form, small enough for the screen.
+  constexpr std::int32_t kWidth = 620, kHeight = 680;
+  WindowPositions& positions = platform().WindowPositions();
+  positions.RegistryKey("Software\\Test\\WindowPositions");
+  std::unique_ptr<Form> form = user().controls();
+  form->Move(60, 50, kWidth, kHeight);
+  for (int round = 0; round < 10; ++round) {
+    form->Show();
+    user().settle();
+    positions.SavePosition(*form, "Test");
+    form->Hide();
+    form = user().controls();
+    const Connection load = form->Load.Connect([&] { positions.LoadPosition(*form, "Test"); });
+    form->Show();
+    user().settle();
+    EXPECT_EQ(form->Left(), 60) << round;
+    EXPECT_EQ(form->Top(), 50) << round;
+    EXPECT_EQ(form->Width(), kWidth) << round;
+    EXPECT_EQ(form->Height(), kHeight) << round;
+    if (HasFailure()) return;
+  }
+}
+
+TEST_P(Services, WindowPositionsKeepTheTitleBarOnTheScreen) {
+  WindowPositions& positions = platform().WindowPositions();
+  positions.RegistryKey("Software\\Test\\WindowPositions");
+  const std::unique_ptr<Form> form = user().controls();
+  form->Move(-5000, -5000, 620, 680);
+  positions.SavePosition(*form, "Test");
+  positions.LoadPosition(*form, "Test");
+  form->Show();
+  user().settle();
+  const Rectangle screen = platform().WindowFunctions().ScreenArea(0);
+  const Margins frame = platform().WindowFunctions().FrameOf(form->hWnd());
+  EXPECT_EQ(form->Left(), screen.Left + frame.Left);
+  EXPECT_EQ(form->Top(), screen.Top + frame.Top);
 }
 
 TEST_P(Services, TheFormSkinTakesAnyFormOrControl) {

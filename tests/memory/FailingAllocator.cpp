@@ -1,5 +1,7 @@
 #include "FailingAllocator.h"
 
+#include <malloc.h>
+
 #include <atomic>
 #include <cstdlib>
 #include <new>
@@ -8,6 +10,7 @@ namespace {
 
 std::atomic<long> allocationsLeft{-1};
 std::atomic<std::size_t> smallestCounted{0};
+std::atomic<std::size_t> held{0};
 
 bool refused() {
   long left = allocationsLeft.load();
@@ -19,7 +22,14 @@ bool refused() {
 void* allocate(std::size_t size, std::size_t alignment) noexcept {
   if (size >= smallestCounted.load() && refused()) return nullptr;
   const std::size_t rounded = (size + alignment - 1) / alignment * alignment;
-  return std::aligned_alloc(alignment, rounded == 0 ? alignment : rounded);
+  void* const memory = std::aligned_alloc(alignment, rounded == 0 ? alignment : rounded);
+  held += malloc_usable_size(memory);
+  return memory;
+}
+
+void release(void* memory) noexcept {
+  held -= malloc_usable_size(memory);
+  std::free(memory);
 }
 
 void* allocateOrThrow(std::size_t size, std::size_t alignment) {
@@ -39,6 +49,8 @@ void failAllocationsAfter(long count, std::size_t smallest) {
   allocationsLeft = count;
 }
 
+std::size_t heldMemory() { return held.load(); }
+
 }  // namespace kestrel::test
 
 [[gnu::noinline]] void* operator new(std::size_t size) { return allocateOrThrow(size, kUsual); }
@@ -52,9 +64,9 @@ void failAllocationsAfter(long count, std::size_t smallest) {
                                      const std::nothrow_t&) noexcept {
   return allocate(size, static_cast<std::size_t>(alignment));
 }
-[[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
-[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
-[[gnu::noinline]] void operator delete(void* memory, std::align_val_t) noexcept { std::free(memory); }
+[[gnu::noinline]] void operator delete(void* memory) noexcept { release(memory); }
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept { release(memory); }
+[[gnu::noinline]] void operator delete(void* memory, std::align_val_t) noexcept { release(memory); }
 [[gnu::noinline]] void operator delete(void* memory, std::size_t, std::align_val_t) noexcept {
-  std::free(memory);
+  release(memory);
 }

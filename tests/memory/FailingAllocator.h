@@ -10,4 +10,8 @@ namespace kestrel::test {
 /// Whoever calls it links its own `new` and `delete` in place of the usual ones.
 void failAllocationsAfter(long count, std::size_t smallest = 0);
 
+/// Bytes allocated with `new` and not yet deleted, by all threads. What C libraries allocate is not counted,
+/// nor are mappings of pages.
+std::size_t heldMemory();
+
 }  // namespace kestrel::test

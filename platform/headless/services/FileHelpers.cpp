@@ -42,7 +42,8 @@ bool FileHelpers::MoveFiles(const std::string& Buffer, const std::string& Folder
   });
 }
 
-bool FileHelpers::DeleteFiles(const std::string& Buffer, std::int32_t /*Flags*/, kestrel::Form* /*Owner*/) {
+bool FileHelpers::DeleteFiles(const std::string& Buffer, const std::string& /*Folder*/,
+                              std::int32_t /*Flags*/, kestrel::Form* /*Owner*/) {
   return forEach(Buffer, "deleted", [&](const std::string&, const fs::path& path, std::error_code& error) {
     const auto removed = fs::remove_all(path, error);
     if (!error && removed == 0) error = std::make_error_code(std::errc::no_such_file_or_directory);

@@ -22,7 +22,8 @@ class FileHelpers final : public store::FileNames {
                  kestrel::Form* Owner) override;
   bool MoveFiles(const std::string& Buffer, const std::string& Folder, std::int32_t Flags,
                  kestrel::Form* Owner) override;
-  bool DeleteFiles(const std::string& Buffer, std::int32_t Flags, kestrel::Form* Owner) override;
+  bool DeleteFiles(const std::string& Buffer, const std::string& Folder, std::int32_t Flags,
+                   kestrel::Form* Owner) override;
 
  private:
   template <typename Operation>

@@ -21,6 +21,7 @@ class WindowFunctions final : public kestrel::WindowFunctions {
   std::int32_t ScreenCount() override { return static_cast<std::int32_t>(desktop_.screens.size()); }
   /// Raises RuntimeError 9 for a screen that is not there; the first is 0.
   Rectangle ScreenArea(std::int32_t index) override;
+  Margins FrameOf(WindowHandle /*window*/) override { return desktop_.frame; }
 
   /// The styles that were added to a window.
   std::int32_t styles(WindowHandle window) const;

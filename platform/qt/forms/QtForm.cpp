@@ -13,7 +13,11 @@ namespace kestrel::qt {
 
 QtForm::QtForm(std::unique_ptr<FormWindow> window, const std::string& name, engine::ClipboardPort& clipboard,
                OpenCalls& calls)
-    : WidgetControl(*window, {name, -1}), window_(window.release()), graphics_(*window_), calls_(calls) {
+    : WidgetControl(*window, {name, -1}),
+      window_(window.release()),
+      graphics_(*window_),
+      calls_(calls),
+      placement_(*window_) {
   controls_.addAll(*window_, clipboard);
   window_->closing = [this] { guarded([this] { unload(0); }); };
   QObject::connect(window_.data(), &FormWindow::activated, receiver(), [this] {

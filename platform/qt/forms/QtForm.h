@@ -8,6 +8,7 @@
 #include "../controls/WidgetControl.h"
 #include "FaceGraphics.h"
 #include "FormWindow.h"
+#include "WindowPlacement.h"
 #include "base/OpenCalls.h"
 #include "imaging/contract/Form.h"
 
@@ -27,6 +28,14 @@ class QtForm final : public WidgetControl<Form> {
 
   Control* Find(std::string_view name, std::int32_t index) override { return controls_.find(name, index); }
   std::int32_t UBound(std::string_view name) const override { return controls_.upperBound(name); }
+
+  std::int32_t Left() const override { return window_->geometry().x(); }
+  void Left(std::int32_t value) override { Move(value, Top(), Width(), Height()); }
+  std::int32_t Top() const override { return window_->geometry().y(); }
+  void Top(std::int32_t value) override { Move(Left(), value, Width(), Height()); }
+  void Move(std::int32_t left, std::int32_t top, std::int32_t width, std::int32_t height) override {
+    placement_.place({left, top, width, height});
+  }
 
   bool Visible() const override { return window_->isVisible(); }
   void Visible(bool value) override { value ? Show() : Hide(); }
@@ -58,6 +67,7 @@ class QtForm final : public WidgetControl<Form> {
   ControlTable controls_;
   FaceGraphics graphics_;
   OpenCalls& calls_;
+  WindowPlacement placement_;
   bool initialised_ = false;
   bool loaded_ = false;
   bool activated_ = false;

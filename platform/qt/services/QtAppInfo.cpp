@@ -3,11 +3,16 @@
 #include <QCoreApplication>
 
 #include "../Text.h"
+#include "platform/store/CommandLine.h"
 
 namespace kestrel::qt {
 
 std::string QtAppInfo::ModuleFilename() const { return fromQt(QCoreApplication::applicationFilePath()); }
 
-std::string QtAppInfo::CommandLine() const { return fromQt(QCoreApplication::arguments().join(u' ')); }
+std::string QtAppInfo::CommandLine() const {
+  std::vector<std::string> arguments;
+  for (const QString& argument : QCoreApplication::arguments()) arguments.push_back(fromQt(argument));
+  return store::commandLineOf(arguments);
+}
 
 }  // namespace kestrel::qt

@@ -95,7 +95,8 @@ bool QtFileHelpers::MoveFiles(const std::string& Buffer, const std::string& Fold
   return carryFiles(Buffer, Folder, "Unable to move \"%1\": %2", &moveFile);
 }
 
-bool QtFileHelpers::DeleteFiles(const std::string& Buffer, std::int32_t Flags, Form* /*Owner*/) {
+bool QtFileHelpers::DeleteFiles(const std::string& Buffer, const std::string& /*Folder*/, std::int32_t Flags,
+                                Form* /*Owner*/) {
   return forEach(Buffer, "Unable to delete \"%1\": %2", [&](const QString& name) -> QString {
     const bool done = Flags & kAllowUndo ? QFile::moveToTrash(name) : QFile::remove(name);
     if (done) return {};

@@ -18,7 +18,8 @@ class QtFileHelpers final : public store::FileNames {
                  Form* Owner) override;
   bool MoveFiles(const std::string& Buffer, const std::string& Folder, std::int32_t Flags,
                  Form* Owner) override;
-  bool DeleteFiles(const std::string& Buffer, std::int32_t Flags, Form* Owner) override;
+  bool DeleteFiles(const std::string& Buffer, const std::string& Folder, std::int32_t Flags,
+                   Form* Owner) override;
 
  private:
   enum class Answer { kGoOn, kSkip, kStop };

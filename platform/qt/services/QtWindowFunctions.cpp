@@ -24,6 +24,12 @@ class DigitsOnly final : public QObject {
   }
 };
 
+Margins frameOf(const QWidget& window) {
+  const QRect inner = window.geometry(), outer = window.frameGeometry();
+  return {inner.left() - outer.left(), inner.top() - outer.top(), outer.right() - inner.right(),
+          outer.bottom() - inner.bottom()};
+}
+
 }  // namespace
 
 void QtWindowFunctions::AddWindowStyle(WindowHandle window, std::int32_t style) {
@@ -72,6 +78,12 @@ Rectangle QtWindowFunctions::ScreenArea(std::int32_t index) {
   if (primary > 0) screens.move(primary, 0);
   const QRect area = screens[index]->availableGeometry();
   return {area.x(), area.y(), area.width(), area.height()};
+}
+
+Margins QtWindowFunctions::FrameOf(WindowHandle window) {
+  const QWidget* const widget = widgetOf(window);
+  const QWidget* const topLevel = widget ? widget->window() : nullptr;
+  return topLevel && topLevel->isVisible() ? frameOf(*topLevel) : Margins{};
 }
 
 }  // namespace kestrel::qt

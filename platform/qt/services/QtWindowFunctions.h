@@ -16,6 +16,7 @@ class QtWindowFunctions final : public WindowFunctions {
   void LockWindowUpdate(WindowHandle window) override;
   std::int32_t ScreenCount() override;
   Rectangle ScreenArea(std::int32_t index) override;
+  Margins FrameOf(WindowHandle window) override;
 
  private:
   QPointer<QWidget> locked_;

@@ -1,5 +1,7 @@
 #include "engine/undo/UndoStack.h"
 
+#include <limits>
+
 #include "Pictures.h"
 #include "base/RuntimeError.h"
 
@@ -73,16 +75,16 @@ TEST(UndoStack, FewerLevelsDropTheOldestAndZeroEmptiesIt) {
   EXPECT_FALSE(stack.undo(picture));
 }
 
-TEST(UndoStack, RefusesNegativeLevels) {
+TEST(UndoStack, TakesNegativeLevelsAsNone) {
   UndoStack stack;
   stack.levels(2);
-  try {
-    stack.levels(-1);
-    FAIL();
-  } catch (const RuntimeError& error) {
-    EXPECT_EQ(error.Number(), err::kInvalidPropertyValue);
-  }
-  EXPECT_EQ(stack.levels(), 2);
+  PictureState picture{noise(8, 8, 1)};
+  change(stack, picture, "One", 2);
+  stack.levels(-1);
+  EXPECT_EQ(stack.levels(), 0);
+  EXPECT_EQ(stack.undoSteps(), 0);
+  stack.levels(std::numeric_limits<std::int32_t>::min());
+  EXPECT_EQ(stack.levels(), 0);
 }
 
 TEST(UndoStack, AChangeAfterUndoDropsTheRedoBranch) {

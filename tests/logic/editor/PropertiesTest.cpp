@@ -301,7 +301,7 @@ TEST_P(EditorState, TheReadOnlyPropertiesGiveThePartsOfTheEditor) {
   EXPECT_EQ(&editor().ImageControl(), &view());
   EXPECT_EQ(editor().Image(), view().Image());
   EXPECT_NE(editor().ImgX(), nullptr);
-  EXPECT_EQ(&editor().Options(), modProcessing::GetOptions().get());
+  EXPECT_EQ(editor().Options(), modProcessing::GetOptions());
   EXPECT_EQ(&editor().Commands(), &suite().Commands());
   EXPECT_EQ(&editor().CommandBars(), &suite().CommandBars());
   EXPECT_EQ(&editor().DockWindows(), &suite().DockWindows());

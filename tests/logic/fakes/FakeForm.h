@@ -68,6 +68,7 @@ class FakeForm : public Form {
 class FakeScreens : public WindowFunctions {
  public:
   std::vector<Rectangle> screens;
+  Margins frame;
 
   void AddWindowStyle(WindowHandle, std::int32_t) override {}
   bool IsWindowVisible(WindowHandle) override { return false; }
@@ -76,6 +77,7 @@ class FakeScreens : public WindowFunctions {
   void LockWindowUpdate(WindowHandle) override {}
   std::int32_t ScreenCount() override { return static_cast<std::int32_t>(screens.size()); }
   Rectangle ScreenArea(std::int32_t index) override { return screens.at(static_cast<std::size_t>(index)); }
+  Margins FrameOf(WindowHandle) override { return frame; }
 };
 
 }  // namespace kestrel::fakes

@@ -100,7 +100,7 @@ class FakeFileHelpers : public FileHelpers {
   std::string PathSeparator() const override { return "/"; }
   bool CopyFiles(const std::string&, const std::string&, std::int32_t, Form*) override { return false; }
   bool MoveFiles(const std::string&, const std::string&, std::int32_t, Form*) override { return false; }
-  bool DeleteFiles(const std::string&, std::int32_t, Form*) override { return false; }
+  bool DeleteFiles(const std::string&, const std::string&, std::int32_t, Form*) override { return false; }
   std::vector<std::string> compacted;
 
  private:

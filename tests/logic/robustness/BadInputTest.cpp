@@ -7,6 +7,7 @@
 #include <fstream>
 
 #include "../editor/EditorTest.h"
+#include "FailingAllocator.h"
 
 namespace kestrel {
 namespace {
@@ -191,31 +192,20 @@ TEST_P(BadInput, AHandlerOfTheHostThatFailsDoesNotLeaveTheBusyPointer) {
   EXPECT_EQ(panel("pnlStatus"), "");
 }
 
-// The address sanitizer keeps what is freed for a while, so that resident memory tells nothing there; leaks
-// it finds by itself.
-#ifndef __SANITIZE_ADDRESS__
-std::int64_t residentBytes() {
-  std::ifstream statm("/proc/self/statm");
-  std::int64_t pages = 0, resident = 0;
-  statm >> pages >> resident;
-  return resident * 4096;
-}
-
 TEST_P(BadInput, FiveHundredOpenedPicturesTakeNoMoreMemoryThanFifty) {
   start();
   const std::string first = makePicture("first.png", 2, 400, 300, 0x00112233);
   const std::string second = makePicture("second.jpg", 1, 300, 400, 0x00445566);
-  std::int64_t after50 = 0;
+  std::size_t after50 = 0;
   for (int i = 1; i <= 500; ++i) {
     ASSERT_TRUE(editor().OpenImage(i % 2 == 0 ? first : second));
     change();
     user().forget();
-    if (i == 50) after50 = residentBytes();
+    platform().FormUtility().forgetPointers();
+    if (i == 50) after50 = test::heldMemory();
   }
-  // Less than three such pictures; the log of the test itself counts too.
-  EXPECT_LT(residentBytes() - after50, 3 * 400 * 300 * 4);
+  EXPECT_LT(test::heldMemory(), after50 + 450) << "not even a byte per picture";
 }
-#endif
 
 KESTREL_WITH_BOTH_PATHS(BadInput);
 

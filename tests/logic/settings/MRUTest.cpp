@@ -150,6 +150,50 @@ TEST_F(RecentFiles, StartWithTheGivenDefaults) {
   EXPECT_EQ(mru.Files.Count(), 0);
   EXPECT_TRUE(mru.PurgeInvalidFiles);
   EXPECT_TRUE(mru.AddBandShortcuts);
+  EXPECT_EQ(mru.Band, nullptr);
+  EXPECT_EQ(mru.CommandMRU, nullptr);
+  EXPECT_EQ(mru.SmartUI, nullptr);
+}
+
+TEST_F(RecentFiles, AreKeptUnderTheirHiveKeyPrefixAndLimit) {
+  constexpr std::int32_t kOtherHive = 5;
+  mru_.RootHive = kOtherHive;
+  mru_.RootKey = "Other\\Key";
+  mru_.RootValuePrefix = "File";
+  mru_.MaxEntries = 2;
+  for (const char* name : {"a", "b", "c"}) mru_.AddFile(path(name));
+  EXPECT_EQ(stored(), Names{}) << "nothing under the usual address";
+  EXPECT_EQ(store_.ReadValue(kOtherHive, "Other\\Key", "File1").ToString(), path("c"));
+  EXPECT_EQ(store_.ReadValue(kOtherHive, "Other\\Key", "File3").ToString(), path("a"));
+  mru_.LoadFromRegistry();
+  EXPECT_EQ(listed(), (Names{path("c"), path("b")}));
+}
+
+TEST_F(RecentFiles, ReplaceTheListWhenTheyAreLoaded) {
+  mru_.Files.Add("/in memory only.png", "/in memory only.png");
+  storeNames({path("a")});
+  mru_.LoadFromRegistry();
+  EXPECT_EQ(listed(), Names{path("a")});
+}
+
+TEST_F(RecentFiles, WithoutANameHaveNoPlaceInMenus) {
+  mru_.CommandMRU = nullptr;
+  mru_.Files.Add("");
+  mru_.Files.Add(path("a"), path("a"));
+  mru_.Files.Add("");
+  mru_.Files.Add(path("b"), path("b"));
+  WindowMenu window;
+  mru_.BuildMRU(&window);
+  ASSERT_EQ(window.entries.size(), 3u);
+  EXPECT_EQ(window.entries[1].tag, path("a"));
+  EXPECT_EQ(window.entries[2].tag, path("b"));
+  EXPECT_EQ(window.entries[2].caption, "&2 compact:/pictures/b.png");
+  SmartMenuStandIn menu;
+  mru_.SmartUI = &menu;
+  mru_.BuildMRU(nullptr);
+  EXPECT_EQ(menu.entries.size(), 3u);
+  EXPECT_EQ(menu.entries.at("File2").tag, path("b"));
+  EXPECT_EQ(menu.entries.at("File2").index, 5) << "counted without gaps";
 }
 
 TEST_F(RecentFiles, PutTheNewestFirstAndStoreIt) {
@@ -165,6 +209,15 @@ TEST_F(RecentFiles, MoveAKnownFileToTheFrontWhateverItsCase) {
   mru_.AddFile("/PICTURES/A.png");
   EXPECT_EQ(listed(), (Names{"/PICTURES/A.png", path("c"), path("b")}));
   EXPECT_EQ(stored(), listed());
+}
+
+TEST_F(RecentFiles, MoveAKnownFileToTheFrontWhateverTheCaseOfItsOtherLetters) {
+  mru_.AddFile("/bilder/Ärger über Ольга.png");
+  mru_.AddFile(path("a"));
+  mru_.AddFile("/bilder/ÄRGER ÜBER ОЛЬГА.png");
+  EXPECT_EQ(listed(), (Names{"/bilder/ÄRGER ÜBER ОЛЬГА.png", path("a")}));
+  mru_.RemoveFile("/BILDER/ärger über ольга.PNG");
+  EXPECT_EQ(listed(), Names{path("a")});
 }
 
 TEST_F(RecentFiles, RewriteTheStoreForTheNameThatIsFirstAlready) {

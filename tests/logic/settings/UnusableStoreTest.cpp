@@ -32,24 +32,33 @@ class UnusableStore : public testing::Test {
     std::filesystem::remove_all(folder_);
   }
 
-  void useEverything() {
+  void readEverything() {
     const auto options = modProcessing::GetOptions();
     EXPECT_EQ(options->JPEGQuality(), 75);
     EXPECT_EQ(options->MaterialBackColor(), -1);
     EXPECT_TRUE(options->ThumbnailAddDropShadow());
-    options->JPEGQuality(40);
-    EXPECT_EQ(options->JPEGQuality(), 75) << "what is written is lost";
 
     MRU recent;
     recent.LoadFromRegistry();
-    recent.AddFile("/pictures/a.png");
-    EXPECT_EQ(recent.Files.Count(), 1);
+    EXPECT_EQ(recent.Files.Count(), 0);
 
     fakes::FakeForm form("frmImageEditor", {1, 2, 300, 400});
-    modProcessing::WindowPositions().SavePosition(form, "");
     modProcessing::WindowPositions().LoadPosition(form, "");
     EXPECT_EQ(form.place(), (Rectangle{1, 2, 300, 400}));
   }
+
+  void writeEverything() {
+    const auto options = modProcessing::GetOptions();
+    options->JPEGQuality(40);
+    EXPECT_EQ(options->JPEGQuality(), 75);
+    MRU recent;
+    recent.AddFile("/pictures/a.png");
+    EXPECT_EQ(recent.Files.Count(), 1);
+    fakes::FakeForm form("frmImageEditor", {1, 2, 300, 400});
+    modProcessing::WindowPositions().SavePosition(form, "");
+  }
+
+  const std::string& box(std::size_t index) { return platform_.boxes.boxes.at(index).text; }
 
   static std::filesystem::path newFolder() {
     std::string folder = (std::filesystem::temp_directory_path() / "kestrel-store-XXXXXX").string();
@@ -65,17 +74,42 @@ class UnusableStore : public testing::Test {
 };
 
 TEST_F(UnusableStore, GivesDefaultsAndOneBox) {
-  useEverything();
+  readEverything();
   ASSERT_EQ(platform_.boxes.boxes.size(), 1u);
-  EXPECT_NE(platform_.boxes.boxes[0].text.find(
-                "The settings could not be read or written: file is not a database. (57)"),
+  EXPECT_NE(box(0).find("The settings could not be read or written: file is not a database. (57)"),
             std::string::npos);
   EXPECT_EQ(std::filesystem::file_size(folder_ / "a.store"), 8192u) << "the file is left as it was";
 }
 
+TEST_F(UnusableStore, TellsOnceOfARunOfWritesThatAreLost) {
+  readEverything();
+  writeEverything();
+  ASSERT_EQ(platform_.boxes.boxes.size(), 2u);
+  EXPECT_NE(box(1).find("Module: Options\r\nProcedure: JPEGQuality\r\n"), std::string::npos);
+  writeEverything();
+  readEverything();
+  EXPECT_EQ(platform_.boxes.boxes.size(), 2u);
+  EXPECT_EQ(std::filesystem::file_size(folder_ / "a.store"), 8192u) << "the file is left as it was";
+}
+
+TEST_F(UnusableStore, TellsOfAListOfRecentFilesThatIsLost) {
+  MRU recent;
+  recent.AddFile("/pictures/a.png");
+  ASSERT_EQ(platform_.boxes.boxes.size(), 1u);
+  EXPECT_NE(box(0).find("Module: MRU\r\nProcedure: SaveToRegistry\r\n"), std::string::npos);
+}
+
+TEST_F(UnusableStore, TakesWritesAgainOnceItCanBeUsed) {
+  writeEverything();
+  std::filesystem::remove(folder_ / "a.store");
+  const auto options = modProcessing::GetOptions();
+  options->JPEGQuality(40);
+  EXPECT_EQ(options->JPEGQuality(), 40);
+}
+
 TEST_F(UnusableStore, GivesDefaultsAndOneReportToTheReportingObject) {
   platform_.factory.present = true;
-  useEverything();
+  readEverything();
   EXPECT_EQ(platform_.factory.reports.size(), 1u);
 }
 

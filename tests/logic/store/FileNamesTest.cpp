@@ -11,7 +11,7 @@ class Names : public store::FileNames {
   std::string ResolvePath(const std::string& Path) override { return Path; }
   bool CopyFiles(const std::string&, const std::string&, std::int32_t, Form*) override { return false; }
   bool MoveFiles(const std::string&, const std::string&, std::int32_t, Form*) override { return false; }
-  bool DeleteFiles(const std::string&, std::int32_t, Form*) override { return false; }
+  bool DeleteFiles(const std::string&, const std::string&, std::int32_t, Form*) override { return false; }
 };
 
 std::string thumbnailOf(const std::string& path) {

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <limits>
 #include <optional>
 #include <string>
 #include <vector>
@@ -29,7 +30,18 @@ void tamper(const std::filesystem::path& file, const std::string& sql) {
   sqlite3_close(connection);
 }
 
-/// A store whose one report is taken down.
+/// The number that a call raises, 0 where it raises nothing.
+template <typename Call>
+std::int32_t raisedBy(Call call) {
+  try {
+    call();
+    return 0;
+  } catch (const RuntimeError& error) {
+    return error.Number();
+  }
+}
+
+/// A store whose reports are taken down.
 struct WatchedStore {
   explicit WatchedStore(const std::filesystem::path& file) : store(file) {}
   sqlite::SqliteStore store;
@@ -39,6 +51,10 @@ struct WatchedStore {
 
   std::int32_t read() { return store.GetSetting("Quality", 75, kStoreNumber, "JPEG", kUser).ToInt32(); }
   void write(std::int32_t value) { store.SetSetting("Quality", value, kStoreNumber, "JPEG", kUser); }
+  /// The number that the write raises, 0 where it raises nothing.
+  std::int32_t tryWrite(std::int32_t value) {
+    return raisedBy([&] { write(value); });
+  }
 };
 
 TEST(SqliteStore, CreatesNothingByReading) {
@@ -73,7 +89,7 @@ TEST(SqliteStore, ThatIsNoStoreGivesDefaultsAndOneReport) {
   std::ofstream(folder / "a.store") << std::string(5000, 'x');
   WatchedStore watched(folder / "a.store");
   EXPECT_EQ(watched.read(), 75);
-  watched.write(40);
+  EXPECT_EQ(watched.tryWrite(40), err::kDeviceIO);
   EXPECT_EQ(watched.read(), 75);
   EXPECT_EQ(watched.reports, std::vector<std::int32_t>{err::kDeviceIO});
   EXPECT_EQ(std::filesystem::file_size(folder / "a.store"), 5000u);
@@ -85,23 +101,23 @@ TEST(SqliteStore, InAPlaceThatIsAFolderGivesDefaultsAndOneReport) {
   WatchedStore watched(folder / "a.store");
   EXPECT_EQ(watched.read(), 75);
   EXPECT_EQ(watched.read(), 75);
-  watched.write(40);
+  EXPECT_EQ(watched.tryWrite(40), err::kPathFileAccess);
   EXPECT_EQ(watched.reports, std::vector<std::int32_t>{err::kPathFileAccess});
 }
 
-TEST(SqliteStore, WhoseFolderIsAFileGivesDefaultsAndOneReport) {
+TEST(SqliteStore, WhoseFolderIsAFileGivesDefaultsAndRaisesOnWriting) {
   const TemporaryFolder folder;
   std::ofstream(folder / "file") << "x";
   WatchedStore watched(folder / "file" / "a.store");
-  watched.write(40);
+  EXPECT_EQ(watched.tryWrite(40), err::kPathFileAccess);
   EXPECT_EQ(watched.read(), 75);
-  EXPECT_EQ(watched.reports.size(), 1u);
+  EXPECT_TRUE(watched.reports.empty()) << "nothing is there to be read";
 }
 
 TEST(SqliteStore, WithoutAPlaceGivesDefaultsAndOneReport) {
   WatchedStore watched("");
   EXPECT_EQ(watched.read(), 75);
-  watched.write(40);
+  EXPECT_EQ(watched.tryWrite(40), err::kPathNotFound);
   EXPECT_EQ(watched.reports, std::vector<std::int32_t>{err::kPathNotFound});
 }
 
@@ -126,30 +142,93 @@ TEST(SqliteStore, ThatIsDamagedWhileOpenGivesDefaultsAndOneReport) {
   EXPECT_EQ(watched.reports, std::vector<std::int32_t>{err::kDeviceIO});
 }
 
-TEST(SqliteStore, RaisesForADamagedValueAndGoesOn) {
+TEST(SqliteStore, DoesNotFindAValueOfNeitherKind) {
   const TemporaryFolder folder;
   WatchedStore watched(folder / "a.store");
   watched.write(1);
-  const auto numberRaised = [&]() -> std::int32_t {
-    try {
-      watched.read();
-      return 0;
-    } catch (const RuntimeError& error) {
-      return error.Number();
-    }
-  };
-  tamper(folder / "a.store", "UPDATE StoreValue SET number = 5000000000");
-  EXPECT_EQ(numberRaised(), err::kOverflow);
-  tamper(folder / "a.store", "UPDATE StoreValue SET number = x'010203'");
-  EXPECT_EQ(numberRaised(), err::kTypeMismatch);
-  tamper(folder / "a.store", "UPDATE StoreValue SET number = 2.5");
-  EXPECT_EQ(numberRaised(), err::kTypeMismatch);
+  for (const char* value : {"5000000000", "-2147483649", "9223372036854775807", "x'010203'", "2.5"}) {
+    tamper(folder / "a.store", std::string("UPDATE StoreValue SET number = ") + value);
+    EXPECT_EQ(watched.read(), 75) << value;
+    EXPECT_EQ(watched.store.ReadValue(kUser, "\\JPEG", "Quality").TypeCode(), 0) << value;
+  }
   tamper(folder / "a.store", "UPDATE StoreValue SET number = 4294967295");
   EXPECT_EQ(watched.read(), -1) << "a number without sign";
+  tamper(folder / "a.store", "UPDATE StoreValue SET number = -2147483648");
+  EXPECT_EQ(watched.read(), std::numeric_limits<std::int32_t>::min());
   tamper(folder / "a.store", "UPDATE StoreValue SET number = NULL, text = 'abc'");
   EXPECT_EQ(watched.read(), 75) << "a text where a number should be";
   watched.write(5);
   EXPECT_EQ(watched.read(), 5);
+  EXPECT_TRUE(watched.reports.empty());
+}
+
+/// The store's folder, in whose place a file can be put for a while, so that the store can't be opened.
+struct BlockedPlace {
+  BlockedPlace() { block(); }
+  void block() { std::ofstream(folder / "sub") << "x"; }
+  void clear() { std::filesystem::remove(folder / "sub"); }
+
+  const TemporaryFolder folder;
+  WatchedStore watched{folder / "sub" / "a.store"};
+};
+
+TEST(SqliteStore, RaisesForTheFirstFailedWriteOfARunAndTriesEachLaterOneAgain) {
+  BlockedPlace place;
+  EXPECT_EQ(place.watched.tryWrite(40), err::kPathFileAccess);
+  EXPECT_EQ(place.watched.tryWrite(41), 0) << "the run has been told of";
+  place.clear();
+  EXPECT_EQ(place.watched.tryWrite(42), 0);
+  EXPECT_EQ(place.watched.read(), 42);
+  std::filesystem::remove_all(place.folder / "sub");
+  place.block();
+  EXPECT_EQ(place.watched.tryWrite(43), err::kPathFileAccess) << "a new run";
+  EXPECT_TRUE(place.watched.reports.empty());
+}
+
+TEST(SqliteStore, ReportsARunOfFailedReadsOnceAndReadsAgainWhenItCan) {
+  BlockedPlace place;
+  // Where the folder is a file, nothing is there to be read; a folder in the file's place can't be.
+  place.clear();
+  const std::filesystem::path file = place.folder / "sub" / "a.store";
+  std::filesystem::create_directories(file);
+  EXPECT_EQ(place.watched.read(), 75);
+  EXPECT_EQ(place.watched.read(), 75);
+  EXPECT_EQ(place.watched.reports.size(), 1u);
+  std::filesystem::remove(file);
+  WatchedStore(file).write(40);
+  EXPECT_EQ(place.watched.read(), 40);
+  std::filesystem::remove_all(place.folder / "sub");
+  std::filesystem::create_directories(file);
+  EXPECT_EQ(place.watched.read(), 75);
+  EXPECT_EQ(place.watched.reports.size(), 2u) << "a new run";
+}
+
+TEST(SqliteStore, RaisesForAFailedWriteEvenWhereAReadHasFailedBefore) {
+  const TemporaryFolder folder;
+  std::filesystem::create_directory(folder / "a.store");
+  WatchedStore watched(folder / "a.store");
+  EXPECT_EQ(watched.read(), 75);
+  EXPECT_EQ(watched.tryWrite(40), err::kPathFileAccess);
+}
+
+TEST(SqliteStore, RaisesForAFailedSaveBehindAKeyThatCouldNotBeCreated) {
+  BlockedPlace place;
+  const auto create = [&] { place.watched.store.CreateKey(kUser, "Root\\RecentFiles"); };
+  EXPECT_EQ(raisedBy(create), err::kPathFileAccess);
+  EXPECT_EQ(raisedBy(create), err::kPathFileAccess);
+  EXPECT_EQ(place.watched.tryWrite(40), err::kPathFileAccess) << "a caller may do without the key";
+}
+
+TEST(SqliteStore, IsOpenedAnewWhereItsFileWasDeletedOrReplaced) {
+  const TemporaryFolder folder;
+  WatchedStore watched(folder / "a.store");
+  watched.write(40);
+  for (const auto& entry : std::filesystem::directory_iterator(folder / "")) {
+    std::filesystem::remove(entry.path());
+  }
+  EXPECT_EQ(watched.read(), 75);
+  watched.write(41);
+  EXPECT_EQ(WatchedStore(folder / "a.store").read(), 41);
   EXPECT_TRUE(watched.reports.empty());
 }
 

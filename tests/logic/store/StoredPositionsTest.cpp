@@ -74,6 +74,24 @@ TEST_F(StoredPositions, AreShrunkToTheScreen) {
   EXPECT_EQ(restored({-10, -10, 3000, 2000}), (Rectangle{0, 0, 1920, 1040}));
 }
 
+TEST_F(StoredPositions, KeepTheFrameAndItsTitleBarOnTheScreen) {
+  screens_.frame = {4, 30, 4, 5};
+  EXPECT_EQ(restored({100, 200, 800, 600}), (Rectangle{100, 200, 800, 600})) << "the client area";
+  EXPECT_EQ(restored({4, 30, 800, 600}), (Rectangle{4, 30, 800, 600}));
+  EXPECT_EQ(restored({0, 0, 800, 600}), (Rectangle{4, 30, 800, 600}));
+  EXPECT_EQ(restored({1500, 900, 800, 600}), (Rectangle{1116, 435, 800, 600}));
+  EXPECT_EQ(restored({0, 0, 3000, 2000}), (Rectangle{4, 30, 1912, 1005}));
+  screens_.screens.pop_back();
+  EXPECT_EQ(restored({2300, -100, 800, 600}), (Rectangle{1116, 30, 800, 600})) << "its screen is gone";
+}
+
+TEST_F(StoredPositions, DoNotMoveAWindowThatIsClosedAndOpenedTenTimes) {
+  screens_.frame = {4, 30, 4, 5};
+  Rectangle place{100, 200, 800, 600};
+  for (int round = 0; round < 10; ++round) place = restored(place);
+  EXPECT_EQ(place, (Rectangle{100, 200, 800, 600}));
+}
+
 TEST_F(StoredPositions, AreKeptPerKeyAndName) {
   FakeForm editor("frmImageEditor", {1, 2, 300, 400}), browser("frmImageBrowser", {5, 6, 700, 800});
   positions_.SavePosition(editor, "");
@@ -134,10 +152,12 @@ TEST_F(StoredPositions, ThatAreDamagedCountAsNone) {
     positions_.LoadPosition(opening, "");
     EXPECT_EQ(opening.place(), (Rectangle{5, 5, 50, 50})) << name;
   }
+  store_.WriteValue(HKEY_CURRENT_USER, key, "WindowState", 77, kStoreNumber);
   store_.WriteValue(HKEY_CURRENT_USER, key, "Top", "far up", kStoreString);
   FakeForm opening("frmImageEditor", {5, 5, 50, 50});
   positions_.LoadPosition(opening, "");
   EXPECT_EQ(opening.place(), (Rectangle{5, 5, 50, 50}));
+  EXPECT_EQ(opening.WindowState(), kWindowNormal);
 }
 
 }  // namespace
