@@ -83,7 +83,7 @@ cairo_font_face_t* installedFaceWith(const std::string& letter, const std::strin
 
 void Letterer::choose(cairo_t* context, const std::string& face, bool bold, bool italic, double size) {
   style_ = {textFaceFor(face), bold, italic};
-  cairo_select_font_face(context, std::get<0>(style_).c_str(),
+  cairo_select_font_face(context, style_.face.c_str(),
                          italic ? CAIRO_FONT_SLANT_ITALIC : CAIRO_FONT_SLANT_NORMAL,
                          bold ? CAIRO_FONT_WEIGHT_BOLD : CAIRO_FONT_WEIGHT_NORMAL);
   constexpr double kLargest = 4000;
@@ -93,10 +93,9 @@ void Letterer::choose(cairo_t* context, const std::string& face, bool bold, bool
 }
 
 cairo_font_face_t* Letterer::findSubstitute(cairo_t* context, const std::string& letter) {
-  const auto& [face, bold, italic] = style_;
   cairo_save(context);
   const auto known = std::ranges::find_if(substitutes_, [&](const Substitute& each) {
-    if (each.bold != bold || each.italic != italic) return false;
+    if (each.bold != style_.bold || each.italic != style_.italic) return false;
     cairo_set_font_face(context, each.face.get());
     return hasLetter(context, letter);
   });
@@ -108,9 +107,9 @@ cairo_font_face_t* Letterer::findSubstitute(cairo_t* context, const std::string&
   if (asked_ >= kMostAsked || substitutes_.size() >= kMostSubstitutes || !work_.take(kPerQuestion))
     return nullptr;
   ++asked_;
-  Face found(installedFaceWith(letter, face, bold, italic));
+  Face found(installedFaceWith(letter, style_.face, style_.bold, style_.italic));
   if (!found || cairo_font_face_status(found.get()) != CAIRO_STATUS_SUCCESS) return nullptr;
-  substitutes_.push_back({bold, italic, std::move(found)});
+  substitutes_.push_back({style_.bold, style_.italic, std::move(found)});
   return substitutes_.back().face.get();
 }
 

@@ -2,11 +2,11 @@
 
 #include <cairo.h>
 
+#include <compare>
 #include <cstddef>
 #include <map>
 #include <memory>
 #include <string>
-#include <tuple>
 #include <vector>
 
 namespace kestrel::engine::metafile {
@@ -40,7 +40,11 @@ class Letterer {
     void operator()(cairo_font_face_t* face) const { cairo_font_face_destroy(face); }
   };
   using Face = std::unique_ptr<cairo_font_face_t, DestroyFace>;
-  using Style = std::tuple<std::string, bool, bool>;  // face, bold, italic
+  struct Style {
+    std::string face;
+    bool bold = false, italic = false;
+    auto operator<=>(const Style&) const = default;
+  };
   struct Substitute {
     bool bold, italic;
     Face face;
