@@ -194,7 +194,7 @@ void ImageProcessingCtl::igxImage_SelectChanged(std::int32_t Left, std::int32_t 
 void ImageProcessingCtl::igxImage_Selected(std::int32_t Left, std::int32_t Top, std::int32_t Width,
                                            std::int32_t Height) {
   try {
-    mrgUI.StatusPanel("pnlSize").Caption(Pair(Width, Height));
+    zShowSize();
     if (iCropping) {
       zCropOrTell();
       zCancelCrop();
