@@ -311,6 +311,7 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   void zCopySection();
   void zBeginPaste();
   void zFollowPaste();
+  void zKeepFloatingSize();
   void zCancelPaste();
   void igxImage_DoubleBufferPaintAfter(DeviceContext& hDC);
   void zCropOrBeginCrop();
