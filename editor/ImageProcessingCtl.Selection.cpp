@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <limits>
+
 #include "ImageProcessingCtl.h"
 #include "base/Arithmetic.h"
 #include "base/DescribedError.h"
@@ -8,6 +11,16 @@
 #include "imaging/modImgX.h"
 
 namespace kestrel {
+namespace {
+
+/// View position of a picture column or row, at zoom 1. Saturates.
+std::int32_t PositionInView(std::int32_t pixel, std::int32_t scroll) {
+  using Limits = std::numeric_limits<std::int32_t>;
+  return static_cast<std::int32_t>(
+      std::clamp<std::int64_t>(std::int64_t{pixel} - scroll + 1, Limits::min(), Limits::max()));
+}
+
+}  // namespace
 
 bool ImageProcessingCtl::zHasSelection() const { return modImgX::ValidSelection(&igxImage); }
 
@@ -113,11 +126,15 @@ void ImageProcessingCtl::zBeginPaste() {
   igxImage.Refresh();
 }
 
-void ImageProcessingCtl::zFollowPaste() {
+/// The floating image can be moved, not resized.
+void ImageProcessingCtl::zKeepFloatingSize() {
   const kestrel::Image& source = Required(Required(pImage).Image());
-  // The floating image can be moved, not resized.
   igxImage.SelectionWidth(source.Width());
   igxImage.SelectionHeight(source.Height());
+}
+
+void ImageProcessingCtl::zFollowPaste() {
+  zKeepFloatingSize();
   iPasteX = igxImage.SelectionLeft();
   iPasteY = igxImage.SelectionTop();
   zShowSize();
@@ -127,8 +144,9 @@ void ImageProcessingCtl::zFollowPaste() {
 void ImageProcessingCtl::igxImage_DoubleBufferPaintAfter(DeviceContext& hDC) {
   try {
     if (!iPasting) return;
-    Required(pImage).Surface().DrawTo(hDC, igxImage.SelectionLeft() - igxImage.ScrollLeft() + 1,
-                                      igxImage.SelectionTop() - igxImage.ScrollTop() + 1, kSourceCopy);
+    Required(pImage).Surface().DrawTo(hDC, PositionInView(igxImage.SelectionLeft(), igxImage.ScrollLeft()),
+                                      PositionInView(igxImage.SelectionTop(), igxImage.ScrollTop()),
+                                      kSourceCopy);
   } catch (...) {
     QDK_TRAILER(igxImage_DoubleBufferPaintAfter, QDK_PARAMETERS(hDC), QDK_LOCALS());
   }

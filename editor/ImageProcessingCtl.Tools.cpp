@@ -147,7 +147,16 @@ void ImageProcessingCtl::igxImage_MouseUp(std::int32_t Button, std::int32_t Shif
 
 void ImageProcessingCtl::igxImage_Click() {
   try {
-    if (!igxImage.SelectionVisible()) ResetSelection();
+    if (!igxImage.SelectionVisible()) {
+      ResetSelection();
+      // The view hides the rectangle on a click outside of it. For the editor the far edge is inside, and so
+      // is all of the floating image, which doesn't scale with the zoom as the rectangle does.
+      if (iPasting) {
+        zKeepFloatingSize();
+        igxImage.SelectionVisible(true);
+        zShowSize();
+      }
+    }
     if (pTool != ipToolZoom || iLastButton != kLeftButton) return;
     if (iPlatform.FormUtility().IsModifierDown()) {
       ZoomOut();
@@ -186,6 +195,8 @@ void ImageProcessingCtl::igxImage_SelectChanged(std::int32_t Left, std::int32_t 
     // A drag that was given up may have left no selection.
     if (!igxImage.SelectionVisible()) return zShowSize();
     mrgUI.StatusPanel("pnlSize").Caption(Pair(Width, Height));
+    // The view repaints the rectangle's border only, not the floating image inside.
+    if (iPasting) igxImage.Refresh();
   } catch (...) {
     QDK_TRAILER(igxImage_SelectChanged, QDK_PARAMETERS(Left, Top, Width, Height), QDK_LOCALS());
   }
@@ -194,7 +205,7 @@ void ImageProcessingCtl::igxImage_SelectChanged(std::int32_t Left, std::int32_t 
 void ImageProcessingCtl::igxImage_Selected(std::int32_t Left, std::int32_t Top, std::int32_t Width,
                                            std::int32_t Height) {
   try {
-    mrgUI.StatusPanel("pnlSize").Caption(Pair(Width, Height));
+    zShowSize();
     if (iCropping) {
       zCropOrTell();
       zCancelCrop();

@@ -340,6 +340,7 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   void zCopySection();
   void zBeginPaste();
   void zFollowPaste();
+  void zKeepFloatingSize();
   void zCancelPaste();
   void igxImage_DoubleBufferPaintAfter(DeviceContext& hDC);
   void zCropOrBeginCrop();
@@ -380,7 +381,7 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   std::unique_ptr<SinkHolder> pEventSink;
   std::string pFilename;
   OLE_COLOR pForeColor = 0;
-  OLE_COLOR pBackColor = 0;
+  OLE_COLOR pBackColor = kNoColor;  ///< the engine starts with outlines
   ImageProcessingToolConstants pTool = ipToolNone;
   std::int32_t pUndoLevels = 0;
   std::int32_t mFormat = 0;

@@ -20,6 +20,11 @@ class ModesOnTheDesktop : public testing::Test {
     QTest::keyClick(QApplication::focusWidget(), key, modifiers);
     settle();
   }
+  QColor shownAt(const QPoint& device) {
+    const double factor = bench.canvas().devicePixelRatioF();
+    const QPointF origin = QPointF(bench.canvas().mapTo(&bench.window(), QPoint())) * factor;
+    return bench.grabWindow().pixelColor(origin.toPoint() + device);
+  }
   OLE_COLOR corner() { return bench.view().Image()->GetPixel(0, 0).Value(); }
 
   EditorBench bench;
@@ -36,6 +41,29 @@ TEST_F(ModesOnTheDesktop, AFloatingPasteHoldsFlipBackUntilEscape) {
   EXPECT_FALSE(bench.command("btnEditPaste").Checked());
   key(Qt::Key_I, Qt::ControlModifier);
   EXPECT_NE(corner(), before);
+}
+
+TEST_F(ModesOnTheDesktop, TheFloatingImageFollowsTheDrag) {
+  QImage red(400, 300, QImage::Format_RGBA8888);
+  red.fill(Qt::red);
+  bench.showPicture(red);
+  bench.editor().Copy(false);
+  bench.showPicture(noise(4000, 3000));
+  key(Qt::Key_V, Qt::ControlModifier);
+  ASSERT_TRUE(bench.command("btnEditPaste").Checked());
+  const double factor = bench.canvas().devicePixelRatioF();
+  const QPoint left((QPointF(20, 15) * factor).toPoint());
+  const QPoint reached(QPoint(400, 150) + (QPointF(20, 30) * factor).toPoint());
+  ASSERT_EQ(shownAt(left), QColor(Qt::red));
+  ASSERT_NE(shownAt(reached), QColor(Qt::red));
+
+  const QPoint from(60, 60), to(100, 90);
+  QTest::mousePress(&bench.canvas(), Qt::LeftButton, {}, from);
+  QTest::mouseMove(&bench.canvas(), (from + to) / 2);
+  QTest::mouseMove(&bench.canvas(), to);
+  EXPECT_NE(shownAt(left), QColor(Qt::red)) << "the old place shows the picture again";
+  EXPECT_EQ(shownAt(reached), QColor(Qt::red));
+  QTest::mouseRelease(&bench.canvas(), Qt::LeftButton, {}, to);
 }
 
 TEST_F(ModesOnTheDesktop, APendingCropHoldsFlipBackUntilTheRectangleIsDrawn) {

@@ -194,6 +194,13 @@ TEST_P(EditingSizePanel, ShowsTheSelectionsSizeHoweverItWasSet) {
   EXPECT_EQ(size(), "40, 30");
 }
 
+TEST_P(EditingSizePanel, ShowsThePicturesSizeAfterADragWithoutAnArea) {
+  dragSelection({5, 6}, {5, 20});
+  EXPECT_EQ(view().SelectionWidth(), 0);
+  EXPECT_EQ(view().SelectionHeight(), 14);
+  EXPECT_EQ(size(), "40, 30");
+}
+
 TEST_P(EditingSizePanel, FollowsEachChangeOfThePicturesSize) {
   editor().Resize(20);
   EXPECT_EQ(size(), "20, 15");
@@ -254,6 +261,14 @@ TEST_P(EditingSizePanel, ThePositionFollowsAChangedPictureThoughThePointerRests)
   EXPECT_EQ(panel("pnlPosition"), "12, 20");
   editor().Picture(nullptr);
   EXPECT_EQ(panel("pnlPosition"), " ");
+}
+
+TEST_P(EditingSizePanel, ThePositionFollowsAnotherPictureThoughThePointerRests) {
+  view().move(0, 0, position(12, 20));
+  open(50, 40);
+  EXPECT_EQ(panel("pnlPosition"), "17, 25");
+  EXPECT_TRUE(editor().OpenImage(makePicture("other.png", 2)));
+  EXPECT_EQ(panel("pnlPosition"), "12, 20") << "40 by 30 again";
 }
 
 KESTREL_WITH_BOTH_PATHS(EditingModes);

@@ -102,6 +102,35 @@ TEST_P(EditingOperations, FlipWithFalseTurnsTheWholePictureThoughThereIsASelecti
   EXPECT_TRUE(view().SelectionVisible());
 }
 
+TEST_P(EditingOperations, WithFalseTheOthersWorkOnTheWholePictureThoughThereIsASelection) {
+  select();
+  editor().FlipVertically(false);
+  editor().Rotate(90, 0, false);
+  EXPECT_THAT(calls(), ElementsAre("view.Effects.Flip(1, \"\")", "view.Effects.Rotate(90, #0/255, 0, \"\")"));
+  open(kWidth, kHeight);
+  select();
+  editor().ApplyGrayScale(false);
+  EXPECT_TRUE(same(shown(), engine::grayScale(gradient(kWidth, kHeight))));
+  EXPECT_TRUE(view().SelectionVisible());
+}
+
+TEST_P(EditingOperations, CanvasAndFlattenIgnoreTheSelection) {
+  select();
+  editor().ResizeCanvas(50, 60, 3, 4, 0);
+  editor().FlattenAlpha(0);
+  EXPECT_THAT(calls(), ElementsAre("view.Effects.ResizeCanvas(50, 60, #0/255, 3, 4, \"\")",
+                                   "view.Alpha.Flatten(#0/255, \"\")"));
+  EXPECT_TRUE(view().SelectionVisible());
+}
+
+TEST_P(EditingOperations, AnEmptySelectionIsNone) {
+  editor().SetSelection(5, 6, 0, 12);
+  log().clear();
+  editor().FlipHorizontally(true);
+  EXPECT_THAT(calls(), ElementsAre("view.Effects.Flip(0, \"\")"));
+  EXPECT_EQ(at(0, 3), pixelOf(kWidth - 1, 3));
+}
+
 TEST_P(EditingOperations, OnASectionItIsTakenWorkedOnAndDrawnBackOnce) {
   select();
   editor().FlipHorizontally(true);

@@ -1,3 +1,5 @@
+#include <limits>
+
 #include "EditingTest.h"
 
 namespace kestrel {
@@ -151,6 +153,54 @@ TEST_P(EditingPaste, APressOnTheFarEdgeDoesNotCommitAndOnePixelFurtherDoes) {
   view().click(position(61, 20));
   expectClosed();
   EXPECT_TRUE(editor().Changed());
+}
+
+TEST_P(EditingPaste, AClickOnTheFarEdgeAwayFromTheHandlesKeepsTheRectangle) {
+  click("btnEditPaste");
+  for (const Point edge : {Point{60, 10}, Point{10, 50}}) {
+    view().click(position(edge.X, edge.Y));
+    expectOpen();
+    EXPECT_EQ(view().SelectionWidth(), 60);
+    EXPECT_EQ(view().SelectionHeight(), 50);
+    EXPECT_EQ(panel("pnlSize"), "60, 50");
+  }
+  view().click(position(61, 20));
+  expectClosed();
+  EXPECT_EQ(at(59, 49), kRed);
+}
+
+TEST_P(EditingPaste, TheFloatingImageFollowsEachMoveOfADrag) {
+  click("btnEditPaste");
+  view().press(kLeftButton, 0, position(30, 25));
+  log().clear();
+  view().move(kLeftButton, 0, position(40, 40));
+  EXPECT_THAT(calls(), ElementsAre("Refresh()", "scratch.Surface.DrawTo(11, 16, 13369376)"));
+  editor().Cancel();
+  view().release(kLeftButton, 0, position(40, 40));
+  log().clear();
+  dragSelection({200, 200}, {300, 300});
+  EXPECT_THAT(calls(), Not(Contains("Refresh()"))) << "a selection alone needs its border only";
+}
+
+TEST_P(EditingPaste, ARectangleAtTheFarthestPositionIsPaintedThere) {
+  view().ScrollLeft(100);
+  view().ScrollTop(70);
+  click("btnEditPaste");
+  view().SetSelectionRect(std::numeric_limits<std::int32_t>::min(), 2'000'000'000, 60, 50);
+  log().clear();
+  const engine::Bitmap seen = view().painted();
+  EXPECT_THAT(calls(), ElementsAre("scratch.Surface.DrawTo(-2147483648, 1999999931, 13369376)"));
+  EXPECT_NE(seen.at(30, 30), kRed);
+}
+
+TEST_P(EditingPaste, APressWithoutAPictureCommitsNothing) {
+  click("btnEditPaste");
+  view().Picture(PicturePtr());
+  log().clear();
+  view().click({300, 300});
+  EXPECT_THAT(engineCalls(), Not(Contains(testing::HasSubstr("Draw.Image"))));
+  EXPECT_TRUE(pressed("btnEditPaste"));
+  editor().Cancel();
 }
 
 TEST_P(EditingPaste, APressAboveOrLeftOfTheRectangleCommits) {

@@ -195,6 +195,17 @@ TEST_P(EditingSelection, TheCopyCommandUsesTheSelectionWithTheSelectionToolAlone
   EXPECT_THAT(calls(), ElementsAre("view.Writer.ToClipboard()"));
 }
 
+TEST_P(EditingSelection, ACallOfCopyUsesTheSelectionWithAnyTool) {
+  editor().Tool(ipToolPan);
+  view().SetSelectionRect(5, 6, 10, 8);
+  view().SelectionVisible(true);
+  log().clear();
+  editor().Copy(true);
+  EXPECT_THAT(calls(),
+              ElementsAre("scratch.Document.CopyFrom(0, \"\")", "scratch.Effects.Crop(5, 6, 10, 8, \"\")",
+                          "scratch.Writer.ToClipboard()"));
+}
+
 TEST_P(EditingSelection, ABackwardsSelectionReachesTheEngineAsItStands) {
   dragSelection({15, 14}, {5, 6});
   EXPECT_EQ(view().SelectionWidth(), -10);
@@ -237,6 +248,39 @@ TEST_P(EditingSelection, CutWithoutASelectionFillsFromTheOriginToTheViewsOwnSize
   EXPECT_LT(end.X, 2000);
   EXPECT_EQ(at(end.X - 1, 19), kRed);
   EXPECT_EQ(at(end.X, 19), pixelOf(end.X, 19)) << "need not match the picture's size";
+}
+
+TEST_P(EditingSelection, TheCutCommandUsesTheSelectionWithTheSelectionToolAlone) {
+  editor().Tool(ipToolPan);
+  view().SetSelectionRect(5, 6, 10, 8);
+  view().SelectionVisible(true);
+  editor().BackColor(0x0000FF);
+  click("btnEditCut");
+  EXPECT_TRUE(same(clipboard(), gradient(kWidth, kHeight)));
+  EXPECT_EQ(at(0, 0), kRed);
+}
+
+TEST_P(EditingSelection, CutWithFalseFillsFromTheOriginAndKeepsTheSelection) {
+  editor().BackColor(0x0000FF);
+  editor().SetSelection(5, 6, 10, 8);
+  editor().Cut(false);
+  EXPECT_TRUE(same(clipboard(), gradient(kWidth, kHeight)));
+  EXPECT_EQ(at(0, 0), kRed);
+  EXPECT_EQ(at(kWidth - 1, kHeight - 1), kRed);
+  EXPECT_TRUE(modImgX::ValidSelection(&view()));
+}
+
+TEST_P(EditingSelection, ABackwardsSelectionIsCutWhereItsPixelsWere) {
+  editor().BackColor(0x0000FF);
+  editor().SetSelection(15, 14, -10, -8);
+  log().clear();
+  editor().Cut(true);
+  EXPECT_THAT(calls(), testing::Contains("view.Draw.Rectangle((15, 14), (5, 6), 0, 0, \"Cut\")"));
+  EXPECT_EQ(clipboard().at(0, 0), pixelOf(5, 6));
+  EXPECT_EQ(at(5, 6), kRed);
+  EXPECT_EQ(at(14, 13), kRed);
+  EXPECT_EQ(at(4, 6), pixelOf(4, 6));
+  EXPECT_EQ(at(15, 14), pixelOf(15, 14));
 }
 
 TEST_P(EditingSelection, CutFillsInTheForeColorWithoutABackColorAndTheFillModeStays6) {

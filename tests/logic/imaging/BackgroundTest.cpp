@@ -119,6 +119,28 @@ TEST_F(Background, ShowsThroughWithColour1TopRightAndBottomLeftAndColour2InTheOt
   EXPECT_EQ(colorOf(25, 5), here);
 }
 
+TEST_F(Background, TheTileIsTwiceTheSizeWithColour1TopRightAndBottomLeft) {
+  const auto tile = platform().CreateImgX();
+  DrawBackgroundTile(*tile, 10, 0x000000FF, 0x0000FF00);
+  ASSERT_EQ(tile->Image()->Width(), 20);
+  ASSERT_EQ(tile->Image()->Height(), 20);
+  for (std::int32_t y = 0; y < 20; ++y) {
+    for (std::int32_t x = 0; x < 20; ++x) {
+      const bool second = (x < 10) == (y < 10);
+      ASSERT_EQ(colorAt(*tile->Image(), x, y), second ? 0x0000FF00 : 0x000000FF) << x << ", " << y;
+      ASSERT_EQ(tile->Image()->GetPixel(x, y).Alpha(), 255);
+    }
+  }
+}
+
+TEST_F(Background, LeavesTheViewsColourAndFillMode) {
+  view().Draw().Color().Value(0x00123456);
+  view().Draw().FillMode(6);
+  SetupBackground(view(), 10, 0x000000FF, 0x0000FF00);
+  EXPECT_EQ(view().Draw().Color().Value(), 0x00123456);
+  EXPECT_EQ(view().Draw().FillMode(), 6);
+}
+
 TEST_F(Background, LeavesTheViewsPictureUndoAndMarkOfChange) {
   const Colour red(0x000000FF);
   view().Document().NewImage(30, 20, &red, kPixelFormatRgba, kNoUndo);
