@@ -83,7 +83,7 @@ void ImageProcessingCtl::zConnect() {
   keep(UserControl.WriteProperties.Connect([this](PropertyBag& bag) { UserControl_WriteProperties(bag); }));
   keep(UserControl.Resize.Connect([this] { UserControl_Resize(); }));
   keep(UserControl.Hide.Connect([this] { UserControl_Hide(); }));
-  keep(UserControl.KeyPress.Connect([this](std::int32_t key) { UserControl_KeyPress(key); }));
+  keep(UserControl.KeyPress.Connect([this](std::int32_t& key) { UserControl_KeyPress(key); }));
 
   keep(mrgUI.CommandClick.Connect([this](Command& command) { mrgUI_CommandClick(command); }));
   keep(mrgUI.CommandChange.Connect(
@@ -344,11 +344,16 @@ void ImageProcessingCtl::UserControl_Hide() {
   }
 }
 
-void ImageProcessingCtl::UserControl_KeyPress(std::int32_t KeyAscii) {
+void ImageProcessingCtl::UserControl_KeyPress(std::int32_t& KeyAscii) {
+  bool Pending = false;
   try {
-    if (KeyAscii == kKeyEscape) Cancel();
+    if (KeyAscii != kKeyEscape) return;
+    Pending = iCropping || iPasting;
+    Cancel();
+    // The key that ends a mode must not close the window of the host, and the picture with it.
+    if (Pending) KeyAscii = 0;
   } catch (...) {
-    QDK_TRAILER(UserControl_KeyPress, QDK_PARAMETERS(KeyAscii), QDK_LOCALS());
+    QDK_TRAILER(UserControl_KeyPress, QDK_PARAMETERS(KeyAscii), QDK_LOCALS(Pending));
   }
 }
 

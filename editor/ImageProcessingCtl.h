@@ -276,7 +276,7 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   void UserControl_WriteProperties(PropertyBag& PropBag);
   void UserControl_Resize();
   void UserControl_Hide();
-  void UserControl_KeyPress(std::int32_t KeyAscii);
+  void UserControl_KeyPress(std::int32_t& KeyAscii);
   void zInitialize();
   void zInitSubControls();
   void zRemoveUnmodifiedHotKeys();

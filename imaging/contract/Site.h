@@ -47,7 +47,8 @@ class Site : public Control, public ControlContainer {
   Event<> Show;
   Event<> Hide;
   Event<std::int32_t, std::int32_t> KeyDown;  ///< key code, Shift
-  Event<std::int32_t> KeyPress;               ///< character code; 27 is Escape
+  /// Character code; 27 is Escape. A handler that sets it to 0 keeps the key from the container.
+  Event<std::int32_t&> KeyPress;
   Event<std::int32_t, std::int32_t> KeyUp;
 };
 

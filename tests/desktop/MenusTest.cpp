@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QMenuBar>
+#include <QTest>
 #include <QTimer>
 
 #include "EditorBench.h"
@@ -29,6 +30,7 @@ class Menus : public testing::Test {
   QMenu& menu(const std::string& key) {
     return *bench.moorage().actions().actionOf(bench.command(key)).menu();
   }
+  std::string status() { return bench.moorage().StatusPanel("pnlStatus").Caption(); }
 
   EditorBench bench;
 };
@@ -93,9 +95,31 @@ TEST_F(Menus, ShowThePressedStateWithoutTogglingItThemselves) {
 TEST_F(Menus, TellTheStatusLineWhatTheEntryUnderThePointerDoes) {
   QAction& open = bench.moorage().actions().actionOf(bench.command("btnFileOpen"));
   open.hover();
-  EXPECT_EQ(bench.moorage().StatusPanel("pnlStatus").Caption(), "Opens en existing image");
+  EXPECT_EQ(status(), "Opens en existing image");
   Q_EMIT menu("mnuFile").aboutToHide();
-  EXPECT_EQ(bench.moorage().StatusPanel("pnlStatus").Caption(), "");
+  EXPECT_EQ(status(), "");
+}
+
+TEST_F(Menus, GiveTheStatusLineBackWhenThePointerLeavesTheirBar) {
+  bench.editor().Status("Ready", false, true);
+  const QRect edit = bar().actionGeometry(bar().actions().at(1));
+  QTest::mouseMove(&bar(), edit.center());
+  EXPECT_EQ(status(), "") << "the menu has no description";
+  QTest::mouseMove(&bench.canvas(), QPoint(100, 100));
+  QEvent leave(QEvent::Leave);  // the display without a screen sends none
+  QApplication::sendEvent(&bar(), &leave);
+  EXPECT_EQ(status(), "Ready");
+}
+
+TEST_F(Menus, GiveTheStatusLineBackWhenEscapeLeavesTheirBar) {
+  bench.editor().Status("Ready", false, true);
+  pressKey(bench.window(), Qt::Key_E, Qt::AltModifier);
+  ASSERT_NE(QApplication::activePopupWidget(), nullptr);
+  QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Escape);
+  ASSERT_EQ(QApplication::activePopupWidget(), nullptr);
+  pressKey(bench.window(), Qt::Key_Escape);
+  EXPECT_EQ(QApplication::focusWidget(), &bench.canvas());
+  EXPECT_EQ(status(), "Ready");
 }
 
 TEST_F(Menus, OpenAtThePointerAndReturnWhenClosed) {

@@ -15,6 +15,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSpinBox>
+#include <QTest>
 
 #include "HostBench.h"
 
@@ -146,18 +147,69 @@ TEST_F(SideBySide, EscapeCancelsInTheEditorThatHasTheFocusAlone) {
   EXPECT_TRUE(left.moorage().Commands().Item("btnImageCrop").Checked());
 }
 
-TEST_F(SideBySide, TheEscapeThatEndsACropLeavesTheDialogOfTheHostOpen) {
+/// An editor in a dialog of a host, which Escape closes.
+class InADialogOfTheHost : public testing::Test {
+ protected:
+  InADialogOfTheHost() {
+    row.addWidget(&editor.widget());
+    dialog.resize(1000, 600);
+    dialog.show();
+    QApplication::setActiveWindow(&dialog);
+    editor.canvas().setFocus();
+    settle();
+  }
+
+  docking::CommandModel& command(const std::string& key) { return editor.moorage().Commands().Item(key); }
+  void click(const std::string& key) { editor.moorage().click(command(key)); }
+  void pressEscape() { pressKey(dialog, Qt::Key_Escape); }
+
+  HostBench bench;
   QDialog dialog;
-  HostedEditor editor(bench.platform(), dialog);
-  QHBoxLayout row(&dialog);
-  row.addWidget(&editor.widget());
-  dialog.show();
-  QApplication::setActiveWindow(&dialog);
-  editor.moorage().click(editor.moorage().Commands().Item("btnImageCrop"));
-  focus(editor.canvas());
-  pressKey(dialog, Qt::Key_Escape);
-  EXPECT_FALSE(editor.moorage().Commands().Item("btnImageCrop").Checked());
+  HostedEditor editor{bench.platform(), dialog};
+  QHBoxLayout row{&dialog};
+};
+
+TEST_F(InADialogOfTheHost, EscapeClosesTheDialogWhenNothingIsPending) {
+  pressEscape();
+  EXPECT_FALSE(dialog.isVisible());
+}
+
+TEST_F(InADialogOfTheHost, TheEscapeThatEndsACropDoesNothingElse) {
+  click("btnImageCrop");
+  pressEscape();
+  EXPECT_FALSE(command("btnImageCrop").Checked());
   EXPECT_TRUE(dialog.isVisible());
+  pressEscape();
+  EXPECT_FALSE(dialog.isVisible());
+}
+
+TEST_F(InADialogOfTheHost, TheEscapeThatEndsAPasteDoesNothingElse) {
+  editor.control().Copy(false);
+  click("btnEditPaste");
+  ASSERT_TRUE(command("btnEditPaste").Checked());
+  pressEscape();
+  EXPECT_FALSE(command("btnEditPaste").Checked());
+  EXPECT_TRUE(dialog.isVisible());
+}
+
+TEST_F(InADialogOfTheHost, TheEscapeThatEndsADragDoesNothingElse) {
+  QTest::mousePress(&editor.canvas(), Qt::LeftButton, {}, QPoint(200, 200));
+  QTest::mouseMove(&editor.canvas(), QPoint(240, 240));
+  pressEscape();
+  EXPECT_TRUE(dialog.isVisible());
+  QTest::mouseRelease(&editor.canvas(), Qt::LeftButton, {}, QPoint(240, 240));
+}
+
+TEST_F(InADialogOfTheHost, EscapeGoesTheSameWayFromADockedToolWindow) {
+  auto* const swatch = dialog.findChild<QPushButton*>(QStringLiteral("btnColors_0"));
+  swatch->setFocus();
+  ASSERT_EQ(QApplication::focusWidget(), swatch);
+  click("btnImageCrop");
+  pressEscape();
+  EXPECT_FALSE(command("btnImageCrop").Checked());
+  EXPECT_TRUE(dialog.isVisible());
+  pressEscape();
+  EXPECT_FALSE(dialog.isVisible());
 }
 
 /// An editor alone in the window of a host.

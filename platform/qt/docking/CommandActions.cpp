@@ -1,5 +1,6 @@
 #include "CommandActions.h"
 
+#include <QFocusEvent>
 #include <algorithm>
 
 #include "../Guard.h"
@@ -92,6 +93,15 @@ void CommandActions::refresh(docking::CommandModel& command) {
   action.setVisible(command.Visible());
   action.setCheckable(command.Checked());
   action.setChecked(command.Checked());
+}
+
+bool CommandActions::eventFilter(QObject* /*watched*/, QEvent* event) {
+  // A menu that a bar opens takes the keyboard too; what it highlights stays.
+  const bool left =
+      event->type() == QEvent::Leave || (event->type() == QEvent::FocusOut &&
+                                         static_cast<QFocusEvent*>(event)->reason() != Qt::PopupFocusReason);
+  if (left) guarded([this] { suite_.highlight(nullptr); });
+  return false;
 }
 
 QString CommandActions::toolTipOf(docking::CommandModel& command) const {

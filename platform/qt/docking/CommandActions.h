@@ -28,6 +28,9 @@ class CommandActions final : public QObject {
   /// Brings the action into line with its command.
   void refresh(docking::CommandModel& command);
 
+  /// For the widgets that show actions: without it a command stays highlighted when they are left.
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
  private:
   void makeAction(docking::CommandModel& command);
   void fill(QMenu& menu, docking::CommandModel& command);

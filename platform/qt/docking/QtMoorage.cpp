@@ -24,6 +24,7 @@ QtMoorage::QtMoorage(MoorageWindow& window, ControlId id, const docking::StoredL
     if (bar->kind() == docking::BarKind::MenuBar) menuBar_ = bar.get();
   }
   window_.menuBar()->setNativeMenuBar(false);
+  window_.menuBar()->installEventFilter(&actions_);
   fillMenuBar();
 
   connections_.push_back(CommandUpdated.Connect([this](docking::CommandModel& command) {

@@ -1,12 +1,10 @@
 #include "ToolBars.h"
 
-#include <QEvent>
 #include <QStyle>
 #include <QToolButton>
 #include <algorithm>
 #include <vector>
 
-#include "../Guard.h"
 #include "../Text.h"
 #include "ComboField.h"
 
@@ -136,12 +134,7 @@ void ToolBars::addButton(QToolBar& bar, docking::CommandModel& command) {
   button->setAccessibleName(action.iconText());
   button->setAccessibleDescription(translated(command.Description()));
   if (command.CommandType() == kCommandMenu) button->setPopupMode(QToolButton::InstantPopup);
-  button->installEventFilter(this);
-}
-
-bool ToolBars::eventFilter(QObject* /*watched*/, QEvent* event) {
-  if (event->type() == QEvent::Leave) guarded([this] { suite_.highlight(nullptr); });
-  return false;
+  button->installEventFilter(&actions_);
 }
 
 }  // namespace kestrel::qt

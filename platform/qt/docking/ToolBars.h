@@ -30,9 +30,6 @@ class ToolBars final : public QObject {
   bool locked() const { return locked_; }
   void setLocked(bool value);
 
- protected:
-  bool eventFilter(QObject* watched, QEvent* event) override;
-
  private:
   struct Shown {
     QToolBar* bar = nullptr;

@@ -1,7 +1,5 @@
 #include "EditorWidget.h"
 
-#include <QKeyEvent>
-
 #include "../docking/QtMoorage.h"
 #include "../view/QtImageView.h"
 #include "Resources/Layouts.h"
@@ -23,13 +21,6 @@ void EditorWidget::furnish(QtSite& site, engine::ClipboardPort& clipboard) {
   view_ = view.get();
   site.add(std::move(view));
   setFocusProxy(surface);
-}
-
-void EditorWidget::keyPressEvent(QKeyEvent* event) {
-  // The Escape that ends a pending paste must not close the dialog of the host, and the picture with it.
-  const bool mine = event->key() == Qt::Key_Escape;
-  SiteWidget::keyPressEvent(event);
-  event->setAccepted(mine);
 }
 
 }  // namespace kestrel::qt

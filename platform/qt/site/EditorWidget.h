@@ -26,9 +26,6 @@ class EditorWidget final : public SiteWidget {
 
   QSize sizeHint() const override { return {1100, 760}; }
 
- protected:
-  void keyPressEvent(QKeyEvent* event) override;
-
  private:
   QtSite* site_ = nullptr;
   // The site's.

@@ -13,7 +13,7 @@ QtSite::QtSite(SiteWidget& widget, const std::string& name, bool userMode, engin
   listen(&SiteWidget::shown, [this] { guarded([this] { Show(); }); });
   listen(&SiteWidget::hidden, [this] { guarded([this] { Hide(); }); });
   listen(&SiteWidget::keyPressed, [this](int key, int shift) { guarded([&] { KeyDown(key, shift); }); });
-  listen(&SiteWidget::characterTyped, [this](int character) { guarded([&] { KeyPress(character); }); });
+  listen(&SiteWidget::characterTyped, [this](int& character) { guarded([&] { KeyPress(character); }); });
   listen(&SiteWidget::keyReleased, [this](int key, int shift) { guarded([&] { KeyUp(key, shift); }); });
 }
 

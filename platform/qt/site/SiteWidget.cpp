@@ -24,21 +24,24 @@ void SiteWidget::hideEvent(QHideEvent* event) {
 
 void SiteWidget::handOn(const QWidget& child, const QKeyEvent& event) {
   for (QWidget* ancestor = child.parentWidget(); ancestor; ancestor = ancestor->parentWidget()) {
-    if (auto* const site = qobject_cast<SiteWidget*>(ancestor)) return site->raiseKeyDown(event);
+    auto* const site = qobject_cast<SiteWidget*>(ancestor);
+    if (!site) continue;
+    site->raiseKeyDown(event);
+    return;
   }
 }
 
-void SiteWidget::keyPressEvent(QKeyEvent* event) {
-  event->ignore();
-  raiseKeyDown(*event);
-}
+void SiteWidget::keyPressEvent(QKeyEvent* event) { event->setAccepted(raiseKeyDown(*event)); }
 
-void SiteWidget::raiseKeyDown(const QKeyEvent& event) {
+bool SiteWidget::raiseKeyDown(const QKeyEvent& event) {
   const QPointer<SiteWidget> self(this);  // a handler may destroy the control
   const KeyStroke stroke = keyStrokeOf(event);
   const QString text = event.text();
   if (stroke.keyCode != 0) Q_EMIT keyPressed(stroke.keyCode, stroke.shift);
-  if (self && !text.isEmpty()) Q_EMIT characterTyped(text[0].unicode());
+  if (!self || text.isEmpty()) return false;
+  int character = text[0].unicode();
+  Q_EMIT characterTyped(character);
+  return character == 0;
 }
 
 void SiteWidget::keyReleaseEvent(QKeyEvent* event) {

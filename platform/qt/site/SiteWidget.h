@@ -33,7 +33,8 @@ class SiteWidget : public QWidget {
   void shown();
   void hidden();
   void keyPressed(int keyCode, int shift);
-  void characterTyped(int character);
+  /// A slot that used the character sets it to 0.
+  void characterTyped(int& character);
   void keyReleased(int keyCode, int shift);
 
  protected:
@@ -44,7 +45,8 @@ class SiteWidget : public QWidget {
   void keyReleaseEvent(QKeyEvent* event) override;
 
  private:
-  void raiseKeyDown(const QKeyEvent& event);
+  /// True if a handler used the key.
+  bool raiseKeyDown(const QKeyEvent& event);
 };
 
 }  // namespace kestrel::qt

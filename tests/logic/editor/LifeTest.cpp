@@ -291,6 +291,19 @@ TEST_P(EditorLife, EscapeGivesUpACropThatIsBeingDrawn) {
   EXPECT_FALSE(command("btnImageCrop").Checked());
 }
 
+TEST_P(EditorLife, EscapeThatEndsNothingIsLeftToTheContainer) {
+  startWithPicture();
+  std::vector<std::int32_t> left;
+  const Connection container =
+      site().KeyPress.Connect([&left](std::int32_t& character) { left.push_back(character); });
+  site().pressKey(27, 0, 27);
+  click("btnImageCrop");
+  site().pressKey(65, 0, 97);
+  site().pressKey(27, 0, 27);
+  site().pressKey(27, 0, 27);
+  EXPECT_THAT(left, ElementsAre(27, 97, 0, 27));
+}
+
 // -- Tear-down --------------------------------------------------------------------------------------------
 
 TEST_P(EditorLife, HidingTheControlKeepsItAlive) {
