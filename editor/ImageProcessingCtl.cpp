@@ -60,6 +60,8 @@ void ImageProcessingCtl::Usercontrol_Initialize() {
     iPlatform.RegistryStore().RootHive(HKEY_CURRENT_USER);
     CommandBars()("Menu Bar").Visible(false);
     SetControls(false);
+    // The back colour begins as black, which is a fill. A let of black later changes nothing.
+    igxImage.Draw().FillMode(kFillSolid);
     CommandItems& zoomEntries = Commands()("cboZoom").Items();
     for (Entry = 1; Entry <= kZoomEntries; ++Entry) zoomEntries.Add(ToText(Entry) + ":1", ToText(Entry));
     QDK_RESUME_NEXT(iPlatform.FormSkin().ApplyToForm(UserControl, -1, -1));
