@@ -111,7 +111,8 @@ void ImageProcessingCtl::zPictureSet() {
     igxImage.UndoLevels(0);
     igxImage.UndoLevels(pUndoLevels);
     igxImage.Modified(false);
-    SetControls(true);
+    // A host may also have taken the picture away.
+    SetControls(igxImage.Image() != nullptr);
     Changed(false);
     ResetSelection();
     zTellOfFile();

@@ -11,7 +11,9 @@ class Screen final : public kestrel::Screen {
   std::int32_t MousePointer() const override { return pointer_; }
   void MousePointer(std::int32_t value) override { pointer_ = value; }
   std::int32_t TwipsPerPixelX() const override { return 1; }
-  std::int32_t TwipsPerPixelY() const override { return 1; }
+  std::int32_t TwipsPerPixelY() const override { return twipsPerPixelY; }
+
+  std::int32_t twipsPerPixelY = 1;
 
  private:
   std::int32_t pointer_ = 0;
