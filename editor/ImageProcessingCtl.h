@@ -381,7 +381,7 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   std::unique_ptr<SinkHolder> pEventSink;
   std::string pFilename;
   OLE_COLOR pForeColor = 0;
-  OLE_COLOR pBackColor = kNoColor;  ///< the engine starts with outlines
+  OLE_COLOR pBackColor = 0;
   ImageProcessingToolConstants pTool = ipToolNone;
   std::int32_t pUndoLevels = 0;
   std::int32_t mFormat = 0;

@@ -189,6 +189,7 @@ TEST_P(EditorLife, InitializeConfiguresTheViewThenAppliesOptionsAndColours) {
       "Visible=True",
       "DoubleBuffer=True",
       "BackgroundImage",
+      "Draw.FillMode=-1",  // the background colour is none
       "UndoLevels=10",
       "SelectionHeight=0",  // the tool is chosen last, which clears the selection
       "SelectionWidth=0",
@@ -208,15 +209,6 @@ TEST_P(EditorLife, InitializeTakesColoursAndUndoLevelsFromTheOptions) {
   EXPECT_EQ(editor().ForeColor(), 0x00445566);
   EXPECT_EQ(editor().UndoLevels(), 4);
   EXPECT_EQ(view().UndoLevels(), 4);
-}
-
-TEST_P(EditorLife, ABlackBackgroundMaterialFillsShapesFromTheStart) {
-  options().MaterialBackColor(0);
-  options().MaterialForeColor(0x00445566);
-  start();
-  EXPECT_EQ(editor().BackColor(), 0);
-  EXPECT_EQ(view().Draw().Color().Value(), 0);
-  EXPECT_EQ(view().Draw().FillMode(), 6);
 }
 
 TEST_P(EditorLife, InitializePreparesTheFileDialog) {
