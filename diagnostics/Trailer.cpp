@@ -19,11 +19,13 @@ void Trailer::Locals(std::string text) {
 }
 
 void Trailer::Report() const {
+  // What fails while the report is under way, such as the search for the reporting object, enters the same
+  // fields.
   const auto& state = modTollgarthSupport::State();
+  const std::string description = state.qdkErrorDescription;
   const std::string module = site_.module.empty() ? ModuleName(site_.file) : site_.module;
-  modTollgarthSupport::qdkErrorHandler(state.qdkErrorNumber, module, site_.procedure,
-                                       state.qdkErrorDescription, state.qdkErrorLine, locals_, module_,
-                                       parameters_);
+  modTollgarthSupport::qdkErrorHandler(state.qdkErrorNumber, module, site_.procedure, description,
+                                       state.qdkErrorLine, locals_, module_, parameters_);
 }
 
 }  // namespace kestrel::qdk

@@ -4,6 +4,7 @@
 
 #include "Trailer.h"
 #include "base/Numbers.h"
+#include "base/Required.h"
 #include "base/RuntimeError.h"
 #include "imaging/contract/Platform.h"
 #include "modTollgarthSupport.h"
@@ -51,7 +52,7 @@ bool qdkInitialise() {
     DebugClientLibrary& library = *state.qdkDebugClient->Library();
     state.qdkProjectId = ipc->GetProjectHandle();
     state.qdkProcessId = ipc->GetWindowProcessId(state.qdkProjectId);
-    Buffer = AttachedPlatform()->App().ModuleFilename();
+    Buffer = Required(AttachedPlatform()).App().ModuleFilename();
     if (!Buffer.empty()) state.qdkModuleFilename = Buffer;
 
     state.qdkDebuggerListening = library.NextServerWindow(0) != 0;
@@ -61,7 +62,7 @@ bool qdkInitialise() {
       state.qdkInstanceCountComponentNames.fill(0);
       state.qdkSkipInstanceCount.fill(false);
       state.qdkInstanceCountsMemory = library.CreateCounters();
-      state.qdkInstanceCountsMemory->Open(kSharedBytes, kSharedName);
+      Required(state.qdkInstanceCountsMemory).Open(kSharedBytes, kSharedName);
     }
     // The last server that answers is the one.
     for (Handle = library.NextServerWindow(0); Handle != 0; Handle = library.NextServerWindow(Handle)) {
@@ -80,7 +81,8 @@ std::int32_t qdkSendToServer(std::int32_t Handle, std::int32_t Message, const st
                              std::int32_t& ResultValue, std::int32_t TimeoutMs) {
   std::int32_t Result = 0;
   try {
-    Result = State().qdkDebugClient->IPC()->SendMessage(Handle, Message, Text, ResultValue, TimeoutMs);
+    DebugClient* const ipc = Required(State().qdkDebugClient).IPC();
+    Result = Required(ipc).SendMessage(Handle, Message, Text, ResultValue, TimeoutMs);
   } catch (...) {
     QDK_TRAILER(qdkSendToServer, QDK_PARAMETERS(Handle, Message, Text, ResultValue, TimeoutMs),
                 QDK_LOCALS(Result));
@@ -102,7 +104,7 @@ void qdkCountInstance(Counted object) {
   bool& skip = state.qdkSkipInstanceCount[index];
   if (!state.qdkEnableInstanceCounts || skip) return;
   if (id != 0) {
-    QDK_RESUME_NEXT(state.qdkInstanceCountsMemory->Increment(id, 1));
+    QDK_RESUME_NEXT(Required(state.qdkInstanceCountsMemory).Increment(id, 1));
     return;
   }
 
@@ -117,14 +119,15 @@ void qdkCountInstance(Counted object) {
                                   state.qdkModuleFilename + "," + ToText(std::int32_t{id}) + "," + project,
                                   answer, kAnswerTimeoutMs));
   skip = answer != 0;
-  if (!skip) QDK_RESUME_NEXT(state.qdkInstanceCountsMemory->Increment(id, 1));
+  if (!skip) QDK_RESUME_NEXT(Required(state.qdkInstanceCountsMemory).Increment(id, 1));
 }
 
 void qdkUncountInstance(Counted object) {
   Fields& state = State();
   const auto index = static_cast<std::size_t>(object);
   if (!state.qdkEnableInstanceCounts || state.qdkSkipInstanceCount[index]) return;
-  QDK_RESUME_NEXT(state.qdkInstanceCountsMemory->Decrement(state.qdkInstanceCountComponentNames[index], 1));
+  QDK_RESUME_NEXT(
+      Required(state.qdkInstanceCountsMemory).Decrement(state.qdkInstanceCountComponentNames[index], 1));
 }
 
 }  // namespace kestrel::modTollgarthSupport

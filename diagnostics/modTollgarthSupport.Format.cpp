@@ -1,3 +1,4 @@
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -41,17 +42,38 @@ bool FormatElements(const Object& object, const std::string& name, std::int32_t 
   }
 }
 
-std::string FormatObject(const std::string& name, const Object* object, std::int32_t indent) {
-  if (object == nullptr) return "{Nothing}";
+std::string FormatObject(const std::string& name, const Object& object, std::int32_t indent) {
   std::string elements;
-  if (FormatElements(*object, name, indent, elements)) return kLineEnd + elements + Blanks(indent);
-  return "{" + object->TypeName() + "}";
+  if (FormatElements(object, name, indent, elements)) return kLineEnd + elements + Blanks(indent);
+  return "{" + object.TypeName() + "}";
 }
 
 std::string FormatScalar(const Variant& value) {
   std::string text = value.ToString();
   for (std::size_t i = text.find('\0'); i != text.npos; i = text.find('\0', i)) text.replace(i, 1, "{Null}");
   return text;
+}
+
+/// What stands between the tags of a value that has no elements by nature; none for the others.
+std::optional<std::string> FormatPlain(const Variant& value) {
+  switch (static_cast<Variant::Type>(value.TypeCode())) {
+    case Variant::Type::kEmpty:
+      return "{Empty}";
+    case Variant::Type::kNull:
+      return "{Null}";
+    case Variant::Type::kError:
+      return "";
+    case Variant::Type::kDataObject:
+      return value.AsDataObject().object == nullptr ? "{Nothing}" : "{DataObject}";
+    case Variant::Type::kRecord:
+      return "{UDT - " + value.AsRecord().typeName + "}";
+    case Variant::Type::kObject:
+      if (value.AsObject() == nullptr) return "{Nothing}";
+      return std::nullopt;
+    default:
+      if (value.IsArray()) return std::nullopt;
+      return FormatScalar(value);
+  }
 }
 
 /// How many dimensions there are, up to three. One with more leaves the count at 0: the loop that looks for
@@ -130,33 +152,17 @@ bool qdkDimensionMissing(const VariantArray& Value, std::int32_t Dimension) {
 
 std::string qdkFormatVariable(const std::string& Name, const Variant& Value, std::int32_t Depth,
                               std::int32_t Indent) {
-  const std::string opening = Opening(Name, Indent);
-  if (Value.IsArray()) {
-    return opening + kLineEnd + ArrayFormatter(Name, Value.AsArray(), Depth, Indent).Format() +
-           Blanks(Indent) + Closing(Name);
-  }
-  switch (static_cast<Variant::Type>(Value.TypeCode())) {
-    case Variant::Type::kEmpty:
-      return opening + "{Empty}" + Closing(Name);
-    case Variant::Type::kNull:
-      return opening + "{Null}" + Closing(Name);
-    case Variant::Type::kError:
-      return opening + Closing(Name);
-    case Variant::Type::kDataObject:
-      return opening + (Value.AsDataObject().object == nullptr ? "{Nothing}" : "{DataObject}") +
-             Closing(Name);
-    case Variant::Type::kRecord:
-      return opening + "{UDT - " + Value.AsRecord().typeName + "}" + Closing(Name);
-    case Variant::Type::kObject:
-      return opening + FormatObject(Name, Value.AsObject().get(), Indent) + Closing(Name);
-    default:
-      break;
-  }
+  std::string opening;
   try {
-    return opening + FormatScalar(Value) + Closing(Name);
+    opening = Opening(Name, Indent);
+    if (const auto text = FormatPlain(Value)) return opening + *text + Closing(Name);
   } catch (...) {
     return "{Error " + ToText(DescribeCurrentError().Number) + " formatting for output}";
   }
+  // What fails among the elements is the caller's matter.
+  if (!Value.IsArray()) return opening + FormatObject(Name, *Value.AsObject(), Indent) + Closing(Name);
+  return opening + kLineEnd + ArrayFormatter(Name, Value.AsArray(), Depth, Indent).Format() + Blanks(Indent) +
+         Closing(Name);
 }
 
 }  // namespace kestrel::modTollgarthSupport

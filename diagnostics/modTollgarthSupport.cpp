@@ -6,6 +6,7 @@
 #include "Trailer.h"
 #include "base/DescribedError.h"
 #include "base/Numbers.h"
+#include "base/Required.h"
 #include "base/RuntimeError.h"
 #include "base/ThrowRecord.h"
 #include "imaging/contract/Platform.h"
@@ -83,14 +84,15 @@ std::string qdkErrorHandler(std::int32_t Number, const std::string& Module, cons
                             const std::string& Description, std::int32_t Line, const std::string& Locals,
                             const std::string& ModuleVariables, const std::string& Parameters) {
   std::string Result;
+  Platform& platform = Required(AttachedPlatform());
   std::unique_ptr<ErrorReporter> reporter;
-  QDK_RESUME_NEXT(reporter = AttachedPlatform()->ObjectFactory().CreateErrorReporter("BrindleError.Error"));
+  QDK_RESUME_NEXT(reporter = platform.ObjectFactory().CreateErrorReporter("BrindleError.Error"));
   if (reporter == nullptr) {
     const std::string text = kProject + " has encountered a problem. We are sorry for the inconvenience." +
                              kLineEnd + kLineEnd + "Module: " + Module + kLineEnd +
                              "Procedure: " + Procedure + kLineEnd + "Line Number: " + ToText(Line) +
                              kLineEnd + kLineEnd + Description + " (" + ToText(Number) + ")";
-    AttachedPlatform()->UserInterface().MessageBox(text, kBoxCritical | kBoxOK, "Application Error");
+    platform.UserInterface().MessageBox(text, kBoxCritical | kBoxOK, "Application Error");
     return Result;
   }
 
@@ -102,7 +104,7 @@ std::string qdkErrorHandler(std::int32_t Number, const std::string& Module, cons
                                section("ModuleVariables", ModuleVariables) + kLineEnd +
                                section("GlobalVariables", qdkDumpGlobals()) + kLineEnd) +
       kLineEnd + section("Parameters", Parameters);
-  const AppInfo& app = AttachedPlatform()->App();
+  const AppInfo& app = platform.App();
   const std::string version = ToText(app.Major()) + "." + ToText(app.Minor()) + "." + ToText(app.Revision());
   reporter->ErrorHandler(Number, kProject, Module, Procedure, Description, Line, variables, version);
   Result = reporter->Action();

@@ -99,7 +99,7 @@ bool qdkDimensionMissing(const VariantArray& Value, std::int32_t Dimension);
 
 std::string qdkDumpGlobals();
 
-/// Hands the report to the reporting object and raises 65535, or, without one, shows the box.
+/// Gives the report to the reporting object and raises 65535, or shows the box. Raises 91 without a platform.
 std::string qdkErrorHandler(std::int32_t Number, const std::string& Module, const std::string& Procedure,
                             const std::string& Description, std::int32_t Line, const std::string& Locals,
                             const std::string& ModuleVariables, const std::string& Parameters);

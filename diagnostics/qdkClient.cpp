@@ -1,13 +1,14 @@
 #include "qdkClient.h"
 
 #include "Trailer.h"
+#include "base/Required.h"
 #include "imaging/contract/Platform.h"
 #include "modTollgarthSupport.h"
 
 namespace kestrel {
 
 qdkClient::qdkClient() {
-  QDK_RESUME_NEXT(library_ = modTollgarthSupport::AttachedPlatform()->CreateDebugClientLibrary());
+  QDK_RESUME_NEXT(library_ = Required(modTollgarthSupport::AttachedPlatform()).CreateDebugClientLibrary());
   if (library_ == nullptr) return;
   QDK_RESUME_NEXT(pIPC = library_->CreateClient());
   if (pIPC != nullptr) {
@@ -24,7 +25,7 @@ DebugClient* qdkClient::IPC() {
   try {
     Result = pIPC.get();
   } catch (...) {
-    QDK_TRAILER(IPC, QDK_PARAMETERS(), QDK_LOCALS());
+    QDK_TRAILER(IPC, QDK_PARAMETERS(), QDK_LOCALS(Result));
   }
   return Result;
 }
@@ -33,7 +34,7 @@ std::string qdkClient::CommandLine() {
   constexpr std::size_t kBufferLength = 512;
   std::string Result, Buffer, Arguments;
   try {
-    Buffer = modTollgarthSupport::AttachedPlatform()->App().CommandLine().substr(0, kBufferLength);
+    Buffer = Required(modTollgarthSupport::AttachedPlatform()).App().CommandLine().substr(0, kBufferLength);
     Buffer = Buffer.substr(0, Buffer.find('\0'));
     const bool quoted = Buffer.starts_with('"');
     const std::size_t first = quoted ? 1 : 0;

@@ -137,7 +137,9 @@ void Preview::UseOriginal(bool Value) {
     UserControl.PropertyChanged("UseOriginal");
     KeepPlace(igxOriginal, [this] { zLoadOriginal(); });
     Reset();
-    UseOriginalChange(pUseOriginal);
+    // A handler may change the property again, and the next one is still told of this change.
+    const bool told = pUseOriginal;
+    UseOriginalChange(told);
   } catch (...) {
     QDK_TRAILER(UseOriginal, QDK_PARAMETERS(Value), QDK_LOCALS());
   }

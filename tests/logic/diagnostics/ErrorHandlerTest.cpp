@@ -1,4 +1,7 @@
+#include <functional>
+#include <memory>
 #include <string>
+#include <thread>
 
 #include "Diagnostics.h"
 #include "base/RuntimeError.h"
@@ -61,6 +64,74 @@ void InNoClass() {
   }
 }
 
+/// Can't be rendered: it fails while its elements are asked for.
+class BrokenList : public Object {
+ public:
+  std::string TypeName() const override { return "BrokenList"; }
+  bool Enumerate(const std::function<void(const Variant&)>& visit) const override {
+    visit(1);
+    throw RuntimeError(err::kInternal, "The list is broken.");
+  }
+};
+
+void WithABrokenLocal() {
+  const BrokenList Items;
+  try {
+    throw RuntimeError(err::kDiskFull, "The disk is full.");
+  } catch (...) {
+    QDK_TRAILER(WithABrokenLocal, QDK_PARAMETERS(), QDK_LOCALS(Items));
+  }
+}
+
+std::int32_t callerOfTheBrokenLocalLine = 0;
+
+void CallerOfTheBrokenLocal() {
+  try {
+    callerOfTheBrokenLocalLine = __LINE__ + 1;
+    WithABrokenLocal();
+  } catch (...) {
+    QDK_TRAILER(CallerOfTheBrokenLocal, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+/// Notes what the reporting object is asked, and does what a test sets when one is looked for.
+class NotingFactory : public ObjectFactory {
+ public:
+  std::unique_ptr<ErrorReporter> CreateErrorReporter(const std::string&) override {
+    if (const auto doing = std::exchange(onFirstSearch, nullptr)) doing();
+    if (!present) throw RuntimeError(err::kCannotCreateObject, "Not installed.");
+    log += "create ";
+    return std::make_unique<Reporter>(*this);
+  }
+
+  bool present = false;
+  std::function<void()> onFirstSearch;
+  std::string log;
+
+ private:
+  class Reporter : public ErrorReporter {
+   public:
+    explicit Reporter(NotingFactory& owner) : owner_(owner) {}
+    void ErrorHandler(std::int32_t&, const std::string&, const std::string&, const std::string&,
+                      const std::string&, std::int32_t&, const std::string&, const std::string&) override {
+      owner_.log += "ErrorHandler ";
+    }
+    std::string Action() const override {
+      owner_.log += "Action ";
+      return "continue";
+    }
+
+   private:
+    NotingFactory& owner_;
+  };
+};
+
+class NotingPlatform : public fakes::FakePlatform {
+ public:
+  NotingFactory noting;
+  kestrel::ObjectFactory& ObjectFactory() override { return noting; }
+};
+
 class ErrorHandler : public Diagnostics {
  protected:
   Painter painter_;
@@ -120,6 +191,70 @@ TEST_F(ErrorHandler, GivesTheReportingObjectItsEightArguments) {
                 "</Parameters>");
   EXPECT_EQ(report.version, "2.7.31");
   EXPECT_TRUE(boxes().empty());
+}
+
+TEST_F(ErrorHandler, HandsTheReportOverAndReadsTheActionThen) {
+  NotingPlatform platform;
+  platform.lines = &lines_;
+  platform.noting.present = true;
+  modTollgarthSupport::Attach(&platform);
+  EXPECT_THROW(painter_.Inner(4), RuntimeError);
+  EXPECT_EQ(platform.noting.log, "create ErrorHandler Action ");
+  modTollgarthSupport::Attach(&platform_);
+}
+
+TEST_F(ErrorHandler, TellsTheErrorThatItWasGivenWhateverFailsOnTheWay) {
+  NotingPlatform platform;
+  platform.lines = &lines_;
+  platform.noting.onFirstSearch = InNoClass;
+  modTollgarthSupport::Attach(&platform);
+  painter_.Inner(1);
+  ASSERT_EQ(platform.boxes.boxes.size(), 2u);
+  EXPECT_TRUE(platform.boxes.boxes[0].text.ends_with("Invalid. (5)"));
+  EXPECT_TRUE(platform.boxes.boxes[1].text.ends_with("The disk is full. (61)"))
+      << platform.boxes.boxes[1].text;
+  modTollgarthSupport::Attach(&platform_);
+}
+
+TEST_F(ErrorHandler, AFailureOfATrailerGoesToTheCallersTrailer) {
+  CallerOfTheBrokenLocal();
+  ASSERT_EQ(boxes().size(), 1u);
+  EXPECT_NE(boxes()[0].text.find("Procedure: CallerOfTheBrokenLocal\r\nLine Number: " +
+                                 std::to_string(5 * callerOfTheBrokenLocalLine) + "\r\n"),
+            std::string::npos)
+      << boxes()[0].text;
+  EXPECT_TRUE(boxes()[0].text.ends_with("The list is broken. (51)"));
+}
+
+TEST_F(ErrorHandler, KeepsItsFieldsUntilTheNextError) {
+  painter_.Inner(1);
+  InNoClass();
+  EXPECT_EQ(state().qdkErrorNumber, 5);
+  EXPECT_EQ(state().qdkErrorDescription, "Invalid.");
+  EXPECT_EQ(state().qdkErrorSource, "");
+}
+
+TEST_F(ErrorHandler, HasFieldsOfItsOwnOnEachThread) {
+  painter_.Inner(1);
+  std::int32_t number = -1;
+  bool attached = true;
+  std::thread([&] {
+    number = state().qdkErrorNumber;
+    attached = modTollgarthSupport::AttachedPlatform() != nullptr;
+  }).join();
+  EXPECT_EQ(number, 0);
+  EXPECT_FALSE(attached);
+  EXPECT_EQ(state().qdkErrorNumber, 61);
+}
+
+TEST_F(ErrorHandler, Raises91OnAThreadWithoutAPlatform) {
+  modTollgarthSupport::Attach(nullptr);
+  try {
+    modTollgarthSupport::qdkErrorHandler(5, "M", "P", "Invalid.", 5, "{None}", "{None}", "{None}");
+    FAIL() << "there is nobody to report to";
+  } catch (const RuntimeError& error) {
+    EXPECT_EQ(error.Number(), err::kObjectNotSet);
+  }
 }
 
 TEST_F(ErrorHandler, SaysNoneForWhatAProcedureDoesNotHave) {

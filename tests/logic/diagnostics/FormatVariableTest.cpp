@@ -20,6 +20,11 @@ std::string format(const Variant& value, std::int32_t indent = 0, const std::str
   return qdkFormatVariable(name, value, 99, indent);
 }
 
+class Plain : public Object {
+ public:
+  std::string TypeName() const override { return "Plain"; }
+};
+
 TEST(FormatVariable, RendersScalarsAsTheirText) {
   EXPECT_EQ(format(true), "<Name>True</Name>\r\n");
   EXPECT_EQ(format(false), "<Name>False</Name>\r\n");
@@ -56,6 +61,16 @@ TEST(FormatVariable, PutsTheErrorInPlaceOfAScalarThatCanNotBeRendered) {
   EXPECT_EQ(text, "{Error 7 formatting for output}");
 }
 
+TEST(FormatVariable, PutsTheErrorInPlaceOfWhatFailsBeforeTheElements) {
+  // There is no text of fewer than no blanks.
+  const Plain plain;
+  const Variant values[] = {5, Variant(), Variant::Null(), Variant::Borrow(&plain),
+                            Variant(VariantArray(Type::kInt32, {{0, 0}}, {7}))};
+  for (const Variant& value : values) {
+    EXPECT_EQ(format(value, -1), "{Error 5 formatting for output}") << value.TypeCode();
+  }
+}
+
 TEST(FormatVariable, IndentsByBlanks) {
   EXPECT_EQ(format(5, 3), "   <Name>5</Name>\r\n");
   EXPECT_EQ(format(Variant(), 2), "  <Name>{Empty}</Name>\r\n");
@@ -65,11 +80,6 @@ TEST(FormatVariable, ClosesWithTheNameWithoutItsAttribute) {
   EXPECT_EQ(format(5, 0, "Name Index=\"1\""), "<Name Index=\"1\">5</Name>\r\n");
   EXPECT_EQ(format(Variant::Null(), 0, "Name Index=\"1\""), "<Name Index=\"1\">{Null}</Name>\r\n");
 }
-
-class Plain : public Object {
- public:
-  std::string TypeName() const override { return "Plain"; }
-};
 
 TEST(FormatVariable, NamesTheTypeOfAnObjectThatCanNotBeEnumerated) {
   const Plain plain;

@@ -155,6 +155,32 @@ TEST_F(InstanceCounting, ReportsAServerThatIsGone) {
   EXPECT_EQ(boxes().size(), 2u) << "one for each message";
 }
 
+TEST_F(InstanceCounting, ReportsAMessageWithoutAClient) {
+  std::int32_t result = 7;
+  EXPECT_EQ(modTollgarthSupport::qdkSendToServer(100, 33, "text", result, 500), 0);
+  EXPECT_EQ(result, 7);
+  ASSERT_EQ(boxes().size(), 1u);
+  EXPECT_TRUE(boxes()[0].text.ends_with("(91)")) << boxes()[0].text;
+}
+
+TEST_F(InstanceCounting, ReportsThatTheLibraryIsGoneAtABroadcast) {
+  qdkInitialise();
+  platform_.makeLibrary = nullptr;
+  tool_.client->OnBroadcast();
+  EXPECT_FALSE(state().qdkDebuggerListening);
+  EXPECT_EQ(state().qdkDebugClient->IPC(), nullptr);
+  tool_.counters.clear();
+  qdkCountInstance(Counted::kMRU);
+  EXPECT_EQ(boxes().size(), 2u) << "one for each message";
+  EXPECT_EQ(tool_.counters, "0+1;");
+}
+
+TEST_F(InstanceCounting, IsInertOnAThreadWithoutAPlatform) {
+  modTollgarthSupport::Attach(nullptr);
+  EXPECT_FALSE(qdkInitialise());
+  EXPECT_FALSE(state().qdkEnableInstanceCounts);
+}
+
 TEST_F(InstanceCounting, CountsWhatLives) {
   qdkInitialise();
   tool_.counters.clear();

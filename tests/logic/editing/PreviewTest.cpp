@@ -155,6 +155,54 @@ TEST_P(EditingPreview, APictureOfAnotherSizeIsShownFromItsCorner) {
   EXPECT_EQ(control().PreviewPane().ScrollLeft(), 0);
 }
 
+TEST_P(EditingPreview, MarksUseOriginalAsChangedAtItsStart) {
+  control_.reset();
+  surface_ = headless::makePreviewSite(platform().desktop(), nullptr, "Preview", platform().surroundings());
+  control_ = std::make_unique<Preview>(*surface_);
+  EXPECT_THAT(surface_->changedProperties(), ElementsAre("UseOriginal"));
+}
+
+TEST_P(EditingPreview, HidesThePanesOnADesignSurface) {
+  const PicturePtr picture = Bind<headless::PictureBox>(*surface_, "imgPreview").Picture();
+  for (const bool isStored : {false, true}) {
+    control_.reset();
+    surface_ = platform().createSite("Preview", false);
+    for (const char* name : {"igxOriginal", "igxPreview"}) {
+      surface_->add(std::make_unique<headless::ImageView>(platform().desktop(), surface_.get(), name,
+                                                          platform().Clipboard(), platform().files()));
+    }
+    auto box = std::make_unique<headless::PictureBox>(platform().desktop(), surface_.get(), "imgPreview", -1);
+    box->Picture(picture);
+    surface_->add(std::move(box));
+    control_ = std::make_unique<Preview>(*surface_);
+    if (isStored) {
+      surface_->ReadProperties(headless::BagOfProperties());
+    } else {
+      surface_->InitProperties();
+    }
+    EXPECT_FALSE(control().Original().Visible());
+    EXPECT_FALSE(control().PreviewPane().Visible());
+  }
+}
+
+TEST_P(EditingPreview, BothPropertyStagesLayThePanesOut) {
+  for (const bool isStored : {false, true}) {
+    control_.reset();
+    surface_ = headless::makePreviewSite(platform().desktop(), nullptr, "Preview", platform().surroundings());
+    surface_->Move(0, 0, 312, 100);
+    control_ = std::make_unique<Preview>(*surface_);
+    EXPECT_NE(control().Original().Width(), 150) << "not yet";
+    if (isStored) {
+      surface_->ReadProperties(headless::BagOfProperties());
+    } else {
+      surface_->InitProperties();
+    }
+    EXPECT_EQ(control().Original().Width(), 150);
+    EXPECT_EQ(control().PreviewPane().Left(), 162);
+    EXPECT_EQ(control().PreviewPane().Height(), 100);
+  }
+}
+
 TEST_P(EditingPreview, WithoutASelectionOpensOnTheStockPicture) {
   control().OriginalPicture(&view());
   EXPECT_FALSE(control().UseOriginal());
@@ -213,6 +261,40 @@ TEST_P(EditingPreview, UseOriginalTellsTheContainerAndRaisesItsEventAfterThePane
   EXPECT_TRUE(same(right(), stock()));
 }
 
+TEST_P(EditingPreview, UseOriginalMarksThePropertyBeforeItLoadsThePicture) {
+  control().OriginalPicture(&view());
+  const auto before = surface_->changedProperties().size();
+  std::size_t marked = 0;
+  when(original_->Changed, [&] { marked = surface_->changedProperties().size(); });
+  control().UseOriginal(true);
+  EXPECT_EQ(marked, before + 1);
+}
+
+TEST_P(EditingPreview, EachHandlerIsToldWhatWasRaised) {
+  std::vector<bool> told;
+  when(control().UseOriginalChange, [&](const bool& use) {
+    if (use) control().UseOriginal(false);
+  });
+  when(control().UseOriginalChange, [&](const bool& use) { told.push_back(use); });
+  control().UseOriginal(true);
+  EXPECT_THAT(told, ElementsAre(false, true)) << "the change within the first one comes first";
+}
+
+TEST_P(EditingPreview, WithoutASelectionUseOriginalStaysAsItIs) {
+  control().OriginalPicture(&view());
+  control().UseOriginal(true);
+  control().OriginalPicture(nullptr);
+  EXPECT_TRUE(control().UseOriginal());
+  EXPECT_TRUE(same(left(), gradient(kWidth, kHeight))) << "and the pane too";
+}
+
+TEST_P(EditingPreview, ResetDoesNotTouchTheLeftPane) {
+  int changes = 0;
+  when(original_->Changed, [&] { ++changes; });
+  control().Reset();
+  EXPECT_EQ(changes, 0);
+}
+
 TEST_P(EditingPreview, ResetMakesTheRightPaneAFreshCopyOfTheLeft) {
   control().PreviewPane().Effects().Flip(0);
   EXPECT_FALSE(same(right(), left()));
@@ -240,6 +322,16 @@ TEST_P(EditingPreview, ThePanesShareTheWidthLessAGapOf12) {
   EXPECT_EQ(original_->Left(), 0);
   EXPECT_EQ(original_->Height(), 100);
   EXPECT_EQ(preview_->Height(), 100);
+}
+
+TEST_P(EditingPreview, ALayoutChangesSizesAndTheRightPanesLeftAlone) {
+  original_->Move(7, 5, 30, 30);
+  preview_->Move(80, 9, 30, 30);
+  surface_->Move(0, 0, 312, 100);
+  EXPECT_EQ(original_->Left(), 7);
+  EXPECT_EQ(original_->Top(), 5);
+  EXPECT_EQ(preview_->Top(), 9);
+  EXPECT_EQ(preview_->Left(), 162);
 }
 
 TEST_P(EditingPreview, AWidthOf12GivesPanesOfNoWidth) {
@@ -278,6 +370,28 @@ TEST_P(EditingPreviewScroll, ScrollingOnePaneMovesTheOther) {
   EXPECT_EQ(scrollOf(*preview_), (Point{120, 90}));
   preview_->ScrollLeft(30);
   EXPECT_EQ(scrollOf(*original_), (Point{30, 90}));
+}
+
+TEST_P(EditingPreviewScroll, EachOfTheFourEventsCopiesBothPositions) {
+  std::int32_t place = 0;
+  const auto expectFollows = [&](headless::ImageView& from, headless::ImageView& to, Event<>& event) {
+    place += 10;
+    control().LinkedScrolling(false);
+    from.ScrollLeft(place);
+    from.ScrollTop(place + 5);
+    control().LinkedScrolling(true);
+    ASSERT_NE(scrollOf(to), (Point{place, place + 5}));
+    event();
+    EXPECT_EQ(scrollOf(to), (Point{place, place + 5}));
+  };
+  for (Event<>* event :
+       {&original_->Scroll, &original_->Pan, &original_->PanChanged, &original_->ScrollChanged}) {
+    expectFollows(*original_, *preview_, *event);
+  }
+  for (Event<>* event :
+       {&preview_->Scroll, &preview_->Pan, &preview_->PanChanged, &preview_->ScrollChanged}) {
+    expectFollows(*preview_, *original_, *event);
+  }
 }
 
 TEST_P(EditingPreviewScroll, AFailureLeavesTheGuardSoThatThePanesNoLongerFollow) {

@@ -3,6 +3,7 @@
 #include "engine/effects/Rotate.h"
 #include "imaging/contract/controls/CheckBox.h"
 #include "imaging/contract/controls/CommandButton.h"
+#include "imaging/contract/controls/Frame.h"
 #include "imaging/contract/controls/Label.h"
 #include "imaging/contract/controls/OptionButton.h"
 #include "imaging/contract/controls/TextBox.h"
@@ -82,6 +83,9 @@ TEST_P(EditingRotateDialog, HasTheCaptionsAndStoredValuesOfItsControls) {
     EXPECT_EQ(Bind<Label>(dialog.form(), "lblHdr").Caption(), "(1-359)");
     EXPECT_EQ(dialog.useOriginal().Caption(), "Use &Original Image");
     EXPECT_EQ(Bind<CommandButton>(dialog.form(), "cmdAction", 1).Caption(), "Cancel");
+    EXPECT_EQ(Bind<Frame>(dialog.form(), "fraRotate").Caption(), "Direction");
+    EXPECT_EQ(Bind<Frame>(dialog.form(), "FramePlus1").Caption(), "Degrees");
+    EXPECT_EQ(Bind<Frame>(dialog.form(), "fraPreview").Caption(), "Preview");
     dialog.cancel();
   });
 }
@@ -253,6 +257,56 @@ TEST_P(EditingRotateDialog, PastedTextCountsByItsLeadingNumber) {
               dialog.ok();
             }),
             30);
+}
+
+TEST_P(EditingRotateDialog, APartOfADegreeIsRoundedToTheNearestTiesToEven) {
+  set(90, ipDirectionRight);
+  const std::pair<const char*, std::int32_t> roundings[] = {
+      {"44.4", 44}, {"44.5", 44}, {"45.5", 46}, {"45.6", 46}};
+  for (const auto& [text, angle] : roundings) {
+    EXPECT_EQ(show([text = text](Dialog& dialog) {
+                dialog.text().Text(text);
+                dialog.ok();
+              }),
+              angle);
+    EXPECT_EQ(options().RotateAngle(), angle);
+  }
+}
+
+TEST_P(EditingRotateDialog, AComplementBeyond32BitsAtOKKeepsTheDialogOpenAndTheAngleStored) {
+  set(90, ipDirectionRight);
+  frmRotate dialog;
+  plan([this](Dialog& user) {
+    user.text().Text("-2147483648");
+    EditingTest::user().answers(kAnswerOK);
+    user.left().Value(true);  // fails in the preview
+    EditingTest::user().answers(kAnswerOK);
+    user.ok();
+    EXPECT_TRUE(user.form().Visible());
+    user.cancel();
+  });
+  dialog.ShowModal();
+  EXPECT_FALSE(dialog.Success);
+  EXPECT_EQ(dialog.ResultData, "");
+  EXPECT_EQ(options().RotateAngle(), -2147483647 - 1) << "stored before the sign is changed";
+  EXPECT_EQ(options().RotateDirection(), ipDirectionRight);
+  ASSERT_EQ(user().boxes().size(), 2u);
+  EXPECT_THAT(user().boxes()[1].text, testing::HasSubstr("Procedure: cmdAction_Click\r\n"));
+}
+
+TEST_P(EditingRotateDialog, UnloadsOnlyWhereItIsSafe) {
+  for (const bool isSafe : {false, true}) {
+    frmRotate dialog;
+    dialog.SafeToUnload = isSafe;
+    int unloaded = 0;
+    plan([&](Dialog& user) {
+      const Connection noting = user.form().Unloaded.Connect([&] { ++unloaded; });
+      user.cancel();
+      EXPECT_FALSE(user.form().Visible());
+    });
+    dialog.ShowModal();
+    EXPECT_EQ(unloaded, isSafe ? 1 : 0);
+  }
 }
 
 TEST_P(EditingRotateDialog, CancelReturns0AndLeavesOptionsAndPicture) {

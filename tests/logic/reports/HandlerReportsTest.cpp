@@ -133,6 +133,24 @@ TEST_F(EditorReporting, LinkedScrollingReportsUnderThePaneThatScrolled) {
             std::string::npos);
 }
 
+TEST_F(EditorReporting, APreviewListsItsFieldsInTheirOrder) {
+  ASSERT_TRUE(editor_->OpenImage(picture_));
+  platform_->reporterInstalled = true;
+  user().uses("frmRotate", [](Form& form) {
+    QDK_RESUME_NEXT(failAtScroll(form, "igxOriginal", "igxPreview"));
+    form.Hide();
+  });
+  editor_->ShowRotateDialog();
+  const auto report = std::ranges::find(platform_->reports, "igxOriginal_Scroll", &fakes::Report::procedure);
+  ASSERT_NE(report, platform_->reports.end());
+  EXPECT_NE(report->variables.find("<ModuleVariables>\r\n<pUseOriginal>False</pUseOriginal>\r\n"
+                                   "<mLinkedScrolling>True</mLinkedScrolling>\r\n"
+                                   "<pOriginalPicture>{ImageView}</pOriginalPicture>\r\n"
+                                   "<iScrolling>True</iScrolling>\r\n"),
+            report->variables.npos)
+      << report->variables;
+}
+
 TEST_F(EditorReporting, RowsOfTheDispatcherReportAsTheDispatcher) {
   auto& suite = Bind<headless::Moorage>(*site_, "mrgUI");
   user().answers(kAnswerOK);
@@ -160,6 +178,19 @@ TEST_F(EditorReporting, AReportedErrorClimbsThroughAHandlerWithABoxOfItsOwn) {
       {"Changed", 51}, {"igxImage_Changed", 65535}, {"mrgUI_CommandClick", 65535}};
   EXPECT_EQ(levels, expected);
   EXPECT_TRUE(user().boxes().empty()) << user().boxes()[0].text;
+}
+
+class ProcessStart : public Reports {};
+
+TEST_F(ProcessStart, BeginsWithTheDiagnostics) {
+  modTollgarthSupport::State() = {};
+  user().answers(kAnswerOK);
+  platform_->failing = "WindowPositions";  // the first step behind them
+  modProcessing::Main();
+  platform_->failing.clear();
+  EXPECT_TRUE(modTollgarthSupport::State().qdkHasInitialised);
+  EXPECT_NE(modTollgarthSupport::State().qdkDebugClient, nullptr);
+  ASSERT_EQ(user().boxes().size(), 1u);
 }
 
 class WindowReports : public Reports {};

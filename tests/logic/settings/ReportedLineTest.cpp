@@ -130,7 +130,8 @@ const Case kCases[] = {
      }},
     {"qdkInitialise", "diagnostics/modTollgarthSupport.Counting.cpp", "->GetProjectHandle()",
      [](World&) { modTollgarthSupport::qdkInitialise(); }},
-    {"qdkSendToServer", "diagnostics/modTollgarthSupport.Counting.cpp", "IPC()->SendMessage(Handle, Message",
+    {"qdkSendToServer", "diagnostics/modTollgarthSupport.Counting.cpp",
+     "Required(ipc).SendMessage(Handle, Message",
      [](World&) {
        modTollgarthSupport::State().qdkDebugClient = std::make_shared<qdkClient>();
        std::int32_t result = 0;
