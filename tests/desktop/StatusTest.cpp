@@ -48,7 +48,7 @@ class StatusLine : public testing::Test {
 
 TEST_F(StatusLine, SaysOpeningImageBeforeTheFileIsRead) {
   std::string before;
-  const Connection loaded = bench.view().Changed.Connect([&] { before = painted.take(); });
+  const Connection loaded = bench.view().Loaded.Connect([&] { before = painted.take(); });
   ASSERT_TRUE(bench.editor().OpenImage(file));
   EXPECT_EQ(before, "[Opening image...]");
   EXPECT_EQ(painted.take(), "[]");
