@@ -54,28 +54,28 @@ struct Case {
 void PrintTo(const Case& chosen, std::ostream* out) { *out << chosen.procedure; }
 
 const Case kCases[] = {
-    {"OpenImage", "ImageProcessingCtl.Files.cpp", 1, " RequestOpenFilename(Filename, CancelDefault)",
+    {"OpenImage", "ImageProcessingCtl.Files.cpp", 1, "zRaise(RequestOpenFilename, Filename, CancelDefault)",
      [](World& w) { w.failAt(w.editor.RequestOpenFilename, [&] { w.editor.OpenImage(""); }); }},
-    {"OpenImage", "ImageProcessingCtl.Files.cpp", 1, "sink->RequestOpenFilename(Filename, CancelDefault)",
+    {"OpenImage", "ImageProcessingCtl.Files.cpp", 1, "Sink.RequestOpenFilename(Filename, CancelDefault)",
      [](World& w) {
        w.editor.EventSink(w.sink);
        w.editor.OpenImage("");
      }},
-    {"OpenImage", "ImageProcessingCtl.Files.cpp", 1, " ImageOpen(pFilename)",
+    {"OpenImage", "ImageProcessingCtl.Files.cpp", 1, "zRaise(ImageOpen, Opened)",
      [](World& w) { w.failAt(w.editor.ImageOpen, [&] { w.editor.OpenImage(w.picture); }); }},
-    {"OpenImage", "ImageProcessingCtl.Files.cpp", 1, "sink->ImageOpen(pFilename)",
+    {"OpenImage", "ImageProcessingCtl.Files.cpp", 1, "Sink.ImageOpen(Opened)",
      [](World& w) {
        w.editor.EventSink(w.sink);
        w.editor.OpenImage(w.picture);
      }},
-    {"zPictureSet", "ImageProcessingCtl.Files.cpp", 1, " PictureSet()",
+    {"zPictureSet", "ImageProcessingCtl.Files.cpp", 1, "zRaise(PictureSet)",
      [](World& w) { w.failAt(w.editor.PictureSet, [&] { w.editor.OpenImage(w.picture); }); }},
-    {"zSaveImage", "ImageProcessingCtl.Files.cpp", 1, " RequestSaveFilename(Filename, CancelDefault)",
+    {"zSaveImage", "ImageProcessingCtl.Files.cpp", 1, "zRaise(RequestSaveFilename, Filename, CancelDefault)",
      [](World& w) {
        w.editor.OpenImage(w.picture);
        w.failAt(w.editor.RequestSaveFilename, [&] { w.editor.SaveImageAs(""); });
      }},
-    {"zSaveImage", "ImageProcessingCtl.Files.cpp", 1, "sink->RequestSaveFilename(Filename, CancelDefault)",
+    {"zSaveImage", "ImageProcessingCtl.Files.cpp", 1, "Sink.RequestSaveFilename(Filename, CancelDefault)",
      [](World& w) {
        w.editor.OpenImage(w.picture);
        w.editor.EventSink(w.sink);
@@ -85,12 +85,12 @@ const Case kCases[] = {
      [](World& w) { w.failAt(w.editor.ExitRequest, [&] { w.dispatch("btnFileClose"); }); }},
     {"mrgUI_CommandClick", "ImageProcessingCtl.Commands.cpp", 2, "row.Action(*this, Command)",
      [](World& w) { w.failAt(w.editor.SimpleSaveRequest, [&] { w.dispatch("btnFileSimpleSave"); }); }},
-    {"Tool", "ImageProcessingCtl.Tools.cpp", 3, " ToolChange(pTool)",
+    {"Tool", "ImageProcessingCtl.Tools.cpp", 3, "zRaise(ToolChange, Value)",
      [](World& w) {
        w.editor.OpenImage(w.picture);
        w.failAt(w.editor.ToolChange, [&] { w.editor.Tool(ipToolRectangle); });
      }},
-    {"Changed", "ImageProcessingCtl.Undo.cpp", 6, " Change()",
+    {"Changed", "ImageProcessingCtl.Undo.cpp", 6, "zRaise(Change)",
      [](World& w) {
        w.editor.OpenImage(w.picture);
        w.failAt(w.editor.Change, [&] { w.editor.Changed(true); });
