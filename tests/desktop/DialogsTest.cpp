@@ -254,16 +254,6 @@ TEST_F(Boxes, HelpShowsAPageOfTheFolderThatIsNamedLikeTheBook) {
   EXPECT_THROW(help.ShowTopic("missing.html", 0), RuntimeError);
 }
 
-TEST_F(Boxes, TheRotateDialogShowsBeforeAndAfter) {
-  bench.showPicture(noise(300, 200));
-  whenModalOpens([](QWidget& dialog) {
-    settle();
-    writeScreenshot(dialog, "rotate");
-    dialog.close();
-  });
-  EXPECT_EQ(bench.editor().ShowRotateDialog(), 0);
-}
-
 TEST(Captions, ShowAFilesNameAsItIs) {
   EditorBench bench;
   modProcessing::SetWindowCaption(bench.form(), {}, "/pictures/a[*]b[*][*].png");

@@ -9,7 +9,8 @@
 
 namespace {
 
-constexpr qint64 kPatienceMilliseconds = 5000;
+// Long enough for a busy machine; only a test that fails waits for it.
+constexpr qint64 kPatienceMilliseconds = 60'000;
 
 /// What a window says, for the report of a test that left it open.
 std::string textsOf(const QWidget& window) {
