@@ -150,7 +150,7 @@ TEST_P(EditorWithoutMemory, AFileThatCanNotBeOpenedIsToldInTheBoxAndThePictureSt
                user().answers(kAnswerOK);
              });
   EXPECT_EQ(editor().Image()->Width(), 90);
-  platform().UserInterface().MessageBox("the answer that was left over", kBoxInformation, "");
+  platform().UserInterface().MessageBox("the answer that was left over", kBoxInformation, "", 0);
 }
 
 TEST_P(EditorWithoutMemory, ASaveThatFailsIsToldInTheBoxAndTheFileStaysWhole) {
@@ -173,7 +173,7 @@ TEST_P(EditorWithoutMemory, ASaveThatFailsIsToldInTheBoxAndTheFileStaysWhole) {
                user().answers(kAnswerOK);
              });
   EXPECT_NE(contents(file), before);
-  platform().UserInterface().MessageBox("the answer that was left over", kBoxInformation, "");
+  platform().UserInterface().MessageBox("the answer that was left over", kBoxInformation, "", 0);
 }
 
 KESTREL_WITH_BOTH_PATHS(EditorWithoutMemory);

@@ -32,7 +32,7 @@ class ScriptedUser : public testing::Test {
   Platform& platform() { return *platform_; }
   User& user() { return platform_->user(); }
   std::int32_t box(std::int32_t style) {
-    return platform().UserInterface().MessageBox("Text", style, "Title");
+    return platform().UserInterface().MessageBox("Text", style, "Title", 0);
   }
 
   std::vector<std::string> complaints_;
