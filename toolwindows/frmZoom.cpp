@@ -39,11 +39,13 @@ void frmZoom::Form_Unload() {
 }
 
 void frmZoom::ApplyOptions() {
-  const auto options = modProcessing::GetOptions();
-  const auto tile = modProcessing::Platform().CreateImgX();
-  modImgX::DrawBackgroundTile(*tile, options->BackgroundGridSize(), options->BackgroundGridColor1(),
-                              options->BackgroundGridColor2());
-  iForm->Graphics().Ground(tile->Writer().ToPicture());
+  const auto shared = modProcessing::GetOptions();
+  const Options& options = Required(shared);
+  const auto created = modProcessing::Platform().CreateImgX();
+  ImgX& tile = Required(created);
+  modImgX::DrawBackgroundTile(tile, options.BackgroundGridSize(), options.BackgroundGridColor1(),
+                              options.BackgroundGridColor2());
+  iForm->Graphics().Ground(tile.Writer().ToPicture());
 }
 
 void frmZoom::ClearZoomWindow() {
