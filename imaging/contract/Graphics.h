@@ -23,11 +23,11 @@ class Graphics {
   /// none.
   virtual void Ground(const PicturePtr& tile) = 0;
   /// Replaces the destination rectangle with the source rectangle of the picture, stretched without
-  /// smoothing. The ground shows through transparent pixels and where the source reaches beyond the picture;
-  /// without a ground these parts become transparent.
+  /// smoothing. The ground shows through transparent pixels, beyond the picture, and for a source without an
+  /// area; without a ground these parts become transparent.
   virtual void PaintPicture(const Picture& picture, const Rectangle& destination,
                             const Rectangle& source) = 0;
-  /// A one-pixel outline from corner to corner, both included.
+  /// A one-pixel outline from any corner to the opposite one, both included.
   virtual void DrawBox(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom,
                        OLE_COLOR color) = 0;
   virtual void Refresh() = 0;

@@ -38,6 +38,7 @@ void Graphics::PaintPicture(const Picture& picture, const Rectangle& destination
       if (x < 0 || x >= to.width) continue;
       auto& pixel = reinterpret_cast<engine::Pixel*>(to.row(y))[x];
       pixel = groundAt(x, y);
+      if (source.Width < 1 || source.Height < 1) continue;
       if (fromY < 0 || fromY >= from.Height || fromX < 0 || fromX >= from.Width) continue;
       const std::uint8_t* const top = from.Data + static_cast<std::size_t>(fromY) * from.Stride + fromX * 4;
       engine::compositeRow(top, reinterpret_cast<std::uint8_t*>(&pixel), 1);
@@ -58,11 +59,11 @@ void Graphics::DrawBox(std::int32_t left, std::int32_t top, std::int32_t right, 
   if (left > right) std::swap(left, right);
   if (top > bottom) std::swap(top, bottom);
   const engine::Pixels pixels = face_.writable();
-  for (std::int32_t x = left; x <= right; ++x) {
+  for (std::int32_t x = std::max(left, 0); x <= std::min(right, pixels.width - 1); ++x) {
     plot(pixels, x, top, color);
     if (bottom != top) plot(pixels, x, bottom, color);
   }
-  for (std::int32_t y = top + 1; y < bottom; ++y) {
+  for (std::int32_t y = std::max(top, -1) + 1; y < std::min(bottom, pixels.height); ++y) {
     plot(pixels, left, y, color);
     if (right != left) plot(pixels, right, y, color);
   }

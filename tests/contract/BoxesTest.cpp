@@ -60,9 +60,11 @@ TEST_P(FileDialogs, ReportTrueWithTheNameThatTheUserAccepted) {
   EXPECT_EQ(dialog_->Filename(), name);
 }
 
-TEST_P(FileDialogs, ReportFalseWhenTheyAreCancelled) {
+TEST_P(FileDialogs, ReportFalseWhenTheyAreCancelledAndKeepTheirName) {
+  dialog_->Filename(path("picture.bmp"));
   user().willCancelFileDialog();
   EXPECT_FALSE(dialog_->ShowOpen());
+  EXPECT_EQ(dialog_->Filename(), path("picture.bmp"));
 }
 
 TEST_P(FileDialogs, AppendTheDefaultExtensionToANameWithoutOne) {

@@ -9,6 +9,7 @@
 #include "imaging/contract/Moorage.h"
 #include "imaging/contract/Platform.h"
 #include "imaging/contract/Site.h"
+#include "imaging/contract/controls/ColorPicker.h"
 
 namespace kestrel::contract {
 
@@ -48,8 +49,13 @@ class ContractPlatform {
   virtual void movePointer(ImageView& view, std::int32_t button, std::int32_t shift, Point to) = 0;
   virtual void releasePointer(ImageView& view, std::int32_t button, std::int32_t shift, Point at) = 0;
   virtual void turnWheel(ImageView& view, std::int32_t notches, std::int32_t shift, Point at) = 0;
+  /// The pointer comes to the view and rests there for as long as it takes to count as a rest.
+  virtual void restWithPointer(ImageView& view) = 0;
   /// The pointer goes from the view to somewhere outside.
   virtual void leaveWithPointer(ImageView& view) = 0;
+  /// In the list of colours that the picker has opened: one of its colours, or the extra button.
+  virtual void pickColor(ColorPicker& picker, OLE_COLOR color) = 0;
+  virtual void pickExtra(ColorPicker& picker) = 0;
   virtual void pressNoticeButton(ImageView& view) = 0;
   virtual void closeNotice(ImageView& view) = 0;
   virtual void copyText(const std::string& text) = 0;

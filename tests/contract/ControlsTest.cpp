@@ -309,6 +309,35 @@ TEST_P(Controls, AColourGivesUpTheExtraChoiceOfAColorPicker) {
   EXPECT_EQ(picker.EnhancedCaption(), "Automatic");
 }
 
+TEST_P(Controls, AColorPickerTellsWhatTheUserChoseInItsList) {
+  constexpr OLE_COLOR kListed = 0x00DB6F2A;
+  auto& picker = control<ColorPicker>("cpkColor");
+  picker.EnhancedVisible(true);
+  picker.Value(0x00112233);
+  std::string log;
+  const Connection changed = picker.Change.Connect([&](OLE_COLOR color) {
+    log += color == kListed ? "change " : "other change ";
+    EXPECT_EQ(picker.Value(), color);
+  });
+  const Connection extra = picker.EnhancedButtonClicked.Connect([&] {
+    log += "extra ";
+    EXPECT_TRUE(picker.EnhancedIsSelected());
+  });
+  form().Show();
+  user().settle();
+  picker.DropDown();
+  user().pickColor(picker, kListed);
+  EXPECT_EQ(log, "change ");
+  picker.DropDown();
+  user().pickExtra(picker);
+  EXPECT_EQ(log, "change extra ");
+  EXPECT_EQ(picker.Value(), kListed) << "the extra button is chosen instead of a colour";
+  picker.DropDown();
+  user().pickColor(picker, kListed);
+  EXPECT_EQ(log, "change extra change ") << "the same colour, but no longer the extra button";
+  EXPECT_FALSE(picker.EnhancedIsSelected());
+}
+
 TEST_P(Controls, APreviewOnAFormIsASiteWithItsTwoPanesAndAPicture) {
   auto& site = control<Site>("Preview");
   EXPECT_TRUE(site.UserMode());

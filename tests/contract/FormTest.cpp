@@ -1,3 +1,5 @@
+#include <cstdint>
+
 #include "ContractTest.h"
 #include "imaging/contract/controls/CheckBox.h"
 
@@ -239,6 +241,43 @@ TEST_P(Forms, ShowTheGroundThroughTransparentPixelsAndBeyondThePicture) {
   graphics.Ground(nullptr);
   graphics.PaintPicture(*canvas->Picture(), {0, 0, 80, 40}, {-4, 0, 8, 4});
   EXPECT_EQ(user().faceColor(*form_, {25, 5}), kNoColor);
+}
+
+TEST_P(Forms, ShowTheGroundAloneWhereTheSourceHasNoArea) {
+  form_->Move(0, 0, 400, 300);
+  Graphics& graphics = form_->Graphics();
+  graphics.Clear();
+  const auto tile = platform().CreateCanvas(4, 4);
+  tile->FillRectangle({0, 0, 4, 4}, 0x00102030);
+  graphics.Ground(tile->Picture());
+  const auto canvas = platform().CreateCanvas(4, 4);
+  canvas->FillRectangle({0, 0, 4, 4}, 0x000000FF);
+  graphics.PaintPicture(*canvas->Picture(), {0, 0, 40, 40}, {1, 1, 0, 2});
+  EXPECT_EQ(user().faceColor(*form_, {5, 5}), 0x00102030);
+  graphics.PaintPicture(*canvas->Picture(), {40, 0, 40, 40}, {1, 1, 2, -2});
+  EXPECT_EQ(user().faceColor(*form_, {45, 5}), 0x00102030);
+  graphics.PaintPicture(*canvas->Picture(), {100, 0, 0, -40}, {1, 1, 2, 2});
+  EXPECT_EQ(user().faceColor(*form_, {100, 5}), kNoColor) << "a destination without an area is nowhere";
+}
+
+TEST_P(Forms, AreDrawnOnWithBoxesFromAnyCornerAndFarBeyondTheirEdges) {
+  form_->Move(0, 0, 400, 300);
+  Graphics& graphics = form_->Graphics();
+  graphics.Clear();
+  graphics.DrawBox(15, 12, 5, 6, 0x00FF0000);
+  for (const Point& on : {Point{5, 6}, Point{15, 12}, Point{10, 6}, Point{5, 9}}) {
+    EXPECT_EQ(user().faceColor(*form_, on), 0x00FF0000) << on.X << ',' << on.Y;
+  }
+  EXPECT_EQ(user().faceColor(*form_, {10, 9}), kNoColor);
+  EXPECT_EQ(user().faceColor(*form_, {16, 9}), kNoColor);
+  constexpr std::int32_t kLeast = INT32_MIN, kMost = INT32_MAX;
+  graphics.DrawBox(kLeast, 20, kMost, 30, 0x0000FF00);
+  EXPECT_EQ(user().faceColor(*form_, {0, 20}), 0x0000FF00);
+  EXPECT_EQ(user().faceColor(*form_, {399, 30}), 0x0000FF00);
+  EXPECT_EQ(user().faceColor(*form_, {0, 25}), kNoColor);
+  graphics.DrawBox(50, kLeast, 60, kMost, 0x000000FF);
+  EXPECT_EQ(user().faceColor(*form_, {50, 299}), 0x000000FF);
+  EXPECT_EQ(user().faceColor(*form_, {55, 0}), kNoColor);
 }
 
 TEST_P(Forms, GiveASiteTheValuesThatAreStoredWithIt) {

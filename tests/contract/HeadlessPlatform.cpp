@@ -1,9 +1,12 @@
+#include <gtest/gtest.h>
+
 #include <filesystem>
 #include <stdexcept>
 
 #include "ContractPlatform.h"
 #include "platform/headless/Form.h"
 #include "platform/headless/Platform.h"
+#include "platform/headless/controls/ColorPicker.h"
 
 namespace kestrel::headless {
 /// The forms of this suite; generated.
@@ -85,6 +88,12 @@ class HeadlessPlatform final : public ContractPlatform {
   void turnWheel(ImageView& view, std::int32_t notches, std::int32_t shift, Point at) override {
     own(view).turnWheel(notches, shift, at);
   }
+  void restWithPointer(ImageView& view) override {
+    const Point corner = own(view).origin();
+    platform_.pointerRestsAt({corner.X + 10, corner.Y + 10});
+  }
+  void pickColor(ColorPicker& picker, OLE_COLOR color) override { own(picker).pick(color); }
+  void pickExtra(ColorPicker& picker) override { own(picker).pressEnhanced(); }
   void leaveWithPointer(ImageView& view) override {
     const Point corner = own(view).origin();
     platform_.pointerRestsAt({corner.X - 10, corner.Y - 10});
@@ -103,6 +112,11 @@ class HeadlessPlatform final : public ContractPlatform {
 
  private:
   static headless::Moorage& own(Moorage& suite) { return dynamic_cast<headless::Moorage&>(suite); }
+  static headless::ColorPicker& own(ColorPicker& picker) {
+    auto& own = dynamic_cast<headless::ColorPicker&>(picker);
+    EXPECT_TRUE(own.isOpen());
+    return own;
+  }
   static headless::ImageView& own(ImageView& view) { return dynamic_cast<headless::ImageView&>(view); }
 
   ScratchFolder scratch_;

@@ -430,6 +430,24 @@ TEST_P(Views, SelectByDragAndTellDuringAndAtTheEnd) {
   EXPECT_EQ(ended, std::to_string(left + 20) + ',' + std::to_string(top + 30) + ",100,60");
 }
 
+TEST_P(Views, PanByDragAndTellDuringAndAtTheEnd) {
+  load(1000, 1000);
+  view().ScrollLeft(100);
+  view().ScrollTop(100);
+  view().Tool(kViewToolPan);
+  std::string log;
+  connections_.push_back(view().Pan.Connect([&] { log += "pan "; }));
+  connections_.push_back(view().PanChanged.Connect([&] { log += "ended "; }));
+  connections_.push_back(view().Scroll.Connect([&] { log += "scroll "; }));
+  user().pressPointer(view(), kLeftButton, 0, {120, 90});
+  user().movePointer(view(), kLeftButton, 0, {100, 70});
+  EXPECT_EQ(log, "pan ");
+  EXPECT_EQ(view().ScrollLeft(), 120);
+  EXPECT_EQ(view().ScrollTop(), 120);
+  user().releasePointer(view(), kLeftButton, 0, {100, 70});
+  EXPECT_EQ(log, "pan ended ");
+}
+
 TEST_P(Views, AskForAZoomWhenTheWheelIsTurnedWithCtrl) {
   load(1000, 1000);
   std::string log;

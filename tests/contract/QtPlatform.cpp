@@ -5,23 +5,28 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QClipboard>
+#include <QDeadlineTimer>
 #include <QInputDialog>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QMouseEvent>
+#include <QStyle>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <QToolButton>
 #include <QWheelEvent>
 #include <cstdlib>
 #include <deque>
+#include <stdexcept>
 #include <utility>
 
 #include "ContractPlatform.h"
 #include "platform/docking/MoorageModel.h"
 #include "platform/posix/LineTable.h"
 #include "platform/posix/SharedLibraryFactory.h"
+#include "platform/qt/Pictures.h"
 #include "platform/qt/dialogs/FileDialogWindow.h"
 #include "platform/qt/forms/QtForm.h"
 #include "platform/qt/site/EditorWidget.h"
@@ -205,6 +210,32 @@ class QtPlatformUnderTest final : public ContractPlatform {
                       Qt::NoButton, modifiers(shift), Qt::NoScrollPhase, false);
     QApplication::sendEvent(&canvas(view), &event);
   }
+  void restWithPointer(ImageView& view) override {
+    canvas(view).setAttribute(Qt::WA_UnderMouse);
+    movePointer(view, 0, 0, {10, 10});
+    // The trackers' timers run out in less than twice the time that they are set to, and then only wait for
+    // their turn.
+    const int rest = QApplication::style()->styleHint(QStyle::SH_ToolTip_WakeUpDelay);
+    for (QDeadlineTimer end(2 * rest); !end.hasExpired();) {
+      QApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 20);
+    }
+    settle();
+  }
+  void pickColor(ColorPicker& /*picker*/, OLE_COLOR color) override {
+    QWidget* const list = colorList();
+    for (QToolButton* swatch : list->findChildren<QToolButton*>()) {
+      if (swatch->accessibleName() != qt::toColor(color).name()) continue;
+      swatch->click();
+      return;
+    }
+    ADD_FAILURE() << "The list has no colour " << qt::toColor(color).name().toStdString() << ".";
+    list->close();
+  }
+  void pickExtra(ColorPicker& /*picker*/) override {
+    QWidget* const list = colorList();
+    list->actions().front()->trigger();
+    list->close();
+  }
   void leaveWithPointer(ImageView& view) override {
     QEvent event(QEvent::Leave);
     QApplication::sendEvent(&canvas(view), &event);
@@ -222,7 +253,11 @@ class QtPlatformUnderTest final : public ContractPlatform {
     return shown(*notice(view).findChild<QAbstractButton*>(QStringLiteral("noticeButton")));
   }
   OLE_COLOR faceColor(Form& form, Point at) override {
-    const QColor color = dynamic_cast<qt::QtForm&>(form).window().face().pixelColor(at.X, at.Y);
+    qt::FormWindow& window = dynamic_cast<qt::QtForm&>(form).window();
+    const auto device = [&window](int position) {
+      return static_cast<int>((position + 0.5) * window.devicePixelRatioF());
+    };
+    const QColor color = window.face().pixelColor(device(at.X), device(at.Y));
     return color.alpha() == 0 ? kNoColor : color.red() | (color.green() << 8) | (color.blue() << 16);
   }
   void copyText(const std::string& copied) override { QApplication::clipboard()->setText(text(copied)); }
@@ -235,6 +270,11 @@ class QtPlatformUnderTest final : public ContractPlatform {
   }
 
  private:
+  static QWidget* colorList() {
+    QWidget* const list = QApplication::activePopupWidget();
+    if (!list) throw std::logic_error("No list of colours is open.");
+    return list;
+  }
   static docking::MoorageModel& own(Moorage& suite) { return dynamic_cast<docking::MoorageModel&>(suite); }
   static QWidget& canvas(ImageView& view) { return dynamic_cast<qt::QtImageView&>(view).surface().canvas(); }
   static QWidget& notice(ImageView& view) { return dynamic_cast<qt::QtImageView&>(view).surface().notice(); }

@@ -21,9 +21,9 @@ class MagnifierOnTheDesktop : public testing::Test {
   qt::FormWindow& window() { return static_cast<qt::QtForm&>(magnifier().Form()).window(); }
   double factor() { return bench.canvas().devicePixelRatioF(); }
 
-  void movePointerTo(const QPoint& at) {
-    QMouseEvent move(QEvent::MouseMove, QPointF(at), bench.canvas().mapToGlobal(QPointF(at)), Qt::NoButton,
-                     Qt::NoButton, Qt::NoModifier);
+  void movePointerTo(const QPointF& at) {
+    QMouseEvent move(QEvent::MouseMove, at, bench.canvas().mapToGlobal(at), Qt::NoButton, Qt::NoButton,
+                     Qt::NoModifier);
     QApplication::sendEvent(&bench.canvas(), &move);
   }
   /// Where that picture pixel is on the canvas.
@@ -95,6 +95,44 @@ TEST_F(MagnifierOnTheDesktop, RedrawnAtThePointersPlaceItFindsTheSamePixel) {
   // View positions count the line around the picture, which pixels do not.
   const QPoint place = bench.canvas().toView(QPointF(at)).toPoint();
   expectShows(picture, {place.x(), place.y()});
+}
+
+TEST_F(MagnifierOnTheDesktop, RedrawnAtThePointersPlaceItFindsEachDevicePixel) {
+  const QImage picture = noise(4000, 4000);
+  bench.showPicture(picture);
+  // The next pixel to the right and below, which a whole position of the screen cannot name at factor 2.
+  const QPointF at(80 + 1 / factor(), 70 + 1 / factor());
+  QCursor::setPos(bench.canvas().mapToGlobal(at).toPoint());
+  settle();
+  movePointerTo(at);
+  magnifier().ClearZoomWindow();
+  magnifier().ZoomLevel(12);
+  const Point first = {bench.canvas().toView(QPointF(80, 70)).toPoint().x(),
+                       bench.canvas().toView(QPointF(80, 70)).toPoint().y()};
+  expectShows(picture, {first.X + 1, first.Y + 1});
+}
+
+TEST_F(MagnifierOnTheDesktop, HiddenItDrawsNothing) {
+  bench.showPicture(noise(400, 300));
+  bench.moorage().DockWindows()("dkwZoom").Visible(false);
+  magnifier().ClearZoomWindow();
+  movePointerTo(positionOf(50, 50));
+  EXPECT_EQ(face(1, 1).alpha(), 0);
+  bench.moorage().DockWindows()("dkwZoom").Visible(true);
+  settle();
+  movePointerTo(positionOf(51, 50));
+  EXPECT_EQ(face(1, 1).alpha(), 255);
+}
+
+TEST_F(MagnifierOnTheDesktop, ThePointerLeavingTheViewClearsItAndTheReadOuts) {
+  bench.showPicture(noise(400, 300));
+  movePointerTo(positionOf(50, 50));
+  EXPECT_EQ(face(1, 1).alpha(), 255);
+  EXPECT_NE(Bind<Label>(bench.editor().MaterialsWindow()->Form(), "lblData", 2).Caption(), "");
+  QEvent leave(QEvent::Leave);
+  QApplication::sendEvent(&bench.canvas(), &leave);
+  EXPECT_EQ(face(1, 1).alpha(), 0);
+  EXPECT_EQ(Bind<Label>(bench.editor().MaterialsWindow()->Form(), "lblData", 2).Caption(), "");
 }
 
 TEST_F(MagnifierOnTheDesktop, ShowsTheCheckeredGroundThroughTransparentPixelsAndBeyondTheEdge) {

@@ -8,6 +8,23 @@
 #include "base/RuntimeError.h"
 
 namespace kestrel::qt {
+namespace {
+
+/// Farther out than any face reaches, and near enough for whole numbers of device pixels.
+constexpr std::int32_t kFarthest = 1 << 24;
+
+struct Span {
+  int first, last;
+};
+
+/// What lies between two positions, both included, in device pixels.
+Span deviceSpan(std::int32_t one, std::int32_t other, double factor) {
+  const std::int32_t least = std::clamp(std::min(one, other), -kFarthest, kFarthest);
+  const std::int32_t most = std::clamp(std::max(one, other), -kFarthest, kFarthest);
+  return {qRound(least * factor), qRound((most + 1) * factor) - 1};
+}
+
+}  // namespace
 
 void FaceGraphics::Clear() {
   window_.face().fill(Qt::transparent);
@@ -29,9 +46,12 @@ void FaceGraphics::PaintPicture(const Picture& picture, const Rectangle& destina
   painter.setCompositionMode(QPainter::CompositionMode_Source);
   painter.fillRect(target, Qt::transparent);
   if (ground_) painter.fillRect(target, QBrush(lentImage(ground_->Pixels())));
-  painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
-  painter.drawImage(target, lentImage(picture.Pixels()),
-                    QRect(source.Left, source.Top, source.Width, source.Height));
+  const QRect cut(source.Left, source.Top, source.Width, source.Height);
+  // The toolkit would take an empty rectangle for the whole picture.
+  if (!target.isEmpty() && !cut.isEmpty()) {
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    painter.drawImage(target, lentImage(picture.Pixels()), cut);
+  }
   Refresh();
 }
 
@@ -39,16 +59,17 @@ void FaceGraphics::DrawBox(std::int32_t left, std::int32_t top, std::int32_t rig
                            OLE_COLOR color) {
   const double factor = window_.devicePixelRatioF();
   const int line = std::max(1, qRound(factor));
-  const QPoint corner(qRound(left * factor), qRound(top * factor));
-  const QPoint opposite(qRound((right + 1) * factor) - 1, qRound((bottom + 1) * factor) - 1);
-  const QRegion box(QRect(corner, opposite));
-  const QRegion inside(QRect(corner, opposite).adjusted(line, line, -line, -line));
+  const Span columns = deviceSpan(left, right, factor);
+  const Span rows = deviceSpan(top, bottom, factor);
+  const QRect box(QPoint(columns.first, rows.first), QPoint(columns.last, rows.last));
+  const QRect inside = box.adjusted(line, line, -line, -line);
+  const QRegion outline = QRegion(box) - QRegion(inside);
 
   QPainter painter(&window_.face());
   // The difference to white is the opposite colour, and twice the opposite is the first again.
   const bool inverts = drawMode_ == kDrawInvert;
   if (inverts) painter.setCompositionMode(QPainter::CompositionMode_Difference);
-  for (const QRect& part : box - inside) painter.fillRect(part, inverts ? QColor(Qt::white) : toColor(color));
+  for (const QRect& part : outline) painter.fillRect(part, inverts ? QColor(Qt::white) : toColor(color));
   Refresh();
 }
 

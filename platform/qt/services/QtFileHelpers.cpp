@@ -74,7 +74,7 @@ bool QtFileHelpers::carryFiles(const std::string& buffer, const std::string& fol
     const QString target = targetFolder.filePath(QFileInfo(name).fileName());
     if (QFileInfo(name).canonicalFilePath() == QFileInfo(target).canonicalFilePath() &&
         QFile::exists(target)) {
-      return translated("it stands in that folder already.");
+      return translated("it is already in that folder.");
     }
     const Answer answer = mayReplace(target);
     stopped = answer == Answer::kStop;

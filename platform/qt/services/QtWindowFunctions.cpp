@@ -52,9 +52,9 @@ Point QtWindowFunctions::GetCursorPos() {
 Point QtWindowFunctions::ScreenToClient(WindowHandle window, const Point& screen) {
   const QWidget* const widget = widgetOf(window);
   if (!widget) return screen;
-  const QPointF inside = widget->mapFromGlobal(QPointF(screen.X, screen.Y));
+  const QPoint position(screen.X, screen.Y);
   const auto* const canvas = qobject_cast<const ViewCanvas*>(widget);
-  const QPoint own = (canvas ? canvas->toView(inside) : inside).toPoint();
+  const QPoint own = canvas ? canvas->screenToView(position).toPoint() : widget->mapFromGlobal(position);
   return {own.x(), own.y()};
 }
 

@@ -69,6 +69,15 @@ QPointF ViewCanvas::toView(const QPointF& position) const {
   return position * devicePixelRatioF() + origin - rounded(origin);
 }
 
+QPointF ViewCanvas::screenToView(const QPoint& screen) const {
+  return toView(mapToGlobal(pointer_).toPoint() == screen ? pointer_ : mapFromGlobal(QPointF(screen)));
+}
+
+QPointF ViewCanvas::pointerInView(const QPointF& position) {
+  pointer_ = position;
+  return toView(position);
+}
+
 void ViewCanvas::measure() {
   if (!view_) return;
   // The window system rounds both edges to whole pixels, so the size depends on the place.
@@ -140,7 +149,7 @@ void ViewCanvas::resizeEvent(QResizeEvent* /*event*/) { measure(); }
 void ViewCanvas::moveEvent(QMoveEvent* /*event*/) { measure(); }
 
 void ViewCanvas::mousePressEvent(QMouseEvent* event) {
-  const QPointF at = toView(event->position());
+  const QPointF at = pointerInView(event->position());
   const std::int32_t button = buttonMaskOf(event->button());
   if (!view_ || button == 0) return;
   guarded([&] {
@@ -150,7 +159,7 @@ void ViewCanvas::mousePressEvent(QMouseEvent* event) {
 }
 
 void ViewCanvas::mouseMoveEvent(QMouseEvent* event) {
-  const QPointF at = toView(event->position());
+  const QPointF at = pointerInView(event->position());
   if (!view_) return;
   guarded([&] {
     view_->pointerMove(buttonMaskOf(event->buttons()), shiftMaskOf(event->modifiers()),
@@ -159,7 +168,7 @@ void ViewCanvas::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void ViewCanvas::mouseReleaseEvent(QMouseEvent* event) {
-  const QPointF at = toView(event->position());
+  const QPointF at = pointerInView(event->position());
   const std::int32_t button = buttonMaskOf(event->button());
   if (!view_ || button == 0) return;
   guarded([&] {

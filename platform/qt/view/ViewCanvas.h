@@ -31,6 +31,9 @@ class ViewCanvas final : public QWidget {
   QSize deviceSize() const { return deviceSize_; }
   /// A position in the widget as one in the view.
   QPointF toView(const QPointF& position) const;
+  /// A position on the screen as one in the view. Whole positions of the screen are coarser than the view's
+  /// pixels at a factor above 1: where the pointer was seen last, its own position counts.
+  QPointF screenToView(const QPoint& screen) const;
 
  protected:
   bool event(QEvent* event) override;
@@ -48,10 +51,12 @@ class ViewCanvas final : public QWidget {
  private:
   /// The widget's top left corner in device pixels of its window; a fraction where the factor is one.
   QPointF deviceOrigin() const;
+  QPointF pointerInView(const QPointF& position);
   void paintDirty();
 
   engine::View* view_ = nullptr;
   QSize deviceSize_;
+  QPointF pointer_;  ///< its latest position in the widget
   double factor_ = 1.0;
   QImage buffer_;
   QRegion dirty_;

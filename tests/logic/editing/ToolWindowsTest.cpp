@@ -183,6 +183,15 @@ TEST_P(EditingMaterialsWindow, LaysItsSwatchesOutByItsWidth) {
   EXPECT_EQ(swatch(1).Left(), left + 73) << "two thirds of the first one's width";
 }
 
+TEST_P(EditingMaterialsWindow, BoundAnewItsTrackingHasStopped) {
+  view().move(0, 0, position(12, 20));
+  editor().MaterialsWindow()->Application(&editor());
+  EXPECT_THAT(readOuts(), ElementsAre("", "", ""));
+  Bind<Label>(window(), "lblData", 0).Caption("kept");
+  platform().pointerRestsAt({5000, 5000});
+  EXPECT_EQ(readOuts()[0], "kept") << "a leave that is not tracked empties nothing";
+}
+
 TEST_P(EditingMaterialsWindow, LetGoOfItsEditorItFollowsNothing) {
   view().move(0, 0, position(12, 20));
   editor().MaterialsWindow()->Application(nullptr);
@@ -276,6 +285,26 @@ TEST_P(EditingZoomWindow, IsShownAndHiddenByItsCommand) {
   click("btnViewZoomWindow");
   EXPECT_FALSE(dock.Visible());
   EXPECT_FALSE(pressed("btnViewZoomWindow"));
+  click("btnViewZoomWindow");
+  EXPECT_TRUE(dock.Visible());
+  EXPECT_TRUE(pressed("btnViewZoomWindow"));
+}
+
+TEST_P(EditingZoomWindow, TakesItsLevelFromTheOptionsWhenItIsMade) {
+  options().ZoomLevel(6);
+  EXPECT_EQ(window().ZoomLevel(), 10) << "made before";
+  EXPECT_EQ(frmZoom().ZoomLevel(), 6);
+}
+
+TEST_P(EditingZoomWindow, ALevelBeyondTheWindowsSizeShowsTheGroundAndTheMark) {
+  options().BackgroundGridColor1(0x302010);
+  options().BackgroundGridColor2(0x302010);
+  editor().ApplyOptions();
+  window().ZoomLevel(200);
+  view().move(0, 0, position(12, 20));
+  // No cell fits: the mark is a box around the window's corner, from -100 to 100.
+  EXPECT_EQ(face().at(0, 0), (engine::Pixel{0x10, 0x20, 0x30, 255}));
+  EXPECT_EQ(face().at(100, 40), (engine::Pixel{0xEF, 0xDF, 0xCF, 255}));
 }
 
 TEST_P(EditingZoomWindow, ShowsTheCutAroundThePixelUnderThePointerWithItsMark) {
