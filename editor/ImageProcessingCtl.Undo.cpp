@@ -40,6 +40,8 @@ void ImageProcessingCtl::igxImage_Changed() {
 
 void ImageProcessingCtl::igxImage_Loaded() {
   try {
+    // A load drops what was undone.
+    zFollowSteps();
     zShowSize();
     zFollowPointer();
   } catch (...) {

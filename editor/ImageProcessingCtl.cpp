@@ -221,6 +221,8 @@ void ImageProcessingCtl::Initialize() {
     BackColor(Required(Options()).MaterialBackColor());
     ForeColor(Required(Options()).MaterialForeColor());
     UndoLevels(Required(Options()).UndoLevels());
+    // The field begins with 0, so the let took 0 for no change. The view begins with more.
+    if (pUndoLevels == 0) igxImage.UndoLevels(0);
 
     pDialog = iPlatform.CreateImgXDialog();
     iDialogConnection = pDialog->InitDialog.Connect(

@@ -145,6 +145,24 @@ TEST_P(EditingThumbnails, SavingAddsTheShadowByTheOption) {
   EXPECT_THAT(calls(), testing::Not(Contains(HasSubstr("DropShadow"))));
 }
 
+TEST_P(EditingThumbnails, SavingTakesTheSizeOfTheOptionsAsAPercentageWhateverTheirSizeType) {
+  options().ThumbnailSize(25);
+  options().ThumbnailSizeType(tstWidthInPixels);
+  EXPECT_TRUE(editor().SaveImageThumbnail(path("b_thumb.png")));
+  EXPECT_THAT(calls(), Contains("scratch.Effects.Resize(50, 0, 13, \"\")"));
+}
+
+TEST_P(EditingThumbnails, SavingWithoutANameWritesThumbWithAPoint) {
+  // A relative name: the file goes into the scratch folder.
+  const auto folder = std::filesystem::current_path();
+  std::filesystem::current_path(platform().files().host(platform().files().scratch()));
+  editor().SaveImageThumbnail("");
+  std::filesystem::current_path(folder);
+  EXPECT_THAT(calls(), Contains("scratch.Writer.ToFile(\"_thumb.\", 6, 0, True)"))
+      << "a name without an extension counts as a bitmap";
+  EXPECT_EQ(panel("pnlStatus"), "");
+}
+
 TEST_P(EditingThumbnails, AFileThatCanNotBeWrittenGivesFalseAndClearsTheStatus) {
   const std::string file = path("nowhere") + platform().files().separator() + "b_thumb.png";
   EXPECT_FALSE(editor().SaveImageThumbnail(file));

@@ -336,6 +336,30 @@ TEST_P(EditingUndo, Levels0StoreNothingAndTheCaptionsStayPlain) {
   EXPECT_EQ(redoCaption(), "&Redo");
 }
 
+TEST_P(EditingUndo, Levels0InTheOptionsStoreNothingFromTheStart) {
+  options().UndoLevels(0);
+  endEditor();
+  start();
+  EXPECT_EQ(editor().UndoLevels(), 0);
+  EXPECT_EQ(view().UndoLevels(), 0);
+  view().Document().NewImage(kWidth, kHeight, nullptr, kPixelFormatRgba, kNoUndo);
+  editor().FlipHorizontally();
+  EXPECT_FALSE(view().CanUndo());
+  EXPECT_FALSE(command("btnEditUndo").Enabled());
+}
+
+TEST_P(EditingUndo, APictureThatAHostLoadsWithoutAStepDisablesRedo) {
+  editor().SetSelection(5, 5, 10, 10);
+  editor().Cut(true);
+  editor().Undo();
+  ASSERT_TRUE(command("btnEditRedo").Enabled());
+  editor().ImageControl().Document().FromPicture(engine::PictureObject(gradient(10, 10)), kNoUndo);
+  EXPECT_FALSE(view().CanRedo());
+  EXPECT_FALSE(command("btnEditRedo").Enabled());
+  EXPECT_EQ(redoCaption(), "&Redo");
+  EXPECT_EQ(redoTip(), "Redo");
+}
+
 TEST_P(EditingUndo, TheLevelsLetStoresTellsTheContainerAndWritesTheView) {
   editor().UndoLevels(7);
   EXPECT_THAT(calls(), ElementsAre("UndoLevels=7"));

@@ -1,4 +1,5 @@
 #include "EditorTest.h"
+#include "engine/imgx/PictureObject.h"
 
 namespace kestrel {
 namespace {
@@ -57,6 +58,7 @@ TEST_P(EditorZoom, RepeatedZoomOutShowsTheTenthsAndStopsTheButtonAtAboutOne) {
     EXPECT_EQ(panel("pnlZoom"), text);
   }
   EXPECT_EQ(comboText(), ".1:1");
+  EXPECT_FALSE(enabled("btnZoomOut"));
 }
 
 TEST_P(EditorZoom, ZoomOutIsEnabledExactlyAboveOneTenthAndZoomInBelow99Tenths) {
@@ -231,6 +233,30 @@ TEST_P(EditorZoom, TheZoomBarAloneIsNotOfferedInTheBarsMenu) {
     CommandBar& bar = suite().CommandBars().Item(i);
     EXPECT_EQ(bar.Listed(), bar.Name() != "Zoom") << bar.Name();
   }
+}
+
+TEST_P(EditorZoom, AtTheStartZoomInAndOutAreEnabledAndActualSizeIsNot) {
+  endEditor();
+  start();
+  EXPECT_TRUE(enabled("btnZoomIn"));
+  EXPECT_TRUE(enabled("btnZoomOut"));
+  EXPECT_FALSE(enabled("btnZoomActualSize"));
+  EXPECT_EQ(comboText(), "1:1");
+}
+
+TEST_P(EditorZoom, BehindTransparentPixelsTheTwoColorsOfTheOptionsAreSeen) {
+  options().BackgroundGridColor1(0x0000FF);
+  options().BackgroundGridColor2(0x00FF00);
+  editor().ApplyOptions();
+  editor().Picture(std::make_shared<engine::PictureObject>(engine::Bitmap::filled(300, 300, {0, 0, 0, 0})));
+  const engine::Bitmap seen = view().painted();
+  bool first = false, second = false;
+  for (std::int32_t x = seen.width() / 2 - 100; x < seen.width() / 2 + 100; ++x) {
+    first |= seen.at(x, seen.height() / 2) == engine::Pixel{255, 0, 0, 255};
+    second |= seen.at(x, seen.height() / 2) == engine::Pixel{0, 255, 0, 255};
+  }
+  EXPECT_TRUE(first);
+  EXPECT_TRUE(second);
 }
 
 TEST_P(EditorZoom, TheGridIsMadeOfTheOptions) {
