@@ -45,7 +45,8 @@ bool ImageProcessingCtl::SaveImageThumbnail(std::string Filename) {
     if (Filename.empty()) {
       Filename = files.PathWithoutExtension(Filename) + "_thumb." + files.GetExtension(Filename, 0);
     }
-    const PicturePtr thumbnail = GetThumbnail(ipUseDefault, ipUseDefault, Required(Options()).ThumbnailAddDropShadow());
+    const PicturePtr thumbnail =
+        GetThumbnail(ipUseDefault, ipUseDefault, Required(Options()).ThumbnailAddDropShadow());
     Result = zSaveThumbnail(Required(thumbnail), Filename);
   } catch (...) {
     Status("", true, false);

@@ -13,8 +13,7 @@ TEST(EmbeddedEditor, TellsItsHostWhichPropertyHasChanged) {
   qt::Component component;
   qt::ImageEditor editor(component);
   QStringList changed;
-  QObject::connect(&editor, &qt::ImageEditor::propertyChanged,
-                   [&](const QString& name) { changed += name; });
+  QObject::connect(&editor, &qt::ImageEditor::propertyChanged, [&](const QString& name) { changed += name; });
   editor.control().UseSimpleTools(true);
   editor.control().UseSimpleTools(true);
   editor.control().ShowClose(true);

@@ -71,7 +71,9 @@ void QtForm::Show(bool modal, Control* owner) {
   load();
   if (modal) {
     QWidget* const parent = dialogParent(owner ? owner->hWnd() : 0);
-    if (parent != window_.data() && window_->isWindow()) {
+    // The toolkit may still take this window, hidden a moment ago, for the active one.
+    const bool within = parent == window_.data() || window_->isAncestorOf(parent);
+    if (!within && window_->isWindow()) {
       window_->setParent(parent, window_->windowFlags());
     }
     execModal(*window_, calls_);
