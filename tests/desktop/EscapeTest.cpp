@@ -17,9 +17,8 @@ class Escape : public testing::Test {
  protected:
   void SetUp() override {
     bench.showPicture(noise(400, 300));
-    typed = bench.widget().site()->KeyPress.Connect([this](std::int32_t key) {
-      if (key == 27) ++presses;
-    });
+    // The control hears the key first; what it used is 0 by now.
+    typed = bench.widget().site()->KeyPress.Connect([this](std::int32_t&) { ++presses; });
   }
 
   void beginCrop() {
