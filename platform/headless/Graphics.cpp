@@ -12,7 +12,14 @@ void Graphics::resize(std::int32_t width, std::int32_t height) {
   face_ = width > 0 && height > 0 ? engine::Bitmap::filled(width, height) : engine::Bitmap();
 }
 
-void Graphics::Clear() { resize(face_.width(), face_.height()); }
+// In place: the face is cleared after changes of the picture, also when memory is short.
+void Graphics::Clear() {
+  if (face_.empty()) return;
+  const engine::Pixels pixels = face_.writable();
+  for (std::int32_t y = 0; y < pixels.height; ++y) {
+    std::fill_n(reinterpret_cast<engine::Pixel*>(pixels.row(y)), pixels.width, engine::Pixel());
+  }
+}
 
 void Graphics::DrawMode(std::int32_t value) {
   if (value != kDrawCopy && value != kDrawInvert) {

@@ -19,7 +19,10 @@ class DigitsOnly final : public QObject {
 
   bool eventFilter(QObject* /*watched*/, QEvent* event) override {
     if (event->type() != QEvent::KeyPress) return false;
-    const QString typed = static_cast<QKeyEvent*>(event)->text();
+    const auto& key = static_cast<const QKeyEvent&>(*event);
+    // Keys with Control are commands of the edit, among them to paste.
+    if (key.modifiers().testFlag(Qt::ControlModifier)) return false;
+    const QString typed = key.text();
     return !typed.isEmpty() && typed[0].isPrint() && !(typed[0] >= u'0' && typed[0] <= u'9');
   }
 };
