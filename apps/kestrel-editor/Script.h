@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Arguments.h"
-#include "EditorWindow.h"
+#include "apps/kestrel-editor/window/EditorWindow.h"
 #include "platform/qt/app/Desktop.h"
 
 namespace kestrel::app {

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "EditorWindow.h"
+#include "apps/kestrel-editor/window/EditorWindow.h"
 #include "platform/qt/app/Desktop.h"
 
 namespace kestrel::app {

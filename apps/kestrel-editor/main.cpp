@@ -3,8 +3,8 @@
 
 #include "Arguments.h"
 #include "ConsoleBoxes.h"
-#include "EditorWindow.h"
 #include "Script.h"
+#include "apps/kestrel-editor/window/EditorWindow.h"
 #include "base/DescribedError.h"
 #include "base/RuntimeError.h"
 #include "platform/posix/LineTable.h"
