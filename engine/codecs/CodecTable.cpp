@@ -3,7 +3,13 @@
 #include <algorithm>
 #include <string>
 
-#include "Formats.h"
+#include "engine/codecs/gif/Gif.h"
+#include "engine/codecs/jpeg/Jpeg.h"
+#include "engine/codecs/png/Png.h"
+#include "engine/codecs/raster/Raster.h"
+#include "engine/codecs/tiff/Tiff.h"
+#include "engine/metafile/Emf.h"
+#include "engine/metafile/Wmf.h"
 
 namespace kestrel::engine {
 namespace {

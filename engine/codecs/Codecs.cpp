@@ -3,10 +3,10 @@
 #include <string>
 
 #include "CodecTable.h"
-#include "Damage.h"
-#include "Exif.h"
 #include "FileStore.h"
 #include "base/RuntimeError.h"
+#include "engine/codecs/common/DecodeErrors.h"
+#include "engine/codecs/metadata/Exif.h"
 
 namespace kestrel::engine {
 namespace {

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "engine/Parallel.h"
-#include "engine/effects/Blend.h"
-#include "engine/effects/Common.h"
 #include "engine/effects/Composite.h"
+#include "engine/effects/rows/Blend.h"
+#include "engine/effects/rows/EffectRows.h"
+#include "engine/parallel/Parallel.h"
 
 namespace kestrel::engine {
 namespace {

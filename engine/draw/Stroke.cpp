@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "LineShape.h"
-#include "engine/effects/Blend.h"
+#include "engine/effects/rows/Blend.h"
 
 namespace kestrel::engine {
 

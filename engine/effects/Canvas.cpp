@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
-#include "Common.h"
-#include "engine/Parallel.h"
+#include "engine/effects/rows/EffectRows.h"
+#include "engine/parallel/Parallel.h"
 
 namespace kestrel::engine {
 namespace {

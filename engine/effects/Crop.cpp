@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "Common.h"
-#include "WriteRows.h"
 #include "base/RuntimeError.h"
+#include "engine/effects/rows/EffectRows.h"
+#include "engine/effects/rows/WriteRows.h"
 
 namespace kestrel::engine {
 namespace {

@@ -7,13 +7,13 @@
 #include <optional>
 #include <vector>
 
-#include "Common.h"
 #include "Composite.h"
-#include "FilterRows.h"
-#include "GaussianFilter.h"
-#include "WriteRows.h"
 #include "base/RuntimeError.h"
-#include "engine/Parallel.h"
+#include "engine/effects/gaussian/GaussianFilter.h"
+#include "engine/effects/rows/EffectRows.h"
+#include "engine/effects/rows/FloatRows.h"
+#include "engine/effects/rows/WriteRows.h"
+#include "engine/parallel/Parallel.h"
 #include "engine/pixels/Opaque.h"
 
 namespace kestrel::engine {
@@ -98,7 +98,7 @@ Bitmap dropShadow(const Bitmap& source, std::int32_t offsetX, std::int32_t offse
   const GaussianAxis rows(from.height, to.height, startY, sigma);
   std::uint32_t tint;
   std::memcpy(&tint, &color, sizeof tint);
-  const bool stream = outgrowsCaches(result.byteSize());
+  const bool stream = exceedsCaches(result.byteSize());
   // The tinted shadow and the picture over it, where it is, from a multiple of 64 bytes on.
   constexpr std::int32_t kPixels = 512;
   const auto finishSome = [&](std::int32_t y, Interval part, const float* shadow, float strength) {
@@ -126,7 +126,7 @@ Bitmap dropShadow(const Bitmap& source, std::int32_t offsetX, std::int32_t offse
       for (std::int32_t y = first; y < last; ++y) {
         finish(y, {0, to.width}, across.data(), color.a * down[static_cast<std::size_t>(y)]);
       }
-      if (stream) finishStreaming();
+      if (stream) storeFence();
     });
   } else {
     const float opacity = static_cast<float>(color.a) / 255.0F;

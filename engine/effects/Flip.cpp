@@ -1,16 +1,16 @@
 #include "Flip.h"
 
-#include "Common.h"
-#include "WriteRows.h"
 #include "base/RuntimeError.h"
-#include "reference/PixelRows.h"
+#include "engine/effects/rows/EffectRows.h"
+#include "engine/effects/rows/WriteRows.h"
+#include "engine/effects/rows/reference/PixelRows.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "engine/effects/Flip.cpp"
 #include "hwy/foreach_target.h"
 #include "hwy/highway.h"
 
-#include "PutPixels-inl.h"
+#include "engine/effects/rows/PutPixels-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace kestrel::engine::HWY_NAMESPACE {

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "Common.h"
 #include "Flip.h"
-#include "engine/Parallel.h"
-#include "engine/pixels/Streaming.h"
+#include "engine/effects/rows/EffectRows.h"
+#include "engine/parallel/Parallel.h"
+#include "engine/pixels/NonTemporal.h"
 #include "reference/TurnRows.h"
 
 #undef HWY_TARGET_INCLUDE
@@ -77,7 +77,7 @@ class Turn {
         right_(right),
         inStep_(right ? -static_cast<std::ptrdiff_t>(from.stride) : static_cast<std::ptrdiff_t>(from.stride)),
         outStep_(right ? static_cast<std::ptrdiff_t>(to.stride) : -static_cast<std::ptrdiff_t>(to.stride)),
-        stream_(outgrowsCaches(to.stride * static_cast<std::size_t>(to.height))) {}
+        stream_(exceedsCaches(to.stride * static_cast<std::size_t>(to.height))) {}
 
   std::int32_t strips() const { return (from_.width - 1) / kTileColumns + 1; }
 
@@ -97,7 +97,7 @@ class Turn {
         turnTile(in, columns, rows, out + std::ptrdiff_t{4} * row);
       }
     }
-    if (stream_) finishStreaming();
+    if (stream_) storeFence();
   }
 
  private:
@@ -110,7 +110,8 @@ class Turn {
     alignas(64) std::uint8_t tile[kTileColumns * kTileStep];
     HWY_DYNAMIC_DISPATCH(Transpose)(in, inStep_, columns, rows, tile, kTileStep);
     for (std::int32_t j = 0; j < columns; ++j) {
-      streamBytes(tile + j * kTileStep, static_cast<std::size_t>(rows) * sizeof(Pixel), out + j * outStep_);
+      copyNonTemporal(tile + j * kTileStep, static_cast<std::size_t>(rows) * sizeof(Pixel),
+                      out + j * outStep_);
     }
   }
 

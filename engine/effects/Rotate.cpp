@@ -7,13 +7,13 @@
 #include <numbers>
 #include <vector>
 
-#include "Common.h"
-#include "FilterRows.h"
 #include "QuarterTurn.h"
 #include "RotateRows.h"
-#include "WriteRows.h"
 #include "base/RuntimeError.h"
-#include "engine/Parallel.h"
+#include "engine/effects/rows/EffectRows.h"
+#include "engine/effects/rows/FloatRows.h"
+#include "engine/effects/rows/WriteRows.h"
+#include "engine/parallel/Parallel.h"
 #include "reference/TurnRows.h"
 
 namespace kestrel::engine {
@@ -90,11 +90,11 @@ class EdgeSampler {
 };
 
 /// A part of the old picture, weighed by alpha.
-class Excerpt {
+class SourceTile {
  public:
   /// As many pixels along each side as a square of so many may reach in any direction, with the sixteen
   /// around each sample and up to three more on the left, where the kernel wants to begin.
-  explicit Excerpt(std::int32_t square)
+  explicit SourceTile(std::int32_t square)
       : stride_(4 * (static_cast<std::size_t>(std::ceil(square * std::numbers::sqrt2)) + 12)),
         values_(stride_ * stride_ / 4 + kRowSlack) {}
 
@@ -135,24 +135,24 @@ class Rotation {
         mapping_(mapping),
         edge_(in, background),
         background_(background.a == 0 ? Pixel{} : background),
-        stream_(outgrowsCaches(out.stride * static_cast<std::size_t>(out.height))) {}
+        stream_(exceedsCaches(out.stride * static_cast<std::size_t>(out.height))) {}
 
   /// Makes the rows of a band, tile by tile: what a tile is taken from is weighed once, and stays cached.
   void makeRows(std::int32_t first, std::int32_t last) const {
-    Excerpt excerpt(kTile);
+    SourceTile tile(kTile);
     std::vector<Row> rows;
     for (std::int32_t top = first; top < last; top += kTile) {
       rows.clear();
       for (std::int32_t y = top; y < std::min(top + kTile, last); ++y) rows.push_back(rowAt(y));
       for (std::int32_t left = 0; left < out_.width; left += kTile) {
         const Span columns{left, std::min(left + kTile, out_.width)};
-        takeExcerpt(rows, columns, excerpt);
+        copySourceTile(rows, columns, tile);
         for (std::size_t i = 0; i < rows.size(); ++i) {
-          makePiece(rows[i], columns, excerpt, out_.row(top + static_cast<std::int32_t>(i)));
+          makePiece(rows[i], columns, tile, out_.row(top + static_cast<std::int32_t>(i)));
         }
       }
     }
-    if (stream_) finishStreaming();
+    if (stream_) storeFence();
   }
 
  private:
@@ -185,7 +185,7 @@ class Rotation {
   }
 
   /// All pixels that samples inside the old picture want for these columns of the rows.
-  void takeExcerpt(const std::vector<Row>& rows, Span columns, Excerpt& excerpt) const {
+  void copySourceTile(const std::vector<Row>& rows, Span columns, SourceTile& tile) const {
     std::int64_t left = INT64_MAX, right = INT64_MIN, top = INT64_MAX, bottom = INT64_MIN;
     for (const Row& row : rows) {
       const Span inside = common(row.inside, columns);
@@ -198,10 +198,10 @@ class Rotation {
         bottom = std::max(bottom, v + 2);
       }
     }
-    if (left <= right) excerpt.take(in_, left, right, top, bottom);
+    if (left <= right) tile.take(in_, left, right, top, bottom);
   }
 
-  void makePiece(const Row& row, Span columns, const Excerpt& excerpt, std::uint8_t* out) const {
+  void makePiece(const Row& row, Span columns, const SourceTile& tile, std::uint8_t* out) const {
     const Span touched = common(row.touched, columns), inside = common(row.inside, columns);
     std::array<float, 4 * kTile> floats;
     alignas(64) std::array<std::uint8_t, 4 * kTile> piece;
@@ -215,8 +215,8 @@ class Rotation {
     };
     fill(pixel(columns.first), touched.first - columns.first);
     sampleEdge(touched.first, inside.first);
-    excerpt.sample(row.u + inside.first * mapping_.du, row.v + inside.first * mapping_.dv, mapping_.du,
-                   mapping_.dv, inside.last - inside.first, at(inside.first));
+    tile.sample(row.u + inside.first * mapping_.du, row.v + inside.first * mapping_.dv, mapping_.du,
+                mapping_.dv, inside.last - inside.first, at(inside.first));
     sampleEdge(inside.last, touched.last);
     storeStraightRow(floats.data(), touched.last - touched.first, pixel(touched.first));
     fill(pixel(touched.last), columns.last - touched.last);

@@ -7,7 +7,7 @@
 #include "hwy/foreach_target.h"
 #include "hwy/highway.h"
 
-#include "FloatPixels-inl.h"
+#include "engine/effects/rows/FloatPixels-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace kestrel::engine::HWY_NAMESPACE {

@@ -6,7 +6,7 @@
 namespace kestrel::engine {
 
 /// `count` Catmull-Rom samples along a line through pixels of four floats, weighed by alpha as in
-/// FilterRows.h, whose rows are `stride` floats apart: from column u and row v in steps of (du, dv),
+/// FloatRows.h, whose rows are `stride` floats apart: from column u and row v in steps of (du, dv),
 /// all 32.32 fixed-point numbers where the first pixel of `in` stands at (0, 0). The sixteen pixels of each
 /// sample, from one left of and above the whole part to two right of and below it, must be there. Makes four
 /// floats a sample.

@@ -7,8 +7,8 @@
 #include "engine/effects/Flip.h"
 #include "engine/effects/GrayScale.h"
 #include "engine/effects/ReplaceColor.h"
-#include "engine/effects/Resize.h"
 #include "engine/effects/Rotate.h"
+#include "engine/effects/resample/Resize.h"
 
 namespace kestrel::engine {
 

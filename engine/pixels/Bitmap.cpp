@@ -6,9 +6,9 @@
 #include <string>
 
 #include "Memory.h"
-#include "Streaming.h"
+#include "NonTemporal.h"
 #include "base/RuntimeError.h"
-#include "engine/Parallel.h"
+#include "engine/parallel/Parallel.h"
 
 namespace kestrel::engine {
 namespace {
@@ -41,15 +41,15 @@ void checkSize(std::int32_t width, std::int32_t height) {
 
 /// Copies whole rows on several cores.
 void copyRows(const std::uint8_t* in, std::size_t stride, std::int32_t rows, std::uint8_t* out) {
-  const bool stream = outgrowsCaches(stride * static_cast<std::size_t>(rows));
+  const bool stream = exceedsCaches(stride * static_cast<std::size_t>(rows));
   constexpr std::size_t kBytesPerTask = std::size_t{512} << 10;
   forRows(rows, static_cast<std::int32_t>(kBytesPerTask / stride),
           [&](std::int32_t first, std::int32_t last) {
             const std::size_t begin = stride * static_cast<std::size_t>(first);
             const std::size_t bytes = stride * static_cast<std::size_t>(last) - begin;
             if (stream) {
-              streamBytes(in + begin, bytes, out + begin);
-              finishStreaming();
+              copyNonTemporal(in + begin, bytes, out + begin);
+              storeFence();
             } else {
               std::memcpy(out + begin, in + begin, bytes);
             }

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <atomic>
 
-#include "engine/Parallel.h"
+#include "engine/parallel/Parallel.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "engine/pixels/Opaque.cpp"

@@ -5,9 +5,9 @@
 #include <utility>
 
 #include "base/RuntimeError.h"
-#include "engine/Parallel.h"
 #include "engine/codecs/Codecs.h"
-#include "engine/effects/Resize.h"
+#include "engine/effects/resample/Resize.h"
+#include "engine/parallel/Parallel.h"
 
 namespace kestrel::engine {
 namespace {

@@ -8,7 +8,7 @@
 #include <tuple>
 #include <utility>
 
-#include "engine/Parallel.h"
+#include "engine/parallel/Parallel.h"
 
 namespace kestrel::engine {
 namespace {

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <functional>
 
-#include "engine/Parallel.h"
+#include "engine/parallel/Parallel.h"
 
 namespace kestrel::engine {
 namespace {

@@ -4,13 +4,14 @@
 #include <cstdlib>
 
 #include "base/RuntimeError.h"
-#include "engine/codecs/Formats.h"
+#include "engine/codecs/CodecTable.h"
 
 /// Whatever the bytes are, decoding gives a picture or an error that says why not.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace kestrel;
+  static const engine::Codec& codec = *engine::codecOfName("x." KESTREL_FUZZED_FORMAT);
   try {
-    const engine::Decoded decoded = engine::KESTREL_FUZZED_FORMAT::decode({data, size});
+    const engine::Decoded decoded = codec.decode({data, size});
     if (decoded.bitmap.empty()) std::abort();
   } catch (const RuntimeError& error) {
     const bool expected = error.Number() == err::kInvalidPicture || error.Number() == err::kOutOfMemory;

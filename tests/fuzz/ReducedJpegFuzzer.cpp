@@ -5,7 +5,7 @@
 
 #include "base/RuntimeError.h"
 #include "engine/codecs/Codecs.h"
-#include "engine/codecs/Formats.h"
+#include "engine/codecs/jpeg/Jpeg.h"
 
 /// Whatever the bytes are, reading them for a thumbnail gives a picture or an error that says why not; and
 /// what was read, metadata included, can be saved and read again.

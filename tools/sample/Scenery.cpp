@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "Noise.h"
-#include "engine/Parallel.h"
+#include "engine/parallel/Parallel.h"
 
 // The scene is measured in heights of the picture: y runs from 0 at the top to 1 at the bottom, x from 0 to
 // the picture's proportion.

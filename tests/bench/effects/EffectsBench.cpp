@@ -7,11 +7,9 @@
 #include <cmath>
 #include <string>
 
-#include "engine/Parallel.h"
 #include "engine/draw/BoxShape.h"
 #include "engine/draw/LineShape.h"
 #include "engine/draw/Stroke.h"
-#include "engine/effects/Blur.h"
 #include "engine/effects/Canvas.h"
 #include "engine/effects/Composite.h"
 #include "engine/effects/Crop.h"
@@ -20,8 +18,10 @@
 #include "engine/effects/Flip.h"
 #include "engine/effects/GrayScale.h"
 #include "engine/effects/ReplaceColor.h"
-#include "engine/effects/Resize.h"
 #include "engine/effects/Rotate.h"
+#include "engine/effects/gaussian/Blur.h"
+#include "engine/effects/resample/Resize.h"
+#include "engine/parallel/Parallel.h"
 
 namespace kestrel::engine {
 namespace {

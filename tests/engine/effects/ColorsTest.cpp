@@ -4,7 +4,7 @@
 #include "engine/effects/Flatten.h"
 #include "engine/effects/GrayScale.h"
 #include "engine/effects/ReplaceColor.h"
-#include "engine/effects/reference/PixelRows.h"
+#include "engine/effects/rows/reference/PixelRows.h"
 #include "engine/pixels/Opaque.h"
 
 namespace kestrel::engine {

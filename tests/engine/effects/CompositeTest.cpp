@@ -3,7 +3,7 @@
 #include <limits>
 
 #include "Pictures.h"
-#include "engine/effects/reference/PixelRows.h"
+#include "engine/effects/rows/reference/PixelRows.h"
 
 namespace kestrel::engine {
 namespace {

@@ -3,7 +3,7 @@
 #include <limits>
 
 #include "Pictures.h"
-#include "engine/effects/Blend.h"
+#include "engine/effects/rows/Blend.h"
 
 namespace kestrel::engine {
 namespace {

@@ -10,9 +10,9 @@
 #include "engine/effects/GrayScale.h"
 #include "engine/effects/QuarterTurn.h"
 #include "engine/effects/ReplaceColor.h"
-#include "engine/effects/reference/PixelRows.h"
 #include "engine/effects/reference/TurnRows.h"
-#include "engine/pixels/Streaming.h"
+#include "engine/effects/rows/reference/PixelRows.h"
+#include "engine/pixels/NonTemporal.h"
 
 namespace kestrel::engine {
 namespace {
@@ -45,7 +45,7 @@ Bitmap madeOfRows(std::int32_t width, std::int32_t height, const Write& write) {
 ::testing::AssertionResult sameBytes(const Bitmap& actual, const Bitmap& expected) {
   if (actual.width() != expected.width() || actual.height() != expected.height())
     return ::testing::AssertionFailure() << actual.width() << " x " << actual.height();
-  if (!outgrowsCaches(actual.byteSize())) return ::testing::AssertionFailure() << "not a large picture";
+  if (!exceedsCaches(actual.byteSize())) return ::testing::AssertionFailure() << "not a large picture";
   for (std::int32_t y = 0; y < actual.height(); ++y)
     if (std::memcmp(actual.pixels().row(y), expected.pixels().row(y),
                     static_cast<std::size_t>(actual.width()) * sizeof(Pixel)) != 0)

@@ -2,7 +2,6 @@
 
 #include "FailingAllocator.h"
 #include "Pictures.h"
-#include "engine/effects/Blur.h"
 #include "engine/effects/Canvas.h"
 #include "engine/effects/Composite.h"
 #include "engine/effects/Crop.h"
@@ -11,8 +10,9 @@
 #include "engine/effects/Flip.h"
 #include "engine/effects/GrayScale.h"
 #include "engine/effects/ReplaceColor.h"
-#include "engine/effects/Resize.h"
 #include "engine/effects/Rotate.h"
+#include "engine/effects/gaussian/Blur.h"
+#include "engine/effects/resample/Resize.h"
 
 namespace kestrel::engine {
 namespace {

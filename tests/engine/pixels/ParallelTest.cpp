@@ -1,4 +1,4 @@
-#include "engine/Parallel.h"
+#include "engine/parallel/Parallel.h"
 
 #include <gtest/gtest.h>
 

@@ -6,7 +6,7 @@
 
 #include "Filters.h"
 #include "Pictures.h"
-#include "engine/effects/Blur.h"
+#include "engine/effects/gaussian/Blur.h"
 
 namespace kestrel::bench {
 namespace {

@@ -3,7 +3,7 @@
 #include <iterator>
 #include <opencv2/core/utility.hpp>
 
-#include "engine/Parallel.h"
+#include "engine/parallel/Parallel.h"
 
 namespace kestrel::bench {
 

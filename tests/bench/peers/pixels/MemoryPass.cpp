@@ -1,7 +1,7 @@
 #include "MemoryPass.h"
 
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "pixels/MemoryPass.cpp"
+#define HWY_TARGET_INCLUDE "tests/bench/peers/pixels/MemoryPass.cpp"
 #include "hwy/foreach_target.h"
 #include "hwy/highway.h"
 

@@ -5,7 +5,7 @@
 
 #include "Comparison.h"
 #include "ZimgResize.h"
-#include "engine/effects/Resize.h"
+#include "engine/effects/resample/Resize.h"
 
 namespace kestrel::bench {
 namespace {

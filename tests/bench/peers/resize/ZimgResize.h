@@ -7,7 +7,7 @@
 #include <memory>
 #include <vector>
 
-#include "engine/effects/Resize.h"
+#include "engine/effects/resample/Resize.h"
 #include "engine/pixels/Bitmap.h"
 
 namespace kestrel::bench {

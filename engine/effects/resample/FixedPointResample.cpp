@@ -1,0 +1,165 @@
+#include "FixedPointResample.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <vector>
+
+#include "FixedPointKernels.h"
+#include "FixedPointTable.h"
+#include "engine/effects/rows/EffectRows.h"
+#include "engine/parallel/Parallel.h"
+#include "engine/pixels/Memory.h"
+
+namespace kestrel::engine {
+namespace {
+
+constexpr std::int32_t kNarrowestStrip = 32, kWidestStrip = 64;
+
+/// Columns of a strip, such that its pairs of rows leave room in the nearest cache for its sums.
+std::int32_t stripWidth(std::int32_t pairs) {
+  constexpr std::int32_t kPairsBytes = 16 * 1024;
+  constexpr std::int32_t kBytesPerPixel = 8 * sizeof(std::int16_t);
+  const std::int32_t width = kPairsBytes / (kBytesPerPixel * pairs) / kGroupBlock * kGroupBlock;
+  return std::clamp(width, kNarrowestStrip, kWidestStrip);
+}
+
+constexpr std::size_t kFloatsPerColumn = 4 * kGroupRows;
+
+constexpr std::int32_t roundedUp(std::int32_t value, std::int32_t multiple) {
+  return (value + multiple - 1) / multiple * multiple;
+}
+
+/// How far a walk from left to right through a row must have come for each four outputs, and what it has to
+/// remember.
+class InputSchedule {
+ public:
+  explicit InputSchedule(const FilterTable& columns)
+      : ends_(static_cast<std::size_t>((columns.outputs() + 3) / 4)) {
+    std::vector<std::int32_t> firsts(ends_.size(), columns.inputs());
+    for (std::int32_t x = 0; x < columns.outputs(); ++x) {
+      const FilterTable::Run& run = columns.run(x);
+      const auto four = static_cast<std::size_t>(x / 4);
+      firsts[four] = std::min(firsts[four], run.first);
+      ends_[four] = std::max(ends_[four], run.first + run.count);
+    }
+    for (std::size_t i = 1; i < ends_.size(); ++i) ends_[i] = std::max(ends_[i], ends_[i - 1]);
+    for (std::size_t i = ends_.size(); i-- > 0;) {
+      if (i + 1 < ends_.size()) firsts[i] = std::min(firsts[i], firsts[i + 1]);
+      reach_ = std::max(reach_, ends_[i] - firsts[i]);
+    }
+  }
+
+  /// How many inputs before the one it stands at a walk may still need.
+  std::int32_t reach() const { return reach_; }
+
+  /// The first output, counted in fours, from `four` on that needs inputs beyond `end`.
+  std::size_t after(std::size_t four, std::int32_t end) const {
+    while (four < ends_.size() && ends_[four] <= end) ++four;
+    return four;
+  }
+
+ private:
+  std::vector<std::int32_t> ends_;
+  std::int32_t reach_ = 0;
+};
+
+/// Makes groups of rows, one after the other, in memory of its own.
+class GroupWorker {
+ public:
+  GroupWorker(const ConstPixels& picture, const FilterTable& columns, const FixedPointTable& rows,
+              const InputSchedule& schedule, const Pixels& result)
+      : picture_(picture),
+        columns_(columns),
+        rows_(rows),
+        schedule_(schedule),
+        result_(result),
+        sumsMemory_(static_cast<std::size_t>(schedule.reach() + kWidestStrip + 2) * kFloatsPerColumn *
+                    sizeof(float)),
+        sums_(reinterpret_cast<float*>(sumsMemory_.data())) {
+    std::memset(sumsMemory_.data(), 0, sumsMemory_.size());
+  }
+
+  void make(std::int32_t y) {
+    std::array<std::uint8_t*, kGroupRows> out;
+    for (std::int32_t i = 0; i < kGroupRows; ++i) {
+      out[static_cast<std::size_t>(i)] = result_.row(std::min(y + i, result_.height - 1));
+    }
+    RowPairs pairs = pairsFor(y);
+    const std::int32_t strip = pairs.pixels;
+    std::int32_t origin = 0;  // the column at the head of the sums
+    std::size_t next = 0;     // the next four outputs
+    for (std::int32_t x = 0; x < picture_.width; x += strip) {
+      const std::int32_t width = std::min(strip, picture_.width - x);
+      pairs.pixels = roundedUp(width, kGroupBlock);
+      premultiplyPairs(picture_, x, rows_.lead(), pairs);
+      origin = forget(origin, x);
+      verticalPass(pairs, rows_, y, sums_ + static_cast<std::size_t>(x - origin) * kFloatsPerColumn);
+      const std::size_t end = schedule_.after(next, x + width);
+      horizontalPass(sums_, origin, columns_, static_cast<std::int32_t>(4 * next),
+                     std::min(static_cast<std::int32_t>(4 * end), columns_.outputs()), out.data());
+      next = end;
+    }
+  }
+
+ private:
+  /// Room for a strip of the pairs of rows that the eight outputs from `y` on use.
+  RowPairs pairsFor(std::int32_t y) {
+    std::int32_t first = INT32_MAX, last = 0;
+    for (std::int32_t i = y; i < std::min(y + kGroupRows, rows_.outputs()); ++i) {
+      const FixedPointTable::Run& run = rows_.run(i);
+      first = std::min(first, run.first);
+      last = std::max(last, run.first + run.count);
+    }
+    const std::int32_t count = last - first;
+    const std::int32_t width = stripWidth(count);
+    const std::size_t stride = std::size_t{8} * static_cast<std::size_t>(width);
+    const std::size_t bytes = static_cast<std::size_t>(count + 1) * stride * sizeof(std::int16_t);
+    if (pairsMemory_.size() < bytes) pairsMemory_ = Memory(bytes);
+    return {reinterpret_cast<std::int16_t*>(pairsMemory_.data()), stride, first, count, width};
+  }
+
+  /// Moves what is still needed before column `x` to the head of the sums. Returns the column it begins with.
+  std::int32_t forget(std::int32_t origin, std::int32_t x) {
+    const std::int32_t kept = std::max(origin, x - schedule_.reach());
+    std::memmove(sums_, sums_ + static_cast<std::size_t>(kept - origin) * kFloatsPerColumn,
+                 static_cast<std::size_t>(x - kept) * kFloatsPerColumn * sizeof(float));
+    return kept;
+  }
+
+  const ConstPixels picture_;
+  const FilterTable& columns_;
+  const FixedPointTable& rows_;
+  const InputSchedule& schedule_;
+  const Pixels result_;
+  Memory sumsMemory_, pairsMemory_;
+  float* const sums_;
+};
+
+}  // namespace
+
+bool suitsFixedPointResample(const FilterTable& columns, const FilterTable& rows) {
+  // Rows are summed over the picture's whole width; where that is much wider than the result, and the result
+  // much higher than the picture, it were better done last.
+  const double sums = static_cast<double>(columns.inputs()) * rows.outputs();
+  const double pixels = static_cast<double>(columns.inputs()) * rows.inputs() +
+                        static_cast<double>(columns.outputs()) * rows.outputs();
+  // What is remembered while walking along a row must stay small.
+  constexpr std::int32_t kLongestRun = 256;
+  return sums <= 4 * pixels && columns.longestRun() <= kLongestRun && FixedPointTable::suits(rows);
+}
+
+void fixedPointResample(const ConstPixels& picture, const FilterTable& columns, const FilterTable& rows,
+                        const Pixels& result) {
+  const FixedPointTable pairs(rows);
+  const InputSchedule schedule(columns);
+  const std::int32_t groups = (rows.outputs() + kGroupRows - 1) / kGroupRows;
+  const std::int32_t cost = rows.longestRun() + columns.longestRun();
+  const std::int32_t perTask = rowsPerTask(std::max(columns.inputs(), columns.outputs()), cost);
+  forRows(groups, (perTask + kGroupRows - 1) / kGroupRows, [&](std::int32_t first, std::int32_t last) {
+    GroupWorker worker(picture, columns, pairs, schedule, result);
+    for (std::int32_t group = first; group < last; ++group) worker.make(group * kGroupRows);
+  });
+}
+
+}  // namespace kestrel::engine
