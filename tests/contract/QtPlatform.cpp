@@ -1,4 +1,4 @@
-#include "platform/qt/QtPlatform.h"
+#include "platform/qt/app/QtPlatform.h"
 
 #include <gtest/gtest.h>
 
@@ -26,10 +26,10 @@
 #include "platform/docking/MoorageModel.h"
 #include "platform/posix/LineTable.h"
 #include "platform/posix/SharedLibraryFactory.h"
-#include "platform/qt/Pictures.h"
+#include "platform/qt/core/Pictures.h"
 #include "platform/qt/dialogs/FileDialogWindow.h"
+#include "platform/qt/forms/EditorWidget.h"
 #include "platform/qt/forms/QtForm.h"
-#include "platform/qt/site/EditorWidget.h"
 #include "platform/qt/view/QtImageView.h"
 #include "platform/store/MemoryStore.h"
 #include "ui_frmControls.h"

@@ -8,7 +8,7 @@
 
 #include "base/RuntimeError.h"
 #include "platform/posix/LineTable.h"
-#include "platform/qt/Pictures.h"
+#include "platform/qt/core/Pictures.h"
 #include "platform/store/MemoryStore.h"
 #include "settings/modProcessing.h"
 

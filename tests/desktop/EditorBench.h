@@ -7,10 +7,10 @@
 #include <string>
 
 #include "editor/ImageProcessingCtl.h"
-#include "platform/qt/QtPlatform.h"
+#include "platform/qt/app/QtPlatform.h"
 #include "platform/qt/docking/QtMoorage.h"
+#include "platform/qt/forms/EditorWidget.h"
 #include "platform/qt/forms/QtForm.h"
-#include "platform/qt/site/EditorWidget.h"
 #include "platform/qt/view/QtImageView.h"
 
 namespace kestrel::desktop {

@@ -3,7 +3,7 @@
 #include <QApplication>
 #include <QHBoxLayout>
 
-#include "platform/qt/Pictures.h"
+#include "platform/qt/core/Pictures.h"
 #include "settings/modProcessing.h"
 
 namespace kestrel::desktop {

@@ -8,7 +8,7 @@
 
 #include "EditorBench.h"
 #include "Themes.h"
-#include "platform/qt/docking/SvgIcon.h"
+#include "platform/qt/core/SvgIcon.h"
 
 namespace kestrel::desktop {
 namespace {

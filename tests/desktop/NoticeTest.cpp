@@ -19,7 +19,7 @@
 #include "../contract/TiffBytes.h"
 #include "EditorBench.h"
 #include "Themes.h"
-#include "platform/qt/Pictures.h"
+#include "platform/qt/core/Pictures.h"
 
 namespace kestrel::desktop {
 namespace {

@@ -11,7 +11,7 @@
 #include "EditorBench.h"
 #include "imaging/contract/FormUtility.h"
 #include "imaging/contract/WindowFunctions.h"
-#include "platform/qt/Handles.h"
+#include "platform/qt/core/Handles.h"
 #include "platform/qt/docking/StatusPanels.h"
 
 namespace kestrel::desktop {

@@ -20,7 +20,7 @@
 #include "engine/draw/Stroke.h"
 #include "engine/imgx/PictureObject.h"
 #include "imaging/modImgX.h"
-#include "platform/qt/Pictures.h"
+#include "platform/qt/core/Pictures.h"
 
 namespace kestrel::desktop {
 namespace {

@@ -10,7 +10,7 @@
 #include "EditorBench.h"
 #include "base/DescribedError.h"
 #include "base/RuntimeError.h"
-#include "platform/qt/Guard.h"
+#include "platform/qt/core/Guard.h"
 
 namespace kestrel::desktop {
 namespace {

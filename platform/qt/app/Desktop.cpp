@@ -13,12 +13,12 @@
 #include <cstdio>
 #include <utility>
 
-#include "../Guard.h"
-#include "../Handles.h"
-#include "../QtPlatform.h"
-#include "../Text.h"
 #include "ApplicationIcon.h"
+#include "QtPlatform.h"
 #include "base/RuntimeError.h"
+#include "platform/qt/core/Guard.h"
+#include "platform/qt/core/Handles.h"
+#include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
 namespace {

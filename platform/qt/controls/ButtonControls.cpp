@@ -3,9 +3,9 @@
 #include <QSignalBlocker>
 #include <QVariant>
 
-#include "../Guard.h"
-#include "../Pictures.h"
-#include "../Text.h"
+#include "platform/qt/core/Guard.h"
+#include "platform/qt/core/Pictures.h"
+#include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
 

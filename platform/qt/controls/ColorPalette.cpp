@@ -6,7 +6,7 @@
 #include <QWidgetAction>
 #include <array>
 
-#include "../Text.h"
+#include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
 namespace {

@@ -5,8 +5,8 @@
 #include <QStyleOptionToolButton>
 #include <QStylePainter>
 
-#include "../Text.h"
 #include "ColorPalette.h"
+#include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
 namespace {

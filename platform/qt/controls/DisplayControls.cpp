@@ -1,6 +1,6 @@
 #include "DisplayControls.h"
 
-#include "../Text.h"
+#include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
 

@@ -3,7 +3,7 @@
 #include <QBrush>
 #include <QPainter>
 
-#include "../Pictures.h"
+#include "platform/qt/core/Pictures.h"
 
 namespace kestrel::qt {
 

@@ -3,9 +3,9 @@
 #include <QStringList>
 #include <QVariant>
 
-#include "../Guard.h"
-#include "../Text.h"
 #include "base/RuntimeError.h"
+#include "platform/qt/core/Guard.h"
+#include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
 namespace {

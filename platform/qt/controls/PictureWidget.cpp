@@ -2,7 +2,7 @@
 
 #include <QPainter>
 
-#include "../Pictures.h"
+#include "platform/qt/core/Pictures.h"
 
 namespace kestrel::qt {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "../Handles.h"
+#include "platform/qt/core/Handles.h"
 
 namespace kestrel::qt {
 

@@ -6,9 +6,9 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
-#include "../Caption.h"
-#include "../Pictures.h"
-#include "../Text.h"
+#include "platform/qt/core/Caption.h"
+#include "platform/qt/core/Pictures.h"
+#include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
 namespace {

@@ -10,7 +10,7 @@
 #include <QResizeEvent>
 #include <algorithm>
 
-#include "../Text.h"
+#include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
 namespace {

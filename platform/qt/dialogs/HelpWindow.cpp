@@ -8,9 +8,9 @@
 #include <QToolBar>
 #include <QUrl>
 
-#include "../Caption.h"
-#include "../Text.h"
-#include "../docking/SvgIcon.h"
+#include "platform/qt/core/Caption.h"
+#include "platform/qt/core/SvgIcon.h"
+#include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
 namespace {

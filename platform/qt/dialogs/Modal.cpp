@@ -4,8 +4,8 @@
 #include <QWindow>
 #include <ranges>
 
-#include "../Handles.h"
-#include "../site/SiteWidget.h"
+#include "platform/qt/core/Handles.h"
+#include "platform/qt/site/SiteWidget.h"
 
 namespace kestrel::qt {
 namespace {

@@ -3,8 +3,8 @@
 #include <QDir>
 #include <QFileInfo>
 
-#include "../Text.h"
 #include "base/RuntimeError.h"
+#include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
 

@@ -6,12 +6,12 @@
 #include <QStringList>
 #include <utility>
 
-#include "../Handles.h"
-#include "../Text.h"
-#include "../services/BusyPointer.h"
 #include "FileDialogWindow.h"
 #include "Modal.h"
 #include "base/RuntimeError.h"
+#include "platform/qt/core/Handles.h"
+#include "platform/qt/core/Text.h"
+#include "platform/qt/services/BusyPointer.h"
 
 namespace kestrel::qt {
 namespace {

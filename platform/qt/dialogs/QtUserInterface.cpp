@@ -4,11 +4,11 @@
 #include <QInputDialog>
 #include <QMessageBox>
 
-#include "../Caption.h"
-#include "../Text.h"
-#include "../services/BusyPointer.h"
 #include "AboutDialog.h"
 #include "Modal.h"
+#include "platform/qt/core/Caption.h"
+#include "platform/qt/core/Text.h"
+#include "platform/qt/services/BusyPointer.h"
 
 namespace kestrel::qt {
 namespace {

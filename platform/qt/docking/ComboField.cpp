@@ -8,9 +8,9 @@
 #include <QStyleOptionComboBox>
 #include <algorithm>
 
-#include "../Guard.h"
-#include "../Text.h"
-#include "../site/SiteWidget.h"
+#include "platform/qt/core/Guard.h"
+#include "platform/qt/core/Text.h"
+#include "platform/qt/site/SiteWidget.h"
 
 namespace kestrel::qt {
 

@@ -3,10 +3,11 @@
 #include <QFocusEvent>
 #include <algorithm>
 
-#include "../Guard.h"
-#include "../Keys.h"
-#include "../Text.h"
-#include "SvgIcon.h"
+#include "StoredIcon.h"
+#include "platform/qt/core/Guard.h"
+#include "platform/qt/core/Keys.h"
+#include "platform/qt/core/SvgIcon.h"
+#include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
 namespace {

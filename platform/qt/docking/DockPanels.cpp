@@ -3,11 +3,10 @@
 #include <QCloseEvent>
 #include <QKeyEvent>
 
-#include "../Caption.h"
-#include "../Guard.h"
-#include "../Text.h"
-#include "../forms/QtForm.h"
-#include "../site/SiteWidget.h"
+#include "platform/qt/core/Caption.h"
+#include "platform/qt/core/Guard.h"
+#include "platform/qt/core/Text.h"
+#include "platform/qt/site/SiteWidget.h"
 
 namespace kestrel::qt {
 namespace {
@@ -65,7 +64,7 @@ DockPanels::DockPanels(docking::MoorageModel& suite, QMainWindow& window) : wind
   }
 }
 
-void DockPanels::attach(docking::DockWindowModel& window, QtForm& form) {
+void DockPanels::attach(docking::DockWindowModel& window, DockableForm& form) {
   QDockWidget& panel = find(window);
   auto* const host = new QWidget;
   form.embedIn(*host);
@@ -87,8 +86,8 @@ void DockPanels::shareRoom(docking::Edge edge) {
     const int length = upright ? wanted.height() : wanted.width();
     panels += panel;
     across += model->size() > 0 ? model->size() : (upright ? wanted.width() : wanted.height());
-    // What has no layout is painted, at any size.
-    const auto* const form = panel->widget()->findChild<FormWindow*>();
+    // A form without a layout is painted, at any size.
+    const auto* const form = panel->widget()->findChild<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
     along += form && form->layout() ? length : kAnyLength;
   }
   window_.resizeDocks(panels, across, upright ? Qt::Horizontal : Qt::Vertical);

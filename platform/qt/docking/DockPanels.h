@@ -4,11 +4,10 @@
 #include <QMainWindow>
 #include <map>
 
+#include "DockableForm.h"
 #include "platform/docking/MoorageModel.h"
 
 namespace kestrel::qt {
-
-class QtForm;
 
 /// The dock windows of a suite. One with nothing attached to it stays hidden.
 class DockPanels final : public QObject {
@@ -18,7 +17,7 @@ class DockPanels final : public QObject {
   DockPanels(docking::MoorageModel& suite, QMainWindow& window);
 
   QDockWidget& find(docking::DockWindowModel& window) const { return *panels_.at(&window); }
-  void attach(docking::DockWindowModel& window, QtForm& form);
+  void attach(docking::DockWindowModel& window, DockableForm& form);
   void refresh(docking::DockWindowModel& window);
 
  private:

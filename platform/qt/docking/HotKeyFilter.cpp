@@ -10,8 +10,8 @@
 #include <algorithm>
 #include <array>
 
-#include "../Guard.h"
-#include "../Keys.h"
+#include "platform/qt/core/Guard.h"
+#include "platform/qt/core/Keys.h"
 
 namespace kestrel::qt {
 namespace {

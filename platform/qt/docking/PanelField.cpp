@@ -5,7 +5,7 @@
 #include <QStyle>
 #include <algorithm>
 
-#include "../Text.h"
+#include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
 namespace {

@@ -5,10 +5,9 @@
 #include <QMenuBar>
 #include <array>
 
-#include "../Guard.h"
-#include "../Text.h"
-#include "../forms/QtForm.h"
 #include "base/RuntimeError.h"
+#include "platform/qt/core/Guard.h"
+#include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
 
@@ -56,7 +55,7 @@ Rectangle QtMoorage::ClientArea() const {
 void QtMoorage::openPopup(docking::CommandModel& menu) { actions_.menuOf(menu).exec(QCursor::pos()); }
 
 void QtMoorage::attachForm(docking::DockWindowModel& window, Form& form) {
-  auto* const ours = dynamic_cast<QtForm*>(&form);
+  auto* const ours = dynamic_cast<DockableForm*>(&form);
   if (!ours) throw RuntimeError(err::kInvalidCall, "The window to attach does not belong to this desktop.");
   dockPanels_.attach(window, *ours);
 }

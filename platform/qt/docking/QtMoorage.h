@@ -3,7 +3,6 @@
 #include <memory>
 #include <vector>
 
-#include "../controls/WidgetControl.h"
 #include "CommandActions.h"
 #include "DockPanels.h"
 #include "HotKeyFilter.h"
@@ -11,6 +10,7 @@
 #include "StatusPanels.h"
 #include "ToolBars.h"
 #include "platform/docking/MoorageModel.h"
+#include "platform/qt/controls/WidgetControl.h"
 
 namespace kestrel::qt {
 

@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <vector>
 
-#include "../Text.h"
 #include "ComboField.h"
+#include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
 namespace {

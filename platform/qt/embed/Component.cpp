@@ -2,10 +2,10 @@
 
 #include <QCoreApplication>
 
-#include "../QtPlatform.h"
 #include "RetiredEditors.h"
 #include "platform/posix/LineTable.h"
 #include "platform/posix/SharedLibraryFactory.h"
+#include "platform/qt/app/QtPlatform.h"
 #include "platform/sqlite/SqliteStore.h"
 #include "platform/sqlite/StorePath.h"
 #include "settings/modProcessing.h"

@@ -2,12 +2,12 @@
 
 #include <QVBoxLayout>
 
-#include "../Text.h"
-#include "../dialogs/Modal.h"
-#include "../docking/QtMoorage.h"
-#include "../site/EditorWidget.h"
-#include "../site/QtSite.h"
 #include "RetiredEditors.h"
+#include "platform/qt/core/Text.h"
+#include "platform/qt/dialogs/Modal.h"
+#include "platform/qt/docking/QtMoorage.h"
+#include "platform/qt/forms/EditorWidget.h"
+#include "platform/qt/site/QtSite.h"
 
 namespace kestrel::qt {
 

@@ -4,8 +4,8 @@
 #include <QRegion>
 #include <algorithm>
 
-#include "../Pictures.h"
 #include "base/RuntimeError.h"
+#include "platform/qt/core/Pictures.h"
 
 namespace kestrel::qt {
 namespace {

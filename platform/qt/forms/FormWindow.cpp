@@ -4,7 +4,7 @@
 #include <QPainter>
 #include <QPointer>
 
-#include "../Keys.h"
+#include "platform/qt/core/Keys.h"
 
 namespace kestrel::qt {
 

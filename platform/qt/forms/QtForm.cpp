@@ -3,11 +3,11 @@
 #include <QIcon>
 #include <QVBoxLayout>
 
-#include "../Caption.h"
-#include "../Guard.h"
-#include "../Pictures.h"
-#include "../Text.h"
-#include "../dialogs/Modal.h"
+#include "platform/qt/core/Caption.h"
+#include "platform/qt/core/Guard.h"
+#include "platform/qt/core/Pictures.h"
+#include "platform/qt/core/Text.h"
+#include "platform/qt/dialogs/Modal.h"
 
 namespace kestrel::qt {
 

@@ -4,22 +4,19 @@
 #include <memory>
 #include <string>
 
-#include "../controls/ControlTable.h"
-#include "../controls/WidgetControl.h"
 #include "FaceGraphics.h"
+#include "FormControls.h"
 #include "FormWindow.h"
 #include "WindowPlacement.h"
 #include "base/OpenCalls.h"
 #include "imaging/contract/Form.h"
-
-namespace kestrel::engine {
-class ClipboardPort;
-}
+#include "platform/qt/controls/WidgetControl.h"
+#include "platform/qt/docking/DockableForm.h"
 
 namespace kestrel::qt {
 
 /// A form over its window.
-class QtForm final : public WidgetControl<Form> {
+class QtForm final : public WidgetControl<Form>, public DockableForm {
  public:
   /// The clipboard, of the image views on the form, and the calls must outlive it.
   QtForm(std::unique_ptr<FormWindow> window, const std::string& name, engine::ClipboardPort& clipboard,
@@ -54,8 +51,7 @@ class QtForm final : public WidgetControl<Form> {
   void Unload() override { unload(1); }
   kestrel::Graphics& Graphics() override { return graphics_; }
 
-  /// Puts the form's window into another widget, which shows it from now on. The window stays the form's.
-  void embedIn(QWidget& host);
+  void embedIn(QWidget& host) override;
   FormWindow& window() { return *window_; }
 
  private:
@@ -64,7 +60,7 @@ class QtForm final : public WidgetControl<Form> {
 
   // A host that shows the window takes it along when it dies.
   QPointer<FormWindow> window_;
-  ControlTable controls_;
+  FormControls controls_;
   FaceGraphics graphics_;
   OpenCalls& calls_;
   WindowPlacement placement_;

@@ -4,8 +4,8 @@
 #include <QTimer>
 #include <utility>
 
-#include "../Handles.h"
-#include "../services/QtWindowFunctions.h"
+#include "platform/qt/core/Handles.h"
+#include "platform/qt/services/QtWindowFunctions.h"
 #include "platform/store/StoredPositions.h"
 
 namespace kestrel::qt {

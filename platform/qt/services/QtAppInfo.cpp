@@ -2,7 +2,7 @@
 
 #include <QCoreApplication>
 
-#include "../Text.h"
+#include "platform/qt/core/Text.h"
 #include "platform/store/CommandLine.h"
 
 namespace kestrel::qt {

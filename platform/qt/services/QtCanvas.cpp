@@ -2,8 +2,8 @@
 
 #include <QPainter>
 
-#include "../Pictures.h"
 #include "base/RuntimeError.h"
+#include "platform/qt/core/Pictures.h"
 
 namespace kestrel::qt {
 

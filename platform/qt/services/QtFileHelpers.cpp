@@ -4,7 +4,7 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include "../Text.h"
+#include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
 namespace {

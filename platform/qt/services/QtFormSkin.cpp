@@ -2,8 +2,8 @@
 
 #include <QPalette>
 
-#include "../Handles.h"
-#include "../Pictures.h"
+#include "platform/qt/core/Handles.h"
+#include "platform/qt/core/Pictures.h"
 
 namespace kestrel::qt {
 

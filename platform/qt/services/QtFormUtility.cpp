@@ -4,9 +4,9 @@
 #include <QGuiApplication>
 #include <QLineEdit>
 
-#include "../Handles.h"
-#include "../Text.h"
 #include "BusyPointer.h"
+#include "platform/qt/core/Handles.h"
+#include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
 

@@ -5,8 +5,8 @@
 #include <QStyle>
 #include <utility>
 
-#include "../Guard.h"
-#include "../Handles.h"
+#include "platform/qt/core/Guard.h"
+#include "platform/qt/core/Handles.h"
 
 namespace kestrel::qt {
 

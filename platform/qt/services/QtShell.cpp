@@ -8,11 +8,11 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "../Handles.h"
-#include "../Pictures.h"
-#include "../Text.h"
-#include "../controls/PictureWidget.h"
 #include "base/RuntimeError.h"
+#include "platform/qt/controls/PictureWidget.h"
+#include "platform/qt/core/Handles.h"
+#include "platform/qt/core/Pictures.h"
+#include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
 namespace {

@@ -5,9 +5,9 @@
 #include <QKeyEvent>
 #include <QScreen>
 
-#include "../Handles.h"
-#include "../view/ViewCanvas.h"
 #include "base/RuntimeError.h"
+#include "platform/qt/core/Handles.h"
+#include "platform/qt/view/ViewCanvas.h"
 
 namespace kestrel::qt {
 namespace {

@@ -1,7 +1,7 @@
 #include "QtSite.h"
 
-#include "../Guard.h"
 #include "StoredProperties.h"
+#include "platform/qt/core/Guard.h"
 
 namespace kestrel::qt {
 

@@ -4,10 +4,10 @@
 #include <memory>
 #include <string>
 
-#include "../controls/ControlTable.h"
-#include "../controls/WidgetControl.h"
 #include "SiteWidget.h"
 #include "imaging/contract/Site.h"
+#include "platform/qt/controls/ControlTable.h"
+#include "platform/qt/controls/WidgetControl.h"
 
 namespace kestrel::qt {
 

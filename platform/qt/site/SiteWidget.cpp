@@ -6,7 +6,7 @@
 #include <QResizeEvent>
 #include <QShowEvent>
 
-#include "../Keys.h"
+#include "platform/qt/core/Keys.h"
 
 namespace kestrel::qt {
 

@@ -2,7 +2,7 @@
 
 #include <QVariant>
 
-#include "../Text.h"
+#include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
 namespace {

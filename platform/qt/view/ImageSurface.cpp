@@ -3,8 +3,8 @@
 #include <QApplication>
 #include <QSignalBlocker>
 
-#include "../Guard.h"
-#include "../Text.h"
+#include "platform/qt/core/Guard.h"
+#include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
 namespace {

@@ -7,9 +7,9 @@
 #include <QToolButton>
 #include <algorithm>
 
-#include "../Text.h"
-#include "../docking/SvgIcon.h"
-#include "../site/SiteWidget.h"
+#include "platform/qt/core/SvgIcon.h"
+#include "platform/qt/core/Text.h"
+#include "platform/qt/site/SiteWidget.h"
 
 namespace kestrel::qt {
 namespace {

@@ -2,11 +2,11 @@
 
 #include <QImage>
 
-#include "../Pictures.h"
-#include "../controls/DisplayControls.h"
-#include "../site/QtSite.h"
 #include "QtImageView.h"
 #include "Resources/StockPicture.h"
+#include "platform/qt/controls/DisplayControls.h"
+#include "platform/qt/core/Pictures.h"
+#include "platform/qt/site/QtSite.h"
 
 namespace kestrel::qt {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "../site/SiteWidget.h"
 #include "imaging/contract/Site.h"
+#include "platform/qt/site/SiteWidget.h"
 
 namespace kestrel::qt {
 

@@ -1,8 +1,8 @@
 #include "QtImageView.h"
 
-#include "../Guard.h"
-#include "../Text.h"
 #include "Cursors.h"
+#include "platform/qt/core/Guard.h"
+#include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
 namespace {

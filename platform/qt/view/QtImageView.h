@@ -2,9 +2,9 @@
 
 #include <QTimer>
 
-#include "../controls/WidgetControl.h"
 #include "ImageSurface.h"
 #include "engine/view/View.h"
+#include "platform/qt/controls/WidgetControl.h"
 
 namespace kestrel::qt {
 

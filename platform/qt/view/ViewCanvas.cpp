@@ -7,11 +7,11 @@
 #include <optional>
 #include <utility>
 
-#include "../Guard.h"
-#include "../Keys.h"
-#include "../Text.h"
-#include "../site/SiteWidget.h"
 #include "engine/view/View.h"
+#include "platform/qt/core/Guard.h"
+#include "platform/qt/core/Keys.h"
+#include "platform/qt/core/Text.h"
+#include "platform/qt/site/SiteWidget.h"
 
 namespace kestrel::qt {
 namespace {

@@ -2,19 +2,19 @@
 
 #include <chrono>
 
-#include "Text.h"
 #include "base/RuntimeError.h"
-#include "dialogs/QtHelpViewer.h"
-#include "dialogs/QtImgXDialog.h"
-#include "dialogs/QtUserInterface.h"
 #include "engine/imgx/ColorsObject.h"
 #include "engine/imgx/ImgXObject.h"
 #include "engine/pixels/Memory.h"
-#include "forms/FormFactory.h"
-#include "forms/QtForm.h"
-#include "services/QtCanvas.h"
-#include "services/QtMouseTracker.h"
-#include "services/WeakSinkHolder.h"
+#include "platform/qt/core/Text.h"
+#include "platform/qt/dialogs/QtHelpViewer.h"
+#include "platform/qt/dialogs/QtImgXDialog.h"
+#include "platform/qt/dialogs/QtUserInterface.h"
+#include "platform/qt/forms/FormFactory.h"
+#include "platform/qt/forms/QtForm.h"
+#include "platform/qt/services/QtCanvas.h"
+#include "platform/qt/services/QtMouseTracker.h"
+#include "platform/qt/services/WeakSinkHolder.h"
 
 namespace kestrel::qt {
 

@@ -1,9 +1,9 @@
 #include "EditorWidget.h"
 
-#include "../docking/QtMoorage.h"
-#include "../view/QtImageView.h"
 #include "Resources/Layouts.h"
 #include "platform/docking/LayoutReader.h"
+#include "platform/qt/docking/QtMoorage.h"
+#include "platform/qt/view/QtImageView.h"
 
 namespace kestrel::qt {
 

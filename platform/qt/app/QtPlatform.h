@@ -3,18 +3,18 @@
 #include <QTimer>
 #include <memory>
 
-#include "app/Desktop.h"
+#include "DesktopParts.h"
 #include "imaging/contract/Platform.h"
+#include "platform/qt/services/QtAppInfo.h"
+#include "platform/qt/services/QtClipboard.h"
+#include "platform/qt/services/QtClipboardPort.h"
+#include "platform/qt/services/QtFileHelpers.h"
+#include "platform/qt/services/QtFormSkin.h"
+#include "platform/qt/services/QtFormUtility.h"
+#include "platform/qt/services/QtScreen.h"
+#include "platform/qt/services/QtShell.h"
+#include "platform/qt/services/QtWindowFunctions.h"
 #include "platform/store/StoredPositions.h"
-#include "services/QtAppInfo.h"
-#include "services/QtClipboard.h"
-#include "services/QtClipboardPort.h"
-#include "services/QtFileHelpers.h"
-#include "services/QtFormSkin.h"
-#include "services/QtFormUtility.h"
-#include "services/QtScreen.h"
-#include "services/QtShell.h"
-#include "services/QtWindowFunctions.h"
 
 namespace kestrel::qt {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "QtSite.h"
-#include "SiteWidget.h"
+#include "platform/qt/site/QtSite.h"
+#include "platform/qt/site/SiteWidget.h"
 
 namespace kestrel::qt {
 

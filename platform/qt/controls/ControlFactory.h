@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QWidget>
+#include <memory>
+
+#include "imaging/contract/Control.h"
+
+namespace kestrel::qt {
+
+/// The control over a widget, by the widget's class; null for a class that is none of the controls'. The
+/// widget's object name is the control's name. An element of a control array has the dynamic property
+/// `index`, and its object name ends in "_" and that number, since object names are unique on a form.
+std::unique_ptr<Control> controlOf(QWidget& widget);
+
+}  // namespace kestrel::qt

@@ -1,0 +1,35 @@
+#include "FormControls.h"
+
+#include "imaging/contract/controls/Frame.h"
+#include "platform/qt/controls/ControlFactory.h"
+#include "platform/qt/core/Text.h"
+#include "platform/qt/site/QtSite.h"
+
+namespace kestrel::qt {
+namespace {
+
+std::unique_ptr<Control> wrap(QWidget& widget, engine::ClipboardPort& clipboard) {
+  auto* const own = qobject_cast<SiteWidget*>(&widget);
+  if (!own) return controlOf(widget);
+  return std::make_unique<QtSite>(*own, fromQt(own->objectName()), true, clipboard);
+}
+
+}  // namespace
+
+void FormControls::addAll(QWidget& root, engine::ClipboardPort& clipboard) {
+  for (QWidget* child : root.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
+    std::unique_ptr<Control> control = child->objectName().isEmpty() ? nullptr : wrap(*child, clipboard);
+    // The parts of a composite widget are its own affair; only frames hold controls of the form.
+    const bool isContainer = !control || dynamic_cast<Frame*>(control.get()) != nullptr;
+    if (control) controls_.add(std::move(control));
+    if (isContainer) addAll(*child, clipboard);
+  }
+}
+
+void FormControls::initialiseSites() {
+  for (const auto& [id, control] : controls_.all()) {
+    if (auto* const site = dynamic_cast<QtSite*>(control.get())) site->initialise();
+  }
+}
+
+}  // namespace kestrel::qt

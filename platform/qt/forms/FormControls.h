@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QWidget>
+#include <cstdint>
+#include <string_view>
+
+#include "platform/qt/controls/ControlTable.h"
+
+namespace kestrel::engine {
+class ClipboardPort;
+}
+
+namespace kestrel::qt {
+
+/// The controls of a form, made over its widgets: those of the toolkit and those of our own, which have
+/// sites.
+class FormControls {
+ public:
+  /// Adds a control for each widget below `root` whose class is one of the controls'. A widget without an
+  /// object name gets none.
+  void addAll(QWidget& root, engine::ClipboardPort& clipboard);
+  void clear() { controls_.clear(); }
+
+  /// Starts the sites of our own controls on the form; see `QtSite::initialise`.
+  void initialiseSites();
+
+  /// Null if there is none.
+  Control* find(std::string_view name, std::int32_t index) const { return controls_.find(name, index); }
+  /// The highest index of the control array, -1 if there is none.
+  std::int32_t upperBound(std::string_view name) const { return controls_.upperBound(name); }
+
+ private:
+  ControlTable controls_;
+};
+
+}  // namespace kestrel::qt
