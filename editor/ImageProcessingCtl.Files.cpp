@@ -3,40 +3,11 @@
 #include "base/Numbers.h"
 #include "base/Required.h"
 #include "diagnostics/Trailer.h"
+#include "imaging/contract/Formats.h"
 #include "imaging/modImgX.h"
 
 namespace kestrel {
 namespace {
-
-constexpr char kOpenFilter[] =
-    "All Supported Picture (*.bmp;*.jpg;*.png;*.tif;*.pcx;*.psd;*.tga;*.wbp;*.wmf;*.emf;*.tla)|"
-    "*.jpg;*.bmp;*.png;*.gif;*.psd;*.tif;*.pcx;*.tga;*.wbmp;*.wmf;*.emf;*.tla|"
-    "Windows Bitmap (*.bmp)|*.bmp;*.dib;*.rle|"
-    "Joint Photographic Experts Group (*.jpg)|*.jpg;*.jpeg|"
-    "Portable Network Graphics (*.png)|*.png|"
-    "Graphics Interchange Format (*.gif)|*.gif|"
-    "Kodak Photo CD (*.pcd)|*.pcd|"
-    "Photoshop (*.psd)|*.psd|"
-    "Tagged Image File (*.tif)|*.tif|"
-    "ZSoft PaintBrush (*.pcx)|*.pcx|"
-    "Truevision Targa (*.tga)|*.tga|"
-    "Wireless Bitmap (*.wbmp)|*.wbmp|"
-    "Windows Meta File (*.wmf)|*.wmf|"
-    "Windows Enhanced Meta File (*.emf)|*.emf|"
-    "All Files (*.*)|*.*";
-
-constexpr char kSaveFilter[] =
-    "All Supported Pictures (*.bmp;*.jpg;*.png;*.tif;*.psd;*.pcx;*.tga)|"
-    "*.bmp;*.jpg;*.png;*.jpeg;*.tif;*.tiff;*.dib;*.rle;*.psd;*.pcx;*.tga|"
-    "Windows Bitmap (*.bmp)|*.bmp;*.dib;*.rle|"
-    "Joint Photographic Experts Group (*.jpg)|*.jpg;*.jpeg|"
-    "Portable Network Graphics (*.png)|*.png|"
-    "Graphics Interchange Format (*.gif)|*.gif|"
-    "Tagged Image File (*.tif)|*.tif|"
-    "Photoshop (*.psd)|*.psd|"
-    "ZSoft PaintBrush (*.pcx)|*.pcx|"
-    "Truevision Targa (*.tga)|*.tga|"
-    "All Files (*.*)|*.*";
 
 constexpr std::int32_t kOpenFlags = kDialogPathMustExist | kDialogFileMustExist | kDialogHideReadOnly;
 constexpr std::int32_t kSaveFlags = kDialogOverwritePrompt | kDialogHideReadOnly | kDialogPathMustExist;
@@ -125,7 +96,7 @@ void ImageProcessingCtl::zPictureSet() {
 bool ImageProcessingCtl::SaveImage() {
   bool Result = false;
   try {
-    Result = zSaveImage(pFilename, modImgX::kFormatNone, true);
+    Result = zSaveImage(pFilename, format::kNone, true);
   } catch (...) {
     QDK_TRAILER(SaveImage, QDK_PARAMETERS(), QDK_LOCALS(Result));
   }
@@ -135,7 +106,7 @@ bool ImageProcessingCtl::SaveImage() {
 bool ImageProcessingCtl::SaveImageAs(const std::string& Filename) {
   bool Result = false;
   try {
-    Result = zSaveImage(Filename, modImgX::kFormatNone, true);
+    Result = zSaveImage(Filename, format::kNone, true);
   } catch (...) {
     QDK_TRAILER(SaveImageAs, QDK_PARAMETERS(Filename), QDK_LOCALS(Result));
   }
@@ -170,9 +141,9 @@ bool ImageProcessingCtl::zSaveImage(std::string Filename, std::int32_t ForcedFor
 
     Status("Saving image...", true, false);
     FileHelpers& files = iPlatform.FileHelpers();
-    if (ForcedFormat != modImgX::kFormatNone) {
+    if (ForcedFormat != format::kNone) {
       Format = ForcedFormat;
-    } else if (Format == modImgX::kFormatNone) {
+    } else if (Format == format::kNone) {
       Format = modImgX::GetSaveFormatFromFilename(Filename, files);
     }
 

@@ -1,27 +1,16 @@
 #include "modImgX.h"
 
 #include <algorithm>
-#include <array>
-#include <string_view>
 #include <utility>
 
 #include "base/Arithmetic.h"
 #include "base/Numbers.h"
 #include "base/Required.h"
 #include "diagnostics/Trailer.h"
+#include "imaging/contract/Formats.h"
 
 namespace kestrel::modImgX {
 namespace {
-
-constexpr std::array<std::string_view, 14> kExtensions = {"",    "jpg", "png", "tif",  "pcx", "tga", "bmp",
-                                                          "wmf", "emf", "psd", "wbmp", "gif", "tla", "pcd"};
-
-constexpr std::pair<std::string_view, FormatCode> kSaveFormats[] = {
-    {"bmp", kFormatBmp},  {"emf", kFormatEmf}, {"gif", kFormatGif}, {"jpg", kFormatJpg},
-    {"jpeg", kFormatJpg}, {"pcx", kFormatPcx}, {"png", kFormatPng}, {"psd", kFormatPsd},
-    {"tga", kFormatTga},  {"tif", kFormatTif}, {"tla", kFormatTla}, {"wbmp", kFormatWbmp},
-    {"wmf", kFormatWmf},
-};
 
 bool Between(std::int64_t low, std::int64_t value, std::int64_t high) {
   return low <= value && value <= high;
@@ -39,22 +28,27 @@ std::int32_t SectionStart(std::int32_t position, std::int32_t size) {
 std::string GetImageExtension(std::int32_t Format) {
   std::string Result;
   try {
-    if (Format >= kFormatJpg && Format <= kFormatPcd) Result = kExtensions[static_cast<std::size_t>(Format)];
+    if (const FileFormat* const row = FormatOf(Format)) Result = row->Extensions[0];
   } catch (...) {
     QDK_TRAILER(GetImageExtension, QDK_PARAMETERS(Format), QDK_LOCALS(Result));
   }
   return Result;
 }
 
-bool IsValidSaveFormat(std::int32_t Format) { return Format >= kFormatJpg && Format <= kFormatTla; }
+bool IsValidSaveFormat(std::int32_t Format) {
+  const FileFormat* const row = FormatOf(Format);
+  return row != nullptr && row->Writable;
+}
 
 std::int32_t GetSaveFormatFromFilename(const std::string& Filename, FileHelpers& Files) {
-  std::int32_t Result = kFormatBmp;
+  std::int32_t Result = format::kBmp;
   std::string Extension;
   try {
     Extension = LowerCase(Files.GetExtension(Filename, 0));
-    for (const auto& [name, format] : kSaveFormats) {
-      if (name == Extension) Result = format;
+    for (const FileFormat& row : kFileFormats) {
+      const auto first = row.Extensions.begin();
+      const auto end = first + static_cast<std::ptrdiff_t>(row.SaveExtensions);
+      if (std::find(first, end, Extension) != end) Result = row.Code;
     }
   } catch (...) {
     QDK_TRAILER(GetSaveFormatFromFilename, QDK_PARAMETERS(Filename), QDK_LOCALS(Result, Extension));

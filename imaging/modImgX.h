@@ -11,24 +11,6 @@
 /// nothing themselves: its errors go straight to the caller.
 namespace kestrel::modImgX {
 
-/// The codes of the file formats. 0 is no format yet.
-enum FormatCode : std::int32_t {
-  kFormatNone = 0,
-  kFormatJpg = 1,
-  kFormatPng = 2,
-  kFormatTif = 3,
-  kFormatPcx = 4,
-  kFormatTga = 5,
-  kFormatBmp = 6,
-  kFormatWmf = 7,
-  kFormatEmf = 8,
-  kFormatPsd = 9,
-  kFormatWbmp = 10,
-  kFormatGif = 11,
-  kFormatTla = 12,
-  kFormatPcd = 13,
-};
-
 /// The extension of a format code, without a point; empty for a code that is none.
 std::string GetImageExtension(std::int32_t Format);
 

@@ -10,40 +10,41 @@
 #include "engine/codecs/tiff/Tiff.h"
 #include "engine/metafile/Emf.h"
 #include "engine/metafile/Wmf.h"
+#include "platform/os/Paths.h"
 
 namespace kestrel::engine {
 namespace {
 
-constexpr std::string_view kJpgNames[] = {"jpg", "jpeg", "jpe", "jfif"};
-constexpr std::string_view kPngNames[] = {"png"};
-constexpr std::string_view kTifNames[] = {"tif", "tiff"};
-constexpr std::string_view kBmpNames[] = {"bmp", "dib", "rle"};
-constexpr std::string_view kGifNames[] = {"gif"};
-constexpr std::string_view kPcxNames[] = {"pcx"};
-constexpr std::string_view kTgaNames[] = {"tga", "icb", "vda", "vst"};
-constexpr std::string_view kPsdNames[] = {"psd", "psb"};
-constexpr std::string_view kWbmpNames[] = {"wbmp", "wbp"};
-constexpr std::string_view kTlaNames[] = {"tla"};
-constexpr std::string_view kEmfNames[] = {"emf"};
-constexpr std::string_view kWmfNames[] = {"wmf"};
-constexpr std::string_view kPcdNames[] = {"pcd"};
+constexpr Codec codec(std::int32_t code, std::string_view mark, decltype(Codec::probe) probe,
+                      decltype(Codec::decode) decode, decltype(Codec::encode) encode,
+                      decltype(Codec::decodeReduced) decodeReduced = nullptr) {
+  return {code, FormatOf(code)->Name, mark, probe, decode, encode, decodeReduced};
+}
 
 constexpr Codec kCodecs[] = {
-    {format::kJpg, "JPEG", kJpgNames, "no start marker", jpeg::probe, jpeg::decode, jpeg::encode,
-     jpeg::decodeReduced},
-    {format::kPng, "PNG", kPngNames, "no PNG signature", png::probe, png::decode, png::encode},
-    {format::kGif, "GIF", kGifNames, "no GIF signature", gif::probe, gif::decode, gif::encode},
-    {format::kTif, "TIFF", kTifNames, "no byte order mark", tiff::probe, tiff::decode, tiff::encode},
-    {format::kBmp, "BMP", kBmpNames, "no bitmap header", bmp::probe, bmp::decode, bmp::encode},
-    {format::kPsd, "PSD", kPsdNames, "no PSD signature", psd::probe, psd::decode, psd::encode},
-    {format::kTla, "TLA", kTlaNames, "no TLA signature", tla::probe, tla::decode, tla::encode},
-    {format::kPcd, "Photo CD", kPcdNames, "no Photo CD signature", pcd::probe, pcd::decode, nullptr},
-    {format::kEmf, "EMF", kEmfNames, "no EMF header", emf::probe, emf::decode, emf::encode},
-    {format::kWmf, "WMF", kWmfNames, "no WMF header", wmf::probe, wmf::decode, wmf::encode},
-    {format::kPcx, "PCX", kPcxNames, "no PCX header", pcx::probe, pcx::decode, pcx::encode},
-    {format::kWbmp, "WBMP", kWbmpNames, "no WBMP header", wbmp::probe, wbmp::decode, wbmp::encode},
-    {format::kTga, "TGA", kTgaNames, "no TGA header", tga::probe, tga::decode, tga::encode},
+    codec(format::kJpg, "no start marker", jpeg::probe, jpeg::decode, jpeg::encode, jpeg::decodeReduced),
+    codec(format::kPng, "no PNG signature", png::probe, png::decode, png::encode),
+    codec(format::kGif, "no GIF signature", gif::probe, gif::decode, gif::encode),
+    codec(format::kTif, "no byte order mark", tiff::probe, tiff::decode, tiff::encode),
+    codec(format::kBmp, "no bitmap header", bmp::probe, bmp::decode, bmp::encode),
+    codec(format::kPsd, "no PSD signature", psd::probe, psd::decode, psd::encode),
+    codec(format::kTla, "no TLA signature", tla::probe, tla::decode, tla::encode),
+    codec(format::kPcd, "no Photo CD signature", pcd::probe, pcd::decode, nullptr),
+    codec(format::kEmf, "no EMF header", emf::probe, emf::decode, emf::encode),
+    codec(format::kWmf, "no WMF header", wmf::probe, wmf::decode, wmf::encode),
+    codec(format::kPcx, "no PCX header", pcx::probe, pcx::decode, pcx::encode),
+    codec(format::kWbmp, "no WBMP header", wbmp::probe, wbmp::decode, wbmp::encode),
+    codec(format::kTga, "no TGA header", tga::probe, tga::decode, tga::encode),
 };
+
+constexpr bool isComplete() {
+  for (const FileFormat& file : kFileFormats) {
+    const auto found = std::ranges::find(kCodecs, file.Code, &Codec::format);
+    if (found == std::end(kCodecs) || (found->encode != nullptr) != file.Writable) return false;
+  }
+  return std::size(kCodecs) == std::size(kFileFormats);
+}
+static_assert(isComplete(), "Each format has one codec, which can write what the table of formats says.");
 
 }  // namespace
 
@@ -60,16 +61,16 @@ const Codec* codecOfContent(Bytes data) {
 }
 
 const Codec* codecOfName(const std::filesystem::path& path) {
-  std::string extension = path.extension().string();
+  std::string extension = os::textOf(path.extension());
   if (extension.empty()) return nullptr;
   extension.erase(0, 1);
   for (char& c : extension) {
     if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
   }
-  const auto found = std::ranges::find_if(kCodecs, [&](const Codec& codec) {
-    return std::ranges::find(codec.extensions, extension) != codec.extensions.end();
-  });
-  return found != std::end(kCodecs) ? &*found : nullptr;
+  for (const FileFormat& file : kFileFormats) {
+    if (file.HasExtension(extension)) return codecOf(file.Code);
+  }
+  return nullptr;
 }
 
 }  // namespace kestrel::engine

@@ -10,12 +10,10 @@
 
 namespace kestrel::engine {
 
-/// One file format: all that the engine knows of it.
+/// The codec of one file format. What else is known of the format is in imaging/contract/Formats.h.
 struct Codec {
   std::int32_t format;
   std::string_view name;  ///< as in "a JPEG image"
-  /// Lower case, without the point; the first is the usual one.
-  std::span<const std::string_view> extensions;
   /// What a file that is not of this format lacks, as in "not a JPEG image: no start marker".
   std::string_view mark;
   bool (*probe)(Bytes data);

@@ -19,7 +19,7 @@
 #include "engine/draw/BoxShape.h"
 #include "engine/draw/Stroke.h"
 #include "engine/imgx/PictureObject.h"
-#include "imaging/modImgX.h"
+#include "imaging/contract/Formats.h"
 #include "platform/qt/core/Pictures.h"
 
 namespace kestrel::desktop {
@@ -313,7 +313,7 @@ TEST_F(Story, APhotographIsEditedAndSavedAsTheEngineItselfWouldMakeIt) {
 
   // A photograph stays in its format when the user saves it; a host may ask for another one.
   const std::string saved = path("photograph.png");
-  bench.editor().ImageControl().Writer().ToFile(saved, modImgX::kFormatPng);
+  bench.editor().ImageControl().Writer().ToFile(saved, format::kPng);
   done("12-saved");
   QImage written;
   ASSERT_TRUE(written.load(QString::fromStdString(saved), "PNG"));

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "engine/codecs/CodecTable.h"
@@ -34,11 +35,7 @@ std::vector<std::uint8_t> exif() {
   return {'I', 'I', 42, 0, 8, 0, 0, 0, 1, 0, 0x12, 1, 3, 0, 1, 0, 0, 0, 6, 0, 0, 0, 0, 0, 0, 0};
 }
 
-std::string folderOf(const Codec& codec) {
-  std::string name(codec.name);
-  for (char& c : name) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
-  return name;
-}
+std::string_view folderOf(const Codec& codec) { return FormatOf(codec.format)->Extensions[0]; }
 
 void write(const std::filesystem::path& path, const std::vector<std::uint8_t>& bytes) {
   std::filesystem::create_directories(path.parent_path());

@@ -7,29 +7,14 @@
 
 #include "Metadata.h"
 #include "engine/pixels/Bitmap.h"
+#include "imaging/contract/Formats.h"
 
 namespace kestrel::engine {
 
-using Bytes = std::span<const std::uint8_t>;
+namespace format = kestrel::format;
+using kestrel::FormatOf;
 
-/// The codes that name file formats everywhere. Some formats may be missing from this build's table:
-/// asking for them is a clear error.
-namespace format {
-inline constexpr std::int32_t kNone = 0;
-inline constexpr std::int32_t kJpg = 1;
-inline constexpr std::int32_t kPng = 2;
-inline constexpr std::int32_t kTif = 3;
-inline constexpr std::int32_t kPcx = 4;
-inline constexpr std::int32_t kTga = 5;
-inline constexpr std::int32_t kBmp = 6;
-inline constexpr std::int32_t kWmf = 7;
-inline constexpr std::int32_t kEmf = 8;
-inline constexpr std::int32_t kPsd = 9;
-inline constexpr std::int32_t kWbmp = 10;
-inline constexpr std::int32_t kGif = 11;
-inline constexpr std::int32_t kTla = 12;
-inline constexpr std::int32_t kPcd = 13;
-}  // namespace format
+using Bytes = std::span<const std::uint8_t>;
 
 /// How the picture stood in the file, before it became an 8-bit RGBA bitmap.
 struct StoredAs {

@@ -32,11 +32,13 @@ class FormatsTest : public testing::Test {
 TEST_F(FormatsTest, EachRowOfTheTableHasItsOwnCodeAndExtensions) {
   std::set<std::int32_t> codes;
   std::set<std::string_view> extensions;
-  for (const Codec& codec : codecTable()) {
-    EXPECT_TRUE(codes.insert(codec.format).second) << codec.name;
-    EXPECT_FALSE(codec.extensions.empty()) << codec.name;
-    for (const auto extension : codec.extensions)
+  for (const FileFormat& row : kFileFormats) {
+    EXPECT_TRUE(codes.insert(row.Code).second) << row.Name;
+    EXPECT_FALSE(row.Extensions[0].empty()) << row.Name;
+    for (const auto extension : row.Extensions) {
+      if (extension.empty()) continue;
       EXPECT_TRUE(extensions.insert(extension).second) << extension;
+    }
   }
 }
 

@@ -16,7 +16,7 @@ bool contains(Bytes data, const std::string& text) {
 
 class IndependentMetadata : public testing::TestWithParam<std::int32_t> {
  protected:
-  std::string extension() const { return std::string(codecOf(GetParam())->extensions[0]); }
+  std::string extension() const { return std::string(FormatOf(GetParam())->Extensions[0]); }
 
   /// What the other program tells of the file, one line a tag.
   std::string told(const std::string& name) const {
