@@ -1,6 +1,8 @@
+#include <span>
 #include <string_view>
 
-#include "ImageProcessingCtl.h"
+#include "CommandTable.h"
+#include "Tools.h"
 #include "base/Numbers.h"
 #include "base/Required.h"
 #include "base/RuntimeError.h"
@@ -10,64 +12,64 @@
 namespace kestrel {
 namespace {
 
-/// The dispatch key: a command's key behind its three-letter prefix, in lower case.
-std::string DispatchKey(const Command& command) {
-  const std::string& name = command.Name();
-  return name.size() > 3 ? LowerCase(std::string_view(name).substr(3)) : std::string();
+/// The dispatch key of a command: its name without the three-letter prefix, in lower case.
+std::string DispatchKey(std::string_view name) {
+  return name.size() > 3 ? LowerCase(name.substr(3)) : std::string();
 }
 
 }  // namespace
 
-/// What the command of a dispatch key does. The members that only rows call have no trailer: what fails in
-/// them is a failure of the dispatcher, `mrgUI_CommandClick`.
-struct ImageProcessingCtl::CommandRow {
-  std::string_view Key;
-  void (*Action)(ImageProcessingCtl& Editor, Command& Command);
-};
-
+/// Those that need a picture come first, in the order in which `SetControls` switches them.
 std::span<const ImageProcessingCtl::CommandRow> ImageProcessingCtl::zCommandRows() {
   using Editor = ImageProcessingCtl;
+  static constexpr std::uint32_t kFullEdits = kEditsPicture | kFullTools;
   static constexpr CommandRow kRows[] = {
-      {"fileclose", [](Editor& e, Command&) { e.zRequestExit(); }},
-      {"fileexit", [](Editor& e, Command&) { e.zRequestExit(); }},
-      {"fileopen",
+      {"btnFileSave", kEditsPicture, [](Editor& e, Command&) { e.SaveImage(); }},
+      {"btnFileSaveAs", kEditsPicture, [](Editor& e, Command&) { e.SaveImageAs(); }},
+      {"btnFileExport", kEditsPicture | kAwaitsDialog, nullptr},
+      {"btnEditUndo", kNeedsPicture | kNeedsUndoStep, [](Editor& e, Command&) { e.Undo(); }},
+      {"btnEditRedo", kNeedsPicture | kNeedsRedoStep, [](Editor& e, Command&) { e.Redo(); }},
+      {"btnEditCopy", kEditsPicture, [](Editor& e, Command&) { e.Copy(e.zUseSelection()); }},
+      {"btnEditCut", kFullEdits, [](Editor& e, Command&) { e.Cut(e.zUseSelection()); }},
+      {"btnEditPaste", kFullEdits, [](Editor& e, Command&) { e.zBeginPaste(); }},
+      {"btnEditPasteSpecial", kFullEdits | kAwaitsDialog, nullptr},
+      {"btnImageFlip", kFullEdits, [](Editor& e, Command&) { e.FlipVertically(e.zHasSelection()); }},
+      {"btnImageMirror", kFullEdits, [](Editor& e, Command&) { e.FlipHorizontally(e.zHasSelection()); }},
+      {"btnRotateLeft", kFullEdits,
+       [](Editor& e, Command&) { e.Rotate(270, ipUseDefault, e.zHasSelection()); }},
+      {"btnRotateRight", kFullEdits,
+       [](Editor& e, Command&) { e.Rotate(90, ipUseDefault, e.zHasSelection()); }},
+      {"btnRotateFree", kFullEdits, [](Editor& e, Command&) { e.ShowRotateDialog(); }},
+      {"btnImageResizeCanvas", kFullEdits | kAwaitsDialog, nullptr},
+      {"btnImageResize", kFullEdits | kAwaitsDialog, nullptr},
+      {"btnImageCrop", kNeedsPicture | kWaitsForPaste, [](Editor& e, Command&) { e.zCropOrBeginCrop(); }},
+      {"btnImageDropShadow", kEditsPicture | kAwaitsDialog, nullptr},
+      {"btnImageShapedDropShadow", kEditsPicture | kAwaitsDialog, nullptr},
+      {"btnImageGrayScale", kEditsPicture, [](Editor& e, Command&) { e.ApplyGrayScale(e.zHasSelection()); }},
+      {"btnToolsFlattenAlpha", kEditsPicture | kAwaitsDialog, nullptr},
+      {"btnSelectionAll", kEditsPicture, [](Editor& e, Command&) { e.SelectAll(); }},
+      {"btnSelectionNone", kEditsPicture, [](Editor& e, Command&) { e.ResetSelection(); }},
+      {"btnZoomIn", kNeedsPicture, [](Editor& e, Command&) { e.ZoomIn(); }},
+      {"btnZoomOut", kNeedsPicture, [](Editor& e, Command&) { e.ZoomOut(); }},
+      {"btnZoomBestFit", kNeedsPicture, nullptr},
+
+      {"btnZoomActualSize", kAlwaysUsable, [](Editor& e, Command&) { e.ZoomActualSize(); }},
+      {"btnFileClose", kAlwaysUsable, [](Editor& e, Command&) { e.zRequestExit(); }},
+      {"btnFileExit", kAlwaysUsable, [](Editor& e, Command&) { e.zRequestExit(); }},
+      {"btnFileOpen", kAlwaysUsable,
        [](Editor& e, Command&) {
          if (e.SaveChanges()) e.OpenImage();
        }},
-      {"filesave", [](Editor& e, Command&) { e.SaveImage(); }},
-      {"filesaveas", [](Editor& e, Command&) { e.SaveImageAs(); }},
-      {"filemru", [](Editor& e, Command& c) { e.zOpenRecent(c); }},
-      {"filesimplesave", [](Editor& e, Command&) { e.zRequestSimpleSave(); }},
-      {"editundo", [](Editor& e, Command&) { e.Undo(); }},
-      {"editredo", [](Editor& e, Command&) { e.Redo(); }},
-      {"editcopy", [](Editor& e, Command&) { e.Copy(e.zUseSelection()); }},
-      {"editcut", [](Editor& e, Command&) { e.Cut(e.zUseSelection()); }},
-      {"editpaste", [](Editor& e, Command&) { e.zBeginPaste(); }},
-      {"selectionall", [](Editor& e, Command&) { e.SelectAll(); }},
-      {"selectionnone", [](Editor& e, Command&) { e.ResetSelection(); }},
-      {"drawzoom", [](Editor& e, Command&) { e.Tool(ipToolZoom); }},
-      {"drawpan", [](Editor& e, Command&) { e.Tool(ipToolPan); }},
-      {"drawselect", [](Editor& e, Command&) { e.Tool(ipToolSelect); }},
-      {"drawline", [](Editor& e, Command&) { e.Tool(ipToolLine); }},
-      {"drawrectangle", [](Editor& e, Command&) { e.Tool(ipToolRectangle); }},
-      {"drawellipse", [](Editor& e, Command&) { e.Tool(ipToolEllipse); }},
-      {"drawfreehand", [](Editor& e, Command&) { e.Tool(ipToolFreehand); }},
-      {"drawpicker", [](Editor& e, Command&) { e.Tool(ipToolDropper); }},
-      {"imagecrop", [](Editor& e, Command&) { e.zCropOrBeginCrop(); }},
-      {"imagegrayscale", [](Editor& e, Command&) { e.ApplyGrayScale(e.zHasSelection()); }},
-      {"imagemirror", [](Editor& e, Command&) { e.FlipHorizontally(e.zHasSelection()); }},
-      {"imageflip", [](Editor& e, Command&) { e.FlipVertically(e.zHasSelection()); }},
-      {"rotatefree", [](Editor& e, Command&) { e.ShowRotateDialog(); }},
-      {"rotateright", [](Editor& e, Command&) { e.Rotate(90, ipUseDefault, e.zHasSelection()); }},
-      {"rotateleft", [](Editor& e, Command&) { e.Rotate(270, ipUseDefault, e.zHasSelection()); }},
-      {"zoomactualsize", [](Editor& e, Command&) { e.ZoomActualSize(); }},
-      {"zoomin", [](Editor& e, Command&) { e.ZoomIn(); }},
-      {"zoomout", [](Editor& e, Command&) { e.ZoomOut(); }},
-      {"viewmaterialswindow", [](Editor& e, Command&) { e.zToggleDockWindow("dkwMaterials"); }},
-      {"viewzoomwindow", [](Editor& e, Command&) { e.zToggleDockWindow("dkwZoom"); }},
-      {"viewstatusbar", [](Editor& e, Command&) { e.zToggleStatusBar(); }},
-      {"helpcontents", [](Editor& e, Command&) { e.zShowHelp(); }},
-      {"helpabout", [](Editor& e, Command&) { e.zShowAbout(); }},
+      {"mnuFileMRU", kAlwaysUsable, [](Editor& e, Command& c) { e.zOpenRecent(c); }},
+      {"btnFileSimpleSave", kAlwaysUsable, [](Editor& e, Command&) { e.zRequestSimpleSave(); }},
+      {"mnuRotate", kFullTools, nullptr},
+      {"btnToolsOptions", kAwaitsDialog, nullptr},
+      {"btnViewMaterialsWindow", kAlwaysUsable,
+       [](Editor& e, Command&) { e.zToggleDockWindow("dkwMaterials"); }},
+      {"btnViewZoomWindow", kAlwaysUsable, [](Editor& e, Command&) { e.zToggleDockWindow("dkwZoom"); }},
+      {"btnViewStatusBar", kAlwaysUsable, [](Editor& e, Command&) { e.zToggleStatusBar(); }},
+      {"btnHelpContents", kAlwaysUsable, [](Editor& e, Command&) { e.zShowHelp(); }},
+      {"btnHelpAbout", kAlwaysUsable, [](Editor& e, Command&) { e.zShowAbout(); }},
   };
   return kRows;
 }
@@ -75,9 +77,12 @@ std::span<const ImageProcessingCtl::CommandRow> ImageProcessingCtl::zCommandRows
 void ImageProcessingCtl::mrgUI_CommandClick(Command& Command) {
   std::string Key;
   try {
-    Key = DispatchKey(Command);
+    Key = DispatchKey(Command.Name());
     for (const CommandRow& row : zCommandRows()) {
-      if (row.Key == Key) return row.Action(*this, Command);
+      if (row.Action != nullptr && DispatchKey(row.Name) == Key) return row.Action(*this, Command);
+    }
+    for (const ToolRow& row : kTools) {
+      if (DispatchKey(row.Command) == Key) return Tool(row.Tool);
     }
   } catch (...) {
     QDK_TRAILER(mrgUI_CommandClick, QDK_PARAMETERS(Command), QDK_LOCALS(Key));

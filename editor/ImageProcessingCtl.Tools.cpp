@@ -1,4 +1,5 @@
 #include "ImageProcessingCtl.h"
+#include "Tools.h"
 #include "base/Arithmetic.h"
 #include "base/Numbers.h"
 #include "base/Required.h"
@@ -8,29 +9,15 @@
 namespace kestrel {
 namespace {
 
-struct ToolButton {
-  const char* Name;
-  ImageProcessingToolConstants Tool;
-};
-
-/// In the order in which they are switched.
-constexpr ToolButton kToolButtons[] = {
-    {"btnDrawPan", ipToolPan},         {"btnDrawSelect", ipToolSelect},
-    {"btnDrawLine", ipToolLine},       {"btnDrawRectangle", ipToolRectangle},
-    {"btnDrawEllipse", ipToolEllipse}, {"btnDrawFreehand", ipToolFreehand},
-    {"btnDrawZoom", ipToolZoom},       {"btnDrawPicker", ipToolDropper},
-};
-
 constexpr std::int32_t kFirstOwnTool = 100;
 
-/// The zoom tool and those from 100 leave the view without a mouse tool: their clicks are the editor's. All
-/// others go by the same number there.
-std::int32_t ViewTool(ImageProcessingToolConstants tool) {
-  return tool >= kFirstOwnTool || tool == ipToolZoom ? kViewToolNone : std::int32_t{tool};
-}
-
-std::int32_t ViewPointer(ImageProcessingToolConstants tool) {
-  return tool == ipToolZoom ? kPointerCustom : kPointerDefault;
+/// The row of a tool. A number without a row is written through to the view, unless it is one of the editor's
+/// own.
+ToolRow RowOf(ImageProcessingToolConstants tool) {
+  for (const ToolRow& row : kTools) {
+    if (row.Tool == tool) return row;
+  }
+  return {tool, "", tool >= kFirstOwnTool ? kViewToolNone : std::int32_t{tool}, kPointerDefault, false};
 }
 
 std::string Pair(std::int32_t first, std::int32_t second) { return ToText(first) + ", " + ToText(second); }
@@ -61,11 +48,11 @@ void ImageProcessingCtl::Tool(ImageProcessingToolConstants Value) {
     if (Value == pTool) return;
     pTool = Value;
     CommandBars()("Zoom").Visible(Value == ipToolZoom);
-    for (const ToolButton& button : kToolButtons) {
-      mrgUI.DockFunctions().SetChecked(Commands()(button.Name), button.Tool == Value);
+    for (const ToolRow& row : kTools) {
+      mrgUI.DockFunctions().SetChecked(Commands()(row.Command), row.Tool == Value);
     }
-    igxImage.Tool(ViewTool(Value));
-    igxImage.MousePointer(ViewPointer(Value));
+    igxImage.Tool(RowOf(Value).ViewTool);
+    igxImage.MousePointer(RowOf(Value).Pointer);
     ResetSelection();
     zRaise(ToolChange, Value);
   } catch (...) {

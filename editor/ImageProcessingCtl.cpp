@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "CommandTable.h"
+#include "Tools.h"
 #include "base/Numbers.h"
 #include "base/Required.h"
 #include "diagnostics/Trailer.h"
@@ -170,10 +172,12 @@ void ImageProcessingCtl::zInitSubControls() {
     show(pShowOpen, {"btnFileOpen"});
     show(!pUseSimpleSave, {"btnFileSaveAs", "btnFileSave", "btnFileExport"});
     show(pUseSimpleSave, {"btnFileSimpleSave"});
-    show(pShowDrawingTools, {"btnDrawLine", "btnDrawRectangle", "btnDrawEllipse", "btnDrawFreehand"});
-    show(!pUseSimpleTools,
-         {"mnuRotate", "btnRotateFree", "btnRotateLeft", "btnRotateRight", "btnImageFlip", "btnImageMirror",
-          "btnImageResizeCanvas", "btnImageResize", "btnEditCut", "btnEditPaste", "btnEditPasteSpecial"});
+    for (const ToolRow& row : kTools) {
+      if (row.Draws) Commands()(row.Command).Visible(pShowDrawingTools);
+    }
+    for (const CommandRow& row : zCommandRows()) {
+      if (row.Has(kFullTools)) Commands()(row.Name).Visible(!pUseSimpleTools);
+    }
 
     Commands().HotKeyOptions().AllowUnmodified(pAllowUnmodifiedHotKeys ? 1 : 0);
     if (!pAllowUnmodifiedHotKeys) zRemoveUnmodifiedHotKeys();

@@ -293,7 +293,7 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   void igxImage_NoticeAction();
 
   // Commands
-  void zEnable(const char* Name, bool HasStep);
+  void zEnable(const CommandRow& Row);
   void zEnableSteps();
   void mrgUI_CommandClick(Command& Command);
   void mrgUI_CommandChange(Command& Command, Combo& Combo);
