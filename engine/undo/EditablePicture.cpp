@@ -104,6 +104,11 @@ void EditablePicture::undoLevels(std::int32_t value) {
   stepsChanged();
 }
 
+void EditablePicture::undoMemoryLimit(std::size_t bytes) {
+  history_.memoryLimit(bytes);
+  stepsChanged();
+}
+
 void EditablePicture::changed(const PictureChange& change) {
   modified_ = true;
   if (onChange) onChange(change);

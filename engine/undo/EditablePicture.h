@@ -75,6 +75,9 @@ class EditablePicture {
   /// How many steps are kept at most; 0 empties the stack.
   void undoLevels(std::int32_t value);
 
+  /// The most bytes that the steps may hold.
+  void undoMemoryLimit(std::size_t bytes);
+
   const UndoStack& history() const noexcept { return history_; }
 
   /// Bytes that the undo history holds.

@@ -8,6 +8,7 @@
 
 #include "KeptTiles.h"
 #include "PictureState.h"
+#include "engine/pixels/Memory.h"
 
 namespace kestrel::engine {
 
@@ -25,8 +26,18 @@ class UndoStack {
     std::string name;
     Before before;
     std::uint64_t serial = 0;
+    std::size_t bytes = 0;  ///< of pixels that the step alone holds
   };
-  using Steps = std::list<Step>;
+
+  /// Steps with the sum of their bytes. The last one is next to the present picture.
+  struct Steps {
+    std::list<Step> list;
+    std::size_t bytes = 0;
+
+    void take(Steps& from, std::list<Step>::iterator step) noexcept;
+    void dropFirst() noexcept;
+    void bytesOf(Step& step, std::size_t value) noexcept;
+  };
 
  public:
   /// What an undo point has displaced, for `takeBack`.
@@ -41,8 +52,13 @@ class UndoStack {
   /// How many steps are kept at most; the oldest go. 0 and less empties the stack.
   void levels(std::int32_t value);
 
-  /// Adds a step, drops the steps that were undone, and the oldest beyond `levels`. Takes `before` over. On
-  /// an error nothing has changed.
+  /// The most bytes of pixels that the steps may hold, a quarter of the machine's memory at first. The oldest
+  /// steps go, but never the latest one.
+  std::size_t memoryLimit() const noexcept { return memoryLimit_; }
+  void memoryLimit(std::size_t bytes);
+
+  /// Adds a step, drops the steps that were undone, and the oldest beyond `levels` and `memoryLimit`. Takes
+  /// `before` over. On an error nothing has changed.
   void record(const std::string& name, Before& before);
 
   /// Notes a change that is no step of its own: undone steps are dropped, and the latest step leads back past
@@ -60,22 +76,27 @@ class UndoStack {
   bool redo(PictureState& present) { return take(undone_, done_, present); }
 
   /// Empty without a step.
-  std::string undoName() const { return done_.empty() ? std::string() : done_.back().name; }
-  std::string redoName() const { return undone_.empty() ? std::string() : undone_.back().name; }
-  std::int32_t undoSteps() const noexcept { return static_cast<std::int32_t>(done_.size()); }
-  std::int32_t redoSteps() const noexcept { return static_cast<std::int32_t>(undone_.size()); }
+  std::string undoName() const { return done_.list.empty() ? std::string() : done_.list.back().name; }
+  std::string redoName() const { return undone_.list.empty() ? std::string() : undone_.list.back().name; }
+  std::int32_t undoSteps() const noexcept { return static_cast<std::int32_t>(done_.list.size()); }
+  std::int32_t redoSteps() const noexcept { return static_cast<std::int32_t>(undone_.list.size()); }
 
-  /// Bytes of pixels that the steps hold beyond those of the present picture; shared ones count once.
+  /// Bytes of pixels that the steps hold beyond those of the present picture. Pixels that successive steps
+  /// share count once.
   std::size_t memory(const PictureState& present) const;
 
  private:
+  static std::size_t bytesOf(const Before& before) noexcept;
+  static std::size_t bytesBeyond(const Before& before, const Bitmap& neighbor) noexcept;
   Steps makeStep(const std::string& name);
   void add(Steps& one, Steps& removed) noexcept;
+  void keepLimits(Steps& removed) noexcept;
   static bool take(Steps& from, Steps& to, PictureState& present);
 
   Steps done_;
   Steps undone_;
   std::int32_t levels_ = 0;
+  std::size_t memoryLimit_ = machineMemory() / 4;
   std::uint64_t lastSerial_ = 0;
 };
 

@@ -56,6 +56,8 @@ class View : public Face<ImageView>, private GestureHost {
   void Tool(std::int32_t value) override;
   std::int32_t UndoLevels() const override { return picture_->history().levels(); }
   void UndoLevels(std::int32_t value) override { picture_->undoLevels(value); }
+  std::size_t UndoMemoryLimit() const override { return picture_->history().memoryLimit(); }
+  void UndoMemoryLimit(std::size_t bytes) override { picture_->undoMemoryLimit(bytes); }
   void Undo() override;
   void Redo() override;
   bool CanUndo() const override { return picture_->history().undoSteps() > 0; }

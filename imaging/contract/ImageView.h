@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -93,6 +94,10 @@ class ImageView : public Control, public ImagingFace {
   /// How many undo steps are kept. Writing 0 empties the stack; a negative number is taken as 0.
   virtual std::int32_t UndoLevels() const = 0;
   virtual void UndoLevels(std::int32_t value) = 0;
+  /// The most bytes of pixels that the undo steps may hold; a quarter of the machine's memory at first. The
+  /// oldest steps are dropped for it, but never the latest one.
+  virtual std::size_t UndoMemoryLimit() const = 0;
+  virtual void UndoMemoryLimit(std::size_t bytes) = 0;
   /// Take the latest step back, or forth again, and raise `Changed`. Nothing happens on an empty stack.
   virtual void Undo() = 0;
   virtual void Redo() = 0;

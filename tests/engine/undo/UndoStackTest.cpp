@@ -108,5 +108,66 @@ TEST(UndoStack, CountsEachHeldPictureOnceAndThePresentOneNot) {
   EXPECT_EQ(stack.memory(picture), std::size_t{64} * 64 * 4);
 }
 
+const std::size_t kPictureBytes = noise(8, 8).byteSize();
+
+TEST(UndoStack, DropsTheOldestStepsBeyondTheMemoryLimit) {
+  UndoStack stack;
+  stack.levels(100);
+  stack.memoryLimit(3 * kPictureBytes);
+  PictureState picture{noise(8, 8, 1)};
+  for (int i = 1; i <= 10; ++i) change(stack, picture, std::to_string(i), static_cast<unsigned>(i + 1));
+  EXPECT_EQ(stack.undoSteps(), 3);
+  EXPECT_EQ(stack.memory(picture), 3 * kPictureBytes);
+  for (const char* name : {"10", "9", "8"}) {
+    EXPECT_EQ(stack.undoName(), name);
+    EXPECT_TRUE(stack.undo(picture));
+    EXPECT_EQ(stack.memory(picture), 3 * kPictureBytes) << "undoing keeps the steps for redo";
+  }
+  EXPECT_FALSE(stack.undo(picture));
+}
+
+TEST(UndoStack, KeepsTheLatestStepHoweverLargeItIs) {
+  UndoStack stack;
+  stack.levels(100);
+  stack.memoryLimit(1);
+  PictureState picture{noise(8, 8, 1)};
+  const PictureState before = picture;
+  change(stack, picture, "One", 2);
+  change(stack, picture, "Two", 3);
+  EXPECT_EQ(stack.undoSteps(), 1);
+  EXPECT_EQ(stack.undoName(), "Two");
+  EXPECT_TRUE(stack.undo(picture));
+}
+
+TEST(UndoStack, ALowerMemoryLimitHoldsAtOnceForUndoAndRedo) {
+  UndoStack stack;
+  stack.levels(100);
+  PictureState picture{noise(8, 8, 1)};
+  for (int i = 1; i <= 6; ++i) change(stack, picture, std::to_string(i), static_cast<unsigned>(i + 1));
+  for (int i = 0; i < 3; ++i) stack.undo(picture);
+  stack.memoryLimit(3 * kPictureBytes);
+  EXPECT_EQ(stack.undoSteps(), 1);
+  EXPECT_EQ(stack.undoName(), "3");
+  EXPECT_EQ(stack.redoSteps(), 2);
+  EXPECT_EQ(stack.redoName(), "4");
+  EXPECT_LE(stack.memory(picture), 3 * kPictureBytes);
+}
+
+TEST(UndoStack, APointThatDroppedStepsForMemoryGivesThemBack) {
+  UndoStack stack;
+  stack.levels(100);
+  stack.memoryLimit(2 * kPictureBytes);
+  PictureState picture{noise(8, 8, 1)};
+  for (int i = 1; i <= 2; ++i) change(stack, picture, std::to_string(i), static_cast<unsigned>(i + 1));
+  auto point = stack.recordPoint("Point", picture);
+  EXPECT_TRUE(stack.takeBack(point));
+  EXPECT_EQ(stack.undoSteps(), 2);
+  EXPECT_EQ(stack.memory(picture), 2 * kPictureBytes);
+}
+
+TEST(UndoStack, TheFirstMemoryLimitIsAQuarterOfTheMachinesMemory) {
+  EXPECT_EQ(UndoStack().memoryLimit(), machineMemory() / 4);
+}
+
 }  // namespace
 }  // namespace kestrel::engine
