@@ -13,6 +13,7 @@
 #include <variant>
 
 #include "RuntimeError.h"
+#include "platform/os/Paths.h"
 
 namespace kestrel {
 namespace {
@@ -72,7 +73,7 @@ DescribedError DescribeCurrentError() {
     return Standard(kNoMemory, error);
   } catch (const std::filesystem::filesystem_error& error) {
     DescribedError described = Standard(MeaningOf(error.code()), error);
-    if (!error.path1().empty()) described.Description += " (" + error.path1().string() + ")";
+    if (!error.path1().empty()) described.Description += " (" + os::textOf(error.path1()) + ")";
     return described;
   } catch (const std::system_error& error) {
     return Standard(MeaningOf(error.code()), error);

@@ -28,6 +28,8 @@ if(KESTREL_FUZZ)
   target_compile_options(kestrel_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
+option(KESTREL_FORWARDING_HEADERS "Expose folders by generated headers, as where there are no symbolic links" OFF)
+
 # Gives `target` an include directory that holds the source folder alone, under its path from the
 # root. An include of a folder that is not among the dependencies therefore does not compile.
 function(kestrel_expose target scope)
@@ -37,8 +39,22 @@ function(kestrel_expose target scope)
   file(REMOVE_RECURSE ${root})
   get_filename_component(parent ${root}/${folder} DIRECTORY)
   file(MAKE_DIRECTORY ${parent})
-  file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR} ${root}/${folder} SYMBOLIC)
+  if(NOT KESTREL_FORWARDING_HEADERS)
+    file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR} ${root}/${folder} RESULT result SYMBOLIC)
+  endif()
+  if(KESTREL_FORWARDING_HEADERS OR result)
+    kestrel_forward_headers(${root}/${folder})
+  endif()
   target_include_directories(${target} ${scope} ${root})
+endfunction()
+
+# For each file that may be included, a file of the same name under `root` that includes it.
+function(kestrel_forward_headers root)
+  file(GLOB_RECURSE files RELATIVE ${CMAKE_CURRENT_SOURCE_DIR} CONFIGURE_DEPENDS
+    ${CMAKE_CURRENT_SOURCE_DIR}/*.h ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  foreach(file IN LISTS files)
+    file(CONFIGURE OUTPUT ${root}/${file} CONTENT "#include \"${CMAKE_CURRENT_SOURCE_DIR}/${file}\"\n")
+  endforeach()
 endfunction()
 
 # Compiles each header of the folder by itself, as part of the target kestrel_header_check.

@@ -1,4 +1,5 @@
 #include "Arguments.h"
+#include "platform/os/Paths.h"
 
 #include <CLI/CLI.hpp>
 #include <filesystem>
@@ -27,8 +28,9 @@ void planDemo(const std::string& folder, Arguments& arguments) {
   arguments.steps = kDemoCommands;
   arguments.outputFolder = folder;
   // A saved picture keeps its format, and so the name its extension.
-  arguments.saveAs = (fs::path(folder) / "result").string() + fs::path(arguments.file).extension().string();
-  arguments.screenshot = (fs::path(folder) / "screenshot.png").string();
+  arguments.saveAs =
+      os::textOf(os::pathOf(folder) / "result") + os::textOf(os::pathOf(arguments.file).extension());
+  arguments.screenshot = os::textOf(os::pathOf(folder) / "screenshot.png");
   arguments.quit = true;
 }
 
@@ -60,7 +62,8 @@ bool readArguments(int count, char** values, Arguments& arguments, int& exitCode
     exitCode = parser.exit(error, std::cout, std::cerr);
     return false;
   }
-  if (!arguments.file.empty()) arguments.file = fs::absolute(arguments.file).lexically_normal().string();
+  if (!arguments.file.empty())
+    arguments.file = os::textOf(fs::absolute(os::pathOf(arguments.file)).lexically_normal());
   if (!script.empty()) readScript(script, arguments.steps);
   if (!demo.empty()) planDemo(demo, arguments);
   return true;

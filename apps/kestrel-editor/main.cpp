@@ -7,6 +7,7 @@
 #include "apps/kestrel-editor/window/EditorWindow.h"
 #include "base/DescribedError.h"
 #include "base/RuntimeError.h"
+#include "platform/os/Paths.h"
 #include "platform/posix/LineTable.h"
 #include "platform/posix/SharedLibraryFactory.h"
 #include "platform/qt/app/Desktop.h"
@@ -24,7 +25,7 @@ qt::DesktopParts partsFor(const std::string& programFile) {
   parts.store = std::make_unique<sqlite::SqliteStore>(sqlite::storePath());
   parts.objectFactory = std::make_unique<posix::SharedLibraryFactory>(*parts.store);
   parts.stackResolver = std::make_unique<posix::LineTable>();
-  parts.helpFolder = (std::filesystem::path(programFile).parent_path() / "help").string();
+  parts.helpFolder = os::textOf(os::pathOf(programFile).parent_path() / "help");
   return parts;
 }
 

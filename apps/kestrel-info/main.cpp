@@ -8,6 +8,7 @@
 #include "base/DescribedError.h"
 #include "base/RuntimeError.h"
 #include "engine/codecs/CodecTable.h"
+#include "platform/os/Paths.h"
 
 // kestrel-info FILE...: tells what picture files hold, one line for each. With --png DIR it also writes what
 // was read, as PNG. It uses the engine alone, no desktop.
@@ -36,10 +37,10 @@ class PngFolder {
   explicit PngFolder(fs::path folder) : folder_(std::move(folder)) {}
 
   void write(const fs::path& file, const engine::Decoded& decoded) {
-    const fs::path target = folder_ / (file.filename().string() + ".png");
+    const fs::path target = folder_ / (os::textOf(file.filename()) + ".png");
     if (!written_.insert(target).second) {
       throw RuntimeError(err::kFileExists,
-                         "Another of the files was written as \"" + target.string() + "\".");
+                         "Another of the files was written as \"" + os::textOf(target) + "\".");
     }
     engine::encodeFile(decoded.bitmap, decoded.metadata, engine::format::kPng, {}, target);
   }

@@ -7,6 +7,7 @@
 #include "base/RuntimeError.h"
 #include "engine/codecs/common/DecodeErrors.h"
 #include "engine/codecs/metadata/Exif.h"
+#include "platform/os/Paths.h"
 
 namespace kestrel::engine {
 namespace {
@@ -32,7 +33,7 @@ const Codec& writingCodec(std::int32_t formatCode) {
 
 std::int32_t formatOfName(const std::filesystem::path& path) {
   if (const Codec* const codec = codecOfName(path)) return codec->format;
-  throw RuntimeError(err::kInvalidCall, "The name \"" + path.filename().string() +
+  throw RuntimeError(err::kInvalidCall, "The name \"" + os::textOf(path.filename()) +
                                             "\" does not tell a picture format that can be written.");
 }
 

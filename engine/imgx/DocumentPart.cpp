@@ -8,6 +8,7 @@
 #include "ImgXObject.h"
 #include "PictureObject.h"
 #include "engine/codecs/Codecs.h"
+#include "platform/os/Paths.h"
 
 namespace kestrel::engine {
 
@@ -15,7 +16,7 @@ void DocumentPart::FromFile(const std::string& filename, std::int32_t page, cons
   if (page != 0) {
     throw RuntimeError(err::kInvalidCall, "Only the first picture of a file can be loaded.");
   }
-  Decoded decoded = decodeFile(std::filesystem::path(filename));
+  Decoded decoded = decodeFile(os::pathOf(filename));
   PictureState picture{std::move(decoded.bitmap), decoded.format, decoded.stored.pages};
   if (!decoded.notice.empty()) {
     picture.damage = std::make_shared<const std::string>(std::move(decoded.notice));

@@ -6,6 +6,7 @@
 
 #include "PictureObject.h"
 #include "engine/codecs/Codecs.h"
+#include "platform/os/Paths.h"
 
 namespace kestrel::engine {
 
@@ -19,7 +20,7 @@ void WriterPart::ToFile(const std::string& filename, std::int32_t format, std::i
   }
   const Metadata nothing;
   encodeFile(state.bitmap, state.metadata ? *state.metadata : nothing, format,
-             {.jpegQuality = owner_.settings().jpegQuality}, std::filesystem::path(filename));
+             {.jpegQuality = owner_.settings().jpegQuality}, os::pathOf(filename));
 }
 
 void WriterPart::ToClipboard() { clipboard_.offer(owner_.loadedPicture().bitmap()); }

@@ -1,8 +1,5 @@
 #include "Memory.h"
 
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <iterator>
 #include <mutex>
@@ -11,11 +8,12 @@
 #include <vector>
 
 #include "base/RuntimeError.h"
+#include "platform/os/Memory.h"
 
 namespace kestrel::engine {
 namespace {
 
-constexpr std::size_t kHugePage = std::size_t{2} << 20;
+using os::kHugePage;
 /// From this size on a block is a mapping; below, the heap is quick and wastes less.
 constexpr std::size_t kSmallestMapping = kHugePage;
 constexpr std::chrono::seconds kKeepFor{5};
@@ -63,7 +61,7 @@ class KeptMappings {
       dropOldest();
     }
     if (length > keptMemoryBound()) {
-      munmap(data, length);
+      os::unmapPages(data, length);
       return;
     }
     kept_.push_back({data, length, now});
@@ -88,7 +86,7 @@ class KeptMappings {
   }
 
   void dropOldest() noexcept {
-    munmap(kept_.front().data, kept_.front().length);
+    os::unmapPages(kept_.front().data, kept_.front().length);
     bytes_ -= kept_.front().length;
     kept_.erase(kept_.begin());
   }
@@ -97,20 +95,6 @@ class KeptMappings {
   std::vector<Mapping> kept_;
   std::size_t bytes_ = 0;
 };
-
-/// A fresh mapping that begins at a huge page's boundary, or null.
-std::uint8_t* mapHugePages(std::size_t length) noexcept {
-  void* const whole =
-      mmap(nullptr, length + kHugePage, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-  if (whole == MAP_FAILED) return nullptr;
-  auto* const begin = static_cast<std::uint8_t*>(whole);
-  const std::size_t before = (kHugePage - reinterpret_cast<std::uintptr_t>(begin) % kHugePage) % kHugePage;
-  if (before > 0) munmap(begin, before);
-  munmap(begin + before + length, kHugePage - before);
-  // Only advice: where the system has no huge pages the mapping serves as it is.
-  madvise(begin + before, length, MADV_HUGEPAGE);
-  return begin + before;
-}
 
 }  // namespace
 
@@ -123,7 +107,7 @@ Memory::Memory(std::size_t bytes) : size_(bytes) {
       data_ = kept.data;
       mapped_ = kept.length;
     } else {
-      data_ = mapHugePages(mapped_);
+      data_ = os::mapPages(mapped_);
     }
   }
   if (data_ == nullptr) throw RuntimeError(err::kOutOfMemory, "There is not enough memory for the picture.");
@@ -160,10 +144,6 @@ std::size_t keptMemory() noexcept { return KeptMappings::instance().bytes(); }
 
 std::size_t keptMemoryBound() noexcept { return std::min(machineMemory() / 16, std::size_t{512} << 20); }
 
-std::size_t machineMemory() noexcept {
-  static const std::size_t bytes = static_cast<std::size_t>(std::max(sysconf(_SC_PHYS_PAGES), 1L)) *
-                                   static_cast<std::size_t>(std::max(sysconf(_SC_PAGESIZE), 1L));
-  return bytes;
-}
+std::size_t machineMemory() noexcept { return os::physicalMemory(); }
 
 }  // namespace kestrel::engine

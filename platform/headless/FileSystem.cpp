@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "base/Numbers.h"
+#include "platform/os/Paths.h"
 
 namespace kestrel::headless {
 namespace {
@@ -16,7 +17,7 @@ fs::path spelledAsStored(const fs::path& folder, const std::string& name) {
   std::error_code error;
   if (fs::exists(folder / name, error)) return folder / name;
   for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
-    if (EqualIgnoringCase(entry->path().filename().string(), name)) return entry->path();
+    if (EqualIgnoringCase(os::textOf(entry->path().filename()), name)) return entry->path();
   }
   return folder / name;
 }
@@ -54,7 +55,7 @@ std::string FileSystem::host(const std::string& path) const {
   const std::string whole = absolute(path);
   const Drive* drive = driveOf(whole);
   // No drive, or nothing in it: a place at which nothing is and nothing can be made.
-  if (!drive || !drive->ready) return (fs::path(scratch_) / "no drive" / whole.substr(0, 1)).string() + "/.";
+  if (!drive || !drive->ready) return os::textOf(fs::path(scratch_) / "no drive" / whole.substr(0, 1)) + "/.";
   fs::path result = fs::path(scratch_) / std::string(1, drive->letter);
   std::string step;
   for (const char c : whole.substr(2) + "\\") {
@@ -64,7 +65,7 @@ std::string FileSystem::host(const std::string& path) const {
       result = spelledAsStored(result, std::exchange(step, {}));
     }
   }
-  return result.string();
+  return os::textOf(result);
 }
 
 bool FileSystem::exists(const std::string& path) const {
@@ -86,12 +87,13 @@ bool FileSystem::hasExtension(const std::string& path) const {
 
 std::string FileSystem::resolved(const std::string& path) const {
   if (!exists(path)) return path;
-  if (flavour_ == PathFlavour::kSlash) return fs::canonical(path).string();
+  if (flavour_ == PathFlavour::kSlash) return os::textOf(fs::canonical(path));
   const fs::path inside = fs::canonical(host(path)).lexically_relative(fs::canonical(scratch_));
   std::string result;
   for (const fs::path& step : inside) {
     if (step == ".") continue;
-    result += result.empty() ? step.string() + ":\\" : (result.ends_with('\\') ? "" : "\\") + step.string();
+    result +=
+        result.empty() ? os::textOf(step) + ":\\" : (result.ends_with('\\') ? "" : "\\") + os::textOf(step);
   }
   return result;
 }

@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "base/RuntimeError.h"
+#include "platform/os/Paths.h"
 
 namespace kestrel::headless {
 
@@ -17,7 +18,7 @@ void HelpViewer::ShowTopic(const std::string& topic, std::int32_t /*context*/) {
     throw RuntimeError(err::kFileNotFound,
                        "The help book \"" + helpFile_ + "\" has no page \"" + topic + "\".");
   }
-  shown_.push_back((book / topic).string());
+  shown_.push_back(os::textOf(book / topic));
 }
 
 }  // namespace kestrel::headless

@@ -7,6 +7,7 @@
 #include "base/RuntimeError.h"
 #include "engine/imgx/PictureObject.h"
 #include "imaging/contract/controls/PictureBox.h"
+#include "platform/os/Paths.h"
 
 namespace kestrel::headless {
 
@@ -57,7 +58,7 @@ std::vector<FolderEntry> Shell::Entries(const std::string& folder) {
   for (fs::directory_iterator entry(files_.host(folder), error), end; !error && entry != end;
        entry.increment(error)) {
     std::error_code unknown;
-    entries.push_back({entry->path().filename().string(), entry->is_directory(unknown)});
+    entries.push_back({os::textOf(entry->path().filename()), entry->is_directory(unknown)});
   }
   return entries;
 }
@@ -67,7 +68,7 @@ std::string Shell::FirstSubfolder(const std::string& folder) {
   for (fs::directory_iterator entry(files_.host(folder), error), end; !error && entry != end;
        entry.increment(error)) {
     std::error_code unknown;
-    if (entry->is_directory(unknown)) return entry->path().filename().string();
+    if (entry->is_directory(unknown)) return os::textOf(entry->path().filename());
   }
   return {};
 }

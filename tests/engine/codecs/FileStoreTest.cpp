@@ -1,13 +1,17 @@
 #include "engine/codecs/FileStore.h"
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 
 #include "TestPictures.h"
 
@@ -199,6 +203,42 @@ TEST_F(FileStoreTest, AnUnreadableFileIsPermissionDenied) {
   put("a", "secret");
   fs::permissions(file("a"), fs::perms::none);
   EXPECT_EQ(errorOf([&] { readFile(file("a")); }), 70);
+}
+
+TEST_F(FileStoreTest, ATemporaryFileOfAKilledProcessIsRemovedByTheNextSave) {
+  put(".kestrel-123.tmp", "half a picture");
+  put("kestrel-123.tmp", "another file");
+  replaceFile(file("a"), bytes("new"));
+  EXPECT_FALSE(fs::exists(file(".kestrel-123.tmp")));
+  EXPECT_TRUE(fs::exists(file("kestrel-123.tmp")));
+}
+
+TEST_F(FileStoreTest, ATemporaryFileOfALivingProcessStays) {
+  put(".kestrel-123.tmp", "half a picture");
+  const int other = open(file(".kestrel-123.tmp").c_str(), O_WRONLY);
+  ASSERT_EQ(flock(other, LOCK_EX), 0);
+  replaceFile(file("a"), bytes("new"));
+  EXPECT_TRUE(fs::exists(file(".kestrel-123.tmp")));
+  close(other);
+}
+
+TEST_F(FileStoreTest, AKilledSaveLeavesTheOldOrTheNewFileAndNothingElse) {
+  const std::string versions[] = {std::string(300'000, 'a'), std::string(300'000, 'b')};
+  put("a", versions[0]);
+  std::mt19937 random(1);
+  for (int round = 0; round < 60; ++round) {
+    const pid_t child = fork();
+    if (child == 0) {
+      for (int i = 0;; ++i) replaceFile(file("a"), bytes(versions[i % 2]));
+    }
+    usleep(static_cast<useconds_t>(random() % 8000));
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+    const std::string content = get("a");
+    ASSERT_TRUE(content == versions[0] || content == versions[1]) << "in round " << round;
+  }
+  replaceFile(file("a"), bytes("last"));
+  EXPECT_EQ(count(), 1U);
 }
 
 TEST_F(FileStoreTest, ASaveThatFailsInTheEncoderLeavesTheOldFile) {
