@@ -23,12 +23,16 @@ inline constexpr std::int32_t kStoreNumber = 4;  ///< 32 bits
 /// converted to their kind when they are written: True is the number -1.
 ///
 /// A store that can't be opened or read behaves as an empty one: reads find nothing, and `Unavailable`
-/// reports the cause. Each later call tries again. A stored value that is neither a text nor a 32-bit number,
-/// as another program may have left it, is not found.
+/// reports the cause. Each later call tries again. Callers that must not take an unreadable store for an
+/// empty one ask `ReadFailed`. A stored value that is neither a text nor a 32-bit number, as another program
+/// may have left it, is not found. A store that may be read but not written fails its writes only.
 ///
 /// A failing write raises RuntimeError (57, 61, 70, 75 or 76). Of a run of failures only the first call
-/// raises; the run ends with the next value that is written. So a user is told once, not at each setting,
+/// raises; the run ends with the next value that is written. So a user is warned once, not at each setting,
 /// that settings are being lost.
+///
+/// Calls wait for other processes that hold the store, about two seconds in all; after that they fail at once
+/// until one succeeds.
 class RegistryStore {
  public:
   virtual ~RegistryStore() = default;
@@ -49,6 +53,9 @@ class RegistryStore {
 
   /// A value of either kind, Empty where there is none. The empty name is the key's default value.
   virtual Variant ReadValue(std::int32_t Hive, const std::string& Key, const std::string& ValueName) = 0;
+  /// Whether the latest `ReadValue` or `GetSetting` failed, so that a value may be stored that it did not
+  /// find.
+  virtual bool ReadFailed() const = 0;
   virtual void WriteValue(std::int32_t Hive, const std::string& Key, const std::string& ValueName,
                           const Variant& Value, std::int32_t Kind) = 0;
   /// Does nothing where there is no such value. Fails as a write does.

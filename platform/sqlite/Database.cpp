@@ -11,8 +11,6 @@
 namespace kestrel::sqlite {
 namespace {
 
-constexpr int kMostAttempts = 10'000;  // a millisecond each
-
 // A value is a number or a text, never both; one table holds a key once, whatever its case.
 constexpr char kSetUp[] = R"(
 PRAGMA journal_mode = WAL;
@@ -62,16 +60,15 @@ std::int32_t numberOf(int result) {
   }
 }
 
+bool isInUse(int result) { return (result & 0xFF) == SQLITE_BUSY || (result & 0xFF) == SQLITE_LOCKED; }
+
 void check(sqlite3* connection, int result) {
   if (result != SQLITE_OK) raise(connection, result);
 }
 
-sqlite3* open(const std::filesystem::path& file) {
-  std::error_code ignored;  // what fails here fails again, and is told, when the file is opened
-  if (file.has_parent_path()) std::filesystem::create_directories(file.parent_path(), ignored);
+sqlite3* openConnection(const std::string& name, int flags) {
   sqlite3* connection = nullptr;
-  const int result = sqlite3_open_v2(
-      file.c_str(), &connection, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX, nullptr);
+  const int result = sqlite3_open_v2(name.c_str(), &connection, flags | SQLITE_OPEN_NOMUTEX, nullptr);
   if (result == SQLITE_OK) return connection;
   const RuntimeError error(numberOf(result),
                            "The settings could not be opened: " + std::string(sqlite3_errstr(result)) + ".");
@@ -79,28 +76,67 @@ sqlite3* open(const std::filesystem::path& file) {
   throw error;
 }
 
-/// Waits for another process to end its write. SQLite's own waiting grows to a tenth of a second, in which a
-/// busy writer comes back so often that the others would hardly ever find the file free.
-int waitForTurn(void* /*unused*/, int attempts) {
-  if (attempts >= kMostAttempts) return 0;
-  std::this_thread::sleep_for(std::chrono::milliseconds(1));
-  return 1;
+sqlite3* open(const std::filesystem::path& file) {
+  std::error_code ignored;  // what fails here fails again, and is reported, when the file is opened
+  if (file.has_parent_path()) std::filesystem::create_directories(file.parent_path(), ignored);
+  return openConnection(file.string(), SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
 }
+
+/// Opens the file as one that nobody writes to, which needs no lock files beside it.
+sqlite3* openSnapshot(const std::filesystem::path& file) {
+  std::string uri = "file:";
+  for (const char c : std::filesystem::absolute(file).string()) {
+    if (c == '?' || c == '#' || c == '%') {
+      constexpr char kDigits[] = "0123456789ABCDEF";
+      uri += {'%', kDigits[c >> 4], kDigits[c & 0xF]};
+    } else {
+      uri += c;
+    }
+  }
+  return openConnection(uri + "?immutable=1", SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
+}
+
+/// Whether the file can still be opened as a snapshot after the set-up has failed with that result: nothing
+/// may be written here, and all that was written is in the file itself.
+bool allowsSnapshot(const std::filesystem::path& file, int result) {
+  if ((result & 0xFF) != SQLITE_READONLY && (result & 0xFF) != SQLITE_CANTOPEN) return false;
+  std::error_code missing;
+  const std::uintmax_t unmerged = std::filesystem::file_size(file.string() + "-wal", missing);
+  return missing || unmerged == 0;
+}
+
+int waitFor(void* patience, int /*attempts*/) { return static_cast<Patience*>(patience)->waitForTurn(); }
 
 /// Brings a file that is new into shape. Where several processes do so at once, the change of the journal
 /// fails for the later ones without any waiting; all of it can be done again.
-void setUp(sqlite3* connection, int mostAttempts) {
-  int result = SQLITE_BUSY;
-  for (int attempts = 0; (result & 0xFF) == SQLITE_BUSY && attempts < mostAttempts; ++attempts) {
-    if (attempts > 0) waitForTurn(nullptr, attempts);
+int setUp(sqlite3* connection, Patience& patience) {
+  int result = SQLITE_OK;
+  do {
     result = sqlite3_exec(connection, kSetUp, nullptr, nullptr, nullptr);
-  }
-  check(connection, result);
+  } while ((result & 0xFF) == SQLITE_BUSY && patience.waitForTurn());
+  return result;
 }
 
 }  // namespace
 
+bool Patience::waitForTurn() {
+  if (left_ == 0) return false;
+  --left_;
+  pause_();
+  return true;
+}
+
+void Patience::sleepBriefly() {
+  // SQLite's own waiting grows to a tenth of a second, in which a busy writer comes back so often that the
+  // others would hardly ever find the file free.
+  std::this_thread::sleep_for(std::chrono::microseconds(200));
+}
+
 void raise(sqlite3* connection, int result) {
+  if (isInUse(result)) {
+    throw RuntimeError(numberOf(result),
+                       "The settings could not be read or written: another program keeps them locked.");
+  }
   throw RuntimeError(numberOf(result), "The settings could not be read or written: " +
                                            std::string(sqlite3_errmsg(connection)) + ".");
 }
@@ -185,13 +221,16 @@ struct Database::Statements {
 void Database::StatementsDeleter::operator()(Statements* statements) const { delete statements; }
 void Database::Close::operator()(sqlite3* connection) const { sqlite3_close(connection); }
 
-Database::Database(const std::filesystem::path& file, Patience patience) : connection_(open(file)) {
-  sqlite3* const connection = connection_.get();
-  const bool waits = patience == Patience::kWait;
-  if (waits) sqlite3_busy_handler(connection, waitForTurn, nullptr);
-  setUp(connection, waits ? kMostAttempts : 1);
-  sqlite3_busy_handler(connection, waitForTurn, nullptr);
-  statements_.reset(new Statements(connection));
+Database::Database(const std::filesystem::path& file, Patience& patience) : connection_(open(file)) {
+  sqlite3_busy_handler(connection_.get(), waitFor, &patience);
+  const int result = setUp(connection_.get(), patience);
+  snapshot_ = allowsSnapshot(file, result);
+  if (snapshot_) {
+    connection_.reset(openSnapshot(file));
+  } else {
+    check(connection_.get(), result);
+  }
+  statements_.reset(new Statements(connection_.get()));
 }
 
 bool Database::hasMoved() const {

@@ -2,8 +2,10 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "base/Variant.h"
 
@@ -40,18 +42,38 @@ class Statement {
   std::unique_ptr<sqlite3_stmt, Finalize> statement_;
 };
 
+/// How long to wait for other processes that hold a file: about two seconds in all.
+class Patience {
+ public:
+  static constexpr int kPauses = 10'000;
+
+  /// `pause` waits once, by default for 0.2 milliseconds.
+  explicit Patience(std::function<void()> pause = sleepBriefly) : pause_(std::move(pause)) {}
+
+  /// Pauses once. False, without a pause, where all are used up.
+  bool waitForTurn();
+  void renew() { left_ = kPauses; }
+
+ private:
+  static void sleepBriefly();
+
+  std::function<void()> pause_;
+  int left_ = kPauses;
+};
+
 /// An open store file with its tables.
 ///
 /// Each text or number is one row, which holds either the one or the other. What was written is on the disk
 /// when the call returns; a process or machine that ends in the middle of a write leaves the older value.
 class Database {
  public:
-  /// Whether to wait for other processes that are about to set up the file, or to fail at once.
-  enum class Patience { kWait, kFail };
+  /// Opens the file, makes it and its folder where it isn't there. A file that can't be written is opened for
+  /// reading. The patience must outlive this. Raises RuntimeError.
+  Database(const std::filesystem::path& file, Patience& patience);
 
-  /// Opens the file, makes it and its folder where it isn't there. Raises RuntimeError.
-  explicit Database(const std::filesystem::path& file, Patience patience = Patience::kWait);
-
+  /// Whether this reads the file as it was when it was opened, and does not see what others write since: the
+  /// only way for a file in a folder where no lock files can be made.
+  bool isSnapshot() const { return snapshot_; }
   /// Whether the file is no longer under its name, so that what is written to it would be lost.
   bool hasMoved() const;
 
@@ -70,6 +92,7 @@ class Database {
   };
   std::unique_ptr<sqlite3, Close> connection_;
   std::unique_ptr<Statements, StatementsDeleter> statements_;
+  bool snapshot_ = false;
 };
 
 }  // namespace kestrel::sqlite

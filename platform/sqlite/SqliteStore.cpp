@@ -9,6 +9,7 @@ Variant SqliteStore::ReadValue(std::int32_t Hive, const std::string& Key, const 
     Database* const database = existing();
     Variant value = database == nullptr ? Variant() : database->read(Hive, Key, ValueName);
     readsFail_ = false;
+    succeeded();
     return value;
   } catch (const RuntimeError& error) {
     database_.reset();
@@ -23,6 +24,7 @@ void SqliteStore::WriteValue(std::int32_t Hive, const std::string& Key, const st
   writing([&] {
     opened().write(Hive, Key, ValueName, stored);
     writesFail_ = false;
+    succeeded();
   });
 }
 
@@ -44,7 +46,7 @@ void SqliteStore::writing(const std::function<void()>& work) {
 }
 
 Database* SqliteStore::current() {
-  if (database_ != nullptr && database_->hasMoved()) database_.reset();
+  if (database_ != nullptr && (database_->isSnapshot() || database_->hasMoved())) database_.reset();
   return database_.get();
 }
 
@@ -60,11 +62,12 @@ Database* SqliteStore::existing() {
 Database& SqliteStore::opened() {
   if (current() != nullptr) return *database_;
   if (file_.empty()) throw RuntimeError(err::kPathNotFound, "There is no folder to keep the settings in.");
-  // Whoever waited in vain once does not keep the user waiting at each further setting.
-  const bool failing = readsFail_ || writesFail_;
-  database_ =
-      std::make_unique<Database>(file_, failing ? Database::Patience::kFail : Database::Patience::kWait);
+  database_ = std::make_unique<Database>(file_, patience_);
   return *database_;
+}
+
+void SqliteStore::succeeded() {
+  if (!readsFail_ && !writesFail_) patience_.renew();
 }
 
 }  // namespace kestrel::sqlite

@@ -18,6 +18,8 @@ class SectionedStore : public RegistryStore {
                      const std::string& Section, std::int32_t Hive, const std::string& Root = {}) override;
   void SetSetting(const std::string& ValueName, const Variant& Value, std::int32_t Kind,
                   const std::string& Section, std::int32_t Hive, const std::string& Root = {}) override;
+  /// For stores whose reads can't fail.
+  bool ReadFailed() const override { return false; }
 
  protected:
   /// The value as a store keeps that kind: a 32-bit number or a text. Raises 6 or 13 where it can't be

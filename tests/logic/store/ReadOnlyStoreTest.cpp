@@ -1,0 +1,107 @@
+// A store that the user may read and not write.
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "TemporaryFolder.h"
+#include "platform/sqlite/SqliteStore.h"
+
+namespace kestrel {
+namespace {
+
+namespace fs = std::filesystem;
+constexpr std::int32_t kUser = HKEY_CURRENT_USER;
+
+/// While it lives, permissions count for this process even if it is run by root.
+class AsSomeUser {
+ public:
+  AsSomeUser() {
+    constexpr uid_t kNobody = 65534;
+    if (root_) become(kNobody);
+  }
+  ~AsSomeUser() {
+    if (root_) become(0);
+  }
+  AsSomeUser(const AsSomeUser&) = delete;
+  AsSomeUser& operator=(const AsSomeUser&) = delete;
+
+ private:
+  static void become(uid_t user) { EXPECT_EQ(seteuid(user), 0); }
+
+  const bool root_ = geteuid() == 0;
+};
+
+class ReadOnlyStore : public testing::Test {
+ protected:
+  ReadOnlyStore() {
+    lock(false);
+    fill(40);
+    lock(true);
+  }
+  ~ReadOnlyStore() override { lock(false); }
+
+  void fill(std::int32_t value) {
+    sqlite::SqliteStore(file_).WriteValue(kUser, "Key", "Name", value, kStoreNumber);
+  }
+  void lock(bool locked) {
+    const auto readable = fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read;
+    const auto searchable = fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec;
+    fs::permissions(folder_ / "",
+                    readable | searchable | (locked ? fs::perms::none : fs::perms::owner_write));
+    if (fs::exists(file_)) {
+      fs::permissions(file_, readable | (locked ? fs::perms::none : fs::perms::owner_write));
+    }
+  }
+
+  const TemporaryFolder folder_;
+  // What a URI would take for its own is part of the name.
+  const fs::path file_ = folder_ / "100% a?b#c%41.store";
+};
+
+TEST_F(ReadOnlyStore, GivesItsValuesAndRaisesOnWriting) {
+  const AsSomeUser user;
+  sqlite::SqliteStore store(file_);
+  std::vector<std::string> reports;
+  const Connection connection =
+      store.Unavailable.Connect([&](const RuntimeError& error) { reports.push_back(error.Description()); });
+  EXPECT_EQ(store.ReadValue(kUser, "Key", "Name").ToInt32(), 40);
+  EXPECT_FALSE(store.ReadFailed());
+  try {
+    store.WriteValue(kUser, "Key", "Name", 41, kStoreNumber);
+    ADD_FAILURE() << "it was written";
+  } catch (const RuntimeError& error) {
+    EXPECT_EQ(error.Number(), err::kPermissionDenied) << error.Description();
+  }
+  EXPECT_EQ(store.ReadValue(kUser, "Key", "Name").ToInt32(), 40);
+  EXPECT_EQ(reports, std::vector<std::string>{});
+}
+
+TEST_F(ReadOnlyStore, SeesWhatItsOwnerWritesMeanwhile) {
+  sqlite::SqliteStore store(file_);
+  const auto read = [&] {
+    const AsSomeUser user;
+    return store.ReadValue(kUser, "Key", "Name").ToInt32();
+  };
+  EXPECT_EQ(read(), 40);
+  lock(false);
+  fill(41);
+  lock(true);
+  EXPECT_EQ(read(), 41);
+}
+
+TEST_F(ReadOnlyStore, IsReadWhileItsOwnerHasItOpen) {
+  lock(false);
+  sqlite::SqliteStore owners(file_);
+  owners.WriteValue(kUser, "Key", "Name", 42, kStoreNumber);
+  lock(true);
+  const AsSomeUser user;
+  sqlite::SqliteStore store(file_);
+  EXPECT_EQ(store.ReadValue(kUser, "Key", "Name").ToInt32(), 42) << "though it is not in the file itself yet";
+}
+
+}  // namespace
+}  // namespace kestrel
