@@ -35,8 +35,9 @@ MRU::MRU() {
                       "Software\\Brindlewick\\" + modProcessing::Platform().App().Title() + "\\RecentFiles");
 }
 
-void MRU::AddFile(const std::string& Filename) {
+void MRU::AddFile(std::string Filename) {
   try {
+    LoadUnread();
     QDK_RESUME_NEXT(Files.Remove(Filename));
     if (Files.Count() == 0) {
       Files.Add(Filename, Filename);
@@ -51,8 +52,9 @@ void MRU::AddFile(const std::string& Filename) {
   }
 }
 
-void MRU::RemoveFile(const std::string& Filename) {
+void MRU::RemoveFile(std::string Filename) {
   try {
+    LoadUnread();
     QDK_RESUME_NEXT(Files.Remove(Filename));
     SaveToRegistry();
     if (Band != nullptr) ConstructToBand();
@@ -67,6 +69,7 @@ void MRU::LoadFromRegistry() {
   bool NeedsSave = false;
   try {
     Files.Clear();
+    iUnread = true;
     for (i = 1; i <= MaxEntries; ++i) {
       const Variant stored = modProcessing::RegistryStore().ReadValue(RootHive, RootKey, ValueName(i));
       // A value of another kind is not of this list, and ends it like a gap.
@@ -79,15 +82,29 @@ void MRU::LoadFromRegistry() {
         NeedsSave = true;
       }
     }
+    iUnread = modProcessing::RegistryStore().ReadFailed();
     if (NeedsSave) SaveToRegistry();
   } catch (...) {
     QDK_TRAILER(LoadFromRegistry, QDK_PARAMETERS(), QDK_LOCALS(i, Filename, NeedsSave));
   }
 }
 
+/// Tries a failed load again before the list changes. What came since stays in front.
+void MRU::LoadUnread() {
+  if (!iUnread) return;
+  const Collection<std::string> since = Files;
+  LoadFromRegistry();
+  for (std::int32_t i = since.Count(); i >= 1; --i) {
+    const std::string& filename = since.Item(i);
+    QDK_RESUME_NEXT(Files.Remove(filename));
+    Files.Add(filename, filename, Files.Count() == 0 ? 0 : 1);
+  }
+}
+
 void MRU::SaveToRegistry() {
   std::int32_t i = 0, X = 0;
   try {
+    if (iUnread) return;
     auto& store = modProcessing::RegistryStore();
     QDK_RESUME_NEXT(store.CreateKey(RootHive, RootKey));
     for (i = 1; i <= MaxEntries; ++i) store.DeleteValue(RootHive, RootKey, ValueName(i));
@@ -102,9 +119,11 @@ void MRU::SaveToRegistry() {
 void MRU::BuildMRU(MenuItems* ParentForm) {
   try {
     if (CommandMRU != nullptr) {
-      BuildCommand();
+      CommandItems& items = CommandMRU->Items();
+      items.Clear();
+      for (const std::string& filename : Files) items.Add(filename);
     } else if (SmartUI != nullptr) {
-      BuildSmartMenu();
+      BuildSmartMenu(*SmartUI);
     } else if (ParentForm != nullptr) {
       BuildMenu(*ParentForm);
     }
@@ -113,58 +132,42 @@ void MRU::BuildMRU(MenuItems* ParentForm) {
   }
 }
 
-void MRU::BuildCommand() {
-  try {
-    CommandItems& items = CommandMRU->Items();
-    items.Clear();
-    for (const std::string& filename : Files) items.Add(filename);
-  } catch (...) {
-    QDK_TRAILER(BuildCommand, QDK_PARAMETERS(), QDK_LOCALS());
+// Errors of the displays are reported by BuildMRU.
+
+void MRU::BuildSmartMenu(SmartMenu& menu) const {
+  for (std::int32_t i = 1; menu.SubItem(kSmartItem, SmartKey(i)) != nullptr; ++i) {
+    menu.RemoveSubItem(kSmartItem, SmartKey(i));
   }
+  const auto emptyEntry = [&menu]() -> SmartSubItem& {
+    if (auto* item = menu.SubItem(kSmartItem, kSmartPlaceholder)) return *item;
+    throw RuntimeError(err::kInvalidCall, "The menu has no entry \"norecentfiles\".");
+  };
+  std::int32_t count = 0;
+  for (const std::string& filename : Files) {
+    if (filename.empty()) continue;
+    ++count;
+    SmartSubItem& item = menu.AddSubItem(kSmartItem, emptyEntry().Index() + count, SmartKey(count),
+                                         NumberedCaption(count, filename));
+    item.Tag(filename);
+    item.Description(filename);
+  }
+  emptyEntry().Visibility(count == 0 ? 1 : 0);
 }
 
-void MRU::BuildSmartMenu() {
+void MRU::BuildMenu(MenuItems& window) const {
+  UnloadMenu(window);
   std::int32_t count = 0;
-  try {
-    for (std::int32_t i = 1; SmartUI->SubItem(kSmartItem, SmartKey(i)) != nullptr; ++i) {
-      SmartUI->RemoveSubItem(kSmartItem, SmartKey(i));
-    }
-    const auto emptyEntry = [&]() -> SmartSubItem& {
-      if (auto* item = SmartUI->SubItem(kSmartItem, kSmartPlaceholder)) return *item;
-      throw RuntimeError(err::kInvalidCall, "The menu has no entry \"norecentfiles\".");
-    };
-    for (const std::string& filename : Files) {
-      if (filename.empty()) continue;
-      ++count;
-      SmartSubItem& item = SmartUI->AddSubItem(kSmartItem, emptyEntry().Index() + count, SmartKey(count),
-                                               NumberedCaption(count, filename));
-      item.Tag(filename);
-      item.Description(filename);
-    }
-    emptyEntry().Visibility(count == 0 ? 1 : 0);
-  } catch (...) {
-    QDK_TRAILER(BuildSmartMenu, QDK_PARAMETERS(), QDK_LOCALS(count));
+  for (const std::string& filename : Files) {
+    if (filename.empty()) continue;
+    MenuItem& item = window.Load(kMenu, ++count);
+    item.Caption(NumberedCaption(count, filename));
+    item.Tag(filename);
+    item.Enabled(true);
+    item.Visible(true);
   }
-}
-
-void MRU::BuildMenu(MenuItems& window) {
-  std::int32_t count = 0;
-  try {
-    UnloadMenu(window);
-    for (const std::string& filename : Files) {
-      if (filename.empty()) continue;
-      MenuItem& item = window.Load(kMenu, ++count);
-      item.Caption(NumberedCaption(count, filename));
-      item.Tag(filename);
-      item.Enabled(true);
-      item.Visible(true);
-    }
-    MenuItem& emptyEntry = window.Item(kMenu, 0);
-    emptyEntry.Visible(count == 0);
-    emptyEntry.Enabled(count == 0);
-  } catch (...) {
-    QDK_TRAILER(BuildMenu, QDK_PARAMETERS(window), QDK_LOCALS(count));
-  }
+  MenuItem& emptyEntry = window.Item(kMenu, 0);
+  emptyEntry.Visible(count == 0);
+  emptyEntry.Enabled(count == 0);
 }
 
 void MRU::ConstructToBand() {

@@ -35,11 +35,12 @@ class MRU : public Object {
   bool AddBandShortcuts = true;
 
   /// Puts a file first, wherever it stood, then stores and shows the list.
-  void AddFile(const std::string& Filename);
+  void AddFile(std::string Filename);
   /// Takes a file out and stores the list. What is shown stays.
-  void RemoveFile(const std::string& Filename);
+  void RemoveFile(std::string Filename);
 
   void LoadFromRegistry();
+  /// Does nothing after a load that could not read the store: what is stored is not lost then.
   void SaveToRegistry();
 
   /// Shows the list in the first display that is set; the window's menu "mnuMRU" is the last to be asked.
@@ -49,12 +50,13 @@ class MRU : public Object {
  private:
   bool FileExist(const std::string& Filename);
   std::string ValueName(std::int32_t index) const;
-  void BuildCommand();
-  void BuildSmartMenu();
-  void BuildMenu(MenuItems& window);
+  void LoadUnread();
+  void BuildSmartMenu(SmartMenu& menu) const;
+  void BuildMenu(MenuItems& window) const;
 
   std::string qdkDumpModuleVariables() const;
 
+  bool iUnread = false;  // the latest load could not read the store to the end
   InstanceCount count_{modTollgarthSupport::Counted::kMRU};
 };
 

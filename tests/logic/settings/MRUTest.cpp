@@ -16,10 +16,12 @@ class ListCommand : public Command, public CommandItems {
  public:
   Names texts;
   Names keys;
+  bool fails = false;
 
   std::int32_t Count() const override { return static_cast<std::int32_t>(texts.size()); }
   const CommandItem& Item(std::int32_t) const override { throw std::logic_error("not asked for"); }
   void Add(const std::string& text, const std::string& key) override {
+    if (fails) throw RuntimeError(err::kInternal, "Chosen to fail.");
     texts.push_back(text);
     keys.push_back(key);
   }
@@ -334,6 +336,75 @@ TEST_F(RecentFiles, ReportAStoreThatCanNotBeRead) {
   mru_.LoadFromRegistry();
   EXPECT_EQ(mru_.Files.Count(), 0);
   EXPECT_EQ(reports(), 1u);
+}
+
+TEST_F(RecentFiles, LoseNothingStoredWhenTheyCouldNotBeLoaded) {
+  storeNames({path("a"), path("b")});
+  store_.readsFail = true;
+  mru_.LoadFromRegistry();
+  EXPECT_EQ(listed(), Names{});
+  mru_.AddFile(path("c"));
+  mru_.RemoveFile(path("x"));
+  EXPECT_EQ(listed(), Names{path("c")});
+  store_.readsFail = false;
+  EXPECT_EQ(stored(), (Names{path("a"), path("b")})) << "the store is left as it is";
+  mru_.AddFile(path("d"));
+  EXPECT_EQ(listed(), (Names{path("d"), path("c"), path("a"), path("b")}));
+  EXPECT_EQ(stored(), listed());
+  EXPECT_EQ(command_.texts, listed());
+}
+
+TEST_F(RecentFiles, AreRemovedFromAListThatCouldNotBeLoaded) {
+  storeNames({path("a"), path("b")});
+  store_.readsFail = true;
+  mru_.LoadFromRegistry();
+  store_.readsFail = false;
+  mru_.RemoveFile(path("a"));
+  EXPECT_EQ(stored(), Names{path("b")});
+  EXPECT_EQ(listed(), Names{path("b")});
+}
+
+TEST_F(RecentFiles, LoseNothingStoredWhenOnlyTheFirstOnesCouldBeLoaded) {
+  storeNames({path("a"), path("b"), path("c")});
+  store_.readsLeft = 2;
+  mru_.LoadFromRegistry();
+  EXPECT_EQ(listed(), (Names{path("a"), path("b")}));
+  store_.readsLeft = -1;
+  mru_.AddFile(path("d"));
+  EXPECT_EQ(stored(), (Names{path("d"), path("a"), path("b"), path("c")}));
+}
+
+TEST_F(RecentFiles, MayBeAddedByAReferenceIntoTheListItself) {
+  for (const char* name : {"a", "b", "c"}) mru_.AddFile(path(name));
+  mru_.AddFile(mru_.Files.Item(3));
+  EXPECT_EQ(listed(), (Names{path("a"), path("c"), path("b")}));
+  mru_.RemoveFile(mru_.Files.Item(1));
+  EXPECT_EQ(listed(), (Names{path("c"), path("b")}));
+}
+
+TEST_F(RecentFiles, MakeTheirKeyEvenIfNoneIsLeftToStore) {
+  mru_.RemoveFile(path("a"));
+  EXPECT_TRUE(store_.hasKey(HKEY_CURRENT_USER, kKey));
+  EXPECT_EQ(stored(), Names{});
+}
+
+TEST_F(RecentFiles, ReportADisplayThatFailsUnderBuildMRU) {
+  mru_.Files.Add(path("a"), path("a"));
+  command_.fails = true;
+  SmartMenuStandIn menu;
+  menu.entries.clear();  // the entry for an empty list too
+  WindowMenu window;
+  window.entries.clear();
+  mru_.BuildMRU(nullptr);
+  mru_.CommandMRU = nullptr;
+  mru_.SmartUI = &menu;
+  mru_.BuildMRU(nullptr);
+  mru_.SmartUI = nullptr;
+  mru_.BuildMRU(&window);
+  ASSERT_EQ(reports(), 3u);
+  for (const auto& box : platform_.boxes.boxes) {
+    EXPECT_NE(box.text.find("Module: MRU\r\nProcedure: BuildMRU\r\n"), std::string::npos) << box.text;
+  }
 }
 
 TEST_F(RecentFiles, ReloadWhereABandIsSet) {

@@ -123,7 +123,7 @@ const Case kCases[] = {
        w.platform.failing = "FormUtility";
        w.mru.LoadFromRegistry();
      }},
-    {"BuildMenu", "settings/MRU.cpp", "window.Item(kMenu, 0)",
+    {"BuildMRU", "settings/MRU.cpp", "BuildMenu(*ParentForm)",
      [](World& w) {
        FailingItems items;
        w.mru.BuildMRU(&items);

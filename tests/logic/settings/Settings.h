@@ -20,7 +20,8 @@ class FailingStore : public store::MemoryStore {
  public:
   Variant ReadValue(std::int32_t Hive, const std::string& Key, const std::string& ValueName) override {
     ++reads;
-    if (readsFail) throw RuntimeError(err::kDeviceIO, "The store can't be read.");
+    if (readsFail || readsLeft == 0) throw RuntimeError(err::kDeviceIO, "The store can't be read.");
+    if (readsLeft > 0) --readsLeft;
     return MemoryStore::ReadValue(Hive, Key, ValueName);
   }
   void WriteValue(std::int32_t Hive, const std::string& Key, const std::string& ValueName,
@@ -40,6 +41,7 @@ class FailingStore : public store::MemoryStore {
 
   bool readsFail = false, writesFail = false, createFails = false;
   int reads = 0;
+  int readsLeft = -1;  ///< how many reads succeed yet; -1 for all
   std::string calls;
 };
 
