@@ -8,6 +8,7 @@
 #include "base/RuntimeError.h"
 #include "diagnostics/Trailer.h"
 #include "imaging/modImgX.h"
+#include "settings/StoredQuality.h"
 
 namespace kestrel {
 namespace {
@@ -220,7 +221,10 @@ void ImageProcessingCtl::ApplyOptions() {
     modImgX::SetupBackground(igxImage, options.BackgroundGridSize(), options.BackgroundGridColor1(),
                              options.BackgroundGridColor2());
     if (fltZoom) fltZoom->ApplyOptions();
-    Required(igxImage.ImgX()).JPEGQuality(options.StoredJPEGQuality());
+    const std::shared_ptr<kestrel::ImgX> picture = igxImage.ImgX();
+    kestrel::ImgX& settings = Required(picture);
+    // A store that can't be read has been reported by now.
+    QDK_RESUME_NEXT(settings.JPEGQuality(StoredJPEGQuality()));
   } catch (...) {
     QDK_TRAILER(ApplyOptions, QDK_PARAMETERS(), QDK_LOCALS());
   }

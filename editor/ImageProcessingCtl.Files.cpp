@@ -5,6 +5,7 @@
 #include "diagnostics/Trailer.h"
 #include "imaging/contract/Formats.h"
 #include "imaging/modImgX.h"
+#include "settings/StoredQuality.h"
 
 namespace kestrel {
 namespace {
@@ -147,7 +148,7 @@ bool ImageProcessingCtl::zSaveImage(std::string Filename, std::int32_t ForcedFor
       Format = modImgX::GetSaveFormatFromFilename(Filename, files);
     }
 
-    QDK_RESUME_NEXT(igxImage.JPEGQuality(Required(Options()).StoredJPEGQuality()));
+    QDK_RESUME_NEXT(igxImage.JPEGQuality(StoredJPEGQuality()));
     try {
       igxImage.Writer().ToFile(Filename, Format, 0, true);
     } catch (...) {

@@ -1,5 +1,7 @@
 #include "Options.h"
 
+#include "StoredQuality.h"
+#include "base/RuntimeError.h"
 #include "diagnostics/Trailer.h"
 #include "imaging/contract/RegistryStore.h"
 #include "modProcessing.h"
@@ -82,10 +84,15 @@ OPTION(ThumbnailSizeTypeEnum,             ThumbnailSizeType,           "Thumbnai
 
 #undef OPTION
 
-std::int32_t Options::StoredJPEGQuality() const {
-  return modProcessing::RegistryStore()
-      .GetSetting("Quality", Stored(kDefaultQuality), kStoreNumber, "JPEG", HKEY_CURRENT_USER)
-      .ToInt32();
+std::int32_t StoredJPEGQuality() {
+  kestrel::RegistryStore& store = modProcessing::RegistryStore();
+  const Variant stored = store.ReadValue(HKEY_CURRENT_USER, store.RootKey() + "\\JPEG", "Quality");
+  if (store.ReadFailed()) throw RuntimeError(err::kDeviceIO, "The stored JPEG quality could not be read.");
+  if (stored.TypeCode() == static_cast<std::int32_t>(Variant::Type::kEmpty)) return kDefaultQuality;
+  if (stored.TypeCode() != static_cast<std::int32_t>(Variant::Type::kInt32)) {
+    throw RuntimeError(err::kTypeMismatch, "The stored JPEG quality is not a number.");
+  }
+  return stored.ToInt32();
 }
 
 }  // namespace kestrel

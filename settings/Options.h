@@ -19,8 +19,6 @@ class Options : public Object {
   std::string TypeName() const override { return "Options"; }
 
   std::int32_t JPEGQuality() const;
-  /// The same, but hands the store's errors on, where `JPEGQuality` reports them and gives 0.
-  std::int32_t StoredJPEGQuality() const;
   void JPEGQuality(std::int32_t Value);
   OLE_COLOR MaterialBackColor() const;
   void MaterialBackColor(OLE_COLOR Value);

@@ -92,6 +92,12 @@ class EditingTest : public EditorTest {
   }
   /// The next setting that is asked for can't be read.
   void loseNextSetting() { recorded_->storeFailsOnce = true; }
+  /// From now on the settings are in that store, which must live until the test's end, or null.
+  void useStore(RegistryStore* store) {
+    recorded_->store = store;
+    modProcessing::Attach(*recorded_);
+    modProcessing::Main();
+  }
   /// One failure is reported by what follows.
   void expectReport() { user().answers(kAnswerOK); }
   std::string undoCaption() { return command("btnEditUndo").Caption(); }

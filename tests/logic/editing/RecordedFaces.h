@@ -127,7 +127,7 @@ class RecordedPlatform : public Platform {
   kestrel::WindowPositions& WindowPositions() override { return inner_.WindowPositions(); }
   kestrel::RegistryStore& RegistryStore() override {
     if (std::exchange(storeFailsOnce, false)) throw RuntimeError(57, "The settings cannot be read.");
-    return inner_.RegistryStore();
+    return store ? *store : inner_.RegistryStore();
   }
   kestrel::FileHelpers& FileHelpers() override { return inner_.FileHelpers(); }
   kestrel::UserInterface& UserInterface() override { return inner_.UserInterface(); }
@@ -143,6 +143,8 @@ class RecordedPlatform : public Platform {
 
   /// The next use of the key store fails.
   bool storeFailsOnce = false;
+  /// The key store where it is not the platform's own.
+  kestrel::RegistryStore* store = nullptr;
 
  private:
   Log& log_;

@@ -4,6 +4,7 @@
 #include <ostream>
 
 #include "Settings.h"
+#include "settings/StoredQuality.h"
 
 namespace kestrel {
 namespace {
@@ -167,6 +168,17 @@ TEST_F(OptionsTest, ReadAnyNumberButZeroAsTrue) {
   }
   storeNumber("Thumbnails", "AutoCheck", 0);
   EXPECT_FALSE(options_.ThumbnailAutoCheck());
+}
+
+TEST_F(OptionsTest, GiveTheQualityForASaveOnlyIfItIsANumberThatCanBeRead) {
+  EXPECT_EQ(StoredJPEGQuality(), 75) << "none is stored";
+  options_.JPEGQuality(31);
+  EXPECT_EQ(StoredJPEGQuality(), 31);
+  store_.WriteValue(HKEY_CURRENT_USER, kRoot + "\\JPEG", "Quality", "good", kStoreString);
+  EXPECT_THROW(StoredJPEGQuality(), RuntimeError);
+  store_.readsFail = true;
+  EXPECT_THROW(StoredJPEGQuality(), RuntimeError);
+  EXPECT_EQ(reports(), 0u);
 }
 
 TEST_F(OptionsTest, HoldTheMaterialBackgroundAsAText) {

@@ -4,11 +4,13 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <vector>
 
 #include "platform/posix/LineTable.h"
 #include "platform/sqlite/SqliteStore.h"
 #include "platform/store/StoredPositions.h"
 #include "settings/MRU.h"
+#include "settings/StoredQuality.h"
 #include "settings/modProcessing.h"
 #include "tests/logic/fakes/FakeForm.h"
 #include "tests/logic/fakes/FakePlatform.h"
@@ -79,6 +81,40 @@ TEST_F(UnusableStore, GivesDefaultsAndOneBox) {
   EXPECT_NE(box(0).find("The settings could not be read or written: file is not a database. (57)"),
             std::string::npos);
   EXPECT_EQ(std::filesystem::file_size(folder_ / "a.store"), 8192u) << "the file is left as it was";
+}
+
+TEST_F(UnusableStore, HasNoStoredQuality) {
+  EXPECT_THROW(StoredJPEGQuality(), RuntimeError);
+  std::filesystem::remove(folder_ / "a.store");
+  EXPECT_EQ(StoredJPEGQuality(), 75) << "nothing is stored";
+  modProcessing::GetOptions()->JPEGQuality(40);
+  EXPECT_EQ(StoredJPEGQuality(), 40);
+}
+
+TEST_F(UnusableStore, IsNotWrittenByAListOfRecentFilesThatCouldNotBeLoaded) {
+  std::filesystem::remove(folder_ / "a.store");
+  const std::string key = "Root\\RecentFiles";
+  for (int i = 1; i <= 3; ++i) {
+    const std::string name = "/pictures/" + std::to_string(i) + ".png";
+    platform_.forms.existing.insert(name);
+    store_.WriteValue(HKEY_CURRENT_USER, key, "MRU" + std::to_string(i), name, kStoreString);
+  }
+  MRU recent;
+  recent.RootKey = key;
+  std::filesystem::rename(folder_ / "a.store", folder_ / "away");
+  std::filesystem::create_directory(folder_ / "a.store");
+  recent.LoadFromRegistry();
+  recent.AddFile("/pictures/new.png");
+  EXPECT_EQ(platform_.boxes.boxes.size(), 1u) << "the failed read";
+  std::filesystem::remove(folder_ / "a.store");
+  std::filesystem::rename(folder_ / "away", folder_ / "a.store");
+  recent.AddFile("/pictures/newer.png");
+  std::vector<std::string> stored;
+  for (int i = 1; i <= 6; ++i) {
+    stored.push_back(store_.ReadValue(HKEY_CURRENT_USER, key, "MRU" + std::to_string(i)).ToString());
+  }
+  EXPECT_EQ(stored, (std::vector<std::string>{"/pictures/newer.png", "/pictures/new.png", "/pictures/1.png",
+                                              "/pictures/2.png", "/pictures/3.png", ""}));
 }
 
 TEST_F(UnusableStore, TellsOnceOfARunOfWritesThatAreLost) {

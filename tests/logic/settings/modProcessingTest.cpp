@@ -26,6 +26,45 @@ TEST_F(ProcessServices, AreSetUpByMain) {
   EXPECT_TRUE(modTollgarthSupport::State().qdkHasInitialised);
 }
 
+/// Notes in which order the services get their keys.
+struct NotedStore : FailingStore {
+  using FailingStore::RootHive, FailingStore::RootKey;
+  void RootKey(const std::string& value) override {
+    *log += "root ";
+    FailingStore::RootKey(value);
+  }
+  void RootHive(std::int32_t value) override {
+    *log += "hive ";
+    FailingStore::RootHive(value);
+  }
+  std::string* log = nullptr;
+};
+
+struct NotedPositions : store::StoredPositions {
+  using StoredPositions::StoredPositions, StoredPositions::RegistryKey;
+  void RegistryKey(const std::string& value) override {
+    *log += "positions ";
+    StoredPositions::RegistryKey(value);
+  }
+  std::string* log = nullptr;
+};
+
+TEST(MainProcedure, SetsThePositionsKeyThenTheRootThenTheHive) {
+  std::string log;
+  NotedStore store;
+  store.log = &log;
+  fakes::FakeScreens screens;
+  NotedPositions positions(store, screens);
+  positions.log = &log;
+  fakes::FakePlatform platform;
+  platform.store = &store;
+  platform.positions = &positions;
+  modProcessing::Attach(platform);
+  modProcessing::Main();
+  modProcessing::Detach();
+  EXPECT_EQ(log, "positions root hive ");
+}
+
 TEST_F(ProcessServices, LendOneOptionsObjectUntilKillShared) {
   const auto first = modProcessing::GetOptions();
   EXPECT_EQ(modProcessing::GetOptions(), first);
