@@ -126,8 +126,9 @@ void ImageProcessingCtl::ApplyMaskedDropShadow(std::int32_t OffsetX, std::int32_
     MaskColor = Required(igxImage.Image()).GetPixel(corner.X, corner.Y).Value();
   }
 
-  const bool wasChanged = Changed();
   const auto point = igxImage.CreateUndoPoint("Contoured Drop Shadow");
+  iHeldChange = false;
+  iHoldsChange = true;
   try {
     ImagingFace& target = zBeginOperation(onSection);
     const Colour from = target.Colors().Create(MaskColor, 255);
@@ -139,9 +140,11 @@ void ImageProcessingCtl::ApplyMaskedDropShadow(std::int32_t OffsetX, std::int32_
   } catch (...) {
     // Without its shadow the picture must not lose its background either.
     QDK_RESUME_NEXT(point->TakeBack());
-    QDK_RESUME_NEXT(Changed(wasChanged));
+    iHoldsChange = false;
     throw;
   }
+  iHoldsChange = false;
+  if (iHeldChange) Changed(true);
 }
 
 }  // namespace kestrel

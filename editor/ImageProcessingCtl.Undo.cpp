@@ -32,7 +32,11 @@ void ImageProcessingCtl::igxImage_Changed() {
     zShowSize();
     zFollowPointer();
     zFollowFile();
-    Changed(true);
+    if (iHoldsChange) {
+      iHeldChange = true;
+    } else {
+      Changed(true);
+    }
   } catch (...) {
     QDK_TRAILER(igxImage_Changed, QDK_PARAMETERS(), QDK_LOCALS());
   }

@@ -387,6 +387,8 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   std::int32_t mFormat = 0;
   bool pUseSimpleTools = false;
   bool pChanged = false;
+  bool iHoldsChange = false;  ///< an operation of several steps may still be taken back
+  bool iHeldChange = false;   ///< and has changed the picture
   bool pShowMenuBar = false;
   bool pShowMRU = false;
   bool pShowOpen = false;

@@ -153,9 +153,12 @@ TEST_P(EditingUndo, AContouredShadowThatFailsLeavesPictureChangedUndoAndRedoAsTh
       const bool canUndo = view().CanUndo(), canRedo = view().CanRedo();
       editor().Changed(false);
       view().Modified(false);
+      int changes = 0;
+      const Connection change = editor().Change.Connect([&changes] { ++changes; });
       EXPECT_THROW(failure.run(editor()), RuntimeError);
       EXPECT_TRUE(same(shown(), before));
       EXPECT_FALSE(editor().Changed());
+      EXPECT_EQ(changes, 0) << "no Change for what was taken back";
       EXPECT_FALSE(view().Modified());
       EXPECT_EQ(undoCaption(), undo);
       EXPECT_EQ(redoCaption(), redo);
