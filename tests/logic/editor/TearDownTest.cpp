@@ -109,6 +109,25 @@ TEST_P(EditorTearDown, DoesNotUnloadTheWindowsTwice) {
   EXPECT_THAT(unloaded_, SizeIs(2));
 }
 
+TEST_P(EditorTearDown, LeavesAnotherEditorWithFreshOptions) {
+  start();
+  const auto secondSite = platform().createEditorSite();
+  ImageProcessingCtl second(*secondSite);
+  secondSite->InitProperties();
+  second.Initialize();
+  shared_ = second.Options();
+  EXPECT_EQ(editor().Options(), shared_);
+  editor().Terminate();
+  const std::shared_ptr<Options> fresh = second.Options();
+  ASSERT_NE(fresh, nullptr);
+  EXPECT_NE(fresh, shared_);
+  shared_->JPEGQuality(40);
+  EXPECT_EQ(fresh->JPEGQuality(), 40) << "which keep nothing themselves";
+  second.ApplyOptions();
+  EXPECT_TRUE(second.OpenImage(makePicture("open.png", 2)));
+  EXPECT_THAT(user().boxes(), IsEmpty());
+}
+
 TEST_P(EditorTearDown, LetsTheHelpGo) {
   start();
   editor().Terminate();
