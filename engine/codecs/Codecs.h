@@ -11,7 +11,7 @@ namespace kestrel::engine {
 
 /// Reads a picture file. What it is, its content says, not its name.
 ///
-/// The result is upright (a stored orientation is applied), in sRGB (a stored colour profile is honoured)
+/// The result is upright (a stored orientation is applied), in sRGB (a stored color profile is honored)
 /// and has straight alpha. Raises RuntimeError: 53 no such file, 70 no permission to read it, 75 a folder or
 /// something else that is no file, 57 a failing device, 481 no picture that can be read, 7 too large.
 Decoded decodeFile(const std::filesystem::path& path);

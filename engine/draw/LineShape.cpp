@@ -6,7 +6,7 @@
 namespace kestrel::engine {
 namespace {
 
-/// The pixels whose centres are from `low` to `high`, cut to a range.
+/// The pixels whose centers are from `low` to `high`, cut to a range.
 PixelRun centersBetween(double low, double high, PixelRun range) {
   const auto cut = [&](double value) {
     return static_cast<std::int32_t>(

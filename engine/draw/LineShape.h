@@ -4,11 +4,11 @@
 
 namespace kestrel::engine {
 
-/// A straight line with round ends, as wide as the pen. A pixel is covered by how near its centre is to the
+/// A straight line with round ends, as wide as the pen. A pixel is covered by how near its center is to the
 /// line: wholly at half a pixel within its edge, not at all at half a pixel beyond it.
 class LineShape final : public Shape {
  public:
-  /// `width` in pixels, at least 1. From one pixel's centre to another's, a line of width 1 along a row or
+  /// `width` in pixels, at least 1. From one pixel's center to another's, a line of width 1 along a row or
   /// column covers just the pixels from the one to the other. A line to its own start is a dot.
   LineShape(PointD from, PointD to, double width = 1);
 

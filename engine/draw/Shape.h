@@ -9,7 +9,7 @@
 
 namespace kestrel::engine {
 
-/// A point between pixels: pixel (x, y) is the square from (x, y) to (x + 1, y + 1), its centre at a half.
+/// A point between pixels: pixel (x, y) is the square from (x, y) to (x + 1, y + 1), its center at a half.
 struct PointD {
   double X = 0;
   double Y = 0;

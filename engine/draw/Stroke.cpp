@@ -35,7 +35,7 @@ PixelRun hull(PixelRun a, PixelRun b) {
   return {std::min(a.first, b.first), std::max(a.last, b.last)};
 }
 
-/// The alpha that takes a pixel from one share of the colour to a larger one.
+/// The alpha that takes a pixel from one share of the color to a larger one.
 std::uint8_t alphaBetween(std::uint32_t from, std::uint32_t to) {
   return static_cast<std::uint8_t>((510 * (to - from) + 255 - from) / (2 * (255 - from)));
 }

@@ -17,7 +17,7 @@ namespace kestrel::engine {
 /// The curve is the centripetal Catmull-Rom spline (Yuksel, Schaefer and Keyser 2011): it goes through every
 /// sample, has one direction there, and neither loops nor overshoots between samples far apart. Since it
 /// needs the sample behind a piece's end to know the direction there, it follows the pointer one sample
-/// behind until `finish`. Where it crosses itself it covers no more than once, so that a transparent colour
+/// behind until `finish`. Where it crosses itself it covers no more than once, so that a transparent color
 /// stays even.
 ///
 /// For each sample: `add`, keep the pixels in the rectangles it returns, `paint`. The work depends on the way

@@ -81,7 +81,7 @@ void compositeSpan(const std::uint8_t* top, const std::uint8_t* under, std::int3
   const bool wholeAlpha = opacity == 255 && !mask;
   const auto strength = hn::Set(d, opacity);
   const auto colorBits = hn::Set(d, 0x00FFFFFF);
-  // No pixel's colour has a value in the fourth byte, so that without a mask colour none is equal.
+  // No pixel's color has a value in the fourth byte, so that without a mask color none is equal.
   std::uint32_t maskValue = 0xFF000000;
   if (mask)
     maskValue =

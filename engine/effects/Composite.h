@@ -16,7 +16,7 @@ struct CompositeOptions {
   std::optional<Pixel> maskColor;
 };
 
-/// `top` laid over `under` with its top left pixel at (x, y), honouring the alpha of both ("over" with
+/// `top` laid over `under` with its top left pixel at (x, y), honoring the alpha of both ("over" with
 /// straight alpha, see Blend.h). What reaches beyond `under` is clipped. Raises RuntimeError 5 for an opacity
 /// that is not a number.
 Bitmap composite(const Bitmap& under, const Bitmap& top, std::int32_t x, std::int32_t y,

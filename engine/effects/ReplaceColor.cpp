@@ -34,7 +34,7 @@ void replaceRow(const std::uint8_t* HWY_RESTRICT in, std::int32_t count, Pixel f
   const auto replacement = hn::Set(d, toValue);
   const auto allowed = hn::Set(d8, tolerance);
   const auto lanes = static_cast<std::int32_t>(hn::Lanes(d));
-  // Below this value of a pixel its alpha is 0; it is then of the colour if that is transparent, too.
+  // Below this value of a pixel its alpha is 0; it is then of the color if that is transparent, too.
   const auto invisibleBelow = hn::Set(d, from.a == 0 ? 0x01000000U : 0U);
   for (std::int32_t x = 0; x < count; x += lanes) {
     const auto bytes = hn::Load(d8, in + std::ptrdiff_t{4} * x);
@@ -58,7 +58,7 @@ HWY_EXPORT(replaceRow);
 Bitmap replaceColor(const Bitmap& source, Pixel from, Pixel to, double tolerance) {
   requirePicture(source);
   if (!(tolerance >= 0)) {
-    throw RuntimeError(err::kInvalidCall, "The tolerance of a colour must be 0 or more.");
+    throw RuntimeError(err::kInvalidCall, "The tolerance of a color must be 0 or more.");
   }
   const auto levels = static_cast<std::uint8_t>(std::min(std::floor(tolerance), 255.0));
   Bitmap result = Bitmap::uninitialized(source.width(), source.height());

@@ -121,7 +121,7 @@ class SourceTile {
   std::int64_t left_ = 0, top_ = 0;
 };
 
-/// The old picture as seen from the new one: where each new pixel takes its colour from.
+/// The old picture as seen from the new one: where each new pixel takes its color from.
 struct Mapping {
   std::int64_t u0, v0;  ///< of the new pixel (0, 0)
   std::int64_t du, dv;  ///< one pixel to the right; one down is (-dv, du)
@@ -259,7 +259,7 @@ Bitmap rotate(const Bitmap& source, double degrees, Pixel background) {
       Bitmap::uninitialized(boxSide(from.width * std::abs(cosine) + from.height * std::abs(sine)),
                             boxSide(from.width * std::abs(sine) + from.height * std::abs(cosine)));
   const Pixels to = result.writable();
-  // Both centres coincide; a pixel's centre stands half a pixel right of and below its corner.
+  // Both centers coincide; a pixel's center stands half a pixel right of and below its corner.
   const double x = 0.5 - to.width / 2.0;
   const double y = 0.5 - to.height / 2.0;
   const Mapping mapping{toFixed(x * cosine + y * sine + from.width / 2.0 - 0.5),

@@ -4,7 +4,7 @@
 
 namespace kestrel::engine {
 
-/// The picture turned clockwise about its centre by `degrees`, taken modulo 360; negative ones turn it back.
+/// The picture turned clockwise about its center by `degrees`, taken modulo 360; negative ones turn it back.
 ///
 /// 90, 180 and 270 are exact and lose nothing; a full turn is the picture itself. Any other angle grows the
 /// picture to the smallest size that holds the whole of it, takes new pixels from old ones by Catmull-Rom

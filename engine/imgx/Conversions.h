@@ -6,9 +6,9 @@
 
 namespace kestrel::engine {
 
-/// No colour is transparent black.
-inline Pixel pixelOf(const Colour& colour) {
-  return {colour.Red(), colour.Green(), colour.Blue(), colour.Alpha()};
+/// No color is transparent black.
+inline Pixel pixelOf(const Colour& color) {
+  return {color.Red(), color.Green(), color.Blue(), color.Alpha()};
 }
 
 inline PixelRows rowsOf(const Bitmap& bitmap) {

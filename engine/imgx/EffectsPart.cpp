@@ -53,7 +53,7 @@ void EffectsPart::DropShadow(std::int32_t offsetX, std::int32_t offsetY, const C
 
 void EffectsPart::ReplaceColor(const Colour& from, const Colour& to, double tolerance, std::int32_t mode,
                                const std::string& undoName) {
-  if (mode != 0) throw RuntimeError(err::kInvalidCall, "There is one mode of replacing colours, 0.");
+  if (mode != 0) throw RuntimeError(err::kInvalidCall, "There is one mode of replacing colors, 0.");
   EditablePicture& picture = owner_.pictureToChange();
   picture.replacePixels(replaceColor(picture.bitmap(), pixelOf(from), pixelOf(to), tolerance), undoName);
 }

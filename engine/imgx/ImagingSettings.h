@@ -14,7 +14,7 @@ struct ImagingSettings {
   std::int32_t fillMode = kFillNone;
   std::int32_t penWidth = 1;  ///< pixels
   std::int32_t jpegQuality = 75;
-  /// What a blank picture is filled with where no colour is given; -1 leaves it transparent.
+  /// What a blank picture is filled with where no color is given; -1 leaves it transparent.
   OLE_COLOR backColor = kNoColor;
 };
 

@@ -38,7 +38,7 @@ class ImgXObject : public Face<ImgX> {
   SurfacePart surface_;
   std::shared_ptr<EditablePicture> picture_;
   bool bound_ = false;
-  /// Those of the view that it was bound to: references to the draw colour may still be held.
+  /// Those of the view that it was bound to: references to the draw color may still be held.
   std::shared_ptr<ImagingSettings> settingsOfView_;
 };
 

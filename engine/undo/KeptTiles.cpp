@@ -25,7 +25,7 @@ void KeptTiles::keep(ConstPixels picture, const Rectangle& area) {
   for (std::int32_t row = area.Top / kSide; row <= (area.Top + area.Height - 1) / kSide; ++row) {
     for (std::int32_t column = area.Left / kSide; column <= (area.Left + area.Width - 1) / kSide; ++column) {
       if (tiles_.contains(keyOf(column, row))) continue;
-      auto tile = std::unique_ptr<Tile>(new Tile);  // not value-initialised: it is filled right away
+      auto tile = std::unique_ptr<Tile>(new Tile);  // not value-initialized: it is filled right away
       tile->left = column * kSide;
       tile->top = row * kSide;
       forTileRows<const std::uint8_t*>(picture, *tile, [](auto inPicture, auto inTile, auto bytes) {

@@ -27,11 +27,11 @@ FreehandGesture::FreehandGesture(GestureHost& host, PointD at)
     : host_(host),
       painting_(host.gesturePicture()),
       stroke_(pixelOf(host.drawColor()), host.penWidth(), boundsOf(host.gesturePicture().bitmap())) {
-  draw([&] { return stroke_.add(host_.toPicture(pixelCentre(at))); });
+  draw([&] { return stroke_.add(host_.toPicture(pixelCenter(at))); });
 }
 
 void FreehandGesture::drag(PointD at, std::int32_t /*shift*/) {
-  draw([&] { return stroke_.add(host_.toPicture(pixelCentre(at))); });
+  draw([&] { return stroke_.add(host_.toPicture(pixelCenter(at))); });
 }
 
 void FreehandGesture::end(bool /*dragged*/) {

@@ -12,7 +12,7 @@
 namespace kestrel::engine {
 
 /// The middle of the pixel that a point lies in.
-inline PointD pixelCentre(PointD at) { return {std::floor(at.X) + 0.5, std::floor(at.Y) + 0.5}; }
+inline PointD pixelCenter(PointD at) { return {std::floor(at.X) + 0.5, std::floor(at.Y) + 0.5}; }
 
 /// What a gesture sees of its view.
 class GestureHost {
@@ -32,7 +32,7 @@ class GestureHost {
   /// Raises `Selected`.
   virtual void selectEnded() = 0;
   /// Puts the selection back that was there before a drag; raises `SelectChanged` if it had changed.
-  virtual void selectCancelled(const Selection& before) = 0;
+  virtual void selectCanceled(const Selection& before) = 0;
   /// Places the selection, or takes it away, without an event.
   virtual void putSelection(const Selection& selection) = 0;
 

@@ -236,7 +236,7 @@ void Painter::paintRows(const Job& job, std::int32_t first, std::int32_t last, S
   const Scene& scene = job.scene;
   const std::int32_t areaRight = job.area.Left + job.area.Width;
   const std::uint32_t beside = valueOf(scene.surroundings, job.buffer.order);
-  const std::uint32_t border = valueOf(kBorderColour, job.buffer.order);
+  const std::uint32_t border = valueOf(kBorderColor, job.buffer.order);
   const std::int32_t lineX = scene.horizontal.border();
   const std::int32_t lineY = scene.vertical.border();
   const bool picture = !scene.picture.empty();

@@ -25,7 +25,7 @@ struct Scene {
 /// painting allocates nothing.
 class Painter {
  public:
-  static constexpr Pixel kBorderColour{0x80, 0x80, 0x80, 255};
+  static constexpr Pixel kBorderColor{0x80, 0x80, 0x80, 255};
 
   /// Paints the part `area` of the view, which must lie inside the buffer. The buffer is the whole view.
   void paint(const Scene& scene, const PaintBuffer& buffer, const Rectangle& area);

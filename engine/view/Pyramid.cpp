@@ -38,12 +38,12 @@ void averagePairs(const std::uint8_t* upper, const std::uint8_t* lower, std::uin
 /// The average of four pixels with straight alpha, premultiplied.
 void averageStraight(const std::array<const std::uint8_t*, 4>& from, std::uint8_t* target) {
   std::uint32_t alpha = 0;
-  std::array<std::uint32_t, 3> colour{};
+  std::array<std::uint32_t, 3> color{};
   for (const std::uint8_t* const pixel : from) {
     alpha += pixel[3];
-    for (std::size_t c = 0; c < 3; ++c) colour[c] += std::uint32_t{pixel[c]} * pixel[3];
+    for (std::size_t c = 0; c < 3; ++c) color[c] += std::uint32_t{pixel[c]} * pixel[3];
   }
-  for (std::size_t c = 0; c < 3; ++c) target[c] = static_cast<std::uint8_t>((colour[c] + 510) / 1020);
+  for (std::size_t c = 0; c < 3; ++c) target[c] = static_cast<std::uint8_t>((color[c] + 510) / 1020);
   target[3] = static_cast<std::uint8_t>((alpha + 2) / 4);
 }
 

@@ -55,7 +55,7 @@ void SelectGesture::end(bool dragged) {
   }
 }
 
-void SelectGesture::cancel() { host_.selectCancelled(before_); }
+void SelectGesture::cancel() { host_.selectCanceled(before_); }
 
 Rectangle SelectGesture::drawn(PointD to, bool square) const {
   const std::int32_t width = host_.horizontal().picture();

@@ -45,7 +45,7 @@ ShapeGesture::ShapeGesture(GestureHost& host, Kind kind, PointD at)
     : host_(host), kind_(kind), from_(pointAt(at)), to_(from_) {}
 
 PointD ShapeGesture::pointAt(PointD at) const {
-  return host_.toPicture(kind_ == Kind::line ? pixelCentre(at) : at);
+  return host_.toPicture(kind_ == Kind::line ? pixelCenter(at) : at);
 }
 
 void ShapeGesture::drag(PointD at, std::int32_t shift) {
@@ -82,7 +82,7 @@ PointD ShapeGesture::constrained(PointD to) const {
 
 std::unique_ptr<Shape> ShapeGesture::inPicture() const {
   if (kind_ == Kind::line) {
-    return std::make_unique<LineShape>(pixelCentre(from_), pixelCentre(to_), host_.penWidth());
+    return std::make_unique<LineShape>(pixelCenter(from_), pixelCenter(to_), host_.penWidth());
   }
   return makeBox(kind_, {rounded(from_.X), rounded(from_.Y)}, {rounded(to_.X), rounded(to_.Y)},
                  host_.outlined() ? std::optional(host_.penWidth()) : std::nullopt);
@@ -93,7 +93,7 @@ std::unique_ptr<Shape> ShapeGesture::inView() const {
   const ViewAxis& y = host_.vertical();
   const std::int32_t pen = std::max(1, rounded(host_.penWidth() * x.zoom()));
   if (kind_ == Kind::line) {
-    const PointD from = pixelCentre(from_), to = pixelCentre(to_);
+    const PointD from = pixelCenter(from_), to = pixelCenter(to_);
     return std::make_unique<LineShape>(PointD{x.toView(from.X), y.toView(from.Y)},
                                        PointD{x.toView(to.X), y.toView(to.Y)}, pen);
   }

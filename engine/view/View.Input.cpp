@@ -67,7 +67,7 @@ void View::pointerMove(std::int32_t button, std::int32_t shift, float x, float y
 
 std::optional<Point> View::PointerPixel() const {
   if (!pointerInside_ || !isOverPicture(pointer_)) return std::nullopt;
-  const PointD pixel = toPicture(pixelCentre(pointer_));
+  const PointD pixel = toPicture(pixelCenter(pointer_));
   return Point{static_cast<std::int32_t>(std::floor(pixel.X)),
                static_cast<std::int32_t>(std::floor(pixel.Y))};
 }
@@ -173,7 +173,7 @@ void View::setAutoScroll(bool on) {
 }
 
 bool View::isOverPicture(PointD at) const {
-  const PointD pixel = toPicture(pixelCentre(at));
+  const PointD pixel = toPicture(pixelCenter(at));
   return pixel.X >= 0 && pixel.Y >= 0 && pixel.X < horizontal_.picture() && pixel.Y < vertical_.picture() &&
          beyond(at.X, horizontal_.view()) == 0 && beyond(at.Y, vertical_.view()) == 0;
 }

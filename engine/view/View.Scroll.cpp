@@ -10,7 +10,7 @@ void View::Zoom(double value) {
   if (std::isnan(value)) throw RuntimeError(err::kInvalidPropertyValue, "The zoom factor is not a number.");
   BeforeZoomChanged(value);
   const PointD middle{horizontal_.view() / 2.0, vertical_.view() / 2.0};
-  const PointD fixed = wheeling_ ? pixelCentre(pointer_) : middle;
+  const PointD fixed = wheeling_ ? pixelCenter(pointer_) : middle;
   horizontal_.zoom(value, fixed.X);
   vertical_.zoom(value, fixed.Y);
   scrollRangesChanged();

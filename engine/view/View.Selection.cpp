@@ -23,9 +23,9 @@ std::int32_t roundedPosition(double value) {
   return static_cast<std::int32_t>(std::lround(std::clamp(value, -1e9, 1e9)));
 }
 
-void put(const PaintBuffer& buffer, std::int32_t x, std::int32_t y, std::uint8_t grey) {
+void put(const PaintBuffer& buffer, std::int32_t x, std::int32_t y, std::uint8_t gray) {
   std::uint8_t* const pixel = buffer.row(y) + 4 * static_cast<std::size_t>(x);
-  pixel[0] = pixel[1] = pixel[2] = grey;
+  pixel[0] = pixel[1] = pixel[2] = gray;
   pixel[3] = 255;
 }
 
@@ -107,7 +107,7 @@ void View::selectEnded() {
   Selected(r.Left, r.Top, r.Width, r.Height);
 }
 
-void View::selectCancelled(const Selection& before) {
+void View::selectCanceled(const Selection& before) {
   if (selection_ == before) return;
   setSelection(before);
   const Rectangle& r = before.rectangle;

@@ -92,7 +92,7 @@ void View::pictureChanged(const PictureChange& change) {
 void View::pictureDrawn(const Rectangle& area) {
   painter_.invalidate(area);
   const Rectangle shown = inView(area);
-  // Averaging reaches into the neighbouring pixels, over one of them at most.
+  // Averaging reaches into the neighboring pixels, over one of them at most.
   invalidateView({shown.Left - 2, shown.Top - 2, shown.Width + 4, shown.Height + 4});
 }
 

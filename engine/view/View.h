@@ -145,7 +145,7 @@ class View : public Face<ImageView>, private GestureHost {
   const Selection& selection() const override { return selection_; }
   void select(const Rectangle& rectangle) override;
   void selectEnded() override;
-  void selectCancelled(const Selection& before) override;
+  void selectCanceled(const Selection& before) override;
   void putSelection(const Selection& selection) override { setSelection(selection); }
   void pan(double x, double y, bool withPanTool) override;
   void panEnded(bool withPanTool) override;

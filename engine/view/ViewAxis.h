@@ -14,7 +14,7 @@ struct ScrollRange {
 
 /// Zoom and scrolling along one side of a view.
 ///
-/// A picture that is too large for the view is scrolled; a smaller one is centred. The border line around
+/// A picture that is too large for the view is scrolled; a smaller one is centered. The border line around
 /// the picture is scrolled with it, and counts as the view's edge: at scroll position s the picture's column
 /// s begins right behind one border's width. So column = view pixel + s - border at zoom 1.
 class ViewAxis {
@@ -29,7 +29,7 @@ class ViewAxis {
   /// Keeps the picture point at the view position `anchor` where it is, as far as the picture reaches.
   void zoom(double value, double anchor);
 
-  /// Device pixels of the picture with its border that lie before the view; negative when centred.
+  /// Device pixels of the picture with its border that lie before the view; negative when centered.
   double offset() const { return offset_; }
   /// True if that moved anything.
   bool scrollTo(double offset);

@@ -24,7 +24,7 @@ using Transform = std::unique_ptr<void, DeleteTransform>;
 
 constexpr std::int32_t kRowsPerTask = 32;
 
-/// The inputs of a coarse cube over all colours, to see what a transform does.
+/// The inputs of a coarse cube over all colors, to see what a transform does.
 std::vector<Pixel> sampleColors() {
   std::vector<Pixel> samples;
   for (int r = 0; r <= 255; r += 51) {

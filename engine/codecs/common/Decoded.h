@@ -21,7 +21,7 @@ struct StoredAs {
   std::int32_t bitsPerSample = 8;
   bool hasAlpha = false;
   std::int32_t orientation = 1;  ///< 1 to 8 as EXIF counts; applied by the load
-  std::string profile;           ///< the colour profile's own description, empty without one
+  std::string profile;           ///< the color profile's own description, empty without one
   std::int32_t pages = 1;        ///< pictures in the file; the first was loaded
 };
 

@@ -24,7 +24,7 @@ std::size_t cellOf(int r, int g, int b) {
   return static_cast<std::size_t>((r >> kShift) << (2 * kBits) | (g >> kShift) << kBits | b >> kShift);
 }
 
-/// The pixels that fall into one cell of the colour cube.
+/// The pixels that fall into one cell of the color cube.
 struct Bin {
   double count = 0;
   Color sum{};
@@ -150,7 +150,7 @@ class PaletteBuilder {
   std::vector<Bin> bins_;
 };
 
-/// The palette's nearest colour, remembered for each cell of the cube.
+/// The palette's nearest color, remembered for each cell of the cube.
 class Nearest {
  public:
   explicit Nearest(const std::vector<Pixel>& palette) : palette_(palette), known_(kAllCells, kUnknown) {}
@@ -184,7 +184,7 @@ class Nearest {
 
 bool isTransparent(const std::uint8_t* pixel) { return pixel[3] < kHalfAlpha; }
 
-/// The indices of a picture with few colours, or nothing if there are more than fit.
+/// The indices of a picture with few colors, or nothing if there are more than fit.
 std::optional<Indexed> keepExactly(const ConstPixels& pixels, std::size_t most) {
   Indexed result;
   std::unordered_map<std::uint32_t, std::uint8_t> known;
@@ -229,7 +229,7 @@ std::vector<Bin> countColors(const ConstPixels& pixels) {
   return cube;
 }
 
-/// Error diffusion: what a pixel's index misses of its colour goes on to the neighbours not yet done.
+/// Error diffusion: what a pixel's index misses of its color goes on to the neighbors not yet done.
 void dither(const ConstPixels& pixels, Indexed& result) {
   const auto width = static_cast<std::ptrdiff_t>(pixels.width);
   Nearest nearest(result.palette);

@@ -24,7 +24,7 @@ constexpr std::int64_t kPixelsPerByte = 2731;
 
 using Palette = std::array<Pixel, 256>;
 
-/// A file without any palette leaves the colours to the reader: greys.
+/// A file without any palette leaves the colors to the reader: grays.
 Palette grays() {
   Palette palette;
   for (std::size_t i = 0; i < palette.size(); ++i) {

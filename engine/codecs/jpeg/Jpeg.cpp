@@ -32,7 +32,7 @@ namespace {
 constexpr std::int64_t kPixelsPerByte = 512;
 /// A progressive file needs some ten scans; thousands of empty ones would only keep the machine busy.
 constexpr int kMostScans = 500;
-/// From here on colour is stored at full resolution: whoever asks for it wants to see no loss.
+/// From here on color is stored at full resolution: whoever asks for it wants to see no loss.
 constexpr std::int32_t kFullColorQuality = 90;
 
 /// What the library calls back with. It reports errors by a jump, so the functions that call it hold nothing

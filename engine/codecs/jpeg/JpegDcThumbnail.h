@@ -12,7 +12,7 @@ namespace kestrel::engine::jpeg {
 ///
 /// `info` has read the header and stands at the first scan; it is left as it is. Wants a sequential Huffman
 /// file with one scan of gray or YCbCr, and gives nothing for any other, nor for one with the least fault:
-/// then the library's own way is to be taken. It differs from that only where colour is stored coarser than
+/// then the library's own way is to be taken. It differs from that only where color is stored coarser than
 /// light: there it repeats the averages.
 ///
 /// The library decodes each coefficient of each block before it leaves all but the first away. Skipping them,

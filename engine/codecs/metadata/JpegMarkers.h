@@ -22,7 +22,7 @@ struct Marker {
 /// The number of the marker that holds a plain comment.
 constexpr int kCommentMarker = 0xFE - 0xE0;
 
-/// Camera data, XMP, IPTC, colour profile and comment, put together from their markers.
+/// Camera data, XMP, IPTC, color profile and comment, put together from their markers.
 Metadata readMarkers(std::span<const MarkerView> markers);
 
 /// The markers that tell `metadata`. Each holds at most 64 KB: long comments, IPTC records and profiles are

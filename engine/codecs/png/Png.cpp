@@ -230,7 +230,7 @@ Metadata metadataOf(const Reader& reader) {
 }
 
 /// Without a profile, sRGB is what nearly all mean, unless numbers say otherwise.
-void honourColors(const Reader& reader, Decoded& decoded) {
+void honorColors(const Reader& reader, Decoded& decoded) {
   const png_structp png = reader.png();
   const png_infop info = reader.info();
   if (!decoded.metadata.iccProfile.empty()) {
@@ -305,7 +305,7 @@ Decoded describe(const Reader& reader, std::size_t fileSize) {
 
 void finish(const Reader& reader, Decoded& decoded) {
   decoded.metadata = metadataOf(reader);
-  honourColors(reader, decoded);
+  honorColors(reader, decoded);
   applyOrientation(decoded, exifOrientation(decoded.metadata.exif));
   normalizeCameraData(decoded.metadata);
 }

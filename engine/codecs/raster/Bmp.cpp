@@ -17,7 +17,7 @@
 #include "engine/pixels/Opaque.h"
 
 // A file header of 14 bytes, an information header whose length tells its version (12 and 16 to 64: OS/2; 40
-// to 124: Windows), colour masks or a palette, and rows from the bottom up, each padded to 4 bytes.
+// to 124: Windows), color masks or a palette, and rows from the bottom up, each padded to 4 bytes.
 
 namespace kestrel::engine::bmp {
 namespace {
@@ -39,7 +39,7 @@ enum Compression : std::uint32_t {
   kAlphaBitfields = 6
 };
 
-/// The bits of one colour within a pixel, turned to 0..255.
+/// The bits of one color within a pixel, turned to 0..255.
 class Channel {
  public:
   Channel() = default;
@@ -268,7 +268,7 @@ void readRunLengths(Bytes data, const Header& header, Decoded& decoded) {
   }
 }
 
-/// A version 5 header may embed a colour profile.
+/// A version 5 header may embed a color profile.
 void readProfile(Bytes data, const Header& header, Metadata& metadata) {
   if (header.headerSize < kV5Header) return;
   ByteReader reader(data);
@@ -394,7 +394,7 @@ std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata,
   writer.zeros(8);
   if (!opaque) {
     for (const std::uint32_t mask : {0x00FF0000U, 0x0000FF00U, 0x000000FFU, 0xFF000000U}) writer.u32(mask);
-    writer.u32(0x73524742);  // the colour space "sRGB"
+    writer.u32(0x73524742);  // the color space "sRGB"
     writer.zeros(48);
     writer.u32(4);  // the intent for pictures
     writer.zeros(12);

@@ -53,7 +53,7 @@ RunLengths unpackRunLengths(Bytes data, std::uint32_t bits, const std::array<Pix
   std::size_t at = 0;
   const auto left = [&] { return data.size() - at; };
   const auto finished = [&](bool complete) { return RunLengths{pen.rows(), complete && !pen.outside()}; };
-  // The colour of the i-th pixel in a run or a literal that begins at `at`.
+  // The color of the i-th pixel in a run or a literal that begins at `at`.
   const auto color = [&](std::size_t i, bool run) -> Pixel {
     if (bits == 24) {
       const std::uint8_t* const p = data.data() + at + (run ? 0 : 3 * i);

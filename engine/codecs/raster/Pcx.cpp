@@ -12,7 +12,7 @@
 #include "engine/codecs/common/Flatten.h"
 
 // A header of 128 bytes, then rows of run lengths, plane after plane within a row: a byte with both high bits
-// set is a count for the byte after it. A palette of 256 colours stands at the end, after a 12. DCX files
+// set is a count for the byte after it. A palette of 256 colors stands at the end, after a 12. DCX files
 // hold several such pictures, of which the first is read.
 
 namespace kestrel::engine::pcx {
@@ -70,7 +70,7 @@ Header readHeader(Bytes data, Metadata& metadata) {
   return header;
 }
 
-/// The colours of the graphics cards of the time, for files that bring none.
+/// The colors of the graphics cards of the time, for files that bring none.
 constexpr std::array<Pixel, 16> kCardColors{{{0, 0, 0, 255},
                                              {0, 0, 170, 255},
                                              {0, 170, 0, 255},

@@ -20,8 +20,8 @@
 #include "engine/codecs/metadata/PhotoshopResources.h"
 #include "engine/pixels/Opaque.h"
 
-// A header, a colour map, image resources, layers, and the merged picture, which is what is read and written.
-// In a picture with transparency its colours stand mixed with white; so such a picture is also the file's
+// A header, a color map, image resources, layers, and the merged picture, which is what is read and written.
+// In a picture with transparency its colors stand mixed with white; so such a picture is also the file's
 // only layer.
 
 namespace kestrel::engine::psd {
@@ -93,7 +93,7 @@ std::int32_t colorsOf(std::uint16_t mode) {
     case kCmyk:
       return 4;
     default:
-      refusePicture("The PSD file cannot be read: colour mode " + std::to_string(mode) + " is not known.");
+      refusePicture("The PSD file cannot be read: color mode " + std::to_string(mode) + " is not known.");
   }
 }
 
@@ -118,10 +118,10 @@ Metadata readResources(Bytes resources) {
   return metadata;
 }
 
-/// What the channel after the colours is.
+/// What the channel after the colors is.
 enum class Extra { none, alpha, alphaOverWhite };
 
-/// It is the picture's transparency if the layers say so by a negative count; then the colours stand mixed
+/// It is the picture's transparency if the layers say so by a negative count; then the colors stand mixed
 /// with white. In a file without layers it is alpha unless it has a name of its own, as a stored selection
 /// has.
 Extra extraOf(Bytes layers, Bytes resources, bool large) {
@@ -221,7 +221,7 @@ Decoded decode(Bytes data) {
   if (header.form.channels < colors) refusePicture("The PSD file is damaged: it has too few channels.");
   const Bytes map = reader.take(reader.u32());
   if (header.mode == kIndexed && map.size() < 768)
-    refusePicture("The PSD file is damaged: its colour map is missing.");
+    refusePicture("The PSD file is damaged: its color map is missing.");
   const Bytes resources = reader.take(reader.u32());
   if (header.form.large && reader.u32() != 0)
     refusePicture("The PSD file is damaged: its layers are too large.");

@@ -11,7 +11,7 @@
 #include "engine/codecs/common/Flatten.h"
 #include "engine/pixels/Opaque.h"
 
-// Truevision TGA 2.0: a header of 18 bytes, a text, a colour map, pixels, and since version 2 a footer that
+// Truevision TGA 2.0: a header of 18 bytes, a text, a color map, pixels, and since version 2 a footer that
 // names the format. Version 1 has no mark at all.
 
 namespace kestrel::engine::tga {

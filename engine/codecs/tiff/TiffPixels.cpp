@@ -35,7 +35,7 @@ struct Layout {
   std::uint16_t compression = COMPRESSION_NONE;
   bool planar = false;
   SampleFormat sample;
-  std::uint16_t colors = 1;  ///< samples that are colour; alpha follows, then what nobody asks for
+  std::uint16_t colors = 1;  ///< samples that are color; alpha follows, then what nobody asks for
   bool hasAlpha = false;
   bool premultiplied = false;
 };
@@ -69,7 +69,7 @@ std::int64_t densestPixels(const Layout& layout) {
   return std::max<std::int64_t>(1, densest(layout.compression) * 8 / bits);
 }
 
-/// How many samples of a pixel are its colour.
+/// How many samples of a pixel are its color.
 std::uint16_t colorsOf(std::uint16_t photometric) {
   switch (photometric) {
     case PHOTOMETRIC_RGB:
@@ -131,12 +131,12 @@ Layout readLayout(TIFF* tiff, std::size_t fileSize) {
 
 using Palette = std::array<Pixel, 256>;
 
-/// Some programs fill the 16-bit colour map with 8-bit values.
+/// Some programs fill the 16-bit color map with 8-bit values.
 Palette readPalette(TIFF* tiff, std::uint32_t bits) {
   Palette palette{};
   const std::uint16_t* maps[3] = {};
   if (bits > 8 || TIFFGetField(tiff, TIFFTAG_COLORMAP, &maps[0], &maps[1], &maps[2]) != 1) {
-    refusePicture("The TIFF file is damaged: its colour map is missing.");
+    refusePicture("The TIFF file is damaged: its color map is missing.");
   }
   const std::size_t count = std::size_t{1} << bits;
   const bool wide = std::ranges::any_of(maps, [count](const std::uint16_t* map) {
@@ -233,7 +233,7 @@ class Blocks {
   std::vector<std::uint8_t> buffer_;
 };
 
-/// What of each pixel is read. Ink takes all four bytes of a pixel until it is turned into colour, so the
+/// What of each pixel is read. Ink takes all four bytes of a pixel until it is turned into color, so the
 /// alpha of such pictures is read after that.
 enum class Part { all, colors, alpha };
 
@@ -254,7 +254,7 @@ class PixelWriter {
       return;
     }
     if (part_ == Part::alpha) return;
-    // Alpha comes after the colours and overwrites this.
+    // Alpha comes after the colors and overwrites this.
     const bool opaque = part_ == Part::all && sample == 0;
     const int flip = layout_.photometric == PHOTOMETRIC_CIELAB && sample > 0 ? 0x80 : 0;
     for (std::int64_t i = 0; i < count; ++i, pixel += 4, samples += step) {
@@ -348,14 +348,14 @@ PixelKind kindOf(std::uint16_t photometric) {
   }
 }
 
-/// The white of Lab colours is that of the printing trade unless the file says otherwise.
+/// The white of Lab colors is that of the printing trade unless the file says otherwise.
 bool hasUsualWhite(TIFF* tiff) {
   constexpr float kUsualX = 0.3457F;
   const float* white = nullptr;
   return TIFFGetField(tiff, TIFFTAG_WHITEPOINT, &white) != 1 || std::abs(white[0] - kUsualX) < 0.005F;
 }
 
-/// Reads what `readBlocks` can and turns it into the colours of the screen.
+/// Reads what `readBlocks` can and turns it into the colors of the screen.
 void readSamples(TIFF* tiff, Bytes file, const Layout& layout, Decoded& decoded) {
   const bool ink = layout.photometric == PHOTOMETRIC_SEPARATED;
   const std::vector<Gap> gaps = readBlocks(tiff, file, layout, ink ? Part::colors : Part::all, decoded);
@@ -396,7 +396,7 @@ std::int32_t rowsThatCanBeRead(TIFFRGBAImage& image, std::vector<std::uint32_t>&
   return good > 0 && reads(good) ? good : 0;
 }
 
-/// Lets the library make the colours of the rarer kinds (YCbCr, LogLuv).
+/// Lets the library make the colors of the rarer kinds (YCbCr, LogLuv).
 void readByLibrary(TIFF* tiff, const Layout& layout, Decoded& decoded) {
   TIFFRGBAImage image{};
   char reason[1024] = "";

@@ -13,7 +13,7 @@ namespace kestrel::engine {
 /// written is seen when the filter is done.
 using PieceSink = std::function<void(std::int32_t y, Interval columns, float* piece)>;
 
-/// What of a picture is filtered: its colours weighed by alpha and alpha, four floats a pixel (see
+/// What of a picture is filtered: its colors weighed by alpha and alpha, four floats a pixel (see
 /// FloatRows.h), or alpha alone, one float.
 enum class GaussianChannels { WeightedRgba = 4, Alpha = 1 };
 

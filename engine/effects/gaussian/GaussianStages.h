@@ -45,7 +45,7 @@ class GaussianRowSource {
   std::int32_t second_ = INT32_MIN;  ///< the row that was made with the one before it
 };
 
-/// The picture itself: its colours weighed by alpha and alpha (4 channels), or alpha alone.
+/// The picture itself: its colors weighed by alpha and alpha (4 channels), or alpha alone.
 std::unique_ptr<GaussianRowSource> pictureRows(const ConstPixels& picture,
                                                const GaussianAxis::Window& columns, std::int32_t channels);
 

@@ -227,10 +227,10 @@ HWY_INLINE void storeFour(hn::Vec<Floats> p0, hn::Vec<Floats> p1, hn::Vec<Floats
   const auto visible = hn::Ge(alpha, hn::Set(d, 0.5F * kLevel));
   const auto factor = hn::IfThenElseZero(visible, hn::Div(hn::Set(d, 255.0F), alpha));
   const auto alphas = alphaLanes(d);
-  const auto level = [&](hn::Vec<Floats> pixel, hn::Vec<Floats> colours) HWY_ATTR {
+  const auto level = [&](hn::Vec<Floats> pixel, hn::Vec<Floats> colors) HWY_ATTR {
     // Adding 1.5 * 2^23 leaves the sum's bits counting whole numbers, rounded to the nearest.
     const auto whole = hn::Set(d, 12582912.0F);
-    const auto scale = hn::IfThenElse(alphas, hn::Set(d, 1 / kLevel), colours);
+    const auto scale = hn::IfThenElse(alphas, hn::Set(d, 1 / kLevel), colors);
     return hn::Sub(hn::BitCast(d32, hn::MulAdd(pixel, scale, whole)), hn::BitCast(d32, whole));
   };
   const auto limited = [&](hn::Vec<Ints> x, hn::Vec<Ints> y) HWY_ATTR {

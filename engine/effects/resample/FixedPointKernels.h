@@ -10,7 +10,7 @@
 /// The inner loops of scaling: rows are summed in whole numbers straight from the picture, eight results at a
 /// time, and then filtered along themselves as floats, all eight by the same weights.
 ///
-/// In between, pixels are weighed by their alpha, so that what is transparent adds no colour. Each of the
+/// In between, pixels are weighed by their alpha, so that what is transparent adds no color. Each of the
 /// four values of a pixel is brought to 0 to 65025: red, green and blue times alpha, and alpha times 255.
 namespace kestrel::engine {
 

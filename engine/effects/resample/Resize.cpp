@@ -16,7 +16,7 @@
 namespace kestrel::engine {
 namespace {
 
-/// Along one axis, the old pixel under each new pixel's centre.
+/// Along one axis, the old pixel under each new pixel's center.
 std::vector<std::int32_t> nearest(std::int32_t inputs, std::int32_t outputs) {
   std::vector<std::int32_t> result(static_cast<std::size_t>(outputs));
   for (std::int64_t i = 0; i < outputs; ++i) {

@@ -8,12 +8,12 @@ namespace kestrel::engine {
 
 /// How new pixels are made of old ones; the numbers are those that callers pass.
 ///
-/// All but `Pixel` weigh by alpha, so that transparent pixels add no colour, and take every old pixel into
+/// All but `Pixel` weigh by alpha, so that transparent pixels add no color, and take every old pixel into
 /// account when they shrink.
 enum class ResampleMethod {
   Bilinear = 0,  ///< linear interpolation; widened to the new pixel's size when shrinking
   Bicubic = 1,   ///< Catmull-Rom; widened likewise
-  Pixel = 2,     ///< the old pixel under the new one's centre
+  Pixel = 2,     ///< the old pixel under the new one's center
   Decimate = 3,  ///< the average of the area that the new pixel covers
   Lanczos3 = 13  ///< sinc over three lobes; widened likewise: the sharpest
 };

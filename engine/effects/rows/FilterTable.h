@@ -7,7 +7,7 @@
 
 namespace kestrel::engine {
 
-/// A symmetric filter function of the distance from its centre.
+/// A symmetric filter function of the distance from its center.
 struct FilterKernel {
   std::function<double(double distance)> weight;
   double radius = 0;  ///< beyond this distance the weight counts as 0

@@ -8,7 +8,7 @@
 /// The inner loops of separable filters, one row at a time, in the widest vectors that the machine has.
 ///
 /// Inside a filter a pixel is four floats, weighed by its alpha: red, green and blue times alpha (0 to 65025)
-/// and alpha itself (0 to 255), so that what is transparent adds no colour. Float rows have room, and
+/// and alpha itself (0 to 255), so that what is transparent adds no color. Float rows have room, and
 /// numbers, for `kRowSlack` more values than are meant; what a kernel writes there has no meaning. Picture
 /// rows are those of a Bitmap, padded to 64 bytes, unless a parameter says otherwise.
 namespace kestrel::engine {
@@ -37,7 +37,7 @@ void filterColumns(const float* in, const FilterTable& table, float* out);
 /// level of alpha is transparent black. `out` may end anywhere.
 void storeStraightRow(const float* in, std::int32_t count, std::uint8_t* out);
 
-/// Pixels of one colour whose alphas are `in` times `opacity`; the alpha in `color` plays no part. `out` may
+/// Pixels of one color whose alphas are `in` times `opacity`; the alpha in `color` plays no part. `out` may
 /// end anywhere.
 void tintRow(const float* in, std::int32_t count, std::uint32_t color, float opacity, std::uint8_t* out);
 

@@ -164,12 +164,12 @@ TEST(ViewPainting, TheBorderIsALineOfOnePixelAroundThePicture) {
   view.load(40, 20);
   const Bitmap shot = view.shot();
   for (std::int32_t y = 19; y <= 40; ++y) {
-    EXPECT_EQ(shot.at(29, y), Painter::kBorderColour) << y;
-    EXPECT_EQ(shot.at(70, y), Painter::kBorderColour) << y;
+    EXPECT_EQ(shot.at(29, y), Painter::kBorderColor) << y;
+    EXPECT_EQ(shot.at(70, y), Painter::kBorderColor) << y;
   }
   for (std::int32_t x = 29; x <= 70; ++x) {
-    EXPECT_EQ(shot.at(x, 19), Painter::kBorderColour) << x;
-    EXPECT_EQ(shot.at(x, 40), Painter::kBorderColour) << x;
+    EXPECT_EQ(shot.at(x, 19), Painter::kBorderColor) << x;
+    EXPECT_EQ(shot.at(x, 40), Painter::kBorderColor) << x;
   }
   EXPECT_EQ(shot.at(28, 30), kWhite);
   EXPECT_EQ(shot.at(30, 20), (Pixel{10, 20, 30, 255}));

@@ -27,7 +27,7 @@ inline void mirrorRow(const std::uint8_t* in, std::int32_t count, std::uint8_t* 
   for (std::int32_t x = 0; x < count; ++x) store(load(in, count - 1 - x), out, x);
 }
 
-/// Rec. 709 weights in 1/65536; they sum to 65536, so that grey stays itself.
+/// Rec. 709 weights in 1/65536; they sum to 65536, so that gray stays itself.
 inline constexpr std::uint32_t kLumaRed = 13933, kLumaGreen = 46871, kLumaBlue = 4732;
 
 inline void grayRow(const std::uint8_t* in, std::int32_t count, std::uint8_t* out) {
@@ -49,7 +49,7 @@ inline void flattenRow(const std::uint8_t* in, std::int32_t count, Pixel backgro
   }
 }
 
-/// The largest difference among the channels; what stands under alpha 0 has no colour.
+/// The largest difference among the channels; what stands under alpha 0 has no color.
 inline int distance(Pixel a, Pixel b) {
   if (a.a == 0 && b.a == 0) return 0;
   return std::max({std::abs(a.r - b.r), std::abs(a.g - b.g), std::abs(a.b - b.b), std::abs(a.a - b.a)});
