@@ -6,7 +6,7 @@
 namespace kestrel::engine {
 namespace {
 
-/// The nearest of `columns`' edges where a coordinate lies beyond them.
+/// A coordinate clamped to the edges of `columns`.
 std::int32_t within(PixelRun columns, double x) {
   return static_cast<std::int32_t>(
       std::clamp(x, static_cast<double>(columns.first), static_cast<double>(columns.last)));
@@ -104,7 +104,7 @@ void BoxShape::cover(std::int32_t y, PixelRun run, std::uint8_t* out) const {
       *out++ = static_cast<std::uint8_t>(std::lrint(area * 255 / kLines));
     }
   };
-  // Where every line of the row is inside, and no hole is near, there is nothing to measure.
+  // Columns that every scan line covers, without a hole in the row, are solid: no need to measure.
   double left = -HUGE_VAL, right = HUGE_VAL;
   for (std::size_t i = 0; i < outer.size(); ++i) {
     if (outer[i].empty() || !hole[i].empty()) right = -HUGE_VAL;

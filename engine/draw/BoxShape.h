@@ -7,7 +7,7 @@
 
 namespace kestrel::engine {
 
-/// Shapes that fill a box: rectangles, rectangles with rounded corners, ellipses.
+/// Shapes inscribed in a box: rectangles, rounded rectangles, ellipses.
 ///
 /// The box lies between two points, in either order: the columns and rows from the smaller coordinate up to,
 /// and not including, the larger one. So from (0, 0) to (10, 5) a filled rectangle is exactly the 10 x 5
@@ -15,12 +15,12 @@ namespace kestrel::engine {
 /// lies inside the same box, as wide as the pen. Points in one column or row make a box without area: nothing
 /// is drawn.
 ///
-/// Straight edges are crisp. Curves are smoothed by the area that they cover of a pixel, measured along 16
-/// lines of it.
+/// Straight edges are not antialiased. Curves are antialiased by coverage, measured along 16 scan lines per
+/// pixel row.
 class BoxShape final : public Shape {
  public:
   /// `pen` is the width of the outline in pixels, at least 1; without it the shape is filled. The radii of
-  /// the corners are cut to half the box; negative ones count as 0.
+  /// the corners are limited to half the box; negative ones count as 0.
   static BoxShape rectangle(Point start, Point end, std::optional<std::int32_t> pen, std::int32_t radiusX = 0,
                             std::int32_t radiusY = 0);
   static BoxShape ellipse(Point start, Point end, std::optional<std::int32_t> pen);
@@ -32,7 +32,7 @@ class BoxShape final : public Shape {
  private:
   static constexpr int kLines = 16;
 
-  /// What a line through the shape has of it, from left to right; empty if `right` <= `left`.
+  /// Intersection of a horizontal scan line with the shape; empty if `right` <= `left`.
   struct Chord {
     double left = 0, right = 0;
     bool empty() const { return left >= right; }

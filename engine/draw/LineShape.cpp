@@ -6,7 +6,7 @@
 namespace kestrel::engine {
 namespace {
 
-/// The pixels whose centers are from `low` to `high`, cut to a range.
+/// The pixels whose centers are from `low` to `high`, clipped to a range.
 PixelRun centersBetween(double low, double high, PixelRun range) {
   const auto cut = [&](double value) {
     return static_cast<std::int32_t>(
@@ -31,8 +31,8 @@ Rectangle LineShape::bounds(const Rectangle& clip) const {
 }
 
 std::array<PixelRun, 2> LineShape::runs(std::int32_t y, PixelRun columns) const {
-  // What is within reach of the line is a rectangle between two circles; the row's part of each makes the
-  // run.
+  // The covered area is a rectangle with a circle at each end; the run spans the row's intersections with all
+  // three.
   const double center = y + 0.5;
   double low = HUGE_VAL, high = -HUGE_VAL;
   const auto include = [&](double x) {

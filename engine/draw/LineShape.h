@@ -4,12 +4,12 @@
 
 namespace kestrel::engine {
 
-/// A straight line with round ends, as wide as the pen. A pixel is covered by how near its center is to the
-/// line: wholly at half a pixel within its edge, not at all at half a pixel beyond it.
+/// A straight line with round caps, as wide as the pen. Coverage of a pixel falls linearly with the distance
+/// of its center from the line: full at half a pixel inside the edge, none at half a pixel outside.
 class LineShape final : public Shape {
  public:
-  /// `width` in pixels, at least 1. From one pixel's center to another's, a line of width 1 along a row or
-  /// column covers just the pixels from the one to the other. A line to its own start is a dot.
+  /// `width` in pixels, at least 1. A line of width 1 between the centers of two pixels of a row or column
+  /// covers exactly these pixels and those between them. A line to its own start is a dot.
   LineShape(PointD from, PointD to, double width = 1);
 
   Rectangle bounds(const Rectangle& clip) const override;
@@ -18,7 +18,7 @@ class LineShape final : public Shape {
 
  private:
   PointD from_, to_;
-  double reach_;  ///< from the line's middle to where it covers nothing any more
+  double reach_;  ///< distance from the line's axis at which coverage becomes 0
 };
 
 }  // namespace kestrel::engine

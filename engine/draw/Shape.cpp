@@ -10,7 +10,7 @@
 namespace kestrel::engine {
 namespace {
 
-/// What two rectangles have in common; empty where that is nothing.
+/// Intersection of two rectangles; empty if they are disjoint.
 Rectangle intersection(const Rectangle& a, const Rectangle& b) {
   const std::int64_t left = std::max(a.Left, b.Left);
   const std::int64_t top = std::max(a.Top, b.Top);
@@ -27,7 +27,7 @@ PixelRun hull(PixelRun a, PixelRun b) {
   return {std::min(a.first, b.first), std::max(a.last, b.last)};
 }
 
-/// Paints the run in pieces of a fixed size, so that no memory is needed.
+/// Paints the run in pieces of a fixed size, so that no memory is allocated.
 void paintRun(std::uint8_t* row, std::int32_t y, PixelRun run, const Shape& shape, Pixel color) {
   constexpr std::int32_t kPiece = 1024;
   std::array<std::uint8_t, kPiece> coverage;

@@ -8,7 +8,7 @@
 
 namespace kestrel::engine {
 
-/// How much of each pixel of a square the stroke covers, and how much of that is painted already.
+/// Coverage of each pixel of a square by the stroke, and the part of it that is painted already.
 struct Stroke::Tile {
   std::int32_t left = 0;
   std::int32_t top = 0;
@@ -35,7 +35,8 @@ PixelRun hull(PixelRun a, PixelRun b) {
   return {std::min(a.first, b.first), std::max(a.last, b.last)};
 }
 
-/// The alpha that takes a pixel from one share of the color to a larger one.
+/// The alpha that raises a pixel's effective alpha from `from` to `to` when the same color is composited
+/// again.
 std::uint8_t alphaBetween(std::uint32_t from, std::uint32_t to) {
   return static_cast<std::uint8_t>((510 * (to - from) + 255 - from) / (2 * (255 - from)));
 }
@@ -57,7 +58,7 @@ std::vector<Rectangle> Stroke::add(PointD sample) {
   samples_.push_back(sample);
   const std::size_t count = samples_.size();
   if (count == 3) {
-    // There is nothing before the first sample: the curve sets out as if it came straight to it.
+    // The first sample has no predecessor: extrapolate one on the straight line through the first two.
     addPiece(2 * samples_[0] - samples_[1], samples_[0], samples_[1], samples_[2]);
   } else if (count == 4) {
     addPiece(samples_[0], samples_[1], samples_[2], samples_[3]);
@@ -77,7 +78,8 @@ std::vector<Rectangle> Stroke::finish() {
 }
 
 void Stroke::addPiece(PointD before, PointD from, PointD to, PointD after) {
-  // The parameter's steps are the square roots of the distances; the tangents at both ends follow from them.
+  // Centripetal knots: the parameter's steps are the square roots of the distances. The tangents at both ends
+  // follow from them.
   const double step0 = std::sqrt(length(from - before));
   const double step1 = std::sqrt(length(to - from));
   const double step2 = std::sqrt(length(after - to));

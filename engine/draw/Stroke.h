@@ -12,16 +12,15 @@
 
 namespace kestrel::engine {
 
-/// A freehand stroke in the making: a smooth curve through the samples of a pointer.
+/// A freehand stroke under way: a smooth curve through the samples of a pointer.
 ///
-/// The curve is the centripetal Catmull-Rom spline (Yuksel, Schaefer and Keyser 2011): it goes through every
-/// sample, has one direction there, and neither loops nor overshoots between samples far apart. Since it
-/// needs the sample behind a piece's end to know the direction there, it follows the pointer one sample
-/// behind until `finish`. Where it crosses itself it covers no more than once, so that a transparent color
-/// stays even.
+/// The curve is the centripetal Catmull-Rom spline (Yuksel, Schaefer and Keyser 2011): it passes through
+/// every sample with a continuous tangent, without loops or overshoots between distant samples. The tangent
+/// at the end of a segment needs the next sample, so the curve lags one sample behind the pointer until
+/// `finish`. Self-intersections are covered once only, so that a transparent color stays even.
 ///
-/// For each sample: `add`, keep the pixels in the rectangles it returns, `paint`. The work depends on the way
-/// from sample to sample alone, not on the picture or on what has been drawn.
+/// For each sample: call `add`, save the pixels of the rectangles it returns for undo, call `paint`. The cost
+/// depends only on the distance between samples, not on the picture or the length of the stroke.
 class Stroke {
  public:
   /// `width` of the pen in pixels, at least 1. Nothing outside `clip` is drawn, which must lie in the
@@ -29,15 +28,15 @@ class Stroke {
   Stroke(Pixel color, double width, const Rectangle& clip);
   ~Stroke();
 
-  /// Takes the next sample. The first one makes a dot; one at the place of the last is ignored. Returns the
-  /// rectangles, a few pixels to 32 of them wide and high, that the next `paint` changes.
+  /// Takes the next sample. The first one makes a dot; one at the position of the last is ignored. Returns
+  /// the rectangles, at most 32 pixels wide and high, that the next `paint` changes.
   std::vector<Rectangle> add(PointD sample);
 
-  /// The piece to the last sample. Returns as `add`.
+  /// Adds the segment to the last sample. Returns as `add`.
   std::vector<Rectangle> finish();
 
-  /// Draws what was added since it was last called. Asks for no memory. Returns the rectangle outside of
-  /// which nothing has changed.
+  /// Draws everything added since the last call. Allocates no memory. Returns a rectangle that holds all
+  /// changed pixels.
   Rectangle paint(Pixels target);
 
  private:

@@ -4,20 +4,19 @@
 
 namespace kestrel::engine {
 
-/// The system clipboard as far as pictures go; each platform has one.
+/// Picture access to the system clipboard; each platform implements one.
 class ClipboardPort {
  public:
   virtual ~ClipboardPort() = default;
 
-  /// Puts a picture on the clipboard. The bitmap is a reference: a platform that can offers it and makes the
-  /// other side's formats of it only when they are asked for.
+  /// Puts a picture on the clipboard. The bitmap is a reference: a platform with delayed rendering converts
+  /// it to a format only when another program requests that format.
   virtual void offer(const Bitmap& bitmap) = 0;
 
-  /// Whether the clipboard holds a picture; text and files are none.
+  /// Whether the clipboard holds a picture; text and files do not count.
   virtual bool hasBitmap() = 0;
 
-  /// The clipboard's picture, with its alpha where it came with one. Raises RuntimeError 521 if it holds
-  /// none.
+  /// The clipboard's picture, with alpha if its format has it. Raises RuntimeError 521 if there is none.
   virtual Bitmap take() = 0;
 };
 

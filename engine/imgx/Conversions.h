@@ -6,7 +6,7 @@
 
 namespace kestrel::engine {
 
-/// No color is transparent black.
+/// `Colour` "none" becomes transparent black.
 inline Pixel pixelOf(const Colour& color) {
   return {color.Red(), color.Green(), color.Blue(), color.Alpha()};
 }

@@ -12,7 +12,7 @@
 namespace kestrel::engine {
 namespace {
 
-/// The part of a picture that something of a size covers, laid at (x, y).
+/// The part of a picture that `top` covers when placed at (x, y).
 kestrel::Rectangle overlap(const Bitmap& picture, const Bitmap& top, std::int32_t x, std::int32_t y) {
   const std::int32_t left = std::max(x, 0);
   const std::int32_t upper = std::max(y, 0);
@@ -61,7 +61,7 @@ void DrawPart::Image(const kestrel::Image& source, std::int32_t x, std::int32_t 
     throw RuntimeError(err::kInvalidCall, "An opacity lies between 0 and 1.");
   }
   EditablePicture& picture = owner_.pictureToChange();
-  // The source may be this very picture, so its pixels must not change on the way: this takes a reference.
+  // The source may be this very picture: holding a reference keeps its pixels unchanged (copy-on-write).
   Bitmap top = bitmapOf(source);
   if (!blend) makeOpaque(top);
   const std::optional<Pixel> mask =

@@ -12,8 +12,8 @@
 
 namespace kestrel::engine {
 
-/// The members that a view and a free-standing picture share, put into `Contract`, one of the two. The object
-/// they make is its picture's owner.
+/// Implements the members that `ImageView` and `ImgX` share; `Contract` is one of the two. The object owns
+/// its picture.
 template <typename Contract>
 class Face : public Contract, protected PictureOwner {
  public:

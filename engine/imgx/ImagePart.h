@@ -5,7 +5,7 @@
 
 namespace kestrel::engine {
 
-/// The picture as it stands now.
+/// Read access to the owner's current picture.
 class ImagePart final : public kestrel::Image {
  public:
   explicit ImagePart(PictureOwner& owner) : owner_(owner) {}

@@ -12,7 +12,7 @@
 
 namespace kestrel::engine {
 
-/// The sub-objects of one picture's owner.
+/// The sub-objects of a picture's owner.
 struct ImagingParts {
   ImagingParts(PictureOwner& owner, ClipboardPort& clipboard)
       : image(owner),

@@ -8,9 +8,9 @@
 
 namespace kestrel::engine {
 
-/// The contract's free-standing picture on this engine.
+/// `ImgX` on this engine: a picture independent of a view.
 ///
-/// The one that a view gives out is bound to the view: the two share picture and settings until another
+/// The object that a view returns is bound to the view: the two share picture and settings until another
 /// picture is put into the object. It may outlive the view.
 class ImgXObject : public Face<ImgX> {
  public:
@@ -38,7 +38,7 @@ class ImgXObject : public Face<ImgX> {
   SurfacePart surface_;
   std::shared_ptr<EditablePicture> picture_;
   bool bound_ = false;
-  /// Those of the view that it was bound to: references to the draw color may still be held.
+  /// Settings of the view it was bound to, kept alive: callers may still hold references to the draw color.
   std::shared_ptr<ImagingSettings> settingsOfView_;
 };
 

@@ -8,7 +8,7 @@
 
 namespace kestrel::engine {
 
-/// An ordinary picture object that holds a bitmap by reference.
+/// `Picture` that shares a bitmap by reference.
 class PictureObject final : public Picture {
  public:
   /// The bitmap must not be empty.

@@ -9,29 +9,29 @@
 
 namespace kestrel::engine {
 
-/// Whose picture the sub-objects work on: a view or a free-standing object.
+/// Owner of the picture that the sub-objects work on: a view or an `ImgX` object.
 class PictureOwner {
  public:
   /// The picture that effects and drawing change; empty while there is none.
   virtual EditablePicture& picture() = 0;
 
-  /// Puts another picture in.
+  /// Replaces the picture.
   virtual void putPicture(PictureState state, const std::string& undoName) = 0;
 
-  /// What the sub-objects are set to.
+  /// Settings of the sub-objects.
   virtual ImagingSettings& settings() = 0;
 
-  /// As `picture`, for work that needs one. Raises RuntimeError 91 if there is none.
+  /// As `picture`, but raises RuntimeError 91 if there is none.
   EditablePicture& loadedPicture() {
     EditablePicture& result = picture();
     if (result.empty()) throw RuntimeError(err::kObjectNotSet, "There is no picture.");
     return result;
   }
 
-  /// As `loadedPicture`, for work that changes it: what is being drawn on it with a mouse tool is given up.
+  /// As `loadedPicture`, for changes: rolls back a drawing that a mouse tool has under way.
   EditablePicture& pictureToChange() {
     EditablePicture& result = loadedPicture();
-    result.giveUpPainting();
+    result.rollBackPainting();
     return result;
   }
 

@@ -15,10 +15,10 @@ namespace {
 
 using Work = std::function<void(std::int32_t, std::int32_t)>;
 
-/// True on a thread that is inside a band, where a further split would wait for itself.
+/// True on a thread inside a band, where a nested split would deadlock.
 thread_local bool insideBand = false;
 
-/// More bands than threads, so that a core that is busy elsewhere does not hold up the rest.
+/// More bands than threads, so that a core busy with other programs does not delay the rest.
 constexpr std::int32_t kBandsPerThread = 4;
 
 /// One call of `forRows`: hands out its bands and keeps the first error. Guarded by the pool's mutex.
@@ -33,7 +33,7 @@ struct Job {
   bool hasBand() const { return next < height && !error; }
 };
 
-/// Threads that wait for a job. They are made at the first call that wants them and stay.
+/// Thread pool, created at the first call that needs it and kept until exit.
 class Workers {
  public:
   static Workers& instance() {
@@ -70,7 +70,7 @@ class Workers {
     try {
       for (std::int32_t i = 1; i < threadCount(); ++i) threads_.emplace_back([this] { serve(); });
     } catch (const std::system_error&) {
-      // The system gives no more threads; the work is done by those there are.
+      // The system refuses further threads; those already created do the work.
     }
   }
 

@@ -20,7 +20,7 @@ std::size_t strideOf(std::int32_t width) {
          kRowAlignment;
 }
 
-/// Sides and their product are bounded, so nothing that is computed from them afterwards overflows.
+/// Sides and their product are bounded, so that sizes computed from them do not overflow.
 void checkSize(std::int32_t width, std::int32_t height) {
   const std::string size = std::to_string(width) + " x " + std::to_string(height) + " pixels";
   if (width < 1 || height < 1) {

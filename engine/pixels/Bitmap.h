@@ -13,7 +13,7 @@ struct Pixel {
   friend bool operator==(const Pixel&, const Pixel&) = default;
 };
 
-/// Rows of pixels to read. Valid as long as the bitmap that gave it lives unchanged.
+/// Read-only rows of pixels. Valid while the bitmap exists and is not written to.
 struct ConstPixels {
   const std::uint8_t* data = nullptr;
   std::size_t stride = 0;  ///< bytes from one row to the next, a multiple of 64
@@ -40,16 +40,16 @@ struct Pixels {
 /// A bitmap is empty (0 x 0) or has both sides of at least 1.
 class Bitmap {
  public:
-  /// The longest side. Together with `kMaxPixels` it keeps every product below in range.
+  /// The longest side. Together with `kMaxPixels` it keeps products of sizes in range.
   static constexpr std::int32_t kMaxSide = 1'000'000;
-  /// 2 gigapixels; more is refused before memory is asked for.
+  /// 2 gigapixels; larger sizes are refused before memory is allocated.
   static constexpr std::int64_t kMaxPixels = std::int64_t{2} * 1000 * 1000 * 1000;
 
   Bitmap() noexcept = default;
 
-  /// A bitmap whose pixels hold whatever the memory held; for those who write each of them.
-  /// Raises RuntimeError 5 for a side below 1, 7 for a size beyond the limits (also more than a quarter of
-  /// the machine's memory) or when memory has run out.
+  /// A bitmap with undefined pixels, for callers that write every pixel. Raises RuntimeError 5 for a side
+  /// below 1, 7 for a size beyond the limits (or more than a quarter of the machine's memory) or out of
+  /// memory.
   static Bitmap uninitialized(std::int32_t width, std::int32_t height);
 
   /// A bitmap filled with one pixel value. Raises as `uninitialized`.
@@ -67,10 +67,10 @@ class Bitmap {
   /// The pixel at a position inside the bitmap (not checked).
   Pixel at(std::int32_t x, std::int32_t y) const noexcept;
 
-  /// True if both refer to the same memory, so that they are equal without a look at the pixels.
+  /// True if both refer to the same memory, and so hold equal pixels.
   bool sharesPixelsWith(const Bitmap& other) const noexcept { return buffer_ == other.buffer_; }
 
-  /// Bytes held, padding included; shared or not.
+  /// Bytes held, padding included, whether shared or not.
   std::size_t byteSize() const noexcept;
 
  private:

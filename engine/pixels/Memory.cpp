@@ -14,14 +14,14 @@ namespace kestrel::engine {
 namespace {
 
 using os::kHugePage;
-/// From this size on a block is a mapping; below, the heap is quick and wastes less.
+/// Blocks of at least this size are mappings; for smaller ones the heap is fast and wastes less.
 constexpr std::size_t kSmallestMapping = kHugePage;
 constexpr std::chrono::seconds kKeepFor{5};
 constexpr std::size_t kMostKeptBlocks = 8;
 
 using Clock = std::chrono::steady_clock;
 
-/// The freed mappings, in the order in which they were freed. It is never destroyed: bitmaps may be static.
+/// The freed mappings, oldest first. Never destroyed, because bitmaps may be static.
 class KeptMappings {
  public:
   static KeptMappings& instance() {
@@ -35,7 +35,8 @@ class KeptMappings {
     Clock::time_point freed;
   };
 
-  /// A kept mapping of `length` bytes or at most a quarter more, or one without data.
+  /// Removes and returns a kept mapping of `length` bytes or up to a quarter more; one without data if there
+  /// is none.
   Mapping take(std::size_t length) noexcept {
     const std::lock_guard lock(mutex_);
     auto best = kept_.end();

@@ -3,18 +3,18 @@
 #include <cstddef>
 #include <cstdint>
 
-/// Writing past the caches. A result that is too large for them would only push out what they hold, and each
-/// of its lines would be read before it is written: whoever writes whole lines saves a third of the way to
-/// memory.
+/// Non-temporal stores, which bypass the caches. A result larger than the caches would only evict their
+/// contents, and each of its cache lines would be read before it is written: non-temporal stores of whole
+/// cache lines save a third of the memory traffic.
 namespace kestrel::engine {
 
-/// Whether so many bytes, written at once, are better written past the caches.
+/// Whether a result of this size is better written with non-temporal stores.
 constexpr bool exceedsCaches(std::size_t bytes) { return bytes >= std::size_t{16} << 20; }
 
-/// Copies like memcpy, but past the caches; `out` is a multiple of 64.
+/// As memcpy, with non-temporal stores; `out` must be aligned to 64 bytes. Needs a `storeFence` afterwards.
 void copyNonTemporal(const std::uint8_t* in, std::size_t bytes, std::uint8_t* out);
 
-/// Lets other threads see what this one has written past the caches; due before it says that it is done.
+/// Store fence. Call after the last non-temporal store, before reporting a band as finished.
 void storeFence();
 
 }  // namespace kestrel::engine

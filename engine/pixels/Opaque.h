@@ -6,10 +6,10 @@
 
 namespace kestrel::engine {
 
-/// Whether every pixel's alpha is 255; looked at on all cores.
+/// Whether every pixel's alpha is 255; uses all cores.
 bool isOpaque(const ConstPixels& picture);
 
-/// The same of `count` pixels in a row.
+/// The same for `count` pixels of a row.
 bool isOpaqueRow(const std::uint8_t* rgba, std::int32_t count);
 
 }  // namespace kestrel::engine

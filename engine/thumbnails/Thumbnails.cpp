@@ -12,8 +12,8 @@
 namespace kestrel::engine {
 namespace {
 
-/// A decoder shrinks by plain averages. The filter after it makes a clean picture of what is at least so many
-/// times as large as wanted.
+/// Decoders reduce with a box kernel, which aliases. Lanczos filtering hides that if the decoded picture is
+/// at least this many times as large as the thumbnail.
 constexpr std::int32_t kRoomForFilter = 2;
 
 void requireSide(std::int32_t longestSide) {
@@ -38,8 +38,8 @@ Thumbnail readThumbnail(const std::filesystem::path& path, std::int32_t longestS
       longestSide > Bitmap::kMaxSide / kRoomForFilter ? Bitmap::kMaxSide : longestSide * kRoomForFilter;
   Decoded decoded = decodeFileReduced(path, enough);
   const Bitmap made = shrunk(decoded.bitmap, longestSide);
-  // Thumbnails stay, and what they were made of goes. Copied after that has gone they lie side by side; in
-  // the places where they were made they would leave the heap full of holes, several times their own size.
+  // Avoid heap fragmentation: the thumbnail outlives the decoded picture, so copy it after that one is freed.
+  // Left in place, long-lived thumbnails would pin holes several times their own size.
   decoded.bitmap = {};
   Bitmap kept = made;
   kept.writable();
@@ -50,7 +50,7 @@ std::vector<Thumbnail> readThumbnails(std::span<const std::filesystem::path> pat
                                       std::int32_t longestSide) {
   requireSide(longestSide);
   std::vector<Thumbnail> thumbnails(paths.size());
-  // Files differ too much in their work to be shared out beforehand: each thread takes the next.
+  // The cost per file varies too much for a static partition: each thread takes the next file.
   std::atomic<std::size_t> next = 0;
   forRows(threadCount(), 1, [&](std::int32_t, std::int32_t) {
     for (std::size_t i = next++; i < paths.size(); i = next++) {

@@ -8,8 +8,8 @@
 namespace kestrel::engine {
 namespace {
 
-/// Beyond this, tiles take too long to exchange, and the whole picture is kept instead. Large pictures take
-/// long to copy, too, so they may have more.
+/// Beyond this, exchanging tiles takes too long and the whole picture is kept instead. The bound grows with
+/// the picture, because copying a large one takes long, too.
 std::size_t mostTileBytes(const Bitmap& bitmap) {
   return std::max(std::size_t{8} << 20, bitmap.byteSize() / 8);
 }
@@ -39,13 +39,13 @@ void EditablePicture::put(PictureState picture, const std::string& undoName) {
 }
 
 void EditablePicture::exchangeWith(PictureState next, const std::string& undoName, bool otherPicture) {
-  giveUpPainting();
+  rollBackPainting();
   if (isStep(undoName)) {
     UndoStack::Before before = state_;
     history_.record(undoName, before);
     std::swap(state_, next);
   } else {
-    // The picture changes first: then the old pixels have one owner less and need not be copied.
+    // Swap first: the old pixels then have one owner less, so copy-on-write need not copy them.
     std::swap(state_, next);
     UndoStack::Before before = std::move(next);
     try {
@@ -67,17 +67,17 @@ void EditablePicture::paint(std::span<const Rectangle> areas, const std::string&
   painting.commit(undoName);
 }
 
-void EditablePicture::giveUpPainting() {
+void EditablePicture::rollBackPainting() {
   if (open_ != nullptr) open_->rollBack();
 }
 
 void EditablePicture::step(bool (UndoStack::*direction)(PictureState&)) {
-  giveUpPainting();
+  rollBackPainting();
   if ((history_.*direction)(state_)) changed({boundsOf(state_.bitmap)});
 }
 
 EditablePicture::UndoPoint EditablePicture::createUndoPoint(const std::string& name) {
-  giveUpPainting();
+  rollBackPainting();
   UndoPoint point{state_, modified_, {}};
   if (isStep(name)) {
     point.steps = history_.recordPoint(name, state_);
@@ -87,7 +87,7 @@ EditablePicture::UndoPoint EditablePicture::createUndoPoint(const std::string& n
 }
 
 void EditablePicture::takeBack(UndoPoint point) {
-  giveUpPainting();
+  rollBackPainting();
   if (!history_.takeBack(point.steps)) return;
   const bool samePicture = state_.bitmap.sharesPixelsWith(point.picture.bitmap);
   state_ = std::move(point.picture);
@@ -119,7 +119,7 @@ void EditablePicture::stepsChanged() const {
 }
 
 Painting::Painting(EditablePicture& picture) : picture_(picture) {
-  picture_.giveUpPainting();
+  picture_.rollBackPainting();
   picture_.open_ = this;
 }
 
@@ -140,8 +140,7 @@ void Painting::putBack() noexcept {
   try {
     tiles.exchangeWith(pixels());
   } catch (const std::exception&) {
-    // Somebody has taken a reference meanwhile, and there is no memory for a copy of their own: what was
-    // drawn stays.
+    // The bitmap was shared meanwhile and there is no memory for a copy: the drawing stays.
   }
 }
 
@@ -157,7 +156,7 @@ void Painting::touch(std::span<const Rectangle> areas) {
       pixels();
       before_ = std::move(whole);
     } else {
-      // A shared picture is copied first: afterwards nothing is in the way of taking the work back.
+      // Unshare the picture first, so that a rollback later needs no memory.
       const ConstPixels picture = pixels();
       for (const Rectangle& area : areas) tiles->keep(picture, area);
     }

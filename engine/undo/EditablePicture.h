@@ -15,23 +15,23 @@ namespace kestrel::engine {
 
 class Painting;
 
-/// What a change has done to a picture.
+/// Description of a change to a picture.
 struct PictureChange {
-  /// The changed part, in picture pixels.
+  /// Changed rectangle, in picture pixels.
   Rectangle area;
-  /// Another picture was put in, rather than this one worked on.
+  /// True if the picture was replaced by another one, false for an edit.
   bool otherPicture = false;
-  /// It was put in under "No Undo": a load, which is no edit.
+  /// True if it was replaced under "No Undo": a load, not an edit.
   bool loaded = false;
 };
 
-/// One picture with its history. All changes go through here: each either happens whole, with its undo step,
-/// or raises an error and leaves picture, history and `modified` as they were.
+/// A picture with its undo history. All changes go through here: each either completes, with its undo step,
+/// or raises an error and leaves picture, history and `modified` unchanged.
 ///
-/// Undo names: a text names the step, empty records an unnamed one, "No Undo" records none.
+/// Undo names: a text names the step, an empty text records an unnamed step, "No Undo" records none.
 class EditablePicture {
  public:
-  /// An undo point and what was there before it.
+  /// An undo point with the state before it.
   struct UndoPoint {
     PictureState picture;
     bool modified;
@@ -40,39 +40,39 @@ class EditablePicture {
 
   /// Called after each change, undo and redo included.
   std::function<void(const PictureChange&)> onChange;
-  /// Called when a `Painting` was taken back, with the part that was drawn on.
+  /// Called after a `Painting` was rolled back, with the rectangle that had been drawn on.
   std::function<void(const Rectangle&)> onRollBack;
-  /// Called when the steps have changed and the picture has not.
+  /// Called when the undo steps have changed but the picture has not.
   std::function<void()> onStepsChange;
 
   const PictureState& state() const noexcept { return state_; }
   const Bitmap& bitmap() const noexcept { return state_.bitmap; }
   bool empty() const noexcept { return state_.bitmap.empty(); }
 
-  /// Puts new pixels into the picture; what is known of its file stays.
+  /// Replaces the pixels; format and metadata of the file stay.
   void replacePixels(Bitmap bitmap, const std::string& undoName);
 
-  /// Puts another picture in.
+  /// Replaces the picture, its format and metadata included.
   void put(PictureState picture, const std::string& undoName);
 
-  /// Draws on the picture in place. `work` touches pixels in `areas` only, which must lie inside the picture;
-  /// if there are none nothing happens. Not for an empty picture.
+  /// Draws on the picture in place. `work` may write only pixels in `areas`, which must lie inside the
+  /// picture; without areas nothing happens. The picture must not be empty.
   void paint(std::span<const Rectangle> areas, const std::string& undoName,
              const std::function<void(Pixels)>& work);
 
-  /// Takes back a `Painting` under way. For those who are about to make something new of the pixels; all
-  /// changes do so by themselves.
-  void giveUpPainting();
+  /// Rolls back a `Painting` under way. Call it before computing new pixels from the present ones; all
+  /// changes do so themselves.
+  void rollBackPainting();
 
   void undo() { step(&UndoStack::undo); }
   void redo() { step(&UndoStack::redo); }
-  /// Records the present picture as a step for unrecorded work that follows.
+  /// Records the present picture as one undo step for the unrecorded changes that follow.
   UndoPoint createUndoPoint(const std::string& name);
-  /// Makes picture, steps and `modified` what they were before the point, unless the point is no longer the
-  /// latest step.
+  /// Restores picture, undo steps and `modified` to their state before the point; nothing happens if the
+  /// point is no longer the latest step.
   void takeBack(UndoPoint point);
 
-  /// How many steps are kept at most; 0 empties the stack.
+  /// The most undo steps kept; 0 empties the stack.
   void undoLevels(std::int32_t value);
 
   /// The most bytes that the steps may hold.
@@ -100,8 +100,8 @@ class EditablePicture {
   Painting* open_ = nullptr;
 };
 
-/// Work on a picture's pixels in place that becomes one step when it is committed, and is taken back if it is
-/// not. It is also taken back, and over, when anything else is about to change the picture.
+/// A transaction that changes a picture's pixels in place: `commit` makes one undo step of it, the destructor
+/// rolls back. It is also rolled back, and ended, when something else is about to change the picture.
 class [[nodiscard]] Painting {
  public:
   /// The picture must not be empty, and must outlive this.
@@ -110,23 +110,23 @@ class [[nodiscard]] Painting {
   Painting& operator=(const Painting&) = delete;
   ~Painting() { rollBack(); }
 
-  /// To be called before drawing on parts of the picture, which must lie inside it. Raises RuntimeError 7 or
-  /// std::bad_alloc when memory runs out.
+  /// Saves the pixels of `areas` for undo; call it before drawing there. They must lie inside the picture.
+  /// Raises RuntimeError 7 or std::bad_alloc when out of memory.
   void touch(std::span<const Rectangle> areas);
 
-  /// The pixels to draw on, where they have been touched.
+  /// The pixels; only touched areas may be written.
   Pixels pixels() { return picture_.state_.bitmap.writable(); }
 
-  /// What has been touched so far lies in here.
+  /// Bounding rectangle of all touched areas.
   const Rectangle& touched() const { return touched_; }
 
-  /// Makes a step of it, unless nothing was touched. On an error the work can still be taken back.
+  /// Records an undo step, unless nothing was touched. After an error the work can still be rolled back.
   void commit(const std::string& undoName);
 
-  /// Puts back what was there. Nothing happens if it was committed or taken back already.
+  /// Restores the pixels. No effect after `commit` or a rollback.
   void rollBack();
 
-  /// Committed or taken back: there is no more drawing.
+  /// True once committed or rolled back; no drawing is allowed then.
   bool ended() const { return picture_.open_ != this; }
 
  private:

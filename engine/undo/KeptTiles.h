@@ -11,20 +11,20 @@
 
 namespace kestrel::engine {
 
-/// The squares of a picture that something is about to draw on, as they were before.
+/// Tiles of a picture saved before they are drawn on.
 class KeptTiles {
  public:
-  /// The side of a tile. Small ones follow a thin stroke closely, so that it holds little memory.
+  /// Side of a tile, in pixels. Small tiles follow a thin stroke closely and so need little memory.
   static constexpr std::int32_t kSide = 32;
 
-  /// Keeps the tiles that meet the rectangle, which must lie inside the picture, and are not kept yet.
-  /// Raises RuntimeError 7 or std::bad_alloc when memory runs out; the tiles kept so far stay.
+  /// Saves the tiles that intersect the rectangle and are not saved yet. The rectangle must lie inside the
+  /// picture. Raises RuntimeError 7 or std::bad_alloc when out of memory; tiles saved so far stay.
   void keep(ConstPixels picture, const Rectangle& area);
 
-  /// Changes places with the picture's pixels: what was kept stands in the picture, and the other way round.
+  /// Swaps the saved pixels with those of the picture.
   void exchangeWith(Pixels picture) noexcept;
 
-  /// Takes over the tiles of `later` that are not kept here. On an error both stay as they were.
+  /// Moves the tiles of `later` that are not saved here. On an error both stay unchanged.
   void addMissing(KeptTiles& later);
 
   bool empty() const noexcept { return tiles_.empty(); }

@@ -10,17 +10,17 @@ namespace kestrel::engine {
 
 struct Metadata;
 
-/// A picture as a value: its pixels and what came with them and goes out with them again. Copying it takes
-/// references only. Without pixels it is no picture.
+/// A picture as a value: pixels, file format and metadata. Copies share the pixels by reference. An empty
+/// bitmap means no picture.
 struct PictureState {
   Bitmap bitmap;
   /// Code of the file format it was loaded from, 0 if it came from no file.
   std::int32_t format = 0;
   /// How many pictures that file held.
   std::int32_t pages = 1;
-  /// What the user should know of the damage of that file; null for nothing.
+  /// Notice about that file's decode errors; null if there were none.
   std::shared_ptr<const std::string> damage{};
-  /// What the file told besides the pixels; null for nothing.
+  /// The file's metadata; null without.
   std::shared_ptr<const Metadata> metadata{};
 };
 

@@ -27,7 +27,7 @@ std::size_t UndoStack::bytesOf(const Before& before) noexcept {
   return std::get<PictureState>(before).bitmap.byteSize();
 }
 
-/// As `bytesOf`, but nothing for a picture whose pixels the next one shares.
+/// As `bytesOf`, but 0 for a picture that shares its pixels with the next one.
 std::size_t UndoStack::bytesBeyond(const Before& before, const Bitmap& neighbor) noexcept {
   const auto* const whole = std::get_if<PictureState>(&before);
   return whole != nullptr && whole->bitmap.sharesPixelsWith(neighbor) ? 0 : bytesOf(before);

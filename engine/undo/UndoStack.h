@@ -12,11 +12,11 @@
 
 namespace kestrel::engine {
 
-/// The steps that lead back from a picture to what it was, and forth again.
+/// Undo and redo steps of a picture.
 ///
-/// A step is what the picture was before a change: the whole picture by reference, or the tiles that were
-/// drawn on. Taking it exchanges it with what is there, so the same step leads back again. Each step starts
-/// where the next one ends; a change that is not recorded therefore joins the step below it.
+/// A step holds the picture before a change: the whole picture by reference, or the tiles that were drawn on.
+/// Undo swaps it with the present pixels, so the same step serves for redo. The steps form a chain without
+/// gaps; an unrecorded change therefore joins the step before it.
 class UndoStack {
  public:
   using Before = std::variant<PictureState, KeptTiles>;
@@ -26,10 +26,10 @@ class UndoStack {
     std::string name;
     Before before;
     std::uint64_t serial = 0;
-    std::size_t bytes = 0;  ///< of pixels that the step alone holds
+    std::size_t bytes = 0;  ///< bytes of pixels held by this step alone
   };
 
-  /// Steps with the sum of their bytes. The last one is next to the present picture.
+  /// Steps and the sum of their bytes. The last one is adjacent to the present picture.
   struct Steps {
     std::list<Step> list;
     std::size_t bytes = 0;
@@ -40,49 +40,49 @@ class UndoStack {
   };
 
  public:
-  /// What an undo point has displaced, for `takeBack`.
+  /// Steps that an undo point has displaced, for `takeBack`.
   class Point {
     friend class UndoStack;
-    std::uint64_t serial = 0;  ///< 0 if there was no level for a step
+    std::uint64_t serial = 0;  ///< 0 if `levels` was 0, so that no step was made
     Steps oldest;
     Steps undone;
   };
 
   std::int32_t levels() const noexcept { return levels_; }
-  /// How many steps are kept at most; the oldest go. 0 and less empties the stack.
+  /// The most steps kept; the oldest are dropped. 0 and less empties the stack.
   void levels(std::int32_t value);
 
-  /// The most bytes of pixels that the steps may hold, a quarter of the machine's memory at first. The oldest
-  /// steps go, but never the latest one.
+  /// Upper bound for the bytes of pixels held by the steps; by default a quarter of the machine's memory. The
+  /// oldest steps are dropped, but never the latest one.
   std::size_t memoryLimit() const noexcept { return memoryLimit_; }
   void memoryLimit(std::size_t bytes);
 
-  /// Adds a step, drops the steps that were undone, and the oldest beyond `levels` and `memoryLimit`. Takes
-  /// `before` over. On an error nothing has changed.
+  /// Adds a step; drops the redo steps and the oldest steps beyond `levels` and `memoryLimit`. Moves from
+  /// `before`. On an error nothing has changed.
   void record(const std::string& name, Before& before);
 
-  /// Notes a change that is no step of its own: undone steps are dropped, and the latest step leads back past
-  /// this change too. What it needs of `before` it takes over. On an error nothing has changed.
+  /// Merges an unrecorded change into the latest step, and drops the redo steps. Moves from `before` as
+  /// needed. On an error nothing has changed.
   void absorb(Before& before);
 
-  /// A step made ahead of a change, for all that follows unrecorded. On an error nothing has changed.
+  /// Adds a step ahead of a series of unrecorded changes. On an error nothing has changed.
   Point recordPoint(const std::string& name, const PictureState& present);
-  /// Removes a point and puts back the steps that it displaced. False, and nothing happens, if the point is
+  /// Removes a point and restores the steps that it displaced. Returns false, without effect, if the point is
   /// no longer the latest step.
   bool takeBack(Point& point) noexcept;
 
-  /// Exchange the latest step with the picture. False if there is none. On an error nothing has changed.
+  /// Swap the latest step with the picture. Return false if there is none. On an error nothing has changed.
   bool undo(PictureState& present) { return take(done_, undone_, present); }
   bool redo(PictureState& present) { return take(undone_, done_, present); }
 
-  /// Empty without a step.
+  /// Name of the next step to undo or redo; empty if there is none.
   std::string undoName() const { return done_.list.empty() ? std::string() : done_.list.back().name; }
   std::string redoName() const { return undone_.list.empty() ? std::string() : undone_.list.back().name; }
   std::int32_t undoSteps() const noexcept { return static_cast<std::int32_t>(done_.list.size()); }
   std::int32_t redoSteps() const noexcept { return static_cast<std::int32_t>(undone_.list.size()); }
 
-  /// Bytes of pixels that the steps hold beyond those of the present picture. Pixels that successive steps
-  /// share count once.
+  /// Bytes of pixels held by the steps, without those of the present picture. Pixels shared by successive
+  /// steps count once.
   std::size_t memory(const PictureState& present) const;
 
  private:

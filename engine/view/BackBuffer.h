@@ -5,14 +5,14 @@
 
 namespace kestrel::engine {
 
-/// The back buffer of a view that is being painted, open for drawing inside the area that is being painted.
+/// The back buffer during a paint, clipped to the area being painted.
 class BackBuffer final : public DeviceContext {
  public:
   BackBuffer(const PaintBuffer& buffer, const Rectangle& area) : buffer_(buffer), area_(area) {}
 
   std::int32_t Width() const override { return buffer_.width; }
   std::int32_t Height() const override { return buffer_.height; }
-  /// Colours are copied as they stand, transparent ones too, and become opaque.
+  /// Copies red, green and blue unchanged, without blending, and makes the pixels opaque.
   void Blit(std::int32_t x, std::int32_t y, const PixelRows& source, std::uint32_t rasterOperation) override;
 
  private:

@@ -11,12 +11,12 @@ Rectangle boundsOf(const Bitmap& bitmap) { return {0, 0, bitmap.width(), bitmap.
 
 template <typename Advance>
 void FreehandGesture::draw(const Advance& advance) {
-  // Something else may have changed the picture meanwhile, and so have ended the stroke.
+  // Another change to the picture may have ended the painting meanwhile.
   if (painting_.ended()) return;
   try {
     painting_.touch(advance());
   } catch (...) {
-    painting_.rollBack();  // the stroke has advanced to where it must not paint
+    painting_.rollBack();  // the stroke has advanced into areas that are not saved for undo
     throw;
   }
   const Rectangle drawn = stroke_.paint(painting_.pixels());

@@ -6,7 +6,7 @@
 
 namespace kestrel::engine {
 
-/// Draws a smooth stroke on the picture as the pointer goes; a mere press makes a dot.
+/// Draws a smooth stroke on the picture along the pointer's path; a click makes a dot.
 class FreehandGesture final : public Gesture {
  public:
   FreehandGesture(GestureHost& host, PointD at);
@@ -16,7 +16,7 @@ class FreehandGesture final : public Gesture {
   void cancel() override;
 
  private:
-  /// `advance` takes the stroke on and tells what it will paint.
+  /// `advance` extends the stroke and returns the rectangles that it will paint.
   template <typename Advance>
   void draw(const Advance& advance);
 

@@ -8,8 +8,8 @@ namespace kestrel::engine {
 /// The order of the four bytes of a pixel.
 enum class ChannelOrder { rgba, bgra };
 
-/// The pixels that a view is painted into. They are all left opaque, so the fourth byte, 255, may count as
-/// straight alpha, premultiplied alpha or nothing.
+/// The pixels that a view is painted into. All are painted opaque, so the fourth byte, 255, may be read as
+/// straight alpha, premultiplied alpha or padding.
 struct PaintBuffer {
   std::uint8_t* data = nullptr;
   std::size_t stride = 0;  ///< bytes from row to row

@@ -41,13 +41,14 @@ bool allOpaque(const std::uint8_t* pixels, std::int32_t count) {
   return all >= kOpaqueByte;
 }
 
-/// Two channels of a pixel, one in each half, times 0 to 255, divided by 255 and rounded to the nearest.
+/// Two channels of a pixel, one per 16-bit half, times `factor` / 255, rounded to the nearest. `factor` is 0
+/// to 255.
 std::uint32_t scaledPair(std::uint32_t pair, std::uint32_t factor) {
   const std::uint32_t product = pair * factor + 0x00800080;
   return (product + (product >> 8 & kPair)) >> 8 & kPair;
 }
 
-/// The sum of two pairs, at most 255 each.
+/// The sum of two pairs, saturated to 255 per channel.
 std::uint32_t addedPair(std::uint32_t a, std::uint32_t b) {
   const std::uint32_t sum = a + b;
   const std::uint32_t over = sum & 0x01000100;
@@ -64,7 +65,7 @@ void premultiply(const std::uint8_t* source, std::uint8_t* target, std::int32_t 
   }
 }
 
-void layOver(std::uint8_t* pixels, const std::uint8_t* under, std::int32_t count) {
+void compositeOver(std::uint8_t* pixels, const std::uint8_t* under, std::int32_t count) {
   for (std::int32_t i = 0; i < count; ++i) {
     std::uint32_t pixel, below;
     std::memcpy(&pixel, pixels + 4 * i, 4);
@@ -76,12 +77,13 @@ void layOver(std::uint8_t* pixels, const std::uint8_t* under, std::int32_t count
   }
 }
 
-/// Lays premultiplied pixels over a row of the background tile, from the tile's column `phase` on, in place.
-void layOverTile(std::uint8_t* pixels, std::int32_t count, const std::uint8_t* tile, std::int32_t tileWidth,
-                 std::int32_t phase) {
+/// Composites premultiplied pixels, in place, over a row of the background tile that starts at the tile's
+/// column `phase`.
+void compositeOverTile(std::uint8_t* pixels, std::int32_t count, const std::uint8_t* tile,
+                       std::int32_t tileWidth, std::int32_t phase) {
   while (count > 0) {
     const std::int32_t run = std::min(count, tileWidth - phase);
-    layOver(pixels, tile + 4 * phase, run);
+    compositeOver(pixels, tile + 4 * phase, run);
     pixels += 4 * run;
     count -= run;
     phase = 0;
@@ -97,7 +99,7 @@ void swapRedAndBlue(std::uint8_t* pixels, std::int32_t count) {
   }
 }
 
-/// sums = the weighted average of three rows.
+/// Vertical pass: the weighted average of three rows.
 void averageRows(const std::uint8_t* a, const std::uint8_t* b, const std::uint8_t* c,
                  const std::uint16_t* weight, std::uint16_t* sums, std::size_t count) {
   const std::uint16_t w0 = weight[0], w1 = weight[1], w2 = weight[2];
@@ -107,7 +109,7 @@ void averageRows(const std::uint8_t* a, const std::uint8_t* b, const std::uint8_
   }
 }
 
-/// The pixels of the view, `first` to `end`, that a picture takes up along one side: at least one.
+/// View pixels `first` to `end`, not included, that the picture covers along one axis: at least one.
 std::pair<std::int32_t, std::int32_t> shownSpan(const ViewAxis& axis) {
   const auto first = static_cast<std::int32_t>(std::ceil(axis.toView(0) - 0.5));
   const auto end = static_cast<std::int32_t>(std::ceil(axis.toView(axis.picture()) - 0.5));
@@ -130,13 +132,13 @@ struct Painter::Job {
   const Scene& scene;
   const PaintBuffer& buffer;
   Rectangle area;
-  std::int32_t left = 0, right = 0;  ///< columns of the view that show the picture, cut to the area
-  std::int32_t pictureLeft = 0, pictureRight = 0, pictureTop = 0, pictureBottom = 0;  ///< not cut
+  std::int32_t left = 0, right = 0;  ///< columns of the view that show the picture, clipped to the area
+  std::int32_t pictureLeft = 0, pictureRight = 0, pictureTop = 0, pictureBottom = 0;  ///< not clipped
   bool reduced = false;
   std::int32_t level = 0;
   ConstPixels source{};
-  bool straight = true;          ///< whether the source's alpha is
-  std::int32_t firstColumn = 0;  ///< of the source
+  bool straight = true;          ///< the source has straight alpha
+  std::int32_t firstColumn = 0;  ///< of `source`
   std::int32_t columnCount = 0;
 };
 
@@ -174,7 +176,7 @@ void Painter::prepareSource(Job& job) {
     job.source = pyramid_.level(scene.picture, job.level, {left, top, right - left, bottom - top});
     job.straight = false;
   } catch (const std::exception&) {
-    // Without memory for small copies the picture is still shown, if less smoothly.
+    // Without memory for the pyramid the picture is still shown, if less smoothly.
     job.reduced = false;
     job.level = 0;
   }
@@ -210,7 +212,7 @@ void Painter::paint(const Scene& scene, const PaintBuffer& buffer, const Rectang
       prepareColumns(job);
     }
   }
-  // A few bands per core, each with memory of its own, even out rows that cost more than others.
+  // Several bands per core, each with its own scratch memory, balance rows of different cost.
   const std::int32_t bands = std::clamp(area.Height / 16, 1, 4 * threadCount());
   if (scratch_.size() < static_cast<std::size_t>(bands)) scratch_.resize(static_cast<std::size_t>(bands));
   const auto sums = 4 * (static_cast<std::size_t>(job.columnCount) + 2);
@@ -235,7 +237,7 @@ void Painter::paint(const Scene& scene, const PaintBuffer& buffer, const Rectang
 void Painter::paintRows(const Job& job, std::int32_t first, std::int32_t last, Scratch& scratch) const {
   const Scene& scene = job.scene;
   const std::int32_t areaRight = job.area.Left + job.area.Width;
-  const std::uint32_t beside = valueOf(scene.surroundings, job.buffer.order);
+  const std::uint32_t surroundings = valueOf(scene.surroundings, job.buffer.order);
   const std::uint32_t border = valueOf(kBorderColor, job.buffer.order);
   const std::int32_t lineX = scene.horizontal.border();
   const std::int32_t lineY = scene.vertical.border();
@@ -250,11 +252,11 @@ void Painter::paintRows(const Job& job, std::int32_t first, std::int32_t last, S
       if (from < to) fill(row + bytesOf(from), to - from, value);
     };
     if (!picture || y < job.pictureTop - lineY || y >= job.pictureBottom + lineY) {
-      fillSpan(job.area.Left, areaRight, beside);
+      fillSpan(job.area.Left, areaRight, surroundings);
       continue;
     }
-    fillSpan(job.area.Left, job.pictureLeft - lineX, beside);
-    fillSpan(job.pictureRight + lineX, areaRight, beside);
+    fillSpan(job.area.Left, job.pictureLeft - lineX, surroundings);
+    fillSpan(job.pictureRight + lineX, areaRight, surroundings);
     if (y < job.pictureTop || y >= job.pictureBottom) {
       fillSpan(job.pictureLeft - lineX, job.pictureRight + lineX, border);
       continue;
@@ -279,8 +281,8 @@ void Painter::paintRows(const Job& job, std::int32_t first, std::int32_t last, S
     if (!opaque) {
       if (!job.reduced) premultiply(target, target, count);
       const ConstPixels tile = scene.background.pixels();
-      layOverTile(target, count, tile.row(remainder(y - job.pictureTop, tile.height)), tile.width,
-                  remainder(job.left - job.pictureLeft, tile.width));
+      compositeOverTile(target, count, tile.row(remainder(y - job.pictureTop, tile.height)), tile.width,
+                        remainder(job.left - job.pictureLeft, tile.width));
     }
     previousSource = opaque ? source : -1;
     if (job.buffer.order == ChannelOrder::bgra) swapRedAndBlue(target, count);
@@ -324,7 +326,7 @@ void Painter::reduceRow(const Job& job, std::int32_t y, Scratch& scratch, std::u
 
   const std::int32_t count = job.right - job.left;
   for (std::int32_t i = 0; i < count; ++i) {
-    // Four 16-bit channels at a time: the weights add up to 256, so no channel reaches into the next.
+    // Four 16-bit channels at a time: the weights sum to 256, so no channel overflows into the next.
     const Taps& taps = taps_[static_cast<std::size_t>(i)];
     std::uint64_t p[3];
     std::memcpy(p, sums + 4 * static_cast<std::size_t>(taps.first - job.firstColumn), sizeof p);

@@ -11,18 +11,17 @@
 
 namespace kestrel::engine {
 
-/// What there is to see in a view, selection and rubber bands aside.
+/// Contents of a view, without selection and rubber bands.
 struct Scene {
   const Bitmap& picture;
   const ViewAxis& horizontal;
   const ViewAxis& vertical;
-  Pixel surroundings;        ///< what is beside the picture
-  const Bitmap& background;  ///< opaque, tiled behind the picture from its corner on; not empty
+  Pixel surroundings;        ///< color around the picture
+  const Bitmap& background;  ///< opaque tile behind the picture, aligned to its corner; not empty
 };
 
-/// Paints the visible part of a picture: pixel by pixel when it is shown at its size or larger, averaged over
-/// the area that a view pixel covers when it is shown smaller. Once it has painted a view of some size,
-/// painting allocates nothing.
+/// Paints the visible part of a picture: nearest neighbor at zoom 1 and above, box kernel below. Once it has
+/// painted a view of some size, painting allocates nothing.
 class Painter {
  public:
   static constexpr Pixel kBorderColor{0x80, 0x80, 0x80, 255};
@@ -30,24 +29,23 @@ class Painter {
   /// Paints the part `area` of the view, which must lie inside the buffer. The buffer is the whole view.
   void paint(const Scene& scene, const PaintBuffer& buffer, const Rectangle& area);
 
-  /// The picture is another one, or another size.
+  /// Call when the picture or its size has changed.
   void reset() { pyramid_.reset(); }
-  /// A part of the picture has changed.
+  /// Call when a part of the picture has changed.
   void invalidate(const Rectangle& area) { pyramid_.invalidate(area); }
 
  private:
-  /// The pixels of a row or column, three side by side, that make up one of the view, and their shares of
-  /// 256.
+  /// The three consecutive source pixels that contribute to a view pixel along one axis. Weights sum to 256.
   struct Taps {
     std::int32_t first;
     std::uint16_t weight[3];
   };
 
-  /// What one band of rows works with.
+  /// Working memory of one band of rows.
   struct Scratch {
-    std::vector<std::uint16_t> sums;          ///< a row of the source, averaged vertically
+    std::vector<std::uint16_t> sums;          ///< a source row after the vertical pass
     std::vector<std::uint8_t> premultiplied;  ///< three rows of the source
-    std::int32_t rows[3];                     ///< which those are, -1 for none
+    std::int32_t rows[3];                     ///< their row numbers, -1 for none
   };
 
   struct Job;

@@ -4,7 +4,7 @@
 
 namespace kestrel::engine {
 
-/// The picture follows the pointer.
+/// Scrolls the picture with the pointer.
 class PanGesture final : public Gesture {
  public:
   PanGesture(GestureHost& host, PointD at, bool withPanTool)

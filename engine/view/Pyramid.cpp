@@ -17,7 +17,7 @@ bool allOpaque(const std::uint8_t* pixels, std::int32_t count) {
   return all == 255;
 }
 
-/// The averages of two pixels of one row and the two below them, all four bytes alike. `pairs` times.
+/// Averages `pairs` blocks of 2 x 2 pixels, each of the four bytes by itself.
 void averagePairs(const std::uint8_t* upper, const std::uint8_t* lower, std::uint8_t* target,
                   std::int32_t pairs) {
   for (std::int32_t i = 0; i < pairs; ++i) {
@@ -35,7 +35,7 @@ void averagePairs(const std::uint8_t* upper, const std::uint8_t* lower, std::uin
   }
 }
 
-/// The average of four pixels with straight alpha, premultiplied.
+/// The average of four pixels with straight alpha; the result is premultiplied.
 void averageStraight(const std::array<const std::uint8_t*, 4>& from, std::uint8_t* target) {
   std::uint32_t alpha = 0;
   std::array<std::uint32_t, 3> color{};
@@ -47,7 +47,7 @@ void averageStraight(const std::array<const std::uint8_t*, 4>& from, std::uint8_
   target[3] = static_cast<std::uint8_t>((alpha + 2) / 4);
 }
 
-/// Fills one row of a level from two rows of the one before, columns `first` to `end` of the new row.
+/// Computes columns `first` to `end`, not included, of a row from two rows of the level before.
 void averageRow(const std::uint8_t* upper, const std::uint8_t* lower, std::int32_t width,
                 std::uint8_t* target, std::int32_t first, std::int32_t end, bool straight) {
   const std::int32_t pairsEnd = std::min(end, width / 2);
@@ -60,7 +60,7 @@ void averageRow(const std::uint8_t* upper, const std::uint8_t* lower, std::int32
       averageStraight({upper + 8 * x, upper + 8 * x + 4, lower + 8 * x, lower + 8 * x + 4}, target + 4 * x);
     }
   }
-  if (pairsEnd < end) {  // the last column of an odd width has no partner
+  if (pairsEnd < end) {  // the last column of an odd width is averaged with itself
     const std::uint8_t* const u = upper + 8 * pairsEnd;
     const std::uint8_t* const l = lower + 8 * pairsEnd;
     if (plain) {

@@ -6,7 +6,7 @@
 namespace kestrel::engine {
 namespace {
 
-/// The nearest line between two columns of the picture, the outermost included.
+/// The nearest edge between pixels, the picture's own edges included.
 std::int32_t edgeAt(double position, std::int32_t size) {
   return static_cast<std::int32_t>(std::lround(std::clamp(position, 0.0, static_cast<double>(size))));
 }

@@ -7,7 +7,7 @@ namespace kestrel::engine {
 /// Draws a new selection, or moves or resizes the one there is.
 class SelectGesture final : public Gesture {
  public:
-  /// `part` is what of the selection was pressed.
+  /// `part` is the part of the selection under the pointer.
   SelectGesture(GestureHost& host, PointD at, SelectionPart part);
 
   void drag(PointD at, std::int32_t shift) override;

@@ -8,10 +8,10 @@
 namespace kestrel::engine {
 namespace {
 
-/// How far from the picture's corner an edge can be, so that sums of positions and sizes fit into 32 bits.
+/// Largest distance of an edge from the picture's corner; keeps sums of positions and sizes within 32 bits.
 constexpr std::int64_t kFarthest = 1'000'000'000;
 
-/// Corners first: on a small rectangle they win over the sides.
+/// Corners first: on a small rectangle they take precedence over the sides.
 constexpr std::array kHandles{SelectionPart::TopLeft,    SelectionPart::TopRight, SelectionPart::BottomRight,
                               SelectionPart::BottomLeft, SelectionPart::Left,     SelectionPart::Top,
                               SelectionPart::Right,      SelectionPart::Bottom};

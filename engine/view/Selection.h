@@ -7,7 +7,7 @@
 
 namespace kestrel::engine {
 
-/// What of a selection lies under the pointer.
+/// Part of a selection, for hit testing.
 enum class SelectionPart {
   Outside,
   Inside,
@@ -21,32 +21,32 @@ enum class SelectionPart {
   BottomLeft
 };
 
-/// The rectangle that is selected, in picture pixels, as it was given: any 32-bit numbers. Its sizes are
-/// negative where it reaches leftwards or upwards from its corner.
+/// The selected rectangle in picture pixels, stored as given: any 32-bit numbers, sizes negative if it
+/// extends to the left of or above its corner.
 struct Selection {
   Rectangle rectangle;
   bool visible = false;
 
-  /// Whether there is anything to see, to move or to resize.
+  /// Whether the selection is visible and not empty.
   bool shown() const { return visible && rectangle.Width != 0 && rectangle.Height != 0; }
 
   friend bool operator==(const Selection&, const Selection&) = default;
 };
 
-/// What two rectangles with sizes from 0 up have in common; 0 wide or high if that is nothing.
+/// Intersection of two rectangles with sizes of at least 0; 0 wide or high if they are disjoint.
 Rectangle intersection(const Rectangle& a, const Rectangle& b);
 
-/// The nearest position that a gesture can move an edge to, and that drawing needs to know.
+/// The position clamped to +-10^9, so that sums with sizes fit into 32 bits.
 std::int32_t boundedPosition(std::int64_t position);
 
-/// The same area with sizes from 0 up, each edge brought back to a `boundedPosition`.
+/// The same area with sizes of at least 0, each edge clamped by `boundedPosition`.
 Rectangle normalized(const Rectangle& rectangle);
 
-/// Which part of a rectangle (positive sizes, view pixels) is at a point; its eight handles, at the corners
-/// and in the middle of the sides, reach `tolerance` around.
+/// Hit test of a rectangle (positive sizes, view pixels). The eight handles, at the corners and in the middle
+/// of the sides, extend `tolerance` pixels around their centers.
 SelectionPart partAt(const Rectangle& rectangle, PointD at, double tolerance);
 
-/// Where the handle of a part is: its middle. Not for Outside and Inside.
+/// Center of the handle of a part. Not for Outside and Inside.
 Point handleAt(const Rectangle& rectangle, SelectionPart part);
 
 }  // namespace kestrel::engine

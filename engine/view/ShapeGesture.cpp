@@ -13,7 +13,7 @@
 namespace kestrel::engine {
 namespace {
 
-/// Farther out nothing can be seen, and the arithmetic of shapes stays exact.
+/// Positions farther out are never visible; the bound keeps the arithmetic of shapes exact.
 constexpr double kFarthest = 1e8;
 
 std::int32_t rounded(double value) {

@@ -8,7 +8,8 @@
 
 namespace kestrel::engine {
 
-/// Draws a line, rectangle or ellipse: a rubber band in the view while dragging, the shape at its end.
+/// Draws a line, rectangle or ellipse: a rubber band in the view during the drag, the shape in the picture at
+/// its end.
 class ShapeGesture final : public Gesture {
  public:
   enum class Kind { line, rectangle, ellipse };
@@ -23,7 +24,7 @@ class ShapeGesture final : public Gesture {
  private:
   std::unique_ptr<Shape> inPicture() const;
   std::unique_ptr<Shape> inView() const;
-  /// Lines go from pixel to pixel, boxes from edge to edge.
+  /// Lines run between pixel centers, boxes between pixel edges.
   PointD pointAt(PointD at) const;
   PointD constrained(PointD to) const;
   void invalidateBand();

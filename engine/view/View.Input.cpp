@@ -11,17 +11,17 @@
 namespace kestrel::engine {
 namespace {
 
-/// How far a pressed pointer may stray and still click.
+/// Largest movement during a click, in logical pixels.
 constexpr double kClickTolerance = 2;
 
-/// The pointer style that shows the tool's pointer over the picture only.
+/// Pointer style: the tool's pointer is shown over the picture only.
 constexpr std::int32_t kOverPictureOnly = 2;
 
-/// How fast a drag beyond the edge scrolls, per tick of the timer.
+/// Speed of autoscroll, in device pixels per tick of the timer.
 constexpr double kSlowestScroll = 4;
 constexpr double kFastestScroll = 64;
 
-/// How far a position lies before 0 or behind the end.
+/// Signed distance of a position outside 0 to `size`; 0 inside.
 double beyond(double position, std::int32_t size) {
   if (position < 0) return position;
   return position > size ? position - size : 0;
@@ -56,7 +56,7 @@ void View::pointerDown(std::int32_t button, std::int32_t shift, float x, float y
 }
 
 void View::pointerMove(std::int32_t button, std::int32_t shift, float x, float y) {
-  // A release may have gone elsewhere, to a window that opened meanwhile.
+  // The release may have gone to another window that opened meanwhile.
   if (gesture_ && (button & gestureButton_) == 0) cancelGesture();
   if ((button & pressedButton_) == 0) pressedButton_ = 0;
   followPointer({x, y}, shift);
@@ -92,7 +92,7 @@ void View::pointerUp(std::int32_t button, std::int32_t shift, float x, float y) 
     setAutoScroll(false);
     const std::unique_ptr<Gesture> ended = std::move(gesture_);
     ended->end(dragged_);
-    invalidateSelection();  // the handles are back
+    invalidateSelection();  // the handles reappear
     updateCursor();
   }
   if (button == kMiddleButton) return;
@@ -122,8 +122,8 @@ void View::timer(ViewTimer which) {
     return;
   }
   if (!gesture_) return;
-  scrollAndTell(horizontal_.offset() + scrollSpeed(beyond(pointer_.X, horizontal_.view())),
-                vertical_.offset() + scrollSpeed(beyond(pointer_.Y, vertical_.view())));
+  scrollAndNotify(horizontal_.offset() + scrollSpeed(beyond(pointer_.X, horizontal_.view())),
+                  vertical_.offset() + scrollSpeed(beyond(pointer_.Y, vertical_.view())));
   if (gesture_) dragGesture();
 }
 
@@ -160,7 +160,7 @@ void View::dragGesture() {
 void View::cancelGesture() {
   if (!gesture_) return;
   setAutoScroll(false);
-  dragged_ = true;  // what is left of the press is no click
+  dragged_ = true;  // the release must not count as a click
   const std::unique_ptr<Gesture> ended = std::move(gesture_);
   ended->cancel();
   updateCursor();

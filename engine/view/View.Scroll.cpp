@@ -26,24 +26,25 @@ bool View::moveTo(double x, double y) {
   return true;
 }
 
-void View::scrollAndTell(double x, double y) {
+void View::scrollAndNotify(double x, double y) {
   if (!moveTo(x, y)) return;
   Scroll();
   ScrollChanged();
 }
 
-void View::ScrollLeft(std::int32_t value) { scrollAndTell(value * horizontal_.zoom(), vertical_.offset()); }
+void View::ScrollLeft(std::int32_t value) { scrollAndNotify(value * horizontal_.zoom(), vertical_.offset()); }
 
-void View::ScrollTop(std::int32_t value) { scrollAndTell(horizontal_.offset(), value * vertical_.zoom()); }
+void View::ScrollTop(std::int32_t value) { scrollAndNotify(horizontal_.offset(), value * vertical_.zoom()); }
 
 void View::scrollTo(std::int32_t x, std::int32_t y) {
-  // A bar that stands where the view put it leaves alone the fraction that it cannot show.
-  scrollAndTell(x == horizontal_.range().position ? horizontal_.offset() : x,
-                y == vertical_.range().position ? vertical_.offset() : y);
+  // A scroll bar still at the view's own position must not discard the fraction of the offset that it cannot
+  // show.
+  scrollAndNotify(x == horizontal_.range().position ? horizontal_.offset() : x,
+                  y == vertical_.range().position ? vertical_.offset() : y);
 }
 
 void View::scrollBy(float x, float y) {
-  scrollAndTell(horizontal_.offset() - static_cast<double>(x), vertical_.offset() - static_cast<double>(y));
+  scrollAndNotify(horizontal_.offset() - static_cast<double>(x), vertical_.offset() - static_cast<double>(y));
 }
 
 void View::pan(double x, double y, bool withPanTool) {
@@ -59,12 +60,12 @@ void View::wheel(float notchesX, float notchesY, std::int32_t shift, float x, fl
     return;
   }
   if ((shift & kShiftMask) != 0) std::swap(notchesX, notchesY);
-  scrollAndTell(horizontal_.offset() - static_cast<double>(notchesX) * horizontal_.range().step,
-                vertical_.offset() - static_cast<double>(notchesY) * vertical_.range().step);
+  scrollAndNotify(horizontal_.offset() - static_cast<double>(notchesX) * horizontal_.range().step,
+                  vertical_.offset() - static_cast<double>(notchesY) * vertical_.range().step);
 }
 
 void View::turnZoomWheel(float notches, PointD at) {
-  if (notches * wheelRest_ < 0) wheelRest_ = 0;  // the other way round counts from its start
+  if (notches * wheelRest_ < 0) wheelRest_ = 0;  // a change of direction starts from 0
   wheelRest_ += notches;
   pointer_ = at;
   const std::int32_t direction = wheelRest_ > 0 ? 1 : -1;
@@ -112,7 +113,7 @@ bool View::scrollByKey(ViewKey key) {
       return false;
   }
   const bool scrollable = horizontal_.range().maximum > 0 || vertical_.range().maximum > 0;
-  if (scrollable) scrollAndTell(x, y);
+  if (scrollable) scrollAndNotify(x, y);
   return scrollable;
 }
 

@@ -9,10 +9,10 @@
 namespace kestrel::engine {
 namespace {
 
-/// Half the side of a handle, and how far around its middle it can be grabbed.
+/// Half the side of a handle, and the grab tolerance around its center, in logical pixels.
 constexpr double kHandleReach = 3;
 constexpr double kGrabReach = 5;
-/// The handles are left out where they would hide the selection itself.
+/// Smallest side with handles; on a smaller selection they would hide it.
 constexpr std::int32_t kSmallestWithHandles = 24;
 
 constexpr std::int32_t kDash = 4;
@@ -29,7 +29,7 @@ void put(const PaintBuffer& buffer, std::int32_t x, std::int32_t y, std::uint8_t
   pixel[3] = 255;
 }
 
-/// Dashes of black and white that move on with the phase.
+/// Marching ants: black and white dashes shifted by the phase.
 void paintDashes(const PaintBuffer& buffer, const Rectangle& line, const Rectangle& area,
                  std::int32_t phase) {
   const Rectangle part = intersection(line, area);

@@ -15,12 +15,12 @@ constexpr Pixel kBehindTransparency{255, 255, 255, 255};
 constexpr std::int32_t kStartUndoLevels = 3;
 constexpr std::int32_t kBorderThickness = 1;
 
-/// Stands in for a background image; wide, since tiles are laid run by run.
+/// Tile used without a background image; wide, because the painter composites one run of a tile at a time.
 Bitmap plainTile() { return Bitmap::filled(256, 1, kBehindTransparency); }
 
-class PointOfPicture final : public UndoPoint {
+class PictureUndoPoint final : public UndoPoint {
  public:
-  PointOfPicture(std::shared_ptr<EditablePicture> picture, EditablePicture::UndoPoint point)
+  PictureUndoPoint(std::shared_ptr<EditablePicture> picture, EditablePicture::UndoPoint point)
       : picture_(std::move(picture)), point_(std::move(point)) {}
 
   void TakeBack() override {
@@ -92,7 +92,7 @@ void View::pictureChanged(const PictureChange& change) {
 void View::pictureDrawn(const Rectangle& area) {
   painter_.invalidate(area);
   const Rectangle shown = inView(area);
-  // Averaging reaches into the neighboring pixels, over one of them at most.
+  // The box kernel extends into neighboring view pixels, by at most one; rounding adds another.
   invalidateView({shown.Left - 2, shown.Top - 2, shown.Width + 4, shown.Height + 4});
 }
 
@@ -108,7 +108,7 @@ void View::Redo() {
 
 std::unique_ptr<UndoPoint> View::CreateUndoPoint(const std::string& name) {
   cancelGesture();
-  return std::make_unique<PointOfPicture>(picture_, picture_->createUndoPoint(name));
+  return std::make_unique<PictureUndoPoint>(picture_, picture_->createUndoPoint(name));
 }
 
 void View::BackgroundImage(const kestrel::Image* value) {

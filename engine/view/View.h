@@ -20,11 +20,11 @@ namespace kestrel::engine {
 
 class ImgXObject;
 
-/// The toolkit-free half of the image view: everything but a window.
+/// The toolkit-free half of the image view: everything except the window.
 ///
-/// A platform derives from it. It adds the members of `Control`, hands over what the user does, shows what
-/// `paint` paints, and answers the hooks at the end. All positions and sizes are device pixels of the view,
-/// whose top left corner is (0, 0); a buffer is the whole view. Everything happens on the calling thread.
+/// A platform derives from it, adds the members of `Control`, forwards input, shows the buffer that `paint`
+/// fills, and implements the hooks at the end. All positions and sizes are in device pixels of the view,
+/// whose top left corner is (0, 0); a buffer is the whole view. Not thread-safe.
 class View : public Face<ImageView>, private GestureHost {
  public:
   /// The clipboard must outlive the view.
@@ -82,52 +82,52 @@ class View : public Face<ImageView>, private GestureHost {
   /// Bytes that the undo stack holds.
   std::size_t undoMemory() const { return picture_->undoMemory(); }
 
-  // What a platform hands over.
+  // Input and paint requests from the platform.
 
-  /// The view's size has changed.
+  /// Call when the view's size has changed.
   void resize(std::int32_t width, std::int32_t height);
-  /// Device pixels per unit of the desktop: how large handles are and what still counts as a click.
+  /// Device pixels per logical pixel: scales handles and the click tolerance.
   void deviceScale(double value) { deviceScale_ = value; }
 
-  /// Paints the part `area` of the view. Raises what a handler of `DoubleBufferPaintAfter` raises.
+  /// Paints the part `area` of the view. Errors of a `DoubleBufferPaintAfter` handler propagate.
   void paint(const PaintBuffer& buffer, const Rectangle& area);
 
-  /// `button` and `shift` are made of the masks in Types.h; of a move, the buttons that are held. The middle
-  /// button pans with any tool, and raises neither `MouseDown` nor `MouseUp` nor `Click`.
+  /// `button` and `shift` are masks from Types.h; for a move, `button` holds the pressed buttons. The middle
+  /// button pans with any tool, without `MouseDown`, `MouseUp` and `Click`.
   void pointerDown(std::int32_t button, std::int32_t shift, float x, float y);
   void pointerMove(std::int32_t button, std::int32_t shift, float x, float y);
   void pointerUp(std::int32_t button, std::int32_t shift, float x, float y);
-  /// The pointer has left the view, or the window system has taken it away.
+  /// The pointer has left the view, or the window system has released its capture.
   void pointerLeave();
-  /// Turns of the wheel in notches, or parts of them, positive upwards and leftwards. Upright ones scroll,
-  /// with Shift sideways, and with Ctrl raise `WheelZoom` for each full notch.
+  /// Wheel rotation in notches or fractions, positive upwards and to the left. Scrolls; with Shift the axes
+  /// are swapped; with Ctrl each full vertical notch raises `WheelZoom`.
   void wheel(float notchesX, float notchesY, std::int32_t shift, float x, float y);
-  /// A touchpad's scrolling: the picture moves by so much to the right and down.
+  /// Touchpad scrolling: moves the picture by x pixels to the right and y down.
   void scrollBy(float x, float y);
-  /// False if the key means nothing to the view at this moment.
+  /// Returns false if the view does not handle the key in its present state.
   bool keyDown(ViewKey key, std::int32_t shift);
   /// The user has closed the notice.
   void closeNotice() { Notice({}, {}); }
-  /// To be called while the timer is on.
+  /// Call at the timer's interval while it is on.
   void timer(ViewTimer which);
 
   ScrollRange horizontalScroll() const { return horizontal_.range(); }
   ScrollRange verticalScroll() const { return vertical_.range(); }
-  /// The scroll bars stand at these positions.
+  /// The user has moved the scroll bars to these positions.
   void scrollTo(std::int32_t x, std::int32_t y);
 
  protected:
-  // The hooks. None of them may paint or raise errors, except `repaint`.
+  // Hooks. None may paint or raise errors, except `repaint`.
 
-  /// A part of the view has to be painted, soon.
+  /// Schedules a repaint of a part of the view.
   virtual void invalidate(const Rectangle& area) = 0;
-  /// Paints the whole view now, if it can be seen.
+  /// Paints the whole view immediately, if it is visible.
   virtual void repaint() = 0;
   virtual void showCursor(ViewCursor cursor) = 0;
   /// `horizontalScroll` and `verticalScroll` have changed.
   virtual void scrollRangesChanged() = 0;
   virtual void setTimer(ViewTimer which, bool on) = 0;
-  /// `text` takes the place of the notice that was shown; an empty one takes it away.
+  /// `text` replaces the notice shown; an empty text removes it.
   virtual void showNotice(const std::string& text, const std::string& action) = 0;
 
  private:
@@ -156,7 +156,7 @@ class View : public Face<ImageView>, private GestureHost {
   void measure();
   void invalidateAll() { invalidate({0, 0, horizontal_.view(), vertical_.view()}); }
   bool moveTo(double x, double y);
-  void scrollAndTell(double x, double y);
+  void scrollAndNotify(double x, double y);
   void turnZoomWheel(float notches, PointD at);
 
   void setSelection(const Selection& selection);
@@ -199,15 +199,15 @@ class View : public Face<ImageView>, private GestureHost {
 
   std::unique_ptr<Gesture> gesture_;
   std::int32_t gestureButton_ = 0;
-  std::int32_t pressedButton_ = 0;  ///< the one that was pressed last
+  std::int32_t pressedButton_ = 0;  ///< the button pressed last
   PointD pressedAt_;
   PointD pointer_;
-  bool pointerInside_ = false;  ///< the pointer is over the view, or held by it
+  bool pointerInside_ = false;  ///< the pointer is over the view or captured by it
   std::int32_t shift_ = 0;
   bool dragged_ = false;
   bool autoScrolling_ = false;
-  bool wheeling_ = false;  ///< zooming keeps the pixel under the pointer, not the middle
-  float wheelRest_ = 0;    ///< part of a notch towards the next `WheelZoom`
+  bool wheeling_ = false;  ///< zooming keeps the pixel under the pointer in place, not the center
+  float wheelRest_ = 0;    ///< fraction of a notch towards the next `WheelZoom`
 
   std::string notice_;
   std::string noticeAction_;

@@ -6,10 +6,10 @@
 namespace kestrel::engine {
 namespace {
 
-/// Covers what dividing and multiplying by the zoom loses.
-constexpr double kTiny = 1e-6;
+/// Rounding tolerance of division and multiplication by the zoom.
+constexpr double kTolerance = 1e-6;
 
-/// Of the view's size, for one turn of the wheel or one step of the scroll bar.
+/// One wheel notch or scroll bar step is the view's size divided by this.
 constexpr std::int32_t kStepsPerPage = 10;
 
 }  // namespace
@@ -38,7 +38,7 @@ bool ViewAxis::scrollTo(double offset) {
 }
 
 std::int32_t ViewAxis::scroll() const {
-  return static_cast<std::int32_t>(std::floor(offset_ / zoom_ + kTiny));
+  return static_cast<std::int32_t>(std::floor(offset_ / zoom_ + kTolerance));
 }
 
 ScrollRange ViewAxis::range() const {

@@ -2,19 +2,19 @@
 
 namespace kestrel::engine {
 
-/// The keys that a view answers to.
+/// Keys that a view handles.
 enum class ViewKey { left, right, up, down, pageUp, pageDown, home, end, escape };
 
-/// What a view wants to be woken for.
+/// Timers of a view.
 enum class ViewTimer {
-  march,      ///< about every 120 ms: the marching rectangle moves on
-  autoScroll  ///< about every 30 ms: a drag beyond the edge scrolls
+  march,      ///< about every 120 ms: animates the marching ants
+  autoScroll  ///< about every 30 ms: scrolls during a drag beyond the edge
 };
 
-/// The pointer that a view wants to be shown over it.
+/// Pointer shapes of a view.
 enum class ViewCursor {
   arrow,
-  custom,  ///< the stored one, `MousePointer` 99
+  custom,  ///< the stored picture, `MousePointer` 99
   hand,
   grabbing,
   move,
