@@ -25,7 +25,7 @@ Bitmap resizeCanvas(const Bitmap& source, std::int32_t width, std::int32_t heigh
   std::uint32_t value;
   std::memcpy(&value, &background, sizeof value);
 
-  // The picture's columns on the canvas; an empty run where it lies wholly beside it.
+  // The picture's columns on the canvas; empty if the picture is outside.
   const std::int64_t left = std::clamp<std::int64_t>(offsetX, 0, width);
   const std::int64_t right = std::clamp(std::int64_t{offsetX} + from.width, left, std::int64_t{width});
   forRows(height, rowsPerTask(width), [&](std::int32_t first, std::int32_t last) {

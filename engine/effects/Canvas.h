@@ -6,12 +6,11 @@
 
 namespace kestrel::engine {
 
-/// A picture placed, unscaled, on a canvas of another size.
+/// Places a picture, unscaled, on a canvas of another size.
 ///
-/// `offsetX` and `offsetY` are where the picture's top left pixel comes to stand; negative ones, and a canvas
-/// smaller than the picture, clip it. Canvas that the picture does not cover has the value `background`; the
-/// picture's own pixels are kept as they are, transparent ones too. Raises RuntimeError 5 for a side below 1,
-/// 7 for a canvas beyond the limits of a bitmap.
+/// The picture's top left pixel goes to (`offsetX`, `offsetY`); parts outside the canvas are clipped. The
+/// rest of the canvas is filled with `background`; the picture's pixels are copied unchanged, transparent
+/// ones too. Raises RuntimeError 5 for a side below 1, 7 for a canvas beyond the limits of a bitmap.
 Bitmap resizeCanvas(const Bitmap& source, std::int32_t width, std::int32_t height, Pixel background,
                     std::int32_t offsetX, std::int32_t offsetY);
 

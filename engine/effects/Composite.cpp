@@ -43,7 +43,7 @@ HWY_INLINE V by255(D d, V a) {
   return hn::ShiftRight<8>(hn::Add(rounded, hn::ShiftRight<8>(rounded)));
 }
 
-/// `over` in Blend.h, with an alpha for `top` that need not be its own.
+/// `over` of Blend.h, with the alpha of `top` given separately.
 template <class D, class V>
 HWY_INLINE V overPixels(D d, V top, V alpha, V under) {
   const hn::RebindToFloat<D> df;
@@ -71,7 +71,8 @@ HWY_INLINE V overPixels(D d, V top, V alpha, V under) {
   return hn::Or(hn::Or(redBlue, hn::ShiftLeft<8>(green)), hn::ShiftLeft<24>(mixedAlpha));
 }
 
-/// `out` may be `under`, and then nothing is written where nothing changes; else it is the begin of a row.
+/// `out` may equal `under`: then vectors of transparent pixels are skipped. Otherwise it must be the start of
+/// a bitmap row.
 void compositeSpan(const std::uint8_t* top, const std::uint8_t* under, std::int32_t count,
                    std::uint8_t opacity, const std::optional<Pixel>& mask, bool stream, std::uint8_t* out) {
   const hn::CappedTag<std::uint32_t, 16> d;
@@ -81,7 +82,7 @@ void compositeSpan(const std::uint8_t* top, const std::uint8_t* under, std::int3
   const bool wholeAlpha = opacity == 255 && !mask;
   const auto strength = hn::Set(d, opacity);
   const auto colorBits = hn::Set(d, 0x00FFFFFF);
-  // No pixel's color has a value in the fourth byte, so that without a mask color none is equal.
+  // Compared pixels have 0 in the alpha byte, so this value matches none when there is no mask color.
   std::uint32_t maskValue = 0xFF000000;
   if (mask)
     maskValue =
@@ -125,7 +126,7 @@ HWY_EXPORT(compositeSpan);
 
 namespace {
 
-/// One picture at its place over another, and the part of that which they share.
+/// A picture placed over another, and the rectangle in which they overlap.
 class Overlay {
  public:
   Overlay(const ConstPixels& under, const ConstPixels& top, std::int32_t x, std::int32_t y,
@@ -147,15 +148,15 @@ class Overlay {
   std::int32_t firstRow() const { return firstRow_; }
   std::int32_t rows() const { return std::max(0, lastRow_ - firstRow_); }
 
-  /// Whether it has a part of row y.
+  /// Whether it overlaps row y.
   bool touches(std::int32_t y) const { return y >= firstRow_ && y < lastRow_ && width_ > 0; }
 
-  /// Lays its part of row y, which it touches, over that of the lower picture.
+  /// Composites its part of row y in place. Row y must overlap.
   void layOver(std::uint8_t* row, std::int32_t y) const {
     compositeRow(partOf(y), row + std::ptrdiff_t{4} * left_, width_, opacity_, maskColor_);
   }
 
-  /// The same for one that is as wide as the lower picture, into a row elsewhere.
+  /// The same into another row; the overlap must span the whole width.
   void layOver(const std::uint8_t* under, std::int32_t y, bool stream, std::uint8_t* out) const {
     HWY_DYNAMIC_DISPATCH(compositeSpan)(partOf(y), under, width_, opacity_, maskColor_, stream, out);
   }

@@ -6,10 +6,10 @@
 
 namespace kestrel::engine {
 
-/// The part of a picture inside a rectangle, in pixels.
+/// The part of a picture inside a rectangle given in pixels.
 ///
-/// A negative width or height turns the rectangle round: it reaches to the left of `left`, or above `top`.
-/// What lies outside the picture is cut off the rectangle. Raises RuntimeError 5 if nothing remains.
+/// With a negative width or height the rectangle extends to the left of `left`, or above `top`. It is clipped
+/// to the picture. Raises RuntimeError 5 if the clipped rectangle is empty.
 Bitmap crop(const Bitmap& source, std::int32_t left, std::int32_t top, std::int32_t width,
             std::int32_t height);
 

@@ -30,7 +30,7 @@ bool anyVisible(const std::uint8_t* row, std::int64_t first, std::int64_t last) 
   return false;
 }
 
-/// The smallest box that holds every pixel that is not fully transparent.
+/// Bounding box of the pixels that are not fully transparent.
 std::optional<Box> visibleBox(const ConstPixels& picture) {
   std::int32_t top = 0, bottom = picture.height;
   while (top < bottom && !anyVisible(picture.row(top), 0, picture.width)) ++top;
@@ -49,12 +49,12 @@ std::optional<Box> visibleBox(const ConstPixels& picture) {
   return Box{left, top, right, bottom};
 }
 
-/// What a side of the result would have, as far as a bitmap can be asked for it.
+/// A side of the result, clamped to 32 bits; the bitmap refuses sizes beyond its limits.
 std::int32_t side(std::int64_t length) {
   return static_cast<std::int32_t>(std::min<std::int64_t>(length, INT32_MAX));
 }
 
-/// By how much the sides move outwards to hold the shadow.
+/// Enlargement on each side, in pixels, that the shadow needs.
 struct Growth {
   std::int64_t left = 0, top = 0, right = 0, bottom = 0;
 };
@@ -86,8 +86,8 @@ Bitmap dropShadow(const Bitmap& source, std::int32_t offsetX, std::int32_t offse
                                         side(growth.top + from.height + growth.bottom));
   const Pixels to = result.writable();
 
-  // The shadow's own place in the picture it is cast by: column 0 of the result stands at this column of it.
-  // A shadow that is moved farther than any picture is wide falls outside, however far.
+  // Source column that column 0 of the result takes the shadow from. Offsets beyond any picture's size are
+  // clamped: the shadow is outside anyway.
   const auto start = [](std::int64_t grown, std::int32_t offset) {
     return static_cast<std::int32_t>(-grown -
                                      std::clamp(offset, -4 * Bitmap::kMaxSide, 4 * Bitmap::kMaxSide));
@@ -99,7 +99,8 @@ Bitmap dropShadow(const Bitmap& source, std::int32_t offsetX, std::int32_t offse
   std::uint32_t tint;
   std::memcpy(&tint, &color, sizeof tint);
   const bool stream = exceedsCaches(result.byteSize());
-  // The tinted shadow and the picture over it, where it is, from a multiple of 64 bytes on.
+  // Composites the picture over the tinted shadow. Pieces begin at multiples of 64 bytes, as non-temporal
+  // stores need.
   constexpr std::int32_t kPixels = 512;
   const auto finishSome = [&](std::int32_t y, Interval part, const float* shadow, float strength) {
     alignas(64) std::array<std::uint8_t, 4 * kPixels> pixels;
@@ -119,7 +120,7 @@ Bitmap dropShadow(const Bitmap& source, std::int32_t offsetX, std::int32_t offse
     }
   };
   if (isOpaque(from)) {
-    // The shadow of a whole rectangle is the product of its sides' shadows.
+    // The shadow of an opaque rectangle is the product of two one-dimensional profiles.
     const std::vector<float> across = columns.profile();
     const std::vector<float> down = rows.profile();
     forRows(to.height, rowsPerTask(to.width), [&](std::int32_t first, std::int32_t last) {

@@ -16,7 +16,7 @@
 HWY_BEFORE_NAMESPACE();
 namespace kestrel::engine::HWY_NAMESPACE {
 
-/// Works in whole vectors: rows are padded to 64 bytes, and so may be written to their padded end.
+/// Processes whole vectors: rows are padded to 64 bytes, so the padding may be written.
 void flattenRow(const std::uint8_t* HWY_RESTRICT in, std::int32_t count, Pixel background,
                 [[maybe_unused]] bool stream, std::uint8_t* HWY_RESTRICT out) {
 #if HWY_TARGET == HWY_SCALAR

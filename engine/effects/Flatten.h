@@ -4,8 +4,8 @@
 
 namespace kestrel::engine {
 
-/// The picture laid on a color and left opaque: c' = (c * a + background * (255 - a)) / 255, rounded to the
-/// nearest; the alpha of `background` plays no part.
+/// The picture composited over an opaque color: c' = (c * a + background * (255 - a)) / 255, rounded to the
+/// nearest. The alpha of `background` is ignored.
 Bitmap flatten(const Bitmap& source, Pixel background);
 
 }  // namespace kestrel::engine

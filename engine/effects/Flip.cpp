@@ -48,7 +48,7 @@ Bitmap mirrored(const Bitmap& source, bool columns, bool rows) {
   const ConstPixels from = source.pixels();
   const Pixels to = result.writable();
   writeRows(to, [&](std::int32_t y, bool stream) {
-    // Read upwards and written downwards: it is reading that waits for the memory.
+    // Reads sequentially and writes in reverse: reads stall on memory, stores do not.
     std::uint8_t* const out = to.row(rows ? to.height - 1 - y : y);
     if (columns) {
       HWY_DYNAMIC_DISPATCH(mirrorRow)(from.row(y), to.width, stream, out);

@@ -4,7 +4,7 @@
 
 namespace kestrel::engine {
 
-/// What changes places with what; the numbers are those that callers pass.
+/// Direction of a flip; hosts pass the numbers.
 enum class FlipDirection { LeftToRight = 0, TopToBottom = 1 };
 
 /// The picture mirrored, without loss. Raises RuntimeError 5 for another direction.

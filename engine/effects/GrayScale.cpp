@@ -14,7 +14,7 @@
 HWY_BEFORE_NAMESPACE();
 namespace kestrel::engine::HWY_NAMESPACE {
 
-/// Works in whole vectors: rows are padded to 64 bytes, and so may be written to their padded end.
+/// Processes whole vectors: rows are padded to 64 bytes, so the padding may be written.
 void grayRow(const std::uint8_t* HWY_RESTRICT in, std::int32_t count, [[maybe_unused]] bool stream,
              std::uint8_t* HWY_RESTRICT out) {
 #if HWY_TARGET == HWY_SCALAR

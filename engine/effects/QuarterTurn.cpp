@@ -63,12 +63,12 @@ HWY_EXPORT(Transpose);
 
 namespace {
 
-/// Tiles of one cache line by many rows: small enough to stay cached while they are turned.
+/// Tiles of one cache line by 64 rows: small enough to stay in cache while they are transposed.
 constexpr std::int32_t kTileColumns = 16;
 constexpr std::int32_t kTileRows = 64;
 
-/// A turn by one quarter. One to the right reads the input from its last row upwards, one to the left writes
-/// the output so.
+/// A turn by 90 degrees as a transposition: to the right it reads the input rows from last to first, to the
+/// left it writes the output rows in that order.
 class Turn {
  public:
   Turn(const ConstPixels& from, const Pixels& to, bool right)
@@ -81,7 +81,7 @@ class Turn {
 
   std::int32_t strips() const { return (from_.width - 1) / kTileColumns + 1; }
 
-  /// Turns strips of columns, each tile by tile.
+  /// Transposes strips of columns, tile by tile.
   void run(std::int32_t firstStrip, std::int32_t lastStrip) const {
     for (std::int32_t strip = firstStrip; strip < lastStrip; ++strip) {
       const std::int32_t column = strip * kTileColumns;
@@ -91,7 +91,7 @@ class Turn {
         const std::int32_t rows = std::min(kTileRows, from_.height - row);
         const std::uint8_t* const in =
             from_.row(right_ ? from_.height - 1 - row : row) + std::ptrdiff_t{4} * column;
-        // The next tile comes while this one is turned: no processor foresees such steps by itself.
+        // Prefetch the next tile: hardware prefetchers do not predict column access.
         const std::int32_t next = std::min(kTileRows, from_.height - row - rows);
         for (std::int32_t i = 0; i < next; ++i) hwy::Prefetch(in + (rows + i) * inStep_);
         turnTile(in, columns, rows, out + std::ptrdiff_t{4} * row);

@@ -4,7 +4,7 @@
 
 namespace kestrel::engine {
 
-/// The picture turned clockwise by so many quarters, 1 to 3, without loss.
+/// The picture turned clockwise by `quarters` times 90 degrees, 1 to 3, without loss.
 Bitmap quarterTurn(const Bitmap& source, int quarters);
 
 }  // namespace kestrel::engine

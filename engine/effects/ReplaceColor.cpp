@@ -19,7 +19,7 @@
 HWY_BEFORE_NAMESPACE();
 namespace kestrel::engine::HWY_NAMESPACE {
 
-/// Works in whole vectors: rows are padded to 64 bytes, and so may be written to their padded end.
+/// Processes whole vectors: rows are padded to 64 bytes, so the padding may be written.
 void replaceRow(const std::uint8_t* HWY_RESTRICT in, std::int32_t count, Pixel from, Pixel to,
                 std::uint8_t tolerance, [[maybe_unused]] bool stream, std::uint8_t* HWY_RESTRICT out) {
 #if HWY_TARGET == HWY_SCALAR
@@ -34,7 +34,7 @@ void replaceRow(const std::uint8_t* HWY_RESTRICT in, std::int32_t count, Pixel f
   const auto replacement = hn::Set(d, toValue);
   const auto allowed = hn::Set(d8, tolerance);
   const auto lanes = static_cast<std::int32_t>(hn::Lanes(d));
-  // Below this value of a pixel its alpha is 0; it is then of the color if that is transparent, too.
+  // Pixels below this value have alpha 0; they match if `from` is transparent, too.
   const auto invisibleBelow = hn::Set(d, from.a == 0 ? 0x01000000U : 0U);
   for (std::int32_t x = 0; x < count; x += lanes) {
     const auto bytes = hn::Load(d8, in + std::ptrdiff_t{4} * x);

@@ -4,13 +4,13 @@
 
 namespace kestrel::engine {
 
-/// The picture with all pixels of the color `from` become `to`, its alpha included.
+/// Replaces all pixels of the color `from` by `to`, alpha included.
 ///
-/// The distance of two colors is the largest difference among red, green, blue and alpha, in levels of 0 to
-/// 255; a pixel is of the color if its distance is at most `tolerance`. So 0.0 takes the exact value only,
-/// 1.0 also what rounding has moved by one level, 255 everything. What color stands under alpha 0 is never
-/// seen and never counts: fully transparent pixels are equal to each other, and far from every opaque color.
-/// Raises RuntimeError 5 for a tolerance that is negative or not a number.
+/// A pixel matches if its distance from `from` is at most `tolerance`: the largest difference among red,
+/// green, blue and alpha, in levels of 0 to 255. So 0.0 matches the exact value only, 1.0 also pixels that
+/// rounding has moved by one level, 255 all. The color of fully transparent pixels is ignored: they are equal
+/// to each other, and differ from opaque colors by their alpha. Raises RuntimeError 5 for a tolerance that is
+/// negative or not a number.
 Bitmap replaceColor(const Bitmap& source, Pixel from, Pixel to, double tolerance);
 
 }  // namespace kestrel::engine

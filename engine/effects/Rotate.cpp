@@ -33,7 +33,7 @@ struct Span {
 /// The positions i of `span` where low <= start + i * step < high.
 Span clip(Span span, std::int64_t start, std::int64_t step, std::int64_t low, std::int64_t high) {
   if (step == 0) return start >= low && start < high ? span : Span{span.first, span.first};
-  if (step < 0) {  // mirror the axis, so that it rises
+  if (step < 0) {  // mirror the axis, so that the step is positive
     start = -start;
     step = -step;
     std::swap(low, high);
@@ -46,8 +46,8 @@ Span clip(Span span, std::int64_t start, std::int64_t step, std::int64_t low, st
   return {static_cast<std::int32_t>(first), static_cast<std::int32_t>(last)};
 }
 
-/// Samples where some of the sixteen pixels are outside: their weight goes to those inside, and how much of
-/// it there was tells how far the edge covers the new pixel; the background has the rest.
+/// Samples with some of the sixteen taps outside the source. The weights inside are normalized; their sum is
+/// the coverage, and the background is blended in with the rest.
 class EdgeSampler {
  public:
   EdgeSampler(const ConstPixels& in, Pixel background) : in_(in) {
@@ -89,16 +89,16 @@ class EdgeSampler {
   Floats background_;
 };
 
-/// A part of the old picture, weighed by alpha.
+/// A tile of the source, premultiplied.
 class SourceTile {
  public:
-  /// As many pixels along each side as a square of so many may reach in any direction, with the sixteen
-  /// around each sample and up to three more on the left, where the kernel wants to begin.
+  /// Room for the source pixels of a square of the result: its diagonal, the taps around each sample, and up
+  /// to three more columns for alignment on the left.
   explicit SourceTile(std::int32_t square)
       : stride_(4 * (static_cast<std::size_t>(std::ceil(square * std::numbers::sqrt2)) + 12)),
         values_(stride_ * stride_ / 4 + kRowSlack) {}
 
-  /// Takes the columns from `left` to `right` and the rows from `top` to `bottom`, these included.
+  /// Loads the columns `left` to `right` and the rows `top` to `bottom`, both included.
   void take(const ConstPixels& in, std::int64_t left, std::int64_t right, std::int64_t top,
             std::int64_t bottom) {
     left_ = left - left % 4;
@@ -121,10 +121,10 @@ class SourceTile {
   std::int64_t left_ = 0, top_ = 0;
 };
 
-/// The old picture as seen from the new one: where each new pixel takes its color from.
+/// Source position of each pixel of the result, as 32.32 fixed-point numbers.
 struct Mapping {
-  std::int64_t u0, v0;  ///< of the new pixel (0, 0)
-  std::int64_t du, dv;  ///< one pixel to the right; one down is (-dv, du)
+  std::int64_t u0, v0;  ///< source position of pixel (0, 0)
+  std::int64_t du, dv;  ///< step per column; the step per row is (-dv, du)
 };
 
 class Rotation {
@@ -137,7 +137,7 @@ class Rotation {
         background_(background.a == 0 ? Pixel{} : background),
         stream_(exceedsCaches(out.stride * static_cast<std::size_t>(out.height))) {}
 
-  /// Makes the rows of a band, tile by tile: what a tile is taken from is weighed once, and stays cached.
+  /// Computes the rows of a band tile by tile: each source tile is premultiplied once and stays in cache.
   void makeRows(std::int32_t first, std::int32_t last) const {
     SourceTile tile(kTile);
     std::vector<Row> rows;
@@ -158,22 +158,22 @@ class Rotation {
  private:
   static constexpr std::int32_t kTile = 64;
 
-  /// Where a row of the new picture runs through the old one.
+  /// A row of the result in source coordinates.
   struct Row {
-    std::int64_t u = 0, v = 0;  ///< of its first pixel
-    Span touched, inside;       ///< where some, and where all, of the sixteen pixels are in the old picture
+    std::int64_t u = 0, v = 0;  ///< source position of its first pixel
+    Span touched, inside;       ///< columns with some, or with all, taps inside the source
   };
 
   Row rowAt(std::int32_t y) const {
     Row row{mapping_.u0 - y * mapping_.dv, mapping_.v0 + y * mapping_.du, {}, {}};
-    // From the position's whole part one pixel back and two on are taken.
+    // The taps are one pixel before the position's integer part to two after.
     row.touched = clipBoth(row, {0, out_.width}, -2, 1);
     row.inside = clipBoth(row, row.touched, 1, -2);
     if (row.inside.empty()) row.inside = {row.touched.last, row.touched.last};
     return row;
   }
 
-  /// The part of `span` whose positions lie from `low` up to the old picture's sides plus `high`.
+  /// The part of `span` whose source positions are from `low` to the source's sides plus `high`.
   Span clipBoth(const Row& row, Span span, std::int64_t low, std::int64_t high) const {
     constexpr std::int64_t kPixel = std::int64_t{1} << 32;
     const Span across = clip(span, row.u, mapping_.du, low * kPixel, (in_.width + high) * kPixel);
@@ -184,7 +184,7 @@ class Rotation {
     return {std::clamp(a.first, b.first, b.last), std::clamp(a.last, b.first, b.last)};
   }
 
-  /// All pixels that samples inside the old picture want for these columns of the rows.
+  /// Loads all taps of the interior samples of these rows and columns.
   void copySourceTile(const std::vector<Row>& rows, Span columns, SourceTile& tile) const {
     std::int64_t left = INT64_MAX, right = INT64_MIN, top = INT64_MAX, bottom = INT64_MIN;
     for (const Row& row : rows) {
@@ -235,7 +235,7 @@ class Rotation {
   bool stream_;
 };
 
-/// The side of the box that holds the turned picture. Rounding must not add a pixel to what fits exactly.
+/// Side of the rotated bounding box. Rounding errors must not add a pixel to an exact fit.
 std::int32_t boxSide(double length) {
   return static_cast<std::int32_t>(std::clamp(std::ceil(length - 1e-6), 1.0, 2147483647.0));
 }
@@ -259,7 +259,7 @@ Bitmap rotate(const Bitmap& source, double degrees, Pixel background) {
       Bitmap::uninitialized(boxSide(from.width * std::abs(cosine) + from.height * std::abs(sine)),
                             boxSide(from.width * std::abs(sine) + from.height * std::abs(cosine)));
   const Pixels to = result.writable();
-  // Both centers coincide; a pixel's center stands half a pixel right of and below its corner.
+  // Both centers coincide; a pixel's center is half a pixel to the right of and below its corner.
   const double x = 0.5 - to.width / 2.0;
   const double y = 0.5 - to.height / 2.0;
   const Mapping mapping{toFixed(x * cosine + y * sine + from.width / 2.0 - 0.5),

@@ -5,11 +5,10 @@
 
 namespace kestrel::engine {
 
-/// `count` Catmull-Rom samples along a line through pixels of four floats, weighed by alpha as in
-/// FloatRows.h, whose rows are `stride` floats apart: from column u and row v in steps of (du, dv),
-/// all 32.32 fixed-point numbers where the first pixel of `in` stands at (0, 0). The sixteen pixels of each
-/// sample, from one left of and above the whole part to two right of and below it, must be there. Makes four
-/// floats a sample.
+/// Takes `count` Catmull-Rom samples along a line through premultiplied pixels (four floats each, see
+/// FloatRows.h) with a stride of `stride` floats. Sample i is at column u + i * du and row v + i * dv, 32.32
+/// fixed-point numbers relative to the first pixel of `in`. All sixteen taps, from one pixel before to two
+/// after the integer part on both axes, must be readable. Writes four floats per sample.
 void sampleLine(const float* in, std::size_t stride, std::int64_t u, std::int64_t v, std::int64_t du,
                 std::int64_t dv, std::int32_t count, float* out);
 

@@ -15,12 +15,13 @@ namespace kestrel::engine {
 
 namespace {
 
-/// Along one axis, by what blurred values are to be multiplied so that the share of the bell that lies on the
-/// picture counts for the whole of it.
-class EdgeGain {
+/// Normalization at the edges along one axis: the reciprocal of the kernel's weight inside the picture, per
+/// output.
+class EdgeNormalization {
  public:
-  explicit EdgeGain(const GaussianAxis& axis) : factors_(axis.profile()), inside_{0, axis.outputs()} {
-    // So little of a level is lost in rounding anyway.
+  explicit EdgeNormalization(const GaussianAxis& axis)
+      : factors_(axis.profile()), inside_{0, axis.outputs()} {
+    // A smaller deviation is lost in rounding.
     const auto isWhole = [&](std::int32_t i) { return factors_[static_cast<std::size_t>(i)] > 0.9999F; };
     while (!inside_.empty() && !isWhole(inside_.first)) ++inside_.first;
     while (!inside_.empty() && !isWhole(inside_.last - 1)) --inside_.last;
@@ -29,7 +30,7 @@ class EdgeGain {
 
   const float* factors() const { return factors_.data(); }
   float factor(std::int32_t i) const { return factors_[static_cast<std::size_t>(i)]; }
-  /// Where the factors are nearly 1.
+  /// Outputs whose factor is practically 1.
   Interval inside() const { return inside_; }
 
  private:
@@ -43,7 +44,7 @@ void multiply(float* pixels, const float* factors, std::int32_t count, float com
   }
 }
 
-/// Floats to pixels, from a multiple of 64 bytes on.
+/// Converts floats to pixels with straight alpha; `out` must be aligned to 64 bytes.
 void putStraight(const float* in, std::int32_t count, bool stream, std::uint8_t* out) {
   if (!stream) return storeStraightRow(in, count, out);
   constexpr std::int32_t kPixels = 512;
@@ -63,16 +64,16 @@ Bitmap blur(const Bitmap& source, double sigma) {
     throw RuntimeError(err::kInvalidCall, "The standard deviation of a blur must be 0 or more.");
   }
   if (sigma == 0) return source;
-  // A bell far wider than the picture is as flat as one of this width.
+  // Beyond this width the kernel is flat over the whole picture; a larger sigma changes nothing.
   sigma = std::min(sigma, 8.0 * std::max(source.width(), source.height()));
 
   const GaussianAxis columns(source.width(), source.width(), 0, sigma);
   const GaussianAxis rows(source.height(), source.height(), 0, sigma);
-  const EdgeGain across(columns), down(rows);
+  const EdgeNormalization across(columns), down(rows);
   Bitmap result = Bitmap::uninitialized(source.width(), source.height());
   const Pixels to = result.writable();
   const bool stream = exceedsCaches(result.byteSize());
-  gaussianFilter(source.pixels(), GaussianChannels::WeightedRgba, columns, rows,
+  gaussianFilter(source.pixels(), GaussianChannels::PremultipliedRgba, columns, rows,
                  [&](std::int32_t y, Interval strip, float* piece) {
                    const auto makeWhole = [&](std::int32_t first, std::int32_t last) {
                      if (first >= last) return;

@@ -7,11 +7,11 @@
 
 namespace kestrel::engine {
 
-/// Rows of floats between two filters, with the slack that FloatRows.h wants; zeros at first. Rows begin at
-/// multiples of 64 bytes. Threads may write different rows at the same time.
+/// Intermediate image of floats, with the row slack that FloatRows.h requires; initialized to 0. Rows are
+/// aligned to 64 bytes. Threads may write different rows at the same time.
 class FloatImage {
  public:
-  /// Raises RuntimeError 7 when there is no memory.
+  /// Raises RuntimeError 7 when out of memory.
   FloatImage(std::size_t valuesPerRow, std::int32_t rows);
 
   float* row(std::int32_t y) { return values() + static_cast<std::size_t>(y) * stride_; }

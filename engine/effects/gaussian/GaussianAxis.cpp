@@ -14,8 +14,8 @@ constexpr std::array kHalving{1 / 16.0F, 4 / 16.0F, 6 / 16.0F, 4 / 16.0F, 1 / 16
 constexpr std::array kEvenDoubling{1 / 8.0F, 6 / 8.0F, 1 / 8.0F};
 constexpr std::array kOddDoubling{1 / 2.0F, 1 / 2.0F};
 
-/// The normal distribution's bell, cut at 3.5 standard deviations: 1/2000 of it is lost.
-std::vector<float> bellOf(double sigma) {
+/// Gaussian kernel, truncated at 3.5 standard deviations, which loses 1/2000 of its weight.
+std::vector<float> gaussianKernel(double sigma) {
   const int radius = static_cast<int>(std::lround(3.5 * sigma));
   std::vector<double> values;
   double sum = 0;
@@ -44,11 +44,11 @@ GaussianAxis::GaussianAxis(std::int32_t inputs, std::int32_t outputs, std::int32
   double variance = sigma * sigma;
   std::size_t halvings = 0;
   for (double width = sigma; width >= 3; width /= 2) {
-    // Halving, and doubling back, have the variance 1 each on the finer grid; the coarser one's unit is 4.
+    // Halving and doubling each have variance 1 on the finer grid; 4 of its units are 1 on the coarser grid.
     variance = (variance - 2) / 4;
     ++halvings;
   }
-  bell_ = bellOf(std::sqrt(variance));
+  kernel_ = gaussianKernel(std::sqrt(variance));
   steps_.assign(halvings, Step::Halve);
   steps_.push_back(Step::Smooth);
   steps_.insert(steps_.end(), halvings, Step::Double);
@@ -56,9 +56,9 @@ GaussianAxis::GaussianAxis(std::int32_t inputs, std::int32_t outputs, std::int32
   for (std::size_t k = 0; k < steps_.size(); ++k) supports_.push_back(reached(k, supports_.back()));
 }
 
-/// Where step k makes something of these inputs.
+/// Outputs of step k that these inputs influence.
 Interval GaussianAxis::reached(std::size_t k, Interval from) const {
-  const auto radius = static_cast<std::int32_t>(bell_.size() / 2);
+  const auto radius = static_cast<std::int32_t>(kernel_.size() / 2);
   switch (steps_[k]) {
     case Step::Halve:
       return {halfUp(from.first - 2), halfDown(from.last + 1) + 1};
@@ -70,10 +70,10 @@ Interval GaussianAxis::reached(std::size_t k, Interval from) const {
   return {2 * from.first - 2, 2 * from.last + 2};
 }
 
-/// What step k reads to make these.
+/// Inputs that step k reads for these outputs.
 Interval GaussianAxis::inputsOf(std::size_t k, Interval made) const {
   if (made.empty()) return {};
-  const auto radius = static_cast<std::int32_t>(bell_.size() / 2);
+  const auto radius = static_cast<std::int32_t>(kernel_.size() / 2);
   switch (steps_[k]) {
     case Step::Halve:
       return {2 * made.first - 2, 2 * made.last + 2};
@@ -93,7 +93,7 @@ GaussianAxis::Taps GaussianAxis::taps(std::size_t k, std::int32_t position) cons
     case Step::Halve:
       return tapsOf(2 * position - 2, kHalving);
     case Step::Smooth:
-      return tapsOf(position - static_cast<std::int32_t>(bell_.size() / 2), bell_);
+      return tapsOf(position - static_cast<std::int32_t>(kernel_.size() / 2), kernel_);
     case Step::Double:
       break;
   }
@@ -108,7 +108,7 @@ std::vector<GaussianAxis::Window> GaussianAxis::windows(std::size_t stage, Inter
     window = {common(asked, supports_[k]), asked, asked.first};
     if (k == 0) break;
     if (steps_[k - 1] == Step::Double && !window.made.empty()) {
-      // Doubling makes pairs.
+      // Doubling computes pairs.
       window.made = {2 * halfDown(window.made.first), 2 * halfUp(window.made.last)};
       window.held = {std::min(asked.first, window.made.first), std::max(asked.last, window.made.last)};
     }
@@ -140,8 +140,8 @@ void makeRow(const GaussianAxis& axis, std::size_t k, const float* in, Interval 
     case GaussianAxis::Step::Halve:
       return halveRow(in, made.length(), channels, out);
     case GaussianAxis::Step::Smooth:
-      return smoothRow(in, axis.bell().data(), static_cast<std::int32_t>(axis.bell().size()), made.length(),
-                       channels, out);
+      return smoothRow(in, axis.kernel().data(), static_cast<std::int32_t>(axis.kernel().size()),
+                       made.length(), channels, out);
     case GaussianAxis::Step::Double:
       return doubleRow(in, made.length(), channels, out);
   }

@@ -6,7 +6,7 @@
 
 namespace kestrel::engine {
 
-/// The positions from `first` on to, and not including, `last`.
+/// Positions `first` to `last`, `last` not included.
 struct Interval {
   std::int32_t first = 0, last = 0;
 
@@ -15,38 +15,36 @@ struct Interval {
   bool contains(std::int32_t position) const { return first <= position && position < last; }
 };
 
-/// A Gaussian along one axis, at a cost that does not grow with its width: the plan of its steps.
+/// Plan of a Gaussian filter along one axis. Its cost does not grow with sigma.
 ///
-/// A wide bell makes so smooth a function that a coarse grid holds it. So the picture is halved, again and
-/// again, by the kernel (1, 4, 6, 4, 1) / 16 of the Gaussian pyramid (Burt and Adelson 1983), until the bell
-/// is 1.5 to 3 pixels wide; it is applied there, and the same kernel brings the result back to the full grid.
-/// Variances add, so the bell is the narrower by those of the other steps. Beyond the picture there are
-/// zeros.
+/// The result of a wide Gaussian is smooth enough to be represented on a coarse grid. The picture is
+/// repeatedly halved with the kernel (1, 4, 6, 4, 1) / 16 of the Gaussian pyramid (Burt and Adelson 1983)
+/// until sigma is 1.5 to 3 pixels; the Gaussian kernel is applied there, and the same pyramid kernel enlarges
+/// the result. Variances add, so the kernel's variance is reduced by that of the other steps. Pixels outside
+/// the picture count as 0.
 class GaussianAxis {
  public:
   enum class Step { Halve, Smooth, Double };
 
-  /// Blurs `inputs` pixels to `outputs` of them, of which the first stands at input `start`. Sigma 0 moves
-  /// only.
+  /// Filters `inputs` pixels to `outputs` pixels; output 0 is at input position `start`. Sigma 0 only shifts.
   GaussianAxis(std::int32_t inputs, std::int32_t outputs, std::int32_t start, double sigma);
 
   std::int32_t outputs() const { return outputs_; }
-  /// Where an output stands on the axis of the inputs.
-  std::int32_t place(std::int32_t output) const { return start_ + output; }
-  /// How far from an input it has an effect.
+  /// Input position of an output.
+  std::int32_t inputPosition(std::int32_t output) const { return start_ + output; }
+  /// Radius of influence of an input, in pixels.
   std::int32_t reach() const { return supports_.back().last - supports_.front().last; }
 
-  /// Step k, counted from 0, makes stage k + 1 of stage k; stage 0 is the picture. First come the halving
-  /// steps.
+  /// Step k, from 0, computes stage k + 1 from stage k; stage 0 is the picture. The halving steps come first.
   std::size_t steps() const { return steps_.size(); }
   std::size_t halvings() const { return steps_.size() / 2; }
   Step step(std::size_t k) const { return steps_[k]; }
-  const std::vector<float>& bell() const { return bell_; }
+  const std::vector<float>& kernel() const { return kernel_; }
 
-  /// Where a stage can be anything but zero.
+  /// Positions of a stage that can be other than 0.
   Interval support(std::size_t stage) const { return supports_[stage]; }
 
-  /// What a position of stage k + 1 is made of.
+  /// Taps of a position of stage k + 1, in stage k.
   struct Taps {
     std::int32_t first;
     const float* weights;
@@ -54,16 +52,16 @@ class GaussianAxis {
   };
   Taps taps(std::size_t k, std::int32_t position) const;
 
-  /// What part of a stage is worked on.
+  /// The part of a stage that is needed.
   struct Window {
-    Interval made;           ///< what is computed
-    Interval held;           ///< what has room: that, and the zeros beside it that are read
-    std::int32_t asked = 0;  ///< the first that is read
+    Interval made;  ///< positions computed
+    Interval held;  ///< positions with memory: those computed, and the zeros around them that are read
+    std::int32_t asked = 0;  ///< first position that is read
   };
-  /// The windows of each stage up to this one, if of this one `asked` is wanted.
+  /// Windows of the stages 0 to `stage` that produce the positions `asked` of `stage`.
   std::vector<Window> windows(std::size_t stage, Interval asked) const;
 
-  /// What the axis makes of inputs that are all 1: for each output how much of the bell lies on them.
+  /// Response to inputs that are all 1: for each output the kernel's weight inside the picture.
   std::vector<float> profile() const;
 
  private:
@@ -71,13 +69,13 @@ class GaussianAxis {
   Interval reached(std::size_t k, Interval from) const;
 
   std::int32_t outputs_, start_;
-  std::vector<float> bell_;
+  std::vector<float> kernel_;
   std::vector<Step> steps_;
   std::vector<Interval> supports_;
 };
 
-/// One row of a stage made by step k from one of the stage before; `in` begins where the made part's first
-/// input stands.
+/// Horizontal pass of step k: computes the positions `made` of a row from a row of the stage before; `in`
+/// begins at the first tap of the first position.
 void makeRow(const GaussianAxis& axis, std::size_t k, const float* in, Interval made, std::int32_t channels,
              float* out);
 

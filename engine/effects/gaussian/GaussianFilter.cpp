@@ -13,7 +13,7 @@
 namespace kestrel::engine {
 namespace {
 
-/// The whole of a filter, or some steps of it.
+/// Runs the steps of the filter over strips of columns and bands of rows.
 class PyramidFilter {
  public:
   PyramidFilter(const ConstPixels& picture, GaussianChannels channels, const GaussianAxis& columns,
@@ -24,7 +24,8 @@ class PyramidFilter {
         rows_(rows),
         rowWindows_(allOf(rows)) {}
 
-  /// Makes the first stages for all bands of rows together. A wide bell's bands reach far beyond themselves.
+  /// Computes stage `stage` for the whole picture and stores it. With a wide kernel the bands' inputs overlap
+  /// far too much to compute it once per band.
   void keep(std::size_t stage) {
     const Interval keptColumns = allOf(columns_)[stage].made, keptRows = rowWindows_[stage].made;
     if (keptColumns.empty() || keptRows.empty()) return;
@@ -41,8 +42,8 @@ class PyramidFilter {
   }
 
   void finish(const PieceSink& sink) const {
-    const Interval across{columns_.place(0), columns_.place(columns_.outputs())};
-    const Interval down{rows_.place(0), rows_.place(rows_.outputs())};
+    const Interval across{columns_.inputPosition(0), columns_.inputPosition(columns_.outputs())};
+    const Interval down{rows_.inputPosition(0), rows_.inputPosition(rows_.outputs())};
     const std::int32_t least = image_ ? kLeastRows : std::max(kLeastRows, 4 * rows_.reach());
     forStrips(rows_.steps(), across, down, least, [&](std::int32_t y, Interval strip, float* piece) {
       sink(y - down.first, {strip.first - across.first, strip.last - across.first}, piece);
@@ -50,13 +51,13 @@ class PyramidFilter {
   }
 
  private:
-  /// Bands of at least so many rows; each makes anew what it reads beyond itself.
+  /// Minimum rows per band; each band recomputes the rows it reads beyond its own.
   static constexpr std::int32_t kLeastRows = 64, kLeastKeptRows = 16;
-  /// Strips are so narrow that the rows kept between the steps stay in the second cache.
+  /// Floats per strip row: narrow enough for the rows kept between the steps to stay in the L2 cache.
   static constexpr std::int32_t kStripValues = 8192;
 
   static std::vector<GaussianAxis::Window> allOf(const GaussianAxis& axis) {
-    return axis.windows(axis.steps(), {axis.place(0), axis.place(axis.outputs())});
+    return axis.windows(axis.steps(), {axis.inputPosition(0), axis.inputPosition(axis.outputs())});
   }
 
   std::size_t values(std::int32_t columns) const {

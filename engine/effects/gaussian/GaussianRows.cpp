@@ -35,7 +35,7 @@ void SumRowsTwice(const float* const* in, const float* firstWeights, const float
 
 #else
 
-/// The vector's pixels of four floats, those with even numbers before those with odd ones; or back.
+/// Permutes a vector's pixels of four floats from 0 1 2 3 to 0 2 1 3. Its own inverse.
 HWY_INLINE hn::Vec<Floats> swapMiddle(hn::Vec<Floats> v) {
   const Floats d;
   const hn::RebindToSigned<Floats> di;
@@ -48,7 +48,7 @@ HWY_INLINE hn::Vec<Floats> swapMiddle(hn::Vec<Floats> v) {
   }
 }
 
-/// Parts two vectors' worth of pixels into those with even and those with odd numbers.
+/// Loads two vectors of pixels and deinterleaves them into even and odd pixels.
 template <int kChannels>
 HWY_INLINE void loadParted(const float* in, hn::Vec<Floats>& even, hn::Vec<Floats>& odd) {
   const Floats d;
@@ -65,7 +65,7 @@ HWY_INLINE void loadParted(const float* in, hn::Vec<Floats>& even, hn::Vec<Float
   }
 }
 
-/// The way back.
+/// Interleaves even and odd pixels and stores them.
 template <int kChannels>
 HWY_INLINE void storeJoined(hn::Vec<Floats> even, hn::Vec<Floats> odd, float* out) {
   const Floats d;
@@ -83,7 +83,7 @@ HWY_INLINE void storeJoined(hn::Vec<Floats> even, hn::Vec<Floats> odd, float* ou
 template <int kChannels>
 void halve(const float* HWY_RESTRICT in, std::int32_t count, float* HWY_RESTRICT out) {
   const Floats d;
-  // Parted piece by piece: each is needed at two places, which need not be where a vector begins.
+  // Deinterleave into buffers, piece by piece: each pixel is read at two positions, not aligned to vectors.
   constexpr std::ptrdiff_t kPiece = 256;
   HWY_ALIGN float evens[kPiece + kRowSlack], odds[kPiece + kRowSlack];
   const std::ptrdiff_t lanes = static_cast<std::ptrdiff_t>(hn::Lanes(d));
@@ -135,7 +135,7 @@ void SmoothRow(const float* HWY_RESTRICT in, const float* HWY_RESTRICT weights, 
   const Floats d;
   const std::ptrdiff_t lanes = static_cast<std::ptrdiff_t>(hn::Lanes(d));
   const std::ptrdiff_t values = std::ptrdiff_t{count} * channels;
-  // Four vectors side by side, so that each weight is loaded for four and the sums do not wait.
+  // Four independent vectors: each weight is loaded once for four, and the sums do not stall.
   for (std::ptrdiff_t i = 0; i < values; i += 4 * lanes) {
     const float* p = in + i;
     auto sum0 = hn::Zero(d), sum1 = hn::Zero(d), sum2 = hn::Zero(d), sum3 = hn::Zero(d);

@@ -16,7 +16,8 @@ class PictureRows final : public GaussianRowSource {
       : GaussianRowSource(fromBoundary(columns), channels), picture_(picture) {}
 
  private:
-  /// The kernels read 64 bytes at a time, and only rows as a whole are padded to that.
+  /// Extends the columns to a 64-byte boundary: the kernels read 64 bytes at a time, and only whole rows have
+  /// padding.
   static GaussianAxis::Window fromBoundary(GaussianAxis::Window columns) {
     columns.made.first -= columns.made.first % 16;
     columns.held.first = std::min(columns.held.first, columns.made.first);
@@ -26,7 +27,7 @@ class PictureRows final : public GaussianRowSource {
   bool makeRows(std::int32_t y, float* made, float*) override {
     const Interval taken = columns().made;
     const std::uint8_t* const in = picture_.row(y) + std::ptrdiff_t{4} * taken.first;
-    // A strip's rows lie far apart: the processor does not see by itself which comes next.
+    // A strip's rows are far apart, which hardware prefetchers do not predict.
     for (std::int32_t x = 0; x < taken.length(); x += 16) {
       __builtin_prefetch(in + 2 * picture_.stride + std::ptrdiff_t{4} * x);
     }
@@ -56,8 +57,8 @@ class KeptRows final : public GaussianRowSource {
   std::int32_t firstRow_, firstColumn_;
 };
 
-/// The rows of the stage before are filtered along themselves, and as many of them are kept as two rows of
-/// this stage are summed of.
+/// Horizontal pass over rows of the stage before, kept in a ring buffer; the vertical pass computes two rows
+/// of this stage at a time from it.
 class StepRows final : public GaussianRowSource {
  public:
   StepRows(std::unique_ptr<GaussianRowSource> from, const GaussianStep& step,
@@ -82,22 +83,22 @@ class StepRows final : public GaussianRowSource {
                    values(columns().made.length()), first);
       return false;
     }
-    weigh(y, inputs, firstWeights_);
-    weigh(y + 1, inputs, secondWeights_);
+    rowWeights(y, inputs, firstWeights_);
+    rowWeights(y + 1, inputs, secondWeights_);
     sumRowsTwice(filtered(inputs), firstWeights_.data(), secondWeights_.data(), inputs.length(),
                  values(columns().made.length()), first, second);
     return true;
   }
 
-  /// The rows that row y and the next are summed of.
+  /// Taps of the vertical pass for the rows y and y + 1.
   Interval inputsOfTwo(std::int32_t y) const {
     const GaussianAxis::Taps one = step_.rowAxis.taps(step_.number, y);
     const GaussianAxis::Taps next = step_.rowAxis.taps(step_.number, y + 1);
     return {one.first, std::max(one.first + one.count, next.first + next.count)};
   }
 
-  /// How much each of the inputs counts in row y.
-  void weigh(std::int32_t y, Interval inputs, std::vector<float>& weights) const {
+  /// Weights of the input rows for row y.
+  void rowWeights(std::int32_t y, Interval inputs, std::vector<float>& weights) const {
     const GaussianAxis::Taps taps = step_.rowAxis.taps(step_.number, y);
     weights.clear();
     for (std::int32_t row = inputs.first; row < inputs.last; ++row) {
@@ -128,7 +129,7 @@ class StepRows final : public GaussianRowSource {
   Interval rowsBefore_, rows_;
   std::int32_t keptRows_;
   FloatImage ring_;
-  std::vector<std::int32_t> numbers_;  ///< which row each of the ring holds
+  std::vector<std::int32_t> numbers_;  ///< row number in each slot of the ring
   std::vector<const float*> summands_;
   std::vector<float> firstWeights_, secondWeights_;
 };
@@ -142,10 +143,10 @@ float* GaussianRowSource::row(std::int32_t y) {
   if (columns_.made.empty()) return at(0, columns_.asked);
   if (y == second_) return at(1, columns_.asked);
   if (makeRows(y, at(0, columns_.made.first), at(1, columns_.made.first))) {
-    clearBeside(1);
+    clearSlack(1);
     second_ = y + 1;
   }
-  clearBeside(0);
+  clearSlack(0);
   return at(0, columns_.asked);
 }
 
@@ -153,10 +154,10 @@ float* GaussianRowSource::at(std::int32_t row, std::int32_t column) {
   return held_.row(row) + values(column - columns_.held.first);
 }
 
-/// What a kernel wrote beyond the last column must not count.
-void GaussianRowSource::clearBeside(std::int32_t row) {
-  const std::size_t beside = values(columns_.held.last - columns_.made.last);
-  std::fill_n(at(row, columns_.made.last), std::min(beside, kRowSlack), 0.0F);
+/// Clears the slack that a kernel wrote beyond the last computed column.
+void GaussianRowSource::clearSlack(std::int32_t row) {
+  const std::size_t slack = values(columns_.held.last - columns_.made.last);
+  std::fill_n(at(row, columns_.made.last), std::min(slack, kRowSlack), 0.0F);
 }
 
 std::unique_ptr<GaussianRowSource> pictureRows(const ConstPixels& picture,

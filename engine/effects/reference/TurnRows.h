@@ -6,10 +6,11 @@
 #include <cstdint>
 #include <cstring>
 
-/// What the vector kernels of QuarterTurn.cpp and RotateRows.cpp compute, told plainly.
+/// Scalar reference of the vector kernels in QuarterTurn.cpp and RotateRows.cpp.
 namespace kestrel::engine::reference {
 
-/// Row j of the output becomes column j of the input. The steps are the bytes from row to row, either sign.
+/// Transposition: row j of the output is column j of the input. The steps are strides in bytes, of either
+/// sign.
 inline void transpose(const std::uint8_t* in, std::ptrdiff_t inStep, std::int32_t columns, std::int32_t rows,
                       std::uint8_t* out, std::ptrdiff_t outStep) {
   for (std::int32_t j = 0; j < columns; ++j) {
@@ -19,11 +20,12 @@ inline void transpose(const std::uint8_t* in, std::ptrdiff_t inStep, std::int32_
   }
 }
 
-/// Sampling positions are 32.32 fixed-point numbers; the fraction's upper bits choose one of these many
+/// Sampling positions are 32.32 fixed-point numbers; the upper bits of the fraction select one of 2^10
 /// phases.
 inline constexpr int kPhaseBits = 10;
 
-/// The four Catmull-Rom weights of each phase, for the pixels -1, 0, 1 and 2 from the position's whole part.
+/// The four Catmull-Rom weights of each phase, for the pixels -1, 0, 1 and 2 relative to the position's
+/// integer part.
 inline const std::array<std::array<float, 4>, std::size_t{1} << kPhaseBits>& cubicWeights() {
   static const auto table = [] {
     std::array<std::array<float, 4>, std::size_t{1} << kPhaseBits> result{};
@@ -44,7 +46,7 @@ inline std::size_t phaseOf(std::int64_t position) {
 
 inline const float* cubicWeights(std::int64_t position) { return cubicWeights()[phaseOf(position)].data(); }
 
-/// `count` samples along a line, from (u, v) in steps of (du, dv); all sixteen pixels of each are there.
+/// See `engine::sampleLine`.
 inline void sampleLine(const float* in, std::size_t stride, std::int64_t u, std::int64_t v, std::int64_t du,
                        std::int64_t dv, std::int32_t count, float* out) {
   for (std::int32_t i = 0; i < count; ++i, u += du, v += dv, out += 4) {

@@ -17,14 +17,14 @@ namespace kestrel::engine::HWY_NAMESPACE {
 
 #if HWY_TARGET == HWY_SCALAR || HWY_HAVE_SCALABLE
 
-void WeighPairs(const ConstPixels& picture, std::int32_t x, std::int32_t lead, const RowPairs& pairs) {
+void PremultiplyPairs(const ConstPixels& picture, std::int32_t x, std::int32_t lead, const RowPairs& pairs) {
   reference::premultiplyPairs(picture, x, lead, pairs);
 }
-void SumPairs(const RowPairs& pairs, const FixedPointTable& table, std::int32_t y, float* out) {
+void VerticalPass(const RowPairs& pairs, const FixedPointTable& table, std::int32_t y, float* out) {
   reference::verticalPass(pairs, table, y, out);
 }
-void FilterGroup(const float* in, std::int32_t origin, const FilterTable& table, std::int32_t first,
-                 std::int32_t last, std::uint8_t* const* rows) {
+void HorizontalPass(const float* in, std::int32_t origin, const FilterTable& table, std::int32_t first,
+                    std::int32_t last, std::uint8_t* const* rows) {
   reference::horizontalPass(in, origin, table, first, last, rows);
 }
 
@@ -35,9 +35,9 @@ using Words = hn::Repartition<std::uint16_t, Floats>;
 using Shorts = hn::Repartition<std::int16_t, Floats>;
 using Ints = hn::RebindToSigned<Floats>;
 
-/// Weighs as many pixels of two rows as a vector of bytes holds. Stores four vectors, for the first, second,
-/// third and fourth pixel of each of the rows' blocks of 16 bytes.
-HWY_INLINE void weigh(hn::Vec<Bytes> even, hn::Vec<Bytes> odd, std::uint16_t* HWY_RESTRICT out) {
+/// Premultiplies a vector of pixels from each of two rows. Stores four vectors: of the first, second, third
+/// and fourth pixel of each 16-byte block.
+HWY_INLINE void premultiplyBlock(hn::Vec<Bytes> even, hn::Vec<Bytes> odd, std::uint16_t* HWY_RESTRICT out) {
   const Bytes d8;
   const Words d16;
   alignas(16) static constexpr std::uint8_t kAlphas[2][16] = {
@@ -61,7 +61,7 @@ HWY_INLINE void weigh(hn::Vec<Bytes> even, hn::Vec<Bytes> odd, std::uint16_t* HW
   twoPixels(hn::InterleaveUpper(d8, even, odd), out + 2 * hn::Lanes(d16));
 }
 
-void WeighPairs(const ConstPixels& picture, std::int32_t x, std::int32_t lead, const RowPairs& pairs) {
+void PremultiplyPairs(const ConstPixels& picture, std::int32_t x, std::int32_t lead, const RowPairs& pairs) {
   const Bytes d8;
   const std::size_t bytes = std::size_t{4} * static_cast<std::size_t>(pairs.pixels);
   const std::size_t at = std::size_t{4} * static_cast<std::size_t>(x);
@@ -71,15 +71,15 @@ void WeighPairs(const ConstPixels& picture, std::int32_t x, std::int32_t lead, c
     const std::uint8_t* const odd = picture.row(std::min(y + 1, picture.height - 1)) + at;
     auto* out = reinterpret_cast<std::uint16_t*>(pairs.data + static_cast<std::size_t>(i) * pairs.stride);
     for (std::size_t j = 0; j < bytes; j += hn::Lanes(d8), out += 2 * hn::Lanes(d8)) {
-      // The next strip will be asked for soon, row by row, which no machine foresees.
+      // Prefetch the next strip: hardware prefetchers do not predict access row by row.
       hwy::Prefetch(even + j + bytes);
       hwy::Prefetch(odd + j + bytes);
-      weigh(hn::LoadU(d8, even + j), hn::LoadU(d8, odd + j), out);
+      premultiplyBlock(hn::LoadU(d8, even + j), hn::LoadU(d8, odd + j), out);
     }
   }
 }
 
-/// The pairs that make one row, and what each of them counts.
+/// Row pairs and weights of one output row.
 struct Summands {
   const std::int16_t* in;
   const std::int16_t* weights;
@@ -92,7 +92,7 @@ HWY_INLINE Summands summandsOf(const RowPairs& pairs, const FixedPointTable& tab
           run.count};
 }
 
-/// Sums of as many pixels as a vector of bytes holds, in four vectors, as `weigh` leaves them.
+/// Sums of a vector of pixels, in four vectors with the layout of `premultiplyBlock`.
 struct Sums {
   hn::Vec<Floats> first, second, third, fourth;
 };
@@ -128,7 +128,7 @@ HWY_INLINE Sums sum(const Summands& row, std::size_t stride, std::ptrdiff_t at) 
 constexpr auto kRowsPerVector = static_cast<std::int32_t>(hn::MaxLanes(Floats()) / 4);
 constexpr std::size_t kGroupStep = 4 * kGroupRows;
 
-/// Stores one pixel of each block of the rows' vectors, a pixel's rows side by side.
+/// Transposes and stores one pixel of each 16-byte block of four rows, a pixel's rows adjacent.
 HWY_INLINE void storeTransposed(hn::Vec<Floats> a, hn::Vec<Floats> b, hn::Vec<Floats> c, hn::Vec<Floats> e,
                                 float* HWY_RESTRICT out) {
   const Floats d;
@@ -155,7 +155,8 @@ HWY_INLINE void storeTransposed(hn::Vec<Floats> a, hn::Vec<Floats> b, hn::Vec<Fl
   }
 }
 
-void SumPairs(const RowPairs& pairs, const FixedPointTable& table, std::int32_t y, float* HWY_RESTRICT out) {
+void VerticalPass(const RowPairs& pairs, const FixedPointTable& table, std::int32_t y,
+                  float* HWY_RESTRICT out) {
   constexpr auto kPixels = static_cast<std::int32_t>(hn::MaxLanes(Bytes()) / 4);
   for (std::int32_t row = 0; row < kGroupRows; row += 4, y += 4) {
     const Summands rowA = summandsOf(pairs, table, y), rowB = summandsOf(pairs, table, y + 1);
@@ -173,7 +174,7 @@ void SumPairs(const RowPairs& pairs, const FixedPointTable& table, std::int32_t 
   }
 }
 
-/// One pixel in two vectors' worth of rows.
+/// One pixel in as many rows as two vectors hold.
 struct TwoVectors {
   hn::Vec<Floats> a, b;
 };
@@ -186,7 +187,8 @@ HWY_INLINE TwoVectors filterPixel(const float* HWY_RESTRICT in, const float* HWY
     a = hn::MulAdd(weight, hn::Load(d, in + i * kGroupStep), a);
     b = hn::MulAdd(weight, hn::Load(d, in + i * kGroupStep + hn::Lanes(d)), b);
   };
-  // Weights are padded with zeros to fours, and loaded as such: the numbers alone keep the loads busy.
+  // Weights are padded with zeros to fours and loaded as one vector: the loads of the pixels are the
+  // bottleneck.
   std::int32_t left = count;
   for (; left > 2; left -= 4, in += 4 * kGroupStep, weights += 4) {
     const auto four = hn::LoadDup128(d, weights);
@@ -203,7 +205,7 @@ HWY_INLINE TwoVectors filterPixel(const float* HWY_RESTRICT in, const float* HWY
   return {a, b};
 }
 
-/// Stores the blocks of 16 bytes that a vector holds, each in a row of its own.
+/// Stores each 16-byte block of a vector in a row of its own.
 template <class D>
 HWY_INLINE void storeBlocks(D d, hn::Vec<D> v, std::uint8_t* const* HWY_RESTRICT rows, std::ptrdiff_t at) {
   if constexpr (hn::MaxLanes(d) <= 16) {
@@ -215,9 +217,10 @@ HWY_INLINE void storeBlocks(D d, hn::Vec<D> v, std::uint8_t* const* HWY_RESTRICT
   }
 }
 
-/// Makes bytes of four pixels in one vector's worth of rows.
-HWY_INLINE void storeFour(hn::Vec<Floats> p0, hn::Vec<Floats> p1, hn::Vec<Floats> p2, hn::Vec<Floats> p3,
-                          std::uint8_t* const* HWY_RESTRICT rows, std::ptrdiff_t at) {
+/// Converts four pixels to bytes with straight alpha and stores them, in as many rows as a vector holds.
+HWY_INLINE void storeFourInRows(hn::Vec<Floats> p0, hn::Vec<Floats> p1, hn::Vec<Floats> p2,
+                                hn::Vec<Floats> p3, std::uint8_t* const* HWY_RESTRICT rows,
+                                std::ptrdiff_t at) {
   const Floats d;
   const Ints d32;
   const Shorts d16;
@@ -228,7 +231,7 @@ HWY_INLINE void storeFour(hn::Vec<Floats> p0, hn::Vec<Floats> p1, hn::Vec<Floats
   const auto factor = hn::IfThenElseZero(visible, hn::Div(hn::Set(d, 255.0F), alpha));
   const auto alphas = alphaLanes(d);
   const auto level = [&](hn::Vec<Floats> pixel, hn::Vec<Floats> colors) HWY_ATTR {
-    // Adding 1.5 * 2^23 leaves the sum's bits counting whole numbers, rounded to the nearest.
+    // Adding 1.5 * 2^23 rounds to the nearest integer, which the low bits of the sum then hold.
     const auto whole = hn::Set(d, 12582912.0F);
     const auto scale = hn::IfThenElse(alphas, hn::Set(d, 1 / kLevel), colors);
     return hn::Sub(hn::BitCast(d32, hn::MulAdd(pixel, scale, whole)), hn::BitCast(d32, whole));
@@ -239,16 +242,16 @@ HWY_INLINE void storeFour(hn::Vec<Floats> p0, hn::Vec<Floats> p1, hn::Vec<Floats
   };
   const auto first = limited(level(p0, hn::Broadcast<0>(factor)), level(p1, hn::Broadcast<1>(factor)));
   const auto second = limited(level(p2, hn::Broadcast<2>(factor)), level(p3, hn::Broadcast<3>(factor)));
-  // Bytes of the first two pixels alternate with those of the others.
+  // The bytes of the first two pixels are interleaved with those of the other two.
   alignas(16) static constexpr std::uint8_t kOrder[16] = {0, 2, 4, 6, 8, 10, 12, 14,
                                                           1, 3, 5, 7, 9, 11, 13, 15};
   const auto mixed = hn::BitCast(d8, hn::Or(first, hn::ShiftLeft<8>(second)));
   storeBlocks(d8, hn::TableLookupBytes(mixed, hn::LoadDup128(d8, kOrder)), rows, at);
 }
 
-/// A group of rows as outputs read them: the stored bytes may be anything to the compiler, so what a table
-/// holds is looked up before them.
-struct Along {
+/// Input of the horizontal pass. Byte stores may alias anything, so the table's pointers are loaded once,
+/// before the stores.
+struct RowGroup {
   const float* in;
   std::int32_t origin;
   const FilterTable::Run* runs;
@@ -261,40 +264,40 @@ struct Along {
   }
 };
 
-/// Four outputs, one after the other.
-struct Fours {
+/// Four consecutive output pixels.
+struct FourPixels {
   TwoVectors p0, p1, p2, p3;
 };
 
-HWY_INLINE Fours foursAt(const Along& along, std::int32_t x, std::int32_t last) {
-  return {along.pixel(x), along.pixel(std::min(x + 1, last)), along.pixel(std::min(x + 2, last)),
-          along.pixel(std::min(x + 3, last))};
+HWY_INLINE FourPixels filterFour(const RowGroup& group, std::int32_t x, std::int32_t last) {
+  return {group.pixel(x), group.pixel(std::min(x + 1, last)), group.pixel(std::min(x + 2, last)),
+          group.pixel(std::min(x + 3, last))};
 }
 
-HWY_INLINE void storeFours(const Fours& v, std::uint8_t* const* HWY_RESTRICT rows, std::int32_t x) {
-  storeFour(v.p0.a, v.p1.a, v.p2.a, v.p3.a, rows, std::ptrdiff_t{4} * x);
-  storeFour(v.p0.b, v.p1.b, v.p2.b, v.p3.b, rows + kRowsPerVector, std::ptrdiff_t{4} * x);
+HWY_INLINE void storeFourPixels(const FourPixels& v, std::uint8_t* const* HWY_RESTRICT rows, std::int32_t x) {
+  storeFourInRows(v.p0.a, v.p1.a, v.p2.a, v.p3.a, rows, std::ptrdiff_t{4} * x);
+  storeFourInRows(v.p0.b, v.p1.b, v.p2.b, v.p3.b, rows + kRowsPerVector, std::ptrdiff_t{4} * x);
 }
 
-void FilterGroup(const float* HWY_RESTRICT in, std::int32_t origin, const FilterTable& table,
-                 std::int32_t first, std::int32_t last, std::uint8_t* const* HWY_RESTRICT rows) {
+void HorizontalPass(const float* HWY_RESTRICT in, std::int32_t origin, const FilterTable& table,
+                    std::int32_t first, std::int32_t last, std::uint8_t* const* HWY_RESTRICT rows) {
   if (first >= last) return;
-  // Where the next outputs go is fetched meanwhile: as many again, in lines of 64 bytes.
+  // Prefetch the destination of the next outputs, as many again, in cache lines of 64 bytes.
   for (std::int32_t row = 0; row < kGroupRows; ++row) {
     for (std::int32_t x = last; x < 2 * last - first; x += 16)
       hwy::Prefetch(rows[row] + std::ptrdiff_t{4} * x);
   }
   for (std::int32_t row = 0; row < kGroupRows; row += 2 * kRowsPerVector) {
-    const Along along{in + std::ptrdiff_t{4} * row, origin, &table.run(0), table.weights({})};
-    // Each four are stored while the next are filtered, so that neither waits for the other's results.
-    Fours ready = foursAt(along, first, last - 1);
+    const RowGroup group{in + std::ptrdiff_t{4} * row, origin, &table.run(0), table.weights({})};
+    // Software pipelining: four outputs are stored while the next four are filtered, so that neither stalls.
+    FourPixels ready = filterFour(group, first, last - 1);
     std::int32_t x = first;
     for (; x + 4 < last; x += 4) {
-      const Fours next = foursAt(along, x + 4, last - 1);
-      storeFours(ready, rows + row, x);
+      const FourPixels next = filterFour(group, x + 4, last - 1);
+      storeFourPixels(ready, rows + row, x);
       ready = next;
     }
-    storeFours(ready, rows + row, x);
+    storeFourPixels(ready, rows + row, x);
   }
 }
 
@@ -306,19 +309,19 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace kestrel::engine {
 
-HWY_EXPORT(WeighPairs);
-HWY_EXPORT(SumPairs);
-HWY_EXPORT(FilterGroup);
+HWY_EXPORT(PremultiplyPairs);
+HWY_EXPORT(VerticalPass);
+HWY_EXPORT(HorizontalPass);
 
 void premultiplyPairs(const ConstPixels& picture, std::int32_t x, std::int32_t lead, const RowPairs& pairs) {
-  HWY_DYNAMIC_DISPATCH(WeighPairs)(picture, x, lead, pairs);
+  HWY_DYNAMIC_DISPATCH(PremultiplyPairs)(picture, x, lead, pairs);
 }
 void verticalPass(const RowPairs& pairs, const FixedPointTable& table, std::int32_t y, float* out) {
-  HWY_DYNAMIC_DISPATCH(SumPairs)(pairs, table, y, out);
+  HWY_DYNAMIC_DISPATCH(VerticalPass)(pairs, table, y, out);
 }
 void horizontalPass(const float* in, std::int32_t origin, const FilterTable& table, std::int32_t first,
                     std::int32_t last, std::uint8_t* const* rows) {
-  HWY_DYNAMIC_DISPATCH(FilterGroup)(in, origin, table, first, last, rows);
+  HWY_DYNAMIC_DISPATCH(HorizontalPass)(in, origin, table, first, last, rows);
 }
 
 }  // namespace kestrel::engine

@@ -7,21 +7,21 @@
 #include "engine/effects/rows/FilterTable.h"
 #include "engine/pixels/Bitmap.h"
 
-/// The inner loops of scaling: rows are summed in whole numbers straight from the picture, eight results at a
-/// time, and then filtered along themselves as floats, all eight by the same weights.
+/// Row kernels of fixed-point scaling: the vertical pass sums picture rows in integers, eight output rows at
+/// a time; the horizontal pass then filters all eight as floats with the same weights.
 ///
-/// In between, pixels are weighed by their alpha, so that what is transparent adds no color. Each of the
-/// four values of a pixel is brought to 0 to 65025: red, green and blue times alpha, and alpha times 255.
+/// Pixels are premultiplied in between. All four channels are scaled to 0 to 65025: red, green and blue times
+/// alpha, and alpha times 255.
 namespace kestrel::engine {
 
-/// How many rows make a group.
+/// Output rows per group.
 inline constexpr std::int32_t kGroupRows = 8;
-/// Pixels are worked on in blocks of this many: as many as 64 bytes hold.
+/// Pixels are processed in blocks of this many: 64 bytes.
 inline constexpr std::int32_t kGroupBlock = 16;
 
-/// Weighed pixels of pairs of rows as a FixedPointTable has them: 16-bit numbers less 32768, eight a pixel
-/// and pair. Their order within a block is the business of the vectors at work. There is room for one more
-/// pair, since pairs are summed two by two.
+/// Premultiplied pixels of pairs of rows, paired as in FixedPointTable: 16-bit numbers minus 32768, eight per
+/// pixel of a pair. Their order within a block depends on the vector target. Memory for one more pair is
+/// required, since pairs are summed two at a time.
 struct RowPairs {
   std::int16_t* data = nullptr;
   std::size_t stride = 0;   ///< numbers from one pair to the next
@@ -30,21 +30,21 @@ struct RowPairs {
   std::int32_t pixels = 0;  ///< a multiple of kGroupBlock
 };
 
-/// Weighs the pixels of the picture from column `x` on, which is a multiple of kGroupBlock, into `pairs`,
-/// which says how many; the picture's padding serves for what lies beyond its width. `lead` is the table's. A
-/// first or last row whose other half lies outside is paired with itself.
+/// Premultiplies `pairs.pixels` pixels per row of the picture, from column `x` on, a multiple of kGroupBlock,
+/// into `pairs`; may read the padding of the picture's rows. `lead` is the table's. A first or last row whose
+/// partner is outside the picture is paired with itself.
 void premultiplyPairs(const ConstPixels& picture, std::int32_t x, std::int32_t lead, const RowPairs& pairs);
 
-/// The rows `y` to y + 7 of the table's outputs (the last one again for those beyond), as sums of pairs,
-/// times FixedPointTable::kOne. `out` is for each pixel its values in all eight rows: 32 floats, aligned to
-/// 64 bytes.
+/// Vertical pass: computes the output rows `y` to y + 7 (beyond the last one, that one again), scaled by
+/// FixedPointTable::kOne. `out` holds for each pixel its values in all eight rows: 32 floats, aligned to 64
+/// bytes.
 void verticalPass(const RowPairs& pairs, const FixedPointTable& table, std::int32_t y, float* out);
 
-/// Filters eight rows along themselves and stores the outputs `first` to `last`, not included, as pixels with
-/// straight alpha, rounded to the nearest and limited to 0 to 255. Less than half a level of alpha is
-/// transparent black. `in` is as verticalPass leaves it, from pixel number `origin` on, with room and some
-/// numbers for two pixels more. Outputs come in fours, so `first` is a multiple of 4, and the rows have room
-/// for a multiple of 4.
+/// Horizontal pass: filters eight rows and stores the outputs `first` to `last`, not included, as pixels with
+/// straight alpha, rounded to the nearest and clamped to 0 to 255. Alpha below half a level gives transparent
+/// black. `in` has the layout of verticalPass, from pixel `origin` on, and must be readable for two more
+/// pixels. Outputs are stored in fours: `first` is a multiple of 4, and the rows need memory for a multiple
+/// of 4 pixels.
 void horizontalPass(const float* in, std::int32_t origin, const FilterTable& table, std::int32_t first,
                     std::int32_t last, std::uint8_t* const* rows);
 

@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::int32_t kNarrowestStrip = 32, kWidestStrip = 64;
 
-/// Columns of a strip, such that its pairs of rows leave room in the nearest cache for its sums.
+/// Columns of a strip: its row pairs and its sums must fit into the L1 cache together.
 std::int32_t stripWidth(std::int32_t pairs) {
   constexpr std::int32_t kPairsBytes = 16 * 1024;
   constexpr std::int32_t kBytesPerPixel = 8 * sizeof(std::int16_t);
@@ -30,8 +30,8 @@ constexpr std::int32_t roundedUp(std::int32_t value, std::int32_t multiple) {
   return (value + multiple - 1) / multiple * multiple;
 }
 
-/// How far a walk from left to right through a row must have come for each four outputs, and what it has to
-/// remember.
+/// Schedule of the horizontal pass: the inputs that each four outputs need, when a row is processed from left
+/// to right in strips.
 class InputSchedule {
  public:
   explicit InputSchedule(const FilterTable& columns)
@@ -50,10 +50,10 @@ class InputSchedule {
     }
   }
 
-  /// How many inputs before the one it stands at a walk may still need.
+  /// Inputs before the present column that later outputs may still need.
   std::int32_t reach() const { return reach_; }
 
-  /// The first output, counted in fours, from `four` on that needs inputs beyond `end`.
+  /// Index of the first four outputs, from `four` on, that need inputs beyond `end`.
   std::size_t after(std::size_t four, std::int32_t end) const {
     while (four < ends_.size() && ends_[four] <= end) ++four;
     return four;
@@ -64,7 +64,7 @@ class InputSchedule {
   std::int32_t reach_ = 0;
 };
 
-/// Makes groups of rows, one after the other, in memory of its own.
+/// Computes groups of rows, one after the other, in its own working memory.
 class GroupWorker {
  public:
   GroupWorker(const ConstPixels& picture, const FilterTable& columns, const FixedPointTable& rows,
@@ -87,13 +87,13 @@ class GroupWorker {
     }
     RowPairs pairs = pairsFor(y);
     const std::int32_t strip = pairs.pixels;
-    std::int32_t origin = 0;  // the column at the head of the sums
-    std::size_t next = 0;     // the next four outputs
+    std::int32_t origin = 0;  // column of the first sum
+    std::size_t next = 0;     // index of the next four outputs
     for (std::int32_t x = 0; x < picture_.width; x += strip) {
       const std::int32_t width = std::min(strip, picture_.width - x);
       pairs.pixels = roundedUp(width, kGroupBlock);
       premultiplyPairs(picture_, x, rows_.lead(), pairs);
-      origin = forget(origin, x);
+      origin = discardBefore(origin, x);
       verticalPass(pairs, rows_, y, sums_ + static_cast<std::size_t>(x - origin) * kFloatsPerColumn);
       const std::size_t end = schedule_.after(next, x + width);
       horizontalPass(sums_, origin, columns_, static_cast<std::int32_t>(4 * next),
@@ -103,7 +103,7 @@ class GroupWorker {
   }
 
  private:
-  /// Room for a strip of the pairs of rows that the eight outputs from `y` on use.
+  /// Memory for a strip of the row pairs that the eight output rows from `y` on need.
   RowPairs pairsFor(std::int32_t y) {
     std::int32_t first = INT32_MAX, last = 0;
     for (std::int32_t i = y; i < std::min(y + kGroupRows, rows_.outputs()); ++i) {
@@ -119,8 +119,9 @@ class GroupWorker {
     return {reinterpret_cast<std::int16_t*>(pairsMemory_.data()), stride, first, count, width};
   }
 
-  /// Moves what is still needed before column `x` to the head of the sums. Returns the column it begins with.
-  std::int32_t forget(std::int32_t origin, std::int32_t x) {
+  /// Discards sums that no output needs any more once the columns before `x` are done. Returns the column of
+  /// the first sum kept.
+  std::int32_t discardBefore(std::int32_t origin, std::int32_t x) {
     const std::int32_t kept = std::max(origin, x - schedule_.reach());
     std::memmove(sums_, sums_ + static_cast<std::size_t>(kept - origin) * kFloatsPerColumn,
                  static_cast<std::size_t>(x - kept) * kFloatsPerColumn * sizeof(float));
@@ -139,12 +140,12 @@ class GroupWorker {
 }  // namespace
 
 bool suitsFixedPointResample(const FilterTable& columns, const FilterTable& rows) {
-  // Rows are summed over the picture's whole width; where that is much wider than the result, and the result
-  // much higher than the picture, it were better done last.
+  // The vertical pass runs over the picture's whole width. If the picture is much wider than the result and
+  // much lower, the horizontal pass should come first.
   const double sums = static_cast<double>(columns.inputs()) * rows.outputs();
   const double pixels = static_cast<double>(columns.inputs()) * rows.inputs() +
                         static_cast<double>(columns.outputs()) * rows.outputs();
-  // What is remembered while walking along a row must stay small.
+  // Bounds the sums kept from strip to strip.
   constexpr std::int32_t kLongestRun = 256;
   return sums <= 4 * pixels && columns.longestRun() <= kLongestRun && FixedPointTable::suits(rows);
 }

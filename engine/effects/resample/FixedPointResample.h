@@ -7,14 +7,14 @@
 
 namespace kestrel::engine {
 
-/// The fast way to scale a picture weighed by alpha: rows are summed in whole numbers, eight results at a
-/// time and a strip of columns at a time, which stays in the nearest cache from the picture's bytes to the
-/// result's. It is for tables with short runs, and for shapes that lose nothing by summing rows first.
+/// Whether `fixedPointResample` suits: the tables have short runs, and the vertical pass first is not the
+/// slower order. It is the fast way to scale: the vertical pass runs in integers, eight output rows and a
+/// strip of columns at a time, so that intermediate results stay in the L1 cache.
 bool suitsFixedPointResample(const FilterTable& columns, const FilterTable& rows);
 
-/// Filters the picture by one table along its rows and one along its columns, which suit, into `result`,
-/// which has as many columns and rows as the tables have outputs. Each value is within one level of what
-/// exact arithmetic gives.
+/// Filters the premultiplied picture with the table `columns` along its rows and `rows` along its columns.
+/// The tables must suit, and `result` must have as many columns and rows as they have outputs. Each channel
+/// is within one level of exact arithmetic.
 void fixedPointResample(const ConstPixels& picture, const FilterTable& columns, const FilterTable& rows,
                         const Pixels& result);
 

@@ -32,10 +32,11 @@ std::int64_t pairsUsed(const FilterTable& table, std::int32_t lead) {
 }  // namespace
 
 bool FixedPointTable::suits(const FilterTable& table) {
-  // Each weight is off by half a unit at most, times the half range of levels: 64 * 0.5 / 2^14 * 127.5 =
-  // 0.25.
+  // Each weight has an error of at most half a unit, times half the range of levels: 64 * 0.5 / 2^14 * 127.5
+  // = 0.25.
   constexpr std::int32_t kLongestRun = 64;
-  // Signed 16-bit values times weights of this much stay within 32 bits, with room for half the range again.
+  // Sums of signed 16-bit values times weights of this total stay within 32 bits, with a margin of half the
+  // range.
   constexpr float kMostWeight = 2;
   if (table.longestRun() > kLongestRun) return false;
   for (std::int32_t output = 0; output < table.outputs(); ++output) {

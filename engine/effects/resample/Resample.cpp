@@ -13,9 +13,9 @@ namespace {
 
 std::size_t valuesOf(std::int32_t pixels) { return std::size_t{4} * static_cast<std::size_t>(pixels); }
 
-/// Sums rows, then filters the sum along itself: for shrinking, where few sums are left for that.
-void sumFirst(const ConstPixels& picture, bool opaque, const FilterTable& columns, const FilterTable& rows,
-              const RowSink& sink) {
+/// Vertical pass first: for reducing, where it leaves few rows to the horizontal pass.
+void verticalFirst(const ConstPixels& picture, bool opaque, const FilterTable& columns,
+                   const FilterTable& rows, const RowSink& sink) {
   const std::int32_t cost = rows.longestRun() + columns.longestRun();
   forRows(rows.outputs(), rowsPerTask(columns.inputs(), cost), [&](std::int32_t first, std::int32_t last) {
     std::vector<float> summed(valuesOf(picture.width) + kRowSlack);
@@ -30,12 +30,13 @@ void sumFirst(const ConstPixels& picture, bool opaque, const FilterTable& column
   });
 }
 
-/// Filters input rows along themselves, then sums them: for enlarging, where each serves for several sums.
-void filterFirst(const ConstPixels& picture, const FilterTable& columns, const FilterTable& rows,
-                 const RowSink& sink) {
+/// Horizontal pass first: for enlarging, where each filtered row serves for several output rows.
+void horizontalFirst(const ConstPixels& picture, const FilterTable& columns, const FilterTable& rows,
+                     const RowSink& sink) {
   const std::size_t values = valuesOf(columns.outputs());
   const std::int32_t kept = std::max(1, rows.longestRun());
-  // Each band filters its first rows anew; bands many times as high make little of that.
+  // Each band recomputes the rows that its first outputs share with the band before; high bands make that
+  // negligible.
   const std::int32_t bandRows =
       std::max(rowsPerTask(columns.outputs(), columns.longestRun() + kept), 4 * kept);
   forRows(rows.outputs(), bandRows, [&](std::int32_t first, std::int32_t last) {
@@ -67,21 +68,21 @@ void filterFirst(const ConstPixels& picture, const FilterTable& columns, const F
 void resample(const ConstPixels& picture, const FilterTable& columns, const FilterTable& rows,
               const RowSink& sink) {
   const bool opaque = isOpaque(picture);
-  // What the kernels take for one weight of one pixel, in instructions, as counted on 512-bit vectors.
+  // Cost of the row kernels per tap and pixel, in instructions, counted for 512-bit vectors.
   const double summing = opaque ? 0.75 : 1.5;
   constexpr double kSummingFloats = 0.5, kFiltering = 0.75, kPerFilteredPixel = 8, kPremultiplying = 1.5;
   const double filteringRow = columns.outputs() * (kFiltering * columns.longestRun() + kPerFilteredPixel);
-  const double sumFirstCost =
+  const double verticalFirstCost =
       rows.outputs() * (summing * rows.longestRun() * columns.inputs() + filteringRow);
-  const double filterFirstCost = rows.inputs() * (kPremultiplying * columns.inputs() + filteringRow) +
-                                 kSummingFloats * rows.longestRun() * rows.outputs() * columns.outputs();
-  // What a thread keeps of filtered rows must stay small beside the picture itself.
+  const double horizontalFirstCost = rows.inputs() * (kPremultiplying * columns.inputs() + filteringRow) +
+                                     kSummingFloats * rows.longestRun() * rows.outputs() * columns.outputs();
+  // The filtered rows that a thread keeps must be small in comparison with the picture.
   constexpr double kMostKeptValues = 16 << 20;
   const double keptValues = static_cast<double>(rows.longestRun()) * columns.outputs() * 4;
-  if (sumFirstCost <= filterFirstCost || keptValues > kMostKeptValues) {
-    sumFirst(picture, opaque, columns, rows, sink);
+  if (verticalFirstCost <= horizontalFirstCost || keptValues > kMostKeptValues) {
+    verticalFirst(picture, opaque, columns, rows, sink);
   } else {
-    filterFirst(picture, columns, rows, sink);
+    horizontalFirst(picture, columns, rows, sink);
   }
 }
 

@@ -8,12 +8,12 @@
 
 namespace kestrel::engine {
 
-/// Takes each finished row of floats, four a pixel, weighed by alpha (see FloatRows.h); called on several
+/// Receives each finished row: premultiplied, four floats per pixel (see FloatRows.h). Called on several
 /// threads at a time.
 using RowSink = std::function<void(std::int32_t y, const float* row)>;
 
-/// Filters a picture by one table along its rows and one along its columns, whatever the tables, and hands
-/// over the rows of the result, each once, in no promised order.
+/// Filters a picture with the table `columns` along its rows and `rows` along its columns; for any tables.
+/// Passes each row of the result to `sink` once, in undefined order.
 void resample(const ConstPixels& picture, const FilterTable& columns, const FilterTable& rows,
               const RowSink& sink);
 

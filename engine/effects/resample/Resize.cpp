@@ -16,7 +16,7 @@
 namespace kestrel::engine {
 namespace {
 
-/// Along one axis, the old pixel under each new pixel's center.
+/// Along one axis, the index of the source pixel under each new pixel's center.
 std::vector<std::int32_t> nearest(std::int32_t inputs, std::int32_t outputs) {
   std::vector<std::int32_t> result(static_cast<std::size_t>(outputs));
   for (std::int64_t i = 0; i < outputs; ++i) {
@@ -65,7 +65,7 @@ FilterTable axisTable(std::int32_t inputs, std::int32_t outputs, ResampleMethod 
 std::int32_t heightInProportion(const Bitmap& source, std::int32_t width) {
   const std::int64_t height =
       (std::int64_t{2} * width * source.height() + source.width()) / (std::int64_t{2} * source.width());
-  // A height beyond any bitmap is refused as such where the bitmap is made.
+  // The bitmap refuses a height beyond its limits.
   return static_cast<std::int32_t>(std::clamp<std::int64_t>(height, 1, INT32_MAX));
 }
 

@@ -6,16 +6,15 @@
 
 namespace kestrel::engine {
 
-/// How new pixels are made of old ones; the numbers are those that callers pass.
+/// Resampling methods; hosts pass the numbers.
 ///
-/// All but `Pixel` weigh by alpha, so that transparent pixels add no color, and take every old pixel into
-/// account when they shrink.
+/// All but `Pixel` filter in premultiplied alpha and, when they reduce, use every source pixel.
 enum class ResampleMethod {
-  Bilinear = 0,  ///< linear interpolation; widened to the new pixel's size when shrinking
+  Bilinear = 0,  ///< linear interpolation; widened to the new pixel's size when reducing
   Bicubic = 1,   ///< Catmull-Rom; widened likewise
-  Pixel = 2,     ///< the old pixel under the new one's center
-  Decimate = 3,  ///< the average of the area that the new pixel covers
-  Lanczos3 = 13  ///< sinc over three lobes; widened likewise: the sharpest
+  Pixel = 2,     ///< nearest neighbor: the source pixel under the new one's center
+  Decimate = 3,  ///< box kernel: the average of the area that the new pixel covers
+  Lanczos3 = 13  ///< windowed sinc over three lobes; widened likewise: the sharpest
 };
 
 /// The picture scaled to `width` x `height` pixels. Height 0 keeps the proportion, rounded to the nearest and

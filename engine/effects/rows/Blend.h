@@ -14,11 +14,11 @@ constexpr std::uint8_t mul255(std::uint32_t a, std::uint32_t b) {
   return static_cast<std::uint8_t>((t + (t >> 8)) >> 8);
 }
 
-/// `top` laid over `under`, both with straight alpha (Porter and Duff's "over").
+/// `top` over `under`, both with straight alpha (Porter and Duff's "over").
 ///
-/// A channel is u + (t - u) * share, rounded to the nearest; `share` is what of the color seen is the top's,
-/// in 1/32768. So each is within 0.51 levels of the exact value, equal colors stay as they are, opaque tops
-/// replace, and fully transparent ones leave `under` alone. The one quotient is of two numbers that a float
+/// A channel is u + (t - u) * share, rounded to the nearest; `share` is the top's fraction of the resulting
+/// color, in Q15. So each is within 0.51 levels of the exact value, equal colors are unchanged, an opaque top
+/// replaces, and a fully transparent one has no effect. The only division is of two numbers that a float
 /// holds exactly, so the result is the same on every machine.
 inline Pixel over(Pixel under, Pixel top) {
   const std::uint32_t topWeight = 255U * top.a;

@@ -9,10 +9,10 @@ namespace kestrel::engine {
 
 FilterTable::FilterTable(std::int32_t inputs, std::int32_t outputs, const FilterKernel& kernel)
     : inputs_(inputs), runs_(static_cast<std::size_t>(outputs)) {
-  // An input that stands on the kernel's very rim may fall to either side by rounding; let it be inside.
+  // Rounding may put an input at exactly the kernel's radius on either side; include it.
   constexpr double kSlack = 1e-9;
   const double step = static_cast<double>(inputs) / outputs;
-  // After so many outputs, which are so many whole inputs, the weights repeat, unless an edge cuts the run.
+  // The weights repeat with this period of outputs, except where an edge truncates the run.
   const std::int32_t period = outputs / std::gcd(inputs, outputs);
   const std::int32_t periodInputs = inputs / std::gcd(inputs, outputs);
   std::int32_t firstWhole = outputs;
@@ -40,7 +40,7 @@ FilterTable::FilterTable(std::int32_t inputs, std::int32_t outputs, const Filter
       weights.push_back(kernel.weight(std::abs(input - center)));
       sum += weights.back();
     }
-    // What counts nothing need not be read.
+    // Drop zero weights at both ends.
     while (weights.size() > 1 && weights.back() == 0) weights.pop_back();
     while (weights.size() > 1 && weights.front() == 0) {
       weights.erase(weights.begin());

@@ -7,14 +7,14 @@
 
 namespace kestrel::engine {
 
-/// A symmetric filter function of the distance from its center.
+/// A symmetric filter kernel, as a function of the distance from its center.
 struct FilterKernel {
   std::function<double(double distance)> weight;
   double radius = 0;  ///< beyond this distance the weight counts as 0
 };
 
-/// One axis of a separable filter: for each output a run of inputs, and how much each of them counts. The
-/// weights of an output sum to 1, at the edges too.
+/// One axis of a separable filter: for each output a run of inputs and their weights. The weights of an
+/// output sum to 1, at the edges too.
 class FilterTable {
  public:
   /// Weights of a run are padded with zeros to a multiple of this.
@@ -23,11 +23,11 @@ class FilterTable {
   struct Run {
     std::int32_t first = 0;  ///< the first input
     std::int32_t count = 0;  ///< inputs used, at least 1; all inside the input range
-    std::size_t offset = 0;  ///< of the first weight; outputs whose weights are alike share them
+    std::size_t offset = 0;  ///< index of the first weight; outputs with equal weights share them
   };
 
-  /// The table that brings `inputs` to `outputs` over the whole axis. The kernel's distances are in inputs,
-  /// and it is used as it is given: who shrinks has widened it before.
+  /// Table that maps `inputs` to `outputs` over the whole axis. The kernel's distances are in inputs; it is
+  /// used as given, so a caller that reduces must widen it.
   FilterTable(std::int32_t inputs, std::int32_t outputs, const FilterKernel& kernel);
 
   std::int32_t inputs() const { return inputs_; }
@@ -43,10 +43,10 @@ class FilterTable {
   std::vector<float> weights_;
 };
 
-/// The table with the kernel widened when it shrinks, so that every input counts.
+/// Table for scaling: when it reduces, the kernel is widened so that every input contributes.
 FilterTable scalingTable(std::int32_t inputs, std::int32_t outputs, const FilterKernel& kernel);
 
-/// The share of an input that an output covers which is `width` inputs wide.
+/// Box kernel: overlap of one input pixel with an output pixel `width` inputs wide.
 FilterKernel areaKernel(double width);
 FilterKernel triangleKernel();    ///< linear interpolation
 FilterKernel catmullRomKernel();  ///< cubic convolution with a = -1/2 (Keys 1981)

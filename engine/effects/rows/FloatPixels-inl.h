@@ -1,4 +1,4 @@
-// What the kernels that work on pixels as floats share. Included once for each kind of vectors.
+// Shared by the row kernels that process pixels as floats. Included once per vector target.
 
 #if defined(KESTREL_ENGINE_EFFECTS_FLOATPIXELS_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef KESTREL_ENGINE_EFFECTS_FLOATPIXELS_INL_H_
@@ -19,7 +19,7 @@ namespace kestrel::engine::HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-/// Vectors of 1 to 4 whole pixels, four floats each.
+/// Vectors of 1 to 4 pixels, four floats each.
 #if HWY_HAVE_SCALABLE
 using Floats = hn::FixedTag<float, 4>;
 #else
@@ -27,7 +27,7 @@ using Floats = hn::CappedTag<float, 16>;
 #endif
 using FloatPixel = hn::FixedTag<float, 4>;
 
-/// The bytes of as many pixels as the vector holds, as floats.
+/// Loads a vector of pixels and converts their bytes to floats.
 template <class D>
 hn::Vec<D> loadPixels(D d, const std::uint8_t* in) {
   const hn::Rebind<std::uint8_t, D> bytes;
@@ -35,7 +35,7 @@ hn::Vec<D> loadPixels(D d, const std::uint8_t* in) {
   return hn::ConvertTo(d, hn::PromoteTo(di, hn::LoadU(bytes, in)));
 }
 
-/// Each pixel's fourth lane.
+/// Mask of each pixel's alpha lane.
 template <class D>
 hn::Mask<D> alphaLanes(D d) {
   const hn::RebindToUnsigned<D> du;
@@ -43,20 +43,20 @@ hn::Mask<D> alphaLanes(D d) {
   return hn::RebindMask(d, hn::Eq(hn::And(hn::Iota(du, 0), three), three));
 }
 
-/// Red, green and blue times alpha; alpha as it is.
+/// Red, green and blue times alpha; alpha unchanged.
 template <class D>
 hn::Vec<D> premultiply(D d, hn::Vec<D> pixels, hn::Mask<D> alphas) {
   return hn::Mul(pixels, hn::IfThenElse(alphas, hn::Set(d, 1.0F), hn::Broadcast<3>(pixels)));
 }
 
-/// What opaque pixels, and sums of them, are to be multiplied with to be weighed by their alpha.
+/// Factors that premultiply opaque pixels, or weighted sums of them.
 template <class D>
 hn::Vec<D> opaqueScale(D d) {
   return hn::IfThenElse(alphaLanes(d), hn::Set(d, 1.0F), hn::Set(d, 255.0F));
 }
 
-/// The alphas of four vectors of pixels side by side: lane i of a block of four is that of vector i's pixel
-/// there. So what is to be divided by them takes one division for all.
+/// Gathers the alphas of four vectors: lane i of each block of four is the alpha of vector i's pixel there.
+/// One division then serves all four vectors.
 template <class D>
 hn::Vec<D> alphasOf(D d, hn::Vec<D> a, hn::Vec<D> b, hn::Vec<D> c, hn::Vec<D> e) {
   const hn::Repartition<std::uint64_t, D> d64;
@@ -65,15 +65,15 @@ hn::Vec<D> alphasOf(D d, hn::Vec<D> a, hn::Vec<D> b, hn::Vec<D> c, hn::Vec<D> e)
   return hn::BitCast(d, hn::InterleaveUpper(d64, ab, ce));
 }
 
-/// For each pixel of a vector its number, times four lanes, counted from `first`: how four weights are
-/// spread.
+/// Lane indices that broadcast one of four weights to each pixel: pixel i of the vector gets weight `first` +
+/// i.
 template <class D>
 auto spread(D d, std::int32_t first) {
   const hn::RebindToSigned<D> di;
   return hn::IndicesFromVec(d, hn::Add(hn::ShiftRight<2>(hn::Iota(di, 0)), hn::Set(di, first)));
 }
 
-/// The sum of a vector's pixels.
+/// Sum of a vector's pixels.
 template <class D>
 hn::Vec<FloatPixel> sumOfPixels(D d, hn::Vec<D> v) {
   if constexpr (hn::MaxLanes(d) <= 4) {

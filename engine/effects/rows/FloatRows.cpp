@@ -58,8 +58,8 @@ void sumRows(const std::uint8_t* HWY_RESTRICT in, std::size_t stride, const floa
   const auto scale = kOpaque ? opaqueScale(d) : hn::Set(d, 1.0F);
   const std::size_t lanes = hn::Lanes(d);
   const std::size_t values = std::size_t{4} * static_cast<std::size_t>(count);
-  // Four vectors side by side, so that the sums do not wait for each other. A picture row's padding holds
-  // what a step of 64 bytes reads beyond the last pixel.
+  // Four independent sums, so that they do not stall each other. Steps of 64 bytes may read the padding of a
+  // picture row.
   const std::size_t step = lanes * 4;
   for (std::size_t i = 0; i < values; i += step) {
     auto sum0 = hn::Zero(d), sum1 = hn::Zero(d), sum2 = hn::Zero(d), sum3 = hn::Zero(d);
@@ -109,7 +109,7 @@ void SumFloatRows(const float* const* HWY_RESTRICT in, const float* HWY_RESTRICT
                   std::size_t values, float* HWY_RESTRICT out) {
   const Floats d;
   const std::size_t lanes = hn::Lanes(d);
-  // Four vectors at a time, so that each weight is loaded for four; the slack has room for the last of them.
+  // Four vectors at a time, so that each weight is loaded once for four; the slack absorbs the overrun.
   for (std::size_t i = 0; i < values; i += 4 * lanes) {
     auto sum0 = hn::Zero(d), sum1 = hn::Zero(d), sum2 = hn::Zero(d), sum3 = hn::Zero(d);
     for (std::int32_t row = 0; row < rows; ++row) {
@@ -127,7 +127,7 @@ void SumFloatRows(const float* const* HWY_RESTRICT in, const float* HWY_RESTRICT
   }
 }
 
-/// Adds four weighed pixels to the sum, in as many vectors as they fill.
+/// Adds four pixels times their weights to the sum, in as many vectors as they fill.
 template <class D>
 HWY_INLINE hn::Vec<D> addFourPixels(D d, const float* HWY_RESTRICT pixels, const float* HWY_RESTRICT weights,
                                     hn::Vec<D> sum) {
@@ -139,14 +139,14 @@ HWY_INLINE hn::Vec<D> addFourPixels(D d, const float* HWY_RESTRICT pixels, const
   return sum;
 }
 
-/// One pixel of a row filtered along itself.
+/// Horizontal pass for one output pixel.
 HWY_INLINE void filterPixel(const float* HWY_RESTRICT in, const FilterTable& table, std::int32_t x,
                             float* HWY_RESTRICT out) {
   const Floats d;
   const FilterTable::Run& run = table.run(x);
   const float* const weights = table.weights(run);
   const float* const p = in + std::ptrdiff_t{4} * run.first;
-  // Weights are padded with zeros to fours, and the row's slack holds what they are multiplied with.
+  // Weights are padded with zeros to fours; the row's slack makes the reads beyond the run valid.
   auto even = hn::Zero(d), odd = hn::Zero(d);
   std::int32_t i = 0;
   for (; i + 4 < run.count; i += 8) {
@@ -172,7 +172,7 @@ void StoreStraightRow(const float* HWY_RESTRICT in, std::int32_t count, std::uin
   const auto inverse = [&](hn::Vec<Floats> alpha)
                            HWY_ATTR { return hn::IfThenElseZero(hn::Ge(alpha, half), hn::Div(one, alpha)); };
   const auto store = [&](hn::Vec<Floats> pixels, hn::Vec<Floats> factor, std::uint8_t* to) HWY_ATTR {
-    // Adding 1.5 * 2^23 leaves the sum's bits counting whole numbers, rounded to the nearest.
+    // Adding 1.5 * 2^23 rounds to the nearest integer, which the low bits of the sum then hold.
     const auto whole = hn::Set(d, 12582912.0F);
     const auto straight = hn::Mul(pixels, hn::IfThenElse(alphas, one, factor));
     const auto level = hn::Sub(hn::BitCast(di, hn::Add(straight, whole)), hn::BitCast(di, whole));

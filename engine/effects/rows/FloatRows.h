@@ -5,40 +5,40 @@
 
 #include "FilterTable.h"
 
-/// The inner loops of separable filters, one row at a time, in the widest vectors that the machine has.
+/// Row kernels of separable filters, in the widest vectors of the machine.
 ///
-/// Inside a filter a pixel is four floats, weighed by its alpha: red, green and blue times alpha (0 to 65025)
-/// and alpha itself (0 to 255), so that what is transparent adds no color. Float rows have room, and
-/// numbers, for `kRowSlack` more values than are meant; what a kernel writes there has no meaning. Picture
-/// rows are those of a Bitmap, padded to 64 bytes, unless a parameter says otherwise.
+/// Float pixels are premultiplied: red, green and blue times alpha (0 to 65025), and alpha (0 to 255). Float
+/// rows have `kRowSlack` more values than used, initialized on input; kernels write undefined values there.
+/// Picture rows are those of a Bitmap, padded to 64 bytes, unless stated otherwise.
 namespace kestrel::engine {
 
 inline constexpr std::size_t kRowSlack = 64;
 
-/// Pixels to floats.
+/// Converts pixels to premultiplied floats.
 void premultiplyRow(const std::uint8_t* in, std::int32_t count, float* out);
 
-/// The weighted sum of `rows` successive picture rows; faster where they are known to be `opaque`.
+/// Vertical pass: weighted sum of `rows` successive picture rows, premultiplied. `opaque` asserts alpha 255
+/// and is faster.
 void sumPictureRows(const std::uint8_t* in, std::size_t stride, const float* weights, std::int32_t rows,
                     std::int32_t count, bool opaque, float* out);
 
-/// The weighted sum of the alphas of `rows` successive picture rows: one float a pixel.
+/// Vertical pass over alpha only: weighted sum of `rows` successive picture rows, one float per pixel.
 void sumAlphaRows(const std::uint8_t* in, std::size_t stride, const float* weights, std::int32_t rows,
                   std::int32_t count, float* out);
 
-/// The weighted sum of float rows.
+/// Vertical pass: weighted sum of float rows.
 void sumFloatRows(const float* const* in, const float* weights, std::int32_t rows, std::size_t values,
                   float* out);
 
-/// A row filtered along itself by the table.
+/// Horizontal pass over a float row of premultiplied pixels.
 void filterColumns(const float* in, const FilterTable& table, float* out);
 
-/// Floats to pixels with straight alpha, rounded to the nearest and limited to 0 to 255. Less than half a
-/// level of alpha is transparent black. `out` may end anywhere.
+/// Converts premultiplied floats to pixels with straight alpha, rounded to the nearest and clamped to 0 to
+/// 255. Alpha below half a level gives transparent black. `out` needs no padding.
 void storeStraightRow(const float* in, std::int32_t count, std::uint8_t* out);
 
-/// Pixels of one color whose alphas are `in` times `opacity`; the alpha in `color` plays no part. `out` may
-/// end anywhere.
+/// Writes pixels of one color with alpha `in` times `opacity`; the alpha of `color` is ignored. `out` needs
+/// no padding.
 void tintRow(const float* in, std::int32_t count, std::uint32_t color, float opacity, std::uint8_t* out);
 
 }  // namespace kestrel::engine

@@ -1,4 +1,4 @@
-// How the kernels that work on pixels as bytes write them. Included once for each kind of vectors.
+// Stores for the row kernels that process pixels as bytes. Included once per vector target.
 
 #if defined(KESTREL_ENGINE_EFFECTS_PUTPIXELS_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef KESTREL_ENGINE_EFFECTS_PUTPIXELS_INL_H_
@@ -16,7 +16,7 @@ namespace kestrel::engine::HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-/// Pixels for an address that is a multiple of the vector's length, past the caches or into them.
+/// Stores a vector of pixels, non-temporally if `stream`. `out` must be aligned to the vector's length.
 template <class D, class V>
 HWY_INLINE void putPixels(D, V pixels, bool stream, std::uint8_t* out) {
   const hn::Repartition<std::uint8_t, D> bytes;

@@ -10,8 +10,8 @@
 
 namespace kestrel::engine {
 
-/// Calls `work(y, stream)` for each row of a result that costs about as much as copying it, on several cores
-/// at a time. Where `stream` is true, the row is better written past the caches.
+/// Calls `work(y, stream)` for each row of a result, on several cores; for effects that cost about as much as
+/// copying. `stream` asks for non-temporal stores; the store fence is issued here.
 template <class Work>
 void writeRows(const Pixels& result, const Work& work) {
   const bool stream = exceedsCaches(result.stride * static_cast<std::size_t>(result.height));
@@ -21,7 +21,7 @@ void writeRows(const Pixels& result, const Work& work) {
   });
 }
 
-/// `count` pixels as they are, to a row's begin.
+/// Copies `count` pixels; with `stream`, `out` must be aligned to 64 bytes.
 inline void copyRow(const std::uint8_t* in, std::int32_t count, bool stream, std::uint8_t* out) {
   const auto bytes = static_cast<std::size_t>(count) * sizeof(Pixel);
   if (stream) {

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
-/// What the vector kernels of GaussianRows.cpp compute, told plainly.
+/// Scalar reference of the vector kernels in GaussianRows.cpp.
 namespace kestrel::engine::reference {
 
 inline void halveRow(const float* in, std::int32_t count, std::int32_t channels, float* out) {

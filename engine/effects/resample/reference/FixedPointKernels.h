@@ -8,7 +8,8 @@
 
 #include "engine/effects/resample/FixedPointKernels.h"
 
-/// What the vector kernels of FixedPointKernels.cpp compute, told plainly; see there for the values' meaning.
+/// Scalar reference of the vector kernels in FixedPointKernels.cpp; FixedPointKernels.h describes the
+/// layouts.
 namespace kestrel::engine::reference {
 
 inline void premultiplyPairs(const ConstPixels& picture, std::int32_t x, std::int32_t lead,

@@ -8,7 +8,7 @@
 
 #include "engine/effects/rows/FilterTable.h"
 
-/// What the vector kernels of FloatRows.cpp compute, told plainly; see there for the values' meaning.
+/// Scalar reference of the vector kernels in FloatRows.cpp; FloatRows.h describes the values.
 namespace kestrel::engine::reference {
 
 inline void premultiplyRow(const std::uint8_t* in, std::int32_t count, float* out) {

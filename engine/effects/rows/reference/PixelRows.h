@@ -9,8 +9,9 @@
 #include "engine/effects/rows/Blend.h"
 #include "engine/pixels/Bitmap.h"
 
-/// What each vector kernel computes, told plainly: the kernels run this where a machine has no vectors, and
-/// the tests hold every vector path equal to it. All work on `count` pixels of one row.
+/// Scalar reference of the vector kernels on pixels. It runs where the machine has no vectors and for the
+/// rest of a row, and tests compare every vector target with it. All functions process `count` pixels of one
+/// row.
 namespace kestrel::engine::reference {
 
 inline Pixel load(const std::uint8_t* row, std::int32_t x) {
@@ -27,7 +28,7 @@ inline void mirrorRow(const std::uint8_t* in, std::int32_t count, std::uint8_t* 
   for (std::int32_t x = 0; x < count; ++x) store(load(in, count - 1 - x), out, x);
 }
 
-/// Rec. 709 weights in 1/65536; they sum to 65536, so that gray stays itself.
+/// Rec. 709 weights in 1/65536; they sum to 65536, so that gray is unchanged.
 inline constexpr std::uint32_t kLumaRed = 13933, kLumaGreen = 46871, kLumaBlue = 4732;
 
 inline void grayRow(const std::uint8_t* in, std::int32_t count, std::uint8_t* out) {
@@ -49,7 +50,7 @@ inline void flattenRow(const std::uint8_t* in, std::int32_t count, Pixel backgro
   }
 }
 
-/// The largest difference among the channels; what stands under alpha 0 has no color.
+/// The largest difference among the channels; the color of fully transparent pixels is ignored.
 inline int distance(Pixel a, Pixel b) {
   if (a.a == 0 && b.a == 0) return 0;
   return std::max({std::abs(a.r - b.r), std::abs(a.g - b.g), std::abs(a.b - b.b), std::abs(a.a - b.a)});
