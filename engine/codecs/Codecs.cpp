@@ -34,7 +34,7 @@ const Codec& writingCodec(std::int32_t formatCode) {
 std::int32_t formatOfName(const std::filesystem::path& path) {
   if (const Codec* const codec = codecOfName(path)) return codec->format;
   throw RuntimeError(err::kInvalidCall, "The name \"" + os::textOf(path.filename()) +
-                                            "\" does not tell a picture format that can be written.");
+                                            "\" has no extension of a known picture format.");
 }
 
 }  // namespace
@@ -72,9 +72,9 @@ std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata,
   if (options.jpegQuality < 1 || options.jpegQuality > 100) {
     throw RuntimeError(err::kInvalidCall, "The JPEG quality must be from 1 to 100.");
   }
-  Metadata told = metadata;
-  describePicture(told, bitmap.width(), bitmap.height());
-  return codec.encode(bitmap, told, options);
+  Metadata updated = metadata;
+  describePicture(updated, bitmap.width(), bitmap.height());
+  return codec.encode(bitmap, updated, options);
 }
 
 }  // namespace kestrel::engine

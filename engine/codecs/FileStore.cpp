@@ -52,7 +52,7 @@ std::string reasonOf(const FileFailure& failure, const fs::path& path) {
     case FileProblem::kDiskFull:
       return "the disk is full";
     case FileProblem::kQuota:
-      return "there is no room left for this user";
+      return "the disk quota of this user is exceeded";
     case FileProblem::kTooLargeForDisk:
       return "it is too large for the disk";
     case FileProblem::kDevice:
@@ -72,7 +72,7 @@ std::string reasonOf(const FileFailure& failure, const fs::path& path) {
   }
 }
 
-/// Raises the failure in a sentence: "The file ... `verb`: reason."
+/// Raises the failure with the text "The file ... `verb`: reason."
 [[noreturn]] void raise(const FileFailure& failure, const fs::path& path, const char* verb) {
   throw RuntimeError(errorNumber(failure.problem),
                      "The file " + quoted(path) + " " + verb + ": " + reasonOf(failure, path) + ".");

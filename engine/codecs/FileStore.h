@@ -9,8 +9,8 @@
 
 namespace kestrel::engine {
 
-/// The content of a file. Photographs are read one after the other, so it stands in memory that is kept for
-/// the next, as pixels do.
+/// Content of a file, in a `Memory` block: photographs are often read one after the other, and freed blocks
+/// are reused.
 class FileContent {
  public:
   explicit FileContent(Memory memory, std::size_t size) : memory_(std::move(memory)), size_(size) {}
@@ -22,13 +22,13 @@ class FileContent {
   std::size_t size_;
 };
 
-/// The whole content of a regular file. Raises RuntimeError 53, 57, 70, 75 or 7, in words.
+/// Reads a regular file. Raises RuntimeError 53, 57, 70, 75 or 7 with a text for the user.
 FileContent readFile(const std::filesystem::path& path);
 
-/// Puts `data` in place of a file's content, or makes the file: written to a temporary file beside it,
-/// flushed to the disk and renamed, so that at every moment there is the old content or the new one, whole.
-/// A failure leaves the old file as it was and no temporary file. An existing file keeps its permissions; a
-/// symbolic link stays and its target is replaced. Raises RuntimeError 57, 61, 70, 75 or 76, in words.
+/// Replaces or creates a file atomically: writes a temporary file in the same folder, flushes it to disk and
+/// renames it. At any moment either the old or the new content is there, complete. After a failure the old
+/// file is unchanged and the temporary file removed. An existing file keeps its permissions; for a symbolic
+/// link its target is replaced. Raises RuntimeError 57, 61, 70, 75 or 76 with a text for the user.
 void replaceFile(const std::filesystem::path& path, Bytes data);
 
 }  // namespace kestrel::engine

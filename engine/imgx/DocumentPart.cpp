@@ -19,7 +19,7 @@ void DocumentPart::FromFile(const std::string& filename, std::int32_t page, cons
   Decoded decoded = decodeFile(os::pathOf(filename));
   PictureState picture{std::move(decoded.bitmap), decoded.format, decoded.stored.pages};
   if (!decoded.notice.empty()) {
-    picture.damage = std::make_shared<const std::string>(std::move(decoded.notice));
+    picture.notice = std::make_shared<const std::string>(std::move(decoded.notice));
   }
   picture.metadata = std::make_shared<const Metadata>(std::move(decoded.metadata));
   owner_.putPicture(std::move(picture), undoName);

@@ -7,8 +7,8 @@
 namespace kestrel::engine {
 
 std::string ImagePart::Damage() const {
-  const auto& damage = owner_.picture().state().damage;
-  return damage ? *damage : std::string();
+  const auto& notice = owner_.picture().state().notice;
+  return notice ? *notice : std::string();
 }
 
 Colour ImagePart::GetPixel(std::int32_t x, std::int32_t y) const {

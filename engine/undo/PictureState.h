@@ -19,7 +19,7 @@ struct PictureState {
   /// How many pictures that file held.
   std::int32_t pages = 1;
   /// Notice about that file's decode errors; null if there were none.
-  std::shared_ptr<const std::string> damage{};
+  std::shared_ptr<const std::string> notice{};
   /// The file's metadata; null without.
   std::shared_ptr<const Metadata> metadata{};
 };

@@ -97,7 +97,7 @@ TEST_P(Pictures, KnowInASentenceThatTheirFileWasDamaged) {
   std::ofstream(user().host(path("cut.tif")), std::ios::binary) << whole.substr(0, whole.size() - 12);
   picture().Document().FromFile(path("cut.tif"));
   EXPECT_EQ(picture().Image()->Damage(),
-            "The file is damaged or was cut short: only 3 of 5 rows could be read.");
+            "The file is damaged or truncated: only 3 of 5 rows could be read.");
   picture().Effects().Flip(1);
   EXPECT_NE(picture().Image()->Damage(), "");
   std::ofstream(user().host(path("whole.tif")), std::ios::binary) << whole;

@@ -24,7 +24,7 @@
 namespace kestrel::desktop {
 namespace {
 
-constexpr char kDamaged[] = "The file is damaged or was cut short: ";
+constexpr char kDamaged[] = "The file is damaged or truncated: ";
 
 class NoticeOnTheDesktop : public testing::Test {
  protected:

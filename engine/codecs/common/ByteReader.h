@@ -10,7 +10,7 @@ namespace kestrel::engine {
 
 enum class ByteOrder { little, big };
 
-/// Walks through the bytes of a file. Whatever would reach beyond the end raises RuntimeError 481.
+/// Sequential reader over the bytes of a file. Reading or seeking beyond the end raises RuntimeError 481.
 class ByteReader {
  public:
   explicit ByteReader(Bytes data, ByteOrder order = ByteOrder::little) : data_(data), order_(order) {}

@@ -10,7 +10,7 @@
 
 namespace kestrel::engine {
 
-/// Builds the bytes of a file, one after the other.
+/// Sequential writer for the bytes of a file.
 class ByteWriter {
  public:
   explicit ByteWriter(ByteOrder order = ByteOrder::little) : order_(order) {}

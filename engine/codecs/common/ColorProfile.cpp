@@ -24,7 +24,7 @@ using Transform = std::unique_ptr<void, DeleteTransform>;
 
 constexpr std::int32_t kRowsPerTask = 32;
 
-/// The inputs of a coarse cube over all colors, to see what a transform does.
+/// A coarse grid over the RGB cube, to sample a transform.
 std::vector<Pixel> sampleColors() {
   std::vector<Pixel> samples;
   for (int r = 0; r <= 255; r += 51) {
@@ -40,9 +40,9 @@ std::vector<Pixel> sampleColors() {
 
 bool differsByAtMostOne(std::uint8_t a, std::uint8_t b) { return std::abs(int{a} - int{b}) <= 1; }
 
-/// Many files carry one of the dozen profiles that are sRGB under some name. Converting those would only
-/// add rounding errors, so a transform that moves nothing by more than a level is none.
-bool movesNothing(cmsHTRANSFORM transform) {
+/// Many files carry one of the dozen profiles equivalent to sRGB. Converting from those would only add
+/// rounding errors, so a transform that changes no sample by more than one level counts as the identity.
+bool isIdentity(cmsHTRANSFORM transform) {
   const std::vector<Pixel> before = sampleColors();
   std::vector<Pixel> after = before;
   cmsDoTransform(transform, before.data(), after.data(), static_cast<cmsUInt32Number>(before.size()));
@@ -82,7 +82,7 @@ void setOpaque(Bitmap& bitmap) {
   }
 }
 
-/// Ink by plain subtraction: what a press would really print is unknown without a profile.
+/// CMYK by plain subtraction: without a profile the actual inks are unknown.
 void convertPlainCmyk(Bitmap& bitmap) {
   const Pixels pixels = bitmap.writable();
   forRows(pixels.height, kRowsPerTask, [&](std::int32_t first, std::int32_t last) {
@@ -97,11 +97,11 @@ void convertPlainCmyk(Bitmap& bitmap) {
   });
 }
 
-/// True if the profile fitted and the pixels are sRGB now.
+/// Returns true if the profile was applicable and the pixels are now sRGB.
 bool convertRgb(Decoded& decoded, cmsHPROFILE profile) {
   const Transform transform = makeTransform(profile, TYPE_RGBA_8, cmsFLAGS_COPY_ALPHA);
   if (!transform) return false;
-  if (movesNothing(transform.get())) return true;
+  if (isIdentity(transform.get())) return true;
   transformRows(decoded.bitmap, transform.get());
   const auto srgb = srgbProfile();
   decoded.metadata.iccProfile.assign(srgb.begin(), srgb.end());
@@ -177,7 +177,7 @@ std::vector<std::uint8_t> makeSrgbProfile() {
   cmsSaveProfileToMem(profile.get(), nullptr, &size);
   std::vector<std::uint8_t> bytes(size);
   cmsSaveProfileToMem(profile.get(), bytes.data(), &size);
-  // The library stamps the present moment; a fixed one makes equal pictures equal files.
+  // The library writes the present time; a fixed date makes the encoder deterministic.
   constexpr std::size_t kDateInHeader = 24;
   constexpr std::array<std::uint8_t, 12> kDate{0x07, 0xCF, 0, 10, 0, 18, 0, 0, 0, 0, 0, 0};
   if (bytes.size() >= kDateInHeader + kDate.size()) std::ranges::copy(kDate, bytes.begin() + kDateInHeader);
@@ -197,7 +197,7 @@ void convertToSrgb(Decoded& decoded, const Colorimetry& colorimetry) {
   decoded.metadata.iccProfile.clear();
   const Colorimetry srgb;
   const auto near = [](double a, double b) { return std::abs(a - b) < 0.005; };
-  // 2.2 is how such files say sRGB: its curve is not a power, and this is the nearest one.
+  // Gamma 2.2 stands for sRGB in such files: it is the power function nearest to the sRGB curve.
   if (std::abs(colorimetry.gamma - srgb.gamma) < 0.05 && near(colorimetry.redX, srgb.redX) &&
       near(colorimetry.redY, srgb.redY) && near(colorimetry.greenX, srgb.greenX) &&
       near(colorimetry.greenY, srgb.greenY) && near(colorimetry.blueX, srgb.blueX) &&

@@ -40,7 +40,7 @@ void keepRows(Decoded& decoded, std::int32_t rows) {
   for (std::int32_t y = rows; y < height; ++y) {
     std::memset(pixels.row(y), 0, static_cast<std::size_t>(pixels.width) * sizeof(Pixel));
   }
-  decoded.notice = "The file is damaged or was cut short: only " + std::to_string(rows) + " of " +
+  decoded.notice = "The file is damaged or truncated: only " + std::to_string(rows) + " of " +
                    std::to_string(height) + " rows could be read.";
 }
 

@@ -7,19 +7,19 @@
 
 namespace kestrel::engine {
 
-/// Raises RuntimeError 481 with this sentence.
+/// Raises RuntimeError 481 with this text.
 [[noreturn]] void refusePicture(std::string_view sentence);
 
-/// Refuses a size before memory is asked for. RuntimeError 7: more pixels than a bitmap can have, or than fit
-/// into a quarter of the machine's memory. RuntimeError 481, as the file cannot mean it: sides below 1, or so
-/// many pixels that `fileSize` bytes hold less than an eighth of them even at `pixelsPerByte`, the most the
-/// format's compression can do. (A file that was cut short still opens with what it holds; one that is a lie
-/// does not.)
+/// Checks a picture size from a file header before memory is allocated. Raises RuntimeError 7 for more pixels
+/// than a bitmap can have or than fit into a quarter of the machine's memory. Raises RuntimeError 481 for
+/// sides below 1, and for sizes that are implausible: `fileSize` bytes hold less than an eighth of the pixels
+/// even at `pixelsPerByte`, the format's highest compression ratio. (A truncated file can still be opened
+/// with the rows it holds.)
 void checkClaimedSize(std::int64_t width, std::int64_t height, std::size_t fileSize,
                       std::int64_t pixelsPerByte);
 
-/// The end of a file that was cut short after `rows` whole rows: makes the rest transparent and tells so in
-/// `decoded.notice`. Raises RuntimeError 481 if there is not one row.
+/// Ends the decoding of a file truncated after `rows` complete rows: makes the rest transparent and sets
+/// `decoded.notice`. Raises RuntimeError 481 if `rows` is 0.
 void keepRows(Decoded& decoded, std::int32_t rows);
 
 }  // namespace kestrel::engine

@@ -16,22 +16,22 @@ using kestrel::FormatOf;
 
 using Bytes = std::span<const std::uint8_t>;
 
-/// How the picture stood in the file, before it became an 8-bit RGBA bitmap.
+/// Properties of the picture as stored in the file, before conversion to 8-bit RGBA.
 struct StoredAs {
   std::int32_t bitsPerSample = 8;
   bool hasAlpha = false;
-  std::int32_t orientation = 1;  ///< 1 to 8 as EXIF counts; applied by the load
-  std::string profile;           ///< the color profile's own description, empty without one
+  std::int32_t orientation = 1;  ///< EXIF orientation, 1 to 8; already applied to the bitmap
+  std::string profile;           ///< description in the color profile; empty without one
   std::int32_t pages = 1;        ///< pictures in the file; the first was loaded
 };
 
-/// A picture that was read.
+/// A decoded picture.
 struct Decoded {
   Bitmap bitmap;
   std::int32_t format = format::kNone;
   Metadata metadata;
   StoredAs stored;
-  /// A sentence for the user if the file is damaged and the bitmap is only what could be read, else empty.
+  /// Notice for the user if decode errors left the bitmap incomplete, else empty.
   std::string notice;
 };
 

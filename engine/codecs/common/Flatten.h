@@ -6,11 +6,11 @@
 
 namespace kestrel::engine {
 
-/// Writes a row's pixels over white as 3 bytes each: red, green, blue; or as 4, the last left as it is.
+/// Composites a row over white. Writes 3 bytes per pixel, red, green and blue; or 4, the last left unchanged.
 void flattenRowOnWhite(const std::uint8_t* rgba, std::uint8_t* out, std::int32_t width,
                        int bytesPerPixel = 3);
 
-/// Makes a bitmap opaque whose alpha is zero everywhere: the programs that write such files mean no alpha.
+/// Makes a bitmap opaque if its alpha is 0 everywhere: programs that write such files leave alpha unused.
 void dropEmptyAlpha(Bitmap& bitmap);
 
 }  // namespace kestrel::engine

@@ -6,28 +6,27 @@
 
 namespace kestrel::engine {
 
-/// A text under a key, as PNG files have them: "Title", "Author" and whatever else a program thought of.
+/// A text with a keyword, as in PNG files: "Title", "Author" and any other.
 struct KeyedText {
   std::string key;
   std::string text;  ///< UTF-8 if international, else Latin-1
   bool international = false;
-  std::string language;       ///< of an international text, as RFC 3066 names it; may be empty
+  std::string language;       ///< RFC 3066 tag of an international text; may be empty
   std::string translatedKey;  ///< the key in that language; may be empty
 };
 
-/// What a picture file tells besides its pixels, and what a save hands on. Empty or 0 is "not told".
+/// Metadata of a picture file, kept from load to save. Empty or 0 means absent.
 struct Metadata {
   /// Pixels per inch.
   double resolutionX = 0;
   double resolutionY = 0;
 
-  /// The ICC profile that describes the pixels of the bitmap. Since decoding brings pixels to sRGB, this is
-  /// an sRGB profile after a load: the file's own if it was one, else a made one.
+  /// ICC profile of the bitmap's pixels. Decoding converts to sRGB, so after a load this is an sRGB profile:
+  /// the file's own if it was equivalent to sRGB, else a generated one.
   std::vector<std::uint8_t> iccProfile;
 
-  /// Camera data as an EXIF block: a TIFF header and its directories, without any leading "Exif". After a
-  /// load its orientation is 1 and it has no thumbnail; a save writes the picture's size and resolution into
-  /// it.
+  /// EXIF block: a TIFF header and its directories, without a leading "Exif". After a load its orientation is
+  /// 1 and it has no thumbnail; a save updates the picture's size and resolution in it.
   std::vector<std::uint8_t> exif;
 
   /// An XMP packet, UTF-8.
@@ -36,10 +35,10 @@ struct Metadata {
   /// IPTC-IIM records.
   std::vector<std::uint8_t> iptc;
 
-  /// A plain comment, in whatever coding the program that wrote it thought right.
+  /// Plain comment in an unknown character encoding.
   std::string comment;
 
-  /// What only PNG can hold, in the file's order.
+  /// PNG text chunks, in the file's order.
   std::vector<KeyedText> texts;
 };
 

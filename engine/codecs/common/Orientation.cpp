@@ -9,8 +9,8 @@
 namespace kestrel::engine {
 namespace {
 
-/// Source pixels are read down a column when the sides change places; in bands of this many target columns
-/// the cache lines of one visit still serve the next.
+/// Tile width of the transposition, in rows of the result: pixels read from a source cache line stay
+/// adjacent, so each line is loaded once.
 constexpr std::int32_t kTile = 16;
 
 void copyPixel(std::uint8_t* target, const std::uint8_t* source) { std::memcpy(target, source, 4); }
@@ -33,7 +33,8 @@ Bitmap mirrored(const Bitmap& bitmap, bool horizontally, bool vertically) {
   return result;
 }
 
-/// Rows become columns: target (x, y) is source (y, x), each counted from the other end if so asked.
+/// Transposition: target (x, y) is source (y, x), each source coordinate optionally counted from the other
+/// end.
 Bitmap transposed(const Bitmap& bitmap, bool fromRight, bool fromBottom) {
   Bitmap result = Bitmap::uninitialized(bitmap.height(), bitmap.width());
   const ConstPixels from = bitmap.pixels();

@@ -24,7 +24,7 @@ std::size_t cellOf(int r, int g, int b) {
   return static_cast<std::size_t>((r >> kShift) << (2 * kBits) | (g >> kShift) << kBits | b >> kShift);
 }
 
-/// The pixels that fall into one cell of the color cube.
+/// Statistics of the pixels in one cell of the color histogram.
 struct Bin {
   double count = 0;
   Color sum{};
@@ -36,14 +36,14 @@ struct Bin {
     for (std::size_t i = 0; i < 3; ++i) sum[i] += other.sum[i];
   }
   Color mean() const { return {sum[0] / count, sum[1] / count, sum[2] / count}; }
-  /// The squared distance from the mean, summed.
+  /// Sum of the squared distances from the mean.
   double spread() const {
     if (count == 0) return 0;
     return squares - (sum[0] * sum[0] + sum[1] * sum[1] + sum[2] * sum[2]) / count;
   }
 };
 
-/// A range of bins; splitting sorts them along an axis.
+/// A range of bins; a split sorts them along an axis.
 struct Box {
   std::size_t first, last;
   Bin total;
@@ -93,8 +93,8 @@ class PaletteBuilder {
     return box;
   }
 
-  /// Sorts the bins along each axis in turn and finds the cut that leaves the least spread; the bins stay
-  /// sorted along the axis of that cut.
+  /// Finds the split with the least total spread over all three axes, and leaves the bins sorted along its
+  /// axis.
   std::size_t cut(std::size_t first, std::size_t last, const Bin& total) {
     double bestSpread = std::numeric_limits<double>::max();
     std::size_t bestCut = first + 1, bestAxis = 0;
@@ -150,7 +150,7 @@ class PaletteBuilder {
   std::vector<Bin> bins_;
 };
 
-/// The palette's nearest color, remembered for each cell of the cube.
+/// Nearest palette entry of a color, cached per histogram cell.
 class Nearest {
  public:
   explicit Nearest(const std::vector<Pixel>& palette) : palette_(palette), known_(kAllCells, kUnknown) {}
@@ -184,7 +184,7 @@ class Nearest {
 
 bool isTransparent(const std::uint8_t* pixel) { return pixel[3] < kHalfAlpha; }
 
-/// The indices of a picture with few colors, or nothing if there are more than fit.
+/// Exact palette and indices; nothing if the picture has more than `most` colors.
 std::optional<Indexed> keepExactly(const ConstPixels& pixels, std::size_t most) {
   Indexed result;
   std::unordered_map<std::uint32_t, std::uint8_t> known;
@@ -229,13 +229,13 @@ std::vector<Bin> countColors(const ConstPixels& pixels) {
   return cube;
 }
 
-/// Error diffusion: what a pixel's index misses of its color goes on to the neighbors not yet done.
+/// Floyd-Steinberg error diffusion in serpentine order.
 void dither(const ConstPixels& pixels, Indexed& result) {
   const auto width = static_cast<std::ptrdiff_t>(pixels.width);
   Nearest nearest(result.palette);
   result.indices.resize(static_cast<std::size_t>(width) * static_cast<std::size_t>(pixels.height));
   std::vector<std::uint8_t> flat(static_cast<std::size_t>(width) * 3);
-  // Errors of this row and the next in sixteenths, with a column to spare at either side.
+  // Errors of this row and the next, in sixteenths, with a spare column on each side.
   std::vector<std::array<int, 3>> here(static_cast<std::size_t>(width) + 2), below(here.size());
   for (std::int32_t y = 0; y < pixels.height; ++y) {
     flattenRowOnWhite(pixels.row(y), flat.data(), pixels.width);

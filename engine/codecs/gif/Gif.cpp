@@ -19,12 +19,12 @@
 namespace kestrel::engine::gif {
 namespace {
 
-/// A code of 12 bits stands for 4096 pixels at most.
+/// Highest compression ratio: a 12-bit code decodes to at most 4096 pixels.
 constexpr std::int64_t kPixelsPerByte = 2731;
 
 using Palette = std::array<Pixel, 256>;
 
-/// A file without any palette leaves the colors to the reader: grays.
+/// Gray palette for files without a palette, which leave the colors to the decoder.
 Palette grays() {
   Palette palette;
   for (std::size_t i = 0; i < palette.size(); ++i) {
@@ -34,7 +34,7 @@ Palette grays() {
   return palette;
 }
 
-/// The palette that a screen's or a picture's flags announce; `otherwise` if they announce none.
+/// Reads the color table if `flags` announce one, else returns `otherwise`.
 Palette readPalette(ByteReader& reader, std::uint8_t flags, const Palette& otherwise) {
   constexpr std::uint8_t kHasPalette = 0x80;
   if ((flags & kHasPalette) == 0) return otherwise;
@@ -48,7 +48,7 @@ Palette readPalette(ByteReader& reader, std::uint8_t flags, const Palette& other
   return palette;
 }
 
-/// What the file holds besides its first picture.
+/// Contents of the file apart from its first picture.
 struct Contents {
   std::int32_t pictures = 0;
   std::string comment;  ///< the first
@@ -58,7 +58,7 @@ void skipBlocks(ByteReader& reader) {
   while (const std::uint8_t size = reader.u8()) reader.skip(size);
 }
 
-/// Goes to the first picture's place and size; gives the index that is transparent in it, or -1.
+/// Skips to the first image descriptor; returns its transparent index, or -1.
 int findFirstPicture(ByteReader& reader) {
   constexpr std::uint8_t kExtension = 0x21, kPicture = 0x2C, kEnd = 0x3B, kGraphicControl = 0xF9;
   int transparent = -1;
@@ -66,7 +66,7 @@ int findFirstPicture(ByteReader& reader) {
     const std::uint8_t mark = reader.u8();
     if (mark == kPicture) return transparent;
     if (mark == kEnd) refusePicture("The GIF file holds no picture.");
-    // Some programs leave a few bytes too many between the blocks.
+    // Some programs write extra bytes between the blocks.
     if (mark != kExtension) continue;
     const std::uint8_t kind = reader.u8();
     if (kind == kGraphicControl && reader.remaining() >= 5) {
@@ -90,7 +90,7 @@ std::string readText(ByteReader& reader) {
   return text;
 }
 
-/// Walks over the blocks, as far as there are whole ones.
+/// Scans the blocks up to the end or the first incomplete one.
 Contents readContents(Bytes data) {
   constexpr std::uint8_t kExtension = 0x21, kPicture = 0x2C, kEnd = 0x3B, kComment = 0xFE;
   Contents contents;
@@ -117,12 +117,12 @@ Contents readContents(Bytes data) {
       }
     }
   } catch (const RuntimeError& error) {
-    if (error.Number() != err::kInvalidPicture) throw;  // cut short; what came before counts
+    if (error.Number() != err::kInvalidPicture) throw;  // truncated: keep what was read
   }
   return contents;
 }
 
-/// The rows of a picture in the order in which they are stored.
+/// Row numbers in storage order.
 std::vector<std::int32_t> rowOrder(std::int32_t height, bool interlaced) {
   std::vector<std::int32_t> order;
   order.reserve(static_cast<std::size_t>(height));
@@ -194,11 +194,11 @@ Decoded decode(Bytes data) {
   const std::uint8_t flags = reader.u8();
   Palette palette = readPalette(reader, flags, shared);
   if (transparent >= 0) palette[static_cast<std::size_t>(transparent)].a = 0;
-  // Some files tell no screen, or one that is smaller than the picture on it.
+  // Some files state no screen size, or one smaller than the picture.
   const std::int32_t width = std::max(screenWidth, left + frameWidth);
   const std::int32_t height = std::max(screenHeight, top + frameHeight);
   checkClaimedSize(frameWidth, frameHeight, data.size(), kPixelsPerByte);
-  // The screen around the picture costs no bytes, but nobody means a hundred times what fits.
+  // The screen around the picture takes no bytes, but a screen many times larger than plausible is refused.
   checkClaimedSize(width, height, data.size(), 8 * kPixelsPerByte);
 
   Decoded decoded;
@@ -223,7 +223,7 @@ Decoded decode(Bytes data) {
     for (std::size_t x = 0; x < rowSize; ++x) std::memcpy(target + 4 * x, &palette[source[x]], 4);
   }
   if (rows < frameHeight) {
-    decoded.notice = "The file is damaged or was cut short: only " + std::to_string(rows) + " of " +
+    decoded.notice = "The file is damaged or truncated: only " + std::to_string(rows) + " of " +
                      std::to_string(frameHeight) + " rows could be read.";
   }
   return decoded;
@@ -242,7 +242,7 @@ std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata,
   std::unique_ptr<GifFileType, CloseWriter> file(EGifOpen(
       &bytes,
       [](GifFileType* self, const GifByteType* data, int count) {
-        // No exception may pass through the library.
+        // No exception may propagate through the library.
         try {
           auto& target = *static_cast<std::vector<std::uint8_t>*>(self->UserData);
           target.insert(target.end(), data, data + count);
@@ -254,11 +254,11 @@ std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata,
       &error));
   if (!file || !map) throw RuntimeError(err::kOutOfMemory, "There is not enough memory to save.");
 
-  const bool seeThrough = indexed.transparentIndex >= 0;
+  const bool hasTransparency = indexed.transparentIndex >= 0;
   EGifSetGifVersion(file.get(), true);
   check(EGifPutScreenDesc(file.get(), bitmap.width(), bitmap.height(), 8, 0, map.get()), file.get());
   putComment(file.get(), metadata.comment);
-  if (seeThrough) {
+  if (hasTransparency) {
     const GraphicsControlBlock control{DISPOSAL_UNSPECIFIED, false, 0, indexed.transparentIndex};
     std::array<GifByteType, 4> block{};
     EGifGCBToExtension(&control, block.data());

@@ -4,7 +4,7 @@
 #include <array>
 #include <optional>
 
-// GIF89a, appendix F: LZW with codes that grow from the code size + 1 to 12 bits, packed from the low bit up.
+// GIF89a, appendix F: LZW with codes of code size + 1 to 12 bits, least significant bit first.
 
 namespace kestrel::engine::gif {
 namespace {
@@ -12,7 +12,7 @@ namespace {
 constexpr std::uint32_t kMostBits = 12;
 constexpr std::size_t kMostCodes = std::size_t{1} << kMostBits;
 
-/// The bits of a chain of blocks, which ends with an empty one, or with the file.
+/// Bit reader over a chain of sub-blocks, which ends with an empty block or with the file.
 class BitReader {
  public:
   explicit BitReader(ByteReader& reader) : reader_(reader) {}
@@ -43,7 +43,7 @@ class BitReader {
   std::uint32_t window_ = 0, held_ = 0;
 };
 
-/// The strings that codes stand for: each is an earlier one and a last index.
+/// LZW dictionary: each string is an earlier string and one more index.
 class Dictionary {
  public:
   explicit Dictionary(std::uint32_t codeSize) : roots_(1U << codeSize) {
@@ -57,7 +57,7 @@ class Dictionary {
   std::uint32_t size() const { return size_; }
   void reset() { size_ = roots_ + 2; }
 
-  /// True if the code stands for a string.
+  /// Whether the code is defined as a string.
   bool knows(std::uint32_t code) const { return code < roots_ || (code > roots_ + 1 && code < size_); }
   std::uint8_t first(std::uint32_t code) const { return first_[code]; }
 
@@ -70,7 +70,7 @@ class Dictionary {
     ++size_;
   }
 
-  /// Appends a code's string, as far as `most` in all allows.
+  /// Appends a code's string, up to `most` indices in total.
   void append(std::uint32_t code, std::vector<std::uint8_t>& indices, std::size_t most) const {
     const std::size_t start = indices.size();
     const std::size_t length = length_[code];
@@ -111,7 +111,7 @@ std::vector<std::uint8_t> unpackLzw(ByteReader& reader, std::size_t count) {
       previous = kNoCode;
       continue;
     }
-    // A code may be used in the moment in which it is defined; anything beyond makes no sense.
+    // A code may be used by the very step that defines it; higher codes are invalid.
     const bool known = dictionary.knows(*code);
     if (!known && (previous == kNoCode || *code != dictionary.size())) break;
     if (previous != kNoCode) dictionary.add(previous, dictionary.first(known ? *code : previous));

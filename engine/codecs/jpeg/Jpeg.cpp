@@ -28,15 +28,16 @@
 namespace kestrel::engine::jpeg {
 namespace {
 
-/// The densest coding spends about a bit on an 8 x 8 block.
+/// Highest compression ratio: about one bit per 8 x 8 block.
 constexpr std::int64_t kPixelsPerByte = 512;
-/// A progressive file needs some ten scans; thousands of empty ones would only keep the machine busy.
+/// Bounds the decode time: a progressive file needs some ten scans, a malicious one may have thousands of
+/// empty ones.
 constexpr int kMostScans = 500;
-/// From here on color is stored at full resolution: whoever asks for it wants to see no loss.
+/// From this quality on chroma is not subsampled.
 constexpr std::int32_t kFullColorQuality = 90;
 
-/// What the library calls back with. It reports errors by a jump, so the functions that call it hold nothing
-/// that would need to be destroyed.
+/// Error callbacks. The library reports errors by longjmp, so functions that call it must not hold objects
+/// with destructors.
 struct Errors {
   jpeg_error_mgr base;
   std::jmp_buf jump;
@@ -52,15 +53,15 @@ struct Errors {
     };
     base.emit_message = [](j_common_ptr self, int level) {
       auto* const errors = reinterpret_cast<Errors*>(self->err);
-      if (level < 0 && meansDamage(errors->base.msg_code)) errors->damaged = true;
+      if (level < 0 && isDataLoss(errors->base.msg_code)) errors->damaged = true;
     };
     base.output_message = [](j_common_ptr) {};
     text.fill('\0');
     damaged = false;
   }
 
-  /// Other warnings are about harmless liberties of the program that wrote the file.
-  static bool meansDamage(int code) {
+  /// Whether a warning means lost picture data. The others are harmless deviations from the format.
+  static bool isDataLoss(int code) {
     switch (code) {
       case JWRN_JPEG_EOF:
       case JWRN_HIT_MARKER:
@@ -74,8 +75,8 @@ struct Errors {
   }
 };
 
-/// Feeds the library from memory, and an end marker for ever when that is used up. Within what a marker holds
-/// that would be taken for content: there the library is made to wait, for `feedEnd`.
+/// Source manager over memory. At the end of the data it feeds end markers. Inside a marker segment these
+/// would be taken for its content: there it suspends the library until `feedEnd`.
 struct Source {
   jpeg_source_mgr base;
   bool exhausted;
@@ -138,7 +139,7 @@ struct ScanLimit {
   }
 };
 
-/// A decompressor over a file in memory.
+/// Decompressor for a file in memory.
 class Reader {
  public:
   explicit Reader(Bytes data) {
@@ -162,8 +163,8 @@ class Reader {
 
   const jpeg_decompress_struct& info() const { return info_; }
 
-  /// Has the picture come out smaller, by a half, a quarter or an eighth, as long as its longest side stays
-  /// at least `longestSide`. (The steps between take the library longer than the next larger of these.)
+  /// Sets the decoding scale to the smallest of 1, 1/2, 1/4 and 1/8 whose longest side is at least
+  /// `longestSide`. (The library is slower at scales in between than at the next larger of these.)
   void reduceTo(std::int64_t longestSide) {
     const std::int64_t side = std::max(info_.image_width, info_.image_height);
     unsigned divisor = 1;
@@ -175,13 +176,13 @@ class Reader {
 
   bool isCmyk() const { return info_.jpeg_color_space == JCS_CMYK || info_.jpeg_color_space == JCS_YCCK; }
 
-  /// Reads into rows of 4 bytes per pixel, RGBA or CMYK, and returns how many rows there are.
+  /// Decodes to rows of 4 bytes per pixel, RGBA or CMYK. Returns the number of rows decoded.
   std::int32_t readRows(const Pixels& pixels) {
     info_.out_color_space = isCmyk() ? JCS_CMYK : JCS_EXT_RGBA;
     rows_ = 0;
     const bool whole = guarded([this, &pixels] {
       if (!jpeg_start_decompress(&info_)) {
-        // The file ends within a marker between two scans. The picture is what the scans before it made.
+        // The file ends inside a marker segment between two scans: keep the result of the earlier scans.
         info_.unread_marker = 0;
         source_.feedEnd();
         jpeg_start_decompress(&info_);
@@ -207,7 +208,7 @@ class Reader {
   }
 
  private:
-  /// Calls the library; false if it gave up.
+  /// Calls the library; returns false after an error.
   template <typename Step>
   bool guarded(const Step& step) {
     if (setjmp(errors_.jump) != 0) return false;
@@ -222,7 +223,7 @@ class Reader {
   std::int32_t rows_ = 0;
 };
 
-/// Takes what the library writes.
+/// Destination manager that appends to a vector.
 struct Target {
   jpeg_destination_mgr base;
   std::array<JOCTET, 16384> piece;
@@ -251,7 +252,7 @@ struct Target {
     base.free_in_buffer = piece.size();
   }
 
-  /// No exception may pass through the library.
+  /// No exception may propagate through the library.
   bool append(std::size_t count) noexcept {
     try {
       bytes.insert(bytes.end(), piece.data(), piece.data() + count);
@@ -262,7 +263,7 @@ struct Target {
   }
 };
 
-/// A compressor into memory.
+/// Compressor to memory.
 class Writer {
  public:
   Writer() {
@@ -275,7 +276,7 @@ class Writer {
   ~Writer() { jpeg_destroy_compress(&info_); }
 
   void start(std::int32_t width, std::int32_t height, const Metadata& metadata, std::int32_t quality) {
-    // About what a photograph takes; more is asked for as it comes.
+    // Typical size of a photograph; the vector grows if needed.
     target_.bytes.reserve(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) / 4);
     guarded([&] {
       info_.image_width = static_cast<JDIMENSION>(width);
@@ -303,7 +304,7 @@ class Writer {
     });
   }
 
-  /// A row of 4 bytes per pixel, the last of no meaning.
+  /// A row of 4 bytes per pixel, the last one ignored.
   void row(const std::uint8_t* data) {
     guarded([&] {
       JSAMPROW row = const_cast<JSAMPROW>(data);
@@ -337,9 +338,9 @@ Metadata metadataOf(const jpeg_decompress_struct& info) {
     markers.push_back({m->marker - JPEG_APP0, {m->data, m->data_length}});
   }
   Metadata metadata = readMarkers(markers);
-  constexpr int kPerInch = 1, kPerCentimetre = 2;
-  if (info.saw_JFIF_marker && (info.density_unit == kPerInch || info.density_unit == kPerCentimetre)) {
-    const double scale = info.density_unit == kPerCentimetre ? 2.54 : 1;
+  constexpr int kPerInch = 1, kPerCentimeter = 2;
+  if (info.saw_JFIF_marker && (info.density_unit == kPerInch || info.density_unit == kPerCentimeter)) {
+    const double scale = info.density_unit == kPerCentimeter ? 2.54 : 1;
     metadata.resolutionX = info.X_density * scale;
     metadata.resolutionY = info.Y_density * scale;
   } else {
@@ -355,13 +356,13 @@ void readPixels(Reader& reader, Decoded& decoded) {
   const std::int32_t rows = reader.readRows(decoded.bitmap.writable());
   const bool cut = rows < decoded.bitmap.height();
   if (cut) keepRows(decoded, rows);
-  // The rows of a reduced picture are not those that a user could count.
+  // Row numbers of a reduced picture would mean nothing to the user.
   if (cut ? info.scale_denom > 1 : reader.damaged()) {
-    decoded.notice = "The file is damaged or was cut short: parts of the picture could not be read.";
+    decoded.notice = "The file is damaged or truncated: parts of the picture could not be read.";
   }
 }
 
-/// Programs that write an Adobe marker store ink as light: 255 for none.
+/// Programs that write an Adobe marker store inverted CMYK: 255 for no ink.
 void invert(Bitmap& bitmap) {
   const Pixels pixels = bitmap.writable();
   for (std::int32_t y = 0; y < pixels.height; ++y) {
@@ -374,7 +375,7 @@ void invert(Bitmap& bitmap) {
 
 bool probe(Bytes data) {
   if (data.size() < 3 || data[0] != 0xFF || data[1] != 0xD8) return false;
-  // Some cameras leave a few zero bytes between the segments, also before the first.
+  // Some cameras write zero bytes between the segments, also before the first.
   constexpr std::size_t kMostZeros = 64;
   const Bytes start = data.subspan(2, std::min(data.size() - 2, kMostZeros + 1));
   const auto first = std::ranges::find_if(start, [](std::uint8_t byte) { return byte != 0; });
@@ -392,10 +393,10 @@ Decoded decodeReduced(Bytes data, std::int32_t longestSide) {
 
   Decoded decoded;
   decoded.metadata = metadataOf(info);
-  std::optional<Bitmap> averages;
-  if (info.scale_denom == DCTSIZE) averages = readDcThumbnail(info);
-  if (averages) {
-    decoded.bitmap = std::move(*averages);
+  std::optional<Bitmap> thumbnail;
+  if (info.scale_denom == DCTSIZE) thumbnail = readDcThumbnail(info);
+  if (thumbnail) {
+    decoded.bitmap = std::move(*thumbnail);
   } else {
     readPixels(reader, decoded);
   }

@@ -8,15 +8,15 @@ struct jpeg_decompress_struct;
 
 namespace kestrel::engine::jpeg {
 
-/// The picture at an eighth of its size, rounded up, from the average of each block of 8 x 8 alone.
+/// Decodes the picture at 1/8 scale, sides rounded up, from the DC coefficients of the 8 x 8 blocks alone.
 ///
-/// `info` has read the header and stands at the first scan; it is left as it is. Wants a sequential Huffman
-/// file with one scan of gray or YCbCr, and gives nothing for any other, nor for one with the least fault:
-/// then the library's own way is to be taken. It differs from that only where color is stored coarser than
-/// light: there it repeats the averages.
+/// `info` must have read the header, up to the first scan; it is not changed. Supports sequential
+/// Huffman-coded files with one interleaved scan in gray or YCbCr. Returns nothing for other files and after
+/// any decode error: the caller then uses the library. The result differs from the library's only with
+/// subsampled chroma, which is upsampled by repetition.
 ///
-/// The library decodes each coefficient of each block before it leaves all but the first away. Skipping them,
-/// several with one look into a table, takes a third of the time.
+/// The library decodes all coefficients of a block before it discards the AC coefficients. Skipping several
+/// of them per table lookup takes a third of the time.
 std::optional<Bitmap> readDcThumbnail(const jpeg_decompress_struct& info);
 
 }  // namespace kestrel::engine::jpeg

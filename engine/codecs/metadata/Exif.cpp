@@ -9,7 +9,7 @@
 
 #include "Xmp.h"
 
-// EXIF 2.3: a TIFF header, then directories of 12-byte entries (tag, type, count, value or its position).
+// EXIF 2.3: a TIFF header, then directories of 12-byte entries (tag, type, count, value or its offset).
 
 namespace kestrel::engine {
 namespace {
@@ -28,7 +28,7 @@ constexpr std::uint16_t kShort = 3;
 constexpr std::uint16_t kLong = 4;
 constexpr std::uint16_t kRational = 5;
 
-/// Reads and changes an EXIF block in place. Positions beyond the block read as nothing.
+/// Reads and modifies an EXIF block in place. Reads beyond the block give 0; writes are ignored.
 template <typename Byte>
 class Block {
  public:
@@ -64,7 +64,7 @@ class Block {
     setU16(at + 2, big_ ? value & 0xFFFF : value >> 16);
   }
 
-  /// The position of a tag's entry within a directory.
+  /// Offset of a tag's entry in a directory.
   std::optional<std::size_t> entry(std::size_t directory, std::uint16_t tag) const {
     const std::uint32_t count = u16(directory);
     for (std::uint32_t i = 0; i < count; ++i) {
@@ -75,7 +75,7 @@ class Block {
     return std::nullopt;
   }
 
-  /// The whole number in an entry of type short or long.
+  /// Value of an entry of type SHORT or LONG.
   std::optional<std::uint32_t> number(std::size_t directory, std::uint16_t tag) const {
     const auto at = entry(directory, tag);
     if (!at) return std::nullopt;
@@ -87,7 +87,7 @@ class Block {
   void setNumber(std::size_t directory, std::uint16_t tag, std::uint32_t value) {
     const auto at = entry(directory, tag);
     if (!at) return;
-    if (u16(*at + 2) == kShort && value > 0xFFFF) setU16(*at + 2, kLong);  // the entry has the room
+    if (u16(*at + 2) == kShort && value > 0xFFFF) setU16(*at + 2, kLong);  // the value field has 4 bytes
     if (u16(*at + 2) == kShort) setU16(*at + 8, value);
     if (u16(*at + 2) == kLong) setU32(*at + 8, value);
   }
@@ -108,7 +108,7 @@ class Block {
     setU32(std::size_t{u32(*at + 8)} + 4, static_cast<std::uint32_t>(whole ? 1 : kParts));
   }
 
-  /// Where the position of the directory after this one stands.
+  /// Offset of the link to the next directory.
   std::size_t nextLink(std::size_t directory) const {
     return directory + 2 + 12 * std::size_t{u16(directory)};
   }
@@ -126,7 +126,7 @@ class Block {
 
 using View = Block<const std::uint8_t>;
 
-/// The second directory is the thumbnail's: it is unlinked, and its picture is cut off or blanked.
+/// Unlinks the second directory, which describes the thumbnail, and removes or blanks the thumbnail's data.
 void dropThumbnail(std::vector<std::uint8_t>& exif) {
   Block<std::uint8_t> block(exif);
   const std::size_t link = block.nextLink(block.firstDirectory());
@@ -143,7 +143,7 @@ void dropThumbnail(std::vector<std::uint8_t>& exif) {
   }
 }
 
-/// Sets the digit after `lead`, wherever that stands in an XMP packet, to 1.
+/// Sets the digit after each `lead` in an XMP packet to 1.
 void resetDigitAfter(std::vector<std::uint8_t>& xmp, std::string_view lead) {
   auto at = xmp.begin();
   while ((at = std::search(at, xmp.end(), lead.begin(), lead.end())) != xmp.end()) {
@@ -152,7 +152,7 @@ void resetDigitAfter(std::vector<std::uint8_t>& xmp, std::string_view lead) {
   }
 }
 
-/// Writes the picture's size into the places where the block tells it, if it does.
+/// Updates the picture size in the block, if it is there.
 void setSize(std::span<std::uint8_t> exif, std::int32_t width, std::int32_t height) {
   Block<std::uint8_t> block(exif);
   if (!block.valid()) return;
@@ -201,8 +201,8 @@ void readExifResolution(Bytes exif, Metadata& metadata) {
   const View block(exif);
   if (!block.valid()) return;
   const std::size_t directory = block.firstDirectory();
-  constexpr std::uint32_t kPerCentimetre = 3;
-  const double scale = block.number(directory, kResolutionUnit).value_or(2) == kPerCentimetre ? 2.54 : 1;
+  constexpr std::uint32_t kPerCentimeter = 3;
+  const double scale = block.number(directory, kResolutionUnit).value_or(2) == kPerCentimeter ? 2.54 : 1;
   const double x = block.rational(directory, kResolutionX);
   const double y = block.rational(directory, kResolutionY);
   if (x <= 0 || y <= 0) return;

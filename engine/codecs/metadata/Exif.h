@@ -7,19 +7,19 @@
 
 namespace kestrel::engine {
 
-/// The orientation that an EXIF block (see `Metadata::exif`) tells, 1 if it tells none.
+/// Orientation in an EXIF block (see `Metadata::exif`), 1 if absent or invalid.
 std::int32_t exifOrientation(Bytes exif);
 
-/// Makes camera data true of an upright picture that may be edited: the orientation in EXIF and XMP becomes 1
-/// and the embedded thumbnails go. A block that is no EXIF is emptied. The rest stays where it is, since the
-/// makers' own notes hold positions within the block.
+/// Adapts EXIF and XMP to an upright picture that may be edited: sets the orientation to 1 and removes
+/// embedded thumbnails. Clears an invalid EXIF block. The rest stays in place, since maker notes contain
+/// offsets into the block.
 void normalizeCameraData(Metadata& metadata);
 
-/// Makes camera data and XMP tell the size of the picture that is saved, and camera data the resolution in
-/// `metadata`, in the places where they tell one.
+/// Updates the picture size in EXIF and XMP, and the resolution in EXIF from `metadata`. Only existing tags
+/// are updated.
 void describePicture(Metadata& metadata, std::int32_t width, std::int32_t height);
 
-/// The resolution that the block tells, in pixels per inch; sets nothing if it tells none.
+/// Reads the resolution in the block, in pixels per inch, into `metadata`; no change if absent.
 void readExifResolution(Bytes exif, Metadata& metadata);
 
 }  // namespace kestrel::engine

@@ -17,7 +17,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-// The names that tell what an application marker holds, each with its closing zero.
+// Identifiers of application segments, each with its terminating zero.
 constexpr std::string_view kExifName = "Exif\0\0"sv;
 constexpr std::string_view kXmpName = "http://ns.adobe.com/xap/1.0/\0"sv;
 constexpr std::string_view kExtendedXmpName = "http://ns.adobe.com/xmp/extension/\0"sv;
@@ -25,10 +25,10 @@ constexpr std::string_view kIccName = "ICC_PROFILE\0"sv;
 constexpr std::string_view kPhotoshopName = "Photoshop 3.0\0"sv;
 
 constexpr std::size_t kMarkerLimit = 65533;
-/// The most of a packet that readers expect in the one marker, and in each of those of its extension.
+/// Largest part of a packet in the standard segment, and in each segment of extended XMP.
 constexpr std::size_t kStandardXmpLimit = 65502;
 constexpr std::size_t kExtendedXmpPiece = 65400;
-/// The name of an extended packet, its whole length and the place of the piece stand before each piece.
+/// Each piece of extended XMP begins with the packet's digest, its total length and the piece's offset.
 constexpr std::size_t kDigestLength = 32;
 
 bool startsWith(Bytes data, std::string_view name) {
@@ -42,7 +42,7 @@ Marker namedMarker(int number, std::string_view name, Bytes content) {
   return {number, writer.finish()};
 }
 
-/// A profile comes in numbered pieces. Pieces that do not fit together are no profile.
+/// Joins the numbered pieces of a profile; empty if the set is incomplete.
 std::vector<std::uint8_t> joinProfile(const std::map<int, Bytes>& pieces, int count) {
   std::vector<std::uint8_t> profile;
   if (static_cast<int>(pieces.size()) != count) return profile;
@@ -50,7 +50,7 @@ std::vector<std::uint8_t> joinProfile(const std::map<int, Bytes>& pieces, int co
   return profile;
 }
 
-/// The pieces of extended XMP packets, by the packet's name and the piece's place.
+/// Pieces of extended XMP packets, by digest and offset.
 class ExtendedXmp {
  public:
   void add(Bytes content) {
@@ -60,17 +60,17 @@ class ExtendedXmp {
     reader.skip(kDigestLength);
     Packet& packet = packets_[name];
     packet.length = reader.u32();
-    const std::size_t place = reader.u32();
-    packet.pieces[place] = reader.take(reader.remaining());
+    const std::size_t offset = reader.u32();
+    packet.pieces[offset] = reader.take(reader.remaining());
   }
 
-  /// The packet of this name; empty if it is not whole.
+  /// The packet with this digest; empty if incomplete.
   std::vector<std::uint8_t> find(const std::string& name) const {
     const auto found = packets_.find(name);
     if (found == packets_.end()) return {};
     std::vector<std::uint8_t> packet;
-    for (const auto& [place, piece] : found->second.pieces) {
-      if (place != packet.size()) return {};
+    for (const auto& [offset, piece] : found->second.pieces) {
+      if (offset != packet.size()) return {};
       packet.insert(packet.end(), piece.begin(), piece.end());
     }
     if (packet.size() != found->second.length) packet.clear();
@@ -85,7 +85,7 @@ class ExtendedXmp {
   std::map<std::string, Packet> packets_;
 };
 
-/// Cuts a content that may stretch over several markers of the same name.
+/// Splits content over several segments with the same identifier.
 void writePieces(std::vector<Marker>& markers, int number, std::string_view name, Bytes content) {
   const std::size_t room = kMarkerLimit - name.size();
   for (; !content.empty(); content = content.subspan(std::min(room, content.size()))) {
@@ -99,13 +99,13 @@ void writeXmp(std::vector<Marker>& markers, const std::vector<std::uint8_t>& pac
   if (!parts) return;
   markers.push_back(namedMarker(1, kXmpName, parts->standard));
   const Bytes extended = parts->extended;
-  for (std::size_t place = 0; place < extended.size(); place += kExtendedXmpPiece) {
+  for (std::size_t offset = 0; offset < extended.size(); offset += kExtendedXmpPiece) {
     ByteWriter writer(ByteOrder::big);
     writer.text(kExtendedXmpName);
     writer.text(parts->name);
     writer.u32(extended.size());
-    writer.u32(place);
-    writer.bytes(extended.subspan(place, std::min(kExtendedXmpPiece, extended.size() - place)));
+    writer.u32(offset);
+    writer.bytes(extended.subspan(offset, std::min(kExtendedXmpPiece, extended.size() - offset)));
     markers.push_back({1, writer.finish()});
   }
 }

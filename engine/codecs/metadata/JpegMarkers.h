@@ -8,7 +8,7 @@
 
 namespace kestrel::engine::jpeg {
 
-/// The content of one marker (APP0 + number) of a JPEG file.
+/// Content of a marker segment (APP0 + number) of a JPEG file.
 struct MarkerView {
   int number;
   Bytes data;
@@ -19,14 +19,14 @@ struct Marker {
   std::vector<std::uint8_t> data;
 };
 
-/// The number of the marker that holds a plain comment.
+/// Number of the comment marker (COM).
 constexpr int kCommentMarker = 0xFE - 0xE0;
 
-/// Camera data, XMP, IPTC, color profile and comment, put together from their markers.
+/// Assembles EXIF, XMP, IPTC, color profile and comment from their segments.
 Metadata readMarkers(std::span<const MarkerView> markers);
 
-/// The markers that tell `metadata`. Each holds at most 64 KB: long comments, IPTC records and profiles are
-/// continued in the next, XMP in its extension. Camera data has but one marker, so what is too long for that
+/// Marker segments for `metadata`. A segment holds at most 64 KB: long comments, IPTC records and profiles
+/// continue in further segments, XMP in extended XMP. EXIF has only one segment: a block too long for it
 /// loses its largest values.
 std::vector<Marker> writeMarkers(const Metadata& metadata);
 

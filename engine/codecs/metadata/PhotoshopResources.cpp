@@ -26,7 +26,7 @@ Bytes findResource(Bytes resources, std::uint16_t number) {
     if (size > reader.remaining()) break;
     const Bytes content = reader.take(size);
     if (found == number) return content;
-    // Some programs leave out the padding.
+    // Some programs omit the padding.
     if (size % 2 == 1 && reader.remaining() > 0 && resources[reader.position()] != '8') reader.skip(1);
   }
   return {};

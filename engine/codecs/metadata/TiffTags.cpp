@@ -31,7 +31,7 @@ constexpr std::array<std::uint16_t, 19> kDescriptive{
     0x4746,  // rating
     0x4749,  // rating in percent
     0x8298,  // copyright
-    0x9C9B,  // title, in the words of a desktop's file properties, as the next four
+    0x9C9B,  // title as in a desktop's file properties, like the next four
     0x9C9C,  // comment
     0x9C9D,  // author
     0x9C9E,  // keywords
@@ -42,7 +42,7 @@ constexpr std::array<std::uint16_t, 19> kDescriptive{
 
 constexpr std::size_t kMostEntries = 1000;
 
-/// A tag's type, how many values, and the values as they stand in a little-endian file.
+/// A directory entry with its values in little-endian order.
 struct Entry {
   std::uint16_t type = 0;
   std::uint32_t count = 0;
@@ -51,10 +51,10 @@ struct Entry {
 
 struct Directory {
   std::map<std::uint16_t, Entry> entries;
-  std::map<std::uint16_t, Directory> children;  ///< by the tag that holds their position
+  std::map<std::uint16_t, Directory> children;  ///< by the tag that holds their offset
 };
 
-/// Bytes per value by type, and the bytes that change places where the byte order differs.
+/// Bytes per value by type. `swapUnitOfType` is the unit of byte swapping, which differs for rationals.
 std::size_t sizeOfType(std::uint16_t type) {
   constexpr std::array<std::size_t, 14> kSizes{0, 1, 1, 2, 4, 8, 1, 1, 2, 4, 8, 4, 8, 4};
   return type < kSizes.size() ? kSizes[type] : 0;
@@ -79,7 +79,7 @@ std::uint32_t firstNumber(const Entry& entry) {
   return value;
 }
 
-/// Reads directories and those within them. Entries that do not hold together are left out.
+/// Reads directories recursively. Invalid entries are skipped.
 class DirectoryReader {
  public:
   DirectoryReader(Bytes data, ByteOrder order) : data_(data), order_(order), budget_(data.size()) {}
@@ -131,8 +131,8 @@ class DirectoryReader {
 
   Bytes data_;
   ByteOrder order_;
-  /// Values do not overlap, so all of them together are no larger than the file; else a small file could make
-  /// much work.
+  /// Bounds the total size of all values by the file size: overlapping values could otherwise make a small
+  /// file expensive.
   std::size_t budget_;
 };
 
@@ -149,7 +149,7 @@ std::optional<Directory> readRoot(Bytes data) {
   return DirectoryReader(data, order).read(first, kDepth);
 }
 
-/// The directories of a file one after the other, as far as it tells whether each is a picture of its own.
+/// Iterates over the chain of directories and distinguishes pictures from reduced copies and masks.
 class DirectoryChain {
  public:
   explicit DirectoryChain(Bytes file) : file_(file) {
@@ -161,7 +161,7 @@ class DirectoryChain {
     next_ = wide_ ? number(8, 8) : number(4, 4);
   }
 
-  /// Nothing at the end, which a place that was met before or lies beyond the file is too.
+  /// Whether the next directory is a picture; nothing at the end of the chain, at a loop or beyond the file.
   std::optional<bool> next() {
     const std::size_t countSize = wide_ ? 8 : 2, entrySize = wide_ ? 20 : 12, linkSize = wide_ ? 8 : 4;
     if (next_ == 0 || next_ > file_.size() || file_.size() - next_ < countSize) return std::nullopt;
@@ -195,7 +195,7 @@ class DirectoryChain {
   bool big_ = false, wide_ = false;
   std::uint64_t next_ = 0;
   std::set<std::uint64_t> met_;
-  /// Directories do not overlap, so all of them together are no larger than the file.
+  /// Bounds the total number of entries by the file size.
   std::uint64_t entriesLeft_ = 0;
 };
 
@@ -205,7 +205,7 @@ std::vector<std::uint8_t> numberBytes(std::size_t value) {
   return writer.finish();
 }
 
-/// Appends a directory, its children before it, and returns its position.
+/// Appends a directory after its children, and returns its offset.
 std::size_t append(std::vector<std::uint8_t>& file, const Directory& directory) {
   constexpr std::uint16_t kLong = 4;
   std::map<std::uint16_t, Entry> entries = directory.entries;
@@ -241,14 +241,14 @@ void setFirst(std::vector<std::uint8_t>& file, std::size_t position) {
   std::ranges::copy(bytes, file.begin() + 4);
 }
 
-/// An EXIF block of these directories.
+/// Builds an EXIF block from these directories.
 std::vector<std::uint8_t> blockOf(const Directory& root) {
   std::vector<std::uint8_t> exif{'I', 'I', 42, 0, 0, 0, 0, 0};
   setFirst(exif, append(exif, root));
   return exif;
 }
 
-/// Takes the entry with the most bytes out of the directories; false if there is none that is worth it.
+/// Removes the entry with the most bytes; returns false if all values fit into their entries.
 bool dropLargest(Directory& root) {
   Directory* place = nullptr;
   std::uint16_t tag = 0;
@@ -287,7 +287,7 @@ std::vector<std::uint8_t> iptcOfTiff(Bytes file) {
   std::optional<Directory> root = readRoot(file);
   if (!root || !root->entries.contains(kIptc)) return {};
   Entry& entry = root->entries[kIptc];
-  // Some programs call the bytes 32-bit numbers. They are bytes all the same, in the order of the file.
+  // Some programs declare the type LONG. The content is bytes all the same, in the order of the file.
   if (file[0] == 'M') toLittleEndian(entry.values, swapUnitOfType(entry.type));
   return std::move(entry.values);
 }

@@ -9,11 +9,11 @@ namespace {
 
 constexpr std::string_view kSpace = " \t\r\n";
 
-/// What stands between marks and holds no tags.
-constexpr std::array<std::pair<std::string_view, std::string_view>, 4> kPassedOver{
+/// Delimiters of sections without tags.
+constexpr std::array<std::pair<std::string_view, std::string_view>, 4> kTaglessSections{
     {{"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}, {"<!", ">"}}};
 
-/// The end of a tag: a > outside of quotes.
+/// The end of a tag: a `>` outside quotes.
 std::size_t endOfTag(std::string_view text, std::size_t position) {
   char quote = 0;
   for (; position < text.size(); ++position) {
@@ -39,8 +39,8 @@ std::string_view nameAt(std::string_view text, std::size_t position) {
 std::optional<Tag> nextTag(std::string_view text, std::size_t position) {
   while ((position = text.find('<', position)) != std::string_view::npos) {
     const auto passed = std::ranges::find_if(
-        kPassedOver, [&](const auto& marks) { return text.substr(position).starts_with(marks.first); });
-    if (passed != kPassedOver.end()) {
+        kTaglessSections, [&](const auto& marks) { return text.substr(position).starts_with(marks.first); });
+    if (passed != kTaglessSections.end()) {
       const std::size_t end = text.find(passed->second, position + passed->first.size());
       if (end == std::string_view::npos) return std::nullopt;
       position = end + passed->second.size();

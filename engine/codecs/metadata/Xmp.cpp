@@ -15,10 +15,10 @@ using xml::Attribute;
 using xml::Tag;
 using xml::TagKind;
 
-constexpr std::string_view kNote = "xmpNote:HasExtendedXMP";
+constexpr std::string_view kExtendedReference = "xmpNote:HasExtendedXMP";
 constexpr std::size_t kNameDigits = 32;
 
-/// A stretch of a text.
+/// A range of a text.
 struct Range {
   std::size_t begin = 0, end = 0;
 
@@ -26,7 +26,7 @@ struct Range {
   std::string_view of(std::string_view text) const { return text.substr(begin, size()); }
 };
 
-/// A property at the top of a packet: an attribute of a description or an element in it.
+/// A top-level property: an attribute of an rdf:Description or a child element of it.
 struct Property {
   std::string_view name;
   Range whole;
@@ -35,13 +35,13 @@ struct Property {
   bool isElement = false;
 };
 
-/// What tells nothing of the picture but belongs to the description's tag.
-bool isFrame(const Attribute& attribute) {
+/// Attributes that are not properties: namespaces, rdf and xml attributes.
+bool isNotProperty(const Attribute& attribute) {
   return attribute.name.starts_with("xmlns") || attribute.name.starts_with("rdf:") ||
          attribute.name.starts_with("xml:") || attribute.name == "about";
 }
 
-/// Where things stand in a packet.
+/// Positions of the elements of a packet.
 struct Layout {
   Tag root;
   Tag rdf, rdfClose;
@@ -50,11 +50,11 @@ struct Layout {
   std::vector<Property> properties;
 };
 
-/// Takes up the properties of a description; false if it is not well-formed.
+/// Adds the properties of a description; returns false if it is not well-formed.
 bool addProperties(std::string_view text, const Tag& description, const Tag& close, Layout& layout) {
   const std::size_t index = layout.descriptions.size() - 1;
   for (const Attribute& attribute : xml::attributesOf(text, description)) {
-    if (isFrame(attribute)) continue;
+    if (isNotProperty(attribute)) continue;
     layout.properties.push_back({attribute.name,
                                  {attribute.begin, attribute.end},
                                  {attribute.valueBegin, attribute.valueEnd},
@@ -104,7 +104,7 @@ std::string_view textOf(Bytes bytes) { return {reinterpret_cast<const char*>(byt
 
 Packet bytesOf(std::string_view text) { return {text.begin(), text.end()}; }
 
-/// The text without some of its stretches, which come in order.
+/// The text without these ranges, which must be in ascending order.
 std::string without(std::string_view text, const std::vector<Range>& ranges) {
   std::string rest;
   std::size_t at = 0;
@@ -115,7 +115,7 @@ std::string without(std::string_view text, const std::vector<Range>& ranges) {
   return rest += text.substr(at);
 }
 
-/// Replaces the value of the property, in all places, if it is a whole number.
+/// Replaces all integer values of the property.
 void setNumber(Packet& packet, std::string_view name, std::int32_t number) {
   const std::string_view text = textOf(packet);
   const auto layout = layoutOf(text);
@@ -150,17 +150,17 @@ std::string md5Of(std::string_view text) {
   return name;
 }
 
-/// The attributes of a description's tag that are no properties, each with a space before it.
-std::string frameOf(std::string_view text, const Tag& description) {
-  std::string frame;
+/// Attributes of a description that are not properties, each preceded by a space.
+std::string otherAttributesOf(std::string_view text, const Tag& description) {
+  std::string attributes;
   for (const Attribute& attribute : xml::attributesOf(text, description)) {
-    if (isFrame(attribute))
-      frame += " " + std::string(text.substr(attribute.begin, attribute.end - attribute.begin));
+    if (isNotProperty(attribute))
+      attributes += " " + std::string(text.substr(attribute.begin, attribute.end - attribute.begin));
   }
-  return frame;
+  return attributes;
 }
 
-/// A packet of these properties alone.
+/// A packet with only these properties.
 std::string packetOf(std::string_view text, const Layout& layout, const std::vector<Property>& properties) {
   std::string packet(text.substr(layout.root.begin, layout.rdf.end - layout.root.begin));
   for (std::size_t i = 0; i < layout.descriptions.size(); ++i) {
@@ -170,14 +170,14 @@ std::string packetOf(std::string_view text, const Layout& layout, const std::vec
       (property.isElement ? elements : attributes += " ") += property.whole.of(text);
     }
     if (attributes.empty() && elements.empty()) continue;
-    packet += "<rdf:Description" + frameOf(text, layout.descriptions[i]) + attributes + ">" + elements +
-              "</rdf:Description>";
+    packet += "<rdf:Description" + otherAttributesOf(text, layout.descriptions[i]) + attributes + ">" +
+              elements + "</rdf:Description>";
   }
   return packet += text.substr(layout.rdfClose.begin, layout.rootClose.end - layout.rdfClose.begin);
 }
 
-/// What tells readers of the extended part: a description of its own, about what the first one is about.
-std::string noteOf(std::string_view text, const Layout& layout, std::string_view name) {
+/// A description with the reference to the extended part, with the same subject as the first description.
+std::string referenceOf(std::string_view text, const Layout& layout, std::string_view name) {
   std::string about = "rdf:about=\"\"";
   if (!layout.descriptions.empty()) {
     for (const Attribute& attribute : xml::attributesOf(text, layout.descriptions[0])) {
@@ -186,10 +186,10 @@ std::string noteOf(std::string_view text, const Layout& layout, std::string_view
     }
   }
   return "<rdf:Description " + about + " xmlns:xmpNote=\"http://ns.adobe.com/xmp/note/\" " +
-         std::string(kNote) + "=\"" + std::string(name) + "\"/>";
+         std::string(kExtendedReference) + "=\"" + std::string(name) + "\"/>";
 }
 
-/// The space that packets have before their end so that they can be changed where they stand.
+/// The padding before the end of a packet, meant for editing in place.
 Range paddingOf(std::string_view text) {
   const std::size_t end = text.rfind("<?xpacket");
   if (end == std::string_view::npos || end == 0) return {};
@@ -197,14 +197,14 @@ Range paddingOf(std::string_view text) {
   return last == std::string_view::npos ? Range{} : Range{last + 1, end};
 }
 
-void sortByPlace(std::vector<Property>& properties) {
+void sortByPosition(std::vector<Property>& properties) {
   std::ranges::sort(properties, {}, [](const Property& property) { return property.whole.begin; });
 }
 
-/// Declarations of names, each with a space before it, that hold for the descriptions of `text` by the tags
-/// around them and are not told alike in `target`.
-std::vector<std::pair<std::string, std::string>> outerNames(std::string_view text, const Layout& layout,
-                                                            std::string_view target) {
+/// Namespace declarations from the tags around the descriptions of `text` that are not in `target`. Each is a
+/// prefix and the declaration, preceded by a space.
+std::vector<std::pair<std::string, std::string>> outerNamespaces(std::string_view text, const Layout& layout,
+                                                                 std::string_view target) {
   std::vector<std::pair<std::string, std::string>> names;
   std::vector<Tag> around{layout.rdf};
   if (layout.root.begin != layout.rdf.begin) around.push_back(layout.root);
@@ -219,9 +219,10 @@ std::vector<std::pair<std::string, std::string>> outerNames(std::string_view tex
   return names;
 }
 
-/// The descriptions of one packet as they can stand in another, whose outer tags are `target`.
+/// The descriptions of a packet with the namespace declarations they need inside the outer tags `target` of
+/// another.
 std::string descriptionsFor(std::string_view text, const Layout& layout, std::string_view target) {
-  const auto names = outerNames(text, layout, target);
+  const auto names = outerNamespaces(text, layout, target);
   std::string result;
   for (const Tag& description : layout.descriptions) {
     const auto close = xml::closingTag(text, description);
@@ -247,8 +248,8 @@ std::vector<Property> propertiesOf(const Layout& layout, const Wanted& wanted) {
   return found;
 }
 
-/// What to cut so that some properties, which come in order, are gone: a description that loses all goes
-/// whole.
+/// Ranges to remove for the properties `gone`, which must be in ascending order. A description that loses all
+/// properties is removed as a whole.
 std::vector<Range> rangesOf(std::string_view text, const Layout& layout, const std::vector<Property>& gone) {
   std::vector<std::ptrdiff_t> left(layout.descriptions.size());
   for (const Property& property : layout.properties) ++left[property.description];
@@ -295,7 +296,7 @@ std::optional<Parts> split(const Packet& packet, std::size_t limit) {
   std::vector<Property> properties = layout->properties;
   std::ranges::stable_sort(properties, std::ranges::greater{},
                            [](const Property& property) { return property.whole.size(); });
-  std::size_t size = text.size() + noteOf(text, *layout, std::string(kNameDigits, '0')).size();
+  std::size_t size = text.size() + referenceOf(text, *layout, std::string(kNameDigits, '0')).size();
   std::vector<Property> moved;
   for (const Property& property : properties) {
     if (size <= limit) break;
@@ -303,26 +304,26 @@ std::optional<Parts> split(const Packet& packet, std::size_t limit) {
     size -= property.whole.size();
   }
   if (size > limit) return std::nullopt;
-  sortByPlace(moved);
+  sortByPosition(moved);
 
   Parts parts;
   const std::string extended = packetOf(text, *layout, moved);
   parts.extended = bytesOf(extended);
   parts.name = md5Of(extended);
-  // From the end: the properties stand before the place of the note.
+  // Edit from the end: the properties precede the note.
   std::string standard = text;
-  standard.insert(layout->rdfClose.begin, noteOf(text, *layout, parts.name));
+  standard.insert(layout->rdfClose.begin, referenceOf(text, *layout, parts.name));
   parts.standard = bytesOf(without(standard, rangesOf(text, *layout, moved)));
   return parts;
 }
 
 std::string extendedName(Bytes standard) {
   const std::string_view text = textOf(standard);
-  if (text.find(kNote) == std::string_view::npos) return {};
+  if (text.find(kExtendedReference) == std::string_view::npos) return {};
   const auto layout = layoutOf(text);
   if (!layout) return {};
   for (const Property& property : layout->properties) {
-    if (property.name == kNote) return std::string(property.value.of(text));
+    if (property.name == kExtendedReference) return std::string(property.value.of(text));
   }
   return {};
 }
@@ -336,7 +337,7 @@ Packet join(Bytes standard, Bytes extended) {
     const std::string_view target = first.substr(layout->root.begin, layout->rdf.end - layout->root.begin);
     text.insert(layout->rdfClose.begin, descriptionsFor(second, *more, target));
   }
-  const auto notes = propertiesOf(*layout, [](std::string_view name) { return name == kNote; });
+  const auto notes = propertiesOf(*layout, [](std::string_view name) { return name == kExtendedReference; });
   return bytesOf(without(text, rangesOf(first, *layout, notes)));
 }
 

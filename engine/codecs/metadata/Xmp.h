@@ -9,34 +9,34 @@
 
 #include "engine/codecs/common/Decoded.h"
 
-// XMP packets (ISO 16684-1) as far as files want them looked into: which properties there are at the top, and
-// where. What is no packet is left as it is.
+// Edits XMP packets (ISO 16684-1) at the level of top-level properties. Invalid packets are left unchanged.
 
 namespace kestrel::engine::xmp {
 
 using Packet = std::vector<std::uint8_t>;
 
-/// Takes the previews of the picture as it was out of the packet.
+/// Removes embedded thumbnails from the packet.
 void dropThumbnails(Packet& packet);
 
-/// Writes the picture's size into the places where the packet tells it, if it does.
+/// Updates the picture size in the packet, if it is there.
 void setSize(Packet& packet, std::int32_t width, std::int32_t height);
 
-/// A packet in two parts, as JPEG files hold one that is longer than a marker: "standard" and "extended" XMP.
+/// A packet split into "standard" and "extended" XMP, as JPEG files store one that is longer than a marker
+/// segment.
 struct Parts {
   Packet standard;
-  Packet extended;   ///< empty if all fits into the first
-  std::string name;  ///< of the extended part: 32 hexadecimal digits, the MD5 sum of its bytes
+  Packet extended;   ///< empty if everything fits into `standard`
+  std::string name;  ///< digest of the extended part: 32 hexadecimal digits, its MD5 sum
 };
 
-/// Parts a packet such that the standard part has at most `limit` bytes, with as few properties as possible,
-/// the longest, in the extended one. Nothing if that cannot be done.
+/// Splits a packet so that the standard part has at most `limit` bytes. Moves the longest properties, as few
+/// as possible, to the extended part. Nothing if that is impossible.
 std::optional<Parts> split(const Packet& packet, std::size_t limit);
 
-/// The name of the extended part that a standard one wants; empty if it wants none.
+/// Digest of the extended part that a standard part refers to; empty if it has none.
 std::string extendedName(Bytes standard);
 
-/// Puts a packet together from its parts. An extended part that is no packet is left out.
+/// Joins the two parts to one packet. An invalid extended part is ignored.
 Packet join(Bytes standard, Bytes extended);
 
 }  // namespace kestrel::engine::xmp

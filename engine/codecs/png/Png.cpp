@@ -377,7 +377,7 @@ Decoded decodeDamagedOrUnusual(Bytes data) {
   if (rows < height) {
     keepRows(decoded, rows);
   } else if (reader.damaged()) {
-    decoded.notice = "The file is damaged or was cut short: parts of the picture could not be read.";
+    decoded.notice = "The file is damaged or truncated: parts of the picture could not be read.";
   }
   reader.readEnd();
   finish(reader, decoded);

@@ -74,13 +74,13 @@ TEST_P(EditorNotice, ATruncatedFileThatHoldsARowShowsWhatItHoldsAndSaysSoInTheSt
     EXPECT_TRUE(editor().OpenImage(file)) << name;
     EXPECT_EQ(editor().Image()->Height(), 200) << name;
     EXPECT_EQ(editor().Image()->GetPixel(100, 2).Alpha(), 255) << name << " shows its first rows";
-    EXPECT_THAT(view().Notice(), StartsWith("The file is damaged or was cut short: ")) << name;
+    EXPECT_THAT(view().Notice(), StartsWith("The file is damaged or truncated: ")) << name;
     EXPECT_EQ(view().noticeButton(), "") << name;
     EXPECT_THAT(user().boxes(), IsEmpty()) << name;
     EXPECT_EQ(panel("pnlStatus"), "") << name;
   }
   EXPECT_TRUE(editor().OpenImage(makeDamaged()));
-  EXPECT_EQ(view().Notice(), "The file is damaged or was cut short: only 12 of 20 rows could be read.");
+  EXPECT_EQ(view().Notice(), "The file is damaged or truncated: only 12 of 20 rows could be read.");
   EXPECT_EQ(editor().Image()->GetPixel(3, 11).Red(), 11);
   EXPECT_EQ(editor().Image()->GetPixel(3, 12).Alpha(), 0) << "the rest is transparent";
   EXPECT_THAT(user().boxes(), IsEmpty());
@@ -218,7 +218,7 @@ TEST_P(EditorNotice, DamageAndPagesAreToldTogether) {
   file[8 + 2 + 6 * 12 + 8] = 30;
   write(path("both.tif"), file);
   ASSERT_TRUE(editor().OpenImage(path("both.tif")));
-  EXPECT_THAT(view().Notice(), StartsWith("The file is damaged or was cut short: "));
+  EXPECT_THAT(view().Notice(), StartsWith("The file is damaged or truncated: "));
   EXPECT_THAT(view().Notice(), HasSubstr(". The file has 2 pages, of which you see the first. "));
 }
 

@@ -146,7 +146,7 @@ TEST_F(PngPieces, ThatMakeMoreThanThePictureGiveThePicture) {
 TEST_F(PngPieces, ThatMakeLessThanThePictureGiveTheRowsThatThereAre) {
   const auto bytes = static_cast<std::ptrdiff_t>(4 * (layout_.rowBytes(kSide) + 1));
   const Decoded decoded = decode(fileOf({packed(File(rows_.begin(), rows_.begin() + bytes))}));
-  EXPECT_EQ(decoded.notice, "The file is damaged or was cut short: only 4 of 9 rows could be read.");
+  EXPECT_EQ(decoded.notice, "The file is damaged or truncated: only 4 of 9 rows could be read.");
   const File got = rgbaOf(decoded.bitmap);
   EXPECT_TRUE(std::equal(got.begin(), got.begin() + 4 * 4 * kSide, wanted_.begin()));
   EXPECT_EQ(decoded.bitmap.at(0, 4), (Pixel{0, 0, 0, 0}));
@@ -156,7 +156,7 @@ TEST_F(PngPieces, WithAFilterThatDoesNotExistGiveTheRowsBeforeIt) {
   File rows = rows_;
   rows[3 * (layout_.rowBytes(kSide) + 1)] = 5;
   const Decoded decoded = decode(fileOf({packed(rows)}));
-  EXPECT_EQ(decoded.notice, "The file is damaged or was cut short: only 3 of 9 rows could be read.");
+  EXPECT_EQ(decoded.notice, "The file is damaged or truncated: only 3 of 9 rows could be read.");
 }
 
 TEST_F(PngPieces, WithAWrongChecksumOfTheirStreamGiveWhatCameBeforeItAndSaySo) {

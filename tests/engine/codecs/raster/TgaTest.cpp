@@ -84,7 +84,7 @@ TEST(Tga, LongRunsAndLiteralsComeBack) {
 TEST(Tga, ATruncatedFileShowsTheRowsThatItHolds) {
   const auto bytes = tgaFile({2, 24}, {0, 0, 255, 0, 255, 0, 255});
   const Decoded decoded = decode(bytes);
-  EXPECT_EQ(decoded.notice, "The file is damaged or was cut short: only 1 of 2 rows could be read.");
+  EXPECT_EQ(decoded.notice, "The file is damaged or truncated: only 1 of 2 rows could be read.");
   EXPECT_EQ(decoded.bitmap.at(0, 0), kRed);
   EXPECT_EQ(decoded.bitmap.at(1, 1), (Pixel{0, 0, 0, 0}));
   EXPECT_EQ(test::errorOf([] { decode(tgaFile({2, 24}, {0, 0, 255})); }), 481);

@@ -410,7 +410,7 @@ std::vector<std::uint8_t> directoryFirst(std::uint32_t width, std::uint32_t heig
 TEST(Tiff, ATruncatedFileShowsTheRowsThatItHolds) {
   const auto whole = directoryFirst(20, 100, 2000);
   const Decoded decoded = decode(Bytes(whole).first(whole.size() - 1234));
-  EXPECT_EQ(decoded.notice, "The file is damaged or was cut short: only 38 of 100 rows could be read.");
+  EXPECT_EQ(decoded.notice, "The file is damaged or truncated: only 38 of 100 rows could be read.");
   EXPECT_EQ(decoded.bitmap.at(19, 37), (Pixel{37, 37, 37, 255}));
   EXPECT_EQ(decoded.bitmap.at(0, 38), (Pixel{0, 0, 0, 0}));
   EXPECT_EQ(errorOf([&] { decode(Bytes(whole).first(whole.size() - 1990)); }), 481);
