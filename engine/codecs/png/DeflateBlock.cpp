@@ -13,20 +13,20 @@ namespace {
 constexpr std::size_t kSymbols = 286, kDistances = 30, kEndOfBlock = 256;
 constexpr std::size_t kFixedSymbols = 288, kFixedDistances = 32;
 constexpr std::size_t kLengthCodes = 19;
-/// One bit less than the format allows: four literals always fit between two stores of whole bytes.
+/// One bit less than the format allows: four literal codes then always fit into the bit buffer.
 constexpr int kLongestCode = 14;
 constexpr int kLongestLengthCode = 7;
 constexpr unsigned kTypeBits = 3;
 constexpr std::size_t kMostStored = 65535;
-/// What a stored block has besides its bytes, at most.
-constexpr std::size_t kStoredFrame = 5;
+/// Largest overhead of a stored block.
+constexpr std::size_t kStoredOverhead = 5;
 enum BlockType : std::uint32_t { kStored = 0, kFixed = 1, kDynamic = 2 };
 
-/// A length or a distance: the symbol of its range, and its place in the range in so many more bits.
+/// A length or distance: its symbol, and the number and value of its extra bits.
 struct Range {
   std::size_t symbol;
   unsigned bits;
-  std::uint32_t place;
+  std::uint32_t extra;
 };
 
 Range lengthRange(std::uint32_t length) {
@@ -50,10 +50,10 @@ void storeLittleEndian(std::uint8_t* target, std::uint64_t value) {
 struct Counts {
   std::array<std::uint32_t, kSymbols> symbols{};
   std::array<std::uint32_t, kDistances> distances{};
-  std::size_t rangeBits = 0;
+  std::size_t extraBits = 0;
 };
 
-/// Four tables, since a byte that follows its like would wait for its count.
+/// Four histograms: repeated bytes would otherwise stall on the same counter.
 void countLiterals(Bytes data, std::span<const DeflateMatch> matches, Counts& counts) {
   std::array<std::array<std::uint32_t, 256>, 4> tables{};
   const std::uint8_t* at = data.data();
@@ -76,21 +76,21 @@ Counts countSymbols(Bytes data, std::span<const DeflateMatch> matches) {
     const Range length = lengthRange(match.length), distance = distanceRange(match.distance);
     ++counts.symbols[length.symbol];
     ++counts.distances[distance.symbol];
-    counts.rangeBits += length.bits + distance.bits;
+    counts.extraBits += length.bits + distance.bits;
   }
   counts.symbols[kEndOfBlock] = 1;
   return counts;
 }
 
-/// One step of how a table of code lengths is told: a length, or a repetition with its count.
-struct LengthStep {
+/// A symbol of the code length alphabet: a length, or a repetition with its extra bits.
+struct LengthSymbol {
   std::uint8_t symbol;
   std::uint8_t bits;
-  std::uint8_t place;
+  std::uint8_t extra;
 };
 
-std::vector<LengthStep> describeLengths(std::span<const std::uint8_t> lengths) {
-  std::vector<LengthStep> steps;
+std::vector<LengthSymbol> encodeLengths(std::span<const std::uint8_t> lengths) {
+  std::vector<LengthSymbol> steps;
   for (std::size_t i = 0; i < lengths.size();) {
     const std::uint8_t length = lengths[i];
     std::size_t run = 1;
@@ -117,24 +117,24 @@ std::vector<LengthStep> describeLengths(std::span<const std::uint8_t> lengths) {
   return steps;
 }
 
-/// How many of the lengths are told: at least `fewest`, the rest up to the last that is not 0.
-std::size_t toldLengths(std::span<const std::uint8_t> lengths, std::size_t fewest) {
+/// Number of lengths to write: up to the last that is not 0, at least `fewest`.
+std::size_t usedLengths(std::span<const std::uint8_t> lengths, std::size_t fewest) {
   std::size_t count = lengths.size();
   while (count > fewest && lengths[count - 1] == 0) --count;
   return count;
 }
 
-/// The table of a block's code lengths, itself coded (RFC 1951, 3.2.7).
+/// The encoded code lengths of a dynamic block (RFC 1951, 3.2.7).
 class LengthTable {
  public:
   LengthTable(std::span<const std::uint8_t> symbols, std::span<const std::uint8_t> distances)
-      : symbolCount_(toldLengths(symbols, kEndOfBlock + 1)), distanceCount_(toldLengths(distances, 1)) {
+      : symbolCount_(usedLengths(symbols, kEndOfBlock + 1)), distanceCount_(usedLengths(distances, 1)) {
     std::vector<std::uint8_t> all(symbols.begin(),
                                   symbols.begin() + static_cast<std::ptrdiff_t>(symbolCount_));
     all.insert(all.end(), distances.begin(), distances.begin() + static_cast<std::ptrdiff_t>(distanceCount_));
-    steps_ = describeLengths(all);
+    steps_ = encodeLengths(all);
     std::array<std::uint32_t, kLengthCodes> counts{};
-    for (const LengthStep& step : steps_) ++counts[step.symbol];
+    for (const LengthSymbol& step : steps_) ++counts[step.symbol];
     makeCodeLengths(counts, kLongestLengthCode, lengths_);
     makeCodes(lengths_, codes_);
     while (codeCount_ > 4 && lengths_[kOrder[codeCount_ - 1]] == 0) --codeCount_;
@@ -142,7 +142,7 @@ class LengthTable {
 
   std::size_t bits() const {
     std::size_t total = 14 + 3 * codeCount_;
-    for (const LengthStep& step : steps_) total += std::size_t{lengths_[step.symbol]} + step.bits;
+    for (const LengthSymbol& step : steps_) total += std::size_t{lengths_[step.symbol]} + step.bits;
     return total;
   }
 
@@ -152,9 +152,9 @@ class LengthTable {
     put(static_cast<std::uint32_t>(distanceCount_ - 1), 5);
     put(static_cast<std::uint32_t>(codeCount_ - 4), 4);
     for (std::size_t i = 0; i < codeCount_; ++i) put(lengths_[kOrder[i]], 3);
-    for (const LengthStep& step : steps_) {
+    for (const LengthSymbol& step : steps_) {
       put(codes_[step.symbol], lengths_[step.symbol]);
-      put(step.place, step.bits);
+      put(step.extra, step.bits);
     }
   }
 
@@ -162,7 +162,7 @@ class LengthTable {
   static constexpr std::array<std::uint8_t, kLengthCodes> kOrder{16, 17, 18, 0, 8,  7, 9,  6, 10, 5,
                                                                  11, 4,  12, 3, 13, 2, 14, 1, 15};
   std::size_t symbolCount_, distanceCount_, codeCount_ = kLengthCodes;
-  std::vector<LengthStep> steps_;
+  std::vector<LengthSymbol> steps_;
   std::array<std::uint8_t, kLengthCodes> lengths_{};
   std::array<std::uint16_t, kLengthCodes> codes_{};
 };
@@ -184,7 +184,7 @@ struct DeflateBlocks::Codes {
     return codes;
   }
 
-  static Codes madeFor(const Counts& counts) {
+  static Codes dynamic(const Counts& counts) {
     Codes codes;
     makeCodeLengths(counts.symbols, kLongestCode, std::span(codes.symbolLengths).first(kSymbols));
     makeCodeLengths(counts.distances, kLongestCode, std::span(codes.distanceLengths).first(kDistances));
@@ -198,7 +198,7 @@ struct DeflateBlocks::Codes {
   }
 
   std::size_t bits(const Counts& counts) const {
-    std::size_t total = counts.rangeBits;
+    std::size_t total = counts.extraBits;
     for (std::size_t i = 0; i < kSymbols; ++i) total += std::size_t{counts.symbols[i]} * symbolLengths[i];
     for (std::size_t i = 0; i < kDistances; ++i)
       total += std::size_t{counts.distances[i]} * distanceLengths[i];
@@ -208,7 +208,7 @@ struct DeflateBlocks::Codes {
 
 void DeflateBlocks::makeRoom(std::size_t bits) { bytes_.resize(used_ + bits / 8 + 2 * sizeof pending_); }
 
-/// At most 57 bits; there must be room.
+/// `bits` is at most 57. `makeRoom` must have reserved the memory.
 void DeflateBlocks::put(std::uint32_t value, unsigned bits) {
   pending_ |= std::uint64_t{value} << pendingBits_;
   pendingBits_ += bits;
@@ -221,27 +221,27 @@ void DeflateBlocks::put(std::uint32_t value, unsigned bits) {
 void DeflateBlocks::add(Bytes data, std::span<const DeflateMatch> matches, bool last) {
   static const Codes fixed = Codes::fixed();
   const Counts counts = countSymbols(data, matches);
-  const Codes made = Codes::madeFor(counts);
-  const LengthTable table(std::span(made.symbolLengths).first(kSymbols),
-                          std::span(made.distanceLengths).first(kDistances));
-  const std::size_t madeBits = table.bits() + made.bits(counts), fixedBits = fixed.bits(counts);
-  const std::size_t storedBits = 8 * (data.size() + kStoredFrame * (data.size() / kMostStored + 1));
-  if (storedBits <= std::min(madeBits, fixedBits)) return addStored(data, last);
+  const Codes dynamic = Codes::dynamic(counts);
+  const LengthTable table(std::span(dynamic.symbolLengths).first(kSymbols),
+                          std::span(dynamic.distanceLengths).first(kDistances));
+  const std::size_t dynamicBits = table.bits() + dynamic.bits(counts), fixedBits = fixed.bits(counts);
+  const std::size_t storedBits = 8 * (data.size() + kStoredOverhead * (data.size() / kMostStored + 1));
+  if (storedBits <= std::min(dynamicBits, fixedBits)) return addStored(data, last);
 
-  makeRoom(kTypeBits + std::min(madeBits, fixedBits));
+  makeRoom(kTypeBits + std::min(dynamicBits, fixedBits));
   const std::uint32_t final = last ? 1 : 0;
-  if (fixedBits <= madeBits) {
+  if (fixedBits <= dynamicBits) {
     put(final | kFixed << 1, kTypeBits);
     addCoded(fixed, data, matches);
   } else {
     put(final | kDynamic << 1, kTypeBits);
     table.write([this](std::uint32_t value, unsigned bits) { put(value, bits); });
-    addCoded(made, data, matches);
+    addCoded(dynamic, data, matches);
   }
 }
 
 void DeflateBlocks::addCoded(const Codes& codes, Bytes data, std::span<const DeflateMatch> matches) {
-  // Copies, which the compiler may keep in registers while bytes are stored.
+  // Local copies, because byte stores may alias members.
   std::uint8_t* to = bytes_.data() + used_;
   std::uint64_t pending = pending_;
   unsigned pendingBits = pendingBits_;
@@ -271,9 +271,9 @@ void DeflateBlocks::addCoded(const Codes& codes, Bytes data, std::span<const Def
     if (match.length == 0) break;
     const Range length = lengthRange(match.length), distance = distanceRange(match.distance);
     pushSymbol(length.symbol);
-    push(length.place, length.bits);
+    push(length.extra, length.bits);
     push(codes.distanceCodes[distance.symbol], codes.distanceLengths[distance.symbol]);
-    push(distance.place, distance.bits);
+    push(distance.extra, distance.bits);
     store();
     at += match.length;
   }
@@ -283,7 +283,7 @@ void DeflateBlocks::addCoded(const Codes& codes, Bytes data, std::span<const Def
   put(codes.symbolCodes[kEndOfBlock], codes.symbolLengths[kEndOfBlock]);
 }
 
-/// As many blocks as it takes, for one holds no more than a number of 16 bits can tell.
+/// Splits the data into blocks: a stored block has a 16-bit length.
 void DeflateBlocks::addStored(Bytes data, bool last) {
   do {
     const Bytes part = data.first(std::min(data.size(), kMostStored));
@@ -293,7 +293,7 @@ void DeflateBlocks::addStored(Bytes data, bool last) {
 }
 
 void DeflateBlocks::putStored(Bytes data, bool last) {
-  makeRoom(8 * (data.size() + kStoredFrame));
+  makeRoom(8 * (data.size() + kStoredOverhead));
   put((last ? 1U : 0U) | kStored << 1, kTypeBits);
   if (pendingBits_ > 0) put(0, 8 - pendingBits_);
   const auto size = static_cast<std::uint32_t>(data.size());

@@ -9,25 +9,25 @@
 
 namespace kestrel::engine {
 
-/// So many bytes as they are, then `length` bytes as they stand `distance` before.
+/// A run of literals, then a match: `length` bytes copied from `distance` bytes before.
 struct DeflateMatch {
   std::uint32_t literals = 0;
-  std::uint16_t length = 0;  ///< kShortestMatch to kLongestMatch, or 0 where the block ends
+  std::uint16_t length = 0;  ///< kShortestMatch to kLongestMatch, or 0 at the end of the block
   std::uint16_t distance = 0;
 };
 
-/// Puts the blocks of a deflate stream (RFC 1951) one after the other.
+/// Writer for the blocks of a Deflate stream (RFC 1951).
 class DeflateBlocks {
  public:
   static constexpr std::size_t kShortestMatch = 3;
   static constexpr std::size_t kLongestMatch = 258;
   static constexpr std::size_t kFarthestMatch = 32768;
 
-  /// Adds a block that makes `data`: coded by how often its symbols occur, by the code that needs no table,
-  /// or stored, whichever is the shortest. The matches end with one of length 0.
+  /// Adds a block that decodes to `data`: with dynamic codes, fixed codes or stored, choosing the shortest.
+  /// The last match must have length 0.
   void add(Bytes data, std::span<const DeflateMatch> matches, bool last);
 
-  /// Fills up to a whole byte, by an empty block unless the last one has been written.
+  /// Pads to a byte boundary and returns the stream; unless `last`, it pads with an empty stored block.
   std::vector<std::uint8_t> finish(bool last);
 
  private:
@@ -41,7 +41,7 @@ class DeflateBlocks {
 
   std::vector<std::uint8_t> bytes_;
   std::size_t used_ = 0;
-  std::uint64_t pending_ = 0;  ///< bits that do not fill a byte yet, the first lowest
+  std::uint64_t pending_ = 0;  ///< bits of an incomplete byte, the first one lowest
   unsigned pendingBits_ = 0;
 };
 

@@ -25,19 +25,20 @@
 namespace kestrel::engine::png {
 namespace {
 
-/// The most that deflate can make of one byte.
+/// Highest compression ratio of Deflate, in bits per byte.
 constexpr std::int64_t kBitsPerByte = 1032 * 8;
-/// The library takes the packed pixels in pieces and gives up a piece that is not whole. Small ones towards
-/// the end let a file that was cut short show all that it holds.
+/// The library reads compressed data in pieces and discards an incomplete piece. Small pieces near the end
+/// make it decode all rows of a truncated file.
 constexpr std::size_t kLargePiece = 65536;
 constexpr std::size_t kSmallPiece = 32;
 constexpr std::size_t kNearEnd = 2 * kLargePiece;
-/// What the library may ask for in one piece, unless the file is larger: the longest rows take less. It would
-/// take a chunk's claimed length for true.
+/// Largest allocation the library may make, unless the file is larger; the longest rows need less. The
+/// library would otherwise trust a chunk's length field.
 constexpr std::size_t kLargestRequest = std::size_t{16} << 20;
-constexpr double kInchesPerMetre = 1 / 0.0254;
+constexpr double kInchesPerMeter = 1 / 0.0254;
 
-/// The library reports errors by a jump, so the functions that call it hold nothing to be destroyed.
+/// Error callbacks. The library reports errors by longjmp, so functions that call it must not hold objects
+/// with destructors.
 struct Errors {
   std::jmp_buf jump;
   std::array<char, 200> text{};
@@ -81,7 +82,7 @@ class Reader {
   Reader& operator=(const Reader&) = delete;
   ~Reader() { png_destroy_read_struct(&png_, info_ != nullptr ? &info_ : nullptr, nullptr); }
 
-  /// Reads what stands before the pixels; false if it makes no sense.
+  /// Reads the chunks before the pixels; returns false on an error.
   bool readHeader() {
     return errors_.guarded([this] {
       png_set_user_limits(png_, Bitmap::kMaxSide, Bitmap::kMaxSide);
@@ -89,7 +90,7 @@ class Reader {
     });
   }
 
-  /// Tells the user what the library found fault with.
+  /// Raises RuntimeError 481 with the library's error message.
   [[noreturn]] void fail() const {
     refusePicture("The PNG file is damaged: " + std::string(errors_.text.data()) + ".");
   }
@@ -103,7 +104,7 @@ class Reader {
   bool interlaced() const { return png_get_interlace_type(png_, info_) != PNG_INTERLACE_NONE; }
   bool hasTransparency() const { return png_get_valid(png_, info_, PNG_INFO_tRNS) != 0; }
 
-  /// Reads into RGBA rows and returns how many there are, all of them if something of each is.
+  /// Decodes to RGBA rows and returns the number of rows with any decoded pixels.
   std::int32_t readRows(const Pixels& pixels) {
     rows_ = 0;
     const bool whole = errors_.guarded([this, &pixels] {
@@ -128,7 +129,7 @@ class Reader {
 
   bool damaged() const { return damaged_; }
 
-  /// Metadata may follow the pixels. What comes after good pixels spoils nothing if it is damaged.
+  /// Metadata may follow the pixels. Errors after complete pixels are ignored.
   void readEnd() {
     if (!damaged_) errors_.guarded([this] { png_read_end(png_, info_); });
   }
@@ -175,7 +176,7 @@ class Writer {
   std::vector<std::uint8_t> finish() { return std::move(bytes_); }
 
  private:
-  /// No exception may pass through the library.
+  /// No exception may propagate through the library.
   bool append(Bytes data) noexcept {
     try {
       bytes_.insert(bytes_.end(), data.begin(), data.end());
@@ -210,8 +211,8 @@ Metadata metadataOf(const Reader& reader) {
   png_uint_32 x = 0, y = 0;
   int unit = PNG_RESOLUTION_UNKNOWN;
   if (png_get_pHYs(png, info, &x, &y, &unit) != 0 && unit == PNG_RESOLUTION_METER) {
-    metadata.resolutionX = x / kInchesPerMetre;
-    metadata.resolutionY = y / kInchesPerMetre;
+    metadata.resolutionX = x / kInchesPerMeter;
+    metadata.resolutionY = y / kInchesPerMeter;
   }
   png_charp name = nullptr;
   int method = 0;
@@ -229,7 +230,7 @@ Metadata metadataOf(const Reader& reader) {
   return metadata;
 }
 
-/// Without a profile, sRGB is what nearly all mean, unless numbers say otherwise.
+/// Converts to sRGB from the profile, or from gamma and chromaticities. Without these sRGB is assumed.
 void honorColors(const Reader& reader, Decoded& decoded) {
   const png_structp png = reader.png();
   const png_infop info = reader.info();
@@ -248,7 +249,7 @@ void honorColors(const Reader& reader, Decoded& decoded) {
   convertToSrgb(decoded, colors);
 }
 
-/// Refers to what `text` holds.
+/// A png_text that points into `text`.
 png_text entryOf(KeyedText& text) {
   constexpr std::size_t kWorthPacking = 1024;
   png_text entry{};
@@ -272,12 +273,12 @@ void writeMetadata(Writer& writer, const Metadata& metadata, std::vector<KeyedTe
     const png_structp png = writer.png();
     const png_infop info = writer.info();
     if (metadata.resolutionX > 0 && metadata.resolutionY > 0) {
-      png_set_pHYs(png, info, static_cast<png_uint_32>(std::lround(metadata.resolutionX * kInchesPerMetre)),
-                   static_cast<png_uint_32>(std::lround(metadata.resolutionY * kInchesPerMetre)),
+      png_set_pHYs(png, info, static_cast<png_uint_32>(std::lround(metadata.resolutionX * kInchesPerMeter)),
+                   static_cast<png_uint_32>(std::lround(metadata.resolutionY * kInchesPerMeter)),
                    PNG_RESOLUTION_METER);
     }
     if (!metadata.iccProfile.empty()) {
-      // A profile that the library finds fault with must not keep the picture from being saved.
+      // A profile that the library rejects must not prevent saving.
       png_set_benign_errors(png, 1);
       png_set_iCCP(png, info, "ICC profile", PNG_COMPRESSION_TYPE_BASE, metadata.iccProfile.data(),
                    static_cast<png_uint_32>(metadata.iccProfile.size()));
@@ -292,7 +293,7 @@ void writeMetadata(Writer& writer, const Metadata& metadata, std::vector<KeyedTe
   });
 }
 
-/// How the picture stands in the file; refuses a size that the file cannot mean.
+/// Properties of the stored picture. Refuses implausible sizes.
 Decoded describe(const Reader& reader, std::size_t fileSize) {
   const std::int64_t bitsPerPixel =
       std::int64_t{reader.bitDepth()} * png_get_channels(reader.png(), reader.info());
@@ -325,8 +326,7 @@ std::array<Pixel, 256> paletteOf(const Reader& reader) {
   return palette;
 }
 
-/// The layout as our own reader takes it; nothing if it is one of the rarer ones, which are left to the
-/// library.
+/// The pixel layout for `readPixels`; nothing for the rarer ones, which are left to the library.
 std::optional<PixelLayout> layoutOf(const Reader& reader) {
   using Kind = PixelLayout::Kind;
   const int type = reader.colorType();
@@ -345,9 +345,9 @@ std::optional<PixelLayout> layoutOf(const Reader& reader) {
   return layout;
 }
 
-/// The fast way, for files without a fault and in the usual layouts; nothing for any other.
-std::optional<Decoded> decodeWhole(const Chunks& chunks, std::size_t fileSize) {
-  // The library sees the file without its pixels; metadata that follows them is shown to it before.
+/// Fast path: valid files in the usual layouts. Nothing for other files.
+std::optional<Decoded> decodeFast(const Chunks& chunks, std::size_t fileSize) {
+  // The library reads the file without its pixels; text chunks after them are moved before.
   std::vector<std::uint8_t> head(chunks.before.begin(), chunks.before.end());
   for (const Bytes chunk : chunks.textsAfter) head.insert(head.end(), chunk.begin(), chunk.end());
   addChunk(head, "IDAT", {});
@@ -364,14 +364,14 @@ std::optional<Decoded> decodeWhole(const Chunks& chunks, std::size_t fileSize) {
   return decoded;
 }
 
-/// The library's way, which shows all that a damaged file holds.
-Decoded decodeDamagedOrUnusual(Bytes data) {
+/// Decodes with the library, which recovers the intact part of a damaged file.
+Decoded decodeWithLibrary(Bytes data) {
   Reader reader(data);
   if (!reader.readHeader()) reader.fail();
   Decoded decoded = describe(reader, data.size());
   const auto width = static_cast<std::int32_t>(reader.width());
   const auto height = static_cast<std::int32_t>(reader.height());
-  // The first passes of an interlaced picture leave gaps, which stay transparent if the rest is missing.
+  // The first passes of an interlaced picture leave gaps; they stay transparent if later passes are missing.
   decoded.bitmap = reader.interlaced() ? Bitmap::filled(width, height) : Bitmap::uninitialized(width, height);
   const std::int32_t rows = reader.readRows(decoded.bitmap.writable());
   if (rows < height) {
@@ -384,7 +384,7 @@ Decoded decodeDamagedOrUnusual(Bytes data) {
   return decoded;
 }
 
-/// A file as far as before its pixels.
+/// Writes the signature and the chunks before the pixels.
 std::vector<std::uint8_t> writeHead(const ConstPixels& pixels, bool opaque, const Metadata& metadata) {
   std::vector<KeyedText> texts = writeTexts(metadata);
   Writer writer;
@@ -408,9 +408,9 @@ bool probe(Bytes data) {
 
 Decoded decode(Bytes data) {
   if (const auto chunks = findChunks(data)) {
-    if (auto decoded = decodeWhole(*chunks, data.size())) return *std::move(decoded);
+    if (auto decoded = decodeFast(*chunks, data.size())) return *std::move(decoded);
   }
-  return decodeDamagedOrUnusual(data);
+  return decodeWithLibrary(data);
 }
 
 std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata, const EncodeOptions&) {

@@ -14,7 +14,7 @@ constexpr std::size_t kSignatureSize = 8;
 constexpr std::size_t kNameSize = 4;
 constexpr std::array<std::string_view, 4> kTexts{"tEXt", "zTXt", "iTXt", "eXIf"};
 
-/// Of a chunk's name and content.
+/// CRC of a chunk's type and content.
 std::uint32_t checksum(Bytes data) { return crc32_gzip_refl(0, data.data(), data.size()); }
 
 }  // namespace
@@ -24,7 +24,7 @@ std::optional<Chunks> findChunks(Bytes file) {
   ByteReader reader(file, ByteOrder::big);
   reader.skip(std::min(kSignatureSize, reader.remaining()));
   std::size_t packedEnd = 0;
-  while (reader.remaining() >= kChunkFrame) {
+  while (reader.remaining() >= kChunkOverhead) {
     const std::size_t begin = reader.position();
     const std::size_t size = reader.u32();
     if (size > reader.remaining() - 2 * kNameSize) return std::nullopt;

@@ -10,24 +10,24 @@
 
 namespace kestrel::engine::png {
 
-/// What a chunk has besides its content: length, name, checksum.
-inline constexpr std::size_t kChunkFrame = 12;
+/// Bytes of a chunk without its content: length, type, CRC.
+inline constexpr std::size_t kChunkOverhead = 12;
 
-/// The chunks of a file, looked at without any understanding of what is in them but the packed pixels.
+/// The chunks of a file, divided at the compressed pixels.
 struct Chunks {
-  /// All up to the first chunk of packed pixels, the file's signature included.
+  /// Everything before the first IDAT chunk, the signature included.
   Bytes before;
-  /// The packed pixels, in as many pieces as the file has chunks of them.
+  /// The contents of the IDAT chunks.
   std::vector<Bytes> packed;
-  /// The chunks with texts or camera data that come after the packed pixels, as they stand in the file.
+  /// Text and EXIF chunks after the IDAT chunks, complete with length and CRC.
   std::vector<Bytes> textsAfter;
 };
 
-/// The chunks of a file that is whole: all are there and as their checksums say, those with packed pixels
-/// stand together, and the end is marked. Nothing if anything is amiss; the file has its signature.
+/// Finds the chunks of a valid file: complete, with correct CRCs, consecutive IDAT chunks and IEND. Nothing
+/// for other files. The signature is not checked.
 std::optional<Chunks> findChunks(Bytes file);
 
-/// Adds a chunk with its length and checksum; the name has four letters. `content` has less than 2^31 bytes.
+/// Appends a chunk with length and CRC. `name` has four letters; `content` must be smaller than 2^31 bytes.
 void addChunk(std::vector<std::uint8_t>& file, std::string_view name, Bytes content);
 
 }  // namespace kestrel::engine::png

@@ -19,7 +19,7 @@ void SumDifferences(const std::uint8_t* row, const std::uint8_t* above, std::siz
   for (std::size_t i = 0; i < count; ++i) {
     for (std::size_t f = 0; f < sums.size(); ++f) {
       const std::uint8_t value =
-          expected(static_cast<Filter>(f), (row - step)[i], above[i], (above - step)[i]);
+          predict(static_cast<Filter>(f), (row - step)[i], above[i], (above - step)[i]);
       sums[f] += static_cast<std::uint64_t>(std::abs(static_cast<std::int8_t>(row[i] - value)));
     }
   }
@@ -28,7 +28,7 @@ void SumDifferences(const std::uint8_t* row, const std::uint8_t* above, std::siz
 void FilterRow(Filter filter, const std::uint8_t* row, const std::uint8_t* above, std::size_t count,
                std::size_t step, std::uint8_t* out) {
   for (std::size_t i = 0; i < count; ++i) {
-    const std::uint8_t value = expected(filter, (row - step)[i], above[i], (above - step)[i]);
+    const std::uint8_t value = predict(filter, (row - step)[i], above[i], (above - step)[i]);
     out[i] = static_cast<std::uint8_t>(row[i] - value);
   }
 }
@@ -41,7 +41,7 @@ void PackRgb(const std::uint8_t* rgba, std::int32_t width, std::uint8_t* out) {
 #else
 
 namespace hn = hwy::HWY_NAMESPACE;
-/// No more lanes than a block, so that the sums are the same on every machine.
+/// At most one block per vector, so that the sums are the same for all vector targets.
 using Block = hn::CappedTag<std::uint8_t, kRowBlock>;
 
 /// The average, rounded down.
@@ -52,9 +52,9 @@ HWY_INLINE V averageOf(V left, V above) {
 }
 
 template <class V>
-HWY_INLINE V nearestOf(V left, V above, V corner) {
-  // Each difference as what it is above zero and below, so that bytes suffice; where a sum would be more than
-  // a byte holds it is not the smallest anyway.
+HWY_INLINE V paethOf(V left, V above, V corner) {
+  // Positive and negative part of each difference separately, so that bytes suffice. A sum that saturates is
+  // not the smallest anyway.
   const auto aboveUp = hn::SaturatedSub(above, corner), aboveDown = hn::SaturatedSub(corner, above);
   const auto leftUp = hn::SaturatedSub(left, corner), leftDown = hn::SaturatedSub(corner, left);
   const auto up = hn::SaturatedAdd(aboveUp, leftUp), down = hn::SaturatedAdd(aboveDown, leftDown);
@@ -81,7 +81,7 @@ void SumDifferences(const std::uint8_t* HWY_RESTRICT row, const std::uint8_t* HW
     add(sub, hn::Sub(x, a));
     add(up, hn::Sub(x, b));
     add(average, hn::Sub(x, averageOf(a, b)));
-    add(paeth, hn::Sub(x, nearestOf(a, b, c)));
+    add(paeth, hn::Sub(x, paethOf(a, b, c)));
   }
   const auto total = [&](auto sum) HWY_ATTR { return hn::GetLane(hn::SumOfLanes(d64, sum)); };
   sums = {total(none), total(sub), total(up), total(average), total(paeth)};
@@ -112,7 +112,7 @@ void FilterRow(Filter filter, const std::uint8_t* row, const std::uint8_t* above
     case Filter::average:
       return with([](auto a, auto b, auto) HWY_ATTR { return averageOf(a, b); });
     case Filter::paeth:
-      return with([](auto a, auto b, auto c) HWY_ATTR { return nearestOf(a, b, c); });
+      return with([](auto a, auto b, auto c) HWY_ATTR { return paethOf(a, b, c); });
   }
 }
 

@@ -8,13 +8,14 @@
 
 namespace kestrel::engine::png {
 
-/// How the bytes of a row are told: as their differences from what others let expect (PNG, 9.2).
+/// Filter types (PNG, 9.2): a row is stored as differences from a predictor.
 enum class Filter : std::uint8_t { none, sub, up, average, paeth };
 inline constexpr int kFilters = 5;
 
-/// What a filter expects of a byte, by the like bytes of the pixels to its left, above it and in the corner.
-inline std::uint8_t expected(Filter filter, int left, int above, int corner) {
-  const auto nearest = [&] {
+/// Predictor of a filter type, from the corresponding bytes of the pixels to the left, above, and above left
+/// (corner).
+inline std::uint8_t predict(Filter filter, int left, int above, int corner) {
+  const auto paeth = [&] {
     const int byLeft = std::abs(above - corner), byAbove = std::abs(left - corner),
               byCorner = std::abs(left + above - 2 * corner);
     if (byLeft <= byAbove && byLeft <= byCorner) return left;
@@ -24,25 +25,25 @@ inline std::uint8_t expected(Filter filter, int left, int above, int corner) {
                     : filter == Filter::sub     ? left
                     : filter == Filter::up      ? above
                     : filter == Filter::average ? (left + above) / 2
-                                                : nearest();
+                                                : paeth();
   return static_cast<std::uint8_t>(value);
 }
 
-/// Rows to be filtered and filtered rows are worked on up to a multiple of this many bytes.
+/// Rows are processed up to a multiple of this many bytes.
 inline constexpr std::size_t kRowBlock = 64;
-/// What stands before a row to be filtered: zeros, so that the first pixel needs no case of its own.
+/// Zeros before a row to be filtered, so that the first pixel is not a special case.
 inline constexpr std::size_t kRowMargin = 64;
 
-/// The filter that leaves the smallest differences in sum, the first of equals. `row` and `above` have a
-/// margin of zeros before them and zeros up to a multiple of kRowBlock behind them.
+/// The filter type with the smallest sum of absolute differences, the first of equals. `row` and `above` need
+/// kRowMargin zeros before them, and zeros behind them up to a multiple of kRowBlock.
 Filter bestFilter(const std::uint8_t* row, const std::uint8_t* above, std::size_t count,
                   std::size_t bytesPerPixel);
 
-/// Filters a row, given as for `bestFilter`; writes up to a multiple of kRowBlock bytes.
+/// Filters a row; requirements as for `bestFilter`. Writes up to a multiple of kRowBlock bytes.
 void filterRow(Filter filter, const std::uint8_t* row, const std::uint8_t* above, std::size_t count,
                std::size_t bytesPerPixel, std::uint8_t* out);
 
-/// The red, green and blue of a bitmap's row, 3 bytes a pixel; reads and writes whole groups of 16 pixels.
+/// Packs a bitmap's row to 3 bytes per pixel, without alpha; reads and writes whole groups of 16 pixels.
 void packRgb(const std::uint8_t* rgba, std::int32_t width, std::uint8_t* out);
 
 }  // namespace kestrel::engine::png

@@ -12,10 +12,10 @@
 namespace kestrel::engine::png {
 namespace {
 
-/// Unpacked bytes that are made at a time: they shall still be in the cache when the filters are taken off.
+/// Bytes decompressed at a time: they must still be in cache when they are unfiltered.
 constexpr std::size_t kPieceBytes = std::size_t{1} << 17;
 
-/// Unpacks a zlib stream that comes in pieces.
+/// Decompressor for a zlib stream in pieces.
 class Inflate {
  public:
   explicit Inflate(std::span<const Bytes> packed) : state_(std::make_unique<inflate_state>()), rest_(packed) {
@@ -23,7 +23,7 @@ class Inflate {
     state_->crc_flag = ISAL_ZLIB;
   }
 
-  /// Fills `count` bytes; false if the stream is damaged or ends before.
+  /// Decompresses `count` bytes; returns false if the stream is invalid or ends early.
   bool read(std::uint8_t* target, std::size_t count) {
     state_->next_out = target;
     state_->avail_out = static_cast<std::uint32_t>(count);
@@ -33,7 +33,7 @@ class Inflate {
     return true;
   }
 
-  /// True if nothing more comes but the right checksum.
+  /// Returns true if the stream ends here, with a correct checksum.
   bool finish() {
     std::uint8_t surplus = 0;
     state_->next_out = &surplus;
@@ -47,7 +47,7 @@ class Inflate {
  private:
   bool atEnd() const { return state_->block_state == ISAL_BLOCK_FINISH; }
 
-  /// Goes on with what is at hand, or takes the next piece; false if neither helps.
+  /// Continues with the current input or takes the next piece; returns false if there is no progress.
   bool step() {
     const std::uint32_t outBefore = state_->avail_out;
     const auto stateBefore = state_->block_state;
@@ -70,7 +70,7 @@ std::uint8_t nearestByte(const std::uint8_t* sample) {
   return static_cast<std::uint8_t>((value * 255 + 32895) >> 16);
 }
 
-/// Makes RGBA of `width` pixels whose samples are got by `sample(i)` and so many to a pixel.
+/// Expands `width` pixels of kSamples samples each, read by `sample(i)`, to RGBA.
 template <std::size_t kSamples, typename Sample>
 void expandSamples(std::int32_t width, std::uint8_t* rgba, const Sample& sample) {
   constexpr bool kGray = kSamples < 3;
@@ -120,11 +120,11 @@ std::size_t PixelLayout::bytesPerPixel() const {
 bool readPixels(std::span<const Bytes> packed, const PixelLayout& layout, const Pixels& pixels) {
   const std::size_t bytesPerPixel = layout.bytesPerPixel();
   const std::size_t rowBytes = static_cast<std::size_t>(pixels.width) * bytesPerPixel;
-  // Colours of 8 bits go to the bitmap in one step, where the row before is at hand too.
+  // 8-bit RGB and RGBA are unfiltered directly into the bitmap, which also holds the row above.
   const bool direct = layout.sampleBytes == 1 && bytesPerPixel >= 3;
   const std::vector<std::uint8_t> zeros(std::max(rowBytes, static_cast<std::size_t>(pixels.width) * 4));
   const std::size_t rowsAtOnce = std::max<std::size_t>(1, kPieceBytes / (rowBytes + 1));
-  // The row before those that are made next stands before them.
+  // The last row of the piece before is kept in front of the next piece.
   std::vector<std::uint8_t> unpacked((rowsAtOnce + 1) * (rowBytes + 1) + 1);
   const std::uint8_t* above = zeros.data();
 

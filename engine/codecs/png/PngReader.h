@@ -8,21 +8,21 @@
 
 namespace kestrel::engine::png {
 
-/// How the pixels stand in a file whose samples are bytes or pairs of bytes and whose rows come in order.
+/// Pixel layout of a non-interlaced file with 8 or 16 bits per sample.
 struct PixelLayout {
   enum class Kind { gray, grayAlpha, rgb, rgba, palette };
 
   Kind kind = Kind::rgba;
-  std::size_t sampleBytes = 1;  ///< 2 with 16 bits a sample, which a palette's indices never have
+  std::size_t sampleBytes = 1;  ///< 1 or 2; always 1 for palette indices
   std::array<Pixel, 256> palette{};
 
   std::size_t bytesPerPixel() const;
 };
 
-/// Unpacks the rows of a picture into RGBA, where samples of 16 bits become the nearest of 8. `packed` is the
-/// zlib stream (RFC 1950) in pieces cut anywhere. True if it is whole: it unpacks to exactly these rows, by
-/// filters that exist, and its checksum is right; what follows it does not matter. Else false, and the pixels
-/// are worth nothing. Raises RuntimeError 7 when memory runs out.
+/// Decompresses and unfilters the rows of a picture to RGBA; 16-bit samples are rounded to 8 bits. `packed`
+/// is the zlib stream (RFC 1950), split anywhere. Returns true if the stream decodes to exactly these rows,
+/// with valid filter types and checksum; data after it is ignored. Otherwise returns false, and the pixels
+/// are undefined. Raises RuntimeError 7 when out of memory.
 bool readPixels(std::span<const Bytes> packed, const PixelLayout& layout, const Pixels& pixels);
 
 }  // namespace kestrel::engine::png

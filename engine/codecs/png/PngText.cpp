@@ -10,9 +10,9 @@
 #include "engine/codecs/metadata/JpegMarkers.h"
 #include "engine/codecs/metadata/PhotoshopResources.h"
 
-// IPTC has no place of its own in PNG. The custom is a compressed text under the key "Raw profile type iptc":
-// a line with the kind, a line with the length, and the bytes in hexadecimal. The bytes are image resource
-// blocks or bare IPTC records.
+// PNG has no chunk for IPTC. By convention it is a compressed text with the keyword "Raw profile type iptc":
+// a line with the type, a line with the length, and the bytes in hexadecimal. The bytes are image resource
+// blocks or plain IPTC records.
 
 namespace kestrel::engine::png {
 namespace {
@@ -32,13 +32,13 @@ std::optional<int> hexDigit(char c) {
 
 bool isSpace(char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; }
 
-/// The bytes of a raw profile text; empty if it is none.
+/// Decodes a raw profile text; empty if invalid.
 std::vector<std::uint8_t> parseRawProfile(std::string_view text) {
   const auto skipSpace = [&] {
     while (!text.empty() && isSpace(text.front())) text.remove_prefix(1);
   };
   skipSpace();
-  // The kind may be several words: "IPTC profile".
+  // The type may be several words: "IPTC profile".
   while (!text.empty() && text.front() != '\n') text.remove_prefix(1);
   skipSpace();
   std::size_t length = 0;
@@ -71,7 +71,7 @@ std::string writeRawProfile(std::string_view kind, Bytes bytes) {
   return text + "\n";
 }
 
-/// A comment comes without a word on its coding; what happens to be UTF-8 is meant so.
+/// The encoding of a comment is unknown; valid UTF-8 is taken as such.
 bool isUtf8(std::string_view text) {
   while (!text.empty()) {
     const auto first = static_cast<unsigned char>(text.front());

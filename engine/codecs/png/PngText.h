@@ -6,11 +6,11 @@
 
 namespace kestrel::engine::png {
 
-/// Takes what a keyed text tells: XMP, IPTC, a comment and, in files from before the format had a place for
-/// it, EXIF; any other stays a text.
+/// Interprets a text chunk: XMP, IPTC, a comment, or EXIF of files older than the eXIf chunk. Other texts are
+/// kept as texts.
 void readText(KeyedText text, Metadata& metadata);
 
-/// The texts of `metadata`, and those that hold its XMP, IPTC and comment.
+/// Text chunks for `metadata`: its texts, XMP, IPTC and comment.
 std::vector<KeyedText> writeTexts(const Metadata& metadata);
 
 }  // namespace kestrel::engine::png

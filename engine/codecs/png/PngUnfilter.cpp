@@ -16,7 +16,7 @@ void unfilter(Filter filter, const std::uint8_t* row, const std::uint8_t* above,
   std::array<std::uint8_t, 4> left{}, corner{};
   for (std::int32_t x = 0; x < width; ++x, row += kStep, above += 4, rgba += 4) {
     for (std::size_t i = 0; i < kStep; ++i) {
-      left[i] = static_cast<std::uint8_t>(row[i] + expected(filter, left[i], above[i], corner[i]));
+      left[i] = static_cast<std::uint8_t>(row[i] + predict(filter, left[i], above[i], corner[i]));
       corner[i] = above[i];
       rgba[i] = left[i];
     }
@@ -27,12 +27,13 @@ void unfilter(Filter filter, const std::uint8_t* row, const std::uint8_t* above,
 #else
 
 namespace hn = hwy::HWY_NAMESPACE;
-/// One pixel: each one waits for the one to its left, so there is nothing to gain from wider vectors, and
-/// what counts is how few steps lie between the two.
+/// Vectors of one pixel: each pixel depends on the one to its left, so wider vectors gain nothing. The
+/// latency of this dependency determines the speed.
 using OnePixel = hn::FixedTag<std::uint8_t, 4>;
 using WideChannels = hn::FixedTag<std::int16_t, 4>;
 
-/// Each filter tells the next pixel from its difference, the one above it and what it remembers.
+/// State of each filter type: computes the next pixel from its difference, the pixel above and the previous
+/// state.
 struct NoFilter {
   template <class V>
   HWY_INLINE V next(V difference, V) {
@@ -40,7 +41,7 @@ struct NoFilter {
   }
 };
 
-struct LeftFilter {
+struct SubFilter {
   hn::Vec<OnePixel> left;
 
   template <class V>
@@ -49,15 +50,15 @@ struct LeftFilter {
   }
 };
 
-struct AboveFilter {
+struct UpFilter {
   template <class V>
   HWY_INLINE V next(V difference, V above) {
     return hn::Add(difference, above);
   }
 };
 
-/// Remembers the complement: the rounded-up average of complements is the complement of the rounded-down
-/// average, which leaves two steps from pixel to pixel.
+/// Keeps the complement of the left pixel: the rounded-up average of complements is the complement of the
+/// rounded-down average. That leaves two instructions from pixel to pixel.
 struct AverageFilter {
   hn::Vec<OnePixel> notLeft;
 
@@ -68,7 +69,7 @@ struct AverageFilter {
   }
 };
 
-struct NearestFilter {
+struct PaethFilter {
   hn::Vec<WideChannels> left, corner;
 
   template <class V>
@@ -82,7 +83,7 @@ struct NearestFilter {
     const auto byCorner = hn::Abs(hn::Add(toLeft, fromCorner));
     const auto other = hn::IfThenElse(hn::Gt(byAbove, byCorner), corner, above);
     const auto nearest = hn::IfThenElse(hn::Gt(byLeft, hn::Min(byAbove, byCorner)), other, left);
-    // The upper bytes are zero and stay so.
+    // The upper bytes stay zero.
     left = hn::BitCast(
         d, hn::Add(hn::BitCast(bytes, nearest), hn::BitCast(bytes, hn::PromoteTo(d, difference))));
     corner = above;
@@ -109,14 +110,14 @@ HWY_INLINE void unfilter(Filter filter, const std::uint8_t* row, const std::uint
     case Filter::none:
       return unfilterWith<kStep>(NoFilter(), row, above, width, rgba);
     case Filter::sub:
-      return unfilterWith<kStep>(LeftFilter{hn::Zero(OnePixel())}, row, above, width, rgba);
+      return unfilterWith<kStep>(SubFilter{hn::Zero(OnePixel())}, row, above, width, rgba);
     case Filter::up:
-      return unfilterWith<kStep>(AboveFilter(), row, above, width, rgba);
+      return unfilterWith<kStep>(UpFilter(), row, above, width, rgba);
     case Filter::average:
       return unfilterWith<kStep>(AverageFilter{hn::Set(OnePixel(), 255)}, row, above, width, rgba);
     case Filter::paeth:
-      return unfilterWith<kStep>(NearestFilter{hn::Zero(WideChannels()), hn::Zero(WideChannels())}, row,
-                                 above, width, rgba);
+      return unfilterWith<kStep>(PaethFilter{hn::Zero(WideChannels()), hn::Zero(WideChannels())}, row, above,
+                                 width, rgba);
   }
 }
 
@@ -155,7 +156,7 @@ void unfilterBytes(Filter filter, std::uint8_t* row, const std::uint8_t* above, 
   for (std::size_t i = 0; i < count; ++i) {
     const bool first = i < bytesPerPixel;
     const int left = first ? 0 : row[i - bytesPerPixel], corner = first ? 0 : above[i - bytesPerPixel];
-    row[i] = static_cast<std::uint8_t>(row[i] + expected(filter, left, above[i], corner));
+    row[i] = static_cast<std::uint8_t>(row[i] + predict(filter, left, above[i], corner));
   }
 }
 

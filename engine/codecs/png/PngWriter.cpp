@@ -15,13 +15,13 @@
 namespace kestrel::engine::png {
 namespace {
 
-/// A band's filtered rows: large enough that hardly anything is lost where two meet, small enough for the
+/// Filtered bytes per band: large enough to lose little compression between bands, small enough for the
 /// cache.
 constexpr std::size_t kBandBytes = std::size_t{1} << 20;
-/// The start of a zlib stream (RFC 1950): a window of 32 KB, made for speed.
+/// Header of a zlib stream (RFC 1950): 32 KB window, fastest compression.
 constexpr std::array<std::uint8_t, 2> kStreamStart{0x78, 0x01};
 
-/// The checksum of zlib streams, which can be put together from those of parts.
+/// Adler-32, the checksum of zlib streams, combinable from checksums of parts.
 struct Adler {
   std::uint32_t value = 1;
   std::size_t size = 0;
@@ -31,7 +31,8 @@ struct Adler {
   void append(const Adler& next) {
     constexpr std::uint64_t kModulus = 65521;
     const std::uint64_t low = value & 0xFFFF, high = value >> 16;
-    // The sum so far, less the 1 that the next part began with, counts once for each byte that follows.
+    // The low sum before, minus the initial 1 of the next part, is added to the high sum once per byte of
+    // that part.
     const std::uint64_t sums = high + (next.value >> 16) + next.size % kModulus * (low + kModulus - 1);
     value = static_cast<std::uint32_t>(sums % kModulus << 16 |
                                        (low + (next.value & 0xFFFF) + kModulus - 1) % kModulus);
@@ -39,7 +40,7 @@ struct Adler {
   }
 };
 
-/// The rows as they are filtered: each with its filter's number before it.
+/// Filtered rows, each preceded by its filter type.
 class FilteredRows {
  public:
   FilteredRows(const ConstPixels& pixels, bool withAlpha)
@@ -49,7 +50,7 @@ class FilteredRows {
         row_(kRowMargin + rowBytes_ + kRowBlock),
         above_(row_.size()) {}
 
-  /// Of rows first to last - 1, valid until the next call.
+  /// Filters the rows first to last - 1; the result is valid until the next call.
   Bytes make(std::int32_t first, std::int32_t last) {
     const std::size_t size = static_cast<std::size_t>(last - first) * (rowBytes_ + 1);
     filtered_.resize(size + kRowBlock);
@@ -120,7 +121,7 @@ void addPixels(std::vector<std::uint8_t>& file, const ConstPixels& pixels, bool 
   std::size_t size = 0;
   for (const Band& band : bands) {
     checksum.append(band.checksum);
-    size += band.packed.size() + kChunkFrame;
+    size += band.packed.size() + kChunkOverhead;
   }
   auto& start = bands.front().packed;
   start.insert(start.begin(), kStreamStart.begin(), kStreamStart.end());

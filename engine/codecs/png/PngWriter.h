@@ -7,9 +7,8 @@
 
 namespace kestrel::engine::png {
 
-/// Adds the pixels to a file, filtered and packed, as chunks of packed pixels: 3 bytes a pixel without alpha,
-/// else 4. Bands of rows are packed on several cores at a time; the file does not depend on how many there
-/// are.
+/// Appends the pixels as IDAT chunks, filtered and compressed: RGB, or RGBA with `withAlpha`. Bands of rows
+/// are compressed on several cores; the result does not depend on their number.
 void addPixels(std::vector<std::uint8_t>& file, const ConstPixels& pixels, bool withAlpha);
 
 }  // namespace kestrel::engine::png

@@ -10,17 +10,17 @@ namespace {
 constexpr std::size_t kMostSymbols = 288;
 constexpr std::size_t kLongestCode = 15;
 
-/// How many codes there are of each length.
+/// Number of codes of each length.
 using LengthCounts = std::array<std::uint32_t, kLongestCode + 1>;
 
-/// The depths of the tree's leaves, for weights in ascending order; what is deeper than `longest` counts as
-/// that deep.
+/// Leaf depths of the Huffman tree for weights in ascending order, clamped to `longest`.
 LengthCounts leafDepths(std::span<const std::uint32_t> weights, std::size_t longest) {
   const std::size_t leaves = weights.size(), root = 2 * leaves - 2;
   std::array<std::uint32_t, 2 * kMostSymbols> weight{};
   std::array<std::size_t, 2 * kMostSymbols> parent{}, depth{};
   std::ranges::copy(weights, weight.begin());
-  // Inner nodes come to be in ascending order too, so the two lightest stand at the front of either queue.
+  // Inner nodes are created in ascending order, too, so the lightest nodes are at the front of the two
+  // queues.
   std::size_t leaf = 0, inner = leaves;
   for (std::size_t node = leaves; node <= root; ++node) {
     for (int child = 0; child < 2; ++child) {
@@ -38,8 +38,8 @@ LengthCounts leafDepths(std::span<const std::uint32_t> weights, std::size_t long
   return counts;
 }
 
-/// Cut codes claim more than there is: for each unit too much, one of the longest gives its place up and goes
-/// beside the next shorter code, which moves a level down to make room for both.
+/// Restores the Kraft inequality after clamping. For each excess unit the deepest leaf above the last level
+/// moves down one level, together with a leaf of the last level as its sibling.
 void fitLengths(LengthCounts& counts, std::size_t longest) {
   std::uint32_t claimed = 0;
   for (std::size_t length = 1; length <= longest; ++length) claimed += counts[length] << (longest - length);
@@ -55,7 +55,8 @@ void fitLengths(LengthCounts& counts, std::size_t longest) {
 }  // namespace
 
 void makeCodeLengths(std::span<const std::uint32_t> counts, int longest, std::span<std::uint8_t> lengths) {
-  // One number each, the count above the symbol, so that ties are settled alike everywhere.
+  // Sort keys: the count in the upper bits, the symbol in the lower, so that ties are resolved
+  // deterministically.
   std::array<std::uint64_t, kMostSymbols> byCount{};
   std::size_t used = 0;
   for (std::size_t symbol = 0; symbol < counts.size(); ++symbol) {

@@ -16,8 +16,8 @@
 #include "engine/codecs/common/Flatten.h"
 #include "engine/pixels/Opaque.h"
 
-// A file header of 14 bytes, an information header whose length tells its version (12 and 16 to 64: OS/2; 40
-// to 124: Windows), color masks or a palette, and rows from the bottom up, each padded to 4 bytes.
+// A file header of 14 bytes, an information header whose length determines its version (12 and 16 to 64:
+// OS/2; 40 to 124: Windows), color masks or a palette, and rows from the bottom up, each padded to 4 bytes.
 
 namespace kestrel::engine::bmp {
 namespace {
@@ -28,7 +28,7 @@ constexpr std::size_t kInfoHeader = 40;
 constexpr std::size_t kV2Header = 52;
 constexpr std::size_t kV3Header = 56;
 constexpr std::size_t kV5Header = 124;
-constexpr double kInchesPerMetre = 1 / 0.0254;
+constexpr double kInchesPerMeter = 1 / 0.0254;
 
 enum Compression : std::uint32_t {
   kNone = 0,
@@ -39,7 +39,7 @@ enum Compression : std::uint32_t {
   kAlphaBitfields = 6
 };
 
-/// The bits of one color within a pixel, turned to 0..255.
+/// Extracts a channel by its bit mask and scales it to 0 to 255.
 class Channel {
  public:
   Channel() = default;
@@ -79,7 +79,7 @@ void readSize(ByteReader& reader, Header& header, std::size_t fileSize) {
   const std::int64_t width = core ? reader.u16() : reader.i32();
   const std::int64_t height = core ? reader.u16() : reader.i32();
   header.topDown = height < 0;
-  // A run of 255 pixels takes 2 bytes.
+  // Highest compression ratio: a run of 255 pixels takes 2 bytes.
   constexpr std::int64_t kPixelsPerByte = 128;
   checkClaimedSize(width, header.topDown ? -height : height, fileSize, kPixelsPerByte);
   header.width = static_cast<std::int32_t>(width);
@@ -123,12 +123,12 @@ Header readHeader(Bytes data, Metadata& metadata) {
     reader.skip(4);
     const std::int32_t x = reader.i32(), y = reader.i32();
     if (x > 0 && y > 0) {
-      metadata.resolutionX = x / kInchesPerMetre;
-      metadata.resolutionY = y / kInchesPerMetre;
+      metadata.resolutionX = x / kInchesPerMeter;
+      metadata.resolutionY = y / kInchesPerMeter;
     }
     header.paletteCount = reader.u32();
   }
-  // OS/2 gives two of the numbers another meaning: 3 is a fax coding, 4 run lengths of 24-bit pixels.
+  // OS/2 defines two compression codes differently: 3 is a fax coding, 4 is RLE of 24-bit pixels.
   if (header.headerSize == 64 && header.compression == kBitfields) {
     refusePicture("The BMP file cannot be read: it uses the fax compression of OS/2.");
   }
@@ -143,7 +143,7 @@ Header readHeader(Bytes data, Metadata& metadata) {
 
 using Palette = std::array<Pixel, 256>;
 
-/// Entries that the file does not have stay black.
+/// Missing entries are black.
 Palette readPalette(Bytes data, const Header& header) {
   Palette palette;
   palette.fill({0, 0, 0, 255});
@@ -161,7 +161,7 @@ Palette readPalette(Bytes data, const Header& header) {
   return palette;
 }
 
-/// One row of palette indices or pixels of 16 to 32 bits to RGBA.
+/// Converts a row of palette indices or of 16 to 32-bit pixels to RGBA.
 class RowReader {
  public:
   RowReader(Bytes data, const Header& header)
@@ -225,7 +225,7 @@ class RowReader {
   Palette palette_{};
 };
 
-/// Where the rows begin. A few programs leave the place empty or point into the headers.
+/// Offset of the rows. A few programs write 0 or an offset inside the headers.
 std::size_t pixelStart(const Header& header, std::size_t fileSize) {
   if (header.pixelOffset >= kFileHeader + kCoreHeader) return header.pixelOffset;
   std::size_t start = kFileHeader + header.headerSize;
@@ -285,7 +285,8 @@ void readProfile(Bytes data, const Header& header, Metadata& metadata) {
 
 bool hasFileHeader(Bytes data) { return data.size() >= 2 && data[0] == 'B' && data[1] == 'M'; }
 
-/// A device-independent bitmap alone, as clipboards hold it: it begins with the information header.
+/// A device-independent bitmap without a file header, as on clipboards: it begins with the information
+/// header.
 bool isBareBitmap(Bytes data) {
   if (data.size() < kInfoHeader) return false;
   ByteReader reader(data);
@@ -298,7 +299,7 @@ bool isBareBitmap(Bytes data) {
          reader.u32() <= kAlphaBitfields;
 }
 
-/// The file that the bitmap would be: a file header before it.
+/// Prepends a file header to a bare bitmap.
 std::vector<std::uint8_t> asFile(Bytes bitmap) {
   ByteReader reader(bitmap);
   const std::size_t headerSize = reader.u32();
@@ -358,8 +359,8 @@ Decoded decode(Bytes data) {
   return decoded;
 }
 
-/// 24 bits for an opaque picture, which everything opens; 32 with a version 5 header where alpha is to be
-/// kept.
+/// Writes 24 bits per pixel for an opaque picture, the most widely supported form; else 32 with a version 5
+/// header, which has alpha.
 std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata, const EncodeOptions&) {
   const ConstPixels pixels = bitmap.pixels();
   const bool opaque = isOpaque(bitmap.pixels());
@@ -372,8 +373,8 @@ std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata,
     throw RuntimeError(err::kInvalidCall,
                        "The picture is too large for a BMP file, which holds 4 GB at most.");
   }
-  const auto perMetre = [](double perInch) {
-    return perInch > 0 && perInch < 1e6 ? static_cast<std::size_t>(std::lround(perInch * kInchesPerMetre))
+  const auto perMeter = [](double perInch) {
+    return perInch > 0 && perInch < 1e6 ? static_cast<std::size_t>(std::lround(perInch * kInchesPerMeter))
                                         : 0;
   };
 
@@ -389,14 +390,14 @@ std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata,
   writer.u16(8 * bytesPerPixel);
   writer.u32(opaque ? kNone : kBitfields);
   writer.u32(imageSize);
-  writer.u32(perMetre(metadata.resolutionX));
-  writer.u32(perMetre(metadata.resolutionY));
+  writer.u32(perMeter(metadata.resolutionX));
+  writer.u32(perMeter(metadata.resolutionY));
   writer.zeros(8);
   if (!opaque) {
     for (const std::uint32_t mask : {0x00FF0000U, 0x0000FF00U, 0x000000FFU, 0xFF000000U}) writer.u32(mask);
     writer.u32(0x73524742);  // the color space "sRGB"
     writer.zeros(48);
-    writer.u32(4);  // the intent for pictures
+    writer.u32(4);  // rendering intent: perceptual
     writer.zeros(12);
   }
   std::vector<std::uint8_t> row(rowBytes);

@@ -6,10 +6,10 @@
 namespace kestrel::engine::bmp {
 namespace {
 
-/// Places one pixel after the other, as far as they are inside.
-class Pen {
+/// Output position; writes consecutive pixels and clips those outside.
+class OutputCursor {
  public:
-  Pen(const Pixels& pixels, bool topDown) : pixels_(pixels), topDown_(topDown) {}
+  OutputCursor(const Pixels& pixels, bool topDown) : pixels_(pixels), topDown_(topDown) {}
 
   void put(const Pixel& color) {
     if (x_ < pixels_.width && y_ < pixels_.height) {
@@ -28,7 +28,7 @@ class Pen {
   bool atEnd() const { return y_ >= pixels_.height || (y_ == pixels_.height - 1 && x_ >= pixels_.width); }
 
  private:
-  /// Some programs pack the bytes too that fill a row up to whole words.
+  /// Some programs also encode the padding of a row to 32 bits.
   std::int32_t paddedWidth() const { return (pixels_.width + 3) / 4 * 4; }
 
   void moveTo(std::int64_t x, std::int64_t y) {
@@ -49,10 +49,12 @@ class Pen {
 RunLengths unpackRunLengths(Bytes data, std::uint32_t bits, const std::array<Pixel, 256>& palette,
                             const Pixels& pixels, bool topDown) {
   constexpr std::uint8_t kEndOfLine = 0, kEndOfPicture = 1, kMove = 2;
-  Pen pen(pixels, topDown);
+  OutputCursor cursor(pixels, topDown);
   std::size_t at = 0;
   const auto left = [&] { return data.size() - at; };
-  const auto finished = [&](bool complete) { return RunLengths{pen.rows(), complete && !pen.outside()}; };
+  const auto finished = [&](bool complete) {
+    return RunLengths{cursor.rows(), complete && !cursor.outside()};
+  };
   // The color of the i-th pixel in a run or a literal that begins at `at`.
   const auto color = [&](std::size_t i, bool run) -> Pixel {
     if (bits == 24) {
@@ -69,26 +71,26 @@ RunLengths unpackRunLengths(Bytes data, std::uint32_t bits, const std::array<Pix
     const std::size_t count = data[at++];
     if (count > 0) {
       if (left() < runBytes) break;
-      for (std::size_t i = 0; i < count; ++i) pen.put(color(i, true));
+      for (std::size_t i = 0; i < count; ++i) cursor.put(color(i, true));
       at += runBytes;
       continue;
     }
     const std::uint8_t code = data[at++];
     if (code == kEndOfPicture) return finished(true);
     if (code == kEndOfLine) {
-      pen.endLine();
+      cursor.endLine();
     } else if (code == kMove) {
       if (left() < 2) break;
-      pen.move(data[at], data[at + 1]);
+      cursor.move(data[at], data[at + 1]);
       at += 2;
     } else {
       const std::size_t literalBytes = (code * std::size_t{bits} + 7) / 8;
       if (left() < literalBytes) break;
-      for (std::size_t i = 0; i < code; ++i) pen.put(color(i, false));
+      for (std::size_t i = 0; i < code; ++i) cursor.put(color(i, false));
       at += std::min(left(), literalBytes + literalBytes % 2);
     }
   }
-  return finished(pen.atEnd());
+  return finished(cursor.atEnd());
 }
 
 }  // namespace kestrel::engine::bmp

@@ -7,14 +7,14 @@
 
 namespace kestrel::engine::bmp {
 
-/// What came of unpacking.
+/// Result of RLE decoding.
 struct RunLengths {
-  std::int32_t rows = 0;  ///< rows of which at least a pixel was told, or that were left out on purpose
-  bool complete = false;  ///< the end mark or the last pixel was reached, and nothing pointed outside
+  std::int32_t rows = 0;  ///< rows with decoded pixels or skipped by the file
+  bool complete = false;  ///< the end code or the last pixel was reached, without pixels outside the picture
 };
 
-/// Unpacks the run lengths of pixels with 4, 8 or 24 bits into a transparent bitmap. Pixels that the file
-/// leaves out stay transparent.
+/// Decodes RLE pixels of 4, 8 or 24 bits into a transparent bitmap. Pixels that the file skips stay
+/// transparent.
 RunLengths unpackRunLengths(Bytes data, std::uint32_t bits, const std::array<Pixel, 256>& palette,
                             const Pixels& pixels, bool topDown);
 

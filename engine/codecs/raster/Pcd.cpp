@@ -7,8 +7,9 @@
 #include "engine/codecs/common/DecodeErrors.h"
 #include "engine/codecs/common/Orientation.h"
 
-// A Photo CD image pack holds the picture at several sizes. The three smaller ones are plain: for each two
-// rows, two rows of luma and a half one of each chroma. The largest of these that the file has is read.
+// A Photo CD image pack holds the picture at several sizes. The three smallest are uncompressed: for each
+// pair of rows, two rows of luma and one of each chroma at half width. The largest of these in the file is
+// read.
 
 namespace kestrel::engine::pcd {
 namespace {
@@ -29,7 +30,7 @@ constexpr std::array<Base, 3> kBases{{{0x30000, 768, 512}, {0xB800, 384, 256}, {
 
 std::uint8_t level(double value) { return static_cast<std::uint8_t>(std::clamp(value + 0.5, 0.0, 255.0)); }
 
-/// Photo YCC to the screen, by the matrix that Photo CD defines for it.
+/// Photo YCC to RGB, with the Photo CD matrix for displays.
 void convert(int luma, int chroma1, int chroma2, std::uint8_t* target) {
   const double light = 1.3584 * luma;
   const double blue = 2.2179 * (chroma1 - 156);
@@ -54,7 +55,7 @@ const Base& largestBase(std::size_t fileSize) {
   for (const Base& base : kBases) {
     if (fileSize >= base.end()) return base;
   }
-  // Not even the smallest is whole; what there is of it is shown.
+  // Even the smallest is truncated; decode what is there.
   return kBases.back();
 }
 
@@ -77,7 +78,7 @@ Decoded decode(Bytes data) {
     readRowPair(data.data() + at, base, pixels, rows);
   }
   if (rows < base.height) keepRows(decoded, rows);
-  // The turn counts quarters counterclockwise; these are the orientations of the same meaning.
+  // The rotation is stored in counterclockwise quarter turns; these are the equivalent EXIF orientations.
   constexpr std::array<std::int32_t, 4> kOrientations{1, 8, 3, 6};
   applyOrientation(decoded, kOrientations[data[kTurnAt] & 3U]);
   return decoded;

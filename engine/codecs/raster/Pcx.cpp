@@ -11,9 +11,9 @@
 #include "engine/codecs/common/DecodeErrors.h"
 #include "engine/codecs/common/Flatten.h"
 
-// A header of 128 bytes, then rows of run lengths, plane after plane within a row: a byte with both high bits
-// set is a count for the byte after it. A palette of 256 colors stands at the end, after a 12. DCX files
-// hold several such pictures, of which the first is read.
+// A header of 128 bytes, then RLE rows, plane after plane within a row: a byte with both high bits set is a
+// repeat count for the next byte. A palette of 256 colors is at the end, preceded by the byte 12. DCX files
+// contain several such pictures; the first is read.
 
 namespace kestrel::engine::pcx {
 namespace {
@@ -23,9 +23,9 @@ constexpr std::size_t kPaletteSize = 769;
 
 struct Header {
   std::int32_t width = 0, height = 0;
-  std::uint32_t bits = 0;  ///< of a sample
+  std::uint32_t bits = 0;  ///< bits per sample
   std::uint32_t planes = 0;
-  std::size_t lineBytes = 0;  ///< of one plane
+  std::size_t lineBytes = 0;  ///< bytes of one plane in a row
   bool packed = false;
   std::uint8_t version = 0;
   std::array<Pixel, 16> colors{};
@@ -70,23 +70,23 @@ Header readHeader(Bytes data, Metadata& metadata) {
   return header;
 }
 
-/// The colors of the graphics cards of the time, for files that bring none.
-constexpr std::array<Pixel, 16> kCardColors{{{0, 0, 0, 255},
-                                             {0, 0, 170, 255},
-                                             {0, 170, 0, 255},
-                                             {0, 170, 170, 255},
-                                             {170, 0, 0, 255},
-                                             {170, 0, 170, 255},
-                                             {170, 85, 0, 255},
-                                             {170, 170, 170, 255},
-                                             {85, 85, 85, 255},
-                                             {85, 85, 255, 255},
-                                             {85, 255, 85, 255},
-                                             {85, 255, 255, 255},
-                                             {255, 85, 85, 255},
-                                             {255, 85, 255, 255},
-                                             {255, 255, 85, 255},
-                                             {255, 255, 255, 255}}};
+/// Default palette of contemporary graphics cards, for files without a palette.
+constexpr std::array<Pixel, 16> kDefaultColors{{{0, 0, 0, 255},
+                                                {0, 0, 170, 255},
+                                                {0, 170, 0, 255},
+                                                {0, 170, 170, 255},
+                                                {170, 0, 0, 255},
+                                                {170, 0, 170, 255},
+                                                {170, 85, 0, 255},
+                                                {170, 170, 170, 255},
+                                                {85, 85, 85, 255},
+                                                {85, 85, 255, 255},
+                                                {85, 255, 85, 255},
+                                                {85, 255, 255, 255},
+                                                {255, 85, 85, 255},
+                                                {255, 85, 255, 255},
+                                                {255, 255, 85, 255},
+                                                {255, 255, 255, 255}}};
 
 Palette readPalette(Bytes data, const Header& header) {
   Palette palette;
@@ -109,18 +109,18 @@ Palette readPalette(Bytes data, const Header& header) {
   if (count == 2 && (none || header.version == kWithoutPalette)) {
     palette[1] = {255, 255, 255, 255};
   } else {
-    const auto& colors = none || header.version == kWithoutPalette ? kCardColors : header.colors;
+    const auto& colors = none || header.version == kWithoutPalette ? kDefaultColors : header.colors;
     std::copy_n(colors.begin(), count, palette.begin());
   }
   return palette;
 }
 
-/// The bytes of the rows, unpacked. A run may go on into the next row: some programs write it so.
+/// RLE decoder for the rows. A run may continue in the next row: some programs write such files.
 class LineReader {
  public:
   LineReader(Bytes data, bool packed) : data_(data), packed_(packed) {}
 
-  /// False if the file has no more whole line.
+  /// Returns false if the file has no further complete line.
   bool read(std::vector<std::uint8_t>& line) {
     for (std::uint8_t& byte : line) {
       const auto next = packed_ ? unpacked() : plain();
@@ -203,27 +203,27 @@ bool isPicture(Bytes data) {
   return version && data[2] <= 1 && bits && data[65] >= 1 && data[65] <= 4;
 }
 
-/// The pages of a DCX file, which is a mark and up to 1023 places of PCX pictures before a 0. Each picture
-/// ends where the next place is. Empty for other files.
+/// The pages of a DCX file: a signature and up to 1023 offsets of PCX pictures, terminated by 0. Each picture
+/// ends at the next higher offset. Empty for other files.
 std::vector<Bytes> pagesOf(Bytes data) {
   constexpr std::uint32_t kMark = 0x3ADE68B1;
   constexpr std::size_t kMostPages = 1023;
   if (data.size() < 8) return {};
   ByteReader reader(data);
   if (reader.u32() != kMark) return {};
-  std::vector<std::size_t> places;
-  while (places.size() < kMostPages && reader.remaining() >= 4) {
-    const std::size_t place = reader.u32();
-    if (place == 0 || place >= data.size()) break;
-    places.push_back(place);
+  std::vector<std::size_t> offsets;
+  while (offsets.size() < kMostPages && reader.remaining() >= 4) {
+    const std::size_t offset = reader.u32();
+    if (offset == 0 || offset >= data.size()) break;
+    offsets.push_back(offset);
   }
   std::vector<Bytes> pages;
-  for (const std::size_t place : places) {
+  for (const std::size_t offset : offsets) {
     std::size_t end = data.size();
-    for (const std::size_t other : places) {
-      if (other > place) end = std::min(end, other);
+    for (const std::size_t other : offsets) {
+      if (other > offset) end = std::min(end, other);
     }
-    pages.push_back(data.subspan(place, end - place));
+    pages.push_back(data.subspan(offset, end - offset));
   }
   return pages;
 }

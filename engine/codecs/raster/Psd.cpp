@@ -20,9 +20,9 @@
 #include "engine/codecs/metadata/PhotoshopResources.h"
 #include "engine/pixels/Opaque.h"
 
-// A header, a color map, image resources, layers, and the merged picture, which is what is read and written.
-// In a picture with transparency its colors stand mixed with white; so such a picture is also the file's
-// only layer.
+// A header, a color map, image resources, layers, and the merged picture, which is read and written. The
+// merged picture of a transparent picture is composited over white; therefore it is also written as the
+// file's only layer.
 
 namespace kestrel::engine::psd {
 namespace {
@@ -118,25 +118,24 @@ Metadata readResources(Bytes resources) {
   return metadata;
 }
 
-/// What the channel after the colors is.
-enum class Extra { none, alpha, alphaOverWhite };
+/// Meaning of the channel after the color channels.
+enum class ExtraChannel { none, alpha, alphaOverWhite };
 
-/// It is the picture's transparency if the layers say so by a negative count; then the colors stand mixed
-/// with white. In a file without layers it is alpha unless it has a name of its own, as a stored selection
-/// has.
-Extra extraOf(Bytes layers, Bytes resources, bool large) {
+/// A negative layer count means that the channel is the merged picture's alpha and the colors are composited
+/// over white. In a file without layers the channel is alpha unless it has a name, as a saved selection has.
+ExtraChannel extraChannelOf(Bytes layers, Bytes resources, bool large) {
   ByteReader reader(layers, ByteOrder::big);
   if (reader.remaining() >= (large ? 10U : 6U)) {
     const std::uint64_t high = large ? reader.u32() : 0;
     const std::uint64_t size = high << 32 | reader.u32();
-    if (size >= 2) return reader.i16() < 0 ? Extra::alphaOverWhite : Extra::none;
+    if (size >= 2) return reader.i16() < 0 ? ExtraChannel::alphaOverWhite : ExtraChannel::none;
   }
   const Bytes names = findResource(resources, kAlphaNames);
   constexpr std::string_view kTransparency = "Transparency";
   const bool named = names.size() > 1 && names[0] > 0;
   const bool transparency = named && names.size() > kTransparency.size() &&
                             std::equal(kTransparency.begin(), kTransparency.end(), names.begin() + 1);
-  return !named || transparency ? Extra::alpha : Extra::none;
+  return !named || transparency ? ExtraChannel::alpha : ExtraChannel::none;
 }
 
 void putColors(const Channels& channels, const Header& header, Bytes map, const Pixels& pixels) {
@@ -149,7 +148,7 @@ void putColors(const Channels& channels, const Header& header, Bytes map, const 
       p[3] = 255;
       const std::uint8_t first = channels.planes[0][row + x];
       if (header.mode == kIndexed) {
-        // The map holds all reds, then all greens, then all blues.
+        // The map holds all red values, then green, then blue.
         for (std::size_t c = 0; c < 3; ++c) p[c] = map[c * 256 + first];
       } else if (channels.planes.size() < 3) {
         p[0] = p[1] = p[2] = first;
@@ -198,8 +197,8 @@ std::vector<std::uint8_t> writeResources(const Metadata& metadata) {
     ByteWriter content(ByteOrder::big);
     for (const double value : {metadata.resolutionX, metadata.resolutionY}) {
       content.u32(static_cast<std::size_t>(std::lround(value * 65536)));
-      content.u16(1);  // shown per inch
-      content.u16(1);  // sizes shown in inches
+      content.u16(1);  // display unit: per inch
+      content.u16(1);  // size unit: inches
     }
     writeResource(writer, kResolution, content.finish());
   }
@@ -230,24 +229,27 @@ Decoded decode(Bytes data) {
   Decoded decoded;
   decoded.metadata = readResources(resources);
   decoded.stored.bitsPerSample = header.form.depth;
-  Extra extra = header.form.channels > colors && header.mode != kMultichannel && header.mode != kIndexed
-                    ? extraOf(layers, resources, header.form.large)
-                    : Extra::none;
-  decoded.stored.hasAlpha = extra != Extra::none;
+  ExtraChannel extra =
+      header.form.channels > colors && header.mode != kMultichannel && header.mode != kIndexed
+          ? extraChannelOf(layers, resources, header.form.large)
+          : ExtraChannel::none;
+  decoded.stored.hasAlpha = extra != ExtraChannel::none;
   decoded.bitmap = Bitmap::filled(header.form.width, header.form.height);
   std::optional<Channels> layer;
-  if (extra == Extra::alphaOverWhite && header.mode == kRgb) layer = readOnlyLayer(layers, header.form);
-  if (layer) extra = Extra::alpha;
+  if (extra == ExtraChannel::alphaOverWhite && header.mode == kRgb)
+    layer = readOnlyLayer(layers, header.form);
+  if (layer) extra = ExtraChannel::alpha;
   const Channels channels =
-      layer ? std::move(*layer) : readChannels(reader, header.form, colors + (extra != Extra::none ? 1 : 0));
+      layer ? std::move(*layer)
+            : readChannels(reader, header.form, colors + (extra != ExtraChannel::none ? 1 : 0));
   putColors(channels, header, map, decoded.bitmap.writable());
 
   convertToSrgb(decoded, header.mode == kCmyk                             ? PixelKind::cmyk
                          : header.mode == kLab                            ? PixelKind::lab
                          : header.mode == kRgb || header.mode == kIndexed ? PixelKind::rgb
                                                                           : PixelKind::gray);
-  if (extra != Extra::none) {
-    putAlpha(channels.planes.back(), channels.rows, extra == Extra::alphaOverWhite,
+  if (extra != ExtraChannel::none) {
+    putAlpha(channels.planes.back(), channels.rows, extra == ExtraChannel::alphaOverWhite,
              decoded.bitmap.writable());
   }
   if (channels.rows < header.form.height) keepRows(decoded, channels.rows);
@@ -282,7 +284,7 @@ std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata,
   } else {
     writeOnlyLayer(writer, pixels);
   }
-  writer.u16(1);  // run lengths
+  writer.u16(1);  // RLE
 
   ByteWriter rows(ByteOrder::big);
   const auto width = static_cast<std::size_t>(pixels.width);

@@ -15,7 +15,7 @@ namespace {
 
 enum Compression : std::uint16_t { kRaw = 0, kRunLengths = 1, kZip = 2, kZipWithPrediction = 3 };
 
-/// Unpacks one row; false if the data does not fill it.
+/// Decodes a PackBits row; returns false if the data is too short.
 bool unpackBits(Bytes data, std::vector<std::uint8_t>& row) {
   std::size_t filled = 0;
   std::size_t at = 0;
@@ -42,7 +42,7 @@ std::size_t rowBytes(const ChannelForm& form) {
   return (static_cast<std::size_t>(form.width) * static_cast<std::size_t>(form.depth) + 7) / 8;
 }
 
-/// A stored row, big-endian, to 8-bit samples. Bits mean black where they are set.
+/// Converts a stored big-endian row to 8-bit samples. A set bit is black.
 void toSamples(const std::vector<std::uint8_t>& row, const ChannelForm& form, std::uint8_t* samples) {
   const auto width = static_cast<std::size_t>(form.width);
   for (std::size_t x = 0; x < width; ++x) {
@@ -67,7 +67,7 @@ void toSamples(const std::vector<std::uint8_t>& row, const ChannelForm& form, st
   }
 }
 
-/// The packed size of each row of each channel, as far as the file tells.
+/// Compressed size of each row of each channel.
 std::vector<std::size_t> readRowSizes(ByteReader& reader, const ChannelForm& form) {
   const std::size_t count = static_cast<std::size_t>(form.channels) * static_cast<std::size_t>(form.height);
   if (reader.remaining() / (form.large ? 4 : 2) < count) {
@@ -78,8 +78,8 @@ std::vector<std::size_t> readRowSizes(ByteReader& reader, const ChannelForm& for
   return sizes;
 }
 
-/// Each sample of a row is stored as its difference from the one before. Of real numbers it is each byte, and
-/// all their first bytes come before all their second ones.
+/// Undoes horizontal prediction: each sample is stored as the difference from the previous one.
+/// Floating-point rows are stored as four byte planes, most significant first, with differences of bytes.
 void undoPrediction(std::vector<std::uint8_t>& row, const ChannelForm& form) {
   const auto width = static_cast<std::size_t>(form.width);
   if (form.depth == 16) {
@@ -99,7 +99,7 @@ void undoPrediction(std::vector<std::uint8_t>& row, const ChannelForm& form) {
   }
 }
 
-/// The rows of the channels one after the other, unpacked.
+/// Decoder for the rows of all channels in sequence.
 class StoredRows {
  public:
   StoredRows(ByteReader& reader, const ChannelForm& form) : reader_(reader), form_(form) {
@@ -118,7 +118,7 @@ class StoredRows {
     inflate_->avail_in = static_cast<std::uint32_t>(packed.size());
   }
 
-  /// Reads the next row; false if it is damaged.
+  /// Reads the next row; returns false on a decode error.
   bool next(std::vector<std::uint8_t>& row) {
     if (inflate_) return unzip(row);
     const std::size_t stored = compression_ == kRaw ? row.size() : sizes_[number_++];
@@ -129,8 +129,8 @@ class StoredRows {
     return whole;
   }
 
-  /// Whether rows may come after a damaged one.
-  bool goesOn() const { return !inflate_ && reader_.remaining() > 0; }
+  /// Whether decoding can continue after a bad row.
+  bool canContinue() const { return !inflate_ && reader_.remaining() > 0; }
 
  private:
   bool unzip(std::vector<std::uint8_t>& row) {
@@ -164,7 +164,7 @@ Channels readChannels(ByteReader& reader, const ChannelForm& form, std::int32_t 
     for (std::int32_t y = 0; y < form.height; ++y) {
       if (!stored.next(row)) {
         result.rows = std::min(result.rows, y);
-        if (!stored.goesOn()) break;
+        if (!stored.canContinue()) break;
         continue;
       }
       toSamples(row, form, plane.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(form.width));

@@ -7,19 +7,19 @@
 namespace kestrel::engine::psd {
 namespace {
 
-/// The channels of a layer in the order of a pixel's bytes.
+/// Channel numbers of a layer in the order of a pixel's bytes.
 constexpr std::array<std::int16_t, 4> kChannels{0, 1, 2, -1};
 constexpr std::string_view kNormal = "8BIMnorm";
 constexpr std::size_t kOpaque = 255;
 
-/// One channel of a layer as the file names it.
+/// Channel entry of a layer record.
 struct Entry {
   std::int16_t channel = 0;
   std::size_t size = 0;
 };
 using Entries = std::array<Entry, kChannels.size()>;
 
-/// A layer's record; nothing if it is not plainly the whole picture.
+/// Reads a layer record; nothing unless it is a plain layer of the picture's size.
 std::optional<Entries> readRecord(ByteReader& reader, const ChannelForm& form) {
   const std::int32_t top = reader.i32(), left = reader.i32(), bottom = reader.i32(), right = reader.i32();
   if (top != 0 || left != 0 || bottom != form.height || right != form.width) return std::nullopt;
@@ -37,7 +37,7 @@ std::optional<Entries> readRecord(ByteReader& reader, const ChannelForm& form) {
   reader.skip(1);
   if (!std::ranges::equal(mode, kNormal) || !opaque || clipped || hidden) return std::nullopt;
 
-  // A mask, ranges that are mixed with what lies below, a name, and then anything that changes the looks.
+  // Mask, blending ranges, name, then additional data that could change the appearance.
   ByteReader more(reader.take(reader.u32()), ByteOrder::big);
   if (more.u32() != 0 || more.u32() != 0) return std::nullopt;
   const std::size_t name = more.u8();
@@ -45,7 +45,7 @@ std::optional<Entries> readRecord(ByteReader& reader, const ChannelForm& form) {
   return more.remaining() < 4 ? std::optional(entries) : std::nullopt;
 }
 
-/// The rows of one of a pixel's bytes, packed: the compression, the size of each row, the rows.
+/// Encodes one channel: the compression, the size of each row, the rows.
 std::vector<std::uint8_t> packChannel(const ConstPixels& pixels, std::size_t byte) {
   ByteWriter sizes(ByteOrder::big), rows;
   sizes.u16(1);
@@ -68,7 +68,7 @@ std::optional<Channels> readOnlyLayer(Bytes layers, const ChannelForm& form) {
   try {
     ByteReader reader(layers, ByteOrder::big);
     reader.skip(4);
-    // Negative: the merged picture has alpha as well.
+    // Negative layer count: the merged picture has alpha as well.
     if (reader.i16() != -1) return std::nullopt;
     const std::optional<Entries> entries = readRecord(reader, form);
     if (!entries) return std::nullopt;
@@ -84,7 +84,7 @@ std::optional<Channels> readOnlyLayer(Bytes layers, const ChannelForm& form) {
     }
     return result;
   } catch (const RuntimeError& error) {
-    // Ends too early, or is packed in a way that is not known. The merged picture is still there.
+    // Truncated or with an unknown compression: fall back to the merged picture.
     if (error.Number() != err::kInvalidPicture) throw;
     return std::nullopt;
   }

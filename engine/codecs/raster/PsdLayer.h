@@ -7,12 +7,12 @@
 
 namespace kestrel::engine::psd {
 
-/// Reads the layer of a file that has only one, if that is the whole picture and nothing is done to it: then
-/// its colors are as they were, while those of the merged picture stand mixed with white. `layers` is the
-/// file's section of layers and masks. Nothing for any other file, a damaged one too.
+/// Reads the only layer of a file, if it covers the whole picture and has no mask, blending or effects. Its
+/// colors are then exact, while those of the merged picture are composited over white. `layers` is the layer
+/// and mask section. Nothing for other or damaged files.
 std::optional<Channels> readOnlyLayer(Bytes layers, const ChannelForm& form);
 
-/// Writes the section of layers and masks with the picture as the only layer.
+/// Writes the layer and mask section with the picture as the only layer.
 void writeOnlyLayer(ByteWriter& writer, const ConstPixels& pixels);
 
 }  // namespace kestrel::engine::psd

@@ -11,8 +11,8 @@
 #include "engine/codecs/common/Flatten.h"
 #include "engine/pixels/Opaque.h"
 
-// Truevision TGA 2.0: a header of 18 bytes, a text, a color map, pixels, and since version 2 a footer that
-// names the format. Version 1 has no mark at all.
+// Truevision TGA 2.0: a header of 18 bytes, a text, a color map, pixels, and since version 2 a footer with a
+// signature. Version 1 has no signature.
 
 namespace kestrel::engine::tga {
 namespace {
@@ -59,7 +59,7 @@ Header readHeader(ByteReader& reader) {
 
 bool isDirectDepth(std::uint32_t bits) { return bits == 15 || bits == 16 || bits == 24 || bits == 32; }
 
-bool makesSense(const Header& header) {
+bool isValid(const Header& header) {
   if (header.width == 0 || header.height == 0) return false;
   switch (header.type) {
     case kMapped:
@@ -81,19 +81,19 @@ bool hasFooter(Bytes data) {
 }
 
 constexpr std::size_t kAreaSize = 495;
-constexpr std::size_t kMeaningInArea = 494;
+constexpr std::size_t kAttributesTypeInArea = 494;
 
-/// What the fourth byte of a pixel means, as the extension area of version 2 tells (0 to 2 are nothing of
-/// worth).
-enum Meaning { kUntold = -1, kAlpha = 3, kPremultiplied = 4 };
+/// Attributes type in the extension area of version 2: meaning of a pixel's fourth byte (0 to 2: not
+/// alpha).
+enum AttributesType { kUnspecified = -1, kAlpha = 3, kPremultiplied = 4 };
 
-int alphaMeaning(Bytes data) {
-  if (!hasFooter(data)) return kUntold;
+int attributesTypeOf(Bytes data) {
+  if (!hasFooter(data)) return kUnspecified;
   ByteReader reader(data);
   reader.seek(data.size() - kFooterSize);
   const std::size_t area = reader.u32();
-  if (area < kHeaderSize || area > data.size() || data.size() - area < kAreaSize) return kUntold;
-  return data[area + kMeaningInArea];
+  if (area < kHeaderSize || area > data.size() || data.size() - area < kAreaSize) return kUnspecified;
+  return data[area + kAttributesTypeInArea];
 }
 
 /// A pixel of 15 to 32 bits.
@@ -109,7 +109,7 @@ Pixel readColor(const std::uint8_t* bytes, std::uint32_t bits, bool alpha) {
 
 std::size_t bytesOf(std::uint32_t bits) { return (bits + 7) / 8; }
 
-/// Unpacks pixels one by one from runs and literals, or just takes them.
+/// Reads pixels one by one, RLE or uncompressed.
 class PixelReader {
  public:
   PixelReader(ByteReader& reader, std::size_t pixelBytes, bool packed)
@@ -200,8 +200,8 @@ bool probe(Bytes data) {
   if (data.size() <= kHeaderSize || data[1] > 1 || (data[2] & ~(7 | kPacked)) != 0) return false;
   ByteReader reader(data);
   const Header header = readHeader(reader);
-  if (!makesSense(header)) return false;
-  // Bits 6 and 7 of the flags are not used any more, and a file without a map has no numbers of one.
+  if (!isValid(header)) return false;
+  // Bits 6 and 7 of the flags are obsolete; a file without a color map has zeros in its fields.
   const bool plain = header.hasMap || (header.mapCount == 0 && header.mapBits == 0) || header.type != kMapped;
   return hasFooter(data) || (plain && (data[17] & 0xC0) == 0);
 }
@@ -209,13 +209,14 @@ bool probe(Bytes data) {
 Decoded decode(Bytes data) {
   ByteReader reader(data);
   const Header header = readHeader(reader);
-  if (!makesSense(header)) refusePicture("The TGA file is damaged: its header makes no sense.");
+  if (!isValid(header)) refusePicture("The TGA file is damaged: its header is invalid.");
   constexpr std::int64_t kPixelsPerByte = 128;
   checkClaimedSize(header.width, header.height, data.size(), kPixelsPerByte);
 
-  const int meaning = alphaMeaning(data);
+  const int attributesType = attributesTypeOf(data);
   const bool deep = (header.type == kMapped ? header.mapBits : header.bits) == 32;
-  const bool alpha = (meaning == kUntold || meaning >= kAlpha) && (header.alphaBits > 0 || deep);
+  const bool alpha =
+      (attributesType == kUnspecified || attributesType >= kAlpha) && (header.alphaBits > 0 || deep);
   reader.skip(header.textSize);
   std::vector<Pixel> map;
   if (header.type == kMapped) {
@@ -235,7 +236,7 @@ Decoded decode(Bytes data) {
     const std::uint8_t* const bytes = source.next();
     if (bytes == nullptr) break;
     Pixel pixel = pixelOf(bytes, header, map, alpha);
-    if (meaning == kPremultiplied) unpremultiply(pixel);
+    if (attributesType == kPremultiplied) unpremultiply(pixel);
     const auto x = static_cast<std::int32_t>(done % header.width),
                y = static_cast<std::int32_t>(done / header.width);
     std::memcpy(pixels.row(header.fromTop ? y : header.height - 1 - y) +
@@ -248,7 +249,7 @@ Decoded decode(Bytes data) {
     decoded.notice = "The file is damaged or truncated: only " + std::to_string(rows) + " of " +
                      std::to_string(header.height) + " rows could be read.";
   }
-  if (alpha && meaning == kUntold && rows == header.height) dropEmptyAlpha(decoded.bitmap);
+  if (alpha && attributesType == kUnspecified && rows == header.height) dropEmptyAlpha(decoded.bitmap);
   return decoded;
 }
 
@@ -274,7 +275,7 @@ std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata&, const En
   const std::size_t area = pixelBytes == 4 ? writer.size() : 0;
   if (area > 0) {
     writer.u16(kAreaSize);
-    writer.zeros(kMeaningInArea - 2);
+    writer.zeros(kAttributesTypeInArea - 2);
     writer.u8(kAlpha);
   }
   writer.u32(area);

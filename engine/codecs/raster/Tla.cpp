@@ -14,8 +14,8 @@
 #include "engine/codecs/metadata/Exif.h"
 #include "engine/parallel/Parallel.h"
 
-// Our own lossless format, described in docs/tla.md: sections with a checksum each, pixels in bands of rows
-// that are packed and unpacked independently of each other.
+// The lossless format of docs/tla.md: sections with a checksum each, and pixels in bands of rows that are
+// coded independently.
 
 namespace kestrel::engine::tla {
 namespace {
@@ -23,7 +23,7 @@ namespace {
 constexpr std::array<std::uint8_t, 8> kMark{0x93, 'T', 'L', 'A', 0x0D, 0x0A, 0x1A, 0x0A};
 constexpr std::size_t kHeaderSize = 20;
 
-/// A section's name as the number that its four letters are in the file.
+/// A section's name as the little-endian number of its four letters.
 constexpr std::uint32_t nameOf(const char (&letters)[5]) {
   std::uint32_t name = 0;
   for (int i = 3; i >= 0; --i) name = name << 8 | static_cast<std::uint8_t>(letters[i]);
@@ -34,7 +34,7 @@ constexpr std::uint32_t kHeader = nameOf("HEAD"), kBand = nameOf("BAND"), kProfi
                         kExif = nameOf("EXIF"), kXmp = nameOf("XMP "), kIptc = nameOf("IPTC"),
                         kEnd = nameOf("DONE");
 
-/// The usual 32-bit cyclic checksum (ISO 3309).
+/// CRC-32 (ISO 3309).
 std::uint32_t checksum(Bytes data) {
   static const auto table = [] {
     std::array<std::uint32_t, 256> values{};
@@ -53,10 +53,10 @@ std::uint32_t checksum(Bytes data) {
 struct Section {
   std::uint32_t name = kEnd;
   Bytes content;
-  bool whole = false;  ///< all there, and as the checksum says
+  bool whole = false;  ///< complete, with correct checksum
 };
 
-/// The next section; where the file ends or makes no sense, one that is not whole.
+/// Reads the next section; `whole` is false if it is truncated or invalid.
 Section readSection(ByteReader& reader) {
   Section section;
   if (reader.remaining() < 12) return section;
@@ -79,7 +79,7 @@ void writeSection(ByteWriter& writer, std::uint32_t name, Bytes content) {
   writer.bytes(content);
 }
 
-/// Rows of a band: some 256 KB of pixels, enough to fill a core's while and to lose little when damaged.
+/// Rows per band: some 256 KB of pixels, enough work for a thread, and a small loss if a band is damaged.
 std::int32_t bandRowsFor(std::int32_t width) { return std::max(1, (1 << 16) / width); }
 
 struct Header {
@@ -95,7 +95,8 @@ Header readHeader(ByteReader& reader, std::size_t fileSize, Metadata& metadata) 
   const std::uint32_t width = content.u32(), height = content.u32(), bandRows = content.u32();
   constexpr std::int64_t kPixelsPerByte = 64;
   checkClaimedSize(width, height, fileSize, kPixelsPerByte);
-  if (bandRows < 1 || bandRows > height) refusePicture("The TLA file is damaged: its bands make no sense.");
+  if (bandRows < 1 || bandRows > height)
+    refusePicture("The TLA file is damaged: its band height is invalid.");
   constexpr double kThousandths = 1000;
   metadata.resolutionX = content.u32() / kThousandths;
   metadata.resolutionY = content.u32() / kThousandths;
@@ -117,7 +118,7 @@ void keepMetadata(const Section& section, Metadata& metadata) {
     case kIptc:
       return keep(metadata.iptc);
     default:
-      return;  // a later version's: not needed to show the picture
+      return;  // section of a later version: not needed to show the picture
   }
 }
 

@@ -6,7 +6,7 @@
 namespace kestrel::engine::tla {
 namespace {
 
-// The first byte of each code; docs/tla.md tells the rest.
+// First byte of each code; see docs/tla.md.
 constexpr int kRun = 0x00;     // 00nnnnnn
 constexpr int kSmall = 0x40;   // 01rrggbb
 constexpr int kMedium = 0x80;  // 10gggggg rrrrbbbb
@@ -19,7 +19,7 @@ std::uint8_t clampedSlope(int left, int above, int corner) {
       std::clamp(left + above - corner, std::min(left, above), std::max(left, above)));
 }
 
-/// What the pixel at x is expected to be, from those already known of its band.
+/// Predictor of the pixel at x from pixels of the band already decoded.
 class Predictor {
  public:
   /// `above` is null in the first row of a band.
@@ -40,7 +40,7 @@ class Predictor {
   const std::uint8_t* above_;
 };
 
-/// The difference of two bytes as the nearest signed one: it wraps around, and back when added.
+/// Difference of two bytes modulo 256, as a signed number.
 int difference(std::uint8_t value, std::uint8_t expected) {
   return static_cast<std::int8_t>(static_cast<std::uint8_t>(value - expected));
 }
@@ -95,7 +95,7 @@ class Unpacker {
 
   bool atEnd() const { return run_ == 0 && data_.empty(); }
 
-  /// False if the data has ended or makes no sense.
+  /// Returns false if the data has ended or is invalid.
   bool next(Pixel pixel, std::uint8_t* target) {
     if (run_ > 0) {
       --run_;

@@ -7,10 +7,10 @@
 
 namespace kestrel::engine::tla {
 
-/// Packs the rows first to last - 1; see docs/tla.md. What it gives depends on these rows alone.
+/// Encodes the rows first to last - 1; see docs/tla.md. The result depends on these rows only.
 std::vector<std::uint8_t> packRows(const ConstPixels& pixels, std::int32_t first, std::int32_t last);
 
-/// Unpacks into the same rows; false if the data is not exactly that many pixels.
+/// Decodes into the same rows; returns false unless the data is exactly that many pixels.
 bool unpackRows(Bytes data, const Pixels& pixels, std::int32_t first, std::int32_t last);
 
 }  // namespace kestrel::engine::tla

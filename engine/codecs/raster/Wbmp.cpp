@@ -17,8 +17,8 @@ struct Header {
   std::size_t size;
 };
 
-/// A number in groups of 7 bits, the high bit telling that more follow; nothing if it is longer than any
-/// side.
+/// A number in groups of 7 bits; a set high bit means that more follow. Nothing if it is longer than any
+/// valid side.
 std::optional<std::int64_t> readNumber(ByteReader& reader) {
   std::int64_t value = 0;
   for (int i = 0; i < 4 && reader.remaining() > 0; ++i) {
@@ -48,7 +48,7 @@ std::int64_t rowBytes(std::int64_t width) { return (width + 7) / 8; }
 
 }  // namespace
 
-/// The format has no mark, so the size of the file must be what the header says.
+/// The format has no signature, so the file size must match the header.
 bool probe(Bytes data) {
   const auto header = readHeader(data);
   if (!header) return false;
@@ -57,7 +57,7 @@ bool probe(Bytes data) {
 
 Decoded decode(Bytes data) {
   const auto header = readHeader(data);
-  if (!header) refusePicture("The WBMP file is damaged: its header makes no sense.");
+  if (!header) refusePicture("The WBMP file is damaged: its header is invalid.");
   constexpr std::int64_t kPixelsPerByte = 8;
   checkClaimedSize(header->width, header->height, data.size(), kPixelsPerByte);
 

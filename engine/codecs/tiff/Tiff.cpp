@@ -56,7 +56,7 @@ void setMetadata(TIFF* tiff, const Metadata& metadata) {
   set(TIFFTAG_RICHTIFFIPTC, metadata.iptc);
 }
 
-/// Writes the pixels; false if the library gave up.
+/// Writes the pixels; returns false after a library error.
 bool writePixels(TIFF* tiff, const ConstPixels& pixels, bool opaque) {
   const std::uint16_t samples = opaque ? 3 : 4;
   TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, static_cast<std::uint32_t>(pixels.width));
@@ -72,7 +72,7 @@ bool writePixels(TIFF* tiff, const ConstPixels& pixels, bool opaque) {
   }
   TIFFSetField(tiff, TIFFTAG_COMPRESSION, COMPRESSION_ADOBE_DEFLATE);
   TIFFSetField(tiff, TIFFTAG_PREDICTOR, PREDICTOR_HORIZONTAL);
-  // Higher levels take many times as long on photographs and save next to nothing.
+  // Higher levels take many times as long on photographs for almost no gain.
   TIFFSetField(tiff, TIFFTAG_ZIPQUALITY, 4);
   constexpr std::size_t kStripBytes = std::size_t{256} << 10;
   const std::size_t rowBytes = static_cast<std::size_t>(pixels.width) * samples;

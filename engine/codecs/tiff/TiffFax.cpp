@@ -11,7 +11,7 @@ namespace {
 
 struct Coding {
   std::uint16_t compression = COMPRESSION_NONE;
-  std::uint32_t options = 0;  ///< of Group 3: 1 for rows that refer to the row above
+  std::uint32_t options = 0;  ///< Group 3 options: 1 for two-dimensional coding
 };
 
 bool isFax(std::uint16_t compression) {
@@ -24,14 +24,14 @@ void setCoding(TIFF* tiff, const Coding& coding) {
   if (coding.compression == COMPRESSION_CCITTFAX3) TIFFSetField(tiff, TIFFTAG_GROUP3OPTIONS, coding.options);
 }
 
-/// How much the library finds wrong in the first strip or tile.
-int complaintsAbout(TIFF* tiff, std::vector<std::uint8_t>& buffer) {
+/// Number of errors and warnings of the library in the first strip or tile.
+int diagnosticsOf(TIFF* tiff, std::vector<std::uint8_t>& buffer) {
   const auto* const stream = static_cast<const TiffStream*>(TIFFClientdata(tiff));
-  const int before = stream->complaints();
+  const int before = stream->diagnostics();
   const auto size = static_cast<tmsize_t>(buffer.size());
   const tmsize_t got = TIFFIsTiled(tiff) != 0 ? TIFFReadEncodedTile(tiff, 0, buffer.data(), size)
                                               : TIFFReadEncodedStrip(tiff, 0, buffer.data(), size);
-  return got < size ? std::numeric_limits<int>::max() : stream->complaints() - before;
+  return got < size ? std::numeric_limits<int>::max() : stream->diagnostics() - before;
 }
 
 }  // namespace
@@ -46,14 +46,14 @@ void correctFaxCoding(TIFF* tiff) {
   const tmsize_t size = TIFFIsTiled(tiff) != 0 ? TIFFTileSize(tiff) : TIFFStripSize(tiff);
   if (size <= 0 || size > kLargest) return;
   std::vector<std::uint8_t> buffer(static_cast<std::size_t>(size));
-  int fewest = complaintsAbout(tiff, buffer);
+  int fewest = diagnosticsOf(tiff, buffer);
   if (fewest == 0) return;
   for (const Coding& coding : {Coding{COMPRESSION_CCITTFAX4, 0}, Coding{COMPRESSION_CCITTFAX3, 0},
                                Coding{COMPRESSION_CCITTFAX3, 1}, Coding{COMPRESSION_CCITTRLE, 0}}) {
     setCoding(tiff, coding);
-    const int complaints = complaintsAbout(tiff, buffer);
-    if (complaints >= fewest) continue;
-    fewest = complaints;
+    const int diagnostics = diagnosticsOf(tiff, buffer);
+    if (diagnostics >= fewest) continue;
+    fewest = diagnostics;
     best = coding;
   }
   setCoding(tiff, best);

@@ -13,7 +13,7 @@ namespace {
 
 constexpr int kSteps = 65536;
 
-/// The sRGB coding of light from 0 to 1.
+/// Table of the sRGB transfer function for linear light from 0 to 1.
 std::vector<std::uint8_t> makeCurve() {
   std::vector<std::uint8_t> curve(kSteps);
   for (int i = 0; i < kSteps; ++i) {
@@ -24,7 +24,7 @@ std::vector<std::uint8_t> makeCurve() {
   return curve;
 }
 
-/// The inverse of CIE 1976's function of a stimulus.
+/// Inverse of the function f(t) of CIE 1976 L*a*b*.
 double stimulusOf(double f) {
   constexpr double kKnee = 6.0 / 29;
   return f > kKnee ? f * f * f : 3 * kKnee * kKnee * (f - 4.0 / 29);

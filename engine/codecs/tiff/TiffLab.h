@@ -4,9 +4,9 @@
 
 namespace kestrel::engine::tiff {
 
-/// Turns L*, a* + 128 and b* + 128 in the first three bytes of each pixel into sRGB; the fourth stays. The
-/// white that the colors refer to becomes that of the screen: of one like daylight (D65) the result is
-/// exact.
+/// Converts L*, a* + 128 and b* + 128 in the first three bytes of each pixel to sRGB; the fourth is
+/// unchanged. The Lab white point is mapped to sRGB white, without chromatic adaptation: the result is exact
+/// for D65.
 void labToSrgb(Bitmap& bitmap);
 
 }  // namespace kestrel::engine::tiff

@@ -27,7 +27,7 @@ T field(TIFF* tiff, std::uint32_t tag, T otherwise) {
   return value;
 }
 
-/// What the directory tells about the pixels.
+/// Pixel layout from the directory's tags.
 struct Layout {
   std::int32_t width = 0, height = 0;
   std::uint16_t samples = 1;
@@ -35,7 +35,7 @@ struct Layout {
   std::uint16_t compression = COMPRESSION_NONE;
   bool planar = false;
   SampleFormat sample;
-  std::uint16_t colors = 1;  ///< samples that are color; alpha follows, then what nobody asks for
+  std::uint16_t colors = 1;  ///< color samples; alpha follows, then samples that are ignored
   bool hasAlpha = false;
   bool premultiplied = false;
 };
@@ -45,8 +45,8 @@ struct Gap {
   std::int64_t x = 0, y = 0, columns = 0, rows = 0;
 };
 
-/// How many bytes a compression can make of one, at the most and roughly.
-std::int64_t densest(std::uint16_t compression) {
+/// Approximate highest compression ratio.
+std::int64_t highestRatio(std::uint16_t compression) {
   switch (compression) {
     case COMPRESSION_NONE:
       return 1;
@@ -63,13 +63,13 @@ std::int64_t densest(std::uint16_t compression) {
   }
 }
 
-/// The same in pixels.
-std::int64_t densestPixels(const Layout& layout) {
+/// The same in pixels per byte.
+std::int64_t mostPixelsPerByte(const Layout& layout) {
   const std::int64_t bits = std::max<std::int64_t>(1, std::int64_t{layout.sample.bits} * layout.samples);
-  return std::max<std::int64_t>(1, densest(layout.compression) * 8 / bits);
+  return std::max<std::int64_t>(1, highestRatio(layout.compression) * 8 / bits);
 }
 
-/// How many samples of a pixel are its color.
+/// Number of color samples per pixel.
 std::uint16_t colorsOf(std::uint16_t photometric) {
   switch (photometric) {
     case PHOTOMETRIC_RGB:
@@ -98,7 +98,7 @@ Layout readLayout(TIFF* tiff, std::size_t fileSize) {
   layout.planar = layout.samples > 1 && field<std::uint16_t>(tiff, TIFFTAG_PLANARCONFIG,
                                                              PLANARCONFIG_CONTIG) == PLANARCONFIG_SEPARATE;
   layout.sample.bits = field<std::uint16_t>(tiff, TIFFTAG_BITSPERSAMPLE, 1);
-  checkClaimedSize(width, height, fileSize, densestPixels(layout));
+  checkClaimedSize(width, height, fileSize, mostPixelsPerByte(layout));
   layout.width = static_cast<std::int32_t>(width);
   layout.height = static_cast<std::int32_t>(height);
   switch (field<std::uint16_t>(tiff, TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_UINT)) {
@@ -113,17 +113,17 @@ Layout readLayout(TIFF* tiff, std::size_t fileSize) {
   }
   layout.sample.raw = layout.photometric == PHOTOMETRIC_PALETTE;
   layout.colors = colorsOf(layout.photometric);
-  // That two of its three numbers have a sign is in the nature of this kind.
+  // CIELAB implies signed a and b; `put` handles the sign.
   if (layout.photometric == PHOTOMETRIC_CIELAB) layout.sample.kind = SampleFormat::Kind::unsignedNumber;
 
   std::uint16_t extraCount = 0;
   const std::uint16_t* extras = nullptr;
   TIFFGetFieldDefaulted(tiff, TIFFTAG_EXTRASAMPLES, &extraCount, &extras);
   if (layout.samples > layout.colors) {
-    // Many programs write RGBA and forget to say what the fourth sample is.
-    const bool untold = extraCount == 0 && layout.photometric == PHOTOMETRIC_RGB && layout.samples == 4;
+    // Many programs write RGBA without the ExtraSamples tag.
+    const bool unspecified = extraCount == 0 && layout.photometric == PHOTOMETRIC_RGB && layout.samples == 4;
     const std::uint16_t kind = extraCount > 0 && extras != nullptr ? extras[0] : std::uint16_t{0};
-    layout.hasAlpha = untold || kind == EXTRASAMPLE_ASSOCALPHA || kind == EXTRASAMPLE_UNASSALPHA;
+    layout.hasAlpha = unspecified || kind == EXTRASAMPLE_ASSOCALPHA || kind == EXTRASAMPLE_UNASSALPHA;
     layout.premultiplied = kind == EXTRASAMPLE_ASSOCALPHA;
   }
   return layout;
@@ -131,7 +131,7 @@ Layout readLayout(TIFF* tiff, std::size_t fileSize) {
 
 using Palette = std::array<Pixel, 256>;
 
-/// Some programs fill the 16-bit color map with 8-bit values.
+/// Reads the color map. Some programs write 8-bit values into the 16-bit map.
 Palette readPalette(TIFF* tiff, std::uint32_t bits) {
   Palette palette{};
   const std::uint16_t* maps[3] = {};
@@ -151,7 +151,7 @@ Palette readPalette(TIFF* tiff, std::uint32_t bits) {
   return palette;
 }
 
-/// The strips and the tiles of a file seen alike.
+/// Uniform access to strips or tiles.
 class Blocks {
  public:
   Blocks(TIFF* tiff, Bytes file, const Layout& layout) : tiff_(tiff), file_(file) {
@@ -159,7 +159,7 @@ class Blocks {
     if (tiled_) {
       width_ = field<std::uint32_t>(tiff, TIFFTAG_TILEWIDTH, 0);
       height_ = field<std::uint32_t>(tiff, TIFFTAG_TILELENGTH, 0);
-      checkClaimedSize(width_, height_, file.size(), densestPixels(layout));
+      checkClaimedSize(width_, height_, file.size(), mostPixelsPerByte(layout));
       rowBytes_ = TIFFTileRowSize(tiff);
     } else {
       width_ = static_cast<std::uint32_t>(layout.width);
@@ -170,7 +170,7 @@ class Blocks {
     constexpr std::uint64_t kLargest = std::uint64_t{1} << 30;
     if (width_ == 0 || height_ == 0 || rowBytes_ <= 0 ||
         static_cast<std::uint64_t>(rowBytes_) > kLargest / height_) {
-      refusePicture("The TIFF file is damaged: the size of its strips or tiles makes no sense.");
+      refusePicture("The TIFF file is damaged: the size of its strips or tiles is invalid.");
     }
     const std::uint64_t samplesInRow = std::uint64_t{width_} * (layout.planar ? 1U : layout.samples);
     if (static_cast<std::uint64_t>(rowBytes_) * 8 < samplesInRow * layout.sample.bits) {
@@ -183,8 +183,8 @@ class Blocks {
   std::int64_t height() const { return height_; }
   const std::uint8_t* row(std::int64_t y) const { return buffer_.data() + y * rowBytes_; }
 
-  /// Reads the block that holds the pixel (x, y) of a plane; gives how many of its first `rows` rows are
-  /// good.
+  /// Reads the block that contains the pixel (x, y) of a plane; returns the number of valid rows, at most
+  /// `rows`.
   std::int64_t read(std::int64_t x, std::int64_t y, std::uint16_t plane, std::int64_t rows) {
     const auto column = static_cast<std::uint32_t>(x), line = static_cast<std::uint32_t>(y);
     const std::uint32_t number =
@@ -196,13 +196,13 @@ class Blocks {
   }
 
  private:
-  /// How many rows of a damaged block can still be decoded, from the part of it that the file has. The
-  /// library only says yes or no, so it is asked for ever smaller parts. Of some compressions it makes up
-  /// what is missing, with no more than a warning, so that counts as a no.
+  /// Number of rows of a damaged block that can be decoded from the bytes in the file, found by bisection:
+  /// the library only reports success or failure. For some compressions it invents missing data with just a
+  /// warning, so warnings count as failure.
   std::int64_t salvage(std::uint32_t number) {
     const std::uint64_t offset = TIFFGetStrileOffset(tiff_, number);
     if (offset >= file_.size()) return 0;
-    // No compression makes more of the pixels than this; a file may claim the same bytes for many blocks.
+    // Bounds the copy: no compressed block needs more, but a file may declare the same bytes for many blocks.
     const std::uint64_t useful = 8 * buffer_.size() + (1U << 16);
     const std::uint64_t size =
         std::min<std::uint64_t>({TIFFGetStrileByteCount(tiff_, number), file_.size() - offset, useful});
@@ -211,10 +211,10 @@ class Blocks {
                                      file_.begin() + static_cast<std::ptrdiff_t>(offset + size));
     const auto* const stream = static_cast<const TiffStream*>(TIFFClientdata(tiff_));
     const auto decodes = [&](std::int64_t rows) {
-      const int before = stream->complaints();
+      const int before = stream->diagnostics();
       return TIFFReadFromUserBuffer(tiff_, number, packed.data(), static_cast<tmsize_t>(packed.size()),
                                     buffer_.data(), rowBytes_ * rows) == 1 &&
-             stream->complaints() == before;
+             stream->diagnostics() == before;
     };
     std::int64_t good = 0, bad = height() + 1;
     while (bad - good > 1) {
@@ -233,19 +233,19 @@ class Blocks {
   std::vector<std::uint8_t> buffer_;
 };
 
-/// What of each pixel is read. Ink takes all four bytes of a pixel until it is turned into color, so the
-/// alpha of such pictures is read after that.
+/// Samples to read. CMYK needs all four bytes of a pixel until it is converted, so the alpha of such pictures
+/// is read in a second pass.
 enum class Part { all, colors, alpha };
 
-/// Puts 8-bit samples into pixels.
+/// Writes 8-bit samples into pixels.
 class PixelWriter {
  public:
   PixelWriter(TIFF* tiff, const Layout& layout, Part part) : layout_(layout), part_(part) {
     if (layout.photometric == PHOTOMETRIC_PALETTE) palette_ = readPalette(tiff, layout.sample.bits);
   }
 
-  /// One sample of each pixel of a run; `step` samples lie from one pixel's to the next. Samples that the
-  /// picture does not need are passed over.
+  /// Writes one sample of each pixel of a run; `step` is the distance between pixels in samples. Unused
+  /// samples are skipped.
   void put(std::uint16_t sample, const std::uint8_t* samples, std::size_t step, std::int64_t count,
            std::uint8_t* pixel) const {
     if (sample >= layout_.colors) {
@@ -254,7 +254,7 @@ class PixelWriter {
       return;
     }
     if (part_ == Part::alpha) return;
-    // Alpha comes after the colors and overwrites this.
+    // Alpha follows the colors and overwrites this.
     const bool opaque = part_ == Part::all && sample == 0;
     const int flip = layout_.photometric == PHOTOMETRIC_CIELAB && sample > 0 ? 0x80 : 0;
     for (std::int64_t i = 0; i < count; ++i, pixel += 4, samples += step) {
@@ -290,13 +290,13 @@ void unpremultiply(Bitmap& bitmap) {
   }
 }
 
-void tellDamage(Decoded& decoded, std::int64_t goodRows) {
+void noteMissingRows(Decoded& decoded, std::int64_t goodRows) {
   if (goodRows == 0) refusePicture("The TIFF file is damaged: not one row of the picture can be read.");
   decoded.notice = "The file is damaged or truncated: only " + std::to_string(goodRows) + " of " +
                    std::to_string(decoded.bitmap.height()) + " rows could be read.";
 }
 
-/// Reads samples as they are stored, block by block; gives what is missing.
+/// Reads the samples block by block; returns the gaps.
 std::vector<Gap> readBlocks(TIFF* tiff, Bytes file, const Layout& layout, Part part, Decoded& decoded) {
   Blocks blocks(tiff, file, layout);
   const PixelWriter writer(tiff, layout, part);
@@ -329,7 +329,7 @@ std::vector<Gap> readBlocks(TIFF* tiff, Bytes file, const Layout& layout, Part p
     }
     goodRows += rowsOfAll;
   }
-  if (goodRows < layout.height) tellDamage(decoded, goodRows);
+  if (goodRows < layout.height) noteMissingRows(decoded, goodRows);
   return gaps;
 }
 
@@ -348,25 +348,25 @@ PixelKind kindOf(std::uint16_t photometric) {
   }
 }
 
-/// The white of Lab colors is that of the printing trade unless the file says otherwise.
+/// Whether the Lab white point is D50, also the default without a tag.
 bool hasUsualWhite(TIFF* tiff) {
   constexpr float kUsualX = 0.3457F;
   const float* white = nullptr;
   return TIFFGetField(tiff, TIFFTAG_WHITEPOINT, &white) != 1 || std::abs(white[0] - kUsualX) < 0.005F;
 }
 
-/// Reads what `readBlocks` can and turns it into the colors of the screen.
+/// Reads the samples with `readBlocks` and converts them to sRGB.
 void readSamples(TIFF* tiff, Bytes file, const Layout& layout, Decoded& decoded) {
-  const bool ink = layout.photometric == PHOTOMETRIC_SEPARATED;
-  const std::vector<Gap> gaps = readBlocks(tiff, file, layout, ink ? Part::colors : Part::all, decoded);
-  if (!ink && layout.premultiplied) unpremultiply(decoded.bitmap);
+  const bool cmyk = layout.photometric == PHOTOMETRIC_SEPARATED;
+  const std::vector<Gap> gaps = readBlocks(tiff, file, layout, cmyk ? Part::colors : Part::all, decoded);
+  if (!cmyk && layout.premultiplied) unpremultiply(decoded.bitmap);
   if (layout.photometric == PHOTOMETRIC_CIELAB && !hasUsualWhite(tiff)) {
     labToSrgb(decoded.bitmap);
     convertToSrgb(decoded, PixelKind::rgb);
   } else {
     convertToSrgb(decoded, kindOf(layout.photometric));
   }
-  if (ink && layout.hasAlpha) {
+  if (cmyk && layout.hasAlpha) {
     readBlocks(tiff, file, layout, Part::alpha, decoded);
     if (layout.premultiplied) unpremultiply(decoded.bitmap);
   }
@@ -379,10 +379,10 @@ void readSamples(TIFF* tiff, Bytes file, const Layout& layout, Decoded& decoded)
   }
 }
 
-/// Reads the next rows; gives how many of them are good. The library reads no more of a strip than the rows
-/// that it is asked for, so of a damaged one it is asked for ever fewer.
-std::int32_t rowsThatCanBeRead(TIFFRGBAImage& image, std::vector<std::uint32_t>& raster, std::int32_t width,
-                               std::int32_t rows) {
+/// Reads the next rows; returns the number of valid rows, found by bisection: the library decodes only as
+/// many rows of a strip as requested.
+std::int32_t readableRows(TIFFRGBAImage& image, std::vector<std::uint32_t>& raster, std::int32_t width,
+                          std::int32_t rows) {
   const auto reads = [&](std::int32_t count) {
     return TIFFRGBAImageGet(&image, raster.data(), static_cast<std::uint32_t>(width),
                             static_cast<std::uint32_t>(count)) != 0;
@@ -396,7 +396,7 @@ std::int32_t rowsThatCanBeRead(TIFFRGBAImage& image, std::vector<std::uint32_t>&
   return good > 0 && reads(good) ? good : 0;
 }
 
-/// Lets the library make the colors of the rarer kinds (YCbCr, LogLuv).
+/// Decodes the rarer color models (YCbCr, LogLuv) with the library.
 void readByLibrary(TIFF* tiff, const Layout& layout, Decoded& decoded) {
   TIFFRGBAImage image{};
   char reason[1024] = "";
@@ -417,7 +417,7 @@ void readByLibrary(TIFF* tiff, const Layout& layout, Decoded& decoded) {
     const std::int32_t rows = std::min(step, layout.height - y);
     image.row_offset = y;
     image.col_offset = 0;
-    const std::int32_t good = rowsThatCanBeRead(image, raster, layout.width, rows);
+    const std::int32_t good = readableRows(image, raster, layout.width, rows);
     for (std::int32_t row = 0; row < good; ++row) {
       std::memcpy(pixels.row(y + row),
                   raster.data() + static_cast<std::size_t>(row) * static_cast<std::size_t>(layout.width),
@@ -428,7 +428,7 @@ void readByLibrary(TIFF* tiff, const Layout& layout, Decoded& decoded) {
   }
   const bool hasAlpha = image.alpha != 0;
   TIFFRGBAImageEnd(&image);
-  if (y < layout.height) tellDamage(decoded, y);
+  if (y < layout.height) noteMissingRows(decoded, y);
   if (hasAlpha) unpremultiply(decoded.bitmap);
   convertToSrgb(decoded, PixelKind::rgb);
 }
@@ -464,7 +464,7 @@ void readPixels(TIFF* tiff, Bytes file, Decoded& decoded) {
   }
   decoded.stored.bitsPerSample = static_cast<std::int32_t>(layout.sample.bits);
   decoded.stored.hasAlpha = layout.hasAlpha;
-  // Transparent, so that what cannot be read stays so.
+  // Transparent, so that pixels that cannot be read stay transparent.
   decoded.bitmap = Bitmap::filled(layout.width, layout.height);
   if (storesPlainSamples(layout)) {
     readSamples(tiff, file, layout, decoded);

@@ -21,7 +21,7 @@ std::uint8_t fromReal(double value) {
   return static_cast<std::uint8_t>(std::lround(std::min(value, 1.0) * 255));
 }
 
-/// A 16-bit floating-point number: sign, 5 bits of exponent, 10 of mantissa.
+/// IEEE 754 half precision: sign, 5 bits of exponent, 10 of mantissa.
 double fromHalf(std::uint16_t half) {
   const int exponent = half >> 10 & 31;
   const int mantissa = half & 1023;
@@ -34,7 +34,7 @@ std::uint8_t scale(std::uint32_t value, std::uint32_t bits) {
   return static_cast<std::uint8_t>((value * 255 + largest / 2) / largest);
 }
 
-/// Numbers of any width up to 16 bits, one after the other without gaps.
+/// Integers of any width up to 16 bits, packed without gaps.
 void unpackBits(const std::uint8_t* packed, std::size_t count, const SampleFormat& format,
                 std::uint8_t* samples) {
   const std::uint32_t bits = format.bits;

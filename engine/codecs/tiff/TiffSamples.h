@@ -5,19 +5,19 @@
 
 namespace kestrel::engine::tiff {
 
-/// How one sample is stored.
+/// Storage format of a sample.
 struct SampleFormat {
   enum class Kind { unsignedNumber, signedNumber, real } kind = Kind::unsignedNumber;
-  std::uint32_t bits = 8;  ///< 1 to 16 or 32 for numbers, 16, 32 or 64 for reals
-  bool raw = false;        ///< true keeps the low 8 bits of the number, for palette indices
+  std::uint32_t bits = 8;  ///< 1 to 16 or 32 for integers; 16, 32 or 64 for floating point
+  bool raw = false;        ///< true keeps the low 8 bits, for palette indices
 };
 
-/// True if `unpackSamples` can read this.
+/// Whether `unpackSamples` supports this format.
 bool canUnpack(const SampleFormat& format);
 
-/// Turns `count` packed samples that begin at a byte into 8-bit ones: the whole range of numbers, and 0 to 1
-/// of reals, become 0 to 255. Wide samples are in the machine's byte order, others run from the high bit
-/// down.
+/// Converts `count` packed samples, beginning at a byte boundary, to 8 bits: the full range of integers, or 0
+/// to 1 of floating point, becomes 0 to 255. Samples of 16 bits and more are in native byte order; others are
+/// packed from the most significant bit down.
 void unpackSamples(const std::uint8_t* packed, std::size_t count, const SampleFormat& format,
                    std::uint8_t* samples);
 

@@ -9,8 +9,7 @@
 namespace kestrel::engine::tiff {
 namespace {
 
-/// No single request of the library may be larger: a claim in a small file is not a reason to reserve
-/// gigabytes.
+/// Largest single allocation of the library: a size field in a small file must not reserve gigabytes.
 constexpr tmsize_t kLargestRequest = tmsize_t{1} << 30;
 
 struct FreeOptions {
@@ -44,7 +43,7 @@ tmsize_t TiffStream::write(thandle_t handle, void* source, tmsize_t count) {
   auto* const self = static_cast<TiffStream*>(handle);
   if (!self->writing_ || count <= 0) return 0;
   const auto bytes = static_cast<std::size_t>(count);
-  // No exception may pass through the library.
+  // No exception may propagate through the library.
   try {
     if (self->output_.size() < self->position_ + bytes) self->output_.resize(self->position_ + bytes);
   } catch (const std::bad_alloc&) {
@@ -79,16 +78,16 @@ toff_t TiffStream::size(thandle_t handle) {
 int TiffStream::keepError(TIFF*, void* handle, const char*, const char* format, va_list arguments) {
   auto* const self = static_cast<TiffStream*>(handle);
   std::vsnprintf(self->error_.data(), self->error_.size(), format, arguments);
-  // Their sentences end with and without a full stop; ours add it.
+  // The library's messages may end with a period; callers add their own.
   std::size_t length = std::strlen(self->error_.data());
   while (length > 0 && (self->error_[length - 1] == '.' || self->error_[length - 1] == ' ')) --length;
   self->error_[length] = '\0';
-  ++self->complaints_;
+  ++self->diagnostics_;
   return 1;
 }
 
 int TiffStream::countWarning(TIFF*, void* handle, const char*, const char*, va_list) {
-  ++static_cast<TiffStream*>(handle)->complaints_;
+  ++static_cast<TiffStream*>(handle)->diagnostics_;
   return 1;
 }
 

@@ -11,13 +11,13 @@
 
 namespace kestrel::engine::tiff {
 
-/// Closes a file of the library.
+/// Deleter for TIFF handles.
 struct CloseTiff {
   void operator()(TIFF* tiff) const { TIFFClose(tiff); }
 };
 using TiffFile = std::unique_ptr<TIFF, CloseTiff>;
 
-/// A file in memory as the library wants it, for reading or for writing, and the last error it reported.
+/// Client I/O of the library over a file in memory, for reading or writing, with its last error.
 class TiffStream {
  public:
   /// For reading; `data` must outlive this and the file.
@@ -27,16 +27,16 @@ class TiffStream {
   TiffStream(const TiffStream&) = delete;
   TiffStream& operator=(const TiffStream&) = delete;
 
-  /// Null if the file is none that the library knows. This must outlive what it gives.
+  /// Opens the file; null if the library cannot read it. The stream must outlive the result.
   TiffFile open();
 
-  /// What the library found wrong last, without a full stop; empty if nothing.
+  /// Last error message of the library, without a period; empty if there was none.
   const char* error() const { return error_.data(); }
 
-  /// How often the library found something wrong, whether it gave up or went on.
-  int complaints() const { return complaints_; }
+  /// Number of errors and warnings of the library so far.
+  int diagnostics() const { return diagnostics_; }
 
-  /// What was written, once the file is closed.
+  /// The bytes written; call after the file is closed.
   std::vector<std::uint8_t> finish() { return std::move(output_); }
 
  private:
@@ -52,7 +52,7 @@ class TiffStream {
   bool writing_ = false;
   std::uint64_t position_ = 0;
   std::array<char, 200> error_{};
-  int complaints_ = 0;
+  int diagnostics_ = 0;
 };
 
 }  // namespace kestrel::engine::tiff

@@ -69,7 +69,7 @@ TEST(PngPixels, EachFilterTellsTheDifferencesFromWhatItExpects) {
           png::filterRow(filter, row, above, count, step, got.data());
           for (std::size_t i = 0; i < wanted.size(); ++i) {
             wanted[i] = static_cast<std::uint8_t>(
-                row[i] - png::expected(filter, (row - step)[i], above[i], (above - step)[i]));
+                row[i] - png::predict(filter, (row - step)[i], above[i], (above - step)[i]));
           }
           ASSERT_TRUE(
               std::equal(got.begin(), got.begin() + static_cast<std::ptrdiff_t>(count), wanted.begin()))
