@@ -27,7 +27,7 @@ Bitmap crop(const Bitmap& source, std::int32_t left, std::int32_t top, std::int3
   const Interval columns = clip(left, width, source.width());
   const Interval rows = clip(top, height, source.height());
   if (columns.first >= columns.last || rows.first >= rows.last) {
-    throw RuntimeError(err::kInvalidCall, "The rectangle to crop to holds nothing of the picture.");
+    throw RuntimeError(err::kInvalidCall, "The crop rectangle contains no part of the picture.");
   }
   const auto newWidth = static_cast<std::int32_t>(columns.last - columns.first);
   const auto newHeight = static_cast<std::int32_t>(rows.last - rows.first);

@@ -39,7 +39,7 @@ void EffectsPart::ResizeCanvas(std::int32_t width, std::int32_t height, const Co
 
 void EffectsPart::Rotate(float angle, const Colour* color, std::int32_t quality,
                          const std::string& undoName) {
-  if (quality != 0) throw RuntimeError(err::kInvalidCall, "There is one quality of rotation, 0.");
+  if (quality != 0) throw RuntimeError(err::kInvalidCall, "The only rotation quality is 0.");
   EditablePicture& picture = owner_.pictureToChange();
   const Pixel background = color == nullptr ? Pixel() : pixelOf(*color);
   picture.replacePixels(rotate(picture.bitmap(), static_cast<double>(angle), background), undoName);
@@ -53,7 +53,7 @@ void EffectsPart::DropShadow(std::int32_t offsetX, std::int32_t offsetY, const C
 
 void EffectsPart::ReplaceColor(const Colour& from, const Colour& to, double tolerance, std::int32_t mode,
                                const std::string& undoName) {
-  if (mode != 0) throw RuntimeError(err::kInvalidCall, "There is one mode of replacing colors, 0.");
+  if (mode != 0) throw RuntimeError(err::kInvalidCall, "The only mode of replacing colors is 0.");
   EditablePicture& picture = owner_.pictureToChange();
   picture.replacePixels(replaceColor(picture.bitmap(), pixelOf(from), pixelOf(to), tolerance), undoName);
 }
