@@ -11,8 +11,8 @@
 #include "engine/codecs/common/ByteWriter.h"
 #include "engine/codecs/common/DecodeErrors.h"
 
-// An enhanced metafile: records of a type, a size and parameters, the first of which tells the frame in
-// hundredths of a millimetre. It is played at the 96 pixels per inch that such pictures are shown with.
+// Enhanced metafile: records with type, size and parameters. The header record states the frame in hundredths
+// of a millimeter. The file is played at 96 pixels per inch.
 
 namespace kestrel::engine::emf {
 namespace {
@@ -26,36 +26,35 @@ struct Frame {
   cairo_matrix_t device{1, 0, 0, 1, 0, 0};
 };
 
-/// The picture's size in pixels and how the units of the device it was made for become pixels.
+/// The picture's size in pixels, and the transform from the reference device's units to pixels.
 Frame readFrame(Bytes data) {
   ByteReader r(data);
   r.skip(8);
   const double boundsLeft = r.i32(), boundsTop = r.i32(), boundsRight = r.i32(), boundsBottom = r.i32();
   const double left = r.i32(), top = r.i32(), right = r.i32(), bottom = r.i32();
   r.seek(72);
-  const double deviceWidth = r.i32(), deviceHeight = r.i32(), millimetresWide = r.i32(),
-               millimetresHigh = r.i32();
+  const double deviceWidth = r.i32(), deviceHeight = r.i32(), millimetersWide = r.i32(),
+               millimetersHigh = r.i32();
 
   Frame frame;
-  const bool known = deviceWidth > 0 && deviceHeight > 0 && millimetresWide > 0 && millimetresHigh > 0;
-  const double sx = known ? kPixelsPerHundredth * 100 * millimetresWide / deviceWidth : 1;
-  const double sy = known ? kPixelsPerHundredth * 100 * millimetresHigh / deviceHeight : 1;
+  const bool known = deviceWidth > 0 && deviceHeight > 0 && millimetersWide > 0 && millimetersHigh > 0;
+  const double sx = known ? kPixelsPerHundredth * 100 * millimetersWide / deviceWidth : 1;
+  const double sy = known ? kPixelsPerHundredth * 100 * millimetersHigh / deviceHeight : 1;
   double width = (right - left) * kPixelsPerHundredth, height = (bottom - top) * kPixelsPerHundredth;
   frame.device = {sx, 0, 0, sy, -left * kPixelsPerHundredth, -top * kPixelsPerHundredth};
-  const double centreX = (boundsLeft + boundsRight) / 2 * sx + frame.device.x0;
-  const double centreY = (boundsTop + boundsBottom) / 2 * sy + frame.device.y0;
+  const double centerX = (boundsLeft + boundsRight) / 2 * sx + frame.device.x0;
+  const double centerY = (boundsTop + boundsBottom) / 2 * sy + frame.device.y0;
   const bool isEmpty = boundsRight < boundsLeft || boundsBottom < boundsTop;
-  const bool across = width > 0 && centreX >= 0 && centreX <= width;
-  const bool down = height > 0 && centreY >= 0 && centreY <= height;
+  const bool across = width > 0 && centerX >= 0 && centerX <= width;
+  const bool down = height > 0 && centerY >= 0 && centerY <= height;
   if (isEmpty && width > 0 && height > 0) {
-    // Without anything drawn the frame alone counts.
-  } else if (across && height > 0 && centreY < 0 && -centreY <= height && top == 0) {
-    // Drawn with a vertical axis that counts upwards, which the file does not tell: it lies above its frame,
-    // and turned over it lies within.
+    // An empty drawing: only the frame counts.
+  } else if (across && height > 0 && centerY < 0 && -centerY <= height && top == 0) {
+    // Drawn with an upward vertical axis, which the file does not state: the drawing is above its frame, and
+    // inside it when mirrored.
     frame.device.yy = -sy;
   } else if (!across || !down) {
-    // Some programs tell a frame that lies beside the drawing, or none; the bounds of the drawing are right
-    // then.
+    // Some programs write no frame, or one outside the drawing; the bounds of the drawing are correct then.
     width = (boundsRight - boundsLeft + 1) * sx;
     height = (boundsBottom - boundsTop + 1) * sy;
     frame.device.x0 = -boundsLeft * sx;
@@ -95,7 +94,7 @@ Decoded decode(Bytes data) {
   return decodedFrom(draw(data, work), work);
 }
 
-/// The picture as one bitmap record, at 96 pixels per inch.
+/// Writes the picture as one bitmap record, at 96 pixels per inch.
 std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata&, const EncodeOptions&) {
   constexpr std::size_t kHeaderSize = 88, kBitmapRecord = 80, kEndSize = 20;
   const auto width = static_cast<std::size_t>(bitmap.width()),

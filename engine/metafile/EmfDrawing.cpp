@@ -1,4 +1,4 @@
-// The records that draw lines, shapes, texts and regions.
+// Records that draw lines, shapes, texts and regions.
 
 #include <cmath>
 #include <numbers>
@@ -14,7 +14,7 @@ using namespace metafile;
 
 namespace {
 
-/// The points of a record that tells its bounds and their number first.
+/// Reads the points of a record that begins with bounds and a count.
 std::vector<Point> boundedPoints(ByteReader& r, bool narrow) {
   r.skip(16);
   const std::size_t count = r.u32();
@@ -152,12 +152,12 @@ bool Playback::playShape(std::uint32_t type, ByteReader& r) {
 }
 
 void Playback::angleArc(ByteReader& r) {
-  const Point centre = readPoint(r);
+  const Point center = readPoint(r);
   const double radius = r.u32();
   const double start = readReal(r), sweep = readReal(r);
   const auto at = [&](double degrees) {
     const double angle = degrees * std::numbers::pi / 180;
-    return Point{centre.x + radius * std::cos(angle), centre.y - radius * std::sin(angle)};
+    return Point{center.x + radius * std::cos(angle), center.y - radius * std::sin(angle)};
   };
   constexpr int kPieces = 64;
   std::vector<Point> points;
@@ -165,7 +165,7 @@ void Playback::angleArc(ByteReader& r) {
   player_.lineTo(points);
 }
 
-/// Points each of which says what leads to it.
+/// Points with a type each: move, line or curve.
 void Playback::polyDraw(ByteReader& r, bool narrow) {
   constexpr std::uint8_t kClose = 1, kLine = 2, kCurve = 4, kMove = 6;
   const std::vector<Point> points = boundedPoints(r, narrow);

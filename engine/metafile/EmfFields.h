@@ -7,7 +7,7 @@
 #include "engine/codecs/common/ByteReader.h"
 #include "engine/codecs/common/DecodeErrors.h"
 
-// What the records of enhanced metafiles consist of.
+// Readers for the fields of EMF records.
 
 namespace kestrel::engine::emf {
 
@@ -26,7 +26,7 @@ inline metafile::Rect readRect(ByteReader& r) {
   return {a.x, a.y, b.x, b.y};
 }
 
-/// Raises RuntimeError 481 if there are not so many.
+/// Raises RuntimeError 481 if the record has fewer points.
 inline std::vector<metafile::Point> readPoints(ByteReader& r, std::size_t count, bool narrow) {
   if (count > r.remaining() / (narrow ? 4 : 8)) refusePicture("The record holds fewer points than it says.");
   std::vector<metafile::Point> result(count);
@@ -42,7 +42,7 @@ inline cairo_matrix_t readTransform(ByteReader& r) {
   return m;
 }
 
-/// The rectangles of a region: a header that tells their number, and they.
+/// Reads a region: a header with a count, then the rectangles.
 inline std::vector<metafile::Rect> readRegion(ByteReader& r) {
   r.skip(8);
   const std::size_t count = r.u32();

@@ -1,4 +1,4 @@
-// The records that draw bitmaps and blends of colours.
+// Records that draw bitmaps and gradients.
 
 #include <algorithm>
 #include <array>
@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::uint32_t kCopy = 0xCC0020;
 
-/// The pixels of this colour become transparent.
+/// Makes the pixels of this color transparent.
 void clearColor(Bitmap& bitmap, Color color) {
   const Pixels pixels = bitmap.writable();
   for (std::int32_t y = 0; y < pixels.height; ++y) {
@@ -41,7 +41,7 @@ void invert(Bitmap& mask) {
 
 Rect boxOf(Point at, Point size) { return {at.x, at.y, at.x + size.x, at.y + size.y}; }
 
-/// A part of a picture that a transform of its own leads to.
+/// The source rectangle after the record's source transform.
 Rect boxOf(Point at, Point size, const cairo_matrix_t& transform) {
   Point end{at.x + size.x, at.y + size.y};
   cairo_matrix_transform_point(&transform, &at.x, &at.y);
@@ -80,32 +80,32 @@ void Playback::stretchDib(ByteReader& r) {
   picture.bitmap = source.picture(r.u32());
   picture.operation = r.u32();
   const Point targetSize = readPoint(r);
-  // The rows are counted from the lower end of a bitmap that is stored from there.
+  // In a bottom-up bitmap the source rows are counted from the bottom.
   const double top = isTopDown(source.header) ? from.y : picture.bitmap.height() - from.y - size.y;
   picture.source = boxOf({from.x, top}, size);
   player_.picture(boxOf(at, targetSize), picture);
 }
 
-/// Some rows of a bitmap, pixel for pixel.
+/// Draws some rows of a bitmap, unscaled.
 void Playback::setDibToDevice(ByteReader& r) {
   r.skip(16);
   const Point at = readPoint(r), from = readPoint(r), size = readPoint(r);
   const Dib source = dib(r);
   const std::uint32_t colors = r.u32(), first = r.u32(), rows = r.u32();
   if (!source.exists() || source.header.size() < 40) return;
-  // The header tells the height of the whole bitmap, of which the record holds so many rows.
+  // The header has the height of the whole bitmap; the record holds only `rows` of them.
   std::vector<std::uint8_t> header(source.header.begin(), source.header.end());
   ByteReader heightAt(Bytes(header).subspan(8, 4));
   const std::int64_t height = std::abs(std::int64_t{heightAt.i32()});
   const bool some = rows > 0 && rows < height;
   if (some) {
-    const std::int64_t told = isTopDown(header) ? -std::int64_t{rows} : std::int64_t{rows};
-    for (unsigned i = 0; i < 4; ++i) header[8 + i] = static_cast<std::uint8_t>(told >> 8 * i);
+    const std::int64_t stored = isTopDown(header) ? -std::int64_t{rows} : std::int64_t{rows};
+    for (unsigned i = 0; i < 4; ++i) header[8 + i] = static_cast<std::uint8_t>(stored >> 8 * i);
   }
   Player::Picture picture;
   picture.bitmap = decodeDib(header, source.pixels, static_cast<DibColors>(colors));
   if (picture.bitmap.empty()) return;
-  // The target's upper left corner is that of the part; rows that the record does not hold stay as they are.
+  // The target's upper left corner is that of the part; rows missing in the record are not drawn.
   const double top = static_cast<double>(height) - from.y - size.y;
   const double firstRow = some ? static_cast<double>(height) - first - rows : 0;
   const double width = size.x, held = picture.bitmap.height();
@@ -174,7 +174,7 @@ void Playback::maskBlit(std::uint32_t type, ByteReader& r) {
   picture.maskOffset = {maskFrom.x - picture.source.left, maskFrom.y - picture.source.top};
   picture.operation = operation & 0xFFFFFF;
   player_.picture(corners, picture);
-  // What the mask leaves out is drawn with an operation of its own.
+  // The area outside the mask is drawn with the background operation.
   if (picture.mask.empty() || skewed) return;
   invert(picture.mask);
   picture.operation = operation >> 8 & 0xFF0000;

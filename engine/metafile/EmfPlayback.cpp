@@ -10,7 +10,7 @@
 #include "MetafileDib.h"
 #include "MetafileGlyphs.h"
 
-// The records that set what is drawn with; what draws stands in EmfDrawing.cpp and EmfPictures.cpp.
+// Records that set state and create objects. Drawing records are in EmfDrawing.cpp and EmfPictures.cpp.
 
 namespace kestrel::engine::emf {
 
@@ -42,8 +42,7 @@ bool Playback::run() {
   return player_.canvas().work().exhausted;
 }
 
-/// Whether a mask may go on waiting for its picture: these records neither draw anything else nor change
-/// where it is drawn.
+/// Whether a held mask may stay held: these records neither draw anything else nor change where it is drawn.
 static bool letsMaskWait(std::uint32_t type) {
   constexpr std::uint32_t kWaits[] = {kBitBlt,       kStretchBlt,   kStretchDib,    kSetBackMode,
                                       kSetBackColor, kSetTextColor, kSelect,        kDelete,
@@ -60,7 +59,7 @@ void Playback::play(std::uint32_t type, ByteReader& r) {
     playPicture(type, r);
 }
 
-/// Between comments with commands of GDI+ plain records count only where the former say so.
+/// In an EMF+ drawing, plain records are played only where EMF+ requests it.
 void Playback::comment(ByteReader& r) {
   if (!plus_) return;
   const std::size_t size = r.u32();
@@ -100,7 +99,7 @@ bool Playback::playState(std::uint32_t type, ByteReader& r) {
       s.arcsClockwise = r.u32() == 2;
       return true;
     case kSetMiterLimit: {
-      // Some write a whole number, some a fraction.
+      // Some programs write an integer, some a float.
       const std::uint32_t limit = r.u32();
       constexpr std::uint32_t kLargestWhole = 1000;
       s.miterLimit = limit <= kLargestWhole ? limit : static_cast<double>(std::bit_cast<float>(limit));
@@ -228,7 +227,7 @@ bool Playback::playClip(std::uint32_t type, ByteReader& r) {
   }
 }
 
-/// The combinations by their numbers in records.
+/// The combine mode for its number in records.
 static Combine combineOf(std::uint32_t mode) {
   constexpr Combine kModes[] = {Combine::replace,   Combine::intersect, Combine::unite,
                                 Combine::exclusive, Combine::exclude,   Combine::replace};
@@ -300,7 +299,7 @@ Pen Playback::extendedPen(ByteReader& r) const {
   const Color color{r.u32()};
   const std::uint32_t hatch = r.u32();
   Pen pen = Pen::fromStyle(style, width, color);
-  // The others are lines of a pixel, whatever the mapping.
+  // Cosmetic pens are one pixel wide in any mapping.
   if (!pen.geometric) pen.width = 0;
   pen.ink = Brush::fromStyle(brushStyle, color, hatch);
   if (pattern.exists()) {
@@ -315,7 +314,7 @@ Pen Playback::extendedPen(ByteReader& r) const {
   return pen;
 }
 
-/// Numbers from here on are pens, brushes and fonts that are always there.
+/// First number of the stock pens, brushes and fonts.
 constexpr std::uint32_t kStock = 0x80000000;
 constexpr std::uint32_t kStockNullBrush = 5;
 

@@ -15,10 +15,10 @@ namespace kestrel::engine::emf {
 
 class PlusPlayback;
 
-/// Plays the records of an enhanced metafile. One that makes no sense is passed over.
+/// Plays the records of an enhanced metafile. Invalid records are skipped.
 ///
-/// A file may hold its drawing a second time, or only, as commands of GDI+ in comments. Those are played
-/// where there is no other drawing.
+/// A file may hold its drawing as EMF+ commands in comment records, in addition to plain records or instead
+/// of them. EMF+ is played only if there is no plain drawing.
 class Playback {
  public:
   Playback(metafile::Player& player, Bytes file);
@@ -26,7 +26,7 @@ class Playback {
   Playback(const Playback&) = delete;
   Playback& operator=(const Playback&) = delete;
 
-  /// True if the end record was reached, or no more may be drawn.
+  /// Returns true if the end record was reached or the work limit is exhausted.
   bool run();
 
  private:
@@ -61,9 +61,9 @@ class Playback {
   void maskBlit(std::uint32_t type, ByteReader& r);
   void gradientFill(ByteReader& r);
 
-  /// A part of the record at an offset that the record tells.
+  /// A part of the record by offset and size; empty if out of range.
   Bytes part(std::size_t offset, std::size_t size) const;
-  /// Header and pixels of a bitmap that the record tells by their places and sizes.
+  /// Header and pixels of a bitmap, located by offsets and sizes in the record.
   struct Dib {
     Bytes header, pixels;
     bool exists() const { return header.size() >= 12 && !pixels.empty(); }

@@ -17,10 +17,10 @@ void addStop(cairo_pattern_t* pattern, double at, Argb color) {
                                     color.blue(), color.alpha());
 }
 
-/// How many of 64 pixels the "percent" hatches set.
+/// Pixels of 64 that each "percent" hatch sets.
 constexpr int kPercents[] = {3, 6, 13, 16, 19, 26, 32, 38, 45, 48, 51, 58};
 
-/// The order in which the pixels of a tile darken, so that each amount is spread evenly (ordered dithering).
+/// Threshold of a pixel in an 8 x 8 Bayer matrix (ordered dithering).
 int rankOf(int x, int y) {
   int rank = 0;
   for (int bit = 0; bit < 3; ++bit) {
@@ -30,7 +30,7 @@ int rankOf(int x, int y) {
   return rank;
 }
 
-/// Whether the hatch of this number has its line at a pixel of its tile of 8 x 8.
+/// Whether a hatch sets a pixel of its 8 x 8 tile.
 bool hasLine(std::uint32_t hatch, int x, int y) {
   const int fall = (x - y) & 7, rise = (x + y) & 7;
   constexpr std::uint32_t kFirstPercent = 6, kLastPercent = 17;
@@ -111,9 +111,9 @@ bool hasLine(std::uint32_t hatch, int x, int y) {
       return rankOf(x, y) < 40 && (x % 4 != 1 || y % 4 != 1);
     case 48:  // small grid
       return x % 4 == 0 || y % 4 == 0;
-    case 49:  // small chequers
+    case 49:  // small checkers
       return (x / 2 + y / 2) % 2 == 0;
-    case 50:  // large chequers
+    case 50:  // large checkers
       return (x / 4 + y / 4) % 2 == 0;
     case 51:  // outlined diamonds
       return fall == 0 || rise == 0;
@@ -156,7 +156,8 @@ Pattern linearOf(const Brush& brush) {
   return pattern;
 }
 
-/// The colours from the outline to the centre, as rings of four-cornered patches around it.
+/// Mesh of a path gradient: one ring of quadrilateral patches per pair of stops, from the outline to the
+/// center.
 class Rings {
  public:
   explicit Rings(const Brush& brush) : brush_(brush), stops_(brush.stops), edge_(flattened(brush.outline)) {
@@ -171,7 +172,7 @@ class Rings {
     constexpr std::size_t kMostPatches = 2048;
     const std::size_t count = edge_.points.size();
     if (count < 3 || stops_.size() < 2) return nullptr;
-    // An outline of very many points is told by some of them.
+    // Sample an outline with too many points.
     const std::size_t step = std::max<std::size_t>(1, count * (stops_.size() - 1) / kMostPatches);
     Pattern mesh(cairo_pattern_create_mesh());
     for (std::size_t ring = 0; ring + 1 < stops_.size(); ++ring) {
@@ -189,7 +190,7 @@ class Rings {
     for (unsigned corner = 0; corner < 4; ++corner) {
       const Point p = edge_.points[edge[corner]];
       const double inwards = stops_[stop[corner]].at;
-      const double x = p.x + (brush_.centre.x - p.x) * inwards, y = p.y + (brush_.centre.y - p.y) * inwards;
+      const double x = p.x + (brush_.center.x - p.x) * inwards, y = p.y + (brush_.center.y - p.y) * inwards;
       corner == 0 ? cairo_mesh_pattern_move_to(mesh, x, y) : cairo_mesh_pattern_line_to(mesh, x, y);
     }
     for (unsigned corner = 0; corner < 4; ++corner) {
@@ -242,8 +243,8 @@ Pattern patternOf(const Brush& brush, metafile::Work& work) {
       return linearOf(brush);
     case Brush::Kind::pathGradient: {
       constexpr double kPerPoint = 20'000;
-      const bool drawn = isFinite(brush.outline) && std::isfinite(brush.centre.x) &&
-                         std::isfinite(brush.centre.y) &&
+      const bool drawn = isFinite(brush.outline) && std::isfinite(brush.center.x) &&
+                         std::isfinite(brush.center.y) &&
                          work.take(kPerPoint * static_cast<double>(brush.outline.points.size()));
       return drawn ? Rings(brush).pattern() : nullptr;
     }

@@ -5,11 +5,11 @@
 
 namespace kestrel::engine::emf::plus {
 
-/// The pattern of a brush that is not of one colour, in the brush's own coordinates; a hatch's in pixels.
-/// Nothing for a brush that does not paint, or if there is no work left for it.
+/// The pattern of a brush, in brush coordinates; of a hatch, in pixels. Null for a brush that does not paint,
+/// or if the work limit is exhausted.
 metafile::Pattern patternOf(const Brush& brush, metafile::Work& work);
 
-/// How much more work a pixel of the brush is than one of a single colour.
+/// Cost of a pixel of the brush, relative to a solid color.
 double weightOf(const Brush& brush);
 
 }  // namespace kestrel::engine::emf::plus

@@ -37,7 +37,7 @@ Path pathOfArc(const Rect& rect, double start, double sweep, ArcKind kind) {
   const double cx = (rect.left + rect.right) / 2, cy = (rect.top + rect.bottom) / 2;
   const double rx = (rect.right - rect.left) / 2, ry = (rect.bottom - rect.top) / 2;
   constexpr double kDegree = std::numbers::pi / 180;
-  // The angle is that of a ray; on an ellipse it meets the outline at another one.
+  // Converts the angle of a ray from the center to the ellipse's parameter.
   const auto onEllipse = [&](double degrees) {
     const double angle = degrees * kDegree;
     const double bent = std::atan2(std::sin(angle) * std::abs(rx), std::cos(angle) * std::abs(ry));
@@ -48,7 +48,7 @@ Path pathOfArc(const Rect& rect, double start, double sweep, ArcKind kind) {
   const double last =
       std::abs(turn) == 360 ? first + turn * kDegree : onEllipse(std::fmod(start, 360) + turn);
   const auto at = [&](double x, double y) { return Point{cx + rx * x, cy + ry * y}; };
-  // Four curves are as near to an ellipse as makes no difference.
+  // Four cubic Beziers approximate an ellipse to within 0.03 % of its radius.
   constexpr int kPieces = 4;
   const double step = (last - first) / kPieces, handle = 4 / 3.0 * std::tan(step / 4);
   if (kind == ArcKind::pie) {
@@ -78,7 +78,7 @@ Path pathOfCurve(const std::vector<Point>& points, double tension, bool closed, 
     return points[static_cast<std::size_t>(
         std::clamp<std::ptrdiff_t>(shifted, 0, static_cast<std::ptrdiff_t>(size) - 1))];
   };
-  // A third of the tangent leads from a point to its handle.
+  // The control point is at a third of the tangent.
   const double part = (std::isfinite(tension) ? tension : 0.5) / 3;
   const std::size_t segments = closed ? size : std::min(count, size - 1 - first);
   path.start(points[first]);

@@ -4,7 +4,7 @@
 
 #include "EmfPlusObjects.h"
 
-// Shapes as paths.
+// Converts shapes to paths.
 
 namespace kestrel::engine::emf::plus {
 
@@ -14,15 +14,16 @@ Path pathOfBeziers(const std::vector<Point>& points);
 Path pathOfEllipse(const Rect& rect);
 
 enum class ArcKind { open, pie };
-/// The part of an ellipse from an angle on, in degrees clockwise from the right, over so many more.
+/// Arc of an ellipse. Angles are in degrees, clockwise from the positive x axis; `sweep` may be negative.
 Path pathOfArc(const Rect& rect, double start, double sweep, ArcKind kind);
 
-/// A curve through `count` + 1 points from `first` on: a cardinal spline, whose tangent at a point is
-/// parallel to the line between its neighbours and `tension` of its length.
+/// Cardinal spline through `count` + 1 points from `first` on. The tangent at a point is `tension` times the
+/// vector between its neighbors.
 Path pathOfCurve(const std::vector<Point>& points, double tension, bool closed, std::size_t first,
                  std::size_t count);
 
-/// The points of the path, its curves in a few lines each, and for each the number of the path's point.
+/// The path with its curves flattened to a few lines each; for each point the index of its origin in the
+/// path.
 struct Flattened {
   std::vector<Point> points;
   std::vector<std::size_t> origins;

@@ -6,7 +6,7 @@
 #include "EmfPlusObjects.h"
 #include "engine/codecs/common/ByteReader.h"
 
-// What the records of EMF+ drawings consist of.
+// Readers for the fields of EMF+ commands.
 
 namespace kestrel::engine::emf::plus {
 
@@ -17,7 +17,7 @@ inline Point readRealPoint(ByteReader& r) {
   return {x, readReal(r)};
 }
 
-/// A rectangle that is told by its corner and size.
+/// A rectangle stored as corner and size.
 inline Rect readRealRect(ByteReader& r) {
   const Point at = readRealPoint(r), size = readRealPoint(r);
   return {at.x, at.y, at.x + size.x, at.y + size.y};
@@ -29,7 +29,7 @@ inline Rect readAnyRect(ByteReader& r, bool compressed) {
   return {at.x, at.y, at.x + size.x, at.y + size.y};
 }
 
-/// A whole number in one byte, or in two of which the first has its highest bit set.
+/// An integer in one byte, or in two if the highest bit of the first is set.
 inline double readShortNumber(ByteReader& r) {
   const int first = r.u8();
   if ((first & 0x80) == 0) return (first & 0x40) != 0 ? first - 0x80 : first;
@@ -37,8 +37,8 @@ inline double readShortNumber(ByteReader& r) {
   return (both & 0x4000) != 0 ? both - 0x8000 : both;
 }
 
-/// Points as the flags of their record say: each by its distance from the one before, in whole numbers, or in
-/// fractions. Raises RuntimeError 481 if there are not so many.
+/// Reads points in the format of the command's flags: relative, 16-bit integers or floats. Raises
+/// RuntimeError 481 if there are fewer.
 inline std::vector<Point> readAnyPoints(ByteReader& r, std::size_t count, std::uint32_t flags) {
   const std::size_t least = (flags & kRelative) != 0 ? 2 : (flags & kCompressed) != 0 ? 4 : 8;
   if (count > r.remaining() / least) refusePicture("The record holds fewer points than it says.");

@@ -17,7 +17,7 @@
 namespace kestrel::engine::emf::plus {
 namespace {
 
-/// The kinds of pixels; their names tell the bits of a pixel and its order.
+/// Pixel formats, named by the bits per pixel and channel order.
 enum PixelFormat : std::uint32_t {
   kIndexed1 = 0x00030101,
   kIndexed4 = 0x00030402,
@@ -51,7 +51,7 @@ Pixel fromArgb(std::uint32_t argb) {
           static_cast<std::uint8_t>(argb), static_cast<std::uint8_t>(argb >> 24)};
 }
 
-/// Wide samples reach from 0 to 2^13 for what is seen.
+/// 16-bit samples: the visible range is 0 to 2^13.
 std::uint8_t narrowed(const std::uint8_t* two) {
   constexpr int kWhite = 8192;
   const int value = two[0] | two[1] << 8;
@@ -132,7 +132,7 @@ Bitmap readPixels(ByteReader& r, std::int32_t width, std::int32_t height, std::i
   return bitmap;
 }
 
-/// Whole files within; only of formats that cannot hold further ones.
+/// Decodes an embedded file; only formats that cannot embed others.
 Bitmap readFile(Bytes file, metafile::Work& work) {
   const auto taken = [&](const Decoded& decoded) {
     const Bitmap& bitmap = decoded.bitmap;
@@ -154,7 +154,7 @@ Bitmap readMetafile(Bytes file, metafile::Work& work) {
   if (work.depth == 0) return {};
   --work.depth;
   Bitmap bitmap;
-  // Places in it count the pixels of its natural size.
+  // Source coordinates refer to the natural size, so a reduced drawing cannot be used.
   const auto taken = [](metafile::Drawing drawing) {
     return drawing.size.scale == 1 ? std::move(drawing.bitmap) : Bitmap();
   };

@@ -5,8 +5,8 @@
 
 namespace kestrel::engine::emf::plus {
 
-/// The picture of an image object: pixels, a file of a known format, or a metafile. Empty if it makes no
-/// sense or there is no work left for it. Raises RuntimeError 481 if it ends too early.
+/// Decodes an image object: raw pixels, a file of a known format, or a metafile. Empty if it is invalid or
+/// the work limit is exhausted. Raises RuntimeError 481 if it is truncated.
 Bitmap readImage(Bytes data, metafile::Work& work);
 
 }  // namespace kestrel::engine::emf::plus

@@ -22,7 +22,7 @@ enum Type : std::uint32_t {
 
 constexpr std::size_t kMostStops = 256;
 
-// What follows in a brush's data.
+// Flags of a brush's optional data.
 constexpr std::uint32_t kHasPath = 0x01, kHasTransform = 0x02, kHasColors = 0x04, kHasFactors = 0x08,
                         kHasFactorsDown = 0x10;
 
@@ -54,7 +54,7 @@ std::size_t readCount(ByteReader& r, std::size_t each) {
   return count;
 }
 
-/// Stops that the data list with their colours.
+/// Stops stored with colors.
 std::vector<Stop> readColors(ByteReader& r) {
   std::vector<Stop> stops(readCount(r, 8));
   for (Stop& stop : stops) stop.at = readReal(r);
@@ -72,7 +72,7 @@ Argb between(Argb from, Argb to, double part) {
   return {result};
 }
 
-/// Stops that the data list by how much of the way from one colour to the other they are.
+/// Stops stored as blend factors between two colors.
 std::vector<Stop> readFactors(ByteReader& r, Argb from, Argb to) {
   std::vector<Stop> stops(readCount(r, 8));
   for (Stop& stop : stops) stop.at = readReal(r);
@@ -103,8 +103,8 @@ void readLinearGradient(ByteReader& r, Brush& brush) {
 void readPathGradient(ByteReader& r, Brush& brush) {
   const std::uint32_t flags = r.u32();
   brush.wrap = static_cast<Wrap>(r.u32());
-  const Argb centre{r.u32()};
-  brush.centre = readRealPoint(r);
+  const Argb center{r.u32()};
+  brush.center = readRealPoint(r);
   brush.around.resize(readCount(r, 4));
   for (Argb& color : brush.around) color = {r.u32()};
   const std::size_t count = r.u32();
@@ -118,15 +118,15 @@ void readPathGradient(ByteReader& r, Brush& brush) {
     brush.outline.close();
   }
   if ((flags & kHasTransform) != 0) brush.transform = readTransform(r);
-  const Argb edge = brush.around.empty() ? centre : brush.around[0];
+  const Argb edge = brush.around.empty() ? center : brush.around[0];
   if ((flags & kHasColors) != 0) {
     brush.stops = readColors(r);
-    // The listed colours take the place of the outline's.
+    // The stops replace the colors of the outline.
     brush.around.clear();
   } else if ((flags & kHasFactors) != 0) {
-    brush.stops = readFactors(r, edge, centre);
+    brush.stops = readFactors(r, edge, center);
   } else {
-    brush.stops = {{0, edge}, {1, centre}};
+    brush.stops = {{0, edge}, {1, center}};
   }
 }
 
@@ -167,7 +167,7 @@ Brush readBrush(ByteReader& r, metafile::Work& work) {
   return brush;
 }
 
-/// A custom cap is a drawing of its own; an arrow stands in for one, which is what nearly all of them are.
+/// Custom caps are drawn as arrows, which nearly all of them are.
 std::uint32_t readCustomCap(ByteReader& r) {
   const std::size_t size = r.u32();
   r.skip(size);
@@ -211,8 +211,8 @@ Pen readPen(ByteReader& r, metafile::Work& work) {
     constexpr std::size_t kMostDashes = 64;
     pen.dashes.resize(std::min(pen.dashes.size(), kMostDashes));
   }
-  if (has(0x200)) r.skip(4);    // where the line lies beside its path: always drawn on it
-  if (has(0x400)) skipReals();  // lines side by side: drawn as one
+  if (has(0x200)) r.skip(4);    // pen alignment: always centered
+  if (has(0x400)) skipReals();  // compound lines: drawn as one
   if (has(0x800)) pen.startCap = readCustomCap(r);
   if (has(0x1000)) pen.endCap = readCustomCap(r);
   pen.brush = readBrush(r, work);

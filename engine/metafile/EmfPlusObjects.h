@@ -10,7 +10,7 @@
 #include "MetafileCanvas.h"
 #include "engine/codecs/common/Decoded.h"
 
-// The objects of GDI+ that the records of an EMF+ drawing make and draw with.
+// Objects that EMF+ commands create and draw with.
 
 namespace kestrel::engine::emf::plus {
 
@@ -29,13 +29,13 @@ struct Argb {
   double alpha() const { return (value >> 24) / 255.0; }
 };
 
-/// Figures of lines and curves. A point's type is 0 where a figure begins, 1 at the end of a line, 3 for each
-/// of the three points of a curve; 0x80 closes the figure.
+/// Figures of lines and curves. A point's type is 0 at the start of a figure, 1 at the end of a line, 3 for
+/// each of the three points of a curve; flag 0x80 closes the figure.
 struct Path {
   static constexpr std::uint8_t kStart = 0, kLine = 1, kCurve = 3, kKind = 7, kClose = 0x80;
 
   std::vector<Point> points;
-  std::vector<std::uint8_t> types;  ///< as many
+  std::vector<std::uint8_t> types;  ///< one per point
   bool winding = false;
 
   void start(Point at) { add(at, kStart); }
@@ -61,22 +61,22 @@ struct Stop {
   Argb color;
 };
 
-/// How a pattern goes on beyond its edge; the numbers are those of the records.
+/// How a pattern is repeated beyond its edge; record values.
 enum class Wrap : std::uint32_t { tile = 0, flipX = 1, flipY = 2, flipBoth = 3, clamp = 4 };
 
 struct Brush {
   enum class Kind { none, solid, hatched, texture, pathGradient, linearGradient } kind = Kind::none;
   Argb color;             ///< solid; the lines of a hatch
-  Argb back{0xFFFFFFFF};  ///< of a hatch
+  Argb back{0xFFFFFFFF};  ///< background of a hatch
   std::uint32_t hatch = 0;
   Bitmap texture;
   Wrap wrap = Wrap::tile;
   cairo_matrix_t transform{1, 0, 0, 1, 0, 0};
-  Rect box;                  ///< of a linear gradient, from whose left to whose right the colours run
-  std::vector<Stop> stops;   ///< of a gradient; of a path's, from its outline to its centre
-  Point centre;              ///< of a path gradient
-  Path outline;              ///< of a path gradient
-  std::vector<Argb> around;  ///< colours of the outline's points, the last for all further ones
+  Rect box;                  ///< linear gradient: the colors run from left to right
+  std::vector<Stop> stops;   ///< gradient stops; of a path gradient, from outline to center
+  Point center;              ///< path gradient
+  Path outline;              ///< path gradient
+  std::vector<Argb> around;  ///< colors of the outline's points; the last applies to all further ones
 };
 
 struct Pen {
@@ -94,16 +94,16 @@ struct Pen {
   enum Join : std::uint32_t { kMiter = 0, kBevel = 1, kRoundJoin = 2, kMiterClipped = 3 };
 
   double width = 1;
-  std::uint32_t unit = 0;  ///< as of `SetPageTransform`; 0 that of the world
+  std::uint32_t unit = 0;  ///< as in `SetPageTransform`; 0 is world units
   cairo_matrix_t transform{1, 0, 0, 1, 0, 0};
   std::uint32_t startCap = kFlat, endCap = kFlat, join = kMiter, dashCap = kFlat;
   double miterLimit = 10;
-  std::vector<double> dashes;  ///< in widths
+  std::vector<double> dashes;  ///< in pen widths
   double dashOffset = 0;
   Brush brush;
 };
 
-/// A tree of areas; `parts` are the two that a node combines.
+/// A tree of areas; a combined node has two `parts`.
 struct Region {
   enum class Kind { everything, nothing, rect, path, combined } kind = Kind::everything;
   Combine how = Combine::intersect;
@@ -127,14 +127,14 @@ struct StringFormat {
   enum Flags : std::uint32_t { kRightToLeft = 1, kVertical = 2, kNoWrap = 0x1000 };
 
   std::uint32_t flags = 0;
-  std::uint32_t align = 0, lineAlign = 0;  ///< 0 near, 1 centre, 2 far
-  double leadingMargin = 1 / 6.0;          ///< in sizes of the font
+  std::uint32_t align = 0, lineAlign = 0;  ///< 0 near, 1 center, 2 far
+  double leadingMargin = 1 / 6.0;          ///< in font sizes
 };
 
 using Object = std::variant<std::monostate, Brush, Pen, Path, Region, Image, Font, StringFormat>;
 
-/// The object of a type that a record holds; of a type that draws nothing, nothing. Pictures within take from
-/// `work`. Raises RuntimeError 481 for one that makes no sense.
+/// Reads an object from a command's data; std::monostate for types not used for drawing. Embedded pictures
+/// are charged to `work`. Raises RuntimeError 481 for invalid data.
 Object readObject(std::uint32_t type, Bytes data, metafile::Work& work);
 
 }  // namespace kestrel::engine::emf::plus

@@ -10,21 +10,21 @@
 
 namespace kestrel::engine::emf::plus {
 
-/// What GDI+ draws with at a moment; saved and restored as a whole.
+/// EMF+ graphics state; saved and restored as a whole.
 struct State {
   cairo_matrix_t world{1, 0, 0, 1, 0, 0};
-  cairo_matrix_t container{1, 0, 0, 1, 0, 0};  ///< what a page within the page is turned by besides
-  std::uint32_t pageUnit = 1;  ///< 0 to 2 pixels, 3 points, 4 inches, 5 1/300 inch, 6 millimetres
+  cairo_matrix_t container{1, 0, 0, 1, 0, 0};  ///< transform of nested containers
+  std::uint32_t pageUnit = 1;  ///< 0 to 2 pixels, 3 points, 4 inches, 5 1/300 inch, 6 millimeters
   double pageScale = 1;
-  bool replaces = false;  ///< paints over what is there, instead of blending with it
+  bool replaces = false;  ///< compositing mode source copy instead of source over
   Point hatchOrigin;      ///< in pixels of the canvas
   Clip clip;
 };
 
-/// Draws paths, pictures and texts of GDI+ onto a canvas. Coordinates are those of the present world.
+/// Draws EMF+ paths, pictures and texts onto a canvas. Coordinates are in world units.
 class Painter {
  public:
-  /// `device` turns device units to pixels of the canvas.
+  /// `device` transforms device units to pixels of the canvas.
   Painter(metafile::Canvas& canvas, const cairo_matrix_t& device) : canvas_(canvas), device_(device) {}
 
   State& state() { return state_; }
@@ -38,21 +38,20 @@ class Painter {
   void fill(const Path& path, const Brush& brush);
   void fill(const Region& region, const Brush& brush);
   void stroke(const Path& path, const Pen& pen);
-  /// Everything visible becomes this colour.
+  /// Fills everything visible with this color.
   void clear(Argb color);
 
-  /// Draws the part of a picture so that its upper left, upper right and lower left corner come to these
-  /// places.
+  /// Draws a part of a picture with its upper left, upper right and lower left corner at these points.
   void picture(const Bitmap& bitmap, const Rect& source, const std::array<Point, 3>& corners);
 
-  /// A text in a box, as the format says.
+  /// Draws a text in a box.
   void text(const std::vector<std::string>& letters, const Font& font, const StringFormat& format,
             const Rect& box, const Brush& brush);
   /// Letters whose base points are told; those without one follow the one before.
   void placedText(const std::vector<std::string>& letters, const std::vector<Point>& places, const Font& font,
                   const cairo_matrix_t& transform, const Brush& brush);
 
-  /// Makes the state's clip the one that is seen.
+  /// Applies the state's clip to the canvas.
   void showClip() { canvas_.setClip(state_.clip); }
   void combineClip(const Path& path, Combine how);
   void combineClip(const Region& region, Combine how);

@@ -20,7 +20,7 @@ namespace {
 constexpr std::uint32_t kSignature = 0x2B464D45;  // "EMF+"
 constexpr std::size_t kMostSaved = 1000;
 
-/// Whether a plain record leaves ink.
+/// Whether a plain record draws.
 bool draws(std::uint32_t type) {
   return (type >= emf::kPolyBezier && type <= emf::kPolyPolygon) || type == emf::kSetPixel ||
          (type >= emf::kAngleArc && type <= emf::kPie) || (type >= emf::kLineTo && type <= emf::kPolyDraw) ||
@@ -48,7 +48,7 @@ bool plusIsTheDrawing(Bytes file) {
       r.skip(4);
       plus = isPlusComment(file.subspan(at + kCommentHeader));
       r.skip(4);
-      // The first command tells whether the drawing stands in plain records too.
+      // The header command states whether plain records hold the drawing, too.
       if (plus && (r.u16() != plus::kHeader || (r.u16() & kTwice) == 0)) return true;
     }
     if (draws(type)) {
@@ -137,7 +137,7 @@ void PlusPlayback::restore(std::uint32_t index) {
   painter_.showClip();
 }
 
-/// What follows is drawn as on a page of its own, which is fitted from one rectangle into another.
+/// Begins a nested container, whose source rectangle is mapped to the destination rectangle.
 void PlusPlayback::beginContainer(const Command& command, ByteReader& r) {
   const Rect to = readRealRect(r), from = readRealRect(r);
   save(r.u32());
@@ -399,7 +399,7 @@ void PlusPlayback::drawString(const Command& command, ByteReader& r) {
   metafile::Font any;
   const Font& font = objectOf<Font>(command.flags & kIdMask);
   any.face = font.face;
-  // Ends of lines are kept apart from letters, which control characters are not.
+  // Keep line breaks: `lettersOf` turns control characters into spaces.
   std::vector<std::uint16_t> line;
   const auto flush = [&] {
     for (std::string& letter : metafile::lettersOf(std::exchange(line, {}), any))
@@ -437,7 +437,7 @@ void PlusPlayback::drawDriverString(const Command& command, ByteReader& r) {
       places, font, transform, brush);
 }
 
-/// An object too large for one record stands in several, each of which tells the size of the whole.
+/// Collects an object split over several commands, each with the total size.
 void PlusPlayback::object(const Command& command, ByteReader& r) {
   const std::uint32_t id = command.flags & kIdMask, type = command.flags >> 8 & 0x7F;
   const bool goesOn = (command.flags & kGoesOn) != 0;

@@ -11,19 +11,19 @@
 
 namespace kestrel::engine::emf {
 
-/// Whether what a comment holds are commands of GDI+.
+/// Whether a comment record holds EMF+ commands.
 bool isPlusComment(Bytes comment);
 
-/// Whether those commands are the drawing of the file. Most files that have them hold the same drawing a
-/// second time in plain records, which need no more than what every reader has.
+/// Whether the EMF+ commands must be played. Most files with EMF+ hold the same drawing in plain records,
+/// too, which are preferred.
 bool plusIsTheDrawing(Bytes file);
 
-/// Plays commands of GDI+. One that makes no sense is passed over.
+/// Plays EMF+ commands. Invalid commands are skipped.
 class PlusPlayback {
  public:
   PlusPlayback(metafile::Canvas& canvas, const cairo_matrix_t& device) : painter_(canvas, device) {}
 
-  /// Plays the commands of a comment. True if the last says that plain records go on with the drawing.
+  /// Plays the commands of a comment. Returns true if the last one hands over to plain records.
   bool play(Bytes commands);
 
  private:
@@ -49,7 +49,7 @@ class PlusPlayback {
   void drawString(const Command& command, ByteReader& r);
   void drawDriverString(const Command& command, ByteReader& r);
 
-  /// The object of a slot; an empty one where there is none of that kind.
+  /// The object in a slot; a default one if it is not of this type.
   template <typename Kind>
   const Kind& objectOf(std::uint32_t id) const {
     static const Kind kNone{};
@@ -61,7 +61,7 @@ class PlusPlayback {
   plus::Painter painter_;
   std::array<plus::Object, 64> objects_;
   std::vector<std::pair<std::uint32_t, plus::State>> saved_;
-  // An object that goes on in the next records.
+  // An object continued in the next commands.
   std::uint32_t pendingType_ = 0, pendingId_ = 0;
   std::size_t pendingSize_ = 0;
   std::vector<std::uint8_t> pending_;

@@ -4,7 +4,7 @@
 
 namespace kestrel::engine::emf::plus {
 
-/// The types of the commands that are played.
+/// Command types that are played.
 enum Command : std::uint16_t {
   kHeader = 0x4001,
   kPlainRecords = 0x4004,
@@ -51,7 +51,7 @@ enum Command : std::uint16_t {
   kDrawDriverString = 0x4036
 };
 
-// What the flags of a command say besides.
+// Command flags.
 constexpr std::uint16_t kIdMask = 0x00FF, kClosed = 0x2000, kWinding = 0x2000, kAppended = 0x2000,
                         kGoesOn = 0x8000, kColorInstead = 0x8000;
 

@@ -4,7 +4,7 @@
 
 namespace kestrel::engine::emf {
 
-/// The types of the records that are played.
+/// Record types that are played.
 enum Record : std::uint32_t {
   kHeader = 1,
   kPolyBezier = 2,

@@ -11,7 +11,7 @@ namespace kestrel::engine::metafile {
 
 DrawingSize sizeToPlay(double naturalWidth, double naturalHeight, std::size_t fileSize) {
   constexpr double kMostOfDrawing = 100e6, kBitmapPixelsPerByte = 4, kDrawingPixelsPerByte = 524'288;
-  // What is too large becomes as large as is useful on a screen and soon drawn.
+  // Reduced drawings get a size that is useful on a screen and fast to draw.
   constexpr double kUseful = 25e6, kLongestSide = 32000;
   const auto bytes = static_cast<double>(fileSize);
   const double most = std::min(kMostOfDrawing + kBitmapPixelsPerByte * bytes, kDrawingPixelsPerByte * bytes);
@@ -22,7 +22,7 @@ DrawingSize sizeToPlay(double naturalWidth, double naturalHeight, std::size_t fi
   const double area = naturalWidth * naturalHeight, longest = std::max(naturalWidth, naturalHeight);
   smallerIf(area > most, std::sqrt(std::min(kUseful, most) / area));
   smallerIf(longest > kLongestSide, kLongestSide / longest);
-  const double least = size.scale < 1 ? 1 : 0;  // a long thin drawing keeps a row
+  const double least = size.scale < 1 ? 1 : 0;  // a very thin drawing keeps one row
   const auto pixels = [&](double natural) {
     return static_cast<std::int32_t>(std::max(least, std::round(natural * size.scale)));
   };
@@ -40,8 +40,7 @@ std::string pixelsOf(double width, double height) {
 }
 
 std::string noticeOf(const Drawing& drawing, const Work& work) {
-  if (!drawing.complete)
-    return "The file is damaged or truncated: parts of the drawing could not be read.";
+  if (!drawing.complete) return "The file is damaged or truncated: parts of the drawing could not be read.";
   if (work.exhausted) return "The drawing takes too long to be drawn whole: parts of it are missing.";
   const DrawingSize& size = drawing.size;
   if (size.scale == 1) return {};

@@ -13,14 +13,14 @@
 namespace kestrel::engine::metafile {
 namespace {
 
-/// Beyond these Cairo's fixed-point numbers end.
+/// Limits of Cairo's fixed-point coordinates.
 constexpr std::int32_t kLongestSide = 32000;
 constexpr double kFarthest = 4e6;
 
-/// The work of adding a point to a path.
+/// Work of adding a point to a path.
 constexpr double kPerPoint = 20;
 
-/// Straight to premultiplied pixels in the machine's order of a Cairo picture.
+/// Converts straight alpha to Cairo's premultiplied ARGB in native byte order.
 void premultiplyRow(const std::uint8_t* rgba, std::uint8_t* argb, std::int32_t width) {
   for (std::int32_t x = 0; x < width; ++x, rgba += 4, argb += 4) {
     const auto times = [alpha = rgba[3]](std::uint8_t v) {
@@ -32,7 +32,7 @@ void premultiplyRow(const std::uint8_t* rgba, std::uint8_t* argb, std::int32_t w
   }
 }
 
-/// Most pixels of a drawing are clear or opaque, and need no quotient.
+/// Converts back. Most pixels of a drawing are transparent or opaque and need no division.
 void unpremultiplyRow(const std::uint8_t* argb, std::uint8_t* rgba, std::int32_t width) {
   for (std::int32_t x = 0; x < width; ++x, rgba += 4, argb += 4) {
     std::uint32_t pixel = 0;
@@ -49,13 +49,13 @@ void unpremultiplyRow(const std::uint8_t* argb, std::uint8_t* rgba, std::int32_t
   }
 }
 
-/// The colour of a premultiplied pixel on white.
+/// A premultiplied pixel composited over white.
 std::uint32_t onWhite(std::uint32_t pixel) {
   const std::uint32_t rest = 255 - (pixel >> 24);
   return (pixel & 0xFFFFFF) + rest * 0x010101;
 }
 
-/// The rows of a layer, whose origin lies anywhere in the picture.
+/// Pixel access to a layer, in coordinates of the picture.
 class LayerRows {
  public:
   explicit LayerRows(cairo_pattern_t* pattern) {
@@ -66,7 +66,7 @@ class LayerRows {
     stride_ = cairo_image_surface_get_stride(surface);
     width_ = cairo_image_surface_get_width(surface);
     height_ = cairo_image_surface_get_height(surface);
-    // The pattern's matrix takes the picture's pixels to those of the layer.
+    // The pattern's matrix maps pixels of the picture to pixels of the layer.
     cairo_matrix_t matrix;
     cairo_pattern_get_matrix(pattern, &matrix);
     double dx = 0, dy = 0;
@@ -80,7 +80,7 @@ class LayerRows {
   int right() const { return left_ + width_; }
   int top() const { return top_; }
   int bottom() const { return top_ + height_; }
-  /// The pixel at a place within.
+  /// The pixel at (x, y), which must be inside the layer.
   std::uint32_t at(int x, int y) const {
     std::uint32_t pixel = 0;
     std::memcpy(&pixel, data_ + (y - top_) * stride_ + std::ptrdiff_t{4} * (x - left_), sizeof pixel);
@@ -93,7 +93,7 @@ class LayerRows {
   int width_ = 0, height_ = 0, left_ = 0, top_ = 0;
 };
 
-/// The result of a ternary operation for all bits of a colour at once.
+/// Evaluates a ternary raster operation on all bits of a color at once.
 class Mixer {
  public:
   explicit Mixer(std::uint8_t operation) {
@@ -166,7 +166,7 @@ Canvas::Canvas(std::int32_t width, std::int32_t height, Work& work)
   }
   constexpr double kPerPixel = 2;
   if (!work.take(kPerPixel * width * height)) refusePicture("The metafile takes too long to be drawn.");
-  // Asks for the result's memory once, so that a size beyond the limits is refused in the usual words.
+  // Allocates a bitmap of this size, so that sizes beyond the limits raise the usual error.
   Bitmap::uninitialized(width, height);
   surface_.reset(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height));
   cairo_.reset(cairo_create(surface_.get()));
@@ -198,7 +198,7 @@ void Canvas::curveTo(Point a, Point b, Point c) {
   cairo_curve_to(cairo_.get(), p.x, p.y, q.x, q.y, r.x, r.y);
   length_ += std::hypot(p.x - last_.x, p.y - last_.y) + std::hypot(q.x - p.x, q.y - p.y) +
              std::hypot(r.x - q.x, r.y - q.y);
-  // A curve becomes the more lines the larger it is.
+  // Curves are flattened to more lines the larger they are.
   constexpr double kLines = 16;
   crossed_ += kLines + std::min<double>(std::abs(p.y - last_.y) + std::abs(q.y - p.y) + std::abs(r.y - q.y),
                                         2 * height_);
@@ -253,7 +253,7 @@ Clip Canvas::combined(const Clip& clip, const ClipPiece& piece, Combine how) {
     return takePath(false);
   };
   const auto with = [&](ClipPiece added) {
-    // Each piece makes every later drawing slower.
+    // Each piece slows down all later drawing.
     constexpr std::size_t kMostPieces = 200;
     Clip result = clip;
     if (result.size() < kMostPieces) result.push_back(std::move(added));
@@ -268,11 +268,11 @@ Clip Canvas::combined(const Clip& clip, const ClipPiece& piece, Combine how) {
     return {takePath(false)};
   }
 
-  // The others are told pixel by pixel.
+  // The other modes are evaluated per pixel, with masks.
   if (!work_.take(8.0 * width_ * height_)) return clip;
   const Surface mask = maskOf(clip), other = maskOf({piece});
   const std::unique_ptr<cairo_t, DestroyContext> painter(cairo_create(mask.get()));
-  // Out: the piece where nothing is yet.
+  // OUT: the piece without the present clip.
   cairo_set_operator(painter.get(), how == Combine::unite       ? CAIRO_OPERATOR_OVER
                                     : how == Combine::exclusive ? CAIRO_OPERATOR_XOR
                                                                 : CAIRO_OPERATOR_OUT);
@@ -310,7 +310,7 @@ void Canvas::addEverything() {
       {{-kFarthest, -kFarthest}, {kFarthest, -kFarthest}, {kFarthest, kFarthest}, {-kFarthest, kFarthest}});
 }
 
-/// The pixels that are at least half covered, as rectangles of like rows.
+/// Converts a mask to an outline: pixels at least half covered, as rectangles over equal rows.
 ClipPiece Canvas::outlineOf(cairo_surface_t* mask) {
   constexpr std::size_t kMostRects = 50'000;
   if (cairo_surface_status(mask) != CAIRO_STATUS_SUCCESS) return {};
@@ -368,9 +368,9 @@ Rect Canvas::filledExtents() const {
 }
 
 Rect Canvas::strokedExtents(double width) const {
-  // Lines end at most so far from their path: half their width, at a mitre by its limit.
-  const bool mitre = cairo_get_line_join(cairo_.get()) == CAIRO_LINE_JOIN_MITER;
-  const double grown = width / 2 * (mitre ? cairo_get_miter_limit(cairo_.get()) : 1.5) + 1;
+  // Largest distance of a stroke from its path: half the width, times the miter limit at miter joins.
+  const bool miter = cairo_get_line_join(cairo_.get()) == CAIRO_LINE_JOIN_MITER;
+  const double grown = width / 2 * (miter ? cairo_get_miter_limit(cairo_.get()) : 1.5) + 1;
   const Rect r = filledExtents();
   return {r.left - grown, r.top - grown, r.right + grown, r.bottom + grown};
 }
@@ -406,7 +406,7 @@ void Canvas::mix(std::uint8_t operation, const Rect& extents, const std::functio
   const std::int32_t top = whole(std::floor(extents.top), height_),
                      bottom = whole(std::ceil(extents.bottom), height_);
   if (left >= right || top >= bottom) return;
-  // In bands, so that layers stay small.
+  // Processes bands, to bound the size of the layers.
   constexpr std::int32_t kLayerPixels = 4'000'000;
   const std::int32_t step = std::max(1, kLayerPixels / (right - left));
   cairo_t* const c = cairo_.get();
@@ -467,7 +467,7 @@ void Canvas::mixBand(std::uint8_t operation, std::int32_t top, std::int32_t bott
 
 Bitmap Canvas::finish() {
   cairo_surface_flush(surface_.get());
-  // A command that makes no sense stops Cairo; what was drawn before it is the picture.
+  // An invalid command puts Cairo into an error state; keep what was drawn before.
   if (cairo_status(cairo_.get()) == CAIRO_STATUS_NO_MEMORY ||
       cairo_surface_status(surface_.get()) != CAIRO_STATUS_SUCCESS) {
     throw RuntimeError(err::kOutOfMemory, "There is not enough memory for the picture.");

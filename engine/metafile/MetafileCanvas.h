@@ -20,10 +20,10 @@ struct Rect {
   double left = 0, top = 0, right = 0, bottom = 0;
 };
 
-/// The point, or the nearest one that Cairo's numbers can hold.
+/// The point clamped to the range of Cairo's fixed-point numbers.
 Point bounded(Point p);
 
-/// Whether pictures and patterns can be drawn through it: it is finite, not flat, and not beyond all measure.
+/// Whether pictures and patterns can be drawn with this matrix: finite, invertible, in a reasonable range.
 bool isUsable(const cairo_matrix_t& matrix);
 
 struct DestroyPattern {
@@ -34,42 +34,43 @@ using Pattern = std::unique_ptr<cairo_pattern_t, DestroyPattern>;
 /// A pattern of the bitmap's pixels.
 Pattern patternOf(const Bitmap& bitmap);
 
-/// How much may still be painted, and how deep pictures may lie in pictures. Small files can ask for the work
-/// of hours; what is beyond this is left out of the drawing. Pictures within pictures share it.
+/// Work limit of a decode, and nesting limit of embedded pictures. Small files can request hours of drawing;
+/// commands beyond the limit are skipped. Embedded pictures share the limit.
 struct Work {
-  /// What is allowed for a file of so many bytes.
+  /// The limit for a file of `fileSize` bytes.
   explicit Work(std::size_t fileSize) : left(3e9 + 40.0 * static_cast<double>(fileSize)) {}
 
-  double left;  ///< about pixels filled with one colour
+  double left;  ///< remaining work, in units of a pixel filled with a solid color
   int depth = 3;
   bool exhausted = false;
 
-  /// True if so much more work is allowed, which is then taken.
+  /// Charges `amount`; returns false, and charges nothing more, once the limit is exceeded.
   bool take(double amount);
 };
 
-/// An outline in pixels of the picture, within which drawing shows.
+/// A clip outline, in pixels of the picture.
 struct ClipPiece {
   std::shared_ptr<cairo_path_t> outline;
   bool winding = false;
 };
 
-/// What is visible lies in all of them; without one it is everything.
+/// The visible area is the intersection of all pieces; everything without pieces.
 using Clip = std::vector<ClipPiece>;
 
 enum class Combine { replace, intersect, unite, exclusive, exclude, complement };
 
-/// The transparent picture that a metafile is drawn on with Cairo. All coordinates are pixels of the picture.
+/// The picture that a metafile is drawn on with Cairo, initially transparent. All coordinates are pixels of
+/// the picture.
 class Canvas {
  public:
-  /// Raises RuntimeError 7 or 481 for a size that cannot be.
+  /// Raises RuntimeError 7 or 481 for an invalid size.
   Canvas(std::int32_t width, std::int32_t height, Work& work);
 
   cairo_t* context() const { return cairo_.get(); }
   Work& work() const { return work_; }
   Letterer& letterer() { return letterer_; }
 
-  // The present path; the points may be anything.
+  // The current path. Points are clamped.
   void newPath();
   void moveTo(Point to);
   void lineTo(Point to);
@@ -77,34 +78,34 @@ class Canvas {
   void closePath();
   bool hasPoint() const;
   void polygon(const std::vector<Point>& points);
-  /// About the length of its lines in pixels.
+  /// Approximate length of the current path in pixels.
   double pathLength() const { return length_; }
 
   void setClip(const Clip& clip);
-  /// The present path as an outline; there is none afterwards.
+  /// Returns the current path as an outline and clears it.
   ClipPiece takePath(bool winding);
-  /// Raises nothing; a combination too fine to be told leaves the clip as it is.
+  /// Combines a clip with a piece; returns the clip unchanged if the result is too complex.
   Clip combined(const Clip& clip, const ClipPiece& piece, Combine how);
   static Clip moved(const Clip& clip, Point by);
 
-  /// One outline of what lies in all pieces.
+  /// The intersection of all pieces as one outline.
   ClipPiece united(const Clip& clip);
 
-  /// What the present path covers if it is filled, or stroked at most so wide with the context's joins.
+  /// Extents of the current path when filled, or when stroked at most `width` wide with the context's joins.
   Rect filledExtents() const;
   Rect strokedExtents(double width) const;
-  /// Takes the work of painting what is visible of `extents` and the present path, each pixel so many times
-  /// the work of a single colour. False if there is nothing to paint, or no work left.
+  /// Charges the work of painting the current path within the visible part of `extents`, with a cost of
+  /// `weight` per pixel. Returns false if nothing is visible or the limit is exceeded.
   bool affords(const Rect& extents, double weight = 1);
 
-  /// Mixes what the two functions paint with what is there, bit by bit: `operation` tells the result for each
-  /// combination of bits (the bit of the brush counts 4, of the source 2, of the picture 1). One of the two
-  /// may be missing. What they leave clear stays untouched. Empty parts of the picture count as white; what
-  /// does not change stays as transparent as it was.
+  /// Ternary raster operation: combines source, brush and picture bit by bit. Bit i of `operation` is the
+  /// result for i = 4 * brush + 2 * source + picture. `source` and `brush` paint one layer each; one of them
+  /// may be missing. Pixels that they leave transparent are not changed. Transparent pixels of the picture
+  /// count as white, and stay transparent if the operation does not change them.
   void mix(std::uint8_t operation, const Rect& extents, const std::function<void()>& source,
            const std::function<void()>& brush);
 
-  /// What was drawn. Raises RuntimeError 7 when memory ran out underway.
+  /// Returns the drawing. Raises RuntimeError 7 when out of memory.
   Bitmap finish();
 
  private:
@@ -131,8 +132,8 @@ class Canvas {
   Letterer letterer_{work_};
   std::size_t clipPieces_ = 0;
   Point last_;
-  double length_ = 0;   ///< of the present path
-  double crossed_ = 0;  ///< rows that its lines cross, together
+  double length_ = 0;   ///< length of the current path
+  double crossed_ = 0;  ///< pixel rows crossed by the current path's lines, in total
 };
 
 }  // namespace kestrel::engine::metafile

@@ -18,7 +18,7 @@ constexpr std::size_t kFileHeader = 14;
 constexpr std::size_t kCoreHeader = 12;
 constexpr std::size_t kInfoHeader = 40;
 
-/// What the header tells of how the pixels are stored.
+/// Storage layout from the header.
 struct Layout {
   std::size_t headerSize = 0;
   std::int64_t width = 0, height = 0;
@@ -54,7 +54,7 @@ Layout layoutOf(Bytes header) {
   return layout;
 }
 
-/// A BMP file around the bitmap, which its codec then reads.
+/// Wraps the bitmap in a BMP file for its codec.
 std::vector<std::uint8_t> asFile(Bytes header, Bytes pixels) {
   ByteWriter writer;
   writer.text("BM");
@@ -66,7 +66,7 @@ std::vector<std::uint8_t> asFile(Bytes header, Bytes pixels) {
   return writer.finish();
 }
 
-/// The header with a palette of its own, from black to white.
+/// The header with a gray palette.
 std::vector<std::uint8_t> withGrays(Bytes header, const Layout& layout) {
   const std::size_t count = std::size_t{1} << layout.bits;
   std::vector<std::uint8_t> result(header.begin(),
@@ -76,7 +76,7 @@ std::vector<std::uint8_t> withGrays(Bytes header, const Layout& layout) {
     result.insert(result.end(), {gray, gray, gray});
     if (layout.headerSize != kCoreHeader) result.push_back(0);
   }
-  // As many colours as the bits can name.
+  // 0 colors used means the maximum for the depth.
   if (layout.headerSize >= kInfoHeader) std::memset(result.data() + 32, 0, 4);
   return result;
 }
@@ -98,7 +98,7 @@ Bitmap decodeDib(Bytes header, Bytes pixels, DibColors colors) {
   try {
     return read(header, pixels, colors);
   } catch (const RuntimeError&) {
-    return {};  // a damaged part does not spoil the whole
+    return {};  // a damaged bitmap must not fail the drawing
   }
 }
 
@@ -156,8 +156,8 @@ Rect withinBitmap(const Rect& part, const Bitmap& bitmap) {
 
 namespace {
 
-/// The colours that a device always has: of 4 bits all, of 8 bits the first eight and last eight with two
-/// more between.
+/// System colors: the 4-bit palette, and the first and last eight of the 8-bit palette, which has two more
+/// after and before them.
 constexpr std::array<Pixel, 16> kDeviceColors{{{0, 0, 0, 255},
                                                {128, 0, 0, 255},
                                                {0, 128, 0, 255},
@@ -198,7 +198,7 @@ Pixel deviceColor8(std::uint8_t index) {
   return {part(5, 7), part(2, 7), part(0, 3), 255};
 }
 
-/// A pixel of a row of a device's bitmap.
+/// A pixel of a device-dependent bitmap's row.
 Pixel deviceColor(const std::uint8_t* row, std::int32_t x, std::uint8_t bits) {
   const std::uint8_t* const at = row + std::ptrdiff_t{x} * bits / 8;
   switch (bits) {

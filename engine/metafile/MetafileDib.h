@@ -8,37 +8,36 @@
 
 namespace kestrel::engine::metafile {
 
-/// How the colours of a device-independent bitmap's palette are told.
+/// Palette type of a device-independent bitmap.
 enum class DibColors : std::uint32_t {
   rgb = 0,
-  palette = 1,  ///< as numbers of the present palette; black and white stand in for those of two colours
-  none = 2      ///< not at all: as `palette`
+  palette = 1,  ///< indices into the current palette, which is unknown: drawn as grays
+  none = 2      ///< no palette; as `palette`
 };
 
-/// The picture of a device-independent bitmap: an information header and what follows it. Empty if it makes
-/// no sense.
+/// Decodes a device-independent bitmap: an information header with palette and pixels. Empty if invalid.
 Bitmap decodeDib(Bytes dib, DibColors colors = DibColors::rgb);
 
-/// As `decodeDib`, from header and pixels that stand apart.
+/// As `decodeDib`, from separate header and pixels.
 Bitmap decodeDib(Bytes header, Bytes pixels, DibColors colors = DibColors::rgb);
 
-/// As `decodeDib`, with the alpha of 32-bit pixels, by which their colours are already multiplied.
+/// As `decodeDib`, for 32-bit pixels with premultiplied alpha.
 Bitmap decodeDibWithAlpha(Bytes header, Bytes pixels);
 
-/// The part of a bitmap that a copy pixel for pixel takes. Along a side that is longer than the bitmap's it
-/// is the whole bitmap, which is then stretched.
+/// Source rectangle of an unscaled copy. Along an axis where it is larger than the bitmap, it is the whole
+/// bitmap, which is then stretched.
 Rect withinBitmap(const Rect& part, const Bitmap& bitmap);
 
-/// Whether its rows run from the top down.
+/// Whether the bitmap's rows are stored from top to bottom.
 bool isTopDown(Bytes header);
 
-/// A bitmap of the device that drew the file: width, height, bytes in a row, planes, bits, rows from the top.
-/// Those of 1 bit are black and white, of 4 and 8 bits in the standard palette, of 16 bits in 5 bits a
-/// colour. Of 8 bits only the first and last ten entries are the same on all devices; 3, 3 and 2 bits of red,
-/// green and blue stand in for the others. Empty for other numbers of bits or several planes.
+/// Decodes a device-dependent bitmap: width, height, stride, planes, bits per pixel, rows from top to bottom.
+/// 1-bit bitmaps are black and white, 4 and 8-bit ones use the system palette, 16-bit ones have 5 bits per
+/// channel. Only the first and last ten entries of an 8-bit system palette are standard; the others are taken
+/// as RGB with 3, 3 and 2 bits. Empty for other depths or several planes.
 Bitmap decodeDeviceBitmap(Bytes bitmap);
 
-/// A bitmap of 24 bits per pixel, flattened on white, as `decodeDib` reads it.
+/// Encodes a 24-bit device-independent bitmap, composited over white.
 std::vector<std::uint8_t> encodeDib(const Bitmap& bitmap);
 
 }  // namespace kestrel::engine::metafile

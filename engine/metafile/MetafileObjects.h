@@ -10,7 +10,7 @@
 
 namespace kestrel::engine::metafile {
 
-/// A colour as metafiles store it: red in the low byte, then green and blue.
+/// A color as metafiles store it: red in the lowest byte, then green and blue.
 struct Color {
   std::uint32_t value = 0;
 
@@ -22,12 +22,12 @@ struct Color {
 struct Brush {
   enum class Kind { solid, none, hatched, pattern } kind = Kind::solid;
   Color color{0xFFFFFF};
-  /// Hatches from here on have no lines: 6 and 7 are of the brush's colour, 8 and 9 of the text's, 10 and 11
-  /// of the back's, the second of each pair dithered on devices of few colours.
+  /// First hatch number without lines: 6 and 7 are solid in the brush's color, 8 and 9 in the text color, 10
+  /// and 11 in the background color; the second of each pair is dithered on devices with few colors.
   static constexpr std::uint32_t kFirstPlainHatch = 6;
   std::uint32_t hatch = 0;  ///< 0 across, 1 down, 2 falling, 3 rising, 4 cross, 5 diagonal cross
   Bitmap pattern;
-  bool ofTextColors = false;  ///< the pattern's black and white stand for the text's and the back's colour
+  bool ofTextColors = false;  ///< black and white of the pattern are drawn in the text and background color
 
   /// From the style number of a record.
   static Brush fromStyle(std::uint32_t style, Color color, std::uint32_t hatch) {
@@ -36,7 +36,7 @@ struct Brush {
   }
 };
 
-/// The numbers are those of the records.
+/// Enumerators have the values of the records.
 struct Pen {
   enum Style : std::uint32_t {
     kSolid = 0,
@@ -56,8 +56,8 @@ struct Pen {
   std::uint32_t join = kRoundJoin;
   double width = 0;  ///< in logical units; 0 is the thinnest line
   Brush ink{Brush::Kind::solid, {}, 0, {}};
-  bool geometric = false;           ///< dashes grow with the width
-  std::vector<double> dashes = {};  ///< of kCustom: in logical units if geometric, else in pixels
+  bool geometric = false;           ///< dashes scale with the width
+  std::vector<double> dashes = {};  ///< for kCustom: in logical units if geometric, else in pixels
 
   /// From the style number of a record, which holds style, cap and join.
   static Pen fromStyle(std::uint32_t number, double width, Color color) {
@@ -72,8 +72,8 @@ struct Pen {
 };
 
 struct Font {
-  double height = 12;     ///< of a cell if positive, of a letter if negative
-  double width = 0;       ///< of an average letter; 0 for that of the face
+  double height = 12;     ///< of the character cell if positive, of the em square if negative
+  double width = 0;       ///< average character width; 0 for the face's own
   double escapement = 0;  ///< degrees counterclockwise
   bool bold = false;
   bool italic = false;
@@ -88,7 +88,7 @@ struct Region {
   std::vector<Rect> rects;
 };
 
-/// What a slot of the object table holds; the first for nothing, or nothing that is drawn with.
+/// An entry of the object table; std::monostate if empty or not used for drawing.
 using Object = std::variant<std::monostate, Pen, Brush, Font, Region>;
 
 }  // namespace kestrel::engine::metafile

@@ -13,9 +13,9 @@
 #include "engine/codecs/common/ByteWriter.h"
 #include "engine/codecs/common/DecodeErrors.h"
 
-// A Windows metafile: an optional header that makes it "placeable" by telling a frame and its units per inch,
-// a header, and records of a size in words, a number and parameters, mostly from the last to the first. It is
-// played at 96 pixels per inch; without a frame a unit of its window is a pixel.
+// Windows metafile: an optional "placeable" header with a frame and its units per inch, a header, and records
+// with a size in words, a number and parameters, mostly in reverse order. It is played at 96 pixels per inch;
+// without a frame a window unit is a pixel.
 
 namespace kestrel::engine::wmf {
 namespace {
@@ -26,7 +26,7 @@ constexpr std::uint32_t kPlaceable = 0x9AC6CDD7;
 constexpr std::size_t kPlaceableSize = 22;
 constexpr std::size_t kHeaderSize = 18;
 
-/// Calls `visit(number, parameters)` for each record; true if the last one came.
+/// Calls `visit(number, parameters)` for each record; returns true if the end record was reached.
 template <typename Visit>
 bool eachRecord(Bytes data, const Visit& visit) {
   ByteReader reader(data);
@@ -58,7 +58,7 @@ struct Frame {
   double width = 0, height = 0;
 };
 
-/// The frame that a placeable file tells.
+/// The frame in the placeable header.
 Frame placeableFrame(Bytes data) {
   ByteReader reader(data);
   reader.skip(6);
@@ -71,8 +71,8 @@ Frame placeableFrame(Bytes data) {
           std::abs(bottom - top) * scale};
 }
 
-/// Without a header that tells, the first window is the frame, whose units are pixels unless that makes a
-/// side longer than `longest`.
+/// Without a placeable header the first window is the frame, one pixel per unit, reduced if a side is longer
+/// than `longest`.
 Frame windowFrame(Bytes records, double longest) {
   std::optional<Point> origin, extent;
   eachRecord(records, [&](std::uint16_t number, Bytes parameters) {
@@ -123,7 +123,7 @@ Decoded decode(Bytes data) {
   return decodedFrom(draw(data, work, kLongestWithoutMeasure), work);
 }
 
-/// The picture as one bitmap record in a placeable file of 96 units per inch.
+/// Writes the picture as one bitmap record in a placeable file with 96 units per inch.
 std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata&, const EncodeOptions&) {
   constexpr std::int32_t kLongest = 32767;
   if (bitmap.width() > kLongest || bitmap.height() > kLongest) {

@@ -5,8 +5,8 @@
 
 #include "engine/codecs/common/Decoded.h"
 
-// `probe` looks at the first bytes only. `decode` may be given anything and raises RuntimeError 481 for what
-// it cannot read, 7 for what is too large. It leaves `format` to its caller.
+// `probe` checks the signature only. `decode` accepts any bytes; it raises RuntimeError 481 for files that it
+// cannot read and 7 for pictures that are too large. The caller sets `format`.
 
 namespace kestrel::engine {
 

@@ -14,7 +14,7 @@ using namespace metafile;
 
 namespace {
 
-/// Pairs stand with y first.
+/// Reads a pair stored with y first.
 Point pointBackwards(ByteReader& r) {
   const double y = r.i16();
   return {static_cast<double>(r.i16()), y};
@@ -50,7 +50,7 @@ Font readFont(Bytes parameters) {
   f.strikeOut = r.u8() != 0;
   const std::uint8_t charset = r.u8();
   r.skip(4);
-  // The name is text even where the font has signs.
+  // The name is plain text even for symbol fonts.
   constexpr std::uint8_t kSymbolCharset = 2;
   Font naming;
   naming.charset = charset == kSymbolCharset ? std::uint8_t{0} : charset;
@@ -61,7 +61,7 @@ Font readFont(Bytes parameters) {
   return f;
 }
 
-/// A region is stored as bands, each of which has a top, a bottom and the ends of its parts.
+/// A region is stored as bands, each with top, bottom and the ends of its spans.
 Region readRegion(ByteReader& r) {
   r.skip(10);
   const std::size_t bands = r.u16();
@@ -79,8 +79,7 @@ Region readRegion(ByteReader& r) {
   return region;
 }
 
-/// Whether a mask may go on waiting for its picture: these records neither draw anything else nor change
-/// where it is drawn.
+/// Whether a held mask may stay held: these records neither draw anything else nor change where it is drawn.
 bool letsMaskWait(std::uint16_t number) {
   constexpr std::uint16_t kWaits[] = {kBitBlt,         kStretchBlt,  kDibBitBlt,    kDibStretchBlt,
                                       kStretchDib,     kSetBackMode, kSetBackColor, kSetTextColor,
@@ -139,7 +138,7 @@ bool Playback::playState(std::uint16_t number, ByteReader& r) {
     case kSetTextColor:
       s.textColor = {r.u32()};
       return true;
-    // The window is what is shown; the picture is its viewport whatever the file says of one.
+    // The viewport is always the picture; viewport records are ignored.
     case kSetWindowOrigin:
       m.windowOrigin = pointBackwards(r);
       return true;
@@ -189,7 +188,7 @@ bool Playback::playClip(std::uint16_t number, ByteReader& r) {
   }
 }
 
-/// Each new object takes the first free slot.
+/// Puts a new object into the first free slot.
 void Playback::keep(Object object) {
   const auto slot = std::ranges::find_if(objects_, [](const auto& each) { return !each.has_value(); });
   if (slot != objects_.end()) {
@@ -225,7 +224,7 @@ bool Playback::playObject(std::uint16_t number, Bytes parameters) {
       return true;
     }
     case kCreatePatternBrush: {
-      // Eighteen bytes that mean nothing lie between the bitmap's header and its pixels.
+      // 18 undefined bytes separate the bitmap's header from its pixels.
       constexpr std::size_t kHeader = 14, kBetween = 18;
       std::vector<std::uint8_t> bitmap(parameters.begin(), parameters.end());
       if (bitmap.size() >= kHeader + kBetween)
@@ -245,7 +244,7 @@ bool Playback::playObject(std::uint16_t number, Bytes parameters) {
       try {
         region = readRegion(r);
       } catch (const RuntimeError&) {
-        region = {};  // its slot is taken all the same
+        region = {};  // an invalid region still takes a slot
       }
       keep(std::move(region));
       return true;
@@ -268,7 +267,7 @@ void Playback::select(std::size_t slot) {
   if (const auto* pen = objectOf<Pen>(slot)) s.pen = *pen;
   if (const auto* brush = objectOf<Brush>(slot)) s.brush = *brush;
   if (const auto* chosen = objectOf<Font>(slot)) s.font = *chosen;
-  // To select a region is to clip to it.
+  // Selecting a region sets it as the clip.
   if (const auto* region = objectOf<Region>(slot)) player_.clipToRects(region->rects, Combine::replace);
 }
 
@@ -428,7 +427,7 @@ void Playback::blit(std::uint16_t number, Bytes parameters) {
   const auto colors = number == kStretchDib ? static_cast<DibColors>(r.u16()) : DibColors::rgb;
   const Point sourceSize = stretches ? pointBackwards(r) : Point{};
   Point from = pointBackwards(r);
-  // Without a bitmap there is a word between, and only the brush to draw with.
+  // A record without a bitmap has a reserved word here and draws with the brush only.
   const std::size_t words = parameters.size() / 2;
   const bool bare = number != kStretchDib && words == (stretches ? 11U : 9U);
   if (bare) r.skip(2);
@@ -436,7 +435,7 @@ void Playback::blit(std::uint16_t number, Bytes parameters) {
   const Point taken = stretches ? sourceSize : size;
   const Bytes stored = parameters.subspan(r.position());
   if (!bare) picture.bitmap = ofDevice ? decodeDeviceBitmap(stored) : decodeDib(stored, colors);
-  // There the rows are counted from the lower end of a bitmap that is stored from there.
+  // In a bottom-up bitmap the source rows are counted from the bottom.
   if (number == kStretchDib && !isTopDown(stored)) from.y = picture.bitmap.height() - from.y - taken.y;
   picture.source = {from.x, from.y, from.x + taken.x, from.y + taken.y};
   if (!stretches) picture.source = withinBitmap(picture.source, picture.bitmap);

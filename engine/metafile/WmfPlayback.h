@@ -10,7 +10,7 @@
 
 namespace kestrel::engine::wmf {
 
-/// The types of the records that are played.
+/// Record types that are played.
 enum Record : std::uint16_t {
   kEnd = 0x0000,
   kSave = 0x001E,
@@ -71,7 +71,7 @@ enum Record : std::uint16_t {
   kCreateRegion = 0x06FF
 };
 
-/// Plays the records of a Windows metafile one by one. One that makes no sense is passed over.
+/// Plays the records of a Windows metafile. Invalid records are skipped.
 class Playback {
  public:
   explicit Playback(metafile::Player& player) : player_(player) {}
