@@ -106,6 +106,8 @@ class View : public Face<ImageView>, private GestureHost {
   void scrollBy(float x, float y);
   /// False if the key means nothing to the view at this moment.
   bool keyDown(ViewKey key, std::int32_t shift);
+  /// Whether a drag is under way, which Escape would end.
+  bool isDragging() const { return gesture_ != nullptr; }
   /// The user has closed the notice.
   void closeNotice() { Notice({}, {}); }
   /// To be called while the timer is on.
