@@ -88,6 +88,7 @@ void ImageProcessingCtl::zConnect() {
   keep(UserControl.Resize.Connect([this] { UserControl_Resize(); }));
   keep(UserControl.Hide.Connect([this] { UserControl_Hide(); }));
   keep(UserControl.KeyPress.Connect([this](std::int32_t& key) { UserControl_KeyPress(key); }));
+  keep(UserControl.QueryEscape.Connect([this](bool& used) { UserControl_QueryEscape(used); }));
 
   keep(mrgUI.CommandClick.Connect([this](Command& command) { mrgUI_CommandClick(command); }));
   keep(mrgUI.CommandChange.Connect(
@@ -364,6 +365,8 @@ void ImageProcessingCtl::UserControl_KeyPress(std::int32_t& KeyAscii) {
     QDK_TRAILER(UserControl_KeyPress, QDK_PARAMETERS(KeyAscii), QDK_LOCALS(Pending));
   }
 }
+
+void ImageProcessingCtl::UserControl_QueryEscape(bool& Used) { Used = Used || iCropping || iPasting; }
 
 // -- Diagnostics ------------------------------------------------------------------------------------------
 

@@ -277,6 +277,7 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   void UserControl_Resize();
   void UserControl_Hide();
   void UserControl_KeyPress(std::int32_t& KeyAscii);
+  void UserControl_QueryEscape(bool& Used);
   void zInitialize();
   void zInitSubControls();
   void zRemoveUnmodifiedHotKeys();

@@ -106,6 +106,8 @@ class View : public Face<ImageView>, private GestureHost {
   void scrollBy(float x, float y);
   /// Returns false if the view does not handle the key in its present state.
   bool keyDown(ViewKey key, std::int32_t shift);
+  /// Whether a drag is under way, which Escape would end.
+  bool isDragging() const { return gesture_ != nullptr; }
   /// The user has closed the notice.
   void closeNotice() { Notice({}, {}); }
   /// Call at the timer's interval while it is on.

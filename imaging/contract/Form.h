@@ -27,6 +27,9 @@ class Form : public Control, public ControlContainer {
   virtual void ClearIcon() = 0;
   virtual std::int32_t WindowState() const = 0;
   virtual void WindowState(std::int32_t value) = 0;
+  /// Where the window is while it is neither maximised nor minimised: its present place, or else the one that
+  /// it is restored to.
+  virtual Rectangle NormalPlace() const = 0;
 
   /// Inner size in pixels.
   virtual std::int32_t ScaleWidth() const = 0;

@@ -49,6 +49,8 @@ class Site : public Control, public ControlContainer {
   Event<std::int32_t, std::int32_t> KeyDown;  ///< key code, Shift
   /// Character code; 27 is Escape. A handler that sets it to 0 keeps the key from the container.
   Event<std::int32_t&> KeyPress;
+  /// Whether Escape would end something in the control, so that no shortcut of the container takes it first.
+  Event<bool&> QueryEscape;
   Event<std::int32_t, std::int32_t> KeyUp;
 };
 

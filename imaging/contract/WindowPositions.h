@@ -22,13 +22,14 @@ class WindowPositions {
   virtual void RegistryKey(const std::string& value) = 0;
 
   /// Puts a window's client area back where it was, moved and shrunk as far as it takes for the window to be
-  /// on a screen that exists, title bar included once the frame is known. A stored position that is damaged
-  /// counts as none. An empty `Name` stands for the form's own name. `Placement` is for a window of which
-  /// nothing is stored. `Screen` is the screen that `Placement` means, 0 the first.
+  /// on a screen that exists, title bar included once the frame is known, and maximises a window that was
+  /// maximised. A stored position that is damaged counts as none, and so does its state. An empty `Name`
+  /// means the form's own name. A window without a stored position is placed as `Placement` says, and is no
+  /// larger than the screen; `Screen` is the screen that `Placement` means, 0 the first.
   virtual void LoadPosition(Form& form, const std::string& Name, std::int32_t Placement = kPlaceAsIs,
                             std::int32_t Screen = 0) = 0;
 
-  /// Stores position and size. Of a maximised window only that it is so is stored; a minimised one leaves
+  /// Stores position and size, of a maximised window those that it is restored to. A minimised one leaves
   /// what is stored as it is.
   virtual void SavePosition(Form& form, const std::string& Name) = 0;
 };

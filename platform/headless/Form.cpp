@@ -26,6 +26,7 @@ void Form::WindowState(std::int32_t value) {
   if (value < kWindowNormal || value > kWindowMaximized) {
     throw RuntimeError(err::kInvalidPropertyValue, "A window has no state " + std::to_string(value) + ".");
   }
+  if (windowState_ == kWindowNormal) normalPlace_ = place();
   windowState_ = value;
 }
 

@@ -29,6 +29,7 @@ class Form final : public WindowOf<kestrel::Form> {
   bool hasIcon() const { return hasIcon_; }
   std::int32_t WindowState() const override { return windowState_; }
   void WindowState(std::int32_t value) override;
+  Rectangle NormalPlace() const override { return windowState_ == kWindowNormal ? place() : normalPlace_; }
 
   std::int32_t ScaleWidth() const override { return Width(); }
   std::int32_t ScaleHeight() const override { return Height(); }
@@ -68,6 +69,7 @@ class Form final : public WindowOf<kestrel::Form> {
   bool loaded_ = false;
   bool sitesReady_ = false;
   std::int32_t windowState_ = kWindowNormal;
+  Rectangle normalPlace_;
 };
 
 }  // namespace kestrel::headless

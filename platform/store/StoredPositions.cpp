@@ -80,10 +80,11 @@ void StoredPositions::LoadPosition(Form& form, const std::string& Name, std::int
   const std::string key = keyOf(form, Name);
   if (const auto stored = readRectangle(store_, key)) {
     place(form, *stored);
-  } else if (Placement == kPlaceOnScreenCentre) {
-    centre(form, Screen);
+    if (readNumber(store_, key, "WindowState") == kWindowMaximized) form.WindowState(kWindowMaximized);
+    return;
   }
-  if (readNumber(store_, key, "WindowState") == kWindowMaximized) form.WindowState(kWindowMaximized);
+  fitSize(form, Placement == kPlaceOnScreenCentre ? Screen : 0);
+  if (Placement == kPlaceOnScreenCentre) centre(form, Screen);
 }
 
 void StoredPositions::SavePosition(Form& form, const std::string& Name) {
@@ -94,16 +95,24 @@ void StoredPositions::SavePosition(Form& form, const std::string& Name) {
   const auto write = [&](const char* name, std::int32_t value) {
     store_.WriteValue(HKEY_CURRENT_USER, key, name, value, kStoreNumber);
   };
+  const Rectangle normal = form.NormalPlace();
   write("WindowState", state);
-  if (state == kWindowMaximized) return;
-  write("Left", form.Left());
-  write("Top", form.Top());
-  write("Width", form.Width());
-  write("Height", form.Height());
+  write("Left", normal.Left);
+  write("Top", normal.Top);
+  write("Width", normal.Width);
+  write("Height", normal.Height);
 }
 
 std::string StoredPositions::keyOf(const Form& form, const std::string& name) const {
   return registryKey_ + "\\" + (name.empty() ? form.Name() : name);
+}
+
+void StoredPositions::fitSize(Form& form, std::int32_t screen) {
+  if (screen < 0 || screen >= windows_.ScreenCount()) return;
+  const Rectangle area = windows_.ScreenArea(screen);
+  const Margins frame = windows_.FrameOf(form.hWnd());
+  form.Width(std::min(form.Width(), area.Width - frame.Left - frame.Right));
+  form.Height(std::min(form.Height(), area.Height - frame.Top - frame.Bottom));
 }
 
 void StoredPositions::centre(Form& form, std::int32_t screen) {

@@ -23,6 +23,8 @@ class StoredPositions : public WindowPositions {
 
  private:
   std::string keyOf(const Form& form, const std::string& name) const;
+  /// Shrinks a form that is larger than the screen. Where it goes is left to the desktop.
+  void fitSize(Form& form, std::int32_t screen);
   void centre(Form& form, std::int32_t screen);
   void place(Form& form, const Rectangle& wanted);
 

@@ -267,6 +267,53 @@ TEST_P(Services, WindowPositionsDoNotMoveAWindowThatIsClosedAndOpenedTenTimes) {
   }
 }
 
+TEST_P(Services, WindowPositionsOfAMaximisedWindowAreWhereItIsRestoredTo) {
+  constexpr Rectangle kPlace{60, 50, 620, 680};
+  const auto placeOf = [](const Form& form) {
+    return Rectangle{form.Left(), form.Top(), form.Width(), form.Height()};
+  };
+  WindowPositions& positions = platform().WindowPositions();
+  positions.RegistryKey("Software\\Test\\WindowPositions");
+  std::unique_ptr<Form> form = user().controls();
+  form->Move(20, 30, 640, 690);
+  form->Show();
+  user().settle();
+  // It was moved last, then maximised: it has never been stored where it was moved to.
+  form->Move(kPlace.Left, kPlace.Top, kPlace.Width, kPlace.Height);
+  user().settle();
+  form->WindowState(kWindowMaximized);
+  user().settle();
+  EXPECT_EQ(form->NormalPlace(), kPlace);
+  positions.SavePosition(*form, "Test");
+  form->Hide();
+
+  form = user().controls();
+  const Connection load = form->Load.Connect([&] { positions.LoadPosition(*form, "Test"); });
+  form->Show();
+  user().settle();
+  EXPECT_EQ(form->WindowState(), kWindowMaximized);
+  EXPECT_EQ(form->NormalPlace(), kPlace);
+  form->WindowState(kWindowNormal);
+  user().settle();
+  EXPECT_EQ(placeOf(*form), kPlace);
+  EXPECT_EQ(form->NormalPlace(), kPlace);
+}
+
+TEST_P(Services, WindowsWithoutAStoredPositionAreNoLargerThanTheScreen) {
+  WindowPositions& positions = platform().WindowPositions();
+  positions.RegistryKey("Software\\Test\\WindowPositions");
+  const std::unique_ptr<Form> form = user().controls();
+  form->Width(9000);
+  form->Height(8000);
+  positions.LoadPosition(*form, "Never stored");
+  form->Show();
+  user().settle();
+  const Rectangle screen = platform().WindowFunctions().ScreenArea(0);
+  const Margins frame = platform().WindowFunctions().FrameOf(form->hWnd());
+  EXPECT_EQ(form->Width(), screen.Width - frame.Left - frame.Right);
+  EXPECT_EQ(form->Height(), screen.Height - frame.Top - frame.Bottom);
+}
+
 TEST_P(Services, WindowPositionsKeepTheTitleBarOnTheScreen) {
   WindowPositions& positions = platform().WindowPositions();
   positions.RegistryKey("Software\\Test\\WindowPositions");

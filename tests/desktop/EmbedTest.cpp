@@ -1,15 +1,14 @@
 #include <gtest/gtest.h>
 
-#include <QTemporaryDir>
+#include <QStringList>
 
 #include "platform/qt/embed/ImageEditor.h"
+#include "settings/modProcessing.h"
 
 namespace kestrel::desktop {
 namespace {
 
 TEST(EmbeddedEditor, TellsItsHostWhichPropertyHasChanged) {
-  const QTemporaryDir folder;
-  qputenv("KESTREL_STORE", folder.filePath(QStringLiteral("settings.sqlite")).toUtf8());
   qt::Component component;
   qt::ImageEditor editor(component);
   QStringList changed;
@@ -18,6 +17,19 @@ TEST(EmbeddedEditor, TellsItsHostWhichPropertyHasChanged) {
   editor.control().UseSimpleTools(true);
   editor.control().ShowClose(true);
   EXPECT_EQ(changed, (QStringList{QStringLiteral("UseSimpleTools"), QStringLiteral("ShowClose")}));
+}
+
+TEST(EmbeddedEditor, KeepsTheSharedServicesUntilTheProcessEnds) {
+  const std::string moved = "Software\\Brindlewick\\ImageProcessing2";
+  std::string first;
+  {
+    const qt::Component component;
+    first = modProcessing::WindowPositions().RegistryKey();
+    modProcessing::WindowPositions().RegistryKey(moved);
+  }
+  const qt::Component next;
+  EXPECT_EQ(modProcessing::WindowPositions().RegistryKey(), moved) << "Main runs once per process";
+  modProcessing::WindowPositions().RegistryKey(first);
 }
 
 }  // namespace

@@ -4,11 +4,15 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QDialog>
 #include <QDockWidget>
+#include <QMenuBar>
 #include <QPushButton>
+#include <QShortcut>
 #include <QTest>
+#include <QVBoxLayout>
 
-#include "EditorBench.h"
+#include "HostBench.h"
 
 namespace kestrel::desktop {
 namespace {
@@ -122,6 +126,71 @@ TEST_F(Escape, InTheMiddleOfADragOfAFloatingPasteDiscardsIt) {
   EXPECT_FALSE(bench.view().SelectionVisible());
   QTest::mouseRelease(&bench.canvas(), Qt::LeftButton, {}, QPoint(90, 90));
   EXPECT_FALSE(bench.view().Modified()) << "nothing was pasted";
+}
+
+TEST_F(Escape, IsLeftToAShortcutOfTheHostUnlessItEndsSomething) {
+  int fired = 0;
+  QShortcut shortcut(QKeySequence(Qt::Key_Escape), &bench.window());
+  QObject::connect(&shortcut, &QShortcut::activated, [&fired] { ++fired; });
+  pressKey(bench.window(), Qt::Key_Escape);
+  EXPECT_EQ(fired, 1) << "nothing is to end";
+
+  beginCrop();
+  pressKey(bench.window(), Qt::Key_Escape);
+  EXPECT_FALSE(isCropping());
+  beginPaste();
+  swatch(materials()).setFocus();
+  pressKey(bench.window(), Qt::Key_Escape);
+  EXPECT_FALSE(isPasting());
+  bench.canvas().setFocus();
+  QTest::mousePress(&bench.canvas(), Qt::LeftButton, {}, QPoint(300, 200));
+  QTest::mouseMove(&bench.canvas(), QPoint(340, 240));
+  ASSERT_TRUE(bench.view().SelectionVisible());
+  pressKey(bench.window(), Qt::Key_Escape);
+  EXPECT_FALSE(bench.view().SelectionVisible());
+  EXPECT_EQ(fired, 1) << "crop, paste and drag were to end";
+
+  QTest::mouseRelease(&bench.canvas(), Qt::LeftButton, {}, QPoint(340, 240));
+  pressKey(bench.window(), Qt::Key_Escape);
+  EXPECT_EQ(fired, 2);
+}
+
+/// Opens the menu with that access key, then presses Escape until the dialog closes. Gives how often.
+int escapesToClose(QDialog& dialog, Qt::Key menu) {
+  dialog.show();
+  QApplication::setActiveWindow(&dialog);
+  settle();
+  pressKey(dialog, menu, Qt::AltModifier);
+  EXPECT_NE(QApplication::activePopupWidget(), nullptr);
+  int presses = 0;
+  while (dialog.isVisible() && presses < 10) {
+    ++presses;
+    QWidget* const popup = QApplication::activePopupWidget();
+    popup ? QTest::keyClick(popup, Qt::Key_Escape) : pressKey(dialog, Qt::Key_Escape);
+    settle();
+  }
+  return presses;
+}
+
+TEST(EscapeInADialog, ClosesMenuThenMenuBarThenDialogAsWithAnyMenuBar) {
+  QDialog plain;
+  auto* const rows = new QVBoxLayout(&plain);
+  auto* const bar = new QMenuBar;
+  bar->addMenu(QStringLiteral("&File"))->addAction(QStringLiteral("Open"));
+  rows->setMenuBar(bar);
+  rows->addWidget(new QPushButton);
+
+  HostBench host;
+  QDialog dialog;
+  auto* const layout = new QVBoxLayout(&dialog);
+  HostedEditor editor(host.platform(), dialog);
+  layout->addWidget(&editor.widget());
+  editor.control().ShowMenuBar(true);
+  dialog.resize(900, 600);
+  editor.canvas().setFocus();
+
+  EXPECT_EQ(escapesToClose(plain, Qt::Key_F), 3);
+  EXPECT_EQ(escapesToClose(dialog, Qt::Key_F), 3);
 }
 
 }  // namespace

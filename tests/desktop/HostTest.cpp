@@ -43,7 +43,6 @@ class Host : public testing::Test {
   enum class Ends { Editor, Window };
 
   Host() {
-    qputenv("KESTREL_STORE", folder_.filePath(QStringLiteral("settings.store")).toUtf8());
     component_ = std::make_unique<qt::Component>();
     noise(40, 30).save(QString::fromStdString(file("open.png")));
     std::ofstream(file("damaged.png")) << "no picture";

@@ -73,8 +73,8 @@ TEST_F(Menus, ListTheRecentFilesInTheFileMenu) {
   list.Items().Clear();
   list.Items().Add("/pictures/a & b.png", "1");
   list.Items().Add("/pictures/c.jpg", "2");
-  EXPECT_THAT(captions(menu("mnuFile")),
-              testing::IsSupersetOf({"&1 /pictures/a && b.png", "&2 /pictures/c.jpg"}));
+  EXPECT_THAT(captions(menu("mnuFile")), testing::IsSupersetOf({"/pictures/a && b.png", "/pictures/c.jpg"}))
+      << "the full paths, without numbers";
 
   std::string chosen;
   const Connection connection =

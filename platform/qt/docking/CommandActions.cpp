@@ -12,12 +12,8 @@
 namespace kestrel::qt {
 namespace {
 
-/// A line of a list with an access key of its own: "&1 name" to "&9 name", then without.
-QString numbered(std::int32_t number, const QString& text) {
-  QString plain = text;
-  plain.replace(u'&', QStringLiteral("&&"));
-  return number < 10 ? QStringLiteral("&%1 %2").arg(number).arg(plain) : plain;
-}
+/// The text as a menu shows it unchanged: an "&" marks no access key.
+QString escaped(QString text) { return text.replace(u'&', QStringLiteral("&&")); }
 
 }  // namespace
 
@@ -132,7 +128,7 @@ void CommandActions::addLines(QMenu& menu, docking::CommandModel& list) {
     return;
   }
   for (std::int32_t i = 1; i <= list.Items().Count(); ++i) {
-    QAction* const line = menu.addAction(numbered(i, toQt(list.Items().Item(i).Text)));
+    QAction* const line = menu.addAction(escaped(toQt(list.Items().Item(i).Text)));
     line->setEnabled(list.Enabled());
     connect(line, &QAction::triggered, this,
             [this, &list, i] { guarded([&] { suite_.chooseItem(list, i); }); });

@@ -34,28 +34,48 @@ struct Attachment {
   Attachment& operator=(const Attachment&) = delete;
 };
 
+/// The platform and the shared services. They keep what was set in them, such as the key of the window
+/// positions, from one component to the next.
+struct Process {
+  QtPlatform platform{partsOfComponent()};
+  Attachment attachment{platform};
+};
+
+std::unique_ptr<Process>& presentProcess() {
+  static std::unique_ptr<Process> process;
+  return process;
+}
+
+/// The one of the host's application object, made if there is none.
+Process& theProcess() {
+  std::unique_ptr<Process>& process = presentProcess();
+  if (!process) {
+    process = std::make_unique<Process>();
+    qAddPostRoutine([] { presentProcess().reset(); });  // run as the application object ends
+  }
+  return *process;
+}
+
 }  // namespace
 
 struct Component::Inside {
-  /// The one of this thread, made if there is none.
-  static std::shared_ptr<Inside> ofThread() {
-    thread_local std::weak_ptr<Inside> present;
-    std::shared_ptr<Inside> inside = present.lock();
-    if (!inside) present = inside = std::make_shared<Inside>();
+  static std::shared_ptr<Inside> present() {
+    static std::weak_ptr<Inside> shared;
+    std::shared_ptr<Inside> inside = shared.lock();
+    if (!inside) shared = inside = std::make_shared<Inside>();
     return inside;
   }
 
-  QtPlatform platform{partsOfComponent()};
-  Attachment attachment{platform};
-  RetiredEditors retiredEditors{platform.Calls};
+  Process& process = theProcess();
+  RetiredEditors retiredEditors{process.platform.Calls};
 };
 
-Component::Component() : inside_(Inside::ofThread()) {}
+Component::Component() : inside_(Inside::present()) {}
 
 Component::~Component() = default;
 
 RetiredEditors& Component::retiredEditors() { return inside_->retiredEditors; }
 
-engine::ClipboardPort& Component::clipboardPort() { return inside_->platform.clipboardPort(); }
+engine::ClipboardPort& Component::clipboardPort() { return inside_->process.platform.clipboardPort(); }
 
 }  // namespace kestrel::qt

@@ -10,9 +10,10 @@ namespace kestrel::qt {
 
 class RetiredEditors;
 
-/// The component inside a host program: the desktop's platform, and the start and the end of what the editors
-/// of this thread share. A host makes one on its main thread, after its application object and before any
-/// editor, and lets it outlive them. All components of a thread are the same one, which ends with the last.
+/// The component inside a host program. A host makes one on its main thread, after its application object and
+/// before any editor, and lets it outlive them. All components that are there at the same time are the same
+/// one. The desktop's platform and what editors share are made with the first component, and end with the
+/// host's application object.
 class Component {
  public:
   Component();

@@ -54,6 +54,11 @@ void QtForm::WindowState(std::int32_t value) {
                                                                 : Qt::WindowNoState));
 }
 
+Rectangle QtForm::NormalPlace() const {
+  const QRect place = placement_.normalPlace();
+  return {place.x(), place.y(), place.width(), place.height()};
+}
+
 OLE_COLOR QtForm::BackColor() const { return fromColor(window_->palette().color(QPalette::Window)); }
 
 void QtForm::load() {

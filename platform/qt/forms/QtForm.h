@@ -30,6 +30,10 @@ class QtForm final : public WidgetControl<Form>, public DockableForm {
   void Left(std::int32_t value) override { Move(value, Top(), Width(), Height()); }
   std::int32_t Top() const override { return window_->geometry().y(); }
   void Top(std::int32_t value) override { Move(Left(), value, Width(), Height()); }
+  std::int32_t Width() const override { return window_->width(); }
+  void Width(std::int32_t value) override { placement_.resize({value, Height()}); }
+  std::int32_t Height() const override { return window_->height(); }
+  void Height(std::int32_t value) override { placement_.resize({Width(), value}); }
   void Move(std::int32_t left, std::int32_t top, std::int32_t width, std::int32_t height) override {
     placement_.place({left, top, width, height});
   }
@@ -42,6 +46,7 @@ class QtForm final : public WidgetControl<Form>, public DockableForm {
   void ClearIcon() override { window_->setWindowIcon(QIcon()); }
   std::int32_t WindowState() const override;
   void WindowState(std::int32_t value) override;
+  Rectangle NormalPlace() const override;
   std::int32_t ScaleWidth() const override { return window_->width(); }
   std::int32_t ScaleHeight() const override { return window_->height(); }
   OLE_COLOR BackColor() const override;

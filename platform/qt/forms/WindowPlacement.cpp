@@ -14,25 +14,45 @@ WindowPlacement::WindowPlacement(QWidget& window) : window_(window) { window_.in
 
 void WindowPlacement::place(const QRect& client) {
   window_.setGeometry(client);
+  waits_ = window_.isWindow() && !window_.isVisible();
   wanted_.reset();
-  if (window_.isWindow() && !window_.isVisible()) wanted_ = client;
+  if (waits_) wanted_ = client;
+}
+
+void WindowPlacement::resize(const QSize& client) {
+  window_.resize(client);
+  waits_ = window_.isWindow() && !window_.isVisible();
+  if (waits_ && wanted_) wanted_->setSize(client);
+}
+
+QRect WindowPlacement::normalPlace() const {
+  if (wanted_) return *wanted_;
+  const QRect restored = isNormal() ? QRect() : window_.normalGeometry();
+  return restored.isValid() ? restored : window_.geometry();
+}
+
+bool WindowPlacement::isNormal() const {
+  return !(window_.windowState() & (Qt::WindowMinimized | Qt::WindowMaximized | Qt::WindowFullScreen));
 }
 
 bool WindowPlacement::eventFilter(QObject* /*watched*/, QEvent* event) {
   // The first painting comes after the window manager has taken the window in.
-  if (wanted_ && event->type() == QEvent::Paint) QTimer::singleShot(0, this, [this] { settle(); });
+  if (waits_ && event->type() == QEvent::Paint && isNormal()) {
+    QTimer::singleShot(0, this, [this] { settle(); });
+  }
   return false;
 }
 
 void WindowPlacement::settle() {
-  const std::optional<QRect> wanted = std::exchange(wanted_, std::nullopt);
-  if (!wanted || !window_.isWindow() || window_.windowState() & (Qt::WindowMinimized | Qt::WindowMaximized)) {
-    return;
-  }
+  if (!waits_ || !window_.isWindow() || !isNormal()) return;
+  waits_ = false;
+  const bool placed = wanted_.has_value();
+  const QRect wanted = std::exchange(wanted_, std::nullopt).value_or(window_.geometry());
   QtWindowFunctions desktop;
-  const Rectangle kept = store::keptOnScreen({wanted->x(), wanted->y(), wanted->width(), wanted->height()},
+  const Rectangle kept = store::keptOnScreen({wanted.x(), wanted.y(), wanted.width(), wanted.height()},
                                              desktop.FrameOf(handleOf(&window_)), desktop);
   const QRect place(kept.Left, kept.Top, kept.Width, kept.Height);
+  if (!placed && place.size() == wanted.size()) return;
   if (place != window_.geometry()) window_.setGeometry(place);
 }
 

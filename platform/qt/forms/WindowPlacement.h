@@ -11,21 +11,29 @@ namespace kestrel::qt {
 ///
 /// Window managers differ in what they make of the position of a window that is not shown yet: some put the
 /// frame there, some the client area, some choose another place. So a window that was placed before it was
-/// shown is placed once more when its frame is known, and then moved onto the screen, title bar included.
+/// shown is placed once more when its frame is known, and then moved onto the screen, title bar included. A
+/// window that comes up maximised is placed when it is restored. A window that only got a size before it was
+/// shown stays where it is, but is made no larger than the screen.
 class WindowPlacement final : public QObject {
  public:
   /// The window is lent.
   explicit WindowPlacement(QWidget& window);
 
   void place(const QRect& client);
+  void resize(const QSize& client);
+  /// The client area while the window is neither maximised nor minimised: the present one, or the one that it
+  /// is restored to.
+  QRect normalPlace() const;
 
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  bool isNormal() const;
   void settle();
 
   QWidget& window_;
-  std::optional<QRect> wanted_;  ///< where the window is to be once it has its frame
+  bool waits_ = false;           ///< for the frame of a window that was placed or got a size
+  std::optional<QRect> wanted_;  ///< where the window is to be then
 };
 
 }  // namespace kestrel::qt

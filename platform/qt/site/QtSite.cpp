@@ -14,6 +14,7 @@ QtSite::QtSite(SiteWidget& widget, const std::string& name, bool userMode, engin
   listen(&SiteWidget::hidden, [this] { guarded([this] { Hide(); }); });
   listen(&SiteWidget::keyPressed, [this](int key, int shift) { guarded([&] { KeyDown(key, shift); }); });
   listen(&SiteWidget::characterTyped, [this](int& character) { guarded([&] { KeyPress(character); }); });
+  listen(&SiteWidget::escapeQueried, [this](bool& used) { guarded([&] { QueryEscape(used); }); });
   listen(&SiteWidget::keyReleased, [this](int key, int shift) { guarded([&] { KeyUp(key, shift); }); });
 }
 

@@ -31,6 +31,17 @@ void SiteWidget::handOn(const QWidget& child, const QKeyEvent& event) {
   }
 }
 
+bool SiteWidget::event(QEvent* event) {
+  const bool claims = event->type() == QEvent::ShortcutOverride;
+  if (claims && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+    bool used = false;
+    Q_EMIT escapeQueried(used);
+    event->setAccepted(used);
+    return used;
+  }
+  return QWidget::event(event);
+}
+
 void SiteWidget::keyPressEvent(QKeyEvent* event) { event->setAccepted(raiseKeyDown(*event)); }
 
 bool SiteWidget::raiseKeyDown(const QKeyEvent& event) {

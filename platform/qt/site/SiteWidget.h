@@ -36,8 +36,11 @@ class SiteWidget : public QWidget {
   /// A slot that used the character sets it to 0.
   void characterTyped(int& character);
   void keyReleased(int keyCode, int shift);
+  /// A slot that would use Escape sets it to true.
+  void escapeQueried(bool& used);
 
  protected:
+  bool event(QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;

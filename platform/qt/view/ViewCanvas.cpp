@@ -136,12 +136,13 @@ void ViewCanvas::paintEvent(QPaintEvent* /*event*/) {
 }
 
 bool ViewCanvas::event(QEvent* event) {
-  // The arrow keys belong to the picture, not to the way from field to field.
-  if (event->type() == QEvent::ShortcutOverride && viewKeyOf(static_cast<QKeyEvent*>(event)->key())) {
-    event->accept();
-    return true;
-  }
-  return QWidget::event(event);
+  if (event->type() != QEvent::ShortcutOverride) return QWidget::event(event);
+  // The arrow keys belong to the picture, not to the way from field to field; Escape only while it ends a
+  // drag.
+  const auto key = viewKeyOf(static_cast<QKeyEvent*>(event)->key());
+  const bool claims = key && (key != engine::ViewKey::escape || (view_ && view_->isDragging()));
+  event->setAccepted(claims);
+  return claims;
 }
 
 void ViewCanvas::resizeEvent(QResizeEvent* /*event*/) { measure(); }

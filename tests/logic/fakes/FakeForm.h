@@ -44,7 +44,11 @@ class FakeForm : public Form {
   void Caption(const std::string& value) override { caption_ = value; }
   void ClearIcon() override {}
   std::int32_t WindowState() const override { return state_; }
-  void WindowState(std::int32_t value) override { state_ = value; }
+  void WindowState(std::int32_t value) override {
+    if (state_ == kWindowNormal) normal_ = place_;
+    state_ = value;
+  }
+  Rectangle NormalPlace() const override { return state_ == kWindowNormal ? place_ : normal_; }
   std::int32_t ScaleWidth() const override { return place_.Width; }
   std::int32_t ScaleHeight() const override { return place_.Height; }
   OLE_COLOR BackColor() const override { return 0; }
@@ -59,6 +63,7 @@ class FakeForm : public Form {
   std::string name_;
   std::string caption_;
   Rectangle place_;
+  Rectangle normal_;
   std::int32_t state_ = kWindowNormal;
   bool visible_ = false;
   bool enabled_ = true;

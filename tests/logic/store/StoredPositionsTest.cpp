@@ -49,6 +49,24 @@ TEST_F(StoredPositions, LeaveAWindowThatHasNoneAsItIs) {
   EXPECT_TRUE(store_.isEmpty());
 }
 
+TEST_F(StoredPositions, MakeAWindowThatHasNoneNoLargerThanTheFirstScreen) {
+  screens_.screens = {{0, 0, 960, 600}, {960, 0, 1920, 1080}};
+  FakeForm form("frmImageEditor", {5, 6, 1100, 760});
+  positions_.LoadPosition(form, "");
+  EXPECT_EQ(form.place(), (Rectangle{5, 6, 960, 600}));
+  screens_.frame = {4, 30, 4, 5};
+  FakeForm framed("frmImageEditor", {5, 6, 1100, 760});
+  positions_.LoadPosition(framed, "");
+  EXPECT_EQ(framed.place(), (Rectangle{5, 6, 952, 565}));
+}
+
+TEST_F(StoredPositions, CentreAWindowThatIsLargerThanTheScreenWhole) {
+  screens_.screens = {{0, 0, 400, 300}};
+  FakeForm form("frmGetThumnail", {5, 6, 500, 350});
+  positions_.LoadPosition(form, "GetThumbnail", 2, 0);
+  EXPECT_EQ(form.place(), (Rectangle{0, 0, 400, 300}));
+}
+
 TEST_F(StoredPositions, CentreAWindowThatHasNoneWhereThatIsAskedFor) {
   FakeForm form("frmGetThumnail", {5, 6, 400, 300});
   positions_.LoadPosition(form, "GetThumbnail", 2, 0);
@@ -122,12 +140,25 @@ TEST_F(StoredPositions, AreNeitherStoredNorFoundWithoutAKey) {
 TEST_F(StoredPositions, OfAMaximisedWindowKeepTheNormalPlace) {
   FakeForm form("frmImageEditor", {100, 200, 800, 600});
   positions_.SavePosition(form, "");
-  form.Move(0, 0, 1920, 1040);
   form.WindowState(kWindowMaximized);
+  form.Move(0, 0, 1920, 1040);
   positions_.SavePosition(form, "");
   FakeForm opening("frmImageEditor");
   positions_.LoadPosition(opening, "");
   EXPECT_EQ(opening.place(), (Rectangle{100, 200, 800, 600}));
+  EXPECT_EQ(opening.WindowState(), kWindowMaximized);
+}
+
+TEST_F(StoredPositions, OfAWindowThatWasMovedAndThenMaximisedAreWhereItWasMovedTo) {
+  FakeForm form("frmImageEditor", {100, 200, 800, 600});
+  positions_.SavePosition(form, "");
+  form.Move(300, 250, 700, 500);
+  form.WindowState(kWindowMaximized);
+  form.Move(0, 0, 1920, 1040);
+  positions_.SavePosition(form, "");
+  FakeForm opening("frmImageEditor");
+  positions_.LoadPosition(opening, "");
+  EXPECT_EQ(opening.NormalPlace(), (Rectangle{300, 250, 700, 500}));
   EXPECT_EQ(opening.WindowState(), kWindowMaximized);
 }
 
@@ -148,9 +179,11 @@ TEST_F(StoredPositions, ThatAreDamagedCountAsNone) {
     FakeForm form("frmImageEditor", {100, 200, 800, 600});
     positions_.SavePosition(form, "");
     store_.WriteValue(HKEY_CURRENT_USER, key, name, value, kStoreNumber);
+    store_.WriteValue(HKEY_CURRENT_USER, key, "WindowState", kWindowMaximized, kStoreNumber);
     FakeForm opening("frmImageEditor", {5, 5, 50, 50});
     positions_.LoadPosition(opening, "");
     EXPECT_EQ(opening.place(), (Rectangle{5, 5, 50, 50})) << name;
+    EXPECT_EQ(opening.WindowState(), kWindowNormal) << name << ": its state is ignored too";
   }
   store_.WriteValue(HKEY_CURRENT_USER, key, "WindowState", 77, kStoreNumber);
   store_.WriteValue(HKEY_CURRENT_USER, key, "Top", "far up", kStoreString);
