@@ -2,11 +2,7 @@
 
 #include <map>
 
-#include "ui_frmImageEditor.h"
-#include "ui_frmMaterials.h"
-#include "ui_frmResources.h"
-#include "ui_frmRotate.h"
-#include "ui_frmZoom.h"
+#include "FormList.h"
 
 namespace kestrel::qt {
 namespace {
@@ -19,13 +15,11 @@ void setUp(FormWindow& window) {
 }  // namespace
 
 std::unique_ptr<FormWindow> buildForm(const std::string& name) {
+#define KESTREL_FORM(name) {#name, &setUp<Ui::name>},
   static const std::map<std::string, void (*)(FormWindow&)> kForms = {
-      {"frmImageEditor", &setUp<Ui::frmImageEditor>},
-      {"frmMaterials", &setUp<Ui::frmMaterials>},
-      {"frmResources", &setUp<Ui::frmResources>},
-      {"frmRotate", &setUp<Ui::frmRotate>},
-      {"frmZoom", &setUp<Ui::frmZoom>},
+      KESTREL_FORMS(KESTREL_FORM)
   };
+#undef KESTREL_FORM
   const auto form = kForms.find(name);
   if (form == kForms.end()) return nullptr;
   auto window = std::make_unique<FormWindow>();
