@@ -50,6 +50,7 @@ PointD ShapeGesture::pointAt(PointD at) const {
 
 void ShapeGesture::drag(PointD at, std::int32_t shift) {
   invalidateBand();
+  dragging_ = true;
   to_ = pointAt(at);
   if ((shift & kShiftMask) != 0) to_ = constrained(to_);
   invalidateBand();
@@ -103,6 +104,7 @@ std::unique_ptr<Shape> ShapeGesture::inView() const {
 }
 
 void ShapeGesture::paint(const PaintBuffer& buffer, const Rectangle& area) const {
+  if (!dragging_) return;
   Pixel color = pixelOf(host_.drawColor());
   if (buffer.order == ChannelOrder::bgra) std::swap(color.r, color.b);
   engine::paint({buffer.data, buffer.stride, buffer.width, buffer.height}, area, *inView(), color);

@@ -33,6 +33,7 @@ class ShapeGesture final : public Gesture {
   Kind kind_;
   PointD from_;  ///< in the picture
   PointD to_;
+  bool dragging_ = false;  ///< a press alone shows nothing
 };
 
 }  // namespace kestrel::engine

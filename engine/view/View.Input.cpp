@@ -52,6 +52,7 @@ void View::pointerDown(std::int32_t button, std::int32_t shift, float x, float y
   }
   gesture_ = newGesture(button, pointer_);
   gestureButton_ = button;
+  if (gesture_) invalidateSelection();  // no handles during a gesture
   updateCursor();
 }
 
@@ -163,6 +164,7 @@ void View::cancelGesture() {
   dragged_ = true;  // the release must not count as a click
   const std::unique_ptr<Gesture> ended = std::move(gesture_);
   ended->cancel();
+  invalidateSelection();
   updateCursor();
 }
 

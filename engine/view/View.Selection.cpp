@@ -141,12 +141,17 @@ bool View::nudgeSelection(ViewKey key, std::int32_t shift) {
   return true;
 }
 
+std::int32_t View::handleReach() const {
+  return static_cast<std::int32_t>(std::lround(kHandleReach * deviceScale_));
+}
+
 void View::invalidateSelection() {
   if (!selection_.shown()) return;
   const Rectangle shown = inView(normalized(selection_.rectangle));
-  const auto reach = static_cast<std::int32_t>(std::ceil(kHandleReach * deviceScale_));
+  const std::int32_t reach = handleReach();
   for (Rectangle side : sidesOf(shown)) {
-    side = {side.Left - reach, side.Top - reach, side.Width + 2 * reach, side.Height + 2 * reach};
+    // The middles of the right and lower handles are one pixel outside of the rectangle.
+    side = {side.Left - reach, side.Top - reach, side.Width + 2 * reach + 1, side.Height + 2 * reach + 1};
     invalidateView(side);
   }
 }
@@ -160,7 +165,7 @@ void View::paintSelection(const PaintBuffer& buffer, const Rectangle& area) cons
   if (!selection_.shown()) return;
   const Rectangle shown = inView(normalized(selection_.rectangle));
   for (const Rectangle& side : sidesOf(shown)) paintDashes(buffer, side, area, marchPhase_);
-  const auto reach = static_cast<std::int32_t>(std::lround(kHandleReach * deviceScale_));
+  const std::int32_t reach = handleReach();
   const bool roomForHandles = std::min(shown.Width, shown.Height) >= kSmallestWithHandles * deviceScale_;
   if (tool_ != kViewToolSelect || gesture_ || !roomForHandles) return;
   for (const SelectionPart part : kHandles) paintHandle(buffer, handleAt(shown, part), reach, area);

@@ -111,6 +111,12 @@ std::unique_ptr<UndoPoint> View::CreateUndoPoint(const std::string& name) {
   return std::make_unique<PictureUndoPoint>(picture_, picture_->createUndoPoint(name));
 }
 
+void View::DoubleBuffer(bool value) {
+  if (value == doubleBuffer_) return;
+  doubleBuffer_ = value;
+  invalidateAll();
+}
+
 void View::BackgroundImage(const kestrel::Image* value) {
   background_ = value == nullptr ? plainTile() : flatten(bitmapOf(*value), kBehindTransparency);
   invalidateAll();

@@ -68,7 +68,7 @@ class View : public Face<ImageView>, private GestureHost {
   bool Modified() const override { return picture_->modified(); }
   void Modified(bool value) override { picture_->modified(value); }
   void Refresh() override { repaint(); }
-  void DoubleBuffer(bool value) override { doubleBuffer_ = value; }
+  void DoubleBuffer(bool value) override;
   void BackgroundImage(const kestrel::Image* value) override;
   std::int32_t MousePointer() const override { return mousePointer_; }
   void MousePointer(std::int32_t value) override;
@@ -164,6 +164,7 @@ class View : public Face<ImageView>, private GestureHost {
   void setSelection(const Selection& selection);
   void writeSelection(const Selection& selection);
   void invalidateSelection();
+  std::int32_t handleReach() const;
   Rectangle inView(const Rectangle& pictureArea) const;
   bool nudgeSelection(ViewKey key, std::int32_t shift);
   bool scrollByKey(ViewKey key);

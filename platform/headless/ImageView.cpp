@@ -55,18 +55,37 @@ void ImageView::pressNoticeButton() {
   if (!noticeButton_.empty()) NoticeAction();
 }
 
+void ImageView::resized() {
+  const bool hasArea = Width() > 0 && Height() > 0;
+  screen_ = hasArea ? engine::Bitmap::filled(Width(), Height()) : engine::Bitmap();
+  invalid_.clear();
+  resize(Width(), Height());
+}
+
+void ImageView::paintOn(engine::Bitmap& target, const Rectangle& area) {
+  const engine::Pixels pixels = target.writable();
+  paint({pixels.data, pixels.stride, pixels.width, pixels.height}, area);
+}
+
 engine::Bitmap ImageView::painted() {
   if (Width() < 1 || Height() < 1) return {};
   auto bitmap = engine::Bitmap::filled(Width(), Height());
-  const engine::Pixels pixels = bitmap.writable();
-  paint({pixels.data, pixels.stride, pixels.width, pixels.height}, {0, 0, Width(), Height()});
+  paintOn(bitmap, {0, 0, Width(), Height()});
   return bitmap;
 }
 
+const engine::Bitmap& ImageView::screen() {
+  if (!screen_.empty()) {
+    for (const Rectangle& area : std::exchange(invalid_, {})) paintOn(screen_, area);
+  }
+  return screen_;
+}
+
 void ImageView::repaint() {
+  invalid_ = {{0, 0, Width(), Height()}};
   if (!isShown()) return;
   ++repaints_;
-  painted();
+  screen();
 }
 
 }  // namespace kestrel::headless

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "FileMapping.h"
 #include "Window.h"
@@ -31,8 +32,11 @@ class ImageView : public WindowOf<engine::View> {
   /// Of the notice that is shown.
   void pressNoticeButton();
 
-  /// What is to be seen now; empty for a view without an area.
+  /// What the whole view looks like when it is painted now; empty for a view without an area.
   engine::Bitmap painted();
+  /// What is on the screen: painted bit by bit, only where the view has asked for it. The same as `painted`,
+  /// unless the view has forgotten a part.
+  const engine::Bitmap& screen();
   engine::ViewCursor cursor() const { return cursor_; }
   /// The caption of the button that the notice offers; empty for none.
   const std::string& noticeButton() const { return noticeButton_; }
@@ -40,10 +44,11 @@ class ImageView : public WindowOf<engine::View> {
   std::int32_t repaints() const { return repaints_; }
 
  private:
-  void resized() override { resize(Width(), Height()); }
+  void resized() override;
+  void paintOn(engine::Bitmap& target, const Rectangle& area);
   void pointAt(Point position);
 
-  void invalidate(const Rectangle& /*area*/) override {}
+  void invalidate(const Rectangle& area) override { invalid_.push_back(area); }
   void repaint() override;
   void showCursor(engine::ViewCursor cursor) override { cursor_ = cursor; }
   void scrollRangesChanged() override {}
@@ -55,6 +60,8 @@ class ImageView : public WindowOf<engine::View> {
   engine::ViewCursor cursor_ = engine::ViewCursor::arrow;
   std::string noticeButton_;
   std::int32_t repaints_ = 0;
+  engine::Bitmap screen_;
+  std::vector<Rectangle> invalid_;
 };
 
 }  // namespace kestrel::headless

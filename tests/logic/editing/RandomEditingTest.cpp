@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <random>
 #include <set>
 
@@ -88,6 +89,9 @@ class RandomEditing : public EditingTest {
   Asked select();
   void ask(const Asked& asked);
   void zoomThereAndBack();
+  void drag(Point from, Point to);
+  /// The view has asked to be painted wherever what it shows has changed.
+  void expectScreenUpToDate(const char* when);
 
   std::mt19937 random_;
 };
@@ -279,7 +283,7 @@ void RandomEditing::ask(const Asked& asked) {
   if (const char* const key = commandOf(asked)) return EditorTest::click(key);
   switch (asked.action) {
     case Action::kDrag:
-      return view().drag(position(with[0], with[1]), position(with[2], with[3]));
+      return drag(position(with[0], with[1]), position(with[2], with[3]));
     case Action::kClick:
       if (with[2] == kRightButton) user().picks("");
       return view().click(position(with[0], with[1]), with[2]);
@@ -318,6 +322,30 @@ void RandomEditing::ask(const Asked& asked) {
   }
 }
 
+void RandomEditing::drag(Point from, Point to) {
+  constexpr std::int32_t kSteps = 4;
+  view().press(kLeftButton, 0, from);
+  expectScreenUpToDate("after the press");
+  for (std::int32_t step = 1; step <= kSteps; ++step) {
+    view().move(kLeftButton, 0,
+                {from.X + (to.X - from.X) * step / kSteps, from.Y + (to.Y - from.Y) * step / kSteps});
+    expectScreenUpToDate("while dragging");
+  }
+  view().release(kLeftButton, 0, to);
+  expectScreenUpToDate("after the release");
+}
+
+void RandomEditing::expectScreenUpToDate(const char* when) {
+  if (HasFailure()) return;
+  const engine::Bitmap& screen = view().screen();
+  const engine::Bitmap whole = view().painted();
+  const auto bytes = 4 * static_cast<std::size_t>(whole.width());
+  for (std::int32_t y = 0; y < whole.height(); ++y) {
+    ASSERT_EQ(std::memcmp(screen.pixels().row(y), whole.pixels().row(y), bytes), 0)
+        << "row " << y << " " << when;
+  }
+}
+
 TEST_P(RandomEditing, TenThousandActionsEndWithThePictureOfAnIndependentReplay) {
   options().MaterialBackColor(-1);
   editor().UndoLevels(5);
@@ -335,6 +363,8 @@ TEST_P(RandomEditing, TenThousandActionsEndWithThePictureOfAnIndependentReplay) 
     asked.push_back({next(), 0});
     ask(asked.back().asked);
     asked.back().picture = fingerprint(shown());
+    expectScreenUpToDate("after the action");
+    if (HasFailure()) FAIL() << "number " << i << ", " << asked.back().asked.words();
     log().clear();
   }
   const engine::Bitmap ended = shown();
