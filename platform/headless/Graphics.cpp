@@ -12,7 +12,7 @@ void Graphics::resize(std::int32_t width, std::int32_t height) {
   face_ = width > 0 && height > 0 ? engine::Bitmap::filled(width, height) : engine::Bitmap();
 }
 
-// In place: the face is cleared after changes of the picture, also when memory is short.
+// In place, without allocation: the surface is also cleared when memory is short.
 void Graphics::Clear() {
   if (face_.empty()) return;
   const engine::Pixels pixels = face_.writable();
@@ -83,8 +83,8 @@ void Graphics::plot(const engine::Pixels& pixels, std::int32_t x, std::int32_t y
   if (mode_ == kDrawInvert) {
     pixel = {inverse(pixel.r), inverse(pixel.g), inverse(pixel.b), 255};
   } else {
-    const Colour colour(color);
-    pixel = {colour.Red(), colour.Green(), colour.Blue(), 255};
+    const Colour components(color);
+    pixel = {components.Red(), components.Green(), components.Blue(), 255};
   }
 }
 

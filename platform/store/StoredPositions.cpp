@@ -7,8 +7,8 @@
 namespace kestrel::store {
 namespace {
 
-/// Sides of a window that a screen of any kind can hold. What is stored beyond it was not stored by us.
-constexpr std::int32_t kFarthest = 1 << 20;
+/// The largest valid coordinate or size. Larger stored values are not ours.
+constexpr std::int32_t kMaxCoordinate = 1 << 20;
 
 std::int64_t overlap(const Rectangle& a, const Rectangle& b) {
   const std::int64_t width = std::min(a.Left + a.Width, b.Left + b.Width) - std::max(a.Left, b.Left);
@@ -27,7 +27,7 @@ std::optional<std::int32_t> readNumber(RegistryStore& store, const std::string& 
   const Variant value = store.ReadValue(HKEY_CURRENT_USER, key, name);
   if (value.TypeCode() != static_cast<std::int32_t>(Variant::Type::kInt32)) return std::nullopt;
   const std::int32_t number = value.ToInt32();
-  if (number < -kFarthest || number > kFarthest) return std::nullopt;
+  if (number < -kMaxCoordinate || number > kMaxCoordinate) return std::nullopt;
   return number;
 }
 
@@ -40,7 +40,7 @@ std::optional<Rectangle> readRectangle(RegistryStore& store, const std::string& 
   return Rectangle{*left, *top, *width, *height};
 }
 
-/// The screen that shows most of the rectangle, or the nearest one where none shows any. One must be there.
+/// The screen with the largest overlap, or else the nearest. There must be at least one screen.
 Rectangle screenFor(const Rectangle& wanted, WindowFunctions& windows) {
   Rectangle best = windows.ScreenArea(0);
   for (std::int32_t i = 1; i < windows.ScreenCount(); ++i) {
@@ -83,8 +83,8 @@ void StoredPositions::LoadPosition(Form& form, const std::string& Name, std::int
     if (readNumber(store_, key, "WindowState") == kWindowMaximized) form.WindowState(kWindowMaximized);
     return;
   }
-  fitSize(form, Placement == kPlaceOnScreenCentre ? Screen : 0);
-  if (Placement == kPlaceOnScreenCentre) centre(form, Screen);
+  fitSize(form, Placement == kPlaceOnScreenCenter ? Screen : 0);
+  if (Placement == kPlaceOnScreenCenter) center(form, Screen);
 }
 
 void StoredPositions::SavePosition(Form& form, const std::string& Name) {
@@ -115,7 +115,7 @@ void StoredPositions::fitSize(Form& form, std::int32_t screen) {
   form.Height(std::min(form.Height(), area.Height - frame.Top - frame.Bottom));
 }
 
-void StoredPositions::centre(Form& form, std::int32_t screen) {
+void StoredPositions::center(Form& form, std::int32_t screen) {
   if (screen < 0 || screen >= windows_.ScreenCount()) return;
   const Rectangle area = windows_.ScreenArea(screen);
   place(form, {area.Left + (area.Width - form.Width()) / 2, area.Top + (area.Height - form.Height()) / 2,

@@ -19,7 +19,7 @@ QColor mixed(const QColor& front, const QColor& back, double share) {
                 mix(front.blue(), back.blue()));
 }
 
-/// Draws an SVG text in the present theme's colours.
+/// Renders an SVG text in the current theme's colors.
 class ThemedSvg final : public QIconEngine {
  public:
   ThemedSvg(QString name, QByteArray svg) : name_(std::move(name)), svg_(std::move(svg)) {}
@@ -66,7 +66,7 @@ class ThemedSvg final : public QIconEngine {
 
 }  // namespace
 
-QIcon drawnIcon(std::string_view name) {
+QIcon svgIcon(std::string_view name) {
   const std::string_view svg = resources::iconSvg(name);
   if (svg.empty()) return {};
   return QIcon(new ThemedSvg(toQt(name), QByteArray(svg.data(), static_cast<qsizetype>(svg.size()))));

@@ -49,7 +49,7 @@ void CommandActions::makeAction(docking::CommandModel& command) {
   connect(action, &QAction::hovered, this,
           [this, &command] { guarded([&] { suite_.highlight(&command); }); });
   connect(action, &QAction::triggered, this, [this, &command] {
-    refresh(command);  // the pressed state is the model's, not the toolkit's
+    refresh(command);  // the model decides the pressed state
     guarded([&] { suite_.click(command); });
   });
   refresh(command);
@@ -69,7 +69,7 @@ void CommandActions::closeMenus() {
 
 QIcon CommandActions::iconOf(const docking::CommandModel& command) const {
   if (command.ImageName().empty()) return {};
-  QIcon icon = drawnIcon(command.ImageName());
+  QIcon icon = svgIcon(command.ImageName());
   if (!icon.isNull()) return icon;
   const auto& images = suite_.layout().images;
   const auto stored = std::find_if(images.begin(), images.end(),
@@ -93,7 +93,7 @@ void CommandActions::refresh(docking::CommandModel& command) {
 }
 
 bool CommandActions::eventFilter(QObject* /*watched*/, QEvent* event) {
-  // A menu that a bar opens takes the keyboard too; what it highlights stays.
+  // A menu opened by a bar takes the keyboard focus too; its highlight must stay.
   const bool left =
       event->type() == QEvent::Leave || (event->type() == QEvent::FocusOut &&
                                          static_cast<QFocusEvent*>(event)->reason() != Qt::PopupFocusReason);

@@ -7,21 +7,21 @@
 
 namespace kestrel::qt {
 
-/// Places the client area of a top-level window, whatever frame the window manager will put around it.
+/// Places the client area of a top-level window for any frame of the window manager.
 ///
 /// Window managers differ in what they make of the position of a window that is not shown yet: some put the
 /// frame there, some the client area, some choose another place. So a window that was placed before it was
 /// shown is placed once more when its frame is known, and then moved onto the screen, title bar included. A
-/// window that comes up maximised is placed when it is restored. A window that only got a size before it was
+/// window that comes up maximized is placed when it is restored. A window that only got a size before it was
 /// shown stays where it is, but is made no larger than the screen.
 class WindowPlacement final : public QObject {
  public:
-  /// The window is lent.
+  /// The window is not owned.
   explicit WindowPlacement(QWidget& window);
 
   void place(const QRect& client);
   void resize(const QSize& client);
-  /// The client area while the window is neither maximised nor minimised: the present one, or the one that it
+  /// The client area while the window is neither maximized nor minimised: the present one, or the one that it
   /// is restored to.
   QRect normalPlace() const;
 

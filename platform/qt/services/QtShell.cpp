@@ -26,7 +26,7 @@ std::string rootPath(const QStorageInfo& volume) {
   return fromQt(path);
 }
 
-/// The volume of exactly that root; an invalid one if nothing is mounted there.
+/// The volume mounted at exactly that root; invalid if there is none.
 QStorageInfo volumeAt(const std::string& root) {
   for (const QStorageInfo& volume : QStorageInfo::mountedVolumes()) {
     if (rootPath(volume) == root) return volume;
@@ -42,8 +42,8 @@ bool isNetwork(const QStorageInfo& volume) {
   return oneOf(volume.fileSystemType(), {"nfs", "nfs4", "cifs", "smb3", "fuse.sshfs", "9p"});
 }
 
-/// Mounted where the user's own volumes are.
-bool isUsers(const QStorageInfo& volume) {
+/// Whether it is mounted in a directory for user volumes.
+bool isUserVolume(const QStorageInfo& volume) {
   const QString path = volume.rootPath();
   return path.startsWith(QStringLiteral("/media/")) || path.startsWith(QStringLiteral("/mnt/")) ||
          path.startsWith(QStringLiteral("/run/media/"));
@@ -61,7 +61,7 @@ bool draw(const QIcon& icon, int size, WindowHandle picture) {
 std::vector<std::string> QtShell::LogicalDrives() {
   std::vector<std::string> roots = {"/"};
   for (const QStorageInfo& volume : QStorageInfo::mountedVolumes()) {
-    if (volume.isReady() && isUsers(volume)) roots.push_back(rootPath(volume));
+    if (volume.isReady() && isUserVolume(volume)) roots.push_back(rootPath(volume));
   }
   return roots;
 }
@@ -71,7 +71,7 @@ std::int32_t QtShell::DriveType(const std::string& root) {
   if (root != "/" && !volume.isValid()) return kDriveNoRoot;
   if (isNetwork(volume)) return kDriveRemote;
   if (oneOf(volume.fileSystemType(), {"iso9660", "udf"})) return kDriveCD;
-  return isUsers(volume) ? kDriveRemovable : kDriveFixed;
+  return isUserVolume(volume) ? kDriveRemovable : kDriveFixed;
 }
 
 std::string QtShell::VolumeLabel(const std::string& root) { return fromQt(volumeAt(root).name()); }
@@ -105,10 +105,10 @@ std::string QtShell::FirstSubfolder(const std::string& folder) {
 
 void QtShell::CreateFolder(const std::string& path) {
   if (QFileInfo::exists(toQt(path))) {
-    throw RuntimeError(err::kPathFileAccess, "The folder \"" + path + "\" exists already.");
+    throw RuntimeError(err::kPathFileAccess, "The folder \"" + path + "\" already exists.");
   }
   if (!QDir().mkdir(toQt(path))) {
-    throw RuntimeError(err::kPathNotFound, "The folder \"" + path + "\" cannot be made.");
+    throw RuntimeError(err::kPathNotFound, "The folder \"" + path + "\" cannot be created.");
   }
 }
 
