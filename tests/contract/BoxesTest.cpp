@@ -20,7 +20,7 @@ TEST_P(Boxes, AMessageBoxReturnsTheButtonThatWasPressed) {
   EXPECT_EQ(boxes.MessageBox("Nothing to paste.", kBoxExclamation), kAnswerOK);
 }
 
-TEST_P(Boxes, AnInputBoxReturnsWhatWasTypedAndNothingWhenCancelled) {
+TEST_P(Boxes, AnInputBoxReturnsWhatWasTypedAndNothingWhenCanceled) {
   UserInterface& boxes = platform().UserInterface();
   user().willType("a name");
   EXPECT_EQ(boxes.InputBox("Name:", "New Folder", "default"), "a name");
@@ -60,7 +60,7 @@ TEST_P(FileDialogs, ReportTrueWithTheNameThatTheUserAccepted) {
   EXPECT_EQ(dialog_->Filename(), name);
 }
 
-TEST_P(FileDialogs, ReportFalseWhenTheyAreCancelledAndKeepTheirName) {
+TEST_P(FileDialogs, ReportFalseWhenTheyAreCanceledAndKeepTheirName) {
   dialog_->Filename(path("picture.bmp"));
   user().willCancelFileDialog();
   EXPECT_FALSE(dialog_->ShowOpen());

@@ -53,7 +53,7 @@ class ContractPlatform {
   virtual void restWithPointer(ImageView& view) = 0;
   /// The pointer goes from the view to somewhere outside.
   virtual void leaveWithPointer(ImageView& view) = 0;
-  /// In the list of colours that the picker has opened: one of its colours, or the extra button.
+  /// In the list of colors that the picker has opened: one of its colors, or the extra button.
   virtual void pickColor(ColorPicker& picker, OLE_COLOR color) = 0;
   virtual void pickExtra(ColorPicker& picker) = 0;
   virtual void pressNoticeButton(ImageView& view) = 0;
@@ -64,7 +64,7 @@ class ContractPlatform {
   virtual std::string noticeText(ImageView& view) = 0;
   virtual std::string noticeButton(ImageView& view) = 0;
 
-  /// The colour of a point that was drawn on a form's face, -1 where nothing is drawn.
+  /// The color of a point that was drawn on a form's face, -1 where nothing is drawn.
   virtual OLE_COLOR faceColor(Form& form, Point at) = 0;
 
   /// Lets everything happen that is waiting to.

@@ -266,7 +266,7 @@ TEST_P(Controls, ThePressedStateOfAButtonChangesTheLooksAlone) {
   EXPECT_TRUE(button.Pressed()) << "a click leaves the state to whoever writes it";
 }
 
-TEST_P(Controls, KeepTheColoursPicturesAndCaptionsTheyAreGiven) {
+TEST_P(Controls, KeepTheColorsPicturesAndCaptionsTheyAreGiven) {
   auto& button = control<CommandButton>("cmdAction", 0);
   EXPECT_EQ(button.BackColor(), -1);
   button.BackColor(0x00102030);
@@ -281,7 +281,7 @@ TEST_P(Controls, KeepTheColoursPicturesAndCaptionsTheyAreGiven) {
   EXPECT_EQ(control<Label>("lblName").Caption(), "Other");
 }
 
-TEST_P(Controls, AColorPickerRaisesChangeIfTheColourDiffers) {
+TEST_P(Controls, AColorPickerRaisesChangeIfTheColorDiffers) {
   auto& picker = control<ColorPicker>("cpkColor");
   std::vector<OLE_COLOR> changes;
   const Connection connection = picker.Change.Connect([&](OLE_COLOR color) { changes.push_back(color); });
@@ -291,7 +291,7 @@ TEST_P(Controls, AColorPickerRaisesChangeIfTheColourDiffers) {
   EXPECT_EQ(changes, std::vector<OLE_COLOR>{0x00112233});
 }
 
-TEST_P(Controls, AColourGivesUpTheExtraChoiceOfAColorPicker) {
+TEST_P(Controls, AColorGivesUpTheExtraChoiceOfAColorPicker) {
   auto& picker = control<ColorPicker>("cpkColor");
   EXPECT_EQ(picker.EnhancedCaption(), "No Color");
   picker.Value(0x00112233);

@@ -32,7 +32,7 @@ TEST_P(Pictures, HaveNoImageWhileTheyAreNew) {
   EXPECT_EQ(errorOf([&] { picture().Writer().ToClipboard(); }), 91);
 }
 
-TEST_P(Pictures, AreMadeBlankInAColourOrTransparent) {
+TEST_P(Pictures, AreMadeBlankInAColorOrTransparent) {
   picture().Document().NewImage(4, 3, &kRed);
   ASSERT_NE(picture().Image(), nullptr);
   EXPECT_EQ(picture().Image()->Width(), 4);
@@ -223,7 +223,7 @@ TEST_P(Views, AreScrolledAsFarAsThereIsSomethingToSee) {
   EXPECT_GT(view().ScrollLeft(), 1000);
 }
 
-TEST_P(Views, CentreASmallerPictureSoThatTheScrollIsNegative) {
+TEST_P(Views, CenterASmallerPictureSoThatTheScrollIsNegative) {
   load(100, 100);
   EXPECT_LT(view().ScrollLeft(), 0);
   EXPECT_LT(view().ScrollTop(), 0);

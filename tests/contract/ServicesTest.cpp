@@ -172,7 +172,7 @@ TEST_P(Services, ACanvasFillsThePartOfARectangleThatLiesOnIt) {
   EXPECT_EQ(pixel(0, 0), 0x332211) << "a picture that was taken stays as it is";
 }
 
-TEST_P(Services, ColoursAreMadeFromAnyNumber) {
+TEST_P(Services, ColorsAreMadeFromAnyNumber) {
   const std::shared_ptr<Colors> colors = platform().CreateColors();
   const Colour colour = colors->Create(0x00332211, 77);
   EXPECT_EQ(colour.Red(), 0x11);

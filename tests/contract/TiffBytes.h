@@ -5,7 +5,7 @@
 
 namespace kestrel {
 
-/// A TIFF file of grey pages, row y of the value y. Each directory stands before its pixels, so that a file
+/// A TIFF file of gray pages, row y of the value y. Each directory stands before its pixels, so that a file
 /// that is cut off keeps what lies before the cut.
 inline std::string grayTiff(std::uint32_t width, std::uint32_t height, std::uint32_t pages = 1) {
   constexpr std::uint32_t kHeader = 8;

@@ -47,7 +47,7 @@ class EditorBench {
 /// The desktop with settings that nobody else sees.
 std::unique_ptr<qt::QtPlatform> testPlatform();
 
-/// A picture in which every pixel differs from its neighbours.
+/// A picture in which every pixel differs from its neighbors.
 QImage noise(int width, int height);
 
 /// A key as the window system reports it to the widget's window: shortcuts see it first, then the widget that

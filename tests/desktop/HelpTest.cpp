@@ -108,7 +108,7 @@ TEST_F(Help, KeepsEveryPictureWithinThePage) {
   writeScreenshot(window, "help");
 }
 
-TEST_F(Help, DrawsIconsInTheColoursOfTheTheme) {
+TEST_F(Help, DrawsIconsInTheColorsOfTheTheme) {
   show("line.html");
   const int onLight = lightestOf(imageOfPage("icons/line.svg"));
   const Theme dark(QColor(32, 33, 36), QColor(232, 234, 237));

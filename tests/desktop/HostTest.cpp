@@ -235,7 +235,7 @@ TEST_F(Host, MayEndTheEditorInAnEventThatAClickOrAKeyOfTheUserLedTo) {
   }
 }
 
-/// Each way to a dialog, box or menu: runs until it has closed, and checks that this counted as cancelling.
+/// Each way to a dialog, box or menu: runs until it has closed, and checks that this counted as canceling.
 struct Asking {
   const char* name;
   std::function<void()> act;
@@ -324,7 +324,7 @@ TEST_F(HostDuringADialog, MayEndTheEditorUnderItsContextMenu) {
   }
 }
 
-TEST_F(HostDuringADialog, MayEndTheEditorUnderTheColourDialog) {
+TEST_F(HostDuringADialog, MayEndTheEditorUnderTheColorDialog) {
   for (const Ends what : {Ends::Editor, Ends::Window}) {
     start();
     auto& picker = *widget_->findChild<qt::ColorPickerWidget*>();

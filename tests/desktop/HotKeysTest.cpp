@@ -82,7 +82,7 @@ TEST_F(HotKeys, ThatWriteNothingWorkInATextFieldToo) {
   EXPECT_EQ(clicked, "btnImageFlip ");
 }
 
-TEST_F(HotKeys, AreAskedAboutOnceWhenCancelled) {
+TEST_F(HotKeys, AreAskedAboutOnceWhenCanceled) {
   int asked = 0;
   const Connection connection =
       bench.moorage().CommandHotKeyPress.Connect([&](Command&, HotKey&, CancelValue& cancel) {

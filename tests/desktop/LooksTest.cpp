@@ -24,7 +24,7 @@ int darkest(const QImage& image) {
   return least;
 }
 
-TEST(Icons, TakeTheTextColourOfTheTheme) {
+TEST(Icons, TakeTheTextColorOfTheTheme) {
   const QIcon icon = qt::drawnIcon("Line");
   ASSERT_FALSE(icon.isNull());
   EXPECT_LT(darkest(icon.pixmap(32).toImage()), 100);

@@ -16,7 +16,7 @@ namespace {
 
 constexpr OLE_COLOR kListedColor = 0x00DB6F2A;
 
-/// The swatches of the tool window and the list of colours that they open.
+/// The swatches of the tool window and the list of colors that they open.
 class MaterialsOnTheDesktop : public testing::Test {
  protected:
   Form& form() { return bench.editor().MaterialsWindow()->Form(); }

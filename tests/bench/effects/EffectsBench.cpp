@@ -29,7 +29,7 @@ namespace {
 constexpr std::int32_t kWidth = 6000;
 constexpr std::int32_t kHeight = 4000;
 
-/// Smooth colours with some noise; opaque, or with a soft-edged disc of alpha.
+/// Smooth colors with some noise; opaque, or with a soft-edged disc of alpha.
 Bitmap makePicture(std::int32_t width, std::int32_t height, bool opaque) {
   Bitmap result = Bitmap::uninitialized(width, height);
   const Pixels pixels = result.writable();

@@ -125,7 +125,7 @@ TEST(BoxShape, AnOutlineTouchesLittleOfTheInside) {
   EXPECT_LT(pixels, 4000 * 3000 / 20);
 }
 
-TEST(Paint, LaysAColourWithItsAlphaOver) {
+TEST(Paint, LaysAColorWithItsAlphaOver) {
   Bitmap picture = Bitmap::filled(3, 1, {0, 0, 0, 255});
   paint(picture.writable(), {0, 0, 3, 1}, BoxShape::rectangle({1, 0}, {2, 1}, {}), {255, 255, 255, 100});
   EXPECT_EQ(picture.at(0, 0), (Pixel{0, 0, 0, 255}));

@@ -48,7 +48,7 @@ TEST(LineShape, HasNoGapAtAnyAngle) {
     for (double along = -40; along <= 40; along += 0.25) {
       const int x = static_cast<int>(std::floor(50 + along * dx)),
                 y = static_cast<int>(std::floor(50 + along * dy));
-      // A pixel's centre is at most 0.71 from a point inside it, and then 0.29 of the pixel is covered.
+      // A pixel's center is at most 0.71 from a point inside it, and then 0.29 of the pixel is covered.
       EXPECT_LE(picture.at(x, y).r, 181) << degrees << " degrees at " << along;
     }
   }

@@ -65,8 +65,8 @@ TEST(Stroke, FewSamplesOfACircleMakeACircleWithoutGapsOrCorners) {
   }
 }
 
-TEST(Stroke, PixelsOfATransparentColourAreCoveredOnlyOnce) {
-  // A stroke there and back, and over itself: no pixel may get more than the colour's alpha.
+TEST(Stroke, PixelsOfATransparentColorAreCoveredOnlyOnce) {
+  // A stroke there and back, and over itself: no pixel may get more than the color's alpha.
   const Bitmap picture =
       stroked({{20, 100}, {180, 100}, {20, 101}, {100, 20}, {100, 180}}, {0, 0, 0, 128}, 5);
   int darkest = 255;

@@ -25,7 +25,7 @@ TEST(GrayScale, IsRec709LumaWithinOneLevelAndKeepsAlpha) {
   }
 }
 
-TEST(GrayScale, GreyStaysItself) {
+TEST(GrayScale, GrayStaysItself) {
   const Bitmap ramp = madeBy(256, 1, [](int x, int) {
     const auto v = static_cast<std::uint8_t>(x);
     return Pixel{v, v, v, 255};
@@ -92,7 +92,7 @@ TEST(Opaque, OnePixelAnywhereThatIsNotFullyOpaqueIsFound) {
   });
 }
 
-TEST(ReplaceColor, ToleranceZeroTakesTheExactColourOnly) {
+TEST(ReplaceColor, ToleranceZeroTakesTheExactColorOnly) {
   const Bitmap picture = madeBy(4, 1, [](int x, int) {
     return Pixel{static_cast<std::uint8_t>(100 + x), 50, 25, 255};
   });
@@ -116,7 +116,7 @@ TEST(ReplaceColor, ToleranceOneTakesOneLevelInEveryChannel) {
   EXPECT_TRUE(replaced({0, 255, 0, 0}, 1e300));
 }
 
-TEST(ReplaceColor, ColourUnderAlphaZeroDoesNotCount) {
+TEST(ReplaceColor, ColorUnderAlphaZeroDoesNotCount) {
   const Bitmap hidden = Bitmap::filled(1, 1, {9, 8, 7, 0});
   EXPECT_EQ(replaceColor(hidden, {9, 8, 7, 255}, {1, 1, 1, 1}, 1.0).at(0, 0), (Pixel{9, 8, 7, 0}));
   EXPECT_EQ(replaceColor(hidden, {200, 200, 200, 0}, {1, 1, 1, 1}, 0.0).at(0, 0), (Pixel{1, 1, 1, 1}));

@@ -35,7 +35,7 @@ TEST(Blend, OverIsWithinHalfALevelOfExactArithmeticAndAHundredth) {
   }
 }
 
-TEST(Blend, EqualColoursStayAndExtremeAlphasAreExact) {
+TEST(Blend, EqualColorsStayAndExtremeAlphasAreExact) {
   for (int i = 0; i < 1 << 16; ++i) {
     const auto first = static_cast<std::uint8_t>(i), second = static_cast<std::uint8_t>(i >> 8);
     const Pixel same = over({7, 130, 255, first}, {7, 130, 255, second});
@@ -53,7 +53,7 @@ TEST(Composite, OpaqueReplacesAndTransparentLeavesAlone) {
   EXPECT_TRUE(samePicture(composite(under, Bitmap::filled(40, 30, {255, 0, 0, 0}), 0, 0), under));
 }
 
-TEST(Composite, TransparentPixelsLendNoColour) {
+TEST(Composite, TransparentPixelsLendNoColor) {
   const Bitmap under = Bitmap::filled(1, 1, {255, 0, 0, 0});
   const Bitmap top = Bitmap::filled(1, 1, {0, 0, 255, 100});
   EXPECT_EQ(composite(under, top, 0, 0).at(0, 0), (Pixel{0, 0, 255, 100}));
@@ -101,7 +101,7 @@ TEST(Composite, ClipsWhatReachesBeyond) {
   }
 }
 
-TEST(Composite, MaskColourIsSkippedWhateverItsAlpha) {
+TEST(Composite, MaskColorIsSkippedWhateverItsAlpha) {
   const Bitmap under = Bitmap::filled(3, 1, {9, 9, 9, 255});
   const Bitmap top = madeBy(3, 1, [](int x, int) {
     return Pixel{200, 100, static_cast<std::uint8_t>(x), static_cast<std::uint8_t>(x == 1 ? 255 : 254)};

@@ -95,7 +95,7 @@ TEST(LargePictures, AreCroppedAndCopiedLikeSmallOnes) {
   });
 }
 
-TEST(LargePictures, AreRecolouredLikeSmallOnes) {
+TEST(LargePictures, AreRecoloredLikeSmallOnes) {
   const ConstPixels in = picture().pixels();
   const Pixel ground{200, 100, 50, 255}, from{90, 120, 160, 255}, to{1, 2, 3, 4};
   const auto made = [](const auto& write) { return madeOfRows(kWidth, kHeight, write); };

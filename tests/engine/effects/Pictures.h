@@ -66,7 +66,7 @@ inline std::ostream& print(std::ostream& out, Pixel p) {
   return out << '(' << int{p.r} << ", " << int{p.g} << ", " << int{p.b} << ", " << int{p.a} << ')';
 }
 
-/// How far two pixels look apart, in levels: the largest difference of alpha, or of a colour as far as the
+/// How far two pixels look apart, in levels: the largest difference of alpha, or of a color as far as the
 /// alphas let it be seen.
 inline double visibleDifference(Pixel a, Pixel b) {
   const double seen = std::max(a.a, b.a) / 255.0;

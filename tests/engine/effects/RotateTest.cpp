@@ -114,7 +114,7 @@ TEST(Rotate, OneTooLargeForTheCachesIsNearDirectInterpolation) {
 }
 
 TEST(Rotate, ConstantStaysConstantToItsEdge) {
-  // Where the picture has the background's colour, the edge between them cannot be seen.
+  // Where the picture has the background's color, the edge between them cannot be seen.
   const Pixel value{50, 100, 150, 255};
   const Bitmap turned = rotate(Bitmap::filled(60, 40, value), 33, value);
   EXPECT_TRUE(samePicture(turned, Bitmap::filled(turned.width(), turned.height(), value)));
@@ -140,7 +140,7 @@ TEST(Rotate, BackgroundFillsTheCornersButNotTransparentParts) {
 }
 
 TEST(Rotate, AVeryLongPictureStaysWhereItIs) {
-  // The angle is small enough for the ends to move by half a pixel; far from the centre positions must be as
+  // The angle is small enough for the ends to move by half a pixel; far from the center positions must be as
   // exact.
   const Bitmap line = Bitmap::filled(100'001, 5, {9, 9, 9, 255});
   const Bitmap turned = rotate(line, 0.499 / 50'000 * 180 / std::numbers::pi);

@@ -36,7 +36,7 @@ struct DocumentTest : ::testing::Test {
 
 TEST_F(DocumentTest, ANewObjectHoldsNoPicture) { EXPECT_EQ(object.Image(), nullptr); }
 
-TEST_F(DocumentTest, NewImageIsOfTheColourOrTransparentOrOfTheBackColor) {
+TEST_F(DocumentTest, NewImageIsOfTheColorOrTransparentOrOfTheBackColor) {
   const Colour red(0x0000FF, 200);
   object.Document().NewImage(3, 2, &red);
   EXPECT_EQ(object.Image()->Width(), 3);

@@ -87,7 +87,7 @@ TEST_F(DrawTest, AnImageIsLaidOverAsTheEffectDoes) {
   }
 }
 
-TEST_F(DrawTest, PixelsOfTheMaskColourAreSkipped) {
+TEST_F(DrawTest, PixelsOfTheMaskColorAreSkipped) {
   const Bitmap under = noise(40, 30);
   ImgXObject source(clipboard);
   const Colour magenta(0xFF00FF), green(0x00FF00);

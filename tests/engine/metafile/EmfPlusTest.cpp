@@ -73,7 +73,7 @@ TEST(EmfPlus, PlainRecordsCountOnlyAfterTheCommandThatCallsThem) {
   EXPECT_EQ(bitmap.at(32, 2), kRed);
 }
 
-TEST(EmfPlus, BrushesOfHatchesHaveBothColours) {
+TEST(EmfPlus, BrushesOfHatchesHaveBothColors) {
   // The cross has a line at every eighth pixel, both ways.
   const Bitmap bitmap =
       Plus()
@@ -85,7 +85,7 @@ TEST(EmfPlus, BrushesOfHatchesHaveBothColours) {
   EXPECT_EQ(bitmap.at(3, 3), kBlue);
 }
 
-TEST(EmfPlus, LinearGradientsRunFromColourToColour) {
+TEST(EmfPlus, LinearGradientsRunFromColorToColor) {
   Builder brush = Builder().le32(kVersion).le32(4).le32(0).le32(4);
   brush = Plus::reals(brush, {0, 0, 40, 30}).le32(kArgbRed).le32(kArgbBlue).fill(8);
   const Bitmap bitmap = Plus().object(1, 3, brush).fillAll(3).play();
@@ -95,7 +95,7 @@ TEST(EmfPlus, LinearGradientsRunFromColourToColour) {
   EXPECT_GT(bitmap.at(39, 15).b, 245);
 }
 
-TEST(EmfPlus, LinearGradientsPassThroughTheirListedColours) {
+TEST(EmfPlus, LinearGradientsPassThroughTheirListedColors) {
   Builder brush = Builder().le32(kVersion).le32(4).le32(0x4).le32(4);
   brush = Plus::reals(brush, {0, 0, 40, 30}).le32(kArgbRed).le32(kArgbRed).fill(8).le32(3);
   brush = Plus::reals(brush, {0, 0.5F, 1}).le32(kArgbRed).le32(kArgbGreen).le32(kArgbBlue);
@@ -104,7 +104,7 @@ TEST(EmfPlus, LinearGradientsPassThroughTheirListedColours) {
   EXPECT_GT(bitmap.at(39, 15).b, 240);
 }
 
-TEST(EmfPlus, PathGradientsRunFromTheOutlineToTheCentre) {
+TEST(EmfPlus, PathGradientsRunFromTheOutlineToTheCenter) {
   Builder brush = Builder().le32(kVersion).le32(3).le32(0).le32(4).le32(kArgbRed);
   brush = Plus::reals(brush, {20, 15}).le32(1).le32(kArgbBlue).le32(4);
   brush = Plus::reals(brush, {0, 0, 40, 0, 40, 30, 0, 30});

@@ -40,7 +40,7 @@ class Emf {
   std::vector<std::uint8_t> file() const {
     Builder b;
     b.le32(1).le32(88).le32(0).le32(0).le32(39).le32(29);
-    b.le32(0).le32(0).le32(1058).le32(794);  // hundredths of a millimetre at 96 pixels per inch
+    b.le32(0).le32(0).le32(1058).le32(794);  // hundredths of a millimeter at 96 pixels per inch
     b.text(" EMF").le32(0x10000).le32(0).le32(0).fill(16);
     b.le32(960).le32(960).le32(254).le32(254);
     b.bytes.insert(b.bytes.end(), records_.bytes.begin(), records_.bytes.end());
@@ -69,7 +69,7 @@ inline std::uint32_t bits(float value) {
 }
 
 inline constexpr std::uint32_t kVersion = 0xDBC01002;  ///< of GDI+ objects
-inline constexpr std::uint32_t kColor = 0x8000;        ///< a colour stands where a brush's number would
+inline constexpr std::uint32_t kColor = 0x8000;        ///< a color stands where a brush's number would
 
 /// Commands of GDI+ that are added one by one.
 class Plus {

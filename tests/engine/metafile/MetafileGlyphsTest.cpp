@@ -110,7 +110,7 @@ TEST(MetafileGlyphs, OfTheFacesOwnAverageWidthAreAsTheyAre) {
 }
 
 TEST(MetafileGlyphs, RunTheOtherWayRoundOnAPageMirroredInOneAxis) {
-  // A line of letters from the centre: 900 is a quarter turn counterclockwise.
+  // A line of letters from the center: 900 is a quarter turn counterclockwise.
   const auto written = [](bool mirrorX, bool mirrorY, int escapement) {
     Emf emf;
     emf.record(17, {8}).record(9, {40, 30});

@@ -227,7 +227,7 @@ TEST(MetafileBitmaps, BlendsByOneAlphaOrThatOfEachPixel) {
   EXPECT_NEAR(quarter.b, 191, 1);
 }
 
-TEST(MetafileBitmaps, OneColourMayBeTransparent) {
+TEST(MetafileBitmaps, OneColorMayBeTransparent) {
   const Builder before = blitHeader(5, 5, 2, 1, kGreenColor);
   const Bitmap bitmap =
       Emf().record(116, withDib(before, dibOf({{kRed, kGreen}}), Builder().le32(2).le32(1))).play();
@@ -262,7 +262,7 @@ TEST(MetafileBitmaps, MayBeStoredFromTheTopOrMirrored) {
   EXPECT_EQ(left.at(5, 5), kBlue);
 }
 
-TEST(MetafileBlends, BoxesAndTrianglesBlendTheColoursOfTheirCorners) {
+TEST(MetafileBlends, BoxesAndTrianglesBlendTheColorsOfTheirCorners) {
   const auto corner = [](Builder b, int x, int y, std::uint32_t r, std::uint32_t g, std::uint32_t blue) {
     return b.le32(number(x)).le32(number(y)).le16(r << 8).le16(g << 8).le16(blue << 8).le16(0);
   };
@@ -393,7 +393,7 @@ TEST(MetafilePens, GeometricOnesMayBeHalfAPixelWide) {
   EXPECT_EQ(alpha(0, 1), 255) << "a cosmetic one is a pixel wide";
 }
 
-TEST(MetafileBrushes, HatchesWithoutLinesAreOfOneColour) {
+TEST(MetafileBrushes, HatchesWithoutLinesAreOfOneColor) {
   const auto filled = [](std::uint32_t hatch) {
     return Emf()
         .noPen()
@@ -409,7 +409,7 @@ TEST(MetafileBrushes, HatchesWithoutLinesAreOfOneColour) {
     EXPECT_TRUE(isPicture(filled(6 + i), Bitmap::filled(40, 30, wanted[i]))) << 6 + i;
 }
 
-TEST(MetafileBrushes, PatternsOfTwoColoursTakeThoseOfTheText) {
+TEST(MetafileBrushes, PatternsOfTwoColorsTakeThoseOfTheText) {
   Dib dib;
   dib.header.le32(40).le32(8).le32(1).le16(1).le16(1).fill(24).le32(0).le32(0xFFFFFF);
   dib.pixels.u8({0xAA, 0, 0, 0});  // white first
@@ -509,7 +509,7 @@ TEST(WmfRecords, BitmapsOfTheDeviceAreDrawn) {
   EXPECT_EQ(bitmap.at(6, 6), kWhite);
 }
 
-TEST(WmfRecords, BitmapsOfTheDeviceHaveItsColours) {
+TEST(WmfRecords, BitmapsOfTheDeviceHaveItsColors) {
   // One pixel or two of so many bits, drawn pixel for pixel.
   const auto drawn = [](int bits, std::initializer_list<int> row) {
     Builder blit = Builder().le32(kCopy).le16(0).le16(0).le16(1).le16(2).le16(5).le16(5);

@@ -217,10 +217,10 @@ TEST(EmfFrame, ADrawingThatLiesAboveItsFrameIsTurnedOver) {
   EXPECT_EQ(bitmap.at(20, 15), kNothing);
 }
 
-/// A drawing of a red box over the whole page, whose frame is so many hundredths of a millimetre.
+/// A drawing of a red box over the whole page, whose frame is so many hundredths of a millimeter.
 Decoded framed(int width, int height, const Builder& bounds) {
   Emf emf;
-  emf.noPen().brush(kRedColor).record(17, {3});  // hundredths of a millimetre, counted upwards
+  emf.noPen().brush(kRedColor).record(17, {3});  // hundredths of a millimeter, counted upwards
   std::vector<std::uint8_t> file = emf.box(0, 0, number(width), number(-height)).file();
   const Builder frame = words({0, 0, width, height});
   std::copy(bounds.bytes.begin(), bounds.bytes.end(), file.begin() + 8);

@@ -62,7 +62,7 @@ TEST_F(Thumbnails, AJpegLooksLikeTheWholeOneMadeSmaller) {
   EXPECT_TRUE(test::isPicture(jpeg, png, 3));
 }
 
-TEST_F(Thumbnails, TransparentPixelsAddNoColour) {
+TEST_F(Thumbnails, TransparentPixelsAddNoColor) {
   const Bitmap picture = test::pictureOf(400, 400, [](int x, int) {
     return x % 2 == 0 ? Pixel{255, 0, 0, 255} : Pixel{0, 255, 0, 0};
   });

@@ -227,7 +227,7 @@ TEST_F(DrawingTools, FreehandRepaintsWhatItTouchesOnly) {
   }
 }
 
-TEST_F(DrawingTools, ATransparentColourStaysEvenWhereTheStrokeCrossesItself) {
+TEST_F(DrawingTools, ATransparentColorStaysEvenWhereTheStrokeCrossesItself) {
   view.load(1000, 1000, {255, 255, 255, 255});
   view.Tool(kViewToolFreehand);
   view.Draw().Color() = Colour(0, 128);

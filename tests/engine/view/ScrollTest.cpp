@@ -33,7 +33,7 @@ TEST(ViewScroll, ReachesAsFarAsThereIsSomethingToSee) {
   EXPECT_EQ(view.ScrollLeft(), 0);
 }
 
-TEST(ViewScroll, ASmallerPictureStaysCentred) {
+TEST(ViewScroll, ASmallerPictureStaysCentered) {
   TestView view(200, 100);
   view.load(50, 20);
   view.ScrollLeft(10);

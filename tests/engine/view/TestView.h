@@ -52,7 +52,7 @@ class TestView : private TestClipboard, public View {
     return result;
   }
 
-  /// A picture of one colour, without any trace in the undo stack or the events.
+  /// A picture of one color, without any trace in the undo stack or the events.
   void load(const Bitmap& bitmap) {
     Picture(std::make_shared<PictureObject>(bitmap));
     const std::int32_t levels = UndoLevels();

@@ -7,7 +7,7 @@
 namespace kestrel::engine {
 namespace {
 
-TEST(ViewAxis, ASmallerPictureIsCentredAndItsScrollPositionNegative) {
+TEST(ViewAxis, ASmallerPictureIsCenteredAndItsScrollPositionNegative) {
   ViewAxis axis;
   axis.measure(50, 200, 0);
   EXPECT_EQ(axis.toView(0), 75);

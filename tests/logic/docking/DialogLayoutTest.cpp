@@ -315,7 +315,7 @@ TEST(DialogLayout, HasFortyImagesOf16By16AndEveryOneThatACommandNames) {
   }
 }
 
-TEST(DialogLayout, DrawsEveryImageOnMagentaAndGreysTheDisabledOne) {
+TEST(DialogLayout, DrawsEveryImageOnMagentaAndGraysTheDisabledOne) {
   for (const StoredImage& image : dialog().images) {
     EXPECT_NE(image.normal, image.disabled) << image.name;
     int magenta = 0;

@@ -28,7 +28,7 @@ TEST(Icons, AreFiledInSmallLettersWithHyphens) {
   EXPECT_EQ(iconFileName("Zoom2"), "zoom2.svg");
 }
 
-/// Every colour named in an SVG, as "#rrggbb".
+/// Every color named in an SVG, as "#rrggbb".
 std::vector<std::string> coloursIn(std::string_view svg) {
   std::vector<std::string> colours;
   for (std::size_t at = svg.find('#'); at != svg.npos; at = svg.find('#', at + 1)) {
@@ -37,7 +37,7 @@ std::vector<std::string> coloursIn(std::string_view svg) {
   return colours;
 }
 
-TEST(Icons, UseTheNeutralAndTheAccentColourAlone) {
+TEST(Icons, UseTheNeutralAndTheAccentColorAlone) {
   for (const EmbeddedFile& file : embeddedFiles()) {
     if (!file.name.ends_with(".svg")) continue;
     const std::string_view svg(reinterpret_cast<const char*>(file.bytes.data()), file.bytes.size());

@@ -29,14 +29,14 @@ enum class Action {
   kUndo,
   kRedo,
   kUndoLevels,    ///< levels
-  kForeColor,     ///< colour
-  kBackColor,     ///< colour
+  kForeColor,     ///< color
+  kBackColor,     ///< color
   kResize,        ///< width, height, method
-  kResizeCanvas,  ///< width, height, offset x, offset y, colour
-  kRotate,        ///< angle, colour, on the selection
-  kFlatten,       ///< colour
-  kShadow,        ///< offset x, offset y, colour, opacity, blur, on the selection
-  kMaskedShadow,  ///< offset x, offset y, colour, opacity, blur, automatic
+  kResizeCanvas,  ///< width, height, offset x, offset y, color
+  kRotate,        ///< angle, color, on the selection
+  kFlatten,       ///< color
+  kShadow,        ///< offset x, offset y, color, opacity, blur, on the selection
+  kMaskedShadow,  ///< offset x, offset y, color, opacity, blur, automatic
   kThumbnail,     ///< percentage
   kZoomThereAndBack,
 };

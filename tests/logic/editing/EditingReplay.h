@@ -15,7 +15,7 @@ namespace kestrel {
 /// drawing on pictures of its own, and whole pictures for undo steps. The pen is one pixel wide, the zoom 1.
 class EditingReplay {
  public:
-  /// The editor's colours and the view's drawing state at the start.
+  /// The editor's colors and the view's drawing state at the start.
   struct Start {
     engine::Bitmap picture;
     OLE_COLOR foreColor = 0;

@@ -59,7 +59,7 @@ class EditingTest : public EditorTest {
     platform().FormUtility().forgetPointers();
     log().clear();
   }
-  /// Puts a picture of one colour on the clipboard.
+  /// Puts a picture of one color on the clipboard.
   void fillClipboard(std::int32_t width, std::int32_t height, engine::Pixel color) {
     platform().Clipboard().offer(engine::Bitmap::filled(width, height, color));
   }

@@ -87,7 +87,7 @@ TEST_P(EditingOperations, FlipsTurnTheWholePicture) {
   EXPECT_EQ(at(3, 0), pixelOf(3, kHeight - 1));
 }
 
-TEST_P(EditingOperations, GreyScaleIsPalette0OnTheViewsPicture) {
+TEST_P(EditingOperations, GrayScaleIsPalette0OnTheViewsPicture) {
   editor().ApplyGrayScale();
   EXPECT_TRUE(same(shown(), engine::grayScale(gradient(kWidth, kHeight))));
   EXPECT_TRUE(editor().Changed());
@@ -180,7 +180,7 @@ TEST_P(EditingOperations, ARotatedSectionIsDrawnBackAtTheSelectionsCorner) {
   EXPECT_FALSE(view().SelectionVisible());
 }
 
-TEST_P(EditingOperations, GreyOfASectionLeavesTheRest) {
+TEST_P(EditingOperations, GrayOfASectionLeavesTheRest) {
   select();
   editor().ApplyGrayScale(true);
   EXPECT_TRUE(same(shown(), withSection(engine::grayScale(section()))));
@@ -234,7 +234,7 @@ TEST_P(EditingOperations, ASectionBackFromTheFarthestPositionFindsItsWay) {
   EXPECT_THAT(calls(), Contains("view.Draw.ImageWithAlpha(40x30 picture, 0, 0, \"\")"));
 }
 
-// -- The colour of Rotate ---------------------------------------------------------------------------------
+// -- The color of Rotate ---------------------------------------------------------------------------------
 
 TEST_P(EditingOperations, RotateWithoutABackgroundMaterialLeavesTheCornersTransparent) {
   options().MaterialBackColor(-1);

@@ -55,7 +55,7 @@ TEST_P(EditingPreview, StartsWithTheStockPictureInBothPanes) {
 }
 
 TEST_P(EditingPreview, GivesThePanesTheCheckerOfTheOptions) {
-  // Where a transparent picture stands, the pane shows the two colours.
+  // Where a transparent picture stands, the pane shows the two colors.
   options().BackgroundGridColor1(0x0000FF);
   options().BackgroundGridColor2(0x00FF00);
   createControl();
@@ -341,7 +341,7 @@ TEST_P(EditingPreview, AWidthOf12GivesPanesOfNoWidth) {
   EXPECT_EQ(preview_->Left(), 12);
 }
 
-TEST_P(EditingPreview, AnOddHalfGoesToTheEvenNeighbourAndTheRightEdgeIsFlush) {
+TEST_P(EditingPreview, AnOddHalfGoesToTheEvenNeighborAndTheRightEdgeIsFlush) {
   surface_->Move(0, 0, 313, 100);  // half is 150.5
   EXPECT_EQ(original_->Width(), 150);
   EXPECT_EQ(preview_->Left(), 163);

@@ -17,7 +17,7 @@ inline std::string text(float value) { return ToText(value); }
 inline std::string text(bool value) { return boolean(value); }
 inline std::string text(const std::string& value) { return '"' + value + '"'; }
 inline std::string text(const Point& value) { return '(' + ToText(value.X) + ", " + ToText(value.Y) + ')'; }
-/// The colour number and its alpha.
+/// The color number and its alpha.
 inline std::string text(const Colour& value) {
   return '#' + ToText(value.Value()) + '/' + ToText(std::int32_t{value.Alpha()});
 }

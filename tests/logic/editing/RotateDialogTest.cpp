@@ -352,7 +352,7 @@ TEST_P(EditingRotateDialog, LeavesItsFieldsReadableAfterItHid) {
   EXPECT_EQ(dialog.ResultData, "270");
 }
 
-TEST_P(EditingRotateDialog, ReportsNothingWhenItIsCancelledOrClosed) {
+TEST_P(EditingRotateDialog, ReportsNothingWhenItIsCanceledOrClosed) {
   set(90, ipDirectionLeft);
   for (const bool byCloseBox : {false, true}) {
     frmRotate dialog;

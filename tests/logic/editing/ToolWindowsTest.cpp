@@ -100,7 +100,7 @@ TEST_P(EditingMaterialsWindow, ChangesWhileThePickerIsPreparedChangeNothing) {
   swatch(0).Press();
   bool raised = false;
   when(picker().Change, [&](OLE_COLOR) { raised = true; });
-  // Preparing for the background hands the picker another colour, which it tells as a change.
+  // Preparing for the background hands the picker another color, which it tells as a change.
   swatch(1).Press();
   EXPECT_TRUE(raised);
   EXPECT_EQ(editor().ForeColor(), 0x112233);

@@ -441,7 +441,7 @@ TEST_P(EditorCommands, SetControlsRepaintsTheBarsOnce) {
 
 // -- Hot keys and options ---------------------------------------------------------------------------------
 
-TEST_P(EditorCommands, HotKeysAreCancelledOnADesignSurfaceAndNotAtRunTime) {
+TEST_P(EditorCommands, HotKeysAreCanceledOnADesignSurfaceAndNotAtRunTime) {
   create(false);
   site().InitProperties();
   EXPECT_FALSE(suite().pressHotKey(kCtrlMask, 'O'));

@@ -180,7 +180,7 @@ TEST_P(EditorFiles, WithoutAHostTheDialogAsksWithTheOpenFilterAndItsFlags) {
   EXPECT_EQ(editor().Filename(), file);
 }
 
-TEST_P(EditorFiles, ACancelledDialogLeavesAllAsItWas) {
+TEST_P(EditorFiles, ACanceledDialogLeavesAllAsItWas) {
   const std::string file = startWithPicture();
   user().cancelsFileDialog();
   EXPECT_FALSE(editor().OpenImage());

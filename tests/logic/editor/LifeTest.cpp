@@ -174,7 +174,7 @@ TEST_P(EditorLife, OnADesignSurfaceInitializeDoesOnlyZoomActualSize) {
   EXPECT_EQ(editor().Tool(), ipToolNone);
 }
 
-TEST_P(EditorLife, InitializeConfiguresTheViewThenAppliesOptionsAndColours) {
+TEST_P(EditorLife, InitializeConfiguresTheViewThenAppliesOptionsAndColors) {
   create();
   site().InitProperties();
   log().clear();
@@ -189,7 +189,7 @@ TEST_P(EditorLife, InitializeConfiguresTheViewThenAppliesOptionsAndColours) {
       "Visible=True",
       "DoubleBuffer=True",
       "BackgroundImage",
-      "Draw.FillMode=-1",  // the background colour is none
+      "Draw.FillMode=-1",  // the background color is none
       "UndoLevels=10",
       "SelectionHeight=0",  // the tool is chosen last, which clears the selection
       "SelectionWidth=0",
@@ -200,7 +200,7 @@ TEST_P(EditorLife, InitializeConfiguresTheViewThenAppliesOptionsAndColours) {
   EXPECT_EQ(view().Draw().Color().Value(), 255) << "the foreground colour, as there is no background";
 }
 
-TEST_P(EditorLife, InitializeTakesColoursAndUndoLevelsFromTheOptions) {
+TEST_P(EditorLife, InitializeTakesColorsAndUndoLevelsFromTheOptions) {
   options().MaterialBackColor(0x00112233);
   options().MaterialForeColor(0x00445566);
   options().UndoLevels(4);

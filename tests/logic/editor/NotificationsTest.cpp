@@ -95,7 +95,7 @@ TEST_P(EditorNotifications, PictureSetComesWhenTheNewPictureIsReadyForWork) {
 
 // -- A name counts, whatever CancelDefault says -----------------------------------------------------------
 
-TEST_P(EditorNotifications, ANameIsOpenedAlthoughTheDialogIsCancelled) {
+TEST_P(EditorNotifications, ANameIsOpenedAlthoughTheDialogIsCanceled) {
   start();
   const std::string file = makePicture("a.png", 2);
   connections_.push_back(editor().RequestOpenFilename.Connect([&](std::string& name, bool& cancel) {
@@ -106,7 +106,7 @@ TEST_P(EditorNotifications, ANameIsOpenedAlthoughTheDialogIsCancelled) {
   EXPECT_EQ(editor().Filename(), file);
 }
 
-TEST_P(EditorNotifications, ANameIsSavedAlthoughTheDialogIsCancelled) {
+TEST_P(EditorNotifications, ANameIsSavedAlthoughTheDialogIsCanceled) {
   startWithPicture();
   connections_.push_back(editor().RequestSaveFilename.Connect([&](std::string& name, bool& cancel) {
     name = path("b.png");
@@ -116,7 +116,7 @@ TEST_P(EditorNotifications, ANameIsSavedAlthoughTheDialogIsCancelled) {
   EXPECT_TRUE(exists(path("b.png")));
 }
 
-TEST_P(EditorNotifications, APictureOfNoFormatIsSavedUnderItsNameAlthoughTheDialogIsCancelled) {
+TEST_P(EditorNotifications, APictureOfNoFormatIsSavedUnderItsNameAlthoughTheDialogIsCanceled) {
   start();
   editor().Picture(platform().CreateCanvas(12, 8)->Picture());
   connections_.push_back(

@@ -172,9 +172,9 @@ TEST_P(EditorProperties, UndoLevelsReachTheViewAndNeverTheOptions) {
   EXPECT_EQ(options().UndoLevels(), 10);
 }
 
-// -- Colours ----------------------------------------------------------------------------------------------
+// -- Colors ----------------------------------------------------------------------------------------------
 
-class EditorColours : public EditorTest {
+class EditorColors : public EditorTest {
  protected:
   void SetUp() override {
     EditorTest::SetUp();
@@ -190,13 +190,13 @@ class EditorColours : public EditorTest {
   OLE_COLOR drawColor() { return view().Draw().Color().Value(); }
 };
 
-TEST_P(EditorColours, ABackgroundColourIsDrawnAndFilledWith) {
+TEST_P(EditorColors, ABackgroundColorIsDrawnAndFilledWith) {
   editor().BackColor(0x00ABCDEF);
   EXPECT_EQ(drawColor(), 0x00ABCDEF);
   EXPECT_THAT(log().entries(), ElementsAre("Draw.FillMode=6", "back 11259375"));
 }
 
-TEST_P(EditorColours, ABackgroundOfMinus1DrawsOutlinesInTheForegroundColour) {
+TEST_P(EditorColors, ABackgroundOfMinus1DrawsOutlinesInTheForegroundColor) {
   editor().BackColor(-1);
   EXPECT_EQ(drawColor(), 0x00202020);
   EXPECT_THAT(log().entries(), ElementsAre("Draw.FillMode=-1", "back -1"));
@@ -204,26 +204,26 @@ TEST_P(EditorColours, ABackgroundOfMinus1DrawsOutlinesInTheForegroundColour) {
   EXPECT_EQ(drawColor(), 0x00303030) << "later foreground lets follow it";
 }
 
-TEST_P(EditorColours, WithABackgroundTheForegroundDoesNotTouchTheFill) {
+TEST_P(EditorColors, WithABackgroundTheForegroundDoesNotTouchTheFill) {
   editor().ForeColor(0x00303030);
   EXPECT_EQ(drawColor(), 0x00101010);
   EXPECT_THAT(log().entries(), ElementsAre("fore 3158064"));
 }
 
-TEST_P(EditorColours, ThePresentColourDoesNothing) {
+TEST_P(EditorColors, ThePresentColorDoesNothing) {
   editor().BackColor(0x00101010);
   editor().ForeColor(0x00202020);
   EXPECT_THAT(log().entries(), IsEmpty());
 }
 
-TEST_P(EditorColours, WithoutAutoUpdateGlobalTheOptionsStay) {
+TEST_P(EditorColors, WithoutAutoUpdateGlobalTheOptionsStay) {
   editor().BackColor(5);
   editor().ForeColor(6);
   EXPECT_EQ(options().MaterialBackColor(), -1);
   EXPECT_EQ(options().MaterialForeColor(), 255);
 }
 
-TEST_P(EditorColours, WithAutoUpdateGlobalTheOptionsFollowBeforeTheEvents) {
+TEST_P(EditorColors, WithAutoUpdateGlobalTheOptionsFollowBeforeTheEvents) {
   editor().AutoUpdateGlobal(true);
   std::vector<OLE_COLOR> stored;
   connections_.push_back(
@@ -357,7 +357,7 @@ TEST_P(EditorWithABrokenView, PropertyGettersPassOverWhatFailsAndGiveNothing) {
 
 KESTREL_WITH_BOTH_PATHS(EditorWithABrokenView);
 KESTREL_WITH_BOTH_PATHS(EditorProperties);
-KESTREL_WITH_BOTH_PATHS(EditorColours);
+KESTREL_WITH_BOTH_PATHS(EditorColors);
 KESTREL_WITH_BOTH_PATHS(EditorState);
 
 }  // namespace

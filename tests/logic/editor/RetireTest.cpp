@@ -120,7 +120,7 @@ TEST_P(EditorRetirement, InTheSinkIsItsLastCall) {
   EXPECT_THAT(log().entries(), ElementsAre("sink RequestOpenFilename \"\" False"));
 }
 
-TEST_P(EditorRetirement, WhileADialogIsOpenCountsAsItsCancelling) {
+TEST_P(EditorRetirement, WhileADialogIsOpenCountsAsItsCanceling) {
   startWithPicture();
   user().cancelsFileDialog([&](headless::FileDialog&) { editor().Retire(); });
   EXPECT_FALSE(editor().OpenImage());

@@ -10,7 +10,7 @@ class EditorSaveDialog : public EditorTest {
  protected:
   static CheckBox* boxIn(headless::FileDialog& dialog) { return dynamic_cast<CheckBox*>(dialog.guest()); }
   static void untick(headless::FileDialog& dialog) { boxIn(dialog)->Value(0); }
-  /// The height of the next save dialog, which is cancelled.
+  /// The height of the next save dialog, which is canceled.
   std::int32_t heightOfDialog() {
     std::int32_t height = 0;
     user().cancelsFileDialog([&](headless::FileDialog& dialog) { height = dialog.size().Height; });
@@ -77,7 +77,7 @@ TEST_P(EditorSaveDialog, DecidesOnAThumbnailForItsOwnSaveAlone) {
   EXPECT_FALSE(exists(path("two_thumb.png"))) << "the host named this one";
 }
 
-TEST_P(EditorSaveDialog, CancelledDecidesOnNothing) {
+TEST_P(EditorSaveDialog, CanceledDecidesOnNothing) {
   startWithPicture("open.png");
   user().cancelsFileDialog([](headless::FileDialog& dialog) { EXPECT_EQ(boxIn(dialog)->Value(), 1); });
   EXPECT_FALSE(editor().SaveImageAs());

@@ -84,7 +84,7 @@ TEST_P(EditorSwitches, KeepRemovedHotKeysAwayUntilTheStoredLayoutIsReadAgain) {
   EXPECT_EQ(command("btnDrawLine").HotKeys().Count(), 1);
 }
 
-// -- The material colours at the start --------------------------------------------------------------------
+// -- The material colors at the start --------------------------------------------------------------------
 
 TEST_P(EditorSwitches, ABlackBackgroundMaterialFillsFromTheStart) {
   options().MaterialBackColor(0);

@@ -40,7 +40,7 @@ TEST_P(EditorZoom, TheSumIsFormedInDoubleAndStoredInSinglePrecision) {
   }
 }
 
-TEST_P(EditorZoom, ZoomInFromNineTenthsLandsOnActualSizeOrItsNeighbour) {
+TEST_P(EditorZoom, ZoomInFromNineTenthsLandsOnActualSizeOrItsNeighbor) {
   editor().ZoomOut();
   editor().ZoomIn();
   EXPECT_NEAR(view().Zoom(), 1.0, 1e-6);

@@ -39,7 +39,7 @@ class DrawSpy final : public Draw {
   std::int32_t fillMode_ = 77;
 };
 
-TEST(DrawBoxes, WithBothColoursFillFirstAndOutlineOverIt) {
+TEST(DrawBoxes, WithBothColorsFillFirstAndOutlineOverIt) {
   DrawSpy draw;
   DrawBox(draw, 2, 3, 10, 20, 111, 222);
   EXPECT_THAT(draw.calls, ElementsAre("FillMode=6", "Rectangle 2,3 12,23 0,0 \"\" color 222 fill 6",
@@ -60,7 +60,7 @@ TEST(DrawBoxes, WithAForegroundAloneLeaveTheFillModeAsItWas) {
   EXPECT_THAT(draw.calls, ElementsAre("Rectangle 0,0 5,5 0,0 \"\" color 111 fill 77"));
 }
 
-TEST(DrawBoxes, WithoutColoursDrawNothing) {
+TEST(DrawBoxes, WithoutColorsDrawNothing) {
   DrawSpy draw;
   DrawBox(draw, 0, 0, 5, 5, -1, -1);
   EXPECT_THAT(draw.calls, IsEmpty());
@@ -100,7 +100,7 @@ class Background : public ImagingTest {
   headless::ImageView* view_ = nullptr;
 };
 
-TEST_F(Background, ShowsThroughWithColour1TopRightAndBottomLeftAndColour2InTheOtherTwo) {
+TEST_F(Background, ShowsThroughWithColor1TopRightAndBottomLeftAndColor2InTheOtherTwo) {
   view().Document().NewImage(300, 200, nullptr, kPixelFormatRgba, kNoUndo);
   SetupBackground(view(), 10, 0x000000FF, 0x0000FF00);
   const engine::Bitmap painted = view().painted();
@@ -119,7 +119,7 @@ TEST_F(Background, ShowsThroughWithColour1TopRightAndBottomLeftAndColour2InTheOt
   EXPECT_EQ(colorOf(25, 5), here);
 }
 
-TEST_F(Background, TheTileIsTwiceTheSizeWithColour1TopRightAndBottomLeft) {
+TEST_F(Background, TheTileIsTwiceTheSizeWithColor1TopRightAndBottomLeft) {
   const auto tile = platform().CreateImgX();
   DrawBackgroundTile(*tile, 10, 0x000000FF, 0x0000FF00);
   ASSERT_EQ(tile->Image()->Width(), 20);
@@ -133,7 +133,7 @@ TEST_F(Background, TheTileIsTwiceTheSizeWithColour1TopRightAndBottomLeft) {
   }
 }
 
-TEST_F(Background, LeavesTheViewsColourAndFillMode) {
+TEST_F(Background, LeavesTheViewsColorAndFillMode) {
   view().Draw().Color().Value(0x00123456);
   view().Draw().FillMode(6);
   SetupBackground(view(), 10, 0x000000FF, 0x0000FF00);
@@ -165,7 +165,7 @@ TEST_F(Background, OfSquaresBeyond32BitsRaises6) {
   }
 }
 
-TEST_F(Background, TheGreyPaletteLeavesNoColourAndKeepsAlpha) {
+TEST_F(Background, TheGrayPaletteLeavesNoColorAndKeepsAlpha) {
   const auto picture = platform().CreateImgX();
   const Colour half(0x00204080, 100);
   picture->Document().NewImage(4, 4, &half);

@@ -49,7 +49,7 @@ TEST_F(StoredPositions, LeaveAWindowThatHasNoneAsItIs) {
   EXPECT_TRUE(store_.isEmpty());
 }
 
-TEST_F(StoredPositions, CentreAWindowThatHasNoneWhereThatIsAskedFor) {
+TEST_F(StoredPositions, CenterAWindowThatHasNoneWhereThatIsAskedFor) {
   FakeForm form("frmGetThumnail", {5, 6, 400, 300});
   positions_.LoadPosition(form, "GetThumbnail", 2, 0);
   EXPECT_EQ(form.place(), (Rectangle{760, 370, 400, 300}));
@@ -119,7 +119,7 @@ TEST_F(StoredPositions, AreNeitherStoredNorFoundWithoutAKey) {
   EXPECT_TRUE(store_.isEmpty());
 }
 
-TEST_F(StoredPositions, OfAMaximisedWindowKeepTheNormalPlace) {
+TEST_F(StoredPositions, OfAMaximizedWindowKeepTheNormalPlace) {
   FakeForm form("frmImageEditor", {100, 200, 800, 600});
   positions_.SavePosition(form, "");
   form.Move(0, 0, 1920, 1040);
@@ -131,7 +131,7 @@ TEST_F(StoredPositions, OfAMaximisedWindowKeepTheNormalPlace) {
   EXPECT_EQ(opening.WindowState(), kWindowMaximized);
 }
 
-TEST_F(StoredPositions, OfAMinimisedWindowStayAsTheyWere) {
+TEST_F(StoredPositions, OfAMinimizedWindowStayAsTheyWere) {
   FakeForm form("frmImageEditor", {100, 200, 800, 600});
   positions_.SavePosition(form, "");
   form.Move(-32000, -32000, 160, 30);

@@ -6,7 +6,7 @@
 
 namespace kestrel::bench {
 
-/// 6000 x 4000 pixels of smooth colours with some noise: opaque, or a soft-edged disc as cut out of its
+/// 6000 x 4000 pixels of smooth colors with some noise: opaque, or a soft-edged disc as cut out of its
 /// ground.
 engine::Bitmap opaquePicture();
 engine::Bitmap cutOutPicture();

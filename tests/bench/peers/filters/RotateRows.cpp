@@ -12,7 +12,7 @@ namespace {
 
 constexpr double kDegrees = 37.5;
 
-/// The place in `from` of each pixel of a canvas of size `to`, both turned about their centres.
+/// The place in `from` of each pixel of a canvas of size `to`, both turned about their centers.
 cv::Matx23d placesOf(cv::Size to, cv::Size from) {
   const double cosine = std::cos(kDegrees * std::numbers::pi / 180);
   const double sine = std::sin(kDegrees * std::numbers::pi / 180);

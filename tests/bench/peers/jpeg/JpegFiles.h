@@ -9,7 +9,7 @@
 
 namespace kestrel::bench {
 
-/// How much of the colour a file keeps: one sample for each pixel, or for 2 x 2 of them as cameras do.
+/// How much of the color a file keeps: one sample for each pixel, or for 2 x 2 of them as cameras do.
 enum class Colors { full, halved };
 
 /// A part of the picture as libjpeg-turbo writes it: baseline, accurate transform, standard Huffman tables.

@@ -17,7 +17,7 @@ class FloatComposite {
   cv::Mat underFloat_, topFloat_, topWeight_, underWeight_, total_;
 };
 
-/// Colour and alpha within a tolerance become another: `inRange`, `copyTo`, `setTo`.
+/// Color and alpha within a tolerance become another: `inRange`, `copyTo`, `setTo`.
 class ThreeCallReplace {
  public:
   void run(const cv::Mat& in, const cv::Scalar& from, const cv::Scalar& to, double tolerance, cv::Mat& out);

@@ -13,7 +13,7 @@ namespace {
 using engine::Bitmap;
 using engine::ResampleMethod;
 
-/// Smooth colours with some noise, and a soft-edged disc of alpha. (What is opaque takes ours just as long.)
+/// Smooth colors with some noise, and a soft-edged disc of alpha. (What is opaque takes ours just as long.)
 Bitmap makePicture(std::int32_t width, std::int32_t height) {
   Bitmap result = Bitmap::uninitialized(width, height);
   const engine::Pixels pixels = result.writable();

@@ -29,7 +29,7 @@ void require(zimg_error_code_e code) {
   throw std::runtime_error(text.data());
 }
 
-/// Colours said to be premultiplied are scaled as they are.
+/// Colors said to be premultiplied are scaled as they are.
 zimg_image_format format(std::int32_t width, std::int32_t height, zimg_pixel_type_e sample) {
   zimg_image_format result;
   zimg_image_format_default(&result, ZIMG_API_VERSION);

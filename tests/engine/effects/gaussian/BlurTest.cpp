@@ -129,7 +129,7 @@ TEST(Blur, VeryLongPicturesKeepTheirValues) {
   }
 }
 
-TEST(Blur, TransparentPixelsLendNoColour) {
+TEST(Blur, TransparentPixelsLendNoColor) {
   const Bitmap picture = madeBy(60, 60, [](int x, int) {
     return x < 30 ? Pixel{255, 0, 0, 255} : Pixel{0, 255, 0, 0};
   });

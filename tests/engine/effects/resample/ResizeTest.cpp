@@ -139,7 +139,7 @@ TEST(Resize, ConstantStaysConstant) {
   }
 }
 
-TEST(Resize, TransparentPixelsLendNoColour) {
+TEST(Resize, TransparentPixelsLendNoColor) {
   const Bitmap picture = madeBy(40, 40, [](int x, int) {
     return x < 20 ? Pixel{255, 0, 0, 255} : Pixel{0, 255, 0, 0};
   });
@@ -154,7 +154,7 @@ TEST(Resize, TransparentPixelsLendNoColour) {
   }
 }
 
-TEST(Resize, PixelTakesTheOldPixelUnderTheCentre) {
+TEST(Resize, PixelTakesTheOldPixelUnderTheCenter) {
   const Bitmap picture = randomPicture(10, 7, AlphaKind::Any);
   for (const Extent to : {Extent{1, 1}, {5, 3}, {25, 40}, {10, 1}}) {
     EXPECT_TRUE(samePicture(resize(picture, to.width, to.height, ResampleMethod::Pixel),
