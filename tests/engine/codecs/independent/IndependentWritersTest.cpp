@@ -162,7 +162,7 @@ for y in reversed(range(height)):
     x = 0
     while x < width:
         if x % 2 == 0 and width - x >= 9:
-            # Nine as they are: five bytes and one to fill.
+            # Nine literals: five bytes and one of padding.
             nine = indices[x:x + 9] + [0]
             data += bytes((0, 9)) + bytes(nine[i] << 4 | nine[i + 1] for i in range(0, 10, 2)) + b"\0"
             x += 9
