@@ -7,8 +7,8 @@
 #include "base/Numbers.h"
 #include "imaging/contract/ImgX.h"
 
-/// The engine's sub-objects with a note of each call: "view.Effects.Flip(0, "")". The first word tells whose
-/// sub-object it is.
+/// The engine's sub-objects, recording each call as "view.Effects.Flip(0, "")". The first word names the
+/// owner of the sub-object.
 namespace kestrel::recorded {
 
 inline std::string text(std::int32_t value) { return ToText(value); }
