@@ -178,7 +178,7 @@ TEST_F(RecentFiles, ReplaceTheListWhenTheyAreLoaded) {
   EXPECT_EQ(listed(), Names{path("a")});
 }
 
-TEST_F(RecentFiles, WithoutANameHaveNoPlaceInMenus) {
+TEST_F(RecentFiles, WithoutANameAreNotInMenus) {
   mru_.CommandMRU = nullptr;
   mru_.Files.Add("");
   mru_.Files.Add(path("a"), path("a"));
@@ -206,14 +206,14 @@ TEST_F(RecentFiles, PutTheNewestFirstAndStoreIt) {
   EXPECT_EQ(command_.texts, listed()) << "the full path, without numbers";
 }
 
-TEST_F(RecentFiles, MoveAKnownFileToTheFrontWhateverItsCase) {
+TEST_F(RecentFiles, MoveAKnownFileToTheFrontInAnyCase) {
   for (const char* name : {"a", "b", "c"}) mru_.AddFile(path(name));
   mru_.AddFile("/PICTURES/A.png");
   EXPECT_EQ(listed(), (Names{"/PICTURES/A.png", path("c"), path("b")}));
   EXPECT_EQ(stored(), listed());
 }
 
-TEST_F(RecentFiles, MoveAKnownFileToTheFrontWhateverTheCaseOfItsOtherLetters) {
+TEST_F(RecentFiles, MoveAKnownFileToTheFrontInAnyCaseOfAllScripts) {
   mru_.AddFile("/bilder/Ärger über Ольга.png");
   mru_.AddFile(path("a"));
   mru_.AddFile("/bilder/ÄRGER ÜBER ОЛЬГА.png");
@@ -222,7 +222,7 @@ TEST_F(RecentFiles, MoveAKnownFileToTheFrontWhateverTheCaseOfItsOtherLetters) {
   EXPECT_EQ(listed(), Names{path("a")});
 }
 
-TEST_F(RecentFiles, RewriteTheStoreForTheNameThatIsFirstAlready) {
+TEST_F(RecentFiles, RewriteTheStoreForTheFirstNameToo) {
   mru_.AddFile(path("a"));
   mru_.AddFile(path("b"));
   store_.calls.clear();
@@ -233,7 +233,7 @@ TEST_F(RecentFiles, RewriteTheStoreForTheNameThatIsFirstAlready) {
             "delete MRU9;delete MRU10;write MRU1=/pictures/b.png;write MRU2=/pictures/a.png;");
 }
 
-TEST_F(RecentFiles, OutgrowTheLimitWhileTheObjectLives) {
+TEST_F(RecentFiles, MayExceedTheLimitUntilReloaded) {
   Names expected;
   for (char name = 'a'; name <= 'k'; ++name) {
     mru_.AddFile(path(std::string(1, name)));
@@ -242,14 +242,14 @@ TEST_F(RecentFiles, OutgrowTheLimitWhileTheObjectLives) {
   ASSERT_EQ(expected.size(), 11u);
   EXPECT_EQ(listed(), expected);
   EXPECT_EQ(command_.texts, expected);
-  EXPECT_EQ(stored(), expected) << "the eleventh stands under MRU11";
+  EXPECT_EQ(stored(), expected) << "the eleventh is in MRU11";
 
   MRU next;
   next.RootKey = kKey;
   next.LoadFromRegistry();
   EXPECT_EQ(next.Files.Count(), 10);
   next.SaveToRegistry();
-  EXPECT_EQ(stored().size(), 11u) << "what is past the limit is not cleared";
+  EXPECT_EQ(stored().size(), 11u) << "values beyond the limit are not cleared";
 }
 
 TEST_F(RecentFiles, AreLoadedInOrder) {
@@ -260,27 +260,27 @@ TEST_F(RecentFiles, AreLoadedInOrder) {
   EXPECT_EQ(store_.calls, "") << "nothing to save";
 }
 
-TEST_F(RecentFiles, BehindAnEmptyValueAreHidden) {
+TEST_F(RecentFiles, AfterAnEmptyValueAreHidden) {
   storeNames({path("a"), "", path("c")});
   mru_.LoadFromRegistry();
   EXPECT_EQ(listed(), Names{path("a")});
 }
 
-TEST_F(RecentFiles, ThatVanishedLeaveTheStoreOnLoad) {
+TEST_F(RecentFiles, ThatAreDeletedLeaveTheStoreOnLoad) {
   storeNames({path("a"), "/gone.png", path("b"), "/gone too.png"});
   mru_.LoadFromRegistry();
   EXPECT_EQ(listed(), (Names{path("a"), path("b")}));
   EXPECT_EQ(stored(), listed());
 }
 
-TEST_F(RecentFiles, ThatVanishedStayWithoutPurging) {
+TEST_F(RecentFiles, ThatAreDeletedStayWithoutPurging) {
   storeNames({path("a"), "/gone.png"});
   mru_.PurgeInvalidFiles = false;
   mru_.LoadFromRegistry();
   EXPECT_EQ(listed(), (Names{path("a"), "/gone.png"}));
 }
 
-TEST_F(RecentFiles, ThatStandTwiceAreTakenOnce) {
+TEST_F(RecentFiles, ThatAreStoredTwiceAreListedOnce) {
   platform_.forms.existing.insert("/PICTURES/a.png");
   storeNames({path("a"), "/PICTURES/a.png", path("b")});
   mru_.LoadFromRegistry();
@@ -314,7 +314,7 @@ TEST_F(RecentFiles, AreRemovedFromListAndStoreButNotFromTheDisplay) {
   EXPECT_EQ(listed(), Names{path("b")});
 }
 
-TEST_F(RecentFiles, StayInMemoryWhenTheStoreCanNotBeWritten) {
+TEST_F(RecentFiles, StayInMemoryIfTheStoreCannotBeWritten) {
   store_.writesFail = true;
   mru_.AddFile(path("a"));
   EXPECT_EQ(listed(), Names{path("a")});
@@ -324,14 +324,14 @@ TEST_F(RecentFiles, StayInMemoryWhenTheStoreCanNotBeWritten) {
             std::string::npos);
 }
 
-TEST_F(RecentFiles, DoNotMindAKeyThatCanNotBeCreated) {
+TEST_F(RecentFiles, IgnoreAKeyThatCannotBeCreated) {
   store_.CreateKey(HKEY_CURRENT_USER, kKey);
   store_.createFails = true;
   mru_.SaveToRegistry();
   EXPECT_EQ(reports(), 0u);
 }
 
-TEST_F(RecentFiles, ReportAStoreThatCanNotBeRead) {
+TEST_F(RecentFiles, ReportAStoreThatCannotBeRead) {
   store_.readsFail = true;
   mru_.LoadFromRegistry();
   EXPECT_EQ(mru_.Files.Count(), 0);
@@ -407,18 +407,18 @@ TEST_F(RecentFiles, ReportADisplayThatFailsUnderBuildMRU) {
   }
 }
 
-TEST_F(RecentFiles, ReloadWhereABandIsSet) {
+TEST_F(RecentFiles, ReloadWhenABandIsSet) {
   Collection<int> band;
   mru_.Band = &band;
   mru_.AddFile(path("a"));
   platform_.forms.existing.erase(path("a"));
   mru_.AddFile(path("b"));
-  EXPECT_EQ(listed(), Names{path("b")}) << "the vanished one is dropped by the load";
+  EXPECT_EQ(listed(), Names{path("b")}) << "the load drops the deleted file";
   mru_.RemoveFile(path("b"));
   EXPECT_EQ(mru_.Files.Count(), 0);
 }
 
-TEST_F(RecentFiles, AreShownInTheListCommandBeforeAllElse) {
+TEST_F(RecentFiles, AreShownInTheListCommandFirst) {
   SmartMenuStandIn menu;
   WindowMenu window;
   mru_.SmartUI = &menu;

@@ -15,7 +15,7 @@ namespace kestrel {
 
 inline const std::string kRoot = "Software\\Brindlewick\\Common\\ImageProcessing";
 
-/// A key store in memory whose calls can be made to fail, and are counted.
+/// A key store in memory whose calls are recorded and can fail.
 class FailingStore : public store::MemoryStore {
  public:
   Variant ReadValue(std::int32_t Hive, const std::string& Key, const std::string& ValueName) override {
@@ -45,7 +45,7 @@ class FailingStore : public store::MemoryStore {
   std::string calls;
 };
 
-/// A process in which Main has run on a platform of fakes.
+/// A process in which Main has run on the fake platform.
 class Settings : public testing::Test {
  protected:
   Settings() {
