@@ -1,7 +1,7 @@
 // Opening a photograph of 24 megapixels, compared with its decoder alone.
 
 #include <benchmark/benchmark.h>
-#include <stdio.h>  // jpeglib.h wants FILE
+#include <stdio.h>  // jpeglib.h needs FILE
 
 #include <jpeglib.h>
 

@@ -9,7 +9,7 @@ namespace kestrel::bench {
 /// One implementation of an operation, with its own input and output.
 struct Contender {
   std::string name;
-  std::string computes;  ///< what it does, and what of the others' work it leaves out
+  std::string computes;  ///< its work, and the parts of the others' work that it omits
   std::function<void()> run;
   /// For rows that measure no time, in place of `run`: returns the figure in the row's unit.
   std::function<double()> figure = {};

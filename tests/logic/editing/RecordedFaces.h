@@ -143,7 +143,7 @@ class RecordedPlatform : public Platform {
 
   /// The next use of the key store fails.
   bool storeFailsOnce = false;
-  /// The key store where it is not the platform's own.
+  /// The key store to use instead of the platform's own, or null.
   kestrel::RegistryStore* store = nullptr;
 
  private:

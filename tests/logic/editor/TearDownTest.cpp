@@ -122,7 +122,7 @@ TEST_P(EditorTearDown, LeavesAnotherEditorWithFreshOptions) {
   ASSERT_NE(fresh, nullptr);
   EXPECT_NE(fresh, shared_);
   shared_->JPEGQuality(40);
-  EXPECT_EQ(fresh->JPEGQuality(), 40) << "which keep nothing themselves";
+  EXPECT_EQ(fresh->JPEGQuality(), 40) << "options store no values themselves";
   second.ApplyOptions();
   EXPECT_TRUE(second.OpenImage(makePicture("open.png", 2)));
   EXPECT_THAT(user().boxes(), IsEmpty());

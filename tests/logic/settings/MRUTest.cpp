@@ -338,7 +338,7 @@ TEST_F(RecentFiles, ReportAStoreThatCannotBeRead) {
   EXPECT_EQ(reports(), 1u);
 }
 
-TEST_F(RecentFiles, LoseNothingStoredWhenTheyCouldNotBeLoaded) {
+TEST_F(RecentFiles, KeepTheStoreIfTheyCouldNotBeLoaded) {
   storeNames({path("a"), path("b")});
   store_.readsFail = true;
   mru_.LoadFromRegistry();
@@ -347,7 +347,7 @@ TEST_F(RecentFiles, LoseNothingStoredWhenTheyCouldNotBeLoaded) {
   mru_.RemoveFile(path("x"));
   EXPECT_EQ(listed(), Names{path("c")});
   store_.readsFail = false;
-  EXPECT_EQ(stored(), (Names{path("a"), path("b")})) << "the store is left as it is";
+  EXPECT_EQ(stored(), (Names{path("a"), path("b")})) << "the store is unchanged";
   mru_.AddFile(path("d"));
   EXPECT_EQ(listed(), (Names{path("d"), path("c"), path("a"), path("b")}));
   EXPECT_EQ(stored(), listed());
@@ -364,7 +364,7 @@ TEST_F(RecentFiles, AreRemovedFromAListThatCouldNotBeLoaded) {
   EXPECT_EQ(listed(), Names{path("b")});
 }
 
-TEST_F(RecentFiles, LoseNothingStoredWhenOnlyTheFirstOnesCouldBeLoaded) {
+TEST_F(RecentFiles, KeepTheStoreIfOnlyTheFirstOnesCouldBeLoaded) {
   storeNames({path("a"), path("b"), path("c")});
   store_.readsLeft = 2;
   mru_.LoadFromRegistry();
@@ -374,7 +374,7 @@ TEST_F(RecentFiles, LoseNothingStoredWhenOnlyTheFirstOnesCouldBeLoaded) {
   EXPECT_EQ(stored(), (Names{path("d"), path("a"), path("b"), path("c")}));
 }
 
-TEST_F(RecentFiles, MayBeAddedByAReferenceIntoTheListItself) {
+TEST_F(RecentFiles, MayBeAddedByAReferenceIntoTheList) {
   for (const char* name : {"a", "b", "c"}) mru_.AddFile(path(name));
   mru_.AddFile(mru_.Files.Item(3));
   EXPECT_EQ(listed(), (Names{path("a"), path("c"), path("b")}));
@@ -382,7 +382,7 @@ TEST_F(RecentFiles, MayBeAddedByAReferenceIntoTheListItself) {
   EXPECT_EQ(listed(), (Names{path("c"), path("b")}));
 }
 
-TEST_F(RecentFiles, MakeTheirKeyEvenIfNoneIsLeftToStore) {
+TEST_F(RecentFiles, CreateTheirKeyEvenIfTheListIsEmpty) {
   mru_.RemoveFile(path("a"));
   EXPECT_TRUE(store_.hasKey(HKEY_CURRENT_USER, kKey));
   EXPECT_EQ(stored(), Names{});

@@ -170,7 +170,7 @@ TEST_F(OptionsTest, ReadAnyNumberButZeroAsTrue) {
   EXPECT_FALSE(options_.ThumbnailAutoCheck());
 }
 
-TEST_F(OptionsTest, GiveTheQualityForASaveOnlyIfItIsANumberThatCanBeRead) {
+TEST_F(OptionsTest, ReturnTheStoredQualityOnlyIfItIsAReadableNumber) {
   EXPECT_EQ(StoredJPEGQuality(), 75) << "none is stored";
   options_.JPEGQuality(31);
   EXPECT_EQ(StoredJPEGQuality(), 31);

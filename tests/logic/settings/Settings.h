@@ -41,7 +41,7 @@ class FailingStore : public store::MemoryStore {
 
   bool readsFail = false, writesFail = false, createFails = false;
   int reads = 0;
-  int readsLeft = -1;  ///< how many reads succeed yet; -1 for all
+  int readsLeft = -1;  ///< number of reads that still succeed; -1 for all
   std::string calls;
 };
 

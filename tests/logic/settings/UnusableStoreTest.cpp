@@ -91,7 +91,7 @@ TEST_F(UnusableStore, HasNoStoredQuality) {
   EXPECT_EQ(StoredJPEGQuality(), 40);
 }
 
-TEST_F(UnusableStore, IsNotWrittenByAListOfRecentFilesThatCouldNotBeLoaded) {
+TEST_F(UnusableStore, IsNotWrittenByRecentFilesThatCouldNotBeLoaded) {
   std::filesystem::remove(folder_ / "a.store");
   const std::string key = "Root\\RecentFiles";
   for (int i = 1; i <= 3; ++i) {

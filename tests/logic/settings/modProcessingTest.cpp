@@ -26,7 +26,7 @@ TEST_F(ProcessServices, AreSetUpByMain) {
   EXPECT_TRUE(modTollgarthSupport::State().qdkHasInitialised);
 }
 
-/// Notes in which order the services get their keys.
+/// Records the order in which the services get their keys.
 struct NotedStore : FailingStore {
   using FailingStore::RootHive, FailingStore::RootKey;
   void RootKey(const std::string& value) override {
