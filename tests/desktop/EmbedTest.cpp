@@ -8,7 +8,7 @@
 namespace kestrel::desktop {
 namespace {
 
-TEST(EmbeddedEditor, TellsItsHostWhichPropertyHasChanged) {
+TEST(EmbeddedEditor, NotifiesItsHostOfAChangedProperty) {
   qt::Component component;
   qt::ImageEditor editor(component);
   QStringList changed;
