@@ -66,9 +66,7 @@ bool tell(const std::string& file, PngFolder* pngs) {
   return done;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int run(int argc, char** argv) {
   CLI::App app("Tells what picture files hold: format, size, depth, alpha, colour profile and orientation.");
   std::vector<std::string> files;
   std::string folder;
@@ -81,4 +79,15 @@ int main(int argc, char** argv) {
   bool allDone = true;
   for (const std::string& file : files) allDone = tell(file, folder.empty() ? nullptr : &pngs) && allDone;
   return allDone ? 0 : 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return run(argc, argv);
+  } catch (...) {
+    std::fprintf(stderr, "kestrel-info: %s\n", DescribeCurrentError().Description.c_str());
+    return 1;
+  }
 }
