@@ -16,7 +16,7 @@ inline std::int32_t CheckedAdd(std::int32_t left, std::int32_t right) {
   return static_cast<std::int32_t>(sum);
 }
 
-/// The value with its sign turned round; raises RuntimeError 6 where there is no such number.
+/// The negated value; raises RuntimeError 6 for the smallest integer, whose negative does not exist.
 inline std::int32_t CheckedNegate(std::int32_t value) {
   if (value == std::numeric_limits<std::int32_t>::min()) throw RuntimeError(err::kOverflow, "Overflow");
   return -value;

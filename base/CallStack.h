@@ -7,10 +7,10 @@
 
 namespace kestrel {
 
-/// The return addresses that stood on the stack at one moment, innermost first.
+/// The return addresses on the stack at one moment, innermost first.
 ///
-/// Recording costs a walk of the stack and nothing else: no names, no lines, no allocation. Whoever
-/// reports an error resolves the addresses later, if ever.
+/// Recording walks the stack and does nothing else: no names, no lines, no allocation. The addresses are
+/// resolved later, when the error is reported, if ever.
 class CallStack {
  public:
   static constexpr std::size_t kMaxDepth = 48;

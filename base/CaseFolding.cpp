@@ -87,7 +87,7 @@ char32_t folded(char32_t character) {
 
 struct Decoded {
   char32_t character = 0;
-  std::size_t length = 0;  ///< bytes; 0 where they are no UTF-8
+  std::size_t length = 0;  ///< in bytes; 0: invalid UTF-8
 };
 
 Decoded decode(std::string_view text) {

@@ -34,8 +34,8 @@ class Collection : public Object {
 
   std::int32_t Count() const { return static_cast<std::int32_t>(entries_.size()); }
 
-  /// Adds at the end, or before the element `before` (1 to Count). An empty key means no key.
-  /// Raises 457 for a key that is there already, 9 for a `before` that is no element.
+  /// Adds at the end, or before the element `before` (1 to Count). An empty key means no key. Raises 457 for
+  /// a key that is in use, 9 for a `before` outside 1 to Count.
   void Add(T element, std::string_view key = {}, std::int32_t before = 0) {
     if (!key.empty() && Find(key) != entries_.end()) {
       throw RuntimeError(err::kDuplicateKey, "The key \"" + std::string(key) + "\" is in use already.");

@@ -6,8 +6,8 @@
 namespace kestrel {
 
 namespace err {
-/// A reporting object has taken the error, which now climbs through the callers. It has no description, and
-/// nothing more of it is shown to the user.
+/// A reporting object has taken the error, which now propagates through the callers. It has no description
+/// and is not shown to the user again.
 inline constexpr std::int32_t kReported = 65535;
 }  // namespace err
 
@@ -15,18 +15,18 @@ inline constexpr std::int32_t kReported = 65535;
 struct DescribedError {
   std::int32_t Number = 0;
   std::string Description;  ///< a sentence a user can read; empty only for `err::kReported`
-  std::string Source;       ///< for developers: what an error of the standard library says of itself
+  std::string Source;       ///< for developers: the text of a standard library error
 };
 
-/// Describes the error that is being handled; to be called inside a catch block.
+/// Describes the error that is being handled. Call inside a catch block.
 ///
 /// A RuntimeError has its own number and text. An error of the standard library gets the number of the same
-/// meaning and a sentence of ours, since its own text is written for programmers. An error class of a host's
-/// keeps its text and gets number 51.
+/// meaning and our own sentence, since the library's text is written for programmers. An error class of the
+/// host keeps its text and gets number 51.
 DescribedError DescribeCurrentError();
 
-/// The same for a handler that tells the user in a box of its own. Rethrows an error that a reporting object
-/// has taken already, since nothing more of it is shown.
+/// The same for a handler that shows the error in a message box of its own. Rethrows an error that a
+/// reporting object has taken, which is not shown again.
 DescribedError DescribeErrorToShow();
 
 }  // namespace kestrel

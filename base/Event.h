@@ -8,8 +8,7 @@
 
 namespace kestrel {
 
-/// Keeps one handler connected to an event; the handler is disconnected when this dies.
-/// It may outlive the event.
+/// Keeps one handler connected to an event and disconnects it in its destructor. It may outlive the event.
 class [[nodiscard]] Connection {
  public:
   Connection() = default;
@@ -35,9 +34,9 @@ class [[nodiscard]] Connection {
 /// A notification to any number of handlers, called in the order in which they connected.
 ///
 /// In-out arguments are references (`Event<std::string&, bool&>`). A handler may connect and disconnect
-/// handlers, and destroy the event itself, while it is being raised: handlers that are disconnected are no
-/// longer called, those that come in are called from the next time on. Destroying the event disconnects all.
-/// An error that a handler lets out ends the round and reaches whoever raised the event.
+/// handlers, and destroy the event itself, while the event is being raised: disconnected handlers are no
+/// longer called, new ones are called from the next raise on. Destroying the event disconnects all. An error
+/// thrown by a handler ends the raise and propagates to the raiser.
 template <typename... Args>
 class Event {
  public:
@@ -57,7 +56,7 @@ class Event {
     });
   }
 
-  /// Ends a round that is under way too: no further handler is called.
+  /// Also ends a raise in progress: no further handler is called.
   void DisconnectAll() {
     for (const auto& slot : *slots_) slot->connected = false;
     slots_->clear();
@@ -70,7 +69,7 @@ class Event {
     }
   }
 
-  /// Whether anybody listens; for those who must compute something costly to raise the event.
+  /// Whether a handler is connected; lets the raiser skip costly arguments.
   bool HasHandlers() const { return !slots_->empty(); }
 
  private:

@@ -26,12 +26,12 @@ std::size_t BlanksAt(std::string_view text) {
 
 struct Leading {
   double value = 0;
-  std::size_t length = 0;  // characters taken, 0 where the text begins with no number
+  std::size_t length = 0;  // characters consumed; 0: the text does not begin with a number
 };
 
 Leading LeadingNumber(std::string_view text) {
   std::size_t start = BlanksAt(text);
-  // std::from_chars knows no plus sign, but names of numbers ("inf", "nan") that are none here.
+  // std::from_chars accepts no plus sign, but accepts "inf" and "nan", which are not numbers here.
   if (start < text.size() && text[start] == '+') ++start;
   std::size_t first = start;
   if (first < text.size() && text[first] == '-' && (first == 0 || text[first - 1] != '+')) ++first;
@@ -42,7 +42,7 @@ Leading LeadingNumber(std::string_view text) {
   const char* begin = text.data() + start;
   const auto [end, error] = std::from_chars(begin, text.data() + text.size(), result.value);
   if (error == std::errc::result_out_of_range) {
-    // Too small to tell from zero is zero; its exponent is negative.
+    // Underflow is zero; the exponent is negative.
     const std::string_view digits(begin, static_cast<std::size_t>(end - begin));
     const std::size_t exponent = digits.find_first_of("eE");
     const bool tiny = exponent == digits.npos ? digits.find_first_of("123456789") > digits.find('.')
@@ -72,7 +72,7 @@ double RoundToEven(double value) {
   return std::fmod(below, 2) == 0 ? below : below + 1;
 }
 
-/// A number as decimal digits d1 d2 d3 ..., standing for 0.d1d2d3... times 10 to the power `point`.
+/// A number as decimal digits d1 d2 d3 ..., meaning 0.d1d2d3... times 10 to the power `point`.
 struct Decimal {
   bool negative = false;
   std::string digits;  // no zeros at either end; empty for zero
@@ -154,7 +154,7 @@ std::string ToText(float value) { return PlainText(static_cast<double>(value), k
 
 std::string FormatOneDecimal(double value) {
   if (!std::isfinite(value)) return PlainText(value, kDoubleDigits);
-  // Rounded as a person would round the decimal text: 0.15 is .2 although its double is a little less.
+  // Rounds the decimal text, not the binary value: 0.15 is .2 although its double is a little less.
   const Decimal decimal = Decompose(value, kDoubleDigits);
   std::string digits = decimal.digits;
   int point = decimal.point;

@@ -4,20 +4,20 @@
 #include <string>
 #include <string_view>
 
-/// Numbers and their texts, the same on every machine: no locale has a say, the decimal mark is a point.
+/// Conversions between numbers and texts. Independent of the locale: the decimal mark is a point.
 namespace kestrel {
 
-/// The number that `text` begins with: blanks, a sign, digits with or without a point, and an exponent.
-/// 0 where it begins with none ("", "abc", "-"). What follows the number is ignored ("12px" is 12).
+/// The number that `text` begins with: blanks, a sign, digits with or without a point, and an exponent. 0 if
+/// the text does not begin with a number ("", "abc", "-"). Text after the number is ignored ("12px" is 12).
 /// Raises 6 for a number beyond the range of double.
 double Val(std::string_view text);
 
-/// `value` as a number, where the whole text is one (blanks around it are allowed). Raises 13 for any
+/// The number in `text`, which must be a number as a whole (blanks around it are allowed). Raises 13 for any
 /// other text, 6 for a number beyond the range of double.
 double ParseNumber(std::string_view text);
 
-/// The nearest integer, ties to the even one: 0.5 is 0, 1.5 and 2.5 are 2. Raises 6 outside the range of
-/// the type, and for what is not a number.
+/// The nearest integer, ties to even: 0.5 is 0, 1.5 and 2.5 are 2. Raises 6 outside the range of the type and
+/// for NaN.
 std::uint8_t ToByte(double value);
 std::int16_t ToInt16(double value);
 std::int32_t ToInt32(double value);
@@ -25,15 +25,15 @@ std::int32_t ToInt32(double value);
 /// The nearest single-precision number. Raises 6 beyond its range.
 float ToSingle(double value);
 
-/// The integer part, towards zero: -2.7 is -2. Raises 6 outside the range.
+/// The integer part, toward zero: -2.7 is -2. Raises 6 outside the range.
 std::int32_t IntPart(double value);
 
-/// The greatest integer that is not above `value`: -2.1 is -3. Raises 6 outside the range.
+/// The greatest integer not above `value`: -2.1 is -3. Raises 6 outside the range.
 std::int32_t Floor(double value);
 
-/// The shortest plain decimal text that keeps 15 significant digits of a double, 7 of a float: "2", "0.9",
-/// "-12.5". A number that needs more digits than that before or behind the point is written with an
-/// exponent: "1E+15", "1.5E-20".
+/// The shortest decimal text that keeps 15 significant digits of a double, 7 of a float: "2", "0.9", "-12.5".
+/// A number with more digits than that before or behind the point is written with an exponent: "1E+15",
+/// "1.5E-20".
 std::string ToText(std::int32_t value);
 std::string ToText(double value);
 std::string ToText(float value);
@@ -42,11 +42,11 @@ std::string ToText(float value);
 /// The decimal is rounded half away from zero.
 std::string FormatOneDecimal(double value);
 
-/// The text with its letters a to z, or A to Z, changed; every other character of the UTF-8 text stays.
+/// The text in lower or upper case. Changes ASCII letters only; other UTF-8 characters stay.
 std::string LowerCase(std::string_view text);
 std::string UpperCase(std::string_view text);
 
-/// Whether two texts are the same but for the case of the letters A to Z.
+/// Whether two texts are equal except for the case of ASCII letters.
 bool EqualIgnoringCase(std::string_view left, std::string_view right);
 
 }  // namespace kestrel

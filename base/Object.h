@@ -7,8 +7,8 @@ namespace kestrel {
 
 class Variant;
 
-/// What a Variant can hold by reference, and what a report can show of it: the name of its type and, for
-/// collections, its elements.
+/// Base of the types that a Variant can hold by reference. A report shows the name of the type and, for
+/// collections, the elements.
 class Object {
  public:
   virtual ~Object() = default;
@@ -16,8 +16,8 @@ class Object {
   /// The plain name of the object's type, without a namespace ("Collection").
   virtual std::string TypeName() const = 0;
 
-  /// Calls `visit` with each element in order and returns true. Returns false, without a call, where the
-  /// object has no elements to enumerate by nature.
+  /// Calls `visit` with each element in order and returns true. Returns false without a call if the object is
+  /// not a collection.
   virtual bool Enumerate(const std::function<void(const Variant&)>& /*visit*/) const { return false; }
 
  protected:

@@ -4,12 +4,12 @@
 
 namespace kestrel {
 
-/// Counts the calls to the outside that have not returned: a host's handler, a user at a dialog. During such
-/// a call the host may destroy the object that made it; as the frames below still use the object, its memory
-/// is kept until `AllReturned`.
+/// Counts the calls to the outside that have not returned: to a host's handler, to a user at a dialog. During
+/// such a call the host may destroy the object that made it. The stack frames below still use the object, so
+/// its memory is kept until `AllReturned`.
 class OpenCalls {
  public:
-  /// One call, for the time it takes.
+  /// RAII: one call, counted from construction to destruction.
   class [[nodiscard]] Call {
    public:
     explicit Call(OpenCalls& calls) : calls_(calls) { ++calls_.count_; }
@@ -25,8 +25,8 @@ class OpenCalls {
 
   bool Any() const { return count_ > 0; }
 
-  /// The outermost call has returned; the frames that made it are still on the stack. Handlers raise no
-  /// error.
+  /// The outermost call has returned; the frames that made it are still on the stack. Handlers must not
+  /// throw.
   Event<> AllReturned;
 
  private:

@@ -4,7 +4,7 @@
 
 namespace kestrel {
 
-/// What the pointer points to; raises RuntimeError 91 where it points to nothing.
+/// The object pointed to; raises RuntimeError 91 for a null pointer.
 template <typename Pointer>
 auto& Required(const Pointer& pointer) {
   if (!pointer) throw RuntimeError(err::kObjectNotSet, "Object variable not set.");

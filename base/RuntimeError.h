@@ -8,7 +8,7 @@
 
 namespace kestrel {
 
-/// The usual run-time error numbers, as far as the system raises or tests them.
+/// The run-time error numbers that the system raises or tests.
 namespace err {
 inline constexpr std::int32_t kInvalidCall = 5;
 inline constexpr std::int32_t kOverflow = 6;
@@ -32,8 +32,8 @@ inline constexpr std::int32_t kDuplicateKey = 457;
 inline constexpr std::int32_t kInvalidPicture = 481;
 }  // namespace err
 
-/// A failure of the system: a number, a sentence a user can read, and where it came from.
-/// The call stack is recorded when the error is made, so that a report can name the failed statement.
+/// An error: a number, a sentence that a user can read, and a source. The call stack is recorded in the
+/// constructor, so that a report can name the failed statement.
 class RuntimeError : public std::exception {
  public:
   explicit RuntimeError(std::int32_t number, std::string description = {}, std::string source = {});

@@ -10,7 +10,7 @@ namespace {
 #endif
 thread_local ThrowRecord* theRecord = nullptr;
 
-/// An exception_ptr is one pointer, to the exception object; libstdc++ and libc++ agree in that.
+/// In libstdc++ and libc++ an exception_ptr is one pointer, to the exception object.
 const void* ObjectOf(const std::exception_ptr& error) {
   static_assert(sizeof(error) == sizeof(const void*));
   return *reinterpret_cast<void* const*>(&error);
@@ -37,7 +37,7 @@ const CallStack* ThrowRecord::OfCurrentError() noexcept {
   const ThrowRecord* const record = theRecord;
   const void* const object = ObjectOf(std::current_exception());
   if (record == nullptr || object == nullptr) return nullptr;
-  // The memory of an exception object is used again, so the latest entry is the right one.
+  // Memory of exception objects is reused, so the latest entry is the right one.
   for (std::size_t back = 1; back <= kKept; ++back) {
     const Throw& entry = record->throws_[(record->next_ + kKept - back) % kKept];
     if (entry.object == object) return &entry.stack;

@@ -15,8 +15,8 @@ namespace kestrel {
 /// per throw, without an allocation.
 class ThrowRecord {
  public:
-  /// Keeps the record of the calling thread until it is destroyed, on that same thread. The latest one made
-  /// counts.
+  /// Keeps the record of the calling thread. Destroy it on the same thread. The latest record made is the
+  /// active one.
   ThrowRecord();
   ~ThrowRecord();
   ThrowRecord(const ThrowRecord&) = delete;
@@ -31,8 +31,8 @@ class ThrowRecord {
   static const CallStack* OfCurrentError() noexcept;
 
  private:
-  /// Errors that are thrown and caught between an error's throw and its report, as a destructor or a skipped
-  /// statement may do, must not push that error out.
+  /// The number of throws kept. Errors thrown and caught between an error's throw and its report, as in a
+  /// destructor or a skipped statement, must not evict that error.
   static constexpr std::size_t kKept = 8;
 
   struct Throw {
@@ -43,7 +43,7 @@ class ThrowRecord {
   std::size_t next_ = 0;
 };
 
-/// Rethrows an error that was caught on another thread. Its stack, for a report, is that of this call.
+/// Rethrows an error that was caught on another thread. A report shows the stack of this call.
 [[noreturn]] void RethrowHere(const std::exception_ptr& error);
 
 }  // namespace kestrel

@@ -13,9 +13,9 @@ namespace kestrel {
 
 class VariantArray;
 
-/// A value of any of the types that travel through property bags, the key store and error reports.
+/// A value of any of the types used in property bags, the key store and error reports.
 ///
-/// Objects are shared (`shared_ptr`) or lent (`Borrow`); all else is held by value.
+/// Objects are shared (`shared_ptr`) or borrowed (`Borrow`); all else is held by value.
 class Variant {
  public:
   /// The type codes. An array's code is kArray plus that of its elements.
@@ -41,7 +41,7 @@ class Variant {
   struct Error {
     std::int32_t number = 0;
   };
-  /// An object of data alone, with no type to name.
+  /// A data object without a type name.
   struct DataObject {
     std::shared_ptr<const void> object;
   };
@@ -65,27 +65,26 @@ class Variant {
   Variant(Record value) : value_(std::move(value)) {}
   Variant(ObjectReference value) : value_(std::move(value)) {}
   Variant(VariantArray value);
-  /// No other pointer is taken for a boolean.
+  /// Keeps other pointers from converting to a boolean.
   template <typename T>
   Variant(const T*) = delete;
 
-  /// A reference that does not keep the object alive; the caller sees to it that the object outlives it.
+  /// A reference that does not keep the object alive. The object must outlive it.
   static Variant Borrow(const Object* object) { return ObjectReference(ObjectReference(), object); }
 
   /// The code of the type: a Type, or that of an array.
   std::int32_t TypeCode() const;
   bool IsArray() const { return TypeCode() > static_cast<std::int32_t>(Type::kArray); }
 
-  /// The value converted, as an assignment to a variable of that type does it. Texts must be numbers as a
-  /// whole (13 otherwise); numbers are rounded to nearest, ties to even (6 outside the range); any number
-  /// but 0 is true, and so is "True"; the text of a boolean is "True" or "False", True counts -1. Empty is
-  /// 0, "" or false. All else raises 13, Null 94.
+  /// The value converted to the type. Texts must be numbers as a whole (13 otherwise). Numbers are rounded to
+  /// nearest, ties to even (6 outside the range). Any number but 0 is true, and so is "True". The text of a
+  /// boolean is "True" or "False", its number -1 or 0. Empty is 0, "" or false. Null raises 94, all else 13.
   std::string ToString() const;
   double ToDouble() const;
   std::int32_t ToInt32() const;
   bool ToBoolean() const;
 
-  /// The parts of a value of that very type; raise 13 for others.
+  /// The value of exactly that type; raise 13 for any other.
   const ObjectReference& AsObject() const;
   const DataObject& AsDataObject() const;
   const Record& AsRecord() const;
@@ -98,7 +97,8 @@ class Variant {
   Value value_;
 };
 
-/// An array of one or more dimensions, each with its own lower and upper bound, or one that has none yet.
+/// An array of one or more dimensions, each with its own lower and upper bound, or one that is not
+/// dimensioned yet.
 class VariantArray {
  public:
   struct Bounds {
@@ -109,7 +109,7 @@ class VariantArray {
   /// An array that has not been dimensioned.
   explicit VariantArray(Variant::Type element) : element_(element) {}
 
-  /// Elements in the order in which the last index runs fastest. Raises 5 where their number does not fit the
+  /// Elements in row-major order (the last index varies fastest). Raises 5 if their number does not fit the
   /// bounds.
   VariantArray(Variant::Type element, std::vector<Bounds> bounds, std::vector<Variant> elements);
 

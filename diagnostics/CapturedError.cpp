@@ -16,9 +16,9 @@ namespace {
 
 /// The frame of `raised` that belongs to the procedure whose callers are `callers`.
 ///
-/// The procedure's callers are on both stacks, at the same return addresses; what stands on the raising
-/// stack right before them is the procedure's own call. Either stack may have been cut off at its outer end,
-/// so the innermost place counts at which all that is known of both agrees.
+/// The procedure's callers are on both stacks at the same return addresses; the frame before them on the
+/// raising stack is the procedure's own call. Either stack may be truncated at its outer end, so the
+/// innermost position at which the known parts agree counts.
 std::optional<std::uintptr_t> ProcedureFrame(std::span<const std::uintptr_t> raised,
                                              std::span<const std::uintptr_t> callers, bool cutOff) {
   for (std::size_t i = 1; i <= raised.size(); ++i) {
@@ -33,8 +33,8 @@ std::optional<std::uintptr_t> ProcedureFrame(std::span<const std::uintptr_t> rai
   return std::nullopt;
 }
 
-/// The line of the procedure's statement under which the stack was recorded; none where the procedure is not
-/// on the stack or its place is not known.
+/// The line of the procedure's statement below which the stack was recorded; none if the procedure is not on
+/// the stack or its source place is unknown.
 std::optional<std::int32_t> StatementLine(const Site& site, const CallStack& raised,
                                           const CallStack& caught) {
   const auto stack = raised.Addresses();
@@ -45,7 +45,7 @@ std::optional<std::int32_t> StatementLine(const Site& site, const CallStack& rai
   const auto frame = ProcedureFrame(stack, here.subspan(kOwnFrames), cutOff);
   if (!frame) return std::nullopt;
 
-  // Functions that were inlined into the procedure, and one that the procedure was inlined into, share the
+  // Functions inlined into the procedure, and the function that the procedure was inlined into, share the
   // frame. Of their lines the procedure's is the last one above its trailer.
   std::int32_t line = 0;
   for (const SourcePlace& place : modTollgarthSupport::AttachedPlatform()->StackResolver().Resolve(*frame)) {
@@ -55,7 +55,7 @@ std::optional<std::int32_t> StatementLine(const Site& site, const CallStack& rai
   return line > 0 ? std::optional(line) : std::nullopt;
 }
 
-/// The stack that the error carries itself, which only a RuntimeError does.
+/// The stack recorded in the error; only a RuntimeError has one.
 CallStack OwnStack() {
   try {
     throw;
@@ -66,10 +66,10 @@ CallStack OwnStack() {
   }
 }
 
-/// The line of the statement that raised the error that is being handled, however deep below it; the
-/// trailer's own line where that is not known.
+/// The line of the procedure's statement that raised the handled error, however deep below it; the trailer's
+/// own line if that is unknown.
 std::int32_t FailedLine(const Site& site, const CallStack& caught) {
-  // The throw is nearer to the statement than the making of the error, which may have been elsewhere.
+  // Prefer the stack of the throw: the error object may have been constructed elsewhere.
   if (const CallStack* const thrown = ThrowRecord::OfCurrentError()) {
     if (const auto line = StatementLine(site, *thrown, caught)) return *line;
   }

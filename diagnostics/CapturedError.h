@@ -6,8 +6,8 @@
 
 namespace kestrel::qdk {
 
-/// The error that is being handled, as a trailer reports it. `caught` is the stack at the trailer: its first
-/// frame is the trailer's own, the second that of the procedure.
+/// The error that is being handled, as a trailer reports it. `caught` is the stack at the trailer: frame 0 is
+/// the trailer's, frame 1 the procedure's.
 modTollgarthSupport::CapturedError CurrentError(const Site& site, const CallStack& caught);
 
 }  // namespace kestrel::qdk

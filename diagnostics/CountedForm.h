@@ -9,12 +9,12 @@
 
 namespace kestrel {
 
-/// The form of one of the component's windows, which counts as an instance from its load to its unload. The
-/// component makes its forms in no other way, so each window counts by being made.
+/// The form of one of the component's windows, counted as an instance from its load to its unload. All of the
+/// component's forms are made through this class, so every window is counted.
 class CountedForm {
  public:
-  /// Makes the form of that name on the apartment's platform. Raises RuntimeError 5 for a name that is not
-  /// among the counted windows, and 429 for one without a form.
+  /// Makes the form of that name on the apartment's platform. Raises RuntimeError 5 for a name that is not a
+  /// counted window, and 429 for one without a form.
   explicit CountedForm(const std::string& name);
   ~CountedForm();
   CountedForm(const CountedForm&) = delete;

@@ -15,11 +15,11 @@ std::string_view Trimmed(std::string_view text) {
 
 }  // namespace
 
-std::string DumpOrApology(std::string_view name, const std::optional<Variant>& value,
-                          std::string_view apology) {
+std::string DumpOrFallback(std::string_view name, const std::optional<Variant>& value,
+                           std::string_view fallback) {
   const std::string tag(name);
   if (value) return modTollgarthSupport::qdkFormatVariable(tag, *value, kDumpDepth, 0);
-  return "<" + tag + ">" + std::string(apology) + "</" + tag + ">";
+  return "<" + tag + ">" + std::string(fallback) + "</" + tag + ">";
 }
 
 std::string_view TakeName(std::string_view& names) {

@@ -16,7 +16,7 @@
 #include "base/Object.h"
 #include "base/Variant.h"
 
-/// From the variables of a procedure or class to the text of a report.
+/// Renders the variables of a procedure or class as the text of a report.
 namespace kestrel::qdk {
 
 /// The plain name of a type, without namespaces.
@@ -29,7 +29,7 @@ std::string TypeNameOf() {
   return std::string(text.substr(text.find_last_of(": ") + 1));
 }
 
-/// Stands for an object of which nothing but the type is known.
+/// Placeholder for an object of which only the type is known.
 class NamedObject : public Object {
  public:
   explicit NamedObject(std::string typeName) : typeName_(std::move(typeName)) {}
@@ -64,7 +64,7 @@ std::optional<Variant> ObjectAsVariant(const T* object) {
   } else if constexpr (DumpableObject<T>) {
     return object == nullptr ? Variant(Variant::ObjectReference()) : NamedAfterType<T>();
   } else {
-    // A pointer to a type without a face of its own, which is known to be there or not.
+    // A pointer to a plain type: null is Nothing, all else the pointee's value.
     if (object == nullptr) return Variant(Variant::ObjectReference());
     return AsVariant(*object);
   }
@@ -89,8 +89,8 @@ std::optional<Variant> RangeAsVariant(const T& range) {
   return Variant(VariantArray(type, {{0, upper}}, std::move(elements)));
 }
 
-/// The variable as a value of a report. Classes are objects, and shown by their type; none for records, which
-/// are the aggregates, as they can't be shown.
+/// The variable as a value of a report. Classes are objects, shown by their type. None for aggregates
+/// (records), which cannot be shown.
 template <typename T>
 std::optional<Variant> AsVariant(const T& value) {
   if constexpr (std::is_same_v<T, Variant>) {
@@ -137,32 +137,32 @@ std::optional<Variant> AsVariant(const T& value) {
   }
 }
 
-/// `<Name>` and the value of one variable as tagged text, or the fixed text where it can't be shown.
-std::string DumpOrApology(std::string_view name, const std::optional<Variant>& value,
-                          std::string_view apology);
+/// The value of one variable between tags of its name, or the fixed text `fallback` if it cannot be shown.
+std::string DumpOrFallback(std::string_view name, const std::optional<Variant>& value,
+                           std::string_view fallback);
 
-/// Takes the first of the names off a list as the preprocessor writes it ("a, b, c").
+/// Removes the first name from a list as the preprocessor writes it ("a, b, c") and returns it.
 std::string_view TakeName(std::string_view& names);
 
 inline constexpr std::string_view kNothingToDump = "{None}";
 
 template <typename T>
 std::string DumpParameter(std::string_view name, const T& value) {
-  // Enumerations of our own are told apart from numbers here, but not among locals and fields.
-  constexpr std::string_view kApology = "{Can't dump UDT parameters}";
+  // Parameters of our own enumeration types are not shown as numbers; locals and fields are.
+  constexpr std::string_view kNotShown = "{Can't dump UDT parameters}";
   if constexpr (std::is_enum_v<T>) {
-    return DumpOrApology(name, std::nullopt, kApology);
+    return DumpOrFallback(name, std::nullopt, kNotShown);
   } else {
-    return DumpOrApology(name, AsVariant(value), kApology);
+    return DumpOrFallback(name, AsVariant(value), kNotShown);
   }
 }
 
 template <typename T>
 std::string DumpVariable(std::string_view name, const T& value) {
-  return DumpOrApology(name, AsVariant(value), "{Cannot dump external UDTs}");
+  return DumpOrFallback(name, AsVariant(value), "{Cannot dump external UDTs}");
 }
 
-/// A field that can't be read is left out, and the report goes on with the next one.
+/// A field that cannot be read is omitted, and the report continues with the next one.
 template <typename T>
 std::string DumpField(std::string_view name, const T& value) {
   try {

@@ -13,7 +13,8 @@ struct FurtherFile {
   std::int32_t place;
 };
 
-/// The files of modules that have more than one, but for the first. A place that was given once stays.
+/// The further files of modules with several files, with their fixed numbers. Never renumber: reports in the
+/// field use them.
 // clang-format off
 constexpr std::array kFurtherFiles{
     FurtherFile{"ImageProcessingCtl.Files.cpp", 1},
@@ -26,7 +27,7 @@ constexpr std::array kFurtherFiles{
     FurtherFile{"ImageProcessingCtl.Thumbnails.cpp", 8},
     FurtherFile{"ImageProcessingCtl.Properties.cpp", 9},
     FurtherFile{"ImageProcessingCtl.Enabling.cpp", 10},
-    FurtherFile{"DialogBase.cpp", 1},  // of the module of each dialog
+    FurtherFile{"DialogBase.cpp", 1},  // part of the module of every dialog
     FurtherFile{"PreviewDialog.cpp", 2},
     FurtherFile{"modTollgarthSupport.Counting.cpp", 1},
     FurtherFile{"modTollgarthSupport.Format.cpp", 2},

@@ -12,8 +12,8 @@ std::string_view FileName(std::string_view path);
 /// The module that a source file belongs to: its name up to the first point.
 std::string ModuleName(std::string_view path);
 
-/// The number that stands for a source line in its module: five times the line, and, where a module has
-/// several files, 50,000 more for each further one.
+/// The number that a report gives a source line: five times the line, plus 50,000 for each further file of a
+/// module.
 std::int32_t LineNumber(std::string_view path, std::int32_t line);
 
 }  // namespace kestrel::qdk

@@ -19,8 +19,7 @@ void Trailer::Locals(std::string text) {
 }
 
 void Trailer::Report() const {
-  // What fails while the report is under way, such as the search for the reporting object, enters the same
-  // fields.
+  // A failure during the report, such as in the search for the reporting object, overwrites the same fields.
   const auto& state = modTollgarthSupport::State();
   const std::string description = state.qdkErrorDescription;
   const std::string module = site_.module.empty() ? ModuleName(site_.file) : site_.module;

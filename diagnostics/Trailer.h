@@ -18,14 +18,14 @@
 ///       return Result;
 ///     }
 ///
-/// It reports the error with the line of the failed statement and the variables as they stand, and lets the
-/// procedure return what `Result` holds. What is to be shown must be declared before the `try`. The module
-/// is named by the source file (all of its name before the first point), its fields by the class's
-/// `qdkDumpModuleVariables`. Without a platform to report through, the error goes on to the caller.
+/// It reports the error with the line of the failed statement and the current variables, and lets the
+/// procedure return `Result`. Variables to report must be declared before the `try`. The module
+/// name is the source file's name before the first point; the fields come from the class's
+/// `qdkDumpModuleVariables`. Without an attached platform the error propagates to the caller.
 #define QDK_TRAILER(procedure, parameters, locals) QDK_TRAILER_OF("", procedure, parameters, locals)
 
-/// The same in a base that several modules share: reports under the module of that name, which is the
-/// object's own. An empty name stands for the source file's.
+/// The same in a base class that several modules share: reports under the given module name, which is the
+/// object's own. An empty name means the source file's.
 #define QDK_TRAILER_OF(module, procedure, parameters, locals)                     \
   do {                                                                            \
     ::kestrel::qdk::Trailer qdkTrailer{{#procedure, __FILE__, __LINE__, module}}; \
@@ -35,16 +35,15 @@
     qdkTrailer.Report();                                                          \
   } while (false)
 
-/// The texts of parameters and locals for the trailer, in declaration order; empty brackets where there are
-/// none.
+/// The texts of parameters and locals for the trailer, in declaration order; "{None}" without arguments.
 #define QDK_PARAMETERS(...) ::kestrel::qdk::DumpParameters("" #__VA_ARGS__ __VA_OPT__(, ) __VA_ARGS__)
 #define QDK_LOCALS(...) ::kestrel::qdk::DumpLocals("" #__VA_ARGS__ __VA_OPT__(, ) __VA_ARGS__)
 
 /// The text of an object's fields, in declaration order: the body of each `qdkDumpModuleVariables`. A field
-/// that can't be read is left out.
+/// that cannot be read is omitted.
 #define QDK_FIELDS(...) ::kestrel::qdk::DumpFields("" #__VA_ARGS__ __VA_OPT__(, ) __VA_ARGS__)
 
-/// A statement of plumbing or tear-down: when it fails, the next one is carried on with.
+/// Runs a statement of set-up or tear-down and ignores its errors: execution continues with the next one.
 #define QDK_RESUME_NEXT(...) \
   do {                       \
     try {                    \
@@ -55,12 +54,12 @@
 
 namespace kestrel {
 
-/// What a trailer outside of any class, or in a class without fields, has to tell of its module.
+/// The module variables of a trailer outside of any class, or in a class without fields.
 inline std::string qdkDumpModuleVariables() { return "{None}"; }
 
 namespace qdk {
 
-/// Where a trailer stands.
+/// The place of a trailer in the source.
 struct Site {
   const char* procedure;
   const char* file;
@@ -68,7 +67,7 @@ struct Site {
   std::string module = {};  ///< empty: named by the file
 };
 
-/// A trailer at work: takes down the error that is being handled, collects the texts, reports.
+/// A running trailer: records the error that is being handled, collects the texts, reports.
 class Trailer {
  public:
   [[gnu::noinline]] explicit Trailer(const Site& site);

@@ -19,7 +19,7 @@ constexpr std::int32_t kMessageIsSkipped = 10;
 constexpr std::int32_t kSharedBytes = 10'000;
 const std::string kSharedName = "#TollgarthInstanceCounting#";
 
-/// What the servers are told of each object: its name, and 1 for a class, 3 for a window, 4 for a control.
+/// The registration text of each object: its name, and 1 for a class, 3 for a window, 4 for a control.
 constexpr std::array kRegistrationTexts{
     "ImageProcessing,1,", "Options,1,",         "MRU,1,",
     "ImageBrowser,1,",    "IImageEvents,1,",    "frmMaterials,3,",
@@ -32,7 +32,7 @@ constexpr std::array kRegistrationTexts{
 };
 static_assert(kRegistrationTexts.size() == static_cast<std::size_t>(Counted::kImageBrowserCtl) + 1);
 
-/// The server's answers as the tables hold them.
+/// Converts a server's answer to the type of the tables.
 void TakeId(std::int16_t& id, std::int32_t answer) { id = ToInt16(answer); }
 
 }  // namespace
@@ -64,7 +64,7 @@ bool qdkInitialise() {
       state.qdkInstanceCountsMemory = library.CreateCounters();
       Required(state.qdkInstanceCountsMemory).Open(kSharedBytes, kSharedName);
     }
-    // The last server that answers is the one.
+    // The last server that answers is used.
     for (Handle = library.NextServerWindow(0); Handle != 0; Handle = library.NextServerWindow(Handle)) {
       if (!ipc->PingServer(Handle, kPingTimeoutMs)) continue;
       state.qdkInstanceCountsServerHandle = Handle;

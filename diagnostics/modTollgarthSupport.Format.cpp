@@ -26,8 +26,8 @@ std::string Opening(const std::string& name, std::int32_t indent) {
 }
 std::string Closing(const std::string& name) { return "</" + TagName(name) + ">" + kLineEnd; }
 
-/// The elements of an object that can be enumerated, none for one that can't. An object that fails to begin
-/// counts as one that can't; a failure later on reaches the caller.
+/// Appends the elements of an object; false if it cannot be enumerated. A failure to begin counts as not
+/// enumerable; a later failure propagates to the caller.
 bool FormatElements(const Object& object, const std::string& name, std::int32_t indent, std::string& text) {
   std::int32_t count = 0;
   try {
@@ -54,7 +54,7 @@ std::string FormatScalar(const Variant& value) {
   return text;
 }
 
-/// What stands between the tags of a value that has no elements by nature; none for the others.
+/// The text between the tags of a value without elements; none for arrays and objects.
 std::optional<std::string> FormatPlain(const Variant& value) {
   switch (static_cast<Variant::Type>(value.TypeCode())) {
     case Variant::Type::kEmpty:
@@ -76,8 +76,8 @@ std::optional<std::string> FormatPlain(const Variant& value) {
   }
 }
 
-/// How many dimensions there are, up to three. One with more leaves the count at 0: the loop that looks for
-/// the first missing dimension ends without having met it.
+/// The number of dimensions, 1 to 3. Returns 0 for more than 3: the loop that looks for the first missing
+/// dimension ends without finding it.
 std::int32_t CountDimensions(const VariantArray& array) {
   for (std::int32_t i = 1; i <= kCountedDimensions; ++i) {
     try {
@@ -99,14 +99,14 @@ class ArrayFormatter {
     if (qdkDimensionMissing(array_, 1)) {
       text_ += "{UnInitialised Array}";
     } else {
-      Walk({});
+      FormatDimension({});
     }
     return text_;
   }
 
  private:
-  /// Renders what lies below the given indices, one dimension further in.
-  void Walk(std::vector<std::int32_t> indices) {
+  /// Renders the elements below the given indices, one dimension further in.
+  void FormatDimension(std::vector<std::int32_t> indices) {
     const auto dimension = static_cast<std::int32_t>(indices.size()) + 1;
     if (qdkDimensionMissing(array_, dimension)) {
       text_ += "{UnInitialised Array Dimension " + ToText(dimension) + "}";
@@ -116,14 +116,14 @@ class ArrayFormatter {
     for (std::int32_t i = array_.Lower(dimension); i <= array_.Upper(dimension); ++i) {
       indices.back() = i;
       if (dimension == dimensions_ || dimension == 3) {
-        Element(indices);
+        FormatElement(indices);
       } else {
-        Walk(indices);
+        FormatDimension(indices);
       }
     }
   }
 
-  void Element(const std::vector<std::int32_t>& indices) {
+  void FormatElement(const std::vector<std::int32_t>& indices) {
     std::string list;
     for (const std::int32_t index : indices) list += (list.empty() ? "" : ",") + ToText(index);
     text_ += qdkFormatVariable(name_ + " Index=\"" + list + "\"", array_.At(indices), depth_ - 1,
@@ -159,7 +159,7 @@ std::string qdkFormatVariable(const std::string& Name, const Variant& Value, std
   } catch (...) {
     return "{Error " + ToText(DescribeCurrentError().Number) + " formatting for output}";
   }
-  // What fails among the elements is the caller's matter.
+  // Errors of the elements propagate to the caller.
   if (!Value.IsArray()) return opening + FormatObject(Name, *Value.AsObject(), Indent) + Closing(Name);
   return opening + kLineEnd + ArrayFormatter(Name, Value.AsArray(), Depth, Indent).Format() + Blanks(Indent) +
          Closing(Name);

@@ -23,7 +23,7 @@ struct Apartment {
   Fields fields;
 };
 
-/// Module state has one copy per apartment, and an apartment is a thread.
+/// Module state has one copy per apartment, that is, per thread.
 Apartment& TheApartment() {
   thread_local Apartment apartment;
   return apartment;
@@ -53,23 +53,23 @@ void qdkCaptureError(const CapturedError& error) {
 }
 
 std::string qdkDumpGlobals() {
-  constexpr auto kApology = "{Cannot dump external UDTs}";
+  constexpr auto kNotShown = "{Cannot dump external UDTs}";
   const Fields& state = State();
   std::string text;
   const auto dump = [&text](const char* name, const auto& value) { text += qdk::DumpVariable(name, value); };
-  const auto apologise = [&text](const char* name) {
-    text += qdk::DumpOrApology(name, std::nullopt, kApology);
+  const auto dumpFallback = [&text](const char* name) {
+    text += qdk::DumpOrFallback(name, std::nullopt, kNotShown);
   };
   dump("qdkProjectId", state.qdkProjectId);
   dump("qdkProcessId", state.qdkProcessId);
   dump("qdkModuleFilename", state.qdkModuleFilename);
-  apologise("qdkDebugClient");
+  dumpFallback("qdkDebugClient");
   dump("qdkDebuggerListening", state.qdkDebuggerListening);
   dump("qdkEnableInstanceCounts", state.qdkEnableInstanceCounts);
   dump("qdkInstanceCountsServerHandle", state.qdkInstanceCountsServerHandle);
   dump("qdkInstanceCountComponentNames", state.qdkInstanceCountComponentNames);
   dump("qdkSkipInstanceCount", state.qdkSkipInstanceCount);
-  apologise("qdkInstanceCountsMemory");
+  dumpFallback("qdkInstanceCountsMemory");
   dump("qdkComponentID", state.qdkComponentID);
   dump("qdkHasInitialised", state.qdkHasInitialised);
   dump("qdkVariableDump", state.qdkVariableDump);
@@ -108,7 +108,7 @@ std::string qdkErrorHandler(std::int32_t Number, const std::string& Module, cons
   const std::string version = ToText(app.Major()) + "." + ToText(app.Minor()) + "." + ToText(app.Revision());
   reporter->ErrorHandler(Number, kProject, Module, Procedure, Description, Line, variables, version);
   Result = reporter->Action();
-  // The caller stands in its trailer: this takes the error up to the next one, which reports in its turn.
+  // The caller is in its trailer: the error propagates to the next trailer, which reports in turn.
   throw RuntimeError(err::kReported);
 }
 

@@ -13,11 +13,11 @@ namespace kestrel {
 
 class Platform;
 
-/// The support module of the diagnostics: it takes errors down, renders variables, reports, and counts
-/// instances. All of it runs on the apartment's one thread.
+/// The support module of the diagnostics: captures errors, renders variables, reports, and counts instances.
+/// It runs on the apartment's thread only.
 namespace modTollgarthSupport {
 
-/// An error as the trailers know it: what is to be reported of it, and the line of the failed statement.
+/// An error as the trailers report it, with the line of the failed statement.
 struct CapturedError {
   std::int32_t Number = 0;
   std::string Description;
@@ -25,7 +25,7 @@ struct CapturedError {
   std::string Source;
 };
 
-/// One object of the component that counts its instances.
+/// The objects of the component whose instances are counted.
 enum class Counted : std::int32_t {
   kImageProcessing,
   kOptions,
@@ -51,7 +51,7 @@ enum class Counted : std::int32_t {
   kFolderTreeView,
   kImageBrowserCtl,
 };
-inline constexpr std::size_t kCountedObjects = 29;  // the size of the tables, not all in use
+inline constexpr std::size_t kCountedObjects = 29;  // size of the tables; not all entries are in use
 
 /// The module's fields, one copy per apartment, in the order in which they are dumped.
 struct Fields {
@@ -75,8 +75,8 @@ struct Fields {
 };
 Fields& State();
 
-/// Gives the apartment the platform through which it reports, or takes it away (null) with all that the
-/// module holds of it.
+/// Sets the platform through which the apartment reports. Null removes it and releases everything that the
+/// module got from it.
 void Attach(Platform* platform);
 Platform* AttachedPlatform();
 
@@ -94,17 +94,18 @@ void qdkCaptureError(const CapturedError& error);
 std::string qdkFormatVariable(const std::string& Name, const Variant& Value, std::int32_t Depth,
                               std::int32_t Indent);
 
-/// True when that dimension of the array, counted from 1, can't be read.
+/// True when that dimension of the array, counted from 1, cannot be read.
 bool qdkDimensionMissing(const VariantArray& Value, std::int32_t Dimension);
 
 std::string qdkDumpGlobals();
 
-/// Gives the report to the reporting object and raises 65535, or shows the box. Raises 91 without a platform.
+/// Passes the report to the reporting object and raises 65535, or shows the message box. Raises 91 without a
+/// platform.
 std::string qdkErrorHandler(std::int32_t Number, const std::string& Module, const std::string& Procedure,
                             const std::string& Description, std::int32_t Line, const std::string& Locals,
                             const std::string& ModuleVariables, const std::string& Parameters);
 
-/// The window of that name. Raises RuntimeError 5 where none of it is counted.
+/// The counted window of that name. Raises RuntimeError 5 for a name that is not counted.
 Counted CountedWindow(const std::string& name);
 
 void qdkCountInstance(Counted object);
@@ -112,9 +113,9 @@ void qdkUncountInstance(Counted object);
 
 }  // namespace modTollgarthSupport
 
-/// Counts an instance for as long as it lives: the first field of each class that is counted from creation
-/// to end. A copy is an instance of its own. Windows, which are counted from load to unload, have a
-/// CountedForm.
+/// Counts an instance during its lifetime. It is the first field of each class that is counted from creation
+/// to destruction; a copy counts as an instance of its own. Windows, which are counted from load to unload,
+/// use CountedForm.
 class InstanceCount {
  public:
   explicit InstanceCount(modTollgarthSupport::Counted object) : object_(object) {

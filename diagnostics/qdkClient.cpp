@@ -13,7 +13,7 @@ qdkClient::qdkClient() {
   QDK_RESUME_NEXT(pIPC = library_->CreateClient());
   if (pIPC != nullptr) {
     broadcast_ = pIPC->OnBroadcast.Connect([this] {
-      // What the broadcast leads to replaces this very client.
+      // The handler may replace this client: keep it alive during the call.
       const auto self = shared_from_this();
       pIPC_OnBroadcast();
     });

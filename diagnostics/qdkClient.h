@@ -8,20 +8,19 @@
 
 namespace kestrel {
 
-/// The process's connection to the diagnostics servers, where the client's library is installed.
+/// The process's connection to the diagnostics servers, if the client's library is installed.
 class qdkClient : public std::enable_shared_from_this<qdkClient> {
  public:
   qdkClient();
   qdkClient(const qdkClient&) = delete;
   qdkClient& operator=(const qdkClient&) = delete;
 
-  /// The client of the library; null where there is none.
+  /// The client of the library; null if there is none.
   DebugClient* IPC();
-  /// The library the client is from; null where there is none.
+  /// The library that made the client; null if there is none.
   DebugClientLibrary* Library() { return library_.get(); }
 
-  /// The process's command line: the program without its quotes, and, where there are arguments, one blank
-  /// and the arguments.
+  /// The process's command line: the program without quotes, then a blank and the arguments if there are any.
   std::string CommandLine();
 
  private:

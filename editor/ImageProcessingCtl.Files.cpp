@@ -21,7 +21,7 @@ constexpr std::int32_t kCheckBoxMargin = 3;
 /// What the user should know of the file that the picture came from; empty for a whole file with one picture.
 std::string AboutFile(const Image* Picture) {
   if (!Picture) return {};
-  std::string Text = Picture->Damage();
+  std::string Text = Picture->DecodeErrors();
   const std::int32_t Others = Picture->Pages() - 1;
   if (Others < 1) return Text;
   if (!Text.empty()) Text += ' ';

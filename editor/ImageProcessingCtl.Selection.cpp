@@ -97,7 +97,7 @@ void ImageProcessingCtl::Cut(bool UseSelection) {
       // The view's own size, not the picture's.
       EndPoint = {igxImage.Width(), igxImage.Height()};
     }
-    // The fill mode stays, whatever the background colour says.
+    // The fill mode stays, whatever the background color says.
     igxImage.Draw().FillMode(kFillSolid);
     igxImage.Draw().Rectangle(StartPoint, EndPoint, 0, 0, "Cut");
   } catch (...) {

@@ -68,7 +68,7 @@ void ImageProcessingCtl::Usercontrol_Initialize() {
     // The zoom tool alone shows it.
     CommandBars()("Zoom").Listed(false);
     SetControls(false);
-    // The back colour begins as black, which is a fill. A let of black later changes nothing.
+    // The back color begins as black, which is a fill. A let of black later changes nothing.
     igxImage.Draw().FillMode(kFillSolid);
     CommandItems& zoomEntries = Commands()("cboZoom").Items();
     for (Entry = 1; Entry <= kZoomEntries; ++Entry) zoomEntries.Add(ToText(Entry) + ":1", ToText(Entry));

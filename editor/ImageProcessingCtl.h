@@ -82,7 +82,7 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   void ShowMRU(bool Value);
   bool ShowMenuBar() const { return pShowMenuBar; }
   void ShowMenuBar(bool Value);
-  /// Changes of the two colours are written to `Options`.
+  /// Changes of the two colors are written to `Options`.
   bool AutoUpdateGlobal() const { return pAutoUpdateGlobal; }
   void AutoUpdateGlobal(bool Value);
 
@@ -90,7 +90,7 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
 
   std::int32_t UndoLevels() const { return pUndoLevels; }
   void UndoLevels(std::int32_t Value);
-  /// The material colours. A background of -1 means no fill: shapes are outlines in the foreground colour.
+  /// The material colors. A background of -1 means no fill: shapes are outlines in the foreground color.
   OLE_COLOR BackColor() const override { return pBackColor; }
   void BackColor(OLE_COLOR Value) override;
   OLE_COLOR ForeColor() const override { return pForeColor; }
@@ -159,7 +159,7 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   void SelectAll();
   void ResetSelection();
   void Copy(bool UseSelection = false);
-  /// Copies and fills what was copied with the drawing colour; without a selection, as far as the view
+  /// Copies and fills what was copied with the drawing color; without a selection, as far as the view
   /// reaches.
   void Cut(bool UseSelection = false);
   /// Commits the floating image of an open paste; does nothing without one.
@@ -187,7 +187,7 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   void ApplyDropShadow(std::int32_t OffsetX = ipUseDefault, std::int32_t OffsetY = ipUseDefault,
                        OLE_COLOR ShadowColor = ipUseDefault, std::int32_t Opactity = ipUseDefault,
                        std::int32_t BlurLevel = ipUseDefault, bool ApplyToSelection = false);
-  /// A shadow along the outline of what is not of the mask colour. Works on any valid selection, whatever
+  /// A shadow along the outline of what is not of the mask color. Works on any valid selection, whatever
   /// `ApplyToSelection` says. A failure leaves picture, steps and `Changed` as they were.
   void ApplyMaskedDropShadow(std::int32_t OffsetX = ipUseDefault, std::int32_t OffsetY = ipUseDefault,
                              OLE_COLOR ShadowColor = ipUseDefault, std::int32_t Opactity = ipUseDefault,

@@ -16,8 +16,8 @@ bool Between(std::int64_t low, std::int64_t value, std::int64_t high) {
   return low <= value && value <= high;
 }
 
-/// Where the pixels of a section begin along one side: a negative size reaches back from the position, and
-/// nothing is taken from before the picture.
+/// The first pixel of a section along one axis: a negative size extends back from the position; clamped to
+/// the picture's start.
 std::int32_t SectionStart(std::int32_t position, std::int32_t size) {
   const std::int64_t start = std::int64_t{position} + std::min(size, 0);
   return static_cast<std::int32_t>(std::max<std::int64_t>(start, 0));

@@ -22,9 +22,9 @@ void Detach();
 /// `Attach`.
 void Main();
 
-/// Releases the shared settings and colours; who asks next gets new ones.
+/// Releases the shared settings and colors; who asks next gets new ones.
 void KillShared();
-/// The shared settings and the shared colours, made on first use.
+/// The shared settings and the shared colors, made on first use.
 std::shared_ptr<Options> GetOptions();
 std::shared_ptr<Colors> GetColors();
 

@@ -161,7 +161,7 @@ void frmMaterials::Processing_BackColorChange(OLE_COLOR Color) {
   }
 }
 
-// -- The colour under the pointer -------------------------------------------------------------------------
+// -- The color under the pointer -------------------------------------------------------------------------
 
 void frmMaterials::ImageControl_MouseMove(std::int32_t Button, std::int32_t Shift, float X, float Y) {
   try {

@@ -17,8 +17,8 @@
 
 namespace kestrel {
 
-/// The tool window of the two material colours, which also shows the colour under the pointer. The editor's
-/// colours are the truth; the window follows them.
+/// The tool window of the two material colors, which also shows the color under the pointer. The editor's
+/// colors are the truth; the window follows them.
 class frmMaterials final : public Object {
  public:
   frmMaterials();

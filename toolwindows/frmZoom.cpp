@@ -18,7 +18,7 @@ frmZoom::frmZoom() : iForm("frmZoom"), ioeTracking(modProcessing::Platform().Cre
   keep(ioeTracking->MouseHover.Connect([this] { ioeTracking_MouseHover(); }));
   keep(ioeTracking->MouseLeave.Connect([this] { ioeTracking_MouseLeave(); }));
   pZoomLevel = Required(modProcessing::GetOptions()).ZoomLevel();
-  // Colours or sizes that make no ground are the editor's to tell.
+  // Colors or sizes that make no ground are the editor's to tell.
   QDK_RESUME_NEXT(ApplyOptions());
 }
 

@@ -6,7 +6,7 @@
 
 namespace kestrel::engine {
 
-std::string ImagePart::Damage() const {
+std::string ImagePart::DecodeErrors() const {
   const auto& notice = owner_.picture().state().notice;
   return notice ? *notice : std::string();
 }

@@ -14,7 +14,7 @@ class ImagePart final : public kestrel::Image {
   std::int32_t Height() const override { return bitmap().height(); }
   std::int32_t Format() const override { return owner_.picture().state().format; }
   std::int32_t Pages() const override { return owner_.picture().state().pages; }
-  std::string Damage() const override;
+  std::string DecodeErrors() const override;
   Colour GetPixel(std::int32_t x, std::int32_t y) const override;
   void Convert(const Colour* background, std::int32_t pixelFormat) override;
   PixelRows Pixels() const override;

@@ -7,9 +7,9 @@
 
 namespace kestrel {
 
-/// The sink through which a host is told of opens and saves, and may choose the names. It does nothing by
-/// itself; a host derives from it what it wants to know of. Each member is called after the control's event
-/// of the same name and sees what the event's handlers left in the arguments.
+/// The sink that notifies a host of opens and saves and lets it choose the names. The members do nothing; a
+/// host overrides those it needs. Each member is called after the control's event of the same name and
+/// receives the arguments as the event's handlers left them.
 class IImageEvents : public Object {
  public:
   std::string TypeName() const override { return "IImageEvents"; }

@@ -11,7 +11,7 @@ class Alpha {
  public:
   virtual ~Alpha() = default;
 
-  /// Composes the picture on the colour and leaves it opaque.
+  /// Composites the picture over the color; the result is opaque.
   virtual void Flatten(const Colour& color, const std::string& undoName = {}) = 0;
 };
 

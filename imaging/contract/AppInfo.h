@@ -5,7 +5,7 @@
 
 namespace kestrel {
 
-/// What the program knows of itself.
+/// Title, version, file and command line of the running program.
 class AppInfo {
  public:
   virtual ~AppInfo() = default;
@@ -14,9 +14,9 @@ class AppInfo {
   virtual std::int32_t Major() const = 0;
   virtual std::int32_t Minor() const = 0;
   virtual std::int32_t Revision() const = 0;
-  /// Full path of the file with this component's code; empty where it can't be told.
+  /// Full path of the file with this component's code; empty if unknown.
   virtual std::string ModuleFilename() const = 0;
-  /// The process's command line, with quotes around each part that needs them, the program too.
+  /// The process's command line, the program included, with quotes around each part that needs them.
   virtual std::string CommandLine() const = 0;
 };
 

@@ -7,10 +7,10 @@
 
 namespace kestrel {
 
-/// Makes colour objects.
+/// Makes color objects.
 class Colors : public Object {
  public:
-  /// Alpha is 0 (transparent) to 255 (opaque). Any colour number is taken; -1 makes "no colour".
+  /// Alpha is 0 (transparent) to 255 (opaque). Any color number is accepted; -1 makes "no color".
   virtual Colour Create(OLE_COLOR color, std::uint8_t alpha = 255) const = 0;
 };
 

@@ -6,8 +6,8 @@
 
 namespace kestrel {
 
-/// A colour with its alpha. Made from -1 it is no colour at all, which operations that take "a colour or
-/// nothing" treat as nothing; its components then read 0.
+/// A color with its alpha. The value -1 is "no color", which operations with an optional color treat as
+/// absent; its components read 0.
 class Colour {
  public:
   Colour() = default;

@@ -7,14 +7,14 @@
 
 namespace kestrel {
 
-/// What every window on a form or control has. Positions and sizes are pixels of the container.
+/// Common base of the windows on a form or control. Positions and sizes are pixels of the container.
 class Control {
  public:
   virtual ~Control() = default;
 
-  /// The name it was given on its form; elements of a control array share one name.
+  /// The name on its form; elements of a control array share one name.
   virtual const std::string& Name() const = 0;
-  /// The index in its control array, -1 if it stands alone.
+  /// The index in its control array, -1 if it is not in one.
   virtual std::int32_t Index() const = 0;
 
   virtual std::int32_t Left() const = 0;
@@ -27,7 +27,7 @@ class Control {
   virtual void Height(std::int32_t value) = 0;
   virtual void Move(std::int32_t left, std::int32_t top, std::int32_t width, std::int32_t height) = 0;
 
-  /// Whether it is meant to be seen, whatever its container's state.
+  /// The control's own setting; the container may still be hidden.
   virtual bool Visible() const = 0;
   virtual void Visible(bool value) = 0;
   virtual bool Enabled() const = 0;

@@ -8,13 +8,13 @@
 
 namespace kestrel {
 
-/// Something that holds controls by name: a form, or the surface of a control of ours.
+/// A container of named controls: a form, or the surface of one of our controls.
 class ControlContainer {
  public:
   virtual ~ControlContainer() = default;
 
-  /// The control of that name (and index, for an element of a control array), or null. Lent: the container
-  /// keeps it for as long as it lives.
+  /// The control of that name (and index, for an element of a control array), or null. Owned by the
+  /// container, valid as long as it lives.
   virtual Control* Find(std::string_view name, std::int32_t index = -1) = 0;
 
   /// The highest index of the control array of that name, -1 if there is none.

@@ -8,22 +8,22 @@
 
 namespace kestrel {
 
-/// The way to the diagnostics servers of this machine.
+/// Connection to the diagnostics servers of this machine.
 class DebugClient {
  public:
   virtual ~DebugClient() = default;
 
-  /// The window that stands for this process's project, and the process it belongs to.
+  /// The window that represents this process's project, and the process that a window belongs to.
   virtual std::int32_t GetProjectHandle() = 0;
   virtual std::int32_t GetWindowProcessId(std::int32_t Handle) = 0;
 
-  /// Whether the server answers within the time.
+  /// Whether the server answers within the timeout.
   virtual bool PingServer(std::int32_t Handle, std::int32_t TimeoutMs) = 0;
-  /// Sends a message and takes the server's answer to it into `Result`, which stays as it is where none came.
+  /// Sends a message and stores the server's answer in `Result`, which is unchanged without an answer.
   virtual std::int32_t SendMessage(std::int32_t Handle, std::int32_t Message, const std::string& Text,
                                    std::int32_t& Result, std::int32_t TimeoutMs) = 0;
 
-  /// A server has told all clients something, for one that it is there.
+  /// A server has sent a message to all clients, for example that it has started.
   Event<> OnBroadcast;
 };
 
@@ -43,7 +43,7 @@ class DebugClientLibrary {
 
   virtual std::unique_ptr<DebugClient> CreateClient() = 0;
   virtual std::unique_ptr<SharedCounters> CreateCounters() = 0;
-  /// Walks the windows of the servers that run: 0 begins the walk, and the result 0 ends it.
+  /// Enumerates the windows of the running servers: 0 begins, and the result 0 ends.
   virtual std::int32_t NextServerWindow(std::int32_t Previous) = 0;
 };
 

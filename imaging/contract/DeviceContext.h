@@ -6,10 +6,10 @@
 
 namespace kestrel {
 
-/// The raster operation that replaces what is there.
+/// The raster operation that replaces the destination.
 inline constexpr std::uint32_t kSourceCopy = 0x00CC0020;
 
-/// Something that pixels can be copied to: a view's back buffer while it is being painted.
+/// A destination for pixels: a view's back buffer during painting.
 class DeviceContext {
  public:
   virtual ~DeviceContext() = default;
@@ -17,8 +17,8 @@ class DeviceContext {
   virtual std::int32_t Width() const = 0;
   virtual std::int32_t Height() const = 0;
 
-  /// Copies the rows with their top left corner at (x, y), cut to the context. Raises RuntimeError 5 for a
-  /// raster operation other than `kSourceCopy`.
+  /// Copies the rows with their top left corner at (x, y), clipped to the context. Raises RuntimeError 5 for
+  /// a raster operation other than `kSourceCopy`.
   virtual void Blit(std::int32_t x, std::int32_t y, const PixelRows& source,
                     std::uint32_t rasterOperation = kSourceCopy) = 0;
 };

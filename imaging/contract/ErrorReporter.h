@@ -13,7 +13,7 @@ class ErrorReporter {
   virtual void ErrorHandler(std::int32_t& Number, const std::string& Project, const std::string& Module,
                             const std::string& Procedure, const std::string& Description, std::int32_t& Line,
                             const std::string& Variables, const std::string& Version) = 0;
-  /// What the object wants to be done about the report taken last.
+  /// The action that the object requests for the last report.
   virtual std::string Action() const = 0;
 };
 

@@ -10,7 +10,7 @@ namespace kestrel {
 class FormSkin {
  public:
   virtual ~FormSkin() = default;
-  /// Applies the shared look to a form or control and all it holds. The colours are -1 for the desktop's own.
+  /// Applies the shared look to a form or control and all its children. A color of -1 is the desktop's own.
   virtual void ApplyToForm(Control& formOrControl, OLE_COLOR foreColor, OLE_COLOR backColor) = 0;
 };
 

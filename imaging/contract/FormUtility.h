@@ -14,7 +14,7 @@ inline constexpr std::int32_t kBusyDefault = 0;
 inline constexpr std::int32_t kBusyHourglass = 11;
 inline constexpr std::int32_t kBusyArrowHourglass = 13;
 
-/// What windows share. One per process.
+/// Services for all windows. One per process.
 class FormUtility {
  public:
   virtual ~FormUtility() = default;
@@ -23,13 +23,12 @@ class FormUtility {
   virtual void SetPointer(std::int32_t pointer) = 0;
   virtual void SelectAllText(TextBox& textBox) = 0;
   virtual void SetFocusTo(Control& control) = 0;
-  /// Shows a window modally (`mode` 1), returns when it is hidden or its owner is destroyed, and then returns
-  /// what it answers to `Form::QueryResult`. The owner is a form or a control; null is the editor that is
-  /// active.
+  /// Shows a window modally (`mode` 1), returns when it is hidden or its owner is destroyed, and returns its
+  /// answer to `Form::QueryResult`. The owner is a form or a control; null means the active editor.
   virtual bool ShowDialog(Form& form, std::int32_t mode, Control* owner) = 0;
   /// True for an existing file or folder.
   virtual bool FileExists(const std::string& path) = 0;
-  /// Whether the modifier that turns a click of the zoom tool round is held: either Shift key.
+  /// Whether a Shift key is held, which reverses a click of the zoom tool.
   virtual bool IsModifierDown() = 0;
 };
 

@@ -11,20 +11,20 @@ namespace kestrel {
 inline constexpr std::int32_t kDrawInvert = 6;
 inline constexpr std::int32_t kDrawCopy = 13;
 
-/// The drawing primitives of a window. What is drawn stays until it is cleared or drawn over.
+/// The drawing primitives of a window. The drawing is retained until it is cleared or drawn over.
 class Graphics {
  public:
   virtual ~Graphics() = default;
 
   virtual void Clear() = 0;
-  /// How `DrawBox` meets what is there: 13 replaces it, 6 inverts it.
+  /// How `DrawBox` combines with the existing pixels: 13 replaces them, 6 inverts them.
   virtual void DrawMode(std::int32_t value) = 0;
-  /// The picture, kept, that is tiled from the window's corner behind what `PaintPicture` paints; null for
-  /// none.
+  /// The picture tiled from the window's corner behind the pictures that `PaintPicture` paints; null for
+  /// none. The window keeps a reference.
   virtual void Ground(const PicturePtr& tile) = 0;
-  /// Replaces the destination rectangle with the source rectangle of the picture, stretched without
-  /// smoothing. The ground shows through transparent pixels, beyond the picture, and for a source without an
-  /// area; without a ground these parts become transparent.
+  /// Replaces the destination rectangle with the source rectangle of the picture, scaled by nearest neighbor.
+  /// The ground shows through transparent pixels, outside the picture, and for an empty source; without a
+  /// ground these parts become transparent.
   virtual void PaintPicture(const Picture& picture, const Rectangle& destination,
                             const Rectangle& source) = 0;
   /// A one-pixel outline from any corner to the opposite one, both included.

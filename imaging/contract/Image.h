@@ -8,11 +8,11 @@
 
 namespace kestrel {
 
-/// The pixel format that `Document::NewImage` and `Image::Convert` are asked for: 32-bit colour with alpha,
-/// the only one the engine edits in.
+/// The pixel format to pass to `Document::NewImage` and `Image::Convert`: 32-bit RGBA, the only one the
+/// engine edits in.
 inline constexpr std::int32_t kPixelFormatRgba = 5;
 
-/// The picture of a view or of an `ImgX` object, as it stands now: after a change it reads the changed one.
+/// The current picture of a view or of an `ImgX` object; after a change it reads the changed picture.
 class Image {
  public:
   virtual ~Image() = default;
@@ -22,20 +22,19 @@ class Image {
 
   /// The format code of the file that the picture was loaded from; 0 if it came from no file.
   virtual std::int32_t Format() const = 0;
-  /// How many pictures that file held; this was the first of them. 1 if it came from no file.
+  /// The number of pages in that file; this picture is the first. 1 if it came from no file.
   virtual std::int32_t Pages() const = 0;
-  /// A sentence for the user if that file was damaged and the picture is only what could be read of it, else
-  /// empty.
-  virtual std::string Damage() const = 0;
+  /// A sentence for the user if that file had decode errors and the picture is incomplete; else empty.
+  virtual std::string DecodeErrors() const = 0;
 
-  /// The colour of one pixel, its alpha included. Raises RuntimeError 5 outside the picture.
+  /// The color of one pixel, its alpha included. Raises RuntimeError 5 outside the picture.
   virtual Colour GetPixel(std::int32_t x, std::int32_t y) const = 0;
 
-  /// Readies the picture for resampling. The only format is `kPixelFormatRgba`, in which every picture of
-  /// this engine stands already; any other raises RuntimeError 5.
+  /// Prepares the picture for resampling. The only format is `kPixelFormatRgba`, which every picture of this
+  /// engine already has; any other raises RuntimeError 5.
   virtual void Convert(const Colour* background = nullptr, std::int32_t pixelFormat = kPixelFormatRgba) = 0;
 
-  /// All pixels, to read until the next change.
+  /// All pixels; valid until the next change.
   virtual PixelRows Pixels() const = 0;
 };
 

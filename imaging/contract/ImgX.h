@@ -14,8 +14,8 @@
 
 namespace kestrel {
 
-/// The sub-objects that a view and a free-standing picture share. The same member behaves alike whichever
-/// face it is reached from. All are lent and live as long as the face.
+/// The sub-objects that a view and a free-standing picture share. A member behaves the same through either of
+/// them. All are owned by this object and live as long.
 class ImagingFace {
  public:
   virtual ~ImagingFace() = default;
@@ -29,22 +29,21 @@ class ImagingFace {
   virtual kestrel::Alpha& Alpha() = 0;
   virtual const kestrel::Colors& Colors() const = 0;
 
-  /// Quality of the next JPEG write, 1 to 100; values outside are brought to the nearer end.
+  /// Quality of the next JPEG write; clamped to 1 to 100.
   virtual void JPEGQuality(std::int32_t value) = 0;
   virtual std::int32_t JPEGQuality() const = 0;
 };
 
 /// A picture without a view. A new one holds no picture.
 ///
-/// The one that a view gives out works on the view's own picture: what its effects and drawing do is done to
-/// the view, with undo step and `Changed`, and what is set on it is set on the view. A member of its
-/// `Document` puts another picture into this object alone, which from then on has picture and settings of its
-/// own.
+/// An object returned by a view works on the view's own picture: its effects and drawing change the view,
+/// with undo step and `Changed`, and its settings are the view's. A member of its `Document` puts another
+/// picture into this object alone; from then on it has a picture and settings of its own.
 class ImgX : public Object, public ImagingFace {
  public:
   virtual kestrel::Surface& Surface() = 0;
 
-  /// What `Document::NewImage` fills with where it is given no colour: -1 leaves it transparent.
+  /// The color that `Document::NewImage` fills with if it is given none; -1 is transparent.
   virtual OLE_COLOR BackColor() const = 0;
   virtual void BackColor(OLE_COLOR value) = 0;
 };

@@ -17,7 +17,7 @@ inline constexpr std::int32_t kDialogFileMustExist = 4096;
 /// The stock label of the file-type row, for `ImgXDialog::GetControlRect`.
 inline constexpr std::int32_t kDialogFileTypeLabel = 1089;
 
-/// The dialog that asks for a file to open or to save to. It can be shown again and again.
+/// The dialog that asks for a file to open or to save to. It can be shown repeatedly.
 class ImgXDialog {
  public:
   virtual ~ImgXDialog() = default;
@@ -34,19 +34,19 @@ class ImgXDialog {
   virtual std::string Filename() const = 0;
   virtual void Filename(const std::string& value) = 0;
 
-  /// Whether it stands in the middle of its owner.
+  /// Whether it is centered on its owner.
   virtual void CenterOnOwner(bool value) = 0;
-  /// The filter entry that is chosen first, counted from 0.
+  /// The filter entry that is selected first, counted from 0.
   virtual void FilterIndex(std::int32_t value) = 0;
-  /// How many files can be chosen: 1 is one file.
+  /// The maximum number of files; 1 is single selection.
   virtual void MaxFiles(std::int32_t value) = 0;
 
-  /// True when the user accepted a name, which then stands in `Filename`.
+  /// True when the user accepted a name, which is then in `Filename`.
   virtual bool ShowOpen() = 0;
   virtual bool ShowSave() = 0;
 
   /// Only during `InitDialog`: the pixel rectangle of a stock control of the dialog. Raises RuntimeError 5
-  /// for a control that it does not have.
+  /// for an unknown control.
   virtual void GetControlRect(std::int32_t controlId, std::int32_t& left, std::int32_t& top,
                               std::int32_t& width, std::int32_t& height) = 0;
   /// Only during `InitDialog`: moves a window into the dialog. When the dialog closes, the window goes back

@@ -19,11 +19,11 @@ class MenuItem {
 class MenuItems {
  public:
   virtual ~MenuItems() = default;
-  /// Raises 340 where there is no such element.
+  /// Raises 340 if there is no such element.
   virtual MenuItem& Item(const std::string& name, std::int32_t index) = 0;
-  /// Makes a further element, a hidden copy of element 0; raises 360 where it is there already.
+  /// Adds an element, a hidden copy of element 0; raises 360 if it already exists.
   virtual MenuItem& Load(const std::string& name, std::int32_t index) = 0;
-  /// Raises 340 where there is no such element, 362 for one that the window was made with.
+  /// Raises 340 if there is no such element, 362 for an element of the form itself.
   virtual void Unload(const std::string& name, std::int32_t index) = 0;
 };
 

@@ -28,7 +28,7 @@ class HotKey {
   virtual ~HotKey() = default;
   virtual std::int32_t Shift() const = 0;
   virtual std::int32_t KeyCode() const = 0;
-  /// Takes it away from its command, for good; the object is dead afterwards.
+  /// Removes it from its command for good; the object is invalid afterwards.
   virtual void Remove() = 0;
 };
 
@@ -74,7 +74,7 @@ class BarEntries {
   virtual std::int32_t Count() const = 0;
   /// Counted from 1; raises RuntimeError 9 outside.
   virtual BarEntry& Item(std::int32_t index) = 0;
-  /// The entry of the command of that key, whatever its case; raises RuntimeError 5 if there is none.
+  /// The entry of the command of that key, ignoring case; raises RuntimeError 5 if there is none.
   virtual BarEntry& Item(const std::string& key) = 0;
 };
 
@@ -85,20 +85,20 @@ class CommandBar {
   virtual const std::string& Name() const = 0;
   virtual bool Visible() const = 0;
   virtual void Visible(bool value) = 0;
-  /// Whether the menu of the bars offers it to the user, to show and to hide; true at first.
+  /// Whether the menu of bars lists it, for the user to show or hide; true by default.
   virtual bool Listed() const = 0;
   virtual void Listed(bool value) = 0;
   virtual BarEntries& Entries() = 0;
 };
 
-/// The combo box of a combo command, as its change event hands it over.
+/// The combo box of a combo command, as passed to its change event.
 class Combo {
  public:
   virtual ~Combo() = default;
   virtual std::string Text() const = 0;
 };
 
-/// Something the user can choose on a menu, a tool bar or by a hot key.
+/// An action of the user interface: invoked by menu, tool bar or hot key.
 class Command {
  public:
   virtual ~Command() = default;
@@ -131,15 +131,15 @@ class Command {
   virtual CommandBar& Bar() = 0;
   /// The lines of a combo or list command; raises RuntimeError 5 for any other type.
   virtual CommandItems& Items() = 0;
-  /// The line of a list command that was chosen last; raises RuntimeError 91 while there is none.
+  /// The line of a list command that was last chosen; raises RuntimeError 91 if there is none.
   virtual const CommandItem& SelectedItem() const = 0;
 };
 
-/// How hot keys behave as a whole.
+/// Options of all hot keys.
 class HotKeyOptions {
  public:
   virtual ~HotKeyOptions() = default;
-  /// 1 lets hot keys without Ctrl or Alt work, 0 not.
+  /// 1 enables hot keys without Ctrl or Alt, 0 disables them.
   virtual std::int32_t AllowUnmodified() const = 0;
   virtual void AllowUnmodified(std::int32_t value) = 0;
 };
@@ -207,15 +207,15 @@ class StatusPanel {
 
 class Moorage;
 
-/// What the docking suite does across its parts.
+/// Operations of the docking suite across its parts.
 class DockFunctions {
  public:
   virtual ~DockFunctions() = default;
   /// The pressed state of a command, on all bars and menus.
   virtual void SetChecked(Command& command, bool pressed) = 0;
-  /// Shows a form inside a dock window. The form stays its owner's.
+  /// Shows a form inside a dock window. The owner of the form does not change.
   virtual void AttachForm(DockWindow& window, Form& form) = 0;
-  /// The look of the bars: 0 icons alone, 1 icons beside short captions, 2 icons above short captions.
+  /// The style of the bars: 0 icons only, 1 icons left of short captions, 2 icons above short captions.
   virtual void SetStyle(Moorage& control, std::int32_t style) = 0;
 };
 
@@ -227,7 +227,7 @@ inline constexpr std::int32_t kReasonUser = 1;  ///< the user closed or opened i
 /// It reads its stored layout when it is created.
 class Moorage : public Control {
  public:
-  /// What the bars and docked windows leave free, in the control's own pixels.
+  /// The area that the bars and docked windows leave free, in the control's own pixels.
   virtual Rectangle ClientArea() const = 0;
 
   virtual kestrel::Commands& Commands() = 0;
@@ -237,7 +237,7 @@ class Moorage : public Control {
 
   /// False suspends repainting of the bars, True resumes.
   virtual void Redraw(bool value) = 0;
-  /// The text of a combo command. It raises no `CommandChange`, which tells what the user typed or chose.
+  /// Sets the text of a combo command. Does not raise `CommandChange`, which reports input of the user.
   virtual void SetComboText(Command& command, const std::string& text) = 0;
   /// Opens the command's menu at the pointer and returns when it is closed.
   virtual void ShowPopup(Command& command) = 0;

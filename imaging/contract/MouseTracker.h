@@ -5,12 +5,12 @@
 
 namespace kestrel {
 
-/// Watches one window for the pointer resting on it and leaving it. Each start arms both events once.
+/// Detects that the pointer rests on or leaves one window. Each start arms both events once.
 class MouseTracker {
  public:
   virtual ~MouseTracker() = default;
   virtual WindowHandle hWnd() const = 0;
-  /// Binds it to a window and stops tracking; 0 binds it to none.
+  /// Binds the tracker to a window and stops tracking; 0 unbinds it.
   virtual void hWnd(WindowHandle value) = 0;
   virtual bool Tracking() const = 0;
   virtual void StartTracking() = 0;

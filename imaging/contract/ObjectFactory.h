@@ -7,12 +7,12 @@
 
 namespace kestrel {
 
-/// Makes objects of components that need not be there.
+/// Makes objects of optional components.
 class ObjectFactory {
  public:
   virtual ~ObjectFactory() = default;
 
-  /// A new reporting object of that identifier ("BrindleError.Error"). Raises 429 where it can't be created.
+  /// A new reporting object of that identifier ("BrindleError.Error"). Raises 429 if it cannot be created.
   virtual std::unique_ptr<ErrorReporter> CreateErrorReporter(const std::string& Identifier) = 0;
 };
 

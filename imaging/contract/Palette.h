@@ -4,10 +4,10 @@
 
 namespace kestrel {
 
-/// The palettes that `Effects::ApplyPalette` knows by number.
+/// Values of `Palette::Type`.
 inline constexpr std::int32_t kPaletteGrayScale = 0;
 
-/// A palette to convert a picture to; made new by whoever asks for the conversion.
+/// A palette to convert a picture to.
 class Palette {
  public:
   std::int32_t Type() const { return type_; }

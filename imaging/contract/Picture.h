@@ -8,7 +8,7 @@
 
 namespace kestrel {
 
-/// An ordinary picture object: finished pixels that can be passed around, shown and loaded, not edited.
+/// An immutable picture: pixels that can be passed around, shown and loaded.
 class Picture : public Object {
  public:
   virtual std::int32_t Width() const = 0;

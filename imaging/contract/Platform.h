@@ -30,12 +30,13 @@
 
 namespace kestrel {
 
-/// Makes everything that the logic needs and does not decide. One per process; what it lends lives as long.
+/// Factory of the services and objects that the logic needs. One per process; the objects returned by
+/// reference live as long.
 class Platform {
  public:
   virtual ~Platform() = default;
 
-  // Objects that their maker owns.
+  // Objects owned by the caller.
   virtual std::shared_ptr<ImgX> CreateImgX() = 0;
   virtual std::shared_ptr<Colors> CreateColors() = 0;
   virtual std::unique_ptr<ImgXDialog> CreateImgXDialog() = 0;

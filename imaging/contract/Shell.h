@@ -25,13 +25,13 @@ struct FolderEntry {
   bool IsDirectory = false;
 };
 
-/// Drives, folders and icons of the machine. Questions about something that is not there or not ready are
-/// answered with nothing; only `CreateFolder` raises.
+/// Drives, folders and icons of the machine. Queries for missing or unavailable items return an empty result;
+/// only `CreateFolder` raises.
 class Shell {
  public:
   virtual ~Shell() = default;
 
-  /// The roots of all drives, with their separator at the end.
+  /// The roots of all drives, each with a trailing separator.
   virtual std::vector<std::string> LogicalDrives() = 0;
   virtual std::int32_t DriveType(const std::string& root) = 0;
   virtual std::string VolumeLabel(const std::string& root) = 0;
@@ -41,9 +41,9 @@ class Shell {
   virtual std::string WindowsFolder() = 0;
   virtual std::string SystemFolder() = 0;
 
-  /// The entries of a folder in the order in which the file system gives them.
+  /// The entries of a folder in file system order.
   virtual std::vector<FolderEntry> Entries(const std::string& folder) = 0;
-  /// The name of its first folder, without a walk over the rest.
+  /// The name of its first subfolder; does not enumerate the rest.
   virtual std::string FirstSubfolder(const std::string& folder) = 0;
   virtual void CreateFolder(const std::string& path) = 0;
 

@@ -9,29 +9,29 @@
 
 namespace kestrel {
 
-/// The size of a new preview control, 4800 by 3600 in units of which the desktop shows 15 to a pixel.
+/// The size of a new preview control: 4800 by 3600 twips, of which the desktop has 15 per pixel.
 inline constexpr Size kPreviewDesignSize{4800 / 15, 3600 / 15};
 
-/// Where a host keeps a control's properties.
+/// The host's storage for a control's properties.
 class PropertyBag {
  public:
   virtual ~PropertyBag() = default;
-  /// The stored value, or the default where there is none.
+  /// The stored value, or the default if there is none.
   virtual Variant ReadProperty(const std::string& name, const Variant& defaultValue) const = 0;
-  /// Stores the value; one that equals its default need not be kept.
+  /// Stores the value; a value equal to its default may be omitted.
   virtual void WriteProperty(const std::string& name, const Variant& value, const Variant& defaultValue) = 0;
 };
 
-/// The side of one of our controls that its container sees: the window it stands in with the child windows
-/// that its looks describe, what the container tells about itself, and what the container asks of it.
+/// The interface between one of our controls and its container: the control's window with its child windows,
+/// the container's properties, and the container's requests.
 ///
-/// The container raises exactly one of `InitProperties` (a new control) and `ReadProperties` (a stored one)
-/// after the control was made, then `Resize` for each size it is given.
+/// After the control is made, the container raises exactly one of `InitProperties` (a new control) and
+/// `ReadProperties` (a stored one), then `Resize` for each new size.
 class Site : public Control, public ControlContainer {
  public:
   /// True at run time, false on a design surface.
   virtual bool UserMode() const = 0;
-  /// Tells the container that a property which it stores has changed.
+  /// Notifies the container that a stored property has changed.
   virtual void PropertyChanged(const std::string& name) = 0;
   /// Repaints the control.
   virtual void Refresh() = 0;

@@ -21,7 +21,7 @@ class SmartSubItem {
 class SmartMenu {
  public:
   virtual ~SmartMenu() = default;
-  /// Null where there is no such sub-item.
+  /// Null if there is no such sub-item.
   virtual SmartSubItem* SubItem(const std::string& item, const std::string& key) = 0;
   virtual SmartSubItem& AddSubItem(const std::string& item, std::int32_t position, const std::string& key,
                                    const std::string& caption) = 0;

@@ -13,13 +13,13 @@ struct SourcePlace {
   std::int32_t Line = 0;
 };
 
-/// Turns addresses of code into places in the source, by the line table that is compiled into the program.
+/// Maps code addresses to places in the source by the line table that is compiled into the program.
 class StackResolver {
  public:
   virtual ~StackResolver() = default;
 
-  /// The places at which the call with this return address stands: that of the innermost inlined function
-  /// first, that of the function itself last. Empty where the line table knows nothing of it. Raises nothing.
+  /// The places of the call with this return address: from the innermost inlined function to the function
+  /// itself. Empty if the address is not in the line table. Raises nothing.
   virtual std::vector<SourcePlace> Resolve(std::uintptr_t returnAddress) = 0;
 };
 

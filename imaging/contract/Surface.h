@@ -6,12 +6,12 @@
 
 namespace kestrel {
 
-/// The blit side of a free-standing picture.
+/// Blits a free-standing picture.
 class Surface {
  public:
   virtual ~Surface() = default;
 
-  /// Copies the picture, unscaled, with its top left corner at (x, y). What lies outside the target is cut.
+  /// Copies the picture, unscaled, with its top left corner at (x, y), clipped to the target.
   virtual void DrawTo(DeviceContext& target, std::int32_t x, std::int32_t y,
                       std::uint32_t rasterOperation = kSourceCopy) = 0;
 };

@@ -36,7 +36,7 @@ class Thumbnails {
 class ThumbnailView : public Control {
  public:
   virtual std::string Folder() const = 0;
-  /// Loads the folder's image files; they come in one by one through `ThumbnailLoaded`.
+  /// Loads the folder's image files; `ThumbnailLoaded` reports them one by one.
   virtual void Folder(const std::string& value) = 0;
   virtual std::int32_t View() const = 0;
   /// 0 thumbnail, 1 film strip, 2 single. Raises `ViewChange`.
@@ -47,7 +47,7 @@ class ThumbnailView : public Control {
   virtual void UserMode(bool value) = 0;
   /// Reads the folder again.
   virtual void Refresh() = 0;
-  /// The folder that the user chose, empty when cancelled.
+  /// The folder that the user chose, empty when canceled.
   virtual std::string BrowseForFolder(const std::string& prompt, const std::string& title,
                                       const std::string& start) = 0;
   virtual kestrel::Thumbnails& Thumbnails() = 0;

@@ -34,11 +34,11 @@ class TreeNode {
   virtual bool Selected() const = 0;
   /// Raises `NodeClick` when the node becomes the selected one.
   virtual void Selected(bool value) = 0;
-  /// Keeps the children in the order of their texts.
+  /// Keeps the children sorted by their texts.
   virtual void Sorted(bool value) = 0;
   virtual void EnsureVisible() = 0;
   virtual std::string Image() const = 0;
-  /// Image keys for the expanded and for the selected state; empty takes the ordinary one.
+  /// Image keys for the expanded and for the selected state; empty uses the normal one.
   virtual void ExpandedImage(const std::string& value) = 0;
   virtual std::string ExpandedImage() const = 0;
   virtual void SelectedImage(const std::string& value) = 0;
@@ -49,14 +49,14 @@ class TreeNode {
 class TreeNodes {
  public:
   virtual ~TreeNodes() = default;
-  /// `relative` is the key of the node that the relationship is about, empty for the top level. Raises
-  /// RuntimeError 35602 for a key that is taken, 35601 for a relative that is not there.
+  /// `relative` is the key of the node that the relationship refers to, empty for the top level. Raises
+  /// RuntimeError 35602 for a key in use, 35601 for a missing relative.
   virtual TreeNode& Add(const std::string& relative, std::int32_t relationship, const std::string& key,
                         const std::string& text, const std::string& image = {},
                         const std::string& selectedImage = {}) = 0;
   virtual void Clear() = 0;
   virtual std::int32_t Count() const = 0;
-  /// By key, to the letter; raises RuntimeError 35601 if there is none.
+  /// By key, case-sensitive; raises RuntimeError 35601 if there is none.
   virtual TreeNode& Item(const std::string& key) = 0;
   /// Counted from 1; raises RuntimeError 35600 outside.
   virtual TreeNode& Item(std::int32_t index) = 0;
@@ -68,11 +68,11 @@ class ImageList {
   virtual ~ImageList() = default;
   virtual std::int32_t Count() const = 0;
   virtual std::string Key(std::int32_t index) const = 0;
-  /// Adds the icon that stands in the icon picture, or replaces the one of that key.
+  /// Adds the icon in the icon picture, or replaces the one of that key.
   virtual void Set(const std::string& key, WindowHandle iconPicture) = 0;
 };
 
-/// A tree of nodes with pictures, texts and boxes to tick.
+/// A tree of nodes with pictures, texts and check boxes.
 class TreeView : public Control {
  public:
   virtual TreeNodes& Nodes() = 0;

@@ -5,11 +5,11 @@
 
 namespace kestrel {
 
-/// A colour number 0x00BBGGRR; -1 stands for no colour.
+/// A color number 0x00BBGGRR; -1 means no color.
 using OLE_COLOR = std::int32_t;
 inline constexpr OLE_COLOR kNoColor = -1;
 
-/// Names a window to the platform; 0 is none.
+/// Identifies a window to the platform; 0 is none.
 using WindowHandle = std::intptr_t;
 
 struct Point {
@@ -32,7 +32,7 @@ struct Rectangle {
   friend bool operator==(const Rectangle&, const Rectangle&) = default;
 };
 
-/// What something adds at each side of a rectangle.
+/// Widths added at each side of a rectangle.
 struct Margins {
   std::int32_t Left = 0;
   std::int32_t Top = 0;
@@ -41,7 +41,7 @@ struct Margins {
   friend bool operator==(const Margins&, const Margins&) = default;
 };
 
-/// Rows of 8-bit RGBA pixels, straight alpha, to read during a call.
+/// Rows of 8-bit RGBA pixels with straight alpha; valid during a call.
 struct PixelRows {
   const std::uint8_t* Data = nullptr;
   std::size_t Stride = 0;  ///< bytes from row to row
@@ -49,7 +49,7 @@ struct PixelRows {
   std::int32_t Height = 0;
 };
 
-/// The argument through which a handler cancels what a component would do by itself.
+/// The argument through which a handler cancels the default action.
 struct CancelValue {
   bool Value = false;
 };

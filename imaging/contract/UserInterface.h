@@ -8,7 +8,7 @@
 
 namespace kestrel {
 
-/// Styles of a message box: one of the button sets, one of the icons, added up.
+/// Styles of a message box: the sum of one button set and one icon.
 inline constexpr std::int32_t kBoxOK = 0;
 inline constexpr std::int32_t kBoxYesNoCancel = 3;
 inline constexpr std::int32_t kBoxCritical = 16;
@@ -22,18 +22,19 @@ inline constexpr std::int32_t kAnswerCancel = 2;
 inline constexpr std::int32_t kAnswerYes = 6;
 inline constexpr std::int32_t kAnswerNo = 7;
 
-/// The boxes that ask and tell. Each returns when the user has closed it, or when the window that owns it is
-/// destroyed, which counts as closing. Line ends are CR LF, or CR alone. An owner of 0 is the editor that is
-/// active.
+/// Message, input and About boxes. Each call returns when the user has closed the box, or when the window
+/// that owns it is destroyed, which counts as closing. Line ends are CR LF, or CR alone. An owner of 0 means
+/// the active editor.
 class UserInterface {
  public:
   virtual ~UserInterface() = default;
 
-  /// An empty title takes the application's. Closing the box counts as Cancel, or OK where there is no
+  /// An empty title means the application's. Closing the box counts as Cancel, or as OK if there is no
   /// Cancel.
   virtual std::int32_t MessageBox(const std::string& text, std::int32_t style, const std::string& title = {},
                                   WindowHandle owner = 0) = 0;
-  /// The text the user typed, empty when cancelled. The position is of the screen; null centres it.
+  /// The text that the user typed, empty when canceled. The position is in screen pixels; null centers the
+  /// box.
   virtual std::string InputBox(const std::string& prompt, const std::string& title,
                                const std::string& defaultText = {}, const Point* position = nullptr,
                                WindowHandle owner = 0) = 0;

@@ -6,29 +6,30 @@
 
 namespace kestrel {
 
-/// The edit style that takes digits only from the keyboard.
+/// The edit style that accepts only digits from the keyboard.
 inline constexpr std::int32_t kStyleDigitsOnly = 8192;
 
-/// Questions to the desktop about windows, and what it is asked to do with them. One per process.
+/// Queries and requests to the desktop about windows. One per process.
 class WindowFunctions {
  public:
   virtual ~WindowFunctions() = default;
 
   virtual void AddWindowStyle(WindowHandle window, std::int32_t style) = 0;
-  /// Whether the window and all it stands in are shown.
+  /// Whether the window and all its containers are shown.
   virtual bool IsWindowVisible(WindowHandle window) = 0;
   /// The pointer's position on the screen.
   virtual Point GetCursorPos() = 0;
-  /// A screen position in the window's own pixels: those that its events and positions are told in, so device
-  /// pixels for an image view.
+  /// A screen position in the window's own pixels, the unit of its events and positions: device pixels for an
+  /// image view.
   virtual Point ScreenToClient(WindowHandle window, const Point& screen) = 0;
-  /// Suspends painting of one window until it is called with 0.
+  /// Suspends painting of one window until a call with 0.
   virtual void LockWindowUpdate(WindowHandle window) = 0;
-  /// The rectangle of each screen that windows may cover, the first screen first; pixels of the desktop.
+  /// The number of screens, and the rectangle of each that windows may cover, in desktop pixels. Screen 0 is
+  /// the first.
   virtual std::int32_t ScreenCount() = 0;
   virtual Rectangle ScreenArea(std::int32_t index) = 0;
-  /// The frame, title bar included, that the desktop puts around a top-level window; none while it is not
-  /// known, as before the window is shown.
+  /// The frame that the desktop adds around a top-level window, title bar included; zero while it is unknown,
+  /// as before the window is shown.
   virtual Margins FrameOf(WindowHandle window) = 0;
 };
 

@@ -7,29 +7,29 @@
 
 namespace kestrel {
 
-/// Where a window goes for which no position is stored yet; the values of `LoadPosition`'s third argument.
+/// Placement of a window without a stored position; values of `LoadPosition`'s third argument.
 inline constexpr std::int32_t kPlaceAsIs = 0;
-inline constexpr std::int32_t kPlaceOnScreenCentre = 2;
+inline constexpr std::int32_t kPlaceOnScreenCenter = 2;
 
-/// Remembers where windows stood and how large they were, per key and window. One per process.
+/// Stores position and size of windows, per key and window. One per process.
 class WindowPositions {
  public:
   virtual ~WindowPositions() = default;
 
-  /// The key below which positions are stored and looked for, at each call anew. With an empty key nothing
-  /// is stored or found.
+  /// The key below which positions are stored, read at each call. With an empty key nothing is stored or
+  /// found.
   virtual std::string RegistryKey() const = 0;
   virtual void RegistryKey(const std::string& value) = 0;
 
-  /// Puts a window's client area back where it was, moved and shrunk as far as it takes for the window to be
-  /// on a screen that exists, title bar included once the frame is known. A stored position that is damaged
-  /// counts as none. An empty `Name` stands for the form's own name. `Placement` is for a window of which
-  /// nothing is stored. `Screen` is the screen that `Placement` means, 0 the first.
+  /// Restores a window's client area, moved and shrunk as needed to fit on an existing screen, including the
+  /// title bar once the frame is known. An invalid stored position counts as none. An empty `Name` means the
+  /// form's own name. `Placement` applies to a window without a stored position; `Screen` is the screen for
+  /// it, 0 the first.
   virtual void LoadPosition(Form& form, const std::string& Name, std::int32_t Placement = kPlaceAsIs,
                             std::int32_t Screen = 0) = 0;
 
-  /// Stores position and size. Of a maximised window only that it is so is stored; a minimised one leaves
-  /// what is stored as it is.
+  /// Stores position and size. Of a maximized window only the state is stored; a minimized one leaves the
+  /// stored values unchanged.
   virtual void SavePosition(Form& form, const std::string& Name) = 0;
 };
 

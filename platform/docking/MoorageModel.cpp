@@ -140,7 +140,7 @@ bool MoorageModel::typeComboText(CommandModel& command, const std::string& text)
   CancelValue cancel;
   CommandChange(command, combo, cancel);
   if (!cancel.Value) return true;
-  // A handler may have set a text of its own before it cancelled: that one stands.
+  // A handler may have set a text of its own before it canceled: that one stands.
   if (command.comboText() == text) command.comboText(before);
   return false;
 }

@@ -13,7 +13,7 @@ class FileSystem;
 class User;
 
 /// The file dialog, handed to the scripted user. A name that the dialog would not let pass is a complaint,
-/// and counts as cancelled.
+/// and counts as canceled.
 class FileDialog final : public ImgXDialog {
  public:
   FileDialog(Desktop& desktop, User& user, const FileSystem& files);

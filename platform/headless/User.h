@@ -24,7 +24,7 @@ class Window;
 /// The user of this platform: a script of what is done at each box and dialog, in the order in which they
 /// come up, and hands for keys and pointer.
 ///
-/// A box or dialog that the script does not expect next is a complaint, and is cancelled, so that nothing
+/// A box or dialog that the script does not expect next is a complaint, and is canceled, so that nothing
 /// ever waits. Complaints go to `onComplaint`, or, where none is set, end the program with their text.
 class User {
  public:
@@ -78,7 +78,7 @@ class User {
   std::optional<std::string> answerQuestion(const Question& question);
   void see(const About& about);
   void useForm(kestrel::Form& form);
-  /// The name that was chosen, none if the dialog was cancelled.
+  /// The name that was chosen, none if the dialog was canceled.
   std::optional<std::string> useFileDialog(FileDialog& dialog);
   std::string usePopup(const std::string& menu);
   void complain(const std::string& text) const;

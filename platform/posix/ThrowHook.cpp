@@ -30,7 +30,7 @@ extern "C" [[gnu::weak, gnu::visibility("default"), noreturn]] void __cxa_throw(
 
 namespace kestrel::posix {
 
-// Refers to a neighbour of `__cxa_throw` in the C++ library's object file. A static link therefore takes that
+// Refers to a neighbor of `__cxa_throw` in the C++ library's object file. A static link therefore takes that
 // file in, whose strong definition replaces the weak one above; there would be nothing behind it to call.
 [[gnu::used]] const auto kRuntimeFile = &abi::__cxa_init_primary_exception;
 

@@ -80,7 +80,7 @@ void StoredPositions::LoadPosition(Form& form, const std::string& Name, std::int
   const std::string key = keyOf(form, Name);
   if (const auto stored = readRectangle(store_, key)) {
     place(form, *stored);
-  } else if (Placement == kPlaceOnScreenCentre) {
+  } else if (Placement == kPlaceOnScreenCenter) {
     centre(form, Screen);
   }
   if (readNumber(store_, key, "WindowState") == kWindowMaximized) form.WindowState(kWindowMaximized);

@@ -82,7 +82,7 @@ TEST_P(Pictures, KnowHowManyPagesTheirFileHeldUntilAnotherPictureIsPutIn) {
   std::ofstream(user().host(path("pages.tif")), std::ios::binary) << grayTiff(6, 5, 3);
   picture().Document().FromFile(path("pages.tif"));
   EXPECT_EQ(picture().Image()->Pages(), 3);
-  EXPECT_EQ(picture().Image()->Damage(), "");
+  EXPECT_EQ(picture().Image()->DecodeErrors(), "");
   picture().Effects().Flip(0);
   EXPECT_EQ(picture().Image()->Pages(), 3) << "it is still that file's picture";
   const std::shared_ptr<ImgX> copy = platform().CreateImgX();
@@ -96,13 +96,13 @@ TEST_P(Pictures, KnowInASentenceThatTheirFileWasDamaged) {
   const std::string whole = grayTiff(6, 5);
   std::ofstream(user().host(path("cut.tif")), std::ios::binary) << whole.substr(0, whole.size() - 12);
   picture().Document().FromFile(path("cut.tif"));
-  EXPECT_EQ(picture().Image()->Damage(),
+  EXPECT_EQ(picture().Image()->DecodeErrors(),
             "The file is damaged or truncated: only 3 of 5 rows could be read.");
   picture().Effects().Flip(1);
-  EXPECT_NE(picture().Image()->Damage(), "");
+  EXPECT_NE(picture().Image()->DecodeErrors(), "");
   std::ofstream(user().host(path("whole.tif")), std::ios::binary) << whole;
   picture().Document().FromFile(path("whole.tif"));
-  EXPECT_EQ(picture().Image()->Damage(), "");
+  EXPECT_EQ(picture().Image()->DecodeErrors(), "");
 }
 
 TEST_P(Pictures, AreCopiedSoThatTheCopyStandsForItself) {

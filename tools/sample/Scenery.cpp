@@ -85,7 +85,7 @@ float treeTop(float x, float proportion) {
       const float height = (0.10F + 0.24F * grown) * step(0.40F, 1.0F, side) - 0.02F;
       if (height <= 0) continue;
       const float aside = std::abs(x - place) / (0.008F + height * 0.15F);
-      // Branches in tiers: the outline steps in towards the top.
+      // Branches in tiers: the outline steps in toward the top.
       const float tier = 0.10F * std::abs(std::sin(aside * 26.0F));
       top = std::min(top, 1.03F - height * std::max(0.0F, 1 - aside - tier));
     }

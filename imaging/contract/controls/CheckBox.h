@@ -8,7 +8,7 @@
 
 namespace kestrel {
 
-/// A box to tick: 0 unticked, 1 ticked.
+/// A check box: 0 unchecked, 1 checked.
 class CheckBox : public Control {
  public:
   virtual std::string Caption() const = 0;

@@ -13,11 +13,11 @@ class ComboBox : public Control {
  public:
   virtual std::int32_t ListCount() const = 0;
   virtual std::string List(std::int32_t index) const = 0;
-  /// The number stored with an entry; raises RuntimeError 381 outside.
+  /// The number stored with an entry; raises RuntimeError 381 outside the list.
   virtual std::int32_t ItemData(std::int32_t index) const = 0;
-  /// -1 while nothing is chosen.
+  /// -1 while nothing is selected.
   virtual std::int32_t ListIndex() const = 0;
-  /// Raises `Click` if the choice differs, RuntimeError 380 outside.
+  /// Raises `Click` if the selection differs, RuntimeError 380 outside the list.
   virtual void ListIndex(std::int32_t value) = 0;
 
   Event<> Click;

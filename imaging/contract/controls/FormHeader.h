@@ -8,7 +8,7 @@
 
 namespace kestrel {
 
-/// The head of a dialog with OK and Cancel, which lays out the rest of the window below.
+/// The header of a dialog with OK and Cancel; it lays out the rest of the window below.
 class FormHeader : public Control {
  public:
   virtual bool OKEnabled() const = 0;

@@ -7,7 +7,7 @@
 
 namespace kestrel {
 
-/// A text beside a control.
+/// A static text.
 class Label : public Control {
  public:
   virtual std::string Caption() const = 0;

@@ -8,7 +8,7 @@
 
 namespace kestrel {
 
-/// Holds a picture, stored with its form or written.
+/// Shows a picture, which its form stores or code sets.
 class PictureBox : public Control {
  public:
   virtual PicturePtr Picture() const = 0;

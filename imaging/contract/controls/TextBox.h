@@ -8,7 +8,7 @@
 
 namespace kestrel {
 
-/// A line of text that can be typed in.
+/// A single-line text input.
 class TextBox : public Control {
  public:
   virtual std::string Text() const = 0;

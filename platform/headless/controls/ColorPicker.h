@@ -26,7 +26,7 @@ class ColorPicker final : public WindowOf<kestrel::ColorPicker> {
   std::string EnhancedCaption() const override { return enhancedCaption_; }
   void DropDown() override { open_ = true; }
 
-  /// Whether the list of colours is open. What the user does there closes it.
+  /// Whether the list of colors is open. What the user does there closes it.
   bool isOpen() const { return open_; }
   void pick(OLE_COLOR color) {
     open_ = false;

@@ -115,7 +115,7 @@ class ImageOfFormat final : public Image {
   std::int32_t Height() const override { return inner_.Height(); }
   std::int32_t Format() const override { return format_; }
   std::int32_t Pages() const override { return inner_.Pages(); }
-  std::string Damage() const override { return inner_.Damage(); }
+  std::string DecodeErrors() const override { return inner_.DecodeErrors(); }
   Colour GetPixel(std::int32_t x, std::int32_t y) const override { return inner_.GetPixel(x, y); }
   void Convert(const Colour* background, std::int32_t pixelFormat) override {
     inner_.Convert(background, pixelFormat);
