@@ -17,7 +17,7 @@ namespace kestrel {
 inline constexpr std::int32_t kActionOK = 0;
 inline constexpr std::int32_t kActionCancel = 1;
 
-/// What every dialog is: a window made for one use, shown modally, which hides when the user is done so that
+/// Base of all dialogs: a window made for one use, shown modally, which hides when the user is done so that
 /// its opener can read the result fields.
 class DialogBase : public Object {
  public:
@@ -40,25 +40,25 @@ class DialogBase : public Object {
   DialogBase(const DialogBase&) = delete;
   DialogBase& operator=(const DialogBase&) = delete;
 
-  /// Takes the window's icon away, reads the defaults from the options, and last calls `ApplyLook`.
+  /// Removes the window's icon, reads the defaults from the options, and last calls `ApplyLook`.
   virtual void Form_Load() = 0;
   /// Runs once, when the window has appeared.
   virtual void Form_FirstActivate() {}
-  /// A button was pressed. OK: validate, store, set `Success`, `Unload`; or tell the user, and stay. Cancel:
-  /// `Unload`.
+  /// A button was pressed. OK: validate, store, set `Success`, `Unload`; on invalid input notify the user and
+  /// stay open. Cancel: `Unload`.
   virtual void cmdAction_Click(std::int32_t Index) = 0;
 
-  /// The dialog's fields for a report. What fails in this base is reported under the dialog's own name
-  /// (`TypeName`) and with these.
+  /// The dialog's fields for a report. Errors in this base class are reported under the dialog's own name
+  /// (`TypeName`) and with these fields.
   virtual std::string qdkDumpModuleVariables() const = 0;
 
   void Unload() { iForm->Unload(); }
   /// Gives the window the shared look; a failure is ignored.
   void ApplyLook();
   bool IsWindowVisible();
-  /// The caption of the window is the title.
+  /// Shows an exclamation box with the window's caption as title.
   void Exclaim(const std::string& text);
-  /// Takes digits only from the keyboard.
+  /// Makes the box accept only digits from the keyboard.
   void MakeNumberBox(TextBox& box);
   void Keep(Connection connection) { iConnections.push_back(std::move(connection)); }
 

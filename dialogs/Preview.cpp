@@ -11,7 +11,7 @@
 namespace kestrel {
 namespace {
 
-/// The gap between the panes, in the control's own scale.
+/// The gap between the panes, in container units.
 constexpr std::int32_t kGap = 12;
 
 Size SizeOf(const Image* Picture) {
@@ -50,7 +50,7 @@ void Preview::Usercontrol_Initialize() {
                                Options.BackgroundGridColor2());
     }
     mLinkedScrolling = true;
-    // From True to False is a change, so that the let runs and loads the stock picture.
+    // Start from True, so that setting False is a change and loads the stock picture.
     pUseOriginal = true;
     UseOriginal(false);
     modProcessing::FormSkin().ApplyToForm(UserControl, -1, -1);
@@ -112,18 +112,18 @@ void Preview::LinkedScrolling(bool Value) {
 
 void Preview::Reset() {
   try {
-    KeepPlace(igxPreview, [this] { igxPreview.Document().CopyFrom(*igxOriginal.ImgX(), 0); });
+    KeepScrollPosition(igxPreview, [this] { igxPreview.Document().CopyFrom(*igxOriginal.ImgX(), 0); });
   } catch (...) {
     QDK_TRAILER(Reset, QDK_PARAMETERS(), QDK_LOCALS());
   }
 }
 
-void Preview::KeepPlace(ImageView& Pane, const std::function<void()>& Work) {
+void Preview::KeepScrollPosition(ImageView& Pane, const std::function<void()>& Work) {
   const Size before = SizeOf(Pane.Image());
   const Point place{Pane.ScrollLeft(), Pane.ScrollTop()};
   Work();
   if (SizeOf(Pane.Image()) != before) return;
-  // Going back there is no scrolling that the other pane should follow.
+  // Restoring the position must not scroll the other pane.
   const bool scrolling = std::exchange(iScrolling, true);
   Pane.ScrollLeft(place.X);
   Pane.ScrollTop(place.Y);
@@ -135,11 +135,11 @@ void Preview::UseOriginal(bool Value) {
     if (Value == pUseOriginal) return;
     pUseOriginal = Value;
     UserControl.PropertyChanged("UseOriginal");
-    KeepPlace(igxOriginal, [this] { zLoadOriginal(); });
+    KeepScrollPosition(igxOriginal, [this] { zLoadOriginal(); });
     Reset();
-    // A handler may change the property again, and the next one is still told of this change.
-    const bool told = pUseOriginal;
-    UseOriginalChange(told);
+    // A handler may change the property again; later handlers still receive the value of this change.
+    const bool announced = pUseOriginal;
+    UseOriginalChange(announced);
   } catch (...) {
     QDK_TRAILER(UseOriginal, QDK_PARAMETERS(Value), QDK_LOCALS());
   }
@@ -168,7 +168,7 @@ void Preview::OriginalPicture(ImageView* Value) {
 
 void Preview::igxOriginal_Scroll() {
   try {
-    zFollowScroll(igxOriginal, igxPreview);
+    zLinkScroll(igxOriginal, igxPreview);
   } catch (...) {
     QDK_TRAILER(igxOriginal_Scroll, QDK_PARAMETERS(), QDK_LOCALS());
   }
@@ -176,14 +176,14 @@ void Preview::igxOriginal_Scroll() {
 
 void Preview::igxPreview_Scroll() {
   try {
-    zFollowScroll(igxPreview, igxOriginal);
+    zLinkScroll(igxPreview, igxOriginal);
   } catch (...) {
     QDK_TRAILER(igxPreview_Scroll, QDK_PARAMETERS(), QDK_LOCALS());
   }
 }
 
 /// A failure leaves `iScrolling` as it is.
-void Preview::zFollowScroll(ImageView& From, ImageView& To) {
+void Preview::zLinkScroll(ImageView& From, ImageView& To) {
   if (iScrolling || !mLinkedScrolling) return;
   iScrolling = true;
   To.ScrollLeft(From.ScrollLeft());

@@ -13,12 +13,12 @@
 
 namespace kestrel {
 
-/// The picture before and after, side by side. On the left stands the user's picture, or its selected
-/// section, or a small stock picture; on the right what the dialog's settings make of it. The control
-/// computes nothing: the dialog calls `Reset` and then works on the right pane.
+/// The picture before and after an effect, side by side. The left pane shows the user's picture, or its
+/// selected section, or a small stock picture; the right pane shows the result of the dialog's settings. The
+/// control computes nothing: the dialog calls `Reset` and then works on the right pane.
 class Preview final : public Object {
  public:
-  /// The site holds the views "igxOriginal" and "igxPreview" and the picture "imgPreview".
+  /// The site must contain the views "igxOriginal" and "igxPreview" and the picture "imgPreview".
   explicit Preview(Site& site);
 
   std::string TypeName() const override { return "Preview"; }
@@ -26,22 +26,23 @@ class Preview final : public Object {
   /// Scrolling one pane moves the other.
   bool LinkedScrolling() const { return mLinkedScrolling; }
   void LinkedScrolling(bool Value);
-  /// Makes the right pane a fresh copy of the left one.
+  /// Copies the left pane's picture to the right pane.
   void Reset();
-  /// Runs work that puts another picture into a pane, which then shows the same place as before if the
-  /// picture is as large as before.
-  void KeepPlace(ImageView& Pane, const std::function<void()>& Work);
-  /// The user's picture instead of the stock picture.
+  /// Runs work that replaces a pane's picture, and restores the scroll position if the new picture has the
+  /// same size.
+  void KeepScrollPosition(ImageView& Pane, const std::function<void()>& Work);
+  /// Whether the user's picture is shown instead of the stock picture.
   bool UseOriginal() const { return pUseOriginal; }
   void UseOriginal(bool Value);
-  /// The view with the user's picture, lent; null for none. With a valid selection it is used at once.
+  /// The view with the user's picture, not owned; null for none. If it has a valid selection, it is shown at
+  /// once.
   ImageView* OriginalPicture() const { return pOriginalPicture; }
   void OriginalPicture(ImageView* Value);
 
   ImageView& Original() { return igxOriginal; }
   ImageView& PreviewPane() { return igxPreview; }
 
-  /// After the panes were refreshed by a change of `UseOriginal`.
+  /// Raised after a change of `UseOriginal` has refreshed the panes.
   Event<const bool&> UseOriginalChange;
 
  private:
@@ -53,7 +54,7 @@ class Preview final : public Object {
   void zLoadOriginal();
   void igxOriginal_Scroll();
   void igxPreview_Scroll();
-  void zFollowScroll(ImageView& From, ImageView& To);
+  void zLinkScroll(ImageView& From, ImageView& To);
 
   std::string qdkDumpModuleVariables() const;
 

@@ -15,7 +15,7 @@ PreviewDialog::PreviewDialog(const char* formName)
 
 void PreviewDialog::ShowEffect(const std::function<void(ImageView&)>& operation) {
   modProcessing::FormUtility().SetPointer(kBusyArrowHourglass);
-  iPreview.KeepPlace(iPreview.PreviewPane(), [&] {
+  iPreview.KeepScrollPosition(iPreview.PreviewPane(), [&] {
     iPreview.Reset();
     operation(iPreview.PreviewPane());
   });

@@ -8,7 +8,7 @@
 
 namespace kestrel {
 
-/// A dialog that shows what its settings do to the picture.
+/// A dialog with a preview of its settings' effect on the picture.
 class PreviewDialog : public DialogBase {
  public:
   kestrel::Preview& Preview() { return iPreview; }
@@ -16,12 +16,12 @@ class PreviewDialog : public DialogBase {
  protected:
   explicit PreviewDialog(const char* formName);
 
-  /// Computes the preview; each change of a setting calls it. Does nothing before the window is visible.
+  /// Computes the preview; called on each change of a setting. Does nothing before the window is visible.
   virtual void UpdatePreview() = 0;
   void Form_FirstActivate() override { UpdatePreview(); }
 
-  /// Runs the dialog's operation on a fresh copy in the right pane, with the busy pointer shown. When the
-  /// operation fails the pointer stays, until a preview succeeds.
+  /// Runs the dialog's operation on a new copy in the right pane, with the busy pointer shown. If the
+  /// operation fails the busy pointer stays until a preview succeeds.
   void ShowEffect(const std::function<void(ImageView&)>& operation);
 
  private:

@@ -9,7 +9,7 @@ frmResources::frmResources()
     : form_("frmResources"),
       load_(form_->Load.Connect([this] { Form_Load(); })),
       chkThumbnail_(Bind<CheckBox>(*form_, "chkThumbnail")) {
-  // It is never shown, which would load it.
+  // The form is never shown, so it is loaded here.
   form_->Load();
 }
 

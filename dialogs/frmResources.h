@@ -6,7 +6,7 @@
 
 namespace kestrel {
 
-/// A window that is never shown: it carries the check box that the save dialog borrows.
+/// A window that is never shown: the container of the check box that the save dialog borrows.
 class frmResources {
  public:
   frmResources();

@@ -14,7 +14,7 @@ constexpr std::size_t kRight = 1;
 constexpr std::int32_t kFree = 3;
 constexpr std::int32_t kFullTurn = 360;
 
-/// The engine turns clockwise only: left is told as its complement.
+/// The clockwise angle, the engine's unit: a rotation to the left is 360 degrees minus the angle.
 std::int32_t Clockwise(std::int32_t angle, bool left) {
   return left ? CheckedAdd(kFullTurn, CheckedNegate(angle)) : angle;
 }
@@ -44,7 +44,8 @@ void frmRotate::Form_Load() {
     MakeNumberBox(txtDegrees);
     const auto shared = modProcessing::GetOptions();
     Options& Options = Required(shared);
-    // A stored number beyond the two directions must not leave the user without one.
+    // A stored direction that is neither left nor right counts as right, so that one option is always
+    // selected.
     optDirection[Options.RotateDirection() == ipDirectionLeft ? kLeft : kRight]->Value(true);
     Angle = Options.RotateAngle();
     switch (Angle) {
@@ -119,7 +120,7 @@ void frmRotate::cmdAction_Click(std::int32_t Index) {
     if (Angle == 0) return Exclaim("Please enter or select an angle");
     const auto shared = modProcessing::GetOptions();
     Options& Options = Required(shared);
-    // Stored as entered, so that the next opening shows the same choice.
+    // Stored as entered, so that the dialog reopens with the same values.
     Options.RotateAngle(Angle);
     const bool left = optDirection[kLeft]->Value();
     Angle = Clockwise(Angle, left);

@@ -20,7 +20,7 @@ std::string DispatchKey(std::string_view name) {
 
 }  // namespace
 
-/// Those that need a picture come first, in the order in which `SetControls` switches them.
+/// Rows that need a picture come first, in the switching order of `SetControls`.
 std::span<const ImageProcessingCtl::CommandRow> ImageProcessingCtl::zCommandRows() {
   using Editor = ImageProcessingCtl;
   static constexpr std::uint32_t kFullEdits = kEditsPicture | kFullTools;
@@ -155,7 +155,7 @@ void ImageProcessingCtl::mrgUI_CommandHotKeyPress(Command& Command, HotKey& HotK
 
 void ImageProcessingCtl::mrgUI_CommandBarHiding(CommandBar& CommandBar) {
   try {
-    zFollowBar(CommandBar, false);
+    zUpdateBarCommand(CommandBar, false);
   } catch (...) {
     QDK_TRAILER(mrgUI_CommandBarHiding, QDK_PARAMETERS(CommandBar), QDK_LOCALS());
   }
@@ -163,20 +163,20 @@ void ImageProcessingCtl::mrgUI_CommandBarHiding(CommandBar& CommandBar) {
 
 void ImageProcessingCtl::mrgUI_CommandBarShowing(CommandBar& CommandBar) {
   try {
-    zFollowBar(CommandBar, true);
+    zUpdateBarCommand(CommandBar, true);
   } catch (...) {
     QDK_TRAILER(mrgUI_CommandBarShowing, QDK_PARAMETERS(CommandBar), QDK_LOCALS());
   }
 }
 
-void ImageProcessingCtl::zFollowBar(CommandBar& CommandBar, bool Shown) {
+void ImageProcessingCtl::zUpdateBarCommand(CommandBar& CommandBar, bool Shown) {
   if (LowerCase(CommandBar.Name()) != "status bar") return;
   mrgUI.DockFunctions().SetChecked(Commands()("btnViewStatusBar"), Shown);
 }
 
 void ImageProcessingCtl::mrgUI_DockWindowHiding(DockWindow& DockWindow) {
   try {
-    zFollowDockWindow(DockWindow, false);
+    zUpdateDockWindowCommand(DockWindow, false);
   } catch (...) {
     QDK_TRAILER(mrgUI_DockWindowHiding, QDK_PARAMETERS(DockWindow), QDK_LOCALS());
   }
@@ -184,13 +184,13 @@ void ImageProcessingCtl::mrgUI_DockWindowHiding(DockWindow& DockWindow) {
 
 void ImageProcessingCtl::mrgUI_DockWindowShowing(DockWindow& DockWindow) {
   try {
-    zFollowDockWindow(DockWindow, true);
+    zUpdateDockWindowCommand(DockWindow, true);
   } catch (...) {
     QDK_TRAILER(mrgUI_DockWindowShowing, QDK_PARAMETERS(DockWindow), QDK_LOCALS());
   }
 }
 
-void ImageProcessingCtl::zFollowDockWindow(DockWindow& DockWindow, bool Shown) {
+void ImageProcessingCtl::zUpdateDockWindowCommand(DockWindow& DockWindow, bool Shown) {
   const std::string Key = LowerCase(DockWindow.Name());
   if (Key == "dkwmaterials") mrgUI.DockFunctions().SetChecked(Commands()("btnViewMaterialsWindow"), Shown);
   if (Key == "dkwzoom") mrgUI.DockFunctions().SetChecked(Commands()("btnViewZoomWindow"), Shown);

@@ -2,8 +2,7 @@
 #include "Tools.h"
 #include "diagnostics/Trailer.h"
 
-// When commands are enabled. The rows of the two tables say what each needs; the zoom steps have rules of
-// their own.
+// Enabling of commands by the flags of the two tables. The zoom steps have rules of their own.
 
 namespace kestrel {
 
@@ -21,7 +20,7 @@ void ImageProcessingCtl::SetControls(const bool& Enabled) {
       if (row.Has(kAwaitsDialog)) Commands()(row.Name).Enabled(false);
     }
     iHeldCommands.clear();
-    zFollowMode();
+    zUpdateModeCommands();
     mrgUI.Redraw(true);
   } catch (...) {
     QDK_TRAILER(SetControls, QDK_PARAMETERS(Enabled), QDK_LOCALS());
@@ -34,16 +33,16 @@ void ImageProcessingCtl::zEnable(const CommandRow& Row) {
   Commands()(Row.Name).Enabled(iControlsEnabled && hasStep && !Row.Has(kAwaitsDialog));
 }
 
-/// Enables Undo and Redo exactly while there is a step to take.
+/// Enables Undo and Redo if there is a step.
 void ImageProcessingCtl::zEnableSteps() {
   for (const CommandRow& row : zCommandRows()) {
     if (row.Has(kNeedsUndoStep) || row.Has(kNeedsRedoStep)) zEnable(row);
   }
 }
 
-/// Disables the commands that wait for the end of an open paste or crop, and enables them again when both are
-/// over.
-void ImageProcessingCtl::zFollowMode() {
+/// Disables the commands that must wait for the end of an open paste or crop, and enables them again
+/// afterwards.
+void ImageProcessingCtl::zUpdateModeCommands() {
   if (!iPasting && !iCropping) {
     for (const char* name : iHeldCommands) Commands()(name).Enabled(true);
     iHeldCommands.clear();

@@ -13,13 +13,13 @@ namespace {
 constexpr std::int32_t kOpenFlags = kDialogPathMustExist | kDialogFileMustExist | kDialogHideReadOnly;
 constexpr std::int32_t kSaveFlags = kDialogOverwritePrompt | kDialogHideReadOnly | kDialogPathMustExist;
 
-// Where the check box stands below the file-type row, and the space below it, in pixels.
+// The check box's position below the file-type row, and the margin below it, in pixels.
 constexpr std::int32_t kCheckBoxIndent = 3;
 constexpr std::int32_t kCheckBoxDrop = 36;
 constexpr std::int32_t kCheckBoxMargin = 3;
 
-/// What the user should know of the file that the picture came from; empty for a whole file with one picture.
-std::string AboutFile(const Image* Picture) {
+/// The notice for the picture's file; empty for an intact file with one page.
+std::string FileNotice(const Image* Picture) {
   if (!Picture) return {};
   std::string Text = Picture->DecodeErrors();
   const std::int32_t Others = Picture->Pages() - 1;
@@ -38,7 +38,7 @@ bool ImageProcessingCtl::OpenImage(std::string Filename) {
     Cancel();
     if (Filename.empty()) {
       zRaise(RequestOpenFilename, Filename, CancelDefault);
-      zTellSink([&](IImageEvents& Sink) { Sink.RequestOpenFilename(Filename, CancelDefault); });
+      zNotifySink([&](IImageEvents& Sink) { Sink.RequestOpenFilename(Filename, CancelDefault); });
     }
     if (Filename.empty() && !CancelDefault) {
       iIsSave = false;
@@ -67,11 +67,11 @@ bool ImageProcessingCtl::OpenImage(std::string Filename) {
       Result = true;
       const std::string Opened = pFilename;
       zRaise(ImageOpen, Opened);
-      zTellSink([&](IImageEvents& Sink) { Sink.ImageOpen(Opened); });
+      zNotifySink([&](IImageEvents& Sink) { Sink.ImageOpen(Opened); });
     }
     Status("", true, false);
   } catch (...) {
-    // Whatever failed, a handler of the host's too: the busy phase ends.
+    // After any failure, also in a host's handler, the busy phase ends.
     QDK_RESUME_NEXT(Status("", true, false));
     QDK_TRAILER(OpenImage, QDK_PARAMETERS(Filename), QDK_LOCALS(CancelDefault, Failed, Result));
   }
@@ -83,11 +83,11 @@ void ImageProcessingCtl::zPictureSet() {
     igxImage.UndoLevels(0);
     igxImage.UndoLevels(pUndoLevels);
     igxImage.Modified(false);
-    // A host may also have taken the picture away.
+    // The host may also have removed the picture.
     SetControls(igxImage.Image() != nullptr);
     Changed(false);
     ResetSelection();
-    zTellOfFile();
+    zShowFileNotice();
     zRaise(PictureSet);
   } catch (...) {
     QDK_TRAILER(zPictureSet, QDK_PARAMETERS(), QDK_LOCALS());
@@ -123,14 +123,14 @@ bool ImageProcessingCtl::zSaveImage(std::string Filename, std::int32_t ForcedFor
     Format = Required(igxImage.Image()).Format();
     if (Filename.empty() || !modImgX::IsValidSaveFormat(Format)) {
       zRaise(RequestSaveFilename, Filename, CancelDefault);
-      zTellSink([&](IImageEvents& Sink) { Sink.RequestSaveFilename(Filename, CancelDefault); });
+      zNotifySink([&](IImageEvents& Sink) { Sink.RequestSaveFilename(Filename, CancelDefault); });
       if (Filename.empty() && !CancelDefault) {
         iIsSave = true;
         ImgXDialog& dialog = Required(pDialog);
         dialog.Filter(kSaveFilter);
         dialog.Flags(kSaveFlags);
         dialog.Filename(pFilename);
-        // From here on a name stands as it was typed, in later open dialogs too.
+        // From now on typed names get no default extension, in later open dialogs too.
         dialog.DefaultExt("");
         if (zShowFileDialog(true)) {
           Filename = modImgX::FixDuplicateExtension(dialog.Filename());
@@ -165,15 +165,15 @@ bool ImageProcessingCtl::zSaveImage(std::string Filename, std::int32_t ForcedFor
                           SaveImageThumbnail(Thumbnail));
       if (UpdateUserInterface) {
         QDK_RESUME_NEXT(igxImage.Modified(false));
-        QDK_RESUME_NEXT(zForgetFile());
+        QDK_RESUME_NEXT(zClearFileNotice());
         pFilename = Filename;
         QDK_RESUME_NEXT(mFormat = modImgX::GetSaveFormatFromFilename(Filename, files));
         QDK_RESUME_NEXT(Required(pMRU).AddFile(pFilename));
         Result = true;
         QDK_RESUME_NEXT(zRaise(ImageSave, std::string(pFilename)));
-        QDK_RESUME_NEXT(zTellSink([&](IImageEvents& Sink) { Sink.ImageSave(Filename); }));
+        QDK_RESUME_NEXT(zNotifySink([&](IImageEvents& Sink) { Sink.ImageSave(Filename); }));
       } else {
-        // A copy was saved: the picture itself still is not.
+        // Only a copy was saved: the picture is still modified.
         QDK_RESUME_NEXT(igxImage.Modified(true));
       }
     }
@@ -191,7 +191,7 @@ bool ImageProcessingCtl::SaveChanges() {
   std::string Name;
   std::int32_t Answer = 0;
   try {
-    // Whoever asks is about to leave the picture.
+    // The caller is about to replace or close the picture.
     Cancel();
     if (!igxImage.Modified()) return true;
     Name = pFilename.empty() ? "Untitled" : pFilename;
@@ -224,35 +224,36 @@ void ImageProcessingCtl::pDialog_InitDialog(std::int32_t& DialogWidth, std::int3
   }
 }
 
-// -- What the user should know of the picture's file ------------------------------------------------------
+// -- The notice for the picture's file ---------------------------------------------------------------------
 
-void ImageProcessingCtl::zTellOfFile() {
+void ImageProcessingCtl::zShowFileNotice() {
   bool LosesPages = false;
   try {
-    iNotice = AboutFile(igxImage.Image());
+    iNotice = FileNotice(igxImage.Image());
     LosesPages = !iNotice.empty() && Required(igxImage.Image()).Pages() > 1;
     iRepeatNotice = LosesPages;
     igxImage.Notice(iNotice, LosesPages && zOffersSaveAs() ? Commands()("btnFileSaveAs").Caption() : "");
   } catch (...) {
-    QDK_TRAILER(zTellOfFile, QDK_PARAMETERS(), QDK_LOCALS(LosesPages));
+    QDK_TRAILER(zShowFileNotice, QDK_PARAMETERS(), QDK_LOCALS(LosesPages));
   }
 }
 
-/// After each change: tells of another picture's file, and once more what a save would lose.
-void ImageProcessingCtl::zFollowFile() {
+/// After each change: shows the notice of another picture's file, and repeats once that a save would lose
+/// pages.
+void ImageProcessingCtl::zUpdateFileNotice() {
   bool Another = false;
   try {
-    Another = AboutFile(igxImage.Image()) != iNotice;
+    Another = FileNotice(igxImage.Image()) != iNotice;
     if (!Another && !iRepeatNotice) return;
-    zTellOfFile();
+    zShowFileNotice();
     if (!Another) iRepeatNotice = false;
   } catch (...) {
-    QDK_TRAILER(zFollowFile, QDK_PARAMETERS(), QDK_LOCALS(Another));
+    QDK_TRAILER(zUpdateFileNotice, QDK_PARAMETERS(), QDK_LOCALS(Another));
   }
 }
 
-/// After a save: the picture's file is the new one, which is whole and has nothing to lose.
-void ImageProcessingCtl::zForgetFile() {
+/// After a save the picture's file is the new one, which is intact and has one page.
+void ImageProcessingCtl::zClearFileNotice() {
   iRepeatNotice = false;
   igxImage.Notice("");
 }

@@ -5,8 +5,7 @@
 #include "dialogs/frmRotate.h"
 #include "imaging/modImgX.h"
 
-// The operations let the engine's errors out: whoever calls them wants to tell the user, or a host, in its
-// own words.
+// Engine errors propagate from the operations: the caller reports them to the user or the host.
 
 namespace kestrel {
 
@@ -36,7 +35,7 @@ void ImageProcessingCtl::ResizeCanvas(std::int32_t Width, std::int32_t Height, s
 void ImageProcessingCtl::Rotate(float Angle, OLE_COLOR BackColor, bool ApplyToSelection) {
   if (BackColor == ipUseDefault) {
     BackColor = Required(Options()).MaterialBackColor();
-    // Wherever a background material is set it is the foreground one that fills the corners.
+    // If a background material is set, the foreground material fills the corners.
     if (BackColor != kNoColor) BackColor = Required(Options()).MaterialForeColor();
   }
   const bool onSection = ApplyToSelection && zHasSelection();
@@ -88,7 +87,7 @@ void ImageProcessingCtl::zTakeShadowDefaults(ShadowArguments& Shadow) {
   if (Shadow.BlurLevel == ipUseDefault) Shadow.BlurLevel = options.DropShadowBlur();
 }
 
-Colour ImageProcessingCtl::zShadowColour(const Colors& Palette, const ShadowArguments& Shadow) const {
+Colour ImageProcessingCtl::zShadowColor(const Colors& Palette, const ShadowArguments& Shadow) const {
   return Palette.Create(Shadow.Color, ToByte(Shadow.Opacity));
 }
 
@@ -103,7 +102,7 @@ void ImageProcessingCtl::ApplyDropShadow(std::int32_t OffsetX, std::int32_t Offs
   ShadowArguments shadow{OffsetX, OffsetY, ShadowColor, Opactity, BlurLevel};
   zTakeShadowDefaults(shadow);
   const bool onSection = ApplyToSelection && zHasSelection();
-  const Colour color = zShadowColour(igxImage.Colors(), shadow);
+  const Colour color = zShadowColor(igxImage.Colors(), shadow);
   zDropShadow(zBeginOperation(onSection), color, shadow, "");
   zEndOperation(onSection);
 }
@@ -117,10 +116,10 @@ void ImageProcessingCtl::ApplyMaskedDropShadow(std::int32_t OffsetX, std::int32_
   zTakeShadowDefaults(shadow);
   if (MaskColor == ipUseDefault) MaskColor = Required(Options()).DropShadowMaskColor();
 
-  // Any valid selection is used, whatever the caller asked for.
+  // Any valid selection is used, regardless of the argument.
   const bool onSection = zHasSelection();
-  // What can be wrong with opacity and mask shows before anything is changed.
-  const Colour shadowColor = zShadowColour(igxImage.Colors(), shadow);
+  // Validate opacity and mask before anything is changed.
+  const Colour shadowColor = zShadowColor(igxImage.Colors(), shadow);
   if (AutomaticMask) {
     const Point corner = onSection ? Point{igxImage.SelectionLeft(), igxImage.SelectionTop()} : Point{0, 0};
     MaskColor = Required(igxImage.Image()).GetPixel(corner.X, corner.Y).Value();
@@ -135,10 +134,10 @@ void ImageProcessingCtl::ApplyMaskedDropShadow(std::int32_t OffsetX, std::int32_
     const Colour to = target.Colors().Create(0, 0);
     target.Effects().ReplaceColor(from, to, kMaskTolerance, 0, kNoUndo);
     zDropShadow(target, shadowColor, shadow, kNoUndo);
-    // The composite belongs to the undo point.
+    // The composite is part of the undo point.
     zEndOperation(onSection, kNoUndo);
   } catch (...) {
-    // Without its shadow the picture must not lose its background either.
+    // If the shadow fails, restore the background too.
     QDK_RESUME_NEXT(point->TakeBack());
     iHoldsChange = false;
     throw;

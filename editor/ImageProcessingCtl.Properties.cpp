@@ -68,7 +68,7 @@ void ImageProcessingCtl::ShowOpen(bool Value) {
     if (Value == pShowOpen) return;
     pShowOpen = Value;
     zPropertyChanged("ShowOpen");
-    // Who may open nothing has no use for recent files. The other way round it does not hold.
+    // Without Open there are no recent files. The reverse does not hold.
     pShowMRU = pShowOpen;
     zInitSubControls();
   } catch (...) {

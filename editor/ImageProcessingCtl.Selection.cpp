@@ -94,10 +94,10 @@ void ImageProcessingCtl::Cut(bool UseSelection) {
       ResetSelection();
     } else {
       igxImage.Writer().ToClipboard();
-      // The view's own size, not the picture's.
+      // The size of the view, not of the picture.
       EndPoint = {igxImage.Width(), igxImage.Height()};
     }
-    // The fill mode stays, whatever the background color says.
+    // The solid fill mode stays set afterwards, regardless of the background color.
     igxImage.Draw().FillMode(kFillSolid);
     igxImage.Draw().Rectangle(StartPoint, EndPoint, 0, 0, "Cut");
   } catch (...) {
@@ -116,7 +116,7 @@ void ImageProcessingCtl::zBeginPaste() {
   scratch.Document().Paste("");
   Tool(ipToolSelect);
   iPasting = true;
-  zFollowMode();
+  zUpdateModeCommands();
   Status("Please select where to paste the image, or press Escape to cancel", false, true);
   mrgUI.DockFunctions().SetChecked(Commands()("btnEditPaste"), true);
   const kestrel::Image& source = Required(scratch.Image());
@@ -126,14 +126,14 @@ void ImageProcessingCtl::zBeginPaste() {
   igxImage.Refresh();
 }
 
-/// The floating image can be moved, not resized.
+/// Undoes a resize: the floating image can only be moved.
 void ImageProcessingCtl::zKeepFloatingSize() {
   const kestrel::Image& source = Required(Required(pImage).Image());
   igxImage.SelectionWidth(source.Width());
   igxImage.SelectionHeight(source.Height());
 }
 
-void ImageProcessingCtl::zFollowPaste() {
+void ImageProcessingCtl::zMoveFloatingImage() {
   zKeepFloatingSize();
   iPasteX = igxImage.SelectionLeft();
   iPasteY = igxImage.SelectionTop();
@@ -163,7 +163,7 @@ void ImageProcessingCtl::Paste() {
                           iTransparentPaste ? &MaskColor : nullptr, 1.0F, true, "Paste");
     zCancelPaste();
   } catch (...) {
-    // The floating image has nowhere to go, so the mode must not stay open.
+    // The floating image cannot be placed, so the mode must end.
     QDK_RESUME_NEXT(zCancelPaste());
     QDK_TRAILER(Paste, QDK_PARAMETERS(), QDK_LOCALS(MaskColor));
   }
@@ -173,7 +173,7 @@ void ImageProcessingCtl::zCancelPaste() {
   try {
     iPasting = false;
     iTransparentPaste = false;
-    zFollowMode();
+    zUpdateModeCommands();
     mrgUI.DockFunctions().SetChecked(Commands()("btnEditPaste"), false);
     Status("", true, true);
     ResetSelection();
@@ -202,7 +202,7 @@ void ImageProcessingCtl::CropToSelection() {
   ResetSelection();
 }
 
-void ImageProcessingCtl::zCropOrTell() {
+void ImageProcessingCtl::zTryCrop() {
   try {
     CropToSelection();
   } catch (...) {
@@ -211,10 +211,10 @@ void ImageProcessingCtl::zCropOrTell() {
 }
 
 void ImageProcessingCtl::zCropOrBeginCrop() {
-  if (zHasSelection()) return zCropOrTell();
+  if (zHasSelection()) return zTryCrop();
   Tool(ipToolSelect);
   iCropping = true;
-  zFollowMode();
+  zUpdateModeCommands();
   Status("Please select the region to crop the image to, or press Escape to cancel", false, true);
   mrgUI.DockFunctions().SetChecked(Commands()("btnImageCrop"), true);
 }
@@ -222,7 +222,7 @@ void ImageProcessingCtl::zCropOrBeginCrop() {
 void ImageProcessingCtl::zCancelCrop() {
   try {
     iCropping = false;
-    zFollowMode();
+    zUpdateModeCommands();
     mrgUI.DockFunctions().SetChecked(Commands()("btnImageCrop"), false);
     Status("", true, true);
     ResetSelection();

@@ -3,8 +3,8 @@
 #include "base/Required.h"
 #include "imaging/modImgX.h"
 
-// Thumbnails are made in the scratch object, so that the picture and its undo steps are never touched. Engine
-// errors go to the caller.
+// Thumbnails are made in the scratch object, so that the picture and its undo steps are unchanged. Engine
+// errors propagate to the caller.
 
 namespace kestrel {
 
@@ -29,9 +29,9 @@ PicturePtr ImageProcessingCtl::GetThumbnailEx(ThumbnailSizeTypeEnum& SizeType, s
   scratch.Document().CopyFrom(*igxImage.ImgX(), 0, "");
   std::int32_t width = Size;
   if (SizeType == tstPercentage) width = IntPart(Required(scratch.Image()).Width() / 100.0 * Size);
-  // Shrunk first: the shadow's offset and blur are in pixels of the thumbnail.
+  // Resize first: the shadow's offset and blur are in pixels of the thumbnail.
   scratch.Effects().Resize(width, 0, kResampleLanczos, "");
-  if (AddDropShadow) zDropShadow(scratch, zShadowColour(scratch.Colors(), shadow), shadow, "");
+  if (AddDropShadow) zDropShadow(scratch, zShadowColor(scratch.Colors(), shadow), shadow, "");
   scratch.Alpha().Flatten(scratch.Colors().Create(BackColor, 255), "");
   return scratch.Writer().ToPicture();
 }

@@ -11,8 +11,7 @@ namespace {
 
 constexpr std::int32_t kFirstOwnTool = 100;
 
-/// The row of a tool. A number without a row is written through to the view, unless it is one of the editor's
-/// own.
+/// The row of a tool. Other numbers are passed to the view, except those of the editor, from 100.
 ToolRow RowOf(ImageProcessingToolConstants tool) {
   for (const ToolRow& row : kTools) {
     if (row.Tool == tool) return row;
@@ -136,8 +135,8 @@ void ImageProcessingCtl::igxImage_Click() {
   try {
     if (!igxImage.SelectionVisible()) {
       ResetSelection();
-      // The view hides the rectangle on a click outside of it. For the editor the far edge is inside, and so
-      // is all of the floating image, which doesn't scale with the zoom as the rectangle does.
+      // The view hides the rectangle on a click outside of it. The editor counts the far edge as inside, and
+      // also all of the floating image, which does not scale with the zoom.
       if (iPasting) {
         zKeepFloatingSize();
         igxImage.SelectionVisible(true);
@@ -155,7 +154,7 @@ void ImageProcessingCtl::igxImage_Click() {
   }
 }
 
-/// The size of the selection if there is one, else of the picture.
+/// Shows the size of the selection if there is one, else of the picture.
 void ImageProcessingCtl::zShowSize() {
   const kestrel::Image* picture = igxImage.Image();
   std::string size = " ";
@@ -165,8 +164,8 @@ void ImageProcessingCtl::zShowSize() {
   mrgUI.StatusPanel("pnlSize").Caption(size);
 }
 
-/// After a change of the picture: another pixel may be under the pointer, which need not move for that.
-void ImageProcessingCtl::zFollowPointer() {
+/// After a change of the picture: the pixel under an unmoved pointer may be another one.
+void ImageProcessingCtl::zUpdatePointerPixel() {
   if (const auto pixel = igxImage.PointerPixel()) {
     mrgUI.StatusPanel("pnlPosition").Caption(Pair(pixel->X, pixel->Y));
     if (fltZoom) fltZoom->RedrawZoomWindowEx(pixel->X, pixel->Y);
@@ -179,7 +178,7 @@ void ImageProcessingCtl::zFollowPointer() {
 void ImageProcessingCtl::igxImage_SelectChanged(std::int32_t Left, std::int32_t Top, std::int32_t Width,
                                                 std::int32_t Height) {
   try {
-    // A drag that was given up may have left no selection.
+    // A canceled drag may leave no selection.
     if (!igxImage.SelectionVisible()) return zShowSize();
     mrgUI.StatusPanel("pnlSize").Caption(Pair(Width, Height));
     // The view repaints the rectangle's border only, not the floating image inside.
@@ -194,10 +193,10 @@ void ImageProcessingCtl::igxImage_Selected(std::int32_t Left, std::int32_t Top, 
   try {
     zShowSize();
     if (iCropping) {
-      zCropOrTell();
+      zTryCrop();
       zCancelCrop();
     }
-    if (iPasting) zFollowPaste();
+    if (iPasting) zMoveFloatingImage();
   } catch (...) {
     QDK_TRAILER(igxImage_Selected, QDK_PARAMETERS(Left, Top, Width, Height), QDK_LOCALS());
   }

@@ -28,10 +28,10 @@ void ImageProcessingCtl::Redo() {
 
 void ImageProcessingCtl::igxImage_Changed() {
   try {
-    zFollowSteps();
+    zUpdateStepCommands();
     zShowSize();
-    zFollowPointer();
-    zFollowFile();
+    zUpdatePointerPixel();
+    zUpdateFileNotice();
     if (iHoldsChange) {
       iHeldChange = true;
     } else {
@@ -44,10 +44,10 @@ void ImageProcessingCtl::igxImage_Changed() {
 
 void ImageProcessingCtl::igxImage_Loaded() {
   try {
-    // A load drops what was undone.
-    zFollowSteps();
+    // A load discards the redo steps.
+    zUpdateStepCommands();
     zShowSize();
-    zFollowPointer();
+    zUpdatePointerPixel();
   } catch (...) {
     QDK_TRAILER(igxImage_Loaded, QDK_PARAMETERS(), QDK_LOCALS());
   }
@@ -55,14 +55,14 @@ void ImageProcessingCtl::igxImage_Loaded() {
 
 void ImageProcessingCtl::igxImage_UndoStepsChanged() {
   try {
-    zFollowSteps();
+    zUpdateStepCommands();
   } catch (...) {
     QDK_TRAILER(igxImage_UndoStepsChanged, QDK_PARAMETERS(), QDK_LOCALS());
   }
 }
 
-/// The captions and the enabling of Undo and Redo. Errors go to the handler that called.
-void ImageProcessingCtl::zFollowSteps() {
+/// Updates the captions and the enabling of Undo and Redo. Errors propagate to the calling handler.
+void ImageProcessingCtl::zUpdateStepCommands() {
   const auto label = [this](const char* key, const std::string& caption) {
     Command& command = Commands()(key);
     command.Caption("&" + caption);

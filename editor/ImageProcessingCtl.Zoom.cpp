@@ -8,11 +8,11 @@ namespace {
 constexpr float kActualSize = 1.0F;
 constexpr double kSmallStep = 0.1;
 constexpr double kLargeStep = 1.0;
-/// Beyond these the buttons are off; the members themselves have no bounds.
+/// Limits for enabling the zoom buttons; the members themselves have none.
 constexpr float kZoomOutAbove = 0.1F;
 constexpr float kZoomInBelow = 9.9F;
 
-/// "2" or ".5": whole factors plain, all others with one decimal.
+/// "2" or ".5": integer factors without, all others with one decimal.
 std::string ZoomText(float level) {
   const std::string plain = ToText(level);
   return plain.find('.') == std::string::npos ? plain : FormatOneDecimal(static_cast<double>(level));
@@ -52,7 +52,7 @@ void ImageProcessingCtl::ZoomActualSize() {
 void ImageProcessingCtl::igxImage_BeforeZoomChanged(double Zoom) {
   std::string Text;
   try {
-    // The argument plays no part: whoever writes the view's zoom has stored the level before.
+    // The argument is ignored: writers of the view's zoom have already stored the level.
     Text = ZoomText(iZoomLevel);
     Commands()("btnZoomOut").Enabled(iZoomLevel > kZoomOutAbove);
     Commands()("btnZoomIn").Enabled(iZoomLevel < kZoomInBelow);

@@ -20,7 +20,7 @@ constexpr std::int32_t kKeyEscape = 27;
 
 }  // namespace
 
-/// A property that the host's bag keeps.
+/// A property stored in the host's property bag.
 struct ImageProcessingCtl::StoredProperty {
   const char* Name;
   bool ImageProcessingCtl::*Field;
@@ -54,7 +54,7 @@ ImageProcessingCtl::ImageProcessingCtl(Site& site)
   Usercontrol_Initialize();
 }
 
-// The container may have destroyed the child controls already.
+// Do not access child controls: the container may have destroyed them.
 ImageProcessingCtl::~ImageProcessingCtl() {
   if (!iRetired) zRelease();
 }
@@ -65,10 +65,10 @@ void ImageProcessingCtl::Usercontrol_Initialize() {
     iPlatform.RegistryStore().RootKey(kRootKey);
     iPlatform.RegistryStore().RootHive(HKEY_CURRENT_USER);
     CommandBars()("Menu Bar").Visible(false);
-    // The zoom tool alone shows it.
+    // Shown only while the zoom tool is selected.
     CommandBars()("Zoom").Listed(false);
     SetControls(false);
-    // The back color begins as black, which is a fill. A let of black later changes nothing.
+    // The initial back color is black, which means solid fill. Setting black later is no change.
     igxImage.Draw().FillMode(kFillSolid);
     CommandItems& zoomEntries = Commands()("cboZoom").Items();
     for (Entry = 1; Entry <= kZoomEntries; ++Entry) zoomEntries.Add(ToText(Entry) + ":1", ToText(Entry));
@@ -182,7 +182,7 @@ void ImageProcessingCtl::zInitSubControls() {
     Commands().HotKeyOptions().AllowUnmodified(pAllowUnmodifiedHotKeys ? 1 : 0);
     if (!pAllowUnmodifiedHotKeys) zRemoveUnmodifiedHotKeys();
 
-    // The entries above Copy are hidden with the simple tools, and with them goes their separator.
+    // The simple tools hide the entries above Copy and their separator.
     CommandBars()("Standard").Entries().Item("btnEditCopy").BeginGroup(pUseSimpleTools);
     Commands()("mnuEdit").Bar().Entries().Item("btnEditCopy").BeginGroup(pUseSimpleTools);
   } catch (...) {
@@ -225,7 +225,7 @@ void ImageProcessingCtl::Initialize() {
     BackColor(Required(Options()).MaterialBackColor());
     ForeColor(Required(Options()).MaterialForeColor());
     UndoLevels(Required(Options()).UndoLevels());
-    // The field begins with 0, so the let took 0 for no change. The view begins with more.
+    // The field starts at 0, so setting 0 was no change. The view starts with more levels.
     if (pUndoLevels == 0) igxImage.UndoLevels(0);
 
     pDialog = iPlatform.CreateImgXDialog();
@@ -326,7 +326,7 @@ void ImageProcessingCtl::zShowPopup(const char* Menu) {
   if (!iRetired) mrgUI.ShowPopup(Commands()(Menu));
 }
 
-// -- What the container asks ------------------------------------------------------------------------------
+// -- Requests of the container ------------------------------------------------------------------------------
 
 void ImageProcessingCtl::UserControl_Resize() {
   try {
@@ -358,7 +358,7 @@ void ImageProcessingCtl::UserControl_KeyPress(std::int32_t& KeyAscii) {
     if (KeyAscii != kKeyEscape) return;
     Pending = iCropping || iPasting;
     Cancel();
-    // The key that ends a mode must not close the window of the host, and the picture with it.
+    // The key that ends a mode must not also close the host's window.
     if (Pending) KeyAscii = 0;
   } catch (...) {
     QDK_TRAILER(UserControl_KeyPress, QDK_PARAMETERS(KeyAscii), QDK_LOCALS(Pending));

@@ -27,15 +27,14 @@
 
 namespace kestrel {
 
-/// The embeddable image editor: an image view in the middle of menus, tool bars, a status bar and dock
-/// windows.
+/// The embeddable image editor: an image view surrounded by menus, tool bars, a status bar and dock windows.
 ///
-/// A container makes it on a `Site` that holds an image view "igxImage" and a docking suite "mrgUI", and
-/// raises the site's `InitProperties` or `ReadProperties`. The host then calls `Initialize` once. All calls
-/// and events happen on the thread that made it.
+/// A container makes it on a `Site` that has an image view "igxImage" and a docking suite "mrgUI", and raises
+/// the site's `InitProperties` or `ReadProperties`. The host then calls `Initialize` once. All calls and
+/// events happen on the thread that made it.
 ///
-/// A failure inside a member is reported and the member returns its default result, unless it says otherwise.
-/// Setting a property to the value it has does nothing.
+/// An error inside a member is reported and the member returns its default result, unless documented
+/// otherwise. Setting a property to its current value does nothing.
 class ImageProcessingCtl final : public IImageProcessingCtl {
  public:
   /// The thread must be attached to a platform (`modProcessing`). Commands start disabled. Raises
@@ -47,22 +46,22 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
 
   // -- Life -----------------------------------------------------------------------------------------------
 
-  /// Completes the start-up; at design time the view's zoom is set and nothing else.
+  /// Completes the start-up; at design time only sets the view's zoom.
   void Initialize();
-  /// Closes the dock windows and lets go of all windows and of the sink. A host may call it early; a second
-  /// call does no harm.
+  /// Closes the dock windows and releases all windows and the sink. A host may call it early; further calls
+  /// do nothing.
   void Terminate();
-  /// The container has lost its host: terminates, raises no event from now on and shows no dialog, and
-  /// members that were to store a file or settings give up.
+  /// The container has lost its host: terminates. From now on the control raises no event and shows no
+  /// dialog, and running members do not store files or settings.
   ///
-  /// A container whose host ends it in an event, or while a dialog is open, calls this and destroys the
-  /// control when the platform's `Calls` have returned and no member is on the stack any more. Destroying the
-  /// control inside one of its own members is an error.
+  /// A container whose host ends it in an event, or while a dialog is open, calls this, and destroys the
+  /// control when the platform's `Calls` have returned and no member is on the stack. Destroying the control
+  /// inside one of its own members is an error.
   void Retire();
 
-  // -- What the host may switch ---------------------------------------------------------------------------
+  // -- Switches of the host -------------------------------------------------------------------------------
 
-  /// Hot keys without Ctrl or Alt stay active. Those taken away while it is False do not come back.
+  /// Hot keys without Ctrl or Alt stay active. Those removed while it is False are not restored.
   bool AllowUnmodifiedHotKeys() const { return pAllowUnmodifiedHotKeys; }
   void AllowUnmodifiedHotKeys(bool Value);
   /// Only a subset of the tools is shown.
@@ -70,12 +69,12 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   void UseSimpleTools(bool Value);
   bool ShowDrawingTools() const { return pShowDrawingTools; }
   void ShowDrawingTools(bool Value);
-  /// One Save that the host carries out stands for Save, Save As and Export.
+  /// One Save that the host executes replaces Save, Save As and Export.
   bool UseSimpleSave() const { return pUseSimpleSave; }
   void UseSimpleSave(bool Value);
   bool ShowClose() const { return pShowClose; }
   void ShowClose(bool Value);
-  /// Also switches `ShowMRU`.
+  /// Also sets `ShowMRU`.
   bool ShowOpen() const { return pShowOpen; }
   void ShowOpen(bool Value);
   bool ShowMRU() const { return pShowMRU; }
@@ -95,20 +94,20 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   void BackColor(OLE_COLOR Value) override;
   OLE_COLOR ForeColor() const override { return pForeColor; }
   void ForeColor(OLE_COLOR Value) override;
-  /// Something was edited since the picture was set. Becoming True raises `Change`.
+  /// The picture was edited since it was set. Becoming True raises `Change`.
   bool Changed() const { return pChanged; }
   void Changed(bool Value);
   /// The format code of the open file. Setting it changes the extension of `Filename`; the picture and the
-  /// format it is saved in stay.
+  /// format of the next save are unchanged.
   std::int32_t Format() const { return mFormat; }
   void Format(std::int32_t Value);
   /// The picture as an ordinary picture object; null while there is none. Setting it keeps `Filename`.
   PicturePtr Picture();
   void Picture(const PicturePtr& Value);
-  /// The host's sink, which is not kept alive.
+  /// The host's sink, a weak reference.
   std::shared_ptr<IImageEvents> EventSink() const;
   void EventSink(const std::shared_ptr<IImageEvents>& Value);
-  /// Choosing another tool drops the selection and raises `ToolChange`.
+  /// Selecting another tool clears the selection and raises `ToolChange`.
   ImageProcessingToolConstants Tool() const { return pTool; }
   void Tool(ImageProcessingToolConstants Value);
 
@@ -131,25 +130,25 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   // -- Files ----------------------------------------------------------------------------------------------
 
   /// Opens a file. Without a name the host is asked for one, by event and sink, and then the user by dialog.
-  /// True if a picture was opened. Unsaved changes are not asked about.
+  /// True if a picture was opened. Does not ask about unsaved changes.
   bool OpenImage(std::string Filename = {});
-  /// Saves under the name it has.
+  /// Saves under the current name.
   bool SaveImage();
   bool SaveImageAs(const std::string& Filename = {});
-  /// Asks the user about unsaved changes. True means that the caller may go on.
+  /// Asks the user about unsaved changes. True if the caller may continue.
   bool SaveChanges();
 
   // -- Commands and status --------------------------------------------------------------------------------
 
-  /// Enables, or disables, the commands that need a picture. Undo and Redo are enabled only while there is a
-  /// step to take, commands that must wait for the end of an open paste or crop only after it, and commands
-  /// whose dialog is missing never.
+  /// Enables or disables the commands that need a picture. Undo and Redo are enabled only if there is a step,
+  /// commands that must wait for the end of an open paste or crop only after it, and commands without a
+  /// dialog never.
   void SetControls(const bool& Enabled);
   /// Shows a message in the status line. With `ChangeCursor` a text begins a busy phase and an empty one ends
   /// it.
   void Status(const std::string& Message = {}, bool ChangeCursor = false, bool UpdateAsDefault = false);
   void SetToolbarStyle(std::int32_t Style);
-  /// Brings the settings to the surface.
+  /// Applies the settings to the user interface.
   void ApplyOptions();
 
   // -- Selection ------------------------------------------------------------------------------------------
@@ -159,19 +158,19 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   void SelectAll();
   void ResetSelection();
   void Copy(bool UseSelection = false);
-  /// Copies and fills what was copied with the drawing color; without a selection, as far as the view
-  /// reaches.
+  /// Copies the selection, or the picture without one, and fills the copied area with the drawing color.
+  /// Without a selection the filled area has the size of the view.
   void Cut(bool UseSelection = false);
   /// Commits the floating image of an open paste; does nothing without one.
   void Paste();
-  /// Gives up an open paste and an open crop.
+  /// Cancels an open paste and an open crop.
   void Cancel();
-  /// Raises the engine's error if nothing of the picture is left.
+  /// Raises the engine's error if the result is empty.
   void CropToSelection();
 
-  // -- Operations; the engine's errors go to the caller ---------------------------------------------------
+  // -- Operations; engine errors propagate to the caller --------------------------------------------------
 
-  /// Height 0 keeps the proportion. The methods are those of `Effects::Resize`.
+  /// Height 0 keeps the aspect ratio. The methods are those of `Effects::Resize`.
   void Resize(std::int32_t Width, std::int32_t Height = 0, std::int32_t ResampleMethod = 0) override;
   void ResizeCanvas(std::int32_t Width, std::int32_t Height, std::int32_t OffsetX = 0,
                     std::int32_t OffsetY = 0, OLE_COLOR BackColor = ipUseDefault) override;
@@ -180,15 +179,16 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   void FlipHorizontally(bool ApplyToSelection = false);
   void FlipVertically(bool ApplyToSelection = false);
   void ApplyGrayScale(bool ApplyToSelection = false);
-  /// Asks for an angle and rotates, the selection if there is one. Returns the clockwise angle, 0 if refused.
+  /// Asks for an angle and rotates the selection if there is one, else the picture. Returns the clockwise
+  /// angle, 0 if canceled.
   std::int32_t ShowRotateDialog();
   void FlattenAlpha(OLE_COLOR Color = ipUseDefault);
   /// Raises 6 for an opacity beyond a byte.
   void ApplyDropShadow(std::int32_t OffsetX = ipUseDefault, std::int32_t OffsetY = ipUseDefault,
                        OLE_COLOR ShadowColor = ipUseDefault, std::int32_t Opactity = ipUseDefault,
                        std::int32_t BlurLevel = ipUseDefault, bool ApplyToSelection = false);
-  /// A shadow along the outline of what is not of the mask color. Works on any valid selection, whatever
-  /// `ApplyToSelection` says. A failure leaves picture, steps and `Changed` as they were.
+  /// Adds a shadow of the pixels that do not have the mask color. Works on any valid selection, regardless of
+  /// `ApplyToSelection`. A failure leaves picture, steps and `Changed` as they were.
   void ApplyMaskedDropShadow(std::int32_t OffsetX = ipUseDefault, std::int32_t OffsetY = ipUseDefault,
                              OLE_COLOR ShadowColor = ipUseDefault, std::int32_t Opactity = ipUseDefault,
                              std::int32_t BlurLevel = ipUseDefault, OLE_COLOR MaskColor = ipUseDefault,
@@ -201,26 +201,26 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
 
   // -- Zoom -----------------------------------------------------------------------------------------------
 
-  /// By 0.1 below actual size and by 1 above it. There are no bounds of their own.
+  /// Step 0.1 below actual size and 1 above it. Not limited.
   void ZoomIn();
   void ZoomOut();
   void ZoomActualSize();
 
   // -- Thumbnails -----------------------------------------------------------------------------------------
 
-  /// A reduced copy of the picture on a background, as percentage of its width. -1 takes the option.
+  /// A reduced copy of the picture on a background; `Size` is in percent of its width. -1 means the option's
+  /// value.
   PicturePtr GetThumbnail(std::int32_t Size = ipUseDefault, OLE_COLOR BackColor = ipUseDefault,
                           bool AddDropShadow = false, std::int32_t OffsetX = ipUseDefault,
                           std::int32_t OffsetY = ipUseDefault, OLE_COLOR ShadowColor = ipUseDefault,
                           std::int32_t Opacity = ipUseDefault, std::int32_t BlurLevel = ipUseDefault);
-  /// The same with a choice of what the size means. Raises 6 for an opacity beyond a byte, and the engine's
-  /// errors.
+  /// The same with a choice of the size's unit. Raises 6 for an opacity beyond a byte, and engine errors.
   PicturePtr GetThumbnailEx(ThumbnailSizeTypeEnum& SizeType, std::int32_t Size = ipUseDefault,
                             OLE_COLOR BackColor = ipUseDefault, bool AddDropShadow = false,
                             std::int32_t OffsetX = ipUseDefault, std::int32_t OffsetY = ipUseDefault,
                             OLE_COLOR ShadowColor = ipUseDefault, std::int32_t Opactity = ipUseDefault,
                             std::int32_t BlurLevel = ipUseDefault);
-  /// Writes a thumbnail by the options; true if the file was written.
+  /// Writes a thumbnail according to the options; true if the file was written.
   bool SaveImageThumbnail(std::string Filename);
 
   // -- Events, in the order of the interface --------------------------------------------------------------
@@ -233,7 +233,7 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   Event<std::string&, bool&> RequestSaveFilename;  ///< Filename, CancelDefault
   /// Kept for hosts; this control never raises it.
   Event<> WindowClosed;
-  // ForeColorChange and BackColorChange stand here in the order; see IImageProcessingCtl.
+  // ForeColorChange and BackColorChange come here in the order; see IImageProcessingCtl.
   Event<ImageProcessingToolConstants> ToolChange;
   Event<> PictureSet;
   Event<bool&> SimpleSaveRequest;  ///< Saved
@@ -243,25 +243,26 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   struct StoredProperty;
   struct CommandRow;
 
-  // Calls to host and user, in which the host may end the control. Arguments must not refer to its state.
+  // Calls to host and user, during which the host may destroy the control. Arguments must not refer to its
+  // state.
   template <typename... Parameters, typename... Arguments>
   void zRaise(const Event<Parameters...>& Raised, Arguments&&... Values) {
     const OpenCalls::Call Call(iPlatform.Calls);
     Raised(std::forward<Arguments>(Values)...);
   }
-  template <typename Telling>
-  void zTellSink(Telling Tell) {
+  template <typename Notification>
+  void zNotifySink(Notification Notify) {
     const OpenCalls::Call Call(iPlatform.Calls);
-    if (const auto sink = EventSink()) Tell(*sink);
+    if (const auto sink = EventSink()) Notify(*sink);
   }
   void zPropertyChanged(const char* Name);
-  /// A retired control's box counts as closed.
+  /// For a retired control the box counts as closed.
   std::int32_t zMessageBox(const std::string& Text, std::int32_t Style, const std::string& Title = {});
   bool zShowDialog(DialogBase& Dialog);
   bool zShowFileDialog(bool Save);
   void zShowPopup(const char* Menu);
 
-  // Plumbing
+  // Set-up
   void zConnectPointer();
   static std::span<const StoredProperty> zStoredProperties();
   static std::span<const CommandRow> zCommandRows();
@@ -269,7 +270,7 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   std::string qdkDumpModuleVariables() const;
   void zRelease();
 
-  // What the container asks
+  // Requests of the container
   void Usercontrol_Initialize();
   void UserControl_InitProperties();
   void UserControl_ReadProperties(const PropertyBag& PropBag);
@@ -286,9 +287,9 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   bool zSaveImage(std::string Filename, std::int32_t ForcedFormat, bool UpdateUserInterface);
   void pDialog_InitDialog(std::int32_t& DialogWidth, std::int32_t& DialogHeight);
   bool zSaveThumbnail(const kestrel::Picture& Thumbnail, const std::string& Filename);
-  void zTellOfFile();
-  void zFollowFile();
-  void zForgetFile();
+  void zShowFileNotice();
+  void zUpdateFileNotice();
+  void zClearFileNotice();
   bool zOffersSaveAs();
   void igxImage_NoticeAction();
 
@@ -304,9 +305,9 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   void mrgUI_DockWindowHiding(DockWindow& DockWindow);
   void mrgUI_DockWindowShowing(DockWindow& DockWindow);
   void mrgUI_ClientAreaChanged();
-  void zFollowMode();
-  void zFollowBar(CommandBar& CommandBar, bool Shown);
-  void zFollowDockWindow(DockWindow& DockWindow, bool Shown);
+  void zUpdateModeCommands();
+  void zUpdateBarCommand(CommandBar& CommandBar, bool Shown);
+  void zUpdateDockWindowCommand(DockWindow& DockWindow, bool Shown);
   void zRequestExit();
   void zRequestSimpleSave();
   void zOpenRecent(Command& Command);
@@ -324,7 +325,7 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   bool zInImageRegion(float X, float Y);
   bool zOutsideSelection(const Point& Pixel) const;
   void zShowSize();
-  void zFollowPointer();
+  void zUpdatePointerPixel();
   void igxImage_MouseDown(std::int32_t Button, std::int32_t Shift, float X, float Y);
   void igxImage_MouseMove(std::int32_t Button, std::int32_t Shift, float X, float Y);
   void igxImage_MouseMovePixel(std::int32_t Button, std::int32_t Shift, std::int32_t PixelX,
@@ -339,12 +340,12 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   bool zUseSelection() const;
   void zCopySection();
   void zBeginPaste();
-  void zFollowPaste();
+  void zMoveFloatingImage();
   void zKeepFloatingSize();
   void zCancelPaste();
   void igxImage_DoubleBufferPaintAfter(DeviceContext& hDC);
   void zCropOrBeginCrop();
-  void zCropOrTell();
+  void zTryCrop();
   void zCancelCrop();
 
   // Operations
@@ -359,7 +360,7 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   void zEndOperation(bool OnSection, const std::string& UndoName = {});
   void zFlip(std::int32_t Direction, bool ApplyToSelection);
   void zTakeShadowDefaults(ShadowArguments& Shadow);
-  Colour zShadowColour(const kestrel::Colors& Palette, const ShadowArguments& Shadow) const;
+  Colour zShadowColor(const kestrel::Colors& Palette, const ShadowArguments& Shadow) const;
   void zDropShadow(ImagingFace& Target, const Colour& Color, const ShadowArguments& Shadow,
                    const std::string& UndoName);
 
@@ -367,7 +368,7 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   void igxImage_Changed();
   void igxImage_UndoStepsChanged();
   void igxImage_Loaded();
-  void zFollowSteps();
+  void zUpdateStepCommands();
 
   InstanceCount iCount;
   Platform& iPlatform;
@@ -407,7 +408,7 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   bool iCropping = false;
   bool iPasting = false;
   bool iTransparentPaste = false;
-  std::vector<const char*> iHeldCommands;  ///< off until the paste or the crop is over
+  std::vector<const char*> iHeldCommands;  ///< disabled until the paste or the crop ends
   bool iRuntime = false;
   bool iTerminated = false;
   bool iRetired = false;
@@ -416,13 +417,13 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   std::int16_t iLastButton = 0;
   float iZoomLevel = 0;
   bool iHandlingZoomCombo = false;
-  bool iControlsEnabled = false;  ///< what `SetControls` was told last
-  std::string iNotice;            ///< what the user was told of the picture's file
-  bool iRepeatNotice = false;     ///< the first change brings it back if it was closed
+  bool iControlsEnabled = false;  ///< last argument of `SetControls`
+  std::string iNotice;            ///< the last notice for the picture's file
+  bool iRepeatNotice = false;     ///< the first change shows it again if it was closed
 
   std::vector<Connection> iConnections;
   Connection iDialogConnection;
-  /// Windows that `Terminate` unloaded in an event: the event may come from a handler of theirs.
+  /// Windows that `Terminate` unloaded during an event, which may come from one of their own handlers.
   std::vector<std::shared_ptr<void>> iUnloaded;
 };
 

@@ -19,12 +19,12 @@ std::string NumberedCaption(std::int32_t index, const std::string& filename) {
   return "&" + ToText(index) + " " + modProcessing::FileHelpers().CompactPath(filename, kCaptionLength, "\\");
 }
 
-/// Takes the elements behind the first one out of the window's menu.
+/// Removes the elements after the first one from the window's menu.
 void UnloadMenu(MenuItems& window) {
   try {
     for (std::int32_t i = 1;; ++i) window.Unload(kMenu, i);
   } catch (const RuntimeError&) {
-    // The first one that isn't there ends the array.
+    // The first missing element ends the array.
   }
 }
 
@@ -72,7 +72,7 @@ void MRU::LoadFromRegistry() {
     iUnread = true;
     for (i = 1; i <= MaxEntries; ++i) {
       const Variant stored = modProcessing::RegistryStore().ReadValue(RootHive, RootKey, ValueName(i));
-      // A value of another kind is not of this list, and ends it like a gap.
+      // A value of another kind does not belong to this list, and ends it like a gap.
       const bool isText = stored.TypeCode() == static_cast<std::int32_t>(Variant::Type::kString);
       Filename = isText ? stored.ToString() : std::string();
       if (Filename.empty()) break;

@@ -13,37 +13,38 @@
 
 namespace kestrel {
 
-/// The list of recently used files: kept in the key store, shown in a list command, a smart menu or the menu
-/// of a window.
+/// The list of recently used files: stored in the key store, shown in a list command, a smart menu or the
+/// menu of a window.
 ///
-/// While an object lives, the list may outgrow `MaxEntries`, in memory and in the store; only that many
-/// values are ever read or cleared.
+/// The list may grow beyond `MaxEntries` during an object's lifetime, in memory and in the store; only
+/// `MaxEntries` values are read or cleared.
 class MRU : public Object {
  public:
   MRU();
   std::string TypeName() const override { return "MRU"; }
 
-  std::int32_t MaxEntries = 10;  ///< how many values are read and cleared
+  std::int32_t MaxEntries = 10;  ///< number of values that are read and cleared
   std::int32_t RootHive = HKEY_CURRENT_USER;
   std::string RootKey;
   std::string RootValuePrefix = "MRU";  ///< value names are this and 1, 2, 3, ...
-  Collection<std::string> Files;        ///< newest first, each under itself as key
-  bool PurgeInvalidFiles = true;        ///< files that exist no longer are dropped on load
+  Collection<std::string> Files;        ///< newest first, keyed by file name
+  bool PurgeInvalidFiles = true;        ///< missing files are removed on load
   Object* Band = nullptr;
   Command* CommandMRU = nullptr;  ///< the list command that shows the list
-  SmartMenu* SmartUI = nullptr;   ///< or else the menu
+  SmartMenu* SmartUI = nullptr;   ///< the menu that shows the list if there is no list command
   bool AddBandShortcuts = true;
 
-  /// Puts a file first, wherever it stood, then stores and shows the list.
+  /// Moves or adds a file to the front, then stores and shows the list.
   void AddFile(std::string Filename);
-  /// Takes a file out and stores the list. What is shown stays.
+  /// Removes a file and stores the list. The displayed list is unchanged.
   void RemoveFile(std::string Filename);
 
   void LoadFromRegistry();
-  /// Does nothing after a load that could not read the store: what is stored is not lost then.
+  /// Does nothing after a load that could not read the store, to keep the stored list.
   void SaveToRegistry();
 
-  /// Shows the list in the first display that is set; the window's menu "mnuMRU" is the last to be asked.
+  /// Shows the list in the first of its displays that is set: list command, smart menu, the window's menu
+  /// "mnuMRU".
   void BuildMRU(MenuItems* ParentForm);
   void ConstructToBand();
 

@@ -4,13 +4,13 @@
 
 namespace kestrel {
 
-/// What the size of a thumbnail is measured in.
+/// The unit of a thumbnail's size.
 enum ThumbnailSizeTypeEnum : std::int32_t {
   tstPercentage = 0,
   tstWidthInPixels = 1,
 };
 
-/// Which way a picture is turned.
+/// The direction of a rotation.
 enum ImageProcessingDirectionConstants : std::int32_t {
   ipDirectionLeft = 0,
   ipDirectionRight = 1,

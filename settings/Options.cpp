@@ -22,8 +22,8 @@ void Take(const Variant& stored, Number& value) {
 
 }  // namespace
 
-// One row per property: type, name, section, value name, kind and default. Each row is a pair of procedures
-// of its own, so the line of a report names the property.
+// One row per property: type, name, section, value name, kind and default. Each row expands to its own pair
+// of procedures, so the line in a report identifies the property.
 #define OPTION(Type, Name, Section, ValueName, Kind, Default)                                                \
   Type Options::Name() const {                                                                               \
     Type Result{};                                                                                           \

@@ -9,11 +9,11 @@
 
 namespace kestrel {
 
-/// The user's settings, straight from and to the key store: nothing is kept here, each get reads anew, and
-/// what another editor or process has written is seen at once.
+/// The user's settings. No cache: each get reads the key store, so changes by another editor or process are
+/// visible at once.
 ///
-/// A value that is missing, or stored as the other kind, reads as its default; nothing is created by reading.
-/// Nothing is validated on writing. What fails is reported, and the property then reads as its zero value.
+/// A value that is missing, or stored as the other kind, reads as its default; reading creates nothing.
+/// Writing does not validate. Errors are reported, and the property then reads as its zero value.
 class Options : public Object {
  public:
   std::string TypeName() const override { return "Options"; }

@@ -21,7 +21,7 @@ Apartment& TheApartment() {
   return apartment;
 }
 
-/// The report of a store that can't be read; its settings then have their defaults.
+/// Reports a store that cannot be read; its settings then have their defaults.
 void RegistryStore_Unavailable(const RuntimeError& Cause) {
   try {
     throw Cause;
@@ -38,7 +38,7 @@ void Attach(kestrel::Platform& platform) {
   modTollgarthSupport::Attach(&platform);
   TheApartment().storeUnavailable =
       platform.RegistryStore().Unavailable.Connect([](const RuntimeError& cause) {
-        // The reader of the setting that met it first goes on with the default.
+        // The reader that met the error continues with the default.
         QDK_RESUME_NEXT(RegistryStore_Unavailable(cause));
       });
 }

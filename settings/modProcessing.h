@@ -8,28 +8,28 @@
 #include "imaging/contract/Form.h"
 #include "imaging/contract/Platform.h"
 
-/// What all objects of the component share within one process, or more exactly within one apartment: a thread
-/// and the platform it was given. It is the one place with state of its own outside of objects.
+/// State shared by all objects of the component within one process, more exactly within one apartment: a
+/// thread and its platform. It is the only state outside of objects.
 namespace kestrel::modProcessing {
 
-/// Binds the calling thread to a platform, before anything else of the component is used on it. The platform
-/// must outlive `Detach`.
+/// Binds the calling thread to a platform. Call before anything else of the component on this thread. The
+/// platform must outlive `Detach`.
 void Attach(kestrel::Platform& platform);
 /// Releases the shared objects and the platform.
 void Detach();
 
-/// The component's start: diagnostics, then the keys of window positions and settings. Run once, after
+/// Starts the component: diagnostics, then the keys of window positions and settings. Call once, after
 /// `Attach`.
 void Main();
 
-/// Releases the shared settings and colors; who asks next gets new ones.
+/// Releases the shared settings and colors; the next caller gets new ones.
 void KillShared();
-/// The shared settings and the shared colors, made on first use.
+/// The shared settings and the shared colors, created on first use.
 std::shared_ptr<Options> GetOptions();
 std::shared_ptr<Colors> GetColors();
 
-/// Sets the caption of a window: the file's name (or "Untitled") and the application's, which is the
-/// application's title where `AppName` is empty.
+/// Sets the caption of a window: the file's name (or "Untitled") and the application's. An empty `AppName`
+/// means the application's title.
 void SetWindowCaption(Form& form, std::string AppName, const std::string& Filename);
 
 /// The platform of this apartment and its shared services. Raise 91 before `Attach`.

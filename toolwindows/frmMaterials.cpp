@@ -13,12 +13,12 @@ namespace {
 
 constexpr std::int32_t kForeground = 0;
 constexpr std::int32_t kBackground = 1;
-/// The picker is being prepared: its changes are not the user's.
+/// Index while code sets the picker: its changes are not the user's.
 constexpr std::int16_t kPreparing = -1;
 
-/// Each swatch takes this part of a fifth of the window's width.
+/// The width of a swatch, in fifths of the window's width.
 constexpr double kSwatchFifths = 2.7;
-/// The second swatch begins this part of the first one's width to the right of it, and overlaps the rest.
+/// The offset of the second swatch, as a fraction of the first one's width; they overlap.
 constexpr double kSecondSwatch = 2.0 / 3.0;
 
 }  // namespace
@@ -113,7 +113,7 @@ void frmMaterials::btnColors_Click(std::int32_t Index) {
     const CommandButton& swatch = *btnColors[Index];
     cpkMaterials.Move(swatch.Left(), swatch.Top(), swatch.Width(), swatch.Height());
     Color = Index == kForeground ? Required(pApplication).ForeColor() : Required(pApplication).BackColor();
-    // Only the background can be none.
+    // Only the background can be "no color".
     cpkMaterials.EnhancedVisible(Index == kBackground);
     if (Color != kNoColor) {
       cpkMaterials.Value(Color);
@@ -190,7 +190,7 @@ void frmMaterials::ImageControl_MouseMovePixel(std::int32_t Button, std::int32_t
   }
 }
 
-/// The pointer need not move for another pixel to be under it.
+/// The picture may change under an unmoved pointer.
 void frmMaterials::ImageControl_Changed() {
   try {
     if (const auto pixel = Required(ImageControl).PointerPixel()) {

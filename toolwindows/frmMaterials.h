@@ -17,8 +17,8 @@
 
 namespace kestrel {
 
-/// The tool window of the two material colors, which also shows the color under the pointer. The editor's
-/// colors are the truth; the window follows them.
+/// The tool window of the two material colors, which also shows the color under the pointer. It mirrors the
+/// editor's colors.
 class frmMaterials final : public Object {
  public:
   frmMaterials();
@@ -28,7 +28,7 @@ class frmMaterials final : public Object {
 
   kestrel::Form& Form() { return *iForm; }
 
-  /// The editor served; null for none.
+  /// The editor that the window belongs to; null for none.
   IImageProcessingCtl* Application() const { return pApplication; }
   void Application(IImageProcessingCtl* Value);
 

@@ -18,7 +18,7 @@ frmZoom::frmZoom() : iForm("frmZoom"), ioeTracking(modProcessing::Platform().Cre
   keep(ioeTracking->MouseHover.Connect([this] { ioeTracking_MouseHover(); }));
   keep(ioeTracking->MouseLeave.Connect([this] { ioeTracking_MouseLeave(); }));
   pZoomLevel = Required(modProcessing::GetOptions()).ZoomLevel();
-  // Colors or sizes that make no ground are the editor's to tell.
+  // The editor reports invalid grid colors or sizes.
   QDK_RESUME_NEXT(ApplyOptions());
 }
 
@@ -69,14 +69,14 @@ void frmZoom::RedrawZoomWindowEx(const std::int32_t& X, const std::int32_t& Y) {
     RegionHeight = iForm->ScaleHeight() / pZoomLevel;
     Left = CheckedAdd(PixelX, -(RegionWidth / 2));
     Top = CheckedAdd(PixelY, -(RegionHeight / 2));
-    // One cell more than the source: the stretch is slightly over the zoom level.
+    // One picture pixel more than the source region: the scale is slightly larger than the zoom level.
     Width = ToInt32((RegionWidth + 1.0) * pZoomLevel);
     Height = ToInt32((RegionHeight + 1.0) * pZoomLevel);
     const PicturePtr picture = Required(pApplication).ImageControl().Picture();
     Graphics& graphics = iForm->Graphics();
     graphics.PaintPicture(Required(picture), {0, 0, Width, Height}, {Left, Top, RegionWidth, RegionHeight});
 
-    // Inverted, the mark shows on any picture.
+    // An inverted mark is visible on any picture.
     graphics.DrawMode(kDrawInvert);
     const std::int32_t middleX = RegionWidth / 2 * pZoomLevel;
     const std::int32_t middleY = RegionHeight / 2 * pZoomLevel;

@@ -24,19 +24,19 @@ class frmZoom final : public Object {
 
   kestrel::Form& Form() { return *iForm; }
 
-  /// Takes the checkered ground behind transparent pixels from the options. Raises what drawing its tile
-  /// raises.
+  /// Reads the checkerboard behind transparent pixels from the options. Raises the errors of drawing its
+  /// tile.
   void ApplyOptions();
   void ClearZoomWindow();
-  /// Shows the surroundings of a picture pixel. A hidden window does nothing.
+  /// Shows the surroundings of a picture pixel. Does nothing while the window is hidden.
   void RedrawZoomWindowEx(const std::int32_t& X, const std::int32_t& Y);
-  /// The same for the present pointer position, taken as it stands in the view's own pixels.
+  /// The same for the current pointer position in the view's own pixels.
   void RedrawZoomWindow();
 
   /// Screen pixels per picture pixel.
   std::int32_t ZoomLevel() const { return pZoomLevel; }
   void ZoomLevel(std::int32_t Value);
-  /// The editor served; null for none.
+  /// The editor that the window belongs to; null for none.
   IImageProcessingCtl* Application() const { return pApplication; }
   void Application(IImageProcessingCtl* Value);
 

@@ -17,7 +17,7 @@ enum ImageProcessingToolConstants : std::int32_t {
   ipToolDropper = 100,
 };
 
-/// As an optional argument: take the value of the option.
+/// As an optional argument: use the value of the option.
 enum ImageProcessingDefaultConstants : std::int32_t { ipUseDefault = -1 };
 
 }  // namespace kestrel

@@ -10,7 +10,7 @@
 
 namespace kestrel {
 
-/// The editor as the dialogs and tool windows that it opens know it. The members are told in
+/// The interface of the editor for its dialogs and tool windows. The members are documented in
 /// `ImageProcessingCtl`.
 class IImageProcessingCtl : public Object {
  public:

@@ -126,7 +126,7 @@ TEST_P(EditingPreview, APaneKeepsItsPlaceThroughWorkThatEndsWithTheSameSize) {
   control().OriginalPicture(&view());
   control().UseOriginal(true);
   const auto widen = [this] {
-    control().KeepPlace(control().PreviewPane(), [this] {
+    control().KeepScrollPosition(control().PreviewPane(), [this] {
       control().Reset();
       control().PreviewPane().Effects().ResizeCanvas(1400, 1200, Colour(0), 0, 0);
     });
