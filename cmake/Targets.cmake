@@ -1,5 +1,5 @@
-# What every target of the project shares: the language, the warnings, and the rule that a folder
-# sees only the folders it says it depends on.
+# Settings of all targets: the language, the warnings, and the rule that a folder sees only the folders it
+# depends on.
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -14,7 +14,7 @@ add_library(kestrel_options INTERFACE)
 # Line tables stay in release builds: an error report names the source line.
 target_compile_options(kestrel_options INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror -g1)
-# Two like statements must stay two, else a report would name the line of the one for the other.
+# Equal statements must not be merged, else a report could name the line of another one.
 target_compile_options(kestrel_options INTERFACE
   $<$<CXX_COMPILER_ID:GNU>:-fno-crossjumping>
   $<$<CXX_COMPILER_ID:GNU>:-fno-tree-tail-merge>)
@@ -24,18 +24,18 @@ if(KESTREL_SANITIZE)
   target_link_options(kestrel_options INTERFACE -fsanitize=${KESTREL_SANITIZE})
 endif()
 if(KESTREL_FUZZ)
-  # The fuzzer finds its way by what the tested code runs through, so all of it tells.
+  # The fuzzer is guided by coverage, so all tested code is instrumented.
   target_compile_options(kestrel_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
 option(KESTREL_FORWARDING_HEADERS "Expose folders by generated headers, as where there are no symbolic links" OFF)
 
-# Gives `target` an include directory that holds the source folder alone, under its path from the
-# root. An include of a folder that is not among the dependencies therefore does not compile.
+# Gives `target` an include directory that contains only its source folder, under the path from the root.
+# Including a folder that is not among the dependencies therefore does not compile.
 function(kestrel_expose target scope)
   file(RELATIVE_PATH folder ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
   set(root ${PROJECT_BINARY_DIR}/include/${target})
-  # A folder that has moved must not leave its old link behind: a new one could be made inside it.
+  # Remove the link of a moved folder: otherwise a new link could be created inside it.
   file(REMOVE_RECURSE ${root})
   get_filename_component(parent ${root}/${folder} DIRECTORY)
   file(MAKE_DIRECTORY ${parent})
@@ -70,7 +70,7 @@ function(kestrel_check_headers target)
   if(units)
     add_library(${target}_header_check OBJECT EXCLUDE_FROM_ALL ${units})
     target_link_libraries(${target}_header_check PRIVATE ${target} kestrel_options)
-    # A folder's inner headers may name what only its sources use.
+    # Internal headers of a folder may include what only its sources use.
     get_target_property(type ${target} TYPE)
     if(NOT type STREQUAL INTERFACE_LIBRARY)
       target_include_directories(${target}_header_check SYSTEM PRIVATE

@@ -11,12 +11,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// What shows a newcomer that all is well: the picture is fitted into the window, mirrored and turned.
+/// The demo: the picture is fitted into the window, mirrored and rotated.
 const std::vector<std::string> kDemoCommands = {"zoomout",     "zoomout",     "zoomout",    "zoomout",
                                                 "zoomout",     "zoomout",     "zoomout",    "zoomout",
                                                 "imagemirror", "rotateright", "rotateleft", "drawselect"};
 
-/// Blank lines, and those that begin with "#", are for readers only.
+/// Ignores blank lines and comments, which begin with "#".
 void readScript(const std::string& file, std::vector<std::string>& steps) {
   std::ifstream lines(file);
   for (std::string line; std::getline(lines, line);) {
@@ -27,7 +27,7 @@ void readScript(const std::string& file, std::vector<std::string>& steps) {
 void planDemo(const std::string& folder, Arguments& arguments) {
   arguments.steps = kDemoCommands;
   arguments.outputFolder = folder;
-  // A saved picture keeps its format, and so the name its extension.
+  // A saved picture keeps its format, so the name keeps its extension.
   arguments.saveAs =
       os::textOf(os::pathOf(folder) / "result") + os::textOf(os::pathOf(arguments.file).extension());
   arguments.screenshot = os::textOf(os::pathOf(folder) / "screenshot.png");
@@ -45,13 +45,13 @@ bool readArguments(int count, char** values, Arguments& arguments, int& exitCode
       ->take_all()
       ->expected(1);
   std::string script;
-  parser.add_option("--script", script, "Then does the steps of a file, a line each")
+  parser.add_option("--script", script, "Then runs the steps of a script file, one per line")
       ->type_name("TXT")
       ->check(CLI::ExistingFile);
   parser.add_option("--save-as", arguments.saveAs, "Saves the picture under another name")->type_name("OUT");
   parser.add_option("--screenshot", arguments.screenshot, "Writes a picture of the window")->type_name("PNG");
-  parser.add_flag("--quit", arguments.quit, "Ends after that, and asks nothing on the way");
-  parser.add_option("--demo", demo, "Runs a few commands and leaves picture and screenshot in the folder")
+  parser.add_flag("--quit", arguments.quit, "Quits after that; never waits for input");
+  parser.add_option("--demo", demo, "Runs a few commands and writes picture and screenshot to the folder")
       ->type_name("DIR");
   parser.set_version_flag("--version", std::to_string(KESTREL_VERSION_MAJOR) + "." +
                                            std::to_string(KESTREL_VERSION_MINOR) + "." +

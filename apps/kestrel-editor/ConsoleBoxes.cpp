@@ -9,7 +9,7 @@ constexpr std::int32_t kButtons = 0x0F;
 
 }  // namespace
 
-void tellFailure(std::string text) {
+void reportFailure(std::string text) {
   for (char& c : text) {
     if (c == '\r' || c == '\n') c = ' ';
   }
@@ -19,7 +19,7 @@ void tellFailure(std::string text) {
 std::int32_t ConsoleBoxes::MessageBox(const std::string& text, std::int32_t style, const std::string& title,
                                       WindowHandle /*owner*/) {
   ++shown_;
-  tellFailure(title.empty() ? text : title + ": " + text);
+  reportFailure(title.empty() ? text : title + ": " + text);
   return (style & kButtons) == kBoxOK ? kAnswerOK : kAnswerCancel;
 }
 
@@ -27,7 +27,7 @@ std::string ConsoleBoxes::InputBox(const std::string& prompt, const std::string&
                                    const std::string& /*defaultText*/, const Point* /*position*/,
                                    WindowHandle /*owner*/) {
   ++shown_;
-  tellFailure(title + ": " + prompt);
+  reportFailure(title + ": " + prompt);
   return {};
 }
 

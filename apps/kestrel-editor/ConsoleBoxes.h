@@ -4,11 +4,11 @@
 
 namespace kestrel::app {
 
-/// Boxes for a program that nobody watches: each is a line on standard error and counts as a failure, and
-/// what is asked is answered with Cancel.
+/// Message boxes for unattended runs: each is a line on standard error and counts as a failure; questions are
+/// answered with Cancel.
 class ConsoleBoxes final : public UserInterface {
  public:
-  /// `shown` counts the boxes; it must outlive this.
+  /// `shown` counts the boxes; it must outlive this object.
   explicit ConsoleBoxes(int& shown) : shown_(shown) {}
 
   std::int32_t MessageBox(const std::string& text, std::int32_t style, const std::string& title,
@@ -22,7 +22,7 @@ class ConsoleBoxes final : public UserInterface {
   int& shown_;
 };
 
-/// Writes one line to standard error, whatever line ends the text has.
-void tellFailure(std::string text);
+/// Writes the text as one line to standard error; line breaks become blanks.
+void reportFailure(std::string text);
 
 }  // namespace kestrel::app

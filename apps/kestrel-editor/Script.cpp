@@ -11,14 +11,14 @@
 namespace kestrel::app {
 namespace {
 
-/// One step; whatever it raises or shows is its failure.
+/// Runs one step; an error or a message box is a failure.
 bool succeeds(const std::string& what, const int& boxes, const std::function<bool()>& step) {
   const int before = boxes;
   try {
     if (step() && boxes == before) return true;
-    if (boxes == before) tellFailure(what + " failed.");
+    if (boxes == before) reportFailure(what + " failed.");
   } catch (...) {
-    tellFailure(what + " failed: " + DescribeCurrentError().Description);
+    reportFailure(what + " failed: " + DescribeCurrentError().Description);
   }
   return false;
 }
@@ -37,7 +37,7 @@ bool runScript(const Arguments& arguments, EditorWindow& window, qt::Desktop& de
     }
   }
   if (!arguments.outputFolder.empty() &&
-      !succeeds("Making the folder \"" + arguments.outputFolder + "\"", boxes, [&] {
+      !succeeds("Creating the folder \"" + arguments.outputFolder + "\"", boxes, [&] {
         std::filesystem::create_directories(arguments.outputFolder);
         return true;
       })) {
@@ -51,7 +51,7 @@ bool runScript(const Arguments& arguments, EditorWindow& window, qt::Desktop& de
     std::cout << "Picture: " << arguments.saveAs << '\n';
   }
   if (!arguments.screenshot.empty()) {
-    if (!succeeds("Picturing the window in \"" + arguments.screenshot + "\"", boxes,
+    if (!succeeds("Saving the screenshot \"" + arguments.screenshot + "\"", boxes,
                   [&] { return desktop.saveScreenshot(window.form(), arguments.screenshot); })) {
       return false;
     }

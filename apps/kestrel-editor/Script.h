@@ -6,9 +6,9 @@
 
 namespace kestrel::app {
 
-/// Does in order what the command line asks for: opens, does the steps, saves, pictures the window. Each
-/// failure is a line on standard error; the first ends the script. `boxes` counts the boxes that were shown
-/// to nobody, which are failures too. True if every step succeeded.
+/// Executes the command line in order: opens, runs the steps, saves, takes the screenshot. Each failure is a
+/// line on standard error; the first one ends the script. `boxes` counts the suppressed boxes, which are
+/// failures too. True if every step succeeded.
 bool runScript(const Arguments& arguments, EditorWindow& window, qt::Desktop& desktop, const int& boxes);
 
 }  // namespace kestrel::app

@@ -37,14 +37,14 @@ OLE_COLOR color(const std::string& word) {
 }
 
 std::vector<Point> path(const Words& words) {
-  if (words.size() % 2 != 0) refuse("A place is two numbers.");
+  if (words.size() % 2 != 0) refuse("A position is two numbers.");
   std::vector<Point> points;
   for (std::size_t i = 0; i < words.size(); i += 2)
     points.push_back({number(words[i]), number(words[i + 1])});
   return points;
 }
 
-/// A step that is no command: its word, how many words must follow at least, and what it does with them.
+/// A step that is not a command: its name, the minimum number of arguments, and its action.
 struct Step {
   std::string_view name;
   std::size_t words;
@@ -97,10 +97,10 @@ bool runStep(const std::string& line, EditorWindow& window, qt::Desktop& desktop
   const auto* const step = std::find_if(std::begin(kSteps), std::end(kSteps),
                                         [&name](const Step& row) { return row.name == name; });
   if (step == std::end(kSteps)) {
-    if (!words.empty()) refuse("The command \"" + name + "\" takes no words.");
+    if (!words.empty()) refuse("The command \"" + name + "\" takes no arguments.");
     window.runCommand(name);
   } else {
-    if (words.size() < step->words) refuse("\"" + name + "\" needs more words.");
+    if (words.size() < step->words) refuse("\"" + name + "\" needs more arguments.");
     done = step->run({window, desktop}, words);
   }
   desktop.settle();

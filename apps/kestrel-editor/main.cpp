@@ -29,7 +29,7 @@ qt::DesktopParts partsFor(const std::string& programFile) {
   return parts;
 }
 
-/// The apartment of the main thread, for as long as the editor lives.
+/// The apartment of the main thread during the editor's lifetime.
 struct Apartment {
   explicit Apartment(Platform& platform) {
     modProcessing::Attach(platform);
@@ -45,12 +45,12 @@ int run(const Arguments& arguments, qt::Desktop& desktop) {
   qt::DesktopParts parts = partsFor(desktop.programFile());
   if (arguments.quit) parts.boxes = std::make_unique<ConsoleBoxes>(boxes);
   const Connection storeTrouble =
-      parts.store->Unavailable.Connect([](const RuntimeError& error) { tellFailure(error.Description()); });
+      parts.store->Unavailable.Connect([](const RuntimeError& error) { reportFailure(error.Description()); });
   desktop.assemble(std::move(parts));
   const Apartment apartment(desktop.platform());
 
   EditorWindow window([&desktop] { desktop.quit(); });
-  if (arguments.quit) window.expectNobody();
+  if (arguments.quit) window.declineFileRequests();
   window.form().Show();
   desktop.settle();
   const bool done = runScript(arguments, window, desktop, boxes);
@@ -71,7 +71,7 @@ int main(int count, char** values) {
     return app::run(arguments, desktop);
   } catch (...) {
     const DescribedError error = DescribeCurrentError();
-    if (error.Number != err::kReported) app::tellFailure(error.Description);
+    if (error.Number != err::kReported) app::reportFailure(error.Description);
     return 1;
   }
 }

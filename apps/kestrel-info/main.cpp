@@ -10,8 +10,8 @@
 #include "engine/codecs/CodecTable.h"
 #include "platform/os/Paths.h"
 
-// kestrel-info FILE...: tells what picture files hold, one line for each. With --png DIR it also writes what
-// was read, as PNG. It uses the engine alone, no desktop.
+// kestrel-info FILE...: prints one line about each picture file. With --png DIR it also writes the pictures
+// as PNG. It uses the engine only, no desktop.
 
 namespace {
 
@@ -31,7 +31,7 @@ std::string describe(const engine::Decoded& decoded) {
   return line;
 }
 
-/// Writes pictures into a folder under their file's name with ".png" behind it, each name once.
+/// Writes pictures into a folder under their file's name plus ".png"; refuses a name that was already used.
 class PngFolder {
  public:
   explicit PngFolder(fs::path folder) : folder_(std::move(folder)) {}
@@ -50,8 +50,8 @@ class PngFolder {
   std::set<fs::path> written_;
 };
 
-/// False if the file could not be read, or its PNG not be written.
-bool tell(const std::string& file, PngFolder* pngs) {
+/// False if the file could not be read or its PNG could not be written.
+bool printInfo(const std::string& file, PngFolder* pngs) {
   std::string line;
   bool done = false;
   try {
@@ -69,7 +69,7 @@ bool tell(const std::string& file, PngFolder* pngs) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  CLI::App app("Tells what picture files hold: format, size, depth, alpha, colour profile and orientation.");
+  CLI::App app("Prints format, size, depth, alpha, color profile and orientation of picture files.");
   std::vector<std::string> files;
   std::string folder;
   app.add_option("FILE", files, "Picture files")->required();
@@ -79,6 +79,7 @@ int main(int argc, char** argv) {
 
   PngFolder pngs(folder);
   bool allDone = true;
-  for (const std::string& file : files) allDone = tell(file, folder.empty() ? nullptr : &pngs) && allDone;
+  for (const std::string& file : files)
+    allDone = printInfo(file, folder.empty() ? nullptr : &pngs) && allDone;
   return allDone ? 0 : 1;
 }

@@ -10,7 +10,7 @@
 
 namespace kestrel::docking {
 
-/// The number at the start of `bytes`, which must hold at least its size, low byte first.
+/// The little-endian number at the start of `bytes`, which must hold at least its size.
 template <std::unsigned_integral T>
 T loadLittle(std::span<const std::byte> bytes) {
   T value = 0;
@@ -19,7 +19,7 @@ T loadLittle(std::span<const std::byte> bytes) {
   return value;
 }
 
-/// Appends the number to `bytes`, low byte first.
+/// Appends the number to `bytes`, little-endian.
 template <std::unsigned_integral T>
 void appendLittle(std::vector<std::byte>& bytes, T value) {
   for (std::size_t i = 0; i < sizeof(T); ++i)

@@ -44,7 +44,7 @@ class BarEntriesModel : public BarEntries {
   std::vector<std::unique_ptr<BarEntryModel>> entries_;
 };
 
-/// An entry as it is to be shown.
+/// An entry to show.
 struct ShownEntry {
   CommandModel* command = nullptr;
   bool separatorBefore = false;
@@ -53,7 +53,7 @@ struct ShownEntry {
 /// A bar, or the bar inside a menu command.
 class CommandBarModel : public CommandBar {
  public:
-  /// A menu's bar stands nowhere by itself; its `stored` has no more than the name and the entries.
+  /// The `stored` of a menu's bar has only a name and entries: it has no place of its own.
   CommandBarModel(MoorageModel& suite, StoredBar stored) : suite_(suite), stored_(std::move(stored)) {}
 
   const std::string& Name() const override { return stored_.name; }
@@ -63,16 +63,16 @@ class CommandBarModel : public CommandBar {
   void Listed(bool value) override { listed_ = value; }
   BarEntriesModel& Entries() override { return entries_; }
 
-  /// Shows or hides it, unless a handler of the event that is raised first cancels it.
+  /// Shows or hides it, unless a handler of the event raised before cancels.
   void show(bool value, std::int32_t reason);
 
   BarKind kind() const { return stored_.kind; }
   Edge edge() const { return stored_.edge; }
   std::int32_t row() const { return stored_.row; }
 
-  /// Finds the commands of the stored entries, once all commands are there.
+  /// Resolves the commands of the stored entries. Call once all commands exist.
   void bind();
-  /// The entries whose commands are visible. A separator goes with its entry, and none stands first.
+  /// The entries with visible commands. A separator belongs to its entry and is omitted at the start.
   std::vector<ShownEntry> shownEntries() const;
   void updated();
 

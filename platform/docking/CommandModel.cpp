@@ -28,7 +28,7 @@ CommandModel::CommandModel(MoorageModel& suite, const StoredCommand& stored)
       panel_(*this) {}
 
 CommandBarModel& CommandModel::Bar() {
-  if (stored_.type != kCommandMenu) refuse("no menu");
+  if (stored_.type != kCommandMenu) refuse("not a menu");
   return bar_;
 }
 

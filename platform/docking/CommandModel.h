@@ -15,8 +15,8 @@ namespace kestrel::docking {
 
 class MoorageModel;
 
-/// One command with all that its type has: a menu its bar, a combo its text and lines, a list its lines, a
-/// panel what it shows. Every change is told to the suite.
+/// One command with the data of its type: a menu has a bar, a combo text and lines, a list lines, a panel its
+/// caption or progress. Reports every change to the suite.
 class CommandModel : public Command {
  public:
   CommandModel(MoorageModel& suite, const StoredCommand& stored);
@@ -43,9 +43,9 @@ class CommandModel : public Command {
   const CommandItem& SelectedItem() const override;
 
   void checked(bool value) { set(stored_.pressed, value); }
-  /// Whether the user can choose it now, from wherever.
+  /// Whether the user can invoke it now.
   bool available() const { return enabled_ && stored_.visible; }
-  /// The caption without the marks of its access key: "&&" is one ampersand, any other goes.
+  /// The caption without access key markers: "&&" becomes "&", single "&" are removed.
   std::string plainCaption() const;
 
   std::int32_t width() const { return stored_.width; }
@@ -77,7 +77,7 @@ class CommandModel : public Command {
   CommandBarModel bar_;
   CommandItemsModel items_;
   StatusPanelModel panel_;
-  /// A copy: the program may empty the list while it works on the line.
+  /// A copy: the program may clear the list while it uses the line.
   std::optional<CommandItem> selected_;
 };
 

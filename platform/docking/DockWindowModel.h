@@ -21,10 +21,10 @@ class DockWindowModel : public DockWindow {
   bool Visible() const override { return stored_.visible; }
   void Visible(bool value) override { show(value, kReasonCode); }
 
-  /// Shows or hides it, unless a handler of the event that is raised first cancels it.
+  /// Shows or hides it, unless a handler of the event raised before cancels.
   void show(bool value, std::int32_t reason);
 
-  /// The edge where it is docked at first, and the pixels across that edge.
+  /// The edge where it is docked initially, and its size across that edge in pixels.
   Edge edge() const { return edge_; }
   std::int32_t size() const { return size_; }
   MoorageModel& suite() const { return suite_; }

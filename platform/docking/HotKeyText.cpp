@@ -21,7 +21,7 @@ bool isLetterOrDigit(std::int32_t code) {
   return (code >= 'A' && code <= 'Z') || (code >= '0' && code <= '9');
 }
 
-/// The whole of `text` as a number from `least` to `most`, else 0.
+/// `text` as a number from `least` to `most`; 0 for any other text.
 std::int32_t numberIn(std::string_view text, std::int32_t least, std::int32_t most) {
   std::int32_t number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
@@ -70,7 +70,7 @@ StoredHotKey hotKeyFromText(std::string_view text) {
   }
   key.keyCode = keyCodeOf(rest);
   if (key.keyCode == 0)
-    throw RuntimeError(err::kInvalidCall, "\"" + std::string(text) + "\" names no hot key.");
+    throw RuntimeError(err::kInvalidCall, "\"" + std::string(text) + "\" is not a hot key.");
   return key;
 }
 

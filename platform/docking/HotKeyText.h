@@ -7,12 +7,12 @@
 
 namespace kestrel::docking {
 
-/// A hot key as people write it: the names "Shift", "Ctrl" and "Alt", then a letter, a digit, "F1" to "F24",
-/// or "Num+" and "Num-" for the numeric pad, joined by "+": "Ctrl+O", "Shift+S", "Alt+F4", "Num+".
-/// A key code that has no such name is written as its number: "Ctrl+#27".
+/// A hot key as text: the modifiers "Shift", "Ctrl" and "Alt", then a letter, a digit, "F1" to "F24", or
+/// "Num+" and "Num-" for the numeric pad, joined by "+": "Ctrl+O", "Shift+S", "Alt+F4", "Num+". A key code
+/// without such a name is written as its number: "Ctrl+#27".
 std::string hotKeyText(const StoredHotKey& key);
 
-/// The hot key of such a text, whatever its case. Raises RuntimeError 5 for any other text.
+/// Parses such a text, ignoring case. Raises RuntimeError 5 for any other text.
 StoredHotKey hotKeyFromText(std::string_view text);
 
 }  // namespace kestrel::docking

@@ -20,7 +20,7 @@ class HotKeyModel : public HotKey {
   std::int32_t KeyCode() const override { return stored_.keyCode; }
   void Remove() override;
 
-  /// Whether neither Ctrl nor Alt belongs to it.
+  /// Whether it has neither Ctrl nor Alt.
   bool unmodified() const { return (stored_.shift & (kCtrlMask | kAltMask)) == 0; }
   bool matches(std::int32_t shift, std::int32_t keyCode) const {
     return stored_ == StoredHotKey{shift, keyCode};

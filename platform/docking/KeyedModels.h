@@ -12,8 +12,8 @@
 
 namespace kestrel::docking {
 
-/// A collection of the contract over models that it owns, counted from 1 and known by `Model::Name()`
-/// whatever its case. `Collection` is the contract's class.
+/// A collection of models that it owns, counted from 1 and found by `Model::Name()`, ignoring case.
+/// `Collection` is the contract's class.
 template <typename Collection, typename Model>
 class KeyedModels : public Collection {
  public:

@@ -19,7 +19,7 @@ constexpr std::array kCommandTypes = {kCommandButton, kCommandCombo, kCommandMen
 
 std::string quoted(const std::string& name) { return '"' + name + '"'; }
 
-/// Goes through a layout and stops at the first contradiction.
+/// Checks a layout and stops at the first inconsistency.
 class Check {
  public:
   explicit Check(const StoredLayout& layout) : layout_(layout) {}
@@ -37,7 +37,7 @@ class Check {
     for (const StoredDockWindow& window : layout_.dockWindows) {
       known(window.pane, panes_, "pane", window.key);
     }
-    if (found_.empty()) menusEnd();
+    if (found_.empty()) findMenuCycles();
     return found_;
   }
 
@@ -52,7 +52,7 @@ class Check {
   void unique(const std::string& name, Names& into, const char* kind) {
     if (name.empty()) report(std::string("a ") + kind + " has no name");
     if (!into.insert(LowerCase(name)).second)
-      report(std::string("the ") + kind + ' ' + quoted(name) + " stands twice");
+      report(std::string("the ") + kind + ' ' + quoted(name) + " is defined twice");
   }
 
   void known(const std::string& name, const Names& among, const char* kind, const std::string& user) {
@@ -71,12 +71,12 @@ class Check {
 
   void references(const StoredCommand& command) {
     if (std::find(kCommandTypes.begin(), kCommandTypes.end(), command.type) == kCommandTypes.end()) {
-      report("the command " + quoted(command.key) + " is of no known type");
+      report("the command " + quoted(command.key) + " has an unknown type");
     }
     if (!command.category.empty()) known(command.category, categories_, "category", command.key);
     if (!command.image.empty()) known(command.image, images_, "image", command.key);
     if (command.type != kCommandMenu && !command.menu.empty()) {
-      report("the command " + quoted(command.key) + " has entries but is no menu");
+      report("the command " + quoted(command.key) + " has entries but is not a menu");
     }
     entries(command.key, command.menu);
   }
@@ -85,9 +85,9 @@ class Check {
     for (const StoredEntry& entry : list) known(entry.command, commands_, "entry", owner);
   }
 
-  /// A menu that leads back to itself would never end on the screen. Menus are taken away that hold no menu
-  /// that is still there, until none goes; what is left leads in circles.
-  void menusEnd() {
+  /// Reports a menu that contains itself, directly or not. Repeatedly removes menus that contain no remaining
+  /// menu (topological sort); the rest form cycles.
+  void findMenuCycles() {
     std::map<std::string, const StoredCommand*> open;
     for (const StoredCommand& command : layout_.commands) {
       if (command.type == kCommandMenu) open.emplace(LowerCase(command.key), &command);
@@ -112,6 +112,6 @@ class Check {
 
 }  // namespace
 
-std::string contradictionIn(const StoredLayout& layout) { return Check(layout).run(); }
+std::string inconsistencyIn(const StoredLayout& layout) { return Check(layout).run(); }
 
 }  // namespace kestrel::docking

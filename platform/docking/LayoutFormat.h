@@ -7,7 +7,7 @@
 
 namespace kestrel::docking {
 
-/// The numbers of a layout block that its reader and its writer share; docs/layout.md tells the whole form.
+/// Constants of a layout block, shared by reader and writer. The format is specified in docs/layout.md.
 namespace layout_format {
 
 inline constexpr std::string_view kMagic = "MRGEHDR";
@@ -44,8 +44,8 @@ namespace category {
 enum : std::int32_t { kCategory = 1, kGuid = 1, kName = 2 };
 }
 
-/// Beside the commands themselves, the collection keeps books: how many there are, whether hot keys without
-/// Ctrl or Alt work, and the place of each menu.
+/// Besides the commands, the collection stores their count, whether hot keys without Ctrl or Alt are enabled,
+/// and the index of each menu.
 namespace commands {
 enum : std::int32_t { kCount = 1, kAllowUnmodified = 2, kMenuIndex = 3, kCommand = 10 };
 }
@@ -101,8 +101,7 @@ enum : std::int32_t { kWindow = 1, kGuid = 1, kKey = 2, kVisible = 4, kCaption =
 
 }  // namespace layout_format
 
-/// The sum over what follows the header's checksum (CRC-32 as in ISO 3309), so that no changed byte of a
-/// block goes unnoticed.
+/// The CRC-32 (ISO 3309) of the bytes after the header's checksum field.
 std::uint32_t layoutChecksum(std::span<const std::byte> block);
 
 }  // namespace kestrel::docking

@@ -20,7 +20,7 @@ using namespace layout_format;
 using Items = TagItem::Items;
 using NamesByGuid = std::map<std::string, std::string>;
 
-/// The items of one object, asked for by id and type.
+/// The items of one object, found by id and type.
 class Fields {
  public:
   explicit Fields(const Items& items) : items_(items) {}
@@ -41,7 +41,8 @@ class Fields {
     return *value;
   }
 
-  /// Calls `visit` for each object of the collection's id, which must stand in the order of their indices.
+  /// Calls `visit` for each object with the collection's id. The objects must be in the order of their
+  /// indices.
   template <typename Visit>
   void each(std::int32_t id, Visit visit) const {
     std::int32_t expected = 0;
@@ -73,12 +74,12 @@ T enumerated(std::int32_t value, T last) {
 
 std::string resolve(const NamesByGuid& names, const std::string& guid) {
   const auto found = names.find(guid);
-  if (found == names.end()) refuseLayout("it refers to something that is not there");
+  if (found == names.end()) refuseLayout("it refers to an unknown identifier");
   return found->second;
 }
 
 void add(NamesByGuid& names, const std::string& guid, const std::string& name) {
-  if (!names.emplace(guid, name).second) refuseLayout("an identifier stands twice");
+  if (!names.emplace(guid, name).second) refuseLayout("an identifier is defined twice");
 }
 
 /// Interprets the items of a whole stream.
@@ -95,7 +96,7 @@ class Interpreter {
     bars(top::kStatusBars);
     panes();
     dockWindows();
-    if (const std::string wrong = contradictionIn(layout_); !wrong.empty()) refuseLayout(wrong);
+    if (const std::string wrong = inconsistencyIn(layout_); !wrong.empty()) refuseLayout(wrong);
     return std::move(layout_);
   }
 
@@ -128,18 +129,18 @@ class Interpreter {
     const Fields list(top_.get<Items>(top::kCommands));
     list.get<bool>(commands::kAllowUnmodified);
     if (list.get<std::int32_t>(commands::kCount) != list.count(commands::kCommand)) {
-      refuseLayout("it does not hold as many commands as it says");
+      refuseLayout("its command count is wrong");
     }
-    // A menu may name commands that stand behind it.
+    // A menu may refer to commands after it.
     list.each(commands::kCommand, [this](const Fields& fields) {
       add(commands_, fields.get<std::string>(command::kGuid), fields.get<std::string>(command::kKey));
     });
     list.each(commands::kCommand,
               [this](const Fields& fields) { layout_.commands.push_back(command(fields)); });
-    menusStandWhereTheBooksSay(list);
+    checkMenuPositions(list);
   }
 
-  void menusStandWhereTheBooksSay(const Fields& list) const {
+  void checkMenuPositions(const Fields& list) const {
     std::vector<std::int32_t> said;
     for (const TagItem& item : list.items()) {
       const auto* place = std::get_if<std::int32_t>(&item.value);
@@ -149,7 +150,7 @@ class Interpreter {
     for (std::size_t i = 0; i < layout_.commands.size(); ++i) {
       if (layout_.commands[i].type == kCommandMenu) found.push_back(static_cast<std::int32_t>(i));
     }
-    if (said != found) refuseLayout("a menu is not where it says");
+    if (said != found) refuseLayout("the position of a menu is wrong");
   }
 
   StoredCommand command(const Fields& fields) const {
@@ -204,7 +205,7 @@ class Interpreter {
       stored.row = fields.get<std::int32_t>(bar::kRow);
       stored.entries = entries(fields);
       if ((stored.kind == BarKind::StatusBar) != (id == top::kStatusBars)) {
-        refuseLayout("a bar stands among bars of another kind");
+        refuseLayout("a bar is among bars of another kind");
       }
       layout_.bars.push_back(std::move(stored));
     });
@@ -239,23 +240,22 @@ class Interpreter {
   NamesByGuid images_, categories_, commands_, panes_;
 };
 
-/// Checks the header and returns the tag stream behind it.
+/// Checks the header and returns the tag stream after it.
 std::span<const std::byte> streamOf(std::span<const std::byte> block) {
-  if (block.size() < kHeaderSize) refuseLayout("it ends too early");
+  if (block.size() < kHeaderSize) refuseLayout("it is truncated");
   if (block.size() > kLargestBlock) refuseLayout("it is larger than any layout");
   const auto word = [&](std::size_t offset) {
     return static_cast<std::int32_t>(loadLittle<std::uint32_t>(block.subspan(offset)));
   };
   const auto magic = wideFromUtf8(kMagic);
-  if (!std::equal(magic.begin(), magic.end(), block.begin()))
-    refuseLayout("it does not begin as a layout does");
-  if (word(16) != kVersion) refuseLayout("it is of another version");
+  if (!std::equal(magic.begin(), magic.end(), block.begin())) refuseLayout("it has no layout header");
+  if (word(16) != kVersion) refuseLayout("its version is unknown");
   if (static_cast<std::uint32_t>(word(kChecksumOffset)) != layoutChecksum(block)) {
-    refuseLayout("its checksum does not fit, so it was cut short or changed");
+    refuseLayout("its checksum is wrong, so it was truncated or changed");
   }
   if (word(24) != kHeaderField1 || word(28) != kHeaderField2) refuseLayout("its header is unknown");
   const auto start = static_cast<std::uint32_t>(word(32));
-  if (start < kHeaderSize || start > block.size()) refuseLayout("its stream starts nowhere");
+  if (start < kHeaderSize || start > block.size()) refuseLayout("its stream offset is invalid");
   return block.subspan(start);
 }
 

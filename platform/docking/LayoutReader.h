@@ -7,8 +7,8 @@
 
 namespace kestrel::docking {
 
-/// Reads a layout block. Raises RuntimeError 321 with a sentence that says what is wrong for every block
-/// that is cut short, changed, or contradicts itself.
+/// Reads a layout block. Raises RuntimeError 321 with a sentence that states the cause for every block that
+/// is truncated, changed or inconsistent.
 StoredLayout readLayout(std::span<const std::byte> block);
 
 }  // namespace kestrel::docking

@@ -35,7 +35,7 @@ TagItem imageObject(const StoredImage& stored, std::size_t index, bool withPictu
   return object(image_group::kImage, std::move(items), index);
 }
 
-/// The images at 16 by 16, and their names alone at the sizes that are painted from the drawn icons.
+/// The images at 16 by 16; at the sizes painted from the SVG icons, their names only.
 TagItem imageGroups(const StoredLayout& layout) {
   Items groups;
   for (const std::int32_t size : {16, 24, 32}) {
@@ -57,7 +57,7 @@ TagItem categories(const StoredLayout& layout) {
   return object(top::kCategories, std::move(items));
 }
 
-/// The entries of the bar or menu, each an object of the id that bars and menus share.
+/// Appends the entries of the bar or menu, each an object of the id that bars and menus share.
 void appendEntries(Items& items, const std::string& owner, const std::vector<StoredEntry>& entries) {
   for (std::size_t i = 0; i < entries.size(); ++i) {
     const std::string own = owner + '/' + std::to_string(i);
@@ -165,8 +165,8 @@ TagItem dockWindows(const StoredLayout& layout) {
 }  // namespace
 
 std::vector<std::byte> writeLayout(const StoredLayout& layout) {
-  if (const std::string wrong = contradictionIn(layout); !wrong.empty()) {
-    throw RuntimeError(err::kInvalidCall, "The layout contradicts itself: " + wrong + ".");
+  if (const std::string wrong = inconsistencyIn(layout); !wrong.empty()) {
+    throw RuntimeError(err::kInvalidCall, "The layout is inconsistent: " + wrong + ".");
   }
   std::vector<std::byte> stream;
   appendTags(stream, {property(top::kFont, layout.font), imageGroups(layout), categories(layout),

@@ -7,8 +7,8 @@
 
 namespace kestrel::docking {
 
-/// The layout as one block, the same bytes for the same layout. Raises RuntimeError 5 for a layout that
-/// contradicts itself (a key that stands twice, an entry, category, image or pane that is not there).
+/// The layout as one block; deterministic. Raises RuntimeError 5 for an inconsistent layout (a key that is
+/// defined twice; an entry, category, image or pane that does not exist).
 std::vector<std::byte> writeLayout(const StoredLayout& layout);
 
 }  // namespace kestrel::docking

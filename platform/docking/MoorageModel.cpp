@@ -10,7 +10,7 @@ namespace kestrel::docking {
 
 namespace {
 
-/// The suite's own model behind an object of the contract.
+/// The suite's model that implements an object of the contract.
 template <typename Model, typename Face>
 Model& modelOf(Face& face) {
   if (auto* model = dynamic_cast<Model*>(&face)) return *model;
@@ -28,7 +28,7 @@ class ComboModel : public Combo {
 
 void requireType(const CommandModel& command, std::int32_t type, const char* name) {
   if (command.CommandType() != type) {
-    throw RuntimeError(err::kInvalidCall, "The command \"" + command.Name() + "\" is no " + name + '.');
+    throw RuntimeError(err::kInvalidCall, "The command \"" + command.Name() + "\" is not a " + name + '.');
   }
 }
 
@@ -68,7 +68,7 @@ MoorageModel::MoorageModel(const StoredLayout& layout) : layout_(layout) {
 void MoorageModel::Redraw(bool value) {
   redraw_ = value;
   if (!redraw_) return;
-  for (const Changed& changed : std::exchange(pending_, {})) tell(changed);
+  for (const Changed& changed : std::exchange(pending_, {})) raiseUpdated(changed);
 }
 
 void MoorageModel::SetComboText(Command& command, const std::string& text) {
@@ -119,7 +119,7 @@ MoorageModel::PressedHotKey MoorageModel::findHotKey(std::int32_t shift, std::in
   return {};
 }
 
-bool MoorageModel::hearsHotKey(std::int32_t shift, std::int32_t keyCode) const {
+bool MoorageModel::hasHotKey(std::int32_t shift, std::int32_t keyCode) const {
   return findHotKey(shift, keyCode).command != nullptr;
 }
 
@@ -140,7 +140,7 @@ bool MoorageModel::typeComboText(CommandModel& command, const std::string& text)
   CancelValue cancel;
   CommandChange(command, combo, cancel);
   if (!cancel.Value) return true;
-  // A handler may have set a text of its own before it canceled: that one stands.
+  // A handler that canceled may have set a text of its own, which is kept.
   if (command.comboText() == text) command.comboText(before);
   return false;
 }
@@ -154,15 +154,15 @@ bool MoorageModel::chooseItem(CommandModel& command, std::int32_t index) {
   return true;
 }
 
-void MoorageModel::note(const Changed& changed) {
+void MoorageModel::noteChange(const Changed& changed) {
   if (redraw_) {
-    tell(changed);
+    raiseUpdated(changed);
   } else if (std::find(pending_.begin(), pending_.end(), changed) == pending_.end()) {
     pending_.push_back(changed);
   }
 }
 
-void MoorageModel::tell(const Changed& changed) {
+void MoorageModel::raiseUpdated(const Changed& changed) {
   if (auto* const* command = std::get_if<CommandModel*>(&changed)) CommandUpdated(**command);
   if (auto* const* bar = std::get_if<CommandBarModel*>(&changed)) BarUpdated(**bar);
   if (auto* const* window = std::get_if<DockWindowModel*>(&changed)) DockWindowUpdated(**window);

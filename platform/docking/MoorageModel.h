@@ -41,20 +41,20 @@ class DockFunctionsModel : public DockFunctions {
  public:
   void SetChecked(Command& command, bool pressed) override;
   void AttachForm(DockWindow& window, Form& form) override;
-  /// Raises RuntimeError 5 for a style that is none of the three.
+  /// Raises RuntimeError 5 for a style outside 0 to 2.
   void SetStyle(Moorage& control, std::int32_t style) override;
 };
 
-/// The docking suite without its looks: the commands, bars, panels and dock windows of a stored layout, and
-/// all that decides what a key, a click or a typed text does. A platform derives from it, adds the window,
-/// shows what the models say, listens to the four events for what to show anew, and hands over what the user
-/// does through the functions below "What the user does".
+/// The docking suite without a user interface: the commands, bars, panels and dock windows of a stored
+/// layout, and the handling of keys, clicks and typed texts. A platform derives from it, adds the window,
+/// displays the models, updates the display on the four events, and passes user input to the functions below
+/// "User input".
 ///
-/// A menu that pops up and a form that is attached are the platform's own concern; everything else behaves
-/// alike on every platform.
+/// Popup menus and attached forms are implemented by the platform; everything else is the same on every
+/// platform.
 class MoorageModel : public Moorage {
  public:
-  /// `layout` must be sound, as `readLayout` returns it.
+  /// `layout` must be valid, as `readLayout` returns it.
   explicit MoorageModel(const StoredLayout& layout);
 
   CommandsModel& Commands() override { return commands_; }
@@ -66,43 +66,43 @@ class MoorageModel : public Moorage {
   void ShowPopup(Command& command) override;
   StatusPanelModel& StatusPanel(const std::string& name) override;
 
-  /// What is to be shown anew. While `Redraw` is False nothing is raised; afterwards everything that has
-  /// changed in between is, once each, in the order of its first change.
+  /// Parts to redisplay. While `Redraw` is False nothing is raised; afterwards each changed part is raised
+  /// once, in the order of the first change.
   Event<CommandModel&> CommandUpdated;  ///< its panel's progress and its lines included
   Event<CommandBarModel&> BarUpdated;
   Event<DockWindowModel&> DockWindowUpdated;
   Event<> StyleUpdated;
 
-  /// The look of the bars: 0 icons alone, 1 icons beside short captions, 2 icons above short captions.
+  /// The style of the bars: 0 icons only, 1 icons left of short captions, 2 icons above short captions.
   std::int32_t style() const { return style_; }
   void style(std::int32_t value);
 
   const StoredLayout& layout() const { return layout_; }
 
-  // What the user does.
+  // User input.
 
-  /// Chooses a button. Returns whether `CommandClick` was raised: not for a command that is disabled,
-  /// invisible or no button.
+  /// Clicks a button. Returns whether `CommandClick` was raised: not for a command that is disabled,
+  /// invisible or not a button.
   bool click(CommandModel& command);
-  /// The pointer stands on the command's entry, or on none (nullptr). The one it left is told first.
+  /// The pointer is over the command's entry, or over none (nullptr). The previous entry is notified first.
   void highlight(CommandModel* command);
-  /// A key went down: `shift` as in `HotKey::Shift`, `keyCode` as in `HotKey::KeyCode`. The first available
-  /// command that has the key raises `CommandHotKeyPress` and, unless a handler cancels it, is clicked.
-  /// Returns whether that happened; otherwise the key belongs to whoever has the focus.
+  /// A key was pressed: `shift` as in `HotKey::Shift`, `keyCode` as in `HotKey::KeyCode`. The first available
+  /// command with that hot key raises `CommandHotKeyPress` and, unless a handler cancels it, is clicked.
+  /// Returns whether there was one; otherwise the key goes to the focused control.
   bool pressHotKey(std::int32_t shift, std::int32_t keyCode);
-  /// Whether a command would be asked about that key.
-  bool hearsHotKey(std::int32_t shift, std::int32_t keyCode) const;
-  /// Typed and confirmed a text in a combo. A text that differs raises `CommandChange`; a handler that
-  /// cancels it brings the old text back. Returns whether the text stands.
+  /// Whether an available command has that hot key.
+  bool hasHotKey(std::int32_t shift, std::int32_t keyCode) const;
+  /// A text was typed and confirmed in a combo. A new text raises `CommandChange`; a handler that cancels it
+  /// restores the old text. Returns whether the new text was kept.
   bool typeComboText(CommandModel& command, const std::string& text);
-  /// Chose a line, counted from 1, of a combo (typing its text) or of a list (making it the selected item
-  /// and clicking). Returns what came of it as the functions above do; raises RuntimeError 9 outside.
+  /// A line, counted from 1, was chosen: of a combo (as if its text was typed) or of a list (which selects
+  /// and clicks it). Returns the result of the corresponding function above; raises RuntimeError 9 outside.
   bool chooseItem(CommandModel& command, std::int32_t index);
 
   /// Called by the models after a change.
-  void updated(CommandModel& command) { note(&command); }
-  void updated(CommandBarModel& bar) { note(&bar); }
-  void updated(DockWindowModel& window) { note(&window); }
+  void updated(CommandModel& command) { noteChange(&command); }
+  void updated(CommandBarModel& bar) { noteChange(&bar); }
+  void updated(DockWindowModel& window) { noteChange(&window); }
 
  protected:
   friend class DockFunctionsModel;
@@ -120,8 +120,8 @@ class MoorageModel : public Moorage {
 
   using Changed = std::variant<CommandModel*, CommandBarModel*, DockWindowModel*>;
 
-  void note(const Changed& changed);
-  void tell(const Changed& changed);
+  void noteChange(const Changed& changed);
+  void raiseUpdated(const Changed& changed);
 
   StoredLayout layout_;
   CommandsModel commands_;

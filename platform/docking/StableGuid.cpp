@@ -30,7 +30,7 @@ std::string stableGuid(std::string_view kind, std::string_view name) {
   appendHex(guid, high >> 32, 8);
   guid += '-';
   appendHex(guid, high >> 16 & 0xFFFF, 4);
-  guid += "-8";  // the version for identifiers by a rule of one's own
+  guid += "-8";  // version 8: custom identifiers (RFC 9562)
   appendHex(guid, high & 0xFFF, 3);
   guid += '-';
   appendHex(guid, (low >> 48 & 0x3FFF) | 0x8000, 4);

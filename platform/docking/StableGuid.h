@@ -5,9 +5,9 @@
 
 namespace kestrel::docking {
 
-/// The identifier under which the parts of a layout block refer to the thing of that kind and name,
-/// whatever the name's case, in the registry's spelling "{XXXXXXXX-XXXX-8XXX-XXXX-XXXXXXXXXXXX}". It depends
-/// on nothing else, so a layout compiles to the same bytes wherever and whenever it is compiled.
+/// The identifier by which the parts of a layout block refer to the object of that kind and name (ignoring
+/// case), in registry format "{XXXXXXXX-XXXX-8XXX-XXXX-XXXXXXXXXXXX}". It is a hash of kind and name, so a
+/// layout always compiles to the same bytes.
 std::string stableGuid(std::string_view kind, std::string_view name);
 
 }  // namespace kestrel::docking

@@ -9,7 +9,7 @@ namespace kestrel::docking {
 
 class CommandModel;
 
-/// What a panel command shows in the status bar: the command's caption, or how far something has come.
+/// The content of a panel command in the status bar: the command's caption, or progress.
 class StatusPanelModel : public StatusPanel {
  public:
   explicit StatusPanelModel(CommandModel& command) : command_(command) {}
@@ -23,7 +23,7 @@ class StatusPanelModel : public StatusPanel {
   void ProgressMax(std::int32_t value) override { set(maximum_, value); }
   void ProgressValue(std::int32_t value) override { set(value_, value); }
 
-  /// How far the progress has come, from 0 to 1, whatever the three numbers are.
+  /// Progress as a fraction from 0 to 1 for any values of the three numbers.
   double progress() const;
 
  private:

@@ -17,7 +17,7 @@ struct StoredFont {
   friend bool operator==(const StoredFont&, const StoredFont&) = default;
 };
 
-/// A small picture: rows from top to bottom, three bytes a pixel, red first.
+/// A small picture: rows from top to bottom, three bytes per pixel, RGB.
 struct StoredPicture {
   std::int32_t width = 0;
   std::int32_t height = 0;
@@ -42,7 +42,7 @@ struct StoredHotKey {
   friend bool operator==(const StoredHotKey&, const StoredHotKey&) = default;
 };
 
-/// One entry of a bar or menu: the key of its command, and whether a separator stands before it.
+/// One entry of a bar or menu: the key of its command, and whether a separator precedes it.
 struct StoredEntry {
   std::string command;
   bool beginGroup = false;
@@ -60,9 +60,9 @@ struct StoredCommand {
   std::vector<StoredHotKey> hotKeys;
   bool visible = true;
   bool pressed = false;
-  std::string text;               ///< what a combo starts with
+  std::string text;               ///< initial text of a combo
   std::int32_t width = 0;         ///< of a combo or a panel, in pixels; 0 for its natural width
-  bool spring = false;            ///< a panel that takes the room that the others leave
+  bool spring = false;            ///< a panel that takes the remaining width
   bool progress = false;          ///< a panel that shows progress
   std::vector<StoredEntry> menu;  ///< the entries of a menu
   friend bool operator==(const StoredCommand&, const StoredCommand&) = default;
@@ -76,7 +76,7 @@ struct StoredBar {
   BarKind kind = BarKind::ToolBar;
   bool visible = true;
   Edge edge = Edge::Top;
-  std::int32_t row = 0;  ///< counted from the edge inwards
+  std::int32_t row = 0;  ///< counted inward from the edge
   std::vector<StoredEntry> entries;
   friend bool operator==(const StoredBar&, const StoredBar&) = default;
 };
@@ -97,7 +97,7 @@ struct StoredDockWindow {
   friend bool operator==(const StoredDockWindow&, const StoredDockWindow&) = default;
 };
 
-/// Everything that a layout block tells: what the docking suite shows before a program alters it.
+/// The content of a layout block: the initial state of the docking suite.
 struct StoredLayout {
   StoredFont font;
   std::vector<StoredImage> images;

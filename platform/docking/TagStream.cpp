@@ -33,7 +33,7 @@ constexpr std::int32_t kPicturePixelsPerMetre = 3780;
 constexpr std::size_t kSmallestItem = 14;
 constexpr int kDeepestNesting = 16;
 
-/// The class id of a persisted standard font, as its 16 bytes stand in the block.
+/// The class id of a persisted standard font, in block byte order.
 constexpr std::array<std::uint8_t, 16> kStdFontClass = {0x03, 0x52, 0xE3, 0x0B, 0x91, 0x8F, 0xCE, 0x11,
                                                         0x9D, 0xE3, 0x00, 0xAA, 0x00, 0x4B, 0xB8, 0x51};
 constexpr std::uint8_t kFontVersion = 1;
@@ -41,7 +41,7 @@ constexpr std::uint8_t kFontItalic = 2;
 
 std::size_t bytesPerRow(std::uint32_t width) { return (std::size_t{width} * 3 + 3) / 4 * 4; }
 
-/// Takes the stream apart from its start to its end; every step checks that the bytes are there.
+/// Parses the stream; every step checks that enough bytes are left.
 class Parser {
  public:
   explicit Parser(std::span<const std::byte> stream) : rest_(stream) {}
@@ -71,7 +71,7 @@ class Parser {
         result.value = image();
         break;
       default:
-        refuseLayout("an item is of no known kind");
+        refuseLayout("an item has an unknown kind");
     }
     return result;
   }
@@ -93,19 +93,19 @@ class Parser {
       case kPersisted:
         return font();
       default:
-        refuseLayout("a property is of no known type");
+        refuseLayout("a property has an unknown type");
     }
   }
 
   bool boolean() {
     const auto value = number<std::uint16_t>();
-    if (value != 0 && value != 0xFFFF) refuseLayout("a truth value is neither true nor false");
+    if (value != 0 && value != 0xFFFF) refuseLayout("a boolean is neither true nor false");
     return value != 0;
   }
 
   TagItem::Items object(int depth) {
     const auto count = number<std::uint32_t>();
-    // A count that the rest of the stream cannot hold is refused before anything is reserved for it.
+    // Reject a count that the rest of the stream cannot hold before reserving memory for it.
     if (count > rest_.size() / kSmallestItem) refuseLayout("an object claims more items than there are");
     TagItem::Items items;
     items.reserve(std::min<std::size_t>(count, 128));
@@ -118,25 +118,25 @@ class Parser {
     const auto width = number<std::uint32_t>();
     const auto height = number<std::uint32_t>();
     if (width == 0 || height == 0 || width > kLargestPicture || height > kLargestPicture) {
-      refuseLayout("an image has an impossible size");
+      refuseLayout("an image has an invalid size");
     }
     expect(kBitsPerPixel, "an image is not of 24 bits");
     const std::size_t size = bytesPerRow(width) * height;
     bitmapHeader(width, height, size);
     const auto pixels = take(size);
-    expect(0, "an image has no end");
+    expect(0, "an image is not terminated");
     return picture(width, height, pixels);
   }
 
   void bitmapHeader(std::uint32_t width, std::uint32_t height, std::size_t size) {
-    constexpr const char* kUnlike = "a bitmap header does not fit its image";
+    constexpr const char* kUnlike = "a bitmap header does not match its image";
     expect(kBitmapHeaderSize, kUnlike);
     expect(width, kUnlike);
     expect(height, kUnlike);
     if (number<std::uint16_t>() != 1 || number<std::uint16_t>() != kBitsPerPixel) refuseLayout(kUnlike);
     expect(0, kUnlike);
     expect(static_cast<std::uint32_t>(size), kUnlike);
-    take(16);  // resolution and palette: without meaning for an image of 24 bits
+    take(16);  // resolution and palette: unused at 24 bits
   }
 
   static StoredPicture picture(std::uint32_t width, std::uint32_t height, std::span<const std::byte> pixels) {
@@ -159,7 +159,7 @@ class Parser {
                     [](std::byte a, std::uint8_t b) { return static_cast<std::uint8_t>(a) == b; })) {
       refuseLayout("a persisted object is not a font");
     }
-    if (number<std::uint8_t>() != kFontVersion) refuseLayout("a font is of no known version");
+    if (number<std::uint8_t>() != kFontVersion) refuseLayout("a font has an unknown version");
     take(2);  // character set: the texts of the block are Unicode
     StoredFont result;
     result.italic = (number<std::uint8_t>() & kFontItalic) != 0;
@@ -187,7 +187,7 @@ class Parser {
   }
 
   std::span<const std::byte> take(std::size_t size) {
-    if (size > rest_.size()) refuseLayout("it ends too early");
+    if (size > rest_.size()) refuseLayout("it is truncated");
     const auto taken = rest_.first(size);
     rest_ = rest_.subspan(size);
     return taken;
@@ -196,7 +196,7 @@ class Parser {
   std::span<const std::byte> rest_;
 };
 
-/// Writes the value of an item behind its first three fields.
+/// Writes the value of an item after its first three fields.
 class Writer {
  public:
   explicit Writer(std::vector<std::byte>& block) : block_(block) {}
@@ -253,8 +253,7 @@ class Writer {
     const auto width = static_cast<std::size_t>(picture.width);
     const auto height = static_cast<std::size_t>(picture.height);
     if (picture.rgb.size() != width * height * 3) {
-      throw RuntimeError(err::kInvalidCall,
-                         "A picture of the layout has not as many pixels as its size says.");
+      throw RuntimeError(err::kInvalidCall, "The pixels of a layout picture do not match its size.");
     }
     wideText(std::string(kImageTag));
     append32(block_, picture.width);

@@ -23,18 +23,18 @@ struct TagItem {
                              StoredPicture, Items>;
 
   std::int32_t id = 0;
-  std::int32_t index = 0;  ///< of an object, its place in its collection; else 0
+  std::int32_t index = 0;  ///< of an object: its index in the collection; else 0
   Value value;
 };
 
-/// Reads the items to the end of the stream. Raises RuntimeError 321 for anything that is not exactly
-/// well-formed. Memory stays within a small multiple of the stream's size, whatever its counts claim.
+/// Reads the items to the end of the stream. Raises RuntimeError 321 for a malformed stream. Memory use is
+/// bounded by a small multiple of the stream's size, regardless of its counts.
 TagItem::Items parseTags(std::span<const std::byte> stream);
 
 /// Appends the items to a block.
 void appendTags(std::vector<std::byte>& block, const TagItem::Items& items);
 
-/// Ends a reading with RuntimeError 321: "The stored layout is damaged: ", `what` and a full stop.
+/// Raises RuntimeError 321: "The stored layout is damaged: ", `what` and a full stop.
 [[noreturn]] void refuseLayout(const std::string& what);
 
 }  // namespace kestrel::docking

@@ -71,14 +71,14 @@ std::vector<std::byte> wideFromUtf8(std::string_view text) {
 }
 
 std::string utf8FromWide(std::span<const std::byte> wide) {
-  if (wide.size() < 2 || wide.size() % 2 != 0) refuseLayout("a text has an impossible length");
+  if (wide.size() < 2 || wide.size() % 2 != 0) refuseLayout("a text has an invalid length");
   const auto unit = [&](std::size_t i) -> char32_t { return loadLittle<std::uint16_t>(wide.subspan(2 * i)); };
   const std::size_t length = wide.size() / 2 - 1;
-  if (unit(length) != 0) refuseLayout("a text has no end");
+  if (unit(length) != 0) refuseLayout("a text is not terminated");
   std::string text;
   for (std::size_t i = 0; i < length; ++i) {
     char32_t point = unit(i);
-    if (point == 0) refuseLayout("a text ends early");
+    if (point == 0) refuseLayout("a text contains a NUL");
     if (point >= kHighSurrogate && point < kAfterSurrogates) {
       const char32_t low = i + 1 < length ? unit(++i) : 0;
       if (point >= kLowSurrogate || low < kLowSurrogate || low >= kAfterSurrogates) {

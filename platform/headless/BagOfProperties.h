@@ -7,8 +7,7 @@
 
 namespace kestrel::headless {
 
-/// A property bag in memory. It keeps every value, with the default it was written with, in the order of
-/// writing.
+/// A property bag in memory. It keeps every value and its default in writing order.
 class BagOfProperties final : public PropertyBag {
  public:
   struct Entry {
@@ -30,7 +29,7 @@ class BagOfProperties final : public PropertyBag {
   }
 
   const std::vector<Entry>& entries() const { return entries_; }
-  /// What was asked for, in order.
+  /// The reads so far, in order.
   const std::vector<Entry>& reads() const { return reads_; }
 
  private:

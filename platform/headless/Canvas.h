@@ -7,13 +7,13 @@ namespace kestrel::headless {
 
 class Canvas final : public kestrel::Canvas {
  public:
-  /// White at first. Raises RuntimeError 5 for a side below 1.
+  /// Initially white. Raises RuntimeError 5 for a side below 1.
   Canvas(std::int32_t width, std::int32_t height);
 
   std::int32_t Width() const override { return bitmap_.width(); }
   std::int32_t Height() const override { return bitmap_.height(); }
   void FillRectangle(const Rectangle& rectangle, OLE_COLOR color) override;
-  /// The canvas as it is now; later drawing does not change it.
+  /// A snapshot of the canvas; later drawing does not change it.
   PicturePtr Picture() const override;
 
  private:

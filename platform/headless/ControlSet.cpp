@@ -22,7 +22,7 @@
 namespace kestrel::headless {
 namespace {
 
-/// Of a control that its form's layout places.
+/// The rectangle of a control that its form's layout places.
 constexpr Rectangle kNaturalPlace{0, 0, 100, 20};
 constexpr Size kSiteSize{372, 180};
 
@@ -144,9 +144,9 @@ Control* ControlSet::find(std::string_view name, std::int32_t index) const {
   return nullptr;
 }
 
-void ControlSet::initialiseSites() {
+void ControlSet::initializeSites() {
   for (const OwnControl& own : ownControls_) {
-    own.site.initialise(own.stored);
+    own.site.initialize(own.stored);
     own.site.place({0, 0, kSiteSize.Width, kSiteSize.Height});
   }
 }

@@ -15,7 +15,7 @@ namespace kestrel::headless {
 class Site;
 struct Surroundings;
 
-/// The controls of a form or of a control's surface, found by name, whatever its case, and index.
+/// The controls of a form or of a control's surface, found by name (ignoring case) and index.
 class ControlSet {
  public:
   /// Makes the described controls, with their stored values, inside the window.
@@ -25,8 +25,8 @@ class ControlSet {
 
   /// Null if there is none.
   Control* find(std::string_view name, std::int32_t index) const;
-  /// Brings the controls of ours among them to life: property stage and first size.
-  void initialiseSites();
+  /// Initializes our own controls among them: property stage and first size.
+  void initializeSites();
   /// The highest index of the control array, -1 if there is none.
   std::int32_t upperBound(std::string_view name) const;
 

@@ -10,25 +10,25 @@ namespace kestrel::headless {
 
 class Window;
 
-/// Stands in for the window system: names windows by handle and knows where the pointer is, which modifiers
-/// are held and which window has the focus. Tests write its fields as a user would move and press.
+/// Simulates the window system: assigns window handles and holds the pointer position, the pressed modifiers
+/// and the focus. Tests write its fields to simulate the user.
 class Desktop {
  public:
-  /// Names a window; the handle is never given out twice.
+  /// Assigns a handle to a window; handles are not reused.
   WindowHandle add(Window& window);
   void remove(WindowHandle handle);
-  /// Null for a handle that names no window.
+  /// Null for an unknown handle.
   Window* find(WindowHandle handle) const;
 
-  /// Where the pointer is, in pixels of the screen.
+  /// The pointer position in screen pixels.
   Point pointer;
-  /// Mask of the modifiers that are held down.
+  /// Mask of the pressed modifiers.
   std::int32_t shift = 0;
-  /// The window that takes keys; 0 while none does.
+  /// The window with the keyboard focus; 0 for none.
   WindowHandle focus = 0;
-  /// What windows may cover of each screen.
+  /// The area of each screen that windows may cover.
   std::vector<Rectangle> screens = {{0, 0, 1920, 1040}};
-  /// What it puts around each top-level window.
+  /// The frame around each top-level window.
   Margins frame;
 
  private:

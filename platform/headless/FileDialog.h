@@ -12,8 +12,8 @@ namespace kestrel::headless {
 class FileSystem;
 class User;
 
-/// The file dialog, handed to the scripted user. A name that the dialog would not let pass is a complaint,
-/// and counts as canceled.
+/// The file dialog, operated by the scripted user. A name that the dialog rejects is a complaint and counts
+/// as canceled.
 class FileDialog final : public ImgXDialog {
  public:
   FileDialog(Desktop& desktop, User& user, const FileSystem& files);
@@ -27,7 +27,7 @@ class FileDialog final : public ImgXDialog {
   std::string DefaultExt() const override { return defaultExt_; }
   std::string Filename() const override { return filename_; }
   void Filename(const std::string& value) override { filename_ = value; }
-  void CenterOnOwner(bool value) override { centred_ = value; }
+  void CenterOnOwner(bool value) override { centered_ = value; }
   void FilterIndex(std::int32_t value) override { filterIndex_ = value; }
   void MaxFiles(std::int32_t value) override { maxFiles_ = value; }
 
@@ -38,17 +38,17 @@ class FileDialog final : public ImgXDialog {
                       std::int32_t& height) override;
   void MoveControl(WindowHandle window, std::int32_t x, std::int32_t y) override;
 
-  // What the user sees.
+  // State visible to the user.
   WindowHandle ownerWindow() const { return owner_; }
-  bool centred() const { return centred_; }
+  bool centered() const { return centered_; }
   std::int32_t filterIndex() const { return filterIndex_; }
   std::int32_t maxFiles() const { return maxFiles_; }
   bool isSave() const { return isSave_; }
   Size size() const { return {window_.place().Width, window_.place().Height}; }
-  /// The control that was moved into it, null if there is none.
+  /// The control moved into the dialog, null if there is none.
   Control* guest() const;
 
-  /// The size without guests, and where the stock label of the file-type row is.
+  /// The size without moved controls, and the rectangle of the stock label of the file-type row.
   static constexpr Size kSize{563, 401};
   static constexpr Rectangle kFileTypeLabel{103, 352, 88, 13};
 
@@ -56,7 +56,7 @@ class FileDialog final : public ImgXDialog {
   bool show(bool save);
   void prepare();
   void giveGuestBack();
-  /// Whether the dialog lets the name pass.
+  /// Whether the dialog accepts the name.
   bool accepts(const std::string& name) const;
 
   User& user_;
@@ -72,7 +72,7 @@ class FileDialog final : public ImgXDialog {
   std::int32_t flags_ = 0;
   std::string defaultExt_;
   std::string filename_;
-  bool centred_ = false;
+  bool centered_ = false;
   std::int32_t filterIndex_ = 0;
   std::int32_t maxFiles_ = 1;
 };

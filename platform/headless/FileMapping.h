@@ -8,7 +8,7 @@
 
 namespace kestrel::headless {
 
-/// The engine's document, which reads the machine's files, behind the names of a simulated file system.
+/// Maps file names of a simulated file system to the engine's document, which reads the machine's files.
 class MappedDocument final : public Document {
  public:
   MappedDocument(const FileSystem& files, Document& inner) : files_(files), inner_(inner) {}
@@ -33,7 +33,7 @@ class MappedDocument final : public Document {
   Document& inner_;
 };
 
-/// The engine's writer behind the names of a simulated file system.
+/// Maps file names of a simulated file system to the engine's writer.
 class MappedWriter final : public Writer {
  public:
   MappedWriter(const FileSystem& files, Writer& inner) : files_(files), inner_(inner) {}

@@ -12,7 +12,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The entry of that name whatever its case; the name itself where there is none.
+/// The entry of that name, ignoring case; the name itself if there is none.
 fs::path spelledAsStored(const fs::path& folder, const std::string& name) {
   std::error_code error;
   if (fs::exists(folder / name, error)) return folder / name;
@@ -26,15 +26,15 @@ bool hasDrive(const std::string& path) { return path.size() >= 2 && path[1] == '
 
 }  // namespace
 
-FileSystem::FileSystem(PathFlavour flavour, std::string scratch, std::vector<Drive> drives)
-    : flavour_(flavour), scratch_(std::move(scratch)), drives_(std::move(drives)) {
-  if (flavour_ == PathFlavour::kSlash) return;
+FileSystem::FileSystem(PathStyle pathStyle, std::string scratch, std::vector<Drive> drives)
+    : pathStyle_(pathStyle), scratch_(std::move(scratch)), drives_(std::move(drives)) {
+  if (pathStyle_ == PathStyle::kSlash) return;
   for (const Drive& drive : drives_)
     fs::create_directories(fs::path(scratch_) / std::string(1, drive.letter));
 }
 
 const Drive* FileSystem::driveOf(const std::string& path) const {
-  if (flavour_ == PathFlavour::kSlash || !hasDrive(path)) return nullptr;
+  if (pathStyle_ == PathStyle::kSlash || !hasDrive(path)) return nullptr;
   for (const Drive& drive : drives_) {
     if (EqualIgnoringCase(std::string(1, drive.letter), path.substr(0, 1))) return &drive;
   }
@@ -42,7 +42,7 @@ const Drive* FileSystem::driveOf(const std::string& path) const {
 }
 
 std::string FileSystem::scratch() const {
-  return flavour_ == PathFlavour::kSlash ? scratch_ : std::string(1, drives_.front().letter) + ":\\scratch";
+  return pathStyle_ == PathStyle::kSlash ? scratch_ : std::string(1, drives_.front().letter) + ":\\scratch";
 }
 
 std::string FileSystem::absolute(const std::string& path) const {
@@ -51,10 +51,10 @@ std::string FileSystem::absolute(const std::string& path) const {
 }
 
 std::string FileSystem::host(const std::string& path) const {
-  if (flavour_ == PathFlavour::kSlash || path.empty()) return path;
+  if (pathStyle_ == PathStyle::kSlash || path.empty()) return path;
   const std::string whole = absolute(path);
   const Drive* drive = driveOf(whole);
-  // No drive, or nothing in it: a place at which nothing is and nothing can be made.
+  // No drive, or not ready: a path that does not exist and cannot be created.
   if (!drive || !drive->ready) return os::textOf(fs::path(scratch_) / "no drive" / whole.substr(0, 1)) + "/.";
   fs::path result = fs::path(scratch_) / std::string(1, drive->letter);
   std::string step;
@@ -74,7 +74,7 @@ bool FileSystem::exists(const std::string& path) const {
 }
 
 std::string FileSystem::folderOf(const std::string& path) const {
-  const std::size_t last = path.find_last_of(flavour_ == PathFlavour::kSlash ? "/" : "\\/");
+  const std::size_t last = path.find_last_of(pathStyle_ == PathStyle::kSlash ? "/" : "\\/");
   if (last == std::string::npos) return ".";
   const bool isRoot = last == 0 || (last == 2 && hasDrive(path));
   return path.substr(0, isRoot ? last + 1 : last);
@@ -87,7 +87,7 @@ bool FileSystem::hasExtension(const std::string& path) const {
 
 std::string FileSystem::resolved(const std::string& path) const {
   if (!exists(path)) return path;
-  if (flavour_ == PathFlavour::kSlash) return os::textOf(fs::canonical(path));
+  if (pathStyle_ == PathStyle::kSlash) return os::textOf(fs::canonical(path));
   const fs::path inside = fs::canonical(host(path)).lexically_relative(fs::canonical(scratch_));
   std::string result;
   for (const fs::path& step : inside) {

@@ -59,7 +59,7 @@ void Form::embed(Window& window) {
 void Form::load() {
   if (loaded_) return;
   loaded_ = true;
-  if (!std::exchange(sitesReady_, true)) controls_.initialiseSites();
+  if (!std::exchange(sitesReady_, true)) controls_.initializeSites();
   Load();
 }
 

@@ -12,7 +12,7 @@ namespace kestrel::headless {
 
 class User;
 
-/// A form without a window. Shown modally, it is handed to the scripted user.
+/// A form without a window. Shown modally, it is operated by the scripted user.
 class Form final : public WindowOf<kestrel::Form> {
  public:
   Form(Desktop& desktop, User& user, const Surroundings& surroundings, const FormDescription& description);
@@ -35,17 +35,17 @@ class Form final : public WindowOf<kestrel::Form> {
   OLE_COLOR BackColor() const override { return kFaceColor; }
 
   using WindowOf::Visible;
-  /// Writing is what `Show` without modality and `Hide` do.
+  /// Writing does the same as a non-modal `Show`, or `Hide`.
   void Visible(bool value) override;
   void Show(bool modal = false, kestrel::Control* owner = nullptr) override;
   void Hide() override { visible(false); }
-  /// Shows it inside another window.
+  /// Embeds it in another window.
   void embed(Window& window);
   void Unload() override { unload(kUnloadedByCode); }
 
   /// The user presses the window's own close box.
   void pressCloseBox() { unload(kUnloadedByUser); }
-  /// The user presses a key while no control of the form takes it.
+  /// The user presses a key that no control of the form handles.
   void pressKey(std::int32_t keyCode, std::int32_t shift) { KeyDown(keyCode, shift); }
 
   kestrel::Graphics& Graphics() override { return graphics_; }

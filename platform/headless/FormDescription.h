@@ -9,7 +9,7 @@
 
 namespace kestrel::headless {
 
-/// The class of a control; a container is a plain window that holds others.
+/// The class of a control; a container is a plain window with child controls.
 enum class ControlKind {
   kContainer,
   kTextBox,
@@ -28,16 +28,15 @@ enum class ControlKind {
   kEditor,
 };
 
-/// One control as its form stores it. Fields that a class has no use for are at their initial values.
+/// One control as stored in its form. Fields that do not apply to a class have their initial values.
 struct ControlDescription {
   ControlKind kind = ControlKind::kContainer;
-  std::int32_t parent =
-      -1;  ///< place of its container in the form's list, which stands before it; -1 the form
+  std::int32_t parent = -1;  ///< index of its container, listed earlier; -1: the form
   std::string name;
-  std::int32_t index = -1;  ///< in its control array, -1 if it stands alone
+  std::int32_t index = -1;  ///< in its control array, -1 if it is not in one
   std::string text;         ///< text or caption
   std::string tag;
-  Rectangle place;  ///< all 0 where it has its natural size
+  Rectangle place;  ///< all 0 for its natural size
   bool enabled = true;
   bool visible = true;
   bool checked = false;
@@ -46,9 +45,9 @@ struct ControlDescription {
   std::int32_t value = 0;
   std::vector<std::string> items;
   std::vector<std::int32_t> itemData;
-  std::int32_t current = 0;  ///< chosen line of a list, counted from 0
+  std::int32_t current = 0;  ///< selected line of a list, counted from 0
   std::vector<std::pair<std::string, bool>> stored =
-      {};  ///< the bag of a control of ours, empty for a new one
+      {};  ///< property bag of our own control, empty for a new one
 };
 
 struct FormDescription {
@@ -58,7 +57,7 @@ struct FormDescription {
   std::vector<ControlDescription> controls;
 };
 
-/// The forms of the desktop; generated from its form files when the project is built.
+/// The forms of the desktop; generated from the form files at build time.
 const std::vector<FormDescription>& formDescriptions();
 
 }  // namespace kestrel::headless

@@ -5,7 +5,7 @@
 
 namespace kestrel::headless {
 
-/// The engine's free-standing picture with the file names of this platform.
+/// The engine's free-standing picture with the file names of the simulated file system.
 class FreePicture final : public engine::ImgXObject {
  public:
   FreePicture(engine::ClipboardPort& clipboard, const FileSystem& files)

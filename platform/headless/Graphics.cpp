@@ -12,7 +12,7 @@ void Graphics::resize(std::int32_t width, std::int32_t height) {
   face_ = width > 0 && height > 0 ? engine::Bitmap::filled(width, height) : engine::Bitmap();
 }
 
-// In place: the face is cleared after changes of the picture, also when memory is short.
+// In place, without allocation: the surface is also cleared when memory is short.
 void Graphics::Clear() {
   if (face_.empty()) return;
   const engine::Pixels pixels = face_.writable();

@@ -7,16 +7,16 @@
 
 namespace kestrel::headless {
 
-/// The face of a window as pixels that a test can look at.
+/// The surface of a window as pixels that a test can read.
 class Graphics final : public kestrel::Graphics {
  public:
-  /// Takes the size of its window, cleared.
+  /// Resizes to the window's size and clears.
   void resize(std::int32_t width, std::int32_t height);
-  /// Transparent where nothing is drawn; empty for a window without an area.
+  /// The pixels, transparent where nothing is drawn; empty for a window without an area.
   const engine::Bitmap& face() const { return face_; }
 
   void Clear() override;
-  /// Raises RuntimeError 380 for any mode but the two.
+  /// Raises RuntimeError 380 for a mode other than 6 and 13.
   void DrawMode(std::int32_t value) override;
   void Ground(const PicturePtr& tile) override { ground_ = tile; }
   void PaintPicture(const Picture& picture, const Rectangle& destination, const Rectangle& source) override;
@@ -25,7 +25,7 @@ class Graphics final : public kestrel::Graphics {
   void Refresh() override {}
 
  private:
-  /// What the ground shows there; transparent without one.
+  /// The ground's pixel at that position; transparent without a ground.
   engine::Pixel groundAt(std::int32_t x, std::int32_t y) const;
   void plot(const engine::Pixels& pixels, std::int32_t x, std::int32_t y, OLE_COLOR color) const;
 

@@ -10,7 +10,7 @@
 
 namespace kestrel::headless {
 
-/// The engine's image view without a window: a test hands it pointer events and looks at what it painted.
+/// The engine's image view without a window: a test sends pointer events and reads the painted pixels.
 class ImageView : public WindowOf<engine::View> {
  public:
   ImageView(Desktop& desktop, Window* parent, std::string name, engine::ClipboardPort& clipboard,
@@ -19,24 +19,24 @@ class ImageView : public WindowOf<engine::View> {
   kestrel::Document& Document() override { return document_; }
   kestrel::Writer& Writer() override { return writer_; }
 
-  // What the user does, in view pixels.
+  // User input, in view pixels.
   void press(std::int32_t button, std::int32_t shift, Point at);
   void move(std::int32_t button, std::int32_t shift, Point to);
   void release(std::int32_t button, std::int32_t shift, Point at);
-  /// Presses at one place, moves to the other in a few steps and releases there.
+  /// Presses at the first position, moves to the second in a few steps and releases there.
   void drag(Point from, Point to, std::int32_t button = kLeftButton, std::int32_t shift = 0);
   void click(Point at, std::int32_t button = kLeftButton, std::int32_t shift = 0);
   void leave();
   void turnWheel(std::int32_t notches, std::int32_t shift, Point at);
-  /// Of the notice that is shown.
+  /// Presses the button of the current notice.
   void pressNoticeButton();
 
-  /// What is to be seen now; empty for a view without an area.
+  /// The view as displayed now; empty for a view without an area.
   engine::Bitmap painted();
   engine::ViewCursor cursor() const { return cursor_; }
-  /// The caption of the button that the notice offers; empty for none.
+  /// The caption of the notice's button; empty for none.
   const std::string& noticeButton() const { return noticeButton_; }
-  /// How often the whole view was painted at once.
+  /// The number of full repaints.
   std::int32_t repaints() const { return repaints_; }
 
  private:

@@ -12,8 +12,8 @@ namespace kestrel::headless {
 class Form;
 class User;
 
-/// The docking suite without looks: bars and docked windows take the room that typical ones take, and what
-/// they leave is the client area.
+/// The docking suite without a display: bars and docked windows have typical sizes, and the rest is the
+/// client area.
 class Moorage final : public WindowOf<docking::MoorageModel> {
  public:
   Moorage(Desktop& desktop, Window* parent, std::string name, User& user,
@@ -21,18 +21,18 @@ class Moorage final : public WindowOf<docking::MoorageModel> {
 
   Rectangle ClientArea() const override { return clientArea_; }
 
-  // What the user does, by the keys of commands, bars and windows, whatever their case.
+  // User input, by the keys of commands, bars and windows, ignoring case.
   using docking::MoorageModel::chooseItem;
   using docking::MoorageModel::click;
   using docking::MoorageModel::highlight;
   using docking::MoorageModel::typeComboText;
-  /// Returns whether the click came through: not on a command that is disabled or invisible.
+  /// Returns whether the click was executed: not for a command that is disabled or invisible.
   bool click(const std::string& command);
   bool chooseItem(const std::string& command, std::int32_t index);
   bool typeComboText(const std::string& command, const std::string& text);
-  /// An empty key takes the pointer away from all commands.
+  /// An empty key moves the pointer off all commands.
   void highlight(const std::string& command);
-  /// Closes or opens a bar or a dock window by its own means.
+  /// Closes or opens a bar or a dock window as the user does.
   void showBar(const std::string& bar, bool shown);
   void showDockWindow(const std::string& window, bool shown);
 

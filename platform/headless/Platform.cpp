@@ -15,7 +15,7 @@ namespace kestrel::headless {
 
 Platform::Platform(Setup setup)
     : setup_(std::move(setup)),
-      files_(setup_.flavour, setup_.scratch, setup_.drives),
+      files_(setup_.pathStyle, setup_.scratch, setup_.drives),
       formUtility_(desktop_, files_),
       windowFunctions_(desktop_),
       windowPositions_(store_, windowFunctions_),

@@ -33,46 +33,46 @@
 
 namespace kestrel::headless {
 
-/// How a headless platform is made.
+/// Parameters of a headless platform.
 struct Setup {
-  PathFlavour flavour = PathFlavour::kSlash;
-  /// An existing folder of the machine for all that is written.
+  PathStyle pathStyle = PathStyle::kSlash;
+  /// An existing folder on the machine for all written files.
   std::string scratch;
-  /// Of the backslash flavour.
+  /// The drives of the backslash style.
   std::vector<Drive> drives = {{'C', kDriveFixed, "System", {}, true}};
-  /// Where the help books are; see `HelpViewer`.
+  /// The folder of the help books; see `HelpViewer`.
   std::string helpFolder = {};
   const std::vector<FormDescription>& forms = formDescriptions();
 };
 
-/// The platform without windows. Everything that the logic asks is answered from what stands here, and
-/// everything a user would do is scripted or done by `user()` and the objects it hands out.
+/// The platform without windows. Its services run in memory; user input is scripted by `user()` or simulated
+/// on the objects that it returns.
 class Platform final : public kestrel::Platform {
  public:
   explicit Platform(Setup setup);
   ~Platform() override;
 
-  // What a test plays with.
+  // Access for tests.
   User& user() { return user_; }
   Desktop& desktop() { return desktop_; }
   FileSystem& files() { return files_; }
   /// The pages of help that were shown.
   const std::vector<std::string>& helpShown() const { return helpShown_; }
 
-  /// The container of a control, without the windows of its surface.
+  /// A container for a control, without the windows of its surface.
   std::unique_ptr<Site> createSite(const std::string& name, bool userMode);
-  /// The container of an editor with its two windows, "mrgUI" with the stored layout "Dialog" and "igxImage".
+  /// A container for an editor with its two windows: "mrgUI" with the stored layout "Dialog", and "igxImage".
   std::unique_ptr<Site> createEditorSite(bool userMode = true);
-  /// What the windows on a surface need that a test puts together itself.
+  /// The surroundings for the windows of a surface that a test assembles itself.
   Surroundings surroundings() { return {clipboard_, files_, user_}; }
-  /// A form that is none of the desktop's.
+  /// A form that is not one of the desktop's.
   std::unique_ptr<headless::Form> createForm(const FormDescription& description);
 
-  /// The pointer moves to a position of the screen and rests there: trackers of the windows that it is then
-  /// over and no longer over are told.
+  /// Moves the pointer to a screen position and rests there; notifies the trackers of the windows entered and
+  /// left.
   void pointerRestsAt(const Point& screen);
 
-  // The contract.
+  // The contract
   std::shared_ptr<ImgX> CreateImgX() override;
   std::shared_ptr<Colors> CreateColors() override;
   std::unique_ptr<ImgXDialog> CreateImgXDialog() override;

@@ -9,7 +9,7 @@ namespace kestrel::headless {
 Site::Site(Desktop& desktop, Window* parent, std::string name, bool userMode)
     : WindowOf(desktop, parent, std::move(name), -1), userMode_(userMode) {}
 
-void Site::initialise(const std::vector<std::pair<std::string, bool>>& stored) {
+void Site::initialize(const std::vector<std::pair<std::string, bool>>& stored) {
   if (stored.empty()) {
     InitProperties();
     return;

@@ -13,11 +13,11 @@
 
 namespace kestrel::headless {
 
-/// The container of one control, played by a test: it makes the site with the windows of the control's
-/// surface, raises one of the two property events, gives it sizes and keys, shows and hides it.
+/// The container of one control, operated by a test: the test makes the site with the windows of the
+/// control's surface, raises one of the two property events, sets sizes, sends keys, shows and hides it.
 class Site final : public WindowOf<kestrel::Site> {
  public:
-  /// On a form of the platform where there is a parent, which then plays the container.
+  /// With a parent the site is on a form of the platform, which then acts as the container.
   Site(Desktop& desktop, Window* parent, std::string name, bool userMode);
 
   Control* Find(std::string_view name, std::int32_t index = -1) override {
@@ -32,20 +32,20 @@ class Site final : public WindowOf<kestrel::Site> {
   std::int32_t ScaleWidth() const override { return Width(); }
   std::int32_t ScaleHeight() const override { return Height(); }
 
-  /// Puts a window of the control's surface in.
+  /// Adds a window of the control's surface.
   void add(std::unique_ptr<Window> window) { controls_.add(std::move(window)); }
 
-  /// Raises `ReadProperties` over the values, or `InitProperties` where there are none.
-  void initialise(const std::vector<std::pair<std::string, bool>>& stored);
+  /// Raises `ReadProperties` with the values, or `InitProperties` if there are none.
+  void initialize(const std::vector<std::pair<std::string, bool>>& stored);
 
   using WindowOf::Visible;
-  /// Shows or hides the control and tells it so.
+  /// Shows or hides the control and raises `Show` or `Hide`.
   void Visible(bool value) override;
 
-  /// A key is pressed and released while the control has the focus. A character of 0 makes none.
+  /// Presses and releases a key while the control has the focus. A character of 0 raises no `KeyPress`.
   void pressKey(std::int32_t keyCode, std::int32_t shift, std::int32_t character = 0);
 
-  // What the control told its container.
+  // Notifications from the control to its container.
   const std::vector<std::string>& changedProperties() const { return changedProperties_; }
   std::int32_t refreshes() const { return refreshes_; }
   bool tabStop() const { return tabStop_; }

@@ -12,7 +12,7 @@ class FileSystem;
 class Moorage;
 class User;
 
-/// What the windows on a control's surface need of the platform around them.
+/// Platform services for the windows on a control's surface.
 struct Surroundings {
   engine::ClipboardPort& clipboard;
   const FileSystem& files;
@@ -22,7 +22,7 @@ struct Surroundings {
 /// The container of an editor with its two windows: "mrgUI" with the stored layout "Dialog", and "igxImage".
 std::unique_ptr<Site> makeEditorSite(Desktop& desktop, Window* parent, const std::string& name, bool userMode,
                                      const Surroundings& surroundings);
-/// The first of them by itself.
+/// Only the docking suite "mrgUI".
 std::unique_ptr<Moorage> makeEditorSuite(Site& site, const Surroundings& surroundings);
 
 /// The container of a preview with its two panes "igxOriginal" and "igxPreview" and the stock picture

@@ -21,11 +21,11 @@ namespace kestrel::headless {
 class FileDialog;
 class Window;
 
-/// The user of this platform: a script of what is done at each box and dialog, in the order in which they
-/// come up, and hands for keys and pointer.
+/// The simulated user: a script of actions for the boxes and dialogs in the order in which they appear, and
+/// input by keys and pointer.
 ///
-/// A box or dialog that the script does not expect next is a complaint, and is canceled, so that nothing
-/// ever waits. Complaints go to `onComplaint`, or, where none is set, end the program with their text.
+/// An unexpected box or dialog is a complaint and is canceled, so that nothing ever waits. Complaints go to
+/// `onComplaint`, or end the program with their text if none is set.
 class User {
  public:
   struct Box {
@@ -47,27 +47,28 @@ class User {
   std::function<void(const std::string&)> onComplaint;
 
   // The script.
-  /// Presses that button of the next message box. Only a button it has; see `kAnswerOK` and so on.
+  /// Presses that button of the next message box, which must have it; see `kAnswerOK` and the other
+  /// constants.
   void answers(std::int32_t answer);
   /// Types into the next input box and confirms.
   void types(std::string text);
   void cancelsInput();
   void closesAbout();
-  /// Uses the next form that is shown modally, and must have that name; it has to be hidden afterwards.
+  /// Operates the next form shown modally, which must have that name; `doing` must leave it hidden.
   void uses(std::string form, std::function<void(kestrel::Form&)> doing);
-  /// Chooses a file in the next file dialog. A name that exists is confirmed where the dialog asks whether to
-  /// replace the file.
+  /// Chooses a file in the next file dialog. If the dialog asks whether to replace an existing file,
+  /// confirms.
   void chooses(std::string filename);
-  /// The same after doing something else in the dialog.
+  /// The same, after calling `before` with the dialog.
   void chooses(std::string filename, std::function<void(FileDialog&)> before);
   void cancelsFileDialog(std::function<void(FileDialog&)> before = {});
   /// Chooses from the next popup menu by the key of a command; an empty key closes the menu.
   void picks(std::string commandKey);
 
-  /// What the script still waits for, in words; empty when all of it was used.
+  /// The remaining script in words; empty when it is complete.
   std::string left() const;
 
-  // What came up so far.
+  // Boxes and dialogs shown so far.
   const std::vector<Box>& boxes() const { return boxes_; }
   const std::vector<Question>& questions() const { return questions_; }
   const std::vector<About>& abouts() const { return abouts_; }
@@ -78,7 +79,7 @@ class User {
   std::optional<std::string> answerQuestion(const Question& question);
   void see(const About& about);
   void useForm(kestrel::Form& form);
-  /// The name that was chosen, none if the dialog was canceled.
+  /// The chosen name, none if the dialog was canceled.
   std::optional<std::string> useFileDialog(FileDialog& dialog);
   std::string usePopup(const std::string& menu);
   void complain(const std::string& text) const;
@@ -105,7 +106,7 @@ class User {
   using Step = std::variant<Answer, Typing, Closing, Using, Choosing, Picking>;
 
   static std::string words(const Step& step);
-  /// The next step, if it is of the kind that what came up calls for; else a complaint.
+  /// The next step of the script if it is a `T`; else complains.
   template <typename T>
   std::optional<T> next(const std::string& whatCameUp);
 

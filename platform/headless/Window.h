@@ -10,11 +10,11 @@
 
 namespace kestrel::headless {
 
-/// What every window of this platform has behind its contract class: a place in its parent, the two flags,
-/// and a handle.
+/// Common base of this platform's windows, below the contract class: rectangle in the parent, visible and
+/// enabled flags, and a handle.
 class Window {
  public:
-  /// The parent, null for a top-level window, outlives it.
+  /// The parent (null for a top-level window) must outlive it.
   Window(Desktop& desktop, Window* parent, std::string name, std::int32_t index);
   Window(const Window&) = delete;
   Window& operator=(const Window&) = delete;
@@ -35,19 +35,19 @@ class Window {
   bool enabled() const { return enabled_; }
   void enabled(bool value) { enabled_ = value; }
 
-  /// Whether it and all it stands in are visible.
+  /// Whether it and all its containers are visible.
   bool isShown() const;
-  /// Whether it and all it stands in are enabled.
+  /// Whether it and all its containers are enabled.
   bool isUsable() const;
-  /// Its top left corner in pixels of the screen.
+  /// Its top left corner in screen pixels.
   Point origin() const;
   void bringToFront();
 
-  /// Shows it in another window for as long as the window there lives; null gives it back.
+  /// Shows it in another window during that window's lifetime; null ends this.
   void host(Window* value) { host_ = value; }
   Window* container() const { return host_ ? host_ : parent_; }
 
-  /// Told when it becomes the window that takes keys.
+  /// Called when it gets the keyboard focus.
   virtual void focused() {}
 
  protected:
@@ -66,11 +66,11 @@ class Window {
   std::vector<Window*> children_;  // back to front
 };
 
-/// Gives a contract class the members that all controls have.
+/// Implements the common members of `Control` for a contract class.
 template <typename Contract>
 class WindowOf : public Contract, public Window {
  public:
-  /// What follows the window's own arguments is for the contract class.
+  /// `args` are the constructor arguments of the contract class.
   template <typename... Args>
   explicit WindowOf(Desktop& desktop, Window* parent, std::string name, std::int32_t index, Args&&... args)
       : Contract(std::forward<Args>(args)...), Window(desktop, parent, std::move(name), index) {}

@@ -3,11 +3,11 @@
 
 #include <stdint.h>
 
-/* What a shared library exports to provide the reporting object "BrindleError.Error"; plain C.
+/* Functions that a shared library exports to provide the reporting object "BrindleError.Error"; plain C.
  *
- * All texts are UTF-8, end with a NUL, use CR LF as line end, and belong to whoever gives them: the
- * component's are valid during the call, the library's until the next call with the same object. Calls come
- * on the thread on which the error occurred, one at a time. No exception may leave a function.
+ * All texts are UTF-8, end with a NUL, use CR LF as line end, and belong to their sender: the component's
+ * are valid during the call, the library's until the next call with the same object. Calls are made on the
+ * thread on which the error occurred, one at a time. No exception may leave a function.
  *
  * docs/error-reporting.md describes the contents. */
 
@@ -15,7 +15,7 @@
 extern "C" {
 #endif
 
-/* A new reporting object, or NULL where it can't be made; the built-in box then takes the report. */
+/* A new reporting object, or NULL on failure; the built-in box then shows the report. */
 void* brindle_error_create(void);
 
 /* Takes one report. The object may change *number and *line. Returns 0, or the number of an error, which is
@@ -24,10 +24,10 @@ int32_t brindle_error_handler(void* object, int32_t* number, const char* project
                               const char* procedure, const char* description, int32_t* line,
                               const char* variables, const char* version);
 
-/* What is to be done about the last report; NULL counts as an empty text. */
+/* The action requested for the last report; NULL counts as an empty text. */
 const char* brindle_error_action(void* object);
 
-/* Ends the object. */
+/* Destroys the object. */
 void brindle_error_destroy(void* object);
 
 #ifdef __cplusplus

@@ -26,7 +26,7 @@ int TakePlace(void* data, std::uintptr_t /*address*/, const char* file, int line
   return 0;
 }
 
-// A table that can't be read leaves the places unknown, which the caller sees.
+// If a table cannot be read, the places stay unknown to the caller.
 void IgnoreFailure(void* /*data*/, const char* /*message*/, int /*number*/) {}
 
 }  // namespace
@@ -34,7 +34,7 @@ void IgnoreFailure(void* /*data*/, const char* /*message*/, int /*number*/) {}
 LineTable::LineTable() { requireThrowHook(); }
 
 std::vector<SourcePlace> LineTable::Resolve(std::uintptr_t returnAddress) {
-  // The library keeps a state for as long as the process lives, so all objects share one.
+  // The library's state lives as long as the process, so all objects share one.
   static backtrace_state* const state =
       backtrace_create_state(nullptr, /*threaded=*/1, IgnoreFailure, nullptr);
   std::vector<SourcePlace> places;

@@ -6,10 +6,10 @@ namespace kestrel::posix {
 
 /// Resolves addresses of this process by the line tables of the program and its shared libraries.
 ///
-/// The tables are read at the first question, and kept. Functions are named as the linker knows them, or,
-/// where that can be told, as in the source.
+/// The tables are read on the first call and kept. Function names are the linker's, demangled if possible.
 ///
-/// The throw hook comes along, which records where errors of the standard library were thrown.
+/// Linking this class also links the throw hook, which records where errors of the standard library were
+/// thrown.
 class LineTable : public StackResolver {
  public:
   LineTable();

@@ -79,7 +79,7 @@ class LibraryReporter : public ErrorReporter {
 std::unique_ptr<ErrorReporter> SharedLibraryFactory::CreateErrorReporter(const std::string& Identifier) {
   const std::string path = libraryOf(Identifier);
   if (path.empty()) raiseNotCreated("none is installed.");
-  // A bare name would be searched for along the loader's path, and find whatever is there.
+  // The loader would search its path for a bare name, and could load another library.
   if (!std::filesystem::path(path).is_absolute()) raiseNotCreated("the path of its library is not absolute.");
   return std::make_unique<LibraryReporter>(path);
 }

@@ -8,10 +8,10 @@
 
 namespace kestrel::posix {
 
-/// Makes the reporting object out of a shared library with the functions of BrindleError.h.
+/// Makes the reporting object from a shared library with the functions of BrindleError.h.
 ///
-/// The library's absolute path is in the environment variable KESTREL_ERROR_REPORTER or else, in the key
-/// store, the text "Library" of the user's key "Software\Classes\" and the object's identifier.
+/// The library's absolute path is the environment variable KESTREL_ERROR_REPORTER or else, in the key store,
+/// the text value "Library" of the user's key "Software\Classes\" followed by the object's identifier.
 class SharedLibraryFactory : public ObjectFactory {
  public:
   explicit SharedLibraryFactory(RegistryStore& store) : store_(store) {}

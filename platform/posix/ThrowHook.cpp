@@ -12,7 +12,7 @@ namespace {
 
 using Throw = decltype(&abi::__cxa_throw);
 
-/// The definition behind this one: the runtime's, or another hook's.
+/// The next definition in lookup order: the runtime's, or another hook's.
 Throw nextThrow() {
   static const auto next = reinterpret_cast<Throw>(dlsym(RTLD_NEXT, "__cxa_throw"));
   return next;
@@ -30,8 +30,9 @@ extern "C" [[gnu::weak, gnu::visibility("default"), noreturn]] void __cxa_throw(
 
 namespace kestrel::posix {
 
-// Refers to a neighbor of `__cxa_throw` in the C++ library's object file. A static link therefore takes that
-// file in, whose strong definition replaces the weak one above; there would be nothing behind it to call.
+// References another symbol in the object file of `__cxa_throw` in the C++ library. A static link therefore
+// includes that file, whose strong definition replaces the weak one above; otherwise there would be no next
+// definition to call.
 [[gnu::used]] const auto kRuntimeFile = &abi::__cxa_init_primary_exception;
 
 void requireThrowHook() { nextThrow(); }

@@ -11,7 +11,7 @@
 namespace kestrel::sqlite {
 namespace {
 
-// A value is a number or a text, never both; one table holds a key once, whatever its case.
+// A value is either a number or a text. Keys are unique ignoring case.
 constexpr char kSetUp[] = R"(
 PRAGMA journal_mode = WAL;
 PRAGMA synchronous = FULL;
@@ -77,12 +77,12 @@ sqlite3* openConnection(const std::string& name, int flags) {
 }
 
 sqlite3* open(const std::filesystem::path& file) {
-  std::error_code ignored;  // what fails here fails again, and is reported, when the file is opened
+  std::error_code ignored;  // the open below fails again and reports the error
   if (file.has_parent_path()) std::filesystem::create_directories(file.parent_path(), ignored);
   return openConnection(file.string(), SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
 }
 
-/// Opens the file as one that nobody writes to, which needs no lock files beside it.
+/// Opens the file as immutable, which needs no lock files in its folder.
 sqlite3* openSnapshot(const std::filesystem::path& file) {
   std::string uri = "file:";
   for (const char c : std::filesystem::absolute(file).string()) {
@@ -96,8 +96,8 @@ sqlite3* openSnapshot(const std::filesystem::path& file) {
   return openConnection(uri + "?immutable=1", SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
 }
 
-/// Whether the file can still be opened as a snapshot after the set-up has failed with that result: nothing
-/// may be written here, and all that was written is in the file itself.
+/// Whether the file can be opened as a snapshot after the set-up failed with that result: it is read-only
+/// here, and all writes are merged into it.
 bool allowsSnapshot(const std::filesystem::path& file, int result) {
   if ((result & 0xFF) != SQLITE_READONLY && (result & 0xFF) != SQLITE_CANTOPEN) return false;
   std::error_code missing;
@@ -107,8 +107,8 @@ bool allowsSnapshot(const std::filesystem::path& file, int result) {
 
 int waitFor(void* patience, int /*attempts*/) { return static_cast<Patience*>(patience)->waitForTurn(); }
 
-/// Brings a file that is new into shape. Where several processes do so at once, the change of the journal
-/// fails for the later ones without any waiting; all of it can be done again.
+/// Creates the tables of a new file. If several processes do so at once, the change of the journal mode fails
+/// for the later ones without waiting; retrying is safe.
 int setUp(sqlite3* connection, Patience& patience) {
   int result = SQLITE_OK;
   do {
@@ -171,7 +171,7 @@ Statement& Statement::bind(int index, const Variant& value) {
 
 void Statement::run() {
   sqlite3_step(statement_.get());
-  // A statement that failed says so here again, with the words for it.
+  // The reset of a failed statement returns its error again, with its message.
   const int result = sqlite3_reset(statement_.get());
   sqlite3_clear_bindings(statement_.get());
   check(connection_, result);
@@ -189,7 +189,7 @@ Variant Statement::value() {
   switch (sqlite3_column_type(statement_.get(), 0)) {
     case SQLITE_INTEGER: {
       const sqlite3_int64 number = sqlite3_column_int64(statement_.get(), 0);
-      // Numbers without a sign, as other programs may write them, have the same 32 bits.
+      // Unsigned 32-bit numbers, as other programs may write them, have the same bits.
       if (number < std::numeric_limits<std::int32_t>::min() ||
           number > std::numeric_limits<std::uint32_t>::max()) {
         return {};

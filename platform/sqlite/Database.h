@@ -14,10 +14,10 @@ struct sqlite3_stmt;
 
 namespace kestrel::sqlite {
 
-/// Raised by every failing call: a RuntimeError with the number and sentence for SQLite's result code.
+/// Raises a RuntimeError with the number and sentence for SQLite's result code; every failing call ends here.
 [[noreturn]] void raise(sqlite3* connection, int result);
 
-/// A prepared statement, to be run any number of times.
+/// A prepared statement, reusable.
 class Statement {
  public:
   Statement(sqlite3* connection, const char* sql);
@@ -28,10 +28,10 @@ class Statement {
   /// A text or a 32-bit number.
   Statement& bind(int index, const Variant& value);
 
-  /// Runs a statement that gives no rows.
+  /// Runs a statement without result rows.
   void run();
-  /// The first column of the first row: Empty where there is no row, or something else than a text or an
-  /// integer of 32 bits, signed or not.
+  /// The first column of the first row: Empty if there is no row, or if it is neither a text nor a 32-bit
+  /// integer, signed or unsigned.
   Variant value();
 
  private:
@@ -42,7 +42,7 @@ class Statement {
   std::unique_ptr<sqlite3_stmt, Finalize> statement_;
 };
 
-/// How long to wait for other processes that hold a file: about two seconds in all.
+/// The wait for other processes that hold a file: about two seconds in all.
 class Patience {
  public:
   static constexpr int kPauses = 10'000;
@@ -50,7 +50,7 @@ class Patience {
   /// `pause` waits once, by default for 0.2 milliseconds.
   explicit Patience(std::function<void()> pause = sleepBriefly) : pause_(std::move(pause)) {}
 
-  /// Pauses once. False, without a pause, where all are used up.
+  /// Pauses once. Returns false without a pause when all pauses are used up.
   bool waitForTurn();
   void renew() { left_ = kPauses; }
 
@@ -63,18 +63,18 @@ class Patience {
 
 /// An open store file with its tables.
 ///
-/// Each text or number is one row, which holds either the one or the other. What was written is on the disk
-/// when the call returns; a process or machine that ends in the middle of a write leaves the older value.
+/// Each value is one row, which holds a text or a number. Writes are durable when the call returns; a process
+/// or machine that ends during a write leaves the old value.
 class Database {
  public:
-  /// Opens the file, makes it and its folder where it isn't there. A file that can't be written is opened for
-  /// reading. The patience must outlive this. Raises RuntimeError.
+  /// Opens the file; creates it and its folder if needed. A file that cannot be written is opened for
+  /// reading. `patience` must outlive this object. Raises RuntimeError.
   Database(const std::filesystem::path& file, Patience& patience);
 
-  /// Whether this reads the file as it was when it was opened, and does not see what others write since: the
-  /// only way for a file in a folder where no lock files can be made.
+  /// Whether this reads the file as of its opening and does not see later writes: the only way for a file in
+  /// a folder where no lock files can be created.
   bool isSnapshot() const { return snapshot_; }
-  /// Whether the file is no longer under its name, so that what is written to it would be lost.
+  /// Whether the file was moved or deleted, so that writes to it would be lost.
   bool hasMoved() const;
 
   Variant read(std::int32_t hive, const std::string& key, const std::string& name);

@@ -12,11 +12,11 @@ namespace kestrel::sqlite {
 
 /// The key store in one SQLite file, which processes may share.
 ///
-/// The file is opened when it is first needed, again after a failure, and made by the first write. A file
-/// that the user may only read is opened for reading. The store belongs to one thread.
+/// The file is opened on first use, reopened after a failure, and created by the first write. A read-only
+/// file is opened for reading. Not thread-safe: one thread per object.
 class SqliteStore : public store::SectionedStore {
  public:
-  /// `file` is usually storePath(). An empty one makes a store that is unavailable.
+  /// `file` is usually storePath(). An empty path makes an unavailable store.
   explicit SqliteStore(std::filesystem::path file, Patience patience = Patience())
       : file_(std::move(file)), patience_(std::move(patience)) {}
 
@@ -28,16 +28,16 @@ class SqliteStore : public store::SectionedStore {
   void CreateKey(std::int32_t Hive, const std::string& Key) override;
 
  private:
-  /// The open file, null where it is not open, was deleted or replaced since, or is a snapshot.
+  /// The open file, null if it is not open, was deleted or replaced, or is a snapshot.
   Database* current();
-  /// The open file, or null where there is no file yet. Raises RuntimeError.
+  /// The open file, or null if the file does not exist yet. Raises RuntimeError.
   Database* existing();
-  /// The open file, made if need be. Raises RuntimeError.
+  /// The open file, created if needed. Raises RuntimeError.
   Database& opened();
-  /// Does a part of a write; raises its error only where it is the first of its run.
+  /// Runs a part of a write; raises its error only if it is the first of a run of failures.
   void writing(const std::function<void()>& work);
 
-  /// Renews the patience with other processes once neither reads nor writes fail any more.
+  /// Resets the wait for other processes once neither reads nor writes fail.
   void succeeded();
 
   std::filesystem::path file_;

@@ -12,7 +12,7 @@ std::filesystem::path fromEnvironment(const char* variable) {
 
 std::filesystem::path configurationFolder() {
   const std::filesystem::path configured = fromEnvironment("XDG_CONFIG_HOME");
-  if (configured.is_absolute()) return configured;  // a relative one is to be ignored
+  if (configured.is_absolute()) return configured;  // XDG: ignore relative paths
   const std::filesystem::path home = fromEnvironment("HOME");
   return home.empty() ? home : home / ".config";
 }

@@ -8,7 +8,7 @@ std::string quoted(const std::string& argument) {
   std::string result = "\"";
   std::size_t backslashes = 0;
   for (const char character : argument) {
-    // A backslash means itself except before a quote.
+    // A backslash is literal except before a quote.
     if (character == '"') result.append(backslashes + 1, '\\');
     backslashes = character == '\\' ? backslashes + 1 : 0;
     result += character;

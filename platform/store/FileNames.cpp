@@ -13,7 +13,7 @@ std::size_t nameStart(const std::string& path) {
   return separator == path.npos ? 0 : separator + 1;
 }
 
-/// Where the extension's point stands, the end of the path where there is none.
+/// The position of the extension's point, or the end of the path if there is none.
 std::size_t pointOf(const std::string& path) {
   const std::size_t point = path.find_last_of('.');
   return point == path.npos || point < nameStart(path) ? path.size() : point;
@@ -35,7 +35,7 @@ std::string firstCharacters(const std::string& text, std::size_t count) {
   return text.substr(0, end);
 }
 
-/// The steps of a path, each but the last with its separator.
+/// The steps of a path, each but the last with its trailing separator.
 std::vector<std::string> stepsOf(const std::string& path, const std::string& separator) {
   std::vector<std::string> steps;
   std::size_t start = 0;
@@ -65,7 +65,7 @@ std::string FileNames::CompactPath(const std::string& Path, std::int32_t Length,
 
   const std::vector<std::string> steps = stepsOf(Path, Separator);
   const std::string gap = kEllipsis + Separator;
-  // The root stays, then as many of the last steps as fit.
+  // Keep the root, then as many of the last steps as fit.
   std::string tail = steps.back();
   if (steps.size() > 1) {
     const std::string& root = steps.front();

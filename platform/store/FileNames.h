@@ -7,17 +7,17 @@
 
 namespace kestrel::store {
 
-/// The half of the file helpers that looks at names alone.
+/// The file helpers that use names only.
 class FileNames : public FileHelpers {
  public:
-  /// `separator` is what separates the steps of a path on this system.
+  /// `separator` is the path separator of this system.
   explicit FileNames(std::string separator) : separator_(std::move(separator)) {}
 
   std::string PathWithoutExtension(const std::string& Path) override;
   std::string GetExtension(const std::string& Path, std::int32_t Options = 0) override;
   std::string GetFileName(const std::string& Path) override;
-  /// Folders are left out from the middle outwards, those nearest to the file staying longest. A name that is
-  /// too long by itself is cut at its end. Lengths count characters, not bytes.
+  /// Folders are removed from the middle outward; those nearest to the file are kept longest. A file name
+  /// that is too long is truncated at its end. Lengths count characters, not bytes.
   std::string CompactPath(const std::string& Path, std::int32_t Length,
                           const std::string& Separator) override;
   std::string PathSeparator() const override { return separator_; }

@@ -11,7 +11,7 @@
 
 namespace kestrel::store {
 
-/// A key store that lives and ends with this object: for tests, and for runs that leave no trace.
+/// A key store in memory: for tests, and for runs that leave no trace.
 class MemoryStore : public SectionedStore {
  public:
   Variant ReadValue(std::int32_t Hive, const std::string& Key, const std::string& ValueName) override;
@@ -21,7 +21,7 @@ class MemoryStore : public SectionedStore {
   void CreateKey(std::int32_t Hive, const std::string& Key) override;
 
   bool hasKey(std::int32_t hive, const std::string& key) const;
-  /// Whether nothing was ever created in it.
+  /// Whether it contains no key.
   bool isEmpty() const { return keys_.empty(); }
 
  private:

@@ -6,7 +6,7 @@
 
 namespace kestrel::store {
 
-/// The settings half of a key store: sections below a root, over the four operations on plain keys.
+/// Implements the settings of a key store, sections below a root, on the four operations on plain keys.
 class SectionedStore : public RegistryStore {
  public:
   std::int32_t RootHive() const override { return rootHive_; }
@@ -22,8 +22,8 @@ class SectionedStore : public RegistryStore {
   bool ReadFailed() const override { return false; }
 
  protected:
-  /// The value as a store keeps that kind: a 32-bit number or a text. Raises 6 or 13 where it can't be
-  /// converted, 5 for a kind that does not exist.
+  /// The value converted to the kind: a 32-bit number or a text. Raises 6 or 13 if it cannot be converted, 5
+  /// for an unknown kind.
   static Variant asStored(const Variant& value, std::int32_t kind);
 
  private:

@@ -7,7 +7,7 @@
 namespace kestrel::store {
 namespace {
 
-/// Sides of a window that a screen of any kind can hold. What is stored beyond it was not stored by us.
+/// The largest valid coordinate or size. Larger stored values are not ours.
 constexpr std::int32_t kFarthest = 1 << 20;
 
 std::int64_t overlap(const Rectangle& a, const Rectangle& b) {
@@ -40,7 +40,7 @@ std::optional<Rectangle> readRectangle(RegistryStore& store, const std::string& 
   return Rectangle{*left, *top, *width, *height};
 }
 
-/// The screen that shows most of the rectangle, or the nearest one where none shows any. One must be there.
+/// The screen with the largest overlap, or else the nearest. There must be at least one screen.
 Rectangle screenFor(const Rectangle& wanted, WindowFunctions& windows) {
   Rectangle best = windows.ScreenArea(0);
   for (std::int32_t i = 1; i < windows.ScreenCount(); ++i) {
@@ -81,7 +81,7 @@ void StoredPositions::LoadPosition(Form& form, const std::string& Name, std::int
   if (const auto stored = readRectangle(store_, key)) {
     place(form, *stored);
   } else if (Placement == kPlaceOnScreenCenter) {
-    centre(form, Screen);
+    center(form, Screen);
   }
   if (readNumber(store_, key, "WindowState") == kWindowMaximized) form.WindowState(kWindowMaximized);
 }
@@ -106,7 +106,7 @@ std::string StoredPositions::keyOf(const Form& form, const std::string& name) co
   return registryKey_ + "\\" + (name.empty() ? form.Name() : name);
 }
 
-void StoredPositions::centre(Form& form, std::int32_t screen) {
+void StoredPositions::center(Form& form, std::int32_t screen) {
   if (screen < 0 || screen >= windows_.ScreenCount()) return;
   const Rectangle area = windows_.ScreenArea(screen);
   place(form, {area.Left + (area.Width - form.Width()) / 2, area.Top + (area.Height - form.Height()) / 2,

@@ -8,8 +8,8 @@
 
 namespace kestrel::store {
 
-/// Window positions in the key store: below the registry key, one key per window, which has the given name or
-/// the form's own. It holds the numbers Left, Top, Width, Height and WindowState.
+/// Window positions in the key store: below the registry key, one key per window, named by the argument or by
+/// the form. It has the numbers Left, Top, Width, Height and WindowState.
 class StoredPositions : public WindowPositions {
  public:
   StoredPositions(RegistryStore& store, WindowFunctions& windows) : store_(store), windows_(windows) {}
@@ -23,7 +23,7 @@ class StoredPositions : public WindowPositions {
 
  private:
   std::string keyOf(const Form& form, const std::string& name) const;
-  void centre(Form& form, std::int32_t screen);
+  void center(Form& form, std::int32_t screen);
   void place(Form& form, const Rectangle& wanted);
 
   RegistryStore& store_;
@@ -31,11 +31,11 @@ class StoredPositions : public WindowPositions {
   std::string registryKey_;
 };
 
-/// The rectangle moved into `area` by the shortest way, and shrunk where it is larger.
+/// The rectangle moved into `area` by the shortest distance, and shrunk if it is larger.
 Rectangle fitted(const Rectangle& rectangle, const Rectangle& area);
 
-/// The client area of a window such that the window with its frame is on one of the screens: on the one that
-/// shows most of it, or else the nearest one.
+/// Moves and shrinks a window's client area so that the window with its frame is on one screen: the one with
+/// the largest overlap, or else the nearest.
 Rectangle keptOnScreen(const Rectangle& client, const Margins& frame, WindowFunctions& windows);
 
 }  // namespace kestrel::store

@@ -36,8 +36,8 @@ class ScratchFolder {
 
 class HeadlessPlatform final : public ContractPlatform {
  public:
-  explicit HeadlessPlatform(headless::PathFlavour flavour)
-      : platform_({.flavour = flavour, .scratch = scratch_.path()}) {
+  explicit HeadlessPlatform(headless::PathStyle pathStyle)
+      : platform_({.pathStyle = pathStyle, .scratch = scratch_.path()}) {
     platform_.user().onComplaint = [](const std::string& text) { throw std::runtime_error(text); };
     platform_.desktop().frame = {4, 30, 4, 5};
     std::filesystem::create_directories(host(folder()));
@@ -128,9 +128,9 @@ class HeadlessPlatform final : public ContractPlatform {
 
 std::vector<ContractPlatformMaker> contractPlatforms() {
   return {
-      {"Headless", [] { return std::make_unique<HeadlessPlatform>(headless::PathFlavour::kSlash); }},
+      {"Headless", [] { return std::make_unique<HeadlessPlatform>(headless::PathStyle::kSlash); }},
       {"HeadlessWithDrives",
-       [] { return std::make_unique<HeadlessPlatform>(headless::PathFlavour::kBackslash); }},
+       [] { return std::make_unique<HeadlessPlatform>(headless::PathStyle::kBackslash); }},
   };
 }
 

@@ -1,5 +1,5 @@
-// Writes a source file that holds the given files as data: kestrel-embed-files OUT.cpp FILE...
-// Each is known by its name without its folder.
+// Writes a source file that embeds the given files as data: kestrel-embed-files OUT.cpp FILE... Each is
+// identified by its name without its folder.
 
 #include <cstdio>
 #include <string>

@@ -4,10 +4,10 @@
 
 namespace kestrel::tools {
 
-/// The whole of a file; raises RuntimeError 53 if it cannot be read.
+/// The content of a file; raises RuntimeError 53 if it cannot be read.
 std::string readFile(const std::string& path);
 
-/// Writes the whole of a file; raises RuntimeError 57 if that fails.
+/// Writes a file; raises RuntimeError 57 on failure.
 void writeFile(const std::string& path, const std::string& bytes);
 
 }  // namespace kestrel::tools

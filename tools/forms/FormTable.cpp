@@ -1,7 +1,7 @@
 // kestrel_form_table OUTPUT.cpp FUNCTION FORM.ui...
 //
 // Writes a source file with a function that returns the names, classes and stored values of the controls of
-// each form, as platform/headless/FormDescription.h describes them.
+// each form; see platform/headless/FormDescription.h.
 
 #include <cctype>
 #include <cstdlib>
@@ -22,7 +22,7 @@
 namespace kestrel::tools {
 namespace {
 
-/// The class of a control by the widget that shows it.
+/// Maps a widget class to the class of the control.
 struct KindOfWidget {
   std::string_view widget;
   std::string_view kind;
@@ -45,7 +45,7 @@ constexpr KindOfWidget kKinds[] = {
     {"EditorWidget", "Editor"},
 };
 
-/// Empty for a widget that only holds others. A promoted widget's class may stand in a namespace.
+/// Empty for a plain container. The class of a promoted widget may be in a namespace.
 std::string_view kindOf(std::string_view widgetClass) {
   if (const std::size_t scope = widgetClass.rfind("::"); scope != std::string_view::npos) {
     widgetClass.remove_prefix(scope + 2);
@@ -104,7 +104,7 @@ class Writer {
   }
 
  private:
-  /// Where a widget stands by itself; all 0 where its layout decides.
+  /// The geometry of a widget; all 0 if its layout sets it.
   static std::string place(const XmlElement& widget) {
     std::string result;
     for (const XmlElement& candidate : widget.children) {
@@ -123,7 +123,7 @@ class Writer {
     return {};
   }
 
-  // Layouts and their items stand between a widget and those inside it.
+  // Layouts and their items are between a widget and its children.
   void contents(const XmlElement& parent, int parentNumber) {
     for (const XmlElement& child : parent.children) {
       if (child.name == "widget") {
@@ -140,7 +140,8 @@ class Writer {
     const std::string_view kind = kindOf(widget.attribute("class"));
     const std::string index = property(widget, "index").value_or("-1");
     std::string name = widget.attribute("name");
-    // Object names are unique on a form, so an element of a control array has its index behind its name.
+    // Object names are unique on a form, so elements of a control array have their index appended to the
+    // name.
     if (const std::string suffix = "_" + index; name.ends_with(suffix))
       name.resize(name.size() - suffix.size());
     out_ << "           {.kind = ControlKind::k" << (kind.empty() ? "Container" : kind)
@@ -158,7 +159,7 @@ class Writer {
          << "}},\n";
   }
 
-  /// The values that a control of ours finds in its bag: the switches that its widget does not have itself.
+  /// The property bag of our own controls: dynamic properties, which the widget class does not have.
   static std::string stored(const XmlElement& widget) {
     std::string result;
     for (const XmlElement& candidate : widget.children) {
@@ -169,7 +170,7 @@ class Writer {
     return result;
   }
 
-  /// The lines of a list box stand as items, the captions of tabs in a property.
+  /// The lines of a list box are items, the captions of tabs a property.
   static std::vector<std::string> items(const XmlElement& widget) {
     std::vector<std::string> result = list(widget, "tabs");
     for (const XmlElement& child : widget.children) {

@@ -7,7 +7,7 @@
 
 namespace kestrel::tools {
 
-/// One element of an XML document. Its text is that before, between and after its children, entities
+/// One element of an XML document. `text` is all text before, between and after its children, with entities
 /// replaced.
 struct XmlElement {
   std::string name;

@@ -1,5 +1,5 @@
-// Paints every icon of a folder at the sizes and on the grounds that it must read well on, for a person to
-// look at: kestrel-icon-sheet FOLDER OUT.png
+// Paints every icon of a folder at all its sizes and on all its backgrounds, for inspection:
+// kestrel-icon-sheet FOLDER OUT.png
 
 #include <QDir>
 #include <QFile>

@@ -1,4 +1,4 @@
-// Compiles a readable layout and the drawn icons that it names into the block that the docking suite reads:
+// Compiles a text layout and the icons that it names into the block that the docking suite reads:
 // kestrel-layout-compiler SOURCE ICON_FOLDER OUT
 
 #include <cstdio>

@@ -17,8 +17,8 @@ namespace {
 
 using namespace docking;
 
-/// The words of a line; a quoted text is one word without its quotes. Raises RuntimeError 5 if a quote is
-/// left open.
+/// The words of a line; a quoted text is one word without its quotes. Raises RuntimeError 5 for an
+/// unterminated quote.
 std::vector<std::string> wordsOf(std::string_view line) {
   std::vector<std::string> words;
   for (std::size_t i = 0; i < line.size();) {
@@ -43,7 +43,7 @@ std::int32_t numberOf(const std::string& word) {
   std::int32_t number = 0;
   const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), number);
   if (error != std::errc() || end != word.data() + word.size()) {
-    throw RuntimeError(err::kInvalidCall, '"' + word + "\" is no number");
+    throw RuntimeError(err::kInvalidCall, '"' + word + "\" is not a number");
   }
   return number;
 }
@@ -52,25 +52,25 @@ Edge edgeOf(const std::string& word) {
   static const std::map<std::string_view, Edge> kEdges = {
       {"left", Edge::Left}, {"top", Edge::Top}, {"right", Edge::Right}, {"bottom", Edge::Bottom}};
   const auto found = kEdges.find(word);
-  if (found == kEdges.end()) throw RuntimeError(err::kInvalidCall, '"' + word + "\" is no edge");
+  if (found == kEdges.end()) throw RuntimeError(err::kInvalidCall, '"' + word + "\" is not an edge");
   return found->second;
 }
 
-/// Builds the layout line by line. A line either begins a thing, or tells something of the thing begun last.
+/// Builds the layout line by line. A line begins an object or sets a property of the last one.
 class Builder {
  public:
   void line(const std::vector<std::string>& words) {
     words_ = words;
     const std::string& word = words[0];
     if (!general(word) && !begins(word) && !std::visit([&](auto of) { return tells(word, of); }, begun_)) {
-      throw RuntimeError(err::kInvalidCall, '"' + word + "\" cannot stand here");
+      throw RuntimeError(err::kInvalidCall, '"' + word + "\" is not allowed here");
     }
   }
 
   StoredLayout take() { return std::move(layout_); }
 
  private:
-  /// Where the thing begun last stands in its list of the layout.
+  /// The last object's index in its list of the layout.
   struct OfCommand {
     std::size_t at;
   };
@@ -121,7 +121,8 @@ class Builder {
     } else if (word == "pane") {
       begin<OfPane>(layout_.panes, StoredPane{argument(), Edge::Right, 0});
     } else if (word == "window") {
-      if (layout_.panes.empty()) throw RuntimeError(err::kInvalidCall, "a window stands before any pane");
+      if (layout_.panes.empty())
+        throw RuntimeError(err::kInvalidCall, "a window comes before the first pane");
       begin<OfWindow>(layout_.dockWindows, StoredDockWindow{argument(), {}, layout_.panes.back().name, true});
     } else {
       return false;
@@ -216,10 +217,10 @@ class Builder {
         list.push_back({words_[i], std::exchange(separatorWaits_, false)});
       }
     }
-    if (separatorWaits_) throw RuntimeError(err::kInvalidCall, "a separator stands before no entry");
+    if (separatorWaits_) throw RuntimeError(err::kInvalidCall, "a separator has no entry after it");
   }
 
-  /// The argument at a place among `count` that the line must have, one unless told otherwise.
+  /// The argument at index `place`; the line must have `count` of them.
   const std::string& argument(std::size_t place = 0, std::size_t count = 1) {
     if (words_.size() != count + 1) {
       throw RuntimeError(err::kInvalidCall, '"' + words_[0] + "\" takes " + std::to_string(count) +

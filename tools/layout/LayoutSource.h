@@ -6,9 +6,9 @@
 
 namespace kestrel::tools {
 
-/// Reads the text from which a layout block is compiled; docs/layout.md tells its words. The images have
-/// their names and no pictures yet. Raises RuntimeError 5 with the line's number for what it cannot read;
-/// whether the layout is sound as a whole is for `docking::writeLayout` to say.
+/// Parses the source text of a layout block; docs/layout.md describes the language. The images have names but
+/// no pictures yet. Raises RuntimeError 5 with the line number for a syntax error; `docking::writeLayout`
+/// checks the consistency of the whole.
 docking::StoredLayout parseLayoutSource(std::string_view text);
 
 }  // namespace kestrel::tools

@@ -8,8 +8,8 @@
 #include "Noise.h"
 #include "engine/parallel/Parallel.h"
 
-// The scene is measured in heights of the picture: y runs from 0 at the top to 1 at the bottom, x from 0 to
-// the picture's proportion.
+// Coordinates are in heights of the picture: y is 0 at the top and 1 at the bottom, x runs from 0 to the
+// aspect ratio.
 
 namespace kestrel::sample {
 namespace {
@@ -40,7 +40,7 @@ constexpr Rgb kShore{0.035F, 0.05F, 0.075F};
 /// One range of mountains, the farthest first.
 struct Range {
   float base;    ///< the height of its foot
-  float rise;    ///< how far it rises above that at most
+  float rise;    ///< maximum height above the base
   float detail;  ///< features per unit of x
   Rgb color;
 };
@@ -72,7 +72,7 @@ struct Outlines {
 };
 
 float treeTop(float x, float proportion) {
-  // Firs stand thick at both sides and leave the middle open.
+  // The trees are dense at both sides and leave the middle open.
   const float side = std::abs(x / proportion - 0.5F) * 2;
   float top = 1.0F;
   for (int row = 0; row < 3; ++row) {
@@ -112,7 +112,7 @@ Outlines traceOutlines(std::int32_t width, std::int32_t height) {
   return outlines;
 }
 
-/// What stands above the water line at a point.
+/// The color above the water line at a point.
 Rgb land(const Outlines& outlines, std::size_t column, float x, float y, float pixel) {
   Rgb color = sky(x, y);
   for (std::size_t range = 0; range < kRanges.size(); ++range) {
@@ -146,7 +146,7 @@ Rgb water(const Outlines& outlines, std::int32_t width, float x, float y, float 
   return mix({0.95F, 0.78F, 0.62F}, color, step(0.0F, 0.012F, depth));
 }
 
-/// Birds on the wing: where, and how large their half span is.
+/// A flying bird: position and half wingspan.
 struct Bird {
   float x, y, span;
 };

@@ -6,7 +6,8 @@
 
 namespace kestrel::sample {
 
-/// A mountain lake at sunset, computed at any size of about 4 to 3; the same picture on every machine.
+/// A mountain lake at sunset, rendered at any size with an aspect ratio of about 4:3; the same on every
+/// machine.
 engine::Bitmap renderScenery(std::int32_t width, std::int32_t height);
 
 }  // namespace kestrel::sample

@@ -10,7 +10,7 @@
 namespace kestrel::app {
 namespace {
 
-/// The window's name, under which it counts and reports.
+/// The window's name for instance counts and reports.
 constexpr char kModule[] = "frmImageEditor";
 
 constexpr std::size_t kKeyPrefix = 3;  // "btn"
@@ -96,7 +96,7 @@ void EditorWindow::runCommand(const std::string& key) {
   throw RuntimeError(err::kInvalidCall, "There is no command \"" + key + "\".");
 }
 
-void EditorWindow::expectNobody() {
+void EditorWindow::declineFileRequests() {
   const auto giveUp = [](std::string& filename, bool& cancelDefault) { cancelDefault = filename.empty(); };
   connections_.push_back(editor_->RequestOpenFilename.Connect(giveUp));
   connections_.push_back(editor_->RequestSaveFilename.Connect(giveUp));

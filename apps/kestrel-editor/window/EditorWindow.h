@@ -10,23 +10,23 @@
 
 namespace kestrel::app {
 
-/// A window of its own for the editor control: shows the file's name in its caption, asks before changes are
-/// lost, and comes back where it stood.
+/// A window for the editor control: shows the file's name in its caption, asks about unsaved changes, and
+/// restores its position.
 class EditorWindow {
  public:
-  /// The thread must be attached to a platform. `closed` is called once the window has gone.
+  /// The thread must be attached to a platform. `closed` is called after the window was unloaded.
   explicit EditorWindow(std::function<void()> closed);
   ~EditorWindow();
 
   Form& form() { return *form_; }
   ImageProcessingCtl& editor() { return *editor_; }
 
-  /// The user chooses the command of that dispatch key ("fileopen"). Raises RuntimeError 5 for one that is
-  /// not there or cannot be chosen now.
+  /// Runs the command of that dispatch key ("fileopen"). Raises RuntimeError 5 for an unknown or disabled
+  /// command.
   void runCommand(const std::string& key);
 
-  /// Nobody is there to choose a file: requests for a name that stays empty are given up.
-  void expectNobody();
+  /// For unattended runs: cancels requests for a file name, so no file dialog opens.
+  void declineFileRequests();
 
  private:
   void Form_Load();

@@ -26,13 +26,13 @@ class ColorPicker final : public WindowOf<kestrel::ColorPicker> {
   std::string EnhancedCaption() const override { return enhancedCaption_; }
   void DropDown() override { open_ = true; }
 
-  /// Whether the list of colors is open. What the user does there closes it.
+  /// Whether the list of colors is open. A choice in it closes it.
   bool isOpen() const { return open_; }
   void pick(OLE_COLOR color) {
     open_ = false;
     enhanced_ = false;
     value_ = color;
-    // Chosen by the user it counts as a change, even where only the extra choice ends.
+    // A choice of the user raises `Change` even if only the extra button's state changed.
     Change(value_);
   }
   void pressEnhanced() {

@@ -9,7 +9,7 @@
 
 namespace kestrel::headless {
 
-/// A clipboard of this platform's own, which holds a picture or something that is none.
+/// A private clipboard that holds a picture or other content.
 class Clipboard final : public kestrel::Clipboard, public engine::ClipboardPort {
  public:
   bool GetFormat(std::int32_t format) override { return format == kClipboardBitmap && hasBitmap(); }
@@ -21,7 +21,7 @@ class Clipboard final : public kestrel::Clipboard, public engine::ClipboardPort 
     return bitmap_;
   }
 
-  /// Another program put a text or files there.
+  /// Another program copied a text or files.
   void holdNoPicture() { bitmap_ = {}; }
 
  private:

@@ -9,8 +9,8 @@
 
 namespace kestrel::headless {
 
-/// The file helpers over the simulated file system. They do at once what they are asked; a file that fails is
-/// told in a message box, and the others go on.
+/// File operations on the simulated file system, executed at once. A failed file is reported in a message
+/// box; the remaining files are processed.
 class FileHelpers final : public store::FileNames {
  public:
   FileHelpers(const FileSystem& files, User& user)

@@ -8,7 +8,7 @@
 
 namespace kestrel::headless {
 
-/// Remembers what was asked to take the shared look.
+/// Records the calls of `ApplyToForm`.
 class FormSkin final : public kestrel::FormSkin {
  public:
   struct Application {
@@ -22,7 +22,7 @@ class FormSkin final : public kestrel::FormSkin {
     if (failing) throw RuntimeError(err::kInvalidCall, "The look could not be applied.");
   }
 
-  /// While set, every application raises.
+  /// If set, every call raises.
   bool failing = false;
   const std::vector<Application>& applied() const { return applied_; }
 

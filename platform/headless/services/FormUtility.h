@@ -21,7 +21,7 @@ class FormUtility final : public kestrel::FormUtility {
   bool FileExists(const std::string& path) override { return files_.exists(path); }
   bool IsModifierDown() override { return (desktop_.shift & kShiftMask) != 0; }
 
-  /// Every pointer that was set, the latest last.
+  /// All pointers that were set, in order.
   const std::vector<std::int32_t>& pointers() const { return pointers_; }
   void forgetPointers() { pointers_.clear(); }
 

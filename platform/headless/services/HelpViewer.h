@@ -8,10 +8,10 @@
 
 namespace kestrel::headless {
 
-/// Opens pages of the help books in a folder, and remembers which.
+/// Checks that pages exist in the help books of a folder, and records them.
 class HelpViewer final : public kestrel::HelpViewer {
  public:
-  /// The folder with the books, each a folder named like the book's file without its extension.
+  /// `folder` contains the books, each a folder named like the book's file without its extension.
   HelpViewer(std::string folder, std::vector<std::string>& shown)
       : folder_(std::move(folder)), shown_(shown) {}
 

@@ -7,7 +7,7 @@
 
 namespace kestrel::headless {
 
-/// Watches one window; the platform tells it where the pointer rests or leaves.
+/// Tracks one window; the platform reports where the pointer rests or leaves.
 class MouseTracker final : public kestrel::MouseTracker {
  public:
   explicit MouseTracker(std::function<void(MouseTracker&)> died) : died_(std::move(died)) {}
@@ -26,7 +26,7 @@ class MouseTracker final : public kestrel::MouseTracker {
   void pointerRests() {
     if (std::exchange(hoverArmed_, false)) MouseHover();
   }
-  /// The pointer left the window, which it can do only once.
+  /// The pointer left the window; disarms both events.
   void pointerLeaves() {
     hoverArmed_ = false;
     if (std::exchange(leaveArmed_, false)) MouseLeave();

@@ -8,7 +8,7 @@
 
 namespace kestrel::headless {
 
-/// A machine on which no reporting object is installed.
+/// Simulates a machine without a reporting object.
 class ObjectFactory final : public kestrel::ObjectFactory {
  public:
   std::unique_ptr<ErrorReporter> CreateErrorReporter(const std::string& Identifier) override {

@@ -14,14 +14,14 @@ namespace kestrel::headless {
 namespace fs = std::filesystem;
 
 std::vector<std::string> Shell::LogicalDrives() {
-  if (files_.flavour() == PathFlavour::kSlash) return {"/"};
+  if (files_.pathStyle() == PathStyle::kSlash) return {"/"};
   std::vector<std::string> roots;
   for (const Drive& drive : files_.drives()) roots.push_back(std::string(1, drive.letter) + ":\\");
   return roots;
 }
 
 std::int32_t Shell::DriveType(const std::string& root) {
-  if (files_.flavour() == PathFlavour::kSlash) return root == "/" ? kDriveFixed : kDriveNoRoot;
+  if (files_.pathStyle() == PathStyle::kSlash) return root == "/" ? kDriveFixed : kDriveNoRoot;
   const Drive* drive = files_.driveOf(root);
   return drive ? drive->type : kDriveNoRoot;
 }

@@ -9,8 +9,8 @@
 
 namespace kestrel::headless {
 
-/// Drives and folders of the simulated machine. Its own folders (the desktop's, the personal one, Windows
-/// and system) lie in the scratch folder or on the first drive.
+/// Drives and folders of the simulated machine. Its special folders (desktop, personal, Windows, system) are
+/// in the scratch folder or on the first drive.
 class Shell final : public kestrel::Shell {
  public:
   Shell(Desktop& desktop, const FileSystem& files) : desktop_(desktop), files_(files) {}
@@ -26,9 +26,9 @@ class Shell final : public kestrel::Shell {
   std::string FirstSubfolder(const std::string& folder) override;
   void CreateFolder(const std::string& path) override;
 
-  /// `kFileIcon`, `kFolderIcon`, or `kDriveIcon` and the drive's type added up.
+  /// `kFileIcon`, `kFolderIcon`, or the sum of `kDriveIcon` and the drive's type.
   std::int32_t IconIndex(const std::string& path) override;
-  /// Draws a plain square whose shade tells the number.
+  /// Draws a square whose shade encodes the number.
   void DrawIcon(std::int32_t iconIndex, WindowHandle picture) override;
   bool DrawFileIcon(const std::string& filename, std::int32_t iconIndex, bool large,
                     WindowHandle picture) override;

@@ -8,7 +8,7 @@
 
 namespace kestrel::headless {
 
-/// Hands every box to the scripted user.
+/// Passes every box to the scripted user.
 class UserInterface final : public kestrel::UserInterface {
  public:
   UserInterface(User& user, std::string applicationTitle)

@@ -15,15 +15,15 @@ class WindowFunctions final : public kestrel::WindowFunctions {
   void AddWindowStyle(WindowHandle window, std::int32_t style) override { styles_[window] |= style; }
   bool IsWindowVisible(WindowHandle window) override;
   Point GetCursorPos() override { return desktop_.pointer; }
-  /// The position itself for a handle that names no window.
+  /// Returns the position unchanged for an unknown handle.
   Point ScreenToClient(WindowHandle window, const Point& screen) override;
   void LockWindowUpdate(WindowHandle window) override { locked_ = window; }
   std::int32_t ScreenCount() override { return static_cast<std::int32_t>(desktop_.screens.size()); }
-  /// Raises RuntimeError 9 for a screen that is not there; the first is 0.
+  /// Raises RuntimeError 9 for an unknown screen.
   Rectangle ScreenArea(std::int32_t index) override;
   Margins FrameOf(WindowHandle /*window*/) override { return desktop_.frame; }
 
-  /// The styles that were added to a window.
+  /// The styles added to a window.
   std::int32_t styles(WindowHandle window) const;
   WindowHandle locked() const { return locked_; }
 

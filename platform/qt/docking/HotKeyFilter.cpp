@@ -73,7 +73,7 @@ bool HotKeyFilter::eventFilter(QObject* watched, QEvent* event) {
   const KeyStroke stroke = keyStrokeOf(key);
   if (stroke.keyCode == 0) return false;
   if (claims) {
-    if (!suite_.hearsHotKey(stroke.shift, stroke.keyCode)) return false;
+    if (!suite_.hasHotKey(stroke.shift, stroke.keyCode)) return false;
     event->accept();
     return true;
   }

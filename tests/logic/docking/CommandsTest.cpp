@@ -114,13 +114,13 @@ TEST_F(CommandsTest, HearNoHotKeyWhenDisabledOrInvisible) {
 }
 
 TEST_F(CommandsTest, SayWithoutAnyEventWhichHotKeysTheyHear) {
-  EXPECT_TRUE(suite.hearsHotKey(kCtrlMask, 'O'));
-  EXPECT_FALSE(suite.hearsHotKey(kCtrlMask, 'P'));
-  EXPECT_TRUE(suite.hearsHotKey(0, 'C'));
+  EXPECT_TRUE(suite.hasHotKey(kCtrlMask, 'O'));
+  EXPECT_FALSE(suite.hasHotKey(kCtrlMask, 'P'));
+  EXPECT_TRUE(suite.hasHotKey(0, 'C'));
   suite.Commands().HotKeyOptions().AllowUnmodified(0);
-  EXPECT_FALSE(suite.hearsHotKey(0, 'C'));
+  EXPECT_FALSE(suite.hasHotKey(0, 'C'));
   command("btnOpen").Enabled(false);
-  EXPECT_FALSE(suite.hearsHotKey(kCtrlMask, 'O'));
+  EXPECT_FALSE(suite.hasHotKey(kCtrlMask, 'O'));
   EXPECT_THAT(events, IsEmpty());
 }
 

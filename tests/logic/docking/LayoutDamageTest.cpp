@@ -51,7 +51,7 @@ std::optional<std::string> refusal(std::span<const std::byte> block) {
 /// Reads a block that may be anything: it is refused, or what it gives is sound.
 void expectRefusedOrSound(std::span<const std::byte> block) {
   try {
-    EXPECT_EQ(contradictionIn(readLayout(block)), "");
+    EXPECT_EQ(inconsistencyIn(readLayout(block)), "");
   } catch (const RuntimeError& error) {
     EXPECT_EQ(error.Number(), 321);
   }
@@ -123,14 +123,14 @@ TEST(DamagedLayout, SaysWhatIsWrongWithTheHeader) {
     if (offset >= layout_format::kChecksumOffset + 4) repairChecksum(block);
     return refusal(block).value_or("read");
   };
-  EXPECT_EQ(refusal({}), "The stored layout is damaged: it ends too early.");
-  EXPECT_THAT(with(0, 'X'), HasSubstr("it does not begin as a layout does"));
-  EXPECT_THAT(with(16, 5), HasSubstr("it is of another version"));
-  EXPECT_THAT(with(20, 5), HasSubstr("its checksum does not fit"));
+  EXPECT_EQ(refusal({}), "The stored layout is damaged: it is truncated.");
+  EXPECT_THAT(with(0, 'X'), HasSubstr("it has no layout header"));
+  EXPECT_THAT(with(16, 5), HasSubstr("its version is unknown"));
+  EXPECT_THAT(with(20, 5), HasSubstr("its checksum is wrong"));
   EXPECT_THAT(with(24, 0), HasSubstr("its header is unknown"));
   EXPECT_THAT(with(28, 0), HasSubstr("its header is unknown"));
-  EXPECT_THAT(with(32, 35), HasSubstr("its stream starts nowhere"));
-  EXPECT_THAT(with(35, 0xFF), HasSubstr("its stream starts nowhere"));
+  EXPECT_THAT(with(32, 35), HasSubstr("its stream offset is invalid"));
+  EXPECT_THAT(with(35, 0xFF), HasSubstr("its stream offset is invalid"));
 }
 
 TEST(DamagedLayout, IsRefusedWhenItIsLargerThanAnyLayout) {
@@ -180,16 +180,16 @@ TEST(DamagedStream, ThatNestsTooDeepIsRefused) {
 }
 
 TEST(DamagedStream, WithAnUnknownKindIsRefused) {
-  EXPECT_THAT(streamRefusal({4, 1, 0, 0}).value_or("read"), HasSubstr("an item is of no known kind"));
+  EXPECT_THAT(streamRefusal({4, 1, 0, 0}).value_or("read"), HasSubstr("an item has an unknown kind"));
 }
 
 TEST(DamagedStream, WithAnUnknownVariantTypeIsRefused) {
-  EXPECT_THAT(streamRefusal({1, 1, 0, 77}).value_or("read"), HasSubstr("a property is of no known type"));
+  EXPECT_THAT(streamRefusal({1, 1, 0, 77}).value_or("read"), HasSubstr("a property has an unknown type"));
 }
 
 TEST(DamagedStream, WithATextOfOddLengthIsRefused) {
   EXPECT_THAT(streamRefusal({1, 1, 0, 3 << 16 | 8, 0, 0}).value_or("read"),
-              HasSubstr("a text has an impossible length"));
+              HasSubstr("a text has an invalid length"));
 }
 
 /// The sentence with which the small layout is refused after a change of its tag stream.
@@ -221,9 +221,9 @@ TEST(DamagedStream, WithObjectsOutOfOrderIsRefused) {
 
 TEST(DamagedStream, WhoseBooksDoNotFitItsCommandsIsRefused) {
   EXPECT_THAT(refusalAfter([](TagItem::Items& top) { itemsOf(top[3])[0].value = std::int32_t{7}; }),
-              HasSubstr("it does not hold as many commands as it says"));
+              HasSubstr("its command count is wrong"));
   EXPECT_THAT(refusalAfter([](TagItem::Items& top) { itemsOf(top[3])[2].value = std::int32_t{6}; }),
-              HasSubstr("a menu is not where it says"));
+              HasSubstr("the position of a menu is wrong"));
 }
 
 TEST(DamagedStream, WithAFieldMissingOrOfAnotherTypeIsRefused) {
@@ -241,29 +241,29 @@ TEST(DamagedStream, WithAnUnknownEdgeIsRefused) {
 
 TEST(DamagedStream, WithAReferenceToNothingIsRefused) {
   EXPECT_THAT(refusalAfter([](TagItem::Items& top) { itemsOf(top[6]).clear(); }),
-              HasSubstr("it refers to something that is not there"));
+              HasSubstr("it refers to an unknown identifier"));
 }
 
 TEST(DamagedStream, WithAnIdentifierThatStandsTwiceIsRefused) {
   EXPECT_THAT(refusalAfter([](TagItem::Items& top) {
                 itemsOf(itemsOf(top[2])[1])[0].value = itemsOf(itemsOf(top[2])[0])[0].value;
               }),
-              HasSubstr("an identifier stands twice"));
+              HasSubstr("an identifier is defined twice"));
 }
 
 /// What a layout says of itself after one change.
 std::string contradictionAfter(const std::function<void(StoredLayout&)>& change) {
   StoredLayout layout = smallLayout();
   change(layout);
-  const std::string found = contradictionIn(layout);
+  const std::string found = inconsistencyIn(layout);
   EXPECT_THROW(writeLayout(layout), RuntimeError);
   return found;
 }
 
 TEST(ContradictoryLayout, IsNotWritten) {
-  EXPECT_EQ(contradictionIn(smallLayout()), "");
+  EXPECT_EQ(inconsistencyIn(smallLayout()), "");
   EXPECT_EQ(contradictionAfter([](auto& layout) { layout.commands[1].key = "BTNOPEN"; }),
-            "the command \"BTNOPEN\" stands twice");
+            "the command \"BTNOPEN\" is defined twice");
   EXPECT_EQ(contradictionAfter([](auto& layout) { layout.commands[0].key = ""; }), "a command has no name");
   EXPECT_EQ(contradictionAfter([](auto& layout) { layout.commands[0].category = "Nowhere"; }),
             "the category \"Nowhere\" of \"btnOpen\" does not exist");
@@ -274,11 +274,11 @@ TEST(ContradictoryLayout, IsNotWritten) {
   EXPECT_EQ(contradictionAfter([](auto& layout) { layout.commands[5].menu[0].command = "btnNone"; }),
             "the entry \"btnNone\" of \"mnuFile\" does not exist");
   EXPECT_EQ(contradictionAfter([](auto& layout) { layout.commands[0].type = 3; }),
-            "the command \"btnOpen\" is of no known type");
+            "the command \"btnOpen\" has an unknown type");
   EXPECT_EQ(contradictionAfter([](auto& layout) {
               layout.commands[0].menu = {{"btnClose", false}};
             }),
-            "the command \"btnOpen\" has entries but is no menu");
+            "the command \"btnOpen\" has entries but is not a menu");
   EXPECT_EQ(contradictionAfter([](auto& layout) { layout.dockWindows[0].pane = "Left"; }),
             "the pane \"Left\" of \"dkwZoom\" does not exist");
   EXPECT_EQ(contradictionAfter([](auto& layout) { layout.images[0].normal.width = 8; }),

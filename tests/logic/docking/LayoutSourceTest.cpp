@@ -82,17 +82,17 @@ std::string failure(const char* text) {
 }
 
 TEST(LayoutSource, NamesTheLineThatItCannotRead) {
-  EXPECT_EQ(failure("\n\nbuton btnOpen"), "Line 3: \"buton\" cannot stand here");
-  EXPECT_EQ(failure("caption \"x\""), "Line 1: \"caption\" cannot stand here");
-  EXPECT_EQ(failure("button btnA\n  edge top"), "Line 2: \"edge\" cannot stand here");
+  EXPECT_EQ(failure("\n\nbuton btnOpen"), "Line 3: \"buton\" is not allowed here");
+  EXPECT_EQ(failure("caption \"x\""), "Line 1: \"caption\" is not allowed here");
+  EXPECT_EQ(failure("button btnA\n  edge top"), "Line 2: \"edge\" is not allowed here");
   EXPECT_EQ(failure("button btnA\n  caption \"x"), "Line 2: a quotation mark is missing");
   EXPECT_EQ(failure("button"), "Line 1: \"button\" takes 1 argument");
   EXPECT_EQ(failure("button btnA\n  hidden yes"), "Line 2: \"hidden\" takes 0 arguments");
-  EXPECT_EQ(failure("button btnA\n  width 4x"), "Line 2: \"4x\" is no number");
-  EXPECT_EQ(failure("button btnA\n  hotkey Foo"), "Line 2: \"Foo\" names no hot key.");
-  EXPECT_EQ(failure("toolbar \"A\"\n  edge middle"), "Line 2: \"middle\" is no edge");
-  EXPECT_EQ(failure("menu mnuA\n  entries btnA |"), "Line 2: a separator stands before no entry");
-  EXPECT_EQ(failure("window dkwA"), "Line 1: a window stands before any pane");
+  EXPECT_EQ(failure("button btnA\n  width 4x"), "Line 2: \"4x\" is not a number");
+  EXPECT_EQ(failure("button btnA\n  hotkey Foo"), "Line 2: \"Foo\" is not a hot key.");
+  EXPECT_EQ(failure("toolbar \"A\"\n  edge middle"), "Line 2: \"middle\" is not an edge");
+  EXPECT_EQ(failure("menu mnuA\n  entries btnA |"), "Line 2: a separator has no entry after it");
+  EXPECT_EQ(failure("window dkwA"), "Line 1: a window comes before the first pane");
 }
 
 }  // namespace

@@ -352,7 +352,7 @@ TEST_P(RandomEditing, TenThousandActionsEndWithThePictureOfAnIndependentReplay) 
   EXPECT_EQ(asked.size(), static_cast<std::size_t>(kActions));
 }
 
-INSTANTIATE_TEST_SUITE_P(Paths, RandomEditing, testing::Values(PathFlavour::kSlash), nameOfFlavour);
+INSTANTIATE_TEST_SUITE_P(Paths, RandomEditing, testing::Values(PathStyle::kSlash), nameOfPathStyle);
 
 }  // namespace
 }  // namespace kestrel

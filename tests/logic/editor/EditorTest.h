@@ -18,13 +18,13 @@
 
 namespace kestrel {
 
-using headless::PathFlavour;
+using headless::PathStyle;
 
 /// An editor in a container on the headless platform, once for each way of writing paths.
 ///
 /// An error report, a box or a dialog that the test did not announce fails the test; so does what it
 /// announced and did not come.
-class EditorTest : public testing::TestWithParam<PathFlavour> {
+class EditorTest : public testing::TestWithParam<PathStyle> {
  protected:
   void SetUp() override {
     std::string name = (std::filesystem::temp_directory_path() / "kestrel-editor-XXXXXX").string();
@@ -137,7 +137,7 @@ class EditorTest : public testing::TestWithParam<PathFlavour> {
  private:
   void makePlatform() {
     headless::Setup setup;
-    setup.flavour = GetParam();
+    setup.pathStyle = GetParam();
     setup.scratch = scratch_;
     setup.helpFolder = scratch_ + "/help";
     platform_ = std::make_unique<headless::Platform>(std::move(setup));
@@ -178,14 +178,14 @@ class RecordingSink final : public IImageEvents {
   Log& log_;
 };
 
-inline std::string nameOfFlavour(const testing::TestParamInfo<PathFlavour>& info) {
-  return info.param == PathFlavour::kSlash ? "Slash" : "Backslash";
+inline std::string nameOfPathStyle(const testing::TestParamInfo<PathStyle>& info) {
+  return info.param == PathStyle::kSlash ? "Slash" : "Backslash";
 }
 
 }  // namespace kestrel
 
 /// Runs the tests of a fixture, which derives from EditorTest, with both ways of writing paths.
-#define KESTREL_WITH_BOTH_PATHS(Fixture)                                                                    \
-  INSTANTIATE_TEST_SUITE_P(Paths, Fixture,                                                                  \
-                           testing::Values(kestrel::PathFlavour::kSlash, kestrel::PathFlavour::kBackslash), \
-                           kestrel::nameOfFlavour)
+#define KESTREL_WITH_BOTH_PATHS(Fixture)                                                                \
+  INSTANTIATE_TEST_SUITE_P(Paths, Fixture,                                                              \
+                           testing::Values(kestrel::PathStyle::kSlash, kestrel::PathStyle::kBackslash), \
+                           kestrel::nameOfPathStyle)

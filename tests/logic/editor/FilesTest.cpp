@@ -460,7 +460,7 @@ TEST_P(EditorFiles, ANameWithTwoExtensionsFromTheDialogLosesTheSecondBehindABack
   user().chooses(path("a.b.png"),
                  [](headless::FileDialog& dialog) { dynamic_cast<CheckBox*>(dialog.guest())->Value(0); });
   EXPECT_TRUE(editor().SaveImageAs());
-  const bool cut = GetParam() == PathFlavour::kBackslash;
+  const bool cut = GetParam() == PathStyle::kBackslash;
   EXPECT_EQ(editor().Filename(), cut ? path("a.b") : path("a.b.png"));
   EXPECT_TRUE(exists(editor().Filename()));
 }

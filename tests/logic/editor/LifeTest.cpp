@@ -217,7 +217,7 @@ TEST_P(EditorLife, InitializePreparesTheFileDialog) {
   ASSERT_NE(dialog, nullptr);
   EXPECT_EQ(dialog->ownerWindow(), site().hWnd());
   EXPECT_EQ(dialog->DefaultExt(), "bmp");
-  EXPECT_TRUE(dialog->centred());
+  EXPECT_TRUE(dialog->centered());
   EXPECT_EQ(dialog->filterIndex(), 0);
   EXPECT_EQ(dialog->maxFiles(), 1);
 }

@@ -20,7 +20,7 @@ class SimulatedDrives : public testing::Test {
     ASSERT_NE(mkdtemp(name.data()), nullptr);
     scratch_ = name;
     headless::Setup setup;
-    setup.flavour = PathFlavour::kBackslash;
+    setup.pathStyle = PathStyle::kBackslash;
     setup.scratch = scratch_;
     setup.drives = {{'C', kDriveFixed, "System", {}, true},
                     {'D', kDriveCD, "Holidays", {}, false},
@@ -90,7 +90,7 @@ TEST_F(SimulatedDrives, CanNotBeWrittenToWhereTheyAreMissingOrNotReady) {
 }
 
 TEST(PathsOfTheMachine, StayAsTheyAre) {
-  const FileSystem files(PathFlavour::kSlash, "/tmp/scratch", {});
+  const FileSystem files(PathStyle::kSlash, "/tmp/scratch", {});
   EXPECT_EQ(files.host("/home/a\\b.png"), "/home/a\\b.png");
   EXPECT_EQ(files.folderOf("/home/a.png"), "/home");
   EXPECT_EQ(files.folderOf("/a.png"), "/");
