@@ -10,7 +10,7 @@ struct EmbeddedFile {
   std::span<const unsigned char> bytes;
 };
 
-/// The files that are compiled into the program.
+/// The files embedded in the program.
 std::span<const EmbeddedFile> embeddedFiles();
 
 /// The bytes of the file of that name, empty if there is none.

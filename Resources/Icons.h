@@ -5,12 +5,12 @@
 
 namespace kestrel::resources {
 
-/// The two colours of every drawn icon. Neutral strokes are meant to be replaced by the text colour of the
-/// theme in use (a plain text replacement in the SVG will do); the accent reads on light and dark alike.
+/// The two colors of the SVG icons. Replace the neutral color by the text color of the theme (text
+/// replacement in the SVG is enough); the accent works on light and dark.
 inline constexpr std::string_view kIconNeutral = "#59616b";
 inline constexpr std::string_view kIconAccent = "#3388e0";
 
-/// The file of the icon of that name, without its folder: "Image-Save 2" is drawn in "image-save-2.svg".
+/// The file name, without its folder, of the icon: "Image-Save 2" is in "image-save-2.svg".
 inline std::string iconFileName(std::string_view name) {
   std::string file;
   for (const char letter : name) {

@@ -5,8 +5,7 @@
 
 namespace kestrel::resources {
 
-/// The picture that a dialog's preview shows while it is given none of the user's: 360 by 270 pixels, as the
-/// bytes of a PNG file.
+/// The default picture of a dialog's preview: 360 by 270 pixels, as a PNG file.
 std::span<const std::byte> stockPicture();
 
 }  // namespace kestrel::resources

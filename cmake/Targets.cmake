@@ -113,8 +113,8 @@ endfunction()
 
 # kestrel_fuzzer(name CORPUS folder SOURCES file... [DEPENDS target...] [DEFINITIONS definition...] [LONGEST bytes])
 # One libFuzzer program, fuzz_NAME, whose source has LLVMFuzzerTestOneInput, and its short run from the kept
-# inputs as a test; scripts/fuzz starts them. Only where KESTREL_FUZZ is on. What a run finds new lies in
-# found/NAME of the build folder, and an input that fails beside it, under found/NAME-.
+# inputs as a test; scripts/fuzz starts them. Requires KESTREL_FUZZ. New inputs are written to
+# found/NAME of the build folder, failing inputs to files with the prefix found/NAME-.
 set(KESTREL_FUZZ_SECONDS 20 CACHE STRING "How long each fuzz target runs as a test")
 function(kestrel_fuzzer name)
   cmake_parse_arguments(arg "" "CORPUS;LONGEST" "SOURCES;DEPENDS;DEFINITIONS" ${ARGN})

@@ -150,7 +150,7 @@ class Commands {
   virtual std::int32_t Count() const = 0;
   /// Counted from 1, in the order of the layout; raises RuntimeError 9 outside.
   virtual Command& Item(std::int32_t index) = 0;
-  /// By key, whatever its case; raises RuntimeError 5 if there is none.
+  /// By key, ignoring case; raises RuntimeError 5 if there is none.
   virtual Command& Item(const std::string& key) = 0;
   virtual kestrel::HotKeyOptions& HotKeyOptions() = 0;
 
@@ -162,7 +162,7 @@ class CommandBars {
   virtual ~CommandBars() = default;
   virtual std::int32_t Count() const = 0;
   virtual CommandBar& Item(std::int32_t index) = 0;
-  /// By name, whatever its case; raises RuntimeError 5 if there is none.
+  /// By name, ignoring case; raises RuntimeError 5 if there is none.
   virtual CommandBar& Item(const std::string& name) = 0;
 
   CommandBar& operator()(const std::string& name) { return Item(name); }
@@ -184,7 +184,7 @@ class DockWindows {
   virtual ~DockWindows() = default;
   virtual std::int32_t Count() const = 0;
   virtual DockWindow& Item(std::int32_t index) = 0;
-  /// By key, whatever its case; raises RuntimeError 5 if there is none.
+  /// By key, ignoring case; raises RuntimeError 5 if there is none.
   virtual DockWindow& Item(const std::string& key) = 0;
 
   DockWindow& operator()(const std::string& key) { return Item(key); }
@@ -241,7 +241,7 @@ class Moorage : public Control {
   virtual void SetComboText(Command& command, const std::string& text) = 0;
   /// Opens the command's menu at the pointer and returns when it is closed.
   virtual void ShowPopup(Command& command) = 0;
-  /// By key, whatever its case; raises RuntimeError 5 if there is none.
+  /// By key, ignoring case; raises RuntimeError 5 if there is none.
   virtual kestrel::StatusPanel& StatusPanel(const std::string& name) = 0;
 
   /// The user chose a command, by menu, bar or hot key.
