@@ -13,7 +13,7 @@ HostedEditor::HostedEditor(qt::QtPlatform& platform, QWidget& parent)
   widget_->setProperty("AllowUnmodifiedHotKeys", true);
   site_ = std::make_unique<qt::QtSite>(*widget_, "Processing", true, platform.clipboardPort());
   control_ = std::make_unique<ImageProcessingCtl>(*site_);
-  site_->initialise();
+  site_->initialize();
   control_->Initialize();
   control_->Picture(std::make_shared<qt::ImagePicture>(noise(400, 300)));
   clicks_ = moorage().CommandClick.Connect([this](Command& command) { clicked_ += command.Name() + ' '; });

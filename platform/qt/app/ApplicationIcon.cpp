@@ -7,7 +7,7 @@
 namespace kestrel::qt {
 namespace {
 
-// A framed picture: a sun above two hills, and the marching rectangle of a selection at its corner.
+// A framed picture: a sun above two hills, with a dashed selection rectangle at its corner.
 constexpr char kDrawing[] = R"svg(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 64 64">
   <defs>
     <linearGradient id="sky" x1="0" y1="0" x2="0" y2="1">

@@ -4,7 +4,7 @@
 
 namespace kestrel::qt {
 
-/// The program's icon, at the sizes that desktops ask for.
+/// The program's icon at the sizes that desktops request.
 QIcon applicationIcon();
 
 }  // namespace kestrel::qt

@@ -25,33 +25,34 @@ namespace {
 
 constexpr int kQuietRounds = 3;
 constexpr int kRoundMilliseconds = 20;
-/// An opened window is pictured when it has stood this long, for what it does after it has appeared.
+/// Delay from showing a window to its screenshot, for work that it does after it has appeared.
 constexpr int kFirstLookMilliseconds = 400;
 constexpr int kPatienceMilliseconds = 10000;
-/// How far a hand moves the pointer between two events.
+/// Distance of simulated pointer movements, in pixels.
 constexpr double kPointerStride = 4.0;
 
 bool savePicture(QWidget& window, const std::string& filename) {
-  constexpr int kSmallest = 0;  // the most work on a small file
+  constexpr int kSmallest = 0;  // highest compression
   return window.grab()
       .toImage()
       .convertToFormat(QImage::Format_RGB888)
       .save(toQt(filename), "PNG", kSmallest);
 }
 
-/// Standard error belongs to the program: of what the toolkit has to say only what is serious comes through.
-void tellOnlySerious(QtMsgType type, const QMessageLogContext& /*where*/, const QString& message) {
+/// Message handler: passes only serious messages of the toolkit to standard error, which belongs to the
+/// program.
+void logSeriousMessages(QtMsgType type, const QMessageLogContext& /*where*/, const QString& message) {
   if (type == QtCriticalMsg || type == QtFatalMsg) std::fprintf(stderr, "%s\n", qPrintable(message));
 }
 
 struct QuietToolkit {
-  QuietToolkit() { qInstallMessageHandler(&tellOnlySerious); }
+  QuietToolkit() { qInstallMessageHandler(&logSeriousMessages); }
   QuietToolkit(const QuietToolkit&) = delete;
   QuietToolkit& operator=(const QuietToolkit&) = delete;
   ~QuietToolkit() { qInstallMessageHandler(nullptr); }
 };
 
-/// The translations of the toolkit's own texts and of ours, as far as there are any for the user's language.
+/// Installs the translations of the toolkit's texts and of ours for the user's language, if there are any.
 void translate(QApplication& application) {
   const std::pair<QString, QString> books[] = {
       {QStringLiteral("qtbase"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)},
@@ -79,7 +80,7 @@ void sendPointer(QWidget& widget, QEvent::Type type, QPointF at, Qt::MouseButton
   QApplication::sendEvent(&widget, &event);
 }
 
-/// From one point to the next as a hand does it, without the first point.
+/// Intermediate points of a movement, without the first one.
 std::vector<QPointF> stridesBetween(QPointF from, QPointF to) {
   const int count = std::max(1, static_cast<int>(QLineF(from, to).length() / kPointerStride));
   std::vector<QPointF> points;
@@ -107,7 +108,7 @@ Desktop::Desktop(int& argumentCount, char** arguments, const std::string& deskto
     : inside_(std::make_unique<Inside>(argumentCount, arguments)) {
   QApplication::setApplicationName(toQt(desktopName));
   QApplication::setDesktopFileName(toQt(desktopName));
-  QApplication::setQuitOnLastWindowClosed(false);  // a help window may outlive the editor's
+  QApplication::setQuitOnLastWindowClosed(false);  // a help window may outlive the editor's window
   QApplication::setWindowIcon(applicationIcon());
   translate(inside_->application);
 }

@@ -11,15 +11,15 @@
 
 namespace kestrel::qt {
 
-/// What the desktop itself does not provide.
+/// Components that the program provides to the desktop.
 struct DesktopParts {
   ProgramVersion version;
   std::unique_ptr<kestrel::RegistryStore> store;
   std::unique_ptr<kestrel::ObjectFactory> objectFactory;
   std::unique_ptr<kestrel::StackResolver> stackResolver;
-  /// The boxes that ask and tell; null for those of the desktop.
+  /// The message boxes; null for those of the desktop.
   std::unique_ptr<kestrel::UserInterface> boxes;
-  /// Holds a folder of pages for each help book.
+  /// Contains one folder of pages per help book.
   std::string helpFolder;
 };
 

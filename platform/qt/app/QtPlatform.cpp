@@ -20,7 +20,7 @@ namespace kestrel::qt {
 
 namespace {
 
-/// Pixel buffers that nobody used for so long go back to the machine.
+/// Pixel buffers unused for this time are returned to the system.
 constexpr std::chrono::seconds kIdleBeforeRelease(5);
 
 DesktopParts withBoxes(DesktopParts parts, OpenCalls& calls) {

@@ -18,7 +18,7 @@
 
 namespace kestrel::qt {
 
-/// The desktop. The toolkit's application object must be there before it and outlive it.
+/// The desktop platform. The toolkit's application object must exist before it and outlive it.
 class QtPlatform final : public Platform {
  public:
   explicit QtPlatform(DesktopParts parts);
@@ -47,7 +47,7 @@ class QtPlatform final : public Platform {
   kestrel::Screen& Screen() override { return screen_; }
   const kestrel::AppInfo& App() override { return appInfo_; }
 
-  /// No diagnostics client is known for this desktop.
+  /// There is no diagnostics client for this desktop.
   std::unique_ptr<DebugClientLibrary> CreateDebugClientLibrary() override { return nullptr; }
   kestrel::ObjectFactory& ObjectFactory() override { return *parts_.objectFactory; }
   kestrel::StackResolver& StackResolver() override { return *parts_.stackResolver; }

@@ -30,7 +30,7 @@ std::string OptionButtonControl::Caption() const { return fromQt(button_.text())
 std::string OptionButtonControl::Tag() const { return fromQt(button_.property("Tag").toString()); }
 
 void OptionButtonControl::Value(bool value) {
-  // The toolkit keeps one button of a group chosen at all times; here the last one may give up its choice.
+  // The toolkit keeps one button of a group checked; the contract allows none.
   const bool exclusive = button_.autoExclusive();
   if (!value) button_.setAutoExclusive(false);
   button_.setChecked(value);
@@ -40,7 +40,7 @@ void OptionButtonControl::Value(bool value) {
 CommandButtonControl::CommandButtonControl(QAbstractButton& button, ControlId id)
     : WidgetControl(button, std::move(id)), button_(button), swatch_(button) {
   QObject::connect(&button_, &QAbstractButton::clicked, receiver(), [this] {
-    // A click of its own does not change the looks: those follow the state that is written.
+    // A click does not change the appearance, which follows the written state.
     Pressed(pressed_);
     guarded([this] { Click(); });
   });

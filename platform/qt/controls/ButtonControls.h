@@ -38,7 +38,7 @@ class OptionButtonControl final : public WidgetControl<OptionButton> {
   QRadioButton& button_;
 };
 
-/// A push button. The form makes it checkable if it is one of a group that shows a state.
+/// A push button. It is checkable in the form if it belongs to a group that shows a state.
 class CommandButtonControl final : public WidgetControl<CommandButton> {
  public:
   CommandButtonControl(QAbstractButton& button, ControlId id);

@@ -15,7 +15,7 @@ constexpr int kColumns = 8;
 constexpr int kSwatch = 18;
 constexpr qsizetype kRecent = kColumns;
 
-// Greys, then eight hues in four strengths.
+// Grays, then eight hues in four strengths.
 constexpr std::array<QRgb, 40> kPalette = {
     0x000000, 0x404040, 0x606060, 0x808080, 0xa0a0a0, 0xc0c0c0, 0xe0e0e0, 0xffffff,  //
     0x7f1d1d, 0x7c3a0b, 0x78610f, 0x1c5c2e, 0x0f5a5e, 0x1b3f86, 0x4a2a86, 0x7d1f62,  //

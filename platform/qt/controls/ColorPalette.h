@@ -6,19 +6,19 @@
 
 namespace kestrel::qt {
 
-/// The list of colours that a colour picker opens: the extra choice, the palette, the colours that were
-/// chosen last, and the way to the desktop's full colour dialog.
+/// The menu of a color picker: the extra choice, the palette, the recent colors, and a command for the
+/// desktop's full color dialog.
 class ColorPalette final : public QMenu {
   Q_OBJECT
 
  public:
   using QMenu::QMenu;
 
-  /// The extra choice is left out where its caption is empty. `chosen` is marked; it is invalid where the
-  /// extra choice is the chosen one.
+  /// Fills the menu, without the extra choice if its caption is empty. `chosen` is marked; it is invalid if
+  /// the extra choice is selected.
   void fill(const QColor& chosen, const QString& enhancedCaption);
 
-  /// Puts a colour first among those that were chosen last.
+  /// Adds a color at the front of the recent colors.
   static void remember(const QColor& color);
 
  Q_SIGNALS:

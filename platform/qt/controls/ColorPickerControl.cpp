@@ -10,7 +10,7 @@ ColorPickerControl::ColorPickerControl(ColorPickerWidget& picker, ControlId id)
     : WidgetControl(picker, std::move(id)), picker_(picker) {
   QObject::connect(&picker_, &ColorPickerWidget::colorChosen, receiver(), [this](const QColor& color) {
     guarded([&] {
-      // Chosen by the user it counts as a change, even where only the extra choice ends.
+      // A choice of the user raises `Change` even if only the extra choice ends.
       value_ = fromColor(color);
       picker_.show(color, false);
       Change(value_);

@@ -42,7 +42,7 @@ void ColorPickerWidget::dropDown() {
 }
 
 void ColorPickerWidget::chooseFromDialog() {
-  // Without an event loop of its own, and this widget's, with which it ends.
+  // Non-modal and a child of this widget, so it closes with it.
   auto* const dialog = new QColorDialog(color_, this);
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   dialog->setWindowTitle(translated("Choose a Color"));

@@ -5,8 +5,8 @@
 
 namespace kestrel::qt {
 
-/// A button that shows a colour and opens a list to choose another from. Its extra choice, which is no
-/// colour, stands in the list where `enhancedVisible` says so.
+/// A button that shows a color and opens a menu to choose another. The menu includes the extra choice ("no
+/// color") if `enhancedVisible` is set.
 class ColorPickerWidget final : public QToolButton {
   Q_OBJECT
   Q_PROPERTY(QString enhancedCaption READ enhancedCaption WRITE setEnhancedCaption)
@@ -20,13 +20,13 @@ class ColorPickerWidget final : public QToolButton {
   bool enhancedVisible() const { return enhancedVisible_; }
   const QString& enhancedCaption() const { return enhancedCaption_; }
 
-  /// Shows the colour as the chosen one, or with `enhanced` the extra choice.
+  /// Shows the color as selected, or with `enhanced` the extra choice.
   void show(const QColor& color, bool enhanced);
   using QWidget::show;
   void setEnhancedVisible(bool value) { enhancedVisible_ = value; }
   void setEnhancedCaption(const QString& value) { enhancedCaption_ = value; }
 
-  /// Opens the list below the button, which itself need not be shown.
+  /// Opens the menu below the button, which need not be visible itself.
   void dropDown();
 
  Q_SIGNALS:

@@ -31,7 +31,7 @@ std::unique_ptr<Control> wrapAs(QWidget& widget) {
 
 std::unique_ptr<Control> controlOf(QWidget& widget) {
   using Wrap = std::unique_ptr<Control> (*)(QWidget&);
-  // A class stands before its bases.
+  // Derived classes come before their bases.
   static constexpr Wrap kClasses[] = {
       &wrapAs<ColorPickerWidget, ColorPickerControl>,
       &wrapAs<QCheckBox, CheckBoxControl>,

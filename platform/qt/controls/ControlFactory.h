@@ -7,9 +7,9 @@
 
 namespace kestrel::qt {
 
-/// The control over a widget, by the widget's class; null for a class that is none of the controls'. The
-/// widget's object name is the control's name. An element of a control array has the dynamic property
-/// `index`, and its object name ends in "_" and that number, since object names are unique on a form.
+/// Makes the control for a widget by the widget's class; null for other classes. The widget's object name is
+/// the control's name. An element of a control array has the dynamic property `index`, and its object name
+/// ends in "_" and that number, since object names are unique on a form.
 std::unique_ptr<Control> controlOf(QWidget& widget);
 
 }  // namespace kestrel::qt

@@ -6,8 +6,8 @@
 
 namespace kestrel::qt {
 
-/// An event filter that tells of the keyboard focus coming to the object it is installed on, once that has
-/// done with it what it does by itself.
+/// An event filter that calls a function after its object has received the keyboard focus and processed the
+/// event.
 class FocusWatcher final : public QObject {
  public:
   explicit FocusWatcher(std::function<void()> gotFocus) : gotFocus_(std::move(gotFocus)) {}

@@ -6,7 +6,7 @@
 
 namespace kestrel::qt {
 
-/// A panel around other widgets whose face can be tiled with a picture.
+/// A group box with an optional tiled background picture.
 class FrameWidget : public QGroupBox {
   Q_OBJECT
 

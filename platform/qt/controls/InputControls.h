@@ -27,7 +27,7 @@ class TextBoxControl final : public WidgetControl<TextBox> {
   FocusWatcher focus_;
 };
 
-/// A drop-down list. The numbers of its entries stand on the form as the list property `itemData`.
+/// A drop-down list. The form stores the numbers of its entries in the list property `itemData`.
 class ComboBoxControl final : public WidgetControl<ComboBox> {
  public:
   ComboBoxControl(QComboBox& combo, ControlId id);
@@ -55,7 +55,7 @@ class SliderControl final : public WidgetControl<Slider> {
   QSlider& slider_;
 };
 
-/// A row of tabs. The captions stand on the form as the list property `tabs`.
+/// A row of tabs. The form stores the captions in the list property `tabs`.
 class TabStripControl final : public WidgetControl<TabStrip> {
  public:
   TabStripControl(QTabBar& tabs, ControlId id);

@@ -6,7 +6,7 @@
 
 namespace kestrel::qt {
 
-/// Shows a picture, unscaled, from its top left corner.
+/// Shows a picture, unscaled, at its top left corner.
 class PictureWidget : public QWidget {
   Q_OBJECT
 

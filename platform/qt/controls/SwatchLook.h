@@ -6,13 +6,13 @@
 
 namespace kestrel::qt {
 
-/// Paints a button as a field of one colour, with a frame in the desktop's style: the colours that users
-/// choose must not be tinted by the style.
+/// Paints a button as a field of one color with a frame in the desktop's style, so that the style does not
+/// tint the color.
 class SwatchLook final : public QObject {
  public:
   explicit SwatchLook(QAbstractButton& button);
 
-  /// An invalid colour gives the button its own looks back.
+  /// An invalid color restores the button's own appearance.
   void show(const QColor& color, bool pressed);
 
   bool eventFilter(QObject* watched, QEvent* event) override;

@@ -15,9 +15,8 @@ struct ControlId {
   std::int32_t index = -1;
 };
 
-/// What every control of the contract does through its widget. `Face` is the abstract class it fills in, or
-/// that one with further bases. Positions are those of the toolkit: of the widget's parent, independent of
-/// the screen's factor. The widget is lent.
+/// Implements the common members of contract controls on a widget. `Face` is the contract class, or a class
+/// derived from it. Positions are logical pixels relative to the widget's parent. The widget is not owned.
 template <typename Face>
 class WidgetControl : public Face {
  public:
@@ -50,7 +49,8 @@ class WidgetControl : public Face {
 
  protected:
   QWidget& widget() const { return widget_; }
-  /// The receiver of the widget's signals: they end with this object, which may die before the widget.
+  /// The context object of signal connections: they end with this object, which may be destroyed before the
+  /// widget.
   const QObject* receiver() const { return &receiver_; }
 
  private:

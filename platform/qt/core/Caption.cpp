@@ -3,7 +3,7 @@
 namespace kestrel::qt {
 namespace {
 
-/// The toolkit's place for the mark of a changed document. Twice in a row it is the text itself.
+/// The toolkit's placeholder for the "modified" mark; doubled, it is literal.
 const QString kPlace = QStringLiteral("[*]");
 const QString kText = kPlace + kPlace;
 

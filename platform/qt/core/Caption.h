@@ -5,8 +5,8 @@
 
 namespace kestrel::qt {
 
-/// The window's caption, shown exactly as it is: the toolkit by itself takes "[*]" out of a title, where a
-/// file may well have it in its name.
+/// Sets the window's caption literally: the toolkit removes "[*]" from a title, but a file's name may contain
+/// it.
 void setCaption(QWidget& window, const QString& caption);
 QString captionOf(const QWidget& window);
 

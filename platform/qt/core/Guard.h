@@ -5,12 +5,12 @@
 
 namespace kestrel::qt {
 
-/// Where an error goes that a handler of the logic lets out into the toolkit, which cannot carry it.
-/// Without one (null) it is written to standard error, one line.
+/// Sets the handler of errors that a handler of the logic throws into the toolkit, which cannot propagate
+/// them. Without one (null) they are written to standard error, one line each.
 void setStrayErrorHandler(std::function<void(const std::string& description)> handler);
 
-/// Runs what the toolkit calls back. No error leaves it: it goes to the stray-error handler instead, unless a
-/// reporting object has taken it already.
+/// Runs a callback of the toolkit. Errors do not leave it: they go to the stray-error handler, unless a
+/// reporting object has taken them.
 void guarded(const std::function<void()>& work) noexcept;
 
 }  // namespace kestrel::qt

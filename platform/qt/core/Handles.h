@@ -6,10 +6,10 @@
 
 namespace kestrel::qt {
 
-/// The number under which the logic knows a widget.
+/// The handle by which the logic identifies a widget.
 WindowHandle handleOf(const QWidget* widget);
 
-/// The widget of a handle; null for 0 and for a widget that is gone.
+/// The widget of a handle; null for 0 and for a destroyed widget.
 QWidget* widgetOf(WindowHandle handle);
 
 }  // namespace kestrel::qt

@@ -24,7 +24,7 @@ constexpr std::array kNamedKeys = {
     NamedKey{46, Qt::Key_Delete},
 };
 
-// The keys of the numeric block that have numbers of their own.
+// Keys of the numeric pad with key codes of their own.
 constexpr std::array kNumericKeys = {
     NamedKey{106, Qt::Key_Asterisk}, NamedKey{107, Qt::Key_Plus},  NamedKey{109, Qt::Key_Minus},
     NamedKey{110, Qt::Key_Period},   NamedKey{110, Qt::Key_Comma}, NamedKey{111, Qt::Key_Slash},

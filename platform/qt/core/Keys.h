@@ -6,9 +6,9 @@
 
 namespace kestrel::qt {
 
-/// A key as the logic names it.
+/// A key in the logic's terms.
 struct KeyStroke {
-  std::int32_t keyCode = 0;  ///< virtual key number; 0 for a key that has none
+  std::int32_t keyCode = 0;  ///< virtual key code; 0 for a key without one
   std::int32_t shift = 0;    ///< mask of modifiers
 };
 
@@ -16,7 +16,7 @@ KeyStroke keyStrokeOf(const QKeyEvent& event);
 std::int32_t shiftMaskOf(Qt::KeyboardModifiers modifiers);
 std::int32_t buttonMaskOf(Qt::MouseButtons buttons);
 
-/// How menus show a hot key, in the words of the user's language ("Ctrl+O", "Num +").
+/// The text of a hot key in menus, in the user's language ("Ctrl+O", "Num +").
 QString hotKeyText(std::int32_t shift, std::int32_t keyCode);
 
 }  // namespace kestrel::qt

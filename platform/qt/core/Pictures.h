@@ -7,7 +7,7 @@
 
 namespace kestrel::qt {
 
-/// A picture object over an image of the toolkit.
+/// A picture object backed by an image of the toolkit.
 class ImagePicture final : public Picture {
  public:
   explicit ImagePicture(const QImage& image);
@@ -21,13 +21,13 @@ class ImagePicture final : public Picture {
   const QImage image_;  // RGBA, straight alpha
 };
 
-/// The rows as an image that owns its pixels.
+/// The rows as an image with a copy of the pixels.
 QImage toImage(const PixelRows& rows);
 
-/// The rows as an image that only refers to them; they must outlive it.
+/// The rows as an image without a copy; they must outlive it.
 QImage lentImage(const PixelRows& rows);
 
-/// Null for no colour.
+/// Invalid for "no color".
 QColor toColor(OLE_COLOR color);
 OLE_COLOR fromColor(const QColor& color);
 

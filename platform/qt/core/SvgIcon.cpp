@@ -19,7 +19,7 @@ QColor mixed(const QColor& front, const QColor& back, double share) {
                 mix(front.blue(), back.blue()));
 }
 
-/// Draws an SVG text in the present theme's colours.
+/// Renders an SVG text in the current theme's colors.
 class ThemedSvg final : public QIconEngine {
  public:
   ThemedSvg(QString name, QByteArray svg) : name_(std::move(name)), svg_(std::move(svg)) {}

@@ -5,8 +5,7 @@
 
 namespace kestrel::qt {
 
-/// The drawn icon of that name, rendered at the size it is shown at, in the colours of the theme in use at
-/// that moment; null where none was drawn.
+/// The SVG icon of that name, rendered at any size in the current theme's colors; null if there is none.
 QIcon drawnIcon(std::string_view name);
 
 }  // namespace kestrel::qt

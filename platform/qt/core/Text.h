@@ -12,14 +12,13 @@ inline QString toQt(std::string_view text) {
 
 inline std::string fromQt(const QString& text) { return text.toStdString(); }
 
-/// The text in the user's language, keyed by the English one; the English text itself where there is no
-/// translation.
+/// The translation of the English text into the user's language; the English text if there is none.
 QString translated(std::string_view english);
 
-/// A caption without its access key: "&&" counts as a plain "&".
+/// A caption without its access key marker: "&&" becomes "&".
 QString withoutAccessKey(const QString& caption);
 
-/// Text of a message as a paragraph: CR LF and CR alone become line feeds.
+/// The text with line feeds for CR LF and CR.
 QString withLineFeeds(QString text);
 
 }  // namespace kestrel::qt

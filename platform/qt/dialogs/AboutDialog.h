@@ -6,7 +6,7 @@
 
 namespace kestrel::qt {
 
-/// Names the program and its version, with its picture or, without one, the application's icon.
+/// Shows the program's name and version, and its picture or else the application's icon.
 class AboutDialog final : public QDialog {
   Q_OBJECT
 

@@ -22,7 +22,7 @@ constexpr int kShortestTypeLine = 30;
 FileDialogWindow::FileDialogWindow(QWidget* parent) : QFileDialog(parent) {
   setOption(QFileDialog::DontUseNativeDialog);
   setOption(QFileDialog::HideNameFilterDetails);
-  // The longest description must not decide how wide the dialog is.
+  // The longest description must not determine the width of the dialog.
   if (auto* const types = findChild<QComboBox*>(QStringLiteral("fileTypeCombo"))) {
     types->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     types->setMinimumContentsLength(kShortestTypeLine);
@@ -42,7 +42,7 @@ FileDialogWindow::~FileDialogWindow() {
 QRect FileDialogWindow::fileTypeLabel() const {
   const auto* const label = findChild<QLabel*>(QStringLiteral("fileTypeLabel"));
   if (!label) return {};
-  // A dialog that is not shown yet has not laid itself out for the size it was given.
+  // Before it is shown, the dialog has no layout for its size yet.
   if (!isVisible()) {
     layout()->activate();
     layout()->setGeometry(rect());
@@ -50,7 +50,7 @@ QRect FileDialogWindow::fileTypeLabel() const {
   return QRect(label->mapTo(this, QPoint()), label->size());
 }
 
-void FileDialogWindow::takeIn(QWidget& widget, const QPoint& position) {
+void FileDialogWindow::embedWidget(QWidget& widget, const QPoint& position) {
   QWidget* const home = widget.parentWidget();
   guests_.push_back({&widget, home, widget.geometry(), !widget.isHidden(), position});
   if (home && home->layout()) home->layout()->removeWidget(&widget);

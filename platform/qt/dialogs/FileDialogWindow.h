@@ -6,10 +6,10 @@
 
 namespace kestrel::qt {
 
-/// The toolkit's own file dialog, into which other widgets can be moved.
+/// The toolkit's file dialog, into which other widgets can be moved.
 ///
-/// The room by which it is made higher before it shows stays free below its own controls; widgets that were
-/// moved in keep their distance from the file-type label there, however the dialog is resized.
+/// Extra height set before it shows stays free below its own controls; moved widgets keep their distance from
+/// the file-type label there when the dialog is resized.
 class FileDialogWindow final : public QFileDialog {
   Q_OBJECT
 
@@ -17,15 +17,15 @@ class FileDialogWindow final : public QFileDialog {
   explicit FileDialogWindow(QWidget* parent);
   ~FileDialogWindow() override;
 
-  /// Names of a save are refused whose folder does not exist.
+  /// If set, a save to a folder that does not exist is refused.
   void setPathMustExist(bool value) { pathMustExist_ = value; }
 
   /// The rectangle of the file-type row's label.
   QRect fileTypeLabel() const;
-  /// Takes a widget in until the dialog dies, then gives it back to its parent and place. A position beyond
-  /// the lower edge is brought in.
-  void takeIn(QWidget& widget, const QPoint& position);
-  /// Grows to the size; what is added to the height goes below the dialog's own controls.
+  /// Moves a widget into the dialog; the destructor returns it to its parent and position. A position below
+  /// the lower edge is moved inside.
+  void embedWidget(QWidget& widget, const QPoint& position);
+  /// Grows to the size; extra height goes below the dialog's own controls.
   void growTo(const QSize& wanted);
 
   void accept() override;

@@ -17,8 +17,8 @@ namespace {
 
 constexpr int kIconSize = 24;
 
-/// Shows the program's own icons on its pages as the program itself does: sharp on any screen, in the
-/// colours of the theme. Pictures that are wider than the page are shown smaller.
+/// Renders the program's icons on the pages as the program does: sharp at any scale, in the colors of the
+/// theme. Scales pictures down to the page's width.
 class HelpBrowser final : public QTextBrowser {
  public:
   QVariant loadResource(int type, const QUrl& name) override {
@@ -31,15 +31,15 @@ class HelpBrowser final : public QTextBrowser {
     if (type != QTextDocument::ImageResource) return resource;
     QImage picture;
     if (!picture.loadFromData(resource.toByteArray())) return resource;
-    const int beside = 2 * (frameWidth() + qRound(document()->documentMargin()));
-    const int room = width() - beside - verticalScrollBar()->sizeHint().width();
+    const int margins = 2 * (frameWidth() + qRound(document()->documentMargin()));
+    const int room = width() - margins - verticalScrollBar()->sizeHint().width();
     return picture.width() > room ? picture.scaledToWidth(room, Qt::SmoothTransformation) : picture;
   }
 
  protected:
   void changeEvent(QEvent* event) override {
     QTextBrowser::changeEvent(event);
-    // The icons of the page were drawn for the theme before.
+    // The page's icons have the colors of the previous theme.
     if (event->type() == QEvent::PaletteChange && !source().isEmpty()) reload();
   }
 };
@@ -87,7 +87,7 @@ HelpWindow::HelpWindow() : browser_(new HelpBrowser) {
 void HelpWindow::showPage(const QString& folder, const QString& page) {
   browser_->setSearchPaths({folder});
   contents_ = QUrl::fromLocalFile(folder + u'/' + QStringLiteral("default.html"));
-  show();  // first: the width decides how large pictures may be
+  show();  // show first: the page width limits the pictures
   browser_->setSource(QUrl::fromLocalFile(folder + u'/' + page));
   raise();
   activateWindow();

@@ -6,15 +6,15 @@
 
 namespace kestrel::qt {
 
-/// Shows the pages of one help book, with the way back and forth between them and to the contents, which are
-/// the page "default.html".
+/// Shows the pages of one help book, with buttons for back, forward and the contents, the page
+/// "default.html".
 class HelpWindow final : public QMainWindow {
   Q_OBJECT
 
  public:
   HelpWindow();
 
-  /// Shows a page of the folder; links lead to other pages of it, and out of it to the user's browser.
+  /// Shows a page of the folder; links within the folder open here, others in the user's browser.
   void showPage(const QString& folder, const QString& page);
 
   const QTextBrowser& browser() const { return *browser_; }

@@ -15,7 +15,7 @@ SiteWidget* siteAround(QWidget* widget) {
   return static_cast<SiteWidget*>(widget);
 }
 
-/// The active window if it is a dialog or dock window of an editor, or else the editor in it.
+/// The active window if it is a dialog or dock window of an editor; else the editor in the active window.
 QWidget* activeEditor() {
   QWidget* const window = QApplication::activeWindow();
   if (!window) return nullptr;
@@ -36,7 +36,7 @@ int execModal(QDialog& dialog, OpenCalls& calls) {
   const OpenCalls::Call call(calls);
   const QWidget* const active = QApplication::activeWindow();
   if (!dialog.parentWidget() && active && active != &dialog) {
-    dialog.winId();  // makes the window handle
+    dialog.winId();  // creates the window handle
     dialog.windowHandle()->setTransientParent(active->windowHandle());
   }
   return dialog.exec();

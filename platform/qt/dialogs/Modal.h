@@ -7,16 +7,16 @@
 
 namespace kestrel::qt {
 
-/// What to make the parent of a dialog: the owner's widget, so that the dialog lives and ends with it and not
-/// with the host's window. For an owner of 0 it is the editor that is active. Null if there is none.
+/// The parent for a dialog: the owner's widget, so that the dialog is destroyed with it and not with the
+/// host's window. For an owner of 0 it is the active editor. Null if there is none.
 QWidget* dialogParent(WindowHandle owner);
 
-/// Shows the dialog until the user is done with it, or its owner is destroyed: then it is rejected. The
-/// dialog must not be used by anything that can outlive this call's caller.
+/// Shows the dialog until the user closes it, or until its owner is destroyed, which rejects it. Nothing that
+/// outlives the caller may use the dialog.
 int execModal(QDialog& dialog, OpenCalls& calls);
 
-/// Rejects all dialogs below the widget, the innermost first, and hides its other windows. Calls of
-/// `execModal` return once control is back in their event loops.
+/// Rejects all dialogs that are children of the widget, the innermost first, and hides its other windows.
+/// Calls of `execModal` return once control is back in their event loops.
 void closeWindowsOf(const QWidget& widget);
 
 }  // namespace kestrel::qt

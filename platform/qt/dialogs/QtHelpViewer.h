@@ -10,7 +10,7 @@ namespace kestrel::qt {
 
 class QtHelpViewer final : public HelpViewer {
  public:
-  /// `helpRoot` is the folder that holds a folder of pages for each book.
+  /// `helpRoot` is the folder with one folder of pages per book.
   explicit QtHelpViewer(const QString& helpRoot) : helpRoot_(helpRoot) {}
 
   std::string HelpFile() const override { return helpFile_; }

@@ -16,7 +16,7 @@
 namespace kestrel::qt {
 namespace {
 
-/// Room for a fair number of files with their dates, where the screen has it.
+/// Default size, enough for about a dozen files with their dates, if the screen is large enough.
 constexpr QSize kComfortable(780, 520);
 constexpr double kShareOfScreen = 0.9;
 
@@ -27,7 +27,7 @@ QStringList nameFilters(const std::string& filter) {
   QStringList filters;
   for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
     QStringList patterns = parts[i + 1].split(u';', Qt::SkipEmptyParts);
-    // Here a file without a point in its name is a file like any other.
+    // On this system "*.*" must also match names without a point.
     patterns.replaceInStrings(QStringLiteral("*.*"), QStringLiteral("*"));
     filters += translated(fromQt(parts[i])) + QStringLiteral(" (") + patterns.join(u' ') + u')';
   }
@@ -59,11 +59,11 @@ bool QtImgXDialog::show(bool save) {
   std::int32_t width = dialog.width();
   std::int32_t height = dialog.height();
   {
-    initialising_ = &dialog;
+    initializing_ = &dialog;
     struct End {
       FileDialogWindow*& dialog;
       ~End() { dialog = nullptr; }
-    } const end{initialising_};
+    } const end{initializing_};
     InitDialog(width, height);
   }
   dialog.growTo(QSize(width, height));
@@ -98,10 +98,10 @@ void QtImgXDialog::setUpStart(QFileDialog& dialog) const {
 }
 
 FileDialogWindow& QtImgXDialog::shown() const {
-  if (!initialising_) {
+  if (!initializing_) {
     throw RuntimeError(err::kInvalidCall, "The file dialog can be changed only before it shows.");
   }
-  return *initialising_;
+  return *initializing_;
 }
 
 void QtImgXDialog::GetControlRect(std::int32_t controlId, std::int32_t& left, std::int32_t& top,
@@ -122,7 +122,7 @@ void QtImgXDialog::MoveControl(WindowHandle window, std::int32_t x, std::int32_t
   FileDialogWindow& dialog = shown();
   QWidget* const widget = widgetOf(window);
   if (!widget) throw RuntimeError(err::kInvalidCall, "The window to move into the dialog does not exist.");
-  dialog.takeIn(*widget, QPoint(x, y));
+  dialog.embedWidget(*widget, QPoint(x, y));
 }
 
 }  // namespace kestrel::qt

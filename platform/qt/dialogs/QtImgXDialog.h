@@ -50,8 +50,8 @@ class QtImgXDialog final : public ImgXDialog {
   bool centerOnOwner_ = false;
   std::int32_t filterIndex_ = 0;
   std::int32_t maxFiles_ = 1;
-  QString folder_;                            // where the user was last
-  FileDialogWindow* initialising_ = nullptr;  // while `InitDialog` is being raised
+  QString folder_;                            // the last folder of the user
+  FileDialogWindow* initializing_ = nullptr;  // while `InitDialog` is being raised
 };
 
 /// The entries of a filter string in the toolkit's form: "description (pattern pattern)".

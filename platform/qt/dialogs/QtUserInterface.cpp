@@ -17,7 +17,7 @@ constexpr std::int32_t kButtonBits = 0x0F;
 constexpr std::int32_t kIconBits = 0xF0;
 constexpr std::int32_t kDefaultButtonBits = 0xF00;
 
-/// Can be closed whatever buttons it has, so that none keeps the program from ending.
+/// A message box that can always be closed, with any buttons, so that it never keeps the program from ending.
 class Box final : public QMessageBox {
  public:
   using QMessageBox::QMessageBox;
@@ -31,7 +31,7 @@ class Box final : public QMessageBox {
   }
 };
 
-/// The button sets by number, their buttons in the order in which a default button is counted.
+/// The button sets by number; the order of buttons defines the number of a default button.
 QList<QMessageBox::StandardButton> buttonsOf(std::int32_t style) {
   switch (style & kButtonBits) {
     case 1:

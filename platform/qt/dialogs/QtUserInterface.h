@@ -10,7 +10,7 @@ namespace kestrel::qt {
 
 class QtUserInterface final : public UserInterface {
  public:
-  /// `applicationTitle` heads boxes without a title of their own.
+  /// `applicationTitle` is the title of boxes without one.
   QtUserInterface(std::string applicationTitle, OpenCalls& calls)
       : applicationTitle_(std::move(applicationTitle)), calls_(calls) {}
 

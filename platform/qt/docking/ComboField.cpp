@@ -50,7 +50,7 @@ void ComboField::refresh() {
   setEditText(text);
   setEnabled(command_.Enabled());
 
-  // The layout's width is the least; a large font or wide arrow may need more.
+  // The layout's width is the minimum; a large font or wide arrow may need more.
   int widest = fontMetrics().horizontalAdvance(QStringLiteral("00.0:1"));
   for (int i = 0; i < count(); ++i) widest = std::max(widest, fontMetrics().horizontalAdvance(itemText(i)));
   QStyleOptionComboBox option;
@@ -75,7 +75,7 @@ void ComboField::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_Escape:
       refresh();
       leave();
-      SiteWidget::handOn(*this, *event);
+      SiteWidget::forwardKey(*this, *event);
       break;
     default:
       QComboBox::keyPressEvent(event);

@@ -7,15 +7,15 @@
 
 namespace kestrel::qt {
 
-/// The field of a combo command: its lines to choose from, and any text to type. Enter confirms what was
-/// typed; Escape, or going elsewhere, brings the present text back. Both give the focus back to where it was.
+/// The field of a combo command: a list of lines and free text. Enter confirms the typed text; Escape, or
+/// losing the focus, restores the current text. Both return the focus to the previous widget.
 class ComboField final : public QComboBox {
   Q_OBJECT
 
  public:
   ComboField(docking::MoorageModel& suite, docking::CommandModel& command);
 
-  /// Shows the model's lines and text anew.
+  /// Updates lines and text from the model.
   void refresh();
 
  protected:
@@ -29,7 +29,7 @@ class ComboField final : public QComboBox {
 
   docking::MoorageModel& suite_;
   docking::CommandModel& command_;
-  QPointer<QWidget> before_;  // had the focus before
+  QPointer<QWidget> before_;  // previous focus widget
 };
 
 }  // namespace kestrel::qt

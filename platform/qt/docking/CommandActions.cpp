@@ -12,7 +12,7 @@
 namespace kestrel::qt {
 namespace {
 
-/// A line of a list with an access key of its own: "&1 name" to "&9 name", then without.
+/// A line of a list with an access key: "&1 name" to "&9 name", further ones without.
 QString numbered(std::int32_t number, const QString& text) {
   QString plain = text;
   plain.replace(u'&', QStringLiteral("&&"));
@@ -53,7 +53,7 @@ void CommandActions::makeAction(docking::CommandModel& command) {
   connect(action, &QAction::hovered, this,
           [this, &command] { guarded([&] { suite_.highlight(&command); }); });
   connect(action, &QAction::triggered, this, [this, &command] {
-    refresh(command);  // the pressed state is the model's, not the toolkit's
+    refresh(command);  // the model decides the pressed state
     guarded([&] { suite_.click(command); });
   });
   refresh(command);
@@ -97,7 +97,7 @@ void CommandActions::refresh(docking::CommandModel& command) {
 }
 
 bool CommandActions::eventFilter(QObject* /*watched*/, QEvent* event) {
-  // A menu that a bar opens takes the keyboard too; what it highlights stays.
+  // A menu opened by a bar takes the keyboard focus too; its highlight must stay.
   const bool left =
       event->type() == QEvent::Leave || (event->type() == QEvent::FocusOut &&
                                          static_cast<QFocusEvent*>(event)->reason() != Qt::PopupFocusReason);

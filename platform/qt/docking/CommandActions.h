@@ -9,8 +9,8 @@
 
 namespace kestrel::qt {
 
-/// The toolkit's actions for the commands of a suite, one each, and the menus they open. They show what the
-/// models say and hand on what the user does; they never change a model's state by themselves.
+/// The toolkit's actions and menus for the commands of a suite. They display the models and pass on user
+/// input; they never change a model's state themselves.
 class CommandActions final : public QObject {
   Q_OBJECT
 
@@ -25,10 +25,11 @@ class CommandActions final : public QObject {
 
   void closeMenus();
 
-  /// Brings the action into line with its command.
+  /// Updates the action from its command.
   void refresh(docking::CommandModel& command);
 
-  /// For the widgets that show actions: without it a command stays highlighted when they are left.
+  /// Event filter for the widgets that show actions: without it a command stays highlighted after the pointer
+  /// leaves.
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
@@ -42,7 +43,7 @@ class CommandActions final : public QObject {
   std::map<const docking::CommandModel*, QMenu*> menus_;
 };
 
-/// The first hot key of a command as menus show it, empty if it has none.
+/// The text of a command's first hot key in menus, empty if it has none.
 QString hotKeyTextOf(docking::CommandModel& command);
 
 }  // namespace kestrel::qt

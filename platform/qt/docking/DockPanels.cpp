@@ -11,7 +11,7 @@
 namespace kestrel::qt {
 namespace {
 
-/// Leaves it to the model whether it closes.
+/// The model decides whether it closes.
 class Panel final : public QDockWidget {
  public:
   Panel(docking::DockWindowModel& model, QWidget* parent) : QDockWidget(parent), model_(model) {
@@ -27,17 +27,17 @@ class Panel final : public QDockWidget {
 
   void keyPressEvent(QKeyEvent* event) override {
     QDockWidget::keyPressEvent(event);
-    // The toolkit ends a key's way at each window.
+    // The toolkit does not propagate keys beyond a window.
     if (!isWindow()) return;
     event->accept();
-    SiteWidget::handOn(*this, *event);
+    SiteWidget::forwardKey(*this, *event);
   }
 
  private:
   docking::DockWindowModel& model_;
 };
 
-/// More than any screen has: takes what the others leave.
+/// Larger than any screen: takes the remaining length.
 constexpr int kAnyLength = 4000;
 
 Qt::DockWidgetArea areaOf(docking::Edge edge) {
@@ -73,8 +73,8 @@ void DockPanels::attach(docking::DockWindowModel& window, DockableForm& form) {
   shareRoom(window.edge());
 }
 
-/// At first each panel across an edge is as large as the layout says, and along the edge as large as it
-/// wants to be; those that are content with any size share the rest.
+/// Initial sizes: across an edge the size in the layout, along the edge each panel's preferred size; panels
+/// without a preference share the rest.
 void DockPanels::shareRoom(docking::Edge edge) {
   const bool upright = edge == docking::Edge::Left || edge == docking::Edge::Right;
   QList<QDockWidget*> panels;

@@ -9,7 +9,7 @@
 
 namespace kestrel::qt {
 
-/// The dock windows of a suite. One with nothing attached to it stays hidden.
+/// The dock windows of a suite. A dock window without an attached form stays hidden.
 class DockPanels final : public QObject {
   Q_OBJECT
 

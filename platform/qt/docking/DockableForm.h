@@ -4,11 +4,10 @@
 
 namespace kestrel::qt {
 
-/// What a form must be able to do to be shown in a dock window.
+/// Interface of a form that can be shown in a dock window.
 class DockableForm {
  public:
-  /// Puts the form's window into the layout of another widget, which shows it from now on. The window stays
-  /// the form's.
+  /// Embeds the form's window in the layout of another widget. The form still owns the window.
   virtual void embedIn(QWidget& host) = 0;
 
  protected:

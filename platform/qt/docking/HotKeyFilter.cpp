@@ -18,12 +18,12 @@ namespace {
 
 bool takesText(const QWidget& widget) {
   if (widget.testAttribute(Qt::WA_InputMethodEnabled)) return true;
-  // These have texts to copy from even while they cannot be written in.
+  // Read-only text widgets too: text can be copied from them.
   return qobject_cast<const QLineEdit*>(&widget) || qobject_cast<const QTextEdit*>(&widget) ||
          qobject_cast<const QPlainTextEdit*>(&widget) || qobject_cast<const QAbstractSpinBox*>(&widget);
 }
 
-/// Keys that write or edit a text, or move in it.
+/// Keys that type or edit text, or move the text cursor.
 bool editsText(const QKeyEvent& event) {
   static constexpr std::array kEditing = {QKeySequence::Copy, QKeySequence::Cut,  QKeySequence::Paste,
                                           QKeySequence::Undo, QKeySequence::Redo, QKeySequence::SelectAll};
@@ -63,7 +63,7 @@ bool HotKeyFilter::fillsItsWindow() const {
 bool HotKeyFilter::eventFilter(QObject* watched, QEvent* event) {
   const bool claims = event->type() == QEvent::ShortcutOverride;
   if ((!claims && event->type() != QEvent::KeyPress) || !watched->isWidgetType()) return false;
-  // An unused key wanders on to the parents; it is asked about once, where it arrives.
+  // An unhandled key propagates to the parents; handle it only at the focus widget.
   const QWidget* const focus = QApplication::focusWidget();
   const auto& widget = *static_cast<QWidget*>(watched);
   if (focus ? &widget != focus : !widget.isWindow()) return false;

@@ -7,15 +7,15 @@
 
 namespace kestrel::qt {
 
-/// Hands the keys that go down in the control's own widgets, its floating dock windows included, to the suite
-/// before the focused widget gets them, and before the shortcuts of the host; but never those with which a
-/// text is written. Keys of all other widgets are none of the suite's. Those that go to the window itself, as
-/// no widget in it has the focus, belong to a control that fills the window.
+/// Passes keys pressed in the control's own widgets, including its floating dock windows, to the suite before
+/// the focused widget and the host's shortcuts get them; except keys that edit text. Keys of other widgets
+/// are ignored. Keys sent to the window itself, because no widget in it has the focus, belong to a control
+/// that fills the window.
 class HotKeyFilter final : public QObject {
   Q_OBJECT
 
  public:
-  /// `control` is the widget of the whole control, with the suite in it.
+  /// `control` is the widget of the whole control, which contains the suite.
   HotKeyFilter(docking::MoorageModel& suite, const QWidget& control);
 
  protected:

@@ -5,19 +5,19 @@
 
 namespace kestrel::qt {
 
-/// The frame of the docking suite inside its container: bars around a client area that stays empty, since
-/// what is shown there stands beside the suite and not in it.
+/// The window of the docking suite inside its container: bars around an empty client area. The content is a
+/// sibling of the suite above that area.
 class MoorageWindow final : public QMainWindow {
   Q_OBJECT
 
  public:
-  /// The parent is the widget of the whole control.
+  /// `parent` is the widget of the whole control.
   explicit MoorageWindow(QWidget* parent);
 
-  /// What the bars and docked windows leave free, in this widget's pixels.
+  /// The area that the bars and docked windows leave free, in this widget's pixels.
   QRect clientArea();
 
-  /// Fills the menu that the bars open on a right click.
+  /// Fills the context menu of the bars.
   std::function<void(QMenu&)> fillBarMenu;
 
   QMenu* createPopupMenu() override;

@@ -33,7 +33,7 @@ PanelField::PanelField(docking::CommandModel& command, const QIcon& icon)
     text_->hide();
   }
   if (command_.spring()) {
-    // A long message is cut rather than widening the window.
+    // A long message is clipped and does not widen the window.
     text_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   }
   const QString name =
@@ -55,8 +55,8 @@ void PanelField::refresh() {
     if (changed && isVisible()) repaint();
     return;
   }
-  // The layout's width is the least. A panel that had to grow keeps its width, so that its neighbours stand
-  // still while its text changes.
+  // The layout's width is the minimum. A panel that had to grow keeps its width, so that its neighbors do not
+  // move when its text changes.
   const int needed = layout()->sizeHint().width();
   setFixedWidth(std::max({command_.width(), needed, minimumWidth()}));
 }

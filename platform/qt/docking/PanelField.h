@@ -15,8 +15,8 @@ class PanelField final : public QWidget {
  public:
   PanelField(docking::CommandModel& command, const QIcon& icon);
 
-  /// A new text of the spring panel is on the screen when this returns: the work that it announces may keep
-  /// the program from painting for long.
+  /// Updates from the model. A new text of the spring panel is painted before this returns: the work that it
+  /// announces may block painting for long.
   void refresh();
 
   QString text() const { return text_->text(); }

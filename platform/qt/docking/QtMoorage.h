@@ -14,10 +14,10 @@
 
 namespace kestrel::qt {
 
-/// The docking suite on the desktop: shows the models and hands on what the user does.
+/// The docking suite on the desktop: displays the models and passes on user input.
 class QtMoorage final : public WidgetControl<docking::MoorageModel> {
  public:
-  /// The window was made for this suite and outlives it.
+  /// `window` belongs to this suite and outlives it.
   QtMoorage(MoorageWindow& window, ControlId id, const docking::StoredLayout& layout);
   ~QtMoorage() override;
 

@@ -14,7 +14,7 @@ class StatusPanels final : public QObject {
   Q_OBJECT
 
  public:
-  /// Fills the bar with the panels of the suite's status bar; without one it stays empty and hidden.
+  /// Fills the bar with the panels of the suite's status bar; without one the bar stays hidden.
   StatusPanels(docking::MoorageModel& suite, const CommandActions& actions, QStatusBar& bar);
 
   void refresh(docking::CommandBarModel& bar);

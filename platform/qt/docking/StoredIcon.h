@@ -6,7 +6,7 @@
 
 namespace kestrel::qt {
 
-/// The picture of the image that the layout holds, without its transparent colour.
+/// The stored image of a layout, with its transparent color masked out.
 QIcon storedIcon(const docking::StoredImage& image);
 
 }  // namespace kestrel::qt

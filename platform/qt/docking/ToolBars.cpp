@@ -63,7 +63,7 @@ ToolBars::ToolBars(docking::MoorageModel& suite, CommandActions& actions, QMainW
   refreshStyle();
 }
 
-// The bars themselves are the window's; their fields know the suite and go with it.
+// The window owns the bars; their fields refer to the suite and are destroyed here.
 ToolBars::~ToolBars() {
   for (const auto& [command, action] : combos_) delete action;
 }

@@ -18,12 +18,12 @@ class ToolBars final : public QObject {
   ToolBars(docking::MoorageModel& suite, CommandActions& actions, QMainWindow& window);
   ~ToolBars() override;
 
-  /// Null for a bar that is no tool bar.
+  /// Null if the bar is not a tool bar.
   QToolBar* find(docking::CommandBarModel& bar) const;
 
-  /// Brings a bar into line with its model; a bar that is not a tool bar is left alone.
+  /// Updates a bar from its model; ignores a bar that is not a tool bar.
   void refresh(docking::CommandBarModel& bar);
-  /// The same for all bars that show the command.
+  /// Updates all bars that show the command.
   void refresh(docking::CommandModel& command);
   void refreshStyle();
 

@@ -37,7 +37,7 @@ struct Attachment {
 }  // namespace
 
 struct Component::Inside {
-  /// The one of this thread, made if there is none.
+  /// The attachment of this thread, created if there is none.
   static std::shared_ptr<Inside> ofThread() {
     thread_local std::weak_ptr<Inside> present;
     std::shared_ptr<Inside> inside = present.lock();

@@ -10,9 +10,10 @@ namespace kestrel::qt {
 
 class RetiredEditors;
 
-/// The component inside a host program: the desktop's platform, and the start and the end of what the editors
-/// of this thread share. A host makes one on its main thread, after its application object and before any
-/// editor, and lets it outlive them. All components of a thread are the same one, which ends with the last.
+/// The component inside a host program: the desktop's platform, and the state shared by the editors of this
+/// thread. A host creates one on its main thread, after its application object and before any editor, and
+/// keeps it until after the last editor. All Component objects of a thread share one state, which ends with
+/// the last of them.
 class Component {
  public:
   Component();

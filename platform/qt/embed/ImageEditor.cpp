@@ -11,14 +11,14 @@
 
 namespace kestrel::qt {
 
-/// All that must outlast the calls of the control that are under way when the host destroys the widget.
+/// The part that outlives calls of the control in progress when the host destroys the widget.
 struct ImageEditor::Inside final : QObject {
   explicit Inside(engine::ClipboardPort& clipboard)
       : widget(std::make_unique<EditorWidget>()),
         site(*widget, "Processing", true, clipboard),
         control(site) {}
 
-  /// Leaves the host: ends the control's events and closes its windows.
+  /// Detaches from the host: ends the control's events and closes its windows.
   void retire() {
     site.propertyChanged = nullptr;
     control.Retire();

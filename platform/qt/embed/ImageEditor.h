@@ -8,20 +8,20 @@
 
 namespace kestrel::qt {
 
-/// The image editor as a widget, to be put into any window or layout.
+/// The image editor as a widget for any window or layout.
 ///
-/// The host calls `control().Initialize()` once, and from then on whatever it wants of the control.
+/// The host calls `control().Initialize()` once and then uses the control.
 ///
-/// The host may destroy the widget, or the window it is in, at any moment: in every event of the control, in
-/// the calls of its sink, and while a dialog of the editor is open. After the destructor no event is raised
-/// and nothing of the host's is used. Open dialogs close, and the member that showed one returns as if the
-/// user had cancelled it.
+/// The host may destroy the widget, or its window, at any time: in every event of the control, in the calls
+/// of its sink, and while a dialog of the editor is open. After the destructor no event is raised and no
+/// object of the host is used. Open dialogs close, and the member that showed one returns as if the user had
+/// canceled it.
 class ImageEditor final : public QWidget {
   Q_OBJECT
 
  public:
-  /// A new control, or one with the properties that the host had stored. Raises RuntimeError 321 if the
-  /// stored layout in the program is damaged.
+  /// A new control, or one with the host's stored properties. Raises RuntimeError 321 if the stored layout in
+  /// the program is damaged.
   explicit ImageEditor(Component& component, const PropertyBag* stored = nullptr, QWidget* parent = nullptr);
   ~ImageEditor() override;
 
@@ -31,7 +31,7 @@ class ImageEditor final : public QWidget {
   void save(PropertyBag& bag);
 
  Q_SIGNALS:
-  /// The control's property of that name has another value now: a host that stores properties calls `save`.
+  /// A property of the control has changed: a host that stores properties calls `save`.
   void propertyChanged(const QString& name);
 
  private:

@@ -11,7 +11,7 @@ void RetiredEditors::take(std::unique_ptr<QObject> inside) {
 }
 
 void RetiredEditors::release() {
-  // The toolkit keeps them until control is back in the event loop that called the present frames.
+  // The toolkit deletes them when control is back in the event loop below the current frames.
   for (QObject* inside : kept_.children()) inside->deleteLater();
 }
 

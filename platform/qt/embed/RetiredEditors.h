@@ -7,12 +7,11 @@
 
 namespace kestrel::qt {
 
-/// Keeps the insides of editors that their hosts have destroyed until no frame on the stack can use them:
-/// until all calls to hosts and users have returned, and the members that made them have returned to the
-/// event loop.
+/// Keeps the implementations of destroyed editors until no stack frame can use them: until all calls to hosts
+/// and users have returned, and the members that made them have returned to the event loop.
 class RetiredEditors {
  public:
-  /// The calls must outlive this.
+  /// `calls` must outlive this object.
   explicit RetiredEditors(OpenCalls& calls);
 
   void take(std::unique_ptr<QObject> inside);

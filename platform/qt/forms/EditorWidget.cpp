@@ -7,7 +7,7 @@
 
 namespace kestrel::qt {
 
-void EditorWidget::furnish(QtSite& site, engine::ClipboardPort& clipboard) {
+void EditorWidget::populate(QtSite& site, engine::ClipboardPort& clipboard) {
   site_ = &site;
   auto* const bars = new MoorageWindow(this);
   auto moorage =
@@ -15,7 +15,7 @@ void EditorWidget::furnish(QtSite& site, engine::ClipboardPort& clipboard) {
   moorage_ = moorage.get();
   site.add(std::move(moorage));
 
-  // Made later, so that it lies over the client area that the bars leave free.
+  // Created after the suite, so that it is above the client area.
   auto* const surface = new ImageSurface(this);
   auto view = std::make_unique<QtImageView>(*surface, ControlId{"igxImage"}, clipboard);
   view_ = view.get();

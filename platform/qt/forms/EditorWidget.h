@@ -8,8 +8,8 @@ namespace kestrel::qt {
 class QtImageView;
 class QtMoorage;
 
-/// The window of an image editor, for a host to put into a window of its own: the docking suite "mrgUI" and
-/// the image view "igxImage".
+/// The widget of an image editor, for a host's window: the docking suite "mrgUI" and the image view
+/// "igxImage".
 class EditorWidget final : public SiteWidget {
   Q_OBJECT
 
@@ -17,9 +17,9 @@ class EditorWidget final : public SiteWidget {
   using SiteWidget::SiteWidget;
 
   /// Raises RuntimeError 321 for a damaged stored layout.
-  void furnish(QtSite& site, engine::ClipboardPort& clipboard) override;
+  void populate(QtSite& site, engine::ClipboardPort& clipboard) override;
 
-  /// Null before it is furnished.
+  /// Null before `populate`.
   QtSite* site() const { return site_; }
   QtMoorage* moorage() const { return moorage_; }
   QtImageView* view() const { return view_; }
@@ -28,7 +28,7 @@ class EditorWidget final : public SiteWidget {
 
  private:
   QtSite* site_ = nullptr;
-  // The site's.
+  // Owned by the site
   QtMoorage* moorage_ = nullptr;
   QtImageView* view_ = nullptr;
 };

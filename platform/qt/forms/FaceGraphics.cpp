@@ -10,14 +10,14 @@
 namespace kestrel::qt {
 namespace {
 
-/// Farther out than any face reaches, and near enough for whole numbers of device pixels.
+/// Coordinate limit: larger than any window, small enough for integer device pixels.
 constexpr std::int32_t kFarthest = 1 << 24;
 
 struct Span {
   int first, last;
 };
 
-/// What lies between two positions, both included, in device pixels.
+/// The device pixels from one position to another, both included.
 Span deviceSpan(std::int32_t one, std::int32_t other, double factor) {
   const std::int32_t least = std::clamp(std::min(one, other), -kFarthest, kFarthest);
   const std::int32_t most = std::clamp(std::max(one, other), -kFarthest, kFarthest);
@@ -47,7 +47,7 @@ void FaceGraphics::PaintPicture(const Picture& picture, const Rectangle& destina
   painter.fillRect(target, Qt::transparent);
   if (ground_) painter.fillRect(target, QBrush(lentImage(ground_->Pixels())));
   const QRect cut(source.Left, source.Top, source.Width, source.Height);
-  // The toolkit would take an empty rectangle for the whole picture.
+  // The toolkit interprets an empty rectangle as the whole picture.
   if (!target.isEmpty() && !cut.isEmpty()) {
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
     painter.drawImage(target, lentImage(picture.Pixels()), cut);
@@ -66,7 +66,7 @@ void FaceGraphics::DrawBox(std::int32_t left, std::int32_t top, std::int32_t rig
   const QRegion outline = QRegion(box) - QRegion(inside);
 
   QPainter painter(&window_.face());
-  // The difference to white is the opposite colour, and twice the opposite is the first again.
+  // The difference to white inverts a color; applied twice, it restores it.
   const bool inverts = drawMode_ == kDrawInvert;
   if (inverts) painter.setCompositionMode(QPainter::CompositionMode_Difference);
   for (const QRect& part : outline) painter.fillRect(part, inverts ? QColor(Qt::white) : toColor(color));

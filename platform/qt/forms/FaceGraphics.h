@@ -5,7 +5,7 @@
 
 namespace kestrel::qt {
 
-/// Draws on the face of a form's window, in the window's own pixels, as sharp as the screen can show them.
+/// Draws on the surface of a form's window, in logical pixels at device resolution.
 class FaceGraphics final : public Graphics {
  public:
   explicit FaceGraphics(FormWindow& window) : window_(window) {}

@@ -19,16 +19,16 @@ std::unique_ptr<Control> wrap(QWidget& widget, engine::ClipboardPort& clipboard)
 void FormControls::addAll(QWidget& root, engine::ClipboardPort& clipboard) {
   for (QWidget* child : root.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
     std::unique_ptr<Control> control = child->objectName().isEmpty() ? nullptr : wrap(*child, clipboard);
-    // The parts of a composite widget are its own affair; only frames hold controls of the form.
+    // The children of a composite widget are internal; only frames contain controls of the form.
     const bool isContainer = !control || dynamic_cast<Frame*>(control.get()) != nullptr;
     if (control) controls_.add(std::move(control));
     if (isContainer) addAll(*child, clipboard);
   }
 }
 
-void FormControls::initialiseSites() {
+void FormControls::initializeSites() {
   for (const auto& [id, control] : controls_.all()) {
-    if (auto* const site = dynamic_cast<QtSite*>(control.get())) site->initialise();
+    if (auto* const site = dynamic_cast<QtSite*>(control.get())) site->initialize();
   }
 }
 

@@ -12,17 +12,15 @@ class ClipboardPort;
 
 namespace kestrel::qt {
 
-/// The controls of a form, made over its widgets: those of the toolkit and those of our own, which have
-/// sites.
+/// The controls of a form: those on the toolkit's widgets, and our own, which have sites.
 class FormControls {
  public:
-  /// Adds a control for each widget below `root` whose class is one of the controls'. A widget without an
-  /// object name gets none.
+  /// Adds a control for each widget below `root` with an object name and a known class.
   void addAll(QWidget& root, engine::ClipboardPort& clipboard);
   void clear() { controls_.clear(); }
 
-  /// Starts the sites of our own controls on the form; see `QtSite::initialise`.
-  void initialiseSites();
+  /// Initializes the sites of our own controls on the form; see `QtSite::initialize`.
+  void initializeSites();
 
   /// Null if there is none.
   Control* find(std::string_view name, std::int32_t index) const { return controls_.find(name, index); }

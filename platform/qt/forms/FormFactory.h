@@ -7,7 +7,7 @@
 
 namespace kestrel::qt {
 
-/// The window of that name as its .ui file describes it; null for a name that has no form.
+/// The window built from the .ui file of that name; null if there is none.
 std::unique_ptr<FormWindow> buildForm(const std::string& name);
 
 }  // namespace kestrel::qt

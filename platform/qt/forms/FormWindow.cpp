@@ -27,7 +27,7 @@ QImage& FormWindow::face() {
 }
 
 void FormWindow::closeEvent(QCloseEvent* event) {
-  // The owner hides the window where it lets it go. Refusing the event for a hidden window would keep the
+  // The owner hides the window to accept the close. Ignoring the event for a hidden window would keep the
   // program from ending.
   const QPointer<FormWindow> self = this;
   if (const auto notify = closing) notify();
@@ -59,7 +59,7 @@ void FormWindow::paintEvent(QPaintEvent* /*event*/) {
 void FormWindow::keyPressEvent(QKeyEvent* event) {
   const KeyStroke stroke = keyStrokeOf(*event);
   if (stroke.keyCode != 0) Q_EMIT keyPressed(stroke.keyCode, stroke.shift);
-  // Inside another window Escape closes nothing here, and belongs to whoever is above.
+  // An embedded form does not close on Escape; the key propagates to the parent.
   mainWindow_ || !isWindow() ? QWidget::keyPressEvent(event) : QDialog::keyPressEvent(event);
 }
 

@@ -6,22 +6,21 @@
 
 namespace kestrel::qt {
 
-/// The widget of a form: tells of what happens to the window, and keeps what is drawn on its face.
+/// The widget of a form: signals window events, and retains the drawing of its surface.
 class FormWindow : public QDialog {
   Q_OBJECT
 
  public:
   explicit FormWindow(QWidget* parent = nullptr);
 
-  /// After the .ui file has filled the window: a form with the property `mainWindow` becomes a window with
-  /// all buttons on its frame, which no key closes.
+  /// Call after the .ui file has filled the window: a form with the property `mainWindow` becomes a window
+  /// with all title bar buttons, which no key closes.
   void finishSetUp();
 
-  /// Called where the user asks to close the window, which stays unless this hides it.
+  /// Called when the user asks to close the window, which stays unless this hides it.
   std::function<void()> closing;
 
-  /// The drawing of the window's face, as large as the window in device pixels, transparent where nothing is
-  /// drawn.
+  /// The retained drawing of the window, in device pixels, transparent where nothing is drawn.
   QImage& face();
 
  Q_SIGNALS:

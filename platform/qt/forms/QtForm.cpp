@@ -60,9 +60,9 @@ void QtForm::load() {
   if (loaded_) return;
   loaded_ = true;
   activated_ = false;
-  if (!initialised_) {
-    initialised_ = true;
-    controls_.initialiseSites();
+  if (!initialized_) {
+    initialized_ = true;
+    controls_.initializeSites();
   }
   Load();
 }
@@ -71,13 +71,13 @@ void QtForm::Show(bool modal, Control* owner) {
   load();
   if (modal) {
     QWidget* const parent = dialogParent(owner ? owner->hWnd() : 0);
-    // The toolkit may still take this window, hidden a moment ago, for the active one.
+    // The toolkit may still consider this recently hidden window the active one.
     const bool within = parent == window_.data() || window_->isAncestorOf(parent);
     if (!within && window_->isWindow()) {
       window_->setParent(parent, window_->windowFlags());
     }
     execModal(*window_, calls_);
-    // Its owner may be gone before the form is.
+    // The owner may be destroyed before the form.
     window_->setParent(nullptr, window_->windowFlags());
   } else {
     window_->show();

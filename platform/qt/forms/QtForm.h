@@ -15,10 +15,10 @@
 
 namespace kestrel::qt {
 
-/// A form over its window.
+/// A form of the contract on its window.
 class QtForm final : public WidgetControl<Form>, public DockableForm {
  public:
-  /// The clipboard, of the image views on the form, and the calls must outlive it.
+  /// `clipboard`, used by image views on the form, and `calls` must outlive the form.
   QtForm(std::unique_ptr<FormWindow> window, const std::string& name, engine::ClipboardPort& clipboard,
          OpenCalls& calls);
   ~QtForm() override;
@@ -58,13 +58,13 @@ class QtForm final : public WidgetControl<Form>, public DockableForm {
   void load();
   void unload(std::int32_t reason);
 
-  // A host that shows the window takes it along when it dies.
+  // A widget that embeds the window destroys it with itself.
   QPointer<FormWindow> window_;
   FormControls controls_;
   FaceGraphics graphics_;
   OpenCalls& calls_;
   WindowPlacement placement_;
-  bool initialised_ = false;
+  bool initialized_ = false;
   bool loaded_ = false;
   bool activated_ = false;
 };

@@ -19,7 +19,7 @@ void WindowPlacement::place(const QRect& client) {
 }
 
 bool WindowPlacement::eventFilter(QObject* /*watched*/, QEvent* event) {
-  // The first painting comes after the window manager has taken the window in.
+  // The first paint event comes after the window manager has mapped the window.
   if (wanted_ && event->type() == QEvent::Paint) QTimer::singleShot(0, this, [this] { settle(); });
   return false;
 }

@@ -7,14 +7,14 @@
 
 namespace kestrel::qt {
 
-/// Places the client area of a top-level window, whatever frame the window manager will put around it.
+/// Places the client area of a top-level window for any frame of the window manager.
 ///
-/// Window managers differ in what they make of the position of a window that is not shown yet: some put the
-/// frame there, some the client area, some choose another place. So a window that was placed before it was
-/// shown is placed once more when its frame is known, and then moved onto the screen, title bar included.
+/// Window managers interpret the position of a window that is not shown yet differently: as the frame's, as
+/// the client area's, or not at all. So a window placed before it was shown is placed again when its frame is
+/// known, and moved onto the screen, title bar included.
 class WindowPlacement final : public QObject {
  public:
-  /// The window is lent.
+  /// The window is not owned.
   explicit WindowPlacement(QWidget& window);
 
   void place(const QRect& client);
@@ -25,7 +25,7 @@ class WindowPlacement final : public QObject {
   void settle();
 
   QWidget& window_;
-  std::optional<QRect> wanted_;  ///< where the window is to be once it has its frame
+  std::optional<QRect> wanted_;  ///< target once the frame is known
 };
 
 }  // namespace kestrel::qt

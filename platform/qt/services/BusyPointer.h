@@ -4,15 +4,15 @@
 
 namespace kestrel::qt {
 
-/// The busy pointer over all of the application's windows. Setting it again replaces it, 0 takes it away:
-/// one reset ends a busy phase, however often it was announced.
+/// The busy pointer over all of the application's windows. Setting it again replaces it, 0 removes it: one
+/// reset ends a busy phase, regardless of the number of sets.
 class BusyPointer {
  public:
   static void set(std::int32_t pointer);
   static std::int32_t current();
 };
 
-/// Shows the ordinary pointer while the user is asked something in the middle of a busy phase.
+/// RAII: shows the default pointer while the user is asked something during a busy phase.
 class [[nodiscard]] BusyPause {
  public:
   BusyPause();

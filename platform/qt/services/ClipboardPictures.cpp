@@ -9,7 +9,7 @@ namespace {
 
 const QString kPng = QStringLiteral("image/png");
 const QString kBitmap = QStringLiteral("image/bmp");
-// What the toolkit itself asks for when it wants an image.
+// The format that the toolkit requests for an image.
 const QString kToolkitImage = QStringLiteral("application/x-qt-image");
 
 QByteArray encoded(const QImage& picture, const char* format) {
@@ -45,7 +45,7 @@ bool PictureMimeData::hasFormat(const QString& format) const { return formats().
 QVariant PictureMimeData::retrieveData(const QString& format, QMetaType /*type*/) const {
   if (format == kPng) return encoded(picture_, "PNG");
   if (format == kBitmap) {
-    // A bitmap knows no transparency that others would read: what is transparent becomes white.
+    // Readers ignore transparency in a bitmap: flatten it on white.
     QImage opaque(picture_.size(), QImage::Format_RGB32);
     opaque.fill(Qt::white);
     QPainter(&opaque).drawImage(0, 0, picture_);

@@ -5,13 +5,14 @@
 
 namespace kestrel::qt {
 
-/// Whether the data holds a bitmap. Texts and lists of files are none, even those that name pictures.
+/// Whether the data holds a bitmap. Texts and file lists do not count, even if they name pictures.
 bool holdsPicture(const QMimeData& data);
 
-/// The bitmap of the data, PNG first since it keeps transparency; null if there is none or it is damaged.
+/// The bitmap of the data, preferably PNG since it keeps transparency; null if there is none or it cannot be
+/// decoded.
 QImage pictureOf(const QMimeData& data);
 
-/// Offers a picture as PNG and as bitmap; it is encoded only when somebody asks for it.
+/// Offers a picture as PNG and as bitmap; encodes it on request.
 class PictureMimeData final : public QMimeData {
   Q_OBJECT
 

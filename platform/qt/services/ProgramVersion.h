@@ -5,7 +5,7 @@
 
 namespace kestrel::qt {
 
-/// What the program tells of itself, besides what the running process knows.
+/// Title and version of the program.
 struct ProgramVersion {
   std::string title;
   std::int32_t major = 0;

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::int32_t kClipboardUnreadable = 521;
 
-/// The bitmap's own pixels as an image, which keeps them alive.
+/// The bitmap's pixels as an image, which shares and keeps them.
 QImage sharedImage(const engine::Bitmap& bitmap) {
   auto kept = std::make_unique<engine::Bitmap>(bitmap);
   const engine::ConstPixels pixels = kept->pixels();

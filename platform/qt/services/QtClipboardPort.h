@@ -4,7 +4,7 @@
 
 namespace kestrel::qt {
 
-/// The desktop's clipboard as the engine reaches it.
+/// The desktop's clipboard for the engine.
 class QtClipboardPort final : public engine::ClipboardPort {
  public:
   void offer(const engine::Bitmap& bitmap) override;

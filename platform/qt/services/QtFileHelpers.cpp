@@ -9,20 +9,20 @@
 namespace kestrel::qt {
 namespace {
 
-/// Copies beside the target first, so that a copy that fails loses nothing that was there.
+/// Copies to a temporary file in the target's folder first, so that a failed copy loses nothing.
 bool copyFile(const QString& from, const QString& to) {
-  const QString beside = to + QStringLiteral(".part");
-  QFile::remove(beside);
-  if (!QFile::copy(from, beside)) return false;
+  const QString partial = to + QStringLiteral(".part");
+  QFile::remove(partial);
+  if (!QFile::copy(from, partial)) return false;
   if (QFile::exists(to) && !QFile::remove(to)) {
-    QFile::remove(beside);
+    QFile::remove(partial);
     return false;
   }
-  return QFile::rename(beside, to);
+  return QFile::rename(partial, to);
 }
 
 bool moveFile(const QString& from, const QString& to) {
-  // Across file systems a move is a copy; the source goes only once that is whole.
+  // Across file systems a move copies; the source is deleted after the copy is complete.
   if (!QFile::exists(to) && QFile::rename(from, to)) return true;
   return copyFile(from, to) && QFile::remove(from);
 }
@@ -52,7 +52,7 @@ bool QtFileHelpers::forEach(const std::string& buffer, const char* failure,
 
 QtFileHelpers::Answer QtFileHelpers::mayReplace(const QString& target) {
   if (!QFile::exists(target)) return Answer::kGoOn;
-  const QString question = translated("The file \"%1\" exists already. Do you want to replace it?")
+  const QString question = translated("The file \"%1\" already exists. Do you want to replace it?")
                                .arg(QDir::toNativeSeparators(target));
   switch (boxes_.MessageBox(fromQt(question), kBoxYesNoCancel + kBoxQuestion)) {
     case kAnswerYes:
@@ -64,8 +64,8 @@ QtFileHelpers::Answer QtFileHelpers::mayReplace(const QString& target) {
   }
 }
 
-bool QtFileHelpers::carryFiles(const std::string& buffer, const std::string& folder, const char* failure,
-                               bool (*carry)(const QString&, const QString&)) {
+bool QtFileHelpers::transferFiles(const std::string& buffer, const std::string& folder, const char* failure,
+                                  bool (*carry)(const QString&, const QString&)) {
   const QDir targetFolder(toQt(folder));
   bool skipped = false;
   bool stopped = false;
@@ -87,12 +87,12 @@ bool QtFileHelpers::carryFiles(const std::string& buffer, const std::string& fol
 
 bool QtFileHelpers::CopyFiles(const std::string& Buffer, const std::string& Folder, std::int32_t /*Flags*/,
                               Form* /*Owner*/) {
-  return carryFiles(Buffer, Folder, "Unable to copy \"%1\": %2", &copyFile);
+  return transferFiles(Buffer, Folder, "Unable to copy \"%1\": %2", &copyFile);
 }
 
 bool QtFileHelpers::MoveFiles(const std::string& Buffer, const std::string& Folder, std::int32_t /*Flags*/,
                               Form* /*Owner*/) {
-  return carryFiles(Buffer, Folder, "Unable to move \"%1\": %2", &moveFile);
+  return transferFiles(Buffer, Folder, "Unable to move \"%1\": %2", &moveFile);
 }
 
 bool QtFileHelpers::DeleteFiles(const std::string& Buffer, const std::string& /*Folder*/, std::int32_t Flags,

@@ -10,7 +10,7 @@ namespace kestrel::qt {
 
 class QtFileHelpers final : public store::FileNames {
  public:
-  /// `boxes` asks before something is lost and tells what fails.
+  /// `boxes` shows questions before data is lost, and failures.
   explicit QtFileHelpers(UserInterface& boxes);
 
   std::string ResolvePath(const std::string& Path) override;
@@ -24,12 +24,12 @@ class QtFileHelpers final : public store::FileNames {
  private:
   enum class Answer { kGoOn, kSkip, kStop };
 
-  /// Does `work` with each name of the buffer; it returns an empty text or what went wrong.
+  /// Calls `work` with each name of the buffer; `work` returns an empty text or the error.
   bool forEach(const std::string& buffer, const char* failure,
                const std::function<QString(const QString&)>& work);
-  /// Carries files into a folder, by `carry`.
-  bool carryFiles(const std::string& buffer, const std::string& folder, const char* failure,
-                  bool (*carry)(const QString& from, const QString& to));
+  /// Copies or moves files into a folder with `carry`.
+  bool transferFiles(const std::string& buffer, const std::string& folder, const char* failure,
+                     bool (*carry)(const QString& from, const QString& to));
   Answer mayReplace(const QString& target);
 
   UserInterface& boxes_;

@@ -4,7 +4,7 @@
 
 namespace kestrel::qt {
 
-/// The look that all dialogs share is the desktop's own; colours of one's own go over it.
+/// The shared look of dialogs is the desktop's own, with optional colors on top.
 class QtFormSkin final : public FormSkin {
  public:
   void ApplyToForm(Control& formOrControl, OLE_COLOR foreColor, OLE_COLOR backColor) override;

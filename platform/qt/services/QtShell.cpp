@@ -26,7 +26,7 @@ std::string rootPath(const QStorageInfo& volume) {
   return fromQt(path);
 }
 
-/// The volume of exactly that root; an invalid one if nothing is mounted there.
+/// The volume mounted at exactly that root; invalid if there is none.
 QStorageInfo volumeAt(const std::string& root) {
   for (const QStorageInfo& volume : QStorageInfo::mountedVolumes()) {
     if (rootPath(volume) == root) return volume;
@@ -42,7 +42,7 @@ bool isNetwork(const QStorageInfo& volume) {
   return oneOf(volume.fileSystemType(), {"nfs", "nfs4", "cifs", "smb3", "fuse.sshfs", "9p"});
 }
 
-/// Mounted where the user's own volumes are.
+/// Whether it is mounted in a directory for user volumes.
 bool isUsers(const QStorageInfo& volume) {
   const QString path = volume.rootPath();
   return path.startsWith(QStringLiteral("/media/")) || path.startsWith(QStringLiteral("/mnt/")) ||
@@ -105,10 +105,10 @@ std::string QtShell::FirstSubfolder(const std::string& folder) {
 
 void QtShell::CreateFolder(const std::string& path) {
   if (QFileInfo::exists(toQt(path))) {
-    throw RuntimeError(err::kPathFileAccess, "The folder \"" + path + "\" exists already.");
+    throw RuntimeError(err::kPathFileAccess, "The folder \"" + path + "\" already exists.");
   }
   if (!QDir().mkdir(toQt(path))) {
-    throw RuntimeError(err::kPathNotFound, "The folder \"" + path + "\" cannot be made.");
+    throw RuntimeError(err::kPathNotFound, "The folder \"" + path + "\" cannot be created.");
   }
 }
 

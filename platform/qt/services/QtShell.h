@@ -7,7 +7,7 @@
 
 namespace kestrel::qt {
 
-/// The file system of the desktop: one drive, "/", and one for each volume that is mounted beside it.
+/// The file system of the desktop: one drive "/", and one for each mounted volume.
 class QtShell final : public Shell {
  public:
   std::vector<std::string> LogicalDrives() override;
@@ -15,7 +15,7 @@ class QtShell final : public Shell {
   std::string VolumeLabel(const std::string& root) override;
   std::string NetworkPath(const std::string& drive) override;
   std::string SpecialFolder(std::int32_t folder) override;
-  /// This system has no such folders.
+  /// No such folders on this system.
   std::string WindowsFolder() override { return {}; }
   std::string SystemFolder() override { return {}; }
   std::vector<FolderEntry> Entries(const std::string& folder) override;
@@ -27,7 +27,7 @@ class QtShell final : public Shell {
                     WindowHandle picture) override;
 
  private:
-  QHash<qint64, std::int32_t> numbers_;  // of an icon, by its identity
+  QHash<qint64, std::int32_t> numbers_;  // icon numbers by cache key
   std::vector<QIcon> icons_;
 };
 

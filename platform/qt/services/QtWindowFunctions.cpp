@@ -12,7 +12,7 @@
 namespace kestrel::qt {
 namespace {
 
-/// Lets no key but a digit type into an edit; what is pasted or set stays as it is.
+/// Blocks typed characters other than digits; pasted or set text is not checked.
 class DigitsOnly final : public QObject {
  public:
   using QObject::QObject;
@@ -20,7 +20,7 @@ class DigitsOnly final : public QObject {
   bool eventFilter(QObject* /*watched*/, QEvent* event) override {
     if (event->type() != QEvent::KeyPress) return false;
     const auto& key = static_cast<const QKeyEvent&>(*event);
-    // Keys with Control are commands of the edit, among them to paste.
+    // Keys with Control are commands of the edit, such as paste.
     if (key.modifiers().testFlag(Qt::ControlModifier)) return false;
     const QString typed = key.text();
     return !typed.isEmpty() && typed[0].isPrint() && !(typed[0] >= u'0' && typed[0] <= u'9');
@@ -76,7 +76,7 @@ Rectangle QtWindowFunctions::ScreenArea(std::int32_t index) {
   if (index < 0 || index >= screens.size()) {
     throw RuntimeError(err::kSubscript, "There is no screen " + std::to_string(index) + ".");
   }
-  // The primary screen counts as the first, wherever the toolkit lists it.
+  // The primary screen is screen 0, regardless of the toolkit's order.
   const qsizetype primary = screens.indexOf(QGuiApplication::primaryScreen());
   if (primary > 0) screens.move(primary, 0);
   const QRect area = screens[index]->availableGeometry();

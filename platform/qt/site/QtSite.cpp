@@ -7,7 +7,7 @@ namespace kestrel::qt {
 
 QtSite::QtSite(SiteWidget& widget, const std::string& name, bool userMode, engine::ClipboardPort& clipboard)
     : WidgetControl(widget, {name, -1}), userMode_(userMode) {
-  widget.furnish(*this, clipboard);
+  widget.populate(*this, clipboard);
   const auto listen = [&](auto signal, auto raise) { QObject::connect(&widget, signal, receiver(), raise); };
   listen(&SiteWidget::resized, [this] { guarded([this] { Resize(); }); });
   listen(&SiteWidget::shown, [this] { guarded([this] { Show(); }); });
@@ -17,7 +17,7 @@ QtSite::QtSite(SiteWidget& widget, const std::string& name, bool userMode, engin
   listen(&SiteWidget::keyReleased, [this](int key, int shift) { guarded([&] { KeyUp(key, shift); }); });
 }
 
-void QtSite::initialise() {
+void QtSite::initialize() {
   const StoredProperties stored(widget());
   if (stored.any()) {
     ReadProperties(stored);
@@ -28,7 +28,7 @@ void QtSite::initialise() {
 }
 
 void QtSite::PropertyChanged(const std::string& name) {
-  // The container may replace the function inside of it.
+  // The container may replace the function during the call.
   if (const auto notify = propertyChanged) notify(name);
 }
 

@@ -11,15 +11,15 @@
 
 namespace kestrel::qt {
 
-/// The container's side of one of our controls on the desktop.
+/// The site of one of our controls on the desktop.
 class QtSite final : public WidgetControl<Site> {
  public:
-  /// Furnishes the widget, which outlives the site. The clipboard must outlive both.
+  /// Populates the widget, which outlives the site. The clipboard must outlive both.
   QtSite(SiteWidget& widget, const std::string& name, bool userMode, engine::ClipboardPort& clipboard);
 
   /// Raises `ReadProperties` if the form stores properties for the control, otherwise `InitProperties`; then
   /// `Resize`.
-  void initialise();
+  void initialize();
 
   void add(std::unique_ptr<Control> control) { controls_.add(std::move(control)); }
 
@@ -32,7 +32,7 @@ class QtSite final : public WidgetControl<Site> {
   std::int32_t ScaleWidth() const override { return widget().width(); }
   std::int32_t ScaleHeight() const override { return widget().height(); }
 
-  /// Told of each property that the container should store anew.
+  /// Called with each property that the container should store again.
   std::function<void(const std::string&)> propertyChanged;
 
  private:

@@ -12,7 +12,7 @@ namespace kestrel::qt {
 
 void SiteWidget::resizeEvent(QResizeEvent* /*event*/) { Q_EMIT resized(); }
 
-// What the window system does by itself, such as minimising the window, is no showing or hiding.
+// Showing and hiding by the window system, such as minimizing the window, does not count.
 
 void SiteWidget::showEvent(QShowEvent* event) {
   if (!event->spontaneous()) Q_EMIT shown();
@@ -22,7 +22,7 @@ void SiteWidget::hideEvent(QHideEvent* event) {
   if (!event->spontaneous()) Q_EMIT hidden();
 }
 
-void SiteWidget::handOn(const QWidget& child, const QKeyEvent& event) {
+void SiteWidget::forwardKey(const QWidget& child, const QKeyEvent& event) {
   for (QWidget* ancestor = child.parentWidget(); ancestor; ancestor = ancestor->parentWidget()) {
     auto* const site = qobject_cast<SiteWidget*>(ancestor);
     if (!site) continue;

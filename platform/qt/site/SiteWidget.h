@@ -12,28 +12,27 @@ namespace kestrel::qt {
 
 class QtSite;
 
-/// The window of one of our controls inside its container. Keys that no child uses arrive here, and so do
-/// those that a child hands on though it used them itself.
+/// The widget of one of our controls inside its container. It receives keys that no child handles, and keys
+/// that a child forwards although it handled them.
 class SiteWidget : public QWidget {
   Q_OBJECT
 
  public:
   using QWidget::QWidget;
 
-  /// Puts the child windows of the control into the widget and makes them controls of the site.
-  virtual void furnish(QtSite& site, engine::ClipboardPort& clipboard) = 0;
+  /// Creates the child widgets of the control and adds them to the site as controls.
+  virtual void populate(QtSite& site, engine::ClipboardPort& clipboard) = 0;
 
-  /// Raises the events of a key that went down for the control that `child` belongs to, be it docked or
-  /// floating; for a key that the child accepts, so that no window above it hears of it. The handlers may
-  /// destroy the child.
-  static void handOn(const QWidget& child, const QKeyEvent& event);
+  /// Raises the key events of the control that contains `child`, docked or floating; for a key that the child
+  /// accepts, so that no window above handles it. The handlers may destroy the child.
+  static void forwardKey(const QWidget& child, const QKeyEvent& event);
 
  Q_SIGNALS:
   void resized();
   void shown();
   void hidden();
   void keyPressed(int keyCode, int shift);
-  /// A slot that used the character sets it to 0.
+  /// A slot that handles the character sets it to 0.
   void characterTyped(int& character);
   void keyReleased(int keyCode, int shift);
 
@@ -45,7 +44,7 @@ class SiteWidget : public QWidget {
   void keyReleaseEvent(QKeyEvent* event) override;
 
  private:
-  /// True if a handler used the key.
+  /// True if a handler handled the key.
   bool raiseKeyDown(const QKeyEvent& event);
 };
 

@@ -21,7 +21,7 @@ QVariant toQtVariant(const Variant& value) {
 }  // namespace
 
 bool StoredProperties::any() const {
-  // The toolkit keeps some of its own, which begin with an underscore.
+  // Skip the toolkit's own properties, which begin with an underscore.
   for (const QByteArray& name : widget_.dynamicPropertyNames()) {
     if (!name.startsWith('_')) return true;
   }

@@ -11,10 +11,10 @@ class StoredProperties final : public PropertyBag {
  public:
   explicit StoredProperties(QObject& widget) : widget_(widget) {}
 
-  /// Whether the form stores any.
+  /// Whether the form stores any property.
   bool any() const;
 
-  /// Booleans, whole numbers and texts; of any other type the default is given.
+  /// Supports booleans, integers and texts; returns the default for any other type.
   Variant ReadProperty(const std::string& name, const Variant& defaultValue) const override;
   void WriteProperty(const std::string& name, const Variant& value, const Variant& defaultValue) override;
 

@@ -7,7 +7,7 @@
 namespace kestrel::qt {
 namespace {
 
-// The magnifying glass, in units of the desktop.
+// The magnifying glass, in logical pixels.
 constexpr int kGlassSize = 24;
 constexpr QPointF kLensCentre(9.5, 9.5);
 constexpr double kLensRadius = 6.5;
@@ -28,7 +28,7 @@ QCursor magnifyingGlass() {
   glass.fill(Qt::transparent);
   QPainter painter(&glass);
   painter.setRenderHint(QPainter::Antialiasing);
-  drawGlass(painter, Qt::white, 4.0, 5.5);  // an edge that is seen on dark pictures
+  drawGlass(painter, Qt::white, 4.0, 5.5);  // outline for dark pictures
   drawGlass(painter, QColor(32, 36, 41), 1.8, 3.2);
   painter.end();
   return QCursor(glass, static_cast<int>(kLensCentre.x()), static_cast<int>(kLensCentre.y()));

@@ -6,7 +6,7 @@
 
 namespace kestrel::qt {
 
-/// The pointer of the desktop for what a view asks for; the custom one is a magnifying glass.
+/// The desktop's pointer for a view cursor; the custom one is a magnifying glass.
 QCursor cursorOf(engine::ViewCursor cursor);
 
 }  // namespace kestrel::qt

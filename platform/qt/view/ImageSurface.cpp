@@ -9,7 +9,7 @@
 namespace kestrel::qt {
 namespace {
 
-/// Showing one bar may call for the other; more rounds than this change nothing.
+/// Limit of layout rounds: showing one bar may require the other; more rounds change nothing.
 constexpr int kRounds = 3;
 
 void apply(QScrollBar& bar, const engine::ScrollRange& range) {
@@ -20,7 +20,7 @@ void apply(QScrollBar& bar, const engine::ScrollRange& range) {
   bar.setValue(range.position);
 }
 
-/// Device pixels that want to be seen along one side; no more than `page` where all are.
+/// Device pixels of the content along one axis; at most `page` if all are visible.
 int content(const engine::ScrollRange& range) { return range.maximum == 0 ? 0 : range.maximum + range.page; }
 
 }  // namespace
@@ -33,8 +33,8 @@ ImageSurface::ImageSurface(QWidget* parent)
       notice_(new NoticeStrip(this)) {
   setFocusProxy(canvas_);
   setAutoFillBackground(true);  // the corner between the bars
-  horizontal_->setAccessibleName(translated("Scroll the picture sideways"));
-  vertical_->setAccessibleName(translated("Scroll the picture up and down"));
+  horizontal_->setAccessibleName(translated("Scroll the picture horizontally"));
+  vertical_->setAccessibleName(translated("Scroll the picture vertically"));
   horizontal_->hide();
   vertical_->hide();
   for (QScrollBar* bar : {horizontal_, vertical_}) {
@@ -62,7 +62,7 @@ void ImageSurface::resizeEvent(QResizeEvent* /*event*/) {
 }
 
 bool ImageSurface::event(QEvent* event) {
-  if (event->type() == QEvent::LayoutRequest) {  // the notice wants another height
+  if (event->type() == QEvent::LayoutRequest) {  // the height of the notice changed
     layOut();
     updateBars();
   }
@@ -71,7 +71,7 @@ bool ImageSurface::event(QEvent* event) {
 
 void ImageSurface::showNotice(const QString& text, const QString& button) {
   if (text.isEmpty() && notice_->isAncestorOf(QApplication::focusWidget())) canvas_->setFocus();
-  notice_->tell(text, button);
+  notice_->showText(text, button);
   layOut();
   updateBars();
 }
@@ -81,7 +81,7 @@ int ImageSurface::heightBelowNotice() const {
 }
 
 void ImageSurface::layOut() {
-  // However long the text is, half of the window stays the picture's.
+  // The notice covers at most half of the window.
   if (!notice_->isHidden()) notice_->setGeometry(0, 0, width(), notice_->heightAt(width(), height() / 2));
   const int top = height() - heightBelowNotice();
   const int right = shown_.vertical ? vertical_->sizeHint().width() : 0;
@@ -113,7 +113,7 @@ void ImageSurface::updateBars() {
     const BarsShown needed = barsNeeded();
     if (needed == shown_) break;
     shown_ = needed;
-    layOut();  // gives the view its new size, and with it new ranges
+    layOut();  // resizes the view, which changes the ranges
   }
   apply(*horizontal_, view_->horizontalScroll());
   apply(*vertical_, view_->verticalScroll());

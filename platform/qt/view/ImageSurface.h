@@ -9,8 +9,8 @@
 
 namespace kestrel::qt {
 
-/// The window of an image view: its canvas, the scroll bars where the picture reaches beyond it, and above
-/// both the notice while there is one. The notice makes the canvas smaller and covers nothing of it.
+/// The widget of an image view: its canvas, the scroll bars if the picture is larger, and the notice above
+/// them. The notice reduces the canvas and does not cover it.
 class ImageSurface final : public QWidget {
   Q_OBJECT
 
@@ -24,10 +24,10 @@ class ImageSurface final : public QWidget {
 
   void setView(engine::View* view);
 
-  /// Brings the bars into line with the view's ranges, and shows and hides them as they are needed.
+  /// Updates the bars from the view's ranges, and shows or hides them as needed.
   void updateBars();
 
-  /// An empty text takes the notice away; if it had the focus, the canvas gets it.
+  /// An empty text hides the notice; if it had the focus, the canvas gets it.
   void showNotice(const QString& text, const QString& button);
 
  protected:

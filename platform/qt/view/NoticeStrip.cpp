@@ -16,8 +16,8 @@ namespace {
 
 constexpr int kMargin = 6;
 constexpr int kGap = 8;
-/// With less room than this beside the button, it goes below the text.
-constexpr int kLettersBesideButton = 48;
+/// Minimum text width, in characters, next to the button; with less, the button goes below the text.
+constexpr int kMinimumTextCharacters = 48;
 
 QColor mixed(const QColor& front, const QColor& back, float share) {
   const auto mix = [share](float a, float b) { return a * share + b * (1.0F - share); };
@@ -25,7 +25,7 @@ QColor mixed(const QColor& front, const QColor& back, float share) {
                           mix(front.blueF(), back.blueF()));
 }
 
-/// The drawn icon at the size of the style's small ones; follows the theme.
+/// An SVG icon at the style's small icon size; follows the theme.
 class NoticeIcon final : public QWidget {
  public:
   explicit NoticeIcon(QWidget* parent) : QWidget(parent) {
@@ -52,7 +52,7 @@ NoticeStrip::NoticeStrip(QWidget* parent)
   setCursor(Qt::ArrowCursor);
   setContextMenuPolicy(Qt::NoContextMenu);
 
-  button_->setAutoDefault(false);  // Return in the picture is none of its business
+  button_->setAutoDefault(false);  // Return in the picture must not press it
   auto* const cross = new QToolButton(this);
   cross->setObjectName(QStringLiteral("noticeClose"));
   cross->setIcon(drawnIcon("Close"));
@@ -77,7 +77,7 @@ NoticeStrip::NoticeStrip(QWidget* parent)
   layout_->addWidget(cross, 0, 3, Qt::AlignVCenter);
 }
 
-void NoticeStrip::tell(const QString& text, const QString& button) {
+void NoticeStrip::showText(const QString& text, const QString& button) {
   text_->setText(text);
   setAccessibleName(text);
   button_->setText(button);
@@ -95,7 +95,7 @@ int NoticeStrip::heightAt(int width, int most) {
 
 void NoticeStrip::arrangeFor(int width) {
   const int letters = (width - button_->sizeHint().width()) / fontMetrics().averageCharWidth();
-  const bool below = letters < kLettersBesideButton;
+  const bool below = letters < kMinimumTextCharacters;
   if (below == buttonBelow_) return;
   buttonBelow_ = below;
   layout_->removeWidget(button_);
@@ -117,7 +117,7 @@ void NoticeStrip::paintEvent(QPaintEvent* /*event*/) {
 void NoticeStrip::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Escape) {
     Q_EMIT closed();
-    SiteWidget::handOn(*this, *event);
+    SiteWidget::forwardKey(*this, *event);
   } else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
     if (auto* const focused = qobject_cast<QAbstractButton*>(focusWidget())) focused->click();
   } else {

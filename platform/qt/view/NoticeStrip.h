@@ -8,21 +8,21 @@
 
 namespace kestrel::qt {
 
-/// A slim bar with a text that the user should read, a button if one is offered, and a cross that closes it.
+/// A strip with a notice, an optional button, and a close button.
 ///
-/// It never takes the focus by itself, nor by a click. Tab leads into it, where Return presses a button and
-/// Escape closes the strip; all other keys stay the editor's.
+/// It never takes the focus by itself or by a click. Tab moves the focus into it, where Return presses a
+/// button and Escape closes the strip; all other keys go to the editor.
 class NoticeStrip final : public QWidget {
   Q_OBJECT
 
  public:
   explicit NoticeStrip(QWidget* parent);
 
-  /// Shows it with this text, and tells those who cannot see it; an empty text hides it. `button` is the
+  /// Shows it with this text and announces it to screen readers; an empty text hides it. `button` is the
   /// caption of the button, empty for none.
-  void tell(const QString& text, const QString& button);
+  void showText(const QString& text, const QString& button);
 
-  /// How high it wants to be at that width, but no more than `most`.
+  /// The preferred height at that width, at most `most`.
   int heightAt(int width, int most);
 
  Q_SIGNALS:

@@ -10,7 +10,7 @@ namespace {
 
 constexpr int kFewLetters = 12;
 
-/// The places in the text where its lines begin, when they are that wide.
+/// The indices of line starts when the text is wrapped at that width.
 std::vector<int> lineStarts(const QString& text, const QFont& font, int width) {
   QTextLayout layout(text, font);
   QTextOption option;

@@ -4,8 +4,8 @@
 
 namespace kestrel::qt {
 
-/// A text that takes as many lines as it needs. Where there is room for fewer, the last one ends in dots, and
-/// the whole text is the tool tip.
+/// A word-wrapped text. If the height is too small, the last line ends in an ellipsis and the tool tip has
+/// the whole text.
 class NoticeText final : public QLabel {
   Q_OBJECT
 

@@ -10,7 +10,7 @@
 
 namespace kestrel::qt {
 
-void PreviewWidget::furnish(QtSite& site, engine::ClipboardPort& clipboard) {
+void PreviewWidget::populate(QtSite& site, engine::ClipboardPort& clipboard) {
   for (const char* name : {"igxOriginal", "igxPreview"}) {
     auto* const surface = new ImageSurface(this);
     surface->canvas().setFocusPolicy(Qt::ClickFocus);

@@ -5,15 +5,15 @@
 
 namespace kestrel::qt {
 
-/// The window of a preview: the image views "igxOriginal" and "igxPreview", which the control's logic lays
-/// out, and the picture "imgPreview" that they show where there is none of the user's.
+/// The widget of a preview: the image views "igxOriginal" and "igxPreview", which the control's logic lays
+/// out, and the stock picture "imgPreview".
 class PreviewWidget final : public SiteWidget {
   Q_OBJECT
 
  public:
   using SiteWidget::SiteWidget;
 
-  void furnish(QtSite& site, engine::ClipboardPort& clipboard) override;
+  void populate(QtSite& site, engine::ClipboardPort& clipboard) override;
   QSize sizeHint() const override { return {kPreviewDesignSize.Width, kPreviewDesignSize.Height}; }
   QSize minimumSizeHint() const override { return {240, 120}; }
 };

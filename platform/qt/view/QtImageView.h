@@ -11,11 +11,11 @@ namespace kestrel::qt {
 /// The image view on the desktop.
 class QtImageView final : public WidgetControl<engine::View> {
  public:
-  /// The surface outlives the view, or dies with it. The clipboard must outlive both.
+  /// The surface outlives the view or is destroyed with it. The clipboard must outlive both.
   QtImageView(ImageSurface& surface, ControlId id, engine::ClipboardPort& clipboard);
   ~QtImageView() override;
 
-  /// The canvas, where the view's coordinates begin.
+  /// The handle of the canvas, the origin of view coordinates.
   WindowHandle hWnd() const override { return handleOf(&surface_.canvas()); }
   ImageSurface& surface() { return surface_; }
 

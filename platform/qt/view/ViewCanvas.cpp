@@ -16,7 +16,7 @@
 namespace kestrel::qt {
 namespace {
 
-constexpr float kNotch = 120.0F;  // the toolkit's angle of one turn of the wheel
+constexpr float kNotch = 120.0F;  // the toolkit's angle per wheel notch
 
 std::optional<engine::ViewKey> viewKeyOf(int key) {
   switch (key) {
@@ -80,7 +80,7 @@ QPointF ViewCanvas::pointerInView(const QPointF& position) {
 
 void ViewCanvas::measure() {
   if (!view_) return;
-  // The window system rounds both edges to whole pixels, so the size depends on the place.
+  // The window system rounds both edges to device pixels, so the size depends on the position.
   const QPointF origin = deviceOrigin();
   const QPointF end = origin + QPointF(width(), height()) * devicePixelRatioF();
   const QPoint extent = rounded(end) - rounded(origin);
@@ -125,8 +125,8 @@ void ViewCanvas::paintEvent(QPaintEvent* /*event*/) {
   if (buffer_.isNull()) return;
   paintDirty();
 
-  // The buffer goes onto the device's pixels as it is: the painter's scale is undone, and its fraction of a
-  // pixel, which stems from a position that is no whole number of device pixels, is dropped.
+  // Blit the buffer 1:1 to device pixels: reset the painter's scale and drop the fraction of a pixel in the
+  // widget's position.
   QPainter painter(this);
   const QTransform toDevice = painter.deviceTransform();
   const QPoint origin = rounded(toDevice.map(QPointF()));
@@ -136,7 +136,7 @@ void ViewCanvas::paintEvent(QPaintEvent* /*event*/) {
 }
 
 bool ViewCanvas::event(QEvent* event) {
-  // The arrow keys belong to the picture, not to the way from field to field.
+  // Arrow keys are for the picture, not for focus changes.
   if (event->type() == QEvent::ShortcutOverride && viewKeyOf(static_cast<QKeyEvent*>(event)->key())) {
     event->accept();
     return true;
@@ -204,8 +204,8 @@ void ViewCanvas::keyPressEvent(QKeyEvent* event) {
   bool used = false;
   if (view_ && key) guarded([&] { used = view_->keyDown(*key, shiftMaskOf(event->modifiers())); });
   event->setAccepted(used);
-  // One press ends the drag and a pending paste or crop with it.
-  if (used && key == engine::ViewKey::escape) SiteWidget::handOn(*this, *event);
+  // One press of Escape ends the drag and a pending paste or crop.
+  if (used && key == engine::ViewKey::escape) SiteWidget::forwardKey(*this, *event);
 }
 
 }  // namespace kestrel::qt

@@ -10,29 +10,28 @@ class View;
 
 namespace kestrel::qt {
 
-/// Shows what a view paints, one device pixel for each of its pixels, whatever the screen's factor is and
-/// wherever the widget stands; and hands it the pointer, the wheel and the keys.
+/// Displays a view's pixels 1:1 on device pixels, at any scale and position of the widget; passes pointer,
+/// wheel and keys to the view.
 class ViewCanvas final : public QWidget {
   Q_OBJECT
 
  public:
   explicit ViewCanvas(QWidget* parent);
 
-  /// The view whose pixels these are. It must live as long as events come; null ends that.
+  /// The displayed view. It must live as long as events arrive; null detaches it.
   void setView(engine::View* view);
 
-  /// A part of the view, in device pixels, has to be painted.
+  /// Schedules a part of the view, in device pixels, for painting.
   void invalidate(const QRect& deviceArea);
   void invalidateAll();
 
-  /// Tells the view its present size. Called where the widget's place or the screen's factor may have
-  /// changed.
+  /// Passes the current size to the view. Called when the widget's position or the scale may have changed.
   void measure();
   QSize deviceSize() const { return deviceSize_; }
-  /// A position in the widget as one in the view.
+  /// Converts a position in the widget to view pixels.
   QPointF toView(const QPointF& position) const;
-  /// A position on the screen as one in the view. Whole positions of the screen are coarser than the view's
-  /// pixels at a factor above 1: where the pointer was seen last, its own position counts.
+  /// Converts a position on the screen to view pixels. Integer screen positions are coarser than view pixels
+  /// at a scale above 1: at the last known pointer position its exact value is used.
   QPointF screenToView(const QPoint& screen) const;
 
  protected:
@@ -49,14 +48,14 @@ class ViewCanvas final : public QWidget {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
-  /// The widget's top left corner in device pixels of its window; a fraction where the factor is one.
+  /// The widget's top left corner in device pixels of its window; fractional at a fractional scale.
   QPointF deviceOrigin() const;
   QPointF pointerInView(const QPointF& position);
   void paintDirty();
 
   engine::View* view_ = nullptr;
   QSize deviceSize_;
-  QPointF pointer_;  ///< its latest position in the widget
+  QPointF pointer_;  ///< last pointer position in the widget
   double factor_ = 1.0;
   QImage buffer_;
   QRegion dirty_;
