@@ -35,7 +35,7 @@ class Check {
     for (const StoredCommand& command : layout_.commands) references(command);
     for (const StoredBar& bar : layout_.bars) entries(bar.name, bar.entries);
     for (const StoredDockWindow& window : layout_.dockWindows) {
-      known(window.pane, panes_, "pane", window.key);
+      requireKnown(window.pane, panes_, "pane", window.key);
     }
     if (found_.empty()) findMenuCycles();
     return found_;
@@ -55,7 +55,7 @@ class Check {
       report(std::string("the ") + kind + ' ' + quoted(name) + " is defined twice");
   }
 
-  void known(const std::string& name, const Names& among, const char* kind, const std::string& user) {
+  void requireKnown(const std::string& name, const Names& among, const char* kind, const std::string& user) {
     if (!among.contains(LowerCase(name))) {
       report(std::string("the ") + kind + ' ' + quoted(name) + " of " + quoted(user) + " does not exist");
     }
@@ -73,8 +73,8 @@ class Check {
     if (std::find(kCommandTypes.begin(), kCommandTypes.end(), command.type) == kCommandTypes.end()) {
       report("the command " + quoted(command.key) + " has an unknown type");
     }
-    if (!command.category.empty()) known(command.category, categories_, "category", command.key);
-    if (!command.image.empty()) known(command.image, images_, "image", command.key);
+    if (!command.category.empty()) requireKnown(command.category, categories_, "category", command.key);
+    if (!command.image.empty()) requireKnown(command.image, images_, "image", command.key);
     if (command.type != kCommandMenu && !command.menu.empty()) {
       report("the command " + quoted(command.key) + " has entries but is not a menu");
     }
@@ -82,7 +82,7 @@ class Check {
   }
 
   void entries(const std::string& owner, const std::vector<StoredEntry>& list) {
-    for (const StoredEntry& entry : list) known(entry.command, commands_, "entry", owner);
+    for (const StoredEntry& entry : list) requireKnown(entry.command, commands_, "entry", owner);
   }
 
   /// Reports a menu that contains itself, directly or not. Repeatedly removes menus that contain no remaining

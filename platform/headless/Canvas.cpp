@@ -11,7 +11,7 @@ Canvas::Canvas(std::int32_t width, std::int32_t height)
     : bitmap_(engine::Bitmap::filled(width, height, {255, 255, 255, 255})) {}
 
 void Canvas::FillRectangle(const Rectangle& rectangle, OLE_COLOR color) {
-  const Colour colour(color);
+  const Colour components(color);
   const std::int32_t left = std::max(rectangle.Left, 0);
   const std::int32_t top = std::max(rectangle.Top, 0);
   const auto right = static_cast<std::int32_t>(
@@ -22,7 +22,7 @@ void Canvas::FillRectangle(const Rectangle& rectangle, OLE_COLOR color) {
   for (std::int32_t y = top; y < bottom; ++y) {
     auto* row = reinterpret_cast<engine::Pixel*>(pixels.row(y));
     for (std::int32_t x = left; x < right; ++x) {
-      row[x] = {colour.Red(), colour.Green(), colour.Blue(), 255};
+      row[x] = {components.Red(), components.Green(), components.Blue(), 255};
     }
   }
 }

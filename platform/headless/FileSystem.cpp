@@ -13,7 +13,7 @@ namespace {
 namespace fs = std::filesystem;
 
 /// The entry of that name, ignoring case; the name itself if there is none.
-fs::path spelledAsStored(const fs::path& folder, const std::string& name) {
+fs::path storedSpelling(const fs::path& folder, const std::string& name) {
   std::error_code error;
   if (fs::exists(folder / name, error)) return folder / name;
   for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
@@ -62,7 +62,7 @@ std::string FileSystem::host(const std::string& path) const {
     if (c != '\\' && c != '/') {
       step += c;
     } else if (!step.empty()) {
-      result = spelledAsStored(result, std::exchange(step, {}));
+      result = storedSpelling(result, std::exchange(step, {}));
     }
   }
   return os::textOf(result);

@@ -83,8 +83,8 @@ void Graphics::plot(const engine::Pixels& pixels, std::int32_t x, std::int32_t y
   if (mode_ == kDrawInvert) {
     pixel = {inverse(pixel.r), inverse(pixel.g), inverse(pixel.b), 255};
   } else {
-    const Colour colour(color);
-    pixel = {colour.Red(), colour.Green(), colour.Blue(), 255};
+    const Colour components(color);
+    pixel = {components.Red(), components.Green(), components.Blue(), 255};
   }
 }
 

@@ -105,7 +105,7 @@ std::optional<std::string> User::answerQuestion(const Question& question) {
   return step ? step->text : std::nullopt;
 }
 
-void User::see(const About& about) {
+void User::recordAbout(const About& about) {
   abouts_.push_back(about);
   next<Closing>("the about box \"" + about.title + "\"");
 }

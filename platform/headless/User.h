@@ -77,7 +77,7 @@ class User {
   // Called by the platform.
   std::int32_t answerBox(const Box& box);
   std::optional<std::string> answerQuestion(const Question& question);
-  void see(const About& about);
+  void recordAbout(const About& about);
   void useForm(kestrel::Form& form);
   /// The chosen name, none if the dialog was canceled.
   std::optional<std::string> useFileDialog(FileDialog& dialog);

@@ -8,7 +8,7 @@ namespace kestrel::store {
 namespace {
 
 /// The largest valid coordinate or size. Larger stored values are not ours.
-constexpr std::int32_t kFarthest = 1 << 20;
+constexpr std::int32_t kMaxCoordinate = 1 << 20;
 
 std::int64_t overlap(const Rectangle& a, const Rectangle& b) {
   const std::int64_t width = std::min(a.Left + a.Width, b.Left + b.Width) - std::max(a.Left, b.Left);
@@ -27,7 +27,7 @@ std::optional<std::int32_t> readNumber(RegistryStore& store, const std::string& 
   const Variant value = store.ReadValue(HKEY_CURRENT_USER, key, name);
   if (value.TypeCode() != static_cast<std::int32_t>(Variant::Type::kInt32)) return std::nullopt;
   const std::int32_t number = value.ToInt32();
-  if (number < -kFarthest || number > kFarthest) return std::nullopt;
+  if (number < -kMaxCoordinate || number > kMaxCoordinate) return std::nullopt;
   return number;
 }
 

@@ -25,7 +25,7 @@ int darkest(const QImage& image) {
 }
 
 TEST(Icons, TakeTheTextColourOfTheTheme) {
-  const QIcon icon = qt::drawnIcon("Line");
+  const QIcon icon = qt::svgIcon("Line");
   ASSERT_FALSE(icon.isNull());
   EXPECT_LT(darkest(icon.pixmap(32).toImage()), 100);
   const Theme dark(darkPalette());
@@ -33,7 +33,7 @@ TEST(Icons, TakeTheTextColourOfTheTheme) {
 }
 
 TEST(Icons, AreRenderedAtTheSizeTheyAreShownAt) {
-  const QIcon icon = qt::drawnIcon("Open");
+  const QIcon icon = qt::svgIcon("Open");
   for (const int size : {16, 24, 32, 48}) {
     EXPECT_EQ(icon.pixmap(QSize(size, size), 2.0).size(), QSize(2 * size, 2 * size));
   }
@@ -43,7 +43,7 @@ TEST(Icons, AreThereForEveryImageThatACommandNames) {
   EditorBench bench;
   for (const auto& command : bench.moorage().Commands().all()) {
     if (command->ImageName().empty()) continue;
-    EXPECT_FALSE(qt::drawnIcon(command->ImageName()).isNull()) << command->ImageName();
+    EXPECT_FALSE(qt::svgIcon(command->ImageName()).isNull()) << command->ImageName();
   }
 }
 

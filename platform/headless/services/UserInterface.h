@@ -24,7 +24,7 @@ class UserInterface final : public kestrel::UserInterface {
   }
   void AboutBox(const std::string& title, const std::string& versionText, const PicturePtr& picture,
                 WindowHandle /*owner*/) override {
-    user_.see({title, versionText, picture != nullptr});
+    user_.recordAbout({title, versionText, picture != nullptr});
   }
 
  private:

@@ -13,7 +13,7 @@ void FrameWidget::setPicture(const PicturePtr& picture) {
 }
 
 void FrameWidget::paintEvent(QPaintEvent* event) {
-  if (picture_) QPainter(this).fillRect(contentsRect(), QBrush(lentImage(picture_->Pixels())));
+  if (picture_) QPainter(this).fillRect(contentsRect(), QBrush(borrowedImage(picture_->Pixels())));
   QGroupBox::paintEvent(event);
 }
 

@@ -18,7 +18,7 @@ QSize PictureWidget::sizeHint() const {
 
 void PictureWidget::paintEvent(QPaintEvent* /*event*/) {
   if (!picture_) return;
-  QPainter(this).drawImage(0, 0, lentImage(picture_->Pixels()));
+  QPainter(this).drawImage(0, 0, borrowedImage(picture_->Pixels()));
 }
 
 }  // namespace kestrel::qt

@@ -9,9 +9,9 @@ PixelRows ImagePicture::Pixels() const {
           image_.height()};
 }
 
-QImage toImage(const PixelRows& rows) { return lentImage(rows).copy(); }
+QImage toImage(const PixelRows& rows) { return borrowedImage(rows).copy(); }
 
-QImage lentImage(const PixelRows& rows) {
+QImage borrowedImage(const PixelRows& rows) {
   return QImage(rows.Data, rows.Width, rows.Height, static_cast<qsizetype>(rows.Stride),
                 QImage::Format_RGBA8888);
 }

@@ -25,7 +25,7 @@ class ImagePicture final : public Picture {
 QImage toImage(const PixelRows& rows);
 
 /// The rows as an image without a copy; they must outlive it.
-QImage lentImage(const PixelRows& rows);
+QImage borrowedImage(const PixelRows& rows);
 
 /// Invalid for "no color".
 QColor toColor(OLE_COLOR color);

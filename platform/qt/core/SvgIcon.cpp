@@ -66,7 +66,7 @@ class ThemedSvg final : public QIconEngine {
 
 }  // namespace
 
-QIcon drawnIcon(std::string_view name) {
+QIcon svgIcon(std::string_view name) {
   const std::string_view svg = resources::iconSvg(name);
   if (svg.empty()) return {};
   return QIcon(new ThemedSvg(toQt(name), QByteArray(svg.data(), static_cast<qsizetype>(svg.size()))));

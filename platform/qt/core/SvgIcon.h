@@ -6,6 +6,6 @@
 namespace kestrel::qt {
 
 /// The SVG icon of that name, rendered at any size in the current theme's colors; null if there is none.
-QIcon drawnIcon(std::string_view name);
+QIcon svgIcon(std::string_view name);
 
 }  // namespace kestrel::qt

@@ -16,7 +16,7 @@ namespace {
 constexpr int kIconSize = 64;
 
 QPixmap pixmapOf(const PicturePtr& picture) {
-  if (picture) return QPixmap::fromImage(lentImage(picture->Pixels()));
+  if (picture) return QPixmap::fromImage(borrowedImage(picture->Pixels()));
   return QApplication::windowIcon().pixmap(kIconSize);
 }
 

@@ -24,7 +24,7 @@ class HelpBrowser final : public QTextBrowser {
   QVariant loadResource(int type, const QUrl& name) override {
     const QFileInfo file(name.path());
     if (type == QTextDocument::ImageResource && file.suffix() == QLatin1String("svg")) {
-      const QIcon icon = drawnIcon(fromQt(file.completeBaseName()));
+      const QIcon icon = svgIcon(fromQt(file.completeBaseName()));
       if (!icon.isNull()) return icon.pixmap(QSize(kIconSize, kIconSize), devicePixelRatioF());
     }
     const QVariant resource = QTextBrowser::loadResource(type, name);
@@ -59,9 +59,9 @@ HelpWindow::HelpWindow() : browser_(new HelpBrowser) {
   bar->setContextMenuPolicy(Qt::PreventContextMenu);
   setContextMenuPolicy(Qt::NoContextMenu);
 
-  QAction* const back = bar->addAction(drawnIcon("Go-Back"), translated("Back"));
-  QAction* const forward = bar->addAction(drawnIcon("Go-Forward"), translated("Forward"));
-  QAction* const contents = bar->addAction(drawnIcon("Contents"), translated("Contents"));
+  QAction* const back = bar->addAction(svgIcon("Go-Back"), translated("Back"));
+  QAction* const forward = bar->addAction(svgIcon("Go-Forward"), translated("Forward"));
+  QAction* const contents = bar->addAction(svgIcon("Contents"), translated("Contents"));
   back->setShortcut(QKeySequence::Back);
   forward->setShortcut(QKeySequence::Forward);
   back->setEnabled(false);

@@ -10,7 +10,7 @@
 namespace kestrel::qt {
 namespace {
 
-SiteWidget* siteAround(QWidget* widget) {
+SiteWidget* enclosingSite(QWidget* widget) {
   while (widget && !qobject_cast<SiteWidget*>(widget)) widget = widget->parentWidget();
   return static_cast<SiteWidget*>(widget);
 }
@@ -19,9 +19,9 @@ SiteWidget* siteAround(QWidget* widget) {
 QWidget* activeEditor() {
   QWidget* const window = QApplication::activeWindow();
   if (!window) return nullptr;
-  if (siteAround(window->parentWidget())) return window;
+  if (enclosingSite(window->parentWidget())) return window;
   QWidget* const focus = window->focusWidget();
-  SiteWidget* const focused = siteAround(focus);
+  SiteWidget* const focused = enclosingSite(focus);
   return focused ? focused : window->findChild<SiteWidget*>();
 }
 

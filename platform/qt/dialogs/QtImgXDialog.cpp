@@ -17,7 +17,7 @@ namespace kestrel::qt {
 namespace {
 
 /// Default size, enough for about a dozen files with their dates, if the screen is large enough.
-constexpr QSize kComfortable(780, 520);
+constexpr QSize kDefaultSize(780, 520);
 constexpr double kShareOfScreen = 0.9;
 
 }  // namespace
@@ -55,7 +55,7 @@ bool QtImgXDialog::show(bool save) {
   dialog.ensurePolished();
   dialog.adjustSize();
   const QSize room = dialog.screen()->availableSize() * kShareOfScreen;
-  dialog.resize(dialog.size().expandedTo(kComfortable).boundedTo(room));
+  dialog.resize(dialog.size().expandedTo(kDefaultSize).boundedTo(room));
   std::int32_t width = dialog.width();
   std::int32_t height = dialog.height();
   {

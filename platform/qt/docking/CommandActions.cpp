@@ -73,7 +73,7 @@ void CommandActions::closeMenus() {
 
 QIcon CommandActions::iconOf(const docking::CommandModel& command) const {
   if (command.ImageName().empty()) return {};
-  QIcon icon = drawnIcon(command.ImageName());
+  QIcon icon = svgIcon(command.ImageName());
   if (!icon.isNull()) return icon;
   const auto& images = suite_.layout().images;
   const auto stored = std::find_if(images.begin(), images.end(),

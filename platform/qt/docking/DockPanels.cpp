@@ -70,12 +70,12 @@ void DockPanels::attach(docking::DockWindowModel& window, DockableForm& form) {
   form.embedIn(*host);
   panel.setWidget(host);
   refresh(window);
-  shareRoom(window.edge());
+  distributeSpace(window.edge());
 }
 
 /// Initial sizes: across an edge the size in the layout, along the edge each panel's preferred size; panels
 /// without a preference share the rest.
-void DockPanels::shareRoom(docking::Edge edge) {
+void DockPanels::distributeSpace(docking::Edge edge) {
   const bool upright = edge == docking::Edge::Left || edge == docking::Edge::Right;
   QList<QDockWidget*> panels;
   QList<int> across;

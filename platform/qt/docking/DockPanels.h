@@ -21,7 +21,7 @@ class DockPanels final : public QObject {
   void refresh(docking::DockWindowModel& window);
 
  private:
-  void shareRoom(docking::Edge edge);
+  void distributeSpace(docking::Edge edge);
 
   QMainWindow& window_;
   std::map<docking::DockWindowModel*, QDockWidget*> panels_;

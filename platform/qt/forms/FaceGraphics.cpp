@@ -11,7 +11,7 @@ namespace kestrel::qt {
 namespace {
 
 /// Coordinate limit: larger than any window, small enough for integer device pixels.
-constexpr std::int32_t kFarthest = 1 << 24;
+constexpr std::int32_t kMaxCoordinate = 1 << 24;
 
 struct Span {
   int first, last;
@@ -19,8 +19,8 @@ struct Span {
 
 /// The device pixels from one position to another, both included.
 Span deviceSpan(std::int32_t one, std::int32_t other, double factor) {
-  const std::int32_t least = std::clamp(std::min(one, other), -kFarthest, kFarthest);
-  const std::int32_t most = std::clamp(std::max(one, other), -kFarthest, kFarthest);
+  const std::int32_t least = std::clamp(std::min(one, other), -kMaxCoordinate, kMaxCoordinate);
+  const std::int32_t most = std::clamp(std::max(one, other), -kMaxCoordinate, kMaxCoordinate);
   return {qRound(least * factor), qRound((most + 1) * factor) - 1};
 }
 
@@ -45,12 +45,12 @@ void FaceGraphics::PaintPicture(const Picture& picture, const Rectangle& destina
   painter.scale(window_.devicePixelRatioF(), window_.devicePixelRatioF());
   painter.setCompositionMode(QPainter::CompositionMode_Source);
   painter.fillRect(target, Qt::transparent);
-  if (ground_) painter.fillRect(target, QBrush(lentImage(ground_->Pixels())));
+  if (ground_) painter.fillRect(target, QBrush(borrowedImage(ground_->Pixels())));
   const QRect cut(source.Left, source.Top, source.Width, source.Height);
   // The toolkit interprets an empty rectangle as the whole picture.
   if (!target.isEmpty() && !cut.isEmpty()) {
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
-    painter.drawImage(target, lentImage(picture.Pixels()), cut);
+    painter.drawImage(target, borrowedImage(picture.Pixels()), cut);
   }
   Refresh();
 }

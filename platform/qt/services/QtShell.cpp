@@ -43,7 +43,7 @@ bool isNetwork(const QStorageInfo& volume) {
 }
 
 /// Whether it is mounted in a directory for user volumes.
-bool isUsers(const QStorageInfo& volume) {
+bool isUserVolume(const QStorageInfo& volume) {
   const QString path = volume.rootPath();
   return path.startsWith(QStringLiteral("/media/")) || path.startsWith(QStringLiteral("/mnt/")) ||
          path.startsWith(QStringLiteral("/run/media/"));
@@ -61,7 +61,7 @@ bool draw(const QIcon& icon, int size, WindowHandle picture) {
 std::vector<std::string> QtShell::LogicalDrives() {
   std::vector<std::string> roots = {"/"};
   for (const QStorageInfo& volume : QStorageInfo::mountedVolumes()) {
-    if (volume.isReady() && isUsers(volume)) roots.push_back(rootPath(volume));
+    if (volume.isReady() && isUserVolume(volume)) roots.push_back(rootPath(volume));
   }
   return roots;
 }
@@ -71,7 +71,7 @@ std::int32_t QtShell::DriveType(const std::string& root) {
   if (root != "/" && !volume.isValid()) return kDriveNoRoot;
   if (isNetwork(volume)) return kDriveRemote;
   if (oneOf(volume.fileSystemType(), {"iso9660", "udf"})) return kDriveCD;
-  return isUsers(volume) ? kDriveRemovable : kDriveFixed;
+  return isUserVolume(volume) ? kDriveRemovable : kDriveFixed;
 }
 
 std::string QtShell::VolumeLabel(const std::string& root) { return fromQt(volumeAt(root).name()); }

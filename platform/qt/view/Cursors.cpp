@@ -9,14 +9,14 @@ namespace {
 
 // The magnifying glass, in logical pixels.
 constexpr int kGlassSize = 24;
-constexpr QPointF kLensCentre(9.5, 9.5);
+constexpr QPointF kLensCenter(9.5, 9.5);
 constexpr double kLensRadius = 6.5;
 constexpr QPointF kHandleStart(14.4, 14.4);
 constexpr QPointF kHandleEnd(20.5, 20.5);
 
 void drawGlass(QPainter& painter, const QColor& color, double lens, double handle) {
   painter.setPen(QPen(color, lens));
-  painter.drawEllipse(kLensCentre, kLensRadius, kLensRadius);
+  painter.drawEllipse(kLensCenter, kLensRadius, kLensRadius);
   painter.setPen(QPen(color, handle, Qt::SolidLine, Qt::RoundCap));
   painter.drawLine(kHandleStart, kHandleEnd);
 }
@@ -31,7 +31,7 @@ QCursor magnifyingGlass() {
   drawGlass(painter, Qt::white, 4.0, 5.5);  // outline for dark pictures
   drawGlass(painter, QColor(32, 36, 41), 1.8, 3.2);
   painter.end();
-  return QCursor(glass, static_cast<int>(kLensCentre.x()), static_cast<int>(kLensCentre.y()));
+  return QCursor(glass, static_cast<int>(kLensCenter.x()), static_cast<int>(kLensCenter.y()));
 }
 
 }  // namespace

@@ -36,7 +36,7 @@ class NoticeIcon final : public QWidget {
  protected:
   void paintEvent(QPaintEvent* /*event*/) override {
     QPainter painter(this);
-    drawnIcon("Info-2").paint(&painter, rect());
+    svgIcon("Info-2").paint(&painter, rect());
   }
 };
 
@@ -55,7 +55,7 @@ NoticeStrip::NoticeStrip(QWidget* parent)
   button_->setAutoDefault(false);  // Return in the picture must not press it
   auto* const cross = new QToolButton(this);
   cross->setObjectName(QStringLiteral("noticeClose"));
-  cross->setIcon(drawnIcon("Close"));
+  cross->setIcon(svgIcon("Close"));
   cross->setAutoRaise(true);
   cross->setFocusPolicy(Qt::TabFocus);
   cross->setAccessibleName(translated("Close this notice"));
