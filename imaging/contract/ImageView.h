@@ -93,8 +93,8 @@ class ImageView : public Control, public ImagingFace {
   /// The maximum number of undo steps. Writing 0 empties the stack; a negative number counts as 0.
   virtual std::int32_t UndoLevels() const = 0;
   virtual void UndoLevels(std::int32_t value) = 0;
-  /// The maximum size of the undo steps, in bytes of pixels; by default a quarter of the machine's memory. The
-  /// oldest steps are dropped first, the latest one never.
+  /// The maximum size of the undo steps, in bytes of pixels; by default a quarter of the machine's memory.
+  /// The oldest steps are dropped first, the latest one never.
   virtual std::size_t UndoMemoryLimit() const = 0;
   virtual void UndoMemoryLimit(std::size_t bytes) = 0;
   /// Undo or redo the latest step and raise `Changed`. Do nothing if there is none.
