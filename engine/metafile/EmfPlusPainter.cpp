@@ -14,7 +14,7 @@ using metafile::Pattern;
 
 namespace {
 
-/// Pixels that a unit along the steeper direction covers at most.
+/// Upper bound of the length in pixels of a unit vector.
 double reachOf(const cairo_matrix_t& m) {
   return std::sqrt(m.xx * m.xx + m.xy * m.xy + m.yx * m.yx + m.yy * m.yy);
 }
@@ -78,11 +78,11 @@ void Painter::setOperator() {
   cairo_set_operator(canvas_.context(), state_.replaces ? CAIRO_OPERATOR_SOURCE : CAIRO_OPERATOR_OVER);
 }
 
-/// False if the brush's coordinates lead too far.
+/// Returns false if the brush's coordinates are out of range.
 bool Painter::placePattern(cairo_pattern_t* pattern, const Brush& brush) {
   cairo_matrix_t place = matrix();
   cairo_matrix_multiply(&place, &brush.transform, &place);
-  // Meshes are drawn through all of their extent.
+  // Meshes are rasterized over their full extent, so bound it.
   constexpr double kFarthest = 1e5;
   for (const Point& p : brush.outline.points) {
     if (!(std::hypot(p.x, p.y) * reachOf(place) < kFarthest)) return false;
@@ -92,7 +92,7 @@ bool Painter::placePattern(cairo_pattern_t* pattern, const Brush& brush) {
   return true;
 }
 
-/// False if there is nothing to paint with.
+/// Returns false if the brush paints nothing.
 bool Painter::setBrush(const Brush& brush) {
   cairo_t* const c = canvas_.context();
   if (brush.kind == Brush::Kind::solid) {
@@ -102,7 +102,7 @@ bool Painter::setBrush(const Brush& brush) {
   const Pattern pattern = patternOf(brush, canvas_.work());
   if (!pattern) return false;
   if (brush.kind == Brush::Kind::hatched) {
-    // A hatch is of pixels, whatever the world.
+    // Hatches are in pixels, independent of the world transform.
     cairo_matrix_t place;
     cairo_matrix_init_translate(&place, -state_.hatchOrigin.x, -state_.hatchOrigin.y);
     cairo_pattern_set_matrix(pattern.get(), &place);
@@ -152,7 +152,7 @@ void Painter::setDashes(const Pen& pen, double width, double pixelsPerUnit) {
     dashes.push_back(std::isfinite(dash) && dash > 0 ? dash * width : 0);
     total += dashes.back() * pixelsPerUnit;
   }
-  // Dashes that cannot be told apart are a line.
+  // Draw a solid line if the dashes are too small to see.
   constexpr double kMostDashes = 1e6;
   const double count = static_cast<double>(dashes.size()) * canvas_.pathLength() / std::max(total, 1e-9);
   if (!(total >= 1) || count > kMostDashes || !canvas_.work().take(100 * count)) dashes.clear();
@@ -199,7 +199,7 @@ void Painter::stroke(const Path& path, const Pen& pen) {
   drawAnchors(path, pen, std::max(1.0, width * scaleOf(nib)));
 }
 
-/// The signs at the ends of open figures.
+/// Draws the anchor caps at the ends of open figures.
 void Painter::drawAnchors(const Path& path, const Pen& pen, double pixels) {
   if (pen.startCap < Pen::kTriangle && pen.endCap < Pen::kTriangle) return;
   const cairo_matrix_t m = matrix();
@@ -227,7 +227,7 @@ void Painter::drawAnchors(const Path& path, const Pen& pen, double pixels) {
 void Painter::addAnchor(std::uint32_t cap, Point at, Point from, double pixels) {
   const double length = std::hypot(at.x - from.x, at.y - from.y);
   if (!(length > 0) || !std::isfinite(length)) return;
-  // Steps of a line's width along the line and across it.
+  // Vector of one line width along the line; rotated, across it.
   const Point along{(at.x - from.x) / length * pixels, (at.y - from.y) / length * pixels};
   const auto place = [&](double forward, double aside) {
     return Point{at.x + along.x * forward - along.y * aside, at.y + along.y * forward + along.x * aside};
@@ -316,7 +316,7 @@ void Painter::moveClip(Point by) {
   showClip();
 }
 
-/// The clip that shows the region.
+/// Converts a region to a clip.
 Clip Painter::clipOf(const Region& region) {
   switch (region.kind) {
     case Region::Kind::everything:

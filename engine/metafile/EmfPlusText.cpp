@@ -1,4 +1,4 @@
-// The painter's texts.
+// Text drawing of the EMF+ painter.
 
 #include <algorithm>
 #include <cmath>
@@ -20,12 +20,13 @@ struct Line {
   double width() const { return std::accumulate(widths.begin(), widths.end(), 0.0); }
 };
 
-/// The text in lines, which break where it says so and, unless `most` is 0, before words that do not fit.
+/// Breaks the text into lines at newlines and, unless `most` is 0, before words that do not fit into `most`
+/// pixels.
 std::vector<Line> linesOf(metafile::Letterer& letterer, cairo_t* c, const std::vector<std::string>& letters,
                           double most) {
   std::vector<Line> lines(1);
-  std::size_t word = 0;  // where the present word begins in the present line
-  double present = 0;    // the present line's width
+  std::size_t word = 0;  // start of the current word in the current line
+  double present = 0;    // width of the current line
   for (const std::string& letter : letters) {
     if (letter == "\n") {
       lines.emplace_back();
@@ -36,7 +37,7 @@ std::vector<Line> linesOf(metafile::Letterer& letterer, cairo_t* c, const std::v
     Line* line = &lines.back();
     const double width = letterer.advanceOf(c, letter);
     if (most > 0 && letter != " " && !line->letters.empty() && present + width > most) {
-      // The word moves down, or is cut if it began the line.
+      // Move the word to the next line, or split it if it began the line.
       const std::size_t from = word > 0 ? word : line->letters.size();
       Line next;
       next.letters.assign(line->letters.begin() + static_cast<std::ptrdiff_t>(from), line->letters.end());
@@ -56,23 +57,23 @@ std::vector<Line> linesOf(metafile::Letterer& letterer, cairo_t* c, const std::v
   return lines;
 }
 
-/// Where something of a length begins in a room.
+/// Offset of a span of `length` aligned in `room`.
 double offsetIn(double room, double length, std::uint32_t align) {
   return align == 1 ? (room - length) / 2 : align == 2 ? room - length : 0;
 }
 
 }  // namespace
 
-/// In units of the world.
+/// In world units.
 double Painter::fontSize(const Font& font) const {
-  // A size that is not of the world is one of the device, which the page does not scale.
+  // A font size in other units is a device size, independent of the page scale.
   const double page = state_.pageScale * pixelsPer(state_.pageUnit);
   if (font.unit == 0 || !(std::abs(page) > 1e-9)) return std::abs(font.size);
   return std::abs(font.size * pixelsPer(font.unit) / page);
 }
 
-/// Turns the context so that its units are pixels on the way of the text, and chooses font and brush; `scale`
-/// are the pixels of a unit. False if nothing can be drawn; then nothing has changed.
+/// Sets the context's transform to pixels along the text's direction, and selects font and brush; `scale` is
+/// pixels per unit. Returns false, without effect, if nothing can be drawn.
 bool Painter::beginText(const cairo_matrix_t& transform, const Font& font, std::size_t letters,
                         const Brush& brush, double& scale) {
   cairo_matrix_t m = matrix();

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::size_t kMostSaved = 1000;
 
-/// Pixels per unit of the physical mapping modes, at the 96 pixels per inch of the picture.
+/// Pixels per unit of the physical mapping modes, at 96 pixels per inch.
 double unitsOf(std::uint32_t mode) {
   switch (mode) {
     case 2:
@@ -33,7 +33,7 @@ Pixel pixelOf(Color c, std::uint8_t alpha) {
           static_cast<std::uint8_t>(c.value >> 16), alpha};
 }
 
-/// A tile of 8 x 8 with the lines of a hatch.
+/// 8 x 8 tile with the lines of a hatch.
 Bitmap hatchTile(const Brush& brush, bool opaque, Color back) {
   Bitmap tile = Bitmap::filled(8, 8, pixelOf(back, opaque ? 255 : 0));
   const Pixels pixels = tile.writable();
@@ -48,7 +48,7 @@ Bitmap hatchTile(const Brush& brush, bool opaque, Color back) {
   return tile;
 }
 
-/// The colour of a hatch that has no lines.
+/// The color of a hatch without lines.
 Color plainHatchColor(const Brush& brush, const State& state) {
   constexpr std::uint32_t kText = 8, kDitheredText = 9, kBack = 10, kDitheredBack = 11;
   switch (brush.hatch) {
@@ -63,7 +63,7 @@ Color plainHatchColor(const Brush& brush, const State& state) {
   }
 }
 
-/// The pattern in two colours instead of its black and white.
+/// The pattern with black and white replaced by two colors.
 Bitmap inColors(const Bitmap& pattern, Color black, Color white) {
   Bitmap result = pattern;
   const Pixels pixels = result.writable();
@@ -77,9 +77,9 @@ Bitmap inColors(const Bitmap& pattern, Color black, Color white) {
   return result;
 }
 
-/// The ternary operation that mixes ink with the picture as the binary operation of this number does.
+/// The ternary raster operation equivalent to a binary one (pen with picture).
 std::uint8_t ternaryOf(std::uint32_t binary) {
-  const std::uint32_t table = (binary - 1) & 0xF;  // bits: ink counts 2, picture 1
+  const std::uint32_t table = (binary - 1) & 0xF;  // bit i is the result for i = 2 * pen + picture
   const std::uint32_t without = table & 3, with = table >> 2;
   return static_cast<std::uint8_t>(without | without << 2 | with << 4 | with << 6);
 }
@@ -102,7 +102,7 @@ void Player::restore(std::int32_t level) {
   showClip();
 }
 
-/// From logical units, after the world's transform, to those of the device.
+/// Transform from logical units, after the world transform, to device units.
 cairo_matrix_t Player::page() const {
   const Mapping& m = state_.mapping;
   cairo_matrix_t page{1, 0, 0, 1, 0, 0};
@@ -111,7 +111,7 @@ cairo_matrix_t Player::page() const {
     page.x0 = m.viewportOrigin.x - m.windowOrigin.x;
     page.y0 = m.viewportOrigin.y - m.windowOrigin.y;
   } else if (m.mode < kIsotropic) {
-    // A physical measure is so many pixels of the picture, whatever the device's are; it counts upwards.
+    // Physical units are converted at the picture's resolution, not the device's; their y axis points up.
     page.xx = unitsOf(m.mode) * naturalScale_ / device_.xx;
     page.yy = -unitsOf(m.mode) * naturalScale_ / device_.yy;
     page.x0 = m.viewportOrigin.x - m.windowOrigin.x * page.xx;
@@ -158,7 +158,7 @@ void Player::setSource(Color color, double opacity) {
   cairo_set_source_rgba(canvas_.context(), color.red(), color.green(), color.blue(), opacity);
 }
 
-/// False if there is nothing to paint with.
+/// Returns false if the brush paints nothing.
 bool Player::setBrushSource(const Brush& brush) {
   if (brush.kind == Brush::Kind::none) return false;
   if (brush.kind == Brush::Kind::hatched && brush.hatch >= Brush::kFirstPlainHatch) {
@@ -186,7 +186,7 @@ bool Player::setBrushSource(const Brush& brush) {
   return true;
 }
 
-/// Draws as the binary raster operation says.
+/// Draws with the current binary raster operation.
 void Player::paint(const Rect& extents, double weight, const std::function<void()>& draw) {
   constexpr std::uint32_t kNothing = 11, kCopy = 13;
   if (state_.rasterOperation == kNothing) return;
@@ -208,7 +208,7 @@ void Player::fillPresentPath() {
 
 void Player::setDashes(double width) {
   std::vector<double> dashes;
-  // Thin lines have dashes of so many pixels, others of so many widths.
+  // Dash lengths of cosmetic pens are in pixels, of geometric pens in widths.
   const bool wide = state_.pen.geometric;
   switch (state_.pen.style) {
     case Pen::kDash:
@@ -238,7 +238,7 @@ void Player::setDashes(double width) {
     dash = std::max(dash, 0.0) * unit;
     total += dash;
   }
-  // Dashes that cannot be told apart are a line.
+  // Draw a solid line if the dashes are too small to see.
   constexpr double kMostDashes = 1e6;
   const double count = static_cast<double>(dashes.size()) * canvas_.pathLength() / std::max(total, 1e-9);
   if (total < 1 || count > kMostDashes || !canvas_.work().take(100 * count)) dashes.clear();
@@ -429,7 +429,7 @@ void Player::moveClip(Point by) {
 }
 
 void Player::keepClip() {
-  // Each piece makes every later drawing slower.
+  // Each piece slows down all later drawing.
   constexpr std::size_t kMostPieces = 200;
   if (state_.outerClip.size() + state_.clip.size() > kMostPieces) return;
   state_.outerClip.insert(state_.outerClip.end(), state_.clip.begin(), state_.clip.end());

@@ -1,4 +1,4 @@
-// The player's closed shapes and arcs, told as lines and curves.
+// Closed shapes and arcs of the player, as lines and curves.
 
 #include <algorithm>
 #include <array>
@@ -24,7 +24,7 @@ void Player::rectangle(const Rect& rect) {
       true);
 }
 
-/// Four curves that are as near to an ellipse as makes no difference (the usual 0.5523 of the radius).
+/// Four cubic Beziers, with control points at 0.5523 of the radius.
 void Player::addEllipse(const Rect& rect) {
   constexpr double kHandle = 0.5522847498;
   const double cx = (rect.left + rect.right) / 2, cy = (rect.top + rect.bottom) / 2;
@@ -174,7 +174,7 @@ void Player::fillRects(const std::vector<Rect>& rects, const Brush& brush) {
   canvas_.newPath();
 }
 
-/// Each rectangle's border, on its inside.
+/// Fills the inner border of each rectangle.
 void Player::frameRects(const std::vector<Rect>& rects, const Brush& brush, double width, double height) {
   std::vector<Rect> borders;
   for (const Rect& each : rects) {
