@@ -78,7 +78,7 @@ class Host : public testing::Test {
     settle();
   }
 
-  ImageProcessingCtl& control() { return editor_->control(); }
+  IImageProcessingCtl& control() { return editor_->control(); }
   qt::ViewCanvas& canvas() { return widget_->view()->surface().canvas(); }
   QAction& action(const char* name) {
     return widget_->moorage()->actions().actionOf(widget_->moorage()->Commands().Item(name));
@@ -101,7 +101,7 @@ class Host : public testing::Test {
       events_.insert(event);
       if (event == wanted && !dead_) end(what);
     };
-    ImageProcessingCtl& c = control();
+    IImageProcessingCtl& c = control();
     const auto keep = [this](Connection connection) { connections_.push_back(std::move(connection)); };
     keep(c.ExitRequest.Connect([note] { note("ExitRequest"); }));
     keep(c.ImageOpen.Connect([note](const std::string&) { note("ImageOpen"); }));

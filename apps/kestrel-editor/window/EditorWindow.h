@@ -19,7 +19,7 @@ class EditorWindow {
   ~EditorWindow();
 
   Form& form() { return *form_; }
-  ImageProcessingCtl& editor() { return *editor_; }
+  IImageProcessingCtl& editor() { return *editor_; }
 
   /// The user chooses the command of that dispatch key ("fileopen"). Raises RuntimeError 5 for one that is
   /// not there or cannot be chosen now.
