@@ -13,7 +13,10 @@ set(KESTREL_SANITIZE "" CACHE STRING "Sanitizers to build with: address,undefine
 add_library(kestrel_options INTERFACE)
 # Line tables stay in release builds: an error report names the source line.
 target_compile_options(kestrel_options INTERFACE
-  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror -g1)
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -g1)
+if(KESTREL_WERROR)
+  target_compile_options(kestrel_options INTERFACE -Werror)
+endif()
 # Two like statements must stay two, else a report would name the line of the one for the other.
 target_compile_options(kestrel_options INTERFACE
   $<$<CXX_COMPILER_ID:GNU>:-fno-crossjumping>
@@ -97,7 +100,9 @@ function(kestrel_library target)
     kestrel_expose(${target} INTERFACE)
     target_link_libraries(${target} INTERFACE ${arg_DEPENDS})
   endif()
-  kestrel_check_headers(${target})
+  if(KESTREL_TESTS)
+    kestrel_check_headers(${target})
+  endif()
 endfunction()
 
 # kestrel_test(name LABEL folder SOURCES file... [DEPENDS target...])
