@@ -15,7 +15,10 @@ set(KESTREL_SANITIZE "" CACHE STRING "Sanitizers to build with: address,undefine
 add_library(kestrel_options INTERFACE)
 # Line tables stay in release builds: an error report names the source line.
 target_compile_options(kestrel_options INTERFACE
-  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror -g1)
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -g1)
+if(KESTREL_WERROR)
+  target_compile_options(kestrel_options INTERFACE -Werror)
+endif()
 # Equal statements must not be merged, else a report could name the line of another one.
 target_compile_options(kestrel_options INTERFACE
   $<$<CXX_COMPILER_ID:GNU>:-fno-crossjumping>

@@ -26,7 +26,7 @@ std::span<const ImageProcessingCtl::CommandRow> ImageProcessingCtl::zCommandRows
   static constexpr std::uint32_t kFullEdits = kEditsPicture | kFullTools;
   static constexpr CommandRow kRows[] = {
       {"btnFileSave", kEditsPicture, [](Editor& e, Command&) { e.SaveImage(); }},
-      {"btnFileSaveAs", kEditsPicture, [](Editor& e, Command&) { e.SaveImageAs(); }},
+      {"btnFileSaveAs", kEditsPicture, [](Editor& e, Command&) { e.SaveImageAs({}); }},
       {"btnFileExport", kEditsPicture | kAwaitsDialog, nullptr},
       {"btnEditUndo", kNeedsPicture | kNeedsUndoStep, [](Editor& e, Command&) { e.Undo(); }},
       {"btnEditRedo", kNeedsPicture | kNeedsRedoStep, [](Editor& e, Command&) { e.Redo(); }},
@@ -59,7 +59,7 @@ std::span<const ImageProcessingCtl::CommandRow> ImageProcessingCtl::zCommandRows
       {"btnFileExit", kAlwaysUsable, [](Editor& e, Command&) { e.zRequestExit(); }},
       {"btnFileOpen", kAlwaysUsable,
        [](Editor& e, Command&) {
-         if (e.SaveChanges()) e.OpenImage();
+         if (e.SaveChanges()) e.OpenImage({});
        }},
       {"mnuFileMRU", kAlwaysUsable, [](Editor& e, Command& c) { e.zOpenRecent(c); }},
       {"btnFileSimpleSave", kAlwaysUsable, [](Editor& e, Command&) { e.zRequestSimpleSave(); }},

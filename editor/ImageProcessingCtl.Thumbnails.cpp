@@ -46,7 +46,8 @@ bool ImageProcessingCtl::SaveImageThumbnail(std::string Filename) {
       Filename = files.PathWithoutExtension(Filename) + "_thumb." + files.GetExtension(Filename, 0);
     }
     const PicturePtr thumbnail =
-        GetThumbnail(ipUseDefault, ipUseDefault, Required(Options()).ThumbnailAddDropShadow());
+        GetThumbnail(ipUseDefault, ipUseDefault, Required(Options()).ThumbnailAddDropShadow(), ipUseDefault,
+                     ipUseDefault, ipUseDefault, ipUseDefault, ipUseDefault);
     Result = zSaveThumbnail(Required(thumbnail), Filename);
   } catch (...) {
     Status("", true, false);

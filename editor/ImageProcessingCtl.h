@@ -27,14 +27,10 @@
 
 namespace kestrel {
 
-/// The embeddable image editor: an image view surrounded by menus, tool bars, a status bar and dock windows.
+/// The editor behind its public members, which `IImageProcessingCtl` describes.
 ///
-/// A container makes it on a `Site` that has an image view "igxImage" and a docking suite "mrgUI", and raises
-/// the site's `InitProperties` or `ReadProperties`. The host then calls `Initialize` once. All calls and
-/// events happen on the thread that made it.
-///
-/// An error inside a member is reported and the member returns its default result, unless documented
-/// otherwise. Setting a property to its current value does nothing.
+/// A container makes it on a `Site` that holds an image view "igxImage" and a docking suite "mrgUI", and
+/// raises the site's `InitProperties` or `ReadProperties`.
 class ImageProcessingCtl final : public IImageProcessingCtl {
  public:
   /// The thread must be attached to a platform (`modProcessing`). Commands start disabled. Raises
@@ -45,12 +41,9 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   std::string TypeName() const override { return "ImageProcessingCtl"; }
 
   // -- Life -----------------------------------------------------------------------------------------------
+  void Initialize() override;
+  void Terminate() override;
 
-  /// Completes the start-up; at design time only sets the view's zoom.
-  void Initialize();
-  /// Closes the dock windows and releases all windows and the sink. A host may call it early; further calls
-  /// do nothing.
-  void Terminate();
   /// The container has lost its host: terminates. From now on the control raises no event and shows no
   /// dialog, and running members do not store files or settings.
   ///
@@ -59,185 +52,110 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   /// inside one of its own members is an error.
   void Retire();
 
-  // -- Switches of the host -------------------------------------------------------------------------------
-
-  /// Hot keys without Ctrl or Alt stay active. Those removed while it is False are not restored.
-  bool AllowUnmodifiedHotKeys() const { return pAllowUnmodifiedHotKeys; }
-  void AllowUnmodifiedHotKeys(bool Value);
-  /// Only a subset of the tools is shown.
-  bool UseSimpleTools() const { return pUseSimpleTools; }
-  void UseSimpleTools(bool Value);
-  bool ShowDrawingTools() const { return pShowDrawingTools; }
-  void ShowDrawingTools(bool Value);
-  /// One Save that the host executes replaces Save, Save As and Export.
-  bool UseSimpleSave() const { return pUseSimpleSave; }
-  void UseSimpleSave(bool Value);
-  bool ShowClose() const { return pShowClose; }
-  void ShowClose(bool Value);
-  /// Also sets `ShowMRU`.
-  bool ShowOpen() const { return pShowOpen; }
-  void ShowOpen(bool Value);
-  bool ShowMRU() const { return pShowMRU; }
-  void ShowMRU(bool Value);
-  bool ShowMenuBar() const { return pShowMenuBar; }
-  void ShowMenuBar(bool Value);
-  /// Changes of the two colors are written to `Options`.
-  bool AutoUpdateGlobal() const { return pAutoUpdateGlobal; }
-  void AutoUpdateGlobal(bool Value);
+  // -- Switches of the host ---------------------------------------------------------------------------
+  bool AllowUnmodifiedHotKeys() const override { return pAllowUnmodifiedHotKeys; }
+  void AllowUnmodifiedHotKeys(bool Value) override;
+  bool UseSimpleTools() const override { return pUseSimpleTools; }
+  void UseSimpleTools(bool Value) override;
+  bool ShowDrawingTools() const override { return pShowDrawingTools; }
+  void ShowDrawingTools(bool Value) override;
+  bool UseSimpleSave() const override { return pUseSimpleSave; }
+  void UseSimpleSave(bool Value) override;
+  bool ShowClose() const override { return pShowClose; }
+  void ShowClose(bool Value) override;
+  bool ShowOpen() const override { return pShowOpen; }
+  void ShowOpen(bool Value) override;
+  bool ShowMRU() const override { return pShowMRU; }
+  void ShowMRU(bool Value) override;
+  bool ShowMenuBar() const override { return pShowMenuBar; }
+  void ShowMenuBar(bool Value) override;
+  bool AutoUpdateGlobal() const override { return pAutoUpdateGlobal; }
+  void AutoUpdateGlobal(bool Value) override;
 
   // -- State ----------------------------------------------------------------------------------------------
-
-  std::int32_t UndoLevels() const { return pUndoLevels; }
-  void UndoLevels(std::int32_t Value);
-  /// The material colors. A background of -1 means no fill: shapes are outlines in the foreground color.
+  std::int32_t UndoLevels() const override { return pUndoLevels; }
+  void UndoLevels(std::int32_t Value) override;
   OLE_COLOR BackColor() const override { return pBackColor; }
   void BackColor(OLE_COLOR Value) override;
   OLE_COLOR ForeColor() const override { return pForeColor; }
   void ForeColor(OLE_COLOR Value) override;
-  /// The picture was edited since it was set. Becoming True raises `Change`.
-  bool Changed() const { return pChanged; }
-  void Changed(bool Value);
-  /// The format code of the open file. Setting it changes the extension of `Filename`; the picture and the
-  /// format of the next save are unchanged.
-  std::int32_t Format() const { return mFormat; }
-  void Format(std::int32_t Value);
-  /// The picture as an ordinary picture object; null while there is none. Setting it keeps `Filename`.
-  PicturePtr Picture();
-  void Picture(const PicturePtr& Value);
-  /// The host's sink, a weak reference.
-  std::shared_ptr<IImageEvents> EventSink() const;
-  void EventSink(const std::shared_ptr<IImageEvents>& Value);
-  /// Selecting another tool clears the selection and raises `ToolChange`.
-  ImageProcessingToolConstants Tool() const { return pTool; }
-  void Tool(ImageProcessingToolConstants Value);
-
-  /// Null while there is no picture.
+  bool Changed() const override { return pChanged; }
+  void Changed(bool Value) override;
+  std::int32_t Format() const override { return mFormat; }
+  void Format(std::int32_t Value) override;
+  PicturePtr Picture() override;
+  void Picture(const PicturePtr& Value) override;
+  std::shared_ptr<IImageEvents> EventSink() const override;
+  void EventSink(const std::shared_ptr<IImageEvents>& Value) override;
+  ImageProcessingToolConstants Tool() const override { return pTool; }
+  void Tool(ImageProcessingToolConstants Value) override;
   kestrel::Image* Image() override;
-  std::shared_ptr<kestrel::ImgX> ImgX();
-  /// The settings that all editors of the process share.
-  std::shared_ptr<kestrel::Options> Options();
-  kestrel::DockWindows& DockWindows() { return mrgUI.DockWindows(); }
-  kestrel::Commands& Commands() { return mrgUI.Commands(); }
-  kestrel::CommandBars& CommandBars() { return mrgUI.CommandBars(); }
-  /// The file dialog; null before `Initialize`.
+  std::shared_ptr<kestrel::ImgX> ImgX() override;
+  std::shared_ptr<kestrel::Options> Options() override;
+  kestrel::DockWindows& DockWindows() override { return mrgUI.DockWindows(); }
+  kestrel::Commands& Commands() override { return mrgUI.Commands(); }
+  kestrel::CommandBars& CommandBars() override { return mrgUI.CommandBars(); }
   ImgXDialog* BrowseDialog() override { return pDialog.get(); }
   ImageView& ImageControl() override { return igxImage; }
-  const std::string& Filename() const { return pFilename; }
-  /// The tool windows; null before `Initialize`, at design time and after `Terminate`.
-  frmZoom* ZoomWindow() { return fltZoom.get(); }
-  frmMaterials* MaterialsWindow() { return fltMaterials.get(); }
+  const std::string& Filename() const override { return pFilename; }
+  frmZoom* ZoomWindow() override { return fltZoom.get(); }
+  frmMaterials* MaterialsWindow() override { return fltMaterials.get(); }
 
   // -- Files ----------------------------------------------------------------------------------------------
-
-  /// Opens a file. Without a name the host is asked for one, by event and sink, and then the user by dialog.
-  /// True if a picture was opened. Does not ask about unsaved changes.
-  bool OpenImage(std::string Filename = {});
-  /// Saves under the current name.
-  bool SaveImage();
-  bool SaveImageAs(const std::string& Filename = {});
-  /// Asks the user about unsaved changes. True if the caller may continue.
-  bool SaveChanges();
+  bool OpenImage(std::string Filename) override;
+  bool SaveImage() override;
+  bool SaveImageAs(const std::string& Filename) override;
+  bool SaveChanges() override;
 
   // -- Commands and status --------------------------------------------------------------------------------
-
-  /// Enables or disables the commands that need a picture. Undo and Redo are enabled only if there is a step,
-  /// commands that must wait for the end of an open paste or crop only after it, and commands without a
-  /// dialog never.
-  void SetControls(const bool& Enabled);
-  /// Shows a message in the status line. With `ChangeCursor` a text begins a busy phase and an empty one ends
-  /// it.
-  void Status(const std::string& Message = {}, bool ChangeCursor = false, bool UpdateAsDefault = false);
-  void SetToolbarStyle(std::int32_t Style);
-  /// Applies the settings to the user interface.
-  void ApplyOptions();
+  void SetControls(const bool& Enabled) override;
+  void Status(const std::string& Message, bool ChangeCursor, bool UpdateAsDefault) override;
+  void SetToolbarStyle(std::int32_t Style) override;
+  void ApplyOptions() override;
 
   // -- Selection ------------------------------------------------------------------------------------------
+  void SetSelection(std::int32_t Left, std::int32_t Top, std::int32_t Width, std::int32_t Height) override;
+  void SelectAll() override;
+  void ResetSelection() override;
+  void Copy(bool UseSelection) override;
+  void Cut(bool UseSelection) override;
+  void Paste() override;
+  void Cancel() override;
+  void CropToSelection() override;
 
-  /// Switches to the selection tool and shows the rectangle; picture pixels, sizes may be negative.
-  void SetSelection(std::int32_t Left, std::int32_t Top, std::int32_t Width, std::int32_t Height);
-  void SelectAll();
-  void ResetSelection();
-  void Copy(bool UseSelection = false);
-  /// Copies the selection, or the picture without one, and fills the copied area with the drawing color.
-  /// Without a selection the filled area has the size of the view.
-  void Cut(bool UseSelection = false);
-  /// Commits the floating image of an open paste; does nothing without one.
-  void Paste();
-  /// Cancels an open paste and an open crop.
-  void Cancel();
-  /// Raises the engine's error if the result is empty.
-  void CropToSelection();
-
-  // -- Operations; engine errors propagate to the caller --------------------------------------------------
-
-  /// Height 0 keeps the aspect ratio. The methods are those of `Effects::Resize`.
-  void Resize(std::int32_t Width, std::int32_t Height = 0, std::int32_t ResampleMethod = 0) override;
-  void ResizeCanvas(std::int32_t Width, std::int32_t Height, std::int32_t OffsetX = 0,
-                    std::int32_t OffsetY = 0, OLE_COLOR BackColor = ipUseDefault) override;
-  /// Clockwise, in degrees.
-  void Rotate(float Angle, OLE_COLOR BackColor = ipUseDefault, bool ApplyToSelection = false);
-  void FlipHorizontally(bool ApplyToSelection = false);
-  void FlipVertically(bool ApplyToSelection = false);
-  void ApplyGrayScale(bool ApplyToSelection = false);
-  /// Asks for an angle and rotates the selection if there is one, else the picture. Returns the clockwise
-  /// angle, 0 if canceled.
-  std::int32_t ShowRotateDialog();
-  void FlattenAlpha(OLE_COLOR Color = ipUseDefault);
-  /// Raises 6 for an opacity beyond a byte.
-  void ApplyDropShadow(std::int32_t OffsetX = ipUseDefault, std::int32_t OffsetY = ipUseDefault,
-                       OLE_COLOR ShadowColor = ipUseDefault, std::int32_t Opactity = ipUseDefault,
-                       std::int32_t BlurLevel = ipUseDefault, bool ApplyToSelection = false);
-  /// Adds a shadow of the pixels that do not have the mask color. Works on any valid selection, regardless of
-  /// `ApplyToSelection`. A failure leaves picture, steps and `Changed` as they were.
-  void ApplyMaskedDropShadow(std::int32_t OffsetX = ipUseDefault, std::int32_t OffsetY = ipUseDefault,
-                             OLE_COLOR ShadowColor = ipUseDefault, std::int32_t Opactity = ipUseDefault,
-                             std::int32_t BlurLevel = ipUseDefault, OLE_COLOR MaskColor = ipUseDefault,
-                             bool AutomaticMask = false, bool ApplyToSelection = false);
+  // -- Operations -----------------------------------------------------------------------------------------
+  void Resize(std::int32_t Width, std::int32_t Height, std::int32_t ResampleMethod) override;
+  void ResizeCanvas(std::int32_t Width, std::int32_t Height, std::int32_t OffsetX, std::int32_t OffsetY,
+                    OLE_COLOR BackColor) override;
+  void Rotate(float Angle, OLE_COLOR BackColor, bool ApplyToSelection) override;
+  void FlipHorizontally(bool ApplyToSelection) override;
+  void FlipVertically(bool ApplyToSelection) override;
+  void ApplyGrayScale(bool ApplyToSelection) override;
+  std::int32_t ShowRotateDialog() override;
+  void FlattenAlpha(OLE_COLOR Color) override;
+  void ApplyDropShadow(std::int32_t OffsetX, std::int32_t OffsetY, OLE_COLOR ShadowColor,
+                       std::int32_t Opactity, std::int32_t BlurLevel, bool ApplyToSelection) override;
+  void ApplyMaskedDropShadow(std::int32_t OffsetX, std::int32_t OffsetY, OLE_COLOR ShadowColor,
+                             std::int32_t Opactity, std::int32_t BlurLevel, OLE_COLOR MaskColor,
+                             bool AutomaticMask, bool ApplyToSelection) override;
 
   // -- Undo -----------------------------------------------------------------------------------------------
-
-  void Undo();
-  void Redo();
+  void Undo() override;
+  void Redo() override;
 
   // -- Zoom -----------------------------------------------------------------------------------------------
-
-  /// Step 0.1 below actual size and 1 above it. Not limited.
-  void ZoomIn();
-  void ZoomOut();
-  void ZoomActualSize();
+  void ZoomIn() override;
+  void ZoomOut() override;
+  void ZoomActualSize() override;
 
   // -- Thumbnails -----------------------------------------------------------------------------------------
-
-  /// A reduced copy of the picture on a background; `Size` is in percent of its width. -1 means the option's
-  /// value.
-  PicturePtr GetThumbnail(std::int32_t Size = ipUseDefault, OLE_COLOR BackColor = ipUseDefault,
-                          bool AddDropShadow = false, std::int32_t OffsetX = ipUseDefault,
-                          std::int32_t OffsetY = ipUseDefault, OLE_COLOR ShadowColor = ipUseDefault,
-                          std::int32_t Opacity = ipUseDefault, std::int32_t BlurLevel = ipUseDefault);
-  /// The same with a choice of the size's unit. Raises 6 for an opacity beyond a byte, and engine errors.
-  PicturePtr GetThumbnailEx(ThumbnailSizeTypeEnum& SizeType, std::int32_t Size = ipUseDefault,
-                            OLE_COLOR BackColor = ipUseDefault, bool AddDropShadow = false,
-                            std::int32_t OffsetX = ipUseDefault, std::int32_t OffsetY = ipUseDefault,
-                            OLE_COLOR ShadowColor = ipUseDefault, std::int32_t Opactity = ipUseDefault,
-                            std::int32_t BlurLevel = ipUseDefault);
-  /// Writes a thumbnail according to the options; true if the file was written.
-  bool SaveImageThumbnail(std::string Filename);
-
-  // -- Events, in the order of the interface --------------------------------------------------------------
-
-  /// The user asked to close the editor.
-  Event<> ExitRequest;
-  Event<const std::string&> ImageOpen;
-  Event<const std::string&> ImageSave;
-  Event<std::string&, bool&> RequestOpenFilename;  ///< Filename, CancelDefault
-  Event<std::string&, bool&> RequestSaveFilename;  ///< Filename, CancelDefault
-  /// Kept for hosts; this control never raises it.
-  Event<> WindowClosed;
-  // ForeColorChange and BackColorChange come here in the order; see IImageProcessingCtl.
-  Event<ImageProcessingToolConstants> ToolChange;
-  Event<> PictureSet;
-  Event<bool&> SimpleSaveRequest;  ///< Saved
-  Event<> Change;
+  PicturePtr GetThumbnail(std::int32_t Size, OLE_COLOR BackColor, bool AddDropShadow, std::int32_t OffsetX,
+                          std::int32_t OffsetY, OLE_COLOR ShadowColor, std::int32_t Opacity,
+                          std::int32_t BlurLevel) override;
+  PicturePtr GetThumbnailEx(ThumbnailSizeTypeEnum& SizeType, std::int32_t Size, OLE_COLOR BackColor,
+                            bool AddDropShadow, std::int32_t OffsetX, std::int32_t OffsetY,
+                            OLE_COLOR ShadowColor, std::int32_t Opactity, std::int32_t BlurLevel) override;
+  bool SaveImageThumbnail(std::string Filename) override;
 
  private:
   struct StoredProperty;

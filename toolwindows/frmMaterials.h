@@ -10,6 +10,7 @@
 #include "diagnostics/CountedForm.h"
 #include "editor/interface/IImageProcessingCtl.h"
 #include "imaging/contract/Form.h"
+#include "imaging/contract/ImageView.h"
 #include "imaging/contract/MouseTracker.h"
 #include "imaging/contract/controls/ColorPicker.h"
 #include "imaging/contract/controls/CommandButton.h"

@@ -26,7 +26,7 @@ bool succeeds(const std::string& what, const int& boxes, const std::function<boo
 }  // namespace
 
 bool runScript(const Arguments& arguments, EditorWindow& window, qt::Desktop& desktop, const int& boxes) {
-  ImageProcessingCtl& editor = window.editor();
+  IImageProcessingCtl& editor = window.editor();
   if (!arguments.file.empty() && !succeeds("Opening \"" + arguments.file + "\"", boxes,
                                            [&] { return editor.OpenImage(arguments.file); })) {
     return false;

@@ -22,7 +22,7 @@ class EditorBench {
   ~EditorBench();
 
   qt::QtPlatform& platform() { return *platform_; }
-  ImageProcessingCtl& editor() { return *editor_; }
+  IImageProcessingCtl& editor() { return *editor_; }
   qt::QtForm& form() { return *form_; }
   qt::FormWindow& window() { return form_->window(); }
   qt::EditorWidget& widget();

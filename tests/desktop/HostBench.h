@@ -16,7 +16,7 @@ class HostedEditor {
   ~HostedEditor();
 
   qt::EditorWidget& widget() { return *widget_; }
-  ImageProcessingCtl& control() { return *control_; }
+  IImageProcessingCtl& control() { return *control_; }
   qt::QtMoorage& moorage() { return *widget_->moorage(); }
   qt::ViewCanvas& canvas() { return widget_->view()->surface().canvas(); }
 

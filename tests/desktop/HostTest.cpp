@@ -77,7 +77,7 @@ class Host : public testing::Test {
     settle();
   }
 
-  ImageProcessingCtl& control() { return editor_->control(); }
+  IImageProcessingCtl& control() { return editor_->control(); }
   qt::ViewCanvas& canvas() { return widget_->view()->surface().canvas(); }
   QAction& action(const char* name) {
     return widget_->moorage()->actions().actionOf(widget_->moorage()->Commands().Item(name));
@@ -100,7 +100,7 @@ class Host : public testing::Test {
       events_.insert(event);
       if (event == wanted && !dead_) end(what);
     };
-    ImageProcessingCtl& c = control();
+    IImageProcessingCtl& c = control();
     const auto keep = [this](Connection connection) { connections_.push_back(std::move(connection)); };
     keep(c.ExitRequest.Connect([note] { note("ExitRequest"); }));
     keep(c.ImageOpen.Connect([note](const std::string&) { note("ImageOpen"); }));
@@ -434,6 +434,19 @@ TEST_F(Host, MayEndTheComponentRightAfterTheEditor) {
   EXPECT_TRUE(widget_) << "kept until control is back in the event loop";
   component_.reset();
   EXPECT_FALSE(widget_);
+}
+
+TEST(EmbeddedComponent, KeepsTheSharedServicesUntilTheProcessEnds) {
+  const std::string moved = "Software\\Brindlewick\\ImageProcessing2";
+  std::string first;
+  {
+    const qt::Component component;
+    first = modProcessing::WindowPositions().RegistryKey();
+    modProcessing::WindowPositions().RegistryKey(moved);
+  }
+  const qt::Component next;
+  EXPECT_EQ(modProcessing::WindowPositions().RegistryKey(), moved) << "Main runs once per process";
+  modProcessing::WindowPositions().RegistryKey(first);
 }
 
 }  // namespace

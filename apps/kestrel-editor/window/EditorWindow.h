@@ -19,7 +19,7 @@ class EditorWindow {
   ~EditorWindow();
 
   Form& form() { return *form_; }
-  ImageProcessingCtl& editor() { return *editor_; }
+  IImageProcessingCtl& editor() { return *editor_; }
 
   /// Runs the command of that dispatch key ("fileopen"). Raises RuntimeError 5 for an unknown or disabled
   /// command.

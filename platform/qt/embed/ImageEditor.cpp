@@ -3,6 +3,7 @@
 #include <QVBoxLayout>
 
 #include "RetiredEditors.h"
+#include "editor/ImageProcessingCtl.h"
 #include "platform/qt/core/Text.h"
 #include "platform/qt/dialogs/Modal.h"
 #include "platform/qt/docking/QtMoorage.h"
@@ -52,7 +53,7 @@ ImageEditor::~ImageEditor() {
   component_.retiredEditors().take(std::move(inside_));
 }
 
-ImageProcessingCtl& ImageEditor::control() { return inside_->control; }
+IImageProcessingCtl& ImageEditor::control() { return inside_->control; }
 
 void ImageEditor::save(PropertyBag& bag) { inside_->site.WriteProperties(bag); }
 

@@ -4,7 +4,11 @@
 #include <memory>
 
 #include "Component.h"
-#include "editor/ImageProcessingCtl.h"
+#include "editor/interface/IImageProcessingCtl.h"
+
+namespace kestrel {
+class PropertyBag;
+}
 
 namespace kestrel::qt {
 
@@ -25,7 +29,7 @@ class ImageEditor final : public QWidget {
   explicit ImageEditor(Component& component, const PropertyBag* stored = nullptr, QWidget* parent = nullptr);
   ~ImageEditor() override;
 
-  ImageProcessingCtl& control();
+  IImageProcessingCtl& control();
 
   /// Stores the control's properties.
   void save(PropertyBag& bag);

@@ -55,7 +55,7 @@ class Editor {
     modProcessing::Detach();
   }
 
-  ImageProcessingCtl& control() { return *control_; }
+  IImageProcessingCtl& control() { return *control_; }
   headless::ImageView& view() { return Bind<headless::ImageView>(*site_, "igxImage"); }
   headless::User& user() { return platform_->user(); }
 

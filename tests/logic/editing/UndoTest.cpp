@@ -109,7 +109,7 @@ TEST_P(EditingUndo, ASectionAfterAHostsUndoPointIsASeparateStep) {
 }
 
 TEST_P(EditingUndo, AFailedContouredShadowChangesNothing) {
-  using Editor = ImageProcessingCtl;
+  using Editor = IImageProcessingCtl;
   constexpr std::int32_t kTooFar = 2000000000;
   const struct {
     const char* what;
@@ -182,7 +182,7 @@ TEST_P(EditingUndo, AfterAnUndoTheNextNameIsShownAndChangedStays) {
 }
 
 TEST_P(EditingUndo, EveryOperationIsOneStepForUndoAndRedo) {
-  using Editor = ImageProcessingCtl;
+  using Editor = IImageProcessingCtl;
   const struct {
     const char* what;
     std::function<void(Editor&)> run;

@@ -85,7 +85,9 @@ class EditorTest : public testing::TestWithParam<PathStyle> {
     site_.reset();
   }
 
-  ImageProcessingCtl& editor() { return *editor_; }
+  IImageProcessingCtl& editor() { return *editor_; }
+  /// As its container has it.
+  ImageProcessingCtl& control() { return *editor_; }
   headless::Platform& platform() { return *platform_; }
   headless::Site& site() { return *site_; }
   headless::User& user() { return platform_->user(); }

@@ -68,7 +68,7 @@ class EditorWithoutMemory : public EditorTest {
 };
 
 TEST_P(EditorWithoutMemory, AnOperationRaisesAndChangesNothing) {
-  const std::function<void(ImageProcessingCtl&)> operations[] = {
+  const std::function<void(IImageProcessingCtl&)> operations[] = {
       [](auto& e) { e.Resize(100, 90, 1); },
       [](auto& e) { e.ResizeCanvas(100, 90, 3, 4, 0); },
       [](auto& e) { e.Rotate(90); },

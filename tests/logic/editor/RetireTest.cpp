@@ -13,7 +13,7 @@ class EditorRetirement : public EditorTest {
   /// The host ends the editor at the event `wanted`; all events are recorded.
   void endAt(const std::string& wanted) {
     wanted_ = wanted;
-    ImageProcessingCtl& e = editor();
+    IImageProcessingCtl& e = editor();
     on(e.ExitRequest, [this] { raised("ExitRequest"); });
     on(e.ImageOpen, [this](const std::string&) { raised("ImageOpen"); });
     on(e.ImageSave, [this](const std::string&) { raised("ImageSave"); });
@@ -34,7 +34,7 @@ class EditorRetirement : public EditorTest {
 
   void raised(const std::string& event) {
     events_.push_back(event);
-    if (event == wanted_) editor().Retire();
+    if (event == wanted_) control().Retire();
   }
 
   std::string wanted_;
@@ -82,7 +82,7 @@ TEST_P(EditorRetirement, InAnyEventItIsTheLastEvent) {
 TEST_P(EditorRetirement, InAnEventSkipsItsRemainingHandlers) {
   startWithPicture();
   int later = 0;
-  on(editor().ForeColorChange, [&](OLE_COLOR) { editor().Retire(); });
+  on(editor().ForeColorChange, [&](OLE_COLOR) { control().Retire(); });
   on(editor().ForeColorChange, [&](OLE_COLOR) { ++later; });
   editor().ForeColor(0x00123456);
   EXPECT_EQ(later, 0);
@@ -93,7 +93,7 @@ TEST_P(EditorRetirement, DuringARequestForANameOpensAndSavesNothing) {
   const std::string other = makePicture("other.png", 2);
   on(editor().RequestOpenFilename, [&](std::string& name, bool&) {
     name = other;
-    editor().Retire();
+    control().Retire();
   });
   const std::int32_t recent = command("mnuFileMRU").Items().Count();
   EXPECT_FALSE(editor().OpenImage());
@@ -104,7 +104,7 @@ TEST_P(EditorRetirement, DuringARequestForANameOpensAndSavesNothing) {
   startWithPicture();
   on(editor().RequestSaveFilename, [&](std::string& name, bool&) {
     name = path("unwanted.png");
-    editor().Retire();
+    control().Retire();
   });
   EXPECT_FALSE(editor().SaveImageAs());
   EXPECT_FALSE(exists(path("unwanted.png")));
@@ -113,7 +113,7 @@ TEST_P(EditorRetirement, DuringARequestForANameOpensAndSavesNothing) {
 TEST_P(EditorRetirement, InTheSinkIsItsLastCall) {
   startWithPicture();
   const auto sink = std::make_shared<RecordingSink>(log());
-  sink->onRequest = [&](std::string&, bool&) { editor().Retire(); };
+  sink->onRequest = [&](std::string&, bool&) { control().Retire(); };
   editor().EventSink(sink);
   EXPECT_FALSE(editor().OpenImage());
   EXPECT_EQ(editor().EventSink(), nullptr);
@@ -122,7 +122,7 @@ TEST_P(EditorRetirement, InTheSinkIsItsLastCall) {
 
 TEST_P(EditorRetirement, CancelsAnOpenDialog) {
   startWithPicture();
-  user().cancelsFileDialog([&](headless::FileDialog&) { editor().Retire(); });
+  user().cancelsFileDialog([&](headless::FileDialog&) { control().Retire(); });
   EXPECT_FALSE(editor().OpenImage());
   // No other dialog opens: the script is empty, so each would cause a complaint.
   EXPECT_FALSE(editor().OpenImage());
@@ -135,7 +135,7 @@ TEST_P(EditorRetirement, CancelsAnOpenDialog) {
 
 TEST_P(EditorRetirement, HappensOnce) {
   startWithPicture();
-  editor().Retire();
+  control().Retire();
   const auto options = modProcessing::GetOptions();
   endEditor();
   EXPECT_EQ(modProcessing::GetOptions(), options) << "the settings of editors made since are left alone";

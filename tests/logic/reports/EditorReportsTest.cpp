@@ -28,7 +28,7 @@ class FailingSink : public IImageEvents {
 
 /// An editor whose host fails: its handlers can fail in every file of the editor.
 struct World {
-  ImageProcessingCtl& editor;
+  IImageProcessingCtl& editor;
   const std::string& picture;
   const std::shared_ptr<FailingSink>& sink;
   headless::Moorage& suite;
