@@ -18,7 +18,8 @@ std::vector<std::uint8_t> jpegOf(const engine::ConstPixels& pixels, int quality,
 /// A function that encodes like `jpegOf` into a kept buffer and returns the file size.
 std::function<std::size_t()> keptJpegWriter(const engine::Bitmap& picture, int quality, Colors colors);
 
-/// Decodes the file directly to RGBA rows of `pixels`.
-void readJpeg(const std::vector<std::uint8_t>& file, const engine::Pixels& pixels);
+/// Decodes the file directly to RGBA rows of `pixels`, which has the picture's size divided by `divisor`
+/// (1, 2, 4 or 8) and rounded up.
+void readJpeg(const std::vector<std::uint8_t>& file, const engine::Pixels& pixels, unsigned divisor = 1);
 
 }  // namespace kestrel::bench
