@@ -3,6 +3,7 @@
 #include "StoredQuality.h"
 #include "base/RuntimeError.h"
 #include "diagnostics/Trailer.h"
+#include "imaging/contract/Formats.h"
 #include "imaging/contract/RegistryStore.h"
 #include "modProcessing.h"
 
@@ -11,8 +12,6 @@ namespace {
 
 Variant Stored(bool value) { return Variant(value); }
 Variant Stored(std::int32_t value) { return Variant(value); }
-
-constexpr std::int32_t kDefaultQuality = 75;
 
 void Take(const Variant& stored, bool& value) { value = stored.ToBoolean(); }
 template <typename Number>
@@ -45,7 +44,7 @@ void Take(const Variant& stored, Number& value) {
   }
 
 // clang-format off
-OPTION(std::int32_t,                      JPEGQuality,                 "JPEG",         "Quality",               kStoreNumber, kDefaultQuality)
+OPTION(std::int32_t,                      JPEGQuality,                 "JPEG",         "Quality",               kStoreNumber, kDefaultJpegQuality)
 OPTION(OLE_COLOR,                         MaterialBackColor,           "Materials",    "BackColor",             kStoreString, -1)
 OPTION(OLE_COLOR,                         MaterialForeColor,           "Materials",    "ForeColor",             kStoreNumber, 0x0000FF)
 OPTION(std::int32_t,                      ThumbnailSize,               "Thumbnails",   "SizeEx",                kStoreNumber, 30)
@@ -88,7 +87,7 @@ std::int32_t StoredJPEGQuality() {
   kestrel::RegistryStore& store = modProcessing::RegistryStore();
   const Variant stored = store.ReadValue(HKEY_CURRENT_USER, store.RootKey() + "\\JPEG", "Quality");
   if (store.ReadFailed()) throw RuntimeError(err::kDeviceIO, "The stored JPEG quality could not be read.");
-  if (stored.TypeCode() == static_cast<std::int32_t>(Variant::Type::kEmpty)) return kDefaultQuality;
+  if (stored.TypeCode() == static_cast<std::int32_t>(Variant::Type::kEmpty)) return kDefaultJpegQuality;
   if (stored.TypeCode() != static_cast<std::int32_t>(Variant::Type::kInt32)) {
     throw RuntimeError(err::kTypeMismatch, "The stored JPEG quality is not a number.");
   }

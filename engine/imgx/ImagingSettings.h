@@ -4,6 +4,7 @@
 
 #include "imaging/contract/Colour.h"
 #include "imaging/contract/Draw.h"
+#include "imaging/contract/Formats.h"
 #include "imaging/contract/Types.h"
 
 namespace kestrel::engine {
@@ -14,7 +15,7 @@ struct ImagingSettings {
   Colour drawColor;
   std::int32_t fillMode = kFillNone;
   std::int32_t penWidth = 1;  ///< pixels
-  std::int32_t jpegQuality = 75;
+  std::int32_t jpegQuality = kDefaultJpegQuality;
   /// Fill of a new picture when no color is given; -1 leaves it transparent.
   OLE_COLOR backColor = kNoColor;
 };

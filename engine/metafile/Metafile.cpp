@@ -40,7 +40,7 @@ std::string pixelsOf(double width, double height) {
 }
 
 std::string noticeOf(const Drawing& drawing, const Work& work) {
-  if (!drawing.complete) return "The file is damaged or truncated: parts of the drawing could not be read.";
+  if (!drawing.complete) return damageNotice("parts of the drawing could not be read");
   if (work.exhausted) return "The drawing takes too long to be drawn whole: parts of it are missing.";
   const DrawingSize& size = drawing.size;
   if (size.scale == 1) return {};

@@ -69,6 +69,9 @@ constexpr const FileFormat* FormatOf(std::int32_t code) {
   return nullptr;
 }
 
+/// The quality of JPEG files, 1 to 100, unless the user has set another.
+inline constexpr std::int32_t kDefaultJpegQuality = 75;
+
 // The filters of the file dialogs.
 
 inline constexpr char kOpenFilter[] =

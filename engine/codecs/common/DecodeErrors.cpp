@@ -33,6 +33,17 @@ void checkClaimedSize(std::int64_t width, std::int64_t height, std::size_t fileS
   }
 }
 
+std::string damageNotice(std::string_view problem) {
+  return "The file is damaged or truncated: " + std::string(problem) + ".";
+}
+
+std::string partsMissingNotice() { return damageNotice("parts of the picture could not be read"); }
+
+std::string rowsReadNotice(std::int64_t rows, std::int64_t height) {
+  return damageNotice("only " + std::to_string(rows) + " of " + std::to_string(height) +
+                      " rows could be read");
+}
+
 void keepRows(Decoded& decoded, std::int32_t rows) {
   if (rows < 1) refusePicture("The file is damaged: it ends before the first row of the picture.");
   const std::int32_t height = decoded.bitmap.height();
@@ -40,8 +51,7 @@ void keepRows(Decoded& decoded, std::int32_t rows) {
   for (std::int32_t y = rows; y < height; ++y) {
     std::memset(pixels.row(y), 0, static_cast<std::size_t>(pixels.width) * sizeof(Pixel));
   }
-  decoded.notice = "The file is damaged or truncated: only " + std::to_string(rows) + " of " +
-                   std::to_string(height) + " rows could be read.";
+  decoded.notice = rowsReadNotice(rows, height);
 }
 
 }  // namespace kestrel::engine

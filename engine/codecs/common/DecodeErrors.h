@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "Decoded.h"
@@ -17,6 +18,15 @@ namespace kestrel::engine {
 /// with the rows it holds.)
 void checkClaimedSize(std::int64_t width, std::int64_t height, std::size_t fileSize,
                       std::int64_t pixelsPerByte);
+
+// Texts for `Decoded::notice`.
+
+/// "The file is damaged or truncated: " and the problem, which is without a full stop.
+std::string damageNotice(std::string_view problem);
+/// The notice of a file in which something is missing that no number describes.
+std::string partsMissingNotice();
+/// The notice of a file of which the first `rows` of `height` rows could be read.
+std::string rowsReadNotice(std::int64_t rows, std::int64_t height);
 
 /// Ends the decoding of a file truncated after `rows` complete rows: makes the rest transparent and sets
 /// `decoded.notice`. Raises RuntimeError 481 if `rows` is 0.

@@ -36,7 +36,7 @@ struct Decoded {
 };
 
 struct EncodeOptions {
-  std::int32_t jpegQuality = 75;  ///< 1 to 100
+  std::int32_t jpegQuality = kDefaultJpegQuality;  ///< 1 to 100
 };
 
 }  // namespace kestrel::engine

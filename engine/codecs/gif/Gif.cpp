@@ -223,8 +223,7 @@ Decoded decode(Bytes data) {
     for (std::size_t x = 0; x < rowSize; ++x) std::memcpy(target + 4 * x, &palette[source[x]], 4);
   }
   if (rows < frameHeight) {
-    decoded.notice = "The file is damaged or truncated: only " + std::to_string(rows) + " of " +
-                     std::to_string(frameHeight) + " rows could be read.";
+    decoded.notice = rowsReadNotice(rows, frameHeight);
   }
   return decoded;
 }

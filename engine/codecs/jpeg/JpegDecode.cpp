@@ -125,7 +125,7 @@ void readPixels(Reader& reader, Decoded& decoded) {
   if (cut) keepRows(decoded, rows);
   // A count of rows means nothing to the user where the picture is reduced.
   if (cut ? info.scale_denom > 1 : reader.damaged()) {
-    decoded.notice = "The file is damaged or truncated: parts of the picture could not be read.";
+    decoded.notice = partsMissingNotice();
   }
 }
 

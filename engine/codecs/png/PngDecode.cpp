@@ -164,7 +164,7 @@ Decoded decodeDamagedOrUnusual(Bytes data) {
   if (rows < height) {
     keepRows(decoded, rows);
   } else if (reader.damaged()) {
-    decoded.notice = "The file is damaged or truncated: parts of the picture could not be read.";
+    decoded.notice = partsMissingNotice();
   }
   reader.readEnd();
   finish(reader, decoded);

@@ -252,8 +252,8 @@ void readPlainRows(Bytes data, const Header& header, Decoded& decoded) {
   for (std::int32_t y = 0; y < header.height - rows; ++y) {
     std::memset(pixels.row(y), 0, static_cast<std::size_t>(header.width) * 4);
   }
-  decoded.notice = "The file is damaged or truncated: only the lower " + std::to_string(rows) + " of " +
-                   std::to_string(header.height) + " rows could be read.";
+  decoded.notice = damageNotice("only the lower " + std::to_string(rows) + " of " +
+                                std::to_string(header.height) + " rows could be read");
 }
 
 void readRunLengths(Bytes data, const Header& header, Decoded& decoded) {
@@ -264,7 +264,7 @@ void readRunLengths(Bytes data, const Header& header, Decoded& decoded) {
   if (result.rows == 0)
     refusePicture("The BMP file is damaged: it ends before the first row of the picture.");
   if (!result.complete) {
-    decoded.notice = "The file is damaged or truncated: parts of the picture could not be read.";
+    decoded.notice = partsMissingNotice();
   }
 }
 

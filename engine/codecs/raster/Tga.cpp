@@ -246,8 +246,7 @@ Decoded decode(Bytes data) {
   const std::int64_t rows = done / header.width;
   if (rows == 0) refusePicture("The TGA file is damaged: it ends before the first row of the picture.");
   if (rows < header.height) {
-    decoded.notice = "The file is damaged or truncated: only " + std::to_string(rows) + " of " +
-                     std::to_string(header.height) + " rows could be read.";
+    decoded.notice = rowsReadNotice(rows, header.height);
   }
   if (alpha && attributesType == kUnspecified && rows == header.height) dropEmptyAlpha(decoded.bitmap);
   return decoded;

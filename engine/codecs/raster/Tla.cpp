@@ -167,8 +167,8 @@ Decoded decode(Bytes data) {
   if (lost == header.height)
     refusePicture("The TLA file is damaged: not one row of the picture can be read.");
   if (lost > 0) {
-    decoded.notice = "The file is damaged or truncated: " + std::to_string(lost) + " of " +
-                     std::to_string(header.height) + " rows could not be read.";
+    decoded.notice = damageNotice(std::to_string(lost) + " of " + std::to_string(header.height) +
+                                  " rows could not be read");
   }
   convertToSrgb(decoded, PixelKind::rgb);
   normalizeCameraData(decoded.metadata);

@@ -22,8 +22,7 @@ void unpremultiply(Bitmap& bitmap) {
 
 void reportMissingRows(Decoded& decoded, std::int64_t goodRows) {
   if (goodRows == 0) refusePicture("The TIFF file is damaged: not one row of the picture can be read.");
-  decoded.notice = "The file is damaged or truncated: only " + std::to_string(goodRows) + " of " +
-                   std::to_string(decoded.bitmap.height()) + " rows could be read.";
+  decoded.notice = rowsReadNotice(goodRows, decoded.bitmap.height());
 }
 
 }  // namespace kestrel::engine::tiff
