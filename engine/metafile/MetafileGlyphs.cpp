@@ -54,7 +54,7 @@ const char* codePageOf(std::uint8_t charset) {
   }
 }
 
-/// Turns the texts of a code page to UTF-8, letter by letter.
+/// Converts characters of a code page to UTF-8.
 class CodePage {
  public:
   explicit CodePage(const char* name) : converter_(iconv_open("UTF-8", name)) {}
@@ -64,7 +64,7 @@ class CodePage {
     if (exists()) iconv_close(converter_);
   }
 
-  /// The letter of these bytes; empty if they are none.
+  /// The character of these bytes; empty if invalid.
   std::string letter(Bytes bytes) const {
     if (!exists()) return {};
     std::array<char, 8> in{}, out{};
@@ -78,7 +78,7 @@ class CodePage {
   }
 
  private:
-  // What iconv_open gives when it knows no such code page.
+  // iconv_open returns -1 for an unknown code page.
   bool exists() const { return reinterpret_cast<std::intptr_t>(converter_) != -1; }
 
   iconv_t converter_;
@@ -119,7 +119,7 @@ std::vector<std::string> lettersOf(Bytes text, const Font& font) {
 }
 
 std::vector<std::string> lettersOf(const std::vector<std::uint16_t>& text, const Font& font) {
-  // Fonts of signs have them at their codes, or from F000 on.
+  // Symbol fonts have their characters at the codes themselves or at F000 + code.
   const auto isSign = [](std::uint16_t code) { return code < 0x100 || (code >= 0xF000 && code < 0xF100); };
   const SignFace signs = signFaceOf(font.face, font.charset);
   std::vector<std::string> letters;

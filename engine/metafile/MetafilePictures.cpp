@@ -1,4 +1,4 @@
-// The player's pictures: bitmaps mixed with the brush and what was drawn.
+// Picture drawing of the player: bitmaps combined with the brush and the canvas by raster operations.
 
 #include <algorithm>
 #include <cmath>
@@ -35,7 +35,7 @@ bool isSame(const Rect& a, const Rect& b) {
   return a.left == b.left && a.top == b.top && a.right == b.right && a.bottom == b.bottom;
 }
 
-/// Whether each pixel of the bitmap is one of the canvas.
+/// Whether pixels of the bitmap map 1:1 to pixels of the canvas.
 bool isExact(const Player::Corners& corners, const Player::Picture& picture) {
   const Rect& source = picture.source;
   const auto& [at, right, below] = corners;
@@ -102,7 +102,7 @@ void Player::showHeldMask() {
   drawPicture(mask.corners, mask.picture);
 }
 
-/// Draws the mask and the picture at once if they are a pair. False if they are not.
+/// Draws mask and picture in one step if they match; returns false if they do not.
 bool Player::drawJoined(const HeldMask& mask, const Corners& corners, const Picture& what) {
   const Bitmap& hole = mask.picture.bitmap;
   const std::uint8_t maskOperation = operationOf(mask.picture);
@@ -118,7 +118,7 @@ bool Player::drawJoined(const HeldMask& mask, const Corners& corners, const Pict
   return true;
 }
 
-/// The corners are pixels of the canvas.
+/// `corners` are in pixels of the canvas.
 void Player::drawPicture(const Corners& corners, const Picture& what) {
   constexpr std::uint8_t kCopy = 0xCC, kBrush = 0xF0, kBlack = 0x00, kWhite = 0xFF;
   const std::uint8_t operation = operationOf(what);
@@ -131,7 +131,7 @@ void Player::drawPicture(const Corners& corners, const Picture& what) {
   canvas_.newPath();
   canvas_.polygon({at, right, {right.x + below.x - at.x, right.y + below.y - at.y}, below});
   const Rect extents = canvas_.filledExtents();
-  // From pixels of the bitmap to those of the canvas.
+  // Transform from pixels of the bitmap to pixels of the canvas.
   cairo_matrix_t place{width == 0 ? 0 : (right.x - at.x) / width,
                        width == 0 ? 0 : (right.y - at.y) / width,
                        height == 0 ? 0 : (below.x - at.x) / height,
@@ -152,7 +152,7 @@ void Player::drawPicture(const Corners& corners, const Picture& what) {
     inverse.x0 += offset.x;
     inverse.y0 += offset.y;
     cairo_pattern_set_matrix(pattern.get(), &inverse);
-    // Bits that are mixed are not to be blended with their neighbours.
+    // Raster operations work on bits: do not interpolate.
     cairo_pattern_set_filter(pattern.get(), exact || mixes ? CAIRO_FILTER_NEAREST : CAIRO_FILTER_GOOD);
     cairo_pattern_set_extend(pattern.get(), CAIRO_EXTEND_PAD);
     return pattern;

@@ -15,14 +15,14 @@
 
 namespace kestrel::engine::metafile {
 
-/// How logical units become those of the device.
+/// Mapping from logical to device units.
 struct Mapping {
-  std::uint32_t mode = 1;  ///< 1 a unit is a pixel, 2 to 6 a physical measure, 7 and 8 window on viewport
+  std::uint32_t mode = 1;  ///< 1 pixels, 2 to 6 physical units, 7 and 8 window to viewport
   Point windowOrigin, windowExtent{1, 1}, viewportOrigin, viewportExtent{1, 1};
   cairo_matrix_t world{1, 0, 0, 1, 0, 0};
 };
 
-/// What a metafile draws with at a moment; saved and restored as a whole.
+/// Graphics state; saved and restored as a whole.
 struct State {
   Mapping mapping;
   Pen pen;
@@ -32,36 +32,36 @@ struct State {
   bool opaqueBack = true;
   bool fillWinding = false;
   std::uint32_t textAlign = 0;
-  double letterSpace = 0;              ///< behind each letter, in logical units
-  double breakSpace = 0;               ///< behind each space besides
+  double letterSpace = 0;              ///< after each character, in logical units
+  double breakSpace = 0;               ///< additional space after each space
   std::uint32_t rasterOperation = 13;  ///< copy
   bool arcsClockwise = false;
   double miterLimit = 10;
   Point brushOrigin;  ///< in device units
   Point position;
   Clip clip;
-  Clip outerClip;  ///< within which `clip` is; it can only shrink
+  Clip outerClip;  ///< outer limit of `clip`; can only shrink
 };
 
-/// A corner of a triangle whose colours blend.
+/// A vertex of a gradient.
 struct ColoredPoint {
   Point at;
   std::array<double, 4> color{};  ///< red, green, blue, alpha of 0 to 1
 };
 
-/// The commands that both kinds of metafile consist of, drawn onto a canvas.
-/// Coordinates are logical ones of the present mapping.
+/// Draws the commands common to EMF and WMF onto a canvas. Coordinates are logical units of the current
+/// mapping.
 class Player {
  public:
-  /// `device` turns device units to pixels of the canvas, of which there are `scale` for one of the natural
-  /// size of 96 per inch.
+  /// `device` transforms device units to pixels of the canvas; `scale` is pixels of the canvas per pixel of
+  /// the natural size (96 per inch).
   Player(Canvas& canvas, const cairo_matrix_t& device, double scale = 1);
 
   State& state() { return state_; }
   Canvas& canvas() { return canvas_; }
   const cairo_matrix_t& device() const { return device_; }
   void save();
-  /// To an absolute level if `level` is positive, else by so many.
+  /// Restores an absolute level if `level` is positive, else goes back -`level` levels.
   void restore(std::int32_t level);
 
   void moveTo(Point to);
@@ -74,7 +74,7 @@ class Player {
   void roundRectangle(const Rect& rect, double cornerWidth, double cornerHeight);
   void ellipse(const Rect& rect);
   enum class ArcKind { open, chord, pie };
-  /// A part of the ellipse in `rect`, from and to the rays through two points.
+  /// Arc of the ellipse in `rect`, between the rays through `from` and `to`.
   void arc(const Rect& rect, Point from, Point to, ArcKind kind, bool connect = false);
   void setPixel(Point at, Color color);
   void gradientRect(const ColoredPoint& first, const ColoredPoint& last, bool downwards);
@@ -89,37 +89,37 @@ class Player {
   void clipToPath(Combine how);
   void clipToRects(const std::vector<Rect>& rects, Combine how);
   void clipToAll();
-  /// Makes the state's clip the one that is seen.
+  /// Applies the state's clip to the canvas.
   void showClip();
   void moveClip(Point by);
-  /// What is visible now stays the most that can be.
+  /// Makes the current clip the outer limit of all later ones.
   void keepClip();
 
   void fillRects(const std::vector<Rect>& rects, const Brush& brush);
   void frameRects(const std::vector<Rect>& rects, const Brush& brush, double width, double height);
   void invertRects(const std::vector<Rect>& rects);
 
-  /// UTF-8, one letter for each of `advances` (logical units) if there are any.
+  /// Draws UTF-8 characters, with one advance each (logical units) if there are any.
   void text(Point at, const std::vector<std::string>& letters, const std::vector<double>& advances);
-  /// As `text`, of which only what lies in the box is seen.
+  /// As `text`, clipped to the box.
   void textWithin(const Rect& box, Point at, const std::vector<std::string>& letters,
                   const std::vector<double>& advances);
   void fillRect(const Rect& rect, Color color);
 
-  /// Where a picture comes: what becomes of its upper left, upper right and lower left corner.
+  /// Target of a picture: its upper left, upper right and lower left corner.
   using Corners = std::array<Point, 3>;
   struct Picture {
-    Bitmap bitmap;                       ///< empty for operations that take only the brush
-    Rect source;                         ///< the part of it that is drawn
-    Bitmap mask;                         ///< if there is one, only its white parts are drawn
-    Point maskOffset;                    ///< from a place in the bitmap to that in the mask
-    std::uint32_t operation = 0xCC0020;  ///< ternary
+    Bitmap bitmap;                       ///< empty for operations that use only the brush
+    Rect source;                         ///< the part that is drawn
+    Bitmap mask;                         ///< if not empty, only pixels where it is white are drawn
+    Point maskOffset;                    ///< from a bitmap position to the mask position
+    std::uint32_t operation = 0xCC0020;  ///< ternary raster operation
     double opacity = 1;
   };
   void picture(const Corners& corners, const Picture& picture);
   void picture(const Rect& target, const Picture& picture);
-  /// Draws a mask that waits for its picture (see `HeldMask`). Due before each command that draws something
-  /// else or changes the clip, and at the end.
+  /// Draws a held mask (see `HeldMask`). Call before each command that draws something else or changes the
+  /// clip, and at the end.
   void showHeldMask();
 
  private:

@@ -8,7 +8,7 @@
 namespace kestrel::engine::metafile {
 namespace {
 
-/// The signs of the symbol font from 0x20 to 0x7E (without what is as in ASCII, which is 0) and from 0xA0.
+/// Unicode of the Symbol font from 0x20 to 0x7E (0 where it equals ASCII) and from 0xA0.
 constexpr std::array<std::uint16_t, 95> kSymbols20{
     0,      0,      0x2200, 0,      0x2203, 0,      0,      0x220B, 0,      0,      0x2217, 0,
     0,      0x2212, 0,      0,      0,      0,      0,      0,      0,      0,      0,      0,
@@ -33,8 +33,8 @@ struct Sign {
   std::uint16_t letter;
 };
 
-// Of the other faces the signs that lists, diagrams, buttons and formulas use. Where Unicode has the exact
-// form only in blocks that few fonts cover, the common form of the same sign.
+// The other faces: symbols common in lists, diagrams, buttons and formulas. Where only few fonts cover the
+// exact Unicode character, a common similar one is used.
 constexpr Sign kWingdings[] = {
     {0x20, 0x20},   {0x21, 0x270F}, {0x22, 0x2702}, {0x23, 0x2701}, {0x28, 0x260E}, {0x29, 0x2706},
     {0x2A, 0x2709}, {0x36, 0x231B}, {0x37, 0x2328}, {0x3E, 0x2707}, {0x3F, 0x270D}, {0x41, 0x270C},
@@ -147,7 +147,7 @@ std::uint16_t signOf(SignFace face, std::uint8_t code) {
 }
 
 std::string textFaceFor(const std::string& face) {
-  // The letters of Symbol are drawn in the style of Times; the other signs have none.
+  // The letters of Symbol have the style of Times; other symbols have no particular style.
   const SignFace signs = signFaceOf(face, 0);
   if (signs == SignFace::symbol || signs == SignFace::mathExtra) return "Times New Roman";
   return face.empty() || signs != SignFace::none ? "sans-serif" : face;

@@ -19,7 +19,7 @@ constexpr double kFarthest = 4e6;
 
 double bounded(double value) { return std::isfinite(value) ? std::clamp(value, -kFarthest, kFarthest) : 0.0; }
 
-/// The usual sign for a letter that a font does not have.
+/// Adds the box drawn for missing glyphs.
 void addBox(cairo_t* c, double width) {
   cairo_font_extents_t line{};
   cairo_font_extents(c, &line);
@@ -30,14 +30,14 @@ void addBox(cairo_t* c, double width) {
   cairo_rectangle(c, inset + across - pen, pen - height, 2 * pen - across, height - 2 * pen);
 }
 
-/// Whether the context's present face has the letter.
+/// Whether the context's current face has the character.
 bool hasLetter(cairo_t* c, const std::string& letter) {
   cairo_glyph_t* glyphs = nullptr;
   int count = 0;
   const cairo_status_t status = cairo_scaled_font_text_to_glyphs(
       cairo_get_scaled_font(c), 0, 0, letter.data(), static_cast<int>(letter.size()), &glyphs, &count,
       nullptr, nullptr, nullptr);
-  if (status != CAIRO_STATUS_SUCCESS) return true;  // nor would another face
+  if (status != CAIRO_STATUS_SUCCESS) return true;  // another face would fail, too
   const bool all = std::all_of(glyphs, glyphs + count, [](const cairo_glyph_t& g) { return g.index != 0; });
   cairo_glyph_free(glyphs);
   return all;
@@ -48,14 +48,14 @@ struct DestroyFontPattern {
 };
 using FontPattern = std::unique_ptr<FcPattern, DestroyFontPattern>;
 
-/// The first Unicode value of the text.
+/// The first code point of the text.
 FcChar32 codeOf(const std::string& letter) {
   FcChar32 code = 0;
   FcUtf8ToUcs4(reinterpret_cast<const FcChar8*>(letter.data()), &code, static_cast<int>(letter.size()));
   return code;
 }
 
-/// The installed face that is most like the one asked for and has the letter; null if none has it.
+/// The installed face that best matches the request and has the character; null if none has it.
 cairo_font_face_t* installedFaceWith(const std::string& letter, const std::string& face, bool bold,
                                      bool italic) {
   const FcChar32 code = codeOf(letter);
@@ -248,22 +248,22 @@ void Letterer::draw(cairo_t* context, const std::vector<std::string>& letters,
   }
 }
 
-/// How a line of letters lies along its direction, in pixels.
+/// Layout of a line of characters along its direction, in pixels.
 struct Player::LineOfText {
-  std::vector<double> widths;  ///< how far each letter's successor is
-  double width = 0;            ///< of all
-  double stretch = 1;          ///< of the letters across
+  std::vector<double> widths;  ///< advance of each character
+  double width = 0;            ///< total
+  double stretch = 1;          ///< horizontal scale of the glyphs
 };
 
-/// Lays out the letters in the context's font; `across` are the pixels of a logical unit.
+/// Lays out characters in the context's font; `across` is pixels per logical unit.
 Player::LineOfText Player::layOut(const std::vector<std::string>& letters,
                                   const std::vector<double>& advances, double across) {
   cairo_t* const c = canvas_.context();
   LineOfText line;
-  // The face may not be here; what is drawn instead is made as wide as the record says.
+  // The face may not be installed; scale the substitute to the width in the record.
   const double average = state_.font.width != 0 ? canvas_.letterer().averageWidth(c) : 0;
   if (average > 0) line.stretch = std::clamp(std::abs(state_.font.width) * across / average, 0.25, 4.0);
-  // Nothing follows the last letter, which therefore need not fit.
+  // The last character need not fit, since none follows.
   const auto isLetter = [](const std::string& letter) { return !letter.empty(); };
   const auto last = static_cast<std::size_t>(
       std::distance(std::find_if(letters.rbegin(), letters.rend(), isLetter), letters.rend()));
@@ -298,12 +298,12 @@ void Player::text(Point at, const std::vector<std::string>& letters, const std::
   const LineOfText text = layOut(letters, advances, across);
   const double width = text.width;
 
-  constexpr std::uint32_t kUpdatePosition = 1, kHorizontal = 6, kRight = 2, kCentre = 6, kVertical = 24,
+  constexpr std::uint32_t kUpdatePosition = 1, kHorizontal = 6, kRight = 2, kCenter = 6, kVertical = 24,
                           kBottom = 8, kBaseline = 24;
   const std::uint32_t align = state_.textAlign;
   Point origin = toPicture((align & kUpdatePosition) != 0 ? state_.position : at);
   const double left = (align & kHorizontal) == kRight    ? -width
-                      : (align & kHorizontal) == kCentre ? -width / 2
+                      : (align & kHorizontal) == kCenter ? -width / 2
                                                          : 0;
   const double base = (align & kVertical) == kBaseline ? 0
                       : (align & kVertical) == kBottom ? -descent
@@ -311,7 +311,7 @@ void Player::text(Point at, const std::vector<std::string>& letters, const std::
   // Letters run the way the world is turned; a mapping that counts leftwards does not turn them.
   const double forward = state_.mapping.windowExtent.x * state_.mapping.viewportExtent.x < 0 ? -1 : 1;
   cairo_translate(c, bounded(origin.x), bounded(origin.y));
-  // The angle is counterclockwise on a page that is mirrored in both axes or in none, else clockwise.
+  // The angle is counterclockwise if the page mirrors both axes or none, else clockwise.
   const double clockwise = mirrorsOneAxis() ? font.escapement : -font.escapement;
   cairo_rotate(c, std::atan2(m.yx * forward, m.xx * forward) + clockwise * std::numbers::pi / 180);
   cairo_translate(c, left, base);

@@ -16,14 +16,13 @@ namespace kestrel::engine::metafile {
 
 struct Work;
 
-/// Draws the letters of a drawing. Letters that the chosen face lacks come from other faces that the font
-/// system has.
+/// Draws the characters of a drawing. Characters missing in the chosen face are taken from other installed
+/// faces.
 class Letterer {
  public:
   explicit Letterer(Work& work) : work_(work) {}
 
-  /// Sets the context's font, before each of the following. Sizes out of 0.5 to 4000 pixels become the
-  /// nearest of these.
+  /// Sets the context's font; call before the following. The size is clamped to 0.5 to 4000 pixels.
   void choose(cairo_t* context, const std::string& face, bool bold, bool italic, double size);
 
   /// How far a line of a face reaches above and below its baseline, in parts of the letters' size.
