@@ -81,16 +81,16 @@ class RandomEditing : public EditingTest {
            !near(at.Y, r.Top + r.Height);
   }
 
-  Asked anything();
-  /// Anything that can be done now: a command that is off is none.
-  Asked next();
-  Asked drag();
-  Asked click();
-  Asked select();
-  void ask(const Asked& asked);
-  void zoomThereAndBack();
+  EditRequest anything();
+  /// A random request whose command is enabled.
+  EditRequest next();
+  EditRequest drag();
+  EditRequest click();
+  EditRequest select();
+  void perform(const EditRequest& request);
+  void zoomInAndReset();
   void drag(Point from, Point to);
-  /// The view has asked to be painted wherever what it shows has changed.
+  /// The view has asked to be painted wherever its display has changed.
   void expectScreenUpToDate(const char* when);
 
   std::mt19937 random_;
@@ -360,11 +360,11 @@ TEST_P(RandomEditing, TenThousandActionsEndWithThePictureOfAnIndependentReplay) 
   std::vector<RecordedRequest> requests;
   random_.seed(20'061'129);
   for (int i = 0; i < kActions && !HasFailure(); ++i) {
-    asked.push_back({next(), 0});
-    ask(asked.back().asked);
-    asked.back().picture = fingerprint(shown());
+    requests.push_back({next(), 0});
+    perform(requests.back().request);
+    requests.back().picture = fingerprint(shown());
     expectScreenUpToDate("after the action");
-    if (HasFailure()) FAIL() << "number " << i << ", " << asked.back().asked.words();
+    if (HasFailure()) FAIL() << "number " << i << ", " << requests.back().request.words();
     log().clear();
   }
   const engine::Bitmap ended = shown();
