@@ -21,7 +21,7 @@ namespace {
 namespace fs = std::filesystem;
 using test::errorOf;
 
-/// Lets no file grow beyond some size while it lives: the way to a full disk that needs no disk.
+/// Limits the size of files while it lives: simulates a full disk.
 class FileSizeLimit {
  public:
   explicit FileSizeLimit(rlim_t bytes) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
@@ -41,7 +41,7 @@ class FileSizeLimit {
   void (*handler_)(int);
 };
 
-/// Makes the superuser, to whom nothing is denied, an ordinary one who owns the folder, while it lives.
+/// Turns the superuser, who bypasses permissions, into an ordinary user who owns the folder while it lives.
 class OrdinaryUser {
  public:
   explicit OrdinaryUser(const fs::path& folder) : wasSuperuser_(geteuid() == 0) {
@@ -96,7 +96,7 @@ TEST_F(FileStoreTest, WritesANewFileAndLeavesNothingElse) {
   EXPECT_TRUE(std::ranges::equal(readFile(file("a")).bytes(), bytes("new")));
 }
 
-TEST_F(FileStoreTest, ANewFileHasThePermissionsThatTheUserGivesToNewFiles) {
+TEST_F(FileStoreTest, ANewFileHasThePermissionsOfTheUsersMask) {
   const mode_t before = umask(027);
   replaceFile(file("a"), bytes("new"));
   umask(before);
@@ -114,7 +114,7 @@ TEST_F(FileStoreTest, AnExistingFileKeepsItsPermissions) {
   EXPECT_EQ(count(), 1U);
 }
 
-TEST_F(FileStoreTest, ASymbolicLinkKeepsPointingAndItsTargetIsReplaced) {
+TEST_F(FileStoreTest, ASymbolicLinkIsKeptAndItsTargetReplaced) {
   fs::create_directory(file("elsewhere"));
   put("elsewhere/target", "old");
   fs::create_symlink("elsewhere/target", file("link"));
@@ -125,21 +125,21 @@ TEST_F(FileStoreTest, ASymbolicLinkKeepsPointingAndItsTargetIsReplaced) {
   EXPECT_EQ(get("elsewhere/target"), "new");
 }
 
-TEST_F(FileStoreTest, ALinkWithoutATargetGetsOne) {
+TEST_F(FileStoreTest, ADanglingLinkGetsATarget) {
   fs::create_symlink("target", file("link"));
   replaceFile(file("link"), bytes("new"));
   EXPECT_TRUE(fs::is_symlink(file("link")));
   EXPECT_EQ(get("target"), "new");
 }
 
-TEST_F(FileStoreTest, LinksInACircleAreAnError) {
+TEST_F(FileStoreTest, ALoopOfLinksIsAnError) {
   fs::create_symlink("two", file("one"));
   fs::create_symlink("one", file("two"));
   EXPECT_EQ(errorOf([&] { replaceFile(file("one"), bytes("new")); }), 75);
   EXPECT_EQ(errorOf([&] { readFile(file("one")); }), 75);
 }
 
-TEST_F(FileStoreTest, AFullDiskLeavesTheOldFileWholeAndNoTemporaryFile) {
+TEST_F(FileStoreTest, AFullDiskLeavesTheOldFileAndNoTemporaryFile) {
   put("a", "old");
   std::int32_t number = 0;
   {
@@ -151,7 +151,7 @@ TEST_F(FileStoreTest, AFullDiskLeavesTheOldFileWholeAndNoTemporaryFile) {
   EXPECT_EQ(count(), 1U);
 }
 
-TEST_F(FileStoreTest, AFolderThatCannotBeWrittenIsPermissionDenied) {
+TEST_F(FileStoreTest, AReadOnlyFolderIsPermissionDenied) {
   const OrdinaryUser user(folder_);
   put("a", "old");
   fs::permissions(folder_, fs::perms::owner_read | fs::perms::owner_exec);
@@ -181,7 +181,7 @@ TEST_F(FileStoreTest, AMissingFolderIsPathNotFound) {
   EXPECT_EQ(errorOf([&] { replaceFile(file("nowhere/a"), bytes("new")); }), 76);
 }
 
-TEST_F(FileStoreTest, WhatIsNoFileIsNeitherReadNorReplaced) {
+TEST_F(FileStoreTest, FoldersPipesAndDevicesAreNeitherReadNorReplaced) {
   fs::create_directory(file("folder"));
   ASSERT_EQ(mkfifo(file("pipe").c_str(), 0600), 0);
   for (const char* name : {"folder", "pipe"}) {
@@ -205,7 +205,7 @@ TEST_F(FileStoreTest, AnUnreadableFileIsPermissionDenied) {
   EXPECT_EQ(errorOf([&] { readFile(file("a")); }), 70);
 }
 
-TEST_F(FileStoreTest, ATemporaryFileOfAKilledProcessIsRemovedByTheNextSave) {
+TEST_F(FileStoreTest, TheNextSaveRemovesTheTemporaryFileOfAKilledProcess) {
   put(".kestrel-123.tmp", "half a picture");
   put("kestrel-123.tmp", "another file");
   replaceFile(file("a"), bytes("new"));
@@ -213,7 +213,7 @@ TEST_F(FileStoreTest, ATemporaryFileOfAKilledProcessIsRemovedByTheNextSave) {
   EXPECT_TRUE(fs::exists(file("kestrel-123.tmp")));
 }
 
-TEST_F(FileStoreTest, ATemporaryFileOfALivingProcessStays) {
+TEST_F(FileStoreTest, TheTemporaryFileOfARunningProcessStays) {
   put(".kestrel-123.tmp", "half a picture");
   const int other = open(file(".kestrel-123.tmp").c_str(), O_WRONLY);
   ASSERT_EQ(flock(other, LOCK_EX), 0);

@@ -42,7 +42,7 @@ TEST_F(FormatsTest, EachRowOfTheTableHasItsOwnCodeAndExtensions) {
   }
 }
 
-TEST_F(FormatsTest, EveryWrittenFormatIsFoundByItsContentAlone) {
+TEST_F(FormatsTest, EveryWrittenFormatIsRecognizedByItsContentAlone) {
   const Bitmap picture = test::gradient(40, 30);
   for (const Codec& codec : codecTable()) {
     if (codec.encode == nullptr) continue;
@@ -64,7 +64,7 @@ TEST_F(FormatsTest, APngFileNamedJpgIsReadAsPng) {
   EXPECT_EQ(decodeFile(file("picture.jpg")).format, format::kPng);
 }
 
-TEST_F(FormatsTest, LosslessFormatsGiveBackExactlyWhatWasSaved) {
+TEST_F(FormatsTest, LosslessFormatsRoundTripExactly) {
   for (const std::int32_t code :
        {format::kPng, format::kTif, format::kBmp, format::kTla, format::kTga, format::kPsd}) {
     if (codecOf(code) == nullptr) continue;
@@ -76,7 +76,7 @@ TEST_F(FormatsTest, LosslessFormatsGiveBackExactlyWhatWasSaved) {
   }
 }
 
-TEST_F(FormatsTest, CodeZeroMeansTheFormatOfTheExtensionInWhateverCase) {
+TEST_F(FormatsTest, CodeZeroMeansTheFormatOfTheExtensionInAnyCase) {
   const Bitmap picture = test::gradient(8, 8);
   for (const auto& [name, code] : {std::pair{"a.png", format::kPng},
                                    {"a.JPG", format::kJpg},
@@ -97,7 +97,7 @@ TEST_F(FormatsTest, CodeZeroWithoutAKnownExtensionIsAnInvalidCall) {
   }
 }
 
-TEST_F(FormatsTest, FormatsThatCannotBeWrittenAreAnInvalidCall) {
+TEST_F(FormatsTest, SavingInAReadOnlyFormatIsAnInvalidCall) {
   for (const std::int32_t code : {-1, 13, 14, 1000}) {
     EXPECT_EQ(errorOf([&] { encodeFile(test::gradient(8, 8), {}, code, {}, file("a.png")); }), 5) << code;
     EXPECT_FALSE(fs::exists(file("a.png"))) << code;
@@ -112,7 +112,7 @@ TEST_F(FormatsTest, AnEmptyPictureOrAQualityOutside1To100IsAnInvalidCall) {
   EXPECT_EQ(errorOf([] { encode(test::gradient(8, 8), {}, format::kJpg, {100}); }), 0);
 }
 
-TEST_F(FormatsTest, WhatIsNoPictureIsRefusedWithAReason) {
+TEST_F(FormatsTest, FilesOfNoKnownFormatAreRefusedWithAReason) {
   std::string reason;
   const test::Builder words = test::Builder().text("These are only words, and not a picture at all.");
   put("words.jpg", words.bytes);

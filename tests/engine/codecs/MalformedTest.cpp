@@ -4,7 +4,7 @@
 namespace kestrel::engine {
 namespace {
 
-/// A small file of each writable format, with all the metadata that it can hold.
+/// A small file of a writable format with all the metadata that the format can hold.
 std::vector<std::uint8_t> sampleFile(const Codec& codec) {
   Metadata metadata;
   metadata.resolutionX = metadata.resolutionY = 96;
@@ -14,7 +14,7 @@ std::vector<std::uint8_t> sampleFile(const Codec& codec) {
   return encode(test::noise(13, 11, false), metadata, codec.format);
 }
 
-/// Decoding gives a picture or an error with a sentence; nothing else may happen.
+/// Decoding must return a picture or raise an error with a text.
 void decodeSafely(const Codec& codec, Bytes data) {
   try {
     const Decoded decoded = codec.decode(data);
@@ -26,13 +26,13 @@ void decodeSafely(const Codec& codec, Bytes data) {
   }
 }
 
-TEST(Malformed, AFileThatEndsAnywhereGivesAPictureOrAnError) {
+TEST(Malformed, AFileTruncatedAnywhereGivesAPictureOrAnError) {
   for (const Codec& codec : codecTable()) {
     if (codec.encode == nullptr) continue;
     const auto whole = sampleFile(codec);
     for (std::size_t size = 0; size < whole.size(); ++size) {
       SCOPED_TRACE(std::string(codec.name) + " of " + std::to_string(size) + " bytes");
-      // A copy of its own, so that a reader beyond the end is caught.
+      // An exact copy, so that the address sanitizer catches reads beyond the end.
       const std::vector<std::uint8_t> part(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
       decodeSafely(codec, part);
     }
@@ -57,7 +57,7 @@ TEST(Malformed, AFileWithAnyBytesChangedGivesAPictureOrAnError) {
   }
 }
 
-TEST(Malformed, NoiseIsNoPicture) {
+TEST(Malformed, RandomBytesAreRefused) {
   std::mt19937 random(5);
   for (int round = 0; round < 500; ++round) {
     std::vector<std::uint8_t> noise(random() % 200);

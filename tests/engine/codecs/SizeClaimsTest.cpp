@@ -4,7 +4,7 @@
 #include "engine/codecs/CodecTable.h"
 #include "engine/pixels/Memory.h"
 
-// What a file claims of its size is judged before memory is asked for.
+// The size that a file claims is checked before memory is allocated.
 
 namespace kestrel::engine {
 namespace {
@@ -21,7 +21,7 @@ void putNumber(File& file, std::size_t at, std::uint32_t value, std::size_t size
   }
 }
 
-/// The checksum of PNG's and TLA's parts (ISO 3309).
+/// CRC-32 (ISO 3309) of PNG chunks and TLA parts.
 std::uint32_t checksum(const File& file, std::size_t first, std::size_t last) {
   std::uint32_t sum = 0xFFFFFFFF;
   for (std::size_t i = first; i < last; ++i) {
@@ -31,7 +31,7 @@ std::uint32_t checksum(const File& file, std::size_t first, std::size_t last) {
   return ~sum;
 }
 
-/// A file of the format that claims a size, and has as good as no pixels.
+/// A file of the format that claims this size but holds almost no pixels.
 File claim(std::int32_t format, std::uint32_t width, std::uint32_t height) {
   File file =
       format == format::kWbmp || format == format::kTif ? File{} : encode(test::gradient(8, 8), {}, format);
@@ -73,7 +73,7 @@ File claim(std::int32_t format, std::uint32_t width, std::uint32_t height) {
       little(18, width, 4), little(22, height, 4);
       break;
     case format::kWmf: {
-      // In units of which there are 96 in an inch; the sum over the header comes last.
+      // In units of 1/96 inch; the checksum of the header comes last.
       little(10, width, 2), little(12, height, 2);
       std::uint32_t sum = 0;
       for (std::size_t at = 0; at < 20; at += 2)
@@ -82,7 +82,7 @@ File claim(std::int32_t format, std::uint32_t width, std::uint32_t height) {
       break;
     }
     case format::kEmf:
-      // The bounds in pixels, the frame in hundredths of millimetres of a screen with 96 pixels in an inch.
+      // The bounds in pixels, the frame in hundredths of a millimeter at 96 pixels per inch.
       little(16, width - 1, 4), little(20, height - 1, 4);
       little(32, static_cast<std::uint32_t>(width * 26.4583), 4),
           little(36, static_cast<std::uint32_t>(height * 26.4583), 4);
@@ -116,7 +116,7 @@ File claim(std::int32_t format, std::uint32_t width, std::uint32_t height) {
   return file;
 }
 
-/// The formats that tell a size; that of a Photo CD is in its nature.
+/// The formats that store a size. Photo CD has fixed sizes.
 std::vector<const Codec*> sizedFormats() {
   std::vector<const Codec*> result;
   for (const Codec& codec : codecTable()) {
@@ -125,7 +125,7 @@ std::vector<const Codec*> sizedFormats() {
   return result;
 }
 
-/// Those whose size is that of their pixels. Drawings can be had at any size.
+/// The sized formats without the metafiles, which can be opened at any size.
 std::vector<const Codec*> pixelFormats() {
   std::vector<const Codec*> result = sizedFormats();
   std::erase_if(result, [](const Codec* codec) {
@@ -134,7 +134,7 @@ std::vector<const Codec*> pixelFormats() {
   return result;
 }
 
-TEST(SizeClaims, AClaimThatIsTrueIsBelieved) {
+TEST(SizeClaims, ATrueSizeIsAccepted) {
   for (const Codec* codec : sizedFormats()) {
     if (codec->format == format::kTif || codec->format == format::kWbmp) continue;
     const Decoded decoded = codec->decode(claim(codec->format, 8, 8));
@@ -144,7 +144,7 @@ TEST(SizeClaims, AClaimThatIsTrueIsBelieved) {
   }
 }
 
-TEST(SizeClaims, MoreThan2GigapixelsAreRefusedWithATextThatSaysSo) {
+TEST(SizeClaims, MoreThan2GigapixelsAreRefusedWithAReason) {
   for (const Codec* codec : pixelFormats()) {
     std::string reason;
     EXPECT_EQ(errorOf([&] { codec->decode(claim(codec->format, 60'000, 50'000)); }, &reason), 7)
@@ -154,7 +154,7 @@ TEST(SizeClaims, MoreThan2GigapixelsAreRefusedWithATextThatSaysSo) {
   }
 }
 
-TEST(SizeClaims, AFileThatCannotHoldWhatItClaimsIsRefused) {
+TEST(SizeClaims, AFileTooShortForItsClaimedSizeIsRefused) {
   for (const Codec* codec : pixelFormats()) {
     std::string reason;
     EXPECT_EQ(errorOf([&] { codec->decode(claim(codec->format, 32'000, 32'000)); }, &reason), 481)
@@ -163,7 +163,7 @@ TEST(SizeClaims, AFileThatCannotHoldWhatItClaimsIsRefused) {
   }
 }
 
-TEST(SizeClaims, ADrawingThatClaimsTooMuchOpensSmaller) {
+TEST(SizeClaims, AMetafileThatClaimsTooLargeASizeOpensSmaller) {
   for (const std::int32_t format : {format::kEmf, format::kWmf}) {
     const Decoded decoded = codecOf(format)->decode(claim(format, 32'000, 16'000));
     EXPECT_EQ(decoded.bitmap.width(), 7071) << format;
@@ -172,13 +172,13 @@ TEST(SizeClaims, ADrawingThatClaimsTooMuchOpensSmaller) {
   }
 }
 
-TEST(SizeClaims, MoreThanAQuarterOfTheMachinesMemoryIsRefusedWithATextThatSaysSo) {
+TEST(SizeClaims, MoreThanAQuarterOfTheMemoryIsRefusedWithAReason) {
   const auto pixels = static_cast<std::int64_t>(machineMemory() / 4 / sizeof(Pixel));
-  // What 16 bits hold is more than any bitmap may have.
+  // The largest 16-bit side exceeds the limit of any bitmap.
   const auto side =
       std::min(60'000U, static_cast<std::uint32_t>(std::sqrt(static_cast<double>(pixels))) + 100);
   for (const Codec* codec : pixelFormats()) {
-    // Where a byte cannot hold many pixels, the file would have to be as large as the memory.
+    // These formats pack few pixels per byte: the file would have to be as large as the memory.
     if (codec->format == format::kWbmp || codec->format == format::kTif) continue;
     File file = claim(codec->format, side, side);
     file.resize(file.size() + static_cast<std::size_t>(pixels / 128));

@@ -15,7 +15,7 @@
 
 namespace kestrel::engine::test {
 
-/// A picture whose pixel at each place the function tells.
+/// A picture with the pixels that `pixel` returns for each position.
 inline Bitmap pictureOf(std::int32_t width, std::int32_t height,
                         const std::function<Pixel(std::int32_t x, std::int32_t y)>& pixel) {
   Bitmap bitmap = Bitmap::uninitialized(width, height);
@@ -38,7 +38,7 @@ inline Bitmap gradient(std::int32_t width, std::int32_t height) {
   });
 }
 
-/// Every pixel unlike its neighbours, alpha included unless `opaque`.
+/// Random pixels, with random alpha unless `opaque`.
 inline Bitmap noise(std::int32_t width, std::int32_t height, bool opaque) {
   std::mt19937 random(7);
   return pictureOf(width, height, [&](std::int32_t, std::int32_t) {
@@ -73,7 +73,7 @@ inline testing::AssertionResult isPicture(const Bitmap& got, const Bitmap& wante
   return testing::AssertionSuccess();
 }
 
-/// The number of the error that `call` raises, 0 if none; `description` takes its text.
+/// The number of the error that `call` raises, 0 if none; `description` receives its text.
 inline std::int32_t errorOf(const std::function<void()>& call, std::string* description = nullptr) {
   try {
     call();
@@ -86,7 +86,7 @@ inline std::int32_t errorOf(const std::function<void()>& call, std::string* desc
   return 0;
 }
 
-/// Bytes put together by hand.
+/// Builds a byte sequence value by value.
 class Builder {
  public:
   Builder& u8(std::initializer_list<int> values) {
@@ -106,7 +106,7 @@ class Builder {
     return *this;
   }
 
-  /// Zeros up to a position.
+  /// Pads with zeros up to a position.
   Builder& fillTo(std::size_t position) {
     bytes.resize(std::max(position, bytes.size()), std::uint8_t{0});
     return *this;
@@ -115,8 +115,7 @@ class Builder {
   std::vector<std::uint8_t> bytes;
 };
 
-/// A camera's EXIF block with an orientation, a size, a made-up maker's note and a thumbnail of `thumbnail`
-/// bytes.
+/// An EXIF block with an orientation, a size, an invented maker's note and a thumbnail of `thumbnail` bytes.
 inline std::vector<std::uint8_t> cameraBlock(std::uint32_t orientation, std::size_t thumbnail = 0) {
   Builder b;
   b.text("II").le16(42).le32(8);

@@ -40,7 +40,7 @@ TEST(RectangleShape, PointsMayComeInEitherOrder) {
   }
 }
 
-TEST(RectangleShape, FourQuartersMakeACheckedTile) {
+TEST(RectangleShape, FourQuadrantsMakeACheckeredTile) {
   constexpr int kSize = 8;
   const Pixel light{192, 192, 192, 255}, dark{128, 128, 128, 255};
   Bitmap tile = Bitmap::filled(2 * kSize, 2 * kSize);
@@ -104,7 +104,7 @@ TEST(EllipseShape, IsSymmetric) {
   }
 }
 
-TEST(BoxShape, ChangesOnlyWhatItSaysItTouches) {
+TEST(BoxShape, ChangesOnlyTheTouchedRectangles) {
   const Bitmap before = Bitmap::filled(150, 120, {1, 2, 3, 128});
   for (const auto pen :
        {std::optional<std::int32_t>(), std::optional<std::int32_t>(1), std::optional<std::int32_t>(9)}) {
@@ -125,7 +125,7 @@ TEST(BoxShape, AnOutlineTouchesLittleOfTheInside) {
   EXPECT_LT(pixels, 4000 * 3000 / 20);
 }
 
-TEST(Paint, LaysAColourWithItsAlphaOver) {
+TEST(Paint, BlendsATranslucentColor) {
   Bitmap picture = Bitmap::filled(3, 1, {0, 0, 0, 255});
   paint(picture.writable(), {0, 0, 3, 1}, BoxShape::rectangle({1, 0}, {2, 1}, {}), {255, 255, 255, 100});
   EXPECT_EQ(picture.at(0, 0), (Pixel{0, 0, 0, 255}));

@@ -9,7 +9,7 @@
 #include "engine/draw/Shape.h"
 #include "engine/pixels/Bitmap.h"
 
-/// What the tests of drawing share.
+/// Helpers for the tests of drawing.
 namespace kestrel::engine::test {
 
 inline constexpr Pixel kWhite{255, 255, 255, 255};
@@ -27,7 +27,7 @@ inline Bitmap drawn(const Shape& shape, std::int32_t width, std::int32_t height,
   return picture;
 }
 
-/// How much of the picture is covered, in pixels, where black was drawn on white.
+/// Covered area in pixels of black drawn on white.
 inline double coveredArea(const Bitmap& picture) {
   double area = 0;
   for (int y = 0; y < picture.height(); ++y) {
@@ -36,7 +36,7 @@ inline double coveredArea(const Bitmap& picture) {
   return area;
 }
 
-/// Draws and holds that nothing outside of the dirty rectangle and the touched rectangles has changed.
+/// Draws and expects that only pixels in the dirty rectangle and the touched rectangles change.
 inline void expectChangesInside(const Shape& shape, const Bitmap& before, const Rectangle& clip) {
   Bitmap after = before;
   const std::vector<Rectangle> touched = touchedBy(shape, clip);

@@ -9,14 +9,14 @@ namespace {
 
 using namespace test;
 
-TEST(LineShape, AlongARowIsJustThePixelsFromOneToTheOther) {
+TEST(LineShape, AHorizontalLineIsThePixelsBetweenItsEnds) {
   const Bitmap picture = drawn(LineShape({2.5, 3.5}, {7.5, 3.5}), 10, 8);
   for (int y = 0; y < 8; ++y) {
     for (int x = 0; x < 10; ++x) EXPECT_EQ(picture.at(x, y), y == 3 && x >= 2 && x <= 7 ? kBlack : kWhite);
   }
 }
 
-TEST(LineShape, AlongAColumnIsJustThePixelsFromOneToTheOther) {
+TEST(LineShape, AVerticalLineIsThePixelsBetweenItsEnds) {
   const Bitmap picture = drawn(LineShape({3.5, 6.5}, {3.5, 1.5}), 8, 10);
   for (int y = 0; y < 10; ++y) {
     for (int x = 0; x < 8; ++x) EXPECT_EQ(picture.at(x, y), x == 3 && y >= 1 && y <= 6 ? kBlack : kWhite);
@@ -48,13 +48,13 @@ TEST(LineShape, HasNoGapAtAnyAngle) {
     for (double along = -40; along <= 40; along += 0.25) {
       const int x = static_cast<int>(std::floor(50 + along * dx)),
                 y = static_cast<int>(std::floor(50 + along * dy));
-      // A pixel's centre is at most 0.71 from a point inside it, and then 0.29 of the pixel is covered.
+      // A pixel's center is at most 0.71 from a point inside it, and then 0.29 of the pixel is covered.
       EXPECT_LE(picture.at(x, y).r, 181) << degrees << " degrees at " << along;
     }
   }
 }
 
-TEST(LineShape, ChangesOnlyWhatItSaysItTouches) {
+TEST(LineShape, ChangesOnlyTheTouchedRectangles) {
   const Bitmap before = Bitmap::filled(150, 120, {1, 2, 3, 128});
   for (const double width : {1.0, 4.0, 21.0}) {
     for (const Rectangle& clip : {Rectangle{0, 0, 150, 120}, Rectangle{30, 20, 50, 60}}) {
@@ -65,8 +65,8 @@ TEST(LineShape, ChangesOnlyWhatItSaysItTouches) {
   }
 }
 
-TEST(LineShape, EveryPixelWithinReachIsInItsRun) {
-  // What cover() finds outside of the runs would be left undrawn.
+TEST(LineShape, EveryCoveredPixelIsInItsRun) {
+  // Pixels outside of the runs are not drawn, even where cover() is above 0.
   for (int i = 0; i < 200; ++i) {
     const LineShape line({i * 37 % 101 * 0.77, i * 53 % 97 * 0.71}, {i * 71 % 89 * 0.83, i * 29 % 103 * 0.67},
                          1 + i % 5);

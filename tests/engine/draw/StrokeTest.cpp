@@ -49,8 +49,8 @@ TEST(Stroke, GoesThroughEverySample) {
 }
 
 TEST(Stroke, FewSamplesOfACircleMakeACircleWithoutGapsOrCorners) {
-  // Twelve samples stand 40 pixels apart. Every part of the curve must stay near the circle, where straight
-  // lines between the samples would be 2.7 pixels inside of it.
+  // Twelve samples 40 pixels apart. The curve must stay near the circle; straight lines between the samples
+  // would be up to 2.7 pixels inside of it.
   const Bitmap picture = stroked(circle(80, 12));
   for (int degrees = 0; degrees < 360; ++degrees) {
     const double angle = degrees * 3.14159265358979 / 180;
@@ -60,13 +60,13 @@ TEST(Stroke, FewSamplesOfACircleMakeACircleWithoutGapsOrCorners) {
       const int y = static_cast<int>(std::floor(100 + radius * std::sin(angle)));
       if (picture.at(x, y).r < 170) nearest = std::min(nearest, std::abs(radius - 80));
     }
-    // The first and last piece have nothing beyond them to bend towards.
+    // The first and last segment have a neighbor on one side only.
     EXPECT_LE(nearest, degrees < 30 || degrees > 330 ? 2.8 : 0.8) << degrees << " degrees";
   }
 }
 
-TEST(Stroke, PixelsOfATransparentColourAreCoveredOnlyOnce) {
-  // A stroke there and back, and over itself: no pixel may get more than the colour's alpha.
+TEST(Stroke, PixelsOfATransparentColorAreCoveredOnlyOnce) {
+  // A stroke forth, back and across itself: no pixel may get more than the color's alpha.
   const Bitmap picture =
       stroked({{20, 100}, {180, 100}, {20, 101}, {100, 20}, {100, 180}}, {0, 0, 0, 128}, 5);
   int darkest = 255;
@@ -76,7 +76,7 @@ TEST(Stroke, PixelsOfATransparentColourAreCoveredOnlyOnce) {
   EXPECT_NEAR(darkest, 127, 2);
 }
 
-TEST(Stroke, IsTheSameHoweverOftenItIsPainted) {
+TEST(Stroke, IsTheSameAfterRepeatedPainting) {
   const std::vector<PointD> samples = circle(70, 40);
   const Bitmap often = stroked(samples, {0, 0, 0, 180}, 3);
   Bitmap once = Bitmap::filled(200, 200, kWhite);
@@ -89,7 +89,7 @@ TEST(Stroke, IsTheSameHoweverOftenItIsPainted) {
   }
 }
 
-TEST(Stroke, ChangesOnlyWhatItAnnounced) {
+TEST(Stroke, ChangesOnlyTheAnnouncedRectangles) {
   Bitmap picture = Bitmap::filled(200, 200, {10, 20, 30, 200});
   const Rectangle clip{20, 20, 150, 160};
   Stroke stroke({255, 0, 0, 255}, 4, clip);

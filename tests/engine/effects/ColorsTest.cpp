@@ -25,7 +25,7 @@ TEST(GrayScale, IsRec709LumaWithinOneLevelAndKeepsAlpha) {
   }
 }
 
-TEST(GrayScale, GreyStaysItself) {
+TEST(GrayScale, GrayIsUnchanged) {
   const Bitmap ramp = madeBy(256, 1, [](int x, int) {
     const auto v = static_cast<std::uint8_t>(x);
     return Pixel{v, v, v, 255};
@@ -33,7 +33,7 @@ TEST(GrayScale, GreyStaysItself) {
   EXPECT_TRUE(samePicture(grayScale(ramp), ramp));
 }
 
-TEST(GrayScale, EveryKindOfVectorsEqualsThePlainCode) {
+TEST(GrayScale, EveryTargetEqualsTheReference) {
   onEachTarget([] {
     for (const Extent size : oddExtents()) {
       const Bitmap picture = randomPicture(size.width, size.height, AlphaKind::Any);
@@ -46,7 +46,7 @@ TEST(GrayScale, EveryKindOfVectorsEqualsThePlainCode) {
   });
 }
 
-TEST(Flatten, IsTheRoundedMixtureForEveryAlphaOnEveryKindOfVectors) {
+TEST(Flatten, IsTheRoundedBlendForEveryAlphaOnEveryTarget) {
   onEachTarget([] {
     for (const Pixel ground : {Pixel{255, 255, 255, 255}, Pixel{0, 1, 254, 0}}) {
       const Bitmap all = madeBy(256, 256, [](int x, int y) {
@@ -74,7 +74,7 @@ TEST(Flatten, IsTheRoundedMixtureForEveryAlphaOnEveryKindOfVectors) {
   });
 }
 
-TEST(Opaque, OnePixelAnywhereThatIsNotFullyOpaqueIsFound) {
+TEST(Opaque, ASingleTranslucentPixelIsFoundAnywhere) {
   onEachTarget([] {
     for (const Extent size : oddExtents()) {
       Bitmap picture = randomPicture(size.width, size.height, AlphaKind::Opaque);
@@ -92,7 +92,7 @@ TEST(Opaque, OnePixelAnywhereThatIsNotFullyOpaqueIsFound) {
   });
 }
 
-TEST(ReplaceColor, ToleranceZeroTakesTheExactColourOnly) {
+TEST(ReplaceColor, ToleranceZeroReplacesTheExactColorOnly) {
   const Bitmap picture = madeBy(4, 1, [](int x, int) {
     return Pixel{static_cast<std::uint8_t>(100 + x), 50, 25, 255};
   });
@@ -102,7 +102,7 @@ TEST(ReplaceColor, ToleranceZeroTakesTheExactColourOnly) {
   EXPECT_EQ(result.at(2, 0), (Pixel{102, 50, 25, 255}));
 }
 
-TEST(ReplaceColor, ToleranceOneTakesOneLevelInEveryChannel) {
+TEST(ReplaceColor, ToleranceOneAllowsOneLevelInEveryChannel) {
   const Pixel from{100, 50, 255, 255}, to{1, 2, 3, 4};
   const auto replaced = [&](Pixel p, double tolerance) {
     return replaceColor(Bitmap::filled(1, 1, p), from, to, tolerance).at(0, 0) == to;
@@ -116,13 +116,13 @@ TEST(ReplaceColor, ToleranceOneTakesOneLevelInEveryChannel) {
   EXPECT_TRUE(replaced({0, 255, 0, 0}, 1e300));
 }
 
-TEST(ReplaceColor, ColourUnderAlphaZeroDoesNotCount) {
+TEST(ReplaceColor, TheColorOfTransparentPixelsDoesNotCount) {
   const Bitmap hidden = Bitmap::filled(1, 1, {9, 8, 7, 0});
   EXPECT_EQ(replaceColor(hidden, {9, 8, 7, 255}, {1, 1, 1, 1}, 1.0).at(0, 0), (Pixel{9, 8, 7, 0}));
   EXPECT_EQ(replaceColor(hidden, {200, 200, 200, 0}, {1, 1, 1, 1}, 0.0).at(0, 0), (Pixel{1, 1, 1, 1}));
 }
 
-TEST(ReplaceColor, EveryKindOfVectorsEqualsThePlainCode) {
+TEST(ReplaceColor, EveryTargetEqualsTheReference) {
   onEachTarget([] {
     for (const Extent size : oddExtents()) {
       for (const int tolerance : {0, 1, 40, 128, 255}) {

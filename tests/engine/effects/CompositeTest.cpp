@@ -10,7 +10,7 @@ namespace {
 
 using namespace test;
 
-/// Source-over in double precision, each channel before it is rounded.
+/// Source-over in double precision, not yet rounded.
 struct ExactPixel {
   double r, g, b, a;
 };
@@ -22,7 +22,7 @@ ExactPixel exactOver(Pixel under, Pixel top) {
   return {mix(top.r, under.r), mix(top.g, under.g), mix(top.b, under.b), alpha * 255};
 }
 
-TEST(Blend, OverIsWithinHalfALevelOfExactArithmeticAndAHundredth) {
+TEST(Blend, OverIsWithin0Point51LevelsOfExactArithmetic) {
   for (int i = 0; i < 3'000'000; ++i) {
     const auto byte = [&](int prime) { return static_cast<std::uint8_t>((i * prime) >> 3); };
     const Pixel under{byte(31), byte(37), byte(41), byte(43)}, top{byte(47), byte(53), byte(59), byte(61)};
@@ -35,7 +35,7 @@ TEST(Blend, OverIsWithinHalfALevelOfExactArithmeticAndAHundredth) {
   }
 }
 
-TEST(Blend, EqualColoursStayAndExtremeAlphasAreExact) {
+TEST(Blend, EqualColorsStayAndExtremeAlphasAreExact) {
   for (int i = 0; i < 1 << 16; ++i) {
     const auto first = static_cast<std::uint8_t>(i), second = static_cast<std::uint8_t>(i >> 8);
     const Pixel same = over({7, 130, 255, first}, {7, 130, 255, second});
@@ -46,20 +46,20 @@ TEST(Blend, EqualColoursStayAndExtremeAlphasAreExact) {
   }
 }
 
-TEST(Composite, OpaqueReplacesAndTransparentLeavesAlone) {
+TEST(Composite, OpaquePixelsReplaceAndTransparentOnesChangeNothing) {
   const Bitmap under = randomPicture(40, 30, AlphaKind::Any);
   const Bitmap opaque = randomPicture(40, 30, AlphaKind::Opaque, 2);
   EXPECT_TRUE(samePicture(composite(under, opaque, 0, 0), opaque));
   EXPECT_TRUE(samePicture(composite(under, Bitmap::filled(40, 30, {255, 0, 0, 0}), 0, 0), under));
 }
 
-TEST(Composite, TransparentPixelsLendNoColour) {
+TEST(Composite, TransparentPixelsAddNoColor) {
   const Bitmap under = Bitmap::filled(1, 1, {255, 0, 0, 0});
   const Bitmap top = Bitmap::filled(1, 1, {0, 0, 255, 100});
   EXPECT_EQ(composite(under, top, 0, 0).at(0, 0), (Pixel{0, 0, 255, 100}));
 }
 
-TEST(Composite, EveryKindOfVectorsEqualsThePlainCode) {
+TEST(Composite, EveryTargetEqualsTheReference) {
   onEachTarget([] {
     for (const AlphaKind underAlpha : {AlphaKind::Opaque, AlphaKind::Any, AlphaKind::MostlyExtreme}) {
       for (const AlphaKind topAlpha : {AlphaKind::Opaque, AlphaKind::Any, AlphaKind::MostlyExtreme}) {
@@ -83,7 +83,7 @@ TEST(Composite, EveryKindOfVectorsEqualsThePlainCode) {
   });
 }
 
-TEST(Composite, ClipsWhatReachesBeyond) {
+TEST(Composite, ClipsAtTheEdges) {
   const Bitmap under = randomPicture(20, 10, AlphaKind::Any);
   const Bitmap top = randomPicture(9, 7, AlphaKind::Any, 2);
   for (const int x : {-9, -8, -3, 0, 14, 19, 20, INT32_MAX, INT32_MIN}) {
@@ -101,7 +101,7 @@ TEST(Composite, ClipsWhatReachesBeyond) {
   }
 }
 
-TEST(Composite, MaskColourIsSkippedWhateverItsAlpha) {
+TEST(Composite, TheMaskColorIsSkippedAtAnyAlpha) {
   const Bitmap under = Bitmap::filled(3, 1, {9, 9, 9, 255});
   const Bitmap top = madeBy(3, 1, [](int x, int) {
     return Pixel{200, 100, static_cast<std::uint8_t>(x), static_cast<std::uint8_t>(x == 1 ? 255 : 254)};
@@ -123,7 +123,7 @@ TEST(Composite, OpacityMultipliesTheAlpha) {
             err::kInvalidCall);
 }
 
-TEST(Composite, LeavesThePictureOfTheCallerAsItWas) {
+TEST(Composite, DoesNotChangeTheCallersPicture) {
   const Bitmap under = randomPicture(20, 10, AlphaKind::Any);
   const Bitmap before = madeBy(20, 10, [&](int x, int y) { return under.at(x, y); });
   composite(under, randomPicture(20, 10, AlphaKind::Opaque, 5), 0, 0);

@@ -15,23 +15,23 @@ TEST(Crop, KeepsTheRectangle) {
   EXPECT_TRUE(samePicture(part, madeBy(20, 11, [&](int x, int y) { return picture.at(x + 5, y + 3); })));
 }
 
-TEST(Crop, NegativeSizeTurnsTheRectangleRound) {
+TEST(Crop, ANegativeSizeFlipsTheRectangle) {
   const Bitmap picture = randomPicture(37, 21, AlphaKind::Any);
   EXPECT_TRUE(samePicture(crop(picture, 25, 14, -20, -11), crop(picture, 5, 3, 20, 11)));
 }
 
-TEST(Crop, CutsOffWhatIsOutside) {
+TEST(Crop, ClipsToThePicture) {
   const Bitmap picture = randomPicture(10, 10, AlphaKind::Any);
   EXPECT_TRUE(samePicture(crop(picture, -5, -5, 8, 8), crop(picture, 0, 0, 3, 3)));
   EXPECT_TRUE(samePicture(crop(picture, 7, 8, 1000, 1000), crop(picture, 7, 8, 3, 2)));
 }
 
-TEST(Crop, WholePictureIsTheSamePixels) {
+TEST(Crop, TheWholePictureSharesItsPixels) {
   const Bitmap picture = randomPicture(10, 10, AlphaKind::Any);
   EXPECT_TRUE(crop(picture, -1, -1, 100, 100).sharesPixelsWith(picture));
 }
 
-TEST(Crop, NothingLeftIsAnError) {
+TEST(Crop, AnEmptyResultIsAnError) {
   const Bitmap picture = randomPicture(10, 10, AlphaKind::Any);
   EXPECT_EQ(errorOf([&] { crop(picture, 10, 0, 5, 5); }), err::kInvalidCall);
   EXPECT_EQ(errorOf([&] { crop(picture, 0, 0, 0, 5); }), err::kInvalidCall);
@@ -68,7 +68,7 @@ TEST(Canvas, SidesBelowOneAreAnError) {
   EXPECT_EQ(errorOf([&] { resizeCanvas(picture, INT32_MAX, INT32_MAX, {}, 0, 0); }), err::kOutOfMemory);
 }
 
-TEST(Flip, MirrorsOnEveryKindOfVectors) {
+TEST(Flip, MirrorsOnEveryTarget) {
   onEachTarget([] {
     for (const Extent size : oddExtents()) {
       const Bitmap picture = randomPicture(size.width, size.height, AlphaKind::Any);
@@ -87,7 +87,7 @@ TEST(Flip, OtherDirectionsAreAnError) {
   EXPECT_EQ(errorOf([&] { flip(picture, static_cast<FlipDirection>(2)); }), err::kInvalidCall);
 }
 
-TEST(QuarterTurn, TurnsClockwiseOnEveryKindOfVectors) {
+TEST(QuarterTurn, TurnsClockwiseOnEveryTarget) {
   onEachTarget([] {
     for (const Extent size : oddExtents()) {
       const std::int32_t w = size.width, h = size.height;

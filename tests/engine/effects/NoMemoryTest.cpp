@@ -19,7 +19,7 @@ namespace {
 
 using namespace test;
 
-TEST(NoMemory, InTheMiddleOfAnEffectLeavesThePictureAsItWas) {
+TEST(NoMemory, DuringAnEffectLeavesThePictureUnchanged) {
   const Bitmap picture = randomPicture(300, 280, AlphaKind::Any);
   const Bitmap expected = madeBy(300, 280, [&](int x, int y) { return picture.at(x, y); });
   const std::function<Bitmap()> effects[] = {

@@ -15,14 +15,14 @@
 #include "base/RuntimeError.h"
 #include "engine/pixels/Bitmap.h"
 
-/// What the tests of the effects share: pictures to work on, and ways to look at results.
+/// Helpers for the tests of the effects: test pictures and comparisons.
 namespace kestrel::engine::test {
 
 struct Extent {
   std::int32_t width, height;
 };
 
-/// Single pixels, lines, and widths around the lengths of vectors.
+/// Single pixels, single rows and columns, and widths around vector lengths.
 inline std::vector<Extent> oddExtents() {
   return {{1, 1},  {1, 9},  {9, 1},   {2, 3},  {3, 2},   {4, 4},  {5, 7},  {7, 5},   {8, 8},
           {15, 3}, {16, 2}, {17, 19}, {31, 5}, {33, 34}, {63, 6}, {65, 9}, {130, 70}};
@@ -66,8 +66,8 @@ inline std::ostream& print(std::ostream& out, Pixel p) {
   return out << '(' << int{p.r} << ", " << int{p.g} << ", " << int{p.b} << ", " << int{p.a} << ')';
 }
 
-/// How far two pixels look apart, in levels: the largest difference of alpha, or of a colour as far as the
-/// alphas let it be seen.
+/// Visible difference of two pixels in levels: the largest difference of alpha, or of a color weighted by the
+/// larger alpha.
 inline double visibleDifference(Pixel a, Pixel b) {
   const double seen = std::max(a.a, b.a) / 255.0;
   return std::max({std::abs(a.r - b.r) * seen, std::abs(a.g - b.g) * seen, std::abs(a.b - b.b) * seen,
@@ -96,7 +96,7 @@ inline ::testing::AssertionResult samePicture(const Bitmap& actual, const Bitmap
   return ::testing::AssertionSuccess();
 }
 
-/// Runs `check` once for each kind of vectors that this machine has, plain code included.
+/// Runs `check` for each Highway target of this machine, scalar code included.
 inline void onEachTarget(const std::function<void()>& check) {
   for (const std::int64_t target : hwy::SupportedAndGeneratedTargets()) {
     hwy::SetSupportedTargetsForTest(target);

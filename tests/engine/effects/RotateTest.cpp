@@ -16,7 +16,7 @@ double cubic(double x) {
   return x < 2 ? -0.5 * x * x * x + 2.5 * x * x - 4 * x + 2 : 0.0;
 }
 
-/// Each new pixel from the sixteen old ones around its place, in double precision.
+/// Bicubic interpolation from 4 x 4 pixels in double precision.
 Bitmap naiveRotate(const Bitmap& source, double degrees, Pixel background, int width, int height) {
   const double radians = degrees * std::numbers::pi / 180;
   return madeBy(width, height, [&](int x, int y) {
@@ -51,7 +51,7 @@ Bitmap naiveRotate(const Bitmap& source, double degrees, Pixel background, int w
   });
 }
 
-TEST(Rotate, QuartersAreExactAndFourOfThemAreTheIdentity) {
+TEST(Rotate, QuarterTurnsAreExactAndFourAreTheIdentity) {
   const Bitmap picture = randomPicture(33, 18, AlphaKind::Any);
   Bitmap turned = picture;
   for (int i = 0; i < 4; ++i) turned = rotate(turned, 90);
@@ -62,7 +62,7 @@ TEST(Rotate, QuartersAreExactAndFourOfThemAreTheIdentity) {
       samePicture(rotate(picture, 90), madeBy(18, 33, [&](int x, int y) { return picture.at(y, 17 - x); })));
 }
 
-TEST(Rotate, AnglesCountModulo360AndNegativeOnesTurnBack) {
+TEST(Rotate, AnglesAreModulo360AndNegativeOnesTurnBack) {
   const Bitmap picture = randomPicture(33, 18, AlphaKind::Any);
   EXPECT_TRUE(rotate(picture, 0).sharesPixelsWith(picture));
   EXPECT_TRUE(rotate(picture, -720).sharesPixelsWith(picture));
@@ -85,12 +85,11 @@ TEST(Rotate, GrowsToHoldTheWholePicture) {
   EXPECT_NEAR(area, 300 * 200, 60);
 }
 
-TEST(Rotate, EveryKindOfVectorsIsNearDirectInterpolation) {
+TEST(Rotate, EveryTargetIsNearDirectInterpolation) {
   onEachTarget([] {
     for (const double angle : {0.25, 30.0, 45.0, 89.9, 137.5, 200.0, 359.0}) {
       for (const Extent size : {Extent{1, 1}, {1, 9}, {2, 2}, {3, 3}, {40, 5}, {67, 130}}) {
-        // Noise has the steepest slopes there are; the position's grid of 1/1024 pixel moves it by half a
-        // level.
+        // Noise has the steepest slopes: the position grid of 1/1024 pixel alone costs half a level.
         const Bitmap picture = randomPicture(size.width, size.height, AlphaKind::Opaque);
         const Pixel ground{0, 100, 200, 255};
         const Bitmap turned = rotate(picture, angle, ground);
@@ -106,21 +105,21 @@ TEST(Rotate, EveryKindOfVectorsIsNearDirectInterpolation) {
   });
 }
 
-TEST(Rotate, OneTooLargeForTheCachesIsNearDirectInterpolation) {
+TEST(Rotate, APictureLargerThanTheCachesIsNearDirectInterpolation) {
   const Bitmap picture = randomPicture(1500, 1450, AlphaKind::MostlyExtreme);
   const Pixel ground{0, 100, 200, 255};
   const Bitmap turned = rotate(picture, 50, ground);
   EXPECT_TRUE(samePicture(turned, naiveRotate(picture, 50, ground, turned.width(), turned.height()), 2.5));
 }
 
-TEST(Rotate, ConstantStaysConstantToItsEdge) {
-  // Where the picture has the background's colour, the edge between them cannot be seen.
+TEST(Rotate, AConstantPictureStaysConstantUpToItsEdge) {
+  // A picture of the background's color has no visible edge.
   const Pixel value{50, 100, 150, 255};
   const Bitmap turned = rotate(Bitmap::filled(60, 40, value), 33, value);
   EXPECT_TRUE(samePicture(turned, Bitmap::filled(turned.width(), turned.height(), value)));
 }
 
-TEST(Rotate, EdgesAreCleanTowardsTransparentCorners) {
+TEST(Rotate, EdgesNextToTransparentCornersAreClean) {
   const Pixel value{50, 100, 150, 255};
   const Bitmap turned = rotate(Bitmap::filled(60, 40, value), 33);
   for (int y = 0; y < turned.height(); ++y) {
@@ -139,9 +138,8 @@ TEST(Rotate, BackgroundFillsTheCornersButNotTransparentParts) {
   EXPECT_EQ(turned.at(turned.width() / 2, turned.height() / 2).a, 0);
 }
 
-TEST(Rotate, AVeryLongPictureStaysWhereItIs) {
-  // The angle is small enough for the ends to move by half a pixel; far from the centre positions must be as
-  // exact.
+TEST(Rotate, AVeryLongPictureStaysInPlace) {
+  // The ends move by half a pixel only; positions far from the center must be exact, too.
   const Bitmap line = Bitmap::filled(100'001, 5, {9, 9, 9, 255});
   const Bitmap turned = rotate(line, 0.499 / 50'000 * 180 / std::numbers::pi);
   ASSERT_EQ(turned.height(), 6);

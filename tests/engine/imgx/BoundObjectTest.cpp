@@ -15,7 +15,7 @@ using ::testing::IsEmpty;
 
 Bitmap pictureOf(ImagingFace& face) { return bitmapOf(*face.Writer().ToPicture()); }
 
-TEST(BoundObject, EachReadGivesTheSameOneUntilAnotherPictureIsPutIntoIt) {
+TEST(BoundObject, IsTheSameOnEachReadUntilItsPictureIsReplaced) {
   TestView view;
   view.load(30, 20);
   const auto object = view.ImgX();
@@ -31,7 +31,7 @@ TEST(BoundObject, EachReadGivesTheSameOneUntilAnotherPictureIsPutIntoIt) {
   EXPECT_EQ(view.ImgX(), next);
 }
 
-TEST(BoundObject, SettingsLastAndAreTheViewsToo) {
+TEST(BoundObject, SettingsPersistAndAreSharedWithTheView) {
   TestView view;
   view.load(30, 20);
   view.ImgX()->JPEGQuality(30);
@@ -56,7 +56,7 @@ TEST(BoundObject, SettingsLastAndAreTheViewsToo) {
   EXPECT_EQ(view.ImgX()->Draw().Color().Value(), 7);
 }
 
-TEST(BoundObject, OneOnItsOwnBeginsWithTheViewsSettingsAndKeepsItsOwn) {
+TEST(BoundObject, AnUnboundObjectCopiesTheSettingsAndKeepsItsOwn) {
   TestView view;
   view.load(30, 20);
   view.JPEGQuality(30);
@@ -76,7 +76,7 @@ TEST(BoundObject, OneOnItsOwnBeginsWithTheViewsSettingsAndKeepsItsOwn) {
   EXPECT_EQ(view.Draw().Color().Value(), 6) << "a reference that was taken before remains the view's";
 }
 
-TEST(BoundObject, ReadsTheViewsPictureAsItStandsNow) {
+TEST(BoundObject, ReadsTheCurrentPictureOfTheView) {
   TestView view;
   const auto object = view.ImgX();
   EXPECT_EQ(object->Image(), nullptr);
@@ -87,7 +87,7 @@ TEST(BoundObject, ReadsTheViewsPictureAsItStandsNow) {
   EXPECT_EQ(object->Image()->Width(), 20);
 }
 
-TEST(BoundObject, EffectsAndDrawingAreDoneToTheView) {
+TEST(BoundObject, EffectsAndDrawingChangeTheView) {
   TestView view;
   const Bitmap before = noise(30, 20);
   view.load(before);
@@ -104,7 +104,7 @@ TEST(BoundObject, EffectsAndDrawingAreDoneToTheView) {
   EXPECT_TRUE(samePixels(pictureOf(view), before));
 }
 
-TEST(BoundObject, ANewPictureInItLeavesTheViewAlone) {
+TEST(BoundObject, ANewPictureInItDoesNotChangeTheView) {
   TestView view;
   const Bitmap before = noise(30, 20);
   view.load(before);
@@ -124,7 +124,7 @@ TEST(BoundObject, ANewPictureInItLeavesTheViewAlone) {
   EXPECT_EQ(view.Draw().FillMode(), kFillNone);
 }
 
-TEST(BoundObject, StaysBoundWhenAPictureCannotBePutIn) {
+TEST(BoundObject, StaysBoundWhenReplacingThePictureFails) {
   TestView view;
   view.load(30, 20);
   const auto object = view.ImgX();
@@ -146,7 +146,7 @@ TEST(BoundObject, OutlivesItsView) {
   EXPECT_EQ(object->Image()->Width(), 20);
 }
 
-TEST(BoundObject, TheViewTakesACopyOfItselfAsOneStep) {
+TEST(BoundObject, AssigningACopyToTheViewIsOneStep) {
   TestView view;
   const Bitmap before = noise(30, 20);
   view.load(before);
@@ -155,7 +155,7 @@ TEST(BoundObject, TheViewTakesACopyOfItselfAsOneStep) {
   EXPECT_TRUE(samePixels(pictureOf(view), before));
 }
 
-TEST(BoundObject, ACopyIsAReferenceUntilOneOfTheTwoChanges) {
+TEST(BoundObject, ACopySharesPixelsUntilEitherChanges) {
   TestView view;
   const Bitmap before = noise(30, 20);
   view.load(before);
@@ -168,7 +168,7 @@ TEST(BoundObject, ACopyIsAReferenceUntilOneOfTheTwoChanges) {
   EXPECT_FALSE(samePixels(pictureOf(scratch), before));
 }
 
-TEST(BoundObject, ASectionIsWorkedOnAndDrawnBackAsOneStep) {
+TEST(BoundObject, DrawingAnEditedSectionBackIsOneStep) {
   TestView view;
   const Bitmap before = noise(60, 40);
   view.load(before);
@@ -192,7 +192,7 @@ TEST(BoundObject, ASectionIsWorkedOnAndDrawnBackAsOneStep) {
   EXPECT_TRUE(samePixels(pictureOf(view), before));
 }
 
-TEST(BoundObject, AQualityOutsideItsRangeIsBroughtToTheNearerEnd) {
+TEST(BoundObject, AQualityOutsideItsRangeIsClamped) {
   TestView view;
   view.ImgX()->JPEGQuality(500);
   EXPECT_EQ(view.JPEGQuality(), 100);

@@ -15,7 +15,7 @@ struct ForeignPicture final : kestrel::Picture {
   std::int32_t Width() const override { return 2; }
   std::int32_t Height() const override { return 2; }
   PixelRows Pixels() const override { return {data.data(), 12, 2, 2}; }
-  /// Rows of 12 bytes, the last four of which are no pixel.
+  /// Rows of 12 bytes, the last four of which are padding.
   std::vector<std::uint8_t> data = {1, 2, 3, 4, 5, 6, 7, 8, 99, 99, 99, 99, 9, 10, 11, 12, 13, 14, 15, 16};
 };
 
@@ -36,7 +36,7 @@ struct DocumentTest : ::testing::Test {
 
 TEST_F(DocumentTest, ANewObjectHoldsNoPicture) { EXPECT_EQ(object.Image(), nullptr); }
 
-TEST_F(DocumentTest, NewImageIsOfTheColourOrTransparentOrOfTheBackColor) {
+TEST_F(DocumentTest, NewImageHasTheColorOrIsTransparentOrHasTheBackColor) {
   const Colour red(0x0000FF, 200);
   object.Document().NewImage(3, 2, &red);
   EXPECT_EQ(object.Image()->Width(), 3);
@@ -55,7 +55,7 @@ TEST_F(DocumentTest, NewImageIsOfTheColourOrTransparentOrOfTheBackColor) {
   EXPECT_EQ(object.Image()->Format(), 0);
 }
 
-TEST_F(DocumentTest, NewImageRefusesOtherPixelFormatsAndImpossibleSizes) {
+TEST_F(DocumentTest, NewImageRefusesOtherPixelFormatsAndInvalidSizes) {
   EXPECT_EQ(numberOf([&] { object.Document().NewImage(3, 2, nullptr, 4); }), 5);
   EXPECT_EQ(numberOf([&] { object.Document().NewImage(0, 2, nullptr); }), 5);
   EXPECT_EQ(numberOf([&] { object.Document().NewImage(-3, 2, nullptr); }), 5);
@@ -63,7 +63,7 @@ TEST_F(DocumentTest, NewImageRefusesOtherPixelFormatsAndImpossibleSizes) {
   EXPECT_EQ(object.Image(), nullptr);
 }
 
-TEST_F(DocumentTest, APictureOfTheEngineIsTakenByReferenceAForeignOneIsCopied) {
+TEST_F(DocumentTest, AnEnginePictureIsSharedAndAForeignOneCopied) {
   const PictureObject own(noise(9, 9));
   object.Document().FromPicture(own);
   EXPECT_EQ(object.Image()->Pixels().Data, own.Pixels().Data);
@@ -75,7 +75,7 @@ TEST_F(DocumentTest, APictureOfTheEngineIsTakenByReferenceAForeignOneIsCopied) {
   EXPECT_EQ(bitmapOf(*object.Writer().ToPicture()).at(1, 1), (Pixel{13, 14, 15, 16}));
 }
 
-TEST_F(DocumentTest, PasteTakesTheClipboardsPictureAndRaises521WithoutOne) {
+TEST_F(DocumentTest, PasteTakesTheClipboardsPictureOrRaises521) {
   EXPECT_EQ(numberOf([&] { object.Document().Paste(); }), 521);
   clipboard.bitmap = noise(5, 4);
   object.Document().Paste();
@@ -83,7 +83,7 @@ TEST_F(DocumentTest, PasteTakesTheClipboardsPictureAndRaises521WithoutOne) {
   EXPECT_EQ(object.Image()->Format(), 0);
 }
 
-TEST_F(DocumentTest, CopyFromCarriesTheFormatAlong) {
+TEST_F(DocumentTest, CopyFromCopiesTheFormatToo) {
   ImgXObject source(clipboard);
   const std::string name = ::testing::TempDir() + "kestrel-copy.png";
   source.Document().NewImage(4, 4, nullptr);
@@ -94,14 +94,14 @@ TEST_F(DocumentTest, CopyFromCarriesTheFormatAlong) {
   std::filesystem::remove(name);
 }
 
-TEST_F(DocumentTest, CopyFromAnObjectWithoutAPictureRaises91AndKeepsWhatWasThere) {
+TEST_F(DocumentTest, CopyFromAnEmptyObjectRaises91AndKeepsThePicture) {
   ImgXObject source(clipboard);
   object.Document().NewImage(4, 4, nullptr);
   EXPECT_EQ(numberOf([&] { object.Document().CopyFrom(source); }), 91);
   EXPECT_EQ(object.Image()->Width(), 4);
 }
 
-TEST_F(DocumentTest, AFileIsKnownByWhatItHolds) {
+TEST_F(DocumentTest, AFileIsRecognizedByItsContent) {
   const std::string name = ::testing::TempDir() + "kestrel-misnamed.jpg";
   object.Document().NewImage(4, 3, nullptr);
   object.Writer().ToFile(name, 2);
@@ -111,7 +111,7 @@ TEST_F(DocumentTest, AFileIsKnownByWhatItHolds) {
   std::filesystem::remove(name);
 }
 
-TEST_F(DocumentTest, WhatIsNoPictureLeavesTheOneThatWasThere) {
+TEST_F(DocumentTest, AnInvalidFileKeepsThePicture) {
   object.Document().NewImage(4, 3, nullptr);
   const std::string name = ::testing::TempDir() + "kestrel-text.png";
   std::ofstream(name) << "no picture at all";
@@ -123,7 +123,7 @@ TEST_F(DocumentTest, WhatIsNoPictureLeavesTheOneThatWasThere) {
   std::filesystem::remove(name);
 }
 
-TEST_F(DocumentTest, ConvertKnowsTheOneFormatOfTheEngine) {
+TEST_F(DocumentTest, ConvertAcceptsOnlyTheEnginesFormat) {
   object.Document().NewImage(4, 3, nullptr);
   object.Image()->Convert();
   EXPECT_EQ(numberOf([&] { object.Image()->Convert(nullptr, 3); }), 5);

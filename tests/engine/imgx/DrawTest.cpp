@@ -53,7 +53,7 @@ TEST_F(DrawTest, RadiiRoundTheCorners) {
   EXPECT_EQ(picture().at(10, 10), kBlack);
 }
 
-TEST_F(DrawTest, WhatLiesOutsideIsCut) {
+TEST_F(DrawTest, ShapesAreClippedToThePicture) {
   object.Draw().Rectangle({-1000000, -5}, {3, 2000000000});
   EXPECT_EQ(count(kBlack), 3 * 30);
   object.Draw().Rectangle({100, 100}, {200, 200});
@@ -73,7 +73,7 @@ TEST_F(DrawTest, RefusesUnknownFillModesAndPens) {
   EXPECT_EQ(object.Draw().PenSetting(), 1);
 }
 
-TEST_F(DrawTest, AnImageIsLaidOverAsTheEffectDoes) {
+TEST_F(DrawTest, AnImageIsCompositedAsByTheEffect) {
   const Bitmap under = noise(40, 30), top = noise(25, 20, 2);
   ImgXObject source(clipboard);
   source.Document().FromPicture(PictureObject(top));
@@ -87,7 +87,7 @@ TEST_F(DrawTest, AnImageIsLaidOverAsTheEffectDoes) {
   }
 }
 
-TEST_F(DrawTest, PixelsOfTheMaskColourAreSkipped) {
+TEST_F(DrawTest, PixelsOfTheMaskColorAreSkipped) {
   const Bitmap under = noise(40, 30);
   ImgXObject source(clipboard);
   const Colour magenta(0xFF00FF), green(0x00FF00);
@@ -101,7 +101,7 @@ TEST_F(DrawTest, PixelsOfTheMaskColourAreSkipped) {
   EXPECT_EQ(picture().at(8, 4), under.at(8, 4));
 }
 
-TEST_F(DrawTest, WithoutBlendingTheSourceCountsAsOpaque) {
+TEST_F(DrawTest, WithoutBlendingTheSourceIsTreatedAsOpaque) {
   ImgXObject source(clipboard);
   source.Document().FromPicture(PictureObject(Bitmap::filled(4, 4, {9, 8, 7, 0})));
   object.Draw().Image(*source.Image(), 0, 0, nullptr, 1.0F, false);

@@ -10,7 +10,7 @@
 namespace kestrel::engine {
 namespace {
 
-/// Runs `work` with memory for so many allocations only. False if it ran out.
+/// Runs `work` with memory for `allocations` allocations. False if it ran out of memory.
 template <typename Work>
 bool succeedsWith(long allocations, const Work& work) {
   kestrel::test::failAllocationsAfter(allocations);
@@ -49,7 +49,7 @@ std::shared_ptr<EditablePicture> pictureWithHistory() {
 
 class OutOfMemory : public ::testing::TestWithParam<Operation> {};
 
-TEST_P(OutOfMemory, AnywhereInAnOperationLeavesPictureHistoryAndStateAsTheyWere) {
+TEST_P(OutOfMemory, AnywhereInAnOperationChangesNothing) {
   FakeClipboard clipboard;
   clipboard.bitmap = noise(9, 9);
   ImgXObject other(clipboard);
@@ -69,7 +69,7 @@ TEST_P(OutOfMemory, AnywhereInAnOperationLeavesPictureHistoryAndStateAsTheyWere)
     EXPECT_EQ(picture->history().undoName(), "Drawn");
     EXPECT_EQ(picture->history().redoName(), "Undone");
     EXPECT_EQ(picture->history().undoSteps(), 2);
-    // Still bound, and the history still leads where it did.
+    // Still bound, and the history is unchanged.
     EXPECT_EQ(object.Image()->Width(), 64);
     picture->undo();
     EXPECT_TRUE(samePixels(picture->bitmap(), noise(64, 48, 2)));
@@ -112,7 +112,7 @@ INSTANTIATE_TEST_SUITE_P(
         Operation{"ToPicture", [](auto& o, auto&) { o.Writer().ToPicture(); }}),
     [](const auto& test) { return std::string(test.param.name); });
 
-TEST(OutOfMemoryInAStroke, TakesTheStrokeBack) {
+TEST(OutOfMemoryInAStroke, RevertsTheStroke) {
   long failures = 0;
   for (long allocations = 0;; ++allocations) {
     TestView view(100, 80, false);
@@ -135,14 +135,14 @@ TEST(OutOfMemoryInAStroke, TakesTheStrokeBack) {
   EXPECT_GT(failures, 0);
 }
 
-TEST(OutOfMemoryWhilePainting, ShowsThePictureAllTheSame) {
+TEST(OutOfMemoryWhilePainting, StillShowsThePicture) {
   TestView view(50, 40, false);
   view.load(400, 300, {200, 100, 50, 255});
   Bitmap buffer = Bitmap::filled(50, 40);
   const Pixels pixels = buffer.writable();
   const PaintBuffer target{pixels.data, pixels.stride, 50, 40, ChannelOrder::rgba};
   view.paint(target, {0, 0, 50, 40});
-  view.Zoom(0.125);  // small copies are needed from here on
+  view.Zoom(0.125);  // requires the pyramid
   kestrel::test::failAllocationsAfter(0);
   view.paint(target, {0, 0, 50, 40});
   kestrel::test::failAllocationsAfter(-1);

@@ -26,21 +26,21 @@ struct WriterTest : ::testing::Test {
   ImgXObject object{clipboard};
 };
 
-TEST_F(WriterTest, ThePictureObjectSharesThePixelsAndKeepsThemThroughEdits) {
+TEST_F(WriterTest, ThePictureObjectKeepsItsPixelsThroughEdits) {
   const PicturePtr picture = object.Writer().ToPicture();
   EXPECT_EQ(picture->Pixels().Data, object.Image()->Pixels().Data);
   object.Draw().Rectangle({0, 0}, {20, 20});
   EXPECT_TRUE(samePixels(bitmapOf(*picture), noise(40, 30)));
 }
 
-TEST_F(WriterTest, TheClipboardIsOfferedAReference) {
+TEST_F(WriterTest, TheClipboardSharesThePixels) {
   object.Writer().ToClipboard();
   EXPECT_EQ(clipboard.bitmap.pixels().data, object.Image()->Pixels().Data);
   object.Effects().Flip(0);
   EXPECT_TRUE(samePixels(clipboard.bitmap, noise(40, 30)));
 }
 
-TEST_F(WriterTest, TheCodeDecidesTheFormatAndCode0TheName) {
+TEST_F(WriterTest, TheCodeDecidesTheFormatAndForCode0TheName) {
   const std::string misnamed = file("misnamed.jpg"), named = file("named.png");
   object.Writer().ToFile(misnamed, 2);
   EXPECT_EQ(decodeFile(misnamed).format, 2);
@@ -72,7 +72,7 @@ TEST_F(WriterTest, AnExistingFileIsReplacedOnlyWithOverwrite) {
   EXPECT_EQ(decodeFile(name).format, 2);
 }
 
-TEST_F(WriterTest, WhatAFileToldBesidesItsPixelsSurvivesEdits) {
+TEST_F(WriterTest, MetadataSurvivesEdits) {
   const std::string source = file("source.png"), target = file("target.png");
   Metadata metadata;
   metadata.resolutionX = metadata.resolutionY = 300;

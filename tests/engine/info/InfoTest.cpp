@@ -46,14 +46,14 @@ class InfoTest : public testing::Test {
   fs::path folder_;
 };
 
-TEST_F(InfoTest, TellsALineForEachFile) {
+TEST_F(InfoTest, PrintsALineForEachFile) {
   const Ended run = runInfo(path("photo.jpg") + " " + path("drawing.png"));
   EXPECT_EQ(run.output, path("photo.jpg") + ": JPEG, 30 x 20, 8 bits, no alpha, no profile, orientation 1\n" +
                             path("drawing.png") + ": PNG, 3 x 2, 8 bits, alpha, no profile, orientation 1\n");
   EXPECT_EQ(run.status, 0);
 }
 
-TEST_F(InfoTest, AFileThatFailsIsToldAndMakesTheExitCodeOneButTheOthersAreDone) {
+TEST_F(InfoTest, AFileThatFailsSetsExitCode1AndTheOthersAreStillDone) {
   const Ended run = runInfo(path("words.png") + " " + path("missing.png") + " " + path("photo.jpg"));
   EXPECT_EQ(run.output, path("words.png") + ": error: The file is not a PNG image: no PNG signature.\n" +
                             path("missing.png") + ": error: The file \"" + path("missing.png") +
@@ -62,7 +62,7 @@ TEST_F(InfoTest, AFileThatFailsIsToldAndMakesTheExitCodeOneButTheOthersAreDone) 
   EXPECT_EQ(run.status, 1);
 }
 
-TEST_F(InfoTest, WritesWhatWasReadAsPng) {
+TEST_F(InfoTest, WritesTheDecodedPictureAsPng) {
   const Ended run = runInfo("--png " + path("out") + " " + path("photo.jpg") + " " + path("drawing.png"));
   EXPECT_EQ(run.status, 0);
   const Decoded drawing = decodeFile(folder_ / "out" / "drawing.png.png");
@@ -71,7 +71,7 @@ TEST_F(InfoTest, WritesWhatWasReadAsPng) {
   EXPECT_EQ(decodeFile(folder_ / "out" / "photo.jpg.png").bitmap.width(), 30);
 }
 
-TEST_F(InfoTest, WithoutFilesOrWithAFolderThatIsNoneItFails) {
+TEST_F(InfoTest, FailsWithoutFilesOrWithAnInvalidFolder) {
   EXPECT_NE(runInfo("2>/dev/null").status, 0);
   EXPECT_NE(runInfo("--png " + path("nowhere") + " " + path("photo.jpg") + " 2>/dev/null").status, 0);
 }

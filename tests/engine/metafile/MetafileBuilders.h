@@ -7,7 +7,7 @@
 
 #include "../codecs/TestPictures.h"
 
-// Metafiles put together record by record.
+// Builders of metafiles, record by record.
 
 namespace kestrel::engine::test {
 
@@ -40,7 +40,7 @@ class Emf {
   std::vector<std::uint8_t> file() const {
     Builder b;
     b.le32(1).le32(88).le32(0).le32(0).le32(39).le32(29);
-    b.le32(0).le32(0).le32(1058).le32(794);  // hundredths of a millimetre at 96 pixels per inch
+    b.le32(0).le32(0).le32(1058).le32(794);  // hundredths of a millimeter at 96 pixels per inch
     b.text(" EMF").le32(0x10000).le32(0).le32(0).fill(16);
     b.le32(960).le32(960).le32(254).le32(254);
     b.bytes.insert(b.bytes.end(), records_.bytes.begin(), records_.bytes.end());
@@ -69,12 +69,12 @@ inline std::uint32_t bits(float value) {
 }
 
 inline constexpr std::uint32_t kVersion = 0xDBC01002;  ///< of GDI+ objects
-inline constexpr std::uint32_t kColor = 0x8000;        ///< a colour stands where a brush's number would
+inline constexpr std::uint32_t kColor = 0x8000;        ///< flag: a color in place of a brush index
 
-/// Commands of GDI+ that are added one by one.
+/// Builds a sequence of GDI+ commands.
 class Plus {
  public:
-  /// With `twice` the header tells that plain records hold the drawing too.
+  /// With `twice` the header marks a dual file: plain records hold the drawing, too.
   explicit Plus(bool twice = false) {
     command(0x4001, twice ? 1 : 0, Builder().le32(kVersion).le32(1).le32(96).le32(96));
   }
@@ -161,7 +161,7 @@ inline Builder words(std::initializer_list<int> values) {
   return b;
 }
 
-/// A bitmap of 24 bits, its rows from the bottom up, as records hold it: header and pixels.
+/// A 24-bit bitmap with bottom-up rows as records hold it: header and pixels.
 struct Dib {
   Builder header, pixels;
 };
@@ -179,7 +179,7 @@ inline Dib dibOf(const std::vector<std::vector<Pixel>>& rows) {
   return dib;
 }
 
-/// How many pixels of a part are mostly covered.
+/// Number of pixels of a rectangle with alpha above 100.
 inline int inkIn(const Bitmap& bitmap, int left, int top, int right, int bottom) {
   int ink = 0;
   for (int y = top; y < bottom; ++y) {

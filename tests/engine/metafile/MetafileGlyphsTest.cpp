@@ -4,7 +4,7 @@
 
 #include "MetafileBuilders.h"
 
-// Letters in metafiles: how large and wide they are, which way they run, and which sign is drawn.
+// Text in metafiles: size, width and direction of glyphs, and which glyph is drawn.
 
 namespace kestrel::engine {
 namespace {
@@ -39,7 +39,7 @@ Emf& write(Emf& emf, std::initializer_list<std::uint32_t> codes, std::uint32_t o
   return emf.record(84, b);
 }
 
-/// One letter alone.
+/// One character alone.
 Bitmap letter(const FontRecord& record, std::uint32_t code) {
   Emf emf;
   return write(font(emf, record), {code}).play();
@@ -56,21 +56,21 @@ TEST(MetafileGlyphs, AreAsHighAndWideAsTheirFontSays) {
   EXPECT_GT(inkIn(written(-24, 25), 20, 0, 40, 30), 10);
 }
 
-TEST(MetafileGlyphs, AreToldByTheNumbersOfGlyphsWhereTheFaceOrdersThemAsUsual) {
+TEST(MetafileGlyphs, AreFoundByGlyphIndexInKnownFonts) {
   const auto written = [](const std::string& face, std::uint32_t code, std::uint32_t options) {
     Emf emf;
     return write(font(emf, {face, -16}), {code}, options).play();
   };
   constexpr std::uint32_t kGlyphs = 0x10;
   EXPECT_TRUE(isPicture(written("Arial", 'H' - 29, kGlyphs), written("Arial", 'H', 0)));
-  // Of other faces only the place is known: a box stands there, but not for a space.
+  // Of unknown fonts only the position is known: a box is drawn, and nothing for a space.
   const Bitmap box = written("Nothing", 'H' - 29, kGlyphs);
   EXPECT_GT(inkIn(box, 0, 0, 20, 25), 10);
   EXPECT_FALSE(isPicture(box, written("Nothing", 'H', 0)));
   EXPECT_EQ(inkIn(written("Nothing", 3, kGlyphs), 0, 0, 40, 30), 0);
 }
 
-TEST(MetafileGlyphs, ShortRecordsHoldThemInBytesOrPairs) {
+TEST(MetafileGlyphs, SmallTextRecordsHoldBytesOrUtf16) {
   Emf longer, small, wide;
   const Bitmap wanted = write(longer.record(18, {1}), {'H', 'i'}, 0).play();
   const auto shortRecord = [](std::uint32_t options) {
@@ -81,7 +81,7 @@ TEST(MetafileGlyphs, ShortRecordsHoldThemInBytesOrPairs) {
       isPicture(wide.record(18, {1}).record(108, shortRecord(0x100).le16('H').le16('i')).play(), wanted));
 }
 
-TEST(MetafileGlyphs, ShowOnlyWithinTheirBoxIfTheyAreClipped) {
+TEST(MetafileGlyphs, AreClippedToTheirBoxOnRequest) {
   const auto written = [](std::uint32_t options) {
     Emf emf;
     Builder b =
@@ -94,9 +94,9 @@ TEST(MetafileGlyphs, ShowOnlyWithinTheirBoxIfTheyAreClipped) {
   EXPECT_GT(inkIn(written(4), 0, 0, 8, 30), 5);
 }
 
-TEST(MetafileGlyphs, OfTheFacesOwnAverageWidthAreAsTheyAre) {
-  // DejaVu Sans stores an average character width of 1038 units, of 2048 to an em: a record of that width
-  // asks for its letters unchanged. The window of 5120 x 3840 units makes 128 of a pixel.
+TEST(MetafileGlyphs, OfTheFontsOwnAverageWidthAreUnscaled) {
+  // DejaVu Sans has an average character width of 1038 units at 2048 units per em: a record with that width
+  // asks for unscaled glyphs. The window of 5120 x 3840 units has 128 units per pixel.
   const auto written = [](int width) {
     Emf emf;
     emf.record(17, {8}).record(9, {5120, 3840}).record(11, {40, 30});
@@ -109,8 +109,8 @@ TEST(MetafileGlyphs, OfTheFacesOwnAverageWidthAreAsTheyAre) {
   EXPECT_FALSE(isPicture(written(1265), written(0), 64)) << "a fifth wider";
 }
 
-TEST(MetafileGlyphs, RunTheOtherWayRoundOnAPageMirroredInOneAxis) {
-  // A line of letters from the centre: 900 is a quarter turn counterclockwise.
+TEST(MetafileGlyphs, TurnTheOtherWayOnAPageMirroredInOneAxis) {
+  // Text from the center: 900 is a quarter turn counterclockwise.
   const auto written = [](bool mirrorX, bool mirrorY, int escapement) {
     Emf emf;
     emf.record(17, {8}).record(9, {40, 30});
@@ -133,7 +133,7 @@ TEST(MetafileGlyphs, RunTheOtherWayRoundOnAPageMirroredInOneAxis) {
   }
 }
 
-TEST(MetafileGlyphs, AreNotSqueezedForTheLastOnesAdvance) {
+TEST(MetafileGlyphs, IgnoreTheLastAdvance) {
   const auto written = [](int advance, int last) {
     Emf emf;
     const Builder text = Builder().fill(16).le32(1).le32(0).le32(0).le32(2).le32(2).le32(2).le32(76).le32(0);
@@ -146,7 +146,7 @@ TEST(MetafileGlyphs, AreNotSqueezedForTheLastOnesAdvance) {
   EXPECT_FALSE(isPicture(written(8, 16), written(16, 16))) << "the first one's advance counts";
 }
 
-TEST(MetafileGlyphs, OfSignFacesAreTheirUnicodeLettersInATextFace) {
+TEST(MetafileGlyphs, OfSymbolFontsAreTheirUnicodeCharacters) {
   constexpr int kSymbolCharset = 2;
   const auto sign = [](const std::string& face, std::uint32_t code) {
     return letter({face, -16, 0, 0, kSymbolCharset}, code);
@@ -161,7 +161,7 @@ TEST(MetafileGlyphs, OfSignFacesAreTheirUnicodeLettersInATextFace) {
   EXPECT_TRUE(isPicture(sign("Webdings", 'n'), text("sans-serif", 0x25CF))) << "disc";
 }
 
-TEST(MetafileGlyphs, OfSignFacesThatAreNotKnownAreBoxesAndNoLatinLetters) {
+TEST(MetafileGlyphs, OfUnknownSymbolFontsAreBoxes) {
   constexpr int kSymbolCharset = 2;
   for (const std::string face : {"Wingdings 2", "Webdings", "Nobodys Signs"}) {
     const Bitmap box = letter({face, -16, 0, 0, kSymbolCharset}, 'A');
@@ -172,9 +172,9 @@ TEST(MetafileGlyphs, OfSignFacesThatAreNotKnownAreBoxesAndNoLatinLetters) {
   }
 }
 
-TEST(MetafileGlyphs, ThatTheFaceLacksComeFromAnother) {
-  // A large disc and an empty hexagon, which DejaVu Serif lacks and DejaVu Sans has. The usual sign for a
-  // missing letter is an outline for both.
+TEST(MetafileGlyphs, MissingInTheFontComeFromAnother) {
+  // A large disc and an empty hexagon, which DejaVu Serif lacks and DejaVu Sans has. The usual glyph
+  // for a missing character is an outline for both.
   constexpr std::uint32_t kDisc = 0x2B24, kHexagon = 0x2B21;
   const auto centre = [](std::uint32_t code) {
     const Bitmap drawn = letter({"DejaVu Serif", -24}, code);
@@ -213,13 +213,13 @@ TEST(MetafileGlyphs, AreReadInTheCodePageOfTheFont) {
                       .record(0x012D, {0})
                       .record(0x0521, Builder().le16(1).u8({code, 0}).le16(2).le16(2)));
   };
-  // In the Cyrillic code page 0xC6 is the letter 0x416, in the Greek one 0x396, which looks like a Z.
+  // 0xC6 is U+0416 in the Cyrillic code page and U+0396, which looks like a Z, in the Greek one.
   EXPECT_FALSE(isPicture(written(204, 0xC6), written(0, 0xC6)));
   EXPECT_FALSE(isPicture(written(204, 0xC6), written(161, 0xC6)));
   EXPECT_TRUE(isPicture(written(161, 0xC6), written(0, 'Z'), 160)) << "much alike";
 }
 
-TEST(MetafileGlyphs, OfSignFacesInWindowsMetafilesAreNamedInText) {
+TEST(MetafileGlyphs, OfSymbolFontsInWindowsMetafilesAreUnicodeToo) {
   const auto written = [](const std::string& face, int charset, int code) {
     const Builder font = Builder()
                              .le16(static_cast<std::uint32_t>(-16 & 0xFFFF))

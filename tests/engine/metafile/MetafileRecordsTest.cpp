@@ -3,8 +3,7 @@
 
 #include "MetafileBuilders.h"
 
-// What single records of metafiles mean: how ink mixes with what is there, clips, pens and brushes, bitmaps,
-// blends and regions.
+// Single metafile records: raster operations, clips, pens and brushes, bitmaps, blends and regions.
 
 namespace kestrel::engine {
 namespace {
@@ -19,7 +18,7 @@ Builder join(Builder first, const Builder& second) {
   return first;
 }
 
-/// Parameters of a record that ends with a bitmap: its places stand where `places` was added.
+/// Parameters of a record that ends with a bitmap; its offsets and sizes go between `before` and `after`.
 Builder withDib(const Builder& before, const Dib& dib, const Builder& after) {
   const std::size_t at = 8 + before.bytes.size() + 16 + after.bytes.size();
   Builder b = before;
@@ -29,7 +28,7 @@ Builder withDib(const Builder& before, const Dib& dib, const Builder& after) {
   return join(join(join(b, after), dib.header), dib.pixels);
 }
 
-/// Draws a bitmap pixel for pixel by a ternary operation.
+/// Draws a bitmap unscaled with a ternary raster operation.
 Emf& blit(Emf& emf, int x, int y, const Dib& dib, std::uint32_t operation) {
   const int width = dib.header.bytes[4], height = dib.header.bytes[8];
   const Builder before = words({0, 0, 0, 0, x, y, 0, 0, width, height});
@@ -37,7 +36,7 @@ Emf& blit(Emf& emf, int x, int y, const Dib& dib, std::uint32_t operation) {
       81, withDib(before, dib, Builder().le32(0).le32(operation).le32(number(width)).le32(number(height))));
 }
 
-TEST(MetafileMixing, InkMixesBitByBitWithWhatIsThere) {
+TEST(MetafileMixing, BinaryOperationsCombineWithTheDestination) {
   const auto mixed = [](std::uint32_t operation) {
     return Emf()
         .noPen()
@@ -59,7 +58,7 @@ TEST(MetafileMixing, InkMixesBitByBitWithWhatIsThere) {
   EXPECT_EQ(mixed(16), kWhite) << "white";
 }
 
-TEST(MetafileMixing, XorTwiceLeavesWhatWasThere) {
+TEST(MetafileMixing, XorTwiceRestoresTheDestination) {
   Emf emf;
   emf.noPen().brush(kRedColor).box(0, 0, 40, 30).record(20, {7}).brush(0x123456);
   const Bitmap once = emf.box(5, 5, 25, 25).play();
@@ -68,15 +67,15 @@ TEST(MetafileMixing, XorTwiceLeavesWhatWasThere) {
   EXPECT_TRUE(isPicture(twice, Bitmap::filled(40, 30, kRed)));
 }
 
-TEST(MetafileMixing, WhatDoesNotChangeStaysTransparent) {
-  // To xor with black changes nothing; empty parts count as white, so that with white it makes black.
+TEST(MetafileMixing, UnchangedPixelsStayTransparent) {
+  // Xor with black changes nothing. Transparent parts count as white, so xor with white makes them black.
   const Bitmap bitmap =
       Emf().noPen().record(20, {7}).brush(0).box(0, 0, 10, 30).brush(0xFFFFFF).box(20, 0, 30, 30).play();
   EXPECT_EQ(bitmap.at(5, 5), kNothing);
   EXPECT_EQ(bitmap.at(25, 5), kBlack);
 }
 
-TEST(MetafileMixing, AMaskAndAPictureOnBlackAreAPictureWithHoles) {
+TEST(MetafileMixing, AMaskAndAPictureOnBlackMakeATransparentPicture) {
   const Dib mask = dibOf({{kWhite, kBlack}, {kBlack, kWhite}});
   const Dib picture = dibOf({{kBlack, kRed}, {kBlue, kBlack}});
   for (const std::uint32_t second : {kOr, kXor}) {
@@ -96,7 +95,7 @@ TEST(MetafileMixing, AMaskAndAPictureOnBlackAreAPictureWithHoles) {
   }
 }
 
-TEST(MetafileMixing, OperationsWithoutABitmapTakeTheBrushOrOnlyWhatIsThere) {
+TEST(MetafileMixing, OperationsWithoutABitmapUseBrushAndDestination) {
   const auto filled = [](std::uint32_t operation) {
     return Emf()
         .noPen()
@@ -112,8 +111,8 @@ TEST(MetafileMixing, OperationsWithoutABitmapTakeTheBrushOrOnlyWhatIsThere) {
   EXPECT_EQ(filled(kInvert).at(20, 20), kRed);
 }
 
-TEST(MetafileMixing, TernaryOperationsTakeAllThree) {
-  // Where the source is white the brush shows, where it is black what was there.
+TEST(MetafileMixing, TernaryOperationsUseSourceBrushAndDestination) {
+  // A white source selects the brush, a black one the destination.
   Emf emf;
   emf.noPen().brush(kRedColor).box(0, 0, 40, 30).brush(kBlueColor);
   const Bitmap bitmap = blit(emf, 5, 5, dibOf({{kWhite, kBlack}}), 0xE20746).play();
@@ -127,15 +126,15 @@ Builder blitHeader(int x, int y, int width, int height, std::uint32_t operation)
   return b.le32(0xFFFFFF).le32(0);
 }
 
-/// Draws a bitmap into a box by a ternary operation.
+/// Draws a scaled bitmap with a ternary raster operation.
 Emf& stretch(Emf& emf, int width, int height, const Dib& dib, std::uint32_t operation) {
   const Builder before = words({0, 0, 0, 0, 0, 0, 0, 0, dib.header.bytes[4], dib.header.bytes[8]});
   return emf.record(
       81, withDib(before, dib, Builder().le32(0).le32(operation).le32(number(width)).le32(number(height))));
 }
 
-TEST(MetafileMixing, AMaskAndAPictureThatAreStretchedAreSmooth) {
-  // Two pixels over forty: opaque up to the middle of the left one, nothing from that of the right one on.
+TEST(MetafileMixing, AScaledMaskAndPictureAreSmooth) {
+  // Two pixels scaled to forty: opaque up to the center of the left one, transparent from that of the right.
   for (const std::uint32_t operation : {kOr, kXor}) {
     Emf emf;
     stretch(emf, 40, 30, dibOf({{kBlack, kWhite}}), kAnd);
@@ -150,8 +149,8 @@ TEST(MetafileMixing, AMaskAndAPictureThatAreStretchedAreSmooth) {
   }
 }
 
-TEST(MetafileMixing, AMaskComesBeforeWhatFollowsIt) {
-  // The blue box lies on the blackened half, and red mixes with it.
+TEST(MetafileMixing, AMaskIsAppliedBeforeLaterRecords) {
+  // The blue box is drawn on the masked half before the red source is combined with it.
   Emf emf;
   stretch(emf, 40, 30, dibOf({{kBlack, kWhite}}), kAnd).noPen().brush(kBlueColor).box(0, 0, 40, 10);
   const Bitmap bitmap = stretch(emf, 40, 30, dibOf({{kRed, kBlack}}), kOr).play();
@@ -162,7 +161,7 @@ TEST(MetafileMixing, AMaskComesBeforeWhatFollowsIt) {
   EXPECT_EQ(stretch(alone, 40, 30, dibOf({{kBlack, kWhite}}), kAnd).play().at(5, 5), kBlack) << "at the end";
 }
 
-TEST(MetafileBitmaps, SmallerThanTheirTargetAreStretchedIntoIt) {
+TEST(MetafileBitmaps, AreScaledToTheirTarget) {
   // Two by one pixels copied into 20 x 10.
   const Bitmap bitmap =
       Emf().record(76, withDib(blitHeader(5, 5, 20, 10, kCopy), dibOf({{kRed, kBlue}}), {})).play();
@@ -173,11 +172,11 @@ TEST(MetafileBitmaps, SmallerThanTheirTargetAreStretchedIntoIt) {
   EXPECT_EQ(bitmap.at(25, 14), kNothing);
 }
 
-TEST(MetafileBitmaps, AMaskChoosesBetweenTwoOperations) {
+TEST(MetafileBitmaps, AMaskSelectsBetweenTwoOperations) {
   const Dib picture = dibOf({{kRed, kRed}});
   const Dib mask = dibOf({{kWhite, kBlack}});
-  // The mask stands behind the picture: where it is white the picture shows, elsewhere what is there turns
-  // over.
+  // The mask follows the picture: where it is white the picture is drawn, elsewhere the destination is
+  // inverted.
   const std::size_t at = 8 + 32 + 4 + 8 + 24 + 8 + 16 + 12 + 16;
   Builder b = blitHeader(5, 5, 2, 1, (kCopy & 0xFFFFFF) | 0x55000000);
   const auto places = [&](std::size_t from, const Dib& dib) {
@@ -195,7 +194,7 @@ TEST(MetafileBitmaps, AMaskChoosesBetweenTwoOperations) {
   EXPECT_EQ(bitmap.at(6, 5), (Pixel{255, 0, 255, 255}));
 }
 
-TEST(MetafileBitmaps, ParallelogramsAreToldByThreeCorners) {
+TEST(MetafileBitmaps, ParallelogramsAreGivenByThreeCorners) {
   Builder b = words({0, 0, 0, 0, 10, 7, 10, 5, 12, 7, 0, 0, 2, 2});
   b.le32(bits(1)).le32(0).le32(0).le32(bits(1)).le32(0).le32(0).le32(0xFFFFFF).le32(0);
   const Bitmap bitmap =
@@ -205,7 +204,7 @@ TEST(MetafileBitmaps, ParallelogramsAreToldByThreeCorners) {
   EXPECT_GT(bitmap.at(11, 6).g, 250);
 }
 
-TEST(MetafileBitmaps, BlendsByOneAlphaOrThatOfEachPixel) {
+TEST(MetafileBitmaps, BlendWithAConstantOrPerPixelAlpha) {
   const auto blended = [](std::uint32_t function, const Dib& dib) {
     const Builder before = blitHeader(5, 5, 1, 1, function);
     return Emf()
@@ -221,13 +220,13 @@ TEST(MetafileBitmaps, BlendsByOneAlphaOrThatOfEachPixel) {
   EXPECT_NEAR(half.b, 127, 1);
   Dib own;
   own.header.le32(40).le32(1).le32(1).le16(1).le16(32).fill(24);
-  own.pixels.u8({0, 0, 64, 64});  // red, already multiplied by a quarter
+  own.pixels.u8({0, 0, 64, 64});  // red, premultiplied by a quarter
   const Pixel quarter = blended(0x01FF0000, own);
   EXPECT_NEAR(quarter.r, 64, 1);
   EXPECT_NEAR(quarter.b, 191, 1);
 }
 
-TEST(MetafileBitmaps, OneColourMayBeTransparent) {
+TEST(MetafileBitmaps, OneColorMayBeTransparent) {
   const Builder before = blitHeader(5, 5, 2, 1, kGreenColor);
   const Bitmap bitmap =
       Emf().record(116, withDib(before, dibOf({{kRed, kGreen}}), Builder().le32(2).le32(1))).play();
@@ -235,8 +234,8 @@ TEST(MetafileBitmaps, OneColourMayBeTransparent) {
   EXPECT_EQ(bitmap.at(6, 5), kNothing);
 }
 
-TEST(MetafileBitmaps, SomeRowsOfABitmapAreDrawnWhereTheyBelong) {
-  // Of a bitmap of three rows the record holds the upper one, which is the third from below.
+TEST(MetafileBitmaps, PartialRowsAreDrawnAtTheirPosition) {
+  // The record holds the top row of three, which is the third from the bottom.
   Dib dib = dibOf({{kRed}});
   dib.header.bytes[8] = 3;
   const Builder before = words({0, 0, 0, 0, 5, 5, 0, 0, 1, 3});
@@ -245,7 +244,7 @@ TEST(MetafileBitmaps, SomeRowsOfABitmapAreDrawnWhereTheyBelong) {
   EXPECT_EQ(bitmap.at(5, 6), kNothing);
 }
 
-TEST(MetafileBitmaps, MayBeStoredFromTheTopOrMirrored) {
+TEST(MetafileBitmaps, MayBeTopDownOrMirrored) {
   Dib dib = dibOf({{kRed, kBlue}});
   dib.pixels = join(Builder().u8({0, 0, 255, 255, 0, 0, 0, 0}), Builder().u8({0, 255, 0, 0, 255, 0, 0, 0}));
   for (std::size_t i = 8; i < 12; ++i) dib.header.bytes[i] = i == 8 ? 0xFE : 0xFF;  // two rows from the top
@@ -262,7 +261,7 @@ TEST(MetafileBitmaps, MayBeStoredFromTheTopOrMirrored) {
   EXPECT_EQ(left.at(5, 5), kBlue);
 }
 
-TEST(MetafileBlends, BoxesAndTrianglesBlendTheColoursOfTheirCorners) {
+TEST(MetafileBlends, BoxesAndTrianglesBlendTheColorsOfTheirCorners) {
   const auto corner = [](Builder b, int x, int y, std::uint32_t r, std::uint32_t g, std::uint32_t blue) {
     return b.le32(number(x)).le32(number(y)).le16(r << 8).le16(g << 8).le16(blue << 8).le16(0);
   };
@@ -311,12 +310,12 @@ TEST(MetafileClips, RegionsCombineInAllWays) {
   EXPECT_EQ(seen(5), "0110") << "copy";
 }
 
-TEST(MetafileClips, MoveAndStayWithinTheKeptOne) {
+TEST(MetafileClips, MoveAndStayWithinTheMetafilesRegion) {
   const Bitmap moved =
       Emf().noPen().brush(kRedColor).record(30, {0, 0, 10, 10}).record(26, {20, 0}).box(0, 0, 40, 30).play();
   EXPECT_EQ(moved.at(5, 5), kNothing);
   EXPECT_EQ(moved.at(25, 5), kRed);
-  // To clip to everything no longer leads out of what was kept.
+  // A reset clip stays within the metafile's own region.
   const Bitmap kept = Emf()
                           .noPen()
                           .brush(kRedColor)
@@ -329,7 +328,7 @@ TEST(MetafileClips, MoveAndStayWithinTheKeptOne) {
   EXPECT_EQ(kept.at(25, 5), kNothing);
 }
 
-TEST(MetafileClips, LettersOfAPathAreAClip) {
+TEST(MetafileClips, GlyphsInAPathAreAClip) {
   Emf emf;
   emf.noPen().brush(kRedColor).record(18, {1}).record(59, {});
   emf.record(84, {0, 0, 0, 0, 1, bits(1), bits(1), 2, 2, 2, 76, 0, 0, 0, 0, 0, 0, 0x00480048});
@@ -338,8 +337,8 @@ TEST(MetafileClips, LettersOfAPathAreAClip) {
   EXPECT_EQ(inkIn(bitmap, 0, 16, 40, 30), 0);
 }
 
-TEST(MetafilePens, HaveDashesOfTheirOwn) {
-  // Geometric, of its own style, flat ends, 4 wide, on for 10 and off for 5 units.
+TEST(MetafilePens, MayHaveUserDefinedDashes) {
+  // Geometric, user style, flat caps, 4 wide, dashes of 10 and gaps of 5 units.
   const Builder pen = Builder()
                           .le32(1)
                           .fill(16)
@@ -356,7 +355,7 @@ TEST(MetafilePens, HaveDashesOfTheirOwn) {
     EXPECT_EQ(bitmap.at(x, 10), on ? kBlue : kNothing) << x;
 }
 
-TEST(MetafilePens, CosmeticOnesAreAPixelWideWhateverTheMapping) {
+TEST(MetafilePens, CosmeticPensAreAPixelWideUnderAnyMapping) {
   const Builder pen = Builder().le32(1).fill(16).le32(0).le32(1).le32(0).le32(kBlueColor).le32(0).le32(0);
   const Bitmap bitmap = Emf()
                             .record(35, {bits(10), 0, 0, bits(10), 0, 0})
@@ -370,8 +369,8 @@ TEST(MetafilePens, CosmeticOnesAreAPixelWideWhateverTheMapping) {
   EXPECT_EQ(bitmap.at(20, 7), kNothing);
 }
 
-TEST(MetafilePens, GeometricOnesMayBeHalfAPixelWide) {
-  // Four units are a pixel. A line along the middle of row 10.
+TEST(MetafilePens, GeometricPensMayBeHalfAPixelWide) {
+  // Four units per pixel; a line along the middle of row 10.
   const auto alpha = [](std::uint32_t style, std::uint32_t width) {
     const Builder pen =
         Builder().le32(1).fill(16).le32(style).le32(width).le32(0).le32(kBlueColor).le32(0).le32(0);
@@ -393,7 +392,7 @@ TEST(MetafilePens, GeometricOnesMayBeHalfAPixelWide) {
   EXPECT_EQ(alpha(0, 1), 255) << "a cosmetic one is a pixel wide";
 }
 
-TEST(MetafileBrushes, HatchesWithoutLinesAreOfOneColour) {
+TEST(MetafileBrushes, HatchesWithoutLinesAreSolid) {
   const auto filled = [](std::uint32_t hatch) {
     return Emf()
         .noPen()
@@ -409,7 +408,7 @@ TEST(MetafileBrushes, HatchesWithoutLinesAreOfOneColour) {
     EXPECT_TRUE(isPicture(filled(6 + i), Bitmap::filled(40, 30, wanted[i]))) << 6 + i;
 }
 
-TEST(MetafileBrushes, PatternsOfTwoColoursTakeThoseOfTheText) {
+TEST(MetafileBrushes, MonochromePatternsUseTextAndBackgroundColor) {
   Dib dib;
   dib.header.le32(40).le32(8).le32(1).le16(1).le16(1).fill(24).le32(0).le32(0xFFFFFF);
   dib.pixels.u8({0xAA, 0, 0, 0});  // white first
@@ -447,7 +446,7 @@ TEST(MetafileRegions, AreFilledFramedInvertedAndPainted) {
   EXPECT_EQ(painted(74, Builder().fill(16).le32(48)).at(15, 15), kGreen);
 }
 
-TEST(MetafileShapes, PointsMaySayWhatLeadsToThem) {
+TEST(MetafileShapes, PolyDrawPointsHaveTypes) {
   const Builder points =
       Builder().fill(16).le32(4).le16(5).le16(5).le16(25).le16(5).le16(25).le16(25).le16(5).le16(25).u8(
           {6, 2, 2, 3});
@@ -487,8 +486,8 @@ TEST(WmfRecords, RegionsAreClippedToAndPainted) {
   EXPECT_TRUE(isPicture(clipped, painted));
 }
 
-TEST(WmfRecords, BitmapsOfTheDeviceAreDrawn) {
-  // One bit a pixel, rows of two bytes from the top: white black, black white.
+TEST(WmfRecords, DeviceDependentBitmapsAreDrawn) {
+  // One bit per pixel, top-down rows of two bytes: white black, black white.
   const Builder blit = Builder()
                            .le32(kCopy)
                            .le16(0)
@@ -509,8 +508,8 @@ TEST(WmfRecords, BitmapsOfTheDeviceAreDrawn) {
   EXPECT_EQ(bitmap.at(6, 6), kWhite);
 }
 
-TEST(WmfRecords, BitmapsOfTheDeviceHaveItsColours) {
-  // One pixel or two of so many bits, drawn pixel for pixel.
+TEST(WmfRecords, DeviceDependentBitmapsUseDeviceColors) {
+  // One or two pixels of `bits` bits, drawn unscaled.
   const auto drawn = [](int bits, std::initializer_list<int> row) {
     Builder blit = Builder().le32(kCopy).le16(0).le16(0).le16(1).le16(2).le16(5).le16(5);
     blit.le16(0).le16(2).le16(1).le16(static_cast<std::uint32_t>(row.size())).u8({1, bits}).u8(row);
@@ -537,8 +536,8 @@ TEST(WmfRecords, WindowsMove) {
   EXPECT_EQ(bitmap.at(15, 10), kRed);
 }
 
-TEST(MetafileWork, ADrawingOfHoursIsCutShortAndSaysSo) {
-  // Each record mixes all of four million pixels.
+TEST(MetafileWork, TooMuchWorkStopsWithANotice) {
+  // Each record combines all of four million pixels.
   Emf emf;
   emf.noPen().record(20, {6});
   for (int i = 0; i < 200; ++i) emf.box(0, 0, 40000, 30000);

@@ -47,7 +47,7 @@ TEST(Bitmap, FilledHoldsTheValueInEachPixel) {
   }
 }
 
-TEST(Bitmap, ACopySharesThePixelsUntilOneIsWritten) {
+TEST(Bitmap, ACopySharesThePixelsUntilEitherIsWritten) {
   Bitmap first = Bitmap::filled(4, 4, {10, 20, 30, 255});
   Bitmap second = first;
   EXPECT_TRUE(first.sharesPixelsWith(second));
@@ -74,14 +74,14 @@ TEST(Bitmap, SidesBelowOneAreAnInvalidCall) {
   EXPECT_EQ(numberOf(INT32_MIN, INT32_MIN), 5);
 }
 
-TEST(Bitmap, SizesBeyondTheLimitsAreRefusedWithoutAskingForMemory) {
+TEST(Bitmap, SizesBeyondTheLimitsAreRefusedWithoutAllocation) {
   EXPECT_EQ(numberOf(1'000'001, 1), 7);
   EXPECT_EQ(numberOf(1, 1'000'001), 7);
   EXPECT_EQ(numberOf(65'536, 65'536), 7);
   EXPECT_EQ(numberOf(INT32_MAX, INT32_MAX), 7);
 }
 
-TEST(Bitmap, MoreThanAQuarterOfTheMachinesMemoryIsRefusedAndSaidSo) {
+TEST(Bitmap, MoreThanAQuarterOfTheMemoryIsRefusedWithAReason) {
   constexpr std::int32_t kWidth = 16 * 1024;
   const std::size_t rows = machineMemory() / 4 / (std::size_t{4} * kWidth) + 1;
   // On a machine of more than 32 gigabytes the limit of 2 gigapixels comes first.

@@ -18,7 +18,7 @@ class MemoryTest : public testing::Test {
   MemoryTest() { releaseKeptMemory(); }
 };
 
-TEST_F(MemoryTest, AFreedLargeBlockServesTheNextOfItsSize) {
+TEST_F(MemoryTest, AFreedLargeBlockIsReusedForItsSize) {
   std::uint8_t* first = nullptr;
   {
     const Memory block(9 * kMB);
@@ -32,13 +32,13 @@ TEST_F(MemoryTest, AFreedLargeBlockServesTheNextOfItsSize) {
   EXPECT_EQ(keptMemory(), 0U);
 }
 
-TEST_F(MemoryTest, AMuchLargerKeptBlockIsNotSpentOnASmallRequest) {
+TEST_F(MemoryTest, AMuchLargerCachedBlockIsNotUsedForASmallRequest) {
   { const Memory block(64 * kMB); }
   const Memory small(8 * kMB);
   EXPECT_EQ(keptMemory(), 64 * kMB);
 }
 
-TEST_F(MemoryTest, WhatIsKeptStaysWithinTheBound) {
+TEST_F(MemoryTest, TheCacheStaysWithinItsLimit) {
   std::vector<Memory> blocks;
   for (int i = 0; i < 12; ++i) blocks.emplace_back(keptMemoryBound() / 4);
   blocks.clear();
@@ -49,7 +49,7 @@ TEST_F(MemoryTest, WhatIsKeptStaysWithinTheBound) {
   EXPECT_LE(keptMemory(), keptMemoryBound());
 }
 
-TEST_F(MemoryTest, KeptMemoryGoesBackWhenIdle) {
+TEST_F(MemoryTest, CachedMemoryIsReleasedWhenIdle) {
   { const Memory block(16 * kMB); }
   releaseKeptMemory(std::chrono::hours(1));
   EXPECT_EQ(keptMemory(), 16 * kMB);
@@ -57,7 +57,7 @@ TEST_F(MemoryTest, KeptMemoryGoesBackWhenIdle) {
   EXPECT_EQ(keptMemory(), 0U);
 }
 
-TEST_F(MemoryTest, BlocksAreAlignedAndMoveWithTheirContents) {
+TEST_F(MemoryTest, BlocksAreAlignedAndMovable) {
   for (const std::size_t size : {std::size_t{1}, std::size_t{100}, kMB, 3 * kMB}) {
     Memory block(size);
     EXPECT_EQ(reinterpret_cast<std::uintptr_t>(block.data()) % 64, 0U);
@@ -67,7 +67,7 @@ TEST_F(MemoryTest, BlocksAreAlignedAndMoveWithTheirContents) {
   }
 }
 
-TEST_F(MemoryTest, AnImpossibleRequestIsErrorSeven) {
+TEST_F(MemoryTest, AnImpossibleRequestRaisesError7) {
   for (const std::size_t size : {SIZE_MAX, SIZE_MAX / 2}) {
     try {
       const Memory block(size);

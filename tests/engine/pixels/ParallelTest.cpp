@@ -14,7 +14,7 @@
 namespace kestrel::engine {
 namespace {
 
-TEST(ForRows, GivesEachRowExactlyOnce) {
+TEST(ForRows, PassesEachRowExactlyOnce) {
   for (const std::int32_t height : {1, 2, 7, 64, 1000, 4001}) {
     for (const std::int32_t smallest : {-1, 0, 1, 3, 16, 5000}) {
       std::vector<std::atomic<int>> seen(static_cast<std::size_t>(height));
@@ -26,14 +26,14 @@ TEST(ForRows, GivesEachRowExactlyOnce) {
   }
 }
 
-TEST(ForRows, NoRowsIsNoCall) {
+TEST(ForRows, NoRowsMeanNoCall) {
   int calls = 0;
   forRows(0, 1, [&](std::int32_t, std::int32_t) { ++calls; });
   forRows(-5, 1, [&](std::int32_t, std::int32_t) { ++calls; });
   EXPECT_EQ(calls, 0);
 }
 
-TEST(ForRows, BandsHaveAtLeastTheRowsAskedForButTheLast) {
+TEST(ForRows, AllBandsButTheLastHaveTheSmallestHeight) {
   std::mutex mutex;
   forRows(1000, 90, [&](std::int32_t first, std::int32_t last) {
     const std::lock_guard lock(mutex);
@@ -53,7 +53,7 @@ TEST(ForRows, UsesSeveralThreadsWhereThereAreCores) {
   EXPECT_LE(threads.size(), static_cast<std::size_t>(threadCount()));
 }
 
-TEST(ForRows, AnErrorReachesTheCallerAfterTheBandsUnderWayHaveEnded) {
+TEST(ForRows, AnErrorReachesTheCallerAfterTheRunningBandsEnd) {
   std::atomic<int> inside = 0;
   EXPECT_THROW(forRows(100, 1,
                        [&](std::int32_t, std::int32_t) {
@@ -70,7 +70,7 @@ TEST(ForRows, AnErrorReachesTheCallerAfterTheBandsUnderWayHaveEnded) {
   EXPECT_EQ(rows, 100) << "an error before spoils nothing after";
 }
 
-TEST(ForRows, AnErrorOfABandIsNotedAsRaisedByTheCall) {
+TEST(ForRows, AnErrorOfABandIsRecordedAtTheCall) {
   const ThrowRecord record;
   try {
     forRows(100, 1, [](std::int32_t, std::int32_t) { throw std::runtime_error("band"); });
@@ -81,7 +81,7 @@ TEST(ForRows, AnErrorOfABandIsNotedAsRaisedByTheCall) {
   }
 }
 
-TEST(ForRows, ACallWithinABandAndCallsFromSeveralThreadsAllEnd) {
+TEST(ForRows, NestedAndConcurrentCallsEnd) {
   std::atomic<int> rows = 0;
   const auto nested = [&] {
     forRows(16, 1, [&](std::int32_t first, std::int32_t last) {

@@ -45,24 +45,24 @@ TEST_F(Thumbnails, TheLongestSideIsAsAskedForInAnyFormat) {
   }
 }
 
-TEST_F(Thumbnails, ASmallPictureStaysAsItIs) {
+TEST_F(Thumbnails, ASmallPictureKeepsItsSize) {
   const Bitmap picture = test::noise(30, 20, false);
   const Thumbnail thumbnail = readThumbnail(put("small.png", picture), 160);
   EXPECT_TRUE(test::isPicture(thumbnail.bitmap, picture));
 }
 
-TEST_F(Thumbnails, ALinePictureKeepsOnePixelOfItsShortSide) {
+TEST_F(Thumbnails, AThinPictureKeepsOnePixelOfItsShortSide) {
   EXPECT_EQ(readThumbnail(put("line.png", test::gradient(1000, 1)), 100).bitmap.height(), 1);
 }
 
-TEST_F(Thumbnails, AJpegLooksLikeTheWholeOneMadeSmaller) {
+TEST_F(Thumbnails, AJpegThumbnailLooksLikeTheResizedPicture) {
   const Bitmap picture = test::gradient(2400, 1600);
   const Bitmap jpeg = readThumbnail(put("a.jpg", picture), 120).bitmap;
   const Bitmap png = readThumbnail(put("a.png", picture), 120).bitmap;
   EXPECT_TRUE(test::isPicture(jpeg, png, 3));
 }
 
-TEST_F(Thumbnails, TransparentPixelsAddNoColour) {
+TEST_F(Thumbnails, TransparentPixelsAddNoColor) {
   const Bitmap picture = test::pictureOf(400, 400, [](int x, int) {
     return x % 2 == 0 ? Pixel{255, 0, 0, 255} : Pixel{0, 255, 0, 0};
   });
@@ -85,7 +85,7 @@ TEST_F(Thumbnails, AnOrientationIsApplied) {
   EXPECT_LT(bitmap.at(10, 35).g, 15);
 }
 
-TEST_F(Thumbnails, SeveralAreMadeInTheirOrderAndEachTellsItsOwnTrouble) {
+TEST_F(Thumbnails, AListKeepsItsOrderAndHasANoticePerFile) {
   std::vector<std::filesystem::path> paths;
   for (int i = 0; i < 20; ++i) {
     const auto level = static_cast<std::uint8_t>(12 * i);
@@ -106,7 +106,7 @@ TEST_F(Thumbnails, SeveralAreMadeInTheirOrderAndEachTellsItsOwnTrouble) {
   }
 }
 
-TEST_F(Thumbnails, ADamagedFileShowsWhatItHoldsAndSaysSo) {
+TEST_F(Thumbnails, ATruncatedFileShowsItsRowsWithANotice) {
   const auto path = put("a.jpg", test::noise(640, 640, true));
   std::filesystem::resize_file(path, std::filesystem::file_size(path) / 2);
   const Thumbnail thumbnail = readThumbnail(path, 64);

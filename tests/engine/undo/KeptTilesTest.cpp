@@ -5,8 +5,8 @@
 namespace kestrel::engine {
 namespace {
 
-TEST(KeptTiles, ExchangePutsBackWhatWasKeptAndForthAgainWhatWasDrawn) {
-  Bitmap picture = noise(100, 70);  // neither side a multiple of a tile's
+TEST(KeptTiles, ExchangeSwapsTheKeptPixelsWithTheDrawnOnes) {
+  Bitmap picture = noise(100, 70);  // neither side a multiple of the tile size
   const Bitmap before = deepCopy(picture);
   KeptTiles tiles;
   tiles.keep(picture.pixels(), {60, 50, 40, 20});
@@ -19,7 +19,7 @@ TEST(KeptTiles, ExchangePutsBackWhatWasKeptAndForthAgainWhatWasDrawn) {
   EXPECT_TRUE(samePixels(picture, after));
 }
 
-TEST(KeptTiles, KeepsATileOnceAsItWasAtFirst) {
+TEST(KeptTiles, KeepsATileOnceInItsFirstState) {
   Bitmap picture = noise(64, 64);
   const Bitmap before = deepCopy(picture);
   KeptTiles tiles;
@@ -42,7 +42,7 @@ TEST(KeptTiles, HoldsOnlyTheTilesThatWereTouched) {
   EXPECT_LT(tiles.memory(), 3U * 32 * 32 * 4);
 }
 
-TEST(KeptTiles, TakesOverTheTilesOfALaterChangeThatItLacks) {
+TEST(KeptTiles, MergesTheMissingTilesOfALaterChange) {
   Bitmap picture = noise(96, 32);
   const Bitmap before = deepCopy(picture);
   KeptTiles first, second;

@@ -10,7 +10,7 @@
 
 namespace kestrel::engine {
 
-/// A picture of noise, transparent pixels among it.
+/// Random pixels, some of them transparent.
 inline Bitmap noise(std::int32_t width, std::int32_t height, std::uint32_t seed = 1) {
   std::mt19937 random(seed);
   Bitmap bitmap = Bitmap::uninitialized(width, height);
@@ -33,7 +33,7 @@ inline bool samePixels(const Bitmap& a, const Bitmap& b) {
   return true;
 }
 
-/// A copy that shares nothing.
+/// A copy with its own pixels.
 inline Bitmap deepCopy(const Bitmap& bitmap) {
   Bitmap copy = bitmap;
   copy.writable();

@@ -8,7 +8,7 @@
 namespace kestrel::engine {
 namespace {
 
-/// Changes the picture to another one, recorded under the name.
+/// Replaces the picture and records the step under the name.
 void change(UndoStack& stack, PictureState& picture, const std::string& name, std::uint32_t seed) {
   UndoStack::Before before = picture;
   stack.record(name, before);
@@ -24,7 +24,7 @@ TEST(UndoStack, StartsWithoutLevelsAndKeepsNothing) {
   EXPECT_FALSE(stack.undo(picture));
 }
 
-TEST(UndoStack, GoesBackAndForthThroughItsSteps) {
+TEST(UndoStack, UndoesAndRedoesItsSteps) {
   UndoStack stack;
   stack.levels(3);
   PictureState picture{noise(8, 8, 1)};
@@ -48,7 +48,7 @@ TEST(UndoStack, GoesBackAndForthThroughItsSteps) {
   EXPECT_FALSE(stack.redo(picture));
 }
 
-TEST(UndoStack, KeepsAsManyStepsAsItHasLevelsTheLatest) {
+TEST(UndoStack, KeepsTheLatestStepsUpToItsLevels) {
   UndoStack stack;
   stack.levels(2);
   PictureState picture{noise(8, 8, 1)};
@@ -75,7 +75,7 @@ TEST(UndoStack, FewerLevelsDropTheOldestAndZeroEmptiesIt) {
   EXPECT_FALSE(stack.undo(picture));
 }
 
-TEST(UndoStack, TakesNegativeLevelsAsNone) {
+TEST(UndoStack, TreatsNegativeLevelsAsZero) {
   UndoStack stack;
   stack.levels(2);
   PictureState picture{noise(8, 8, 1)};
@@ -87,7 +87,7 @@ TEST(UndoStack, TakesNegativeLevelsAsNone) {
   EXPECT_EQ(stack.levels(), 0);
 }
 
-TEST(UndoStack, AChangeAfterUndoDropsTheRedoBranch) {
+TEST(UndoStack, AChangeAfterUndoDropsTheRedoSteps) {
   UndoStack stack;
   stack.levels(3);
   PictureState picture{noise(8, 8, 1)};
@@ -98,7 +98,7 @@ TEST(UndoStack, AChangeAfterUndoDropsTheRedoBranch) {
   EXPECT_EQ(stack.redoName(), "");
 }
 
-TEST(UndoStack, CountsEachHeldPictureOnceAndThePresentOneNot) {
+TEST(UndoStack, CountsEachHeldPictureOnceWithoutTheCurrentOne) {
   UndoStack stack;
   stack.levels(5);
   PictureState picture{noise(64, 64, 1)};
@@ -126,7 +126,7 @@ TEST(UndoStack, DropsTheOldestStepsBeyondTheMemoryLimit) {
   EXPECT_FALSE(stack.undo(picture));
 }
 
-TEST(UndoStack, KeepsTheLatestStepHoweverLargeItIs) {
+TEST(UndoStack, KeepsTheLatestStepOfAnySize) {
   UndoStack stack;
   stack.levels(100);
   stack.memoryLimit(1);

@@ -9,7 +9,7 @@
 namespace kestrel::engine {
 namespace {
 
-TEST(BackBuffer, IsHandedOutWithThePictureInItWhenDoubleBufferIsOn) {
+TEST(BackBuffer, HoldsThePictureWhenDoubleBufferIsOn) {
   TestView view(200, 100);
   view.load(1000, 1000);
   std::int32_t raised = 0;
@@ -25,7 +25,7 @@ TEST(BackBuffer, IsHandedOutWithThePictureInItWhenDoubleBufferIsOn) {
   EXPECT_EQ(raised, 1);
 }
 
-TEST(BackBuffer, DrawnOverItStandsAboveThePictureAndBelowTheSelection) {
+TEST(BackBuffer, DrawingIsAboveThePictureAndBelowTheSelection) {
   TestView view(200, 100);
   view.load(1000, 1000);
   view.DoubleBuffer(true);
@@ -46,7 +46,7 @@ TEST(BackBuffer, DrawnOverItStandsAboveThePictureAndBelowTheSelection) {
   }
 }
 
-TEST(BackBuffer, CutsWhatLiesOutsideOfWhatIsBeingPainted) {
+TEST(BackBuffer, ClipsToThePaintedArea) {
   Bitmap target = Bitmap::filled(20, 20, {1, 1, 1, 255});
   const Pixels pixels = target.writable();
   BackBuffer context({pixels.data, pixels.stride, 20, 20, ChannelOrder::bgra}, {5, 5, 10, 10});
@@ -60,7 +60,7 @@ TEST(BackBuffer, CutsWhatLiesOutsideOfWhatIsBeingPainted) {
   context.Blit(-2000000000, 5, rowsOf(source), kSourceCopy);
 }
 
-TEST(BackBuffer, KnowsOnlyThePlainCopy) {
+TEST(BackBuffer, SupportsOnlyThePlainCopy) {
   BackBuffer context({}, {});
   EXPECT_THROW(context.Blit(0, 0, {}, 0x00660046), RuntimeError);
 }

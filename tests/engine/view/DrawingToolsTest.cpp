@@ -33,7 +33,7 @@ struct DrawingTools : ::testing::Test {
     return result;
   }
 
-  /// Whether one undo restores the blank picture, and one redo what was drawn.
+  /// Expects that one undo restores the blank picture and one redo the drawing.
   void expectOneStep(const std::string& name) {
     const Bitmap drawn = deepCopy(picture());
     EXPECT_EQ(view.UndoName(), name);
@@ -64,7 +64,7 @@ TEST_F(DrawingTools, TheLineIsAsWideAsThePen) {
   EXPECT_TRUE(samePixels(picture(), with(LineShape({10.5, 10.5}, {90.5, 40.5}, 7))));
 }
 
-TEST_F(DrawingTools, ShiftTurnsALineTo45Degrees) {
+TEST_F(DrawingTools, ShiftSnapsALineTo45Degrees) {
   view.Tool(kViewToolLine);
   view.drag({{10, 10}, {60, 13}}, kShiftMask);
   EXPECT_EQ(picture().at(55, 10), kRed);
@@ -110,7 +110,7 @@ TEST_F(DrawingTools, ShiftMakesASquareAndACircle) {
   EXPECT_TRUE(samePixels(picture(), with(BoxShape::ellipse({30, 30}, {60, 60}, {}))));
 }
 
-TEST_F(DrawingTools, ShapesLandInPicturePixelsAtEveryZoomAndScroll) {
+TEST_F(DrawingTools, ShapesUsePicturePixelsAtAnyZoomAndScroll) {
   view.Tool(kViewToolRectangle);
   view.Draw().FillMode(kFillSolid);
   view.Zoom(4);
@@ -120,7 +120,7 @@ TEST_F(DrawingTools, ShapesLandInPicturePixelsAtEveryZoomAndScroll) {
   EXPECT_TRUE(samePixels(picture(), with(BoxShape::rectangle({310, 205}, {330, 215}, {}))));
 }
 
-TEST_F(DrawingTools, TheRubberBandIsSeenButNotInThePicture) {
+TEST_F(DrawingTools, TheRubberBandIsPaintedButNotInThePicture) {
   view.Tool(kViewToolRectangle);
   view.Draw().FillMode(kFillSolid);
   view.press({20, 20});
@@ -130,13 +130,13 @@ TEST_F(DrawingTools, TheRubberBandIsSeenButNotInThePicture) {
   EXPECT_EQ(picture().at(40, 40), kBack);
   view.invalid.clear();
   view.move({50, 50});
-  // The larger band before is repainted, too.
+  // The previous, larger band is repainted, too.
   EXPECT_THAT(view.invalid, Contains(Rectangle{20, 20, 40, 40}));
   view.release({50, 50});
   EXPECT_EQ(view.shot().at(55, 55), kBack);
 }
 
-TEST_F(DrawingTools, EscapeGivesAShapeUp) {
+TEST_F(DrawingTools, EscapeCancelsAShape) {
   for (const std::int32_t tool : {kViewToolLine, kViewToolRectangle, kViewToolEllipse, kViewToolFreehand}) {
     view.Tool(tool);
     view.press({20, 20});
@@ -202,7 +202,7 @@ TEST_F(DrawingTools, AThinPenDrawsWholePixels) {
   EXPECT_TRUE(samePixels(picture(), expected));
 }
 
-TEST_F(DrawingTools, FreehandIsSeenAsItGoes) {
+TEST_F(DrawingTools, FreehandIsPaintedAsItIsDrawn) {
   view.Tool(kViewToolFreehand);
   view.Draw().PenSetting(5);
   view.press({20, 50});
@@ -213,7 +213,7 @@ TEST_F(DrawingTools, FreehandIsSeenAsItGoes) {
   view.release({80, 50});
 }
 
-TEST_F(DrawingTools, FreehandRepaintsWhatItTouchesOnly) {
+TEST_F(DrawingTools, FreehandRepaintsOnlyTouchedAreas) {
   view.Tool(kViewToolFreehand);
   view.press({20, 50});
   view.move({30, 50});
@@ -227,7 +227,7 @@ TEST_F(DrawingTools, FreehandRepaintsWhatItTouchesOnly) {
   }
 }
 
-TEST_F(DrawingTools, ATransparentColourStaysEvenWhereTheStrokeCrossesItself) {
+TEST_F(DrawingTools, ATranslucentStrokeIsEvenWhereItCrossesItself) {
   view.load(1000, 1000, {255, 255, 255, 255});
   view.Tool(kViewToolFreehand);
   view.Draw().Color() = Colour(0, 128);
@@ -250,7 +250,7 @@ TEST_F(DrawingTools, AnyOtherChangeEndsTheStroke) {
   EXPECT_TRUE(samePixels(picture(), Bitmap::filled(1000, 1000, kBack)));
 }
 
-TEST_F(DrawingTools, AStrokeReachesBeyondTheEdgeByScrolling) {
+TEST_F(DrawingTools, AStrokeBeyondTheEdgeScrolls) {
   view.Tool(kViewToolFreehand);
   view.Draw().PenSetting(3);
   view.press({150, 50});

@@ -46,7 +46,7 @@ TEST(ViewPointer, MouseUpComesBeforeClick) {
   EXPECT_THAT(view.take(), ElementsAre("MouseDown(1, 0, 5, 5)", "MouseUp(1, 0, 5, 5)", "Click()"));
 }
 
-TEST(ViewPointer, ADragIsNoClickEvenIfItComesBack) {
+TEST(ViewPointer, ADragThatReturnsIsNoClick) {
   TestView view;
   view.press({50, 50});
   view.move({53, 50});
@@ -55,7 +55,7 @@ TEST(ViewPointer, ADragIsNoClickEvenIfItComesBack) {
   EXPECT_THAT(view.take(), Not(Contains("Click()")));
 }
 
-TEST(ViewPointer, TwoPixelsOfTremorStillClickAndMoreOnAFinerScreen) {
+TEST(ViewPointer, AClickAllowsTwoPixelsOfMovementScaledByTheScreen) {
   TestView view;
   view.press({50, 50});
   view.move({52, 48});
@@ -98,7 +98,7 @@ TEST(ViewPointer, WithoutAPictureThereAreNoPixels) {
   EXPECT_EQ(view.take().size(), 1U);
 }
 
-TEST(ViewPointer, TheHandlerOfThePressMayChangeTheTool) {
+TEST(ViewPointer, TheMouseDownHandlerMayChangeTheTool) {
   TestView view;
   view.load(1000, 1000);
   view.Tool(kViewToolSelect);
@@ -107,7 +107,7 @@ TEST(ViewPointer, TheHandlerOfThePressMayChangeTheTool) {
   EXPECT_FALSE(view.SelectionVisible());
 }
 
-TEST(ViewPointer, TheReleaseCountsWhereItHappens) {
+TEST(ViewPointer, TheReleaseCountsAtItsOwnPosition) {
   TestView view;
   view.load(1000, 1000);
   view.Tool(kViewToolSelect);
@@ -131,7 +131,7 @@ TEST(ViewPointer, OtherButtonsDoNotEndAGesture) {
   EXPECT_EQ(view.SelectionWidth(), 50);
 }
 
-TEST(ViewPointer, AReleaseThatWentElsewhereEndsTheGestureWithoutAResult) {
+TEST(ViewPointer, ALostReleaseEndsTheGestureWithoutAResult) {
   TestView view;
   view.load(1000, 1000);
   view.Tool(kViewToolRectangle);
@@ -162,7 +162,7 @@ TEST(ViewPointer, WithPointerStyle2TheToolsPointerShowsOverThePictureOnly) {
   EXPECT_EQ(view.cursors.back(), ViewCursor::arrow);
 }
 
-TEST(ViewPointer, CursorsTellWhatAPressWouldDo) {
+TEST(ViewPointer, CursorsShowTheEffectOfAPress) {
   TestView view(200, 100);
   view.load(1000, 1000);
   view.MousePointer(kPointerCustom);

@@ -9,7 +9,7 @@
 namespace kestrel::engine {
 namespace {
 
-/// The mean of the pixels that a pixel of a level covers, weighed by alpha, premultiplied.
+/// The mean of the premultiplied pixels that a pixel of a level covers.
 std::array<double, 4> meanOf(const Bitmap& picture, std::int32_t x, std::int32_t y, std::int32_t level) {
   std::array<double, 4> sum{};
   double count = 0;
@@ -47,7 +47,7 @@ TEST(Pyramid, EachLevelHasHalfTheSidesRoundedUp) {
   EXPECT_EQ(third.height, 9);
 }
 
-TEST(Pyramid, EachPixelIsThePremultipliedMeanOfWhatItCovers) {
+TEST(Pyramid, EachPixelIsThePremultipliedMeanOfItsArea) {
   for (const auto& [width, height] : {std::pair{128, 128}, std::pair{192, 64}}) {
     const Bitmap picture = noise(width, height);
     Pyramid pyramid;
@@ -66,7 +66,7 @@ TEST(Pyramid, TheFirstLevelIsExactAtOddEdges) {
   }
 }
 
-TEST(Pyramid, FollowsAChangeWhereItIsTold) {
+TEST(Pyramid, UpdatesTheInvalidatedRectangle) {
   Bitmap picture = noise(300, 300);
   Pyramid pyramid;
   pyramid.level(picture, 4, {0, 0, 300, 300});
@@ -82,7 +82,7 @@ TEST(Pyramid, FollowsAChangeWhereItIsTold) {
   }
 }
 
-TEST(Pyramid, StartsAnewAfterReset) {
+TEST(Pyramid, RebuildsAfterReset) {
   Pyramid pyramid;
   const Bitmap first = noise(100, 100), second = noise(50, 200, 2);
   pyramid.level(first, 2, {0, 0, 100, 100});

@@ -9,7 +9,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-TEST(ViewScroll, AWriteRaisesScrollAndScrollChangedIfItMovedAnything) {
+TEST(ViewScroll, AWriteThatMovesRaisesScrollAndScrollChanged) {
   TestView view(200, 100);
   view.load(1000, 1000);
   view.ScrollLeft(30);
@@ -22,7 +22,7 @@ TEST(ViewScroll, AWriteRaisesScrollAndScrollChangedIfItMovedAnything) {
   EXPECT_EQ(view.ScrollTop(), 40);
 }
 
-TEST(ViewScroll, ReachesAsFarAsThereIsSomethingToSee) {
+TEST(ViewScroll, ReachesToTheEndOfThePicture) {
   TestView view(200, 100);
   view.load(1000, 1000);
   view.ScrollLeft(99999);
@@ -33,7 +33,7 @@ TEST(ViewScroll, ReachesAsFarAsThereIsSomethingToSee) {
   EXPECT_EQ(view.ScrollLeft(), 0);
 }
 
-TEST(ViewScroll, ASmallerPictureStaysCentred) {
+TEST(ViewScroll, ASmallerPictureStaysCentered) {
   TestView view(200, 100);
   view.load(50, 20);
   view.ScrollLeft(10);
@@ -43,7 +43,7 @@ TEST(ViewScroll, ASmallerPictureStaysCentred) {
   EXPECT_THAT(view.take(), IsEmpty());
 }
 
-TEST(ViewScroll, TheWheelScrollsATenthOfTheViewUpAndDownAndWithShiftSideways) {
+TEST(ViewScroll, TheWheelScrollsATenthOfTheViewWithShiftSideways) {
   TestView view(200, 100);
   view.load(1000, 1000);
   view.wheel(0, -1, 0, 50, 50);
@@ -71,7 +71,7 @@ TEST(ViewScroll, ATouchpadMovesThePictureWithTheFingers) {
   EXPECT_THAT(view.take(), ElementsAre("Scroll()", "ScrollChanged()"));
 }
 
-TEST(ViewScroll, TheScrollBarsStandWhereThePictureDoes) {
+TEST(ViewScroll, TheScrollBarsMatchThePosition) {
   TestView view(200, 100);
   view.load(1000, 600);
   view.Zoom(2);
@@ -87,7 +87,7 @@ TEST(ViewScroll, TheScrollBarsStandWhereThePictureDoes) {
   EXPECT_THAT(view.take(), IsEmpty());
 }
 
-TEST(ViewScroll, ThePlatformHearsOfChangedRanges) {
+TEST(ViewScroll, ThePlatformIsNotifiedOfChangedRanges) {
   TestView view(200, 100);
   view.load(1000, 1000);
   view.ranges = 0;
@@ -120,7 +120,7 @@ TEST(ViewScroll, ArrowsAndPageKeysScrollWhereThereIsNothingToMove) {
   EXPECT_EQ(view.ScrollLeft(), 0);
 }
 
-TEST(ViewScroll, KeysMeanNothingWhereThePictureFits) {
+TEST(ViewScroll, KeysDoNothingIfThePictureFits) {
   TestView view(200, 100);
   view.load(50, 50);
   EXPECT_FALSE(view.keyDown(ViewKey::right, 0));
@@ -135,7 +135,7 @@ TEST(ViewScroll, AnotherPictureStartsAtItsTopLeftCorner) {
   EXPECT_EQ(view.ScrollLeft(), 0);
 }
 
-TEST(ViewScroll, AnEditKeepsThePlaceAsFarAsItReaches) {
+TEST(ViewScroll, AnEditKeepsThePositionWithinTheNewRange) {
   TestView view(200, 100);
   view.load(1000, 1000);
   view.ScrollLeft(500);
@@ -192,7 +192,7 @@ TEST(ViewScroll, AClickOfTheMiddleButtonDoesNothing) {
   EXPECT_TRUE(view.SelectionVisible());
 }
 
-TEST(ViewScroll, TheMiddleButtonDuringAPressOfTheLeftOneLeavesThatAClick) {
+TEST(ViewScroll, TheMiddleButtonDuringALeftPressKeepsTheClick) {
   TestView view(200, 100);
   view.load(1000, 1000);
   view.ScrollLeft(100);
@@ -205,7 +205,7 @@ TEST(ViewScroll, TheMiddleButtonDuringAPressOfTheLeftOneLeavesThatAClick) {
   EXPECT_EQ(view.ScrollLeft(), 100);
 }
 
-TEST(ViewScroll, EscapeTakesThePictureBackToWhereItWasGrabbed) {
+TEST(ViewScroll, EscapeRestoresThePositionBeforeThePan) {
   TestView view(200, 100);
   view.load(1000, 1000);
   view.ScrollLeft(100);
@@ -239,7 +239,7 @@ TEST(ViewScroll, ADragBeyondTheEdgeScrollsOnTheTimer) {
   EXPECT_FALSE(view.autoScrolling);
 }
 
-TEST(ViewScroll, PanningNeverScrollsByItself) {
+TEST(ViewScroll, PanningDoesNotAutoScroll) {
   TestView view(200, 100);
   view.load(1000, 1000);
   view.Tool(kViewToolPan);

@@ -142,13 +142,13 @@ TEST_F(SelectTool, HandlesResizeTheirSides) {
   }
 }
 
-TEST_F(SelectTool, AHandleDraggedAcrossTurnsTheRectangleRound) {
+TEST_F(SelectTool, AHandleDraggedAcrossFlipsTheRectangle) {
   select(20, 20, 60, 60);
   view.drag({{80, 50}, {10, 50}});
   EXPECT_EQ(rectangle(), (Rectangle{20, 20, -10, 60}));
 }
 
-TEST_F(SelectTool, EscapeDuringADragPutsBackTheRectangleThatWas) {
+TEST_F(SelectTool, EscapeDuringADragRestoresTheRectangle) {
   select(20, 20, 60, 60);
   view.press({150, 90});
   view.move({100, 50});
@@ -182,7 +182,7 @@ TEST_F(SelectTool, OtherToolsLeaveTheRectangleAlone) {
   EXPECT_EQ(rectangle(), (Rectangle{20, 20, 60, 60}));
 }
 
-TEST_F(SelectTool, TheRectangleMarchesWhileItIsShown) {
+TEST_F(SelectTool, TheOutlineMarchesWhileItIsShown) {
   select(20, 20, 60, 60);
   EXPECT_TRUE(view.marching);
   const Bitmap first = view.shot();
@@ -198,7 +198,7 @@ TEST_F(SelectTool, TheRectangleMarchesWhileItIsShown) {
   EXPECT_FALSE(view.marching);
 }
 
-TEST_F(SelectTool, TheRectangleIsDrawnAroundItsPixelsAtEveryZoom) {
+TEST_F(SelectTool, TheOutlineIsDrawnAroundItsPixelsAtEveryZoom) {
   const Pixel back{10, 20, 30, 255};
   for (const double zoom : {1.0, 3.0}) {
     view.Zoom(zoom);
@@ -218,7 +218,7 @@ TEST_F(SelectTool, TheRectangleIsDrawnAroundItsPixelsAtEveryZoom) {
   }
 }
 
-TEST_F(SelectTool, CallsKeepEach32BitNumberAsItIsGiven) {
+TEST_F(SelectTool, CallsKeepAny32BitNumber) {
   constexpr auto kMost = std::numeric_limits<std::int32_t>::max();
   constexpr auto kLeast = std::numeric_limits<std::int32_t>::min();
   select(kMost, kLeast, kLeast, kMost);
@@ -230,7 +230,7 @@ TEST_F(SelectTool, CallsKeepEach32BitNumberAsItIsGiven) {
   EXPECT_EQ(rectangle(), (Rectangle{1'500'000'000, -1'500'000'000, 7, 8}));
 }
 
-TEST_F(SelectTool, TheFarthestRectanglesAreDrawnAsFarAsTheyReachIntoThePicture) {
+TEST_F(SelectTool, FarRectanglesAreDrawnWhereTheyOverlapThePicture) {
   constexpr auto kMost = std::numeric_limits<std::int32_t>::max();
   constexpr auto kLeast = std::numeric_limits<std::int32_t>::min();
   const Bitmap without = view.shot();
@@ -254,7 +254,7 @@ TEST_F(SelectTool, TheFarthestRectanglesAreDrawnAsFarAsTheyReachIntoThePicture) 
   EXPECT_EQ(reaching.at(50, 29), without.at(50, 29));
   int black = 0;
   for (std::int32_t x = 28; x < 68; ++x) black += reaching.at(x, 30) == Pixel{0, 0, 0, 255};
-  EXPECT_EQ(black, 20) << "half of the dashes beside the handle";
+  EXPECT_EQ(black, 20) << "half of the dashes next to the handle";
 }
 
 TEST_F(SelectTool, AGestureBringsAFarRectangleBackIntoRange) {
@@ -263,7 +263,7 @@ TEST_F(SelectTool, AGestureBringsAFarRectangleBackIntoRange) {
   EXPECT_EQ(rectangle(), (Rectangle{1'000'000'000, 20, 40, 40}));
 }
 
-TEST_F(SelectTool, ADragThatIsGivenUpTellsTheRectangleFromBefore) {
+TEST_F(SelectTool, ACanceledDragReportsThePreviousRectangle) {
   select(20, 20, 60, 60);
   view.press({150, 90});
   view.move({100, 50});

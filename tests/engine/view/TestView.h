@@ -28,7 +28,7 @@ struct TestClipboard {
   FakeClipboard clipboard;
 };
 
-/// A view without a window that notes all events and what it asks of its platform.
+/// A view without a window that records all events and its calls to the platform.
 class TestView : private TestClipboard, public View {
  public:
   explicit TestView(std::int32_t width = 200, std::int32_t height = 100, bool listening = true)
@@ -52,7 +52,7 @@ class TestView : private TestClipboard, public View {
     return result;
   }
 
-  /// A picture of one colour, without any trace in the undo stack or the events.
+  /// Loads a picture without undo steps or recorded events.
   void load(const Bitmap& bitmap) {
     Picture(std::make_shared<PictureObject>(bitmap));
     const std::int32_t levels = UndoLevels();
@@ -88,7 +88,7 @@ class TestView : private TestClipboard, public View {
     View::resize(width, height);
   }
 
-  // The window that it has not.
+  // Window members: there is no window.
   const std::string& Name() const override { return name; }
   std::int32_t Index() const override { return -1; }
   std::int32_t Left() const override { return 0; }

@@ -7,7 +7,7 @@
 namespace kestrel::engine {
 namespace {
 
-TEST(ViewAxis, ASmallerPictureIsCentredAndItsScrollPositionNegative) {
+TEST(ViewAxis, ASmallerPictureIsCenteredAtANegativePosition) {
   ViewAxis axis;
   axis.measure(50, 200, 0);
   EXPECT_EQ(axis.toView(0), 75);
@@ -18,7 +18,7 @@ TEST(ViewAxis, ASmallerPictureIsCentredAndItsScrollPositionNegative) {
   EXPECT_EQ(axis.scroll(), -25);
 }
 
-TEST(ViewAxis, AtZoom1ThePixelUnderAPointIsThePointPlusScrollMinusTheBorderLine) {
+TEST(ViewAxis, AtZoom1APixelIsThePointPlusScrollMinusTheBorder) {
   for (const std::int32_t picture : {50, 1000}) {
     ViewAxis axis;
     axis.measure(picture, 200, 1);
@@ -29,7 +29,7 @@ TEST(ViewAxis, AtZoom1ThePixelUnderAPointIsThePointPlusScrollMinusTheBorderLine)
   }
 }
 
-TEST(ViewAxis, ScrollsFromTheBorderLineBeforeToTheOneBehindThePicture) {
+TEST(ViewAxis, ScrollsFromTheFirstBorderLineToTheLast) {
   ViewAxis axis;
   axis.measure(1000, 200, 1);
   EXPECT_EQ(axis.toView(0), 1);
@@ -41,7 +41,7 @@ TEST(ViewAxis, ScrollsFromTheBorderLineBeforeToTheOneBehindThePicture) {
   EXPECT_EQ(axis.scroll(), 0);
 }
 
-TEST(ViewAxis, AScrollPositionThatWasWrittenReadsTheSameAtEveryZoom) {
+TEST(ViewAxis, AWrittenScrollPositionReadsTheSameAtEveryZoom) {
   for (const double zoom : {0.05, 0.1, 0.3, 0.7, 1.0, 1.5, 3.3, 10.0, 64.0}) {
     ViewAxis axis;
     axis.measure(100000, 200, 1);

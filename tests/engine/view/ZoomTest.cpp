@@ -13,7 +13,7 @@ using ::testing::IsEmpty;
 
 TEST(ViewZoom, StartsAtOneToOne) { EXPECT_EQ(TestView().Zoom(), 1.0); }
 
-TEST(ViewZoom, BeforeZoomChangedComesFirstWhateverTheValue) {
+TEST(ViewZoom, BeforeZoomChangedComesFirstForAnyValue) {
   TestView view;
   view.load(1000, 1000);
   std::vector<double> shown;
@@ -27,7 +27,7 @@ TEST(ViewZoom, BeforeZoomChangedComesFirstWhateverTheValue) {
   EXPECT_EQ(view.Zoom(), 64);
 }
 
-TEST(ViewZoom, RefusesWhatIsNoNumber) {
+TEST(ViewZoom, RefusesNaN) {
   TestView view;
   try {
     view.Zoom(NAN);

@@ -15,7 +15,7 @@ std::vector<std::uint8_t> bytesOf(cmsHPROFILE profile) {
   return bytes;
 }
 
-/// A profile of three primaries and a gamma.
+/// An RGB profile with these primaries and this gamma.
 std::vector<std::uint8_t> rgbProfile(const cmsCIExyYTRIPLE& primaries, double gamma) {
   const cmsCIExyY white{0.3127, 0.3290, 1};
   cmsToneCurve* const curve = cmsBuildGamma(nullptr, gamma);
@@ -30,8 +30,8 @@ const cmsCIExyYTRIPLE kSwapped{{0.30, 0.60, 1}, {0.64, 0.33, 1}, {0.15, 0.06, 1}
 
 class ColorProfileTest : public testing::TestWithParam<std::int32_t> {};
 
-TEST_P(ColorProfileTest, PixelsAreBroughtToSrgbAndTaggedAsThat) {
-  // A profile whose red is sRGB's green and the other way round: nobody can overlook whether it was honoured.
+TEST_P(ColorProfileTest, PixelsAreConvertedToSrgbAndTaggedSo) {
+  // A profile with the red and green primaries of sRGB swapped, so that ignoring it is obvious.
   Metadata metadata;
   metadata.iccProfile = rgbProfile(kSwapped, 2.2);
   const Bitmap red = Bitmap::filled(32, 32, {255, 0, 0, 255});
@@ -71,7 +71,7 @@ TEST_P(ColorProfileTest, ADamagedProfileIsDropped) {
 }
 
 TEST_P(ColorProfileTest, LongProfilesSurvive) {
-  // Larger than one marker of a JPEG file can hold.
+  // Larger than one JPEG marker can hold.
   const cmsHPROFILE profile = cmsCreate_sRGBProfile();
   const std::vector<std::uint8_t> filler(150'000, 'x');
   cmsWriteRawTag(profile, static_cast<cmsTagSignature>(0x6B657374), filler.data(),

@@ -74,7 +74,7 @@ TEST(Gif, ReadsAFrame) {
   EXPECT_EQ(bitmap.at(1, 1), kBlue);
 }
 
-TEST(Gif, AFramesOwnPaletteComesFirst) {
+TEST(Gif, AFramesLocalPaletteOverridesTheGlobalOne) {
   EXPECT_EQ(decode(gifFile({1, 1, 0, 0, 1, 1, false, -1, true}, {0})).bitmap.at(0, 0), kBlue);
 }
 
@@ -85,7 +85,7 @@ TEST(Gif, TheTransparentIndexIsTransparent) {
   EXPECT_TRUE(decoded.stored.hasAlpha);
 }
 
-TEST(Gif, ASmallFrameStandsInItsPlaceOnATransparentScreen) {
+TEST(Gif, ASmallFrameIsPlacedOnATransparentScreen) {
   const Bitmap bitmap = decode(gifFile({5, 4, 2, 1, 1, 1}, {1})).bitmap;
   EXPECT_EQ(bitmap.width(), 5);
   EXPECT_EQ(bitmap.height(), 4);
@@ -93,14 +93,14 @@ TEST(Gif, ASmallFrameStandsInItsPlaceOnATransparentScreen) {
   EXPECT_EQ(bitmap.at(0, 0), kNothing);
 }
 
-TEST(Gif, AFrameBeyondTheScreenMakesTheScreenLarger) {
+TEST(Gif, AFrameBeyondTheScreenEnlargesTheScreen) {
   const Bitmap bitmap = decode(gifFile({0, 0, 3, 2, 1, 1}, {1})).bitmap;
   EXPECT_EQ(bitmap.width(), 4);
   EXPECT_EQ(bitmap.height(), 3);
 }
 
-TEST(Gif, ReadsInterlacedRowsInTheirOrder) {
-  // Stored: rows 0 8, 4, 2 6, 1 3 5 7 9; the colour is the row modulo 4.
+TEST(Gif, ReadsInterlacedRows) {
+  // Stored: rows 0 8, 4, 2 6, 1 3 5 7 9; the color is the row modulo 4.
   const Bitmap bitmap = decode(gifFile({1, 10, 0, 0, 1, 10, true}, {0, 0, 0, 2, 2, 1, 3, 1, 3, 1})).bitmap;
   constexpr Pixel kColors[] = {kBlack, kRed, kGreen, kBlue};
   for (int y = 0; y < 10; ++y) EXPECT_EQ(bitmap.at(0, y), kColors[y % 4]) << y;
@@ -127,14 +127,14 @@ TEST(Gif, CommentsAreKept) {
   EXPECT_EQ(decode(saved).stored.pages, 1);
 }
 
-TEST(Gif, UpTo256ColoursAreKeptExactly) {
+TEST(Gif, UpTo256ColorsAreKeptExactly) {
   const Bitmap picture = test::pictureOf(16, 16, [](int x, int y) {
     return Pixel{static_cast<std::uint8_t>(x * 17), static_cast<std::uint8_t>(y * 17), 99, 255};
   });
   EXPECT_TRUE(test::isPicture(decode(encode(picture, {}, format::kGif)).bitmap, picture));
 }
 
-TEST(Gif, TransparencyIsKeptAsAllOrNothing) {
+TEST(Gif, AlphaIsReducedToOpaqueOrTransparent) {
   const Bitmap picture = test::pictureOf(4, 1, [](int x, int) {
     return Pixel{0, 0, 0, static_cast<std::uint8_t>(x == 0 ? 0 : x == 1 ? 127 : x == 2 ? 128 : 255)};
   });
@@ -145,7 +145,7 @@ TEST(Gif, TransparencyIsKeptAsAllOrNothing) {
   EXPECT_EQ(read.at(3, 0), (Pixel{0, 0, 0, 255}));
 }
 
-TEST(Gif, ManyColoursAreDitheredSoThatAreasKeepTheirColour) {
+TEST(Gif, ManyColorsAreDitheredSoThatAreasKeepTheirColor) {
   const Bitmap picture = test::gradient(256, 256);
   const Bitmap read = decode(encode(picture, {}, format::kGif)).bitmap;
   std::set<std::uint32_t> colors;

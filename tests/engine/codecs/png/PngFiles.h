@@ -10,7 +10,7 @@
 
 #include "../TestPictures.h"
 
-/// PNG files put together chunk by chunk, and read by libpng alone.
+/// PNG files built chunk by chunk, and a reference decoder that uses libpng alone.
 namespace kestrel::engine::test {
 
 using File = std::vector<std::uint8_t>;
@@ -57,7 +57,7 @@ struct Layout {
   }
 };
 
-/// Signature and header, with a palette of 200 colours where one belongs, some of them transparent.
+/// Signature, header, and for indexed pixels a palette of 200 colors, some of them transparent.
 inline File pngStart(int width, int height, const Layout& layout) {
   Builder header;
   header.be32(static_cast<std::uint32_t>(width)).be32(static_cast<std::uint32_t>(height));
@@ -80,8 +80,8 @@ inline File pngFile(int width, int height, const Layout& layout, const File& row
   return joined({pngStart(width, height, layout), chunk("IDAT", packed(rows)), pngEnd()});
 }
 
-/// Rows of noise that are taken as filtered by `filter`, or by each filter in turn where it is none of the
-/// five. Whatever the bytes are, they mean some picture.
+/// Rows of noise with filter type `filter`, or with each type in turn if it is none of the five. Any bytes
+/// decode to some picture.
 inline File filteredNoise(int width, int height, const Layout& layout, int filter) {
   std::mt19937 random(static_cast<unsigned>(width * 31 + height));
   File rows;
@@ -93,7 +93,7 @@ inline File filteredNoise(int width, int height, const Layout& layout, int filte
   return rows;
 }
 
-/// What libpng makes of a file: RGBA rows without gaps, or nothing if it finds fault.
+/// Decodes with libpng to RGBA rows without padding; empty if libpng reports an error.
 inline std::optional<File> readByLibpng(const File& file) {
   struct Failed {};
   File rest = file, rgba;

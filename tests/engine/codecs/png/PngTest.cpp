@@ -11,7 +11,7 @@ namespace {
 using test::errorOf;
 using test::isPicture;
 
-/// A file written straight by the library; `rows` are as it wants them.
+/// A file written by libpng; `rows` in its own layout.
 std::vector<std::uint8_t> writePng(std::uint32_t width, const std::vector<std::vector<std::uint8_t>>& rows,
                                    int depth, int type, int interlace = PNG_INTERLACE_NONE,
                                    const std::function<void(png_structp, png_infop)>& prepare = {}) {
@@ -43,7 +43,7 @@ std::uint8_t grayOf(int value, int depth) {
 
 TEST(Png, ReadsGrayOfAllDepths) {
   for (const int depth : {1, 2, 4, 8}) {
-    // 16 pixels that count up to the largest value of the depth and start anew.
+    // 16 pixels that count up to the largest value of the depth, then restart at 0.
     std::vector<std::uint8_t> row(static_cast<std::size_t>(16 * depth / 8), std::uint8_t{0});
     const int values = 1 << depth;
     for (int x = 0; x < 16; ++x) {
@@ -61,7 +61,7 @@ TEST(Png, ReadsGrayOfAllDepths) {
   }
 }
 
-TEST(Png, Reads16BitsAsTheNearestOf8) {
+TEST(Png, Reads16BitsRoundedTo8) {
   const std::vector<std::uint8_t> row{0x12, 0x34, 0xFF, 0xFF, 0x00, 0x7F, 0x80, 0x00};
   const Decoded rgba = decode(writePng(1, {row}, 16, PNG_COLOR_TYPE_RGBA));
   EXPECT_EQ(rgba.bitmap.at(0, 0), (Pixel{18, 255, 0, 128}));
@@ -86,7 +86,7 @@ TEST(Png, ReadsAPaletteWithTransparentEntries) {
   EXPECT_EQ(bitmap.at(2, 0), (Pixel{7, 8, 9, 255}));
 }
 
-TEST(Png, ReadsATransparentColour) {
+TEST(Png, ReadsATransparentColor) {
   const auto bytes = writePng(2, {{10, 20, 30, 10, 20, 31}}, 8, PNG_COLOR_TYPE_RGB, PNG_INTERLACE_NONE,
                               [](png_structp png, png_infop info) {
                                 png_color_16 color{};
@@ -117,7 +117,7 @@ TEST(Png, ReadsInterlacedPictures) {
   }
 }
 
-TEST(Png, ATruncatedFileShowsTheRowsThatItHoldsAndTheRestTransparent) {
+TEST(Png, ATruncatedFileShowsItsRowsAndTheRestTransparent) {
   const Bitmap picture = test::noise(50, 100, true);
   const auto whole = encode(picture, {}, format::kPng);
   const Decoded decoded = decode(Bytes(whole).first(whole.size() / 2));
@@ -161,7 +161,7 @@ TEST(Png, AnAbsurdSizeInASmallFileIsRefused) {
   }
 }
 
-TEST(Png, ASavedFileIsReadByTheLibraryItself) {
+TEST(Png, ASavedFileIsReadByLibpng) {
   const Bitmap picture = test::noise(23, 9, false);
   const auto bytes = encode(picture, {}, format::kPng);
   png_image image{};

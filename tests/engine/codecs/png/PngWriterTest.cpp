@@ -9,7 +9,7 @@ namespace {
 
 using namespace test;
 
-/// Long runs, repeated letters, slopes and noise side by side.
+/// Long runs, repeated patterns, gradients and noise in one picture.
 Bitmap everything(std::int32_t width, std::int32_t height, bool opaque) {
   const Bitmap loud = noise(width, height, opaque);
   return pictureOf(width, height, [&](int x, int y) {
@@ -21,7 +21,7 @@ Bitmap everything(std::int32_t width, std::int32_t height, bool opaque) {
   });
 }
 
-TEST(PngWriter, LibpngReadsExactlyWhatWasSaved) {
+TEST(PngWriter, LibpngReadsTheSavedPixelsExactly) {
   for (const int width : {1, 2, 3, 15, 16, 17, 33, 64, 65, 257}) {
     for (const int height : {1, 2, 30}) {
       for (const bool opaque : {true, false}) {
@@ -48,27 +48,27 @@ TEST(PngWriter, APictureOfSeveralBandsIsOneStream) {
   }
 }
 
-TEST(PngWriter, TheFileIsTheSameHoweverManyCoresThereAre) {
+TEST(PngWriter, TheFileDoesNotDependOnTheNumberOfCores) {
   const Bitmap picture = everything(1500, 1200, false);
   const File byAll = encode(picture, {}, format::kPng);
   File byOne;
-  // Inside a band there is no further split.
+  // A nested call runs on one thread.
   forRows(2, 1, [&](std::int32_t first, std::int32_t last) {
     if (first <= 0 && last > 0) byOne = encode(picture, {}, format::kPng);
   });
   EXPECT_EQ(byOne, byAll);
 }
 
-TEST(PngWriter, WhatCannotBePackedTakesHardlyMoreThanItself) {
+TEST(PngWriter, IncompressiblePixelsGrowByAFewBytesOnly) {
   const File file = encode(noise(1000, 1000, false), {}, format::kPng);
   EXPECT_LT(file.size(), 4'001'000U + 2000U);
 }
 
-TEST(PngWriter, AFlatPictureTakesHardlyAnything) {
+TEST(PngWriter, AFlatPictureTakesFewBytes) {
   EXPECT_LT(encode(Bitmap::filled(2000, 2000, {5, 6, 7, 255}), {}, format::kPng).size(), 20'000U);
 }
 
-TEST(PngMemory, RunningOutWhileAFileIsMadeOrReadIsAnError) {
+TEST(PngMemory, RunningOutDuringEncodeOrDecodeIsAnError) {
   const Bitmap picture = everything(300, 200, false);
   const File file = encode(picture, {}, format::kPng);
   const std::function<void()> works[] = {

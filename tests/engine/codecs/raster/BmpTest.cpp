@@ -16,8 +16,7 @@ struct Form {
   std::uint32_t colors = 0;
 };
 
-/// A file with the 40-byte header; `tail` is all that follows it, `pixelsAt` where in the tail the pixels
-/// begin.
+/// A file with the 40-byte header, followed by `tail`; the pixels begin at offset `pixelsAt` of the tail.
 std::vector<std::uint8_t> windowsFile(const Form& form, const Builder& tail, std::size_t pixelsAt = 0) {
   Builder b;
   b.text("BM").le32(static_cast<std::uint32_t>(54 + tail.bytes.size())).le32(0);
@@ -66,7 +65,7 @@ TEST(Bmp, IndicesBeyondThePaletteAreBlack) {
   expectRows(decode(windowsFile({8, 0, 2, 1, 4}, tail, 16)).bitmap, {{kRed, kBlack}});
 }
 
-TEST(Bmp, Reads24BitsFromTheBottomUpAndFromTheTopDown) {
+TEST(Bmp, Reads24BitsBottomUpAndTopDown) {
   Builder tail = Builder().u8({0, 0, 255, 0, 255, 0, 0, 0}).u8({255, 0, 0, 255, 255, 255, 0, 0});
   expectRows(decode(windowsFile({24}, tail)).bitmap, {{kBlue, kWhite}, {kRed, kGreen}});
   expectRows(decode(windowsFile({24, 0, 2, -2}, tail)).bitmap, {{kRed, kGreen}, {kBlue, kWhite}});
@@ -89,7 +88,7 @@ TEST(Bmp, Reads32BitsWithAndWithoutMasks) {
   expectRows(decode(windowsFile({32, 3, 2, 1}, tenBits, 12)).bitmap, {{kRed, Pixel{0, 0, 128, 255}}});
 }
 
-TEST(Bmp, AlphaMasksGiveTransparencyUnlessAllOfItIsZero) {
+TEST(Bmp, AlphaMasksGiveTransparencyUnlessAllAlphaIsZero) {
   Builder head = Builder().le32(0xFF0000).le32(0xFF00).le32(0xFF).le32(0xFF000000);
   Builder some = head, none = head;
   some.u8({0, 0, 255, 128, 0, 255, 0, 0});
@@ -99,7 +98,7 @@ TEST(Bmp, AlphaMasksGiveTransparencyUnlessAllOfItIsZero) {
   expectRows(decode(windowsFile({32, 6, 2, 1}, none, 16)).bitmap, {{kRed, kGreen}});
 }
 
-TEST(Bmp, ReadsABitmapWithoutAFileHeaderAsClipboardsHoldIt) {
+TEST(Bmp, ReadsClipboardBitmapsWithoutAFileHeader) {
   const auto bare = [](const Form& form, const Builder& tail, std::size_t pixelsAt) {
     auto file = windowsFile(form, tail, pixelsAt);
     file.erase(file.begin(), file.begin() + 14);
@@ -152,14 +151,14 @@ TEST(Bmp, ReadsRunLengthsOf4Bits) {
              {{kRed, kGreen, kBlue, kRed, kGreen}, {kRed, kGreen, kRed, kGreen, kRed}});
 }
 
-TEST(Bmp, RunsThatLeaveThePictureAreCutAndTold) {
+TEST(Bmp, RunsBeyondThePictureAreClippedWithANotice) {
   Builder tail = fourColors().u8({200, 1, 0, 0, 200, 2, 0, 0, 200, 3, 0, 1});
   const Decoded decoded = decode(windowsFile({8, 1, 2, 2, 4}, tail, 16));
   expectRows(decoded.bitmap, {{kGreen, kGreen}, {kRed, kRed}});
   EXPECT_FALSE(decoded.notice.empty());
 }
 
-TEST(Bmp, TellsItsResolution) {
+TEST(Bmp, ReadsItsResolution) {
   Builder tail = Builder().fill(8);
   const Metadata metadata = decode(windowsFile({24, 0, 2, 1}, tail)).metadata;
   EXPECT_NEAR(metadata.resolutionX, 300, 0.1);
@@ -169,8 +168,7 @@ TEST(Bmp, TellsItsResolution) {
 TEST(Bmp, ATruncatedFileShowsTheLowerRowsThatItHolds) {
   const auto whole = encode(test::noise(10, 20, true), {}, format::kBmp);
   const Decoded decoded = decode(Bytes(whole).first(54 + 32 * 5 + 3));
-  EXPECT_EQ(decoded.notice,
-            "The file is damaged or truncated: only the lower 5 of 20 rows could be read.");
+  EXPECT_EQ(decoded.notice, "The file is damaged or truncated: only the lower 5 of 20 rows could be read.");
   const Bitmap all = test::noise(10, 20, true);
   EXPECT_EQ(decoded.bitmap.at(3, 19), all.at(3, 19));
   EXPECT_EQ(decoded.bitmap.at(3, 15), all.at(3, 15));
@@ -178,7 +176,7 @@ TEST(Bmp, ATruncatedFileShowsTheLowerRowsThatItHolds) {
   EXPECT_EQ(errorOf([&] { decode(Bytes(whole).first(60)); }), 481);
 }
 
-TEST(Bmp, HeadersThatMakeNoSenseAreRefused) {
+TEST(Bmp, InvalidHeadersAreRefused) {
   const Builder tail = Builder().fill(64);
   EXPECT_EQ(errorOf([&] { decode(windowsFile({24, 0, 0, 2}, tail)); }), 481);
   EXPECT_EQ(errorOf([&] { decode(windowsFile({24, 0, -2, 2}, tail)); }), 481);
@@ -190,7 +188,7 @@ TEST(Bmp, HeadersThatMakeNoSenseAreRefused) {
   EXPECT_EQ(errorOf([&] { decode(windowsFile({24, 1}, tail)); }), 481);
 }
 
-TEST(Bmp, AnOpaquePictureIsSavedWith24BitsAndOneWithTransparencyWith32) {
+TEST(Bmp, OpaquePicturesAreSavedWith24BitsAndOthersWith32) {
   const auto opaque = encode(test::noise(3, 3, true), {}, format::kBmp);
   const auto seeThrough = encode(test::noise(3, 3, false), {}, format::kBmp);
   EXPECT_EQ(opaque[28], 24);

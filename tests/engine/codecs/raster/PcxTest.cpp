@@ -44,7 +44,7 @@ TEST(Pcx, Reads1Bit) {
 }
 
 TEST(Pcx, ReadsPlanesOf1Bit) {
-  // Four pixels of colours 0, 1, 2 and 4 in three planes.
+  // Four pixels of colors 0, 1, 2 and 4 in three planes.
   const auto bytes =
       pcxFile({.bits = 1, .planes = 3, .lineBytes = 2}, {0b01000000, 0, 0b00100000, 0, 0b00010000, 0},
               {0, 0, 0, 255, 0, 0, 0, 255, 0, 9, 9, 9, 255, 255, 255});
@@ -84,8 +84,8 @@ TEST(Pcx, Reads24BitsInPlanes) {
   EXPECT_EQ(decoded.metadata.resolutionY, 150);
 }
 
-TEST(Pcx, ReadsTheFirstPictureOfAContainerAndTellsHowManyThereAre) {
-  // The palette of the first page stands at that page's end, not at the file's.
+TEST(Pcx, ReadsTheFirstPictureOfAContainerAndCountsThem) {
+  // The palette of the first page is at the end of that page, not of the file.
   Builder first;
   first.bytes = pcxFile({}, {0xC3, 7, 9});
   first.u8({12}).fill(768);
@@ -106,12 +106,12 @@ TEST(Pcx, ReadsTheFirstPictureOfAContainerAndTellsHowManyThereAre) {
   EXPECT_EQ(errorOf([&] { decode(nothing.bytes); }), 481) << "its place lies beyond the file";
 }
 
-TEST(Pcx, ReadsRowsThatAreNotPacked) {
+TEST(Pcx, ReadsUncompressedRows) {
   expectRow(decode(pcxFile({.packed = false}, {1, 200, 3, 255})).bitmap, 0,
             {{1, 1, 1, 255}, {200, 200, 200, 255}, {3, 3, 3, 255}, {255, 255, 255, 255}});
 }
 
-TEST(Pcx, SavedPicturesComeBackFlattenedOnWhite) {
+TEST(Pcx, SavedPicturesAreFlattenedOnWhite) {
   for (const int width : {1, 2, 3, 64, 301}) {
     const Bitmap picture = test::noise(width, 7, true);
     EXPECT_TRUE(test::isPicture(decode(encode(picture, {}, format::kPcx)).bitmap, picture)) << width;
@@ -129,7 +129,7 @@ TEST(Pcx, ATruncatedFileShowsTheRowsThatItHolds) {
   EXPECT_EQ(decoded.bitmap.at(3, 29), (Pixel{0, 0, 0, 0}));
 }
 
-TEST(Pcx, FormsThatAreNotKnownAreRefused) {
+TEST(Pcx, UnknownVariantsAreRefused) {
   EXPECT_EQ(errorOf([] { decode(pcxFile({.bits = 4, .planes = 4}, {1, 2, 3, 4})); }), 481);
   EXPECT_EQ(errorOf([] { decode(pcxFile({.width = 40}, {1, 2, 3, 4})); }), 481);
 }

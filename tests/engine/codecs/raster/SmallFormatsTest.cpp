@@ -22,7 +22,7 @@ TEST(Wbmp, ReadsRowsOfBits) {
   EXPECT_EQ(decoded.stored.bitsPerSample, 1);
 }
 
-TEST(Wbmp, BlackAndWhiteComesBackExactlyAtAnyWidth) {
+TEST(Wbmp, BlackAndWhiteRoundTripsExactlyAtAnyWidth) {
   for (const int width : {1, 7, 8, 9, 127, 128, 129, 20'000}) {
     const Bitmap picture =
         test::pictureOf(width, 3, [](int x, int y) { return (x * x + y) % 3 == 0 ? kBlack : kWhite; });
@@ -30,7 +30,7 @@ TEST(Wbmp, BlackAndWhiteComesBackExactlyAtAnyWidth) {
   }
 }
 
-TEST(Wbmp, GrayIsDitheredToAsMuchWhiteAsItIsLight) {
+TEST(Wbmp, GrayIsDitheredToItsShareOfWhite) {
   for (const int level : {0, 64, 128, 191, 255}) {
     const auto v = static_cast<std::uint8_t>(level);
     const Bitmap read = decode(encode(Bitmap::filled(100, 100, {v, v, v, 255}), {}, format::kWbmp)).bitmap;
@@ -47,7 +47,7 @@ TEST(Wbmp, TransparencyIsFlattenedOnWhite) {
   EXPECT_TRUE(test::isPicture(decode(encode(clear, {}, format::kWbmp)).bitmap, Bitmap::filled(9, 9, kWhite)));
 }
 
-/// A pack whose picture of 192 x 128 is of one colour, with `turn` in its header.
+/// A Photo CD image pack whose 192 x 128 picture has one color, with the orientation `turn` in its header.
 std::vector<std::uint8_t> photoCd(int turn, int luma, int chroma1, int chroma2, std::size_t size) {
   std::vector<std::uint8_t> bytes(size, std::uint8_t{0});
   constexpr std::string_view kMark = "PCD_IPI";
@@ -64,7 +64,7 @@ std::vector<std::uint8_t> photoCd(int turn, int luma, int chroma1, int chroma2, 
 
 constexpr std::size_t kSmallestPack = 0x2000 + 192 * 128 * 3 / 2;
 
-TEST(PhotoCd, ReadsTheLargestPlainPictureThatTheFileHas) {
+TEST(PhotoCd, ReadsTheLargestUncompressedPicture) {
   const auto sizeOf = [](std::size_t bytes) {
     const Bitmap bitmap = decode(photoCd(0, 100, 156, 137, bytes)).bitmap;
     return std::pair{bitmap.width(), bitmap.height()};
@@ -74,7 +74,7 @@ TEST(PhotoCd, ReadsTheLargestPlainPictureThatTheFileHas) {
   EXPECT_EQ(sizeOf(0x30000 + 768 * 512 * 3 / 2), std::pair(768, 512));
 }
 
-TEST(PhotoCd, ConvertsItsColours) {
+TEST(PhotoCd, ConvertsItsColors) {
   const Decoded decoded = decode(photoCd(0, 100, 156, 137, kSmallestPack));
   EXPECT_EQ(decoded.format, 13);
   EXPECT_EQ(decoded.bitmap.at(50, 50), (Pixel{136, 136, 136, 255}));
@@ -94,7 +94,7 @@ TEST(PhotoCd, CannotBeWritten) {
   EXPECT_EQ(reason, "Photo CD files can be read, not written.");
 }
 
-TEST(Tla, KeepsAnythingExactly) {
+TEST(Tla, RoundTripsExactly) {
   for (const auto& [width, height] : {std::pair{1, 1}, {3, 1000}, {70'000, 2}, {500, 400}}) {
     for (const Bitmap& picture :
          {test::noise(width, height, false), test::noise(width, height, true), test::gradient(width, height),
@@ -104,11 +104,11 @@ TEST(Tla, KeepsAnythingExactly) {
   }
 }
 
-TEST(Tla, PlainAreasTakeNextToNothing) {
+TEST(Tla, FlatAreasTakeFewBytes) {
   EXPECT_LT(encode(Bitmap::filled(1000, 1000, {1, 2, 3, 4}), {}, format::kTla).size(), 17'000U);
 }
 
-TEST(Tla, AnyChangedByteLosesABandAtMostAndIsNoticed) {
+TEST(Tla, AnyChangedByteIsDetectedAndLosesAtMostABand) {
   const Bitmap picture = test::gradient(300, 500);
   const auto whole = encode(picture, {}, format::kTla);
   std::mt19937 random(3);

@@ -49,7 +49,7 @@ TEST(Tga, Reads15And16Bits) {
   expectPixels(decode(plain).bitmap, {kRed, kGreen});
 }
 
-TEST(Tga, Reads32BitsWithAlphaUnlessAllOfItIsZero) {
+TEST(Tga, Reads32BitsWithAlphaUnlessAllAlphaIsZero) {
   expectPixels(decode(tgaFile({2, 32, 0x28, 2, 1}, {1, 2, 3, 4, 5, 6, 7, 0})).bitmap,
                {{3, 2, 1, 4}, {7, 6, 5, 0}});
   expectPixels(decode(tgaFile({2, 32, 0x20, 2, 1}, {1, 2, 3, 0, 5, 6, 7, 0})).bitmap,
@@ -63,17 +63,17 @@ TEST(Tga, ReadsGrayAndPalettes) {
   expectPixels(decode(mapped).bitmap, {kGreen, kRed});
 }
 
-TEST(Tga, ReadsRunsThatGoOnIntoTheNextRow) {
+TEST(Tga, ReadsRunsThatContinueInTheNextRow) {
   const auto bytes = tgaFile({10, 24}, {0x82, 0, 0, 255, 0x00, 255, 0, 0});
   expectPixels(decode(bytes).bitmap, {kRed, kRed, kRed, kBlue});
 }
 
-TEST(Tga, SavedTransparencyIsNotMistakenForItsLack) {
+TEST(Tga, AFullyTransparentPictureRoundTrips) {
   const Bitmap clear = Bitmap::filled(5, 5, {10, 20, 30, 0});
   EXPECT_TRUE(test::isPicture(decode(encode(clear, {}, format::kTga)).bitmap, clear));
 }
 
-TEST(Tga, LongRunsAndLiteralsComeBack) {
+TEST(Tga, LongRunsAndLiteralsRoundTrip) {
   const Bitmap picture = test::pictureOf(700, 3, [](int x, int y) {
     const int v = x < 300 ? 7 : x < 600 ? x : x / 2;
     return Pixel{static_cast<std::uint8_t>(v), static_cast<std::uint8_t>(y), 0, 255};

@@ -58,7 +58,7 @@ std::vector<std::uint8_t> pack(const std::vector<double>& samples, const Form& f
   return bytes;
 }
 
-/// A file written straight by the library; `sample` tells 0 to 1 for the c-th sample at (x, y).
+/// A file written by libtiff; `sample` returns sample c at (x, y), 0 to 1.
 std::vector<std::uint8_t> writeTiff(const Form& f, const std::function<double(int x, int y, int c)>& sample,
                                     const std::function<void(TIFF*)>& prepare = {}) {
   const fs::path path = fs::temp_directory_path() / ("kestrel_" + std::to_string(getpid()) + ".tif");
@@ -130,7 +130,7 @@ double sampleAt(const Form& f, int x, int y, int c) {
 
 std::uint8_t level(double v) { return static_cast<std::uint8_t>(v * 255 + 0.5); }
 
-/// The gradient as a file of this form comes back as the gradient.
+/// Succeeds if a file of this form with the gradient decodes to the gradient.
 testing::AssertionResult readsGradient(const Form& f, int tolerance = 1) {
   const bool gray = f.samples < 3;
   const auto bytes = writeTiff(f, [&](int x, int y, int c) { return sampleAt(f, x, y, c); });
@@ -151,7 +151,7 @@ testing::AssertionResult readsGradient(const Form& f, int tolerance = 1) {
       tolerance);
 }
 
-TEST(Tiff, ReadsStripsAndTilesOfWholeAndSeparateSamplesInBothByteOrders) {
+TEST(Tiff, ReadsStripsAndTilesOfAllLayoutsInBothByteOrders) {
   for (const int tile : {0, 16}) {
     for (const int planar : {PLANARCONFIG_CONTIG, PLANARCONFIG_SEPARATE}) {
       for (const int bits : {8, 16, 32}) {
@@ -182,7 +182,7 @@ TEST(Tiff, ReadsJpegInsideTiff) {
   EXPECT_TRUE(readsGradient(f, 24));
 }
 
-TEST(Tiff, ReadsJpegInsideTiffWithSubsampledColour) {
+TEST(Tiff, ReadsJpegInsideTiffWithSubsampledChroma) {
   Form f;
   f.width = f.height = 64;
   f.rowsPerStrip = 16;
@@ -220,7 +220,7 @@ void setEntry(std::vector<std::uint8_t>& file, std::uint16_t tag, std::uint8_t v
   }
 }
 
-TEST(Tiff, ReadsFaxCompressionsThatAreNamedWrongly) {
+TEST(Tiff, ReadsFaxCompressionsWithAWrongTag) {
   const auto sample = [](int x, int y, int) { return (x / 3 + y / 2) % 2; };
   const Bitmap wanted = test::pictureOf(37, 29, [&](int x, int y) {
     return sample(x, y, 0) == 1 ? Pixel{0, 0, 0, 255} : Pixel{255, 255, 255, 255};
@@ -260,7 +260,7 @@ TEST(Tiff, ReadsLabWithAlphaOf8And16Bits) {
         [&](int x, int, int c) {
           if (c == 3) return 128.0 / 255;
           if (c == 0) return kLab[x][0] / 100;
-          // Two's complement, in 256ths if there is room.
+          // Two's complement; 16 bits in units of 1/256.
           const double value = kLab[x][c] < 0 ? kLab[x][c] + 256 : kLab[x][c];
           return bits == 8 ? value / 255 : value * 256 / 65535;
         },
@@ -280,7 +280,7 @@ TEST(Tiff, ReadsLabWithAlphaOf8And16Bits) {
   }
 }
 
-TEST(Tiff, ABrokenStripOfYCbCrShowsTheRowsBeforeTheBreak) {
+TEST(Tiff, AnInvalidYCbCrStripShowsTheRowsBeforeTheError) {
   Form f;
   f.width = f.height = f.rowsPerStrip = 64;
   f.photometric = PHOTOMETRIC_YCBCR;
@@ -295,7 +295,7 @@ TEST(Tiff, ABrokenStripOfYCbCrShowsTheRowsBeforeTheBreak) {
       [](TIFF* tiff) { TIFFSetField(tiff, TIFFTAG_YCBCRSUBSAMPLING, 1, 1); });
   const Bitmap picture = decode(whole).bitmap;
   auto broken = whole;
-  // Codes of ones alone in the middle of the only strip, which begins after the header.
+  // Invalid codes (all ones) in the middle of the only strip, which follows the header.
   std::fill_n(broken.begin() + 8 + static_cast<std::ptrdiff_t>(broken.size() / 2), 600, 0xFF);
   const Decoded decoded = decode(broken);
   EXPECT_NE(decoded.notice.find("of 64 rows could be read"), std::string::npos) << decoded.notice;
@@ -308,13 +308,13 @@ TEST(Tiff, ReadsGrayOfManyDepthsAndBothDirections) {
     for (const int bits : {1, 2, 4, 6, 8, 10, 12, 14, 16, 32}) {
       Form f;
       f.samples = 1, f.bits = bits, f.photometric = photometric;
-      // The few levels of shallow pictures are half a step from the gradient at most.
+      // Rounding to the levels of a small depth is at most half a step off.
       EXPECT_TRUE(readsGradient(f, 1 + 128 / ((1 << std::min(bits, 8)) - 1))) << bits << " " << photometric;
     }
   }
 }
 
-TEST(Tiff, ReadsRealNumbers) {
+TEST(Tiff, ReadsFloatingPointSamples) {
   Form f;
   f.bits = 32, f.format = SAMPLEFORMAT_IEEEFP;
   EXPECT_TRUE(readsGradient(f));
@@ -347,7 +347,7 @@ TEST(Tiff, ReadsPalettes) {
   }
 }
 
-TEST(Tiff, ReadsInkAsItsPaperWouldLook) {
+TEST(Tiff, ReadsCmyk) {
   for (const int bits : {8, 16}) {
     Form f;
     f.samples = 4, f.bits = bits, f.photometric = PHOTOMETRIC_SEPARATED;
@@ -373,7 +373,7 @@ TEST(Tiff, ReadsStraightAndPremultipliedAlpha) {
   }
 }
 
-TEST(Tiff, ReadsTheFirstOfSeveralPagesAndTellsHowManyThereAre) {
+TEST(Tiff, ReadsTheFirstOfSeveralPagesAndCountsThem) {
   Form f;
   const fs::path path = fs::temp_directory_path() / ("kestrel_pages_" + std::to_string(getpid()) + ".tif");
   TIFF* const tiff = TIFFOpen(path.c_str(), "w");
@@ -393,8 +393,8 @@ TEST(Tiff, ReadsTheFirstOfSeveralPagesAndTellsHowManyThereAre) {
   EXPECT_EQ(decoded.stored.pages, 3);
 }
 
-/// The library writes the directory last, so a file that was cut has none. This is one with the directory
-/// first: 8-bit gray, one strip of `height` rows.
+/// 8-bit gray, one strip of `height` rows, with the directory first. libtiff writes it last, where truncation
+/// would remove it.
 std::vector<std::uint8_t> directoryFirst(std::uint32_t width, std::uint32_t height,
                                          std::uint32_t bytesClaimed) {
   test::Builder b;
@@ -416,7 +416,7 @@ TEST(Tiff, ATruncatedFileShowsTheRowsThatItHolds) {
   EXPECT_EQ(errorOf([&] { decode(Bytes(whole).first(whole.size() - 1990)); }), 481);
 }
 
-TEST(Tiff, EntriesOfATypeThatIsNotKnownArePassedOver) {
+TEST(Tiff, EntriesOfAnUnknownTypeAreSkipped) {
   test::Builder b;
   b.text("MM").be16(42).be32(8).be16(7);
   const auto entry = [&](std::uint32_t tag, std::uint32_t type, std::uint32_t value) {
@@ -434,7 +434,7 @@ TEST(Tiff, AnAbsurdSizeInASmallFileIsRefused) {
   EXPECT_EQ(errorOf([&] { decode(bytes); }), 7);
 }
 
-TEST(Tiff, ASavedFileIsReadByTheLibraryItself) {
+TEST(Tiff, ASavedFileIsReadByLibtiff) {
   const Bitmap picture = test::noise(23, 9, true);
   const fs::path path = fs::temp_directory_path() / ("kestrel_own_" + std::to_string(getpid()) + ".tif");
   encodeFile(picture, {}, format::kTif, {}, path);

@@ -8,7 +8,7 @@
 namespace kestrel::engine {
 namespace {
 
-/// The whole weights of one output by input, the zeros of the padding left out.
+/// The fixed-point weights of one output by input, without the padding.
 std::map<std::int32_t, std::int32_t> weightsOf(const FixedPointTable& table, std::int32_t output) {
   std::map<std::int32_t, std::int32_t> result;
   const FixedPointTable::Run& run = table.run(output);
@@ -23,7 +23,7 @@ std::map<std::int32_t, std::int32_t> weightsOf(const FixedPointTable& table, std
   return result;
 }
 
-TEST(FixedPointTable, WeightsAreTheTablesInWholeNumbersAndSumToOneExactly) {
+TEST(FixedPointTable, WeightsAreRoundedToFixedPointAndSumToOneExactly) {
   for (const auto& kernel : {triangleKernel(), catmullRomKernel(), lanczos3Kernel()}) {
     for (const std::int32_t inputs : {1, 2, 7, 40, 100}) {
       for (const std::int32_t outputs : {1, 20, 41, 50, 300}) {
@@ -38,7 +38,7 @@ TEST(FixedPointTable, WeightsAreTheTablesInWholeNumbersAndSumToOneExactly) {
           ASSERT_EQ(sum, FixedPointTable::kOne);
           const FilterTable::Run& run = exact.run(output);
           for (std::int32_t i = 0; i < run.count; ++i) {
-            // One of them takes up what rounding the others has left over.
+            // One weight absorbs the rounding errors of the others.
             ASSERT_NEAR(whole[run.first + i], exact.weights(run)[i] * FixedPointTable::kOne,
                         0.5 + 0.5 * run.count);
             whole.erase(run.first + i);
@@ -51,11 +51,11 @@ TEST(FixedPointTable, WeightsAreTheTablesInWholeNumbersAndSumToOneExactly) {
 }
 
 TEST(FixedPointTable, PairsBeginWhereTheyGiveTheShorterRuns) {
-  // Halving, output i of a triangle uses the inputs 2i - 1 to 2i + 2: two pairs if they begin at odd inputs.
+  // At half size output i of a triangle uses inputs 2i - 1 to 2i + 2: two pairs if pairs begin at odd inputs.
   const FixedPointTable halved(scalingTable(100, 50, triangleKernel()));
   EXPECT_EQ(halved.lead(), 1);
   EXPECT_EQ(halved.run(20).count, 2);
-  // A quarter of the size, it uses 4i - 2 to 4i + 5: four pairs if they begin at even ones.
+  // At a quarter it uses 4i - 2 to 4i + 5: four pairs if pairs begin at even inputs.
   const FixedPointTable quartered(scalingTable(400, 100, triangleKernel()));
   EXPECT_EQ(quartered.lead(), 0);
   EXPECT_EQ(quartered.run(20).count, 4);

@@ -10,7 +10,7 @@ namespace {
 
 using namespace test;
 
-// Sums in another order, and with fused products, differ in the last bits of what is summed.
+// Sums in another order and fused multiply-adds differ in the last bits.
 constexpr float kRelative = 2e-6F;
 
 void expectNear(const std::vector<float>& actual, const std::vector<float>& expected, std::size_t count,
@@ -26,7 +26,7 @@ std::vector<float> randomFloats(std::size_t count, float range) {
   return result;
 }
 
-TEST(FloatRows, PremultiplyIsExactOnEveryKindOfVectors) {
+TEST(FloatRows, PremultiplyIsExactOnEveryTarget) {
   onEachTarget([] {
     for (const Extent size : oddExtents()) {
       const Bitmap picture = randomPicture(size.width, 1, AlphaKind::Any);
@@ -40,7 +40,7 @@ TEST(FloatRows, PremultiplyIsExactOnEveryKindOfVectors) {
   });
 }
 
-TEST(FloatRows, SumsOfRowsEqualThePlainCode) {
+TEST(FloatRows, TheVerticalPassEqualsTheReference) {
   onEachTarget([] {
     for (const Extent size : oddExtents()) {
       const Bitmap picture = randomPicture(size.width, size.height, AlphaKind::Any);
@@ -75,7 +75,7 @@ TEST(FloatRows, SumsOfRowsEqualThePlainCode) {
   });
 }
 
-TEST(FloatRows, FilteringAlongARowEqualsThePlainCode) {
+TEST(FloatRows, TheHorizontalPassEqualsTheReference) {
   onEachTarget([] {
     for (const std::int32_t inputs : {1, 2, 5, 16, 33, 200}) {
       for (const std::int32_t outputs : {1, 3, 8, 50, 200, 333}) {
@@ -91,7 +91,7 @@ TEST(FloatRows, FilteringAlongARowEqualsThePlainCode) {
   });
 }
 
-TEST(FloatRows, StoringPixelsEqualsThePlainCode) {
+TEST(FloatRows, StoringPixelsEqualsTheReference) {
   onEachTarget([] {
     for (const Extent size : oddExtents()) {
       const std::size_t values = 4 * static_cast<std::size_t>(size.width);
@@ -115,7 +115,7 @@ TEST(FloatRows, StoringPixelsEqualsThePlainCode) {
   });
 }
 
-TEST(FilterTable, EveryRunIsInsideAndSumsToOne) {
+TEST(FilterTable, EveryRunIsInsideTheInputsAndSumsToOne) {
   for (const auto& kernel : {triangleKernel(), catmullRomKernel(), lanczos3Kernel()}) {
     for (const std::int32_t inputs : {1, 2, 7, 100}) {
       for (const std::int32_t outputs : {1, 2, 9, 300}) {
