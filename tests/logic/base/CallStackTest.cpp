@@ -10,7 +10,7 @@ namespace {
 [[gnu::noinline]] CallStack recordedBelow(int depth) {
   if (depth == 0) return CallStack::Record();
   CallStack stack = recordedBelow(depth - 1);
-  asm volatile("" ::: "memory");  // keeps the call from becoming a jump
+  asm volatile("" ::: "memory");  // prevents a tail call
   return stack;
 }
 

@@ -36,7 +36,7 @@ TEST_F(CollectionOfTexts, CountsFromOne) {
   EXPECT_EQ(items_.Item(3), "three");
 }
 
-TEST_F(CollectionOfTexts, FindsAKeyWhateverItsCase) {
+TEST_F(CollectionOfTexts, FindsAKeyInAnyCase) {
   EXPECT_EQ(items_.Item("FIRST"), "one");
   EXPECT_TRUE(items_.Contains("third"));
   EXPECT_FALSE(items_.Contains("second"));
@@ -48,7 +48,7 @@ TEST_F(CollectionOfTexts, AddsBeforeAnElement) {
   EXPECT_EQ(all(), (std::vector<std::string>{"zero", "one", "between", "two", "three"}));
 }
 
-TEST_F(CollectionOfTexts, RemovesByPlaceAndKey) {
+TEST_F(CollectionOfTexts, RemovesByIndexAndKey) {
   items_.Remove(2);
   items_.Remove("FIRST");
   EXPECT_EQ(all(), std::vector<std::string>{"three"});
@@ -68,7 +68,7 @@ TEST_F(CollectionOfTexts, MayHoldAnyNumberOfElementsWithoutAKey) {
   EXPECT_FALSE(items_.Contains(""));
 }
 
-TEST_F(CollectionOfTexts, RaisesForAPlaceOrKeyThatIsNotThere) {
+TEST_F(CollectionOfTexts, RaisesForAMissingIndexOrKey) {
   for (const std::int32_t index : {0, -1, 4}) {
     EXPECT_EQ(numberRaisedBy([&] { items_.Item(index); }), 9) << index;
     EXPECT_EQ(numberRaisedBy([&] { items_.Remove(index); }), 9) << index;
@@ -79,7 +79,7 @@ TEST_F(CollectionOfTexts, RaisesForAPlaceOrKeyThatIsNotThere) {
   EXPECT_EQ(numberRaisedBy([&] { items_.Item(""); }), 5);
 }
 
-TEST_F(CollectionOfTexts, LetsItsElementsBeChanged) {
+TEST_F(CollectionOfTexts, AllowsChangesOfItsElements) {
   items_.Item(2) = "zwei";
   items_.Item("Third") = "drei";
   EXPECT_EQ(all(), (std::vector<std::string>{"one", "zwei", "drei"}));

@@ -18,7 +18,7 @@ TEST(Event, CallsItsHandlersInTheOrderOfConnection) {
   EXPECT_EQ(calls, "a1b1");
 }
 
-TEST(Event, HandsArgumentsOnByReference) {
+TEST(Event, PassesArgumentsByReference) {
   Event<std::string&, bool&> event;
   const Connection a = event.Connect([](std::string& name, bool& cancel) {
     name = "changed";
@@ -34,7 +34,7 @@ TEST(Event, HandsArgumentsOnByReference) {
   EXPECT_TRUE(cancel);
 }
 
-TEST(Event, ForgetsAHandlerWhoseConnectionEnded) {
+TEST(Event, DropsAHandlerWhoseConnectionEnded) {
   Event<> event;
   int calls = 0;
   {
@@ -47,7 +47,7 @@ TEST(Event, ForgetsAHandlerWhoseConnectionEnded) {
   EXPECT_FALSE(event.HasHandlers());
 }
 
-TEST(Event, LeavesOutAHandlerThatIsDisconnectedDuringTheRound) {
+TEST(Event, SkipsAHandlerDisconnectedDuringTheCall) {
   Event<> event;
   int calls = 0;
   Connection second;
@@ -57,7 +57,7 @@ TEST(Event, LeavesOutAHandlerThatIsDisconnectedDuringTheRound) {
   EXPECT_EQ(calls, 0);
 }
 
-TEST(Event, CallsAHandlerThatComesInDuringARoundFromTheNextOn) {
+TEST(Event, CallsAHandlerConnectedDuringACallFromTheNextOn) {
   Event<> event;
   int calls = 0;
   bool connected = false;
@@ -72,7 +72,7 @@ TEST(Event, CallsAHandlerThatComesInDuringARoundFromTheNextOn) {
   EXPECT_EQ(calls, 1);
 }
 
-TEST(Event, CallsNobodyAfterItsEndEvenInARoundThatIsUnderWay) {
+TEST(Event, CallsNoHandlerAfterItsDestructionDuringACall) {
   auto event = std::make_unique<Event<>>();
   int calls = 0;
   const Connection first = event->Connect([&] { event.reset(); });
@@ -81,7 +81,7 @@ TEST(Event, CallsNobodyAfterItsEndEvenInARoundThatIsUnderWay) {
   EXPECT_EQ(calls, 0);
 }
 
-TEST(Event, KeepsTheHandlerThatEndsItUntilTheHandlerReturns) {
+TEST(Event, KeepsTheHandlerThatDestroysItUntilItReturns) {
   auto event = std::make_unique<Event<>>();
   auto captured = std::make_shared<int>(7);
   const std::weak_ptr<int> watched = captured;
@@ -97,7 +97,7 @@ TEST(Event, KeepsTheHandlerThatEndsItUntilTheHandlerReturns) {
   EXPECT_TRUE(watched.expired()) << "released once it has returned";
 }
 
-TEST(Event, DisconnectsAllDuringARound) {
+TEST(Event, DisconnectsAllDuringACall) {
   Event<> event;
   int calls = 0;
   const Connection first = event.Connect([&] { event.DisconnectAll(); });
@@ -108,7 +108,7 @@ TEST(Event, DisconnectsAllDuringARound) {
   EXPECT_FALSE(event.HasHandlers());
 }
 
-TEST(Event, LetsAnErrorEndTheRound) {
+TEST(Event, AnErrorEndsTheCall) {
   Event<> event;
   int calls = 0;
   const Connection first = event.Connect([] { throw std::runtime_error("no"); });

@@ -21,7 +21,7 @@ int numberRaisedBy(const std::function<void()>& call) {
   return 0;
 }
 
-TEST(Val, IsTheNumberThatATextBeginsWith) {
+TEST(Val, IsTheNumberAtTheStartOfAText) {
   EXPECT_EQ(Val("12"), 12);
   EXPECT_EQ(Val("12px"), 12);
   EXPECT_EQ(Val("  7 "), 7);
@@ -36,21 +36,21 @@ TEST(Val, IsTheNumberThatATextBeginsWith) {
   EXPECT_EQ(Val("12.5.7"), 12.5);
 }
 
-TEST(Val, IsZeroWhereATextBeginsWithNone) {
+TEST(Val, IsZeroWithoutANumberAtTheStart) {
   for (const char* text :
        {"", " ", "abc", "-", "+", ".", "-.", "+-5", "--5", "x12", "inf", "nan", "infinity"}) {
     EXPECT_EQ(Val(text), 0) << text;
   }
 }
 
-TEST(Val, TakesATinyNumberForZeroAndRaisesOverflowForAHugeOne) {
+TEST(Val, IsZeroForTinyNumbersAndRaisesOverflowForHugeOnes) {
   EXPECT_EQ(Val("1e-999"), 0);
   EXPECT_EQ(Val("0." + std::string(400, '0') + "1"), 0);
   EXPECT_EQ(numberRaisedBy([] { Val("1e999"); }), err::kOverflow);
   EXPECT_EQ(numberRaisedBy([] { Val(std::string(400, '9')); }), err::kOverflow);
 }
 
-TEST(ParseNumber, TakesTextsThatAreNumbersAsAWhole) {
+TEST(ParseNumber, AcceptsOnlyTextsThatAreWhollyNumbers) {
   EXPECT_EQ(ParseNumber(" -1 "), -1);
   EXPECT_EQ(ParseNumber("2.5"), 2.5);
   for (const char* text : {"", " ", "12px", "1 2", "abc"}) {
@@ -58,7 +58,7 @@ TEST(ParseNumber, TakesTextsThatAreNumbersAsAWhole) {
   }
 }
 
-TEST(Rounding, GoesToTheNearestAndFromTheMiddleToTheEvenOne) {
+TEST(Rounding, RoundsToTheNearestWithTiesToEven) {
   EXPECT_EQ(ToInt32(0.5), 0);
   EXPECT_EQ(ToInt32(1.5), 2);
   EXPECT_EQ(ToInt32(2.5), 2);
@@ -94,7 +94,7 @@ TEST(Rounding, RaisesOverflowOutsideTheType) {
   EXPECT_EQ(numberRaisedBy([] { ToByte(-0.6); }), err::kOverflow);
 }
 
-TEST(WholeParts, GoTowardsZeroOrDown) {
+TEST(WholeParts, RoundTowardsZeroOrDown) {
   EXPECT_EQ(IntPart(2.7), 2);
   EXPECT_EQ(IntPart(-2.7), -2);
   EXPECT_EQ(Floor(2.7), 2);
@@ -155,13 +155,13 @@ TEST(FormatOneDecimal, RoundsTheDecimalHalfAwayFromZero) {
   EXPECT_EQ(FormatOneDecimal(99.95), "100.");
 }
 
-TEST(FormatOneDecimal, GivesATextWhoseValueCanBeTaken) {
+TEST(FormatOneDecimal, GivesATextThatValCanRead) {
   EXPECT_EQ(Val(FormatOneDecimal(0.5)) * 100, 50);
   EXPECT_EQ(Val(FormatOneDecimal(2)) * 100, 200);
 }
 
-TEST(Numbers, FollowNoLocale) {
-  // Where the machine has a locale with a decimal comma, it must make no difference.
+TEST(Numbers, IgnoreTheLocale) {
+  // A locale with a decimal comma, if the machine has one, must make no difference.
   const std::string before = std::setlocale(LC_ALL, nullptr);
   for (const char* name : {"de_DE.UTF-8", "fr_FR.UTF-8", "C.UTF-8"}) std::setlocale(LC_ALL, name);
   EXPECT_EQ(ToText(0.5), "0.5");
@@ -170,7 +170,7 @@ TEST(Numbers, FollowNoLocale) {
   std::setlocale(LC_ALL, before.c_str());
 }
 
-TEST(Case, ChangesTheLettersAToZOnly) {
+TEST(Case, ChangesOnlyTheLettersAToZ) {
   EXPECT_EQ(LowerCase("FileOPEN 12 \xC3\x84"), "fileopen 12 \xC3\x84");
   EXPECT_EQ(UpperCase("fileOpen 12 \xC3\xA4"), "FILEOPEN 12 \xC3\xA4");
   EXPECT_TRUE(EqualIgnoringCase("A.png", "a.PNG"));

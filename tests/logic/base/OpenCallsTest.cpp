@@ -5,7 +5,7 @@
 namespace kestrel {
 namespace {
 
-TEST(OpenCalls, AreOpenUntilTheOutermostHasReturned) {
+TEST(OpenCalls, AreOpenUntilTheOutermostReturns) {
   OpenCalls calls;
   int returned = 0;
   const Connection watch = calls.AllReturned.Connect([&] { ++returned; });
@@ -23,7 +23,7 @@ TEST(OpenCalls, AreOpenUntilTheOutermostHasReturned) {
   EXPECT_EQ(returned, 1);
 }
 
-TEST(OpenCalls, ReturnByAnErrorToo) {
+TEST(OpenCalls, CountAnErrorAsAReturn) {
   OpenCalls calls;
   const auto fail = [&] {
     const OpenCalls::Call call(calls);

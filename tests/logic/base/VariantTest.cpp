@@ -73,7 +73,7 @@ TEST(Variant, ConvertsToBooleans) {
   EXPECT_EQ(numberRaisedBy([] { Variant("yes").ToBoolean(); }), err::kTypeMismatch);
 }
 
-TEST(Variant, RaisesForWhatHasNoSuchValue) {
+TEST(Variant, RaisesForValuesThatDoNotConvert) {
   EXPECT_EQ(numberRaisedBy([] { Variant(Variant::Null()).ToString(); }), 94);
   EXPECT_EQ(numberRaisedBy([] { Variant(Variant::Null()).ToInt32(); }), 94);
   EXPECT_EQ(numberRaisedBy([] { Variant(Variant::Record{"R"}).ToString(); }), 13);
@@ -82,7 +82,7 @@ TEST(Variant, RaisesForWhatHasNoSuchValue) {
   EXPECT_EQ(numberRaisedBy([] { Variant(5).AsArray(); }), 13);
 }
 
-TEST(Variant, LendsAnObjectOrSharesIt) {
+TEST(Variant, BorrowsOrSharesAnObject) {
   class Plain : public Object {
    public:
     std::string TypeName() const override { return "Plain"; }
@@ -114,7 +114,7 @@ TEST(VariantArray, HasBoundsPerDimension) {
   EXPECT_EQ(array.At({0, 5}).ToInt32(), 4);
 }
 
-TEST(VariantArray, RaisesSubscriptOutsideItsBounds) {
+TEST(VariantArray, RaisesSubscriptOutOfRangeOutsideItsBounds) {
   const VariantArray array(Type::kInt32, {{1, 2}}, {1, 2});
   EXPECT_EQ(numberRaisedBy([&] { array.At({0}); }), err::kSubscript);
   EXPECT_EQ(numberRaisedBy([&] { array.At({3}); }), err::kSubscript);
@@ -123,7 +123,7 @@ TEST(VariantArray, RaisesSubscriptOutsideItsBounds) {
   EXPECT_EQ(numberRaisedBy([&] { array.Lower(2); }), err::kSubscript);
 }
 
-TEST(VariantArray, HasNoDimensionUntilItIsGivenBounds) {
+TEST(VariantArray, HasNoDimensionsWithoutBounds) {
   const VariantArray array(Type::kInt32);
   EXPECT_EQ(array.Dimensions(), 0);
   EXPECT_EQ(numberRaisedBy([&] { array.Lower(1); }), err::kSubscript);

@@ -10,7 +10,7 @@
 
 namespace kestrel {
 
-/// An apartment on a platform of fakes.
+/// An apartment on the fake platform.
 class Diagnostics : public testing::Test {
  protected:
   Diagnostics() {

@@ -23,7 +23,7 @@ namespace {
 
 volatile int gZero = 0;
 
-// The line that a statement stands in, noted without a statement of its own.
+// Sets the expected line without a statement on another line.
 #define FAILS_HERE(statement) \
   do {                        \
     expectedLine = __LINE__;  \
@@ -131,7 +131,7 @@ void InAnEventsHandler() {
   }
 }
 
-// Two like statements: the compiler must not make one of them.
+// Two identical statements: the compiler must not merge them.
 void LikeStatements(int Which) {
   try {
     if (Which == 1) {
@@ -165,7 +165,7 @@ int LikeCalls(int Which) {
   return Result;
 }
 
-// The calls must not differ in anything, so their line can't be noted by themselves.
+// The calls must be identical, so they can't set the expected line themselves.
 void EachLikeCall(int Which) {
   expectedLine = kFirstLikeCall + Which;
   LikeCalls(Which);
@@ -242,7 +242,7 @@ void WithDestructors() {
   }
 }
 
-// -- Errors that are not raised by code of ours -----------------------------------------------------------
+// -- Errors that are raised by other code ---------------------------------------------------------------
 
 void NoSuchElement() {
   std::array<int, 3> Values{};
@@ -289,7 +289,7 @@ void OfNoClass() {
   }
 }
 
-/// The standard library's error passes through a handler on its way.
+/// The standard library's error is rethrown by a handler.
 void PassedOn() {
   const auto passing = [](const std::string& number) {
     try {
@@ -321,7 +321,7 @@ void AfterSkippedErrors() {
   }
 }
 
-// A worker's error is that of the statement that gave the work away.
+// A worker's error is attributed to the statement that started the work.
 [[gnu::noinline]] void OnAnotherThread(const std::function<void()>& work) {
   std::exception_ptr error;
   std::thread([&] {

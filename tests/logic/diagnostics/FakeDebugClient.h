@@ -13,7 +13,7 @@
 
 namespace kestrel::fakes {
 
-/// The diagnostics tool as the component meets it: servers that answer or not, and what was asked of them.
+/// A fake diagnostics tool: servers that answer or not, and the messages they received.
 struct DebugTool {
   struct Message {
     std::int32_t handle, message;
@@ -21,15 +21,15 @@ struct DebugTool {
     std::int32_t timeout;
   };
 
-  std::vector<std::int32_t> servers;             // in the order of the walk
-  std::vector<std::int32_t> answering;           // those that answer a ping
+  std::vector<std::int32_t> servers;             // in the order of enumeration
+  std::vector<std::int32_t> answering;           // servers that answer a ping
   std::map<std::int32_t, std::int32_t> answers;  // by message
   bool clientCanBeMade = true;
   bool sendingFails = false;
 
   std::vector<std::int32_t> pinged;
   std::vector<Message> sent;
-  std::string counters;  // what was done to the shared counters
+  std::string counters;  // calls on the shared counters
   class Client* client = nullptr;
 };
 

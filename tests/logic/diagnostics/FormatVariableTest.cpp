@@ -52,7 +52,7 @@ TEST(FormatVariable, ReplacesEachNul) {
   EXPECT_EQ(format(std::string("\0\0", 2), 0, "s"), "<s>{Null}{Null}</s>\r\n");
 }
 
-TEST(FormatVariable, PutsTheErrorInPlaceOfAScalarThatCanNotBeRendered) {
+TEST(FormatVariable, WritesTheErrorInPlaceOfAScalarThatFails) {
   constexpr std::size_t kLarge = 100'000;
   const Variant value(std::string(kLarge, 'x'));
   test::failAllocationsAfter(0, kLarge);
@@ -61,8 +61,8 @@ TEST(FormatVariable, PutsTheErrorInPlaceOfAScalarThatCanNotBeRendered) {
   EXPECT_EQ(text, "{Error 7 formatting for output}");
 }
 
-TEST(FormatVariable, PutsTheErrorInPlaceOfWhatFailsBeforeTheElements) {
-  // There is no text of fewer than no blanks.
+TEST(FormatVariable, WritesTheErrorIfItFailsBeforeTheElements) {
+  // A negative indent raises an error.
   const Plain plain;
   const Variant values[] = {5, Variant(), Variant::Null(), Variant::Borrow(&plain),
                             Variant(VariantArray(Type::kInt32, {{0, 0}}, {7}))};
@@ -71,7 +71,7 @@ TEST(FormatVariable, PutsTheErrorInPlaceOfWhatFailsBeforeTheElements) {
   }
 }
 
-TEST(FormatVariable, IndentsByBlanks) {
+TEST(FormatVariable, IndentsWithSpaces) {
   EXPECT_EQ(format(5, 3), "   <Name>5</Name>\r\n");
   EXPECT_EQ(format(Variant(), 2), "  <Name>{Empty}</Name>\r\n");
 }
@@ -81,7 +81,7 @@ TEST(FormatVariable, ClosesWithTheNameWithoutItsAttribute) {
   EXPECT_EQ(format(Variant::Null(), 0, "Name Index=\"1\""), "<Name Index=\"1\">{Null}</Name>\r\n");
 }
 
-TEST(FormatVariable, NamesTheTypeOfAnObjectThatCanNotBeEnumerated) {
+TEST(FormatVariable, NamesTheTypeOfAnObjectThatIsNotEnumerable) {
   const Plain plain;
   EXPECT_EQ(format(Variant::Borrow(&plain)), "<Name>{Plain}</Name>\r\n");
 }
@@ -122,7 +122,7 @@ TEST(FormatVariable, RendersCollectionsWithinCollections) {
             "</a>\r\n");
 }
 
-/// Fails when it is asked for its elements, after having given some of them.
+/// Fails while its elements are enumerated.
 class FailingCollection : public Object {
  public:
   explicit FailingCollection(int given) : given_(given) {}
@@ -136,12 +136,12 @@ class FailingCollection : public Object {
   int given_;
 };
 
-TEST(FormatVariable, TakesAnObjectThatFailsToBeginForOneThatCanNotBeEnumerated) {
+TEST(FormatVariable, TreatsAFailureToBeginAsNotEnumerable) {
   const FailingCollection failing(0);
   EXPECT_EQ(format(Variant::Borrow(&failing)), "<Name>{FailingCollection}</Name>\r\n");
 }
 
-TEST(FormatVariable, LetsAFailureWithinTheLoopReachTheCaller) {
+TEST(FormatVariable, AFailureWithinTheLoopReachesTheCaller) {
   const FailingCollection failing(2);
   EXPECT_THROW(format(Variant::Borrow(&failing)), RuntimeError);
 }
@@ -176,11 +176,11 @@ TEST(FormatVariable, RendersAnArrayOfThreeDimensions) {
 }
 
 TEST(FormatVariable, FailsOnFourDimensionsWithTheSubscript) {
-  // The count stays at 0, so the elements are asked for by three indices.
+  // The count stays at 0, so elements are read by three indices.
   const VariantArray array(Type::kInt32, {{0, 0}, {0, 0}, {0, 0}, {0, 0}}, {1});
   try {
     format(array);
-    FAIL() << "an element can't be had by three of four indices";
+    FAIL() << "no error for three of four indices";
   } catch (const RuntimeError& error) {
     EXPECT_EQ(error.Number(), err::kSubscript);
   }
@@ -202,7 +202,7 @@ TEST(FormatVariable, RendersArraysWithinArrays) {
             "</v>\r\n");
 }
 
-TEST(FormatVariable, IsNotCutByDepth) {
+TEST(FormatVariable, HasNoDepthLimit) {
   Variant nested(VariantArray(Type::kInt32, {{0, 0}}, {5}));
   for (int i = 0; i < 6; ++i) nested = Variant(VariantArray(Type::kVariant, {{0, 0}}, {nested}));
   EXPECT_NE(qdkFormatVariable("v", nested, 1, 0).find(">5</v>"), std::string::npos);

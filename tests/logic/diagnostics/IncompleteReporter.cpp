@@ -1,4 +1,4 @@
-// A library that has no function to take a report.
+// A reporting library without the function that takes a report.
 #include "BrindleError.h"
 
 extern "C" {

@@ -39,7 +39,7 @@ TEST_F(InstanceCounting, IsInertWithoutTheLibrary) {
   EXPECT_TRUE(boxes().empty());
 }
 
-TEST_F(InstanceCounting, IsInertWhereTheClientCanNotBeMade) {
+TEST_F(InstanceCounting, IsInertIfTheClientCannotBeCreated) {
   tool_.clientCanBeMade = false;
   EXPECT_FALSE(qdkInitialise());
   EXPECT_TRUE(boxes().empty());
@@ -55,7 +55,7 @@ TEST_F(InstanceCounting, TakesTheIdentityOfTheProcess) {
   EXPECT_EQ(state().qdkModuleFilename, "/opt/kestrel/BrindleImgPro2") << "an empty answer gives nothing";
 }
 
-TEST_F(InstanceCounting, WithoutServersIsOffButTheClientIsThere) {
+TEST_F(InstanceCounting, WithoutServersIsOffButHasItsClient) {
   tool_.servers.clear();
   EXPECT_TRUE(qdkInitialise());
   EXPECT_FALSE(state().qdkDebuggerListening);
@@ -78,7 +78,7 @@ TEST_F(InstanceCounting, TakesTheLastServerThatAnswers) {
   EXPECT_TRUE(state().qdkEnableInstanceCounts);
 }
 
-TEST_F(InstanceCounting, IsOffWhereNoServerAnswers) {
+TEST_F(InstanceCounting, IsOffIfNoServerAnswers) {
   tool_.answering.clear();
   EXPECT_TRUE(qdkInitialise());
   EXPECT_TRUE(state().qdkDebuggerListening);
@@ -125,7 +125,7 @@ TEST_F(InstanceCounting, RegistersEachObjectOfTheComponentUnderItsNameAndKind) {
             "Preview,4, ImageProcessingCtl,4, FolderTreeView,4, ImageBrowserCtl,4, ");
 }
 
-TEST_F(InstanceCounting, LeavesOutWhatTheServerSkips) {
+TEST_F(InstanceCounting, DoesNotCountObjectsThatTheServerSkips) {
   tool_.answers[kIsSkipped] = 1;
   qdkInitialise();
   tool_.counters.clear();
@@ -138,7 +138,7 @@ TEST_F(InstanceCounting, LeavesOutWhatTheServerSkips) {
   EXPECT_EQ(tool_.counters, "");
 }
 
-TEST_F(InstanceCounting, GoesOnWhenAStatementFails) {
+TEST_F(InstanceCounting, ContinuesAfterAFailingStatement) {
   qdkInitialise();
   tool_.counters.clear();
   tool_.answers[kRegister] = 70'000;  // no component id
@@ -163,7 +163,7 @@ TEST_F(InstanceCounting, ReportsAMessageWithoutAClient) {
   EXPECT_TRUE(boxes()[0].text.ends_with("(91)")) << boxes()[0].text;
 }
 
-TEST_F(InstanceCounting, ReportsThatTheLibraryIsGoneAtABroadcast) {
+TEST_F(InstanceCounting, ReportsAMissingLibraryAtABroadcast) {
   qdkInitialise();
   platform_.makeLibrary = nullptr;
   tool_.client->OnBroadcast();
@@ -181,7 +181,7 @@ TEST_F(InstanceCounting, IsInertOnAThreadWithoutAPlatform) {
   EXPECT_FALSE(state().qdkEnableInstanceCounts);
 }
 
-TEST_F(InstanceCounting, CountsWhatLives) {
+TEST_F(InstanceCounting, CountsLivingObjects) {
   qdkInitialise();
   tool_.counters.clear();
   { const InstanceCount first(Counted::kOptions), second(Counted::kOptions); }
@@ -201,7 +201,7 @@ TEST_F(InstanceCounting, FindsAServerThatStartsLater) {
   EXPECT_EQ(tool_.counters, "0-1;") << "it was not counted at its creation";
 }
 
-TEST_F(InstanceCounting, ForgetsItsIdsWhenAServerTellsThatItIsThere) {
+TEST_F(InstanceCounting, DropsItsIdsWhenAServerAnnouncesItself) {
   qdkInitialise();
   qdkCountInstance(Counted::kOptions);
   tool_.client->OnBroadcast();
@@ -211,7 +211,7 @@ TEST_F(InstanceCounting, ForgetsItsIdsWhenAServerTellsThatItIsThere) {
   EXPECT_EQ(tool_.sent.size(), 2u);
 }
 
-TEST_F(InstanceCounting, KeepsItsTablesWhereABroadcastFindsNoServer) {
+TEST_F(InstanceCounting, KeepsItsTablesIfABroadcastFindsNoServer) {
   qdkInitialise();
   qdkCountInstance(Counted::kOptions);
   tool_.servers.clear();
@@ -227,7 +227,7 @@ TEST_F(InstanceCounting, IsMarkedOnce) {
   EXPECT_TRUE(state().qdkHasInitialised);
 }
 
-TEST_F(InstanceCounting, SendsWhatItIsGivenAndGivesBackTheAnswer) {
+TEST_F(InstanceCounting, SendsAMessageAndReturnsTheAnswer) {
   qdkInitialise();
   tool_.answers[33] = 44;
   std::int32_t result = 0;

@@ -50,7 +50,7 @@ class SharedLibrary : public testing::Test {
   posix::SharedLibraryFactory factory_{store_};
 };
 
-TEST_F(SharedLibrary, ThatTheKeyStoreNamesTakesTheReport) {
+TEST_F(SharedLibrary, NamedInTheKeyStoreTakesTheReport) {
   install(TEST_REPORTER);
   const auto reporter = factory_.CreateErrorReporter(kIdentifier);
   std::int32_t number = 61, line = 275;
@@ -60,13 +60,13 @@ TEST_F(SharedLibrary, ThatTheKeyStoreNamesTakesTheReport) {
   EXPECT_EQ(reported(), "61|KestrelLib2|MRU|AddFile|The disk is full.|275|<Variables>|2.0.0");
 }
 
-TEST_F(SharedLibrary, ThatTheEnvironmentNamesComesFirst) {
+TEST_F(SharedLibrary, NamedInTheEnvironmentComesFirst) {
   install("/no/such/library.so");
   setenv("KESTREL_ERROR_REPORTER", TEST_REPORTER, 1);
   EXPECT_NE(factory_.CreateErrorReporter(kIdentifier), nullptr);
 }
 
-TEST_F(SharedLibrary, MayRaiseAnErrorOfItsOwn) {
+TEST_F(SharedLibrary, MayRaiseItsOwnError) {
   install(TEST_REPORTER);
   const auto reporter = factory_.CreateErrorReporter(kIdentifier);
   std::int32_t number = 999, line = 1;
@@ -78,7 +78,7 @@ TEST_F(SharedLibrary, MayRaiseAnErrorOfItsOwn) {
   }
 }
 
-TEST_F(SharedLibrary, IsNotThereUnlessNamed) {
+TEST_F(SharedLibrary, IsMissingUnlessNamed) {
   EXPECT_EQ(refusal(), "The reporting object could not be created: none is installed.");
   EXPECT_TRUE(store_.isEmpty()) << "looking creates nothing";
 }
@@ -88,7 +88,7 @@ TEST_F(SharedLibrary, MustBeNamedByAnAbsolutePath) {
   EXPECT_EQ(refusal(), "The reporting object could not be created: the path of its library is not absolute.");
 }
 
-TEST_F(SharedLibrary, ThatCanNotBeLoadedCountsAsNone) {
+TEST_F(SharedLibrary, ThatCannotBeLoadedCountsAsNone) {
   install("/no/such/library.so");
   EXPECT_NE(refusal().find("/no/such/library.so"), std::string::npos);
 }
@@ -105,7 +105,7 @@ TEST_F(SharedLibrary, ThatRefusesCountsAsNone) {
   EXPECT_EQ(refusal(), "The reporting object could not be created: its library refused.");
 }
 
-TEST_F(SharedLibrary, OfANumberInTheStoreCountsAsNone) {
+TEST_F(SharedLibrary, NamedByANumberCountsAsNone) {
   store_.WriteValue(HKEY_CURRENT_USER, "Software\\Classes\\BrindleError.Error", "Library", 5, kStoreNumber);
   EXPECT_EQ(refusal(), "The reporting object could not be created: none is installed.");
 }

@@ -1,4 +1,4 @@
-// A reporting object that writes what it is given to the file named by TEST_REPORT_FILE.
+// A reporting object that writes its arguments to the file named by TEST_REPORT_FILE.
 #include <cstdlib>
 #include <fstream>
 

@@ -19,13 +19,13 @@ struct Rectangle4 {
   int left, top, right, bottom;
 };
 
-/// Something with virtual functions that knows no name for itself.
+/// A class with virtual functions but no type name.
 class PictureWindow {
  public:
   virtual ~PictureWindow() = default;
 };
 
-TEST(VariableDump, SaysNoneWhereThereIsNothing) {
+TEST(VariableDump, WritesNoneWithoutVariables) {
   EXPECT_EQ(QDK_LOCALS(), "{None}");
   EXPECT_EQ(QDK_PARAMETERS(), "{None}");
   EXPECT_EQ(QDK_FIELDS(), "{None}");
@@ -57,7 +57,7 @@ TEST(VariableDump, RendersEnumerationsAsNumbersAmongLocalsOnly) {
   EXPECT_EQ(QDK_PARAMETERS(Turn), "<Turn>{Can't dump UDT parameters}</Turn>");
 }
 
-TEST(VariableDump, ApologisesForRecords) {
+TEST(VariableDump, WritesAPlaceholderForRecords) {
   const Rectangle4 Area{1, 2, 3, 4};
   const std::int32_t After = 1;
   EXPECT_EQ(QDK_LOCALS(Area, After), "<Area>{Cannot dump external UDTs}</Area><After>1</After>\r\n");
@@ -80,7 +80,7 @@ TEST(VariableDump, RendersObjectsByTheirType) {
             "<ParentForm>{Nothing}</ParentForm>\r\n");
 }
 
-TEST(VariableDump, RendersObjectsThatAreValuesByTheirType) {
+TEST(VariableDump, RendersValueObjectsByTheirType) {
   const Colour MaskColor(0x00336699);
   const Colour* Lent = &MaskColor;
   EXPECT_EQ(QDK_LOCALS(MaskColor, Lent), "<MaskColor>{Colour}</MaskColor>\r\n<Lent>{Colour}</Lent>\r\n");
@@ -119,7 +119,7 @@ class BrokenList : public Object {
   }
 };
 
-TEST(VariableDump, LeavesOutAFieldThatCanNotBeRead) {
+TEST(VariableDump, SkipsAFieldThatCannotBeRead) {
   const std::int32_t pBefore = 1, pAfter = 2;
   const BrokenList pBroken;
   EXPECT_EQ(QDK_FIELDS(pBefore, pBroken, pAfter), "<pBefore>1</pBefore>\r\n<pAfter>2</pAfter>\r\n");

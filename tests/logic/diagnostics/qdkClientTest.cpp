@@ -17,7 +17,7 @@ class DebugClientClass : public Diagnostics {
   fakes::DebugTool tool_;
 };
 
-TEST_F(DebugClientClass, GivesTheLibrarysClient) {
+TEST_F(DebugClientClass, ReturnsTheClientOfTheLibrary) {
   platform_.makeLibrary = [this] { return std::make_unique<fakes::Library>(tool_); };
   const auto client = std::make_shared<qdkClient>();
   EXPECT_EQ(client->IPC(), tool_.client);
@@ -32,7 +32,7 @@ TEST_F(DebugClientClass, HasNoneWithoutTheLibrary) {
   EXPECT_TRUE(boxes().empty());
 }
 
-TEST_F(DebugClientClass, NormalisesTheCommandLine) {
+TEST_F(DebugClientClass, NormalizesTheCommandLine) {
   EXPECT_EQ(commandLine("/opt/app"), "/opt/app");
   EXPECT_EQ(commandLine("/opt/app -x a.png"), "/opt/app -x a.png");
   EXPECT_EQ(commandLine("/opt/app    -x  a.png "), "/opt/app -x  a.png ");
@@ -45,7 +45,7 @@ TEST_F(DebugClientClass, NormalisesTheCommandLine) {
   EXPECT_EQ(commandLine(""), "");
 }
 
-TEST_F(DebugClientClass, CutsALongCommandLine) {
+TEST_F(DebugClientClass, TruncatesALongCommandLine) {
   EXPECT_EQ(commandLine("a " + std::string(1000, 'x')), "a " + std::string(510, 'x'));
 }
 

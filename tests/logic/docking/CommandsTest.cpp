@@ -1,4 +1,4 @@
-// Commands: what a program reads and writes, and what the user's clicks and keys do.
+// Commands: their properties, and the effect of clicks and keys.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -11,7 +11,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// A suite whose events are written down as words.
+/// A suite whose events are recorded as texts.
 class CommandsTest : public testing::Test {
  protected:
   TestMoorage suite;
@@ -29,7 +29,7 @@ class CommandsTest : public testing::Test {
   CommandModel& command(const std::string& key) { return suite.Commands().Item(key); }
 };
 
-TEST_F(CommandsTest, AreFoundByKeyWhateverItsCaseAndByPlaceFromOne) {
+TEST_F(CommandsTest, AreFoundByKeyInAnyCaseAndByIndexFromOne) {
   EXPECT_EQ(suite.Commands().Count(), 8);
   EXPECT_EQ(suite.Commands().Item("BTNopen").Name(), "btnOpen");
   EXPECT_EQ(&suite.Commands()("btnopen"), &suite.Commands().Item(1));
@@ -66,7 +66,7 @@ TEST_F(CommandsTest, DoNothingWhenDisabledInvisibleOrNoButton) {
   EXPECT_THAT(events, IsEmpty());
 }
 
-TEST_F(CommandsTest, TellTheHighlightTheyLoseBeforeTheOneTheyGet) {
+TEST_F(CommandsTest, EndAHighlightBeforeTheNextBegins) {
   suite.highlight(&command("btnOpen"));
   suite.highlight(&command("btnOpen"));
   suite.highlight(&command("btnClose"));
@@ -93,7 +93,7 @@ TEST_F(CommandsTest, IgnoreAHotKeyThatAHandlerCancels) {
   EXPECT_THAT(events, ElementsAre("key btnOpen 2 79"));
 }
 
-TEST_F(CommandsTest, HearOnlyHotKeysWithExactlyTheirModifiers) {
+TEST_F(CommandsTest, ReactToHotKeysWithExactlyTheirModifiers) {
   EXPECT_FALSE(suite.pressHotKey(0, 'O'));
   EXPECT_FALSE(suite.pressHotKey(kCtrlMask | kShiftMask, 'O'));
   EXPECT_FALSE(suite.pressHotKey(kAltMask, 'O'));
@@ -101,19 +101,19 @@ TEST_F(CommandsTest, HearOnlyHotKeysWithExactlyTheirModifiers) {
   EXPECT_THAT(events, IsEmpty());
 }
 
-TEST_F(CommandsTest, HearEachOfTheirHotKeys) {
+TEST_F(CommandsTest, ReactToEachOfTheirHotKeys) {
   EXPECT_TRUE(suite.pressHotKey(0, 112));
   EXPECT_THAT(events, ElementsAre("key btnOpen 0 112", "click btnOpen"));
 }
 
-TEST_F(CommandsTest, HearNoHotKeyWhenDisabledOrInvisible) {
+TEST_F(CommandsTest, IgnoreHotKeysWhenDisabledOrInvisible) {
   command("btnOpen").Enabled(false);
   EXPECT_FALSE(suite.pressHotKey(kCtrlMask, 'O'));
   EXPECT_FALSE(suite.pressHotKey(kCtrlMask, 'H'));
   EXPECT_THAT(events, IsEmpty());
 }
 
-TEST_F(CommandsTest, SayWithoutAnyEventWhichHotKeysTheyHear) {
+TEST_F(CommandsTest, ReportTheirHotKeysWithoutAnEvent) {
   EXPECT_TRUE(suite.hasHotKey(kCtrlMask, 'O'));
   EXPECT_FALSE(suite.hasHotKey(kCtrlMask, 'P'));
   EXPECT_TRUE(suite.hasHotKey(0, 'C'));
@@ -124,7 +124,7 @@ TEST_F(CommandsTest, SayWithoutAnyEventWhichHotKeysTheyHear) {
   EXPECT_THAT(events, IsEmpty());
 }
 
-TEST_F(CommandsTest, HearUnmodifiedHotKeysOnlyWhileTheseAreAllowed) {
+TEST_F(CommandsTest, ReactToUnmodifiedHotKeysOnlyWhileAllowed) {
   EXPECT_TRUE(suite.pressHotKey(0, 'C'));
   suite.Commands().HotKeyOptions().AllowUnmodified(0);
   EXPECT_FALSE(suite.pressHotKey(0, 'C'));
@@ -146,7 +146,7 @@ TEST_F(CommandsTest, CountShiftAloneAsUnmodified) {
   EXPECT_TRUE(other.pressHotKey(kShiftMask, 'S'));
 }
 
-TEST_F(CommandsTest, LoseAHotKeyThatIsRemovedForGood) {
+TEST_F(CommandsTest, LoseARemovedHotKeyForGood) {
   HotKeysModel& keys = command("btnOpen").HotKeys();
   EXPECT_EQ(keys.Count(), 2);
   EXPECT_EQ(keys.Item(1).Shift(), 2);
@@ -173,13 +173,13 @@ TEST_F(CommandsTest, ShowThePressedStateThatDockFunctionsSets) {
   EXPECT_THAT(events, IsEmpty());
 }
 
-TEST_F(CommandsTest, HaveCaptionsWithoutTheMarksOfAccessKeys) {
+TEST_F(CommandsTest, HaveCaptionsWithoutAccessKeyMarks) {
   EXPECT_EQ(command("btnOpen").plainCaption(), "Open...");
   command("btnOpen").Caption("Save && &Close&");
   EXPECT_EQ(command("btnOpen").plainCaption(), "Save & Close");
 }
 
-TEST_F(CommandsTest, HaveABarOnlyIfTheyAreAMenuAndLinesOnlyIfTheyAreAComboOrList) {
+TEST_F(CommandsTest, HaveABarAsMenusAndItemsAsCombosOrLists) {
   EXPECT_EQ(command("mnuFile").Bar().Entries().Count(), 4);
   EXPECT_EQ(errorOf([&] { command("btnOpen").Bar(); }), 5);
   EXPECT_EQ(command("cboZoom").Items().Count(), 0);
@@ -205,14 +205,14 @@ TEST_F(ComboTest, RaisesCommandChangeWhenTheUserTypesAnotherText) {
   EXPECT_EQ(combo.comboText(), "3.3:1");
 }
 
-TEST_F(ComboTest, StaysSilentWhenAProgramSetsItsText) {
+TEST_F(ComboTest, RaisesNothingWhenAProgramSetsItsText) {
   suite.SetComboText(combo, "2:1");
   EXPECT_EQ(combo.comboText(), "2:1");
   EXPECT_THAT(events, IsEmpty());
   EXPECT_EQ(errorOf([&] { suite.SetComboText(command("btnOpen"), "2:1"); }), 5);
 }
 
-TEST_F(ComboTest, GetsItsOldTextBackWhenAHandlerCancels) {
+TEST_F(ComboTest, RestoresItsTextWhenAHandlerCancels) {
   cancelled = true;
   EXPECT_FALSE(suite.typeComboText(combo, "x"));
   EXPECT_EQ(combo.comboText(), "1:1");
@@ -234,7 +234,7 @@ TEST_F(ComboTest, CannotBeTypedInWhenDisabled) {
   EXPECT_EQ(errorOf([&] { suite.typeComboText(command("btnOpen"), "x"); }), 5);
 }
 
-TEST_F(ComboTest, TypesTheTextOfTheLineThatIsChosen) {
+TEST_F(ComboTest, TakesTheTextOfTheChosenItem) {
   for (int i = 1; i <= 25; ++i) combo.Items().Add(std::to_string(i) + ":1", std::to_string(i));
   EXPECT_EQ(combo.Items().Count(), 25);
   EXPECT_EQ(combo.Items().Item(25).Key, "25");
@@ -244,7 +244,7 @@ TEST_F(ComboTest, TypesTheTextOfTheLineThatIsChosen) {
   EXPECT_EQ(errorOf([&] { combo.Items().Item(0); }), 9);
 }
 
-TEST_F(CommandsTest, ListsHandOverTheLineThatWasChosen) {
+TEST_F(CommandsTest, ListsReportTheChosenItem) {
   CommandModel& list = command("mnuRecent");
   EXPECT_EQ(errorOf([&] { list.SelectedItem(); }), 91);
   list.Items().Add("/a.png", {});
@@ -257,7 +257,7 @@ TEST_F(CommandsTest, ListsHandOverTheLineThatWasChosen) {
   EXPECT_EQ(list.SelectedItem().Text, "/b.png");
 }
 
-TEST_F(CommandsTest, ListsKeepTheChosenLineWhenTheyAreEmptied) {
+TEST_F(CommandsTest, ListsKeepTheChosenItemWhenCleared) {
   CommandModel& list = command("mnuRecent");
   list.Items().Add("/a.png", {});
   const Connection empty = suite.CommandClick.Connect([&](Command&) {
@@ -268,7 +268,7 @@ TEST_F(CommandsTest, ListsKeepTheChosenLineWhenTheyAreEmptied) {
   EXPECT_EQ(list.Items().Count(), 0);
 }
 
-TEST_F(CommandsTest, MenusPopUpWhenAsked) {
+TEST_F(CommandsTest, MenusPopUpOnRequest) {
   suite.ShowPopup(command("mnuFile"));
   EXPECT_THAT(suite.popups, ElementsAre("mnuFile"));
   EXPECT_EQ(errorOf([&] { suite.ShowPopup(command("btnOpen")); }), 5);

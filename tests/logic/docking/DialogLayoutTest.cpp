@@ -1,4 +1,4 @@
-// What the editor's stored layout holds, read back from the block that is compiled into the program.
+// The editor's stored layout, read from the block that is compiled into the program.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -30,7 +30,7 @@ const StoredCommand& command(const std::string& key) {
   return *found;
 }
 
-/// The entries as one line; a + stands before an entry that begins a group.
+/// The entries in one line, with a + before an entry that begins a group.
 std::string line(const std::vector<StoredEntry>& entries) {
   std::string text;
   for (const StoredEntry& entry : entries) {
@@ -299,7 +299,7 @@ TEST(DialogLayout, GivesNoHotKeyToTwoCommands) {
   }
 }
 
-TEST(DialogLayout, HasFortyImagesOf16By16AndEveryOneThatACommandNames) {
+TEST(DialogLayout, HasFortyImagesOf16By16AndAllThatCommandsName) {
   std::set<std::string> names;
   for (const StoredImage& image : dialog().images) {
     names.insert(image.name);
@@ -315,7 +315,7 @@ TEST(DialogLayout, HasFortyImagesOf16By16AndEveryOneThatACommandNames) {
   }
 }
 
-TEST(DialogLayout, DrawsEveryImageOnMagentaAndGreysTheDisabledOne) {
+TEST(DialogLayout, DrawsImagesOnMagentaAndDisabledOnesInGray) {
   for (const StoredImage& image : dialog().images) {
     EXPECT_NE(image.normal, image.disabled) << image.name;
     int magenta = 0;

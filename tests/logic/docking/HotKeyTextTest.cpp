@@ -18,7 +18,7 @@ constexpr Row kRows[] = {{"Ctrl+O", {2, 79}},     {"Shift+S", {1, 83}},
                          {"Ctrl+Num+", {2, 107}}, {"Ctrl+Alt+Shift+F24", {7, 135}},
                          {"Ctrl+#27", {2, 27}}};
 
-TEST(HotKeyText, GoesBothWays) {
+TEST(HotKeyText, ConvertsBothWays) {
   for (const Row& row : kRows) {
     EXPECT_EQ(hotKeyText(row.key), row.text);
     EXPECT_EQ(hotKeyFromText(row.text), row.key) << row.text;
@@ -29,7 +29,7 @@ TEST(HotKeyText, IgnoresCaseAndTheOrderOfModifiers) {
   EXPECT_EQ(hotKeyFromText("shift+CTRL+a"), (StoredHotKey{3, 65}));
 }
 
-TEST(HotKeyText, NamesNoKeyOtherwise) {
+TEST(HotKeyText, RejectsOtherTexts) {
   for (const char* text :
        {"", "Ctrl+", "Ctrl+Ctrl+A", "F25", "F0", "Fx", "Escape", "Num*", "#0", "#256", "Ctrl-A"}) {
     EXPECT_EQ(errorOf([&] { hotKeyFromText(text); }), 5) << text;

@@ -1,4 +1,4 @@
-// The form of a layout block, byte by byte, taken apart here without the code that reads it.
+// The format of a layout block, byte by byte, with a parser independent of the production reader.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -18,7 +18,7 @@ namespace {
 
 using testing::ElementsAre;
 
-/// An item as it stands in the block: numbers as they are, texts in UTF-16, images as their bytes.
+/// A raw item of the block: numbers, UTF-16 texts, image bytes.
 struct RawItem {
   std::uint32_t kind = 0;
   std::uint32_t id = 0;
@@ -92,7 +92,7 @@ class RawBlock {
     }
   }
 
-  /// Class id; version, character set, flags, weight, height; the name behind its length.
+  /// Class id; version, character set, flags, weight, height; the length of the name and the name.
   void takeFont(RawItem& item) {
     const std::size_t start = at_;
     at_ += 16 + 1 + 2 + 1 + 2 + 4;
@@ -117,7 +117,7 @@ class RawBlock {
     item.bytes.assign(block_.begin() + static_cast<std::ptrdiff_t>(at_),
                       block_.begin() + static_cast<std::ptrdiff_t>(at_ + size));
     at_ += size;
-    EXPECT_EQ(take<std::uint32_t>(), 0u) << "behind the pixels";
+    EXPECT_EQ(take<std::uint32_t>(), 0u) << "after the pixels";
   }
 
   std::span<const std::byte> block_;
@@ -153,7 +153,7 @@ TEST(LayoutBlock, BeginsWithMagicVersionAndHeaderFields) {
   EXPECT_EQ(raw.take<std::uint32_t>(), 36u) << "start of the tag stream";
 }
 
-TEST(LayoutBlock, HoldsFontImagesCategoriesCommandsBarsPanesAndDockWindowsInThisOrder) {
+TEST(LayoutBlock, HoldsItsSevenPartsInOrder) {
   std::vector<std::uint32_t> ids;
   for (const RawItem& item : topOf(resources::dialogLayout())) ids.push_back(item.id);
   EXPECT_THAT(ids, ElementsAre(1, 2, 4, 5, 6, 7, 8, 9));
@@ -210,7 +210,7 @@ TEST(LayoutBlock, EmbedsTheBarOfAMenuInObject1004) {
   EXPECT_EQ(bar.of(10, 3).of(2).number, 0);
 }
 
-TEST(LayoutBlock, HoldsFortyPairsOfPicturesAt16AndNamesAloneAt24And32) {
+TEST(LayoutBlock, HoldsFortyImagePairsAt16AndNamesAt24And32) {
   const RawItem groups = topOf(resources::dialogLayout())[1];
   ASSERT_EQ(groups.items.size(), 3u);
   for (std::uint32_t i = 0; i < 3; ++i) {
@@ -232,7 +232,7 @@ TEST(LayoutBlock, HoldsFortyPairsOfPicturesAt16AndNamesAloneAt24And32) {
   }
 }
 
-TEST(LayoutBlock, StoresPicturesBottomRowFirstAndBlueFirst) {
+TEST(LayoutBlock, StoresImagesBottomUpInBgr) {
   const RawItem image = topOf(writeLayout(smallLayout()))[1].items[0].of(5).of(8);
   const StoredPicture picture = stripes(0);
   const std::size_t lastRow = 15 * 16 * 3;
@@ -241,7 +241,7 @@ TEST(LayoutBlock, StoresPicturesBottomRowFirstAndBlueFirst) {
   EXPECT_EQ(static_cast<std::uint8_t>(image.bytes[lastRow + 2]), picture.rgb[0]);
 }
 
-TEST(LayoutBlock, ComesBackAsItWasWritten) {
+TEST(LayoutBlock, RoundTrips) {
   EXPECT_EQ(readLayout(writeLayout(smallLayout())), smallLayout());
   const StoredLayout dialog = readLayout(resources::dialogLayout());
   EXPECT_EQ(readLayout(writeLayout(dialog)), dialog);

@@ -5,14 +5,14 @@
 
 namespace kestrel::docking {
 
-/// A picture in which no two pixels next to each other are alike.
+/// A picture in which adjacent pixels differ.
 inline StoredPicture stripes(std::uint8_t shade) {
   StoredPicture picture{16, 16, {}};
   for (int i = 0; i < 16 * 16 * 3; ++i) picture.rgb.push_back(static_cast<std::uint8_t>(shade + i));
   return picture;
 }
 
-/// One thing of every kind.
+/// A layout with one item of every kind.
 inline StoredLayout smallLayout() {
   StoredLayout layout;
   layout.font = {"Sans Serif", 700, 82500, true};

@@ -9,7 +9,7 @@
 
 namespace kestrel::docking {
 
-/// The model with the least window that makes it whole: it remembers what it was told to do.
+/// The model with a minimal window that records its calls.
 class TestMoorage : public MoorageModel {
  public:
   explicit TestMoorage(const StoredLayout& layout = smallLayout()) : MoorageModel(layout) {}
@@ -47,7 +47,7 @@ class TestMoorage : public MoorageModel {
   std::string name_ = "mrgUI";
 };
 
-/// Runs something that must raise a RuntimeError and returns its number, 0 if it raised none.
+/// The number of the RuntimeError that the action raises, 0 if none.
 template <typename Action>
 std::int32_t errorOf(Action action) {
   try {

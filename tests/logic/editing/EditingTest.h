@@ -12,11 +12,10 @@
 
 namespace kestrel {
 
-/// An editor whose view and scratch picture note what the engine is asked, with a picture of 40 by 30 pixels,
-/// each of them different, open.
+/// An editor whose view and scratch picture record the calls of the engine, with an open picture of 40 by 30
+/// pixels, each of a different color.
 ///
-/// The picture is smaller than the view and so stands in its middle: what the mapping of view positions to
-/// pixels gives is `position(pixel)`, the other way round.
+/// The picture is smaller than the view and so centered: `position(pixel)` converts pixels to view positions.
 class EditingTest : public EditorTest {
  protected:
   static constexpr std::int32_t kWidth = 40;
@@ -59,7 +58,7 @@ class EditingTest : public EditorTest {
     platform().FormUtility().forgetPointers();
     log().clear();
   }
-  /// Puts a picture of one colour on the clipboard.
+  /// Puts a picture of one color on the clipboard.
   void fillClipboard(std::int32_t width, std::int32_t height, engine::Pixel color) {
     platform().Clipboard().offer(engine::Bitmap::filled(width, height, color));
   }
@@ -67,11 +66,11 @@ class EditingTest : public EditorTest {
   engine::Bitmap shown() { return engine::bitmapOf(*view().Image()); }
   engine::Pixel at(std::int32_t x, std::int32_t y) { return shown().at(x, y); }
 
-  /// The view position that the editor takes for that pixel.
+  /// The view position that the editor maps to that pixel.
   Point position(std::int32_t x, std::int32_t y) {
     return {x - view().ScrollLeft() + 1, y - view().ScrollTop() + 1};
   }
-  /// Draws a selection rectangle with the pointer, from one corner to the other.
+  /// Drags a selection rectangle with the pointer, from one corner to the opposite one.
   void dragSelection(Point from, Point to) { view().drag(position(from.X, from.Y), position(to.X, to.Y)); }
 
   /// From now on the event runs the handler as well.
@@ -82,7 +81,7 @@ class EditingTest : public EditorTest {
 
   bool pressed(const char* key) { return command(key).Checked(); }
   std::vector<std::string> calls() { return log().entries(); }
-  /// What of the log is a call of the engine, and no property of the view.
+  /// The entries of the log that are calls of the engine, without properties of the view.
   std::vector<std::string> engineCalls() {
     std::vector<std::string> result;
     for (const std::string& entry : log().entries()) {
@@ -90,15 +89,15 @@ class EditingTest : public EditorTest {
     }
     return result;
   }
-  /// The next setting that is asked for can't be read.
+  /// Reading the next setting fails.
   void loseNextSetting() { recorded_->storeFailsOnce = true; }
-  /// From now on the settings are in that store, which must live until the test's end, or null.
+  /// Uses this settings store from now on, or none if null. The store must outlive the test.
   void useStore(RegistryStore* store) {
     recorded_->store = store;
     modProcessing::Attach(*recorded_);
     modProcessing::Main();
   }
-  /// One failure is reported by what follows.
+  /// Expects one error report from the calls that follow.
   void expectReport() { user().answers(kAnswerOK); }
   std::string undoCaption() { return command("btnEditUndo").Caption(); }
   std::string redoCaption() { return command("btnEditRedo").Caption(); }

@@ -22,7 +22,7 @@ TEST_P(EditingWithoutSettings, ASaveKeepsThePreviousQualityAndReportsNothing) {
   EXPECT_EQ(view().JPEGQuality(), 90) << "when it can be read again";
 }
 
-TEST_P(EditingWithoutSettings, ASaveKeepsThePreviousQualityWhereTheStoreIsDamaged) {
+TEST_P(EditingWithoutSettings, ASaveKeepsThePreviousQualityIfTheStoreIsDamaged) {
   const std::string file = platform().files().host(path("settings.store"));
   sqlite::SqliteStore store(file);
   useStore(&store);
@@ -31,8 +31,8 @@ TEST_P(EditingWithoutSettings, ASaveKeepsThePreviousQualityWhereTheStoreIsDamage
   ASSERT_EQ(view().JPEGQuality(), 31);
   for (const char* part : {"", "-wal", "-shm"}) std::filesystem::remove(file + part);
   std::ofstream(file) << std::string(8192, 'x');
-  user().answers(kAnswerOK);  // to the failed read
-  user().answers(kAnswerOK);  // and to the list of recent files, which can't be stored
+  user().answers(kAnswerOK);  // the failed read
+  user().answers(kAnswerOK);  // the list of recent files, which can't be stored
   EXPECT_TRUE(editor().SaveImageAs(path("b.jpg")));
   EXPECT_EQ(view().JPEGQuality(), 31);
   editor().ApplyOptions();
@@ -44,7 +44,7 @@ TEST_P(EditingWithoutSettings, ASaveKeepsThePreviousQualityWhereTheStoreIsDamage
   useStore(nullptr);
 }
 
-TEST_P(EditingWithoutSettings, ASaveKeepsThePreviousQualityWhereATextIsStored) {
+TEST_P(EditingWithoutSettings, ASaveKeepsThePreviousQualityIfATextIsStored) {
   options().JPEGQuality(31);
   ASSERT_TRUE(editor().SaveImageAs(path("a.jpg")));
   platform().RegistryStore().SetSetting("Quality", "good", kStoreString, "JPEG", HKEY_CURRENT_USER);

@@ -46,7 +46,7 @@ TEST_P(EditingMapping, TheSelectionTakesViewPositionsUnscaled) {
   EXPECT_FALSE(inside(71, 42));
 }
 
-TEST_P(EditingMapping, APressBesideAFloatingPasteIsJudgedUnscaled) {
+TEST_P(EditingMapping, APressNextToAFloatingPasteIsTestedUnscaled) {
   click("btnEditPaste");
   view().click({61, 51});
   EXPECT_TRUE(pressed("btnEditPaste")) << "pixel (160, 100), the far corner";
@@ -67,7 +67,7 @@ TEST_P(EditingMapping, AFloatingPasteIsPaintedUnscaled) {
   EXPECT_NE(seen.at(70, 56), kRed);
 }
 
-TEST_P(EditingMapping, AClickOnAFloatingImageBeyondItsSmallerRectangleKeepsTheRectangle) {
+TEST_P(EditingMapping, AClickOnAFloatingImageOutsideItsRectangleKeepsIt) {
   open(3000, 2500);
   suite().typeComboText("cboZoom", "0.5:1");
   view().ScrollLeft(0);

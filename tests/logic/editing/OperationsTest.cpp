@@ -25,7 +25,7 @@ class EditingOperations : public EditingTest {
   }
   /// The pixels of the rectangle that `select` selects.
   static engine::Bitmap section() { return engine::crop(gradient(kWidth, kHeight), 5, 6, 20, 12); }
-  /// The gradient with a picture laid over it at the selection's corner.
+  /// The gradient with a picture drawn at the selection's corner.
   engine::Bitmap withSection(const engine::Bitmap& section) {
     engine::Bitmap result = gradient(kWidth, kHeight);
     const engine::Pixels pixels = result.writable();
@@ -40,7 +40,7 @@ class EditingOperations : public EditingTest {
 
 // -- The whole picture ------------------------------------------------------------------------------------
 
-TEST_P(EditingOperations, ResizeHandsItsArgumentsOnAndReadsNoDefault) {
+TEST_P(EditingOperations, ResizePassesItsArgumentsAndReadsNoDefault) {
   editor().Resize(20);
   EXPECT_THAT(calls(), ElementsAre("view.Effects.Resize(20, 0, 0, \"\")"));
   EXPECT_EQ(shown().height(), 15);
@@ -87,7 +87,7 @@ TEST_P(EditingOperations, FlipsTurnTheWholePicture) {
   EXPECT_EQ(at(3, 0), pixelOf(3, kHeight - 1));
 }
 
-TEST_P(EditingOperations, GreyScaleIsPalette0OnTheViewsPicture) {
+TEST_P(EditingOperations, GrayScaleIsPalette0OnTheViewsPicture) {
   editor().ApplyGrayScale();
   EXPECT_TRUE(same(shown(), engine::grayScale(gradient(kWidth, kHeight))));
   EXPECT_TRUE(editor().Changed());
@@ -95,14 +95,14 @@ TEST_P(EditingOperations, GreyScaleIsPalette0OnTheViewsPicture) {
 
 // -- The selection ----------------------------------------------------------------------------------------
 
-TEST_P(EditingOperations, FlipWithFalseTurnsTheWholePictureThoughThereIsASelection) {
+TEST_P(EditingOperations, FlipWithFalseIgnoresTheSelection) {
   select();
   editor().FlipHorizontally(false);
   EXPECT_THAT(calls(), ElementsAre("view.Effects.Flip(0, \"\")"));
   EXPECT_TRUE(view().SelectionVisible());
 }
 
-TEST_P(EditingOperations, WithFalseTheOthersWorkOnTheWholePictureThoughThereIsASelection) {
+TEST_P(EditingOperations, WithFalseTheOthersIgnoreTheSelection) {
   select();
   editor().FlipVertically(false);
   editor().Rotate(90, 0, false);
@@ -131,7 +131,7 @@ TEST_P(EditingOperations, AnEmptySelectionIsNone) {
   EXPECT_EQ(at(0, 3), pixelOf(kWidth - 1, 3));
 }
 
-TEST_P(EditingOperations, OnASectionItIsTakenWorkedOnAndDrawnBackOnce) {
+TEST_P(EditingOperations, ASectionIsTakenEditedAndDrawnBackOnce) {
   select();
   editor().FlipHorizontally(true);
   EXPECT_THAT(calls(),
@@ -175,12 +175,12 @@ TEST_P(EditingOperations, ARotatedSectionIsDrawnBackAtTheSelectionsCorner) {
   select();
   editor().Rotate(90, -1, true);
   EXPECT_TRUE(same(shown(), withSection(engine::rotate(section(), 90, {}))))
-      << "12 by 20 now; what it does not cover shows the old pixels";
+      << "now 12 by 20; pixels outside it are unchanged";
   EXPECT_EQ(at(20, 7), pixelOf(20, 7));
   EXPECT_FALSE(view().SelectionVisible());
 }
 
-TEST_P(EditingOperations, GreyOfASectionLeavesTheRest) {
+TEST_P(EditingOperations, GrayOfASectionLeavesTheRest) {
   select();
   editor().ApplyGrayScale(true);
   EXPECT_TRUE(same(shown(), withSection(engine::grayScale(section()))));
@@ -226,7 +226,7 @@ TEST_P(EditingOperations, ASelectionOverTheFarEdgeIsDrawnBackAtItsOwnCorner) {
   EXPECT_EQ(at(35, 20), pixelOf(35, 29));
 }
 
-TEST_P(EditingOperations, ASectionBackFromTheFarthestPositionFindsItsWay) {
+TEST_P(EditingOperations, ASectionFromTheFarthestPositionIsDrawnBack) {
   constexpr auto kMost = std::numeric_limits<std::int32_t>::max();
   editor().SetSelection(kMost, kMost, -kMost, -kMost);
   log().clear();
@@ -234,9 +234,9 @@ TEST_P(EditingOperations, ASectionBackFromTheFarthestPositionFindsItsWay) {
   EXPECT_THAT(calls(), Contains("view.Draw.ImageWithAlpha(40x30 picture, 0, 0, \"\")"));
 }
 
-// -- The colour of Rotate ---------------------------------------------------------------------------------
+// -- The color of Rotate ---------------------------------------------------------------------------------
 
-TEST_P(EditingOperations, RotateWithoutABackgroundMaterialLeavesTheCornersTransparent) {
+TEST_P(EditingOperations, RotateWithoutABackgroundLeavesCornersTransparent) {
   options().MaterialBackColor(-1);
   options().MaterialForeColor(0x0000FF);
   editor().Rotate(45);
@@ -244,7 +244,7 @@ TEST_P(EditingOperations, RotateWithoutABackgroundMaterialLeavesTheCornersTransp
   EXPECT_EQ(at(0, 0).a, 0);
 }
 
-TEST_P(EditingOperations, RotateWithABackgroundMaterialFillsInTheForegroundMaterial) {
+TEST_P(EditingOperations, RotateWithABackgroundFillsInTheForegroundMaterial) {
   options().MaterialBackColor(0x00FF00);
   options().MaterialForeColor(0x0000FF);
   editor().Rotate(45);
@@ -252,7 +252,7 @@ TEST_P(EditingOperations, RotateWithABackgroundMaterialFillsInTheForegroundMater
   EXPECT_EQ(at(0, 0), (engine::Pixel{255, 0, 0, 255}));
 }
 
-TEST_P(EditingOperations, RotateTakesAColorThatIsGivenAsItIs) {
+TEST_P(EditingOperations, RotateUsesAGivenColorUnchanged) {
   editor().Rotate(45, 0);
   EXPECT_THAT(calls(), ElementsAre("view.Effects.Rotate(45, #0/255, 0, \"\")"));
 }
@@ -309,7 +309,7 @@ TEST_P(EditingOperations, TheShadowOfASectionIsDrawnBackWithIt) {
                           HasSubstr("view.Draw.ImageWithAlpha(")));
 }
 
-TEST_P(EditingOperations, DropShadowWithFalseWorksOnTheWholePictureThoughThereIsASelection) {
+TEST_P(EditingOperations, DropShadowWithFalseIgnoresTheSelection) {
   select();
   editor().ApplyDropShadow(3, 4, 0, 200, 10, false);
   EXPECT_THAT(engineCalls(), ElementsAre("view.Effects.DropShadow(3, 4, #0/200, 10, True, \"\")"));
@@ -337,7 +337,7 @@ TEST_P(EditingOperations, TheAutomaticMaskIsTheCornerPixelBeforeAnythingChanges)
   EXPECT_THAT(calls(), Contains("view.Effects.ReplaceColor(#" + corner + "/255, #0/0, 1, 0, \"No Undo\")"));
 }
 
-TEST_P(EditingOperations, TheContouredShadowWorksOnAnyValidSelectionWhateverItIsTold) {
+TEST_P(EditingOperations, TheContouredShadowAlwaysUsesAValidSelection) {
   const std::string corner = ToText(colorOf(pixelOf(5, 6)));
   for (const bool applyToSelection : {false, true}) {
     open(kWidth, kHeight);
@@ -371,7 +371,7 @@ TEST_P(EditingOperations, TheContouredShadowFollowsTheOutlineOfThePicture) {
   EXPECT_EQ(at(2, 2).a, 0) << "the background is transparent";
 }
 
-TEST_P(EditingOperations, TheContouredShadowsOverflowComesToTheCaller) {
+TEST_P(EditingOperations, TheContouredShadowsOverflowReachesTheCaller) {
   EXPECT_THROW(editor().ApplyMaskedDropShadow(3, 4, 7, 300, 10, 99, true), RuntimeError);
   EXPECT_TRUE(same(shown(), gradient(kWidth, kHeight))) << "nor did it lose its background";
 }
@@ -385,7 +385,7 @@ TEST_P(EditingOperations, EngineErrorsGoToTheCaller) {
   EXPECT_FALSE(editor().Changed());
 }
 
-TEST_P(EditingOperations, WithoutAPictureTheEngineSaysSo) {
+TEST_P(EditingOperations, WithoutAPictureTheEngineRaisesItsError) {
   editor().Picture(nullptr);
   EXPECT_THROW(editor().FlipHorizontally(true), RuntimeError);
   EXPECT_THROW(editor().Rotate(90), RuntimeError);
@@ -393,11 +393,11 @@ TEST_P(EditingOperations, WithoutAPictureTheEngineSaysSo) {
   EXPECT_THROW(editor().FlattenAlpha(), RuntimeError);
 }
 
-TEST_P(EditingOperations, TheWholePictureIsTakenIntoASectionByReferenceAlone) {
+TEST_P(EditingOperations, ASectionTakesTheWholePictureByReference) {
   select();
   const std::uint8_t* const before = shown().pixels().data;
   editor().FlipHorizontally(true);
-  EXPECT_EQ(shown().pixels().data, before) << "had anything kept a reference, the drawing back had copied it";
+  EXPECT_EQ(shown().pixels().data, before) << "another reference would have caused a copy";
 }
 
 KESTREL_WITH_BOTH_PATHS(EditingOperations);

@@ -13,8 +13,8 @@ using testing::Not;
 constexpr char kPasteStatus[] = "Please select where to paste the image, or press Escape to cancel";
 constexpr engine::Pixel kRed{255, 0, 0, 255};
 
-/// A picture that is larger than the view, so that scroll positions count from 0, and a red picture of 60 by
-/// 50 pixels on the clipboard.
+/// A picture larger than the view, so that scroll positions count from 0, and a red picture of 60 by 50
+/// pixels on the clipboard.
 class EditingPaste : public EditingTest {
  protected:
   void SetUp() override {
@@ -35,7 +35,7 @@ class EditingPaste : public EditingTest {
   }
 };
 
-TEST_P(EditingPaste, WithoutABitmapOnTheClipboardTellsAndChangesNothing) {
+TEST_P(EditingPaste, WithoutABitmapOnTheClipboardShowsABoxOnly) {
   platform().Clipboard().holdNoPicture();
   editor().Tool(ipToolLine);
   log().clear();
@@ -73,7 +73,7 @@ TEST_P(EditingPaste, KeepsItsStatusAsTheDefaultText) {
   EXPECT_EQ(panel("pnlStatus"), kPasteStatus);
 }
 
-TEST_P(EditingPaste, IsPaintedOverTheViewAsAPlainCopyWithoutTouchingThePicture) {
+TEST_P(EditingPaste, IsPaintedOverTheViewWithoutChangingThePicture) {
   fillClipboard(60, 50, {255, 0, 0, 128});
   click("btnEditPaste");
   const engine::Bitmap seen = view().painted();
@@ -87,7 +87,7 @@ TEST_P(EditingPaste, PaintsNothingWhileNoPasteIsOpen) {
   EXPECT_THAT(calls(), ElementsAre("Refresh()"));
 }
 
-TEST_P(EditingPaste, DrawsAtTheSelectionLessTheScrollPositionPlusOne) {
+TEST_P(EditingPaste, DrawsAtTheSelectionMinusTheScrollPositionPlusOne) {
   view().ScrollLeft(100);
   view().ScrollTop(70);
   click("btnEditPaste");
@@ -98,7 +98,7 @@ TEST_P(EditingPaste, DrawsAtTheSelectionLessTheScrollPositionPlusOne) {
   EXPECT_THAT(calls(), ElementsAre("scratch.Surface.DrawTo(11, -4, 13369376)"));
 }
 
-TEST_P(EditingPaste, CommittedUnmovedItLandsAtTheOriginAndNotAtTheRectangle) {
+TEST_P(EditingPaste, CommittedUnmovedItIsDrawnAtTheOrigin) {
   view().ScrollLeft(100);
   view().ScrollTop(70);
   click("btnEditPaste");
@@ -114,7 +114,7 @@ TEST_P(EditingPaste, CommittedUnmovedItLandsAtTheOriginAndNotAtTheRectangle) {
   EXPECT_EQ(undoCaption(), "&Undo Paste");
 }
 
-TEST_P(EditingPaste, MovedByThePointerItLandsWhereTheRectangleEnds) {
+TEST_P(EditingPaste, MovedByThePointerItIsDrawnAtTheRectangle) {
   click("btnEditPaste");
   dragSelection({30, 25}, {130, 105});
   expectOpen();
@@ -131,7 +131,7 @@ TEST_P(EditingPaste, MovedByThePointerItLandsWhereTheRectangleEnds) {
   expectClosed();
 }
 
-TEST_P(EditingPaste, UnmovedItLandsWhereverTheLastPasteWas) {
+TEST_P(EditingPaste, UnmovedItIsDrawnAtThePositionOfTheLastPaste) {
   click("btnEditPaste");
   dragSelection({30, 25}, {130, 105});
   editor().Paste();
@@ -142,7 +142,7 @@ TEST_P(EditingPaste, UnmovedItLandsWhereverTheLastPasteWas) {
   EXPECT_EQ(at(0, 0), pixelOf(0, 0));
 }
 
-TEST_P(EditingPaste, APressOnTheFarEdgeDoesNotCommitAndOnePixelFurtherDoes) {
+TEST_P(EditingPaste, APressCommitsOnlyBeyondTheFarEdge) {
   click("btnEditPaste");
   view().click(position(60, 25));
   view().click(position(30, 50));
@@ -241,7 +241,7 @@ TEST_P(EditingPaste, TheEndOfAMoveWritesTheSizeBackAndRefreshes) {
                                 "scratch.Surface.DrawTo(11, 6, 13369376)"));
 }
 
-TEST_P(EditingPaste, EscapeGivesItUpAndLeavesThePicture) {
+TEST_P(EditingPaste, EscapeCancelsItAndKeepsThePicture) {
   click("btnEditPaste");
   dragSelection({30, 25}, {130, 105});
   site().pressKey(27, 0, 27);
@@ -253,7 +253,7 @@ TEST_P(EditingPaste, EscapeGivesItUpAndLeavesThePicture) {
   EXPECT_THAT(calls(), IsEmpty()) << "there is nothing left to commit";
 }
 
-TEST_P(EditingPaste, OtherKeysDoNotGiveItUp) {
+TEST_P(EditingPaste, OtherKeysDoNotCancelIt) {
   click("btnEditPaste");
   site().pressKey(13, 0, 13);
   expectOpen();
@@ -261,7 +261,7 @@ TEST_P(EditingPaste, OtherKeysDoNotGiveItUp) {
   expectClosed();
 }
 
-TEST_P(EditingPaste, GivingUpTakesTheRectangleAwayAndThenRefreshes) {
+TEST_P(EditingPaste, CancelingHidesTheRectangleThenRefreshes) {
   click("btnEditPaste");
   log().clear();
   editor().Cancel();
@@ -285,14 +285,14 @@ TEST_P(EditingPaste, KeyDownAndKeyUpOfEscapeDoNothing) {
   editor().Cancel();
 }
 
-TEST_P(EditingPaste, GivingUpResetsThePointer) {
+TEST_P(EditingPaste, CancelingResetsThePointer) {
   click("btnEditPaste");
   platform().FormUtility().forgetPointers();
   editor().Cancel();
   EXPECT_THAT(platform().FormUtility().pointers(), ElementsAre(kBusyDefault));
 }
 
-TEST_P(EditingPaste, PasteAndCancelInIdleStateSilentlyDoNothing) {
+TEST_P(EditingPaste, PasteAndCancelDoNothingWithoutAMode) {
   editor().Paste();
   editor().Cancel();
   EXPECT_THAT(calls(), IsEmpty());
@@ -335,7 +335,7 @@ class EditingCrop : public EditingTest {
   }
 };
 
-TEST_P(EditingCrop, WithASelectionCropsStraightAway) {
+TEST_P(EditingCrop, WithASelectionCropsAtOnce) {
   dragSelection({5, 6}, {25, 18});
   log().clear();
   click("btnImageCrop");
@@ -346,7 +346,7 @@ TEST_P(EditingCrop, WithASelectionCropsStraightAway) {
   EXPECT_EQ(undoCaption(), "&Undo");
 }
 
-TEST_P(EditingCrop, TurnsABackwardsSelectionRound) {
+TEST_P(EditingCrop, NormalizesABackwardsSelection) {
   dragSelection({25, 18}, {5, 6});
   log().clear();
   editor().CropToSelection();
@@ -354,7 +354,7 @@ TEST_P(EditingCrop, TurnsABackwardsSelectionRound) {
   expectShows(5, 6, 20, 12);
 }
 
-TEST_P(EditingCrop, TurnsEachDirectionByItself) {
+TEST_P(EditingCrop, NormalizesEachDirectionByItself) {
   editor().SetSelection(25, 6, -20, 12);
   editor().CropToSelection();
   expectShows(5, 6, 20, 12);
@@ -377,7 +377,7 @@ TEST_P(EditingCrop, WithoutASelectionOpensTheModeAndTheNextSelectionCrops) {
   EXPECT_EQ(shown().width(), kWidth) << "the mode has ended";
 }
 
-TEST_P(EditingCrop, KeepsItsStatusAsTheDefaultTextAndGivingUpResetsThePointer) {
+TEST_P(EditingCrop, KeepsItsStatusAsTheDefaultTextUntilCanceled) {
   click("btnImageCrop");
   suite().highlight("btnFileOpen");
   EXPECT_NE(panel("pnlStatus"), kCropStatus);
@@ -405,7 +405,7 @@ TEST_P(EditingCrop, APressAndAClickDoNotEndTheMode) {
   editor().Cancel();
 }
 
-TEST_P(EditingCrop, EscapeEndsTheModeAndLeavesThePicture) {
+TEST_P(EditingCrop, EscapeEndsTheModeAndKeepsThePicture) {
   click("btnImageCrop");
   site().pressKey(27, 0, 27);
   expectClosed();
@@ -413,7 +413,7 @@ TEST_P(EditingCrop, EscapeEndsTheModeAndLeavesThePicture) {
   EXPECT_TRUE(same(shown(), gradient(kWidth, kHeight)));
 }
 
-TEST_P(EditingCrop, AnErrorFromTheCommandIsToldInABoxWithTheEnginesText) {
+TEST_P(EditingCrop, AnErrorOfTheCommandIsShownWithTheEnginesText) {
   editor().SetSelection(100, 6, 20, 12);
   user().answers(kAnswerOK);
   click("btnImageCrop");
@@ -431,9 +431,9 @@ TEST_P(EditingCrop, AnErrorFromTheCommandIsToldInABoxWithTheEnginesText) {
   EXPECT_TRUE(same(shown(), gradient(kWidth, kHeight)));
 }
 
-TEST_P(EditingCrop, AnErrorFromTheGestureIsToldAndEndsTheModeAllTheSame) {
+TEST_P(EditingCrop, AnErrorOfTheGestureIsShownAndEndsTheMode) {
   click("btnImageCrop");
-  // Drawn beside the picture: both edges are its right one, so nothing is in between.
+  // Drawn outside the picture: both edges clamp to its right edge, so the selection is empty.
   user().answers(kAnswerOK);
   view().drag(position(60, 5), position(80, 20));
   ASSERT_EQ(user().boxes().size(), 1u);
@@ -443,7 +443,7 @@ TEST_P(EditingCrop, AnErrorFromTheGestureIsToldAndEndsTheModeAllTheSame) {
   EXPECT_TRUE(same(shown(), gradient(kWidth, kHeight)));
 }
 
-TEST_P(EditingCrop, CropToSelectionHandsTheEnginesErrorToItsCaller) {
+TEST_P(EditingCrop, CropToSelectionPassesTheEnginesErrorToItsCaller) {
   editor().SetSelection(100, 6, 20, 12);
   EXPECT_THROW(editor().CropToSelection(), RuntimeError);
 }

@@ -7,8 +7,8 @@
 #include "base/Numbers.h"
 #include "imaging/contract/ImgX.h"
 
-/// The engine's sub-objects with a note of each call: "view.Effects.Flip(0, "")". The first word tells whose
-/// sub-object it is.
+/// The engine's sub-objects, recording each call as "view.Effects.Flip(0, "")". The first word names the
+/// owner of the sub-object.
 namespace kestrel::recorded {
 
 inline std::string text(std::int32_t value) { return ToText(value); }
@@ -17,7 +17,7 @@ inline std::string text(float value) { return ToText(value); }
 inline std::string text(bool value) { return boolean(value); }
 inline std::string text(const std::string& value) { return '"' + value + '"'; }
 inline std::string text(const Point& value) { return '(' + ToText(value.X) + ", " + ToText(value.Y) + ')'; }
-/// The colour number and its alpha.
+/// The color number and its alpha.
 inline std::string text(const Colour& value) {
   return '#' + ToText(value.Value()) + '/' + ToText(std::int32_t{value.Alpha()});
 }

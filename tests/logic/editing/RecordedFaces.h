@@ -10,7 +10,7 @@
 
 namespace kestrel::recorded {
 
-/// The view of the editor under test, with a note of each call that its picture or selection is given.
+/// The view of the editor under test. Records each call on its picture and selection.
 class RecordedView final : public RecordingView {
  public:
   template <typename... Args>
@@ -72,7 +72,7 @@ class RecordedView final : public RecordingView {
   RecordedDraw draw_;
 };
 
-/// A free-standing picture, with a note of each call.
+/// An unbound picture that records each call.
 class RecordedPicture final : public engine::ImgXObject {
  public:
   RecordedPicture(Log& log, engine::ClipboardPort& clipboard, const headless::FileSystem& files)
@@ -104,7 +104,7 @@ class RecordedPicture final : public engine::ImgXObject {
   RecordedSurface surface_;
 };
 
-/// The headless platform, whose free-standing pictures note their calls.
+/// The headless platform with unbound pictures that record their calls.
 class RecordedPlatform : public Platform {
  public:
   RecordedPlatform(Log& log, headless::Platform& inner) : log_(log), inner_(inner) {}
@@ -143,7 +143,7 @@ class RecordedPlatform : public Platform {
 
   /// The next use of the key store fails.
   bool storeFailsOnce = false;
-  /// The key store where it is not the platform's own.
+  /// The key store to use instead of the platform's own, or null.
   kestrel::RegistryStore* store = nullptr;
 
  private:

@@ -16,7 +16,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
 
-/// The rotate dialog's controls, as its user sees them.
+/// The controls of the rotate dialog.
 class Dialog {
  public:
   explicit Dialog(Form& form) : form_(form) {}
@@ -33,7 +33,7 @@ class Dialog {
   }
   engine::Bitmap before() { return engine::bitmapOf(*pane("igxOriginal").Image()); }
   engine::Bitmap after() { return engine::bitmapOf(*pane("igxPreview").Image()); }
-  /// Which of the four is chosen; -1 for none.
+  /// Index of the chosen angle button; -1 if none.
   std::int32_t chosen() {
     for (std::int32_t index = 0; index < 4; ++index) {
       if (degree(index).Value()) return index;
@@ -48,7 +48,7 @@ class Dialog {
 
 class EditingRotateDialog : public EditingTest {
  protected:
-  /// The user does this in the dialog.
+  /// Sets what the user does in the dialog.
   void plan(std::function<void(Dialog&)> doing) {
     user().uses("frmRotate", [doing = std::move(doing)](Form& form) {
       Dialog dialog(form);
@@ -90,7 +90,7 @@ TEST_P(EditingRotateDialog, HasTheCaptionsAndStoredValuesOfItsControls) {
   });
 }
 
-TEST_P(EditingRotateDialog, LoadsWithoutAnIconWithADigitsOnlyBoxAndTheSharedLookLast) {
+TEST_P(EditingRotateDialog, LoadsWithoutAnIconAndAppliesTheSkinLast) {
   show([this](Dialog& dialog) {
     EXPECT_FALSE(dynamic_cast<headless::Form&>(dialog.form()).hasIcon());
     EXPECT_EQ(platform().WindowFunctions().styles(dialog.text().hWnd()), 8192);
@@ -99,7 +99,7 @@ TEST_P(EditingRotateDialog, LoadsWithoutAnIconWithADigitsOnlyBoxAndTheSharedLook
   });
 }
 
-TEST_P(EditingRotateDialog, AFailingLookOfTheDialogIsIgnored) {
+TEST_P(EditingRotateDialog, AFailingSkinIsIgnored) {
   frmRotate dialog;
   platform().FormSkin().failing = true;
   plan([](Dialog& user) { user.cancel(); });
@@ -134,12 +134,12 @@ TEST_P(EditingRotateDialog, OpensOnTheFixedAnglesAndTheDirectionOfTheOptions) {
   }
 }
 
-TEST_P(EditingRotateDialog, OpensWithADirectionForAStoredNumberBeyondTheTwo) {
+TEST_P(EditingRotateDialog, OpensWithADirectionForAnInvalidStoredNumber) {
   for (const std::int32_t stored : {-1, 2, 7}) {
     set(90, static_cast<ImageProcessingDirectionConstants>(stored));
     show([](Dialog& dialog) {
       EXPECT_TRUE(dialog.right().Value());
-      EXPECT_EQ(dialog.chosen(), 0) << "and the rest of the defaults";
+      EXPECT_EQ(dialog.chosen(), 0) << "the other defaults apply";
       dialog.ok();
     });
     EXPECT_EQ(options().RotateDirection(), ipDirectionRight);
@@ -190,7 +190,7 @@ TEST_P(EditingRotateDialog, FreeWithAnEmptyBoxIsRefused) {
 
 // -- The answer -------------------------------------------------------------------------------------------
 
-TEST_P(EditingRotateDialog, NinetyRightTurnsThePicture) {
+TEST_P(EditingRotateDialog, NinetyRightRotatesThePicture) {
   set(180, ipDirectionLeft);
   options().MaterialBackColor(-1);
   EXPECT_EQ(show([](Dialog& dialog) {
@@ -224,7 +224,7 @@ TEST_P(EditingRotateDialog, NinetyLeftUses270AndTheOptionsKeepNinetyAndLeft) {
   });
 }
 
-TEST_P(EditingRotateDialog, TheRangeIsAHintAndNotEnforced) {
+TEST_P(EditingRotateDialog, TheRangeIsNotEnforced) {
   set(90, ipDirectionRight);
   EXPECT_EQ(show([](Dialog& dialog) {
               dialog.text().Text("400");
@@ -247,7 +247,7 @@ TEST_P(EditingRotateDialog, ThreeHundredAndSixtyLeftGivesZeroAndIsAccepted) {
   EXPECT_EQ(answer, 0);
   EXPECT_THAT(user().boxes(), IsEmpty());
   EXPECT_EQ(options().RotateAngle(), 360);
-  EXPECT_TRUE(editor().Changed()) << "a turn by 0 is carried out";
+  EXPECT_TRUE(editor().Changed()) << "a rotation by 0 is an edit";
 }
 
 TEST_P(EditingRotateDialog, PastedTextCountsByItsLeadingNumber) {
@@ -273,7 +273,7 @@ TEST_P(EditingRotateDialog, APartOfADegreeIsRoundedToTheNearestTiesToEven) {
   }
 }
 
-TEST_P(EditingRotateDialog, AComplementBeyond32BitsAtOKKeepsTheDialogOpenAndTheAngleStored) {
+TEST_P(EditingRotateDialog, AComplementBeyond32BitsAtOKKeepsTheDialogOpen) {
   set(90, ipDirectionRight);
   frmRotate dialog;
   plan([this](Dialog& user) {
@@ -294,7 +294,7 @@ TEST_P(EditingRotateDialog, AComplementBeyond32BitsAtOKKeepsTheDialogOpenAndTheA
   EXPECT_THAT(user().boxes()[1].text, testing::HasSubstr("Procedure: cmdAction_Click\r\n"));
 }
 
-TEST_P(EditingRotateDialog, UnloadsOnlyWhereItIsSafe) {
+TEST_P(EditingRotateDialog, UnloadsOnlyIfItIsSafe) {
   for (const bool isSafe : {false, true}) {
     frmRotate dialog;
     dialog.SafeToUnload = isSafe;
@@ -323,13 +323,13 @@ TEST_P(EditingRotateDialog, CancelReturns0AndLeavesOptionsAndPicture) {
   EXPECT_FALSE(editor().Changed());
 }
 
-TEST_P(EditingRotateDialog, TheCloseBoxIsARefusal) {
+TEST_P(EditingRotateDialog, TheCloseBoxCancels) {
   set(90, ipDirectionRight);
   EXPECT_EQ(show([](Dialog& dialog) { dynamic_cast<headless::Form&>(dialog.form()).pressCloseBox(); }), 0);
   EXPECT_FALSE(editor().Changed());
 }
 
-TEST_P(EditingRotateDialog, TurnsTheSelectionIfThereIsOne) {
+TEST_P(EditingRotateDialog, RotatesTheSelectionIfThereIsOne) {
   set(90, ipDirectionRight);
   options().MaterialBackColor(-1);
   editor().SetSelection(5, 6, 10, 8);
@@ -340,7 +340,7 @@ TEST_P(EditingRotateDialog, TurnsTheSelectionIfThereIsOne) {
   EXPECT_FALSE(view().SelectionVisible());
 }
 
-TEST_P(EditingRotateDialog, LeavesItsFieldsReadableAfterItHid) {
+TEST_P(EditingRotateDialog, KeepsItsFieldsReadableAfterHiding) {
   set(90, ipDirectionLeft);
   frmRotate dialog;
   EXPECT_FALSE(dialog.Success);
@@ -352,7 +352,7 @@ TEST_P(EditingRotateDialog, LeavesItsFieldsReadableAfterItHid) {
   EXPECT_EQ(dialog.ResultData, "270");
 }
 
-TEST_P(EditingRotateDialog, ReportsNothingWhenItIsCancelledOrClosed) {
+TEST_P(EditingRotateDialog, ReportsNothingWhenItIsCanceledOrClosed) {
   set(90, ipDirectionLeft);
   for (const bool byCloseBox : {false, true}) {
     frmRotate dialog;
@@ -364,7 +364,7 @@ TEST_P(EditingRotateDialog, ReportsNothingWhenItIsCancelledOrClosed) {
 
 // -- Preview ----------------------------------------------------------------------------------------------
 
-TEST_P(EditingRotateDialog, ComputesTheFirstPreviewWhenTheWindowHasAppeared) {
+TEST_P(EditingRotateDialog, ComputesTheFirstPreviewOnceTheWindowIsShown) {
   set(90, ipDirectionRight);
   show([this](Dialog& dialog) {
     EXPECT_TRUE(same(dialog.after(), rotated(dialog.before(), 90)));
@@ -374,7 +374,7 @@ TEST_P(EditingRotateDialog, ComputesTheFirstPreviewWhenTheWindowHasAppeared) {
   });
 }
 
-TEST_P(EditingRotateDialog, RunsTheBodyOfItsActivationOnce) {
+TEST_P(EditingRotateDialog, HandlesItsActivationOnce) {
   show([this](Dialog& dialog) {
     platform().FormUtility().forgetPointers();
     platform().Screen().MousePointer(kBusyHourglass);
@@ -414,7 +414,7 @@ TEST_P(EditingRotateDialog, ShowsTheArrowWithHourglassDuringEachPreview) {
   });
 }
 
-TEST_P(EditingRotateDialog, WithoutASelectionOpensOnTheStockPictureAndCanTakeTheUsers) {
+TEST_P(EditingRotateDialog, WithoutASelectionShowsTheStockPictureOrTheUsers) {
   set(90, ipDirectionRight);
   show([this](Dialog& dialog) {
     EXPECT_EQ(dialog.useOriginal().Value(), 0);
@@ -454,7 +454,7 @@ TEST_P(EditingRotateDialog, LinksTheScrollingOfItsPanes) {
   });
 }
 
-TEST_P(EditingRotateDialog, AnAngleBeyond32BitsIsReportedAndTheDialogGoesOn) {
+TEST_P(EditingRotateDialog, AnAngleBeyond32BitsIsReportedAndTheDialogStays) {
   set(90, ipDirectionLeft);
   show([this](Dialog& dialog) {
     dialog.degree(3).Value(true);
@@ -467,7 +467,7 @@ TEST_P(EditingRotateDialog, AnAngleBeyond32BitsIsReportedAndTheDialogGoesOn) {
   EXPECT_EQ(user().boxes()[0].title, "Application Error");
 }
 
-TEST_P(EditingRotateDialog, AComplementBeyond32BitsIsReportedBeforeThePreviewIsReset) {
+TEST_P(EditingRotateDialog, AComplementBeyond32BitsIsReportedBeforeTheReset) {
   set(90, ipDirectionLeft);
   show([this](Dialog& dialog) {
     dialog.text().Text("90");
@@ -475,7 +475,7 @@ TEST_P(EditingRotateDialog, AComplementBeyond32BitsIsReportedBeforeThePreviewIsR
     user().answers(kAnswerOK);
     dialog.text().Text("-2147483648");  // 360 less that
     EXPECT_THAT(platform().FormUtility().pointers(), IsEmpty());
-    EXPECT_TRUE(same(dialog.after(), rotated(dialog.before(), 270))) << "the preview of before";
+    EXPECT_TRUE(same(dialog.after(), rotated(dialog.before(), 270))) << "the previous preview";
     dialog.cancel();
   });
   ASSERT_EQ(user().boxes().size(), 1u);

@@ -16,7 +16,7 @@ class EditingSelection : public EditingTest {
 
 // -- The tests for a selection ----------------------------------------------------------------------------
 
-TEST_P(EditingSelection, IsValidWhenShownAndNeitherSizeIs0) {
+TEST_P(EditingSelection, IsValidWhenShownWithNonzeroSizes) {
   EXPECT_FALSE(modImgX::ValidSelection(nullptr));
   EXPECT_FALSE(modImgX::ValidSelection(&view()));
   view().SetSelectionRect(1, 2, 3, 4);
@@ -33,7 +33,7 @@ TEST_P(EditingSelection, IsValidWhenShownAndNeitherSizeIs0) {
   EXPECT_TRUE(modImgX::ValidSelection(&view())) << "negative sizes pass";
 }
 
-TEST_P(EditingSelection, ThePictureRegionReachesOnePixelBehindTheLastColumnAndRow) {
+TEST_P(EditingSelection, ThePictureRegionReachesOnePixelBeyondThePicture) {
   const auto inside = [this](std::int32_t x, std::int32_t y) {
     const Point at = position(x, y);
     return modImgX::InImageRegion(view(), at.X, at.Y);
@@ -48,7 +48,7 @@ TEST_P(EditingSelection, ThePictureRegionReachesOnePixelBehindTheLastColumnAndRo
   EXPECT_FALSE(inside(0, 0)) << "no picture";
 }
 
-TEST_P(EditingSelection, APointIsInTheSelectionUpToAndWithTheFarEdges) {
+TEST_P(EditingSelection, APointIsInTheSelectionIncludingTheFarEdges) {
   editor().SetSelection(5, 6, 10, 8);
   const auto inside = [this](std::int32_t x, std::int32_t y) {
     const Point at = position(x, y);
@@ -62,7 +62,7 @@ TEST_P(EditingSelection, APointIsInTheSelectionUpToAndWithTheFarEdges) {
   EXPECT_FALSE(inside(15, 15));
 }
 
-TEST_P(EditingSelection, WithPixelsTheOriginIsTestedWhateverThePoint) {
+TEST_P(EditingSelection, WithPixelsTheOriginIsTestedForAnyPoint) {
   editor().SetSelection(5, 6, 10, 8);
   EXPECT_FALSE(modImgX::InImageSelection(view(), 8, 8, true));
   editor().SetSelection(0, 0, 10, 8);
@@ -76,7 +76,7 @@ TEST_P(EditingSelection, SetSelectionPlacesAndShowsTheRectangle) {
   EXPECT_THAT(calls(), ElementsAre("SetSelectionRect(1, 2, 3, 4)", "SelectionVisible=True"));
 }
 
-TEST_P(EditingSelection, SetSelectionWithAnotherToolSwitchesFirstAndTheSwitchClearsTheOldRectangle) {
+TEST_P(EditingSelection, SetSelectionWithAnotherToolSwitchesToolsFirst) {
   editor().Tool(ipToolLine);
   view().SetSelectionRect(9, 9, 9, 9);
   log().clear();
@@ -98,7 +98,7 @@ TEST_P(EditingSelection, SelectAllTakesTheWholePictureWithTheSelectionTool) {
   EXPECT_TRUE(view().SelectionVisible());
 }
 
-TEST_P(EditingSelection, SelectNoneWritesHeightWidthAndVisibleInThisOrder) {
+TEST_P(EditingSelection, SelectNoneWritesHeightThenWidthThenVisible) {
   editor().SetSelection(1, 2, 3, 4);
   log().clear();
   click("btnSelectionNone");
@@ -140,7 +140,7 @@ TEST_P(EditingSelection, ASectionIsACopyOfTheSelectedPixelsWithTheirAlpha) {
   EXPECT_TRUE(same(shown(), picture)) << "the source is untouched";
 }
 
-TEST_P(EditingSelection, ASectionGoesBackToItsCornerWhateverItsNewSizeAndTheRectangleDisappears) {
+TEST_P(EditingSelection, ASectionOfAnySizeIsDrawnBackAtItsCorner) {
   editor().SetSelection(5, 6, 4, 3);
   const auto section = platform().CreateImgX();
   const Colour red(0x0000FF);
@@ -150,8 +150,8 @@ TEST_P(EditingSelection, ASectionGoesBackToItsCornerWhateverItsNewSizeAndTheRect
   EXPECT_THAT(calls(),
               ElementsAre("view.Draw.ImageWithAlpha(8x2 picture, 5, 6, \"\")", "SelectionVisible=False"));
   EXPECT_EQ(at(5, 6), kRed);
-  EXPECT_EQ(at(12, 7), kRed) << "spills over";
-  EXPECT_EQ(at(5, 8), pixelOf(5, 8)) << "the old pixels show";
+  EXPECT_EQ(at(12, 7), kRed) << "drawn beyond the selection";
+  EXPECT_EQ(at(5, 8), pixelOf(5, 8)) << "unchanged pixels";
   EXPECT_EQ(at(13, 6), pixelOf(13, 6));
 }
 
@@ -170,7 +170,7 @@ TEST_P(EditingSelection, CopyWithASelectionCopiesItThroughTheScratchPicture) {
   EXPECT_FALSE(editor().Changed());
 }
 
-TEST_P(EditingSelection, CopyWithoutUseSelectionCopiesTheWholePictureThoughASelectionIsShown) {
+TEST_P(EditingSelection, CopyWithoutUseSelectionIgnoresTheSelection) {
   editor().SetSelection(5, 6, 10, 8);
   log().clear();
   editor().Copy(false);
@@ -185,7 +185,7 @@ TEST_P(EditingSelection, CopyWithAnEmptySelectionCopiesTheWholePicture) {
   EXPECT_THAT(engineCalls(), ElementsAre("view.Writer.ToClipboard()"));
 }
 
-TEST_P(EditingSelection, TheCopyCommandUsesTheSelectionWithTheSelectionToolAlone) {
+TEST_P(EditingSelection, TheCopyCommandUsesTheSelectionOnlyWithItsTool) {
   editor().SetSelection(5, 6, 10, 8);
   editor().Tool(ipToolPan);
   view().SetSelectionRect(5, 6, 10, 8);
@@ -206,7 +206,7 @@ TEST_P(EditingSelection, ACallOfCopyUsesTheSelectionWithAnyTool) {
                           "scratch.Writer.ToClipboard()"));
 }
 
-TEST_P(EditingSelection, ABackwardsSelectionReachesTheEngineAsItStands) {
+TEST_P(EditingSelection, ABackwardsSelectionReachesTheEngineUnchanged) {
   dragSelection({15, 14}, {5, 6});
   EXPECT_EQ(view().SelectionWidth(), -10);
   EXPECT_EQ(view().SelectionHeight(), -8);
@@ -250,7 +250,7 @@ TEST_P(EditingSelection, CutWithoutASelectionFillsFromTheOriginToTheViewsOwnSize
   EXPECT_EQ(at(end.X, 19), pixelOf(end.X, 19)) << "need not match the picture's size";
 }
 
-TEST_P(EditingSelection, TheCutCommandUsesTheSelectionWithTheSelectionToolAlone) {
+TEST_P(EditingSelection, TheCutCommandUsesTheSelectionOnlyWithItsTool) {
   editor().Tool(ipToolPan);
   view().SetSelectionRect(5, 6, 10, 8);
   view().SelectionVisible(true);
@@ -270,7 +270,7 @@ TEST_P(EditingSelection, CutWithFalseFillsFromTheOriginAndKeepsTheSelection) {
   EXPECT_TRUE(modImgX::ValidSelection(&view()));
 }
 
-TEST_P(EditingSelection, ABackwardsSelectionIsCutWhereItsPixelsWere) {
+TEST_P(EditingSelection, ABackwardsSelectionIsCutAtItsPixels) {
   editor().BackColor(0x0000FF);
   editor().SetSelection(15, 14, -10, -8);
   log().clear();
@@ -283,7 +283,7 @@ TEST_P(EditingSelection, ABackwardsSelectionIsCutWhereItsPixelsWere) {
   EXPECT_EQ(at(15, 14), pixelOf(15, 14));
 }
 
-TEST_P(EditingSelection, CutFillsInTheForeColorWithoutABackColorAndTheFillModeStays6) {
+TEST_P(EditingSelection, CutFillsInTheForeColorWithoutABackColor) {
   editor().ForeColor(0x0000FF);
   editor().BackColor(-1);
   ASSERT_EQ(view().Draw().FillMode(), -1);
@@ -292,13 +292,13 @@ TEST_P(EditingSelection, CutFillsInTheForeColorWithoutABackColorAndTheFillModeSt
   EXPECT_EQ(at(7, 8), kRed);
   EXPECT_EQ(view().Draw().FillMode(), 6);
   editor().BackColor(-1);
-  EXPECT_EQ(view().Draw().FillMode(), 6) << "the present colour is no change";
+  EXPECT_EQ(view().Draw().FillMode(), 6) << "the current color is no change";
   editor().BackColor(1);
   editor().BackColor(-1);
   EXPECT_EQ(view().Draw().FillMode(), -1);
 }
 
-TEST_P(EditingSelection, CutOfASelectionBesideThePictureIsReportedAndCutsNothing) {
+TEST_P(EditingSelection, CutOfASelectionOutsideThePictureIsReported) {
   editor().SetSelection(100, 6, 10, 8);
   expectReport();
   editor().Cut(true);

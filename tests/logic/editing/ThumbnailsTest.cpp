@@ -45,7 +45,7 @@ TEST_P(EditingThumbnails, TheWidthIsTheIntegerPartOfWidthOver100TimesSize) {
   EXPECT_THAT(calls(), Contains("scratch.Effects.Resize(65, 0, 13, \"\")")) << "65.67";
 }
 
-TEST_P(EditingThumbnails, TheWidthInPixelsKeepsTheProportion) {
+TEST_P(EditingThumbnails, TheWidthInPixelsKeepsTheAspectRatio) {
   ThumbnailSizeTypeEnum type = tstWidthInPixels;
   const PicturePtr thumbnail = editor().GetThumbnailEx(type, 100);
   EXPECT_EQ(thumbnail->Width(), 100);
@@ -80,7 +80,7 @@ TEST_P(EditingThumbnails, EachArgumentOfMinusOneTakesItsOption) {
   EXPECT_THAT(calls(), Contains("scratch.Alpha.Flatten(#65280/255, \"\")"));
 }
 
-TEST_P(EditingThumbnails, APercentageThatGivesWidth0GoesToTheEngineAsItStands) {
+TEST_P(EditingThumbnails, APercentageThatGivesWidth0GoesToTheEngine) {
   open(50, 40);
   EXPECT_THROW(editor().GetThumbnail(1), RuntimeError);
   EXPECT_THAT(calls(), Contains("scratch.Effects.Resize(0, 0, 13, \"\")"));
@@ -104,7 +104,7 @@ TEST_P(EditingThumbnails, WithoutAPictureTheEnginesErrorGoesToTheCaller) {
 
 // -- Saving -----------------------------------------------------------------------------------------------
 
-TEST_P(EditingThumbnails, SavingTellsWhetherItIsNewAndClearsTheStatus) {
+TEST_P(EditingThumbnails, SavingShowsWhetherItIsNewAndClearsTheStatus) {
   std::vector<std::string> texts;
   when(suite().CommandUpdated, [&](docking::CommandModel& changed) {
     if (changed.Name() == "pnlStatus") texts.push_back(panel("pnlStatus"));
@@ -145,7 +145,7 @@ TEST_P(EditingThumbnails, SavingAddsTheShadowByTheOption) {
   EXPECT_THAT(calls(), testing::Not(Contains(HasSubstr("DropShadow"))));
 }
 
-TEST_P(EditingThumbnails, SavingTakesTheSizeOfTheOptionsAsAPercentageWhateverTheirSizeType) {
+TEST_P(EditingThumbnails, SavingTakesTheSizeOfTheOptionsAsAPercentage) {
   options().ThumbnailSize(25);
   options().ThumbnailSizeType(tstWidthInPixels);
   EXPECT_TRUE(editor().SaveImageThumbnail(path("b_thumb.png")));
@@ -153,7 +153,7 @@ TEST_P(EditingThumbnails, SavingTakesTheSizeOfTheOptionsAsAPercentageWhateverThe
 }
 
 TEST_P(EditingThumbnails, SavingWithoutANameWritesThumbWithAPoint) {
-  // A relative name: the file goes into the scratch folder.
+  // A relative name is written into the scratch folder.
   const auto folder = std::filesystem::current_path();
   std::filesystem::current_path(platform().files().host(platform().files().scratch()));
   editor().SaveImageThumbnail("");
@@ -163,14 +163,14 @@ TEST_P(EditingThumbnails, SavingWithoutANameWritesThumbWithAPoint) {
   EXPECT_EQ(panel("pnlStatus"), "");
 }
 
-TEST_P(EditingThumbnails, AFileThatCanNotBeWrittenGivesFalseAndClearsTheStatus) {
+TEST_P(EditingThumbnails, AFileThatCannotBeWrittenGivesFalse) {
   const std::string file = path("nowhere") + platform().files().separator() + "b_thumb.png";
   EXPECT_FALSE(editor().SaveImageThumbnail(file));
   EXPECT_EQ(panel("pnlStatus"), "");
   EXPECT_FALSE(exists(file));
 }
 
-TEST_P(EditingThumbnails, AThumbnailThatCanNotBeMadeClearsTheStatusAndGoesToTheCaller) {
+TEST_P(EditingThumbnails, AThumbnailThatCannotBeMadeRaisesAndClearsTheStatus) {
   options().ThumbnailSize(0);
   EXPECT_THROW(editor().SaveImageThumbnail(path("b_thumb.png")), RuntimeError);
   EXPECT_EQ(panel("pnlStatus"), "");

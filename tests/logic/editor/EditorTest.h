@@ -20,10 +20,10 @@ namespace kestrel {
 
 using headless::PathStyle;
 
-/// An editor in a container on the headless platform, once for each way of writing paths.
+/// An editor in a container on the headless platform, once for each path separator.
 ///
-/// An error report, a box or a dialog that the test did not announce fails the test; so does what it
-/// announced and did not come.
+/// A report, box or dialog that the test did not announce fails the test, and so does an announced one that
+/// is missing.
 class EditorTest : public testing::TestWithParam<PathStyle> {
  protected:
   void SetUp() override {
@@ -40,7 +40,7 @@ class EditorTest : public testing::TestWithParam<PathStyle> {
     editor_.reset();
     site_.reset();
     modProcessing::Detach();
-    EXPECT_EQ(platform_->user().left(), "") << "what the user still waits for";
+    EXPECT_EQ(platform_->user().left(), "") << "still expected by the user";
     platform_.reset();
     std::filesystem::remove_all(scratch_);
   }
@@ -96,9 +96,9 @@ class EditorTest : public testing::TestWithParam<PathStyle> {
 
   Command& command(const std::string& key) { return suite().Commands()(key); }
   std::string panel(const std::string& name) { return suite().StatusPanel(name).Caption(); }
-  /// A click that must come through.
+  /// A click that must be accepted.
   void click(const std::string& key) { EXPECT_TRUE(suite().click(key)) << key << " can't be clicked"; }
-  /// What the dispatcher does with a command however it is reached.
+  /// Dispatches a command without a click.
   void dispatch(const std::string& key) { suite().CommandClick(command(key)); }
 
   std::string path(const std::string& name) {
@@ -156,7 +156,7 @@ class EditorTest : public testing::TestWithParam<PathStyle> {
   headless::Moorage* suite_ = nullptr;
 };
 
-/// A host's sink that notes its calls in the log and does what a test sets.
+/// A host's sink that records its calls in the log and runs a hook of the test.
 class RecordingSink final : public IImageEvents {
  public:
   explicit RecordingSink(Log& log) : log_(log) {}
@@ -184,7 +184,7 @@ inline std::string nameOfPathStyle(const testing::TestParamInfo<PathStyle>& info
 
 }  // namespace kestrel
 
-/// Runs the tests of a fixture, which derives from EditorTest, with both ways of writing paths.
+/// Runs the tests of a fixture, which derives from EditorTest, with both path separators.
 #define KESTREL_WITH_BOTH_PATHS(Fixture)                                                                \
   INSTANTIATE_TEST_SUITE_P(Paths, Fixture,                                                              \
                            testing::Values(kestrel::PathStyle::kSlash, kestrel::PathStyle::kBackslash), \

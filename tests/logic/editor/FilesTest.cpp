@@ -14,7 +14,7 @@ using testing::IsEmpty;
 using testing::SizeIs;
 using testing::StartsWith;
 
-/// A file of 1 kB whose head says that it holds a picture of that size.
+/// A file of 1 kB whose header claims a picture of this size.
 std::string bitmapThatClaims(std::int32_t width, std::int32_t height) {
   std::string file(1024, '\0');
   const auto put = [&](std::size_t at, std::int32_t value) {
@@ -33,7 +33,7 @@ std::string bitmapThatClaims(std::int32_t width, std::int32_t height) {
 
 class EditorFiles : public EditorTest {
  protected:
-  /// Notes the notifications of the host, event first, then sink.
+  /// Records the notifications of events and sink.
   void listen() {
     sink_ = std::make_shared<RecordingSink>(log());
     editor().EventSink(sink_);
@@ -56,7 +56,7 @@ class EditorFiles : public EditorTest {
     for (std::int32_t i = 1; i <= items.Count(); ++i) names.push_back(items.Item(i).Text);
     return names;
   }
-  /// What the engine says of a file that it can't read.
+  /// The engine's error text for a file that it can't read.
   std::string sentenceAbout(const std::string& file) {
     try {
       platform().CreateImgX()->Document().FromFile(file);
@@ -77,7 +77,7 @@ class EditorFiles : public EditorTest {
 
 // -- Opening ----------------------------------------------------------------------------------------------
 
-TEST_P(EditorFiles, AnOpenedFileIsShownAtActualSizeNamedRememberedAndTold) {
+TEST_P(EditorFiles, AnOpenedFileIsShownAtActualSizeAndNotified) {
   start();
   listen();
   const std::string file = makePicture("a.png", 2);
@@ -97,7 +97,7 @@ TEST_P(EditorFiles, AnOpenedFileIsShownAtActualSizeNamedRememberedAndTold) {
   EXPECT_FALSE(view().Modified());
 }
 
-TEST_P(EditorFiles, TheHostIsToldOfAnOpenWhenNameAndRecentFilesAreUpToDate) {
+TEST_P(EditorFiles, TheHostIsNotifiedOfAnOpenAfterNameAndRecentFiles) {
   start();
   const std::string file = makePicture("a.png", 2);
   std::string seen;
@@ -119,14 +119,14 @@ TEST_P(EditorFiles, OpeningIsABusyPhaseWithAStatus) {
   EXPECT_THAT(platform().FormUtility().pointers(), ElementsAre(11, 0));
 }
 
-TEST_P(EditorFiles, ANamedFileAsksNobody) {
+TEST_P(EditorFiles, ANamedFileRaisesNoRequest) {
   start();
   listen();
   editor().OpenImage(makePicture("a.png", 2));
   for (const std::string& entry : log().entries()) EXPECT_THAT(entry, testing::Not(HasSubstr("Request")));
 }
 
-TEST_P(EditorFiles, TheEventIsAskedForANameFirstAndTheSinkSeesWhatItLeft) {
+TEST_P(EditorFiles, TheEventIsRaisedBeforeTheSinkWithTheSameName) {
   start();
   listen();
   const std::string file = makePicture("a.png", 2);
@@ -139,7 +139,7 @@ TEST_P(EditorFiles, TheEventIsAskedForANameFirstAndTheSinkSeesWhatItLeft) {
   EXPECT_EQ(editor().Filename(), other) << "the sink overwrote it";
 }
 
-TEST_P(EditorFiles, CancelDefaultWithoutANameOpensNoDialogAndChangesNothing) {
+TEST_P(EditorFiles, CancelDefaultWithoutANameOpensNoDialog) {
   const std::string file = startWithPicture();
   listen();
   onEvent = [](std::string&, bool& cancel) { cancel = true; };
@@ -149,7 +149,7 @@ TEST_P(EditorFiles, CancelDefaultWithoutANameOpensNoDialogAndChangesNothing) {
   EXPECT_THAT(platform().FormUtility().pointers(), IsEmpty()) << "the status is not touched";
 }
 
-TEST_P(EditorFiles, TheSinkCanTakeTheCancelBack) {
+TEST_P(EditorFiles, TheSinkCanResetTheCancel) {
   start();
   listen();
   onEvent = [](std::string&, bool& cancel) { cancel = true; };
@@ -158,7 +158,7 @@ TEST_P(EditorFiles, TheSinkCanTakeTheCancelBack) {
   EXPECT_FALSE(editor().OpenImage());
 }
 
-TEST_P(EditorFiles, WithoutAHostTheDialogAsksWithTheOpenFilterAndItsFlags) {
+TEST_P(EditorFiles, WithoutAHostTheDialogHasTheOpenFilterAndFlags) {
   start();
   const std::string file = makePicture("a.png", 2);
   user().chooses(file, [&](headless::FileDialog& dialog) {
@@ -180,7 +180,7 @@ TEST_P(EditorFiles, WithoutAHostTheDialogAsksWithTheOpenFilterAndItsFlags) {
   EXPECT_EQ(editor().Filename(), file);
 }
 
-TEST_P(EditorFiles, ACancelledDialogLeavesAllAsItWas) {
+TEST_P(EditorFiles, ACanceledDialogChangesNothing) {
   const std::string file = startWithPicture();
   user().cancelsFileDialog();
   EXPECT_FALSE(editor().OpenImage());
@@ -189,7 +189,7 @@ TEST_P(EditorFiles, ACancelledDialogLeavesAllAsItWas) {
   EXPECT_THAT(platform().FormUtility().pointers(), IsEmpty());
 }
 
-TEST_P(EditorFiles, AFileThatCanNotBeReadIsToldAndLeavesThePictureItsNameUndoSelectionAndRecentFiles) {
+TEST_P(EditorFiles, AFileThatCannotBeReadShowsABoxAndChangesNothing) {
   const std::string open = startWithPicture();
   change();
   view().SetSelectionRect(1, 2, 3, 4);
@@ -222,7 +222,7 @@ TEST_P(EditorFiles, AFileThatCanNotBeReadIsToldAndLeavesThePictureItsNameUndoSel
   EXPECT_EQ(panel("pnlStatus"), "");
 }
 
-TEST_P(EditorFiles, ATiffNameCountsAsABitmapWhileThePictureKeepsItsFormat) {
+TEST_P(EditorFiles, ATiffNameCountsAsABitmapForTheEditorOnly) {
   start();
   EXPECT_TRUE(editor().OpenImage(makePicture("a.tiff", 3)));
   EXPECT_EQ(editor().Format(), 6);
@@ -231,7 +231,7 @@ TEST_P(EditorFiles, ATiffNameCountsAsABitmapWhileThePictureKeepsItsFormat) {
 
 // -- Saving -----------------------------------------------------------------------------------------------
 
-TEST_P(EditorFiles, SavingWritesTheFileUnderItsNameAndTellsEventThenSink) {
+TEST_P(EditorFiles, SavingWritesTheFileAndNotifiesEventThenSink) {
   const std::string file = startWithPicture();
   listen();
   change();
@@ -254,7 +254,7 @@ TEST_P(EditorFiles, TheStatusSaysThatTheImageIsBeingSaved) {
   EXPECT_EQ(during, "Saving image...");
 }
 
-TEST_P(EditorFiles, SaveAsKeepsTheFormatOfThePictureWhateverTheNewNameSays) {
+TEST_P(EditorFiles, SaveAsKeepsTheFormatOfThePicture) {
   startWithPicture("photo.jpg", 1);
   const std::string file = path("copy.png");
   EXPECT_TRUE(editor().SaveImageAs(file));
@@ -272,7 +272,7 @@ TEST_P(EditorFiles, TheJpegQualityComesFromTheOptionsAtEachSave) {
   EXPECT_EQ(view().JPEGQuality(), 31);
 }
 
-TEST_P(EditorFiles, AnUnnamedImageWithoutAHostOpensTheSaveDialogWithAnEmptyName) {
+TEST_P(EditorFiles, AnUnnamedImageOpensTheSaveDialogWithAnEmptyName) {
   start();
   editor().Picture(platform().CreateCanvas(12, 8)->Picture());
   user().chooses(path("new.png"), [&](headless::FileDialog& dialog) {
@@ -304,7 +304,7 @@ TEST_P(EditorFiles, TheSaveDialogOffersTheOpenName) {
   EXPECT_EQ(editor().Filename(), file);
 }
 
-TEST_P(EditorFiles, ThePictureOfNoFormatIsAskedAboutAlthoughANameIsGivenAndSavedByItsName) {
+TEST_P(EditorFiles, APictureWithoutAFormatIsSavedByTheRequestedName) {
   start();
   editor().Picture(platform().CreateCanvas(12, 8)->Picture());
   listen();
@@ -316,7 +316,7 @@ TEST_P(EditorFiles, ThePictureOfNoFormatIsAskedAboutAlthoughANameIsGivenAndSaved
   EXPECT_THAT(contents(path("named.png")), StartsWith("\x89PNG"));
 }
 
-TEST_P(EditorFiles, APictureOfAFormatThatCanNotBeSavedIsAskedAboutWithItsNameAndWrittenInThatFormat) {
+TEST_P(EditorFiles, APictureOfAReadOnlyFormatKeepsThatFormat) {
   const std::string file = startWithPicture();
   listen();
   view().reportFormat(13);
@@ -327,7 +327,7 @@ TEST_P(EditorFiles, APictureOfAFormatThatCanNotBeSavedIsAskedAboutWithItsNameAnd
   EXPECT_THAT(log().entries(), testing::Contains("ToFile " + file + " 13 0 True"));
 }
 
-TEST_P(EditorFiles, TheHostMayRenameWhatIsSaved) {
+TEST_P(EditorFiles, TheHostMayChangeTheNameOfASave) {
   startWithPicture();
   listen();
   onEvent = [&](std::string& name, bool&) { name = path("from event.png"); };
@@ -347,7 +347,7 @@ TEST_P(EditorFiles, CancelDefaultWithoutANameSavesNothingAndOpensNoDialog) {
   EXPECT_THAT(platform().FormUtility().pointers(), IsEmpty());
 }
 
-TEST_P(EditorFiles, ASaveThatFailsIsToldAndLeavesNameFormatAndTheMarkOfChange) {
+TEST_P(EditorFiles, ASaveThatFailsKeepsNameFormatAndModified) {
   const std::string file = startWithPicture();
   change();
   const std::string target = path("no such folder") + platform().files().separator() + "x.png";
@@ -366,7 +366,7 @@ TEST_P(EditorFiles, ASaveThatFailsIsToldAndLeavesNameFormatAndTheMarkOfChange) {
   EXPECT_EQ(panel("pnlStatus"), "");
 }
 
-TEST_P(EditorFiles, ASaveThatFailsLeavesTheOldFileWhole) {
+TEST_P(EditorFiles, ASaveThatFailsKeepsTheOldFile) {
   const std::string file = startWithPicture();
   std::filesystem::create_directory(platform().files().host(path("folder.png")));
   const std::string before = contents(file);
@@ -384,9 +384,9 @@ TEST_P(EditorFiles, SavingWithoutAPictureIsReportedAndSavesNothing) {
   EXPECT_FALSE(exists(path("nothing.png")));
 }
 
-// -- Thumbnails beside the image --------------------------------------------------------------------------
+// -- Thumbnails next to the image -----------------------------------------------------------------------
 
-TEST_P(EditorFiles, TheSaveDialogCarriesTheThumbnailBoxBelowTheFileTypeRow) {
+TEST_P(EditorFiles, TheSaveDialogHasTheThumbnailBoxBelowTheFileType) {
   startWithPicture();
   user().cancelsFileDialog([&](headless::FileDialog& dialog) {
     auto* box = dynamic_cast<CheckBox*>(dialog.guest());
@@ -402,7 +402,7 @@ TEST_P(EditorFiles, TheSaveDialogCarriesTheThumbnailBoxBelowTheFileTypeRow) {
   EXPECT_FALSE(editor().SaveImageAs());
 }
 
-TEST_P(EditorFiles, ATickedBoxWritesAThumbnailBesideTheImage) {
+TEST_P(EditorFiles, ACheckedBoxWritesAThumbnailNextToTheImage) {
   startWithPicture();
   user().chooses(path("big.png"));
   EXPECT_TRUE(editor().SaveImageAs());
@@ -411,7 +411,7 @@ TEST_P(EditorFiles, ATickedBoxWritesAThumbnailBesideTheImage) {
   EXPECT_LT(thumbnail->Image()->Width(), 40);
 }
 
-TEST_P(EditorFiles, WithoutAutoCheckTheBoxStartsUntickedAndNoThumbnailIsWritten) {
+TEST_P(EditorFiles, WithoutAutoCheckTheBoxIsUncheckedAndWritesNothing) {
   options().ThumbnailAutoCheck(false);
   startWithPicture();
   user().chooses(path("big.png"), [](headless::FileDialog& dialog) {
@@ -425,7 +425,7 @@ TEST_P(EditorFiles, WithoutAutoCheckTheBoxStartsUntickedAndNoThumbnailIsWritten)
   EXPECT_TRUE(exists(path("other_thumb.png"))) << "the user ticked it";
 }
 
-TEST_P(EditorFiles, AnExistingThumbnailIsRefreshedAtEachSaveWithAutomaticUpdateAndLeftAloneWithout) {
+TEST_P(EditorFiles, AutomaticUpdateRefreshesAnExistingThumbnail) {
   startWithPicture("image.png");
   write(path("image_thumb.png"), "old");
   EXPECT_TRUE(editor().SaveImage());
@@ -435,14 +435,14 @@ TEST_P(EditorFiles, AnExistingThumbnailIsRefreshedAtEachSaveWithAutomaticUpdateA
   EXPECT_NE(contents(path("image_thumb.png")), "old");
 }
 
-TEST_P(EditorFiles, WithAutomaticUpdateNoThumbnailIsMadeWhereThereIsNone) {
+TEST_P(EditorFiles, AutomaticUpdateCreatesNoThumbnail) {
   options().ThumbnailAutomaticUpdate(true);
   startWithPicture("image.png");
   EXPECT_TRUE(editor().SaveImage());
   EXPECT_FALSE(exists(path("image_thumb.png")));
 }
 
-TEST_P(EditorFiles, AThumbnailThatCanNotBeWrittenDoesNotSpoilTheSave) {
+TEST_P(EditorFiles, AThumbnailThatCannotBeWrittenDoesNotFailTheSave) {
   options().ThumbnailAutomaticUpdate(true);
   const std::string file = startWithPicture("image.png");
   std::filesystem::create_directory(platform().files().host(path("image_thumb.png")));
@@ -455,7 +455,7 @@ TEST_P(EditorFiles, AThumbnailThatCanNotBeWrittenDoesNotSpoilTheSave) {
 
 // -- Names from the dialog --------------------------------------------------------------------------------
 
-TEST_P(EditorFiles, ANameWithTwoExtensionsFromTheDialogLosesTheSecondBehindABackslash) {
+TEST_P(EditorFiles, ANameWithTwoExtensionsLosesTheSecondAfterABackslash) {
   startWithPicture();
   user().chooses(path("a.b.png"),
                  [](headless::FileDialog& dialog) { dynamic_cast<CheckBox*>(dialog.guest())->Value(0); });
@@ -467,13 +467,13 @@ TEST_P(EditorFiles, ANameWithTwoExtensionsFromTheDialogLosesTheSecondBehindABack
 
 // -- Unsaved changes --------------------------------------------------------------------------------------
 
-TEST_P(EditorFiles, WithoutAModificationNothingIsAsked) {
+TEST_P(EditorFiles, WithoutAModificationNoQuestionIsAsked) {
   startWithPicture();
   editor().Changed(true);
   EXPECT_TRUE(editor().SaveChanges());
 }
 
-TEST_P(EditorFiles, UnsavedChangesAreAskedAboutInTheseWords) {
+TEST_P(EditorFiles, UnsavedChangesAreAskedAboutInThisText) {
   const std::string file = startWithPicture();
   change();
   user().answers(kAnswerCancel);
@@ -493,7 +493,7 @@ TEST_P(EditorFiles, AnUnnamedImageIsUntitledInTheQuestion) {
   EXPECT_THAT(onlyBox().text, StartsWith("Changes have been made file \"Untitled\"."));
 }
 
-TEST_P(EditorFiles, YesSavesAndIsWhatTheSaveReports) {
+TEST_P(EditorFiles, YesSavesAndReturnsTheResultOfTheSave) {
   const std::string file = startWithPicture();
   change();
   user().answers(kAnswerYes);
@@ -504,7 +504,7 @@ TEST_P(EditorFiles, YesSavesAndIsWhatTheSaveReports) {
   change();
   user().answers(kAnswerYes);
   user().cancelsFileDialog();
-  EXPECT_FALSE(editor().SaveChanges()) << "the save dialog was cancelled";
+  EXPECT_FALSE(editor().SaveChanges()) << "the save dialog was canceled";
 }
 
 KESTREL_WITH_BOTH_PATHS(EditorFiles);

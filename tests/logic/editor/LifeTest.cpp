@@ -11,7 +11,7 @@ class EditorLife : public EditorTest {};
 
 // -- Creation ---------------------------------------------------------------------------------------------
 
-TEST_P(EditorLife, CreationRaises730WhereAChildControlIsMissing) {
+TEST_P(EditorLife, CreationRaises730IfAChildControlIsMissing) {
   const auto empty = platform().createSite("ImageProcessingCtl", true);
   try {
     ImageProcessingCtl editor(*empty);
@@ -64,7 +64,7 @@ TEST_P(EditorLife, AFailingSkinIsIgnoredAtCreation) {
 
 // -- The property stage -----------------------------------------------------------------------------------
 
-TEST_P(EditorLife, ANewControlShowsDrawingToolsRecentFilesAndOpenAndNoClose) {
+TEST_P(EditorLife, ANewControlShowsToolsRecentFilesAndOpenButNoClose) {
   create();
   site().InitProperties();
   EXPECT_TRUE(editor().ShowDrawingTools());
@@ -126,7 +126,7 @@ TEST_P(EditorLife, TheBagIsWrittenWithTheSameNineInTheSameOrder) {
   }
 }
 
-TEST_P(EditorLife, WhatWasWrittenToTheBagIsThereAgainAfterReading) {
+TEST_P(EditorLife, PropertiesRoundTripThroughTheBag) {
   create();
   site().InitProperties();
   editor().ShowMRU(false);
@@ -142,7 +142,7 @@ TEST_P(EditorLife, WhatWasWrittenToTheBagIsThereAgainAfterReading) {
   EXPECT_TRUE(editor().ShowOpen());
 }
 
-TEST_P(EditorLife, OnADesignSurfaceTheSuiteIsHiddenAndTheMenuBarToo) {
+TEST_P(EditorLife, OnADesignSurfaceSuiteAndMenuBarAreHidden) {
   create(false);
   headless::BagOfProperties bag;
   bag.WriteProperty("ShowMenuBar", true, false);
@@ -151,7 +151,7 @@ TEST_P(EditorLife, OnADesignSurfaceTheSuiteIsHiddenAndTheMenuBarToo) {
   EXPECT_FALSE(suite().CommandBars()("Menu Bar").Visible());
 }
 
-TEST_P(EditorLife, AtRunTimeTheSuiteIsVisibleAndTheMenuBarAsWanted) {
+TEST_P(EditorLife, AtRunTimeTheSuiteIsVisibleAndTheMenuBarAsSet) {
   create();
   headless::BagOfProperties bag;
   bag.WriteProperty("ShowMenuBar", true, false);
@@ -174,7 +174,7 @@ TEST_P(EditorLife, OnADesignSurfaceInitializeDoesOnlyZoomActualSize) {
   EXPECT_EQ(editor().Tool(), ipToolNone);
 }
 
-TEST_P(EditorLife, InitializeConfiguresTheViewThenAppliesOptionsAndColours) {
+TEST_P(EditorLife, InitializeConfiguresTheViewThenAppliesOptionsAndColors) {
   create();
   site().InitProperties();
   log().clear();
@@ -189,18 +189,18 @@ TEST_P(EditorLife, InitializeConfiguresTheViewThenAppliesOptionsAndColours) {
       "Visible=True",
       "DoubleBuffer=True",
       "BackgroundImage",
-      "Draw.FillMode=-1",  // the background colour is none
+      "Draw.FillMode=-1",  // the background color is none
       "UndoLevels=10",
-      "SelectionHeight=0",  // the tool is chosen last, which clears the selection
+      "SelectionHeight=0",  // the tool is set last, which clears the selection
       "SelectionWidth=0",
       "SelectionVisible=False",
   };
   EXPECT_THAT(log().entries(), ElementsAreArray(expected));
   EXPECT_EQ(view().Draw().PenSetting(), 1);
-  EXPECT_EQ(view().Draw().Color().Value(), 255) << "the foreground colour, as there is no background";
+  EXPECT_EQ(view().Draw().Color().Value(), 255) << "the foreground color, as there is no background";
 }
 
-TEST_P(EditorLife, InitializeTakesColoursAndUndoLevelsFromTheOptions) {
+TEST_P(EditorLife, InitializeTakesColorsAndUndoLevelsFromTheOptions) {
   options().MaterialBackColor(0x00112233);
   options().MaterialForeColor(0x00445566);
   options().UndoLevels(4);
@@ -222,7 +222,7 @@ TEST_P(EditorLife, InitializePreparesTheFileDialog) {
   EXPECT_EQ(dialog->maxFiles(), 1);
 }
 
-TEST_P(EditorLife, InitializePutsTheToolWindowsIntoTheirDockWindows) {
+TEST_P(EditorLife, InitializePutsToolWindowsIntoTheirDockWindows) {
   start();
   ASSERT_NE(suite().attached("dkwMaterials"), nullptr);
   ASSERT_NE(suite().attached("dkwZoom"), nullptr);
@@ -257,7 +257,7 @@ TEST_P(EditorLife, InitializeEndsWithTheSelectTool) {
   EXPECT_TRUE(command("btnDrawSelect").Checked());
 }
 
-// -- The container's wishes -------------------------------------------------------------------------------
+// -- The container's calls --------------------------------------------------------------------------------
 
 TEST_P(EditorLife, TheSuiteFillsTheControlAndTheViewTheSuitesClientArea) {
   start();
@@ -273,7 +273,7 @@ TEST_P(EditorLife, TheSuiteFillsTheControlAndTheViewTheSuitesClientArea) {
   EXPECT_EQ(view().Height(), suite().ClientArea().Height);
 }
 
-TEST_P(EditorLife, EscapeGivesUpACropThatIsBeingDrawn) {
+TEST_P(EditorLife, EscapeCancelsACropThatIsBeingDrawn) {
   startWithPicture();
   click("btnImageCrop");
   EXPECT_TRUE(command("btnImageCrop").Checked());
@@ -318,7 +318,7 @@ TEST_P(EditorLife, HidingItAfterAnExitTearsItDown) {
   EXPECT_EQ(editor().EventSink(), nullptr);
 }
 
-TEST_P(EditorLife, TerminateReleasesTheSinkAndTheSharedOptionsAndDoesNoHarmTwice) {
+TEST_P(EditorLife, TerminateReleasesSinkAndOptionsAndMayBeRepeated) {
   start();
   const auto sink = std::make_shared<RecordingSink>(log());
   editor().EventSink(sink);
@@ -349,7 +349,7 @@ TEST_P(EditorLife, TheSinkIsNotKeptAlive) {
   EXPECT_EQ(editor().EventSink(), sink);
   sink.reset();
   EXPECT_EQ(editor().EventSink(), nullptr);
-  EXPECT_TRUE(editor().OpenImage(makePicture("a.png", 2))) << "a sink that is gone is passed over";
+  EXPECT_TRUE(editor().OpenImage(makePicture("a.png", 2))) << "an expired sink is skipped";
 }
 
 TEST_P(EditorLife, ASecondEditorWorksAfterTheFirstHasEnded) {

@@ -1,5 +1,5 @@
-// Memory that runs out in the middle of what the user does, at each place where it can. A program of its own,
-// since it replaces what allocates.
+// Memory runs out during a user's action, at each allocation in turn. A separate program, since it replaces
+// the allocator.
 
 #include "EditorTest.h"
 #include "FailingAllocator.h"
@@ -7,7 +7,7 @@
 namespace kestrel {
 namespace {
 
-/// Blocks that are as large as rows of pixels; of smaller ones there is always one left.
+/// Only blocks from this size on fail: pixel memory. Smaller ones always succeed.
 constexpr std::size_t kLarge = 2048;
 
 using testing::SizeIs;
@@ -15,7 +15,7 @@ using testing::StartsWith;
 
 class EditorWithoutMemory : public EditorTest {
  protected:
-  /// An open, changed picture in which no two rows are alike, with a selection and steps both ways.
+  /// An open, changed picture of different rows, with a selection and steps to undo and redo.
   void SetUp() override {
     EditorTest::SetUp();
     start();
@@ -50,8 +50,7 @@ class EditorWithoutMemory : public EditorTest {
            boolean(view().SelectionVisible()) + "|" + std::to_string(view().SelectionWidth());
   }
 
-  /// Runs `work` with no large block, then with one, and so on until it succeeds; `check` looks at what each
-  /// failure left behind.
+  /// Runs `work` with memory for 0, 1, 2... large blocks until it succeeds; `check` runs after each failure.
   template <typename Work, typename Check>
   void everywhere(const Work& work, const Check& check) {
     long blocks = 0;
@@ -68,7 +67,7 @@ class EditorWithoutMemory : public EditorTest {
   }
 };
 
-TEST_P(EditorWithoutMemory, AnOperationTellsItsCallerAndLeavesPictureHistoryAndSelection) {
+TEST_P(EditorWithoutMemory, AnOperationRaisesAndChangesNothing) {
   const std::function<void(ImageProcessingCtl&)> operations[] = {
       [](auto& e) { e.Resize(100, 90, 1); },
       [](auto& e) { e.ResizeCanvas(100, 90, 3, 4, 0); },
@@ -110,7 +109,7 @@ TEST_P(EditorWithoutMemory, AnOperationTellsItsCallerAndLeavesPictureHistoryAndS
   }
 }
 
-TEST_P(EditorWithoutMemory, TheContouredShadowLeavesThePictureWithItsBackground) {
+TEST_P(EditorWithoutMemory, TheContouredShadowKeepsThePicturesBackground) {
   for (const bool onSelection : {false, true}) {
     if (!onSelection) editor().ResetSelection();
     const std::string picture = pixels();
@@ -133,7 +132,7 @@ TEST_P(EditorWithoutMemory, TheContouredShadowLeavesThePictureWithItsBackground)
   }
 }
 
-TEST_P(EditorWithoutMemory, AFileThatCanNotBeOpenedIsToldInTheBoxAndThePictureStays) {
+TEST_P(EditorWithoutMemory, AFileThatCannotBeOpenedShowsABoxAndKeepsThePicture) {
   const std::string file = makePicture("other.png", 2, 90, 70);
   const std::string picture = pixels();
   const std::string steps = history();
@@ -153,7 +152,7 @@ TEST_P(EditorWithoutMemory, AFileThatCanNotBeOpenedIsToldInTheBoxAndThePictureSt
   platform().UserInterface().MessageBox("the answer that was left over", kBoxInformation, "", 0);
 }
 
-TEST_P(EditorWithoutMemory, ASaveThatFailsIsToldInTheBoxAndTheFileStaysWhole) {
+TEST_P(EditorWithoutMemory, ASaveThatFailsShowsABoxAndKeepsTheFile) {
   const std::string file = makePicture("open.bmp", 6, 80, 60);
   ASSERT_TRUE(editor().OpenImage(file));
   change();

@@ -13,7 +13,7 @@
 
 namespace kestrel {
 
-/// What was called or raised, in order, in short words.
+/// Calls and events in order, as short texts.
 class Log {
  public:
   void add(std::string entry) { entries_.push_back(std::move(entry)); }
@@ -26,7 +26,7 @@ class Log {
 
 inline std::string boolean(bool value) { return value ? "True" : "False"; }
 
-/// Passes everything on, and notes which files are read.
+/// Forwards all calls and records the files that are read.
 class RecordingDocument final : public Document {
  public:
   RecordingDocument(Log& log, Document& inner) : log_(log), inner_(inner) {}
@@ -52,7 +52,7 @@ class RecordingDocument final : public Document {
   Document& inner_;
 };
 
-/// Passes everything on, and notes which files are written.
+/// Forwards all calls and records the files that are written.
 class RecordingWriter final : public Writer {
  public:
   RecordingWriter(Log& log, Writer& inner) : log_(log), inner_(inner) {}
@@ -70,7 +70,7 @@ class RecordingWriter final : public Writer {
   Writer& inner_;
 };
 
-/// Passes everything on, notes the calls, and knows the fill mode that was written last.
+/// Forwards and records all calls, and keeps the last fill mode.
 class RecordingDraw final : public Draw {
  public:
   RecordingDraw(Log& log, Draw& inner) : log_(log), inner_(inner) {}
@@ -106,7 +106,7 @@ class RecordingDraw final : public Draw {
   Draw& inner_;
 };
 
-/// Another's image under another format code.
+/// An image with another format code.
 class ImageOfFormat final : public Image {
  public:
   ImageOfFormat(Image& inner, std::int32_t format) : inner_(inner), format_(format) {}
@@ -127,7 +127,7 @@ class ImageOfFormat final : public Image {
   std::int32_t format_;
 };
 
-/// The engine's view, with a note of each property that is written and each file that is read or written.
+/// The engine's view. Records each property written and each file read or written.
 class RecordingView : public headless::ImageView {
  public:
   template <typename... Args>
@@ -216,7 +216,7 @@ class RecordingView : public headless::ImageView {
   Size backgroundSize() const { return background_; }
 
   kestrel::Image* Image() override { return image_ ? image_.get() : ImageView::Image(); }
-  /// From now on the picture says that it came from a file of that format.
+  /// From now on the picture reports this file format.
   void reportFormat(std::int32_t format) {
     image_ = std::make_unique<ImageOfFormat>(*ImageView::Image(), format);
   }

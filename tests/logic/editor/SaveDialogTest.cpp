@@ -1,4 +1,4 @@
-// The check box that the save dialog borrows, and the thumbnail that it decides on.
+// The thumbnail check box in the save dialog.
 
 #include "EditorTest.h"
 #include "imaging/contract/controls/CheckBox.h"
@@ -10,7 +10,7 @@ class EditorSaveDialog : public EditorTest {
  protected:
   static CheckBox* boxIn(headless::FileDialog& dialog) { return dynamic_cast<CheckBox*>(dialog.guest()); }
   static void untick(headless::FileDialog& dialog) { boxIn(dialog)->Value(0); }
-  /// The height of the next save dialog, which is cancelled.
+  /// The height of the next save dialog, which is canceled.
   std::int32_t heightOfDialog() {
     std::int32_t height = 0;
     user().cancelsFileDialog([&](headless::FileDialog& dialog) { height = dialog.size().Height; });
@@ -19,7 +19,7 @@ class EditorSaveDialog : public EditorTest {
   }
 };
 
-TEST_P(EditorSaveDialog, GrowsByTheBoxInPixelsAnd3ToTheNearestIntegerWithTiesToEven) {
+TEST_P(EditorSaveDialog, GrowsByTheBoxAnd3PixelsWithTiesToEven) {
   startWithPicture();
   CheckBox* box = nullptr;
   user().cancelsFileDialog([&](headless::FileDialog& dialog) { box = boxIn(dialog); });
@@ -54,7 +54,7 @@ TEST_P(EditorSaveDialog, SetsTheBoxByTheOptionEachTimeItOpens) {
   EXPECT_THAT(ticks, testing::ElementsAre(1, 0));
 }
 
-TEST_P(EditorSaveDialog, LeavesNoBoxToTheOpenDialogThatFollows) {
+TEST_P(EditorSaveDialog, LeavesNoBoxInALaterOpenDialog) {
   startWithPicture();
   user().cancelsFileDialog();
   editor().SaveImageAs();
@@ -68,7 +68,7 @@ TEST_P(EditorSaveDialog, LeavesNoBoxToTheOpenDialogThatFollows) {
   EXPECT_FALSE(editor().OpenImage());
 }
 
-TEST_P(EditorSaveDialog, DecidesOnAThumbnailForItsOwnSaveAlone) {
+TEST_P(EditorSaveDialog, DecidesOnAThumbnailOnlyForItsOwnSave) {
   startWithPicture();
   user().chooses(path("one.png"));
   ASSERT_TRUE(editor().SaveImageAs());
@@ -77,7 +77,7 @@ TEST_P(EditorSaveDialog, DecidesOnAThumbnailForItsOwnSaveAlone) {
   EXPECT_FALSE(exists(path("two_thumb.png"))) << "the host named this one";
 }
 
-TEST_P(EditorSaveDialog, CancelledDecidesOnNothing) {
+TEST_P(EditorSaveDialog, CanceledDecidesNothing) {
   startWithPicture("open.png");
   user().cancelsFileDialog([](headless::FileDialog& dialog) { EXPECT_EQ(boxIn(dialog)->Value(), 1); });
   EXPECT_FALSE(editor().SaveImageAs());

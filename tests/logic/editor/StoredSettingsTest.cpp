@@ -1,4 +1,4 @@
-// Settings as the key store may hold them, and when an open editor takes them.
+// Values that the key store may hold, and when an open editor applies them.
 
 #include <limits>
 
@@ -13,11 +13,10 @@ class StoredSettings : public EditorTest {
     platform().RegistryStore().SetSetting("UndoLevels", value, kind, "Settings", HKEY_CURRENT_USER);
   }
 
-  /// Starts the editor, opens a picture and changes it; no report may come. Gives the steps that can be
-  /// undone.
+  /// Starts the editor, opens a picture and changes it without a report. Returns the number of undo steps.
   int stepsAfterThreeChanges() {
     startWithPicture();
-    EXPECT_FALSE(view().Modified()) << "the last steps of setting the picture were done";
+    EXPECT_FALSE(view().Modified()) << "the new picture is unmodified";
     EXPECT_FALSE(editor().Changed());
     for (const char* name : {"One", "Two", "Three"}) view().ImgX()->Effects().Flip(0, name);
     int steps = 0;
@@ -26,7 +25,7 @@ class StoredSettings : public EditorTest {
   }
 };
 
-TEST_P(StoredSettings, NegativeUndoLevelsAreNone) {
+TEST_P(StoredSettings, NegativeUndoLevelsCountAsZero) {
   for (const std::int32_t levels : {-1, std::numeric_limits<std::int32_t>::min()}) {
     store(levels, kStoreNumber);
     EXPECT_EQ(stepsAfterThreeChanges(), 0) << levels;
@@ -40,16 +39,16 @@ TEST_P(StoredSettings, TheLargestUndoLevelsKeepAllSteps) {
   EXPECT_EQ(stepsAfterThreeChanges(), 3);
 }
 
-TEST_P(StoredSettings, ATextForTheUndoLevelsIsTheDefault) {
+TEST_P(StoredSettings, ATextForTheUndoLevelsGivesTheDefault) {
   store("many", kStoreString);
   EXPECT_EQ(stepsAfterThreeChanges(), 3);
   EXPECT_EQ(editor().UndoLevels(), 10);
 }
 
-TEST_P(StoredSettings, UndoLevelsReachAnEditorAtItsStartOnly) {
+TEST_P(StoredSettings, UndoLevelsApplyAtTheStartOfAnEditorOnly) {
   startWithPicture();
   options().UndoLevels(3);
-  EXPECT_EQ(options().UndoLevels(), 3) << "seen at once by whoever reads the setting";
+  EXPECT_EQ(options().UndoLevels(), 3) << "the setting itself has changed at once";
   editor().ApplyOptions();
   EXPECT_EQ(editor().UndoLevels(), 10);
   EXPECT_EQ(view().UndoLevels(), 10);

@@ -1,4 +1,4 @@
-// How commands and surface begin, and how they follow the host's properties and the picture.
+// Initial state of commands and surface, and their changes with the host's properties and the picture.
 
 #include "EditorTest.h"
 
@@ -11,7 +11,7 @@ using testing::SizeIs;
 
 class EditorSwitches : public EditorTest {};
 
-TEST_P(EditorSwitches, BeginAlikeOnADesignSurfaceAndAtRunTime) {
+TEST_P(EditorSwitches, StartTheSameOnADesignSurfaceAndAtRunTime) {
   for (const bool userMode : {false, true}) {
     create(userMode);
     EXPECT_FALSE(suite().CommandBars()("Menu Bar").Visible());
@@ -27,7 +27,7 @@ TEST_P(EditorSwitches, BeginAlikeOnADesignSurfaceAndAtRunTime) {
 
 // -- Properties -------------------------------------------------------------------------------------------
 
-TEST_P(EditorSwitches, TellTheContainerOfTheNewValueBeforeTheCommandsFollow) {
+TEST_P(EditorSwitches, NotifyTheContainerBeforeTheCommandsChange) {
   const struct {
     const char* property;
     const char* key;
@@ -76,7 +76,7 @@ TEST_P(EditorSwitches, NeverShowBrowseAndBestFit) {
   }
 }
 
-TEST_P(EditorSwitches, KeepRemovedHotKeysAwayUntilTheStoredLayoutIsReadAgain) {
+TEST_P(EditorSwitches, RestoreRemovedHotKeysOnlyWithTheStoredLayout) {
   start();
   editor().AllowUnmodifiedHotKeys(true);
   EXPECT_EQ(command("btnDrawLine").HotKeys().Count(), 0);
@@ -84,7 +84,7 @@ TEST_P(EditorSwitches, KeepRemovedHotKeysAwayUntilTheStoredLayoutIsReadAgain) {
   EXPECT_EQ(command("btnDrawLine").HotKeys().Count(), 1);
 }
 
-// -- The material colours at the start --------------------------------------------------------------------
+// -- The material colors at the start --------------------------------------------------------------------
 
 TEST_P(EditorSwitches, ABlackBackgroundMaterialFillsFromTheStart) {
   options().MaterialBackColor(0);
@@ -95,7 +95,7 @@ TEST_P(EditorSwitches, ABlackBackgroundMaterialFillsFromTheStart) {
   EXPECT_EQ(view().Draw().Color().Value(), 0);
 }
 
-TEST_P(EditorSwitches, NoBackgroundMaterialDrawsOutlinesFromTheStartInBlackToo) {
+TEST_P(EditorSwitches, NoBackgroundMaterialDrawsBlackOutlinesFromTheStart) {
   options().MaterialBackColor(-1);
   options().MaterialForeColor(0);
   start();
@@ -105,7 +105,7 @@ TEST_P(EditorSwitches, NoBackgroundMaterialDrawsOutlinesFromTheStartInBlackToo) 
 
 // -- The picture ------------------------------------------------------------------------------------------
 
-TEST_P(EditorSwitches, CommandsThatNeedAPictureAreOffOnceTheHostHasTakenItAway) {
+TEST_P(EditorSwitches, CommandsOfPicturesAreOffWithoutAPicture) {
   startWithPicture();
   editor().Picture(nullptr);
   for (const char* key : {"btnFileSave", "btnFileSaveAs", "btnEditCopy", "btnImageFlip", "btnImageCrop",
@@ -121,7 +121,7 @@ TEST_P(EditorSwitches, CommandsThatNeedAPictureAreOffOnceTheHostHasTakenItAway) 
 
 // -- Single commands --------------------------------------------------------------------------------------
 
-TEST_P(EditorSwitches, AHighlightOfAnyOtherStateShowsTheDefaultText) {
+TEST_P(EditorSwitches, AnyOtherHighlightStateShowsTheDefaultText) {
   start();
   editor().Status("Ready", false, true);
   for (const std::int32_t state : {0, 2, -1}) {
@@ -132,7 +132,7 @@ TEST_P(EditorSwitches, AHighlightOfAnyOtherStateShowsTheDefaultText) {
   }
 }
 
-TEST_P(EditorSwitches, ACropThatFailsQuotesTheEnginesSentence) {
+TEST_P(EditorSwitches, ACropThatFailsShowsTheEnginesText) {
   startWithPicture();
   editor().SetSelection(100, 100, 20, 10);
   std::string sentence;
@@ -148,7 +148,7 @@ TEST_P(EditorSwitches, ACropThatFailsQuotesTheEnginesSentence) {
   EXPECT_EQ(user().boxes()[0].text, "Failed to crop image: " + sentence);
 }
 
-TEST_P(EditorSwitches, AStyleThatTheBarsDoNotHaveIsReportedAndChangesNothing) {
+TEST_P(EditorSwitches, AnUnknownBarStyleIsReportedAndChangesNothing) {
   start();
   editor().SetToolbarStyle(1);
   user().answers(kAnswerOK);

@@ -1,4 +1,4 @@
-// The order of the tear-down, and what it does with steps that fail.
+// The order of the tear-down, and steps of it that fail.
 
 #include "EditorTest.h"
 
@@ -9,7 +9,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-/// Its place can be made not to change.
+/// A view whose position can refuse to change.
 class StuckView final : public RecordingView {
  public:
   using RecordingView::RecordingView;
@@ -27,7 +27,7 @@ class EditorTearDown : public EditorTest {
     return std::make_unique<StuckView>(log(), platform().desktop(), &site(), "igxImage",
                                        platform().Clipboard(), platform().files());
   }
-  /// Writes the dock windows down as their forms are unloaded.
+  /// Records the dock windows whose forms are unloaded.
   void noteUnloading() {
     for (const char* key : {"dkwMaterials", "dkwZoom"}) {
       connections_.push_back(suite().attached(key)->Unloaded.Connect([this, key] {
@@ -36,7 +36,7 @@ class EditorTearDown : public EditorTest {
       }));
     }
   }
-  /// From now on no form of the editor lets itself be unloaded.
+  /// From now on unloading a form of the editor fails.
   void refuseUnloading() {
     for (const char* key : {"dkwMaterials", "dkwZoom"}) {
       connections_.push_back(suite().attached(key)->QueryUnload.Connect([this](bool&, std::int32_t) {
@@ -51,7 +51,7 @@ class EditorTearDown : public EditorTest {
   int refusals_ = 0;
 };
 
-TEST_P(EditorTearDown, UnloadsMaterialsThenZoomThenLetsTheSinkAndTheSharedSettingsGo) {
+TEST_P(EditorTearDown, UnloadsMaterialsThenZoomThenReleasesSinkAndOptions) {
   start();
   shared_ = modProcessing::GetOptions();
   const auto sink = std::make_shared<RecordingSink>(log());
@@ -65,7 +65,7 @@ TEST_P(EditorTearDown, UnloadsMaterialsThenZoomThenLetsTheSinkAndTheSharedSettin
   EXPECT_NE(modProcessing::GetOptions(), shared_);
 }
 
-TEST_P(EditorTearDown, PassesOverEachStepThatFails) {
+TEST_P(EditorTearDown, SkipsEachStepThatFails) {
   start();
   shared_ = modProcessing::GetOptions();
   const auto sink = std::make_shared<RecordingSink>(log());
@@ -80,7 +80,7 @@ TEST_P(EditorTearDown, PassesOverEachStepThatFails) {
   EXPECT_THAT(user().boxes(), IsEmpty());
 }
 
-TEST_P(EditorTearDown, HappensAtTheEndOfTheControlWithoutAnExitRequest) {
+TEST_P(EditorTearDown, RunsAtTheEndOfTheControlWithoutAnExitRequest) {
   start();
   shared_ = modProcessing::GetOptions();
   noteUnloading();
@@ -89,7 +89,7 @@ TEST_P(EditorTearDown, HappensAtTheEndOfTheControlWithoutAnExitRequest) {
   EXPECT_NE(modProcessing::GetOptions(), shared_);
 }
 
-TEST_P(EditorTearDown, AtTheEndOfTheControlPassesOverEachStepThatFails) {
+TEST_P(EditorTearDown, AtTheEndOfTheControlSkipsEachStepThatFails) {
   start();
   shared_ = modProcessing::GetOptions();
   refuseUnloading();
@@ -122,13 +122,13 @@ TEST_P(EditorTearDown, LeavesAnotherEditorWithFreshOptions) {
   ASSERT_NE(fresh, nullptr);
   EXPECT_NE(fresh, shared_);
   shared_->JPEGQuality(40);
-  EXPECT_EQ(fresh->JPEGQuality(), 40) << "which keep nothing themselves";
+  EXPECT_EQ(fresh->JPEGQuality(), 40) << "options store no values themselves";
   second.ApplyOptions();
   EXPECT_TRUE(second.OpenImage(makePicture("open.png", 2)));
   EXPECT_THAT(user().boxes(), IsEmpty());
 }
 
-TEST_P(EditorTearDown, LetsTheHelpGo) {
+TEST_P(EditorTearDown, ReleasesTheHelp) {
   start();
   editor().Terminate();
   user().answers(kAnswerOK);
@@ -138,7 +138,7 @@ TEST_P(EditorTearDown, LetsTheHelpGo) {
   EXPECT_EQ(user().boxes()[0].title, "Application Error");
 }
 
-TEST_P(EditorTearDown, AViewThatCanNotFollowTheClientAreaIsPassedOver) {
+TEST_P(EditorTearDown, IgnoresAViewThatCannotFollowTheClientArea) {
   start();
   auto& stuck = dynamic_cast<StuckView&>(view());
   stuck.stuck = true;

@@ -31,7 +31,7 @@ TEST_P(EditorZoom, StepsAreATenthBelowActualSizeAndOneFromItUpwards) {
   EXPECT_NEAR(view().Zoom(), 0.8, 1e-6);
 }
 
-TEST_P(EditorZoom, TheSumIsFormedInDoubleAndStoredInSinglePrecision) {
+TEST_P(EditorZoom, TheSumIsDoubleAndStoredInSinglePrecision) {
   float level = 1.0F;
   for (int i = 0; i < 9; ++i) {
     editor().ZoomOut();
@@ -40,7 +40,7 @@ TEST_P(EditorZoom, TheSumIsFormedInDoubleAndStoredInSinglePrecision) {
   }
 }
 
-TEST_P(EditorZoom, ZoomInFromNineTenthsLandsOnActualSizeOrItsNeighbour) {
+TEST_P(EditorZoom, ZoomInFromNineTenthsGivesActualSize) {
   editor().ZoomOut();
   editor().ZoomIn();
   EXPECT_NEAR(view().Zoom(), 1.0, 1e-6);
@@ -49,7 +49,7 @@ TEST_P(EditorZoom, ZoomInFromNineTenthsLandsOnActualSizeOrItsNeighbour) {
   EXPECT_NEAR(view().Zoom() - before, before < 1.0 ? 0.1 : 1.0, 1e-6);
 }
 
-TEST_P(EditorZoom, RepeatedZoomOutShowsTheTenthsAndStopsTheButtonAtAboutOne) {
+TEST_P(EditorZoom, RepeatedZoomOutStopsAtAboutOneTenth) {
   const char* const texts[] = {".9:1 (90%)", ".8:1 (80%)", ".7:1 (70%)", ".6:1 (60%)", ".5:1 (50%)",
                                ".4:1 (40%)", ".3:1 (30%)", ".2:1 (20%)", ".1:1 (10%)"};
   for (const char* text : texts) {
@@ -61,7 +61,7 @@ TEST_P(EditorZoom, RepeatedZoomOutShowsTheTenthsAndStopsTheButtonAtAboutOne) {
   EXPECT_FALSE(enabled("btnZoomOut"));
 }
 
-TEST_P(EditorZoom, ZoomOutIsEnabledExactlyAboveOneTenthAndZoomInBelow99Tenths) {
+TEST_P(EditorZoom, ZoomOutIsEnabledAbove0Point1AndZoomInBelow9Point9) {
   const auto at = [&](const char* text) {
     suite().typeComboText("cboZoom", text);
     return std::pair(enabled("btnZoomOut"), enabled("btnZoomIn"));
@@ -73,7 +73,7 @@ TEST_P(EditorZoom, ZoomOutIsEnabledExactlyAboveOneTenthAndZoomInBelow99Tenths) {
   EXPECT_EQ(at("10:1"), std::pair(true, false));
 }
 
-TEST_P(EditorZoom, ZoomInFromNineGivesTenAndDisablesTheButtonAndZoomOutReturnsToNine) {
+TEST_P(EditorZoom, ZoomInFromNineGivesTenAndDisablesTheButton) {
   suite().typeComboText("cboZoom", "9:1");
   EXPECT_TRUE(enabled("btnZoomIn"));
   click("btnZoomIn");
@@ -85,13 +85,13 @@ TEST_P(EditorZoom, ZoomInFromNineGivesTenAndDisablesTheButtonAndZoomOutReturnsTo
   EXPECT_TRUE(enabled("btnZoomIn"));
 }
 
-TEST_P(EditorZoom, AHostsCallsGoPastTheBounds) {
+TEST_P(EditorZoom, AHostsCallsIgnoreTheBounds) {
   suite().typeComboText("cboZoom", "10:1");
   editor().ZoomIn();
   EXPECT_EQ(view().Zoom(), 11.0);
 }
 
-TEST_P(EditorZoom, ActualSizeIsEnabledExactlyAwayFromItAndReturnsToIt) {
+TEST_P(EditorZoom, ActualSizeIsEnabledAtOtherLevelsOnly) {
   EXPECT_FALSE(enabled("btnZoomActualSize"));
   click("btnZoomIn");
   EXPECT_TRUE(enabled("btnZoomActualSize"));
@@ -101,7 +101,7 @@ TEST_P(EditorZoom, ActualSizeIsEnabledExactlyAwayFromItAndReturnsToIt) {
   EXPECT_EQ(panel("pnlZoom"), "1:1 (100%)");
 }
 
-TEST_P(EditorZoom, PanelAndComboShowWholeFactorsPlainAndOthersWithOneDecimal) {
+TEST_P(EditorZoom, PanelAndComboShowOneDecimalUnlessWhole) {
   editor().ZoomIn();
   EXPECT_EQ(panel("pnlZoom"), "2:1 (200%)");
   EXPECT_EQ(comboText(), "2:1");
@@ -119,7 +119,7 @@ TEST_P(EditorZoom, ATypedFactorIsNotRoundedToTheSteps) {
   EXPECT_EQ(panel("pnlZoom"), "3.3:1 (330%)");
 }
 
-TEST_P(EditorZoom, AFactorWithAPointInItsTextIsShownWithItsPointThoughTheDecimalIsZero) {
+TEST_P(EditorZoom, AFactorWithAPointIsShownWithItsPoint) {
   suite().typeComboText("cboZoom", "1.04:1");
   EXPECT_EQ(view().Zoom(), static_cast<double>(1.04F));
   EXPECT_EQ(comboText(), "1.:1");
@@ -127,7 +127,7 @@ TEST_P(EditorZoom, AFactorWithAPointInItsTextIsShownWithItsPointThoughTheDecimal
   EXPECT_TRUE(enabled("btnZoomActualSize")) << "it is not 1.0";
 }
 
-TEST_P(EditorZoom, ANegativeFactorIsTakenAsItIsAndOnlyZoomInRemains) {
+TEST_P(EditorZoom, ANegativeFactorIsUsedAndOnlyZoomInIsEnabled) {
   suite().typeComboText("cboZoom", "-2:1");
   EXPECT_THAT(log().entries(), ElementsAre("Zoom=-2"));
   EXPECT_EQ(panel("pnlZoom"), "-2:1 (-200%)");
@@ -160,7 +160,7 @@ TEST_P(EditorZoom, ATextWithoutAColonLeavesTheLevelAndIsNotReported) {
   EXPECT_THAT(user().boxes(), IsEmpty());
 }
 
-TEST_P(EditorZoom, ANumberThatDoesNotFitASingleIsPassedOver) {
+TEST_P(EditorZoom, ANumberBeyondSinglePrecisionIsIgnored) {
   for (const char* text : {"1e39:1", "-1e39:1", "3.5e38:1", "1e400:1"}) {
     suite().typeComboText("cboZoom", "3:1");
     log().clear();
@@ -179,21 +179,21 @@ TEST_P(EditorZoom, ATextWithoutALeadingNumberGivesZero) {
   EXPECT_THAT(user().boxes(), IsEmpty());
 }
 
-TEST_P(EditorZoom, AChangeOfTheComboIsHandledOnceWhateverItSetsOff) {
+TEST_P(EditorZoom, AChangeOfTheComboIsHandledOnce) {
   log().clear();
   suite().typeComboText("cboZoom", "3:1");
   EXPECT_THAT(log().entries(), ElementsAre("Zoom=3"));
 }
 
-TEST_P(EditorZoom, WritingTheViewsZoomFromOutsideLeavesLevelAndPanel) {
+TEST_P(EditorZoom, SettingTheViewsZoomKeepsLevelAndPanel) {
   editor().ZoomIn();
   view().Zoom(5.0);
   EXPECT_EQ(panel("pnlZoom"), "2:1 (200%)");
   editor().ZoomIn();
-  EXPECT_EQ(view().Zoom(), 3.0) << "on from the editor's own level";
+  EXPECT_EQ(view().Zoom(), 3.0) << "continues from the editor's own level";
 }
 
-TEST_P(EditorZoom, TheWheelWithCtrlGivesTheZoomCommands) {
+TEST_P(EditorZoom, TheWheelWithCtrlRunsTheZoomCommands) {
   view().turnWheel(1, kCtrlMask, {50, 50});
   EXPECT_EQ(view().Zoom(), 2.0);
   view().turnWheel(-1, kCtrlMask, {50, 50});
@@ -207,7 +207,7 @@ TEST_P(EditorZoom, TheWheelStopsWhereTheButtonsDo) {
   EXPECT_EQ(view().Zoom(), 10.0);
 }
 
-TEST_P(EditorZoom, TheWheelKeepsThePixelUnderThePointerWhereItIs) {
+TEST_P(EditorZoom, TheWheelKeepsThePixelUnderThePointer) {
   ASSERT_TRUE(editor().OpenImage(makePicture("large.png", 2, 3000, 2000)));
   view().ScrollLeft(400);
   view().ScrollTop(300);
@@ -220,7 +220,7 @@ TEST_P(EditorZoom, TheWheelKeepsThePixelUnderThePointerWhereItIs) {
   EXPECT_NEAR(view().ScrollTop() + pointer.Y / view().Zoom(), rowBefore, 1.0);
 }
 
-TEST_P(EditorZoom, TheZoomBarIsVisibleExactlyWithTheZoomTool) {
+TEST_P(EditorZoom, TheZoomBarIsVisibleOnlyWithTheZoomTool) {
   EXPECT_FALSE(suite().CommandBars()("Zoom").Visible());
   editor().Tool(ipToolZoom);
   EXPECT_TRUE(suite().CommandBars()("Zoom").Visible());
@@ -244,7 +244,7 @@ TEST_P(EditorZoom, AtTheStartZoomInAndOutAreEnabledAndActualSizeIsNot) {
   EXPECT_EQ(comboText(), "1:1");
 }
 
-TEST_P(EditorZoom, BehindTransparentPixelsTheTwoColorsOfTheOptionsAreSeen) {
+TEST_P(EditorZoom, BehindTransparentPixelsTheTwoColorsAreVisible) {
   options().BackgroundGridColor1(0x0000FF);
   options().BackgroundGridColor2(0x00FF00);
   editor().ApplyOptions();
@@ -259,7 +259,7 @@ TEST_P(EditorZoom, BehindTransparentPixelsTheTwoColorsOfTheOptionsAreSeen) {
   EXPECT_TRUE(second);
 }
 
-TEST_P(EditorZoom, TheGridIsMadeOfTheOptions) {
+TEST_P(EditorZoom, TheGridFollowsTheOptions) {
   options().BackgroundGridSize(3);
   editor().ApplyOptions();
   EXPECT_EQ(view().backgroundSize(), (Size{6, 6}));

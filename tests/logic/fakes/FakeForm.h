@@ -10,7 +10,7 @@
 
 namespace kestrel::fakes {
 
-/// A window without a desktop: it keeps what it is told.
+/// A window without a desktop: stores the values set.
 class FakeForm : public Form {
  public:
   explicit FakeForm(std::string name, Rectangle place = {}) : name_(std::move(name)), place_(place) {}
@@ -64,7 +64,7 @@ class FakeForm : public Form {
   bool enabled_ = true;
 };
 
-/// A desktop of the given screens.
+/// A desktop with the given screens.
 class FakeScreens : public WindowFunctions {
  public:
   std::vector<Rectangle> screens;

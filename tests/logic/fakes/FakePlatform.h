@@ -12,7 +12,7 @@
 
 namespace kestrel::fakes {
 
-/// A report as the reporting object was given it.
+/// The arguments of a report.
 struct Report {
   std::int32_t number;
   std::string project, module, procedure, description;
@@ -20,7 +20,7 @@ struct Report {
   std::string variables, version;
 };
 
-/// Takes every report down.
+/// Records every report.
 class RecordingReporter : public ErrorReporter {
  public:
   explicit RecordingReporter(std::vector<Report>& reports) : reports_(reports) {}
@@ -80,7 +80,7 @@ class FakeApp : public AppInfo {
   std::string commandLine;
 };
 
-/// Names are taken apart at both separators; the disk is not asked.
+/// Splits names at both separators without disk access.
 class FakeFileHelpers : public FileHelpers {
  public:
   std::string PathWithoutExtension(const std::string& Path) override { return Path.substr(0, Point(Path)); }
@@ -111,7 +111,7 @@ class FakeFileHelpers : public FileHelpers {
   }
 };
 
-/// Files exist as the test says.
+/// Files exist as the test defines.
 class FakeFormUtility : public FormUtility {
  public:
   void SetPointer(std::int32_t) override {}
@@ -123,8 +123,8 @@ class FakeFormUtility : public FormUtility {
   std::set<std::string> existing;
 };
 
-/// As much of a platform as settings and diagnostics ask for. What is not there raises 429; the services that
-/// a test brings itself are set as pointers.
+/// The part of a platform that settings and diagnostics use. A missing service raises 429; services of a test
+/// are set as pointers.
 class FakePlatform : public Platform {
  public:
   FakeObjectFactory factory;

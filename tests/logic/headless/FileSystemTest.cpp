@@ -43,7 +43,7 @@ class SimulatedDrives : public testing::Test {
 TEST_F(SimulatedDrives, AreFoldersOfTheScratchFolder) {
   EXPECT_EQ(files().host("C:\\Pictures\\a.png"), scratch_ + "/C/Pictures/a.png");
   EXPECT_EQ(files().host("z:/a.png"), scratch_ + "/Z/a.png");
-  EXPECT_EQ(files().host("a.png"), scratch_ + "/C/a.png") << "a relative path begins at the first drive";
+  EXPECT_EQ(files().host("a.png"), scratch_ + "/C/a.png") << "a relative path is on the first drive";
 }
 
 TEST_F(SimulatedDrives, IgnoreTheCaseOfNames) {
@@ -55,7 +55,7 @@ TEST_F(SimulatedDrives, IgnoreTheCaseOfNames) {
   EXPECT_EQ(files().resolved("c:\\pictures\\b.png"), "c:\\pictures\\b.png");
 }
 
-TEST_F(SimulatedDrives, TellTypeLabelAndNetworkPathAndNothingWhenTheyAreNotReady) {
+TEST_F(SimulatedDrives, HaveTypeLabelAndNetworkPathUnlessNotReady) {
   Shell& shell = platform().Shell();
   EXPECT_EQ(shell.LogicalDrives(), (std::vector<std::string>{"C:\\", "D:\\", "Z:\\"}));
   EXPECT_EQ(shell.DriveType("C:\\"), kDriveFixed);
@@ -70,7 +70,7 @@ TEST_F(SimulatedDrives, TellTypeLabelAndNetworkPathAndNothingWhenTheyAreNotReady
   EXPECT_TRUE(files().exists("C:\\"));
 }
 
-TEST_F(SimulatedDrives, HoldTheFilesOfEngineAndLogicAlike) {
+TEST_F(SimulatedDrives, HoldTheFilesOfEngineAndLogic) {
   const auto picture = platform().CreateImgX();
   const Colour red(0x000000FF);
   picture->Document().NewImage(3, 2, &red);
@@ -81,7 +81,7 @@ TEST_F(SimulatedDrives, HoldTheFilesOfEngineAndLogicAlike) {
   EXPECT_EQ(loaded->Image()->Width(), 3);
 }
 
-TEST_F(SimulatedDrives, CanNotBeWrittenToWhereTheyAreMissingOrNotReady) {
+TEST_F(SimulatedDrives, CannotBeWrittenIfMissingOrNotReady) {
   const auto picture = platform().CreateImgX();
   picture->Document().NewImage(3, 2, nullptr);
   EXPECT_THROW(picture->Writer().ToFile("Q:\\red.png", 2), RuntimeError);
@@ -89,7 +89,7 @@ TEST_F(SimulatedDrives, CanNotBeWrittenToWhereTheyAreMissingOrNotReady) {
   EXPECT_THROW(platform().Shell().CreateFolder("D:\\new"), RuntimeError);
 }
 
-TEST(PathsOfTheMachine, StayAsTheyAre) {
+TEST(PathsOfTheMachine, StayUnchanged) {
   const FileSystem files(PathStyle::kSlash, "/tmp/scratch", {});
   EXPECT_EQ(files.host("/home/a\\b.png"), "/home/a\\b.png");
   EXPECT_EQ(files.folderOf("/home/a.png"), "/home");

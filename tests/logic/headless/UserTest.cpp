@@ -12,7 +12,8 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-/// What the scripted user makes of a script that does not fit what comes up: a complaint, never a wait.
+/// Reactions of the scripted user to boxes and dialogs that its script does not expect: complaints, no
+/// waiting.
 class ScriptedUser : public testing::Test {
  protected:
   void SetUp() override {
@@ -55,7 +56,7 @@ TEST_F(ScriptedUser, AnswersBoxesInTheOrderOfTheScriptAndRemembersThem) {
   EXPECT_THAT(complaints_, IsEmpty());
 }
 
-TEST_F(ScriptedUser, ComplainsAboutABoxThatNobodyExpectedAndClosesIt) {
+TEST_F(ScriptedUser, ComplainsAboutAnUnexpectedBoxAndClosesIt) {
   EXPECT_EQ(box(kBoxYesNoCancel), kAnswerCancel);
   EXPECT_EQ(box(kBoxOK), kAnswerOK);
   EXPECT_THAT(complaints_, ElementsAre("Nobody expected the message box \"Title\" (Text).",
@@ -69,7 +70,7 @@ TEST_F(ScriptedUser, ComplainsAboutAButtonThatABoxDoesNotHave) {
   EXPECT_THAT(complaints_[0], HasSubstr("no button for the answer 6"));
 }
 
-TEST_F(ScriptedUser, ComplainsWhereSomethingElseComesThanTheScriptSays) {
+TEST_F(ScriptedUser, ComplainsIfSomethingElseComesThanExpected) {
   user().chooses("/a.png");
   EXPECT_EQ(box(kBoxYesNoCancel), kAnswerCancel);
   ASSERT_EQ(complaints_.size(), 1u);
@@ -85,7 +86,7 @@ TEST_F(ScriptedUser, ComplainsAboutADialogThatIsLeftOpenAndHidesIt) {
   EXPECT_THAT(complaints_, ElementsAre("The user left the window frmResources open."));
 }
 
-TEST_F(ScriptedUser, ComplainsAboutADialogThatNobodyExpectedAndHidesIt) {
+TEST_F(ScriptedUser, ComplainsAboutAnUnexpectedDialogAndHidesIt) {
   const auto form = platform().CreateForm("frmResources");
   form->Show(true);
   EXPECT_FALSE(form->Visible());
@@ -102,7 +103,7 @@ TEST_F(ScriptedUser, ComplainsAboutAnotherDialogThanTheScriptNames) {
   EXPECT_THAT(complaints_[0], HasSubstr("expected the window frmRotate"));
 }
 
-TEST_F(ScriptedUser, CanOnlyChooseFilesThatTheDialogTakes) {
+TEST_F(ScriptedUser, ChoosesOnlyFilesThatTheDialogAccepts) {
   const auto dialog = platform().CreateImgXDialog();
   dialog->Flags(kDialogFileMustExist | kDialogPathMustExist);
   user().chooses(scratch_ + "/missing.png");
@@ -116,7 +117,7 @@ TEST_F(ScriptedUser, CanOnlyChooseFilesThatTheDialogTakes) {
   EXPECT_EQ(complaints_.size(), 2u);
 }
 
-TEST_F(ScriptedUser, PicksFromAPopupOnlyWhatItShowsAndWhatIsEnabled) {
+TEST_F(ScriptedUser, PicksOnlyVisibleAndEnabledPopupEntries) {
   const auto site = platform().createEditorSite();
   auto& suite = Bind<Moorage>(*site, "mrgUI");
   std::vector<std::string> clicked;
@@ -138,7 +139,7 @@ TEST_F(ScriptedUser, PicksFromAPopupOnlyWhatItShowsAndWhatIsEnabled) {
                           "The entry btnEditCopy of the menu mnuSelectionContext can't be chosen."));
 }
 
-TEST_F(ScriptedUser, EndsTheProgramWhereNobodyHearsItsComplaints) {
+TEST_F(ScriptedUser, EndsTheProgramIfNobodyHandlesComplaints) {
   EXPECT_DEATH(
       {
         user().onComplaint = nullptr;

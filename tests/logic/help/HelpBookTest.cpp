@@ -1,4 +1,4 @@
-// The help book as it lies beside the program.
+// The help book that is installed with the program.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -40,7 +40,7 @@ std::set<std::string> pages() {
   return names;
 }
 
-/// What the page refers to by attributes of that name.
+/// The values of all attributes of this name on the page.
 std::vector<std::string> references(const std::string& page, const std::string& attribute) {
   const std::string text = textOf(kBook / page);
   const std::regex pattern(attribute + "\\s*=\\s*\"([^\"]*)\"");
@@ -51,7 +51,7 @@ std::vector<std::string> references(const std::string& page, const std::string& 
   return found;
 }
 
-/// Every command that a menu or bar offers and that does something, with the page that tells of it.
+/// Every command of the menus and bars with the page that describes it.
 const std::map<std::string, std::string> kPageOfCommand = {
     {"btnFileOpen", "open"},
     {"btnFileSave", "save"},
@@ -94,7 +94,7 @@ const std::map<std::string, std::string> kPageOfCommand = {
     {"btnHelpContents", "keys"},
 };
 
-/// Those that need no page: for hosts only, hidden, or without anything to tell yet.
+/// Commands without a page: for hosts only, hidden, or not implemented yet.
 const std::set<std::string> kWithoutPage = {
     "btnFileSimpleSave",    "btnFileBrowse",
     "btnZoomBestFit",       "btnHelpAbout",
@@ -109,9 +109,9 @@ const docking::StoredLayout& layout() {
   return kLayout;
 }
 
-TEST(HelpBook, IsBesideTheProgram) { EXPECT_THAT(pages(), Contains("default.html")); }
+TEST(HelpBook, IsInstalledWithTheProgram) { EXPECT_THAT(pages(), Contains("default.html")); }
 
-TEST(HelpBook, LeadsOnlyToPagesThatAreThere) {
+TEST(HelpBook, LinksOnlyToExistingPages) {
   for (const std::string& page : pages()) {
     for (const std::string& target : references(page, "href")) {
       EXPECT_TRUE(fs::is_regular_file(kBook / target)) << page << " leads to " << target;
@@ -119,7 +119,7 @@ TEST(HelpBook, LeadsOnlyToPagesThatAreThere) {
   }
 }
 
-TEST(HelpBook, ShowsOnlyPicturesThatAreThere) {
+TEST(HelpBook, ShowsOnlyExistingPictures) {
   std::size_t pictures = 0;
   for (const std::string& page : pages()) {
     for (const std::string& picture : references(page, "src")) {
@@ -130,7 +130,7 @@ TEST(HelpBook, ShowsOnlyPicturesThatAreThere) {
   EXPECT_GT(pictures, 0u);
 }
 
-TEST(HelpBook, ListsEveryPageInItsContentsAndLeadsBackFromEach) {
+TEST(HelpBook, ListsEveryPageInItsContentsWithALinkBack) {
   const std::vector<std::string> contents = references("default.html", "href");
   for (const std::string& page : pages()) {
     if (page == "default.html") continue;
@@ -139,14 +139,14 @@ TEST(HelpBook, ListsEveryPageInItsContentsAndLeadsBackFromEach) {
   }
 }
 
-/// The page that a page names as the next; empty for the last.
+/// The page that the Next link of a page leads to; empty for the last.
 std::string nextOf(const std::string& page) {
   const std::string text = textOf(kBook / page);
   std::smatch found;
   return std::regex_search(text, found, std::regex("Next: <a href=\"([^\"]*)\"")) ? found[1].str() : "";
 }
 
-TEST(HelpBook, CanBeReadFromFrontToBackInTheOrderOfItsContents) {
+TEST(HelpBook, LinksItsPagesInTheOrderOfItsContents) {
   std::vector<std::string> order = references("default.html", "href");
   std::erase(order, "style.css");
   ASSERT_FALSE(order.empty());
@@ -157,7 +157,7 @@ TEST(HelpBook, CanBeReadFromFrontToBackInTheOrderOfItsContents) {
   EXPECT_THAT(read, testing::ElementsAreArray(order));
 }
 
-TEST(HelpBook, TellsOfEveryCommandOfTheMenusAndBars) {
+TEST(HelpBook, DescribesEveryCommandOfTheMenusAndBars) {
   std::set<std::string> offered;
   for (const auto& bar : layout().bars) {
     for (const auto& entry : bar.entries) offered.insert(entry.command);
@@ -186,13 +186,13 @@ TEST(HelpBook, ShowsTheCommandsIconAndKeyOnItsPage) {
     }
     for (const auto& key : command.hotKeys) {
       const std::string name = docking::hotKeyText(key);
-      if (name.starts_with("Num")) continue;  // told as the key of the number pad
+      if (name.starts_with("Num")) continue;  // described as a key of the number pad
       EXPECT_THAT(text, HasSubstr(name)) << command.key;
     }
   }
 }
 
-/// The text between two marks.
+/// The text between two markers.
 std::string between(const std::string& text, const std::string& begin, const std::string& end) {
   const auto from = text.find(begin);
   if (from == std::string::npos) return {};
@@ -216,7 +216,7 @@ TEST(HelpBook, ListsEveryKeyOnThePageOfKeys) {
   }
 }
 
-TEST(HelpBook, GivesEachPageATitleOfItsOwn) {
+TEST(HelpBook, HasADifferentTitleOnEachPage) {
   std::set<std::string> titles;
   for (const std::string& page : pages()) {
     const std::string title = between(textOf(kBook / page), "<title>", "</title>");

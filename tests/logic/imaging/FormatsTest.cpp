@@ -19,7 +19,7 @@ TEST_F(Formats, Codes1To12AreValidForSavingAnd0And13AreNot) {
   for (const std::int32_t code : {0, 13, -1, 14}) EXPECT_FALSE(IsValidSaveFormat(code)) << code;
 }
 
-TEST_F(Formats, TheExtensionOfANameGivesTheFormatToSaveInWhateverItsCase) {
+TEST_F(Formats, TheExtensionInAnyCaseGivesTheFormatToSaveIn) {
   const std::pair<const char*, std::int32_t> rows[] = {
       {"bmp", 6}, {"emf", 8}, {"gif", 11}, {"jpg", 1},  {"jpeg", 1},  {"pcx", 4}, {"png", 2},
       {"psd", 9}, {"tga", 5}, {"tif", 3},  {"tla", 12}, {"wbmp", 10}, {"wmf", 7}};
@@ -37,7 +37,7 @@ TEST_F(Formats, AnyOtherNameIsABitmap) {
   }
 }
 
-TEST_F(Formats, ASecondExtensionBehindTheFirstBackslashIsCut) {
+TEST_F(Formats, ASecondExtensionAfterTheFirstBackslashIsCut) {
   EXPECT_EQ(FixDuplicateExtension("C:\\a.b.png"), "C:\\a.b");
   EXPECT_EQ(FixDuplicateExtension("C:\\a.png.png"), "C:\\a.png");
   EXPECT_EQ(FixDuplicateExtension("C:\\a.b.c.png"), "C:\\a.b");
@@ -47,14 +47,14 @@ TEST_F(Formats, AFolderWithAPointCountsAsTheFirstExtension) {
   EXPECT_EQ(FixDuplicateExtension("C:\\my.dir\\a.png"), "C:\\my.dir\\a");
 }
 
-TEST_F(Formats, OtherNamesStayAsTheyAre) {
+TEST_F(Formats, OtherNamesStayUnchanged) {
   for (const char* name :
        {"", "a.b.png", "/home/a.b.png", "C:\\a.png", "C:\\a", "C:\\folder\\a.png", "a.b\\c.png"}) {
     EXPECT_EQ(FixDuplicateExtension(name), name) << name;
   }
 }
 
-TEST_F(Formats, APictureIsSavedThroughAnObjectOfItsOwnInTheFormatAndQuality) {
+TEST_F(Formats, APictureIsSavedThroughACopyInFormatAndQuality) {
   const auto source = platform().CreateCanvas(9, 7);
   source->FillRectangle({0, 0, 9, 7}, 0x00112233);
   const auto work = platform().CreateImgX();
@@ -67,7 +67,7 @@ TEST_F(Formats, APictureIsSavedThroughAnObjectOfItsOwnInTheFormatAndQuality) {
   EXPECT_EQ(colorAt(*read->Image(), 8, 6), 0x00112233);
 }
 
-TEST_F(Formats, APictureThatCanNotBeSavedRaises) {
+TEST_F(Formats, APictureThatCannotBeSavedRaises) {
   const auto work = platform().CreateImgX();
   const PicturePtr picture = platform().CreateCanvas(2, 2)->Picture();
   EXPECT_THROW(SavePictureToFile(*work, *picture, path("no folder/a.png"), 2, 75), RuntimeError);

@@ -12,7 +12,7 @@ namespace {
 
 using modTollgarthSupport::Counted;
 
-/// Each object of the component is known to the server already, under the id of its index and 1.
+/// Each object of the component is already registered, with its index plus 1 as its id.
 class CountedObjects : public Reports {
  protected:
   CountedObjects() {
@@ -23,7 +23,7 @@ class CountedObjects : public Reports {
     for (auto& entry : state.qdkInstanceCountComponentNames) entry = ++id;
   }
 
-  /// How often the object was counted in and out.
+  /// How often the object was counted at creation and at destruction.
   std::pair<int, int> counts(Counted object) const {
     const std::string id = std::to_string(static_cast<std::int32_t>(object) + 1);
     const auto occurrences = [&](const std::string& note) {

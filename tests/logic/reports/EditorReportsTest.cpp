@@ -18,7 +18,7 @@ namespace {
 
 [[noreturn]] void failByChoice() { throw RuntimeError(err::kInternal, "Chosen to fail."); }
 
-/// A host's sink that fails in everything it is told.
+/// A host's sink that fails in each notification.
 class FailingSink : public IImageEvents {
  public:
   void RequestSaveFilename(std::string&, bool&) override { failByChoice(); }
@@ -26,7 +26,7 @@ class FailingSink : public IImageEvents {
   void ImageOpen(const std::string&) override { failByChoice(); }
 };
 
-/// An editor whose host fails. The host's handlers are what a test can make fail in every file of the editor.
+/// An editor whose host fails: its handlers can fail in every file of the editor.
 struct World {
   ImageProcessingCtl& editor;
   const std::string& picture;
@@ -41,8 +41,7 @@ struct World {
   void dispatch(const std::string& key) { suite.CommandClick(suite.Commands()(key)); }
 };
 
-/// A statement that a case makes fail, as it stands in its source file, and the place of that file in its
-/// module.
+/// A statement that fails in a case, as written in its source file, and the index of that file in its module.
 struct Case {
   const char* procedure;
   const char* file;

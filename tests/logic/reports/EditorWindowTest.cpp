@@ -1,4 +1,4 @@
-// Where the editor's own window is when it opens, and what it stores when it closes.
+// The stored position of the editor's window.
 
 #include "Reports.h"
 #include "apps/kestrel-editor/window/EditorWindow.h"
@@ -19,7 +19,7 @@ class EditorWindowPosition : public Reports {
   }
 };
 
-TEST_F(EditorWindowPosition, IsStoredWhenTheWindowClosesAndTakenWhenItOpens) {
+TEST_F(EditorWindowPosition, IsStoredWhenTheWindowClosesAndRestoredWhenItOpens) {
   headless_->desktop().screens = {{0, 0, 1920, 1080}};
   const Rectangle place{120, 80, 900, 700};
   {
@@ -38,7 +38,7 @@ TEST_F(EditorWindowPosition, IsStoredWhenTheWindowClosesAndTakenWhenItOpens) {
   EXPECT_TRUE(placeOf(window.form()) == place);
 }
 
-TEST_F(EditorWindowPosition, IsNotStoredWhereTheUserDoesNotLetTheWindowClose) {
+TEST_F(EditorWindowPosition, IsNotStoredIfTheUserCancelsTheClosing) {
   app::EditorWindow window([] {});
   window.form().Show();
   ASSERT_TRUE(window.editor().OpenImage(picture_));
@@ -53,7 +53,7 @@ TEST_F(EditorWindowPosition, IsNotStoredWhereTheUserDoesNotLetTheWindowClose) {
   EXPECT_NE(stored("Left").TypeCode(), 0);
 }
 
-TEST_F(EditorWindowPosition, IsNeitherTakenNorStoredWithoutAKey) {
+TEST_F(EditorWindowPosition, IsNeitherRestoredNorStoredWithoutAKey) {
   modProcessing::WindowPositions().RegistryKey("");
   app::EditorWindow window([] {});
   const Rectangle before = placeOf(window.form());

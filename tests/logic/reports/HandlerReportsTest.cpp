@@ -14,7 +14,7 @@
 namespace kestrel {
 namespace {
 
-/// What the user does in the rotate dialog that makes one of its handlers fail.
+/// An action in the rotate dialog that makes one of its handlers fail.
 struct DialogCase {
   const char* procedure;
   const char* file;
@@ -78,7 +78,7 @@ TEST_P(DialogReports, NameTheDialogAndItsHandlerAndListItsFields) {
   platform_->reporterInstalled = true;
   if (std::string(chosen.procedure) == "Form_Activate") platform_->failing = "Screen";
   user().uses("frmRotate", [&](Form& form) {
-    // The headless user's act is where a toolkit would take the error that climbs.
+    // The action of the headless user is where a toolkit would catch the error.
     QDK_RESUME_NEXT(chosen.fail(*platform_, form));
     platform_->failing.clear();
     form.Hide();
@@ -96,13 +96,13 @@ TEST_P(DialogReports, NameTheDialogAndItsHandlerAndListItsFields) {
   const std::int32_t line = report->line % 50'000 / 5;
   EXPECT_NE(sourceLine(chosen.file, line).find(chosen.statement), std::string::npos)
       << chosen.file << ":" << line << " is " << sourceLine(chosen.file, line);
-  EXPECT_TRUE(user().boxes().empty()) << "the reporting object stands for the box";
+  EXPECT_TRUE(user().boxes().empty()) << "the reporting object replaces the box";
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, DialogReports, testing::ValuesIn(kDialogCases),
                          [](const auto& chosen) { return std::string(chosen.param.procedure); });
 
-TEST_F(EditorReporting, ADialogThatCanNotLoadReportsItsOwnStep) {
+TEST_F(EditorReporting, ADialogThatCannotLoadReportsItsOwnStep) {
   platform_->reporterInstalled = true;
   platform_->failing = "WindowFunctions";
   EXPECT_THROW(editor_->ShowRotateDialog(), RuntimeError);
@@ -151,7 +151,7 @@ TEST_F(EditorReporting, APreviewListsItsFieldsInTheirOrder) {
       << report->variables;
 }
 
-TEST_F(EditorReporting, RowsOfTheDispatcherReportAsTheDispatcher) {
+TEST_F(EditorReporting, CommandsReportAsTheDispatcher) {
   auto& suite = Bind<headless::Moorage>(*site_, "mrgUI");
   user().answers(kAnswerOK);
   platform_->failing = "App";
@@ -163,13 +163,13 @@ TEST_F(EditorReporting, RowsOfTheDispatcherReportAsTheDispatcher) {
       << user().boxes()[0].text;
 }
 
-TEST_F(EditorReporting, AReportedErrorClimbsThroughAHandlerWithABoxOfItsOwn) {
+TEST_F(EditorReporting, AReportedErrorPassesAHandlerWithItsOwnBox) {
   ASSERT_TRUE(editor_->OpenImage(picture_));
   editor_->SetSelection(5, 5, 10, 10);
   platform_->reporterInstalled = true;
   const Connection failing = editor_->Change.Connect([] { failByChoice(); });
   auto& suite = Bind<headless::Moorage>(*site_, "mrgUI");
-  // The crop changes the picture, of which the host is told, who fails.
+  // The crop changes the picture, which notifies the host, which fails.
   EXPECT_THROW(suite.CommandClick(suite.Commands()("btnImageCrop")), RuntimeError);
 
   std::vector<std::pair<std::string, std::int32_t>> levels;
@@ -185,7 +185,7 @@ class ProcessStart : public Reports {};
 TEST_F(ProcessStart, BeginsWithTheDiagnostics) {
   modTollgarthSupport::State() = {};
   user().answers(kAnswerOK);
-  platform_->failing = "WindowPositions";  // the first step behind them
+  platform_->failing = "WindowPositions";  // the first step after them
   modProcessing::Main();
   platform_->failing.clear();
   EXPECT_TRUE(modTollgarthSupport::State().qdkHasInitialised);

@@ -19,8 +19,7 @@ namespace kestrel {
 
 [[noreturn]] inline void failByChoice() { throw RuntimeError(err::kInternal, "Chosen to fail."); }
 
-/// The headless platform with a reporting object, if one is installed, and services that fail where a test
-/// says so.
+/// The headless platform with an optional reporting object, and services that fail on request of a test.
 class ReportingPlatform final : public recorded::RecordedPlatform {
  public:
   ReportingPlatform(Log& log, headless::Platform& inner) : RecordedPlatform(log, inner) {}
@@ -72,7 +71,7 @@ class ReportingPlatform final : public recorded::RecordedPlatform {
   Factory factory_{*this};
 };
 
-/// An apartment on that platform, with a picture's file.
+/// An apartment on that platform, and a picture file.
 class Reports : public testing::Test {
  protected:
   Reports() {
@@ -107,7 +106,7 @@ class Reports : public testing::Test {
   std::unique_ptr<ReportingPlatform> platform_;
 };
 
-/// With an editor that is completely started.
+/// Adds an editor that has started completely.
 class EditorReporting : public Reports {
  protected:
   EditorReporting() {

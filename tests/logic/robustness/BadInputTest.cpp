@@ -1,4 +1,4 @@
-// Whatever a user opens or however a save fails: a clear message, and nothing is lost.
+// Unreadable files and failed saves: an error text, and nothing is lost.
 
 #include <sys/stat.h>
 
@@ -17,7 +17,7 @@ using testing::HasSubstr;
 using testing::SizeIs;
 using testing::StartsWith;
 
-/// A picture of 65,536 by 65,536 pixels, says a file of under a kilobyte.
+/// A file of less than 1 kB that claims 65,536 x 65,536 pixels.
 std::string absurdBitmap() {
   std::string bytes = {'B', 'M'};
   const auto put = [&bytes](std::uint32_t value, int count) {
@@ -38,7 +38,7 @@ std::string absurdBitmap() {
 
 class BadInput : public EditorTest {
  protected:
-  /// An editor with an open, changed picture, a selection, and steps to take back.
+  /// An editor with an open, changed picture, a selection, and undo steps.
   void startWithWork() {
     file_ = startWithPicture();
     change();
@@ -46,7 +46,7 @@ class BadInput : public EditorTest {
     before_ = state();
   }
 
-  /// All that must stay as it is.
+  /// The state that must not change.
   std::vector<std::string> state() {
     std::vector<std::string> facts = {editor().Filename(), std::to_string(editor().Format()),
                                       view().UndoName(), view().RedoName(),
@@ -84,25 +84,25 @@ class BadInput : public EditorTest {
   std::vector<std::string> before_;
 };
 
-TEST_P(BadInput, AMissingFileIsToldAndLosesNothing) {
+TEST_P(BadInput, AMissingFileShowsABoxAndLosesNothing) {
   startWithWork();
   expectRefusal(path("nowhere.png"));
   EXPECT_THAT(user().boxes()[0].text, HasSubstr("does not exist"));
 }
 
-TEST_P(BadInput, AnEmptyFileIsToldAndLosesNothing) {
+TEST_P(BadInput, AnEmptyFileShowsABoxAndLosesNothing) {
   startWithWork();
   write(path("empty.jpg"), "");
   expectRefusal(path("empty.jpg"));
 }
 
-TEST_P(BadInput, AFileThatIsNoPictureIsToldAndLosesNothing) {
+TEST_P(BadInput, AFileThatIsNoPictureShowsABoxAndLosesNothing) {
   startWithWork();
   write(path("letter.png"), "Dear friend, this is no picture at all.\n");
   expectRefusal(path("letter.png"));
 }
 
-TEST_P(BadInput, AFileCutOffInItsHeaderIsToldAndLosesNothing) {
+TEST_P(BadInput, AFileTruncatedInItsHeaderShowsABoxAndLosesNothing) {
   startWithWork();
   for (const char* name : {"cut.png", "cut.jpg", "cut.bmp", "cut.gif", "cut.tif"}) {
     const std::int32_t format = std::string(name) == "cut.png"   ? 2
@@ -117,31 +117,31 @@ TEST_P(BadInput, AFileCutOffInItsHeaderIsToldAndLosesNothing) {
   }
 }
 
-TEST_P(BadInput, AClaimOf65536By65536PixelsInAKilobyteIsRefusedWithoutTakingTheMemory) {
+TEST_P(BadInput, AnAbsurdSizeIsRefusedWithoutAllocatingIt) {
   startWithWork();
   write(path("huge.bmp"), absurdBitmap());
   expectRefusal(path("huge.bmp"));
 }
 
-TEST_P(BadInput, AFolderIsToldAndLosesNothing) {
+TEST_P(BadInput, AFolderShowsABoxAndLosesNothing) {
   startWithWork();
   std::filesystem::create_directory(platform().files().host(path("folder.png")));
   expectRefusal(path("folder.png"));
 }
 
-TEST_P(BadInput, APipeIsRefusedAtOnceAndNotWaitedFor) {
+TEST_P(BadInput, APipeIsRefusedWithoutWaiting) {
   startWithWork();
   ASSERT_EQ(mkfifo(platform().files().host(path("pipe.png")).c_str(), 0600), 0);
   expectRefusal(path("pipe.png"));
 }
 
-TEST_P(BadInput, ALinkToNowhereIsToldAndLosesNothing) {
+TEST_P(BadInput, ADanglingLinkShowsABoxAndLosesNothing) {
   startWithWork();
   std::filesystem::create_symlink("gone.png", platform().files().host(path("link.png")));
   expectRefusal(path("link.png"));
 }
 
-TEST_P(BadInput, AWronglyNamedPictureOpensByWhatItHolds) {
+TEST_P(BadInput, AWronglyNamedPictureOpensByItsContent) {
   startWithWork();
   const std::string disguised = path("really-a-png.jpg");
   write(disguised, contents(makePicture("real.png", 2)));
@@ -150,7 +150,7 @@ TEST_P(BadInput, AWronglyNamedPictureOpensByWhatItHolds) {
   EXPECT_EQ(editor().Format(), 1);
 }
 
-TEST_P(BadInput, ANameThatIsTooLongIsToldAndTheOldFileStays) {
+TEST_P(BadInput, ATooLongNameShowsABoxAndTheOldFileStays) {
   startWithWork();
   const std::string old = contents(file_);
   const std::string name = path(std::string(300, 'n') + ".png");
@@ -163,7 +163,7 @@ TEST_P(BadInput, ANameThatIsTooLongIsToldAndTheOldFileStays) {
   EXPECT_EQ(contents(file_), old);
 }
 
-TEST_P(BadInput, ASaveIntoAMissingFolderOrOverAFolderIsToldAndLeavesNothingBehind) {
+TEST_P(BadInput, ASaveIntoAnInvalidPlaceShowsABoxAndLeavesNoFile) {
   startWithWork();
   std::filesystem::create_directory(platform().files().host(path("taken.png")));
   const auto entries = [this] {
@@ -181,7 +181,7 @@ TEST_P(BadInput, ASaveIntoAMissingFolderOrOverAFolderIsToldAndLeavesNothingBehin
   EXPECT_EQ(entries(), count) << "no half-written file may stay";
 }
 
-TEST_P(BadInput, AHandlerOfTheHostThatFailsDoesNotLeaveTheBusyPointer) {
+TEST_P(BadInput, AFailingHandlerOfTheHostResetsTheBusyPointer) {
   start();
   const std::string file = makePicture("a.png", 2);
   connections_.push_back(editor().ImageOpen.Connect(

@@ -178,7 +178,7 @@ TEST_F(RecentFiles, ReplaceTheListWhenTheyAreLoaded) {
   EXPECT_EQ(listed(), Names{path("a")});
 }
 
-TEST_F(RecentFiles, WithoutANameHaveNoPlaceInMenus) {
+TEST_F(RecentFiles, WithoutANameAreNotInMenus) {
   mru_.CommandMRU = nullptr;
   mru_.Files.Add("");
   mru_.Files.Add(path("a"), path("a"));
@@ -206,14 +206,14 @@ TEST_F(RecentFiles, PutTheNewestFirstAndStoreIt) {
   EXPECT_EQ(command_.texts, listed()) << "the full path, without numbers";
 }
 
-TEST_F(RecentFiles, MoveAKnownFileToTheFrontWhateverItsCase) {
+TEST_F(RecentFiles, MoveAKnownFileToTheFrontInAnyCase) {
   for (const char* name : {"a", "b", "c"}) mru_.AddFile(path(name));
   mru_.AddFile("/PICTURES/A.png");
   EXPECT_EQ(listed(), (Names{"/PICTURES/A.png", path("c"), path("b")}));
   EXPECT_EQ(stored(), listed());
 }
 
-TEST_F(RecentFiles, MoveAKnownFileToTheFrontWhateverTheCaseOfItsOtherLetters) {
+TEST_F(RecentFiles, MoveAKnownFileToTheFrontInAnyCaseOfAllScripts) {
   mru_.AddFile("/bilder/Ärger über Ольга.png");
   mru_.AddFile(path("a"));
   mru_.AddFile("/bilder/ÄRGER ÜBER ОЛЬГА.png");
@@ -222,7 +222,7 @@ TEST_F(RecentFiles, MoveAKnownFileToTheFrontWhateverTheCaseOfItsOtherLetters) {
   EXPECT_EQ(listed(), Names{path("a")});
 }
 
-TEST_F(RecentFiles, RewriteTheStoreForTheNameThatIsFirstAlready) {
+TEST_F(RecentFiles, RewriteTheStoreForTheFirstNameToo) {
   mru_.AddFile(path("a"));
   mru_.AddFile(path("b"));
   store_.calls.clear();
@@ -233,7 +233,7 @@ TEST_F(RecentFiles, RewriteTheStoreForTheNameThatIsFirstAlready) {
             "delete MRU9;delete MRU10;write MRU1=/pictures/b.png;write MRU2=/pictures/a.png;");
 }
 
-TEST_F(RecentFiles, OutgrowTheLimitWhileTheObjectLives) {
+TEST_F(RecentFiles, MayExceedTheLimitUntilReloaded) {
   Names expected;
   for (char name = 'a'; name <= 'k'; ++name) {
     mru_.AddFile(path(std::string(1, name)));
@@ -242,14 +242,14 @@ TEST_F(RecentFiles, OutgrowTheLimitWhileTheObjectLives) {
   ASSERT_EQ(expected.size(), 11u);
   EXPECT_EQ(listed(), expected);
   EXPECT_EQ(command_.texts, expected);
-  EXPECT_EQ(stored(), expected) << "the eleventh stands under MRU11";
+  EXPECT_EQ(stored(), expected) << "the eleventh is in MRU11";
 
   MRU next;
   next.RootKey = kKey;
   next.LoadFromRegistry();
   EXPECT_EQ(next.Files.Count(), 10);
   next.SaveToRegistry();
-  EXPECT_EQ(stored().size(), 11u) << "what is past the limit is not cleared";
+  EXPECT_EQ(stored().size(), 11u) << "values beyond the limit are not cleared";
 }
 
 TEST_F(RecentFiles, AreLoadedInOrder) {
@@ -260,27 +260,27 @@ TEST_F(RecentFiles, AreLoadedInOrder) {
   EXPECT_EQ(store_.calls, "") << "nothing to save";
 }
 
-TEST_F(RecentFiles, BehindAnEmptyValueAreHidden) {
+TEST_F(RecentFiles, AfterAnEmptyValueAreHidden) {
   storeNames({path("a"), "", path("c")});
   mru_.LoadFromRegistry();
   EXPECT_EQ(listed(), Names{path("a")});
 }
 
-TEST_F(RecentFiles, ThatVanishedLeaveTheStoreOnLoad) {
+TEST_F(RecentFiles, ThatAreDeletedLeaveTheStoreOnLoad) {
   storeNames({path("a"), "/gone.png", path("b"), "/gone too.png"});
   mru_.LoadFromRegistry();
   EXPECT_EQ(listed(), (Names{path("a"), path("b")}));
   EXPECT_EQ(stored(), listed());
 }
 
-TEST_F(RecentFiles, ThatVanishedStayWithoutPurging) {
+TEST_F(RecentFiles, ThatAreDeletedStayWithoutPurging) {
   storeNames({path("a"), "/gone.png"});
   mru_.PurgeInvalidFiles = false;
   mru_.LoadFromRegistry();
   EXPECT_EQ(listed(), (Names{path("a"), "/gone.png"}));
 }
 
-TEST_F(RecentFiles, ThatStandTwiceAreTakenOnce) {
+TEST_F(RecentFiles, ThatAreStoredTwiceAreListedOnce) {
   platform_.forms.existing.insert("/PICTURES/a.png");
   storeNames({path("a"), "/PICTURES/a.png", path("b")});
   mru_.LoadFromRegistry();
@@ -314,7 +314,7 @@ TEST_F(RecentFiles, AreRemovedFromListAndStoreButNotFromTheDisplay) {
   EXPECT_EQ(listed(), Names{path("b")});
 }
 
-TEST_F(RecentFiles, StayInMemoryWhenTheStoreCanNotBeWritten) {
+TEST_F(RecentFiles, StayInMemoryIfTheStoreCannotBeWritten) {
   store_.writesFail = true;
   mru_.AddFile(path("a"));
   EXPECT_EQ(listed(), Names{path("a")});
@@ -324,21 +324,21 @@ TEST_F(RecentFiles, StayInMemoryWhenTheStoreCanNotBeWritten) {
             std::string::npos);
 }
 
-TEST_F(RecentFiles, DoNotMindAKeyThatCanNotBeCreated) {
+TEST_F(RecentFiles, IgnoreAKeyThatCannotBeCreated) {
   store_.CreateKey(HKEY_CURRENT_USER, kKey);
   store_.createFails = true;
   mru_.SaveToRegistry();
   EXPECT_EQ(reports(), 0u);
 }
 
-TEST_F(RecentFiles, ReportAStoreThatCanNotBeRead) {
+TEST_F(RecentFiles, ReportAStoreThatCannotBeRead) {
   store_.readsFail = true;
   mru_.LoadFromRegistry();
   EXPECT_EQ(mru_.Files.Count(), 0);
   EXPECT_EQ(reports(), 1u);
 }
 
-TEST_F(RecentFiles, LoseNothingStoredWhenTheyCouldNotBeLoaded) {
+TEST_F(RecentFiles, KeepTheStoreIfTheyCouldNotBeLoaded) {
   storeNames({path("a"), path("b")});
   store_.readsFail = true;
   mru_.LoadFromRegistry();
@@ -347,7 +347,7 @@ TEST_F(RecentFiles, LoseNothingStoredWhenTheyCouldNotBeLoaded) {
   mru_.RemoveFile(path("x"));
   EXPECT_EQ(listed(), Names{path("c")});
   store_.readsFail = false;
-  EXPECT_EQ(stored(), (Names{path("a"), path("b")})) << "the store is left as it is";
+  EXPECT_EQ(stored(), (Names{path("a"), path("b")})) << "the store is unchanged";
   mru_.AddFile(path("d"));
   EXPECT_EQ(listed(), (Names{path("d"), path("c"), path("a"), path("b")}));
   EXPECT_EQ(stored(), listed());
@@ -364,7 +364,7 @@ TEST_F(RecentFiles, AreRemovedFromAListThatCouldNotBeLoaded) {
   EXPECT_EQ(listed(), Names{path("b")});
 }
 
-TEST_F(RecentFiles, LoseNothingStoredWhenOnlyTheFirstOnesCouldBeLoaded) {
+TEST_F(RecentFiles, KeepTheStoreIfOnlyTheFirstOnesCouldBeLoaded) {
   storeNames({path("a"), path("b"), path("c")});
   store_.readsLeft = 2;
   mru_.LoadFromRegistry();
@@ -374,7 +374,7 @@ TEST_F(RecentFiles, LoseNothingStoredWhenOnlyTheFirstOnesCouldBeLoaded) {
   EXPECT_EQ(stored(), (Names{path("d"), path("a"), path("b"), path("c")}));
 }
 
-TEST_F(RecentFiles, MayBeAddedByAReferenceIntoTheListItself) {
+TEST_F(RecentFiles, MayBeAddedByAReferenceIntoTheList) {
   for (const char* name : {"a", "b", "c"}) mru_.AddFile(path(name));
   mru_.AddFile(mru_.Files.Item(3));
   EXPECT_EQ(listed(), (Names{path("a"), path("c"), path("b")}));
@@ -382,7 +382,7 @@ TEST_F(RecentFiles, MayBeAddedByAReferenceIntoTheListItself) {
   EXPECT_EQ(listed(), (Names{path("c"), path("b")}));
 }
 
-TEST_F(RecentFiles, MakeTheirKeyEvenIfNoneIsLeftToStore) {
+TEST_F(RecentFiles, CreateTheirKeyEvenIfTheListIsEmpty) {
   mru_.RemoveFile(path("a"));
   EXPECT_TRUE(store_.hasKey(HKEY_CURRENT_USER, kKey));
   EXPECT_EQ(stored(), Names{});
@@ -407,18 +407,18 @@ TEST_F(RecentFiles, ReportADisplayThatFailsUnderBuildMRU) {
   }
 }
 
-TEST_F(RecentFiles, ReloadWhereABandIsSet) {
+TEST_F(RecentFiles, ReloadWhenABandIsSet) {
   Collection<int> band;
   mru_.Band = &band;
   mru_.AddFile(path("a"));
   platform_.forms.existing.erase(path("a"));
   mru_.AddFile(path("b"));
-  EXPECT_EQ(listed(), Names{path("b")}) << "the vanished one is dropped by the load";
+  EXPECT_EQ(listed(), Names{path("b")}) << "the load drops the deleted file";
   mru_.RemoveFile(path("b"));
   EXPECT_EQ(mru_.Files.Count(), 0);
 }
 
-TEST_F(RecentFiles, AreShownInTheListCommandBeforeAllElse) {
+TEST_F(RecentFiles, AreShownInTheListCommandFirst) {
   SmartMenuStandIn menu;
   WindowMenu window;
   mru_.SmartUI = &menu;

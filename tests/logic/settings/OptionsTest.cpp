@@ -9,7 +9,7 @@
 namespace kestrel {
 namespace {
 
-/// One property: where it is stored, as what, and its default. Booleans are 0 and 1 here.
+/// A property with its stored name, kind and default. Booleans are 0 and 1.
 struct Property {
   const char* name;
   const char* section;
@@ -109,12 +109,12 @@ TEST_P(EachOption, IsWrittenEvenIfItIsTheDefault) {
   EXPECT_EQ(GetParam().get(options_), GetParam().defaultValue);
 }
 
-TEST_P(EachOption, TakesNegativeNumbersAsTheyAre) {
+TEST_P(EachOption, KeepsNegativeNumbers) {
   GetParam().let(options_, -1);
   EXPECT_EQ(GetParam().get(options_), GetParam().isBoolean ? 1 : -1);
 }
 
-TEST_P(EachOption, IsReadAnewAtEachGet) {
+TEST_P(EachOption, IsReadFromTheStoreAtEachGet) {
   GetParam().get(options_);
   const int reads = store_.reads;
   Options another;
@@ -124,14 +124,14 @@ TEST_P(EachOption, IsReadAnewAtEachGet) {
   EXPECT_EQ(store_.reads, reads + 2);
 }
 
-TEST_P(EachOption, ReadsItsDefaultWhereTheOtherKindIsStored) {
+TEST_P(EachOption, ReadsItsDefaultIfTheOtherKindIsStored) {
   const bool isText = GetParam().kind == kStoreString;
   store_.WriteValue(HKEY_CURRENT_USER, key(), GetParam().valueName, 7, isText ? kStoreNumber : kStoreString);
   EXPECT_EQ(GetParam().get(options_), GetParam().defaultValue);
   EXPECT_EQ(reports(), 0u);
 }
 
-TEST_P(EachOption, ThatCanNotBeReadIsReportedOnceAndIsZero) {
+TEST_P(EachOption, ThatCannotBeReadIsReportedOnceAndIsZero) {
   store_.readsFail = true;
   EXPECT_EQ(GetParam().get(options_), 0);
   ASSERT_EQ(reports(), 1u);
@@ -140,7 +140,7 @@ TEST_P(EachOption, ThatCanNotBeReadIsReportedOnceAndIsZero) {
   EXPECT_NE(text.find("\r\n\r\nThe store can't be read. (57)"), text.npos);
 }
 
-TEST_P(EachOption, ThatCanNotBeWrittenIsReportedAndTheCallerGoesOn) {
+TEST_P(EachOption, ThatCannotBeWrittenIsReportedAndTheCallerContinues) {
   store_.writesFail = true;
   GetParam().let(options_, 1);
   ASSERT_EQ(reports(), 1u);
@@ -170,7 +170,7 @@ TEST_F(OptionsTest, ReadAnyNumberButZeroAsTrue) {
   EXPECT_FALSE(options_.ThumbnailAutoCheck());
 }
 
-TEST_F(OptionsTest, GiveTheQualityForASaveOnlyIfItIsANumberThatCanBeRead) {
+TEST_F(OptionsTest, ReturnTheStoredQualityOnlyIfItIsAReadableNumber) {
   EXPECT_EQ(StoredJPEGQuality(), 75) << "none is stored";
   options_.JPEGQuality(31);
   EXPECT_EQ(StoredJPEGQuality(), 31);
@@ -181,13 +181,13 @@ TEST_F(OptionsTest, GiveTheQualityForASaveOnlyIfItIsANumberThatCanBeRead) {
   EXPECT_EQ(reports(), 0u);
 }
 
-TEST_F(OptionsTest, HoldTheMaterialBackgroundAsAText) {
+TEST_F(OptionsTest, StoreTheMaterialBackgroundAsText) {
   options_.MaterialBackColor(-1);
   EXPECT_EQ(store_.ReadValue(HKEY_CURRENT_USER, kRoot + "\\Materials", "BackColor").ToString(), "-1");
   EXPECT_EQ(options_.MaterialBackColor(), -1);
 }
 
-TEST_F(OptionsTest, ReportADamagedTextAndReadItAsZero) {
+TEST_F(OptionsTest, ReportAnInvalidTextAndReadItAsZero) {
   for (const char* text : {"red", "", "12 apples", "99999999999"}) {
     const std::size_t before = reports();
     store_.WriteValue(HKEY_CURRENT_USER, kRoot + "\\Materials", "BackColor", text, kStoreString);

@@ -11,7 +11,7 @@
 namespace kestrel {
 namespace {
 
-/// A platform whose shared services fail where a case says so.
+/// A platform whose shared services fail on request of a case.
 class FailingPlatform : public fakes::FakePlatform {
  public:
   std::string failing;
@@ -58,7 +58,7 @@ struct World {
   MRU& mru;
 };
 
-/// A statement of the component that a case makes fail, as it stands in its source file.
+/// A statement of the component that fails in a case, as written in its source file.
 struct Case {
   const char* procedure;
   const char* file;

@@ -15,7 +15,7 @@ namespace kestrel {
 
 inline const std::string kRoot = "Software\\Brindlewick\\Common\\ImageProcessing";
 
-/// A key store in memory whose calls can be made to fail, and are counted.
+/// A key store in memory whose calls are recorded and can fail.
 class FailingStore : public store::MemoryStore {
  public:
   Variant ReadValue(std::int32_t Hive, const std::string& Key, const std::string& ValueName) override {
@@ -41,11 +41,11 @@ class FailingStore : public store::MemoryStore {
 
   bool readsFail = false, writesFail = false, createFails = false;
   int reads = 0;
-  int readsLeft = -1;  ///< how many reads succeed yet; -1 for all
+  int readsLeft = -1;  ///< number of reads that still succeed; -1 for all
   std::string calls;
 };
 
-/// A process in which Main has run on a platform of fakes.
+/// A process in which Main has run on the fake platform.
 class Settings : public testing::Test {
  protected:
   Settings() {

@@ -91,7 +91,7 @@ TEST_F(UnusableStore, HasNoStoredQuality) {
   EXPECT_EQ(StoredJPEGQuality(), 40);
 }
 
-TEST_F(UnusableStore, IsNotWrittenByAListOfRecentFilesThatCouldNotBeLoaded) {
+TEST_F(UnusableStore, IsNotWrittenByRecentFilesThatCouldNotBeLoaded) {
   std::filesystem::remove(folder_ / "a.store");
   const std::string key = "Root\\RecentFiles";
   for (int i = 1; i <= 3; ++i) {
@@ -117,7 +117,7 @@ TEST_F(UnusableStore, IsNotWrittenByAListOfRecentFilesThatCouldNotBeLoaded) {
                                               "/pictures/2.png", "/pictures/3.png", ""}));
 }
 
-TEST_F(UnusableStore, TellsOnceOfARunOfWritesThatAreLost) {
+TEST_F(UnusableStore, ReportsOnceForARunOfFailedWrites) {
   readEverything();
   writeEverything();
   ASSERT_EQ(platform_.boxes.boxes.size(), 2u);
@@ -128,14 +128,14 @@ TEST_F(UnusableStore, TellsOnceOfARunOfWritesThatAreLost) {
   EXPECT_EQ(std::filesystem::file_size(folder_ / "a.store"), 8192u) << "the file is left as it was";
 }
 
-TEST_F(UnusableStore, TellsOfAListOfRecentFilesThatIsLost) {
+TEST_F(UnusableStore, ReportsALostListOfRecentFiles) {
   MRU recent;
   recent.AddFile("/pictures/a.png");
   ASSERT_EQ(platform_.boxes.boxes.size(), 1u);
   EXPECT_NE(box(0).find("Module: MRU\r\nProcedure: SaveToRegistry\r\n"), std::string::npos);
 }
 
-TEST_F(UnusableStore, TakesWritesAgainOnceItCanBeUsed) {
+TEST_F(UnusableStore, AcceptsWritesOnceItIsUsableAgain) {
   writeEverything();
   std::filesystem::remove(folder_ / "a.store");
   const auto options = modProcessing::GetOptions();

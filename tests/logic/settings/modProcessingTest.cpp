@@ -26,7 +26,7 @@ TEST_F(ProcessServices, AreSetUpByMain) {
   EXPECT_TRUE(modTollgarthSupport::State().qdkHasInitialised);
 }
 
-/// Notes in which order the services get their keys.
+/// Records the order in which the services get their keys.
 struct NotedStore : FailingStore {
   using FailingStore::RootHive, FailingStore::RootKey;
   void RootKey(const std::string& value) override {
@@ -89,7 +89,7 @@ TEST_F(ProcessServices, StayInPlaceAfterKillShared) {
   EXPECT_EQ(modProcessing::GetOptions()->JPEGQuality(), 75);
 }
 
-TEST_F(ProcessServices, ReportColorsThatCanNotBeMade) {
+TEST_F(ProcessServices, ReportColorsThatCannotBeCreated) {
   platform_.makeColors = nullptr;
   EXPECT_EQ(modProcessing::GetColors(), nullptr);
   ASSERT_EQ(reports(), 1u);
@@ -109,14 +109,14 @@ TEST_F(ProcessServices, SetTheCaptionOfAWindow) {
   EXPECT_EQ(form.Caption(), "Untitled - Brindle Image Pro");
 }
 
-TEST_F(ProcessServices, TellOnceOfAStoreThatCanNotBeUsed) {
+TEST_F(ProcessServices, ReportAnUnusableStoreOnce) {
   store_.Unavailable(RuntimeError(err::kPathFileAccess, "The settings could not be opened."));
   ASSERT_EQ(reports(), 1u);
   EXPECT_NE(platform_.boxes.boxes[0].text.find("The settings could not be opened. (75)"), std::string::npos);
 }
 
-TEST_F(ProcessServices, DoNotStopTheReaderOfAStoreThatCanNotBeUsed) {
-  platform_.factory.present = true;  // which raises 65535 behind each report
+TEST_F(ProcessServices, DoNotFailReadersOfAnUnusableStore) {
+  platform_.factory.present = true;  // which raises 65535 after each report
   store_.Unavailable(RuntimeError(err::kPathFileAccess, "The settings could not be opened."));
   EXPECT_EQ(platform_.factory.reports.size(), 1u);
 }
@@ -128,7 +128,7 @@ TEST(WithoutAPlatform, NothingIsLent) {
 }
 
 /// The thumbnail dialog moves the key for the rest of the process.
-TEST_F(ProcessServices, LoseThePositionOfTheFirstEditorOnceTheThumbnailDialogWasOpen) {
+TEST_F(ProcessServices, LoseTheFirstEditorsPositionAfterTheThumbnailDialog) {
   screens_.screens = {{0, 0, 1920, 1080}};
   fakes::FakeForm editor("frmImageEditor", {10, 20, 800, 600}), dialog("frmGetThumnail", {1, 1, 300, 300});
   auto& positions = modProcessing::WindowPositions();

@@ -26,7 +26,7 @@ TEST(FileNames, MakeTheNameOfAThumbnail) {
   EXPECT_EQ(thumbnailOf("/a.b/c"), "/a.b/c_thumb.");
 }
 
-TEST(FileNames, TakeTheExtensionFromTheFilesNameAlone) {
+TEST(FileNames, TakeTheExtensionFromTheFileNameOnly) {
   Names names;
   EXPECT_EQ(names.GetExtension("c:\\a.b\\c"), "");
   EXPECT_EQ(names.GetExtension("/a.b/c"), "");
@@ -35,7 +35,7 @@ TEST(FileNames, TakeTheExtensionFromTheFilesNameAlone) {
   EXPECT_EQ(names.PathWithoutExtension("/a/c."), "/a/c");
 }
 
-TEST(FileNames, GiveWhatFollowsTheLastSeparator) {
+TEST(FileNames, ReturnThePartAfterTheLastSeparator) {
   Names names;
   EXPECT_EQ(names.GetFileName("c:\\a\\b.png"), "b.png");
   EXPECT_EQ(names.GetFileName("/a/b.png"), "b.png");
@@ -43,21 +43,21 @@ TEST(FileNames, GiveWhatFollowsTheLastSeparator) {
   EXPECT_EQ(names.GetFileName("/a/"), "");
 }
 
-TEST(FileNames, LeaveAPathThatFitsAsItIs) {
+TEST(FileNames, KeepAPathThatFits) {
   Names names;
   const std::string fifty = "c:\\" + std::string(43, 'f') + ".png";
   ASSERT_EQ(fifty.size(), 50u);
   EXPECT_EQ(names.CompactPath(fifty, 50, "\\"), fifty);
 }
 
-TEST(FileNames, LeaveOutFoldersInTheMiddle) {
+TEST(FileNames, OmitFoldersInTheMiddle) {
   Names names;
   EXPECT_EQ(names.CompactPath("c:\\one\\two\\three\\four.png", 23, "\\"), "c:\\...\\three\\four.png");
   EXPECT_EQ(names.CompactPath("c:\\one\\two\\three\\four.png", 15, "\\"), "c:\\...\\four.png");
   EXPECT_EQ(names.CompactPath("/one/two/three/four.png", 20, "/"), "/.../three/four.png");
 }
 
-TEST(FileNames, CutANameThatIsTooLongByItself) {
+TEST(FileNames, TruncateATooLongFileName) {
   Names names;
   EXPECT_EQ(names.CompactPath("c:\\one\\a-very-long-name.png", 12, "\\"), "a-very-lo...");
   EXPECT_EQ(names.CompactPath("c:\\one\\four.png", 10, "\\"), "four.png");

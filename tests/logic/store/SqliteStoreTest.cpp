@@ -30,7 +30,7 @@ void tamper(const std::filesystem::path& file, const std::string& sql) {
   sqlite3_close(connection);
 }
 
-/// The number that a call raises, 0 where it raises nothing.
+/// The number of the error that a call raises, 0 if none.
 template <typename Call>
 std::int32_t raisedBy(Call call) {
   try {
@@ -41,7 +41,7 @@ std::int32_t raisedBy(Call call) {
   }
 }
 
-/// A store whose reports are taken down.
+/// A store whose reports are recorded.
 struct WatchedStore {
   explicit WatchedStore(const std::filesystem::path& file) : store(file) {}
   sqlite::SqliteStore store;
@@ -51,7 +51,7 @@ struct WatchedStore {
 
   std::int32_t read() { return store.GetSetting("Quality", 75, kStoreNumber, "JPEG", kUser).ToInt32(); }
   void write(std::int32_t value) { store.SetSetting("Quality", value, kStoreNumber, "JPEG", kUser); }
-  /// The number that the write raises, 0 where it raises nothing.
+  /// The number of the error that the write raises, 0 if none.
   std::int32_t tryWrite(std::int32_t value) {
     return raisedBy([&] { write(value); });
   }
@@ -68,7 +68,7 @@ TEST(SqliteStore, CreatesNothingByReading) {
   EXPECT_TRUE(std::filesystem::exists(folder / "sub" / "a.store"));
 }
 
-TEST(SqliteStore, SeesWhatAnotherOneHasCreatedAndWritten) {
+TEST(SqliteStore, SeesValuesOfAnotherConnection) {
   const TemporaryFolder folder;
   WatchedStore first(folder / "a.store"), second(folder / "a.store");
   EXPECT_EQ(first.read(), 75);
@@ -84,7 +84,7 @@ TEST(SqliteStore, KeepsValuesFromRunToRun) {
   EXPECT_EQ(WatchedStore(folder / "a.store").read(), 40);
 }
 
-TEST(SqliteStore, ThatIsNoStoreGivesDefaultsAndOneReport) {
+TEST(SqliteStore, ThatIsNoDatabaseGivesDefaultsAndOneReport) {
   const TemporaryFolder folder;
   std::ofstream(folder / "a.store") << std::string(5000, 'x');
   WatchedStore watched(folder / "a.store");
@@ -95,7 +95,7 @@ TEST(SqliteStore, ThatIsNoStoreGivesDefaultsAndOneReport) {
   EXPECT_EQ(std::filesystem::file_size(folder / "a.store"), 5000u);
 }
 
-TEST(SqliteStore, InAPlaceThatIsAFolderGivesDefaultsAndOneReport) {
+TEST(SqliteStore, WhosePathIsAFolderGivesDefaultsAndOneReport) {
   const TemporaryFolder folder;
   std::filesystem::create_directory(folder / "a.store");
   WatchedStore watched(folder / "a.store");
@@ -111,10 +111,10 @@ TEST(SqliteStore, WhoseFolderIsAFileGivesDefaultsAndRaisesOnWriting) {
   WatchedStore watched(folder / "file" / "a.store");
   EXPECT_EQ(watched.tryWrite(40), err::kPathFileAccess);
   EXPECT_EQ(watched.read(), 75);
-  EXPECT_TRUE(watched.reports.empty()) << "nothing is there to be read";
+  EXPECT_TRUE(watched.reports.empty()) << "nothing to read";
 }
 
-TEST(SqliteStore, WithoutAPlaceGivesDefaultsAndOneReport) {
+TEST(SqliteStore, WithoutAPathGivesDefaultsAndOneReport) {
   WatchedStore watched("");
   EXPECT_EQ(watched.read(), 75);
   EXPECT_EQ(watched.tryWrite(40), err::kPathNotFound);
@@ -142,7 +142,7 @@ TEST(SqliteStore, ThatIsDamagedWhileOpenGivesDefaultsAndOneReport) {
   EXPECT_EQ(watched.reports, std::vector<std::int32_t>{err::kDeviceIO});
 }
 
-TEST(SqliteStore, DoesNotFindAValueOfNeitherKind) {
+TEST(SqliteStore, DoesNotFindInvalidValues) {
   const TemporaryFolder folder;
   WatchedStore watched(folder / "a.store");
   watched.write(1);
@@ -162,7 +162,7 @@ TEST(SqliteStore, DoesNotFindAValueOfNeitherKind) {
   EXPECT_TRUE(watched.reports.empty());
 }
 
-/// The store's folder, in whose place a file can be put for a while, so that the store can't be opened.
+/// A store whose folder can be replaced by a file, so that the store can't be opened.
 struct BlockedPlace {
   BlockedPlace() { block(); }
   void block() { std::ofstream(folder / "sub") << "x"; }
@@ -172,10 +172,10 @@ struct BlockedPlace {
   WatchedStore watched{folder / "sub" / "a.store"};
 };
 
-TEST(SqliteStore, RaisesForTheFirstFailedWriteOfARunAndTriesEachLaterOneAgain) {
+TEST(SqliteStore, RaisesOnlyForTheFirstFailedWriteOfARun) {
   BlockedPlace place;
   EXPECT_EQ(place.watched.tryWrite(40), err::kPathFileAccess);
-  EXPECT_EQ(place.watched.tryWrite(41), 0) << "the run has been told of";
+  EXPECT_EQ(place.watched.tryWrite(41), 0) << "the run was reported";
   place.clear();
   EXPECT_EQ(place.watched.tryWrite(42), 0);
   EXPECT_EQ(place.watched.read(), 42);
@@ -185,9 +185,10 @@ TEST(SqliteStore, RaisesForTheFirstFailedWriteOfARunAndTriesEachLaterOneAgain) {
   EXPECT_TRUE(place.watched.reports.empty());
 }
 
-TEST(SqliteStore, ReportsARunOfFailedReadsOnceAndReadsAgainWhenItCan) {
+TEST(SqliteStore, ReportsARunOfFailedReadsOnce) {
   BlockedPlace place;
-  // Where the folder is a file, nothing is there to be read; a folder in the file's place can't be.
+  // With a file in place of its folder the store counts as missing; with a folder in its own place it can't
+  // be read.
   place.clear();
   const std::filesystem::path file = place.folder / "sub" / "a.store";
   std::filesystem::create_directories(file);
@@ -203,7 +204,7 @@ TEST(SqliteStore, ReportsARunOfFailedReadsOnceAndReadsAgainWhenItCan) {
   EXPECT_EQ(place.watched.reports.size(), 2u) << "a new run";
 }
 
-TEST(SqliteStore, RaisesForAFailedWriteEvenWhereAReadHasFailedBefore) {
+TEST(SqliteStore, RaisesForAFailedWriteAfterAFailedRead) {
   const TemporaryFolder folder;
   std::filesystem::create_directory(folder / "a.store");
   WatchedStore watched(folder / "a.store");
@@ -211,7 +212,7 @@ TEST(SqliteStore, RaisesForAFailedWriteEvenWhereAReadHasFailedBefore) {
   EXPECT_EQ(watched.tryWrite(40), err::kPathFileAccess);
 }
 
-TEST(SqliteStore, RaisesForAFailedSaveBehindAKeyThatCouldNotBeCreated) {
+TEST(SqliteStore, RaisesForAFailedSaveAfterAFailedKey) {
   BlockedPlace place;
   const auto create = [&] { place.watched.store.CreateKey(kUser, "Root\\RecentFiles"); };
   EXPECT_EQ(raisedBy(create), err::kPathFileAccess);
@@ -219,7 +220,7 @@ TEST(SqliteStore, RaisesForAFailedSaveBehindAKeyThatCouldNotBeCreated) {
   EXPECT_EQ(place.watched.tryWrite(40), err::kPathFileAccess) << "a caller may do without the key";
 }
 
-TEST(SqliteStore, IsOpenedAnewWhereItsFileWasDeletedOrReplaced) {
+TEST(SqliteStore, IsReopenedIfItsFileWasDeletedOrReplaced) {
   const TemporaryFolder folder;
   WatchedStore watched(folder / "a.store");
   watched.write(40);
@@ -232,7 +233,7 @@ TEST(SqliteStore, IsOpenedAnewWhereItsFileWasDeletedOrReplaced) {
   EXPECT_TRUE(watched.reports.empty());
 }
 
-TEST(SqliteStore, WithTablesOfAnotherMakeGivesDefaultsAndOneReport) {
+TEST(SqliteStore, WithAnUnknownSchemaGivesDefaultsAndOneReport) {
   const TemporaryFolder folder;
   tamper(folder / "a.store", "CREATE TABLE StoreValue (something TEXT)");
   WatchedStore watched(folder / "a.store");
@@ -267,7 +268,7 @@ TEST_F(StorePath, IsBelowTheConfigurationDirectory) {
   EXPECT_EQ(sqlite::storePath(), "/home/ann/.config/brindlewick/imaging.store");
 }
 
-TEST_F(StorePath, IsWhatTheEnvironmentNames) {
+TEST_F(StorePath, IsTakenFromTheEnvironment) {
   setenv("HOME", "/home/ann", 1);
   setenv("KESTREL_STORE", "/media/stick/my.store", 1);
   EXPECT_EQ(sqlite::storePath(), "/media/stick/my.store");

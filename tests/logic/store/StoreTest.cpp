@@ -21,7 +21,7 @@ int numberRaisedBy(const std::function<void()>& call) {
   return 0;
 }
 
-/// What every key store promises.
+/// Tests for every key store.
 class Store : public testing::TestWithParam<bool> {
  protected:
   Store() {
@@ -37,12 +37,12 @@ class Store : public testing::TestWithParam<bool> {
   std::unique_ptr<RegistryStore> store_;
 };
 
-TEST_P(Store, GivesTheDefaultForAMissingValue) {
+TEST_P(Store, ReturnsTheDefaultForAMissingValue) {
   EXPECT_EQ(store_->GetSetting("Quality", 75, kStoreNumber, "JPEG", kUser).ToInt32(), 75);
   EXPECT_EQ(store_->GetSetting("Name", "none", kStoreString, "JPEG", kUser).ToString(), "none");
 }
 
-TEST_P(Store, GivesBackWhatWasWritten) {
+TEST_P(Store, ReturnsTheWrittenValue) {
   store_->SetSetting("Quality", 40, kStoreNumber, "JPEG", kUser);
   store_->SetSetting("Name", "a \xC3\xA4 '\"; b", kStoreString, "JPEG", kUser);
   EXPECT_EQ(store_->GetSetting("Quality", 75, kStoreNumber, "JPEG", kUser).ToInt32(), 40);
@@ -87,7 +87,7 @@ TEST_P(Store, ConvertsToTheKindOnWriting) {
   EXPECT_EQ(store_->GetSetting("text", "", kStoreString, "s", kUser).ToString(), "-1");
 }
 
-TEST_P(Store, RefusesWhatIsNoValueOfTheKindAndKeepsTheOldOne) {
+TEST_P(Store, RefusesInvalidValuesAndKeepsTheOldOne) {
   store_->SetSetting("n", 40, kStoreNumber, "s", kUser);
   EXPECT_EQ(numberRaisedBy([&] { store_->SetSetting("n", "abc", kStoreNumber, "s", kUser); }), 13);
   EXPECT_EQ(numberRaisedBy([&] { store_->SetSetting("n", 3e9, kStoreNumber, "s", kUser); }), 6);
@@ -95,7 +95,7 @@ TEST_P(Store, RefusesWhatIsNoValueOfTheKindAndKeepsTheOldOne) {
   EXPECT_EQ(store_->GetSetting("n", 7, kStoreNumber, "s", kUser).ToInt32(), 40);
 }
 
-TEST_P(Store, TellsValuesApartByHiveKeySectionAndName) {
+TEST_P(Store, SeparatesValuesByHiveKeySectionAndName) {
   store_->SetSetting("Width", 1, kStoreNumber, "Resize", kUser);
   store_->SetSetting("Width", 2, kStoreNumber, "ResizeCanvas", kUser);
   store_->SetSetting("Width", 3, kStoreNumber, "Resize", kUser, "Software\\Other");
@@ -115,7 +115,7 @@ TEST_P(Store, IgnoresTheCaseOfKeysAndNames) {
   EXPECT_EQ(store_->ReadValue(kUser, "Software\\Test", "Quality").ToInt32(), 41);
 }
 
-TEST_P(Store, DeletesAValueAndNothingWhereThereIsNone) {
+TEST_P(Store, DeletesAValueAndIgnoresAMissingOne) {
   store_->WriteValue(kUser, "k", "a", 1, kStoreNumber);
   store_->WriteValue(kUser, "k", "b", 2, kStoreNumber);
   store_->DeleteValue(kUser, "k", "A");

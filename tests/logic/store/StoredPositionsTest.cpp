@@ -24,7 +24,7 @@ class StoredPositions : public testing::Test {
     positions_.RegistryKey("Root\\WindowPositions");
   }
 
-  /// Where a window ends that was at `place` when it was closed.
+  /// The restored position of a window that was closed at `place`.
   Rectangle restored(const Rectangle& place) {
     FakeForm closing("frmImageEditor", place), opening("frmImageEditor", {5, 5, 50, 50});
     positions_.SavePosition(closing, "");
@@ -37,19 +37,19 @@ class StoredPositions : public testing::Test {
   store::StoredPositions positions_{store_, screens_};
 };
 
-TEST_F(StoredPositions, ComeBackOnTheScreenTheyWereOn) {
+TEST_F(StoredPositions, AreRestoredOnTheirScreen) {
   EXPECT_EQ(restored({100, 200, 800, 600}), (Rectangle{100, 200, 800, 600}));
   EXPECT_EQ(restored({2000, 20, 800, 600}), (Rectangle{2000, 20, 800, 600}));
 }
 
-TEST_F(StoredPositions, LeaveAWindowThatHasNoneAsItIs) {
+TEST_F(StoredPositions, KeepAWindowWithoutAStoredPosition) {
   FakeForm form("frmImageEditor", {5, 6, 50, 60});
   positions_.LoadPosition(form, "");
   EXPECT_EQ(form.place(), (Rectangle{5, 6, 50, 60}));
   EXPECT_TRUE(store_.isEmpty());
 }
 
-TEST_F(StoredPositions, CentreAWindowThatHasNoneWhereThatIsAskedFor) {
+TEST_F(StoredPositions, CenterAWindowWithoutAStoredPositionOnRequest) {
   FakeForm form("frmGetThumnail", {5, 6, 400, 300});
   positions_.LoadPosition(form, "GetThumbnail", 2, 0);
   EXPECT_EQ(form.place(), (Rectangle{760, 370, 400, 300}));
@@ -66,7 +66,7 @@ TEST_F(StoredPositions, AreMovedOntoAScreenThatExists) {
   EXPECT_EQ(restored(onSecond), (Rectangle{1120, 100, 800, 600}));
 }
 
-TEST_F(StoredPositions, GoToTheNearestScreenWhereNoneShowsThem) {
+TEST_F(StoredPositions, MoveToTheNearestScreenIfOffScreen) {
   EXPECT_EQ(restored({5000, 100, 800, 600}), (Rectangle{2400, 100, 800, 600}));
 }
 
@@ -104,7 +104,7 @@ TEST_F(StoredPositions, AreKeptPerKeyAndName) {
   EXPECT_TRUE(store_.hasKey(HKEY_CURRENT_USER, "Root\\WindowPositions\\Second"));
 }
 
-TEST_F(StoredPositions, AreLookedForUnderTheKeyOfTheMoment) {
+TEST_F(StoredPositions, AreReadUnderTheCurrentKey) {
   FakeForm first("frmImageEditor", {1, 2, 300, 400});
   positions_.SavePosition(first, "");
   positions_.RegistryKey("Software\\Brindlewick\\ImageProcessing2");
@@ -119,7 +119,7 @@ TEST_F(StoredPositions, AreNeitherStoredNorFoundWithoutAKey) {
   EXPECT_TRUE(store_.isEmpty());
 }
 
-TEST_F(StoredPositions, OfAMaximisedWindowKeepTheNormalPlace) {
+TEST_F(StoredPositions, OfAMaximizedWindowKeepTheNormalPosition) {
   FakeForm form("frmImageEditor", {100, 200, 800, 600});
   positions_.SavePosition(form, "");
   form.Move(0, 0, 1920, 1040);
@@ -131,7 +131,7 @@ TEST_F(StoredPositions, OfAMaximisedWindowKeepTheNormalPlace) {
   EXPECT_EQ(opening.WindowState(), kWindowMaximized);
 }
 
-TEST_F(StoredPositions, OfAMinimisedWindowStayAsTheyWere) {
+TEST_F(StoredPositions, OfAMinimizedWindowAreUnchanged) {
   FakeForm form("frmImageEditor", {100, 200, 800, 600});
   positions_.SavePosition(form, "");
   form.Move(-32000, -32000, 160, 30);
@@ -142,7 +142,7 @@ TEST_F(StoredPositions, OfAMinimisedWindowStayAsTheyWere) {
   EXPECT_EQ(opening.place(), (Rectangle{100, 200, 800, 600}));
 }
 
-TEST_F(StoredPositions, ThatAreDamagedCountAsNone) {
+TEST_F(StoredPositions, ThatAreInvalidCountAsNone) {
   const std::string key = "Root\\WindowPositions\\frmImageEditor";
   for (const auto& [name, value] : {std::pair{"Left", 2'000'000'000}, {"Width", 0}, {"Height", -5}}) {
     FakeForm form("frmImageEditor", {100, 200, 800, 600});

@@ -9,7 +9,7 @@
 
 namespace kestrel {
 
-/// A folder of its own for one test, gone afterwards.
+/// A temporary folder for one test. The destructor removes it.
 class TemporaryFolder {
  public:
   TemporaryFolder() {
