@@ -20,7 +20,7 @@ TEST_P(Boxes, AMessageBoxReturnsTheButtonThatWasPressed) {
   EXPECT_EQ(boxes.MessageBox("Nothing to paste.", kBoxExclamation), kAnswerOK);
 }
 
-TEST_P(Boxes, AnInputBoxReturnsWhatWasTypedAndNothingWhenCancelled) {
+TEST_P(Boxes, AnInputBoxReturnsItsTextOrNothingWhenCanceled) {
   UserInterface& boxes = platform().UserInterface();
   user().willType("a name");
   EXPECT_EQ(boxes.InputBox("Name:", "New Folder", "default"), "a name");
@@ -43,7 +43,7 @@ class FileDialogs : public ContractTest {
   std::unique_ptr<ImgXDialog> dialog_;
 };
 
-TEST_P(FileDialogs, KeepWhatTheyAreGiven) {
+TEST_P(FileDialogs, KeepTheirProperties) {
   dialog_->DefaultExt("bmp");
   dialog_->Filename("x.bmp");
   EXPECT_EQ(dialog_->Filter(), "Bitmaps|*.bmp;*.dib|All Files (*.*)|*.*");
@@ -60,7 +60,7 @@ TEST_P(FileDialogs, ReportTrueWithTheNameThatTheUserAccepted) {
   EXPECT_EQ(dialog_->Filename(), name);
 }
 
-TEST_P(FileDialogs, ReportFalseWhenTheyAreCancelledAndKeepTheirName) {
+TEST_P(FileDialogs, ReportFalseWhenCanceledAndKeepTheirName) {
   dialog_->Filename(path("picture.bmp"));
   user().willCancelFileDialog();
   EXPECT_FALSE(dialog_->ShowOpen());
@@ -79,7 +79,7 @@ TEST_P(FileDialogs, AppendTheDefaultExtensionToANameWithoutOne) {
   EXPECT_EQ(dialog_->Filename(), path("plain"));
 }
 
-TEST_P(FileDialogs, CanBeGrownAndGivenAControlBeforeTheyShow) {
+TEST_P(FileDialogs, CanBeEnlargedForAControlBeforeTheyAreShown) {
   const std::unique_ptr<Form> holder = platform().CreateForm("frmResources");
   auto& box = Bind<CheckBox>(*holder, "chkThumbnail");
   int raised = 0;
@@ -105,7 +105,7 @@ TEST_P(FileDialogs, CanBeGrownAndGivenAControlBeforeTheyShow) {
   EXPECT_EQ(holder->Find("chkThumbnail"), &box) << "the control went back to its form";
 }
 
-TEST_P(FileDialogs, HaveStockControlsOnlyWhileTheyPrepare) {
+TEST_P(FileDialogs, HaveStockControlsOnlyDuringPreparation) {
   std::int32_t left = 0, top = 0, width = 0, height = 0;
   EXPECT_EQ(errorOf([&] { dialog_->GetControlRect(kDialogFileTypeLabel, left, top, width, height); }), 5);
 }

@@ -13,8 +13,7 @@
 
 namespace kestrel::contract {
 
-/// A platform under test, with hands for what only its user can do. Each program that runs the suite brings
-/// its own.
+/// A platform under test, with the actions of its user. Each program that runs the suite implements it.
 class ContractPlatform {
  public:
   virtual ~ContractPlatform() = default;
@@ -23,16 +22,16 @@ class ContractPlatform {
 
   /// The form frmControls, which has a control of each small class.
   virtual std::unique_ptr<Form> controls() = 0;
-  /// The container of an editor control, 800 by 600 and shown, with its windows "mrgUI" and "igxImage". Made
-  /// anew by each call; the one before is gone then.
+  /// The visible container of an editor control, 800 by 600, with its windows "mrgUI" and "igxImage". Each
+  /// call creates a new one and destroys the previous one.
   virtual Site& editorSite() = 0;
 
-  /// A folder to write to, in the platform's spelling, without a separator at its end.
+  /// A writable folder in the platform's path syntax, without a trailing separator.
   virtual std::string folder() = 0;
-  /// The name under which the machine knows a path.
+  /// The path of the machine for a path of the platform.
   virtual std::string host(const std::string& path) = 0;
 
-  // What the user will do at the next box or dialog, which then comes up by itself.
+  // Actions of the user at the next box or dialog.
   virtual void willAnswer(std::int32_t answer) = 0;
   virtual void willType(const std::string& text) = 0;
   virtual void willCancelInput() = 0;
@@ -40,7 +39,7 @@ class ContractPlatform {
   virtual void willChoose(const std::string& filename) = 0;
   virtual void willCancelFileDialog() = 0;
 
-  // What the user does now.
+  // Immediate actions of the user.
   virtual void pressCloseBox(Form& form) = 0;
   virtual bool clickCommand(Moorage& suite, const std::string& key) = 0;
   virtual void typeComboText(Moorage& suite, const std::string& key, const std::string& text) = 0;
@@ -49,35 +48,35 @@ class ContractPlatform {
   virtual void movePointer(ImageView& view, std::int32_t button, std::int32_t shift, Point to) = 0;
   virtual void releasePointer(ImageView& view, std::int32_t button, std::int32_t shift, Point at) = 0;
   virtual void turnWheel(ImageView& view, std::int32_t notches, std::int32_t shift, Point at) = 0;
-  /// The pointer comes to the view and rests there for as long as it takes to count as a rest.
+  /// Moves the pointer to the view and keeps it there until it counts as resting.
   virtual void restWithPointer(ImageView& view) = 0;
-  /// The pointer goes from the view to somewhere outside.
+  /// Moves the pointer out of the view.
   virtual void leaveWithPointer(ImageView& view) = 0;
-  /// In the list of colours that the picker has opened: one of its colours, or the extra button.
+  /// Chooses a color, or the extra button, in the open list of the picker.
   virtual void pickColor(ColorPicker& picker, OLE_COLOR color) = 0;
   virtual void pickExtra(ColorPicker& picker) = 0;
   virtual void pressNoticeButton(ImageView& view) = 0;
   virtual void closeNotice(ImageView& view) = 0;
   virtual void copyText(const std::string& text) = 0;
 
-  /// What the user reads in the strip above the picture, and on its button; empty where it is not there.
+  /// The visible text of the notice strip above the picture, and of its button; empty without one.
   virtual std::string noticeText(ImageView& view) = 0;
   virtual std::string noticeButton(ImageView& view) = 0;
 
-  /// The colour of a point that was drawn on a form's face, -1 where nothing is drawn.
+  /// The color drawn on a form's face at a point; -1 if nothing is drawn there.
   virtual OLE_COLOR faceColor(Form& form, Point at) = 0;
 
-  /// Lets everything happen that is waiting to.
+  /// Processes all pending events.
   virtual void settle() = 0;
 };
 
-/// A name for the tests' reports, and how to make the platform.
+/// The platform's name in test reports, and its factory.
 struct ContractPlatformMaker {
   std::string name;
   std::function<std::unique_ptr<ContractPlatform>()> make;
 };
 
-/// The platforms that this program runs the suite against.
+/// The platforms that this program tests.
 std::vector<ContractPlatformMaker> contractPlatforms();
 
 }  // namespace kestrel::contract

@@ -10,7 +10,7 @@
 
 namespace kestrel::contract {
 
-/// A promise of the contract, checked on each platform.
+/// Base of the contract tests, which run on each platform.
 class ContractTest : public testing::TestWithParam<ContractPlatformMaker> {
  protected:
   void SetUp() override { user_ = GetParam().make(); }
@@ -30,7 +30,7 @@ inline std::string nameOfPlatform(const testing::TestParamInfo<ContractPlatformM
   return info.param.name;
 }
 
-/// The number of the RuntimeError that `call` raises, 0 if it raises none.
+/// The number of the RuntimeError that `call` raises, 0 if none.
 template <typename Call>
 std::int32_t errorOf(Call call) {
   try {

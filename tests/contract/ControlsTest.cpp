@@ -42,7 +42,7 @@ TEST_P(Controls, AreFoundByNameAndIndexAndKeepThem) {
   EXPECT_EQ(control<TextBox>("TXTNAME").Name(), "txtName");
 }
 
-TEST_P(Controls, ThatAreNotThereAreNotFound) {
+TEST_P(Controls, ThatAreMissingAreNotFound) {
   EXPECT_EQ(form().Find("txtOther"), nullptr);
   EXPECT_EQ(form().Find("optDegree", 3), nullptr);
   EXPECT_EQ(form().Find("optDegree"), nullptr);
@@ -70,7 +70,7 @@ TEST_P(Controls, HaveTheirStoredValues) {
   EXPECT_EQ(form().Caption(), "Controls");
 }
 
-TEST_P(Controls, AreVisibleByThemselvesWhateverTheirFormIs) {
+TEST_P(Controls, HaveTheirOwnVisibilityApartFromTheForm) {
   auto& box = control<TextBox>("txtName");
   EXPECT_FALSE(form().Visible());
   EXPECT_TRUE(box.Visible());
@@ -80,7 +80,7 @@ TEST_P(Controls, AreVisibleByThemselvesWhateverTheirFormIs) {
   EXPECT_TRUE(box.Visible());
 }
 
-TEST_P(Controls, AreEnabledByThemselvesWhateverTheirFormIs) {
+TEST_P(Controls, HaveTheirOwnEnabledStateApartFromTheForm) {
   auto& box = control<TextBox>("txtName");
   form().Enabled(false);
   EXPECT_TRUE(box.Enabled());
@@ -88,7 +88,7 @@ TEST_P(Controls, AreEnabledByThemselvesWhateverTheirFormIs) {
   EXPECT_FALSE(box.Enabled());
 }
 
-TEST_P(Controls, StandWhereTheyAreMoved) {
+TEST_P(Controls, AreWhereTheyAreMoved) {
   auto& picture = control<PictureBox>("picSample");
   picture.Move(11, 12, 53, 44);
   EXPECT_EQ(picture.Left(), 11);
@@ -105,13 +105,13 @@ TEST_P(Controls, StandWhereTheyAreMoved) {
   EXPECT_EQ(picture.Height(), 54);
 }
 
-TEST_P(Controls, EachHaveAWindowOfTheirOwn) {
+TEST_P(Controls, HaveTheirOwnWindows) {
   EXPECT_NE(control<TextBox>("txtName").hWnd(), 0);
   EXPECT_NE(control<TextBox>("txtName").hWnd(), control<CheckBox>("chkBox").hWnd());
   EXPECT_NE(form().hWnd(), control<CheckBox>("chkBox").hWnd());
 }
 
-TEST_P(Controls, ATextBoxRaisesChangeWhenItsTextIsSetToSomethingElse) {
+TEST_P(Controls, ATextBoxRaisesChangeWhenItsTextDiffers) {
   auto& box = control<TextBox>("txtName");
   int changes = 0;
   std::string seen;
@@ -126,14 +126,14 @@ TEST_P(Controls, ATextBoxRaisesChangeWhenItsTextIsSetToSomethingElse) {
   EXPECT_EQ(seen, "45\xC2\xB0");
 }
 
-TEST_P(Controls, ATextBoxGivesOutWhatIsSelectedInIt) {
+TEST_P(Controls, ATextBoxReturnsItsSelectedText) {
   auto& box = control<TextBox>("txtName");
   EXPECT_EQ(box.SelectedText(), "");
   platform().FormUtility().SelectAllText(box);
   EXPECT_EQ(box.SelectedText(), "90");
 }
 
-TEST_P(Controls, ATextBoxTellsThatItGotTheFocus) {
+TEST_P(Controls, ATextBoxRaisesGotFocus) {
   auto& box = control<TextBox>("txtName");
   form().Show();
   user().settle();
@@ -159,7 +159,7 @@ TEST_P(Controls, ACheckBoxRaisesClickIfTheValueDiffers) {
   EXPECT_EQ(clicks, 2);
 }
 
-TEST_P(Controls, AnOptionButtonTakesTheChoiceFromTheOthersOfItsContainer) {
+TEST_P(Controls, AnOptionButtonClearsTheOthersOfItsContainer) {
   auto& right = control<OptionButton>("optDegree", 0);
   auto& left = control<OptionButton>("optDegree", 1);
   auto& here = control<OptionButton>("optPlace", 0);
@@ -170,7 +170,7 @@ TEST_P(Controls, AnOptionButtonTakesTheChoiceFromTheOthersOfItsContainer) {
   EXPECT_TRUE(here.Value()) << "a button of another container keeps its choice";
 }
 
-TEST_P(Controls, AnOptionButtonRaisesClickWhenItBecomesTheChosenOne) {
+TEST_P(Controls, AnOptionButtonRaisesClickWhenChosen) {
   auto& right = control<OptionButton>("optDegree", 0);
   auto& left = control<OptionButton>("optDegree", 1);
   std::string clicks;
@@ -197,7 +197,7 @@ TEST_P(Controls, AComboBoxKnowsItsEntriesFrom0) {
   EXPECT_EQ(errorOf([&] { list.ItemData(-1); }), 381);
 }
 
-TEST_P(Controls, AComboBoxRaisesClickIfTheChoiceDiffersAnd380Outside) {
+TEST_P(Controls, AComboBoxRaisesClickForAnotherChoiceAnd380Outside) {
   auto& list = control<ComboBox>("cboList");
   int clicks = 0;
   const Connection connection = list.Click.Connect([&] { ++clicks; });
@@ -212,7 +212,7 @@ TEST_P(Controls, AComboBoxRaisesClickIfTheChoiceDiffersAnd380Outside) {
   EXPECT_EQ(list.ListIndex(), -1);
 }
 
-TEST_P(Controls, ASliderBringsAValueOutsideItsBoundsToTheNearerBound) {
+TEST_P(Controls, ASliderClampsItsValue) {
   auto& slider = control<Slider>("sldLevel");
   EXPECT_EQ(slider.Min(), 2);
   EXPECT_EQ(slider.Max(), 20);
@@ -232,7 +232,7 @@ TEST_P(Controls, ATabStripCountsFrom1AndRaisesClickForAnotherTab) {
   auto& tabs = control<TabStrip>("tabPages");
   ASSERT_EQ(tabs.Count(), 3);
   EXPECT_EQ(tabs.Caption(1), "View");
-  EXPECT_EQ(tabs.Caption(3), "Colours");
+  EXPECT_EQ(tabs.Caption(3), "Colors");
   EXPECT_EQ(tabs.SelectedIndex(), 1);
   int clicks = 0;
   const Connection connection = tabs.Click.Connect([&] { ++clicks; });
@@ -254,7 +254,7 @@ TEST_P(Controls, AButtonIsPressedOnlyWhileItIsEnabled) {
   EXPECT_EQ(clicks, 1);
 }
 
-TEST_P(Controls, ThePressedStateOfAButtonChangesTheLooksAlone) {
+TEST_P(Controls, ThePressedStateOfAButtonChangesOnlyItsLooks) {
   auto& button = control<CommandButton>("cmdAction", 0);
   int clicks = 0;
   const Connection connection = button.Click.Connect([&] { ++clicks; });
@@ -263,10 +263,10 @@ TEST_P(Controls, ThePressedStateOfAButtonChangesTheLooksAlone) {
   EXPECT_EQ(clicks, 0);
   button.Press();
   EXPECT_EQ(clicks, 1);
-  EXPECT_TRUE(button.Pressed()) << "a click leaves the state to whoever writes it";
+  EXPECT_TRUE(button.Pressed()) << "a click does not change the state";
 }
 
-TEST_P(Controls, KeepTheColoursPicturesAndCaptionsTheyAreGiven) {
+TEST_P(Controls, KeepTheirColorsPicturesAndCaptions) {
   auto& button = control<CommandButton>("cmdAction", 0);
   EXPECT_EQ(button.BackColor(), -1);
   button.BackColor(0x00102030);
@@ -281,7 +281,7 @@ TEST_P(Controls, KeepTheColoursPicturesAndCaptionsTheyAreGiven) {
   EXPECT_EQ(control<Label>("lblName").Caption(), "Other");
 }
 
-TEST_P(Controls, AColorPickerRaisesChangeIfTheColourDiffers) {
+TEST_P(Controls, AColorPickerRaisesChangeIfTheColorDiffers) {
   auto& picker = control<ColorPicker>("cpkColor");
   std::vector<OLE_COLOR> changes;
   const Connection connection = picker.Change.Connect([&](OLE_COLOR color) { changes.push_back(color); });
@@ -291,7 +291,7 @@ TEST_P(Controls, AColorPickerRaisesChangeIfTheColourDiffers) {
   EXPECT_EQ(changes, std::vector<OLE_COLOR>{0x00112233});
 }
 
-TEST_P(Controls, AColourGivesUpTheExtraChoiceOfAColorPicker) {
+TEST_P(Controls, SettingAColorClearsTheExtraChoiceOfAColorPicker) {
   auto& picker = control<ColorPicker>("cpkColor");
   EXPECT_EQ(picker.EnhancedCaption(), "No Color");
   picker.Value(0x00112233);
@@ -302,14 +302,14 @@ TEST_P(Controls, AColourGivesUpTheExtraChoiceOfAColorPicker) {
   EXPECT_EQ(picker.Value(), 0x00112233);
   picker.Value(0x00112233);
   EXPECT_FALSE(picker.EnhancedIsSelected());
-  EXPECT_EQ(changes, 0) << "the colour is the same";
+  EXPECT_EQ(changes, 0) << "the color is the same";
   picker.EnhancedVisible(false);
   EXPECT_FALSE(picker.EnhancedVisible());
   picker.EnhancedCaption("Automatic");
   EXPECT_EQ(picker.EnhancedCaption(), "Automatic");
 }
 
-TEST_P(Controls, AColorPickerTellsWhatTheUserChoseInItsList) {
+TEST_P(Controls, AColorPickerReportsTheUsersChoice) {
   constexpr OLE_COLOR kListed = 0x00DB6F2A;
   auto& picker = control<ColorPicker>("cpkColor");
   picker.EnhancedVisible(true);
@@ -331,10 +331,10 @@ TEST_P(Controls, AColorPickerTellsWhatTheUserChoseInItsList) {
   picker.DropDown();
   user().pickExtra(picker);
   EXPECT_EQ(log, "change extra ");
-  EXPECT_EQ(picker.Value(), kListed) << "the extra button is chosen instead of a colour";
+  EXPECT_EQ(picker.Value(), kListed) << "the extra button is chosen instead of a color";
   picker.DropDown();
   user().pickColor(picker, kListed);
-  EXPECT_EQ(log, "change extra change ") << "the same colour, but no longer the extra button";
+  EXPECT_EQ(log, "change extra change ") << "the same color, but no longer the extra button";
   EXPECT_FALSE(picker.EnhancedIsSelected());
 }
 
@@ -350,7 +350,7 @@ TEST_P(Controls, APreviewOnAFormIsASiteWithItsTwoPanesAndAPicture) {
   EXPECT_EQ(stock.Picture()->Height(), 270);
 }
 
-TEST_P(Controls, ASiteOnAFormIsInitialisedOnceRightBeforeTheFirstLoad) {
+TEST_P(Controls, ASiteOnAFormIsInitializedOnceBeforeTheFirstLoad) {
   auto& site = control<Site>("Preview");
   std::string log;
   const Connection initialised = site.InitProperties.Connect([&] { log += "init "; });

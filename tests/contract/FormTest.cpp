@@ -38,11 +38,11 @@ TEST_P(Forms, AreMadeByNameAndHidden) {
   EXPECT_EQ(Bind<CheckBox>(*form, "chkThumbnail").Caption(), "Save Th&umbnail");
 }
 
-TEST_P(Forms, OfNamesThatHaveNoneRaise429) {
+TEST_P(Forms, OfUnknownNamesRaise429) {
   EXPECT_EQ(errorOf([&] { platform().CreateForm("frmNothing"); }), 429);
 }
 
-TEST_P(Forms, RaiseLoadBeforeTheFirstShowingAndActivateOnceTheyAreUp) {
+TEST_P(Forms, RaiseLoadBeforeShowingAndActivateOnceShown) {
   bool shownAtLoad = true;
   const Connection connection = form_->Load.Connect([&] { shownAtLoad = form_->Visible(); });
   form_->Show();
@@ -52,7 +52,7 @@ TEST_P(Forms, RaiseLoadBeforeTheFirstShowingAndActivateOnceTheyAreUp) {
   EXPECT_TRUE(form_->Visible());
 }
 
-TEST_P(Forms, AreLoadedOnceHoweverOftenTheyAreShown) {
+TEST_P(Forms, AreLoadedOnce) {
   form_->Show();
   form_->Hide();
   form_->Show();
@@ -73,7 +73,7 @@ TEST_P(Forms, ShownModallyReturnWhenTheyAreHidden) {
   EXPECT_EQ(log_.find("unloaded"), std::string::npos) << "hiding does not unload";
 }
 
-TEST_P(Forms, ShownAsADialogReturnWhatTheyAnswer) {
+TEST_P(Forms, ShownAsADialogReturnTheirAnswer) {
   const auto show = [this] {
     user().willUse([](Form& form) { form.Hide(); });
     return platform().FormUtility().ShowDialog(*form_, 1, nullptr);
@@ -81,7 +81,7 @@ TEST_P(Forms, ShownAsADialogReturnWhatTheyAnswer) {
   EXPECT_FALSE(show()) << "nobody answers";
   bool accepted = true;
   const Connection connection = form_->QueryResult.Connect([&](bool& result) {
-    EXPECT_FALSE(form_->Visible()) << "asked when the user is done";
+    EXPECT_FALSE(form_->Visible()) << "the form is hidden by now";
     result = accepted;
   });
   EXPECT_TRUE(show());
@@ -89,7 +89,7 @@ TEST_P(Forms, ShownAsADialogReturnWhatTheyAnswer) {
   EXPECT_FALSE(show());
 }
 
-TEST_P(Forms, KeepTheirCaptionAsItIsGiven) {
+TEST_P(Forms, KeepTheirCaptionUnchanged) {
   form_->Caption("a[*]b[*][*].png - Editor");
   EXPECT_EQ(form_->Caption(), "a[*]b[*][*].png - Editor");
 }
@@ -101,14 +101,14 @@ TEST_P(Forms, ShownModallyReturnWhenTheyAreUnloaded) {
   EXPECT_NE(log_.find("query1 unloaded "), std::string::npos);
 }
 
-TEST_P(Forms, AskBeforeTheyUnloadAndTellWhoWantsIt) {
+TEST_P(Forms, RaiseQueryUnloadWithTheCauseBeforeUnloading) {
   form_->Show();
   user().settle();
   log_.clear();
   keepOpen_ = true;
   form_->Unload();
   EXPECT_EQ(log_, "query1 ");
-  EXPECT_TRUE(form_->Visible()) << "the handler cancelled it";
+  EXPECT_TRUE(form_->Visible()) << "the handler canceled it";
   user().pressCloseBox(*form_);
   EXPECT_EQ(log_, "query1 query0 ");
   keepOpen_ = false;
@@ -117,12 +117,12 @@ TEST_P(Forms, AskBeforeTheyUnloadAndTellWhoWantsIt) {
   EXPECT_FALSE(form_->Visible());
 }
 
-TEST_P(Forms, ThatAreNotLoadedUnloadWithoutAWord) {
+TEST_P(Forms, ThatAreNotLoadedUnloadWithoutAnEvent) {
   form_->Unload();
   EXPECT_EQ(log_, "");
 }
 
-TEST_P(Forms, LoadAgainAfterTheyWereUnloaded) {
+TEST_P(Forms, LoadAgainAfterUnloading) {
   form_->Show();
   form_->Unload();
   log_.clear();
@@ -136,7 +136,7 @@ TEST_P(Forms, KeepTheirCaption) {
   EXPECT_EQ(form_->Caption(), "a.png - Editor");
 }
 
-TEST_P(Forms, AreVisibleToTheDesktopOnlyWhileTheyAndAllAroundThemAreShown) {
+TEST_P(Forms, AreVisibleOnTheDesktopOnlyWithAllTheirParents) {
   auto& box = Bind<CheckBox>(*form_, "chkBox");
   WindowFunctions& windows = platform().WindowFunctions();
   EXPECT_FALSE(windows.IsWindowVisible(box.hWnd()));
@@ -149,7 +149,7 @@ TEST_P(Forms, AreVisibleToTheDesktopOnlyWhileTheyAndAllAroundThemAreShown) {
   EXPECT_FALSE(windows.IsWindowVisible(0));
 }
 
-TEST_P(Forms, KeepWhatIsDrawnOnTheirFaceUntilItIsClearedOrDrawnOver) {
+TEST_P(Forms, KeepTheDrawingOnTheirFaceUntilCleared) {
   form_->Move(0, 0, 400, 300);
   form_->Show();
   user().settle();
@@ -183,7 +183,7 @@ TEST_P(Forms, AreDrawnOnWithBoxesThatIncludeBothCorners) {
   }
 }
 
-TEST_P(Forms, InvertWhatIsThereInDrawMode6) {
+TEST_P(Forms, InvertTheirFaceInDrawMode6) {
   form_->Move(0, 0, 400, 300);
   Graphics& graphics = form_->Graphics();
   graphics.Clear();
@@ -198,7 +198,7 @@ TEST_P(Forms, InvertWhatIsThereInDrawMode6) {
   EXPECT_EQ(errorOf([&] { graphics.DrawMode(7); }), 380);
 }
 
-TEST_P(Forms, ReplaceWhatWasThereByThePictureThatIsPainted) {
+TEST_P(Forms, ReplaceTheirFaceByThePaintedPicture) {
   form_->Move(0, 0, 400, 300);
   Graphics& graphics = form_->Graphics();
   graphics.Clear();
@@ -207,7 +207,7 @@ TEST_P(Forms, ReplaceWhatWasThereByThePictureThatIsPainted) {
   graphics.PaintPicture(*canvas->Picture(), {0, 0, 80, 40}, {0, 0, 4, 4});
   canvas->FillRectangle({0, 0, 4, 4}, 0x000000FF);
   graphics.PaintPicture(*canvas->Picture(), {0, 0, 80, 40}, {-4, 0, 8, 4});
-  EXPECT_EQ(user().faceColor(*form_, {20, 20}), kNoColor) << "there the picture has ended";
+  EXPECT_EQ(user().faceColor(*form_, {20, 20}), kNoColor) << "beyond the picture";
   EXPECT_EQ(user().faceColor(*form_, {60, 20}), 0x000000FF);
 
   const auto glass = platform().CreateImgX();
@@ -217,7 +217,7 @@ TEST_P(Forms, ReplaceWhatWasThereByThePictureThatIsPainted) {
   EXPECT_EQ(user().faceColor(*form_, {70, 10}), 0x000000FF);
 }
 
-TEST_P(Forms, ShowTheGroundThroughTransparentPixelsAndBeyondThePicture) {
+TEST_P(Forms, ShowTheBackgroundBehindAlphaAndBeyondThePicture) {
   form_->Move(0, 0, 400, 300);
   Graphics& graphics = form_->Graphics();
   graphics.Clear();
@@ -243,7 +243,7 @@ TEST_P(Forms, ShowTheGroundThroughTransparentPixelsAndBeyondThePicture) {
   EXPECT_EQ(user().faceColor(*form_, {25, 5}), kNoColor);
 }
 
-TEST_P(Forms, ShowTheGroundAloneWhereTheSourceHasNoArea) {
+TEST_P(Forms, ShowOnlyTheBackgroundForASourceWithoutArea) {
   form_->Move(0, 0, 400, 300);
   Graphics& graphics = form_->Graphics();
   graphics.Clear();
@@ -257,10 +257,10 @@ TEST_P(Forms, ShowTheGroundAloneWhereTheSourceHasNoArea) {
   graphics.PaintPicture(*canvas->Picture(), {40, 0, 40, 40}, {1, 1, 2, -2});
   EXPECT_EQ(user().faceColor(*form_, {45, 5}), 0x00102030);
   graphics.PaintPicture(*canvas->Picture(), {100, 0, 0, -40}, {1, 1, 2, 2});
-  EXPECT_EQ(user().faceColor(*form_, {100, 5}), kNoColor) << "a destination without an area is nowhere";
+  EXPECT_EQ(user().faceColor(*form_, {100, 5}), kNoColor) << "a destination without an area draws nothing";
 }
 
-TEST_P(Forms, AreDrawnOnWithBoxesFromAnyCornerAndFarBeyondTheirEdges) {
+TEST_P(Forms, AreDrawnOnWithBoxesFromAnyCornerAndBeyondTheEdges) {
   form_->Move(0, 0, 400, 300);
   Graphics& graphics = form_->Graphics();
   graphics.Clear();
@@ -280,7 +280,7 @@ TEST_P(Forms, AreDrawnOnWithBoxesFromAnyCornerAndFarBeyondTheirEdges) {
   EXPECT_EQ(user().faceColor(*form_, {55, 0}), kNoColor);
 }
 
-TEST_P(Forms, GiveASiteTheValuesThatAreStoredWithIt) {
+TEST_P(Forms, PassASiteItsStoredValues) {
   const std::unique_ptr<Form> form = platform().CreateForm("frmImageEditor");
   auto& site = Bind<Site>(*form, "Processing");
   std::string log;
@@ -291,7 +291,7 @@ TEST_P(Forms, GiveASiteTheValuesThatAreStoredWithIt) {
   });
   form->Show();
   user().settle();
-  EXPECT_EQ(log, "menu default") << "a stored control is read, not made anew";
+  EXPECT_EQ(log, "menu default") << "a stored control is read, not initialized";
 }
 
 KESTREL_ON_ALL_PLATFORMS(Forms);

@@ -16,7 +16,7 @@ const std::vector<FormDescription>& contractForms();
 namespace kestrel::contract {
 namespace {
 
-/// A folder of its own that goes with this object.
+/// A temporary folder. The destructor removes it.
 class ScratchFolder {
  public:
   ScratchFolder() {

@@ -15,7 +15,7 @@ class DockingSuite : public ContractTest {
   Moorage* suite_ = nullptr;
 };
 
-TEST_P(DockingSuite, FindsItsPartsByKeyWhateverTheCaseAndRaises5ForAnyOther) {
+TEST_P(DockingSuite, FindsItsPartsByKeyInAnyCaseAndRaises5ForOthers) {
   EXPECT_EQ(suite().Commands()("BTNFILEOPEN").Name(), "btnFileOpen");
   EXPECT_EQ(suite().CommandBars()("menu bar").Name(), "Menu Bar");
   EXPECT_EQ(suite().DockWindows()("DKWZOOM").Name(), "dkwZoom");
@@ -32,7 +32,7 @@ TEST_P(DockingSuite, CountsItsPartsFrom1AndRaises9Outside) {
   EXPECT_EQ(suite().DockWindows().Count(), 2);
 }
 
-TEST_P(DockingSuite, ReadsItsStoredLayoutWhenItIsMade) {
+TEST_P(DockingSuite, ReadsItsStoredLayoutAtCreation) {
   Command& open = suite().Commands()("btnFileOpen");
   EXPECT_EQ(open.Caption(), "&Open...");
   EXPECT_EQ(open.ShortCaption(), "Open");
@@ -64,7 +64,7 @@ TEST_P(DockingSuite, WritesNothingBackToItsStoredLayout) {
   EXPECT_FALSE(next.Commands()("mnuEdit").Bar().Entries().Item("btnEditCopy").BeginGroup());
 }
 
-TEST_P(DockingSuite, TellsOfAClickOnAButtonThatIsEnabledAndVisible) {
+TEST_P(DockingSuite, RaisesAClickOfAnEnabledAndVisibleButton) {
   std::string clicked;
   const Connection connection =
       suite().CommandClick.Connect([&](Command& command) { clicked += command.Name(); });
@@ -86,7 +86,7 @@ TEST_P(DockingSuite, SetComboTextIsSilentAndTypingIsNot) {
   EXPECT_EQ(typed, "cboZoom=3.3:1 ");
 }
 
-TEST_P(DockingSuite, HotKeysAskFirstAndThenClick) {
+TEST_P(DockingSuite, HotKeysRaiseTheirEventThenTheClick) {
   std::string log;
   bool cancel = false;
   const Connection pressed =
@@ -103,7 +103,7 @@ TEST_P(DockingSuite, HotKeysAskFirstAndThenClick) {
   EXPECT_EQ(log, "key79 btnFileOpen key79 ");
 }
 
-TEST_P(DockingSuite, HotKeysWithoutCtrlOrAltNeedTheirPermission) {
+TEST_P(DockingSuite, HotKeysWithoutCtrlOrAltMustBeAllowed) {
   std::string log;
   const Connection clicked = suite().CommandClick.Connect([&](Command& command) { log += command.Name(); });
   suite().Commands().HotKeyOptions().AllowUnmodified(0);
@@ -121,7 +121,7 @@ TEST_P(DockingSuite, ARemovedHotKeyIsGoneForGood) {
   EXPECT_FALSE(user().pressHotKey(suite(), kCtrlMask, 'O'));
 }
 
-TEST_P(DockingSuite, BarsAndDockWindowsAskBeforeTheyHideAndShow) {
+TEST_P(DockingSuite, BarsAndDockWindowsNotifyBeforeHidingAndShowing) {
   std::string log;
   bool cancel = true;
   const auto note = [&](const char* what, const std::string& name, std::int32_t reason, CancelValue& stop) {
@@ -139,7 +139,7 @@ TEST_P(DockingSuite, BarsAndDockWindowsAskBeforeTheyHideAndShow) {
   CommandBar& bar = suite().CommandBars()("Status Bar");
   ASSERT_TRUE(bar.Visible());
   bar.Visible(false);
-  EXPECT_TRUE(bar.Visible()) << "it was cancelled";
+  EXPECT_TRUE(bar.Visible()) << "it was canceled";
   cancel = false;
   bar.Visible(false);
   EXPECT_FALSE(bar.Visible());
@@ -165,7 +165,7 @@ TEST_P(DockingSuite, BarsAndDockWindowsAskBeforeTheyHideAndShow) {
   EXPECT_EQ(log, before ? "hide dkwZoom0 " : "show dkwZoom0 ") << "nothing changed";
 }
 
-TEST_P(DockingSuite, LeavesAClientAreaAndTellsOfItsChanges) {
+TEST_P(DockingSuite, HasAClientAreaAndReportsItsChanges) {
   suite().Move(0, 0, 700, 500);
   user().settle();
   suite().CommandBars()("Status Bar").Visible(true);
@@ -181,7 +181,7 @@ TEST_P(DockingSuite, LeavesAClientAreaAndTellsOfItsChanges) {
   EXPECT_GT(suite().ClientArea().Height, with.Height);
 }
 
-TEST_P(DockingSuite, KeepsThePressedStateThatItIsGiven) {
+TEST_P(DockingSuite, KeepsAnAssignedPressedState) {
   Command& status = suite().Commands()("btnViewStatusBar");
   suite().DockFunctions().SetChecked(status, false);
   EXPECT_FALSE(status.Checked());
@@ -189,7 +189,7 @@ TEST_P(DockingSuite, KeepsThePressedStateThatItIsGiven) {
   EXPECT_TRUE(status.Checked());
 }
 
-TEST_P(DockingSuite, MenusHaveEntriesAndCombosLines) {
+TEST_P(DockingSuite, MenusHaveEntriesAndCombosHaveItems) {
   CommandBar& edit = suite().Commands()("mnuEdit").Bar();
   ASSERT_EQ(edit.Entries().Count(), 6);
   EXPECT_EQ(edit.Entries().Item(1).Key(), "btnEditUndo");

@@ -39,8 +39,8 @@ namespace {
 
 QString text(const std::string& utf8) { return QString::fromStdString(utf8); }
 
-/// Waits beside the nested event loops of boxes and dialogs and does, at each that comes up, the next thing
-/// that was scripted. One that nobody expects fails the test and is closed, so that nothing ever waits.
+/// Runs the next scripted action at each modal box or dialog, inside its nested event loop. An unexpected one
+/// fails the test and is closed, so that no test waits forever.
 class ModalUser {
  public:
   using Step = std::function<void(QWidget&)>;
@@ -213,8 +213,7 @@ class QtPlatformUnderTest final : public ContractPlatform {
   void restWithPointer(ImageView& view) override {
     canvas(view).setAttribute(Qt::WA_UnderMouse);
     movePointer(view, 0, 0, {10, 10});
-    // The trackers' timers run out in less than twice the time that they are set to, and then only wait for
-    // their turn.
+    // The trackers' timers expire in less than twice their interval; then only their event is pending.
     const int rest = QApplication::style()->styleHint(QStyle::SH_ToolTip_WakeUpDelay);
     for (QDeadlineTimer end(2 * rest); !end.hasExpired();) {
       QApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 20);
@@ -228,7 +227,7 @@ class QtPlatformUnderTest final : public ContractPlatform {
       swatch->click();
       return;
     }
-    ADD_FAILURE() << "The list has no colour " << qt::toColor(color).name().toStdString() << ".";
+    ADD_FAILURE() << "The list has no color " << qt::toColor(color).name().toStdString() << ".";
     list->close();
   }
   void pickExtra(ColorPicker& /*picker*/) override {
@@ -272,18 +271,18 @@ class QtPlatformUnderTest final : public ContractPlatform {
  private:
   static QWidget* colorList() {
     QWidget* const list = QApplication::activePopupWidget();
-    if (!list) throw std::logic_error("No list of colours is open.");
+    if (!list) throw std::logic_error("No list of colors is open.");
     return list;
   }
   static docking::MoorageModel& own(Moorage& suite) { return dynamic_cast<docking::MoorageModel&>(suite); }
   static QWidget& canvas(ImageView& view) { return dynamic_cast<qt::QtImageView&>(view).surface().canvas(); }
   static QWidget& notice(ImageView& view) { return dynamic_cast<qt::QtImageView&>(view).surface().notice(); }
-  /// The text of a widget that can be seen.
+  /// The text of a visible widget.
   template <typename Widget>
   static std::string shown(const Widget& widget) {
     return widget.isVisible() ? widget.text().toStdString() : std::string();
   }
-  /// A view position, which counts device pixels, as one of the widget.
+  /// Converts a view position in device pixels to a widget position.
   static QPointF unscaled(ImageView& view, Point at) {
     return QPointF(at.X, at.Y) / canvas(view).devicePixelRatioF();
   }

@@ -5,8 +5,8 @@
 
 namespace kestrel {
 
-/// A TIFF file of grey pages, row y of the value y. Each directory stands before its pixels, so that a file
-/// that is cut off keeps what lies before the cut.
+/// A TIFF file of gray pages; row y has the value y. Each directory precedes its pixels, so that a truncated
+/// file keeps its first rows.
 inline std::string grayTiff(std::uint32_t width, std::uint32_t height, std::uint32_t pages = 1) {
   constexpr std::uint32_t kHeader = 8;
   constexpr std::uint16_t kEntries = 8;

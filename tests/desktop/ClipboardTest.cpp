@@ -31,7 +31,7 @@ TEST(DesktopClipboard, HoldsNoBitmapWhileItHoldsTextOrFiles) {
   }
 }
 
-TEST(DesktopClipboard, GivesBackWhatItWasOfferedWithItsTransparency) {
+TEST(DesktopClipboard, RoundTripsAPictureWithItsAlpha) {
   qt::QtClipboardPort port;
   engine::Bitmap bitmap = engine::Bitmap::filled(3, 2, {10, 20, 30, 40});
   port.offer(bitmap);

@@ -103,7 +103,7 @@ void whenModalOpens(std::function<void(QWidget& dialog)> work) {
     QWidget* const dialog = QApplication::activeModalWidget();
     if (!dialog || !dialog->isVisible()) return;
     watch->stop();
-    const auto job = work;  // the timer dies while the work goes on
+    const auto job = work;  // the timer is deleted before the work ends
     watch->deleteLater();
     job(*dialog);
   });

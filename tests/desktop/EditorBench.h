@@ -15,7 +15,7 @@
 
 namespace kestrel::desktop {
 
-/// The editor in a real window, shown, with settings that nobody else sees.
+/// The editor in a real, visible window, with private settings.
 class EditorBench {
  public:
   EditorBench();
@@ -33,9 +33,9 @@ class EditorBench {
 
   /// Puts a picture into the view, as if it had been opened.
   void showPicture(const QImage& picture);
-  /// What the window shows, in device pixels.
+  /// A grab of the window in device pixels.
   QImage grabWindow();
-  /// Writes it to the build folder, for a person to look at.
+  /// Writes a screenshot to the build folder.
   void screenshot(const std::string& name);
 
  private:
@@ -44,10 +44,10 @@ class EditorBench {
   std::unique_ptr<ImageProcessingCtl> editor_;
 };
 
-/// The desktop with settings that nobody else sees.
+/// The desktop with private settings.
 std::unique_ptr<qt::QtPlatform> testPlatform();
 
-/// A picture in which every pixel differs from its neighbours.
+/// A picture in which every pixel differs from its neighbors.
 QImage noise(int width, int height);
 
 /// A key as the window system reports it to the widget's window: shortcuts see it first, then the widget that
@@ -55,13 +55,13 @@ QImage noise(int width, int height);
 void pressKey(QWidget& window, Qt::Key key, Qt::KeyboardModifiers modifiers = {});
 void pressKey(QWidget& window, Qt::Key key, Qt::KeyboardModifiers modifiers, const QString& text);
 
-/// Lets everything happen that is waiting to.
+/// Processes all pending events.
 void settle();
 
-/// Writes a picture of a widget to the build folder, named after the scale factor too.
+/// Writes a screenshot of a widget to the build folder; its name includes the scale factor.
 void writeScreenshot(QWidget& widget, const std::string& name);
 
-/// Does `work` with the next window that opens modally, as soon as it is shown. It must close it.
+/// Runs `work` with the next modal window as soon as it is shown. `work` must close it.
 void whenModalOpens(std::function<void(QWidget& dialog)> work);
 
 }  // namespace kestrel::desktop

@@ -7,7 +7,7 @@
 namespace kestrel::desktop {
 namespace {
 
-TEST(EmbeddedEditor, TellsItsHostWhichPropertyHasChanged) {
+TEST(EmbeddedEditor, NotifiesItsHostOfAChangedProperty) {
   const QTemporaryDir folder;
   qputenv("KESTREL_STORE", folder.filePath(QStringLiteral("settings.sqlite")).toUtf8());
   qt::Component component;

@@ -1,4 +1,4 @@
-// Escape, wherever the focus is: one press ends a pending paste or crop.
+// Escape with any focus: one press ends a pending paste or crop.
 
 #include <gtest/gtest.h>
 
@@ -17,7 +17,7 @@ class Escape : public testing::Test {
  protected:
   void SetUp() override {
     bench.showPicture(noise(400, 300));
-    // The control hears the key first; what it used is 0 by now.
+    // The control gets the key first; a key that it used is 0 by now.
     typed = bench.widget().site()->KeyPress.Connect([this](std::int32_t&) { ++presses; });
   }
 
@@ -97,7 +97,7 @@ TEST_F(Escape, ReachesCancelFromTheNoticeThatItCloses) {
   EXPECT_EQ(presses, 1);
 }
 
-TEST_F(Escape, InTheMiddleOfADragEndsTheDragAndTheCropWithOnePress) {
+TEST_F(Escape, DuringADragEndsDragAndCropWithOnePress) {
   beginCrop();
   QTest::mousePress(&bench.canvas(), Qt::LeftButton, {}, QPoint(300, 200));
   QTest::mouseMove(&bench.canvas(), QPoint(340, 240));
@@ -111,7 +111,7 @@ TEST_F(Escape, InTheMiddleOfADragEndsTheDragAndTheCropWithOnePress) {
   EXPECT_EQ(bench.editor().Image()->Width(), 400);
 }
 
-TEST_F(Escape, InTheMiddleOfADragOfAFloatingPasteDiscardsIt) {
+TEST_F(Escape, DuringADragOfAFloatingPasteDiscardsIt) {
   beginPaste();
   bench.view().Modified(false);
   // The paste floats at the top left corner of the view.

@@ -1,4 +1,4 @@
-// The help window on the book that lies beside the program.
+// The help window with the book that is installed with the program.
 
 #include <gtest/gtest.h>
 
@@ -20,7 +20,7 @@ namespace {
 
 const QString kBook = QStringLiteral(KESTREL_HELP_BOOK);
 
-/// Another theme for as long as it lives.
+/// Sets a theme while it lives.
 class Theme {
  public:
   Theme(const QColor& page, const QColor& text) : before_(QApplication::palette()) {
@@ -55,7 +55,7 @@ class Help : public testing::Test {
     throw std::out_of_range(text);
   }
 
-  /// The pixmap of an image of the page, as it was loaded for it.
+  /// An image of the page as it was loaded.
   QImage imageOfPage(const char* name) const {
     const QUrl url(QString::fromLatin1(name));
     return window.browser()
@@ -86,7 +86,7 @@ TEST_F(Help, ShowsThePageUnderItsTitle) {
   EXPECT_TRUE(window.browser().toPlainText().contains(QStringLiteral("Draws a straight line.")));
 }
 
-TEST_F(Help, LeadsBackForwardAndToTheContents) {
+TEST_F(Help, NavigatesBackForwardAndToTheContents) {
   show("default.html");
   show("line.html");
   ASSERT_TRUE(action("Back").isEnabled());
@@ -108,7 +108,7 @@ TEST_F(Help, KeepsEveryPictureWithinThePage) {
   writeScreenshot(window, "help");
 }
 
-TEST_F(Help, DrawsIconsInTheColoursOfTheTheme) {
+TEST_F(Help, DrawsIconsInTheColorsOfTheTheme) {
   show("line.html");
   const int onLight = lightestOf(imageOfPage("icons/line.svg"));
   const Theme dark(QColor(32, 33, 36), QColor(232, 234, 237));

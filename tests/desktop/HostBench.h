@@ -9,7 +9,7 @@
 
 namespace kestrel::desktop {
 
-/// An editor as a host has it: one widget among others.
+/// An editor embedded in a host, next to other widgets.
 class HostedEditor {
  public:
   HostedEditor(qt::QtPlatform& platform, QWidget& parent);
@@ -20,7 +20,7 @@ class HostedEditor {
   qt::QtMoorage& moorage() { return *widget_->moorage(); }
   qt::ViewCanvas& canvas() { return widget_->view()->surface().canvas(); }
 
-  /// The commands that were clicked since the last call, with a blank behind each.
+  /// The commands clicked since the last call, each followed by a space.
   std::string takeClicked() { return std::exchange(clicked_, {}); }
 
  private:
@@ -31,8 +31,8 @@ class HostedEditor {
   Connection clicks_;
 };
 
-/// A host's window with widgets of its own, in which editors can be put side by side. Each shows a picture,
-/// and hears hot keys without Ctrl or Alt too.
+/// A host's window with its own widgets and editors side by side. Each editor shows a picture and accepts hot
+/// keys without Ctrl or Alt.
 class HostBench {
  public:
   HostBench();
@@ -41,10 +41,10 @@ class HostBench {
   qt::QtPlatform& platform() { return *platform_; }
   QWidget& window() { return *window_; }
 
-  /// Puts the widget to the right of those that are there.
+  /// Adds the widget on the right.
   void add(QWidget& widget);
   HostedEditor& addEditor();
-  /// Shows the window, active.
+  /// Shows and activates the window.
   void show();
 
  private:

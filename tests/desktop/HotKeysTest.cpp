@@ -37,7 +37,7 @@ class HotKeys : public testing::Test {
   Connection clicks;
 };
 
-TEST_F(HotKeys, ChooseTheirCommands) {
+TEST_F(HotKeys, RunTheirCommands) {
   press(Qt::Key_I, Qt::ControlModifier);
   press(Qt::Key_L);
   EXPECT_EQ(clicked, "btnImageFlip btnDrawLine ");
@@ -51,7 +51,7 @@ TEST_F(HotKeys, OfTheNumericPadZoom) {
   EXPECT_EQ(bench.view().Zoom(), 1.0);
 }
 
-TEST_F(HotKeys, DoNothingForACommandThatIsDisabled) {
+TEST_F(HotKeys, DoNothingForADisabledCommand) {
   bench.command("btnImageFlip").Enabled(false);
   press(Qt::Key_I, Qt::ControlModifier);
   EXPECT_EQ(clicked, "");
@@ -65,7 +65,7 @@ TEST_F(HotKeys, WithoutCtrlOrAltStayOffUntilAllowed) {
   EXPECT_EQ(clicked, "btnImageFlip ");
 }
 
-TEST_F(HotKeys, LeaveTheKeysThatWriteToATextField) {
+TEST_F(HotKeys, LeaveTypingKeysToATextField) {
   QLineEdit& field = zoomField();
   field.clear();
   for (const Qt::Key key : {Qt::Key_Z, Qt::Key_L, Qt::Key_B}) press(key);
@@ -76,13 +76,13 @@ TEST_F(HotKeys, LeaveTheKeysThatWriteToATextField) {
   EXPECT_EQ(clicked, "");
 }
 
-TEST_F(HotKeys, ThatWriteNothingWorkInATextFieldToo) {
+TEST_F(HotKeys, ThatTypeNothingWorkInATextFieldToo) {
   zoomField();
   press(Qt::Key_I, Qt::ControlModifier);
   EXPECT_EQ(clicked, "btnImageFlip ");
 }
 
-TEST_F(HotKeys, AreAskedAboutOnceWhenCancelled) {
+TEST_F(HotKeys, RaiseTheirEventOnceWhenCanceled) {
   int asked = 0;
   const Connection connection =
       bench.moorage().CommandHotKeyPress.Connect([&](Command&, HotKey&, CancelValue& cancel) {

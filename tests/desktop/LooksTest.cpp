@@ -24,7 +24,7 @@ int darkest(const QImage& image) {
   return least;
 }
 
-TEST(Icons, TakeTheTextColourOfTheTheme) {
+TEST(Icons, TakeTheTextColorOfTheTheme) {
   const QIcon icon = qt::svgIcon("Line");
   ASSERT_FALSE(icon.isNull());
   EXPECT_LT(darkest(icon.pixmap(32).toImage()), 100);
@@ -32,14 +32,14 @@ TEST(Icons, TakeTheTextColourOfTheTheme) {
   EXPECT_GT(darkest(icon.pixmap(32).toImage()), 100);
 }
 
-TEST(Icons, AreRenderedAtTheSizeTheyAreShownAt) {
+TEST(Icons, AreRenderedAtTheirShownSize) {
   const QIcon icon = qt::svgIcon("Open");
   for (const int size : {16, 24, 32, 48}) {
     EXPECT_EQ(icon.pixmap(QSize(size, size), 2.0).size(), QSize(2 * size, 2 * size));
   }
 }
 
-TEST(Icons, AreThereForEveryImageThatACommandNames) {
+TEST(Icons, ExistForEveryImageOfACommand) {
   EditorBench bench;
   for (const auto& command : bench.moorage().Commands().all()) {
     if (command->ImageName().empty()) continue;
@@ -47,7 +47,7 @@ TEST(Icons, AreThereForEveryImageThatACommandNames) {
   }
 }
 
-TEST(Names, AreThereForWhoCannotSee) {
+TEST(Names, ExistForScreenReaders) {
   EditorBench bench;
   for (const QToolButton* button : bench.window().findChildren<QToolButton*>()) {
     if (button->objectName().startsWith(QStringLiteral("qt_")) || !button->isVisible()) continue;

@@ -14,7 +14,7 @@
 namespace kestrel::desktop {
 namespace {
 
-/// The magnifier over the real view, looked at on its window's face.
+/// The magnifier with the real view. The tests read the pixels of its window.
 class MagnifierOnTheDesktop : public testing::Test {
  protected:
   frmZoom& magnifier() { return *bench.editor().ZoomWindow(); }
@@ -26,13 +26,13 @@ class MagnifierOnTheDesktop : public testing::Test {
                      Qt::NoModifier);
     QApplication::sendEvent(&bench.canvas(), &move);
   }
-  /// Where that picture pixel is on the canvas.
+  /// The position of a picture pixel on the canvas.
   QPoint positionOf(int x, int y) {
     const double column = (x - bench.view().ScrollLeft() + 1) / factor();
     const double row = (y - bench.view().ScrollTop() + 1) / factor();
     return {static_cast<int>(std::ceil(column)), static_cast<int>(std::ceil(row))};
   }
-  /// The face at a position in the magnifier's own pixels.
+  /// The color of the magnifier at a position in its own pixels.
   QColor face(int x, int y) {
     const auto device = [this](int position) { return static_cast<int>((position + 0.5) * factor()); };
     return window().face().pixelColor(device(x), device(y));
@@ -44,7 +44,7 @@ class MagnifierOnTheDesktop : public testing::Test {
   }
   static QRgb rgbOf(OLE_COLOR color) { return qRgb(color & 0xFF, color >> 8 & 0xFF, color >> 16 & 0xFF); }
 
-  /// The middle of the cell beside the marked one, and the picture pixel that is stretched to there.
+  /// The center of the cell next to the marked one, and the picture pixel that it shows.
   struct Cell {
     int x, y;
     int pixelX, pixelY;
@@ -84,7 +84,7 @@ TEST_F(MagnifierOnTheDesktop, ShowsThePixelUnderThePointer) {
   expectShows(picture, *pixel);
 }
 
-TEST_F(MagnifierOnTheDesktop, RedrawnAtThePointersPlaceItFindsTheSamePixel) {
+TEST_F(MagnifierOnTheDesktop, RedrawnAtThePointerItFindsTheSamePixel) {
   const QImage picture = noise(4000, 4000);
   bench.showPicture(picture);
   const QPoint at(80, 70);
@@ -92,15 +92,15 @@ TEST_F(MagnifierOnTheDesktop, RedrawnAtThePointersPlaceItFindsTheSamePixel) {
   movePointerTo(at);
   magnifier().ClearZoomWindow();
   magnifier().ZoomLevel(12);
-  // View positions count the line around the picture, which pixels do not.
+  // View positions include the border line around the picture.
   const QPoint place = bench.canvas().toView(QPointF(at)).toPoint();
   expectShows(picture, {place.x(), place.y()});
 }
 
-TEST_F(MagnifierOnTheDesktop, RedrawnAtThePointersPlaceItFindsEachDevicePixel) {
+TEST_F(MagnifierOnTheDesktop, RedrawnAtThePointerItFindsEachDevicePixel) {
   const QImage picture = noise(4000, 4000);
   bench.showPicture(picture);
-  // The next pixel to the right and below, which a whole position of the screen cannot name at factor 2.
+  // The next device pixel to the right and below, which has no integer screen position at factor 2.
   const QPointF at(80 + 1 / factor(), 70 + 1 / factor());
   QCursor::setPos(bench.canvas().mapToGlobal(at).toPoint());
   settle();
@@ -135,7 +135,7 @@ TEST_F(MagnifierOnTheDesktop, ThePointerLeavingTheViewClearsItAndTheReadOuts) {
   EXPECT_EQ(Bind<Label>(bench.editor().MaterialsWindow()->Form(), "lblData", 2).Caption(), "");
 }
 
-TEST_F(MagnifierOnTheDesktop, ShowsTheCheckeredGroundThroughTransparentPixelsAndBeyondTheEdge) {
+TEST_F(MagnifierOnTheDesktop, ShowsTheCheckerboardBehindAlphaAndBeyondTheEdge) {
   QImage picture(100, 100, QImage::Format_RGBA8888);
   picture.fill(QColor(255, 0, 0, 0));
   bench.showPicture(picture);
@@ -161,7 +161,7 @@ TEST_F(MagnifierOnTheDesktop, TheMarkShowsOnEveryMove) {
   }
 }
 
-TEST_F(MagnifierOnTheDesktop, FollowsAChangedPictureAtOnceAndSoDoTheReadOuts) {
+TEST_F(MagnifierOnTheDesktop, FollowsAChangedPictureWithItsReadOuts) {
   const QImage picture = noise(4000, 4000);
   bench.showPicture(picture);
   movePointerTo({60, 50});

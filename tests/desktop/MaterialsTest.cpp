@@ -16,7 +16,7 @@ namespace {
 
 constexpr OLE_COLOR kListedColor = 0x00DB6F2A;
 
-/// The swatches of the tool window and the list of colours that they open.
+/// The swatches of the tool window and the list of colors that they open.
 class MaterialsOnTheDesktop : public testing::Test {
  protected:
   Form& form() { return bench.editor().MaterialsWindow()->Form(); }
@@ -38,7 +38,7 @@ class MaterialsOnTheDesktop : public testing::Test {
     for (QToolButton* entry : list.findChildren<QToolButton*>()) {
       if (entry->accessibleName() == name) return entry->click();
     }
-    ADD_FAILURE() << "The list has no colour " << name.toStdString() << ".";
+    ADD_FAILURE() << "The list has no color " << name.toStdString() << ".";
     list.close();
   }
 
@@ -71,7 +71,7 @@ TEST_F(MaterialsOnTheDesktop, TheBackgroundCanBeNone) {
   ASSERT_NE(list, nullptr);
   extra = extraOf(*list);
   ASSERT_NE(extra, nullptr);
-  EXPECT_TRUE(extra->isChecked()) << "it opens with no colour set";
+  EXPECT_TRUE(extra->isChecked()) << "it opens with no color set";
   choose(*list, kListedColor);
   EXPECT_EQ(bench.editor().BackColor(), kListedColor);
   EXPECT_EQ(swatch(1).BackColor(), kListedColor);
@@ -89,7 +89,7 @@ TEST_F(MaterialsOnTheDesktop, TheListOpensBelowTheSwatch) {
   }
 }
 
-TEST_F(MaterialsOnTheDesktop, TheSwatchesGoByTheWindowsWidth) {
+TEST_F(MaterialsOnTheDesktop, TheSwatchesFollowTheWindowsWidth) {
   const auto width = static_cast<std::int32_t>(std::nearbyint(window().width() / 5.0 * 2.7));
   EXPECT_EQ(swatch(0).Width(), width);
   EXPECT_EQ(swatch(1).Width(), width);

@@ -35,7 +35,7 @@ class Menus : public testing::Test {
   EditorBench bench;
 };
 
-TEST_F(Menus, StandInTheBarWithTheirCaptions) {
+TEST_F(Menus, AreInTheBarWithTheirCaptions) {
   std::vector<std::string> texts;
   for (const QAction* action : bar().actions()) texts.push_back(action->text().toStdString());
   EXPECT_THAT(texts, ElementsAre("&File", "&Edit", "&View", "&Image", "&Tools", "&Selections", "&Help"));
@@ -51,13 +51,13 @@ TEST_F(Menus, HoldTheEntriesOfTheLayoutWithTheirSeparators) {
               ElementsAre("&Drawing Tools", "&Zoom", "-", "&Flatten Transparency...", "-", "&Options..."));
 }
 
-TEST_F(Menus, LeaveOutWhatIsNotVisible) {
+TEST_F(Menus, OmitInvisibleEntries) {
   EXPECT_THAT(captions(menu("mnuZoom")), ElementsAre("&Actual Size", "-", "Zoom &In", "Zoom &Out"));
   bench.editor().UseSimpleTools(true);
   EXPECT_THAT(captions(menu("mnuEdit")), ElementsAre("&Undo", "&Redo", "-", "&Copy"));
 }
 
-TEST_F(Menus, ShowHotKeysBesideTheCaptions) {
+TEST_F(Menus, ShowHotKeysNextToTheCaptions) {
   const auto hotKey = [this](const std::string& key) {
     return bench.moorage().actions().actionOf(bench.command(key)).text().section(u'\t', 1);
   };
@@ -79,12 +79,12 @@ TEST_F(Menus, ListTheRecentFilesInTheFileMenu) {
   std::string chosen;
   const Connection connection =
       bench.moorage().CommandClick.Connect([&](Command& command) { chosen = command.SelectedItem().Text; });
-  bench.editor().ShowMRU(false);  // so that choosing opens nothing
+  bench.editor().ShowMRU(false);  // so that choosing an entry opens nothing
   bench.moorage().chooseItem(list, 2);
   EXPECT_EQ(chosen, "");
 }
 
-TEST_F(Menus, ShowThePressedStateWithoutTogglingItThemselves) {
+TEST_F(Menus, ShowThePressedStateWithoutTogglingIt) {
   QAction& select = bench.moorage().actions().actionOf(bench.command("btnDrawSelect"));
   EXPECT_TRUE(select.isChecked());
   bench.showPicture(noise(64, 64));
@@ -92,7 +92,7 @@ TEST_F(Menus, ShowThePressedStateWithoutTogglingItThemselves) {
   EXPECT_TRUE(select.isChecked());
 }
 
-TEST_F(Menus, TellTheStatusLineWhatTheEntryUnderThePointerDoes) {
+TEST_F(Menus, ShowTheDescriptionOfTheEntryUnderThePointer) {
   QAction& open = bench.moorage().actions().actionOf(bench.command("btnFileOpen"));
   open.hover();
   EXPECT_EQ(status(), "Opens en existing image");
@@ -100,7 +100,7 @@ TEST_F(Menus, TellTheStatusLineWhatTheEntryUnderThePointerDoes) {
   EXPECT_EQ(status(), "");
 }
 
-TEST_F(Menus, GiveTheStatusLineBackWhenThePointerLeavesTheirBar) {
+TEST_F(Menus, RestoreTheStatusWhenThePointerLeavesTheirBar) {
   bench.editor().Status("Ready", false, true);
   bar().actions().at(1)->hover();
   EXPECT_EQ(status(), "") << "the menu has no description";
@@ -109,7 +109,7 @@ TEST_F(Menus, GiveTheStatusLineBackWhenThePointerLeavesTheirBar) {
   EXPECT_EQ(status(), "Ready");
 }
 
-TEST_F(Menus, GiveTheStatusLineBackWhenEscapeLeavesTheirBar) {
+TEST_F(Menus, RestoreTheStatusWhenEscapeLeavesTheirBar) {
   bench.editor().Status("Ready", false, true);
   pressKey(bench.window(), Qt::Key_E, Qt::AltModifier);
   ASSERT_NE(QApplication::activePopupWidget(), nullptr);

@@ -9,7 +9,7 @@
 namespace kestrel::desktop {
 namespace {
 
-/// The user's keys while a paste floats or a crop is pending.
+/// Keys during a floating paste or a pending crop.
 class ModesOnTheDesktop : public testing::Test {
  protected:
   ModesOnTheDesktop() {
@@ -30,7 +30,7 @@ class ModesOnTheDesktop : public testing::Test {
   EditorBench bench;
 };
 
-TEST_F(ModesOnTheDesktop, AFloatingPasteHoldsFlipBackUntilEscape) {
+TEST_F(ModesOnTheDesktop, AFloatingPasteDisablesFlipUntilEscape) {
   bench.editor().Copy(false);
   key(Qt::Key_V, Qt::ControlModifier);
   ASSERT_TRUE(bench.command("btnEditPaste").Checked());
@@ -61,12 +61,12 @@ TEST_F(ModesOnTheDesktop, TheFloatingImageFollowsTheDrag) {
   QTest::mousePress(&bench.canvas(), Qt::LeftButton, {}, from);
   QTest::mouseMove(&bench.canvas(), (from + to) / 2);
   QTest::mouseMove(&bench.canvas(), to);
-  EXPECT_NE(shownAt(left), QColor(Qt::red)) << "the old place shows the picture again";
+  EXPECT_NE(shownAt(left), QColor(Qt::red)) << "the old position shows the picture again";
   EXPECT_EQ(shownAt(reached), QColor(Qt::red));
   QTest::mouseRelease(&bench.canvas(), Qt::LeftButton, {}, to);
 }
 
-TEST_F(ModesOnTheDesktop, APendingCropHoldsFlipBackUntilTheRectangleIsDrawn) {
+TEST_F(ModesOnTheDesktop, APendingCropDisablesFlipUntilTheRectangleIsDrawn) {
   bench.moorage().CommandClick(bench.command("btnImageCrop"));
   ASSERT_TRUE(bench.command("btnImageCrop").Checked());
   const OLE_COLOR before = corner();

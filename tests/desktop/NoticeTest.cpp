@@ -1,4 +1,4 @@
-// The strip over the picture, as the user sees and handles it.
+// The notice strip above the picture.
 
 #include <gtest/gtest.h>
 
@@ -36,7 +36,7 @@ class NoticeOnTheDesktop : public testing::Test {
   static void write(const std::string& file, const std::string& bytes) {
     std::ofstream(file, std::ios::binary) << bytes;
   }
-  /// A picture of noise in that format, of which only the first part of the bytes is left.
+  /// A file of noise in that format, truncated to this fraction of its bytes.
   std::string truncated(const char* name, std::int32_t format, double part) {
     const auto picture = bench.platform().CreateImgX();
     picture->Document().FromPicture(qt::ImagePicture(noise(300, 200)));
@@ -63,7 +63,7 @@ class NoticeOnTheDesktop : public testing::Test {
   QTemporaryDir folder;
 };
 
-TEST_F(NoticeOnTheDesktop, ShowsOverTheRowsOfATruncatedFileThatTheRestIsMissing) {
+TEST_F(NoticeOnTheDesktop, IsShownForATruncatedFile) {
   const std::pair<std::string, std::string> files[] = {
       {truncated("cut.jpg", 1, 0.6), "jpg"},
       {truncated("cut.png", 2, 0.6), "png"},
@@ -86,7 +86,7 @@ TEST_F(NoticeOnTheDesktop, ShowsOverTheRowsOfATruncatedFileThatTheRestIsMissing)
   bench.screenshot("notice-damaged-tif");
 }
 
-TEST_F(NoticeOnTheDesktop, IsNotThereForAFileWithoutARowWhichABoxRefuses) {
+TEST_F(NoticeOnTheDesktop, IsNotShownForAFileWithoutARow) {
   const std::string whole = grayTiff(300, 200);
   write(path("hopeless.tif"), whole.substr(0, whole.size() - 200 * 300 + 10));
   QString said;
@@ -99,7 +99,7 @@ TEST_F(NoticeOnTheDesktop, IsNotThereForAFileWithoutARowWhichABoxRefuses) {
   EXPECT_FALSE(strip().isVisible());
 }
 
-TEST_F(NoticeOnTheDesktop, LiesAboveTheCanvasAndGivesTheRoomBackWhenItIsClosed) {
+TEST_F(NoticeOnTheDesktop, IsAboveTheCanvasAndFreesItsRoomWhenClosed) {
   const QRect before = bench.canvas().geometry();
   open(scan());
   EXPECT_EQ(strip().geometry().topLeft(), QPoint(0, 0));
@@ -112,7 +112,7 @@ TEST_F(NoticeOnTheDesktop, LiesAboveTheCanvasAndGivesTheRoomBackWhenItIsClosed) 
   EXPECT_EQ(bench.canvas().geometry(), before);
 }
 
-TEST_F(NoticeOnTheDesktop, ThePictureStaysSharpAndWhereThePointerFindsItBelowTheStrip) {
+TEST_F(NoticeOnTheDesktop, ThePictureBelowTheStripIsSharpAndAtItsPosition) {
   const auto scaled = [this](int pixels) { return pixels * bench.canvas().devicePixelRatioF(); };
   open(scan());
   ASSERT_TRUE(strip().isVisible());
@@ -141,7 +141,7 @@ TEST_F(NoticeOnTheDesktop, ThePictureStaysSharpAndWhereThePointerFindsItBelowThe
   EXPECT_EQ(under.Y, 70);
 }
 
-TEST_F(NoticeOnTheDesktop, TheScrollBarsStandBelowItAndReachTheWholePicture) {
+TEST_F(NoticeOnTheDesktop, TheScrollBarsAreBelowItAndReachTheWholePicture) {
   open(scan(2, 3000, 3000));
   const QScrollBar& upright = bench.view().surface().verticalBar();
   ASSERT_TRUE(upright.isVisible());
@@ -152,7 +152,7 @@ TEST_F(NoticeOnTheDesktop, TheScrollBarsStandBelowItAndReachTheWholePicture) {
   EXPECT_NEAR(bench.view().ScrollTop() + shownRows, 3000 + 2, 1) << "down to the line below the last row";
 }
 
-TEST_F(NoticeOnTheDesktop, TakesNoFocusWhenItComesNorByAClick) {
+TEST_F(NoticeOnTheDesktop, TakesNoFocusWhenShownOrClicked) {
   bench.canvas().setFocus();
   open(scan());
   EXPECT_TRUE(bench.canvas().hasFocus());
@@ -167,7 +167,7 @@ TEST_F(NoticeOnTheDesktop, LeavesEscapeAndTheHotKeysToTheEditor) {
   open(scan());
   bench.canvas().setFocus();
   QTest::keyClick(&bench.canvas(), Qt::Key_Escape);
-  EXPECT_TRUE(strip().isVisible()) << "Escape in the picture gives up what is being done there";
+  EXPECT_TRUE(strip().isVisible()) << "Escape in the picture cancels the current action there";
   bool pressed = false;
   const auto connection = bench.view().NoticeAction.Connect([&pressed] { pressed = true; });
   QTest::keyClick(&bench.canvas(), Qt::Key_Return);
@@ -177,7 +177,7 @@ TEST_F(NoticeOnTheDesktop, LeavesEscapeAndTheHotKeysToTheEditor) {
   EXPECT_EQ(bench.editor().Image()->GetPixel(0, 0).Red(), 249) << "flipped, with the focus in the strip";
 }
 
-TEST_F(NoticeOnTheDesktop, TabLeadsFromThePictureToTheButtonAndTheCross) {
+TEST_F(NoticeOnTheDesktop, TabMovesFromThePictureToTheButtonAndTheCross) {
   open(scan());
   bench.canvas().setFocus();
   QTest::keyClick(&bench.canvas(), Qt::Key_Tab);
@@ -200,14 +200,14 @@ TEST_F(NoticeOnTheDesktop, EscapeInsideTheStripClosesIt) {
   EXPECT_TRUE(bench.canvas().hasFocus());
 }
 
-TEST_F(NoticeOnTheDesktop, IsReadableForWhoCannotSee) {
+TEST_F(NoticeOnTheDesktop, IsAccessibleToScreenReaders) {
   open(scan());
   EXPECT_EQ(strip().accessibleName(), text().text());
   EXPECT_EQ(cross().accessibleName(), "Close this notice");
   EXPECT_EQ(button().text(), "Save As...");
 }
 
-TEST_F(NoticeOnTheDesktop, ItsButtonSavesElsewhereAndTheFileKeepsItsPages) {
+TEST_F(NoticeOnTheDesktop, ItsButtonSavesACopyAndTheFileKeepsItsPages) {
   const std::string file = scan();
   const std::string before = contents(file);
   open(file);
@@ -227,7 +227,7 @@ TEST_F(NoticeOnTheDesktop, ItsButtonSavesElsewhereAndTheFileKeepsItsPages) {
   EXPECT_FALSE(strip().isVisible());
 }
 
-TEST_F(NoticeOnTheDesktop, ComesBackWithTheFirstStrokeWhichStaysWhereItWasDrawn) {
+TEST_F(NoticeOnTheDesktop, ReappearsWithTheFirstStrokeWithoutMovingIt) {
   open(scan());
   QTest::mouseClick(&cross(), Qt::LeftButton);
   settle();
@@ -255,7 +255,7 @@ TEST_F(NoticeOnTheDesktop, ComesBackWithTheFirstStrokeWhichStaysWhereItWasDrawn)
   EXPECT_EQ(picture.GetPixel(105, 125).Red(), 125);
 }
 
-TEST_F(NoticeOnTheDesktop, InASmallWindowItWrapsAndThenEndsInDotsAndLeavesHalfToThePicture) {
+TEST_F(NoticeOnTheDesktop, InASmallWindowItWrapsAndElidesToHalfTheHeight) {
   open(scan());
   const int oneLine = strip().height();
   bench.moorage().DockWindows()("dkwMaterials").Visible(false);
@@ -281,7 +281,7 @@ TEST_F(NoticeOnTheDesktop, InASmallWindowItWrapsAndThenEndsInDotsAndLeavesHalfTo
   EXPECT_EQ(text().toolTip().toStdString(), tale);
   bench.window().resize(1100, 760);
   settle();
-  EXPECT_EQ(text().toolTip(), "") << "there is room for all of it again";
+  EXPECT_EQ(text().toolTip(), "") << "all of it fits again";
   bench.screenshot("notice-long-wide");
 }
 
@@ -292,7 +292,7 @@ double luminance(const QColor& color) {
   return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
 }
 
-TEST_F(NoticeOnTheDesktop, ReadsWellInALightAndInADarkTheme) {
+TEST_F(NoticeOnTheDesktop, HasContrastInALightAndInADarkTheme) {
   open(scan());
   const auto contrast = [this] {
     const QImage picture = strip().grab().toImage();

@@ -21,9 +21,9 @@ qt::DesktopParts parts() {
   return parts;
 }
 
-// The toolkit puts the application's display name behind the caption of each window that doesn't end in it.
-// Without one the name below is that of the program's file, and captions stay as they are.
-TEST(Program, PutsNoNameBehindTheCaptionsOfItsWindows) {
+// The toolkit appends the application's display name to the caption of each window that doesn't end in it.
+// Without a display name it is the name of the program's file, and captions stay unchanged.
+TEST(Program, AppendsNoNameToTheCaptionsOfItsWindows) {
   int count = 1;
   char name[] = "kestrel-editor";
   char* values[] = {name, nullptr};

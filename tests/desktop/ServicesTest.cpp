@@ -17,7 +17,7 @@
 namespace kestrel::desktop {
 namespace {
 
-TEST(DigitsOnly, LetNoOtherKeyTypeButAllTheRestThrough) {
+TEST(DigitsOnly, BlockOtherCharactersAndPassOtherKeys) {
   const auto platform = testPlatform();
   QLineEdit edit;
   edit.show();
@@ -59,7 +59,7 @@ TEST(LockWindowUpdate, SuspendsOneWindowUntilAnotherOrNone) {
   EXPECT_TRUE(other.updatesEnabled());
 }
 
-TEST(ProgressPanel, ShowsHowFarItHasCome) {
+TEST(ProgressPanel, ShowsItsProgress) {
   docking::StoredLayout layout = docking::smallLayout();
   for (docking::StoredBar& bar : layout.bars) {
     if (bar.kind == docking::BarKind::StatusBar) bar.entries.push_back({"Progress", false});

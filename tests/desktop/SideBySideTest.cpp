@@ -1,4 +1,4 @@
-// Two editors and the host's own widgets in one window: whose keys are whose.
+// Two editors and the host's own widgets in one window: which of them gets a key.
 
 #include <gtest/gtest.h>
 
@@ -38,7 +38,7 @@ class SideBySide : public testing::Test {
     ASSERT_TRUE(QApplication::focusWidget() == &widget || widget.isAncestorOf(QApplication::focusWidget()));
   }
   void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) { pressKey(bench.window(), key, modifiers); }
-  /// What both editors were told to do, the left one's first.
+  /// The clicked commands of both editors, the left one's first.
   std::string clicked() { return left.takeClicked() + "| " + right.takeClicked(); }
 
   HostBench bench;
@@ -80,7 +80,7 @@ TEST_F(SideBySide, NoHotKeyReachesAnEditorWhileAWidgetOfTheHostHasTheFocus) {
   EXPECT_EQ(list->currentItem()->text(), "Lion");
 }
 
-TEST_F(SideBySide, AnEditorThatIsDisabledHearsNoHotKey) {
+TEST_F(SideBySide, ADisabledEditorGetsNoHotKey) {
   focus(left.canvas());
   left.widget().setEnabled(false);
   press(Qt::Key_I, Qt::ControlModifier);
@@ -91,7 +91,7 @@ TEST_F(SideBySide, AnEditorThatIsDisabledHearsNoHotKey) {
   EXPECT_EQ(clicked(), "btnImageFlip | ");
 }
 
-TEST_F(SideBySide, AFloatingDockWindowsKeysAreItsOwnEditors) {
+TEST_F(SideBySide, AFloatingDockWindowsKeysReachItsOwnEditor) {
   for (HostedEditor* const editor : {&left, &right}) {
     auto* const dock = editor->widget().findChild<QDockWidget*>(QStringLiteral("dkwMaterials"));
     dock->setFloating(true);
@@ -103,7 +103,7 @@ TEST_F(SideBySide, AFloatingDockWindowsKeysAreItsOwnEditors) {
   }
 }
 
-TEST_F(SideBySide, KeysOfAWindowWithoutAFocusAreNoEditorsInIt) {
+TEST_F(SideBySide, KeysOfAWindowWithoutAFocusReachNoEditor) {
   focus(left.canvas());
   left.canvas().clearFocus();
   ASSERT_EQ(QApplication::focusWidget(), nullptr);
@@ -125,7 +125,7 @@ TEST_F(SideBySide, TheEditorWithTheFocusComesBeforeTheShortcutsOfTheHost) {
   focus(*list);
   press(Qt::Key_I, Qt::ControlModifier);
   EXPECT_EQ(triggered, 1);
-  // What the editor has no use for is the host's.
+  // A key that the editor does not use goes to the host.
   left.moorage().Commands().Item("btnImageFlip").Enabled(false);
   focus(left.canvas());
   press(Qt::Key_I, Qt::ControlModifier);
@@ -133,7 +133,7 @@ TEST_F(SideBySide, TheEditorWithTheFocusComesBeforeTheShortcutsOfTheHost) {
   EXPECT_EQ(clicked(), "| ");
 }
 
-TEST_F(SideBySide, EscapeCancelsInTheEditorThatHasTheFocusAlone) {
+TEST_F(SideBySide, EscapeCancelsOnlyInTheEditorThatHasTheFocus) {
   for (HostedEditor* const editor : {&left, &right}) {
     editor->moorage().click(editor->moorage().Commands().Item("btnImageCrop"));
     ASSERT_TRUE(editor->moorage().Commands().Item("btnImageCrop").Checked());
@@ -200,7 +200,7 @@ TEST_F(InADialogOfTheHost, TheEscapeThatEndsADragDoesNothingElse) {
   QTest::mouseRelease(&editor.canvas(), Qt::LeftButton, {}, QPoint(240, 240));
 }
 
-TEST_F(InADialogOfTheHost, EscapeGoesTheSameWayFromADockedToolWindow) {
+TEST_F(InADialogOfTheHost, EscapeActsTheSameFromADockedToolWindow) {
   auto* const swatch = dialog.findChild<QPushButton*>(QStringLiteral("btnColors_0"));
   swatch->setFocus();
   ASSERT_EQ(QApplication::focusWidget(), swatch);
@@ -219,7 +219,7 @@ class AloneInItsWindow : public testing::Test {
   HostedEditor& editor = bench.addEditor();
 };
 
-TEST_F(AloneInItsWindow, KeysOfTheWindowAreItsOwn) {
+TEST_F(AloneInItsWindow, GetsTheKeysOfTheWindow) {
   bench.show();
   editor.canvas().clearFocus();
   ASSERT_EQ(QApplication::focusWidget(), nullptr);
@@ -227,7 +227,7 @@ TEST_F(AloneInItsWindow, KeysOfTheWindowAreItsOwn) {
   EXPECT_EQ(editor.takeClicked(), "btnImageFlip ");
 }
 
-TEST_F(AloneInItsWindow, KeysOfTheWindowAreNotItsOwnWhileItIsDisabled) {
+TEST_F(AloneInItsWindow, GetsNoKeysOfTheWindowWhileDisabled) {
   bench.show();
   editor.widget().setEnabled(false);
   pressKey(bench.window(), Qt::Key_I, Qt::ControlModifier);

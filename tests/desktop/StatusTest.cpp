@@ -1,4 +1,4 @@
-// The status line, as the user gets to see it.
+// The visible status line.
 
 #include <gtest/gtest.h>
 
@@ -12,12 +12,12 @@
 namespace kestrel::desktop {
 namespace {
 
-/// Notes the texts with which a panel is painted.
+/// Records the texts with which a panel is painted.
 class PaintedTexts final : public QObject {
  public:
   explicit PaintedTexts(qt::PanelField& panel) : panel_(panel) { panel_.installEventFilter(this); }
 
-  /// Since the last call, each in brackets.
+  /// The texts since the last call, each in brackets.
   std::string take() { return std::exchange(texts_, {}); }
 
  protected:

@@ -24,7 +24,7 @@ inline QPalette darkPalette() {
   return dark;
 }
 
-/// The theme for as long as this lives.
+/// Sets a theme while it lives.
 class Theme {
  public:
   explicit Theme(const QPalette& palette) : before_(QApplication::palette()) {

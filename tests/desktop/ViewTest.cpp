@@ -18,7 +18,7 @@ class ViewOnTheDesktop : public testing::Test {
  protected:
   double factor() { return bench.canvas().devicePixelRatioF(); }
 
-  /// What the window shows of the canvas, in device pixels.
+  /// A grab of the canvas in device pixels.
   QImage shown() {
     const QPointF corner = QPointF(bench.canvas().mapTo(&bench.window(), QPoint())) * factor();
     const QPoint rounded(static_cast<int>(std::lround(corner.x())),
@@ -56,20 +56,20 @@ TEST_F(ViewOnTheDesktop, ShowsOnePicturePixelAsOneDevicePixelAtZoom1) {
   int wrong = 0;
   for (int y = 0; y < picture.height(); ++y) {
     for (int x = 0; x < picture.width(); ++x) {
-      // The line around the picture is one pixel wide.
+      // The border line around the picture is one pixel wide.
       if (canvas.pixelColor(left + 1 + x, top + 1 + y).rgb() != picture.pixelColor(x, y).rgb()) ++wrong;
     }
   }
   EXPECT_EQ(wrong, 0);
 }
 
-TEST_F(ViewOnTheDesktop, IsAsLargeInDevicePixelsAsTheScreenShowsIt) {
+TEST_F(ViewOnTheDesktop, HasItsSizeInDevicePixels) {
   const QSize size = bench.canvas().deviceSize();
   EXPECT_NEAR(size.width(), bench.canvas().width() * factor(), 1.0);
   EXPECT_NEAR(size.height(), bench.canvas().height() * factor(), 1.0);
 }
 
-TEST_F(ViewOnTheDesktop, ShowsScrollBarsOnlyWhereThePictureReachesBeyond) {
+TEST_F(ViewOnTheDesktop, ShowsScrollBarsOnlyIfThePictureIsLarger) {
   qt::ImageSurface& surface = bench.view().surface();
   bench.showPicture(noise(100, 100));
   EXPECT_FALSE(surface.horizontalBar().isVisible());
@@ -79,7 +79,7 @@ TEST_F(ViewOnTheDesktop, ShowsScrollBarsOnlyWhereThePictureReachesBeyond) {
   EXPECT_FALSE(surface.horizontalBar().isVisible());
   EXPECT_TRUE(surface.verticalBar().isVisible());
 
-  // As high as the view without bars, but the horizontal bar takes some of that.
+  // As high as the view without bars, but the horizontal bar takes some of it.
   const int high = static_cast<int>(surface.height() * factor()) - 4;
   bench.showPicture(noise(6000, high));
   EXPECT_TRUE(surface.horizontalBar().isVisible());
@@ -148,7 +148,7 @@ TEST_F(ViewOnTheDesktop, TheMiddleButtonPansAndDoesNothingElse) {
   const OLE_COLOR before = bench.editor().ForeColor();
   drag(Qt::MiddleButton, {300, 200}, {220, 150});
   QTest::mouseClick(&bench.canvas(), Qt::MiddleButton, {}, QPoint(90, 70));
-  EXPECT_EQ(bench.editor().ForeColor(), before) << "the dropper is the left button's";
+  EXPECT_EQ(bench.editor().ForeColor(), before) << "the dropper uses the left button";
 
   bench.editor().Copy(false);
   bench.moorage().click(bench.command("btnEditPaste"));
@@ -202,7 +202,7 @@ TEST_F(ViewOnTheDesktop, AClickWithTheZoomToolZoomsInAndWithShiftOut) {
   EXPECT_EQ(bench.view().Zoom(), 1.0);
 }
 
-TEST_F(ViewOnTheDesktop, TheZoomToolHasAPointerOfItsOwn) {
+TEST_F(ViewOnTheDesktop, TheZoomToolHasItsOwnPointer) {
   bench.showPicture(noise(4000, 4000));
   bench.editor().Tool(ipToolZoom);
   const QPointF at(60, 60);

@@ -9,17 +9,17 @@
 
 namespace {
 
-// Long enough for a busy machine; only a test that fails waits for it.
+// Long enough for a busy machine; only a failing test waits this long.
 constexpr qint64 kPatienceMilliseconds = 60'000;
 
-/// What a window says, for the report of a test that left it open.
+/// The texts of a window, for the report of a test that left it open.
 std::string textsOf(const QWidget& window) {
   QStringList texts = {window.windowTitle()};
   for (const QLabel* label : window.findChildren<QLabel*>()) texts += label->text();
   return texts.join(QStringLiteral(" | ")).toStdString();
 }
 
-/// A modal window that nobody closes would stop all tests: it fails the one that opened it.
+/// A modal window left open would block all tests: closes it and fails the test that opened it.
 class ForgottenWindows {
  public:
   ForgottenWindows() {
@@ -46,7 +46,7 @@ class ForgottenWindows {
 
 }  // namespace
 
-/// One application for all tests, on a display without a screen unless another is asked for.
+/// One application for all tests, with the offscreen platform unless another is set.
 int main(int count, char** values) {
   if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   testing::InitGoogleTest(&count, values);

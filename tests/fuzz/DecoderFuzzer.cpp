@@ -6,7 +6,7 @@
 #include "base/RuntimeError.h"
 #include "engine/codecs/CodecTable.h"
 
-/// Whatever the bytes are, decoding gives a picture or an error that says why not.
+/// Decoding any bytes must return a picture or raise an error.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace kestrel;
   static const engine::Codec& codec = *engine::codecOfName("x." KESTREL_FUZZED_FORMAT);

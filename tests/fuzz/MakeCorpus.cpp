@@ -9,7 +9,7 @@
 
 #include "engine/codecs/CodecTable.h"
 
-// Writes what the fuzzers start from: small pictures in every format that we write, plain and with metadata.
+// Writes the seeds of the fuzzers: small pictures in every writable format, with and without metadata.
 
 namespace {
 
@@ -43,7 +43,7 @@ void write(const std::filesystem::path& path, const std::vector<std::uint8_t>& b
       .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
 }
 
-/// A Photo CD pack cut short after its first rows: the format is not one that we write.
+/// A Photo CD pack truncated after its first rows, since the format is not writable.
 std::vector<std::uint8_t> photoCd() {
   std::vector<std::uint8_t> bytes(0x2000 + 4 * 576, std::uint8_t{120});
   const std::string mark = "PCD_IPI";

@@ -7,8 +7,8 @@
 #include "engine/codecs/Codecs.h"
 #include "engine/codecs/jpeg/Jpeg.h"
 
-/// Whatever the bytes are, reading them for a thumbnail gives a picture or an error that says why not; and
-/// what was read, metadata included, can be saved and read again.
+/// Decoding any bytes for a thumbnail must return a picture or raise an error. A decoded picture with its
+/// metadata must survive saving and decoding.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace kestrel;
   try {

@@ -4,14 +4,14 @@
 
 namespace kestrel::test {
 
-/// From now on so many allocations succeed, on any thread, and all later ones fail; negative: none fails.
-/// Those of less than `smallest` bytes neither count nor fail.
+/// From now on `count` allocations succeed, on any thread, and all later ones fail; negative: none fails.
+/// Allocations of less than `smallest` bytes neither count nor fail.
 ///
-/// Whoever calls it links its own `new` and `delete` in place of the usual ones.
+/// A program that links this library has its operators `new` and `delete` replaced.
 void failAllocationsAfter(long count, std::size_t smallest = 0);
 
-/// Bytes allocated with `new` and not yet deleted, by all threads. What C libraries allocate is not counted,
-/// nor are mappings of pages.
+/// Bytes allocated with `new` and not yet deleted, by all threads. Allocations of C libraries and page
+/// mappings are not counted.
 std::size_t heldMemory();
 
 }  // namespace kestrel::test

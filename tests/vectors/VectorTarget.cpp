@@ -1,6 +1,5 @@
-// KESTREL_VECTOR_TARGET=SSE4 (or AVX2, ... as Highway names them) keeps a test program from using anything
-// better, although the machine has it. A name that this machine does not know ends the program: a run that
-// tests something else than was asked for must not pass.
+// KESTREL_VECTOR_TARGET=SSE4 (or AVX2, ..., Highway's names) limits a test program to this target and lower
+// ones. An unknown or unsupported name ends the program: a run with another target must not pass.
 
 #include <hwy/targets.h>
 
@@ -19,7 +18,7 @@ namespace {
     const std::int64_t target = targets & -targets;
     const std::string name = hwy::TargetName(target);
     if (name == wanted) {
-      hwy::DisableTargets(target - 1);  // the better ones have the lower bits
+      hwy::DisableTargets(target - 1);  // better targets have lower bits
       return true;
     }
     known += ' ' + name;

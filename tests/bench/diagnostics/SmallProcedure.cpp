@@ -6,7 +6,7 @@
 namespace kestrel::bench {
 namespace {
 
-// Stands for what a procedure calls: the compiler must allow for its failing.
+// A call that may fail, and that the compiler cannot inline.
 [[gnu::noinline]] std::int32_t step(std::int32_t value) {
   if (value == -1) throw RuntimeError(err::kInvalidCall, "The value is out of range.");
   return value * 3 + 1;

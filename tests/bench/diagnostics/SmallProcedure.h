@@ -3,8 +3,7 @@
 #include <cstdint>
 #include <string>
 
-/// The same small procedure with the error trailer and without it; in a file of its own, so that no caller
-/// sees its body.
+/// The same small procedure with and without the error trailer, in a separate file so that it is not inlined.
 namespace kestrel::bench {
 
 std::int32_t withTrailer(std::int32_t value, const std::string& name);

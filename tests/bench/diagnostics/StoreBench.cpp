@@ -14,7 +14,7 @@
 namespace kestrel {
 namespace {
 
-/// A store on the disk with all settings written, as Options sees it.
+/// A store on disk with all settings written.
 class StoreBench : public benchmark::Fixture {
  public:
   void SetUp(benchmark::State&) override {

@@ -35,7 +35,7 @@ void RaiseAndCatch(benchmark::State& state) {
 }
 BENCHMARK(RaiseAndCatch);
 
-/// The same on a thread that keeps a record of its throws, as each thread with an editor does.
+/// The same on a thread that records its throws, as each thread with an editor.
 void RaiseAndCatchRecorded(benchmark::State& state) {
   const ThrowRecord record;
   RaiseAndCatch(state);

@@ -65,7 +65,7 @@ class Editor {
   std::unique_ptr<ImageProcessingCtl> control_;
 };
 
-/// What the section's own pixels need, to set against the two below.
+/// The engine's part of the two benchmarks of sections.
 void flipPixelsAlone(benchmark::State& state) {
   const engine::Bitmap section = photograph(kSection, kSection);
   for (auto _ : state) {
@@ -94,7 +94,8 @@ void rotateSectionOf100Megapixels(benchmark::State& state) {
   }
 }
 
-/// One change of the direction in the rotate dialog, previewed on a picture of so many megapixels.
+/// One change of the direction in the rotate dialog, with its preview; the argument is the picture's
+/// megapixels.
 void previewRotation(benchmark::State& state) {
   const auto height = static_cast<std::int32_t>(state.range(0)) * 500;
   Editor editor(photograph(2'000, height));

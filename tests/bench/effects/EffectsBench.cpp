@@ -1,6 +1,6 @@
-// Each operation on 24 megapixels of RGBA, 6000 x 4000, whose alpha is opaque, or mixed as a cut-out
-// picture's is. "Copy" is one pass of memory over the same bytes into a kept buffer: the floor for what
-// changes pixels one by one. The processor's time of the effects is that of all threads together.
+// Each operation on 6000 x 4000 RGBA pixels, opaque or with a soft-edged disc of alpha. "Copy" copies the
+// same bytes into a kept buffer: the lower bound of pixel-wise operations. The CPU time of the effects is the
+// sum over all threads.
 
 #include <benchmark/benchmark.h>
 
@@ -29,7 +29,7 @@ namespace {
 constexpr std::int32_t kWidth = 6000;
 constexpr std::int32_t kHeight = 4000;
 
-/// Smooth colours with some noise; opaque, or with a soft-edged disc of alpha.
+/// Smooth colors with some noise; opaque, or with a soft-edged disc of alpha.
 Bitmap makePicture(std::int32_t width, std::int32_t height, bool opaque) {
   Bitmap result = Bitmap::uninitialized(width, height);
   const Pixels pixels = result.writable();
@@ -63,7 +63,7 @@ const Bitmap& cutOut() {
 
 template <class Operation>
 void run(benchmark::State& state, const Operation& operation) {
-  benchmark::DoNotOptimize(operation());  // the pool's buffers exist from here on
+  benchmark::DoNotOptimize(operation());  // fills the pool of buffers
   for (auto _ : state) benchmark::DoNotOptimize(operation());
 }
 

@@ -1,7 +1,7 @@
-// Opening a photograph of 24 megapixels, beside what its decoder alone needs.
+// Opening a photograph of 24 megapixels, compared with its decoder alone.
 
 #include <benchmark/benchmark.h>
-#include <stdio.h>  // jpeglib.h wants FILE
+#include <stdio.h>  // jpeglib.h needs FILE
 
 #include <jpeglib.h>
 
@@ -52,7 +52,7 @@ std::vector<unsigned char> bytesOf(const std::filesystem::path& path) {
   return {std::istreambuf_iterator<char>(in), {}};
 }
 
-/// The decoder alone: a file in memory, into a buffer that is kept.
+/// The decoder alone, from memory into a kept buffer.
 void decoderAlone(benchmark::State& state) {
   const std::vector<unsigned char> data = bytesOf(file());
   std::vector<unsigned char> pixels(std::size_t{kWidth} * kHeight * 4);

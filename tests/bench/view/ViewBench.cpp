@@ -31,7 +31,7 @@ const Bitmap& picture100() {
   return bitmap;
 }
 
-/// A view of a picture of its own, which nobody shares.
+/// Shows a copy of the picture that shares no pixels.
 void prepare(TestView& view, const Bitmap& bitmap) {
   view.load(bitmap);
   view.Effects().Flip(0);
@@ -101,7 +101,7 @@ void paintAfterChange(benchmark::State& state) {
 }
 BENCHMARK(paintAfterChange)->Unit(benchmark::kMillisecond)->UseRealTime();
 
-/// One pointer event of a freehand stroke with a pen of 5 pixels, and painting what it has changed.
+/// One pointer event of a freehand stroke with a pen of 5 pixels, with painting of the change.
 void freehandEvent(benchmark::State& state, const Bitmap& bitmap, double zoom) {
   TestView view(kWidth, kHeight);
   prepare(view, bitmap);

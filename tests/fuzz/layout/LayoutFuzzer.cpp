@@ -1,5 +1,5 @@
-// Feeds the layout reader with anything. A block gets a fitting header first, as nothing behind the checksum
-// would ever be reached otherwise; what is read must come back the same after a round trip.
+// Fuzzes the layout reader. The block gets a correct header and checksum, without which the reader would stop
+// there. A layout that is read must survive a round trip.
 
 #include <cstddef>
 #include <cstdint>
@@ -18,7 +18,7 @@ namespace {
 using namespace kestrel;
 using namespace kestrel::docking;
 
-/// What follows the first byte is a whole block if that byte is even, else a stream that gets a header.
+/// The bytes after the first are a whole block if the first is even, else a stream that gets a header.
 std::vector<std::byte> blockOf(std::span<const std::byte> input) {
   std::vector<std::byte> block(input.begin() + 1, input.end());
   if (static_cast<int>(input[0]) % 2 == 1) {

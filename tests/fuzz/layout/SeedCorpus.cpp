@@ -1,4 +1,4 @@
-// Writes the blocks that the fuzzer starts from: kestrel-layout-seeds FOLDER
+// Writes the seed blocks of the fuzzer: kestrel-layout-seeds FOLDER
 
 #include <cstdio>
 #include <fstream>
@@ -16,7 +16,7 @@ int main(int argc, char** argv) {
     return 2;
   }
   docking::StoredLayout layout = docking::readLayout(resources::dialogLayout());
-  // One picture is enough to find the way; forty would only make every step slow.
+  // One image reaches the same code as forty, and faster.
   layout.images.resize(1);
   for (docking::StoredCommand& command : layout.commands) command.image.clear();
   layout.commands[0].image = layout.images[0].name;
