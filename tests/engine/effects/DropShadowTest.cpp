@@ -12,21 +12,21 @@ using namespace test;
 
 constexpr Pixel kShadow{10, 20, 30, 75};
 
-/// What the number promises, straight from its definition in double precision, on a canvas grown as told.
+/// The shadow by its definition in double precision, on a canvas grown by these margins.
 Bitmap naiveShadow(const Bitmap& source, int offsetX, int offsetY, Pixel color, double blur, int left,
                    int top, int right, int bottom) {
   const double sigma = shadowSigma(blur);
-  const auto bell = [&](int distance) {
+  const auto gaussian = [&](int distance) {
     if (sigma == 0) return distance == 0 ? 1.0 : 0.0;
     return std::exp(-distance * distance / (2 * sigma * sigma));
   };
   double total = 0;
-  for (int d = -200; d <= 200; ++d) total += bell(d);
+  for (int d = -200; d <= 200; ++d) total += gaussian(d);
   return madeBy(left + source.width() + right, top + source.height() + bottom, [&](int x, int y) {
     double alpha = 0;
     for (int v = 0; v < source.height(); ++v) {
       for (int u = 0; u < source.width(); ++u) {
-        alpha += source.at(u, v).a * bell(x - left - offsetX - u) * bell(y - top - offsetY - v);
+        alpha += source.at(u, v).a * gaussian(x - left - offsetX - u) * gaussian(y - top - offsetY - v);
       }
     }
     alpha *= color.a / 255.0 / (total * total);
@@ -38,20 +38,20 @@ Bitmap naiveShadow(const Bitmap& source, int offsetX, int offsetY, Pixel color, 
   });
 }
 
-TEST(DropShadow, BlurNumberStandsForPixels) {
+TEST(DropShadow, Blur128IsAStandardDeviationOf4Pixels) {
   EXPECT_EQ(shadowSigma(0), 0);
   EXPECT_EQ(shadowSigma(128), 4);
   EXPECT_EQ(shadowSigma(10'000), shadowSigma(255));
 }
 
-TEST(DropShadow, GrowsJustWhereTheShadowFalls) {
+TEST(DropShadow, GrowsOnlyWhereTheShadowFalls) {
   const Bitmap picture = randomPicture(30, 20, AlphaKind::Opaque);
   struct Case {
     int x, y;
     double blur;
     int width, height;
   };
-  // Blur 128 is a standard deviation of 4 pixels and so reaches 12.
+  // Blur 128 is a standard deviation of 4 pixels, a reach of 12.
   for (const Case& c : {Case{5, 5, 0, 35, 25}, Case{-5, 5, 0, 35, 25}, Case{0, 0, 0, 30, 20},
                         Case{5, 5, 128, 30 + 7 + 17, 20 + 7 + 17}, Case{-20, 0, 128, 30 + 32, 20 + 24},
                         Case{12, -12, 128, 30 + 24, 20 + 24}, Case{40, 0, 0, 70, 20}}) {
@@ -61,11 +61,11 @@ TEST(DropShadow, GrowsJustWhereTheShadowFalls) {
   }
 }
 
-TEST(DropShadow, HardShadowIsTheMovedAlphaUnderThePicture) {
+TEST(DropShadow, AHardShadowIsTheMovedAlphaUnderThePicture) {
   onEachTarget([] {
     for (const AlphaKind alpha : {AlphaKind::Opaque, AlphaKind::Any, AlphaKind::MostlyExtreme}) {
       Bitmap picture = randomPicture(23, 17, alpha);
-      // Visible corners, so that the sides it grows by are those of the whole picture.
+      // Visible corners, so that the visible part is the whole picture.
       picture.writable().row(0)[3] = picture.writable().row(16)[4 * 22 + 3] = 200;
       for (const int x : {-6, 0, 4}) {
         for (const int y : {-3, 0, 40}) {
@@ -113,7 +113,7 @@ TEST(DropShadow, OpaquePictureCastsTheSameGaussian) {
   });
 }
 
-TEST(DropShadow, OneTooLargeForTheCachesHasTheSameShadow) {
+TEST(DropShadow, APictureLargerThanTheCachesHasTheSameShadow) {
   const auto value = [](int x, int y) {
     return Pixel{200, 100, 50, static_cast<std::uint8_t>((x * y) % 256)};
   };
@@ -128,7 +128,7 @@ TEST(DropShadow, OneTooLargeForTheCachesHasTheSameShadow) {
       };
       const Bitmap large = dropShadow(made(2200, 2000), 5, 5, kShadow, blur);
       const Bitmap small = dropShadow(made(300, 150), 5, 5, kShadow, blur);
-      // As far as what is missing of the smaller one has no effect.
+      // Only rows out of reach of the rows that the smaller picture lacks.
       for (int y = 0; y < grown + 150 - reach - 40; ++y) {
         for (int x = 0; x < grown + 300 - reach - 40; ++x) {
           ASSERT_LE(visibleDifference(large.at(x, y), small.at(x, y)), 1.01) << x << ", " << y;
@@ -143,7 +143,7 @@ TEST(DropShadow, DefaultsLookSoftAndKeepThePicture) {
   const Bitmap result = dropShadow(picture, 5, 5, {0, 0, 0, 75}, 128);
   const int left = 12 - 5;
   EXPECT_EQ(result.at(left, left), (Pixel{250, 240, 230, 255}));
-  // Along a line from the right edge outwards the shadow fades, from most of its opacity to nothing.
+  // From the right edge outwards the shadow fades from most of its opacity to 0.
   int before = 75;
   for (int x = left + 200; x < result.width(); ++x) {
     const int alpha = result.at(x, 80).a;
@@ -165,7 +165,7 @@ TEST(DropShadow, GrowsByTheVisiblePartOnly) {
   EXPECT_EQ(dropShadow(picture, 30, 0, kShadow, 0).width(), 65);
 }
 
-TEST(DropShadow, WithoutGrowingTheShadowIsCut) {
+TEST(DropShadow, WithoutGrowingTheShadowIsClipped) {
   const Bitmap picture = madeBy(40, 30, [](int x, int) {
     return Pixel{1, 2, 3, static_cast<std::uint8_t>(x > 25 ? 255 : 0)};
   });
@@ -178,7 +178,7 @@ TEST(DropShadow, WithoutGrowingTheShadowIsCut) {
   EXPECT_TRUE(samePicture(dropShadow(picture, INT32_MIN, INT32_MAX, kShadow, 200, false), picture, 0.5));
 }
 
-TEST(DropShadow, InvisiblePictureStaysAsItIs) {
+TEST(DropShadow, ATransparentPictureIsUnchanged) {
   const Bitmap picture = Bitmap::filled(10, 10, {255, 255, 255, 0});
   EXPECT_TRUE(dropShadow(picture, 5, 5, kShadow, 128).sharesPixelsWith(picture));
 }
@@ -189,7 +189,7 @@ TEST(DropShadow, OpacityZeroIsATransparentShadow) {
   EXPECT_EQ(result.at(12, 12).a, 0);
 }
 
-TEST(DropShadow, ImpossibleArgumentsAreErrors) {
+TEST(DropShadow, InvalidArgumentsAreErrors) {
   const Bitmap picture = Bitmap::filled(10, 10, {1, 2, 3, 255});
   EXPECT_EQ(errorOf([&] { dropShadow(picture, 5, 5, kShadow, -1); }), err::kInvalidCall);
   EXPECT_EQ(errorOf([&] { dropShadow(picture, 5, 5, kShadow, std::numeric_limits<double>::quiet_NaN()); }),

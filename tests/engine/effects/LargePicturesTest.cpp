@@ -1,4 +1,4 @@
-// Pictures too large for the caches are written past them; what they hold in the end is the same.
+// Results larger than the caches are written with non-temporal stores. Their pixels must be the same.
 
 #include <cstring>
 
@@ -19,7 +19,7 @@ namespace {
 
 using namespace test;
 
-/// Sides that are multiples of no vector and no tile.
+/// Sides that are no multiple of a vector or a tile.
 constexpr std::int32_t kWidth = 2111;
 constexpr std::int32_t kHeight = 2053;
 
@@ -33,7 +33,7 @@ const Bitmap& otherPicture() {
   return result;
 }
 
-/// A picture whose rows `write(y, row)` makes.
+/// A picture whose rows `write(y, row)` fills.
 template <class Write>
 Bitmap madeOfRows(std::int32_t width, std::int32_t height, const Write& write) {
   Bitmap result = Bitmap::uninitialized(width, height);
@@ -95,7 +95,7 @@ TEST(LargePictures, AreCroppedAndCopiedLikeSmallOnes) {
   });
 }
 
-TEST(LargePictures, AreRecolouredLikeSmallOnes) {
+TEST(LargePictures, AreRecoloredLikeSmallOnes) {
   const ConstPixels in = picture().pixels();
   const Pixel ground{200, 100, 50, 255}, from{90, 120, 160, 255}, to{1, 2, 3, 4};
   const auto made = [](const auto& write) { return madeOfRows(kWidth, kHeight, write); };
@@ -115,8 +115,8 @@ TEST(LargePictures, AreRecolouredLikeSmallOnes) {
 
 TEST(LargePictures, AreCompositedLikeSmallOnes) {
   const ConstPixels in = picture().pixels(), top = otherPicture().pixels();
-  // Beyond its first rows and columns; and as wide as the picture, where whole rows are written at once.
-  const Bitmap beside = madeOfRows(kWidth, kHeight, [&](std::int32_t y, std::uint8_t* row) {
+  // At an offset; and at 0, 0, where whole rows are written.
+  const Bitmap offset = madeOfRows(kWidth, kHeight, [&](std::int32_t y, std::uint8_t* row) {
     std::memcpy(row, in.row(y), std::size_t{4} * kWidth);
     if (y >= 9) reference::compositeRow(top.row(y - 9), in.row(y) + 4 * 7, kWidth - 7, 255, {}, row + 4 * 7);
   });
@@ -124,7 +124,7 @@ TEST(LargePictures, AreCompositedLikeSmallOnes) {
     reference::compositeRow(top.row(y), in.row(y), kWidth, 100, Pixel{1, 2, 3, 0}, row);
   });
   onEachTarget([&] {
-    EXPECT_TRUE(sameBytes(composite(picture(), otherPicture(), 7, 9), beside));
+    EXPECT_TRUE(sameBytes(composite(picture(), otherPicture(), 7, 9), offset));
     EXPECT_TRUE(
         sameBytes(composite(picture(), otherPicture(), 0, 0, {100 / 255.0, Pixel{1, 2, 3, 0}}), whole));
   });

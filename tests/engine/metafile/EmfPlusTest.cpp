@@ -3,7 +3,7 @@
 
 #include "MetafileBuilders.h"
 
-// Enhanced metafiles whose drawing stands in comments with commands of GDI+.
+// EMF+: enhanced metafiles with GDI+ commands in comment records.
 
 namespace kestrel::engine {
 namespace {
@@ -16,14 +16,14 @@ Builder reals(std::initializer_list<float> values) { return Plus::reals({}, valu
 
 Builder solidBrush(std::uint32_t color) { return Builder().le32(kVersion).le32(0).le32(color); }
 
-/// A pen of the world's unit; `flags` say which of `more` follow.
+/// A pen in world units; `flags` define which optional data follows in `more`.
 Builder pen(float width, std::uint32_t color, std::uint32_t flags = 0, const Builder& more = {}) {
   Builder b = Builder().le32(kVersion).le32(0).le32(flags).le32(0).le32(bits(width));
   b.bytes.insert(b.bytes.end(), more.bytes.begin(), more.bytes.end());
   return b.le32(kVersion).le32(0).le32(color);
 }
 
-/// A path of points in fractions and their types.
+/// A path of floating-point points and their types.
 Builder path(std::initializer_list<std::pair<float, float>> points, std::initializer_list<int> types,
              std::uint32_t flags = 0) {
   Builder b = Builder().le32(kVersion).le32(static_cast<std::uint32_t>(points.size())).le32(flags);
@@ -36,7 +36,7 @@ Builder squarePath(float left, float top, float right, float bottom) {
   return path({{left, top}, {right, top}, {right, bottom}, {left, bottom}}, {0, 1, 1, 0x81});
 }
 
-TEST(EmfPlus, FillsBoxesToldInFractionsOrWholeNumbers) {
+TEST(EmfPlus, FillsBoxesInFloatsOrIntegers) {
   const Bitmap bitmap = Plus()
                             .fillRect(kArgbRed, 5, 5, 10, 10)
                             .command(0x400A, kColor | 0x4000,
@@ -47,7 +47,7 @@ TEST(EmfPlus, FillsBoxesToldInFractionsOrWholeNumbers) {
   EXPECT_EQ(bitmap.at(25, 10), kBlue);
 }
 
-TEST(EmfPlus, GivesWayToPlainRecordsThatHoldTheDrawingToo) {
+TEST(EmfPlus, PlainRecordsOfADualFileArePlayedInstead) {
   Emf emf;
   Plus(true).fillRect(kArgbRed, 0, 0, 40, 30).addTo(emf);
   const Bitmap bitmap = emf.noPen().brush(kBlueColor).box(5, 5, 15, 15).play();
@@ -55,11 +55,11 @@ TEST(EmfPlus, GivesWayToPlainRecordsThatHoldTheDrawingToo) {
   EXPECT_EQ(bitmap.at(30, 20), kNothing);
 }
 
-TEST(EmfPlus, IsPlayedWherePlainRecordsSayTheyHoldTheDrawingButDoNot) {
+TEST(EmfPlus, IsPlayedIfADualFileHasNoPlainDrawing) {
   EXPECT_EQ(Plus(true).fillRect(kArgbRed, 0, 0, 40, 30).play().at(10, 10), kRed);
 }
 
-TEST(EmfPlus, PlainRecordsCountOnlyAfterTheCommandThatCallsThem) {
+TEST(EmfPlus, PlainRecordsArePlayedOnlyAfterGetDC) {
   Emf emf;
   Plus().fillRect(kArgbRed, 0, 0, 5, 5).addTo(emf);
   emf.noPen().brush(kBlueColor).box(10, 0, 15, 5);
@@ -73,8 +73,8 @@ TEST(EmfPlus, PlainRecordsCountOnlyAfterTheCommandThatCallsThem) {
   EXPECT_EQ(bitmap.at(32, 2), kRed);
 }
 
-TEST(EmfPlus, BrushesOfHatchesHaveBothColours) {
-  // The cross has a line at every eighth pixel, both ways.
+TEST(EmfPlus, HatchBrushesHaveBothColors) {
+  // The cross hatch has a line at every eighth pixel in both directions.
   const Bitmap bitmap =
       Plus()
           .object(1, 0, Builder().le32(kVersion).le32(1).le32(4).le32(kArgbRed).le32(kArgbBlue))
@@ -85,7 +85,7 @@ TEST(EmfPlus, BrushesOfHatchesHaveBothColours) {
   EXPECT_EQ(bitmap.at(3, 3), kBlue);
 }
 
-TEST(EmfPlus, LinearGradientsRunFromColourToColour) {
+TEST(EmfPlus, LinearGradientsRunFromColorToColor) {
   Builder brush = Builder().le32(kVersion).le32(4).le32(0).le32(4);
   brush = Plus::reals(brush, {0, 0, 40, 30}).le32(kArgbRed).le32(kArgbBlue).fill(8);
   const Bitmap bitmap = Plus().object(1, 3, brush).fillAll(3).play();
@@ -95,7 +95,7 @@ TEST(EmfPlus, LinearGradientsRunFromColourToColour) {
   EXPECT_GT(bitmap.at(39, 15).b, 245);
 }
 
-TEST(EmfPlus, LinearGradientsPassThroughTheirListedColours) {
+TEST(EmfPlus, LinearGradientsPassThroughTheirListedColors) {
   Builder brush = Builder().le32(kVersion).le32(4).le32(0x4).le32(4);
   brush = Plus::reals(brush, {0, 0, 40, 30}).le32(kArgbRed).le32(kArgbRed).fill(8).le32(3);
   brush = Plus::reals(brush, {0, 0.5F, 1}).le32(kArgbRed).le32(kArgbGreen).le32(kArgbBlue);
@@ -104,7 +104,7 @@ TEST(EmfPlus, LinearGradientsPassThroughTheirListedColours) {
   EXPECT_GT(bitmap.at(39, 15).b, 240);
 }
 
-TEST(EmfPlus, PathGradientsRunFromTheOutlineToTheCentre) {
+TEST(EmfPlus, PathGradientsRunFromTheOutlineToTheCenter) {
   Builder brush = Builder().le32(kVersion).le32(3).le32(0).le32(4).le32(kArgbRed);
   brush = Plus::reals(brush, {20, 15}).le32(1).le32(kArgbBlue).le32(4);
   brush = Plus::reals(brush, {0, 0, 40, 0, 40, 30, 0, 30});
@@ -145,7 +145,7 @@ TEST(EmfPlus, LinesAreAsWideAsTheirPen) {
   EXPECT_EQ(bitmap.at(20, 12), kNothing);
 }
 
-TEST(EmfPlus, LinesAreDrawnInAWorldThatCountsUpwards) {
+TEST(EmfPlus, LinesAreDrawnWithTheYAxisUp) {
   const Bitmap bitmap = Plus()
                             .object(2, 1, pen(2, kArgbBlue))
                             .command(0x402A, 0, reals({1, 0, 0, -2, 0, 30}))
@@ -156,8 +156,8 @@ TEST(EmfPlus, LinesAreDrawnInAWorldThatCountsUpwards) {
   EXPECT_EQ(bitmap.at(20, 12), kNothing);
 }
 
-TEST(EmfPlus, DashesAreToldInWidths) {
-  // On for two widths of 4 pixels, off for one.
+TEST(EmfPlus, DashesAreInPenWidths) {
+  // Dashes of two pen widths (of 4 pixels), gaps of one.
   const Builder dashes = Plus::reals(Builder().le32(2), {2, 1});
   const Bitmap bitmap = Plus()
                             .object(2, 1, pen(4, kArgbBlue, 0x100, dashes))
@@ -169,7 +169,7 @@ TEST(EmfPlus, DashesAreToldInWidths) {
   EXPECT_EQ(bitmap.at(22, 10), kNothing);
 }
 
-TEST(EmfPlus, ArrowsStandAtTheEndOfALine) {
+TEST(EmfPlus, ArrowsAreDrawnAtTheEndOfALine) {
   const auto line = [](std::uint32_t flags, const Builder& more) {
     return Plus()
         .object(2, 1, pen(4, kArgbBlue, flags, more))
@@ -193,7 +193,7 @@ TEST(EmfPlus, PathsOfCurvesAreFilledAndStroked) {
   EXPECT_EQ(stroked.at(20, 10), kNothing);
 }
 
-TEST(EmfPlus, PathsMayBeStoredShort) {
+TEST(EmfPlus, PathsMayBeCompressed) {
   const auto fill = [](const Builder& stored) {
     return Plus().object(3, 0, stored).command(0x4014, kColor, Builder().le32(kArgbRed)).play();
   };
@@ -301,7 +301,7 @@ TEST(EmfPlus, PicturesAreDrawnIntoTheirBox) {
   EXPECT_EQ(bitmap.at(11, 6), kNothing);
 }
 
-TEST(EmfPlus, PicturesAreTurnedByTheirCorners) {
+TEST(EmfPlus, PicturesAreTransformedByThreeCorners) {
   // The upper left corner comes to the lower left one, the upper right to the upper left.
   const Builder place =
       Plus::reals(Plus::reals(Builder().le32(0).le32(2), {0, 0, 2, 2}).le32(3), {10, 7, 10, 5, 12, 7});
@@ -353,7 +353,7 @@ Builder font(const std::string& face, float size) {
   return b.fill(face.size() % 2 * 2);
 }
 
-TEST(EmfPlus, TextsStandWhereTheirFormatSays) {
+TEST(EmfPlus, TextsAreAlignedByTheirFormat) {
   const auto words = [](std::uint32_t align) {
     Builder format = Builder().le32(kVersion).le32(0x1000).le32(0).le32(align).le32(0).fill(48);
     const Builder text = Plus::reals(Builder().le32(0xFF000000).le32(1).le32(2), {0, 0, 40, 30})
@@ -367,24 +367,24 @@ TEST(EmfPlus, TextsStandWhereTheirFormatSays) {
   EXPECT_EQ(inkIn(right, 0, 0, 20, 30), 0);
 }
 
-/// The letter, or the glyph, at 2, 12 and at 27, 27.
+/// The character (or glyph index) drawn at 2, 12 and at 27, 27.
 Bitmap twice(const Builder& font, std::uint32_t options, std::uint32_t code) {
   const Builder text = Plus::reals(
       Builder().le32(0xFF000000).le32(options).le32(0).le32(2).le16(code).le16(code), {2, 12, 27, 27});
   return Plus().object(6, 0, font).command(0x4036, kColor, text).play();
 }
 
-TEST(EmfPlus, LettersStandAtTheirOwnPlaces) {
-  const Bitmap told = twice(font("Arial", 12), 1, 'H');
-  EXPECT_GT(inkIn(told, 0, 0, 15, 13), 5);
-  EXPECT_GT(inkIn(told, 25, 15, 40, 28), 5);
-  EXPECT_EQ(inkIn(told, 25, 0, 40, 13), 0);
-  // The faces of this order have the H as their glyph 43.
-  EXPECT_TRUE(isPicture(twice(font("Arial", 12), 0, 'H' - 29), told));
+TEST(EmfPlus, GlyphsAreDrawnAtTheirOwnPositions) {
+  const Bitmap byCode = twice(font("Arial", 12), 1, 'H');
+  EXPECT_GT(inkIn(byCode, 0, 0, 15, 13), 5);
+  EXPECT_GT(inkIn(byCode, 25, 15, 40, 28), 5);
+  EXPECT_EQ(inkIn(byCode, 25, 0, 40, 13), 0);
+  // In these fonts H is glyph 43.
+  EXPECT_TRUE(isPicture(twice(font("Arial", 12), 0, 'H' - 29), byCode));
 }
 
-TEST(EmfPlus, LettersThatTheFaceLacksComeFromAnother) {
-  // A large disc, which DejaVu Serif lacks and DejaVu Sans has; the sign for a missing letter is hollow.
+TEST(EmfPlus, MissingGlyphsComeFromAnotherFont) {
+  // A large disc, which DejaVu Serif lacks and DejaVu Sans has; the glyph for a missing character is hollow.
   EXPECT_GT(inkIn(twice(font("DejaVu Serif", 20), 1, 0x2B24), 7, 2, 15, 8), 45);
 }
 
@@ -394,7 +394,7 @@ TEST(EmfPlus, ClearingFillsEverything) {
                 Bitmap::filled(40, 30, kRed)));
 }
 
-TEST(EmfPlus, PaintReplacesInsteadOfBlendingWhereItIsToldTo) {
+TEST(EmfPlus, CompositingModeCopyReplacesInsteadOfBlending) {
   const auto over = [](std::uint32_t mode) {
     return Plus()
         .fillRect(kArgbRed, 0, 0, 40, 30)
@@ -408,8 +408,8 @@ TEST(EmfPlus, PaintReplacesInsteadOfBlendingWhereItIsToldTo) {
 }
 
 TEST(EmfPlus, ClipsCombineInAllWays) {
-  // The first clip reaches from 0 to 20, the second from 10 to 30; the places lie in the first alone, in
-  // both, in the second alone, and in none.
+  // The first clip reaches from 0 to 20, the second from 10 to 30; the points lie in the first alone, in
+  // both, in the second alone, and in neither.
   const auto seen = [](std::uint32_t how) {
     const Bitmap bitmap = Plus()
                               .command(0x4032, 0, reals({0, 0, 20, 30}))
@@ -428,7 +428,7 @@ TEST(EmfPlus, ClipsCombineInAllWays) {
   EXPECT_EQ(seen(5), "0010") << "complement";
 }
 
-TEST(EmfPlus, ClipsOfPathsAndRegionsMoveAndGo) {
+TEST(EmfPlus, ClipsOfPathsAndRegionsMoveAndReset) {
   // A region: the left half without its middle.
   Builder region = Builder().le32(kVersion).le32(2).le32(4).le32(0x10000000);
   region = Plus::reals(region, {0, 0, 20, 30}).le32(0x10000000);
@@ -456,7 +456,7 @@ TEST(EmfPlus, ClipsOfPathsAndRegionsMoveAndGo) {
   EXPECT_EQ(filled.at(10, 9), kNothing);
 }
 
-TEST(EmfPlus, WorldsAreSetMultipliedMovedScaledAndTurned) {
+TEST(EmfPlus, WorldTransformsAreSetMultipliedMovedScaledAndRotated) {
   const auto corner = [](const Plus& plus, int x, int y) { return plus.play().at(x, y) == kRed; };
   const auto square = [](Plus plus) { return plus.fillRect(kArgbRed, 0, 0, 5, 5); };
   EXPECT_TRUE(corner(square(Plus().command(0x402A, 0, reals({2, 0, 0, 2, 10, 0}))), 19, 9));
@@ -465,7 +465,7 @@ TEST(EmfPlus, WorldsAreSetMultipliedMovedScaledAndTurned) {
   // A quarter clockwise about the corner, then moved back into the picture.
   EXPECT_TRUE(
       corner(square(Plus().command(0x402F, 0, reals({90})).command(0x402D, 0x2000, reals({20, 0}))), 17, 2));
-  // Before the scaling or behind it: a step of 5 is one of 10 or of 5.
+  // A translation by 5 before the scaling is one by 10, after it one by 5.
   const Plus scaled = Plus().command(0x402E, 0, reals({2, 2}));
   EXPECT_TRUE(corner(square(Plus(scaled).command(0x402D, 0, reals({5, 0}))), 19, 9));
   EXPECT_FALSE(corner(square(Plus(scaled).command(0x402D, 0x2000, reals({5, 0}))), 19, 9));
@@ -474,7 +474,7 @@ TEST(EmfPlus, WorldsAreSetMultipliedMovedScaledAndTurned) {
 }
 
 TEST(EmfPlus, PagesHaveUnits) {
-  // A tenth of an inch of 96 pixels; twice as much with a scale of 2.
+  // 0.1 inch at 96 pixels per inch; twice that with a scale of 2.
   const Bitmap inches = Plus().command(0x4030, 4, reals({1})).fillRect(kArgbRed, 0, 0, 0.1F, 0.1F).play();
   EXPECT_EQ(inches.at(8, 8), kRed);
   EXPECT_EQ(inches.at(11, 8), kNothing);
@@ -485,7 +485,7 @@ TEST(EmfPlus, PagesHaveUnits) {
   EXPECT_EQ(points.at(20, 20), kNothing);
 }
 
-TEST(EmfPlus, StatesAndContainersAreLeftAsTheyWereEntered) {
+TEST(EmfPlus, StatesAndContainersAreRestored) {
   const Bitmap saved = Plus()
                            .command(0x4025, 0, Builder().le32(7))
                            .command(0x402D, 0, reals({20, 0}))
@@ -495,7 +495,7 @@ TEST(EmfPlus, StatesAndContainersAreLeftAsTheyWereEntered) {
                            .play();
   EXPECT_EQ(saved.at(5, 5), kRed);
   EXPECT_EQ(saved.at(25, 5), kNothing);
-  // What is 10 x 10 within becomes 20 x 20 at 10, 5.
+  // 10 x 10 in the container becomes 20 x 20 at 10, 5.
   const Bitmap inside =
       Plus()
           .command(0x4027, 2, Plus::reals(Plus::reals({}, {10, 5, 20, 20}), {0, 0, 10, 10}).le32(1))
@@ -508,7 +508,7 @@ TEST(EmfPlus, StatesAndContainersAreLeftAsTheyWereEntered) {
   EXPECT_EQ(inside.at(2, 2), kBlue);
 }
 
-TEST(EmfPlus, ObjectsMayGoOnInFurtherRecords) {
+TEST(EmfPlus, ObjectsMayContinueInFurtherRecords) {
   const Builder brush = solidBrush(kArgbRed);
   const auto part = [&](std::size_t from, std::size_t to) {
     Builder b = Builder().le32(static_cast<std::uint32_t>(brush.bytes.size()));
@@ -525,7 +525,7 @@ TEST(EmfPlus, ObjectsMayGoOnInFurtherRecords) {
             kRed);
 }
 
-TEST(EmfPlus, CommandsThatMakeNoSenseArePassedOver) {
+TEST(EmfPlus, InvalidCommandsAreSkipped) {
   Builder deep = Builder().le32(kVersion).le32(1000);
   for (int i = 0; i < 1000; ++i) deep.le32(1);
   const Bitmap bitmap =

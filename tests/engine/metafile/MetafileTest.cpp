@@ -61,7 +61,7 @@ TEST(EmfFile, PathsWithCurvesAreFilledAndClippedTo) {
   EXPECT_EQ(clipped.at(20, 20), kNothing);
 }
 
-TEST(EmfFile, TheWorldAndTheWindowMoveAndScale) {
+TEST(EmfFile, WorldTransformAndWindowMoveAndScale) {
   const Bitmap world = Emf()
                            .noPen()
                            .brush(kRedColor)
@@ -85,8 +85,8 @@ TEST(EmfFile, TheWorldAndTheWindowMoveAndScale) {
   EXPECT_EQ(window.at(30, 20), kNothing);
 }
 
-TEST(EmfFile, PhysicalUnitsCountUpwards) {
-  // Twips: 15 to a pixel.
+TEST(EmfFile, PhysicalUnitsHaveTheYAxisUp) {
+  // 15 twips per pixel.
   const Bitmap bitmap = Emf()
                             .noPen()
                             .brush(kRedColor)
@@ -97,7 +97,7 @@ TEST(EmfFile, PhysicalUnitsCountUpwards) {
   EXPECT_EQ(bitmap.at(12, 5), kNothing);
 }
 
-TEST(EmfFile, SavedStatesComeBack) {
+TEST(EmfFile, SavedStatesAreRestored) {
   const Bitmap bitmap = Emf()
                             .noPen()
                             .brush(kRedColor)
@@ -111,20 +111,20 @@ TEST(EmfFile, SavedStatesComeBack) {
   EXPECT_EQ(bitmap.at(30, 20), kRed) << "neither the clip nor the brush outlives the restore";
 }
 
-TEST(EmfFile, TextLeavesInkWhereItStands) {
+TEST(EmfFile, TextIsDrawnAtItsPosition) {
   Emf emf;
   emf.record(18, {1}).record(84,
                              {0, 0, 0, 0, 1, bits(1), bits(1), 2, 2, 2, 76, 0, 0, 0, 0, 0, 0, 0x00480048});
   const Bitmap bitmap = emf.play();
-  int ink = 0;
+  int covered = 0;
   for (int y = 0; y < 30; ++y) {
-    for (int x = 0; x < 40; ++x) ink += bitmap.at(x, y).a > 128 ? 1 : 0;
+    for (int x = 0; x < 40; ++x) covered += bitmap.at(x, y).a > 128 ? 1 : 0;
   }
-  EXPECT_GT(ink, 10);
+  EXPECT_GT(covered, 10);
   EXPECT_EQ(bitmap.at(39, 29), kNothing);
 }
 
-TEST(EmfFile, RecordsThatMakeNoSenseArePassedOver) {
+TEST(EmfFile, InvalidRecordsAreSkipped) {
   const Bitmap bitmap = Emf()
                             .noPen()
                             .brush(kRedColor)
@@ -137,7 +137,7 @@ TEST(EmfFile, RecordsThatMakeNoSenseArePassedOver) {
   EXPECT_EQ(bitmap.at(10, 10), kRed);
 }
 
-TEST(EmfFile, AFileThatEndsEarlyShowsWhatWasDrawnUntilThen) {
+TEST(EmfFile, ATruncatedFileShowsTheRecordsThatItHolds) {
   const auto bytes =
       Emf().noPen().brush(kRedColor).record(43, {5, 5, 15, 15}).record(43, {20, 5, 30, 15}).file();
   const Decoded decoded = decode(Bytes(bytes).first(bytes.size() - 30));
@@ -187,7 +187,7 @@ TEST(WmfFile, PolygonsLinesAndFreedSlots) {
 
 class MetafileWriting : public testing::TestWithParam<std::int32_t> {};
 
-TEST_P(MetafileWriting, ThePictureComesBackExactlyAtItsSize) {
+TEST_P(MetafileWriting, ThePictureRoundTripsExactlyAtItsSize) {
   for (const auto& [width, height] : {std::pair{1, 1}, {7, 3}, {100, 61}, {1921, 5}}) {
     const Bitmap picture = test::noise(width, height, true);
     EXPECT_TRUE(test::isPicture(decode(encode(picture, {}, GetParam())).bitmap, picture)) << width;
@@ -202,11 +202,11 @@ TEST_P(MetafileWriting, TransparencyIsFlattenedOnWhite) {
 INSTANTIATE_TEST_SUITE_P(Formats, MetafileWriting, testing::Values(format::kWmf, format::kEmf),
                          [](const auto& format) { return std::string(format.param == 7 ? "WMF" : "EMF"); });
 
-TEST(WmfFile, IsNotWrittenLargerThanItsNumbersReach) {
+TEST(WmfFile, IsNotWrittenBeyond16BitCoordinates) {
   EXPECT_EQ(errorOf([] { encode(Bitmap::filled(32'768, 1), {}, format::kWmf); }), 5);
 }
 
-TEST(EmfFrame, ADrawingThatLiesAboveItsFrameIsTurnedOver) {
+TEST(EmfFrame, ADrawingAboveItsFrameIsFlipped) {
   std::vector<std::uint8_t> file = Emf().noPen().brush(kRedColor).record(43, {0, number(-10), 40, 0}).file();
   // Bounds from -29 to -1.
   const Builder bounds = words({0, -29, 39, -1});
@@ -217,10 +217,10 @@ TEST(EmfFrame, ADrawingThatLiesAboveItsFrameIsTurnedOver) {
   EXPECT_EQ(bitmap.at(20, 15), kNothing);
 }
 
-/// A drawing of a red box over the whole page, whose frame is so many hundredths of a millimetre.
+/// A red box over a whole page whose frame is `width` x `height` hundredths of a millimeter.
 Decoded framed(int width, int height, const Builder& bounds) {
   Emf emf;
-  emf.noPen().brush(kRedColor).record(17, {3});  // hundredths of a millimetre, counted upwards
+  emf.noPen().brush(kRedColor).record(17, {3});  // hundredths of a millimeter, counted upwards
   std::vector<std::uint8_t> file = emf.box(0, 0, number(width), number(-height)).file();
   const Builder frame = words({0, 0, width, height});
   std::copy(bounds.bytes.begin(), bounds.bytes.end(), file.begin() + 8);
@@ -228,9 +228,9 @@ Decoded framed(int width, int height, const Builder& bounds) {
   return decode(file);
 }
 
-TEST(EmfFrame, ADrawingTooLargeAtItsNaturalSizeOpensSmallerAndSaysSo) {
-  // 3200 mm are 12094 pixels at 96 per inch, and 146 megapixels are too many: 25 are left. 20000 mm are 75591
-  // pixels, of which 32000 are left.
+TEST(EmfFrame, ATooLargeDrawingOpensSmallerWithANotice) {
+  // 3200 mm are 12094 pixels at 96 per inch; 146 megapixels are reduced to 25. 20000 mm are 75591 pixels,
+  // reduced to 32000.
   const Decoded square = framed(320'000, 320'000, words({0, 0, 12093, 12093}));
   EXPECT_EQ(square.bitmap.width(), 5000);
   EXPECT_EQ(square.bitmap.height(), 5000);
@@ -257,7 +257,7 @@ TEST(EmfFrame, AnEmptyDrawingHasItsFramesSize) {
   EXPECT_EQ(empty.metadata.resolutionX, 96);
 }
 
-TEST(WmfFrame, WithoutAMeasureTheLongerSideHasAtMost1024Pixels) {
+TEST(WmfFrame, WithoutUnitsTheLongerSideHasAtMost1024Pixels) {
   const Decoded decoded = decode(Wmf()
                                      .record(0x020B, {0, 0})
                                      .record(0x020C, {4096, 1024})

@@ -26,7 +26,7 @@ struct Watched : EditablePicture {
   std::vector<PictureChange> changes;
 };
 
-TEST(EditablePicture, AChangeSetsModifiedAndTellsOnce) {
+TEST(EditablePicture, AChangeSetsModifiedAndNotifiesOnce) {
   Watched picture(noise(40, 30));
   EXPECT_FALSE(picture.modified());
   picture.replacePixels(noise(20, 10, 2), "Crop");
@@ -36,7 +36,7 @@ TEST(EditablePicture, AChangeSetsModifiedAndTellsOnce) {
   EXPECT_FALSE(picture.changes[0].otherPicture);
 }
 
-TEST(EditablePicture, PuttingAPictureInTellsThatItIsAnother) {
+TEST(EditablePicture, AssigningAPictureNotifiesOfANewPicture) {
   Watched picture(noise(40, 30));
   picture.put({noise(4, 4, 2), 7}, "");
   ASSERT_EQ(picture.changes.size(), 1U);
@@ -46,7 +46,7 @@ TEST(EditablePicture, PuttingAPictureInTellsThatItIsAnother) {
   EXPECT_EQ(picture.state().format, 0);
 }
 
-TEST(EditablePicture, APicturePutInUnderNoUndoIsALoad) {
+TEST(EditablePicture, APictureAssignedUnderNoUndoIsALoad) {
   Watched picture(noise(40, 30));
   picture.put({noise(4, 4, 2), 7}, kNoUndo);
   picture.put({noise(4, 4, 3), 7}, "");
@@ -101,7 +101,7 @@ TEST(EditablePicture, ALargeDrawingHoldsTheWholePictureRatherThanItsTiles) {
   EXPECT_TRUE(samePixels(picture.bitmap(), before));
 }
 
-TEST(EditablePicture, ManySmallTouchesEndAsAWholePictureToo) {
+TEST(EditablePicture, ManySmallChangesEndAsAWholePictureToo) {
   Watched picture(noise(3000, 1500));
   const Bitmap before = deepCopy(picture.bitmap());
   {
@@ -117,7 +117,7 @@ TEST(EditablePicture, ManySmallTouchesEndAsAWholePictureToo) {
   EXPECT_TRUE(samePixels(picture.bitmap(), before));
 }
 
-TEST(EditablePicture, DrawingOnNothingIsNoChange) {
+TEST(EditablePicture, DrawingWithoutAPictureIsNoChange) {
   Watched picture(noise(10, 10));
   picture.paint({}, "Box", [](Pixels) {});
   EXPECT_TRUE(picture.changes.empty());
@@ -125,7 +125,7 @@ TEST(EditablePicture, DrawingOnNothingIsNoChange) {
   EXPECT_FALSE(picture.modified());
 }
 
-TEST(EditablePicture, DrawingNeverReachesAPictureThatWasGivenOut) {
+TEST(EditablePicture, DrawingDoesNotChangeAPictureHandedOut) {
   Watched picture(noise(64, 64));
   const Bitmap given = picture.bitmap();
   const Bitmap copy = deepCopy(given);
@@ -137,7 +137,7 @@ TEST(EditablePicture, DrawingNeverReachesAPictureThatWasGivenOut) {
 
 // "No Undo"
 
-TEST(EditablePicture, NoUndoRecordsNothingAndDropsTheRedoBranch) {
+TEST(EditablePicture, NoUndoRecordsNothingAndDropsTheRedoSteps) {
   Watched picture(noise(32, 32));
   picture.replacePixels(noise(32, 32, 2), "One");
   picture.undo();
@@ -147,7 +147,7 @@ TEST(EditablePicture, NoUndoRecordsNothingAndDropsTheRedoBranch) {
   EXPECT_EQ(picture.changes.size(), 3U);
 }
 
-TEST(EditablePicture, ASmallerPictureUnderNoUndoLeavesTheStepBelowItWhole) {
+TEST(EditablePicture, ASmallerPictureUnderNoUndoKeepsTheStepBelow) {
   const Bitmap before = noise(100, 100);
   Watched picture(deepCopy(before));
   picture.draw({80, 80, 20, 20}, {}, "Box");
@@ -158,7 +158,7 @@ TEST(EditablePicture, ASmallerPictureUnderNoUndoLeavesTheStepBelowItWhole) {
   EXPECT_TRUE(samePixels(picture.bitmap(), noise(10, 10, 2)));
 }
 
-TEST(EditablePicture, DrawingUnderNoUndoGoesBackWithTheStepBelowIt) {
+TEST(EditablePicture, DrawingUnderNoUndoIsUndoneWithTheStepBelow) {
   const Bitmap before = noise(100, 100);
   Watched picture(deepCopy(before));
   picture.draw({0, 0, 40, 40}, {}, "Box");
@@ -184,7 +184,7 @@ TEST(EditablePicture, AnUndoPointCoversTheUnrecordedWorkThatFollows) {
   EXPECT_EQ(picture.history().redoName(), "Contoured Drop Shadow");
 }
 
-TEST(EditablePicture, AnUnnamedStepRightBehindAnUndoPointIsAStepOfItsOwn) {
+TEST(EditablePicture, AnUnnamedStepAfterAnUndoPointIsASeparateStep) {
   const Bitmap before = noise(100, 100);
   Watched picture(deepCopy(before));
   picture.createUndoPoint("Point");
@@ -199,7 +199,7 @@ TEST(EditablePicture, AnUnnamedStepRightBehindAnUndoPointIsAStepOfItsOwn) {
   EXPECT_EQ(picture.history().undoSteps(), 0);
 }
 
-TEST(EditablePicture, AnUndoPointThatIsTakenBackLeavesPictureStepsAndModifiedAsTheyWere) {
+TEST(EditablePicture, TakingBackAPointRestoresPictureStepsAndModified) {
   const Bitmap first = noise(100, 100);
   Watched picture(deepCopy(first), 2);
   picture.draw({0, 0, 40, 40}, {1, 1, 1, 1}, "One");
@@ -227,7 +227,7 @@ TEST(EditablePicture, AnUndoPointThatIsTakenBackLeavesPictureStepsAndModifiedAsT
       << "two levels kept two steps, and the third displaced the first";
 }
 
-TEST(EditablePicture, TakingBackAPointGivesTheOldestStepBackThatItDisplaced) {
+TEST(EditablePicture, TakingBackAPointRestoresTheStepItDisplaced) {
   const Bitmap first = noise(100, 100);
   Watched picture(deepCopy(first), 2);
   picture.draw({0, 0, 40, 40}, {1, 1, 1, 1}, "One");
@@ -260,20 +260,20 @@ TEST(EditablePicture, APointIsNotTakenBackOnceAnotherStepIsRecorded) {
   EXPECT_EQ(picture.history().undoSteps(), 2);
 }
 
-TEST(EditablePicture, StepsThatChangeWithoutThePictureAreTold) {
+TEST(EditablePicture, ChangesOfTheStepsAloneAreNotified) {
   Watched picture(noise(20, 20));
-  int told = 0;
-  picture.onStepsChange = [&] { ++told; };
+  int calls = 0;
+  picture.onStepsChange = [&] { ++calls; };
   auto point = picture.createUndoPoint("Point");
-  EXPECT_EQ(told, 1);
+  EXPECT_EQ(calls, 1);
   picture.takeBack(std::move(point));
-  EXPECT_EQ(told, 2);
+  EXPECT_EQ(calls, 2);
   picture.undoLevels(0);
-  EXPECT_EQ(told, 3);
+  EXPECT_EQ(calls, 3);
   EXPECT_TRUE(picture.changes.empty());
 }
 
-TEST(EditablePicture, ANamedStepBehindAnUndoPointKeepsItsName) {
+TEST(EditablePicture, ANamedStepAfterAnUndoPointKeepsItsName) {
   Watched picture(noise(10, 10));
   picture.createUndoPoint("Point");
   picture.draw({0, 0, 5, 5}, {}, "Cut");
@@ -282,7 +282,7 @@ TEST(EditablePicture, ANamedStepBehindAnUndoPointKeepsItsName) {
 
 // Work in progress
 
-TEST(Painting, IsTakenBackUnlessItIsCommitted) {
+TEST(Painting, IsRevertedUnlessCommitted) {
   Watched picture(noise(100, 100));
   const Bitmap before = deepCopy(picture.bitmap());
   {
@@ -296,7 +296,7 @@ TEST(Painting, IsTakenBackUnlessItIsCommitted) {
   EXPECT_FALSE(picture.modified());
 }
 
-TEST(Painting, IsTakenBackWhenSomethingElseChangesThePicture) {
+TEST(Painting, IsRevertedWhenSomethingElseChangesThePicture) {
   Watched picture(noise(100, 100));
   const Bitmap before = deepCopy(picture.bitmap());
   Painting painting(picture);
@@ -310,7 +310,7 @@ TEST(Painting, IsTakenBackWhenSomethingElseChangesThePicture) {
   EXPECT_TRUE(samePixels(picture.bitmap(), before));
 }
 
-TEST(Painting, AnErrorInTheWorkLeavesPictureAndHistoryAsTheyWere) {
+TEST(Painting, AnErrorRestoresPictureAndHistory) {
   Watched picture(noise(100, 100));
   picture.draw({0, 0, 10, 10}, {}, "One");
   picture.draw({0, 0, 10, 10}, {1, 1, 1, 1}, "Two");

@@ -13,7 +13,7 @@ namespace {
 
 constexpr Pixel kWhite{255, 255, 255, 255};
 
-/// What a view pixel should show: the mean over its area of the picture over white, where the picture is.
+/// Expected view pixel: the mean of the picture over white in the pixel's area.
 std::array<double, 3> expectedAt(const TestView& view, const Bitmap& picture, double left, double top,
                                  double side) {
   std::array<double, 3> sum{};
@@ -21,15 +21,15 @@ std::array<double, 3> expectedAt(const TestView& view, const Bitmap& picture, do
   for (auto y = static_cast<std::int32_t>(std::floor(top)); y < top + side; ++y) {
     for (auto x = static_cast<std::int32_t>(std::floor(left)); x < left + side; ++x) {
       if (x < 0 || y < 0 || x >= picture.width() || y >= picture.height()) continue;
-      const double share = (std::min(x + 1.0, left + side) - std::max<double>(x, left)) *
-                           (std::min(y + 1.0, top + side) - std::max<double>(y, top));
-      if (share <= 0) continue;
+      const double overlap = (std::min(x + 1.0, left + side) - std::max<double>(x, left)) *
+                             (std::min(y + 1.0, top + side) - std::max<double>(y, top));
+      if (overlap <= 0) continue;
       const Pixel p = picture.at(x, y);
       const double a = p.a / 255.0;
-      sum[0] += share * (p.r * a + 255 * (1 - a));
-      sum[1] += share * (p.g * a + 255 * (1 - a));
-      sum[2] += share * (p.b * a + 255 * (1 - a));
-      weight += share;
+      sum[0] += overlap * (p.r * a + 255 * (1 - a));
+      sum[1] += overlap * (p.g * a + 255 * (1 - a));
+      sum[2] += overlap * (p.b * a + 255 * (1 - a));
+      weight += overlap;
     }
   }
   EXPECT_GT(weight, 0) << view.Zoom();
@@ -37,7 +37,7 @@ std::array<double, 3> expectedAt(const TestView& view, const Bitmap& picture, do
   return sum;
 }
 
-/// A picture without noise, so that averages of averages are near the average.
+/// A smooth picture, so that means of means are near the mean.
 Bitmap waves(std::int32_t width, std::int32_t height, bool transparent) {
   Bitmap bitmap = Bitmap::uninitialized(width, height);
   const Pixels pixels = bitmap.writable();
@@ -95,7 +95,7 @@ TEST(ViewPainting, ZoomedOutPixelsAreTheMeanOfTheAreaTheyCover) {
       view.ScrollLeft(100);
       view.ScrollTop(60);
       const Bitmap shot = view.shot();
-      // Below a half the mean is taken of means, whose edges need not be those of the area.
+      // Below 0.5 it is a mean of pyramid pixels, whose edges need not match the area.
       const double tolerance = zoom > 0.5 ? 2 : 5;
       for (std::int32_t y = 0; y < 70; y += 3) {
         for (std::int32_t x = 0; x < 90; x += 3) {
@@ -111,7 +111,7 @@ TEST(ViewPainting, ZoomedOutPixelsAreTheMeanOfTheAreaTheyCover) {
   }
 }
 
-TEST(ViewPainting, APartIsPaintedLikeTheWholeAndNothingBesideIt) {
+TEST(ViewPainting, APartIsPaintedLikeTheWholeAndNothingOutsideIt) {
   const Bitmap picture = waves(1111, 777, true);
   for (const double zoom : {0.3, 0.7, 1.0, 2.6}) {
     TestView view(160, 120);
@@ -132,7 +132,7 @@ TEST(ViewPainting, APartIsPaintedLikeTheWholeAndNothingBesideIt) {
   }
 }
 
-TEST(ViewPainting, BlueAndRedChangePlacesOnDemand) {
+TEST(ViewPainting, BgraSwapsBlueAndRed) {
   TestView view(120, 90);
   view.ImageBorder(true);
   view.load(waves(70, 50, true));
@@ -145,7 +145,7 @@ TEST(ViewPainting, BlueAndRedChangePlacesOnDemand) {
   }
 }
 
-TEST(ViewPainting, ASmallPictureStandsInTheMiddleOfWhite) {
+TEST(ViewPainting, ASmallPictureIsCenteredOnWhite) {
   TestView view(100, 60);
   view.load(40, 20);
   const Bitmap shot = view.shot();
@@ -158,7 +158,7 @@ TEST(ViewPainting, ASmallPictureStandsInTheMiddleOfWhite) {
   EXPECT_EQ(shot.at(50, 40), kWhite);
 }
 
-TEST(ViewPainting, TheBorderIsALineOfOnePixelAroundThePicture) {
+TEST(ViewPainting, TheBorderIsOnePixelAroundThePicture) {
   TestView view(100, 60);
   view.ImageBorder(true);
   view.load(40, 20);
@@ -175,7 +175,7 @@ TEST(ViewPainting, TheBorderIsALineOfOnePixelAroundThePicture) {
   EXPECT_EQ(shot.at(30, 20), (Pixel{10, 20, 30, 255}));
 }
 
-TEST(ViewPainting, TheBackgroundTileShowsThroughFromThePicturesCorner) {
+TEST(ViewPainting, TheBackgroundTileStartsAtThePicturesCorner) {
   TestView view(100, 60);
   FakeClipboard clipboard;
   ImgXObject tile(clipboard);
@@ -210,7 +210,7 @@ TEST(ViewPainting, WithoutAPictureEverythingIsWhite) {
   }
 }
 
-TEST(ViewPainting, TheSmallestPicturesAreSeenAtEveryZoom) {
+TEST(ViewPainting, TheSmallestPicturesAreVisibleAtEveryZoom) {
   for (const auto& [width, height] : {std::pair{1, 1}, std::pair{1, 70}, std::pair{3, 2}}) {
     for (const double zoom : {0.01, 0.1, 0.5, 0.9, 1.0, 13.0, 64.0}) {
       TestView view(50, 50);

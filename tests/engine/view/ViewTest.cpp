@@ -58,11 +58,11 @@ TEST(View, ALoadIsShownAtOnceAndIsNoChange) {
   EXPECT_EQ(loads, 1);
 }
 
-TEST(View, TellsWhetherThereIsAStepToTakeUnnamedOnesIncluded) {
+TEST(View, CanUndoAndCanRedoCountUnnamedSteps) {
   TestView view;
   view.load(noise(30, 20));
-  int told = 0;
-  const Connection connection = view.UndoStepsChanged.Connect([&] { ++told; });
+  int calls = 0;
+  const Connection connection = view.UndoStepsChanged.Connect([&] { ++calls; });
   EXPECT_FALSE(view.CanUndo());
   view.Effects().Flip(0, "");
   EXPECT_TRUE(view.CanUndo());
@@ -70,13 +70,13 @@ TEST(View, TellsWhetherThereIsAStepToTakeUnnamedOnesIncluded) {
   view.Undo();
   EXPECT_FALSE(view.CanUndo());
   EXPECT_TRUE(view.CanRedo());
-  EXPECT_EQ(told, 0) << "Changed tells of these";
+  EXPECT_EQ(calls, 0) << "these raise Changed";
   view.UndoLevels(0);
-  EXPECT_EQ(told, 1);
+  EXPECT_EQ(calls, 1);
   EXPECT_FALSE(view.CanRedo());
   view.UndoLevels(2);
   view.CreateUndoPoint("Point");
-  EXPECT_EQ(told, 3);
+  EXPECT_EQ(calls, 3);
   EXPECT_TRUE(view.CanUndo());
 }
 
@@ -116,7 +116,7 @@ TEST(View, EveryChangeRaisesChangedUndoAndRedoIncluded) {
   EXPECT_THAT(view.take(), IsEmpty());
 }
 
-TEST(View, UndoLevels0EmptiesTheStackAndNothingIsKept) {
+TEST(View, UndoLevels0EmptiesTheStack) {
   TestView view;
   view.load(noise(30, 20));
   view.Effects().Flip(0, "Mirror");
@@ -129,7 +129,7 @@ TEST(View, UndoLevels0EmptiesTheStackAndNothingIsKept) {
   EXPECT_EQ(view.UndoName(), "");
 }
 
-TEST(View, OneUndoTakesBackWorkBehindAnUndoPoint) {
+TEST(View, OneUndoRevertsTheWorkAfterAnUndoPoint) {
   TestView view;
   const Bitmap before = noise(30, 20);
   view.load(before);
@@ -183,7 +183,7 @@ TEST(View, UndoOfEachOperationRestoresEveryPixel) {
   }
 }
 
-TEST(View, ACallThatFailsLeavesEverythingAsItWas) {
+TEST(View, AFailedCallChangesNothing) {
   TestView view;
   const Bitmap before = noise(60, 40);
   view.load(before);
@@ -252,7 +252,7 @@ TEST(View, SelectingAndScrollingAreNoChanges) {
   EXPECT_EQ(view.UndoName(), "");
 }
 
-TEST(View, KnowsNoOtherSelectionStyle) {
+TEST(View, RefusesOtherSelectionStyles) {
   TestView view;
   view.SelectionStyle(0);
   EXPECT_THROW(view.SelectionStyle(1), RuntimeError);

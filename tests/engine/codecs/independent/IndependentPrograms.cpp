@@ -18,19 +18,19 @@ std::string textOf(const fs::path& path) {
   return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-/// The header of a plain picture.
-struct PlainHeader {
+/// The header of a Netpbm file.
+struct NetpbmHeader {
   char kind = 0;  ///< '4' to '7'
   int width = 0, height = 0, depth = 1;
   int largest = 1;
 };
 
-PlainHeader readPlainHeader(std::istream& stream) {
-  PlainHeader header;
+NetpbmHeader readNetpbmHeader(std::istream& stream) {
+  NetpbmHeader header;
   std::string word;
   stream >> word;
   if (word.size() != 2 || word[0] != 'P' || word[1] < '4' || word[1] > '7') {
-    throw std::runtime_error("no plain picture: it begins with \"" + word + "\"");
+    throw std::runtime_error("not a Netpbm file: it begins with \"" + word + "\"");
   }
   header.kind = word[1];
   if (header.kind == '7') {
@@ -49,21 +49,21 @@ PlainHeader readPlainHeader(std::istream& stream) {
   return header;
 }
 
-/// Samples one after the other, as 0 to 255.
-class PlainSamples {
+/// Reads samples in order, scaled to 0 to 255.
+class NetpbmSamples {
  public:
-  PlainSamples(std::istream& stream, const PlainHeader& header) : stream_(stream), header_(header) {}
+  NetpbmSamples(std::istream& stream, const NetpbmHeader& header) : stream_(stream), header_(header) {}
 
   std::uint8_t next() {
     int value = stream_.get();
     if (header_.largest > 255) value = value << 8 | stream_.get();
-    if (!stream_) throw std::runtime_error("the plain picture ends too early");
+    if (!stream_) throw std::runtime_error("the Netpbm file is truncated");
     return static_cast<std::uint8_t>((value * 255 + header_.largest / 2) / header_.largest);
   }
 
  private:
   std::istream& stream_;
-  PlainHeader header_;
+  NetpbmHeader header_;
 };
 
 void readBits(std::istream& stream, const Pixels& pixels) {
@@ -101,7 +101,7 @@ void Workshop::run(const std::vector<std::string>& lines) const {
   std::ofstream script(path("run.sh"));
   script << "cd '" << folder_.string() << "'\nPATH=/usr/bin:/bin\nexport OMP_NUM_THREADS=1\n";
   for (const std::string& line : lines) {
-    script << "{ " << line << " ; } >said 2>&1 || cat - said <<'LINE'\n$ " << line << "\nLINE\n";
+    script << "{ " << line << " ; } >log 2>&1 || cat - log <<'LINE'\n$ " << line << "\nLINE\n";
   }
   script.close();
   const std::string command =
@@ -131,16 +131,16 @@ for name in sys.argv[1:]:
             names);
 }
 
-Bitmap Workshop::plainPicture(const std::string& name) const {
+Bitmap Workshop::netpbmPicture(const std::string& name) const {
   std::ifstream stream(path(name), std::ios::binary);
-  const PlainHeader header = readPlainHeader(stream);
+  const NetpbmHeader header = readNetpbmHeader(stream);
   Bitmap bitmap = Bitmap::filled(header.width, header.height);
   const Pixels pixels = bitmap.writable();
   if (header.kind == '4') {
     readBits(stream, pixels);
     return bitmap;
   }
-  PlainSamples samples(stream, header);
+  NetpbmSamples samples(stream, header);
   for (int y = 0; y < header.height; ++y) {
     std::uint8_t* p = pixels.row(y);
     for (int x = 0; x < header.width; ++x, p += 4) {

@@ -9,7 +9,7 @@
 
 namespace kestrel::engine::test {
 
-/// A folder in which other programs read and write picture files; it goes with the object.
+/// A temporary folder in which other programs read and write picture files. The destructor removes it.
 class Workshop {
  public:
   Workshop();
@@ -21,32 +21,30 @@ class Workshop {
   void put(const std::string& name, Bytes bytes) const;
   std::vector<std::uint8_t> bytes(const std::string& name) const;
 
-  /// Runs the lines of a shell script in the folder, all of them whether one fails or not, with the
-  /// distribution's own programs. What fails, fails the test, which shows the line and what the program said.
+  /// Runs every line of a shell script in the folder with the distribution's programs. A line that fails
+  /// fails the test, which shows the line and its output.
   void run(const std::vector<std::string>& lines) const;
 
-  /// Runs a script for Python, which has Pillow, in the folder.
+  /// Runs a Python script, which may use Pillow, in the folder.
   void runPython(const std::string& script, const std::vector<std::string>& arguments = {}) const;
 
-  /// Lets Pillow read each file and write NAME.pam.
+  /// Converts each file to NAME.pam with Pillow.
   void readWithPillow(const std::vector<std::string>& names) const;
 
-  /// A picture in one of the plain formats of the Netpbm family (P4, P5, P6, P7), wide samples rounded to 8
-  /// bits.
-  Bitmap plainPicture(const std::string& name) const;
+  /// Reads a Netpbm file (P4, P5, P6, P7), 16-bit samples rounded to 8 bits.
+  Bitmap netpbmPicture(const std::string& name) const;
 
  private:
   std::filesystem::path folder_;
 };
 
-/// The file's picture as the stb_image library reads it; raises std::runtime_error with its reason if it does
-/// not.
+/// Decodes with stb_image. Raises std::runtime_error with its reason if it cannot.
 Bitmap readWithStb(Bytes file);
 
-/// The picture over white, opaque.
+/// The picture composited over white, opaque.
 Bitmap onWhite(const Bitmap& bitmap);
 
-/// The largest difference of any sample of any two pixels in the same place; the sizes must be equal.
+/// The largest difference of two samples at the same position; the sizes must be equal.
 int largestDifference(const Bitmap& a, const Bitmap& b);
 
 }  // namespace kestrel::engine::test

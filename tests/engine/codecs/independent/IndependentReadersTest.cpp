@@ -4,7 +4,7 @@
 
 #include "IndependentPrograms.h"
 
-// Other programs open what the codecs write, and see in it what was written.
+// Other programs decode the files that the codecs write to the saved pixels.
 
 namespace kestrel::engine {
 namespace {
@@ -13,7 +13,7 @@ using test::isPicture;
 using test::onWhite;
 using test::Workshop;
 
-/// Every colour from a narrow choice, so that each picture has few.
+/// A picture of few colors.
 Bitmap fewColors(int width, int height) {
   return test::pictureOf(width, height, [](int x, int y) {
     const int choice = (x * x + 3 * y) % 7;
@@ -22,7 +22,7 @@ Bitmap fewColors(int width, int height) {
   });
 }
 
-/// Soft light over areas of different hues with clean edges and a little grain, as photographs have.
+/// Like a photograph: soft light over areas of different hues, clean edges, a little grain.
 Bitmap photograph(int width, int height) {
   std::mt19937 random(11);
   return test::pictureOf(width, height, [&](int x, int y) {
@@ -39,8 +39,8 @@ Bitmap photograph(int width, int height) {
   });
 }
 
-/// Pictures of one pixel, of all widths around whole bytes, very wide and very high, each opaque and not, of
-/// many colours and of few.
+/// One pixel, all widths around a multiple of 8, very wide and very high; opaque and not, of many colors and
+/// of few.
 std::map<std::string, Bitmap> pictures() {
   std::map<std::string, Bitmap> result;
   const auto add = [&](int width, int height) {
@@ -68,7 +68,7 @@ std::vector<std::string> writeAll(const Workshop& workshop, const std::map<std::
   return names;
 }
 
-TEST(IndependentReaders, PillowSeesExactlyWhatLosslessFormatsHold) {
+TEST(IndependentReaders, PillowDecodesLosslessFormatsExactly) {
   const std::map<std::int32_t, std::string> formats{
       {format::kPng, "png"}, {format::kTif, "tif"}, {format::kTga, "tga"}, {format::kBmp, "bmp"}};
   const auto all = pictures();
@@ -81,13 +81,13 @@ TEST(IndependentReaders, PillowSeesExactlyWhatLosslessFormatsHold) {
   workshop.readWithPillow(names);
   for (const auto& [code, extension] : formats) {
     for (const auto& [name, bitmap] : all) {
-      EXPECT_TRUE(isPicture(workshop.plainPicture(name + "." + extension + ".pam"), bitmap))
+      EXPECT_TRUE(isPicture(workshop.netpbmPicture(name + "." + extension + ".pam"), bitmap))
           << name << "." << extension;
     }
   }
 }
 
-TEST(IndependentReaders, StbSeesExactlyWhatLosslessFormatsHold) {
+TEST(IndependentReaders, StbDecodesLosslessFormatsExactly) {
   for (const std::int32_t code : {format::kPng, format::kTga, format::kBmp}) {
     for (const auto& [name, bitmap] : pictures()) {
       EXPECT_TRUE(isPicture(test::readWithStb(encode(bitmap, {}, code)), bitmap))
@@ -96,7 +96,7 @@ TEST(IndependentReaders, StbSeesExactlyWhatLosslessFormatsHold) {
   }
 }
 
-/// True if two pictures look alike, whatever they hide: colours may differ the more the less is seen of them.
+/// Compares with a color tolerance of 255 / alpha: the more transparent a pixel, the less its color counts.
 testing::AssertionResult looksLike(const Bitmap& got, const Bitmap& wanted) {
   for (int y = 0; y < wanted.height(); ++y) {
     for (int x = 0; x < wanted.width(); ++x) {
@@ -111,7 +111,7 @@ testing::AssertionResult looksLike(const Bitmap& got, const Bitmap& wanted) {
   return testing::AssertionSuccess();
 }
 
-TEST(IndependentReaders, APsdFileHoldsThePictureMergedAndSeeThroughOnesAsALayerToo) {
+TEST(IndependentReaders, APsdFileHoldsAMergedPictureAndALayerIfItHasAlpha) {
   const auto all = pictures();
   const Workshop workshop;
   const std::vector<std::string> names = writeAll(workshop, all, "psd", format::kPsd);
@@ -123,21 +123,22 @@ TEST(IndependentReaders, APsdFileHoldsThePictureMergedAndSeeThroughOnesAsALayerT
   }
   workshop.run(lines);
   for (const auto& [name, bitmap] : all) {
-    EXPECT_TRUE(isPicture(workshop.plainPicture(name + ".pam"), bitmap))
+    EXPECT_TRUE(isPicture(workshop.netpbmPicture(name + ".pam"), bitmap))
         << name << " as ImageMagick reads its layer";
     EXPECT_TRUE(looksLike(test::readWithStb(workshop.bytes(name + ".psd")), bitmap))
         << name << " as stb reads it";
-    // Pillow gives the merged picture as it stands in the file.
+    // Pillow returns the merged picture unchanged.
     const Bitmap flat = onWhite(bitmap);
     const Bitmap merged = test::pictureOf(bitmap.width(), bitmap.height(), [&](int x, int y) {
       const Pixel p = flat.at(x, y);
       return Pixel{p.r, p.g, p.b, bitmap.at(x, y).a};
     });
-    EXPECT_TRUE(isPicture(workshop.plainPicture(name + ".psd.pam"), merged)) << name << " as Pillow reads it";
+    EXPECT_TRUE(isPicture(workshop.netpbmPicture(name + ".psd.pam"), merged))
+        << name << " as Pillow reads it";
   }
 }
 
-TEST(IndependentReaders, ImageMagickSeesExactlyWhatLosslessFormatsHold) {
+TEST(IndependentReaders, ImageMagickDecodesLosslessFormatsExactly) {
   const std::map<std::int32_t, std::string> formats{
       {format::kTga, "tga"}, {format::kBmp, "bmp"}, {format::kPcx, "pcx"}};
   const auto all = pictures();
@@ -152,13 +153,13 @@ TEST(IndependentReaders, ImageMagickSeesExactlyWhatLosslessFormatsHold) {
   for (const auto& [code, extension] : formats) {
     for (const auto& [name, bitmap] : all) {
       const Bitmap& wanted = code == format::kPcx ? onWhite(bitmap) : bitmap;
-      EXPECT_TRUE(isPicture(workshop.plainPicture(extension + "/" + name + ".pam"), wanted))
+      EXPECT_TRUE(isPicture(workshop.netpbmPicture(extension + "/" + name + ".pam"), wanted))
           << name << "." << extension;
     }
   }
 }
 
-/// Puts together what two readings of a see-through pixel may differ in: its colour.
+/// Clears the color of transparent pixels, in which decoders may differ.
 Bitmap withoutHiddenColors(const Bitmap& bitmap) {
   return test::pictureOf(bitmap.width(), bitmap.height(), [&](int x, int y) {
     const Pixel p = bitmap.at(x, y);
@@ -166,7 +167,7 @@ Bitmap withoutHiddenColors(const Bitmap& bitmap) {
   });
 }
 
-TEST(IndependentReaders, OthersSeeInGifFilesWhatWeSee) {
+TEST(IndependentReaders, GifFilesDecodeAsWithOurDecoder) {
   auto all = pictures();
   all["photograph"] = photograph(200, 150);
   const Workshop workshop;
@@ -174,12 +175,12 @@ TEST(IndependentReaders, OthersSeeInGifFilesWhatWeSee) {
   for (const auto& [name, bitmap] : all) {
     const auto file = workshop.bytes(name + ".gif");
     const Bitmap ours = withoutHiddenColors(decode(file).bitmap);
-    EXPECT_TRUE(isPicture(withoutHiddenColors(workshop.plainPicture(name + ".gif.pam")), ours)) << name;
+    EXPECT_TRUE(isPicture(withoutHiddenColors(workshop.netpbmPicture(name + ".gif.pam")), ours)) << name;
     EXPECT_TRUE(isPicture(withoutHiddenColors(test::readWithStb(file)), ours)) << name;
   }
 }
 
-TEST(IndependentReaders, OthersSeeInWbmpFilesWhatWeSee) {
+TEST(IndependentReaders, WbmpFilesDecodeAsWithOurDecoder) {
   const auto all = pictures();
   const Workshop workshop;
   std::vector<std::string> lines{"mkdir im && mogrify -path im -depth 8 -format pam *.wbmp"};
@@ -189,12 +190,12 @@ TEST(IndependentReaders, OthersSeeInWbmpFilesWhatWeSee) {
   workshop.run(lines);
   for (const auto& [name, bitmap] : all) {
     const Bitmap ours = decode(workshop.bytes(name + ".wbmp")).bitmap;
-    EXPECT_TRUE(isPicture(workshop.plainPicture(name + ".wbmp.pbm"), ours)) << name;
-    EXPECT_TRUE(isPicture(workshop.plainPicture("im/" + name + ".pam"), ours)) << name;
+    EXPECT_TRUE(isPicture(workshop.netpbmPicture(name + ".wbmp.pbm"), ours)) << name;
+    EXPECT_TRUE(isPicture(workshop.netpbmPicture("im/" + name + ".pam"), ours)) << name;
   }
 }
 
-TEST(IndependentReaders, OthersSeeInJpegFilesWhatWeSeeAndWhatWasSaved) {
+TEST(IndependentReaders, JpegFilesDecodeAsWithOurDecoderAndNearTheSource) {
   std::map<std::string, Bitmap> all = pictures();
   for (int width = 1; width <= 17; ++width)
     all["gradient" + std::to_string(width)] = test::gradient(width, 40);
@@ -204,8 +205,8 @@ TEST(IndependentReaders, OthersSeeInJpegFilesWhatWeSeeAndWhatWasSaved) {
   for (const auto& [name, bitmap] : all) {
     const auto file = workshop.bytes(name + ".jpg");
     const Bitmap ours = decode(file).bitmap;
-    const Bitmap pillows = workshop.plainPicture(name + ".jpg.pam"), stbs = test::readWithStb(file);
-    // The libraries turn frequencies back to pixels by arithmetics of their own.
+    const Bitmap pillows = workshop.netpbmPicture(name + ".jpg.pam"), stbs = test::readWithStb(file);
+    // The inverse DCT of the libraries may round differently.
     EXPECT_TRUE(isPicture(pillows, ours, 1)) << name;
     EXPECT_TRUE(isPicture(stbs, ours, 3)) << name;
     if (name.starts_with("gradient")) {
@@ -217,8 +218,8 @@ TEST(IndependentReaders, OthersSeeInJpegFilesWhatWeSeeAndWhatWasSaved) {
   }
 }
 
-/// The picture that an SVG drawing made of a metafile embeds, and where it stands there.
-constexpr const char* kPicturesOfDrawings = R"python(
+/// Extracts the picture that is embedded in an SVG file made from a metafile, at its position.
+constexpr const char* kExtractFromSvg = R"python(
 import base64, io, re, sys
 from PIL import Image
 for name in sys.argv[1:]:
@@ -235,13 +236,13 @@ for name in sys.argv[1:]:
         file.write(rgba.tobytes())
 )python";
 
-/// Without any font that it knows by name, the program that reads WMF does not begin.
+/// The WMF converter does not start without a font map.
 constexpr const char* kFontMap = R"(<?xml version="1.0"?>
 <fontmap><fonts><font format="ttf" name="Times" fullname="Times" familyname="Times" weight="Regular"
  metrics="/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf"
  glyphs="/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf"/></fonts></fontmap>)";
 
-TEST(IndependentReaders, OthersSeeThePictureOfAMetafileInItsPlace) {
+TEST(IndependentReaders, MetafilesHoldThePictureAtItsPosition) {
   const auto all = pictures();
   const Workshop workshop;
   const std::string fontMap = kFontMap;
@@ -256,12 +257,12 @@ TEST(IndependentReaders, OthersSeeThePictureOfAMetafileInItsPlace) {
                     name + ".svg " + name);
   }
   workshop.run(lines);
-  workshop.runPython(kPicturesOfDrawings, drawings);
+  workshop.runPython(kExtractFromSvg, drawings);
   for (const auto& [name, bitmap] : all) {
     for (const char* extension : {".emf", ".wmf"}) {
       const std::string file = name + extension;
-      EXPECT_TRUE(isPicture(workshop.plainPicture(file + ".pam"), onWhite(bitmap))) << file;
-      // Of what is one pixel wide or high, the program that reads EMF knows no scale.
+      EXPECT_TRUE(isPicture(workshop.netpbmPicture(file + ".pam"), onWhite(bitmap))) << file;
+      // The EMF converter finds no scale for a picture one pixel wide or high.
       if (file.ends_with(".emf") && std::min(bitmap.width(), bitmap.height()) == 1) continue;
       const auto place = workshop.bytes(file + ".place");
       std::istringstream words(std::string(place.begin(), place.end()));
@@ -275,8 +276,7 @@ TEST(IndependentReaders, OthersSeeThePictureOfAMetafileInItsPlace) {
   }
 }
 
-/// The largest difference between the mean colours of any 8 x 8 pixels of two pictures, and the mean of all
-/// these.
+/// Differences between the mean colors of the 8 x 8 blocks of two pictures: the largest and the mean.
 struct BlockError {
   double worst = 0, mean = 0;
 };
@@ -308,7 +308,7 @@ BlockError blockError(const Bitmap& a, const Bitmap& b) {
   return result;
 }
 
-TEST(IndependentReaders, PaletteAndDitheringKeepTheColourOfEveryPlace) {
+TEST(IndependentReaders, PaletteAndDitheringKeepTheMeanColorOfEveryBlock) {
   struct Case {
     Bitmap bitmap;
     BlockError most;
@@ -328,13 +328,13 @@ TEST(IndependentReaders, PaletteAndDitheringKeepTheColourOfEveryPlace) {
   }
   workshop.run(lines);
   for (const auto& [name, a] : all) {
-    const BlockError ours = blockError(workshop.plainPicture(name + "-ours.pam"), a.bitmap);
-    const BlockError theirs = blockError(workshop.plainPicture(name + "-theirs.pam"), a.bitmap);
-    const BlockError plain = blockError(workshop.plainPicture(name + "-plain.pam"), a.bitmap);
+    const BlockError ours = blockError(workshop.netpbmPicture(name + "-ours.pam"), a.bitmap);
+    const BlockError theirs = blockError(workshop.netpbmPicture(name + "-theirs.pam"), a.bitmap);
+    const BlockError plain = blockError(workshop.netpbmPicture(name + "-plain.pam"), a.bitmap);
     EXPECT_LT(ours.worst, a.most.worst) << name;
     EXPECT_LT(ours.mean, a.most.mean) << name;
     EXPECT_LT(ours.mean, theirs.mean) << name;
-    // A good palette alone is not enough to pass.
+    // Without dithering even a good palette exceeds the limit.
     EXPECT_GT(plain.mean, a.most.mean) << name;
   }
 }

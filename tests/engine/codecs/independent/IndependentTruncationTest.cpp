@@ -2,15 +2,15 @@
 
 #include "IndependentPrograms.h"
 
-// A file that ends too early shows the rows that it holds and says so.
+// Truncated files of other programs: the rows that they hold are shown, with a notice.
 
 namespace kestrel::engine {
 namespace {
 
 using test::Workshop;
 
-/// Rows that are as in the whole picture, from the top.
-int rowsAsIn(const Bitmap& whole, const Bitmap& part) {
+/// Number of rows from the top that equal the whole picture.
+int equalRows(const Bitmap& whole, const Bitmap& part) {
   int rows = 0;
   const auto same = [&](int y) {
     for (int x = 0; x < whole.width(); ++x) {
@@ -22,7 +22,7 @@ int rowsAsIn(const Bitmap& whole, const Bitmap& part) {
   return rows;
 }
 
-/// True if the row shows nothing: it is transparent or of one grey.
+/// True if the row is transparent or of one gray.
 bool isEmptyRow(const Bitmap& bitmap, int y) {
   const Pixel first = bitmap.at(0, y);
   if (first.a != 0 && (first.r != first.g || first.g != first.b)) return false;
@@ -32,9 +32,8 @@ bool isEmptyRow(const Bitmap& bitmap, int y) {
   return true;
 }
 
-/// A TIFF file of the classic little-endian form with its only directory before the pixels, as scanners and
-/// many programs write it; the library writes it last, so that nothing is left of it in a file that ends
-/// early.
+/// Moves the only directory of a little-endian classic TIFF file before the pixels, as scanners and many
+/// programs write it. libtiff writes it last, where truncation would remove it.
 std::vector<std::uint8_t> withDirectoryFirst(const std::vector<std::uint8_t>& file) {
   const auto number = [&](std::size_t at, std::size_t size) {
     std::size_t value = 0;
@@ -51,7 +50,7 @@ std::vector<std::uint8_t> withDirectoryFirst(const std::vector<std::uint8_t>& fi
     const std::size_t size = kSizes[number(entry + 2, 2)] * number(entry + 4, 4);
     if (size > 4) valuesSize += (size + 1) / 2 * 2;
   }
-  // The whole old file follows; what it says of strips moves by as much.
+  // The whole old file follows, so the strip offsets grow by the size of the header.
   const std::size_t moved = 8 + tableSize + valuesSize;
   constexpr std::size_t kStripOffsets = 273;
   for (std::size_t i = 0; i < count; ++i) {
@@ -90,12 +89,12 @@ std::vector<std::uint8_t> withDirectoryFirst(const std::vector<std::uint8_t>& fi
   return result.bytes;
 }
 
-/// How the rows of a file follow each other.
+/// Row order: from the top down, or in interlaced or progressive passes.
 enum class Order { down, passes };
 
-/// Cuts a file at many places, and at each: the picture has its size, shows no less than a shorter file
-/// shows, tells that something is missing, and what it does not show is transparent or grey. It is refused
-/// only while it holds no row. `least` is the part of the file from which on there is a picture.
+/// Truncates a file at 99 lengths. Each time the picture has its full size, shows no fewer rows than at a
+/// shorter length, has a notice, and its missing rows are transparent or gray. A file is refused only while
+/// it holds no row; from the fraction `least` of its length on it must open.
 void showsWhatItHolds(const std::string& name, const std::vector<std::uint8_t>& file, Order order,
                       double least) {
   const Decoded whole = decode(file);
@@ -117,7 +116,7 @@ void showsWhatItHolds(const std::string& name, const std::vector<std::uint8_t>& 
     }
     ASSERT_EQ(part.bitmap.width(), whole.bitmap.width());
     ASSERT_EQ(part.bitmap.height(), whole.bitmap.height());
-    const int rows = rowsAsIn(whole.bitmap, part.bitmap);
+    const int rows = equalRows(whole.bitmap, part.bitmap);
     if (rows < whole.bitmap.height()) {
       EXPECT_NE(part.notice, "");
     }
@@ -127,16 +126,16 @@ void showsWhatItHolds(const std::string& name, const std::vector<std::uint8_t>& 
     }
     EXPECT_GE(rows, rowsBefore.value_or(0));
     rowsBefore = rows;
-    // A row or a few may be there in part.
+    // A few rows may be incomplete.
     int empty = whole.bitmap.height();
     while (empty > 0 && isEmptyRow(part.bitmap, empty - 1)) --empty;
-    EXPECT_LE(empty - rows, 16) << "rows that are neither as they should be nor empty";
+    EXPECT_LE(empty - rows, 16) << "rows that are neither correct nor empty";
     EXPECT_GE(rows + 24, whole.bitmap.height() * (cut - 3) / kCuts) << "fewer rows than the file holds";
   }
   EXPECT_TRUE(rowsBefore.has_value()) << name;
 }
 
-/// Grainy, so that each row takes as many bytes.
+/// Noisy, so that all rows compress to about the same size.
 Bitmap grain(int width, int height) {
   std::mt19937 random(3);
   return test::pictureOf(width, height, [&](int x, int y) {
@@ -146,7 +145,7 @@ Bitmap grain(int width, int height) {
   });
 }
 
-TEST(IndependentTruncation, ATruncatedFileShowsTheRowsThatItHoldsAndSaysSo) {
+TEST(IndependentTruncation, ATruncatedFileShowsTheRowsThatItHoldsWithANotice) {
   const Workshop workshop;
   workshop.put("a.png", encode(grain(120, 200), {}, format::kPng));
   workshop.run({"convert a.png -quality 90 base.jpg",
@@ -162,7 +161,7 @@ TEST(IndependentTruncation, ATruncatedFileShowsTheRowsThatItHoldsAndSaysSo) {
   }
 }
 
-TEST(IndependentTruncation, ATruncatedTiffFileShowsTheRowsThatItHoldsWhateverItsCompression) {
+TEST(IndependentTruncation, ATruncatedTiffFileShowsItsRowsWithAnyCompression) {
   const Workshop workshop;
   workshop.put("rgb.png", encode(grain(120, 200), {}, format::kPng));
   workshop.put("bilevel.png",
@@ -172,8 +171,8 @@ TEST(IndependentTruncation, ATruncatedTiffFileShowsTheRowsThatItHoldsWhateverIts
                                         return black ? Pixel{0, 0, 0, 255} : Pixel{255, 255, 255, 255};
                                       }),
                       {}, format::kPng));
-  std::vector<std::string> lines{"convert rgb.png -colorspace CMYK -compress None ink.tif"};
-  std::vector<std::string> names{"ink"};
+  std::vector<std::string> lines{"convert rgb.png -colorspace CMYK -compress None cmyk.tif"};
+  std::vector<std::string> names{"cmyk"};
   for (const char* compression : {"None", "RLE", "LZW", "Zip", "JPEG"}) {
     for (const char* rows : {"1000", "16"}) {
       names.push_back(std::string(compression) + rows);

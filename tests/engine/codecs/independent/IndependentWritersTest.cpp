@@ -2,7 +2,7 @@
 
 #include "IndependentPrograms.h"
 
-// The codecs open what other programs write, and see in it what those programs see.
+// The codecs decode the files of other programs as those programs do.
 
 namespace kestrel::engine {
 namespace {
@@ -10,25 +10,25 @@ namespace {
 using test::isPicture;
 using test::Workshop;
 
-/// Who says what a file holds: programs that read it, or the file that it was made of without loss.
-enum class Word { magick, pillow, both, stb, source };
+/// The decoder whose result is expected; `source` is the file from which it was converted without loss.
+enum class Reference { magick, pillow, both, stb, source };
 
 /// A file that another program writes.
 struct File {
   std::string name;
   std::string command;  ///< writes the file
-  Word word = Word::both;
+  Reference reference = Reference::both;
   int tolerance = 0;
-  std::string source = {};  ///< what it was made of
+  std::string source = {};  ///< converted from this file
 };
 
 File madeOf(const std::string& source, const std::string& name, const std::string& command) {
-  return {name, command, Word::source, 0, source};
+  return {name, command, Reference::source, 0, source};
 }
 
 class IndependentWriters : public testing::Test {
  protected:
-  /// The sources of all files, PNG: colours, see-through colours, 13 colours, greys, black and white.
+  /// The sources of all files, PNG: RGB, RGBA, 13 colors, gray, bilevel and a smooth gradient.
   IndependentWriters() {
     constexpr int kWidth = 61, kHeight = 43;
     std::mt19937 random(17);
@@ -61,17 +61,18 @@ class IndependentWriters : public testing::Test {
     });
   }
 
-  /// Has all files written and read by those who know what is in them, and compares.
+  /// Has all files written and decoded by the other programs, and compares with our decoder.
   void check(const std::vector<File>& files) {
     std::vector<std::string> writing, reading, forPillow;
     for (const File& file : files) {
       writing.push_back(file.command);
-      if (file.word == Word::magick || file.word == Word::both) {
-        // 16 bits, because the program cuts off what 8 do not hold.
+      if (file.reference == Reference::magick || file.reference == Reference::both) {
+        // 16 bits, because the program truncates where we round to 8.
         reading.push_back("convert '" + file.name + "[0]' -auto-orient -colorspace sRGB -depth 16 im-" +
                           file.name + ".pam");
       }
-      if (file.word == Word::pillow || file.word == Word::both) forPillow.push_back(file.name);
+      if (file.reference == Reference::pillow || file.reference == Reference::both)
+        forPillow.push_back(file.name);
     }
     workshop_.run(writing);
     workshop_.run(reading);
@@ -94,13 +95,14 @@ class IndependentWriters : public testing::Test {
     const auto expect = [&](const Bitmap& wanted, const char* reader) {
       EXPECT_TRUE(isPicture(decoded.bitmap, wanted, file.tolerance)) << reader;
     };
-    if (file.word == Word::source) expect(read(file.source), "as the source");
-    if (file.word == Word::stb) expect(test::readWithStb(workshop_.bytes(file.name)), "as stb reads it");
-    if (file.word == Word::magick || file.word == Word::both) {
-      expect(workshop_.plainPicture("im-" + file.name + ".pam"), "as ImageMagick reads it");
+    if (file.reference == Reference::source) expect(read(file.source), "as the source");
+    if (file.reference == Reference::stb)
+      expect(test::readWithStb(workshop_.bytes(file.name)), "as stb reads it");
+    if (file.reference == Reference::magick || file.reference == Reference::both) {
+      expect(workshop_.netpbmPicture("im-" + file.name + ".pam"), "as ImageMagick reads it");
     }
-    if (file.word == Word::pillow || file.word == Word::both) {
-      expect(workshop_.plainPicture(file.name + ".pam"), "as Pillow reads it");
+    if (file.reference == Reference::pillow || file.reference == Reference::both) {
+      expect(workshop_.netpbmPicture(file.name + ".pam"), "as Pillow reads it");
     }
   }
 };
@@ -115,10 +117,10 @@ TEST_F(IndependentWriters, Bmp) {
       {"b24.bmp", "convert rgb.png BMP3:b24.bmp"},
       {"b32.bmp", "convert alpha.png BMP:b32.bmp"},
       {"rle8.bmp", "convert few.png -type palette -compress RLE BMP3:rle8.bmp"},
-      {"rgb565.bmp", "convert rgb.png -define bmp:subtype=RGB565 BMP:rgb565.bmp", Word::magick, 1},
-      {"rgb555.bmp", "convert rgb.png -define bmp:subtype=RGB555 BMP:rgb555.bmp", Word::magick, 1},
-      {"argb1555.bmp", "convert alpha.png -define bmp:subtype=ARGB1555 BMP:argb1555.bmp", Word::stb, 1},
-      {"argb4444.bmp", "convert alpha.png -define bmp:subtype=ARGB4444 BMP:argb4444.bmp", Word::stb, 1},
+      {"rgb565.bmp", "convert rgb.png -define bmp:subtype=RGB565 BMP:rgb565.bmp", Reference::magick, 1},
+      {"rgb555.bmp", "convert rgb.png -define bmp:subtype=RGB555 BMP:rgb555.bmp", Reference::magick, 1},
+      {"argb1555.bmp", "convert alpha.png -define bmp:subtype=ARGB1555 BMP:argb1555.bmp", Reference::stb, 1},
+      {"argb4444.bmp", "convert alpha.png -define bmp:subtype=ARGB4444 BMP:argb4444.bmp", Reference::stb, 1},
       {"os2-1.bmp", "ppmtobmp -os2 -bpp=1 bilevel.ppm >os2-1.bmp"},
       {"os2-4.bmp", "ppmtobmp -os2 -bpp=4 few.ppm >os2-4.bmp"},
       {"os2-8.bmp", "ppmtobmp -os2 -bpp=8 few.ppm >os2-8.bmp"},
@@ -129,7 +131,7 @@ TEST_F(IndependentWriters, Bmp) {
   });
 }
 
-/// Files that none of the programs writes: rows from the top down, and packed runs of 4 bits.
+/// Variants that none of the programs writes: top-down rows, and RLE4.
 constexpr const char* kRareBmp = R"python(
 import struct
 from PIL import Image
@@ -160,7 +162,7 @@ for y in reversed(range(height)):
     x = 0
     while x < width:
         if x % 2 == 0 and width - x >= 9:
-            # Nine as they are: five bytes and one to fill.
+            # Nine literals: five bytes and one of padding.
             nine = indices[x:x + 9] + [0]
             data += bytes((0, 9)) + bytes(nine[i] << 4 | nine[i + 1] for i in range(0, 10, 2)) + b"\0"
             x += 9
@@ -173,9 +175,9 @@ for y in reversed(range(height)):
 save("rle4.bmp", width, height, 4, 2, palette, data + bytes((0, 1)))
 )python";
 
-TEST_F(IndependentWriters, BmpFromTheTopDownAndInRunsOf4Bits) {
+TEST_F(IndependentWriters, TopDownBmpAndRle4) {
   workshop_.runPython(kRareBmp);
-  check({{"topdown.bmp", "test -s topdown.bmp"}, {"rle4.bmp", "test -s rle4.bmp", Word::magick}});
+  check({{"topdown.bmp", "test -s topdown.bmp"}, {"rle4.bmp", "test -s rle4.bmp", Reference::magick}});
   check({madeOf("rgb.png", "topdown.bmp", "test -s topdown.bmp"),
          madeOf("few.png", "rle4.bmp", "test -s rle4.bmp")});
 }
@@ -186,13 +188,13 @@ TEST_F(IndependentWriters, Gif) {
       {"many.gif", "convert rgb.png many.gif"},
       {"two.gif", "convert bilevel.png two.gif"},
       {"interlaced.gif", "convert rgb.png -interlace GIF interlaced.gif"},
-      {"clear.gif", "convert alpha.png -channel A -threshold 50% +channel clear.gif", Word::pillow},
+      {"clear.gif", "convert alpha.png -channel A -threshold 50% +channel clear.gif", Reference::pillow},
       {"moving.gif", "convert -delay 5 few.png rgb.png gray.png -loop 0 moving.gif"},
-      {"placed.gif", "convert few.png -repage 90x70+7+9 placed.gif", Word::stb},
+      {"placed.gif", "convert few.png -repage 90x70+7+9 placed.gif", Reference::stb},
       {"pillow.gif",
        "python3 -c 'from PIL import Image; a = Image.open(\"few.png\").convert(\"P\"); "
        "a.save(\"pillow.gif\", save_all=True, append_images=[a.rotate(90)], transparency=3, interlace=1)'",
-       Word::pillow},
+       Reference::pillow},
       {"netpbm.gif", "pngtopnm few.png | pamtogif -interlace >netpbm.gif"},
   });
 }
@@ -202,13 +204,13 @@ TEST_F(IndependentWriters, Png) {
       {"png8.png", "convert few.png PNG8:png8.png"},
       {"png24.png", "convert rgb.png PNG24:png24.png"},
       {"png32.png", "convert alpha.png PNG32:png32.png"},
-      {"png48.png", "convert smooth.png -blur 0x3 -depth 16 PNG48:png48.png", Word::magick},
-      {"png64.png", "convert alpha.png -depth 16 PNG64:png64.png", Word::magick},
+      {"png48.png", "convert smooth.png -blur 0x3 -depth 16 PNG48:png48.png", Reference::magick},
+      {"png64.png", "convert alpha.png -depth 16 PNG64:png64.png", Reference::magick},
       {"gray1.png", "convert bilevel.png -type bilevel -depth 1 gray1.png"},
       {"gray2.png", "convert gray.png -colorspace gray -posterize 4 -depth 2 gray2.png"},
       {"gray4.png", "convert gray.png -colorspace gray -posterize 16 -depth 4 gray4.png"},
       {"gray8.png", "convert gray.png -colorspace gray gray8.png"},
-      {"gray16.png", "convert gray.png -colorspace gray -blur 0x2 -depth 16 gray16.png", Word::magick},
+      {"gray16.png", "convert gray.png -colorspace gray -blur 0x2 -depth 16 gray16.png", Reference::magick},
       {"grayalpha.png", "convert alpha.png -colorspace gray grayalpha.png"},
       {"adam7.png", "convert alpha.png -interlace PNG adam7.png"},
       {"adam7gray.png", "convert bilevel.png -type bilevel -depth 1 -interlace PNG adam7gray.png"},
@@ -222,7 +224,7 @@ TEST_F(IndependentWriters, Png) {
 
 TEST_F(IndependentWriters, Jpeg) {
   const auto magick = [](const std::string& name, const std::string& options) {
-    return File{name, "convert smooth.png -quality 90 " + options + " " + name, Word::pillow, 1};
+    return File{name, "convert smooth.png -quality 90 " + options + " " + name, Reference::pillow, 1};
   };
   check({
       magick("plain.jpg", ""),
@@ -238,7 +240,7 @@ TEST_F(IndependentWriters, Jpeg) {
   });
 }
 
-/// A picture in Lab colours, and what a colour library says that they look like.
+/// A picture in Lab, and its RGB colors by a color library.
 constexpr const char* kLabTiff = R"python(
 from PIL import Image, ImageCms
 srgb, lab = ImageCms.createProfile("sRGB"), ImageCms.createProfile("LAB")
@@ -252,35 +254,37 @@ TEST_F(IndependentWriters, Tiff) {
   workshop_.put("lab.py", {reinterpret_cast<const std::uint8_t*>(script.data()), script.size()});
   std::vector<File> files{
       {"rgb.tif", "convert rgb.png -compress None rgb.tif"},
-      {"rgb16.tif", "convert smooth.png -blur 0x2 -depth 16 rgb16.tif", Word::magick},
+      {"rgb16.tif", "convert smooth.png -blur 0x2 -depth 16 rgb16.tif", Reference::magick},
       {"alpha.tif", "convert alpha.png -define tiff:alpha=unassociated alpha.tif"},
-      {"associated.tif", "convert alpha.png -define tiff:alpha=associated associated.tif", Word::magick, 3},
+      {"associated.tif", "convert alpha.png -define tiff:alpha=associated associated.tif", Reference::magick,
+       3},
       {"gray.tif", "convert gray.png -colorspace gray gray.tif"},
-      {"gray16.tif", "convert gray.png -colorspace gray -blur 0x2 -depth 16 gray16.tif", Word::magick},
-      {"grayalpha.tif", "convert alpha.png -colorspace gray grayalpha.tif", Word::magick},
-      {"palette.tif", "convert rgb.png -colors 200 -type palette palette.tif", Word::both, 1},
+      {"gray16.tif", "convert gray.png -colorspace gray -blur 0x2 -depth 16 gray16.tif", Reference::magick},
+      {"grayalpha.tif", "convert alpha.png -colorspace gray grayalpha.tif", Reference::magick},
+      {"palette.tif", "convert rgb.png -colors 200 -type palette palette.tif", Reference::both, 1},
       {"bilevel.tif", "convert bilevel.png -type bilevel -depth 1 -compress None bilevel.tif"},
-      {"cmyk.tif", "convert rgb.png -colorspace CMYK -compress LZW cmyk.tif", Word::both, 1},
-      {"cmyk16.tif", "convert smooth.png -colorspace CMYK -depth 16 cmyk16.tif", Word::magick, 1},
-      {"cmykalpha.tif", "convert alpha.png -colorspace CMYK cmykalpha.tif", Word::magick, 1},
+      {"cmyk.tif", "convert rgb.png -colorspace CMYK -compress LZW cmyk.tif", Reference::both, 1},
+      {"cmyk16.tif", "convert smooth.png -colorspace CMYK -depth 16 cmyk16.tif", Reference::magick, 1},
+      {"cmykalpha.tif", "convert alpha.png -colorspace CMYK cmykalpha.tif", Reference::magick, 1},
       {"gray2.tif", "convert gray.png -colorspace gray -posterize 4 -depth 2 gray2.tif"},
       {"gray4.tif", "convert gray.png -colorspace gray -posterize 16 -depth 4 gray4.tif"},
       {"half.tif", "convert smooth.png -define quantum:format=floating-point -depth 16 half.tif",
-       Word::magick},
+       Reference::magick},
       {"double.tif", "convert smooth.png -define quantum:format=floating-point -depth 64 double.tif",
-       Word::magick},
-      {"sampled.tif", "convert smooth.png -compress JPEG -sampling-factor 4:2:0 sampled.tif", Word::magick,
-       1},
-      // The white of daylight, in colours that are well inside what both can show.
-      {"lab.tif", "convert smooth.png +level 40%,90% -colorspace Lab lab.tif", Word::magick, 8},
-      // The white of the printing trade.
-      {"lab50.tif", "python3 lab.py", Word::source, 2, "lab50.png"},
+       Reference::magick},
+      {"sampled.tif", "convert smooth.png -compress JPEG -sampling-factor 4:2:0 sampled.tif",
+       Reference::magick, 1},
+      // White point D65, in colors well inside both gamuts.
+      {"lab.tif", "convert smooth.png +level 40%,90% -colorspace Lab lab.tif", Reference::magick, 8},
+      // White point D50.
+      {"lab50.tif", "python3 lab.py", Reference::source, 2, "lab50.png"},
       {"float.tif", "convert smooth.png -define quantum:format=floating-point -depth 32 float.tif",
-       Word::magick},
+       Reference::magick},
       {"white.tif", "convert gray.png -colorspace gray -define quantum:polarity=min-is-white white.tif"},
       {"palette4.tif", "convert few.png -type palette palette4.tif"},
-      {"planes16.tif", "convert smooth.png -blur 0x2 -depth 16 -interlace plane planes16.tif", Word::magick},
-      {"ycbcr.tif", "convert smooth.png -colorspace YCbCr -compress None ycbcr.tif", Word::magick, 2},
+      {"planes16.tif", "convert smooth.png -blur 0x2 -depth 16 -interlace plane planes16.tif",
+       Reference::magick},
+      {"ycbcr.tif", "convert smooth.png -colorspace YCbCr -compress None ycbcr.tif", Reference::magick, 2},
       {"pillow.tif",
        "python3 -c 'from PIL import Image; Image.open(\"rgb.png\").convert(\"RGB\").save(\"pillow.tif\", "
        "compression=\"tiff_lzw\")'"},
@@ -304,7 +308,7 @@ TEST_F(IndependentWriters, Tiff) {
                                                  {"strip", "-r 1000 -c zip"}};
   for (const auto& [name, options] : forms) {
     for (const std::string source : {"rgb", "rgb16", "palette", "cmyk"}) {
-      // The program parts planes of 8 bits only, and keeps a palette's together.
+      // The program separates planes of 8 bits only, and not those of a palette.
       const bool parts = options.starts_with("-p");
       if (parts && source == "rgb16") continue;
       const std::string file = source + "-" + name + ".tif";
@@ -320,11 +324,11 @@ TEST_F(IndependentWriters, Tiff) {
   }
   for (const std::string options : {"-c jpeg:90", "-c jpeg:90:r", "-c jpeg:90 -t -w 32 -l 32"}) {
     const std::string file = "jpeg" + std::to_string(files.size()) + ".tif";
-    files.push_back({file, "tiffcp " + options + " rgb.tif " + file, Word::magick, 1});
+    files.push_back({file, "tiffcp " + options + " rgb.tif " + file, Reference::magick, 1});
   }
   for (int turn = 2; turn <= 8; ++turn) {
     const std::string n = std::to_string(turn), file = "turn" + n + ".tif";
-    files.push_back({file, "cp rgb.tif " + file + " && tiffset -s 274 " + n + " " + file, Word::magick});
+    files.push_back({file, "cp rgb.tif " + file + " && tiffset -s 274 " + n + " " + file, Reference::magick});
   }
   check(files);
 }
@@ -335,7 +339,7 @@ TEST_F(IndependentWriters, Pcx) {
       {"b8.pcx", "convert few.png -type palette b8.pcx"},
       {"gray.pcx", "convert gray.png gray.pcx"},
       {"b24.pcx", "convert rgb.png b24.pcx"},
-      {"plain.pcx", "convert rgb.png -compress None plain.pcx", Word::magick},
+      {"plain.pcx", "convert rgb.png -compress None plain.pcx", Reference::magick},
       madeOf("bilevel.png", "bits.pcx", "pngtopnm bilevel.png | ppmtopcx >bits.pcx"),
       madeOf("few.png", "planes.pcx", "pngtopnm few.png | ppmtopcx >planes.pcx"),
       madeOf("few.png", "packed.pcx", "pngtopnm few.png | ppmtopcx -packed >packed.pcx"),
@@ -352,7 +356,7 @@ TEST_F(IndependentWriters, Tga) {
     return File{name,
                 "python3 -c 'from PIL import Image; Image.open(\"" + source + "\").convert(\"" + mode +
                     "\").save(\"" + name + "\"" + options + ")'",
-                Word::pillow};
+                Reference::pillow};
   };
   check({
       {"rgb.tga", "convert rgb.png -compress None rgb.tga"},
@@ -379,18 +383,19 @@ TEST_F(IndependentWriters, Psd) {
   std::vector<File> files;
   for (const std::string compression : {"None", "RLE"}) {
     const std::string end = "-" + compression + ".psd";
-    const auto add = [&](const std::string& name, const std::string& command, Word word, int tolerance) {
+    const auto add = [&](const std::string& name, const std::string& command, Reference reference,
+                         int tolerance) {
       files.push_back({name + end, "convert " + command + " -compress " + compression + " " + name + end,
-                       word, tolerance});
+                       reference, tolerance});
     };
-    add("rgb", "rgb.png", Word::both, 0);
-    add("rgb16", "smooth.png -blur 0x2 -depth 16", Word::magick, 0);
-    add("gray", "gray.png -colorspace gray", Word::both, 0);
-    add("gray16", "gray.png -colorspace gray -blur 0x2 -depth 16", Word::magick, 0);
-    add("cmyk", "rgb.png -colorspace CMYK", Word::magick, 1);
-    add("cmyk16", "smooth.png -colorspace CMYK -depth 16", Word::magick, 1);
-    add("indexed", "few.png -type palette", Word::pillow, 0);
-    add("bilevel", "bilevel.png -type bilevel -depth 1", Word::magick, 0);
+    add("rgb", "rgb.png", Reference::both, 0);
+    add("rgb16", "smooth.png -blur 0x2 -depth 16", Reference::magick, 0);
+    add("gray", "gray.png -colorspace gray", Reference::both, 0);
+    add("gray16", "gray.png -colorspace gray -blur 0x2 -depth 16", Reference::magick, 0);
+    add("cmyk", "rgb.png -colorspace CMYK", Reference::magick, 1);
+    add("cmyk16", "smooth.png -colorspace CMYK -depth 16", Reference::magick, 1);
+    add("indexed", "few.png -type palette", Reference::pillow, 0);
+    add("bilevel", "bilevel.png -type bilevel -depth 1", Reference::magick, 0);
     files.push_back(
         madeOf("alpha.png", "alpha" + end, "convert alpha.png -compress " + compression + " alpha" + end));
   }
@@ -399,13 +404,13 @@ TEST_F(IndependentWriters, Psd) {
 
 TEST_F(IndependentWriters, Wbmp) {
   check({
-      {"magick.wbmp", "convert bilevel.png -monochrome magick.wbmp", Word::magick},
+      {"magick.wbmp", "convert bilevel.png -monochrome magick.wbmp", Reference::magick},
       madeOf("bilevel.png", "netpbm.wbmp",
              "pngtopnm bilevel.png | ppmtopgm | pamditherbw -threshold | pamtopnm | pbmtowbmp >netpbm.wbmp"),
   });
 }
 
-TEST_F(IndependentWriters, TheFirstOfSeveralTiffPagesIsReadAndPreviewsAreNoPages) {
+TEST_F(IndependentWriters, TheFirstTiffPageIsReadAndPreviewsAreNotCounted) {
   workshop_.run({"convert rgb.png a.tif", "convert few.png b.tif", "convert gray.png -resize 50% c.tif",
                  "tiffcp a.tif b.tif c.tif three.tif", "tiffcp -8 -B a.tif b.tif three-big.tif",
                  "tiffcp a.tif c.tif preview.tif", "tiffset -d 1 -s 254 1 preview.tif"});

@@ -22,7 +22,7 @@ struct JpegForm {
   unsigned restart = 0;
 };
 
-/// A file written straight by the library; `sample` tells the c-th sample of the pixel at (x, y).
+/// A file written by the library; `sample` returns sample c of the pixel at (x, y).
 std::vector<std::uint8_t> writeJpeg(int width, int height, int samples, const JpegForm& form,
                                     const std::function<int(int x, int y, int c)>& sample) {
   jpeg_compress_struct info{};
@@ -91,10 +91,10 @@ TEST(Jpeg, ReadsWhatOtherProgramsWrite) {
   }
 }
 
-TEST(Jpeg, ZeroBytesBetweenSegmentsArePassedOver) {
+TEST(Jpeg, ZeroBytesBetweenSegmentsAreSkipped) {
   const auto bytes = writeGradient({});
   const Bitmap picture = decode(bytes).bitmap;
-  // Before each segment up to the scan, whose length follows its mark.
+  // Before each segment up to the scan. A segment's length follows its marker.
   for (std::size_t at = 2; bytes[at + 1] != 0xDA; at += 2U + (bytes[at + 2] << 8U | bytes[at + 3])) {
     auto padded = bytes;
     padded.insert(padded.begin() + static_cast<std::ptrdiff_t>(at), 3, 0);
@@ -114,11 +114,11 @@ TEST(Jpeg, ReadsGray) {
   EXPECT_TRUE(isPicture(decode(bytes).bitmap, wanted, 3));
 }
 
-TEST(Jpeg, ReadsInkAsItsPaperWouldLook) {
-  // Half of cyan and a fifth of black on white paper, stored inverted as the marker of such files means.
-  const auto ink = [](int, int, int c) { return 255 - (c == 0 ? 128 : c == 3 ? 51 : 0); };
+TEST(Jpeg, ReadsCmyk) {
+  // 50% cyan and 20% black, stored inverted as the Adobe marker requires.
+  const auto cmyk = [](int, int, int c) { return 255 - (c == 0 ? 128 : c == 3 ? 51 : 0); };
   for (const J_COLOR_SPACE stored : {JCS_CMYK, JCS_YCCK}) {
-    const Decoded decoded = decode(writeJpeg(16, 16, 4, {.input = JCS_CMYK, .stored = stored}, ink));
+    const Decoded decoded = decode(writeJpeg(16, 16, 4, {.input = JCS_CMYK, .stored = stored}, cmyk));
     const Pixel p = decoded.bitmap.at(8, 8);
     EXPECT_NEAR(p.r, 102, 3);
     EXPECT_NEAR(p.g, 204, 3);
@@ -127,7 +127,7 @@ TEST(Jpeg, ReadsInkAsItsPaperWouldLook) {
   }
 }
 
-TEST(Jpeg, HigherQualityIsNearerToThePictureAndLarger) {
+TEST(Jpeg, HigherQualityIsMoreAccurateAndLarger) {
   const Bitmap picture = test::gradient(64, 64);
   const auto low = encode(picture, {}, format::kJpg, {20}), high = encode(picture, {}, format::kJpg, {95});
   EXPECT_LT(low.size(), high.size());
@@ -218,8 +218,8 @@ TEST(Jpeg, ATransparentRowAmongOpaqueOnesIsFlattenedOnWhite) {
   EXPECT_LT(read.at(20, 40).b, 12);
 }
 
-/// The averages of the blocks of 8 x 8 pixels, those at the right and bottom border as they are repeated.
-Bitmap averagesOf(const Bitmap& picture) {
+/// Means of the 8 x 8 blocks, with the right and bottom edge pixels repeated.
+Bitmap blockMeansOf(const Bitmap& picture) {
   return test::pictureOf((picture.width() + 7) / 8, (picture.height() + 7) / 8, [&](int column, int row) {
     std::array<int, 3> sums{};
     for (int y = 8 * row; y < 8 * row + 8; ++y) {
@@ -234,7 +234,7 @@ Bitmap averagesOf(const Bitmap& picture) {
   });
 }
 
-TEST(Jpeg, AReducedPictureHoldsTheAveragesOfTheWhole) {
+TEST(Jpeg, AReducedPictureHoldsTheMeansOfTheBlocks) {
   const std::vector<std::pair<const char*, JpegForm>> forms{
       {"baseline", {}},
       {"subsampled", {.sampling = 2}},
@@ -247,8 +247,7 @@ TEST(Jpeg, AReducedPictureHoldsTheAveragesOfTheWhole) {
     for (const bool noisy : {false, true}) {
       const int width = 1003, height = 517;
       const Bitmap gradient = test::gradient(width, height), noise = test::noise(width, height, true);
-      // Noise of light alone: what is left of that of colour is another matter where colour is stored
-      // coarser.
+      // Noise of luma alone, since subsampling changes the means of chroma noise.
       const auto file = writeJpeg(width, height, 3, form, [&](int x, int y, int c) {
         return noisy ? noise.at(x, y).g : sampleOf(gradient, x, y, c);
       });
@@ -256,7 +255,7 @@ TEST(Jpeg, AReducedPictureHoldsTheAveragesOfTheWhole) {
       EXPECT_TRUE(reduced.notice.empty()) << name;
       ASSERT_EQ(reduced.bitmap.width(), 126) << name;
       const Bitmap whole = decode(file).bitmap;
-      EXPECT_TRUE(isPicture(reduced.bitmap, averagesOf(whole), 6)) << name << noisy;
+      EXPECT_TRUE(isPicture(reduced.bitmap, blockMeansOf(whole), 6)) << name << noisy;
     }
   }
 }
@@ -270,21 +269,21 @@ TEST(Jpeg, AReducedPictureIsNoSmallerThanAskedFor) {
   }
 }
 
-TEST(Jpeg, AReducedGrayOrInkPictureKeepsItsColours) {
+TEST(Jpeg, AReducedGrayOrCmykPictureKeepsItsColors) {
   const auto gray = writeJpeg(80, 80, 1, {.input = JCS_GRAYSCALE, .stored = JCS_GRAYSCALE},
                               [](int, int, int) { return 77; });
   const Pixel p = jpeg::decodeReduced(gray, 1).bitmap.at(5, 5);
   EXPECT_NEAR(p.r, 77, 1);
   EXPECT_EQ(p.r, p.b);
   EXPECT_EQ(p.a, 255);
-  const auto ink = writeJpeg(80, 80, 4, {.input = JCS_CMYK, .stored = JCS_YCCK},
-                             [](int, int, int c) { return c == 0 ? 127 : 255; });
-  const Pixel q = jpeg::decodeReduced(ink, 1).bitmap.at(5, 5);
+  const auto cmyk = writeJpeg(80, 80, 4, {.input = JCS_CMYK, .stored = JCS_YCCK},
+                              [](int, int, int c) { return c == 0 ? 127 : 255; });
+  const Pixel q = jpeg::decodeReduced(cmyk, 1).bitmap.at(5, 5);
   EXPECT_NEAR(q.r, 127, 3);
   EXPECT_NEAR(q.g, 255, 3);
 }
 
-TEST(Jpeg, AReducedPictureOfADamagedFileTellsSo) {
+TEST(Jpeg, AReducedPictureOfATruncatedFileHasANotice) {
   const Bitmap picture = test::noise(640, 480, true);
   const auto whole = writeJpeg(640, 480, 3, {.sampling = 2},
                                [&](int x, int y, int c) { return sampleOf(picture, x, y, c); });
@@ -292,7 +291,7 @@ TEST(Jpeg, AReducedPictureOfADamagedFileTellsSo) {
   const Decoded cut = jpeg::decodeReduced(Bytes(whole).first(whole.size() / 2), 1);
   EXPECT_FALSE(cut.notice.empty());
   ASSERT_EQ(cut.bitmap.width(), 80);
-  // Colour may differ a little between the quick way and the library's.
+  // Chroma may differ a little between the fast decoder and the library's.
   for (int x = 0; x < 80; ++x) EXPECT_NEAR(cut.bitmap.at(x, 9).g, all.at(x, 9).g, 40) << x;
 }
 

@@ -54,7 +54,7 @@ TEST_P(MetadataTest, IptcSurvives) {
   }
 }
 
-TEST_P(MetadataTest, XmpSurvivesAndTellsTheOrientationAsNormal) {
+TEST_P(MetadataTest, XmpSurvivesWithANormalOrientation) {
   Metadata metadata;
   metadata.xmp.assign(kXmp.begin(), kXmp.end());
   const Metadata read = loadAndSave(metadata).metadata;
@@ -62,7 +62,7 @@ TEST_P(MetadataTest, XmpSurvivesAndTellsTheOrientationAsNormal) {
   EXPECT_EQ(std::string(read.xmp.begin(), read.xmp.end()), wanted);
 }
 
-TEST_P(MetadataTest, CameraDataSurvives) {
+TEST_P(MetadataTest, ExifSurvives) {
   Metadata metadata;
   metadata.exif = test::cameraBlock(1);
   const Metadata read = loadAndSave(metadata).metadata;
@@ -72,11 +72,11 @@ TEST_P(MetadataTest, CameraDataSurvives) {
   EXPECT_EQ(again.exif, read.exif);
 }
 
-TEST_P(MetadataTest, CameraDataTellsTheSizeOfTheSavedPicture) {
+TEST_P(MetadataTest, ExifHoldsTheSizeOfTheSavedPicture) {
   Metadata metadata;
   metadata.exif = test::cameraBlock(1);
   const std::vector<std::uint8_t> exif = loadAndSave(metadata).metadata.exif;
-  // Both entries name their tag, a type, one value and the value itself.
+  // Each entry: tag, type, count 1, value.
   EXPECT_TRUE(contains(exif, std::string("\x02\xA0\x04\x00\x01\x00\x00\x00\x18\x00\x00\x00", 12)));
   EXPECT_TRUE(contains(exif, std::string("\x03\xA0\x03\x00\x01\x00\x00\x00\x10\x00", 10)));
 }
@@ -89,13 +89,13 @@ TEST_P(MetadataTest, TheCamerasThumbnailIsDropped) {
   EXPECT_FALSE(contains(exif, std::string(20, '\xAB')));
 }
 
-TEST_P(MetadataTest, CameraDataThatIsNoneIsDropped) {
+TEST_P(MetadataTest, InvalidExifIsDropped) {
   Metadata metadata;
   metadata.exif = Builder().text("This is no camera data at all.").bytes;
   EXPECT_TRUE(loadAndSave(metadata).metadata.exif.empty());
 }
 
-TEST_P(MetadataTest, NothingComesFromNothing) {
+TEST_P(MetadataTest, NoMetadataStaysNone) {
   const Metadata read = loadAndSave({}).metadata;
   EXPECT_TRUE(read.exif.empty());
   EXPECT_TRUE(read.xmp.empty());
@@ -104,7 +104,7 @@ TEST_P(MetadataTest, NothingComesFromNothing) {
 }
 
 TEST_P(MetadataTest, LongXmpSurvives) {
-  // Longer than one marker of a JPEG file can hold, in its attributes as well as in its elements.
+  // Longer than one JPEG marker can hold, in attributes as well as in elements.
   const std::string history(90'000, 'h'), layers(150'000, 'l');
   const std::string text =
       "<?xpacket begin=\"\" id=\"W5M0MpCehiHzreSzNTczkc9d\"?><x:xmpmeta xmlns:x=\"adobe:ns:meta/\">"
@@ -134,7 +134,7 @@ TEST_P(MetadataTest, LongIptcSurvives) {
   EXPECT_EQ(loadAndSave(metadata).metadata.iptc, metadata.iptc);
 }
 
-/// Camera data with a maker's note of this length.
+/// An EXIF block with a maker's note of this length.
 std::vector<std::uint8_t> blockWithNote(std::uint32_t length) {
   Builder b;
   b.text("II").le16(42).le32(8);
@@ -151,20 +151,20 @@ std::vector<std::uint8_t> blockWithNote(std::uint32_t length) {
   return b.bytes;
 }
 
-TEST_P(MetadataTest, CameraDataKeepsAllThatTheFormatCanHold) {
+TEST_P(MetadataTest, ExifIsKeptUpToTheLimitOfTheFormat) {
   for (const std::uint32_t length : {65'000U, 100'000U}) {
     Metadata metadata;
     metadata.exif = blockWithNote(length);
     const std::vector<std::uint8_t> exif = loadAndSave(metadata).metadata.exif;
     EXPECT_TRUE(contains(exif, "Kestrel"));
     EXPECT_TRUE(contains(exif, "2026:01:02 03:04:05"));
-    // All of it must stand in one marker of a JPEG file.
+    // EXIF must fit into one JPEG marker.
     const bool fits = GetParam() != format::kJpg || length < 65'500;
     EXPECT_EQ(contains(exif, std::string(length, '\xAB')), fits) << length;
   }
 }
 
-TEST_P(MetadataTest, XmpTellsTheSizeOfTheSavedPictureAndHasNoPreviewOfTheOldOne) {
+TEST_P(MetadataTest, XmpHoldsTheSavedSizeAndNoOldPreview) {
   const std::string text =
       "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF><rdf:Description tiff:ImageWidth=\"4000\" a:b=\"4000\">"
       "<exif:PixelYDimension>3000</exif:PixelYDimension><xmp:Thumbnails><rdf:Alt><rdf:li>OLD</rdf:li></"
@@ -185,7 +185,7 @@ INSTANTIATE_TEST_SUITE_P(Formats, MetadataTest,
                                          format::kTla),
                          [](const auto& format) { return std::string(codecOf(format.param)->name); });
 
-/// A picture as the camera stored it, whose upright form is `upright`.
+/// The pixels that a file with this orientation stores for the picture `upright`.
 Bitmap storedFor(const Bitmap& upright, int orientation) {
   const int w = upright.width(), h = upright.height();
   const bool turned = orientation >= 5;
@@ -211,7 +211,7 @@ Bitmap storedFor(const Bitmap& upright, int orientation) {
   });
 }
 
-TEST(Orientation, AllEightAreAppliedOnLoadAndWrittenAsNormal) {
+TEST(Orientation, AllEightAreAppliedOnLoadAndSavedAsNormal) {
   const Bitmap upright = test::noise(37, 22, true);
   for (int orientation = 1; orientation <= 8; ++orientation) {
     Metadata metadata;
@@ -238,7 +238,7 @@ TEST(Orientation, IsAppliedInJpegFiles) {
   EXPECT_TRUE(isPicture(decoded.bitmap, upright, 5));
 }
 
-TEST(Orientation, SenselessValuesAreNormal) {
+TEST(Orientation, InvalidValuesCountAsNormal) {
   for (const std::uint32_t value : {0U, 9U, 65535U}) {
     Metadata metadata;
     metadata.exif = test::cameraBlock(value);
@@ -247,7 +247,7 @@ TEST(Orientation, SenselessValuesAreNormal) {
   }
 }
 
-TEST(Metadata, SurvivesFromOneFormatToTheNext) {
+TEST(Metadata, SurvivesConversionBetweenFormats) {
   Metadata metadata;
   metadata.resolutionX = metadata.resolutionY = 240;
   metadata.exif = test::cameraBlock(6, 300);
@@ -279,7 +279,7 @@ TEST(Metadata, CommentsOfJpegFilesSurvive) {
 }
 
 TEST(Metadata, CommentsSurviveFromJpegToPngAndBack) {
-  // UTF-8, Latin-1 and plain.
+  // UTF-8, Latin-1 and ASCII.
   for (const std::string comment : {"Gr\xC3\xBC\xC3\x9F", "Gr\xFC\xDF", "Greeting"}) {
     Metadata metadata;
     metadata.comment = comment;
@@ -306,8 +306,8 @@ TEST(Metadata, TextsOfPngFilesSurvive) {
   }
 }
 
-TEST(Metadata, CameraDataTellsTheResolutionThatTheFileTells) {
-  // 72 by 72 per inch in the block, as cameras write without a thought.
+TEST(Metadata, ExifHoldsTheResolutionOfTheFile) {
+  // The block says 72 by 72 per inch, the default of cameras.
   Builder b;
   b.text("MM").be16(42).be32(8).be16(3);
   b.be16(0x011A).be16(5).be32(1).be32(60);
@@ -319,13 +319,13 @@ TEST(Metadata, CameraDataTellsTheResolutionThatTheFileTells) {
   metadata.resolutionX = 300;
   metadata.resolutionY = 150.5;
   const Metadata read = decode(encode(test::gradient(9, 9), metadata, format::kPng)).metadata;
-  Metadata told;
-  readExifResolution(read.exif, told);
-  EXPECT_NEAR(told.resolutionX, 300, 0.02);
-  EXPECT_NEAR(told.resolutionY, 150.5, 0.02);
+  Metadata written;
+  readExifResolution(read.exif, written);
+  EXPECT_NEAR(written.resolutionX, 300, 0.02);
+  EXPECT_NEAR(written.resolutionY, 150.5, 0.02);
 }
 
-TEST(Xmp, PacketsThatAreNoneStayAsTheyAre) {
+TEST(Xmp, InvalidPacketsStayUnchanged) {
   for (const std::string text :
        {"", "<", "<x", "<x:xmpmeta><rdf:RDF>", "</rdf:RDF><rdf:RDF/>", "no packet at all",
         "<rdf:RDF><rdf:Description xmp:Thumbnails='</rdf:RDF>"}) {
@@ -338,7 +338,7 @@ TEST(Xmp, PacketsThatAreNoneStayAsTheyAre) {
   EXPECT_FALSE(xmp::split(xmp::Packet(200, 'x'), 100));
 }
 
-TEST(Xmp, APartThatIsMissingLeavesTheOther) {
+TEST(Xmp, AMissingExtendedPacketLeavesTheStandardOne) {
   const std::string text = "<rdf:RDF><rdf:Description a:b='c' xmpNote:HasExtendedXMP='0123'/></rdf:RDF>";
   const xmp::Packet packet(text.begin(), text.end());
   EXPECT_EQ(xmp::extendedName(packet), "0123");
@@ -382,7 +382,7 @@ TEST(Exif, BigEndianBlocksAreUnderstood) {
   EXPECT_EQ(exifOrientation(exif), 8);
 }
 
-TEST(Exif, BlocksThatPointOutsideThemselvesAreHarmless) {
+TEST(Exif, OffsetsOutsideTheBlockAreHarmless) {
   const std::vector<std::uint8_t> whole = test::cameraBlock(6, 100);
   std::mt19937 random(11);
   for (int round = 0; round < 20'000; ++round) {

@@ -12,7 +12,7 @@ namespace {
 
 using Data = std::vector<std::uint8_t>;
 
-/// What zlib makes of deflate blocks; nothing if they are not a whole stream, or something follows them.
+/// Inflates raw deflate blocks with zlib; empty if the stream is incomplete or followed by other bytes.
 Data unpacked(Data packed, std::size_t size) {
   Data result(size + 1);
   z_stream stream{};
@@ -46,13 +46,13 @@ std::vector<Data> samples() {
   return all;
 }
 
-TEST(Deflate, ZlibUnpacksWhatWasPacked) {
+TEST(Deflate, ZlibInflatesTheStream) {
   Deflate deflate;
   for (const Data& data : samples())
     ASSERT_EQ(unpacked(deflate.pack(data, 0, true), data.size()), data) << data.size();
 }
 
-TEST(Deflate, PartsStandOneAfterTheOtherAndMayReferToWhatStandsBeforeThem) {
+TEST(Deflate, PartsConcatenateAndMatchIntoEarlierParts) {
   for (const Data& data : samples()) {
     for (const std::size_t parts : {2, 3, 7}) {
       Data packed;
@@ -68,7 +68,7 @@ TEST(Deflate, PartsStandOneAfterTheOtherAndMayReferToWhatStandsBeforeThem) {
   }
 }
 
-TEST(Deflate, FindsWhatRepeatsAsFarBackAsTheFormatAllows) {
+TEST(Deflate, FindsMatchesUpToTheLargestDistance) {
   std::mt19937 random(4);
   const Data noise = dataOf(32'768, [&](std::size_t) { return static_cast<unsigned>(random()); });
   Data twice = noise;
@@ -78,14 +78,14 @@ TEST(Deflate, FindsWhatRepeatsAsFarBackAsTheFormatAllows) {
   EXPECT_EQ(unpacked(packed, twice.size()), twice);
 }
 
-TEST(Deflate, StoresWhatCannotBePacked) {
+TEST(Deflate, StoresIncompressibleData) {
   std::mt19937 random(5);
   const Data noise = dataOf(200'000, [&](std::size_t) { return static_cast<unsigned>(random()); });
   EXPECT_LE(Deflate().pack(noise, 0, true).size(), noise.size() + 5 * (200'000 / 65'535 + 1 + 3));
 }
 
-/// The share of all codes that codes of these lengths take, in units of the longest possible.
-std::uint32_t taken(std::span<const std::uint8_t> lengths) {
+/// Code space that codes of these lengths use (Kraft sum), in units of 2^-15.
+std::uint32_t codeSpace(std::span<const std::uint8_t> lengths) {
   return std::accumulate(lengths.begin(), lengths.end(), 0U, [](std::uint32_t sum, std::uint8_t length) {
     return sum + (length > 0 ? 1U << (15 - length) : 0U);
   });
@@ -98,7 +98,7 @@ TEST(PrefixCode, FrequentSymbolsGetShortCodes) {
   EXPECT_EQ(lengths, (std::vector<std::uint8_t>{1, 3, 3, 3, 4, 4, 0}));
 }
 
-TEST(PrefixCode, NoCodeIsLongerThanAllowedAndNoneIsWasted) {
+TEST(PrefixCode, CodesStayWithinTheLongestLengthAndUseAllCodeSpace) {
   std::vector<std::uint32_t> growing{1, 1};
   while (growing.size() < 40) growing.push_back(growing.back() + growing[growing.size() - 2]);
   std::vector<std::uint32_t> many(286);
@@ -109,7 +109,7 @@ TEST(PrefixCode, NoCodeIsLongerThanAllowedAndNoneIsWasted) {
       std::vector<std::uint8_t> lengths(counts.size());
       makeCodeLengths(counts, longest, lengths);
       EXPECT_LE(*std::ranges::max_element(lengths), longest);
-      EXPECT_EQ(taken(lengths), 1U << 15);
+      EXPECT_EQ(codeSpace(lengths), 1U << 15);
     }
   }
 }
@@ -120,7 +120,7 @@ TEST(PrefixCode, AtLeastTwoSymbolsGetACode) {
     std::vector<std::uint8_t> lengths(counts.size());
     makeCodeLengths(counts, 15, lengths);
     EXPECT_EQ(std::ranges::count(lengths, 1), 2);
-    EXPECT_EQ(taken(lengths), 1U << 15);
+    EXPECT_EQ(codeSpace(lengths), 1U << 15);
   }
 }
 

@@ -11,7 +11,7 @@ using namespace test;
 constexpr int kMixedFilters = 5;
 constexpr int kWidths[] = {1, 2, 3, 4, 5, 15, 16, 17, 31, 33, 63, 64, 65, 100};
 
-TEST(PngPixels, EveryFilterOfEveryKindOfPixelGivesWhatLibpngReads) {
+TEST(PngPixels, EveryFilterAndPixelTypeDecodesAsWithLibpng) {
   const Layout layouts[] = {
       {1, PNG_COLOR_TYPE_GRAY},       {2, PNG_COLOR_TYPE_GRAY},        {4, PNG_COLOR_TYPE_GRAY},
       {8, PNG_COLOR_TYPE_GRAY},       {16, PNG_COLOR_TYPE_GRAY},       {1, PNG_COLOR_TYPE_PALETTE},
@@ -37,7 +37,7 @@ TEST(PngPixels, EveryFilterOfEveryKindOfPixelGivesWhatLibpngReads) {
   }
 }
 
-TEST(PngPixels, APictureOfManyPiecesIsReadAsLibpngReadsIt) {
+TEST(PngPixels, APictureOfManyChunksDecodesAsWithLibpng) {
   for (const Layout& layout : {Layout{8, PNG_COLOR_TYPE_RGB}, Layout{8, PNG_COLOR_TYPE_RGBA},
                                Layout{16, PNG_COLOR_TYPE_RGB}, Layout{8, PNG_COLOR_TYPE_PALETTE}}) {
     const File file = pngFile(1777, 333, layout, filteredNoise(1777, 333, layout, kMixedFilters));
@@ -45,7 +45,7 @@ TEST(PngPixels, APictureOfManyPiecesIsReadAsLibpngReadsIt) {
   }
 }
 
-/// A row as the filters want it: zeros before and behind.
+/// A row with the zero margins that the filters require.
 std::vector<std::uint8_t> marginRow(std::size_t count, unsigned seed) {
   std::mt19937 random(seed);
   std::vector<std::uint8_t> row(png::kRowMargin + count + png::kRowBlock);
@@ -54,7 +54,7 @@ std::vector<std::uint8_t> marginRow(std::size_t count, unsigned seed) {
   return row;
 }
 
-TEST(PngPixels, EachFilterTellsTheDifferencesFromWhatItExpects) {
+TEST(PngPixels, EachFilterSubtractsItsPredictor) {
   for (const std::size_t step : {std::size_t{3}, std::size_t{4}}) {
     for (const int width : kWidths) {
       const std::size_t count = static_cast<std::size_t>(width) * step;
@@ -86,8 +86,8 @@ TEST(PngPixels, EachFilterTellsTheDifferencesFromWhatItExpects) {
   }
 }
 
-/// A small picture's file cut into chunks of packed pixels as told.
-class PngPieces : public testing::Test {
+/// A small PNG file whose zlib stream is split into IDAT chunks at chosen positions.
+class PngDataChunks : public testing::Test {
  protected:
   static constexpr int kSide = 9;
   const Layout layout_{8, PNG_COLOR_TYPE_RGB};
@@ -108,7 +108,7 @@ class PngPieces : public testing::Test {
   }
 };
 
-TEST_F(PngPieces, MayBeCutAnywhere) {
+TEST_F(PngDataChunks, MaySplitTheStreamAnywhere) {
   for (std::size_t cut = 0; cut <= packed_.size(); ++cut) {
     const Decoded decoded = decode(fileOf({firstPart(cut), rest(cut)}));
     ASSERT_EQ(rgbaOf(decoded.bitmap), wanted_) << cut;
@@ -116,7 +116,7 @@ TEST_F(PngPieces, MayBeCutAnywhere) {
   }
 }
 
-TEST_F(PngPieces, MayBeOfOneByteOrEmpty) {
+TEST_F(PngDataChunks, MayBeOfOneByteOrEmpty) {
   std::vector<File> bytes;
   for (const std::uint8_t byte : packed_) {
     bytes.push_back({byte});
@@ -127,7 +127,7 @@ TEST_F(PngPieces, MayBeOfOneByteOrEmpty) {
   EXPECT_EQ(decoded.notice, "");
 }
 
-TEST_F(PngPieces, MayBeFollowedByOtherBytes) {
+TEST_F(PngDataChunks, MayBeFollowedByOtherBytes) {
   const File surplus{1, 2, 3};
   for (const std::vector<File>& pieces :
        {std::vector<File>{joined({packed_, surplus})}, std::vector<File>{packed_, surplus}}) {
@@ -137,13 +137,13 @@ TEST_F(PngPieces, MayBeFollowedByOtherBytes) {
   }
 }
 
-TEST_F(PngPieces, ThatMakeMoreThanThePictureGiveThePicture) {
+TEST_F(PngDataChunks, WithMoreThanThePictureGiveThePicture) {
   const File more = joined({rows_, File(std::size_t{50'000'000})});
   const Decoded decoded = decode(fileOf({packed(more)}));
   EXPECT_EQ(rgbaOf(decoded.bitmap), wanted_);
 }
 
-TEST_F(PngPieces, ThatMakeLessThanThePictureGiveTheRowsThatThereAre) {
+TEST_F(PngDataChunks, WithLessThanThePictureGiveTheRowsTheyHold) {
   const auto bytes = static_cast<std::ptrdiff_t>(4 * (layout_.rowBytes(kSide) + 1));
   const Decoded decoded = decode(fileOf({packed(File(rows_.begin(), rows_.begin() + bytes))}));
   EXPECT_EQ(decoded.notice, "The file is damaged or truncated: only 4 of 9 rows could be read.");
@@ -152,14 +152,14 @@ TEST_F(PngPieces, ThatMakeLessThanThePictureGiveTheRowsThatThereAre) {
   EXPECT_EQ(decoded.bitmap.at(0, 4), (Pixel{0, 0, 0, 0}));
 }
 
-TEST_F(PngPieces, WithAFilterThatDoesNotExistGiveTheRowsBeforeIt) {
+TEST_F(PngDataChunks, WithAnUnknownFilterTypeGiveTheRowsBeforeIt) {
   File rows = rows_;
   rows[3 * (layout_.rowBytes(kSide) + 1)] = 5;
   const Decoded decoded = decode(fileOf({packed(rows)}));
   EXPECT_EQ(decoded.notice, "The file is damaged or truncated: only 3 of 9 rows could be read.");
 }
 
-TEST_F(PngPieces, WithAWrongChecksumOfTheirStreamGiveWhatCameBeforeItAndSaySo) {
+TEST_F(PngDataChunks, WithAWrongStreamChecksumGiveTheRowsAndANotice) {
   File wrong = packed_;
   wrong.back() ^= 1;
   const Decoded decoded = decode(fileOf({wrong}));
@@ -168,7 +168,7 @@ TEST_F(PngPieces, WithAWrongChecksumOfTheirStreamGiveWhatCameBeforeItAndSaySo) {
   EXPECT_TRUE(std::equal(got.begin(), got.begin() + 4 * kSide * (kSide - 1), wanted_.begin()));
 }
 
-TEST_F(PngPieces, WithAWrongChecksumOfAChunkAreTakenForDamaged) {
+TEST_F(PngDataChunks, WithAWrongChunkChecksumAreADecodeError) {
   const std::size_t cut = packed_.size() / 2;
   File second = chunk("IDAT", rest(cut));
   second.back() ^= 1;
@@ -182,7 +182,7 @@ TEST_F(PngPieces, WithAWrongChecksumOfAChunkAreTakenForDamaged) {
   EXPECT_NE(half.notice, "");
 }
 
-TEST_F(PngPieces, WithoutAnEndMarkGiveThePicture) {
+TEST_F(PngDataChunks, WithoutAnEndChunkGiveThePicture) {
   File file = fileOf({packed_});
   file.resize(file.size() - pngEnd().size());
   const Decoded decoded = decode(file);
@@ -190,7 +190,7 @@ TEST_F(PngPieces, WithoutAnEndMarkGiveThePicture) {
   EXPECT_EQ(decoded.notice, "");
 }
 
-TEST_F(PngPieces, CutShortGiveWhatTheyHoldAndSaySo) {
+TEST_F(PngDataChunks, WhenTruncatedGiveTheRowsAndANotice) {
   const File whole = fileOf({packed_});
   const std::size_t pixelsEnd = whole.size() - pngEnd().size() - 4;
   std::size_t withRows = 0;
@@ -206,7 +206,7 @@ TEST_F(PngPieces, CutShortGiveWhatTheyHoldAndSaySo) {
   EXPECT_GT(withRows, packed_.size() / 2);
 }
 
-TEST(PngChunks, MetadataBehindThePixelsIsKept) {
+TEST(PngChunks, MetadataAfterThePixelsIsKept) {
   const Layout layout{8, PNG_COLOR_TYPE_RGB};
   const File start = pngStart(4, 4, layout), rows = filteredNoise(4, 4, layout, 0);
   Builder text;
@@ -218,7 +218,7 @@ TEST(PngChunks, MetadataBehindThePixelsIsKept) {
   EXPECT_EQ(decoded.notice, "");
 }
 
-TEST(PngChunks, ADamagedTextDoesNoHarmToThePicture) {
+TEST(PngChunks, AnInvalidTextChunkDoesNotAffectThePicture) {
   const Layout layout{8, PNG_COLOR_TYPE_RGB};
   const File rows = filteredNoise(4, 4, layout, 0), pixels = chunk("IDAT", packed(rows));
   File text = chunk("tEXt", Builder().text("Title").u8({0}).text("a").bytes);
@@ -233,7 +233,7 @@ TEST(PngChunks, ADamagedTextDoesNoHarmToThePicture) {
   }
 }
 
-TEST(PngChunks, AChunkThatClaimsMoreThanTheFileHasIsRefused) {
+TEST(PngChunks, AChunkLongerThanTheFileIsRefused) {
   const Layout layout{8, PNG_COLOR_TYPE_RGB};
   for (const char* const name : {"zTXt", "iTXt", "iCCP", "eXIf", "prVt"}) {
     const File claim = Builder().be32(0x77000000).text(name).text("key").u8({0, 0, 1, 2, 3}).bytes;
@@ -242,7 +242,7 @@ TEST(PngChunks, AChunkThatClaimsMoreThanTheFileHasIsRefused) {
   }
 }
 
-TEST(PngChunks, AStreamThatWantsADictionaryOrClaimsNonsenseIsRefused) {
+TEST(PngChunks, AStreamWithADictionaryOrAnInvalidHeaderIsRefused) {
   const Layout layout{8, PNG_COLOR_TYPE_RGB};
   for (const File& stream : {File{0x78, 0xBB, 1, 2, 3, 4, 5, 6}, File{0x79, 0x9C, 3, 0}, File{}, File{0x78},
                              File{0x78, 0x01, 0x07, 0xFF}}) {

@@ -35,7 +35,7 @@ std::vector<std::uint8_t> psdFile(const Form& f, std::initializer_list<int> rows
   return b.bytes;
 }
 
-/// A layer section with this many layers, as far as a reader of the merged picture looks.
+/// The start of a layer section with this many layers: all that a reader of the merged picture uses.
 Builder layers(std::uint32_t count) { return Builder().be32(4).be16(count).be16(0); }
 
 TEST(Psd, ReadsRgbOf8And16And32Bits) {
@@ -58,7 +58,7 @@ TEST(Psd, ReadsRunLengths) {
   EXPECT_EQ(decode(whole).bitmap.at(3, 0), (Pixel{9, 4, 8, 255}));
 }
 
-/// Packed as a zlib stream.
+/// Compressed to a zlib stream.
 std::vector<std::uint8_t> zipped(const std::vector<std::uint8_t>& bytes) {
   uLongf size = compressBound(bytes.size());
   std::vector<std::uint8_t> packed(size);
@@ -74,7 +74,7 @@ std::vector<std::uint8_t> psdFile(const Form& f, const std::vector<std::uint8_t>
 }
 
 TEST(Psd, ReadsZippedChannels) {
-  // Two pixels, channel after channel; then the same as differences within a row.
+  // Two pixels, planar; then the same with horizontal prediction.
   const Pixel first{10, 20, 30, 255}, second{13, 15, 31, 255};
   const auto plain = psdFile({.compression = 2}, zipped({10, 13, 20, 15, 30, 31}));
   EXPECT_EQ(decode(plain).bitmap.at(0, 0), first);
@@ -82,12 +82,12 @@ TEST(Psd, ReadsZippedChannels) {
   const auto differences = psdFile({.compression = 3}, zipped({10, 3, 20, 251, 30, 1}));
   EXPECT_EQ(decode(differences).bitmap.at(0, 0), first);
   EXPECT_EQ(decode(differences).bitmap.at(1, 0), second);
-  // 16 bits: FFFF and 8000, of which the difference is 8001.
+  // 16 bits: FFFF and 8000; their difference is 8001.
   const auto deep = psdFile({.channels = 3, .depth = 16, .compression = 3},
                             zipped({0xFF, 0xFF, 0x80, 0x01, 0, 0, 0, 0, 0x80, 0, 0, 0}));
   EXPECT_EQ(decode(deep).bitmap.at(0, 0), (Pixel{255, 0, 128, 255}));
   EXPECT_EQ(decode(deep).bitmap.at(1, 0), (Pixel{128, 0, 128, 255}));
-  // Real numbers 1 and 0.5: 3F800000 and 3F000000, their bytes sorted by place: 3F 3F, 80 00, 00 00, 00 00.
+  // Floats 1 and 0.5: 3F800000 and 3F000000, split into byte planes: 3F 3F, 80 00, 00 00, 00 00.
   const std::vector<std::uint8_t> ones{0x3F, 0, 0x41, 0x80, 0, 0, 0, 0};
   std::vector<std::uint8_t> all;
   for (int i = 0; i < 3; ++i) all.insert(all.end(), ones.begin(), ones.end());
@@ -96,7 +96,7 @@ TEST(Psd, ReadsZippedChannels) {
   EXPECT_EQ(decode(real).bitmap.at(1, 0), (Pixel{128, 128, 128, 255}));
 }
 
-TEST(Psd, AZippedStreamThatBreaksOffShowsTheRowsThatItHolds) {
+TEST(Psd, ATruncatedZlibStreamShowsTheRowsThatItHolds) {
   std::vector<std::uint8_t> gray;
   for (int i = 0; i < 100 * 100; ++i) gray.push_back(static_cast<std::uint8_t>(i * i / 7));
   auto packed = zipped(gray);
@@ -108,7 +108,7 @@ TEST(Psd, AZippedStreamThatBreaksOffShowsTheRowsThatItHolds) {
   EXPECT_EQ(decoded.bitmap.at(7, 99).a, 0);
 }
 
-TEST(Psd, ColoursComeFromAZippedLayer) {
+TEST(Psd, ColorsComeFromAZippedLayer) {
   // One pixel, half transparent: the merged picture holds it over white, the layer as it is.
   Builder record = Builder().be16(0xFFFF).be32(0).be32(0).be32(1).be32(1).be16(4);
   Builder channels;
@@ -141,13 +141,13 @@ TEST(Psd, ReadsGrayBitsAndPalettes) {
   EXPECT_EQ(errorOf([] { decode(psdFile({.mode = 2, .channels = 1}, {3, 0})); }), 481);
 }
 
-TEST(Psd, ReadsInkAndLab) {
-  const Pixel ink =
+TEST(Psd, ReadsCmykAndLab) {
+  const Pixel cmyk =
       decode(psdFile({.mode = 4, .channels = 4, .width = 1}, {127, 255, 255, 204})).bitmap.at(0, 0);
-  EXPECT_NEAR(ink.r, 102, 1);
-  EXPECT_NEAR(ink.g, 204, 1);
-  EXPECT_NEAR(ink.b, 204, 1);
-  EXPECT_EQ(ink.a, 255);
+  EXPECT_NEAR(cmyk.r, 102, 1);
+  EXPECT_NEAR(cmyk.g, 204, 1);
+  EXPECT_NEAR(cmyk.b, 204, 1);
+  EXPECT_EQ(cmyk.a, 255);
   // L 53.2, a 80.1, b 67.2 is the red of sRGB.
   const Pixel red = decode(psdFile({.mode = 9, .width = 1}, {136, 208, 195})).bitmap.at(0, 0);
   EXPECT_GT(red.r, 245);
@@ -161,7 +161,7 @@ TEST(Psd, TheFourthChannelIsAlphaInAFileWithoutLayers) {
             (Pixel{10, 20, 30, 40}));
 }
 
-TEST(Psd, AStoredSelectionIsNoAlpha) {
+TEST(Psd, AStoredSelectionIsNotAlpha) {
   const Form named{.channels = 4,
                    .width = 1,
                    .resources = Builder().text("8BIM").be16(1006).be16(0).be32(8).u8({7}).text("Alpha 1")};
@@ -171,7 +171,7 @@ TEST(Psd, AStoredSelectionIsNoAlpha) {
       (Pixel{10, 20, 30, 255}));
 }
 
-TEST(Psd, TransparencyOfLayersIsTakenOutOfTheWhiteItWasMixedWith) {
+TEST(Psd, MergedColorsAreSeparatedFromTheWhiteBehindThem) {
   // Half of pure red over white is 255, 127, 127.
   const Form f{.channels = 4, .width = 1, .layers = layers(0xFFFF)};
   const Pixel p = decode(psdFile(f, {255, 127, 127, 128})).bitmap.at(0, 0);
@@ -181,13 +181,13 @@ TEST(Psd, TransparencyOfLayersIsTakenOutOfTheWhiteItWasMixedWith) {
   EXPECT_EQ(p.a, 128);
 }
 
-TEST(Psd, ColoursComeFromTheOnlyLayerUnlessItIsNotPlainlyThePicture) {
+TEST(Psd, ColorsComeFromTheOnlyLayerIfItIsShownUnchanged) {
   const Pixel pixel{200, 100, 50, 20};
   const auto whole = encode(Bitmap::filled(5, 3, pixel), {}, format::kPsd);
   EXPECT_EQ(decode(whole).bitmap.at(4, 2), pixel);
   constexpr std::string_view kMode = "8BIMnorm";
   const auto mode = std::ranges::search(whole, kMode).begin() - whole.begin();
-  // Mixed with another mode, half transparent, clipped, hidden; elsewhere; with a mask.
+  // Another blend mode, half transparent, clipped, hidden; at another position; with a mask.
   for (const auto& [place, value] :
        {std::pair{7, 'x'}, {8, '\x7F'}, {9, '\1'}, {10, '\2'}, {-35, '\1'}, {19, '\1'}}) {
     auto changed = whole;
@@ -204,7 +204,7 @@ TEST(Psd, ReadsTheLargeDocumentForm) {
   EXPECT_EQ(decode(psdFile({.large = true}, {1, 2, 3, 4, 5, 6})).bitmap.at(1, 0), (Pixel{2, 4, 6, 255}));
 }
 
-TEST(Psd, HeadersThatMakeNoSenseAreRefused) {
+TEST(Psd, InvalidHeadersAreRefused) {
   EXPECT_EQ(errorOf([] { decode(psdFile({.channels = 2}, {1, 2, 3, 4})); }), 481);
   EXPECT_EQ(errorOf([] { decode(psdFile({.mode = 5}, {1, 2, 3, 4, 5, 6})); }), 481);
   EXPECT_EQ(errorOf([] { decode(psdFile({.depth = 5}, {1, 2, 3, 4, 5, 6})); }), 481);

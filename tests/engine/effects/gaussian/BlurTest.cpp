@@ -9,9 +9,9 @@ namespace {
 
 using namespace test;
 
-/// Direct convolution with the whole bell, in double precision.
+/// Direct convolution with the whole Gaussian kernel in double precision.
 Bitmap naiveBlur(const Bitmap& source, double sigma) {
-  const auto bell = [&](int distance) { return std::exp(-distance * distance / (2 * sigma * sigma)); };
+  const auto gaussian = [&](int distance) { return std::exp(-distance * distance / (2 * sigma * sigma)); };
   struct Sum {
     double r = 0, g = 0, b = 0, a = 0, weight = 0;
     void add(const Sum& s, double w) {
@@ -31,13 +31,13 @@ Bitmap naiveBlur(const Bitmap& source, double sigma) {
         const Pixel p = source.at(u, y);
         at(x, y).add(
             {double{1} * p.r * p.a, double{1} * p.g * p.a, double{1} * p.b * p.a, double{1} * p.a, 1},
-            bell(u - x));
+            gaussian(u - x));
       }
     }
   }
   return madeBy(width, height, [&](int x, int y) {
     Sum sum;
-    for (int v = 0; v < height; ++v) sum.add(at(x, v), bell(v - y));
+    for (int v = 0; v < height; ++v) sum.add(at(x, v), gaussian(v - y));
     const double alpha = sum.a / sum.weight;
     if (alpha < 0.5) return Pixel{};
     const auto level = [&](double c) { return static_cast<std::uint8_t>(std::lround(c / sum.a)); };
@@ -59,8 +59,8 @@ TEST(Blur, IsWithinOneLevelOfDirectConvolutionAtEverySigma) {
   }
 }
 
-TEST(Blur, StripesNearACoarseGridsStepVanish) {
-  // Of what a coarse grid can show wrongly, stripes of nearly its step come first.
+TEST(Blur, StripesOfAboutTheGridStepDoNotAlias) {
+  // Aliasing of a coarse grid is worst for stripes of about its step.
   for (const double sigma : {3.0, 4.0, 6.0, 12.0, 24.0}) {
     for (const double period : {2.05, 2.1, 2.2, 2.26, 2.35, 2.5, 3.0, 4.2, 4.5, 5.0, 8.3, 9.0, 17.0, 18.5}) {
       const Bitmap stripes = madeBy(230, 3, [&](int x, int) {
@@ -73,8 +73,8 @@ TEST(Blur, StripesNearACoarseGridsStepVanish) {
   }
 }
 
-TEST(Blur, LargePicturesAreWorkedOnInPiecesWithoutSeams) {
-  // Wide, tall, and too large for the caches; they change along one side only.
+TEST(Blur, LargePicturesHaveNoSeamsBetweenBlocks) {
+  // Wide, tall, and larger than the caches; the values change along one axis only.
   for (const Extent size : {Extent{5000, 9}, {5000, 900}, {9, 3000}}) {
     const bool wide = size.width > size.height;
     const auto value = [=](int x, int y) {
@@ -86,7 +86,7 @@ TEST(Blur, LargePicturesAreWorkedOnInPiecesWithoutSeams) {
     const Bitmap whole = madeBy(size.width, size.height, value);
     for (const double sigma : {2.0, 5.0, 11.0, 40.0}) {
       const Bitmap blurred = blur(whole, sigma);
-      // A part is blurred as within the whole, far enough from the part's own ends.
+      // Far enough from its ends a part is blurred as within the whole.
       const int margin = static_cast<int>(4.5 * sigma) + 2, first = 1984, length = 2 * margin + 200;
       const Bitmap part =
           blur(madeBy(wide ? length : 1, wide ? 1 : length,
@@ -104,7 +104,7 @@ TEST(Blur, LargePicturesAreWorkedOnInPiecesWithoutSeams) {
   }
 }
 
-TEST(Blur, EveryKindOfVectorsGivesTheSameWithinOneLevel) {
+TEST(Blur, EveryTargetIsWithinOneLevelOfDirectConvolution) {
   for (const Extent size : oddExtents()) {
     for (const double sigma : {1.5, 6.0}) {
       const Bitmap picture = randomPicture(size.width, size.height, AlphaKind::Any);
@@ -114,7 +114,7 @@ TEST(Blur, EveryKindOfVectorsGivesTheSameWithinOneLevel) {
   }
 }
 
-TEST(Blur, ConstantStaysConstantToTheEdge) {
+TEST(Blur, AConstantPictureStaysConstantUpToTheEdge) {
   const Bitmap picture = Bitmap::filled(50, 40, {12, 200, 255, 90});
   for (const double sigma : {1.0, 5.0, 1000.0}) EXPECT_TRUE(samePicture(blur(picture, sigma), picture));
 }
@@ -129,7 +129,7 @@ TEST(Blur, VeryLongPicturesKeepTheirValues) {
   }
 }
 
-TEST(Blur, TransparentPixelsLendNoColour) {
+TEST(Blur, TransparentPixelsAddNoColor) {
   const Bitmap picture = madeBy(60, 60, [](int x, int) {
     return x < 30 ? Pixel{255, 0, 0, 255} : Pixel{0, 255, 0, 0};
   });

@@ -34,7 +34,7 @@ void expectEqual(const Kernel& actualKernel, const Kernel& plainKernel, std::int
   }
 }
 
-TEST(GaussianRows, EveryKindOfVectorsEqualsThePlainCode) {
+TEST(GaussianRows, EveryTargetEqualsTheReference) {
   onEachTarget([] {
     for (const std::int32_t count :
          {1, 2, 3, 4, 5, 7, 8, 9, 16, 31, 33, 63, 64, 65, 66, 127, 128, 257, 1000}) {
@@ -53,7 +53,7 @@ TEST(GaussianRows, EveryKindOfVectorsEqualsThePlainCode) {
   });
 }
 
-TEST(GaussianRows, TwoSumsOfTheSameRowsEqualThePlainCode) {
+TEST(GaussianRows, TwoSumsOfTheSameRowsEqualTheReference) {
   onEachTarget([] {
     for (const std::int32_t rows : {0, 1, 3, 18}) {
       for (const std::int32_t count : {1, 3, 15, 16, 17, 64, 65, 300}) {
@@ -81,7 +81,7 @@ TEST(GaussianRows, TwoSumsOfTheSameRowsEqualThePlainCode) {
   });
 }
 
-TEST(GaussianAxis, ProfileIsTheShareOfTheBellThatLiesOnThePicture) {
+TEST(GaussianAxis, TheProfileIsThePartOfTheKernelInsideThePicture) {
   struct Case {
     std::int32_t inputs, outputs, start;
   };
@@ -90,20 +90,22 @@ TEST(GaussianAxis, ProfileIsTheShareOfTheBellThatLiesOnThePicture) {
                           Case{40, 7, 36}, Case{9, 30, 500}, Case{9, 31, -501}}) {
       const std::vector<float> profile = GaussianAxis(c.inputs, c.outputs, c.start, sigma).profile();
       ASSERT_EQ(profile.size(), static_cast<std::size_t>(c.outputs));
-      const auto bell = [&](int x) { return sigma == 0 ? (x == 0) : std::exp(-x * x / (2 * sigma * sigma)); };
+      const auto gaussian = [&](int x) {
+        return sigma == 0 ? (x == 0) : std::exp(-x * x / (2 * sigma * sigma));
+      };
       double whole = 0;
-      for (int x = -400; x <= 400; ++x) whole += bell(x);
+      for (int x = -400; x <= 400; ++x) whole += gaussian(x);
       for (std::int32_t i = 0; i < c.outputs; ++i) {
-        double share = 0;
-        for (std::int32_t x = 0; x < c.inputs; ++x) share += bell(c.start + i - x);
-        EXPECT_NEAR(profile[static_cast<std::size_t>(i)], share / whole, 0.5 / 255)
+        double inside = 0;
+        for (std::int32_t x = 0; x < c.inputs; ++x) inside += gaussian(c.start + i - x);
+        EXPECT_NEAR(profile[static_cast<std::size_t>(i)], inside / whole, 0.5 / 255)
             << "sigma " << sigma << ", " << c.inputs << " inputs, output " << i;
       }
     }
   }
 }
 
-TEST(GaussianAxis, MovingAloneIsExact) {
+TEST(GaussianAxis, AnOffsetWithoutBlurIsExact) {
   const GaussianAxis axis(5, 9, -2, 0);
   EXPECT_EQ(axis.profile(), (std::vector<float>{0, 0, 1, 1, 1, 1, 1, 0, 0}));
 }

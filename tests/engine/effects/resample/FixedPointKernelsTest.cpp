@@ -9,11 +9,11 @@ namespace {
 
 using namespace test;
 
-/// Numbers in memory aligned as the kernels want it; zeros to begin with.
+/// An array aligned as the kernels require, initialized with zeros.
 template <class T>
-class Numbers {
+class AlignedArray {
  public:
-  explicit Numbers(std::size_t count) : memory_(count * sizeof(T)), count_(count) {
+  explicit AlignedArray(std::size_t count) : memory_(count * sizeof(T)), count_(count) {
     std::fill_n(data(), count_, T{});
   }
   T* data() { return reinterpret_cast<T*>(memory_.data()); }
@@ -35,10 +35,10 @@ struct Pairs {
   }
 
   RowPairs rows;
-  Numbers<std::int16_t> memory;
+  AlignedArray<std::int16_t> memory;
 };
 
-TEST(FixedPointKernels, SumsOfWeighedPairsEqualThePlainCodeExactly) {
+TEST(FixedPointKernels, TheVerticalPassEqualsTheReferenceExactly) {
   onEachTarget([] {
     for (const Extent size : oddExtents()) {
       for (const AlphaKind alpha : {AlphaKind::Opaque, AlphaKind::Any, AlphaKind::MostlyExtreme}) {
@@ -52,7 +52,7 @@ TEST(FixedPointKernels, SumsOfWeighedPairsEqualThePlainCodeExactly) {
 
           const std::size_t values =
               std::size_t{4} * kGroupRows * static_cast<std::size_t>(pairs.rows.pixels);
-          Numbers<float> actual(values), expected(values);
+          AlignedArray<float> actual(values), expected(values);
           for (std::int32_t y = 0; y < outputs; y += kGroupRows) {
             verticalPass(pairs.rows, table, y, actual.data());
             reference::verticalPass(plain.rows, table, y, expected.data());
@@ -65,13 +65,13 @@ TEST(FixedPointKernels, SumsOfWeighedPairsEqualThePlainCodeExactly) {
   });
 }
 
-TEST(FixedPointKernels, FilteredAndStoredPixelsAreWithinARoundingOfThePlainCode) {
+TEST(FixedPointKernels, TheHorizontalPassIsWithinARoundingOfTheReference) {
   constexpr float kWhite = 65025.0F * FixedPointTable::kOne;
   onEachTarget([] {
     for (const std::int32_t inputs : {1, 2, 5, 16, 33, 200}) {
       std::mt19937 random(static_cast<unsigned>(inputs));
       std::uniform_real_distribution<float> number(-kWhite / 4, kWhite * 5 / 4);
-      Numbers<float> in(std::size_t{4} * kGroupRows * static_cast<std::size_t>(inputs + 2));
+      AlignedArray<float> in(std::size_t{4} * kGroupRows * static_cast<std::size_t>(inputs + 2));
       for (std::size_t i = 0; i < std::size_t{4} * kGroupRows * static_cast<std::size_t>(inputs); ++i) {
         in[i] = number(random);
       }
@@ -83,7 +83,7 @@ TEST(FixedPointKernels, FilteredAndStoredPixelsAreWithinARoundingOfThePlainCode)
         std::vector<std::uint8_t*> to, plain;
         for (auto& row : actual) to.push_back(row.data());
         for (auto& row : expected) plain.push_back(row.data());
-        // In two goes, as the strips of a picture come.
+        // In two calls, as for a picture of two strips.
         const std::int32_t half = outputs / 2 / 4 * 4;
         horizontalPass(in.data(), 0, table, 0, half, to.data());
         horizontalPass(in.data(), 0, table, half, outputs, to.data());
@@ -103,7 +103,7 @@ TEST(FixedPointKernels, LessThanHalfALevelOfAlphaIsTransparentBlack) {
   onEachTarget([] {
     constexpr float kLevel = 255.0F * FixedPointTable::kOne;
     const FilterTable table = scalingTable(1, 1, triangleKernel());
-    Numbers<float> in(std::size_t{4} * kGroupRows * 3);
+    AlignedArray<float> in(std::size_t{4} * kGroupRows * 3);
     const float alphas[kGroupRows] = {0, 0.499F, 0.501F, 1, -3, 254.6F, 255, 300};
     const int levels[kGroupRows] = {0, 0, 1, 1, 0, 255, 255, 255};
     for (std::size_t row = 0; row < kGroupRows; ++row) {

@@ -50,7 +50,7 @@ std::vector<double> naiveWeights(int inputs, int outputs, int output, ResampleMe
   return weights;
 }
 
-/// Each new pixel straight from all old ones, in double precision.
+/// Each output pixel as a weighted sum of all input pixels, in double precision.
 Bitmap naiveResize(const Bitmap& source, int width, int height, ResampleMethod method) {
   return madeBy(width, height, [&](int x, int y) {
     const auto across = naiveWeights(source.width(), width, x, method);
@@ -74,10 +74,10 @@ Bitmap naiveResize(const Bitmap& source, int width, int height, ResampleMethod m
   });
 }
 
-constexpr ResampleMethod kWeighing[] = {ResampleMethod::Bilinear, ResampleMethod::Bicubic,
-                                        ResampleMethod::Decimate, ResampleMethod::Lanczos3};
+constexpr ResampleMethod kFilters[] = {ResampleMethod::Bilinear, ResampleMethod::Bicubic,
+                                       ResampleMethod::Decimate, ResampleMethod::Lanczos3};
 
-/// Holds `resize` to direct sums for each kind of vectors and of alpha.
+/// Compares `resize` with direct sums for each target and each kind of alpha.
 void expectDirectSums(Extent from, Extent to, ResampleMethod method) {
   for (const AlphaKind alpha : {AlphaKind::Opaque, AlphaKind::Any, AlphaKind::MostlyExtreme}) {
     const Bitmap picture = randomPicture(from.width, from.height, alpha);
@@ -89,16 +89,16 @@ void expectDirectSums(Extent from, Extent to, ResampleMethod method) {
   }
 }
 
-TEST(Resize, EveryKindOfVectorsIsWithinOneLevelOfDirectSums) {
-  for (const ResampleMethod method : kWeighing) {
+TEST(Resize, EveryTargetIsWithinOneLevelOfDirectSums) {
+  for (const ResampleMethod method : kFilters) {
     for (const Extent from : {Extent{1, 1}, {1, 9}, {9, 1}, {16, 7}, {33, 18}}) {
       for (const Extent to : {Extent{1, 1}, {3, 20}, {17, 4}, {35, 31}}) expectDirectSums(from, to, method);
     }
   }
 }
 
-TEST(Resize, SizesThatRepeatTheirWeightsAreWithinOneLevelToo) {
-  for (const ResampleMethod method : kWeighing) {
+TEST(Resize, SizesWithRepeatingWeightsAreWithinOneLevel) {
+  for (const ResampleMethod method : kFilters) {
     expectDirectSums({48, 32}, {24, 16}, method);
     expectDirectSums({48, 32}, {12, 8}, method);
     expectDirectSums({48, 32}, {32, 48}, method);
@@ -106,31 +106,31 @@ TEST(Resize, SizesThatRepeatTheirWeightsAreWithinOneLevelToo) {
   }
 }
 
-TEST(Resize, PicturesOfSeveralStripsAreWithinOneLevelToo) {
+TEST(Resize, PicturesOfSeveralStripsAreWithinOneLevel) {
   expectDirectSums({150, 11}, {70, 17}, ResampleMethod::Bilinear);
   expectDirectSums({129, 20}, {64, 9}, ResampleMethod::Bicubic);
   expectDirectSums({200, 9}, {33, 5}, ResampleMethod::Lanczos3);
   expectDirectSums({97, 6}, {201, 7}, ResampleMethod::Lanczos3);
 }
 
-TEST(Resize, ShapesThatAreBetterSummedLastAreWithinOneLevelToo) {
-  for (const ResampleMethod method : kWeighing) {
+TEST(Resize, ShapesWithTheVerticalPassLastAreWithinOneLevel) {
+  for (const ResampleMethod method : kFilters) {
     expectDirectSums({300, 3}, {4, 30}, method);
     expectDirectSums({65, 2}, {1, 100}, method);
   }
 }
 
-TEST(Resize, VeryStrongShrinkingIsWithinOneLevelToo) {
-  for (const ResampleMethod method : kWeighing) {
+TEST(Resize, VeryStrongShrinkingIsWithinOneLevel) {
+  for (const ResampleMethod method : kFilters) {
     expectDirectSums({900, 5}, {3, 2}, method);
     expectDirectSums({5, 900}, {2, 3}, method);
   }
 }
 
-TEST(Resize, ConstantStaysConstant) {
+TEST(Resize, AConstantPictureStaysConstant) {
   for (const Pixel value : {Pixel{1, 128, 254, 255}, Pixel{200, 3, 77, 1}, Pixel{255, 255, 255, 128}}) {
     const Bitmap picture = Bitmap::filled(37, 23, value);
-    for (const ResampleMethod method : kWeighing) {
+    for (const ResampleMethod method : kFilters) {
       for (const Extent to : {Extent{1, 1}, {5, 100}, {36, 24}, {150, 7}, {200, 200}}) {
         EXPECT_TRUE(samePicture(resize(picture, to.width, to.height, method),
                                 Bitmap::filled(to.width, to.height, value)));
@@ -139,11 +139,11 @@ TEST(Resize, ConstantStaysConstant) {
   }
 }
 
-TEST(Resize, TransparentPixelsLendNoColour) {
+TEST(Resize, TransparentPixelsAddNoColor) {
   const Bitmap picture = madeBy(40, 40, [](int x, int) {
     return x < 20 ? Pixel{255, 0, 0, 255} : Pixel{0, 255, 0, 0};
   });
-  for (const ResampleMethod method : kWeighing) {
+  for (const ResampleMethod method : kFilters) {
     for (const Extent to : {Extent{13, 13}, {90, 90}}) {
       const Bitmap result = resize(picture, to.width, to.height, method);
       for (int x = 0; x < to.width; ++x) {
@@ -154,7 +154,7 @@ TEST(Resize, TransparentPixelsLendNoColour) {
   }
 }
 
-TEST(Resize, PixelTakesTheOldPixelUnderTheCentre) {
+TEST(Resize, PixelTakesTheInputPixelUnderTheCenter) {
   const Bitmap picture = randomPicture(10, 7, AlphaKind::Any);
   for (const Extent to : {Extent{1, 1}, {5, 3}, {25, 40}, {10, 1}}) {
     EXPECT_TRUE(samePicture(resize(picture, to.width, to.height, ResampleMethod::Pixel),
@@ -174,14 +174,14 @@ TEST(Resize, DecimateAveragesWholeBlocks) {
   EXPECT_EQ(result.at(1, 0).r, 75);
 }
 
-TEST(Resize, EveryOldPixelCountsWhenShrinking) {
-  // One white pixel among black ones must leave a trace wherever it is.
+TEST(Resize, EveryInputPixelCountsWhenShrinking) {
+  // One white pixel among black ones must be visible from any position.
   for (int at = 0; at < 64; ++at) {
     const Bitmap picture = madeBy(64, 1, [&](int x, int) {
       const auto v = static_cast<std::uint8_t>(x == at ? 255 : 0);
       return Pixel{v, v, v, 255};
     });
-    for (const ResampleMethod method : kWeighing) {
+    for (const ResampleMethod method : kFilters) {
       const Bitmap result = resize(picture, 8, 1, method);
       int most = 0;
       for (int x = 0; x < 8; ++x) most = std::max<int>(most, result.at(x, 0).r);
@@ -192,7 +192,7 @@ TEST(Resize, EveryOldPixelCountsWhenShrinking) {
 
 TEST(Resize, VeryLongPicturesKeepTheirValues) {
   const Pixel value{10, 20, 30, 200};
-  for (const ResampleMethod method : kWeighing) {
+  for (const ResampleMethod method : kFilters) {
     EXPECT_TRUE(
         samePicture(resize(Bitmap::filled(300'000, 1, value), 7, 9, method), Bitmap::filled(7, 9, value)));
     EXPECT_TRUE(
@@ -201,18 +201,18 @@ TEST(Resize, VeryLongPicturesKeepTheirValues) {
   }
 }
 
-TEST(Resize, HeightZeroKeepsTheProportion) {
+TEST(Resize, HeightZeroKeepsTheAspectRatio) {
   EXPECT_EQ(resize(Bitmap::filled(400, 300), 100, 0, ResampleMethod::Bilinear).height(), 75);
   EXPECT_EQ(resize(Bitmap::filled(3, 2), 2, 0, ResampleMethod::Pixel).height(), 1);
   EXPECT_EQ(resize(Bitmap::filled(1000, 1), 10, 0, ResampleMethod::Lanczos3).height(), 1);
 }
 
-TEST(Resize, SameSizeIsTheSamePixels) {
+TEST(Resize, TheSameSizeSharesThePixels) {
   const Bitmap picture = randomPicture(8, 9, AlphaKind::Any);
   EXPECT_TRUE(resize(picture, 8, 9, ResampleMethod::Lanczos3).sharesPixelsWith(picture));
 }
 
-TEST(Resize, ImpossibleSizesAndMethodsAreErrors) {
+TEST(Resize, InvalidSizesAndMethodsAreErrors) {
   const Bitmap picture = randomPicture(8, 9, AlphaKind::Any);
   EXPECT_EQ(errorOf([&] { resize(picture, 0, 5, ResampleMethod::Bilinear); }), err::kInvalidCall);
   EXPECT_EQ(errorOf([&] { resize(picture, -3, 5, ResampleMethod::Bilinear); }), err::kInvalidCall);
