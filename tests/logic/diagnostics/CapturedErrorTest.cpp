@@ -40,7 +40,7 @@ class CapturedError : public Diagnostics {
   std::int32_t trailerLine_ = 0;
 };
 
-TEST_F(CapturedError, HasTheNumberThatSaysTheSame) {
+TEST_F(CapturedError, HasTheEquivalentNumber) {
   EXPECT_EQ(numberOf([] { throw std::bad_alloc(); }), 7);
   EXPECT_EQ(numberOf([] { std::vector<int>().at(3); }), 9);
   EXPECT_EQ(numberOf([] { (void)std::stoi("x"); }), 5);
@@ -48,7 +48,7 @@ TEST_F(CapturedError, HasTheNumberThatSaysTheSame) {
   EXPECT_EQ(numberOf([] { (void)std::get<int>(std::variant<int, bool>(true)); }), 13);
   EXPECT_EQ(numberOf([] { (void)std::optional<int>().value(); }), 91);
   EXPECT_EQ(numberOf([] { std::function<void()>()(); }), 91);
-  EXPECT_EQ(numberOf([] { throw std::runtime_error("whatever"); }), 51);
+  EXPECT_EQ(numberOf([] { throw std::runtime_error("any"); }), 51);
   EXPECT_EQ(numberOf([] { throw 5; }), 51);
 }
 
@@ -63,10 +63,10 @@ TEST_F(CapturedError, HasTheNumberOfTheSystemsError) {
   EXPECT_EQ(numberOf([] { (void)std::filesystem::file_size("/no such file"); }), 53);
 }
 
-/// What the user is told of the error that the statement raises.
-class ToldError : public testing::Test {
+/// The description of an error that the user is shown.
+class DescribedErrorTest : public testing::Test {
  protected:
-  static DescribedError told(const std::function<void()>& statement) {
+  static DescribedError described(const std::function<void()>& statement) {
     try {
       statement();
     } catch (...) {
@@ -76,7 +76,7 @@ class ToldError : public testing::Test {
   }
 };
 
-TEST_F(ToldError, OfTheStandardLibraryIsASentenceOfOurs) {
+TEST_F(DescribedErrorTest, OfTheStandardLibraryHasATextOfOurs) {
   const std::map<std::string, std::function<void()>> statements{
       {"There is no element at that position.", [] { (void)std::array<int, 2>().at(std::stoul("7")); }},
       {"There is not enough memory.", [] { throw std::bad_alloc(); }},
@@ -95,23 +95,23 @@ TEST_F(ToldError, OfTheStandardLibraryIsASentenceOfOurs) {
       {"An internal error occurred.", [] { throw std::runtime_error("library text"); }},
       {"An error of an unknown kind was raised.", [] { throw 5; }},
   };
-  for (const auto& [sentence, statement] : statements) EXPECT_EQ(told(statement).Description, sentence);
+  for (const auto& [sentence, statement] : statements) EXPECT_EQ(described(statement).Description, sentence);
 }
 
-TEST_F(ToldError, KeepsTheLibrarysTextForDevelopers) {
-  EXPECT_EQ(told([] { throw std::runtime_error("library text"); }).Source, "library text");
+TEST_F(DescribedErrorTest, KeepsTheLibrarysTextForDevelopers) {
+  EXPECT_EQ(described([] { throw std::runtime_error("library text"); }).Source, "library text");
 }
 
-TEST_F(ToldError, OfAHostsOwnClassKeepsItsText) {
+TEST_F(DescribedErrorTest, OfAHostsClassKeepsItsText) {
   struct HostError : std::runtime_error {
     using std::runtime_error::runtime_error;
   };
-  const DescribedError error = told([] { throw HostError("The archive is offline."); });
+  const DescribedError error = described([] { throw HostError("The archive is offline."); });
   EXPECT_EQ(error.Description, "The archive is offline.");
   EXPECT_EQ(error.Number, 51);
 }
 
-TEST_F(ToldError, ThatWasReportedIsNotForABox) {
+TEST_F(DescribedErrorTest, ThatWasReportedIsNotShownAgain) {
   try {
     throw RuntimeError(err::kReported);
   } catch (...) {
@@ -125,7 +125,7 @@ TEST_F(ToldError, ThatWasReportedIsNotForABox) {
 }
 
 TEST_F(CapturedError, RaisedElsewhereHasTheLineOfItsTrailer) {
-  // Made before the procedure was entered, so the procedure isn't on the error's stack.
+  // Raised before the procedure was entered, so the procedure isn't on the error's stack.
   std::exception_ptr kept;
   try {
     throw RuntimeError(err::kInvalidCall, "Kept.");
@@ -143,7 +143,7 @@ TEST(ModuleFiles, NameTheModuleByTheFile) {
   EXPECT_EQ(qdk::ModuleName("modImgX.cpp"), "modImgX");
 }
 
-TEST(ModuleFiles, NumberEachFurtherFileOfAModuleFromAMultipleOf50000) {
+TEST(ModuleFiles, NumberEachFurtherFileFromAMultipleOf50000) {
   EXPECT_EQ(qdk::LineNumber("/src/settings/Options.cpp", 55), 275);
   EXPECT_EQ(qdk::LineNumber("/src/editor/ImageProcessingCtl.cpp", 1), 5);
   EXPECT_EQ(qdk::LineNumber("/src/editor/ImageProcessingCtl.Files.cpp", 1), 50'005);
@@ -151,7 +151,7 @@ TEST(ModuleFiles, NumberEachFurtherFileOfAModuleFromAMultipleOf50000) {
   EXPECT_EQ(qdk::LineNumber("/src/editor/ImageProcessingCtl.Thumbnails.cpp", 10), 400'050);
 }
 
-TEST(ModuleFiles, GiveEachFileOfAModuleAPlaceOfItsOwn) {
+TEST(ModuleFiles, GiveEachFileOfAModuleItsOwnLineRange) {
   std::map<std::string, std::set<std::int32_t>> places;
   int furtherFiles = 0;
   for (const char* folder :
@@ -164,14 +164,14 @@ TEST(ModuleFiles, GiveEachFileOfAModuleAPlaceOfItsOwn) {
       const std::int32_t place = qdk::LineNumber(name, 0) / 50'000;
       EXPECT_TRUE(places[qdk::ModuleName(name)].insert(place).second)
           << name << " shares the numbers of another file";
-      // The bases of the dialogs are further files of each dialog's module.
+      // The base classes of the dialogs belong to the module of each dialog.
       const bool isShared = name == "DialogBase.cpp" || name == "PreviewDialog.cpp";
       const bool isFurther = isShared || name != qdk::ModuleName(name) + ".cpp";
       EXPECT_EQ(isFurther, place > 0) << name;
       furtherFiles += isFurther ? 1 : 0;
     }
   }
-  EXPECT_GE(furtherFiles, 11) << "the tree was looked at";
+  EXPECT_GE(furtherFiles, 11) << "the source tree was searched";
 }
 
 }  // namespace

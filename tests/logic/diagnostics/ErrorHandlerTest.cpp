@@ -64,7 +64,7 @@ void InNoClass() {
   }
 }
 
-/// Can't be rendered: it fails while its elements are asked for.
+/// Can't be rendered: enumerating its elements fails.
 class BrokenList : public Object {
  public:
   std::string TypeName() const override { return "BrokenList"; }
@@ -94,8 +94,8 @@ void CallerOfTheBrokenLocal() {
   }
 }
 
-/// Notes what the reporting object is asked, and does what a test sets when one is looked for.
-class NotingFactory : public ObjectFactory {
+/// Records the calls of the reporting object, and runs a hook of the test when one is created.
+class RecordingFactory : public ObjectFactory {
  public:
   std::unique_ptr<ErrorReporter> CreateErrorReporter(const std::string&) override {
     if (const auto doing = std::exchange(onFirstSearch, nullptr)) doing();
@@ -111,7 +111,7 @@ class NotingFactory : public ObjectFactory {
  private:
   class Reporter : public ErrorReporter {
    public:
-    explicit Reporter(NotingFactory& owner) : owner_(owner) {}
+    explicit Reporter(RecordingFactory& owner) : owner_(owner) {}
     void ErrorHandler(std::int32_t&, const std::string&, const std::string&, const std::string&,
                       const std::string&, std::int32_t&, const std::string&, const std::string&) override {
       owner_.log += "ErrorHandler ";
@@ -122,14 +122,14 @@ class NotingFactory : public ObjectFactory {
     }
 
    private:
-    NotingFactory& owner_;
+    RecordingFactory& owner_;
   };
 };
 
-class NotingPlatform : public fakes::FakePlatform {
+class RecordingPlatform : public fakes::FakePlatform {
  public:
-  NotingFactory noting;
-  kestrel::ObjectFactory& ObjectFactory() override { return noting; }
+  RecordingFactory recording;
+  kestrel::ObjectFactory& ObjectFactory() override { return recording; }
 };
 
 class ErrorHandler : public Diagnostics {
@@ -154,7 +154,7 @@ TEST_F(ErrorHandler, WithoutAReportingObjectShowsOneBoxAndTheCallerGoesOn) {
   EXPECT_EQ(platform_.factory.asked, std::vector<std::string>{"BrindleError.Error"});
 }
 
-TEST_F(ErrorHandler, KeepsWhatItCaptured) {
+TEST_F(ErrorHandler, KeepsTheCapturedError) {
   painter_.Inner(1);
   EXPECT_EQ(state().qdkErrorNumber, 61);
   EXPECT_EQ(state().qdkErrorDescription, "The disk is full.");
@@ -163,7 +163,7 @@ TEST_F(ErrorHandler, KeepsWhatItCaptured) {
   EXPECT_EQ(state().qdkVariableDump, "<i>0</i>\r\n<Text></Text>\r\n");
 }
 
-TEST_F(ErrorHandler, GivesTheReportingObjectItsEightArguments) {
+TEST_F(ErrorHandler, PassesEightArgumentsToTheReportingObject) {
   platform_.factory.present = true;
   EXPECT_THROW(painter_.Inner(4), RuntimeError);
   ASSERT_EQ(reports().size(), 1u);
@@ -193,20 +193,20 @@ TEST_F(ErrorHandler, GivesTheReportingObjectItsEightArguments) {
   EXPECT_TRUE(boxes().empty());
 }
 
-TEST_F(ErrorHandler, HandsTheReportOverAndReadsTheActionThen) {
-  NotingPlatform platform;
+TEST_F(ErrorHandler, PassesTheReportThenReadsTheAction) {
+  RecordingPlatform platform;
   platform.lines = &lines_;
-  platform.noting.present = true;
+  platform.recording.present = true;
   modTollgarthSupport::Attach(&platform);
   EXPECT_THROW(painter_.Inner(4), RuntimeError);
-  EXPECT_EQ(platform.noting.log, "create ErrorHandler Action ");
+  EXPECT_EQ(platform.recording.log, "create ErrorHandler Action ");
   modTollgarthSupport::Attach(&platform_);
 }
 
-TEST_F(ErrorHandler, TellsTheErrorThatItWasGivenWhateverFailsOnTheWay) {
-  NotingPlatform platform;
+TEST_F(ErrorHandler, ReportsItsErrorEvenIfReportingFails) {
+  RecordingPlatform platform;
   platform.lines = &lines_;
-  platform.noting.onFirstSearch = InNoClass;
+  platform.recording.onFirstSearch = InNoClass;
   modTollgarthSupport::Attach(&platform);
   painter_.Inner(1);
   ASSERT_EQ(platform.boxes.boxes.size(), 2u);
@@ -234,7 +234,7 @@ TEST_F(ErrorHandler, KeepsItsFieldsUntilTheNextError) {
   EXPECT_EQ(state().qdkErrorSource, "");
 }
 
-TEST_F(ErrorHandler, HasFieldsOfItsOwnOnEachThread) {
+TEST_F(ErrorHandler, HasItsOwnFieldsOnEachThread) {
   painter_.Inner(1);
   std::int32_t number = -1;
   bool attached = true;
@@ -257,7 +257,7 @@ TEST_F(ErrorHandler, Raises91OnAThreadWithoutAPlatform) {
   }
 }
 
-TEST_F(ErrorHandler, SaysNoneForWhatAProcedureDoesNotHave) {
+TEST_F(ErrorHandler, WritesNoneForMissingVariables) {
   platform_.factory.present = true;
   EXPECT_THROW(InNoClass(), RuntimeError);
   const std::string& text = reports().at(0).variables;
@@ -267,7 +267,7 @@ TEST_F(ErrorHandler, SaysNoneForWhatAProcedureDoesNotHave) {
   EXPECT_TRUE(text.ends_with("</GlobalVariables>\r\n</Variables>\r\n<Parameters>\r\n{None}</Parameters>"));
 }
 
-TEST_F(ErrorHandler, ThenRaises65535WhichClimbsLevelByLevel) {
+TEST_F(ErrorHandler, ThenRaises65535ThroughEachLevel) {
   platform_.factory.present = true;
   try {
     painter_.Forwarding();
@@ -291,7 +291,7 @@ TEST_F(ErrorHandler, ThenRaises65535WhichClimbsLevelByLevel) {
   EXPECT_EQ(platform_.factory.asked.size(), 3u);
 }
 
-TEST_F(ErrorHandler, LetsAnErrorThatItCanNotReportReachTheCaller) {
+TEST_F(ErrorHandler, RethrowsAnErrorThatItCannotReport) {
   modTollgarthSupport::Attach(nullptr);
   try {
     painter_.Inner(1);
@@ -301,8 +301,9 @@ TEST_F(ErrorHandler, LetsAnErrorThatItCanNotReportReachTheCaller) {
   }
 }
 
-TEST_F(ErrorHandler, ShowsTheBoxOfAnErrorWithinABox) {
-  // The second failure enters the same fields while the first one's box is up; its text is built already.
+TEST_F(ErrorHandler, ShowsTheBoxOfAnErrorDuringABox) {
+  // The second error overwrites the fields while the first one's box is open; the first text is already
+  // built.
   class Nested : public fakes::FakeUserInterface {
    public:
     std::int32_t MessageBox(const std::string& text, std::int32_t style, const std::string& title,
@@ -329,7 +330,7 @@ TEST_F(ErrorHandler, ShowsTheBoxOfAnErrorWithinABox) {
   modTollgarthSupport::Attach(&platform_);
 }
 
-TEST_F(ErrorHandler, SkipsAFailingStatementOfPlumbing) {
+TEST_F(ErrorHandler, ResumesAfterAFailingStatement) {
   std::string done;
   const auto step = [&done](const char* name, bool fails) {
     if (fails) throw RuntimeError(err::kInvalidCall, "Invalid.");

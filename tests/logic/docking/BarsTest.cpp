@@ -1,4 +1,4 @@
-// Bars, panels and dock windows, and what is told to those who show them.
+// Bars, panels and dock windows, and the notifications for the view.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -47,7 +47,7 @@ class BarsTest : public testing::Test {
   CommandModel& command(const std::string& key) { return suite.Commands().Item(key); }
 };
 
-TEST_F(BarsTest, AreFoundByNameWhateverItsCase) {
+TEST_F(BarsTest, AreFoundByNameInAnyCase) {
   EXPECT_EQ(suite.CommandBars().Count(), 3);
   EXPECT_EQ(suite.CommandBars()("status bar").Name(), "Status Bar");
   EXPECT_EQ(errorOf([&] { suite.CommandBars().Item("Nothing"); }), 5);
@@ -62,7 +62,7 @@ TEST_F(BarsTest, StartAsTheLayoutSays) {
   EXPECT_EQ(bar.row(), 1);
 }
 
-TEST_F(BarsTest, TellBeforeTheyHideOrShowAndWhoDidIt) {
+TEST_F(BarsTest, NotifyBeforeHidingOrShowingWithTheCause) {
   CommandBarModel& bar = suite.CommandBars().Item("Status Bar");
   bar.Visible(false);
   bar.show(true, kReasonUser);
@@ -70,7 +70,7 @@ TEST_F(BarsTest, TellBeforeTheyHideOrShowAndWhoDidIt) {
                                   "update Status Bar"));
 }
 
-TEST_F(BarsTest, StayAsTheyAreWhenAHandlerCancels) {
+TEST_F(BarsTest, StayUnchangedWhenAHandlerCancels) {
   cancelled = true;
   CommandBarModel& bar = suite.CommandBars().Item("Status Bar");
   bar.show(false, kReasonUser);
@@ -78,13 +78,13 @@ TEST_F(BarsTest, StayAsTheyAreWhenAHandlerCancels) {
   EXPECT_THAT(events, ElementsAre("hiding Status Bar 1"));
 }
 
-TEST_F(BarsTest, SayNothingWhenTheyAreAsWantedAlready) {
+TEST_F(BarsTest, RaiseNothingWhenAlreadyInThatState) {
   suite.CommandBars().Item("Status Bar").Visible(true);
   suite.CommandBars().Item("Standard").Visible(false);
   EXPECT_THAT(events, IsEmpty());
 }
 
-TEST_F(BarsTest, AreListedForTheUserUnlessTheProgramSaysOtherwise) {
+TEST_F(BarsTest, AreListedForTheUserUnlessExcluded) {
   CommandBarModel& bar = suite.CommandBars().Item("Status Bar");
   EXPECT_TRUE(bar.Listed());
   bar.Listed(false);
@@ -92,7 +92,7 @@ TEST_F(BarsTest, AreListedForTheUserUnlessTheProgramSaysOtherwise) {
   EXPECT_TRUE(bar.Visible());
 }
 
-TEST_F(BarsTest, GiveTheirEntriesByPlaceAndByKey) {
+TEST_F(BarsTest, ReturnTheirEntriesByIndexAndByKey) {
   BarEntriesModel& entries = command("mnuFile").Bar().Entries();
   EXPECT_EQ(entries.Count(), 4);
   EXPECT_EQ(entries.Item(3).Key(), "mnuRecent");
@@ -128,7 +128,7 @@ TEST_F(BarsTest, PutASeparatorBeforeAnEntryThatBeginsAGroup) {
   EXPECT_THAT(events, ElementsAre("update mnuFile", "update mnuFile"));
 }
 
-TEST_F(BarsTest, DockWindowsTellBeforeTheyHideOrShow) {
+TEST_F(BarsTest, DockWindowsNotifyBeforeHidingOrShowing) {
   DockWindow& window = suite.DockWindows()("DKWZOOM");
   EXPECT_EQ(window.Caption(), "Zoom");
   EXPECT_TRUE(window.Visible());
@@ -163,7 +163,7 @@ TEST_F(BarsTest, PanelsShowTheCaptionOfTheirCommand) {
   EXPECT_EQ(errorOf([&] { suite.StatusPanel("btnOpen"); }), 5);
 }
 
-TEST_F(BarsTest, ProgressPanelsKeepTheirProgressBetweenNothingAndAll) {
+TEST_F(BarsTest, ProgressPanelsClampTheirProgress) {
   StatusPanelModel& panel = suite.StatusPanel("Progress");
   panel.ProgressMin(1);
   panel.ProgressMax(101);
@@ -178,7 +178,7 @@ TEST_F(BarsTest, ProgressPanelsKeepTheirProgressBetweenNothingAndAll) {
   EXPECT_TRUE(command("Progress").showsProgress());
 }
 
-TEST_F(BarsTest, ChangesAreToldOnceEachWhenRedrawComesBack) {
+TEST_F(BarsTest, ChangesAreNotifiedOnceWhenRedrawResumes) {
   suite.Redraw(false);
   command("btnClose").Enabled(false);
   command("btnOpen").Enabled(false);
@@ -191,7 +191,7 @@ TEST_F(BarsTest, ChangesAreToldOnceEachWhenRedrawComesBack) {
   EXPECT_EQ(events.size(), 2u);
 }
 
-TEST_F(BarsTest, NothingIsToldForALetWithThePresentValue) {
+TEST_F(BarsTest, SettingTheCurrentValueNotifiesNobody) {
   command("btnOpen").Enabled(true);
   command("btnOpen").Caption("&Open...");
   suite.DockFunctions().SetChecked(command("btnClose"), true);
@@ -200,18 +200,18 @@ TEST_F(BarsTest, NothingIsToldForALetWithThePresentValue) {
 }
 
 TEST_F(BarsTest, TheStyleIsOneOfThree) {
-  int told = 0;
-  const Connection style = suite.StyleUpdated.Connect([&] { ++told; });
+  int calls = 0;
+  const Connection style = suite.StyleUpdated.Connect([&] { ++calls; });
   suite.DockFunctions().SetStyle(suite, 2);
   suite.DockFunctions().SetStyle(suite, 2);
   EXPECT_EQ(suite.style(), 2);
-  EXPECT_EQ(told, 1);
+  EXPECT_EQ(calls, 1);
   EXPECT_EQ(errorOf([&] { suite.DockFunctions().SetStyle(suite, 3); }), 5);
   EXPECT_EQ(errorOf([&] { suite.DockFunctions().SetStyle(suite, -1); }), 5);
 }
 
 TEST_F(BarsTest, FormsAreAttachedByThePlatform) {
-  Form* form = reinterpret_cast<Form*>(&suite);  // only its address goes through
+  Form* form = reinterpret_cast<Form*>(&suite);  // only its address is used
   suite.DockFunctions().AttachForm(suite.DockWindows().Item("dkwZoom"), *form);
   EXPECT_THAT(suite.attached, ElementsAre(std::pair(std::string("dkwZoom"), form)));
 }

@@ -1,4 +1,4 @@
-// No damaged block is read, and none does any harm.
+// Damaged blocks are refused and harmless.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -27,7 +27,7 @@ using testing::HasSubstr;
 using testing::StartsWith;
 using Block = std::vector<std::byte>;
 
-/// Gives the block the checksum of what it holds now, so that what lies behind the checksum is tested too.
+/// Updates the checksum, so that the checks after it are tested, too.
 void repairChecksum(std::span<std::byte> block) {
   const std::uint32_t sum = layoutChecksum(block);
   for (std::size_t i = 0; i < 4; ++i) {
@@ -35,7 +35,7 @@ void repairChecksum(std::span<std::byte> block) {
   }
 }
 
-/// The sentence with which the block is refused, or nothing if it is read.
+/// The error text if the block is refused, nothing if it is read.
 std::optional<std::string> refusal(std::span<const std::byte> block) {
   try {
     readLayout(block);
@@ -48,7 +48,7 @@ std::optional<std::string> refusal(std::span<const std::byte> block) {
   }
 }
 
-/// Reads a block that may be anything: it is refused, or what it gives is sound.
+/// Reads a block, which must be refused or give a consistent layout.
 void expectRefusedOrSound(std::span<const std::byte> block) {
   try {
     EXPECT_EQ(inconsistencyIn(readLayout(block)), "");
@@ -57,14 +57,14 @@ void expectRefusedOrSound(std::span<const std::byte> block) {
   }
 }
 
-TEST(DamagedLayout, IsRefusedCutShortAtEveryLength) {
+TEST(DamagedLayout, IsRefusedWhenTruncatedAtAnyLength) {
   const Block block = writeLayout(smallLayout());
   for (std::size_t length = 0; length < block.size(); ++length) {
     EXPECT_TRUE(refusal(std::span(block).first(length))) << length;
   }
 }
 
-TEST(DamagedLayout, IsRefusedCutShortEvenWhenTheChecksumFits) {
+TEST(DamagedLayout, IsRefusedWhenTruncatedWithACorrectChecksum) {
   const Block block = writeLayout(smallLayout());
   for (std::size_t length = layout_format::kHeaderSize; length < block.size(); ++length) {
     Block cut(block.begin(), block.begin() + static_cast<std::ptrdiff_t>(length));
@@ -73,7 +73,7 @@ TEST(DamagedLayout, IsRefusedCutShortEvenWhenTheChecksumFits) {
   }
 }
 
-TEST(DamagedLayout, IsRefusedWithAnyByteFlippedWhollyOrInOneBit) {
+TEST(DamagedLayout, IsRefusedWithAnyByteOrBitFlipped) {
   Block block = writeLayout(smallLayout());
   for (std::size_t i = 0; i < block.size(); ++i) {
     for (const int mask : {0xFF, 1 << (i % 8)}) {
@@ -84,7 +84,7 @@ TEST(DamagedLayout, IsRefusedWithAnyByteFlippedWhollyOrInOneBit) {
   }
 }
 
-TEST(DamagedLayout, DoesNoHarmWithAnyByteChangedAndTheChecksumFitting) {
+TEST(DamagedLayout, IsHarmlessWithAnyByteChangedAndACorrectChecksum) {
   const Block block = writeLayout(smallLayout());
   for (std::size_t i = layout_format::kHeaderSize - 12; i < block.size(); ++i) {
     for (const int value : {0x00, 0x01, 0x7F, 0x80, 0xFF}) {
@@ -96,7 +96,7 @@ TEST(DamagedLayout, DoesNoHarmWithAnyByteChangedAndTheChecksumFitting) {
   }
 }
 
-TEST(DamagedLayout, OfTheEditorIsRefusedCutShortOrChanged) {
+TEST(DamagedLayout, OfTheEditorIsRefusedWhenTruncatedOrChanged) {
   const auto dialog = resources::dialogLayout();
   for (std::size_t length = 0; length < dialog.size(); length += 499) {
     EXPECT_TRUE(refusal(dialog.first(length))) << length;
@@ -109,14 +109,14 @@ TEST(DamagedLayout, OfTheEditorIsRefusedCutShortOrChanged) {
   }
 }
 
-TEST(DamagedLayout, IsRefusedWithSomethingBehindItsEnd) {
+TEST(DamagedLayout, IsRefusedWithBytesAfterItsEnd) {
   Block block = writeLayout(smallLayout());
   block.push_back(std::byte{0});
   repairChecksum(block);
   EXPECT_TRUE(refusal(block));
 }
 
-TEST(DamagedLayout, SaysWhatIsWrongWithTheHeader) {
+TEST(DamagedLayout, ReportsTheErrorInTheHeader) {
   const auto with = [](std::size_t offset, unsigned char value) {
     Block block = writeLayout(smallLayout());
     block[offset] = static_cast<std::byte>(value);
@@ -139,7 +139,7 @@ TEST(DamagedLayout, IsRefusedWhenItIsLargerThanAnyLayout) {
   EXPECT_THAT(refusal(block).value_or("read"), HasSubstr("it is larger than any layout"));
 }
 
-/// A stream of one item that is written here number by number.
+/// The error text for a stream of one item, built from these numbers.
 std::optional<std::string> streamRefusal(std::initializer_list<std::uint32_t> words) {
   Block stream;
   for (const std::uint32_t word : words) {
@@ -153,12 +153,12 @@ std::optional<std::string> streamRefusal(std::initializer_list<std::uint32_t> wo
   }
 }
 
-TEST(DamagedStream, ThatClaimsFourThousandMillionItemsIsRefusedBeforeAnythingIsReserved) {
+TEST(DamagedStream, ThatClaimsFourBillionItemsIsRefusedBeforeAllocating) {
   EXPECT_THAT(streamRefusal({2, 5, 0, 0xFFFFFFFF}).value_or("read"),
               HasSubstr("an object claims more items than there are"));
 }
 
-/// A number of objects, each the only item of the one before.
+/// Objects nested to this depth, each the only item of its parent.
 Block nested(int depth) {
   Block stream;
   for (int level = 1; level <= depth; ++level) {
@@ -192,7 +192,7 @@ TEST(DamagedStream, WithATextOfOddLengthIsRefused) {
               HasSubstr("a text has an invalid length"));
 }
 
-/// The sentence with which the small layout is refused after a change of its tag stream.
+/// The error text for the small layout after a change of its tag stream.
 std::string refusalAfter(const std::function<void(TagItem::Items&)>& change) {
   Block block = writeLayout(smallLayout());
   const auto stream = block.begin() + layout_format::kHeaderSize;
@@ -219,7 +219,7 @@ TEST(DamagedStream, WithObjectsOutOfOrderIsRefused) {
               HasSubstr("the objects of a collection are not in order"));
 }
 
-TEST(DamagedStream, WhoseBooksDoNotFitItsCommandsIsRefused) {
+TEST(DamagedStream, WithWrongCommandCountsOrPositionsIsRefused) {
   EXPECT_THAT(refusalAfter([](TagItem::Items& top) { itemsOf(top[3])[0].value = std::int32_t{7}; }),
               HasSubstr("its command count is wrong"));
   EXPECT_THAT(refusalAfter([](TagItem::Items& top) { itemsOf(top[3])[2].value = std::int32_t{6}; }),
@@ -239,20 +239,20 @@ TEST(DamagedStream, WithAnUnknownEdgeIsRefused) {
       HasSubstr("a field has an unknown value"));
 }
 
-TEST(DamagedStream, WithAReferenceToNothingIsRefused) {
+TEST(DamagedStream, WithAnUnknownReferenceIsRefused) {
   EXPECT_THAT(refusalAfter([](TagItem::Items& top) { itemsOf(top[6]).clear(); }),
               HasSubstr("it refers to an unknown identifier"));
 }
 
-TEST(DamagedStream, WithAnIdentifierThatStandsTwiceIsRefused) {
+TEST(DamagedStream, WithADuplicateIdentifierIsRefused) {
   EXPECT_THAT(refusalAfter([](TagItem::Items& top) {
                 itemsOf(itemsOf(top[2])[1])[0].value = itemsOf(itemsOf(top[2])[0])[0].value;
               }),
               HasSubstr("an identifier is defined twice"));
 }
 
-/// What a layout says of itself after one change.
-std::string contradictionAfter(const std::function<void(StoredLayout&)>& change) {
+/// The inconsistency of the small layout after one change.
+std::string inconsistencyAfter(const std::function<void(StoredLayout&)>& change) {
   StoredLayout layout = smallLayout();
   change(layout);
   const std::string found = inconsistencyIn(layout);
@@ -260,37 +260,37 @@ std::string contradictionAfter(const std::function<void(StoredLayout&)>& change)
   return found;
 }
 
-TEST(ContradictoryLayout, IsNotWritten) {
+TEST(InconsistentLayout, IsNotWritten) {
   EXPECT_EQ(inconsistencyIn(smallLayout()), "");
-  EXPECT_EQ(contradictionAfter([](auto& layout) { layout.commands[1].key = "BTNOPEN"; }),
+  EXPECT_EQ(inconsistencyAfter([](auto& layout) { layout.commands[1].key = "BTNOPEN"; }),
             "the command \"BTNOPEN\" is defined twice");
-  EXPECT_EQ(contradictionAfter([](auto& layout) { layout.commands[0].key = ""; }), "a command has no name");
-  EXPECT_EQ(contradictionAfter([](auto& layout) { layout.commands[0].category = "Nowhere"; }),
+  EXPECT_EQ(inconsistencyAfter([](auto& layout) { layout.commands[0].key = ""; }), "a command has no name");
+  EXPECT_EQ(inconsistencyAfter([](auto& layout) { layout.commands[0].category = "Nowhere"; }),
             "the category \"Nowhere\" of \"btnOpen\" does not exist");
-  EXPECT_EQ(contradictionAfter([](auto& layout) { layout.commands[0].image = "Nothing"; }),
+  EXPECT_EQ(inconsistencyAfter([](auto& layout) { layout.commands[0].image = "Nothing"; }),
             "the image \"Nothing\" of \"btnOpen\" does not exist");
-  EXPECT_EQ(contradictionAfter([](auto& layout) { layout.bars[1].entries[0].command = "btnNone"; }),
+  EXPECT_EQ(inconsistencyAfter([](auto& layout) { layout.bars[1].entries[0].command = "btnNone"; }),
             "the entry \"btnNone\" of \"Standard\" does not exist");
-  EXPECT_EQ(contradictionAfter([](auto& layout) { layout.commands[5].menu[0].command = "btnNone"; }),
+  EXPECT_EQ(inconsistencyAfter([](auto& layout) { layout.commands[5].menu[0].command = "btnNone"; }),
             "the entry \"btnNone\" of \"mnuFile\" does not exist");
-  EXPECT_EQ(contradictionAfter([](auto& layout) { layout.commands[0].type = 3; }),
+  EXPECT_EQ(inconsistencyAfter([](auto& layout) { layout.commands[0].type = 3; }),
             "the command \"btnOpen\" has an unknown type");
-  EXPECT_EQ(contradictionAfter([](auto& layout) {
+  EXPECT_EQ(inconsistencyAfter([](auto& layout) {
               layout.commands[0].menu = {{"btnClose", false}};
             }),
             "the command \"btnOpen\" has entries but is not a menu");
-  EXPECT_EQ(contradictionAfter([](auto& layout) { layout.dockWindows[0].pane = "Left"; }),
+  EXPECT_EQ(inconsistencyAfter([](auto& layout) { layout.dockWindows[0].pane = "Left"; }),
             "the pane \"Left\" of \"dkwZoom\" does not exist");
-  EXPECT_EQ(contradictionAfter([](auto& layout) { layout.images[0].normal.width = 8; }),
+  EXPECT_EQ(inconsistencyAfter([](auto& layout) { layout.images[0].normal.width = 8; }),
             "the image \"Open\" is not 16 by 16 pixels");
 }
 
-TEST(ContradictoryLayout, HasAMenuThatContainsItselfByAnyWay) {
-  EXPECT_EQ(contradictionAfter([](auto& layout) {
+TEST(InconsistentLayout, IsOneWithAMenuThatContainsItself) {
+  EXPECT_EQ(inconsistencyAfter([](auto& layout) {
               layout.commands[5].menu.push_back({"mnuFile", false});
             }),
             "the menu \"mnuFile\" contains itself");
-  EXPECT_EQ(contradictionAfter([](auto& layout) {
+  EXPECT_EQ(inconsistencyAfter([](auto& layout) {
               StoredCommand inner;
               inner.type = kCommandMenu;
               inner.key = "mnuInner";
@@ -301,11 +301,11 @@ TEST(ContradictoryLayout, HasAMenuThatContainsItselfByAnyWay) {
             "the menu \"mnuFile\" contains itself");
 }
 
-TEST(ContradictoryLayout, IsNotRead) {
+TEST(InconsistentLayout, IsNotRead) {
   Block block = writeLayout(smallLayout());
   const Block open = wideFromUtf8(stableGuid("command", "btnOpen"));
   const Block file = wideFromUtf8(stableGuid("command", "mnuFile"));
-  // Behind its own definition the command is mentioned first by its entry in the menu.
+  // After its definition the command is first referred to by its menu entry.
   const auto definition = std::search(block.begin(), block.end(), open.begin(), open.end());
   const auto entry = std::search(definition + 1, block.end(), open.begin(), open.end());
   ASSERT_NE(entry, block.end());

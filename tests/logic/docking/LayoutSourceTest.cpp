@@ -13,13 +13,13 @@ namespace {
 using testing::ElementsAre;
 using tools::parseLayoutSource;
 
-TEST(LayoutSource, TellsOneThingOfEveryKind) {
+TEST(LayoutSource, ReadsOneItemOfEveryKind) {
   const StoredLayout layout = parseLayoutSource(R"(
 # A comment, and a blank line before it.
 font "Sans Serif" 9
 images "Open" "Save"
 category "File"
-button btnOpen        # a comment behind a word
+button btnOpen        # a comment after a word
   caption "&Open # 1"
   short "Open"
   description "Opens"
@@ -81,7 +81,7 @@ std::string failure(const char* text) {
   }
 }
 
-TEST(LayoutSource, NamesTheLineThatItCannotRead) {
+TEST(LayoutSource, ReportsTheLineOfAnError) {
   EXPECT_EQ(failure("\n\nbuton btnOpen"), "Line 3: \"buton\" is not allowed here");
   EXPECT_EQ(failure("caption \"x\""), "Line 1: \"caption\" is not allowed here");
   EXPECT_EQ(failure("button btnA\n  edge top"), "Line 2: \"edge\" is not allowed here");

@@ -13,7 +13,7 @@
 namespace kestrel::resources {
 namespace {
 
-TEST(Icons, AreThereForEveryImageOfTheEditorAndTheBrowser) {
+TEST(Icons, ExistForEveryImageOfTheEditorAndTheBrowser) {
   for (const auto& image : docking::readLayout(dialogLayout()).images) {
     EXPECT_FALSE(iconSvg(image.name).empty()) << image.name;
   }
@@ -23,28 +23,28 @@ TEST(Icons, AreThereForEveryImageOfTheEditorAndTheBrowser) {
   EXPECT_TRUE(iconSvg("No such icon").empty());
 }
 
-TEST(Icons, AreFiledInSmallLettersWithHyphens) {
+TEST(Icons, HaveLowerCaseNamesWithHyphens) {
   EXPECT_EQ(iconFileName("Image-Save 2"), "image-save-2.svg");
   EXPECT_EQ(iconFileName("Zoom2"), "zoom2.svg");
 }
 
-/// Every colour named in an SVG, as "#rrggbb".
-std::vector<std::string> coloursIn(std::string_view svg) {
-  std::vector<std::string> colours;
+/// Every color named in an SVG, as "#rrggbb".
+std::vector<std::string> colorsIn(std::string_view svg) {
+  std::vector<std::string> colors;
   for (std::size_t at = svg.find('#'); at != svg.npos; at = svg.find('#', at + 1)) {
-    colours.emplace_back(svg.substr(at, 7));
+    colors.emplace_back(svg.substr(at, 7));
   }
-  return colours;
+  return colors;
 }
 
-TEST(Icons, UseTheNeutralAndTheAccentColourAlone) {
+TEST(Icons, UseTheNeutralAndTheAccentColorAlone) {
   for (const EmbeddedFile& file : embeddedFiles()) {
     if (!file.name.ends_with(".svg")) continue;
     const std::string_view svg(reinterpret_cast<const char*>(file.bytes.data()), file.bytes.size());
     EXPECT_TRUE(svg.find("viewBox=\"0 0 24 24\"") != svg.npos) << file.name;
-    EXPECT_FALSE(coloursIn(svg).empty()) << file.name;
-    for (const std::string& colour : coloursIn(svg)) {
-      EXPECT_TRUE(colour == kIconNeutral || colour == kIconAccent) << file.name << ' ' << colour;
+    EXPECT_FALSE(colorsIn(svg).empty()) << file.name;
+    for (const std::string& color : colorsIn(svg)) {
+      EXPECT_TRUE(color == kIconNeutral || color == kIconAccent) << file.name << ' ' << color;
     }
   }
 }

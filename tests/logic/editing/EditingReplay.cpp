@@ -52,7 +52,7 @@ std::shared_ptr<ImgX> EditingReplay::load(const Bitmap& bitmap) {
   return object;
 }
 
-Bitmap EditingReplay::worked(const Bitmap& bitmap, const Work& work) {
+Bitmap EditingReplay::edited(const Bitmap& bitmap, const Work& work) {
   const auto object = load(bitmap);
   work(*object);
   return engine::bitmapOf(*object->Image());
@@ -84,29 +84,29 @@ void EditingReplay::levels(std::int32_t value) {
 
 Bitmap EditingReplay::section() {
   const Rectangle area = upright(selection_);
-  return worked(now_.picture,
+  return edited(now_.picture,
                 [&](ImgX& object) { object.Effects().Crop(area.Left, area.Top, area.Width, area.Height); });
 }
 
-void EditingReplay::layBack(bool asStep) {
+void EditingReplay::drawBack(bool asStep) {
   const Rectangle area = upright(selection_);
   const Point corner{std::max(area.Left, 0), std::max(area.Top, 0)};
   visible_ = false;
   if (!overlaps(now_.picture, scratch_, corner)) return;
   if (asStep) remember();
   const auto top = load(scratch_);
-  now_.picture = worked(
+  now_.picture = edited(
       now_.picture, [&](ImgX& object) { object.Draw().ImageWithAlpha(*top->Image(), corner.X, corner.Y); });
 }
 
 void EditingReplay::operate(bool onSelection, const Work& work) {
-  if (!onSelection || !hasSelection()) return step(worked(now_.picture, work));
-  scratch_ = worked(section(), work);
-  layBack(true);
+  if (!onSelection || !hasSelection()) return step(edited(now_.picture, work));
+  scratch_ = edited(section(), work);
+  drawBack(true);
 }
 
-void EditingReplay::maskedShadow(const Asked& asked) {
-  const auto& [offsetX, offsetY, color, opacity, blur, automatic] = asked.with;
+void EditingReplay::maskedShadow(const EditRequest& request) {
+  const auto& [offsetX, offsetY, color, opacity, blur, automatic] = request.arguments;
   const bool onSelection = hasSelection();
   remember();
   const Point corner = onSelection ? Point{selection_.Left, selection_.Top} : Point{};
@@ -118,10 +118,10 @@ void EditingReplay::maskedShadow(const Asked& asked) {
     object.Effects().DropShadow(x, y, Colour(shade, static_cast<std::uint8_t>(alpha)), level, true);
   };
   if (onSelection) {
-    scratch_ = worked(section(), work);
-    layBack(false);
+    scratch_ = edited(section(), work);
+    drawBack(false);
   } else {
-    now_.picture = worked(now_.picture, work);
+    now_.picture = edited(now_.picture, work);
   }
 }
 
@@ -162,7 +162,7 @@ void EditingReplay::drag(Point from, Point to) {
   std::vector<Point> way;
   for (std::int32_t i = 1; i <= kSteps; ++i) {
     const Point at{from.X + (to.X - from.X) * i / kSteps, from.Y + (to.Y - from.Y) * i / kSteps};
-    // The first two pixels of a way are no drag yet.
+    // Movement of up to two pixels is no drag.
     const bool strayed = std::abs(at.X - from.X) > 2 || std::abs(at.Y - from.Y) > 2;
     if (strayed || !way.empty()) way.push_back(at);
   }
@@ -264,7 +264,7 @@ void EditingReplay::cut() {
     resetSelection();
   }
   now_.fillMode = 6;
-  step(worked(now_.picture, [&](ImgX& object) {
+  step(edited(now_.picture, [&](ImgX& object) {
     object.Draw().Color().Value(now_.drawColor);
     object.Draw().FillMode(6);
     object.Draw().Rectangle(start, end);
@@ -275,7 +275,7 @@ void EditingReplay::commitPaste() {
   if (!std::exchange(pasting_, false)) return;
   if (overlaps(now_.picture, scratch_, pasteAt_)) {
     const auto top = load(scratch_);
-    step(worked(now_.picture, [&](ImgX& object) {
+    step(edited(now_.picture, [&](ImgX& object) {
       object.Draw().Image(*top->Image(), pasteAt_.X, pasteAt_.Y, nullptr, 1.0F, true);
     }));
   }
@@ -288,15 +288,15 @@ void EditingReplay::cancelPaste() {
 
 void EditingReplay::cropToSelection() { step(section()); }
 
-// -- What was asked ---------------------------------------------------------------------------------------
+// -- Requests ---------------------------------------------------------------------------------------------
 
-void EditingReplay::carryOut(const Asked& asked) {
-  const auto& with = asked.with;
+void EditingReplay::carryOut(const EditRequest& request) {
+  const auto& with = request.arguments;
   const auto turn = [&](std::int32_t angle, OLE_COLOR color, bool onSelection) {
     const Colour corners(color);
     operate(onSelection, [&](ImgX& object) { object.Effects().Rotate(static_cast<float>(angle), &corners); });
   };
-  switch (asked.action) {
+  switch (request.action) {
     case Action::kTool:
       return tool(with[0]);
     case Action::kDrag:
@@ -307,11 +307,11 @@ void EditingReplay::carryOut(const Asked& asked) {
       return operate(true, [](ImgX& object) { object.Effects().Flip(0); });
     case Action::kFlip:
       return operate(true, [](ImgX& object) { object.Effects().Flip(1); });
-    case Action::kGreyScale:
+    case Action::kGrayScale:
       return operate(true, [](ImgX& object) {
-        Palette grey;
-        grey.Type(0);
-        object.Effects().ApplyPalette(grey, true);
+        Palette gray;
+        gray.Type(0);
+        object.Effects().ApplyPalette(gray, true);
       });
     case Action::kRotateRight:
       return turn(90, now_.rotateColor, true);
@@ -335,7 +335,7 @@ void EditingReplay::carryOut(const Asked& asked) {
       scratch_ = clipboard_;
       tool(1);
       pasting_ = true;
-      // A picture that is smaller than the view stands in its middle, so its scroll position is negative.
+      // A picture smaller than the view is centered, so its scroll position is negative.
       selection_ = {with[0], with[1], scratch_.width(), scratch_.height()};
       visible_ = true;
       return;
@@ -382,16 +382,16 @@ void EditingReplay::carryOut(const Asked& asked) {
                                     with[4], true);
       });
     case Action::kMaskedShadow:
-      return maskedShadow(asked);
+      return maskedShadow(request);
     case Action::kThumbnail: {
       const std::int32_t width = static_cast<std::int32_t>(now_.picture.width() / 100.0 * with[0]);
-      scratch_ = worked(now_.picture, [&](ImgX& object) {
+      scratch_ = edited(now_.picture, [&](ImgX& object) {
         object.Effects().Resize(width, 0, 13);
         object.Alpha().Flatten(Colour(0xFFFFFF));
       });
       return;
     }
-    case Action::kZoomThereAndBack:
+    case Action::kZoomInAndReset:
       return;
   }
 }

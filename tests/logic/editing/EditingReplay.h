@@ -4,18 +4,18 @@
 #include <functional>
 #include <memory>
 
-#include "Asked.h"
+#include "EditRequest.h"
 #include "engine/pixels/Bitmap.h"
 #include "imaging/contract/Platform.h"
 #include "imaging/contract/Types.h"
 
 namespace kestrel {
 
-/// Carries out what was asked of an editor without any editor or view: with the engine's operations and
-/// drawing on pictures of its own, and whole pictures for undo steps. The pen is one pixel wide, the zoom 1.
+/// Carries out edit requests without an editor or a view: with the engine's operations and drawing on its own
+/// pictures, and whole pictures as undo steps. The pen is one pixel wide, the zoom 1.
 class EditingReplay {
  public:
-  /// The editor's colours and the view's drawing state at the start.
+  /// The editor's colors and the view's drawing state at the start.
   struct Start {
     engine::Bitmap picture;
     OLE_COLOR foreColor = 0;
@@ -29,7 +29,7 @@ class EditingReplay {
 
   EditingReplay(Platform& platform, Start start) : platform_(platform), now_(std::move(start)) {}
 
-  void carryOut(const Asked& asked);
+  void carryOut(const EditRequest& request);
   const engine::Bitmap& picture() const { return now_.picture; }
 
  private:
@@ -60,12 +60,12 @@ class EditingReplay {
   void levels(std::int32_t value);
 
   std::shared_ptr<ImgX> load(const engine::Bitmap& bitmap);
-  engine::Bitmap worked(const engine::Bitmap& bitmap, const Work& work);
+  engine::Bitmap edited(const engine::Bitmap& bitmap, const Work& work);
   engine::Bitmap section();
-  /// Lays the section back if anything of it falls on the picture.
-  void layBack(bool asStep);
+  /// Draws the section back if it overlaps the picture.
+  void drawBack(bool asStep);
   void operate(bool onSelection, const Work& work);
-  void maskedShadow(const Asked& asked);
+  void maskedShadow(const EditRequest& request);
   void step(engine::Bitmap next);
   void remember();
 

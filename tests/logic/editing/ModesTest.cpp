@@ -6,8 +6,8 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// They work in the scratch picture, or take away what the mode works with.
-constexpr const char* kWaitForBoth[] = {
+/// Commands that use the scratch picture or change what the mode works on.
+constexpr const char* kHeldByBoth[] = {
     "btnFileSave",          "btnFileSaveAs",   "btnFileExport",     "btnEditCopy",
     "btnEditCut",           "btnEditPaste",    "btnImageFlip",      "btnImageMirror",
     "btnEditPasteSpecial",  "btnRotateLeft",   "btnRotateRight",    "btnRotateFree",
@@ -15,26 +15,26 @@ constexpr const char* kWaitForBoth[] = {
     "btnToolsFlattenAlpha", "btnSelectionAll", "btnSelectionNone",  "btnImageShapedDropShadow",
     "btnDrawSelect",        "btnDrawPan",      "btnDrawZoom",       "btnDrawLine",
     "btnDrawRectangle",     "btnDrawEllipse",  "btnDrawFreehand",   "btnDrawPicker"};
-constexpr const char* kNeverWait[] = {"btnFileOpen", "btnFileClose", "btnZoomIn", "btnZoomOut"};
+constexpr const char* kNeverHeld[] = {"btnFileOpen", "btnFileClose", "btnZoomIn", "btnZoomOut"};
 
-/// What the user may do while a paste floats or a crop is pending, and how these modes end.
+/// Commands during a floating paste or a pending crop, and the end of these modes.
 class EditingModes : public EditingTest {
  protected:
   void SetUp() override {
     EditingTest::SetUp();
     fillClipboard(6, 5, {255, 0, 0, 255});
-    for (const char* key : kWaitForBoth) enabled_.push_back(command(key).Enabled());
+    for (const char* key : kHeldByBoth) enabled_.push_back(command(key).Enabled());
     enabledCrop_ = command("btnImageCrop").Enabled();
   }
 
   void expectHeld(bool crop) {
-    for (const char* key : kWaitForBoth) EXPECT_FALSE(command(key).Enabled()) << key;
+    for (const char* key : kHeldByBoth) EXPECT_FALSE(command(key).Enabled()) << key;
     EXPECT_EQ(command("btnImageCrop").Enabled(), !crop);
-    for (const char* key : kNeverWait) EXPECT_TRUE(command(key).Enabled()) << key;
+    for (const char* key : kNeverHeld) EXPECT_TRUE(command(key).Enabled()) << key;
   }
   void expectReleased() {
     for (std::size_t i = 0; i < enabled_.size(); ++i) {
-      EXPECT_EQ(command(kWaitForBoth[i]).Enabled(), enabled_[i]) << kWaitForBoth[i];
+      EXPECT_EQ(command(kHeldByBoth[i]).Enabled(), enabled_[i]) << kHeldByBoth[i];
     }
     EXPECT_EQ(command("btnImageCrop").Enabled(), enabledCrop_);
     EXPECT_FALSE(pressed("btnEditPaste"));
@@ -42,7 +42,7 @@ class EditingModes : public EditingTest {
     EXPECT_FALSE(view().SelectionVisible());
     EXPECT_EQ(panel("pnlStatus"), "");
   }
-  /// Opens a mode again and again, and ends it in each way that there is.
+  /// Opens each mode and ends it by `end`.
   void endsBy(const std::function<void()>& end) {
     for (const char* key : {"btnEditPaste", "btnImageCrop"}) {
       click(key);
@@ -57,14 +57,14 @@ class EditingModes : public EditingTest {
   bool enabledCrop_ = false;
 };
 
-TEST_P(EditingModes, APasteHoldsWhatNeedsTheScratchPictureAndCrop) {
+TEST_P(EditingModes, APasteDisablesCommandsOfTheScratchPictureAndCrop) {
   click("btnEditPaste");
   expectHeld(true);
   editor().Cancel();
   expectReleased();
 }
 
-TEST_P(EditingModes, ACropHoldsTheSameButItself) {
+TEST_P(EditingModes, ACropDisablesTheSameButItself) {
   click("btnImageCrop");
   expectHeld(false);
   editor().Cancel();
@@ -86,7 +86,7 @@ TEST_P(EditingModes, EnableAgainByEscape) {
   endsBy([this] { site().pressKey(27, 0, 27); });
 }
 
-TEST_P(EditingModes, EndBeforeAnotherPictureIsPutIn) {
+TEST_P(EditingModes, EndBeforeAnotherPictureIsAssigned) {
   endsBy([this] { open(kWidth, kHeight); });
 }
 
@@ -127,7 +127,7 @@ TEST_P(EditingModes, EndBeforeTheUserIsAskedAboutUnsavedChanges) {
   });
 }
 
-TEST_P(EditingModes, AnotherPictureGetsNothingOfAFloatingOne) {
+TEST_P(EditingModes, AnotherPictureGetsNothingOfAFloatingPaste) {
   click("btnEditPaste");
   dragSelection({2, 2}, {12, 12});
   open(kWidth, kHeight);
@@ -136,7 +136,7 @@ TEST_P(EditingModes, AnotherPictureGetsNothingOfAFloatingOne) {
   EXPECT_TRUE(same(shown(), gradient(kWidth, kHeight)));
 }
 
-TEST_P(EditingModes, AFailedCommitEndsThePasteAndTellsTheFailure) {
+TEST_P(EditingModes, AFailedCommitEndsThePasteAndReportsTheError) {
   click("btnEditPaste");
   view().Picture(PicturePtr());
   expectReport();
@@ -146,14 +146,14 @@ TEST_P(EditingModes, AFailedCommitEndsThePasteAndTellsTheFailure) {
   expectReleased();
 }
 
-TEST_P(EditingModes, WhatTheHostHasSwitchedOffStaysOff) {
+TEST_P(EditingModes, CommandsDisabledByTheHostStayDisabled) {
   command("btnEditCopy").Enabled(false);
   click("btnEditPaste");
   editor().Cancel();
   EXPECT_FALSE(command("btnEditCopy").Enabled());
 }
 
-TEST_P(EditingModes, SetControlsDuringAModeReleasesNothing) {
+TEST_P(EditingModes, SetControlsDuringAModeEnablesNothing) {
   click("btnEditPaste");
   editor().SetControls(true);
   expectHeld(true);
@@ -177,7 +177,7 @@ class EditingSizePanel : public EditingTest {
   std::string size() { return panel("pnlSize"); }
 };
 
-TEST_P(EditingSizePanel, ShowsTheSelectionsSizeHoweverItWasSet) {
+TEST_P(EditingSizePanel, ShowsTheSelectionsSizeForAnyWayOfSelecting) {
   EXPECT_EQ(size(), "40, 30");
   editor().SetSelection(5, 6, 20, 12);
   EXPECT_EQ(size(), "20, 12");
@@ -218,7 +218,7 @@ TEST_P(EditingSizePanel, FollowsEachChangeOfThePicturesSize) {
   click("btnEditUndo");
   EXPECT_EQ(size(), "50, 60");
   editor().ImgX()->Effects().Resize(7, 8, 0);
-  EXPECT_EQ(size(), "7, 8") << "a host's own work counts too";
+  EXPECT_EQ(size(), "7, 8") << "a host's changes count, too";
   editor().Picture(nullptr);
   EXPECT_EQ(size(), " ");
 }
@@ -229,7 +229,7 @@ TEST_P(EditingSizePanel, KeepsTheSelectionsSizeWhileThePictureChangesUnderIt) {
   EXPECT_EQ(size(), "20, 12");
 }
 
-TEST_P(EditingSizePanel, ShowsThePicturesSizeAfterASectionWasWorkedOn) {
+TEST_P(EditingSizePanel, ShowsThePicturesSizeAfterAnEditOfASection) {
   editor().SetSelection(5, 6, 20, 12);
   editor().FlipHorizontally(true);
   EXPECT_EQ(size(), "40, 30");
@@ -238,7 +238,7 @@ TEST_P(EditingSizePanel, ShowsThePicturesSizeAfterASectionWasWorkedOn) {
   EXPECT_EQ(size(), "40, 30");
 }
 
-TEST_P(EditingSizePanel, ShowsWhatADragThatWasGivenUpHasLeft) {
+TEST_P(EditingSizePanel, ShowsTheRemainingSizeAfterACanceledDrag) {
   view().press(kLeftButton, 0, position(5, 6));
   view().move(kLeftButton, 0, position(15, 16));
   EXPECT_EQ(size(), "10, 10");
@@ -251,11 +251,11 @@ TEST_P(EditingSizePanel, ShowsWhatADragThatWasGivenUpHasLeft) {
   EXPECT_EQ(size(), "5, 6");
 }
 
-TEST_P(EditingSizePanel, ThePositionFollowsAChangedPictureThoughThePointerRests) {
+TEST_P(EditingSizePanel, ThePositionFollowsAChangedPictureUnderARestingPointer) {
   view().move(0, 0, position(12, 20));
   EXPECT_EQ(panel("pnlPosition"), "12, 20");
   editor().ResizeCanvas(50, 40, 0, 0);
-  // The picture stands in the middle of the view, and begins 5 pixels further out on each side now.
+  // The picture is centered in the view and now begins 5 pixels further out on each side.
   EXPECT_EQ(panel("pnlPosition"), "17, 25");
   editor().Undo();
   EXPECT_EQ(panel("pnlPosition"), "12, 20");
@@ -263,7 +263,7 @@ TEST_P(EditingSizePanel, ThePositionFollowsAChangedPictureThoughThePointerRests)
   EXPECT_EQ(panel("pnlPosition"), " ");
 }
 
-TEST_P(EditingSizePanel, ThePositionFollowsAnotherPictureThoughThePointerRests) {
+TEST_P(EditingSizePanel, ThePositionFollowsAnotherPictureUnderARestingPointer) {
   view().move(0, 0, position(12, 20));
   open(50, 40);
   EXPECT_EQ(panel("pnlPosition"), "17, 25");

@@ -12,7 +12,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
 
-/// A preview on a site of its own, with the editor's view as the original.
+/// A preview on its own site, with the editor's view as the original.
 class EditingPreview : public EditingTest {
  protected:
   void SetUp() override {
@@ -54,8 +54,8 @@ TEST_P(EditingPreview, StartsWithTheStockPictureInBothPanes) {
   EXPECT_TRUE(same(right(), stock()));
 }
 
-TEST_P(EditingPreview, GivesThePanesTheCheckerOfTheOptions) {
-  // Where a transparent picture stands, the pane shows the two colours.
+TEST_P(EditingPreview, SetsTheCheckerboardOfTheOptionsInThePanes) {
+  // Under a transparent picture the pane shows the two colors.
   options().BackgroundGridColor1(0x0000FF);
   options().BackgroundGridColor2(0x00FF00);
   createControl();
@@ -70,7 +70,7 @@ TEST_P(EditingPreview, GivesThePanesTheCheckerOfTheOptions) {
   EXPECT_TRUE(first && second);
 }
 
-TEST_P(EditingPreview, TakesTheSharedLookAtItsStart) {
+TEST_P(EditingPreview, AppliesTheSharedSkinAtItsStart) {
   EXPECT_EQ(platform().FormSkin().applied().back().name, "Preview");
   EXPECT_EQ(platform().FormSkin().applied().back().foreColor, -1);
   EXPECT_EQ(platform().FormSkin().applied().back().backColor, -1);
@@ -92,7 +92,7 @@ TEST_P(EditingPreview, ReadPropertiesShowsThePanesAndLeavesTheTabStop) {
   EXPECT_TRUE(original_->Visible());
 }
 
-TEST_P(EditingPreview, IsMade4800By3600AndLaysItsPanesOutInThat) {
+TEST_P(EditingPreview, IsCreated4800By3600WithItsPanesLaidOut) {
   const auto fresh =
       headless::makePreviewSite(platform().desktop(), nullptr, "Preview", platform().surroundings());
   EXPECT_EQ(fresh->Width() * 15, 4800);
@@ -103,7 +103,7 @@ TEST_P(EditingPreview, IsMade4800By3600AndLaysItsPanesOutInThat) {
   EXPECT_EQ(Bind<headless::ImageView>(*fresh, "igxPreview").Height(), 240);
 }
 
-TEST_P(EditingPreview, PanesKeepTheirPlaceWhileThePictureKeepsItsSize) {
+TEST_P(EditingPreview, PanesKeepTheirPositionWhileTheSizeIsTheSame) {
   open(1000, 900);
   control().OriginalPicture(&view());
   control().UseOriginal(true);
@@ -121,7 +121,7 @@ TEST_P(EditingPreview, PanesKeepTheirPlaceWhileThePictureKeepsItsSize) {
   expectPlace(control().Original());
 }
 
-TEST_P(EditingPreview, APaneKeepsItsPlaceThroughWorkThatEndsWithTheSameSize) {
+TEST_P(EditingPreview, APaneKeepsItsPositionIfTheFinalSizeIsTheSame) {
   open(1000, 900);
   control().OriginalPicture(&view());
   control().UseOriginal(true);
@@ -155,7 +155,7 @@ TEST_P(EditingPreview, APictureOfAnotherSizeIsShownFromItsCorner) {
   EXPECT_EQ(control().PreviewPane().ScrollLeft(), 0);
 }
 
-TEST_P(EditingPreview, MarksUseOriginalAsChangedAtItsStart) {
+TEST_P(EditingPreview, ReportsUseOriginalAsChangedAtItsStart) {
   control_.reset();
   surface_ = headless::makePreviewSite(platform().desktop(), nullptr, "Preview", platform().surroundings());
   control_ = std::make_unique<Preview>(*surface_);
@@ -185,7 +185,7 @@ TEST_P(EditingPreview, HidesThePanesOnADesignSurface) {
   }
 }
 
-TEST_P(EditingPreview, BothPropertyStagesLayThePanesOut) {
+TEST_P(EditingPreview, InitAndReadPropertiesBothLayOutThePanes) {
   for (const bool isStored : {false, true}) {
     control_.reset();
     surface_ = headless::makePreviewSite(platform().desktop(), nullptr, "Preview", platform().surroundings());
@@ -211,11 +211,11 @@ TEST_P(EditingPreview, WithoutASelectionOpensOnTheStockPicture) {
 
 TEST_P(EditingPreview, ASelectionMakesItUseTheSelectedSectionAtOnce) {
   editor().SetSelection(5, 6, 10, 8);
-  std::vector<bool> told;
-  when(control().UseOriginalChange, [&](const bool& use) { told.push_back(use); });
+  std::vector<bool> values;
+  when(control().UseOriginalChange, [&](const bool& use) { values.push_back(use); });
   control().OriginalPicture(&view());
   EXPECT_TRUE(control().UseOriginal());
-  EXPECT_THAT(told, ElementsAre(true));
+  EXPECT_THAT(values, ElementsAre(true));
   EXPECT_EQ(left().width(), 10);
   EXPECT_EQ(left().height(), 8);
   EXPECT_EQ(left().at(0, 0), pixelOf(5, 6));
@@ -238,30 +238,30 @@ TEST_P(EditingPreview, OriginalPictureSetTwiceDoesNotRefreshThePanes) {
   EXPECT_EQ(left().width(), 10);
 }
 
-TEST_P(EditingPreview, UseOriginalWithoutAPictureShowsTheStockPictureAndRaisesTheEvent) {
-  std::vector<bool> told;
-  when(control().UseOriginalChange, [&](const bool& use) { told.push_back(use); });
+TEST_P(EditingPreview, UseOriginalWithoutAPictureShowsTheStockPicture) {
+  std::vector<bool> values;
+  when(control().UseOriginalChange, [&](const bool& use) { values.push_back(use); });
   control().UseOriginal(true);
-  EXPECT_THAT(told, ElementsAre(true));
+  EXPECT_THAT(values, ElementsAre(true));
   EXPECT_TRUE(same(left(), stock()));
 }
 
-TEST_P(EditingPreview, UseOriginalTellsTheContainerAndRaisesItsEventAfterThePanes) {
+TEST_P(EditingPreview, UseOriginalNotifiesContainerAndHostAfterThePanes) {
   control().OriginalPicture(&view());
   std::int32_t width = 0;
   when(control().UseOriginalChange, [&](const bool&) { width = right().width(); });
   control().UseOriginal(true);
   EXPECT_EQ(surface_->changedProperties().back(), "UseOriginal");
   EXPECT_EQ(width, kWidth);
-  const auto told = surface_->changedProperties().size();
+  const auto before = surface_->changedProperties().size();
   control().UseOriginal(true);
-  EXPECT_EQ(surface_->changedProperties().size(), told) << "the present value does nothing";
+  EXPECT_EQ(surface_->changedProperties().size(), before) << "the current value does nothing";
   control().UseOriginal(false);
   EXPECT_TRUE(same(left(), stock()));
   EXPECT_TRUE(same(right(), stock()));
 }
 
-TEST_P(EditingPreview, UseOriginalMarksThePropertyBeforeItLoadsThePicture) {
+TEST_P(EditingPreview, UseOriginalNotifiesThePropertyBeforeLoading) {
   control().OriginalPicture(&view());
   const auto before = surface_->changedProperties().size();
   std::size_t marked = 0;
@@ -270,17 +270,17 @@ TEST_P(EditingPreview, UseOriginalMarksThePropertyBeforeItLoadsThePicture) {
   EXPECT_EQ(marked, before + 1);
 }
 
-TEST_P(EditingPreview, EachHandlerIsToldWhatWasRaised) {
-  std::vector<bool> told;
+TEST_P(EditingPreview, EachHandlerReceivesTheValueThatWasRaised) {
+  std::vector<bool> values;
   when(control().UseOriginalChange, [&](const bool& use) {
     if (use) control().UseOriginal(false);
   });
-  when(control().UseOriginalChange, [&](const bool& use) { told.push_back(use); });
+  when(control().UseOriginalChange, [&](const bool& use) { values.push_back(use); });
   control().UseOriginal(true);
-  EXPECT_THAT(told, ElementsAre(false, true)) << "the change within the first one comes first";
+  EXPECT_THAT(values, ElementsAre(false, true)) << "the change within the first one comes first";
 }
 
-TEST_P(EditingPreview, WithoutASelectionUseOriginalStaysAsItIs) {
+TEST_P(EditingPreview, WithoutASelectionUseOriginalIsUnchanged) {
   control().OriginalPicture(&view());
   control().UseOriginal(true);
   control().OriginalPicture(nullptr);
@@ -314,7 +314,7 @@ TEST_P(EditingPreview, NeverTouchesTheUsersPicture) {
 
 // -- Layout -----------------------------------------------------------------------------------------------
 
-TEST_P(EditingPreview, ThePanesShareTheWidthLessAGapOf12) {
+TEST_P(EditingPreview, ThePanesShareTheWidthMinusAGapOf12) {
   surface_->Move(0, 0, 312, 100);
   EXPECT_EQ(original_->Width(), 150);
   EXPECT_EQ(preview_->Width(), 150);
@@ -341,7 +341,7 @@ TEST_P(EditingPreview, AWidthOf12GivesPanesOfNoWidth) {
   EXPECT_EQ(preview_->Left(), 12);
 }
 
-TEST_P(EditingPreview, AnOddHalfGoesToTheEvenNeighbourAndTheRightEdgeIsFlush) {
+TEST_P(EditingPreview, HalfWidthsRoundToEvenAndTheRightEdgeIsFlush) {
   surface_->Move(0, 0, 313, 100);  // half is 150.5
   EXPECT_EQ(original_->Width(), 150);
   EXPECT_EQ(preview_->Left(), 163);
@@ -394,7 +394,7 @@ TEST_P(EditingPreviewScroll, EachOfTheFourEventsCopiesBothPositions) {
   }
 }
 
-TEST_P(EditingPreviewScroll, AFailureLeavesTheGuardSoThatThePanesNoLongerFollow) {
+TEST_P(EditingPreviewScroll, AfterAFailureThePanesNoLongerFollow) {
   {
     const Connection failing =
         preview_->ScrollChanged.Connect([] { throw RuntimeError(err::kInternal, "Chosen to fail."); });
@@ -424,7 +424,7 @@ TEST_P(EditingPreviewScroll, TheWheelOverTheRightPaneMovesTheLeft) {
   EXPECT_EQ(scrollOf(*original_), scrollOf(*preview_));
 }
 
-TEST_P(EditingPreviewScroll, UnlinkedThePanesScrollByThemselvesUntilTheNextScrollAfterLinking) {
+TEST_P(EditingPreviewScroll, UnlinkedPanesScrollAloneUntilLinkedAndScrolled) {
   control().LinkedScrolling(false);
   EXPECT_EQ(surface_->changedProperties().back(), "LinkedScrolling");
   original_->ScrollLeft(120);
@@ -435,10 +435,10 @@ TEST_P(EditingPreviewScroll, UnlinkedThePanesScrollByThemselvesUntilTheNextScrol
   EXPECT_EQ(scrollOf(*preview_), (Point{120, 5}));
 }
 
-TEST_P(EditingPreviewScroll, ThePresentLinkIsNoChange) {
-  const auto told = surface_->changedProperties().size();
+TEST_P(EditingPreviewScroll, SettingTheCurrentLinkIsNoChange) {
+  const auto before = surface_->changedProperties().size();
   control().LinkedScrolling(true);
-  EXPECT_EQ(surface_->changedProperties().size(), told);
+  EXPECT_EQ(surface_->changedProperties().size(), before);
 }
 
 KESTREL_WITH_BOTH_PATHS(EditingPreview);

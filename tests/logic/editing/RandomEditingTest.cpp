@@ -14,13 +14,13 @@ namespace kestrel {
 namespace {
 
 constexpr int kActions = 10'000;
-/// Beyond these the picture is brought back to its first size.
+/// A picture beyond these limits is resized to its first size.
 constexpr std::int32_t kSmallest = 20, kLargest = 100;
-/// Pointer positions that are nearer to a selection's edge may grab its handles.
+/// A pointer position nearer than this to an edge of the selection may grab a handle.
 constexpr std::int32_t kClear = 7;
 
-struct Remembered {
-  Asked asked;
+struct RecordedRequest {
+  EditRequest request;
   std::uint64_t picture;
 };
 
@@ -35,7 +35,7 @@ std::uint64_t fingerprint(const engine::Bitmap& bitmap) {
   return hash;
 }
 
-/// A user who does anything that comes to mind, and a host that does the same.
+/// Random actions of a user and a host.
 class RandomEditing : public EditingTest {
  protected:
   std::int32_t upTo(std::int32_t most) {
@@ -44,7 +44,7 @@ class RandomEditing : public EditingTest {
   std::int32_t between(std::int32_t low, std::int32_t high) { return low + upTo(high - low); }
   bool once(std::int32_t in) { return upTo(in - 1) == 0; }
   OLE_COLOR color() { return upTo(0xFFFFFF); }
-  /// Of a shadow, where -1 stands for the option.
+  /// Offset of a shadow. -1 is avoided, since it means the option.
   std::int32_t offset() {
     const std::int32_t result = between(-4, 4);
     return result == -1 ? 0 : result;
@@ -68,31 +68,31 @@ class RandomEditing : public EditingTest {
     return view().SelectionLeft() >= 0 && view().SelectionTop() >= 0 && view().SelectionLeft() < width() &&
            view().SelectionTop() < height();
   }
-  /// Whether the view takes a press there for no handle of the selection.
+  /// Whether a press at this pixel grabs no handle of the selection.
   bool isClear(Point at) {
     if (editor().Tool() != ipToolSelect || !hasSelection()) return true;
     const Rectangle r = selection();
     const auto near = [](std::int32_t value, std::int32_t edge) { return std::abs(value - edge) < kClear; };
-    const bool besideX = at.X < r.Left - kClear || at.X > r.Left + r.Width + kClear;
-    const bool besideY = at.Y < r.Top - kClear || at.Y > r.Top + r.Height + kClear;
-    if (besideX || besideY) return true;
+    const bool outsideX = at.X < r.Left - kClear || at.X > r.Left + r.Width + kClear;
+    const bool outsideY = at.Y < r.Top - kClear || at.Y > r.Top + r.Height + kClear;
+    if (outsideX || outsideY) return true;
     return !near(at.X, r.Left) && !near(at.X, r.Left + r.Width) && !near(at.Y, r.Top) &&
            !near(at.Y, r.Top + r.Height);
   }
 
-  Asked anything();
-  /// Anything that can be done now: a command that is off is none.
-  Asked next();
-  Asked drag();
-  Asked click();
-  Asked select();
-  void ask(const Asked& asked);
-  void zoomThereAndBack();
+  EditRequest anything();
+  /// A random request whose command is enabled.
+  EditRequest next();
+  EditRequest drag();
+  EditRequest click();
+  EditRequest select();
+  void perform(const EditRequest& request);
+  void zoomInAndReset();
 
   std::mt19937 random_;
 };
 
-Asked RandomEditing::drag() {
+EditRequest RandomEditing::drag() {
   for (;;) {
     const Point from = pixel(), to = pixel();
     if (std::abs(to.X - from.X) < 3 || std::abs(to.Y - from.Y) < 3 || !isClear(from)) {
@@ -107,21 +107,21 @@ Asked RandomEditing::drag() {
   }
 }
 
-Asked RandomEditing::click() {
+EditRequest RandomEditing::click() {
   const Point at = pixel();
   const std::int32_t button = once(4) ? kRightButton : kLeftButton;
   if (!isClear(at) || editor().Tool() == ipToolZoom) return {Action::kSelectNone, {}};
   return {Action::kClick, {at.X, at.Y, button}};
 }
 
-Asked RandomEditing::select() {
+EditRequest RandomEditing::select() {
   const Point from = pixel();
   const std::int32_t right = between(1, width() - from.X), down = between(1, height() - from.Y);
   if (once(5)) return {Action::kSelect, {from.X, from.Y, -std::max(1, from.X), -std::max(1, from.Y)}};
   return {Action::kSelect, {from.X, from.Y, right, down}};
 }
 
-Asked RandomEditing::anything() {
+EditRequest RandomEditing::anything() {
   if (std::min(width(), height()) < kSmallest || std::max(width(), height()) > kLargest) {
     return {Action::kResizeCanvas, {kWidth, kHeight, upTo(4), upTo(4), color()}};
   }
@@ -152,7 +152,7 @@ Asked RandomEditing::anything() {
     case 14:
       return {Action::kFlip, {}};
     case 15:
-      return {once(3) ? Action::kGreyScale : Action::kCopy, {}};
+      return {once(3) ? Action::kGrayScale : Action::kCopy, {}};
     case 16:
       return {Action::kRotateRight, {}};
     case 17:
@@ -204,29 +204,29 @@ Asked RandomEditing::anything() {
       if (hasSelection() && !cornerInPicture()) return {Action::kSelectNone, {}};
       return {Action::kMaskedShadow, {between(0, 4), between(0, 4), color(), upTo(255), upTo(20), upTo(1)}};
     default:
-      return {Action::kZoomThereAndBack, {}};
+      return {Action::kZoomInAndReset, {}};
   }
 }
 
-void RandomEditing::zoomThereAndBack() {
+void RandomEditing::zoomInAndReset() {
   EditorTest::click("btnZoomIn");
   EditorTest::click("btnZoomActualSize");
 }
 
-/// The command that the user clicks; null for what is done in another way.
-const char* commandOf(const Asked& asked) {
-  switch (asked.action) {
+/// The command that the user clicks; null for requests without a command.
+const char* commandOf(const EditRequest& request) {
+  switch (request.action) {
     case Action::kTool: {
       const char* const keys[] = {"btnDrawSelect",    "btnDrawPan",     "btnDrawZoom",     "btnDrawLine",
                                   "btnDrawRectangle", "btnDrawEllipse", "btnDrawFreehand", "btnDrawPicker"};
       const std::int32_t tools[] = {1, 2, 5, 7, 9, 10, 11, 100};
-      return keys[std::find(std::begin(tools), std::end(tools), asked.with[0]) - std::begin(tools)];
+      return keys[std::find(std::begin(tools), std::end(tools), request.arguments[0]) - std::begin(tools)];
     }
     case Action::kMirror:
       return "btnImageMirror";
     case Action::kFlip:
       return "btnImageFlip";
-    case Action::kGreyScale:
+    case Action::kGrayScale:
       return "btnImageGrayScale";
     case Action::kRotateRight:
       return "btnRotateRight";
@@ -255,29 +255,29 @@ const char* commandOf(const Asked& asked) {
   }
 }
 
-Asked RandomEditing::next() {
+EditRequest RandomEditing::next() {
   for (;;) {
-    const Asked asked = anything();
-    const char* const key = commandOf(asked);
-    if (key == nullptr || command(key).Enabled()) return asked;
-    // The way to what has to wait leads through the end of the mode.
+    const EditRequest request = anything();
+    const char* const key = commandOf(request);
+    if (key == nullptr || command(key).Enabled()) return request;
+    // A disabled command may need the end of the current mode.
     const bool inMode = pressed("btnEditPaste") || pressed("btnImageCrop");
-    if (inMode && (asked.action == Action::kSelectNone || once(3))) return {Action::kEscape, {}};
+    if (inMode && (request.action == Action::kSelectNone || once(3))) return {Action::kEscape, {}};
     if (inMode && once(3)) return {Action::kCommitPaste, {}};
   }
 }
 
-void RandomEditing::ask(const Asked& asked) {
-  const auto& with = asked.with;
-  if (asked.action == Action::kRotateDialog) {
+void RandomEditing::perform(const EditRequest& request) {
+  const auto& with = request.arguments;
+  if (request.action == Action::kRotateDialog) {
     user().uses("frmRotate", [with](Form& form) {
       Bind<TextBox>(form, "txtDegrees").Text(ToText(with[0]));
       Bind<OptionButton>(form, "optDirection", with[1] != 0 ? 0 : 1).Value(true);
       Bind<CommandButton>(form, "cmdAction", 0).Press();
     });
   }
-  if (const char* const key = commandOf(asked)) return EditorTest::click(key);
-  switch (asked.action) {
+  if (const char* const key = commandOf(request)) return EditorTest::click(key);
+  switch (request.action) {
     case Action::kDrag:
       return view().drag(position(with[0], with[1]), position(with[2], with[3]));
     case Action::kClick:
@@ -311,8 +311,8 @@ void RandomEditing::ask(const Asked& asked) {
     case Action::kThumbnail:
       EXPECT_NE(editor().GetThumbnail(with[0], 0xFFFFFF), nullptr);
       return;
-    case Action::kZoomThereAndBack:
-      return zoomThereAndBack();
+    case Action::kZoomInAndReset:
+      return zoomInAndReset();
     default:
       return;
   }
@@ -329,27 +329,27 @@ TEST_P(RandomEditing, TenThousandActionsEndWithThePictureOfAnIndependentReplay) 
                                    5,
                                    -1,
                                    {view().Width(), view().Height()}};
-  std::vector<Remembered> asked;
+  std::vector<RecordedRequest> requests;
   random_.seed(20'061'129);
   for (int i = 0; i < kActions && !HasFailure(); ++i) {
-    asked.push_back({next(), 0});
-    ask(asked.back().asked);
-    asked.back().picture = fingerprint(shown());
+    requests.push_back({next(), 0});
+    perform(requests.back().request);
+    requests.back().picture = fingerprint(shown());
     log().clear();
   }
   const engine::Bitmap ended = shown();
   std::set<std::uint64_t> pictures;
-  for (const Remembered& one : asked) pictures.insert(one.picture);
-  EXPECT_GT(pictures.size(), kActions / 5u) << "what was asked must have changed the picture again and again";
+  for (const RecordedRequest& one : requests) pictures.insert(one.picture);
+  EXPECT_GT(pictures.size(), kActions / 5u) << "the requests must change the picture often";
 
   EditingReplay replay(platform(), start);
-  for (std::size_t i = 0; i < asked.size(); ++i) {
-    replay.carryOut(asked[i].asked);
-    ASSERT_EQ(fingerprint(replay.picture()), asked[i].picture)
-        << "after number " << i << ", " << asked[i].asked.words();
+  for (std::size_t i = 0; i < requests.size(); ++i) {
+    replay.carryOut(requests[i].request);
+    ASSERT_EQ(fingerprint(replay.picture()), requests[i].picture)
+        << "after number " << i << ", " << requests[i].request.text();
   }
   EXPECT_TRUE(same(replay.picture(), ended));
-  EXPECT_EQ(asked.size(), static_cast<std::size_t>(kActions));
+  EXPECT_EQ(requests.size(), static_cast<std::size_t>(kActions));
 }
 
 INSTANTIATE_TEST_SUITE_P(Paths, RandomEditing, testing::Values(PathStyle::kSlash), nameOfPathStyle);

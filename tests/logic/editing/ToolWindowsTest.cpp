@@ -28,7 +28,7 @@ class EditingMaterialsWindow : public EditingTest {
   OLE_COLOR face() { return window().BackColor(); }
 };
 
-TEST_P(EditingMaterialsWindow, StandsInItsDockWindowAndShowsTheEditorsColors) {
+TEST_P(EditingMaterialsWindow, IsInItsDockWindowAndShowsTheEditorsColors) {
   EXPECT_EQ(suite().attached("dkwMaterials"), &window());
   EXPECT_EQ(editor().MaterialsWindow()->Application(), &editor());
   EXPECT_EQ(swatch(0).BackColor(), editor().ForeColor());
@@ -52,7 +52,7 @@ TEST_P(EditingMaterialsWindow, FollowsTheHostsColorsAtOnce) {
   editor().BackColor(0x445566);
   EXPECT_EQ(swatch(1).BackColor(), 0x445566);
   editor().BackColor(-1);
-  EXPECT_EQ(swatch(1).BackColor(), face()) << "no background shows as the window's own colour";
+  EXPECT_EQ(swatch(1).BackColor(), face()) << "no background shows as the window's own color";
 }
 
 TEST_P(EditingMaterialsWindow, AClickOpensThePickerOverTheSwatchWithItsColor) {
@@ -83,7 +83,7 @@ TEST_P(EditingMaterialsWindow, TheBackgroundsPickerHasTheExtraButton) {
   EXPECT_EQ(editor().ForeColor(), foreground);
 }
 
-TEST_P(EditingMaterialsWindow, OpeningForNoBackgroundHasNoColorSet) {
+TEST_P(EditingMaterialsWindow, OpeningForNoBackgroundSetsNoColor) {
   editor().BackColor(0x112233);
   editor().BackColor(-1);
   swatch(1).Press();
@@ -100,7 +100,7 @@ TEST_P(EditingMaterialsWindow, ChangesWhileThePickerIsPreparedChangeNothing) {
   swatch(0).Press();
   bool raised = false;
   when(picker().Change, [&](OLE_COLOR) { raised = true; });
-  // Preparing for the background hands the picker another colour, which it tells as a change.
+  // Preparing for the background sets another color in the picker, which raises a change.
   swatch(1).Press();
   EXPECT_TRUE(raised);
   EXPECT_EQ(editor().ForeColor(), 0x112233);
@@ -124,21 +124,21 @@ TEST_P(EditingMaterialsWindow, ShowsTheColorUnderThePointerInDecimal) {
   EXPECT_EQ(pixel().BackColor(), colorOf(color));
 }
 
-TEST_P(EditingMaterialsWindow, AMoveOutOfThePictureEmptiesTheReadOuts) {
+TEST_P(EditingMaterialsWindow, AMoveOutOfThePictureClearsTheReadOuts) {
   view().move(0, 0, position(12, 20));
   view().move(0, 0, position(-1, 20));
   EXPECT_THAT(readOuts(), ElementsAre("", "", ""));
   EXPECT_EQ(pixel().BackColor(), face());
 }
 
-TEST_P(EditingMaterialsWindow, ThePointerLeavingTheViewEmptiesThemThroughTheTracker) {
+TEST_P(EditingMaterialsWindow, ThePointerLeavingTheViewClearsTheReadOuts) {
   view().move(0, 0, position(12, 20));
   platform().pointerRestsAt({5000, 5000});
   EXPECT_THAT(readOuts(), ElementsAre("", "", ""));
   EXPECT_EQ(pixel().BackColor(), face());
 }
 
-TEST_P(EditingMaterialsWindow, ThePointersRestArmsTheTrackerAgain) {
+TEST_P(EditingMaterialsWindow, APointerAtRestRestartsTheTracker) {
   view().move(0, 0, position(12, 20));
   platform().pointerRestsAt(platform().desktop().pointer);
   EXPECT_NE(readOuts()[0], "");
@@ -159,7 +159,7 @@ TEST_P(EditingMaterialsWindow, UnloadedItFollowsNothing) {
   EXPECT_EQ(readOuts(), shownBefore);
 }
 
-TEST_P(EditingMaterialsWindow, TheReadOutsFollowAChangedPictureThoughThePointerRests) {
+TEST_P(EditingMaterialsWindow, TheReadOutsFollowAChangedPictureUnderARestingPointer) {
   view().move(0, 0, position(12, 20));
   const auto readOutsOf = [](const engine::Pixel& pixel) {
     return std::vector<std::string>{std::to_string(pixel.r), std::to_string(pixel.g),
@@ -183,7 +183,7 @@ TEST_P(EditingMaterialsWindow, LaysItsSwatchesOutByItsWidth) {
   EXPECT_EQ(swatch(1).Left(), left + 73) << "two thirds of the first one's width";
 }
 
-TEST_P(EditingMaterialsWindow, BoundAnewItsTrackingHasStopped) {
+TEST_P(EditingMaterialsWindow, BoundAgainItsTrackingHasStopped) {
   view().move(0, 0, position(12, 20));
   editor().MaterialsWindow()->Application(&editor());
   EXPECT_THAT(readOuts(), ElementsAre("", "", ""));
@@ -192,10 +192,10 @@ TEST_P(EditingMaterialsWindow, BoundAnewItsTrackingHasStopped) {
   EXPECT_EQ(readOuts()[0], "kept") << "a leave that is not tracked empties nothing";
 }
 
-TEST_P(EditingMaterialsWindow, LetGoOfItsEditorItFollowsNothing) {
+TEST_P(EditingMaterialsWindow, WithoutItsEditorItFollowsNothing) {
   view().move(0, 0, position(12, 20));
   editor().MaterialsWindow()->Application(nullptr);
-  EXPECT_EQ(readOuts()[0], "") << "the old link is dropped as by leaving";
+  EXPECT_EQ(readOuts()[0], "") << "the old link ends as when the pointer leaves";
   const OLE_COLOR before = swatch(0).BackColor();
   editor().ForeColor(before + 1);
   view().move(0, 0, position(12, 20));
@@ -223,11 +223,11 @@ class EditingZoomWindow : public EditingTest {
     return {turn(pixel.r), turn(pixel.g), turn(pixel.b), 255};
   }
   static engine::Pixel colorPixel(OLE_COLOR color) {
-    const Colour colour(color);
-    return {colour.Red(), colour.Green(), colour.Blue(), 255};
+    const Colour value(color);
+    return {value.Red(), value.Green(), value.Blue(), 255};
   }
-  /// What the window shows for a pixel by its rules: the cut stretched into a rectangle that is one cell
-  /// larger, the checkered ground where there is no opaque pixel, and the box of the mark inverted.
+  /// The expected window for a pixel: the cut scaled to a rectangle that is one cell larger, the checkerboard
+  /// behind transparent pixels, and the inverted box of the mark.
   engine::Bitmap expected(std::int32_t x, std::int32_t y, std::int32_t level) {
     const std::int32_t regionWidth = form().Width() / level, regionHeight = form().Height() / level;
     const std::int32_t left = x - regionWidth / 2, top = y - regionHeight / 2;
@@ -272,7 +272,7 @@ class EditingZoomWindow : public EditingTest {
   }
 };
 
-TEST_P(EditingZoomWindow, StandsInItsDockWindowAtTheOptionsLevel) {
+TEST_P(EditingZoomWindow, IsInItsDockWindowAtTheOptionsLevel) {
   EXPECT_EQ(suite().attached("dkwZoom"), &form());
   EXPECT_EQ(window().Application(), &editor());
   EXPECT_EQ(options().ZoomLevel(), 10);
@@ -296,7 +296,7 @@ TEST_P(EditingZoomWindow, TakesItsLevelFromTheOptionsWhenItIsMade) {
   EXPECT_EQ(frmZoom().ZoomLevel(), 6);
 }
 
-TEST_P(EditingZoomWindow, ALevelBeyondTheWindowsSizeShowsTheGroundAndTheMark) {
+TEST_P(EditingZoomWindow, ALevelBeyondTheWindowsSizeShowsCheckerboardAndMark) {
   options().BackgroundGridColor1(0x302010);
   options().BackgroundGridColor2(0x302010);
   editor().ApplyOptions();
@@ -312,7 +312,7 @@ TEST_P(EditingZoomWindow, ShowsTheCutAroundThePixelUnderThePointerWithItsMark) {
   EXPECT_TRUE(same(face(), expected(12, 20, 10)));
 }
 
-TEST_P(EditingZoomWindow, ShowsTheCheckeredGroundBeyondThePicturesEdge) {
+TEST_P(EditingZoomWindow, ShowsTheCheckerboardBeyondThePicturesEdge) {
   view().move(0, 0, position(1, 1));
   EXPECT_TRUE(same(face(), expected(1, 1, 10)));
   EXPECT_EQ(face().at(0, 0), colorPixel(options().BackgroundGridColor2()));
@@ -320,7 +320,7 @@ TEST_P(EditingZoomWindow, ShowsTheCheckeredGroundBeyondThePicturesEdge) {
   EXPECT_TRUE(same(face(), expected(kWidth - 1, kHeight - 1, 10)));
 }
 
-TEST_P(EditingZoomWindow, ShowsTheCheckeredGroundWhereThePictureIsTransparent) {
+TEST_P(EditingZoomWindow, ShowsTheCheckerboardBehindTransparentPixels) {
   options().BackgroundGridColor1(0x0000FF);
   options().BackgroundGridColor2(0x00FF00);
   options().BackgroundGridSize(6);
@@ -332,7 +332,7 @@ TEST_P(EditingZoomWindow, ShowsTheCheckeredGroundWhereThePictureIsTransparent) {
   EXPECT_EQ(face().at(6, 0), (engine::Pixel{255, 0, 0, 255}));
 }
 
-TEST_P(EditingZoomWindow, TheMarkShowsOnEveryMoveAndNothingOfTheLastOneIsLeft) {
+TEST_P(EditingZoomWindow, TheMarkMovesWithoutTraces) {
   show(engine::Bitmap::filled(kWidth, kHeight, {0, 0, 0, 0}));
   for (const Point& at : {Point{12, 20}, Point{12, 20}, Point{13, 20}, Point{0, 0}, Point{0, 0}}) {
     view().move(0, 0, position(at.X, at.Y));
@@ -340,7 +340,7 @@ TEST_P(EditingZoomWindow, TheMarkShowsOnEveryMoveAndNothingOfTheLastOneIsLeft) {
   }
 }
 
-TEST_P(EditingZoomWindow, FollowsAChangedPictureThoughThePointerRests) {
+TEST_P(EditingZoomWindow, FollowsAChangedPictureUnderARestingPointer) {
   view().move(0, 0, position(12, 20));
   editor().FlipHorizontally();
   EXPECT_TRUE(same(face(), expected(12, 20, 10)));
@@ -357,7 +357,7 @@ TEST_P(EditingZoomWindow, IsClearedWhenThePictureNoLongerReachesThePointer) {
   EXPECT_TRUE(empty());
 }
 
-TEST_P(EditingZoomWindow, StaysClearedWhenThePictureChangesAndThePointerIsElsewhere) {
+TEST_P(EditingZoomWindow, StaysClearedIfThePictureChangesWithoutThePointer) {
   view().move(0, 0, position(12, 20));
   platform().pointerRestsAt({5000, 5000});
   view().leave();
@@ -412,7 +412,7 @@ TEST_P(EditingZoomWindow, HiddenItStartsNoTracking) {
   EXPECT_FALSE(empty()) << "a leave that was not tracked clears nothing";
 }
 
-TEST_P(EditingZoomWindow, ChangingTheLevelRedrawsAtThePointersPlaceInTheViewWithoutScrolling) {
+TEST_P(EditingZoomWindow, ChangingTheLevelRedrawsAtThePointerWithoutScrolling) {
   open(1000, 900);
   view().ScrollLeft(100);
   view().ScrollTop(50);
@@ -422,14 +422,14 @@ TEST_P(EditingZoomWindow, ChangingTheLevelRedrawsAtThePointersPlaceInTheViewWith
   EXPECT_TRUE(same(face(), expected(61, 41, 6))) << "view positions, no scroll offset is added";
 }
 
-TEST_P(EditingZoomWindow, ThePresentLevelDoesNothing) {
+TEST_P(EditingZoomWindow, SettingTheCurrentLevelDoesNothing) {
   view().move(0, 0, position(12, 20));
   window().ClearZoomWindow();
   window().ZoomLevel(10);
   EXPECT_TRUE(empty());
 }
 
-TEST_P(EditingZoomWindow, LetGoOfItsEditorItIsCleared) {
+TEST_P(EditingZoomWindow, WithoutItsEditorItIsCleared) {
   view().move(0, 0, position(12, 20));
   window().Application(nullptr);
   EXPECT_TRUE(empty());
@@ -438,13 +438,13 @@ TEST_P(EditingZoomWindow, LetGoOfItsEditorItIsCleared) {
   EXPECT_FALSE(empty()) << "bound again it shows the pointer's surroundings";
 }
 
-TEST_P(EditingZoomWindow, UnloadedItLetsGoOfItsEditorAndOfTheTracker) {
+TEST_P(EditingZoomWindow, UnloadedItReleasesItsEditorAndTheTracker) {
   view().move(0, 0, position(12, 20));
   form().Unload();
   EXPECT_EQ(window().Application(), nullptr);
   form().Graphics().DrawBox(1, 1, 9, 9, 0x0000FF);
   platform().pointerRestsAt({5000, 5000});
-  EXPECT_FALSE(empty()) << "nobody has told it that the pointer left";
+  EXPECT_FALSE(empty()) << "it received no leave of the pointer";
 }
 
 TEST_P(EditingZoomWindow, RedrawingDoesNotCopyThePicture) {

@@ -23,7 +23,7 @@ constexpr ToolFacts kTools[] = {
 
 class EditingTools : public EditingTest {
  protected:
-  /// The menu that a right click on a pixel opens, found by asking it for an entry that no menu has.
+  /// The menu that a right click on a pixel opens. It is identified by picking an entry that no menu has.
   std::string menuAt(Point pixel) {
     std::string complaint;
     const auto before = std::exchange(user().onComplaint, [&](const std::string& text) { complaint = text; });
@@ -48,7 +48,7 @@ TEST_P(EditingTools, HaveTheNumbersOfTheInterface) {
   EXPECT_EQ(ipToolDropper, 100);
 }
 
-TEST_P(EditingTools, EachCommandSetsItsToolPressesItsButtonAloneAndTellsTheView) {
+TEST_P(EditingTools, EachCommandSetsItsToolButtonAndTheViewsTool) {
   for (const ToolFacts& facts : kTools) {
     click(facts.key);
     EXPECT_EQ(editor().Tool(), facts.tool) << facts.key;
@@ -68,7 +68,7 @@ TEST_P(EditingTools, NoneReleasesAllButtonsAndTakesTheViewsTool) {
   EXPECT_EQ(view().MousePointer(), 0);
 }
 
-TEST_P(EditingTools, NumbersFrom100GiveTheViewTool0AndAllOthersAreWrittenThrough) {
+TEST_P(EditingTools, NumbersFrom100GiveTheViewTool0AndOthersPassThrough) {
   editor().Tool(static_cast<ImageProcessingToolConstants>(101));
   EXPECT_EQ(view().Tool(), 0);
   editor().Tool(static_cast<ImageProcessingToolConstants>(99));
@@ -78,7 +78,7 @@ TEST_P(EditingTools, NumbersFrom100GiveTheViewTool0AndAllOthersAreWrittenThrough
   for (const ToolFacts& facts : kTools) EXPECT_FALSE(pressed(facts.key)) << facts.key;
 }
 
-TEST_P(EditingTools, AChangeWritesToolThenPointerThenDropsTheSelectionThenRaisesToolChange) {
+TEST_P(EditingTools, AChangeSetsToolPointerAndSelectionThenRaisesToolChange) {
   editor().SetSelection(5, 6, 7, 8);
   log().clear();
   when(editor().ToolChange, [this](ImageProcessingToolConstants tool) {
@@ -91,18 +91,18 @@ TEST_P(EditingTools, AChangeWritesToolThenPointerThenDropsTheSelectionThenRaises
                                    "SelectionVisible=False", "ToolChange 5"));
 }
 
-TEST_P(EditingTools, TheZoomBarIsSwitchedBeforeTheButtonsAndTheButtonsBeforeTheView) {
+TEST_P(EditingTools, AChangeSwitchesZoomBarThenButtonsThenView) {
   std::vector<std::string> order;
   when(suite().CommandBarShowing, [&](CommandBar& bar, std::int32_t, CancelValue&) {
     order.push_back(bar.Name());
     EXPECT_FALSE(pressed("btnDrawZoom"));
-    EXPECT_EQ(view().Tool(), 1) << "the view is told later";
+    EXPECT_EQ(view().Tool(), 1) << "the view is set later";
   });
   editor().Tool(ipToolZoom);
   EXPECT_THAT(order, ElementsAre("Zoom"));
 }
 
-TEST_P(EditingTools, ThePresentValueKeepsTheSelectionAndRaisesNothing) {
+TEST_P(EditingTools, TheCurrentToolKeepsTheSelectionAndRaisesNothing) {
   editor().SetSelection(5, 6, 7, 8);
   log().clear();
   when(editor().ToolChange, [](ImageProcessingToolConstants) { FAIL() << "ToolChange"; });
@@ -148,7 +148,7 @@ TEST_P(EditingTools, OutsideThePictureThePositionPanelShowsASingleSpace) {
   EXPECT_EQ(panel("pnlPosition"), " ");
 }
 
-TEST_P(EditingTools, OnePixelBehindTheLastColumnAndRowStillCountsAsInside) {
+TEST_P(EditingTools, OnePixelBeyondThePictureStillCountsAsInside) {
   view().move(0, 0, position(12, 20));
   view().move(0, 0, position(kWidth, 20));
   EXPECT_EQ(panel("pnlPosition"), "12, 20") << "inside for the editor, not over the picture for the view";
@@ -203,7 +203,7 @@ TEST_P(EditingTools, TheDropperTakesTheForeColorWithTheLeftButton) {
   EXPECT_EQ(editor().BackColor(), background);
 }
 
-TEST_P(EditingTools, TheDropperTakesTheForeColorWithAnyButtonButTheRightOne) {
+TEST_P(EditingTools, TheDropperTakesTheForeColorWithButtonsButTheRight) {
   editor().Tool(ipToolDropper);
   const Point at = position(13, 20);
   view().MouseUp(kMiddleButton, 0, static_cast<float>(at.X), static_cast<float>(at.Y));
@@ -214,7 +214,7 @@ TEST_P(EditingTools, AClickOfTheMiddleButtonTakesNoColor) {
   editor().Tool(ipToolDropper);
   const OLE_COLOR foreground = editor().ForeColor();
   view().click(position(13, 20), kMiddleButton);
-  EXPECT_EQ(editor().ForeColor(), foreground) << "the button is the view's own";
+  EXPECT_EQ(editor().ForeColor(), foreground) << "the view uses this button itself";
 }
 
 TEST_P(EditingTools, ARightClickWithTheDropperTakesTheBackColorAndOpensTheMenu) {
@@ -243,7 +243,7 @@ TEST_P(EditingTools, TheDropperWithoutAPicturePicksNothing) {
   EXPECT_EQ(editor().ForeColor(), foreground);
 }
 
-TEST_P(EditingTools, TheDropperOnTheColumnBehindTheLastReportsTheEnginesErrorAndKeepsTheColor) {
+TEST_P(EditingTools, TheDropperBeyondTheLastColumnReportsAndKeepsTheColor) {
   editor().Tool(ipToolDropper);
   const OLE_COLOR foreground = editor().ForeColor();
   expectReport();
@@ -272,7 +272,7 @@ TEST_P(EditingTools, TheRightButtonNeverZooms) {
   EXPECT_EQ(view().Zoom(), 1.0);
 }
 
-TEST_P(EditingTools, TheZoomToolZoomsOutsideThePictureTooSinceTheButtonIsRecordedThere) {
+TEST_P(EditingTools, TheZoomToolZoomsOutsideThePictureToo) {
   editor().Tool(ipToolZoom);
   view().click({2, 2});
   EXPECT_EQ(view().Zoom(), 2.0);
@@ -295,18 +295,18 @@ TEST_P(EditingTools, OtherToolsDoNotZoomOnAClick) {
 
 // -- Context menus ----------------------------------------------------------------------------------------
 
-TEST_P(EditingTools, ARightClickIntoTheSelectionOpensItsMenuUpToAndWithTheFarEdges) {
+TEST_P(EditingTools, ARightClickInTheSelectionOpensItsMenu) {
   editor().SetSelection(5, 6, 20, 12);
   EXPECT_EQ(menuAt({12, 12}), "mnuSelectionContext");
   EXPECT_EQ(menuAt({5, 6}), "mnuSelectionContext");
   EXPECT_EQ(menuAt({25, 18}), "mnuSelectionContext");
 }
 
-TEST_P(EditingTools, ARightClickBesideTheSelectionOpensTheMenuOfThePicture) {
+TEST_P(EditingTools, ARightClickOutsideTheSelectionOpensTheImageMenu) {
   EXPECT_EQ(menuAt({12, 12}), "mnuImageContext");
   editor().SetSelection(5, 6, 20, 12);
-  for (const Point beside : {Point{26, 18}, Point{25, 19}, Point{4, 6}, Point{5, 5}}) {
-    EXPECT_EQ(menuAt(beside), "mnuImageContext") << recorded::text(beside);
+  for (const Point outside : {Point{26, 18}, Point{25, 19}, Point{4, 6}, Point{5, 5}}) {
+    EXPECT_EQ(menuAt(outside), "mnuImageContext") << recorded::text(outside);
   }
 }
 
@@ -325,7 +325,7 @@ TEST_P(EditingTools, TheMenusCommandsAreDispatched) {
   EXPECT_THAT(engineCalls(), Contains("scratch.Writer.ToClipboard()"));
 }
 
-TEST_P(EditingTools, PressAndReleaseMapByScrollAloneAtEveryZoom) {
+TEST_P(EditingTools, PressAndReleaseUseOnlyTheScrollAtEveryZoom) {
   open(1000, 900);
   suite().typeComboText("cboZoom", "2:1");
   view().ScrollLeft(100);
@@ -377,7 +377,7 @@ TEST_P(EditingMaterials, ABackColorFillsShapesInIt) {
   EXPECT_THAT(calls(), ElementsAre("view.Draw.FillMode=6", "BackColorChange 658188"));
 }
 
-TEST_P(EditingMaterials, NoBackColorMakesOutlinesInTheForeColorAndThenForeColorTakesEffectAtOnce) {
+TEST_P(EditingMaterials, NoBackColorMakesOutlinesInTheForeColor) {
   editor().BackColor(-1);
   EXPECT_EQ(drawColor(), 0x405060);
   EXPECT_THAT(calls(), ElementsAre("view.Draw.FillMode=-1", "BackColorChange -1"));
@@ -391,7 +391,7 @@ TEST_P(EditingMaterials, WithABackColorTheForeColorDoesNotReachThePicture) {
   EXPECT_THAT(calls(), ElementsAre("ForeColorChange 66051"));
 }
 
-TEST_P(EditingMaterials, ThePresentColorsDoNothing) {
+TEST_P(EditingMaterials, SettingTheCurrentColorsDoesNothing) {
   editor().ForeColor(0x405060);
   editor().BackColor(0x102030);
   EXPECT_THAT(calls(), IsEmpty());

@@ -20,7 +20,7 @@ TEST_P(EditingUndo, AStepWithAnEmptyNameShowsAsPlainUndo) {
   EXPECT_EQ(redoTip(), "Redo");
 }
 
-TEST_P(EditingUndo, TheCaptionIsTheNameBehindUndoAndTheToolTipHasNoAccelerator) {
+TEST_P(EditingUndo, TheCaptionHasTheNameAndTheToolTipNoAccelerator) {
   editor().SetSelection(5, 5, 10, 10);
   editor().Cut(true);
   EXPECT_EQ(undoCaption(), "&Undo Cut");
@@ -34,7 +34,7 @@ TEST_P(EditingUndo, TheCaptionIsTheNameBehindUndoAndTheToolTipHasNoAccelerator) 
   EXPECT_EQ(redoCaption(), "&Redo");
 }
 
-TEST_P(EditingUndo, UndoAndRedoAreEnabledExactlyWhileThereIsAStepToTake) {
+TEST_P(EditingUndo, UndoAndRedoAreEnabledWhileThereIsAStep) {
   const auto state = [&] {
     return std::pair(command("btnEditUndo").Enabled(), command("btnEditRedo").Enabled());
   };
@@ -85,7 +85,7 @@ TEST_P(EditingUndo, AfterANewPictureTheCaptionsArePlainAgain) {
   EXPECT_EQ(redoTip(), "Redo");
 }
 
-TEST_P(EditingUndo, AnUnnamedStepBehindAnUndoPointIsAStepOfItsOwn) {
+TEST_P(EditingUndo, AnUnnamedStepAfterAnUndoPointIsASeparateStep) {
   const engine::Bitmap before = shown();
   view().CreateUndoPoint("x");
   editor().FlipHorizontally();
@@ -99,7 +99,7 @@ TEST_P(EditingUndo, AnUnnamedStepBehindAnUndoPointIsAStepOfItsOwn) {
   EXPECT_EQ(redoCaption(), "&Redo x");
 }
 
-TEST_P(EditingUndo, ASectionBehindAHostsUndoPointIsAStepOfItsOwn) {
+TEST_P(EditingUndo, ASectionAfterAHostsUndoPointIsASeparateStep) {
   view().CreateUndoPoint("x");
   editor().SetSelection(5, 5, 10, 10);
   editor().FlipHorizontally(true);
@@ -108,7 +108,7 @@ TEST_P(EditingUndo, ASectionBehindAHostsUndoPointIsAStepOfItsOwn) {
   EXPECT_EQ(undoCaption(), "&Undo x");
 }
 
-TEST_P(EditingUndo, AContouredShadowThatFailsLeavesPictureChangedUndoAndRedoAsTheyWere) {
+TEST_P(EditingUndo, AFailedContouredShadowChangesNothing) {
   using Editor = ImageProcessingCtl;
   constexpr std::int32_t kTooFar = 2000000000;
   const struct {
@@ -165,12 +165,12 @@ TEST_P(EditingUndo, AContouredShadowThatFailsLeavesPictureChangedUndoAndRedoAsTh
       EXPECT_EQ(view().CanUndo(), canUndo);
       EXPECT_EQ(view().CanRedo(), canRedo);
       editor().Redo();
-      EXPECT_EQ(same(shown(), before), !canRedo) << "what was undone can still be had again";
+      EXPECT_EQ(same(shown(), before), !canRedo) << "the undone step can still be redone";
     }
   }
 }
 
-TEST_P(EditingUndo, AfterAnUndoTheNextStepsNameIsShownAndChangedStaysTrue) {
+TEST_P(EditingUndo, AfterAnUndoTheNextNameIsShownAndChangedStays) {
   editor().Tool(ipToolRectangle);
   dragSelection({5, 5}, {12, 12});
   editor().SetSelection(5, 5, 10, 10);
@@ -181,7 +181,7 @@ TEST_P(EditingUndo, AfterAnUndoTheNextStepsNameIsShownAndChangedStaysTrue) {
   EXPECT_TRUE(editor().Changed());
 }
 
-TEST_P(EditingUndo, EveryOperationIsOneStepThatUndoTakesBackAndRedoGivesAgain) {
+TEST_P(EditingUndo, EveryOperationIsOneStepForUndoAndRedo) {
   using Editor = ImageProcessingCtl;
   const struct {
     const char* what;
@@ -254,7 +254,7 @@ TEST_P(EditingUndo, FlattenIsOneUnnamedStep) {
   EXPECT_EQ(at(3, 3).a, 100);
 }
 
-TEST_P(EditingUndo, SelectingCopyingZoomingScrollingToolsAndColorsAreNoStepsAndNoChange) {
+TEST_P(EditingUndo, SelectingCopyingViewingToolsAndColorsAreNoChange) {
   open(1000, 900);
   dragSelection({10, 10}, {100, 100});
   editor().Copy(true);
@@ -266,7 +266,7 @@ TEST_P(EditingUndo, SelectingCopyingZoomingScrollingToolsAndColorsAreNoStepsAndN
   EXPECT_FALSE(editor().Changed());
   editor().Undo();
   EXPECT_TRUE(same(shown(), gradient(1000, 900)));
-  EXPECT_FALSE(editor().Changed()) << "an empty stack does nothing that the editor sees";
+  EXPECT_FALSE(editor().Changed()) << "an empty stack changes nothing";
 }
 
 TEST_P(EditingUndo, ChangeIsRaisedOncePerRunOfChanges) {
@@ -308,7 +308,7 @@ TEST_P(EditingUndo, UndoingAllStepsSetsChanged) {
   EXPECT_TRUE(editor().Changed());
 }
 
-TEST_P(EditingUndo, TheCaptionsStandWhenChangeIsRaised) {
+TEST_P(EditingUndo, TheCaptionsAreSetBeforeChangeIsRaised) {
   std::string caption;
   when(editor().Change, [&] { caption = undoCaption(); });
   editor().SetSelection(5, 5, 10, 10);
@@ -316,7 +316,7 @@ TEST_P(EditingUndo, TheCaptionsStandWhenChangeIsRaised) {
   EXPECT_EQ(caption, "&Undo Cut");
 }
 
-TEST_P(EditingUndo, AsManyStepsAsTheLevelsAreKept) {
+TEST_P(EditingUndo, StepsAreKeptUpToTheLevels) {
   editor().UndoLevels(2);
   const engine::Bitmap before = shown();
   editor().FlipHorizontally();
@@ -363,18 +363,18 @@ TEST_P(EditingUndo, APictureThatAHostLoadsWithoutAStepDisablesRedo) {
   EXPECT_EQ(redoTip(), "Redo");
 }
 
-TEST_P(EditingUndo, TheLevelsLetStoresTellsTheContainerAndWritesTheView) {
+TEST_P(EditingUndo, SettingTheLevelsNotifiesContainerAndSetsTheView) {
   editor().UndoLevels(7);
   EXPECT_THAT(calls(), ElementsAre("UndoLevels=7"));
   EXPECT_EQ(site().changedProperties().back(), "UndoLevels");
-  const auto told = site().changedProperties().size();
+  const auto before = site().changedProperties().size();
   log().clear();
   editor().UndoLevels(7);
   EXPECT_THAT(calls(), IsEmpty());
-  EXPECT_EQ(site().changedProperties().size(), told);
+  EXPECT_EQ(site().changedProperties().size(), before);
 }
 
-TEST_P(EditingUndo, ANewPictureEmptiesTheStackByWriting0AndTheLevelsAgain) {
+TEST_P(EditingUndo, ANewPictureWritesLevels0AndThenTheLevels) {
   editor().UndoLevels(5);
   editor().FlipHorizontally();
   editor().SetSelection(1, 1, 5, 5);

@@ -32,7 +32,7 @@ TEST_P(EditorCommands, CloseRaisesExitRequestBeforeTheControlIsMarked) {
   EXPECT_EQ(editor().EventSink(), nullptr);
 }
 
-TEST_P(EditorCommands, AreKnownByTheirKeyFromTheFourthCharacterOnWhateverItsCase) {
+TEST_P(EditorCommands, AreFoundByKeyFromTheFourthCharacterInAnyCase) {
   start();
   int requests = 0;
   connections_.push_back(editor().ExitRequest.Connect([&] { ++requests; }));
@@ -48,7 +48,7 @@ TEST_P(EditorCommands, AreKnownByTheirKeyFromTheFourthCharacterOnWhateverItsCase
   EXPECT_EQ(requests, 4) << "an unknown key does nothing";
 }
 
-TEST_P(EditorCommands, OpenAsksToSaveChangesFirstAndGivesUpOnCancel) {
+TEST_P(EditorCommands, OpenAsksToSaveChangesAndStopsOnCancel) {
   startWithPicture();
   change();
   user().answers(kAnswerCancel);
@@ -56,7 +56,7 @@ TEST_P(EditorCommands, OpenAsksToSaveChangesFirstAndGivesUpOnCancel) {
   EXPECT_THAT(user().boxes(), SizeIs(1));
 }
 
-TEST_P(EditorCommands, OpenGoesOnToTheDialogAfterNo) {
+TEST_P(EditorCommands, OpenContinuesToTheDialogAfterNo) {
   startWithPicture();
   change();
   const std::string other = makePicture("other.png", 2, 7, 5);
@@ -87,7 +87,7 @@ TEST_P(EditorCommands, ARecentFileOpensWithoutAskingToSaveChanges) {
   EXPECT_EQ(editor().Filename(), first);
 }
 
-TEST_P(EditorCommands, WithoutRecentFilesAClickThatStillArrivesIsToldSo) {
+TEST_P(EditorCommands, WithoutRecentFilesAClickShowsABox) {
   const std::string file = startWithPicture();
   editor().ShowMRU(false);
   user().answers(kAnswerOK);
@@ -98,7 +98,7 @@ TEST_P(EditorCommands, WithoutRecentFilesAClickThatStillArrivesIsToldSo) {
   EXPECT_EQ(editor().Filename(), file);
 }
 
-TEST_P(EditorCommands, TheSimpleSaveIsTheHosts) {
+TEST_P(EditorCommands, TheSimpleSaveIsLeftToTheHost) {
   startWithPicture();
   editor().UseSimpleSave(true);
   editor().Changed(true);
@@ -144,7 +144,7 @@ TEST_P(EditorCommands, CopyTakesTheSelectionOnlyWithTheSelectTool) {
   EXPECT_EQ(copied(), (Size{40, 30})) << "the whole image although there is a selection";
 }
 
-TEST_P(EditorCommands, PasteWithoutABitmapSaysSo) {
+TEST_P(EditorCommands, PasteWithoutABitmapShowsABox) {
   startWithPicture();
   user().answers(kAnswerOK);
   click("btnEditPaste");
@@ -163,7 +163,7 @@ TEST_P(EditorCommands, PasteBeginsWithTheSelectToolAndItsStatus) {
   EXPECT_EQ(panel("pnlStatus"), "Please select where to paste the image, or press Escape to cancel");
 }
 
-TEST_P(EditorCommands, CropWithoutASelectionBeginsOneAndWithASelectionCrops) {
+TEST_P(EditorCommands, CropUsesTheSelectionOrBeginsOne) {
   startWithPicture();
   editor().Tool(ipToolPan);
   click("btnImageCrop");
@@ -177,7 +177,7 @@ TEST_P(EditorCommands, CropWithoutASelectionBeginsOneAndWithASelectionCrops) {
   EXPECT_EQ(editor().Image()->Height(), 10);
 }
 
-TEST_P(EditorCommands, ACropThatFailsIsTold) {
+TEST_P(EditorCommands, ACropThatFailsShowsABox) {
   startWithPicture();
   editor().SetSelection(100, 100, 20, 10);
   user().answers(kAnswerOK);
@@ -252,7 +252,7 @@ TEST_P(EditorCommands, HelpShowsTheFirstPageOfTheBook) {
   EXPECT_TRUE(platform().helpShown()[0].ends_with("BrindleImgPro/default.html"));
 }
 
-TEST_P(EditorCommands, AMissingHelpBookIsOneClearMessage) {
+TEST_P(EditorCommands, AMissingHelpBookShowsOneBox) {
   start();
   loseHelpBooks();
   user().answers(kAnswerOK);
@@ -279,17 +279,17 @@ TEST_P(EditorCommands, TheAboutBoxShowsTitleAndVersionAndNoPicture) {
 
 // -- Marks that follow the surface ------------------------------------------------------------------------
 
-TEST_P(EditorCommands, HidingTheStatusBarByItsOwnMeansUnticksItsCommand) {
+TEST_P(EditorCommands, HidingTheStatusBarItselfUnchecksItsCommand) {
   start();
   suite().showBar("Status Bar", false);
   EXPECT_FALSE(command("btnViewStatusBar").Checked());
   suite().showBar("Status Bar", true);
   EXPECT_TRUE(command("btnViewStatusBar").Checked());
   suite().showBar("Tools", false);
-  EXPECT_TRUE(command("btnViewStatusBar").Checked()) << "another bar has nothing to do with it";
+  EXPECT_TRUE(command("btnViewStatusBar").Checked()) << "another bar does not affect it";
 }
 
-TEST_P(EditorCommands, ClosingADockWindowUnticksItsOwnCommandOnly) {
+TEST_P(EditorCommands, ClosingADockWindowUnchecksOnlyItsCommand) {
   start();
   suite().showDockWindow("dkwZoom", true);
   suite().showDockWindow("dkwMaterials", true);
@@ -304,7 +304,7 @@ TEST_P(EditorCommands, ClosingADockWindowUnticksItsOwnCommandOnly) {
 
 // -- Status -----------------------------------------------------------------------------------------------
 
-TEST_P(EditorCommands, HighlightingACommandShowsItsDescriptionAndLeavingItTheDefaultText) {
+TEST_P(EditorCommands, AHighlightShowsTheDescriptionThenTheDefaultText) {
   start();
   editor().Status("Ready", false, true);
   suite().highlight("btnFileOpen");
@@ -313,7 +313,7 @@ TEST_P(EditorCommands, HighlightingACommandShowsItsDescriptionAndLeavingItTheDef
   EXPECT_EQ(panel("pnlStatus"), "Ready");
 }
 
-TEST_P(EditorCommands, AStatusThatIsNoDefaultDoesNotComeBack) {
+TEST_P(EditorCommands, ATemporaryStatusIsNotRestored) {
   start();
   editor().Status("Passing");
   EXPECT_EQ(panel("pnlStatus"), "Passing");
@@ -322,7 +322,7 @@ TEST_P(EditorCommands, AStatusThatIsNoDefaultDoesNotComeBack) {
   EXPECT_EQ(panel("pnlStatus"), "");
 }
 
-TEST_P(EditorCommands, StatusBeginsABusyPhaseWithATextAndEndsItWithoutOne) {
+TEST_P(EditorCommands, StatusBeginsAndEndsABusyPhase) {
   start();
   platform().FormUtility().forgetPointers();
   editor().Status("Working", true);
@@ -372,13 +372,13 @@ constexpr const char* kNeedAPicture[] = {"btnFileSave",
 constexpr const char* kAlwaysUsable[] = {
     "btnFileOpen",       "btnFileClose",     "btnFileSimpleSave", "btnViewMaterialsWindow",
     "btnViewZoomWindow", "btnViewStatusBar", "btnHelpContents",   "btnHelpAbout"};
-/// Their dialogs are missing.
+/// Commands whose dialogs are not implemented yet.
 const std::set<std::string> kAwaitingDialogs = {
     "btnFileExport",        "btnEditPasteSpecial", "btnImageResizeCanvas",     "btnImageResize",
     "btnToolsFlattenAlpha", "btnImageDropShadow",  "btnImageShapedDropShadow", "btnToolsOptions"};
 const std::set<std::string> kNeedAStep = {"btnEditUndo", "btnEditRedo"};
 
-TEST_P(EditorCommands, SetControlsSwitchesThe34CommandsThatNeedAPictureAndNoOther) {
+TEST_P(EditorCommands, SetControlsSwitchesOnlyThe34CommandsOfPictures) {
   startWithPicture();
   change();
   view().ImgX()->Effects().Flip(1, "Flip");
@@ -392,7 +392,7 @@ TEST_P(EditorCommands, SetControlsSwitchesThe34CommandsThatNeedAPictureAndNoOthe
   }
 }
 
-TEST_P(EditorCommands, CommandsThatWaitForTheirDialogsAreOffWhateverSetControlsIsTold) {
+TEST_P(EditorCommands, CommandsWithoutTheirDialogsAreAlwaysDisabled) {
   const auto expectOff = [&](const char* when) {
     for (const std::string& key : kAwaitingDialogs)
       EXPECT_FALSE(command(key).Enabled()) << key << " " << when;
@@ -411,7 +411,7 @@ TEST_P(EditorCommands, CommandsThatWaitForTheirDialogsAreOffWhateverSetControlsI
   EXPECT_FALSE(suite().pressHotKey(kShiftMask, 'S')) << "Resize";
 }
 
-TEST_P(EditorCommands, SetControlsDisablesActualSizeButLeavesItsEnablingToTheZoom) {
+TEST_P(EditorCommands, SetControlsDisablesActualSizeAndTheZoomEnablesIt) {
   start();
   ASSERT_FALSE(command("btnZoomActualSize").Enabled());
   editor().SetControls(true);
@@ -426,22 +426,22 @@ TEST_P(EditorCommands, SetControlsDisablesActualSizeButLeavesItsEnablingToTheZoo
 TEST_P(EditorCommands, SetControlsRepaintsTheBarsOnce) {
   start();
   editor().SetControls(false);
-  std::vector<std::string> told;
+  std::vector<std::string> notified;
   connections_.push_back(suite().CommandUpdated.Connect([&](docking::CommandModel& changed) {
-    told.push_back(changed.Name());
-    EXPECT_TRUE(command("btnDrawPicker").Enabled()) << "told only after the last one was switched";
+    notified.push_back(changed.Name());
+    EXPECT_TRUE(command("btnDrawPicker").Enabled()) << "notified only after the last one was switched";
   }));
   editor().SetControls(true);
   std::vector<std::string> expected;
   for (const char* key : kNeedAPicture) {
     if (!kAwaitingDialogs.count(key) && !kNeedAStep.count(key)) expected.push_back(key);
   }
-  EXPECT_EQ(told, expected) << "in this order, each once";
+  EXPECT_EQ(notified, expected) << "in this order, each once";
 }
 
 // -- Hot keys and options ---------------------------------------------------------------------------------
 
-TEST_P(EditorCommands, HotKeysAreCancelledOnADesignSurfaceAndNotAtRunTime) {
+TEST_P(EditorCommands, HotKeysAreCanceledOnADesignSurfaceOnly) {
   create(false);
   site().InitProperties();
   EXPECT_FALSE(suite().pressHotKey(kCtrlMask, 'O'));
@@ -456,7 +456,7 @@ TEST_P(EditorCommands, SetToolbarStyleChangesTheLookOfTheBars) {
   EXPECT_EQ(suite().style(), 2);
 }
 
-TEST_P(EditorCommands, ApplyOptionsBringsGridAndQualityToTheSurface) {
+TEST_P(EditorCommands, ApplyOptionsSetsGridAndQualityOfTheSurface) {
   start();
   options().BackgroundGridSize(7);
   editor().ApplyOptions();
@@ -479,7 +479,7 @@ TEST_P(EditorCommands, ApplyOptionsSetsTheQualityOfTheViewsNextJpegFile) {
   EXPECT_LT(sizeAt(5), sizeAt(95));
 }
 
-TEST_P(EditorCommands, ADescriptionThatIsWrittenIsShownWhileTheCommandIsHighlighted) {
+TEST_P(EditorCommands, AnAssignedDescriptionIsShownWithTheHighlight) {
   start();
   command("btnFileOpen").Description("Opens a drawing");
   suite().CommandHighlight(command("btnFileOpen"), kHighlightHot);

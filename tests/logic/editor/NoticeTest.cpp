@@ -1,4 +1,4 @@
-// What the user is told, in the strip over the picture, of the file that he opened.
+// The notice about the opened file in the strip above the picture.
 
 #include "../../contract/TiffBytes.h"
 #include "EditorTest.h"
@@ -19,7 +19,7 @@ constexpr char kThreePages[] =
 
 class EditorNotice : public EditorTest {
  protected:
-  /// A file with much in it, so that a part of it holds some rows.
+  /// A file of noise, so that its first half holds some rows.
   std::string makeBusyPicture(const std::string& name, std::int32_t format) {
     const auto picture = platform().CreateImgX();
     picture->Document().NewImage(200, 200, nullptr);
@@ -42,7 +42,7 @@ class EditorNotice : public EditorTest {
     write(path(name), grayTiff(20, 10, pages));
     return path(name);
   }
-  /// A TIFF of 20 rows of which 12 are there.
+  /// A TIFF of 20 rows truncated after 12.
   std::string makeDamaged(const std::string& name = "damaged.tif") {
     const std::string whole = grayTiff(30, 20);
     write(path(name), whole.substr(0, whole.size() - 8 * 30));
@@ -64,7 +64,7 @@ class EditorNotice : public EditorTest {
 
 // -- Damaged files ----------------------------------------------------------------------------------------
 
-TEST_P(EditorNotice, ATruncatedFileThatHoldsARowShowsWhatItHoldsAndSaysSoInTheStripOnly) {
+TEST_P(EditorNotice, ATruncatedFileWithARowShowsItsRowsAndANoticeOnly) {
   start();
   const std::pair<const char*, std::int32_t> files[] = {{"a.jpg", 1}, {"a.png", 2}, {"a.gif", 11}};
   for (const auto& [name, format] : files) {
@@ -86,10 +86,10 @@ TEST_P(EditorNotice, ATruncatedFileThatHoldsARowShowsWhatItHoldsAndSaysSoInTheSt
   EXPECT_THAT(user().boxes(), IsEmpty());
 }
 
-TEST_P(EditorNotice, AFileWithoutAWholeRowIsRefusedInABoxAndTheStripStaysWithItsPicture) {
+TEST_P(EditorNotice, AFileWithoutAWholeRowShowsABoxAndKeepsTheNotice) {
   start();
   EXPECT_TRUE(editor().OpenImage(makeDamaged()));
-  const std::string told = view().Notice();
+  const std::string notice = view().Notice();
   const std::string whole = grayTiff(30, 20);
   write(path("hopeless.tif"), whole.substr(0, whole.size() - 20 * 30 + 5));
   user().answers(kAnswerOK);
@@ -97,18 +97,18 @@ TEST_P(EditorNotice, AFileWithoutAWholeRowIsRefusedInABoxAndTheStripStaysWithIts
   ASSERT_THAT(user().boxes(), SizeIs(1));
   EXPECT_THAT(user().boxes()[0].text,
               StartsWith("Unable to open image \"" + path("hopeless.tif") + "\" due to error \""));
-  EXPECT_EQ(view().Notice(), told);
+  EXPECT_EQ(view().Notice(), notice);
   EXPECT_EQ(editor().Filename(), path("damaged.tif"));
 }
 
-TEST_P(EditorNotice, AWholeFileSaysNothing) {
+TEST_P(EditorNotice, AnIntactFileHasNoNotice) {
   startWithPicture();
   EXPECT_EQ(view().Notice(), "");
   change();
   EXPECT_EQ(view().Notice(), "");
 }
 
-TEST_P(EditorNotice, OpeningADamagedFileAsksTheEngineForNothingElse) {
+TEST_P(EditorNotice, OpeningADamagedFileMakesNoOtherEngineCalls) {
   start();
   const std::string file = makeDamaged();
   editor().OpenImage(file);
@@ -117,7 +117,7 @@ TEST_P(EditorNotice, OpeningADamagedFileAsksTheEngineForNothingElse) {
                                            "SelectionWidth=0", "SelectionVisible=False"));
 }
 
-TEST_P(EditorNotice, TheStripIsThereWhenTheHostHearsOfThePicture) {
+TEST_P(EditorNotice, TheNoticeIsShownBeforeTheHostIsNotified) {
   start();
   std::string heard;
   connections_.push_back(editor().PictureSet.Connect([&] { heard = view().Notice(); }));
@@ -125,7 +125,7 @@ TEST_P(EditorNotice, TheStripIsThereWhenTheHostHearsOfThePicture) {
   EXPECT_THAT(heard, HasSubstr("only 12 of 20 rows"));
 }
 
-TEST_P(EditorNotice, AnotherPictureTakesTheStripAwayWhereverItComesFrom) {
+TEST_P(EditorNotice, AnyOtherPictureRemovesTheNotice) {
   start();
   const std::string damaged = makeDamaged();
   const std::string whole = makePicture("whole.png", 2);
@@ -144,32 +144,32 @@ TEST_P(EditorNotice, AnotherPictureTakesTheStripAwayWhereverItComesFrom) {
   }
 }
 
-TEST_P(EditorNotice, WorkOnThePictureLeavesTheStrip) {
+TEST_P(EditorNotice, EditsKeepTheNotice) {
   start();
   editor().OpenImage(makeDamaged());
-  const std::string told = view().Notice();
+  const std::string notice = view().Notice();
   change();
   editor().Rotate(90);
   editor().Undo();
   editor().SelectAll();
-  EXPECT_EQ(view().Notice(), told);
+  EXPECT_EQ(view().Notice(), notice);
 }
 
-TEST_P(EditorNotice, AStripThatTheUserClosedStaysClosedUntilAFileIsOpenedAgain) {
+TEST_P(EditorNotice, AClosedNoticeStaysClosedUntilAFileIsOpenedAgain) {
   start();
   const std::string file = makeDamaged();
   editor().OpenImage(file);
-  const std::string told = view().Notice();
+  const std::string notice = view().Notice();
   view().closeNotice();
   EXPECT_EQ(view().Notice(), "");
   change();
   editor().Undo();
   EXPECT_EQ(view().Notice(), "");
   editor().OpenImage(file);
-  EXPECT_EQ(view().Notice(), told);
+  EXPECT_EQ(view().Notice(), notice);
 }
 
-TEST_P(EditorNotice, ThePicturesThatADialogTriesThingsOnSayNothing) {
+TEST_P(EditorNotice, PreviewsOfADialogHaveNoNotice) {
   start();
   editor().OpenImage(makeDamaged());
   user().uses("frmRotate", [](Form& form) {
@@ -181,7 +181,7 @@ TEST_P(EditorNotice, ThePicturesThatADialogTriesThingsOnSayNothing) {
   editor().ShowRotateDialog();
 }
 
-TEST_P(EditorNotice, ASaveMakesTheFileWholeAndTakesTheStripAway) {
+TEST_P(EditorNotice, ASaveRepairsTheFileAndRemovesTheNotice) {
   start();
   const std::string file = makeDamaged();
   editor().OpenImage(file);
@@ -195,7 +195,7 @@ TEST_P(EditorNotice, ASaveMakesTheFileWholeAndTakesTheStripAway) {
 
 // -- Files with several pages -----------------------------------------------------------------------------
 
-TEST_P(EditorNotice, AFileWithSeveralPagesOpensAtItsFirstAndSaysWhatASaveWouldLose) {
+TEST_P(EditorNotice, AFileOfSeveralPagesOpensTheFirstWithANotice) {
   startWithPages();
   EXPECT_EQ(view().Notice(), kThreePages);
   EXPECT_EQ(view().noticeButton(), command("btnFileSaveAs").Caption());
@@ -210,7 +210,7 @@ TEST_P(EditorNotice, OfTwoPagesOneWouldBeLost) {
             "The file has 2 pages, of which you see the first. Saving over it would lose the other one.");
 }
 
-TEST_P(EditorNotice, DamageAndPagesAreToldTogether) {
+TEST_P(EditorNotice, DecodeErrorAndPagesAreInOneNotice) {
   start();
   std::string file = grayTiff(20, 10, 2);
   // The first page claims three times its rows: its strip ends before them.
@@ -222,7 +222,7 @@ TEST_P(EditorNotice, DamageAndPagesAreToldTogether) {
   EXPECT_THAT(view().Notice(), HasSubstr(". The file has 2 pages, of which you see the first. "));
 }
 
-TEST_P(EditorNotice, TheButtonRunsTheCommandSaveAsAndTheFileKeepsItsPages) {
+TEST_P(EditorNotice, TheButtonRunsSaveAsAndTheFileKeepsItsPages) {
   const std::string file = startWithPages();
   const std::string before = contents(file);
   change();
@@ -231,12 +231,12 @@ TEST_P(EditorNotice, TheButtonRunsTheCommandSaveAsAndTheFileKeepsItsPages) {
   EXPECT_THAT(log().entries(), Contains("ToFile " + path("first page.tif") + " 3 0 True"));
   EXPECT_EQ(editor().Filename(), path("first page.tif"));
   EXPECT_EQ(contents(file), before);
-  EXPECT_EQ(view().Notice(), "") << "there is nothing to lose any more";
+  EXPECT_EQ(view().Notice(), "") << "nothing can be lost any more";
   change();
   EXPECT_EQ(view().Notice(), "");
 }
 
-TEST_P(EditorNotice, ASaveAsThatIsGivenUpLeavesTheStrip) {
+TEST_P(EditorNotice, ACanceledSaveAsKeepsTheNotice) {
   const std::string file = startWithPages();
   user().cancelsFileDialog();
   view().pressNoticeButton();
@@ -244,14 +244,14 @@ TEST_P(EditorNotice, ASaveAsThatIsGivenUpLeavesTheStrip) {
   EXPECT_EQ(pagesOf(file), 3);
 }
 
-TEST_P(EditorNotice, ASaveThatFailsLeavesTheStrip) {
+TEST_P(EditorNotice, ASaveThatFailsKeepsTheNotice) {
   startWithPages();
   user().answers(kAnswerOK);
   EXPECT_FALSE(editor().SaveImageAs(path("no such folder") + platform().files().separator() + "x.tif"));
   EXPECT_EQ(view().Notice(), kThreePages);
 }
 
-TEST_P(EditorNotice, ASaveOverTheFileIsCarriedOutSinceItWasAnnounced) {
+TEST_P(EditorNotice, ASaveOverTheFileAsksNothing) {
   const std::string file = startWithPages();
   change();
   log().clear();
@@ -270,7 +270,7 @@ TEST_P(EditorNotice, ASaveAsToTheSameNameIsASaveOverTheFile) {
   EXPECT_EQ(view().Notice(), "");
 }
 
-TEST_P(EditorNotice, AStripThatWasClosedComesBackOnceWithTheFirstChangeSoThatNoSaveTakesTheUserUnawares) {
+TEST_P(EditorNotice, AClosedNoticeReappearsOnceWithTheFirstChange) {
   startWithPages();
   view().closeNotice();
   change();
@@ -278,10 +278,10 @@ TEST_P(EditorNotice, AStripThatWasClosedComesBackOnceWithTheFirstChangeSoThatNoS
   EXPECT_EQ(view().noticeButton(), command("btnFileSaveAs").Caption());
   view().closeNotice();
   change();
-  EXPECT_EQ(view().Notice(), "") << "now it was closed with the change in sight";
+  EXPECT_EQ(view().Notice(), "") << "it was closed after the change";
 }
 
-TEST_P(EditorNotice, AStripThatWasClosedAfterTheFirstChangeStaysClosed) {
+TEST_P(EditorNotice, ANoticeClosedAfterTheFirstChangeStaysClosed) {
   startWithPages();
   change();
   EXPECT_EQ(view().Notice(), kThreePages);
@@ -290,7 +290,7 @@ TEST_P(EditorNotice, AStripThatWasClosedAfterTheFirstChangeStaysClosed) {
   EXPECT_EQ(view().Notice(), "");
 }
 
-TEST_P(EditorNotice, TheStripStandsWhileTheUserIsAskedAboutUnsavedChanges) {
+TEST_P(EditorNotice, TheNoticeIsShownDuringTheQuestionAboutChanges) {
   startWithPages();
   view().closeNotice();
   change();
@@ -299,7 +299,7 @@ TEST_P(EditorNotice, TheStripStandsWhileTheUserIsAskedAboutUnsavedChanges) {
   EXPECT_EQ(view().Notice(), kThreePages);
 }
 
-TEST_P(EditorNotice, WhereTheHostSavesNoSaveAsIsOffered) {
+TEST_P(EditorNotice, IfTheHostSavesTheNoticeHasNoSaveAsButton) {
   start();
   editor().UseSimpleSave(true);
   editor().OpenImage(makeTiff("scan.tif", 3));
@@ -307,18 +307,18 @@ TEST_P(EditorNotice, WhereTheHostSavesNoSaveAsIsOffered) {
   EXPECT_EQ(view().noticeButton(), "");
 }
 
-TEST_P(EditorNotice, TheButtonDoesNotReachACommandThatTheHostHasSwitchedOff) {
+TEST_P(EditorNotice, TheButtonDoesNotRunADisabledCommand) {
   startWithPages();
   command("btnFileSaveAs").Enabled(false);
   view().pressNoticeButton();
   EXPECT_THAT(log().entries(), IsEmpty());
 }
 
-TEST_P(EditorNotice, AHostCanReadBeforeItSavesWhatASaveWouldLose) {
+TEST_P(EditorNotice, AHostCanReadThePagesBeforeItSaves) {
   startWithPages();
   change();
   editor().Rotate(90);
-  EXPECT_EQ(editor().Image()->Pages(), 3) << "of the file it came from, whatever was done to it";
+  EXPECT_EQ(editor().Image()->Pages(), 3) << "of the file it came from, also after edits";
   editor().Picture(platform().CreateCanvas(12, 8)->Picture());
   EXPECT_EQ(editor().Image()->Pages(), 1);
 }

@@ -1,4 +1,4 @@
-// What a host finds of the editor's state inside each notification of an open or a save.
+// The state of the editor that a host sees in each notification of an open or a save.
 
 #include "EditorTest.h"
 
@@ -8,7 +8,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// A sink that calls what a test sets.
+/// A sink that runs hooks of the test.
 class CallingSink final : public IImageEvents {
  public:
   void RequestSaveFilename(std::string& Filename, bool& CancelDefault) override {
@@ -18,26 +18,26 @@ class CallingSink final : public IImageEvents {
     if (onRequest) onRequest(Filename, CancelDefault);
   }
   void ImageSave(const std::string& Filename) override {
-    if (onTold) onTold("sink", Filename);
+    if (onNotified) onNotified("sink", Filename);
   }
   void ImageOpen(const std::string& Filename) override {
-    if (onTold) onTold("sink", Filename);
+    if (onNotified) onNotified("sink", Filename);
   }
 
   std::function<void(std::string&, bool&)> onRequest;
-  std::function<void(const std::string&, const std::string&)> onTold;
+  std::function<void(const std::string&, const std::string&)> onNotified;
 };
 
 class EditorNotifications : public EditorTest {
  protected:
-  /// Writes down what is seen in `ImageOpen` and `ImageSave`, event and sink.
+  /// Records the state in `ImageOpen` and `ImageSave`, event and sink.
   void listen() {
     sink_ = std::make_shared<CallingSink>();
-    sink_->onTold = [this](const std::string& who, const std::string& name) { see(who + " " + name); };
+    sink_->onNotified = [this](const std::string& who, const std::string& name) { see(who + " " + name); };
     editor().EventSink(sink_);
-    const auto tell = [this](const std::string& name) { sink_->onTold("event", name); };
-    connections_.push_back(editor().ImageOpen.Connect(tell));
-    connections_.push_back(editor().ImageSave.Connect(tell));
+    const auto record = [this](const std::string& name) { sink_->onNotified("event", name); };
+    connections_.push_back(editor().ImageOpen.Connect(record));
+    connections_.push_back(editor().ImageSave.Connect(record));
   }
   void see(const std::string& who) { seen_.push_back(who + state()); }
   /// ": name, format, first of the recent files, Modified".
@@ -51,7 +51,7 @@ class EditorNotifications : public EditorTest {
   std::vector<std::string> seen_;
 };
 
-TEST_P(EditorNotifications, OfAnOpenComeAfterNameFormatAndRecentFiles) {
+TEST_P(EditorNotifications, OfAnOpenFollowNameFormatAndRecentFiles) {
   startWithPicture("old.png");
   change();
   const std::string file = makePicture("new.jpg", 1);
@@ -63,7 +63,7 @@ TEST_P(EditorNotifications, OfAnOpenComeAfterNameFormatAndRecentFiles) {
               ElementsAre("PictureSet" + present, "event " + file + present, "sink " + file + present));
 }
 
-TEST_P(EditorNotifications, OfASaveComeAfterNameFormatRecentFilesAndTheClearedMarkOfChange) {
+TEST_P(EditorNotifications, OfASaveFollowNameFormatRecentFilesAndModified) {
   startWithPicture("old.png");
   change();
   const std::string file = path("new.jpg");
@@ -73,15 +73,15 @@ TEST_P(EditorNotifications, OfASaveComeAfterNameFormatRecentFilesAndTheClearedMa
   EXPECT_THAT(seen_, ElementsAre("event " + file + present, "sink " + file + present));
 }
 
-TEST_P(EditorNotifications, PictureSetComesWhenTheNewPictureIsReadyForWork) {
+TEST_P(EditorNotifications, PictureSetIsRaisedWhenTheNewPictureIsReady) {
   startWithPicture();
   change();
   editor().SetSelection(1, 2, 3, 4);
   editor().SetControls(false);
   const std::string other = makePicture("other.png", 2, 7, 5);
-  int told = 0;
+  int raised = 0;
   connections_.push_back(editor().PictureSet.Connect([&] {
-    ++told;
+    ++raised;
     EXPECT_EQ(editor().Image()->Width(), 7);
     EXPECT_FALSE(editor().Changed());
     EXPECT_FALSE(view().Modified());
@@ -90,12 +90,12 @@ TEST_P(EditorNotifications, PictureSetComesWhenTheNewPictureIsReadyForWork) {
     EXPECT_TRUE(command("btnFileSave").Enabled());
   }));
   ASSERT_TRUE(editor().OpenImage(other));
-  EXPECT_EQ(told, 1);
+  EXPECT_EQ(raised, 1);
 }
 
-// -- A name counts, whatever CancelDefault says -----------------------------------------------------------
+// -- A name is used for any CancelDefault -----------------------------------------------------------------
 
-TEST_P(EditorNotifications, ANameIsOpenedAlthoughTheDialogIsCancelled) {
+TEST_P(EditorNotifications, ANameIsOpenedThoughTheDialogIsCanceled) {
   start();
   const std::string file = makePicture("a.png", 2);
   connections_.push_back(editor().RequestOpenFilename.Connect([&](std::string& name, bool& cancel) {
@@ -106,7 +106,7 @@ TEST_P(EditorNotifications, ANameIsOpenedAlthoughTheDialogIsCancelled) {
   EXPECT_EQ(editor().Filename(), file);
 }
 
-TEST_P(EditorNotifications, ANameIsSavedAlthoughTheDialogIsCancelled) {
+TEST_P(EditorNotifications, ANameIsSavedThoughTheDialogIsCanceled) {
   startWithPicture();
   connections_.push_back(editor().RequestSaveFilename.Connect([&](std::string& name, bool& cancel) {
     name = path("b.png");
@@ -116,7 +116,7 @@ TEST_P(EditorNotifications, ANameIsSavedAlthoughTheDialogIsCancelled) {
   EXPECT_TRUE(exists(path("b.png")));
 }
 
-TEST_P(EditorNotifications, APictureOfNoFormatIsSavedUnderItsNameAlthoughTheDialogIsCancelled) {
+TEST_P(EditorNotifications, APictureWithoutAFormatIsSavedThoughCanceled) {
   start();
   editor().Picture(platform().CreateCanvas(12, 8)->Picture());
   connections_.push_back(
@@ -125,7 +125,7 @@ TEST_P(EditorNotifications, APictureOfNoFormatIsSavedUnderItsNameAlthoughTheDial
   EXPECT_TRUE(exists(path("named.png")));
 }
 
-TEST_P(EditorNotifications, TheSinkMayTakeANameBackAndThenNothingIsSaved) {
+TEST_P(EditorNotifications, TheSinkMayClearTheNameAndNothingIsSaved) {
   const std::string file = startWithPicture();
   listen();
   connections_.push_back(
@@ -142,7 +142,7 @@ TEST_P(EditorNotifications, TheSinkMayTakeANameBackAndThenNothingIsSaved) {
 
 // -- Unsaved changes before another file ------------------------------------------------------------------
 
-TEST_P(EditorNotifications, OpenGoesOnAfterYesOnceThePictureIsSaved) {
+TEST_P(EditorNotifications, OpenContinuesAfterYesAndASave) {
   const std::string file = startWithPicture();
   change();
   listen();
@@ -156,7 +156,7 @@ TEST_P(EditorNotifications, OpenGoesOnAfterYesOnceThePictureIsSaved) {
                                  "sink " + other + ": " + other + ", 2, " + other + ", False"));
 }
 
-TEST_P(EditorNotifications, OpenGivesUpAfterYesWhenNothingWasSaved) {
+TEST_P(EditorNotifications, OpenStopsAfterYesWithoutASave) {
   start();
   editor().Picture(platform().CreateCanvas(12, 8)->Picture());
   change();
@@ -167,7 +167,7 @@ TEST_P(EditorNotifications, OpenGivesUpAfterYesWhenNothingWasSaved) {
   EXPECT_TRUE(view().Modified());
 }
 
-TEST_P(EditorNotifications, NoSavesNothingAndKeepsTheMarkOfChange) {
+TEST_P(EditorNotifications, NoSavesNothingAndKeepsModified) {
   const std::string file = startWithPicture();
   const std::string before = contents(file);
   change();

@@ -26,8 +26,8 @@ TEST_P(EditorProperties, ANewControlHidesCloseAndTheSimpleSaveAlone) {
   EXPECT_FALSE(visible("btnFileSimpleSave"));
   EXPECT_TRUE(visible("btnDrawLine"));
   EXPECT_TRUE(visible("mnuRotate"));
-  EXPECT_FALSE(visible("btnFileBrowse")) << "nothing makes it visible";
-  EXPECT_FALSE(visible("btnZoomBestFit")) << "nothing makes it visible";
+  EXPECT_FALSE(visible("btnFileBrowse")) << "always hidden";
+  EXPECT_FALSE(visible("btnZoomBestFit")) << "always hidden";
 }
 
 TEST_P(EditorProperties, ShowCloseShowsClose) {
@@ -56,7 +56,7 @@ TEST_P(EditorProperties, ShowDrawingToolsShowsTheFourShapes) {
   }
 }
 
-TEST_P(EditorProperties, UseSimpleToolsHidesElevenCommandsAndPutsTheSeparatorBeforeCopy) {
+TEST_P(EditorProperties, UseSimpleToolsHides11CommandsAndSeparatesCopy) {
   const auto copyBegins = [&] {
     return std::pair(suite().CommandBars()("Standard").Entries().Item("btnEditCopy").BeginGroup(),
                      command("mnuEdit").Bar().Entries().Item("btnEditCopy").BeginGroup());
@@ -84,7 +84,7 @@ TEST_P(EditorProperties, ShowOpenAlsoSwitchesShowMRU) {
   EXPECT_TRUE(visible("mnuFileMRU"));
 }
 
-TEST_P(EditorProperties, ShowMRULeavesShowOpenAloneAndDoesNotTellTheContainer) {
+TEST_P(EditorProperties, ShowMRUNeitherSetsShowOpenNorNotifiesTheContainer) {
   editor().ShowMRU(false);
   EXPECT_TRUE(editor().ShowOpen());
   EXPECT_TRUE(visible("btnFileOpen"));
@@ -106,7 +106,7 @@ TEST_P(EditorProperties, HotKeysWithoutAModifierOrWithShiftAloneAreRemoved) {
   }
 }
 
-TEST_P(EditorProperties, AllowingUnmodifiedHotKeysLaterDoesNotBringTheRemovedOnesBack) {
+TEST_P(EditorProperties, AllowingUnmodifiedHotKeysLaterDoesNotRestoreThem) {
   editor().AllowUnmodifiedHotKeys(true);
   EXPECT_EQ(suite().Commands().HotKeyOptions().AllowUnmodified(), 1);
   EXPECT_EQ(command("btnToolsOptions").HotKeys().Count(), 0);
@@ -126,7 +126,7 @@ TEST_P(EditorProperties, HotKeysWithoutAModifierStayWhereTheBagAllowsThem) {
 
 // -- Lets -------------------------------------------------------------------------------------------------
 
-TEST_P(EditorProperties, EachLetTellsTheContainerOnceAndNothingForThePresentValue) {
+TEST_P(EditorProperties, EachChangeNotifiesTheContainerOnce) {
   const auto setAll = [&] {
     editor().AllowUnmodifiedHotKeys(true);
     editor().UseSimpleTools(true);
@@ -172,9 +172,9 @@ TEST_P(EditorProperties, UndoLevelsReachTheViewAndNeverTheOptions) {
   EXPECT_EQ(options().UndoLevels(), 10);
 }
 
-// -- Colours ----------------------------------------------------------------------------------------------
+// -- Colors ----------------------------------------------------------------------------------------------
 
-class EditorColours : public EditorTest {
+class EditorColors : public EditorTest {
  protected:
   void SetUp() override {
     EditorTest::SetUp();
@@ -190,40 +190,40 @@ class EditorColours : public EditorTest {
   OLE_COLOR drawColor() { return view().Draw().Color().Value(); }
 };
 
-TEST_P(EditorColours, ABackgroundColourIsDrawnAndFilledWith) {
+TEST_P(EditorColors, ABackgroundColorIsDrawnAndFilledWith) {
   editor().BackColor(0x00ABCDEF);
   EXPECT_EQ(drawColor(), 0x00ABCDEF);
   EXPECT_THAT(log().entries(), ElementsAre("Draw.FillMode=6", "back 11259375"));
 }
 
-TEST_P(EditorColours, ABackgroundOfMinus1DrawsOutlinesInTheForegroundColour) {
+TEST_P(EditorColors, ABackgroundOfMinus1DrawsOutlinesInTheForegroundColor) {
   editor().BackColor(-1);
   EXPECT_EQ(drawColor(), 0x00202020);
   EXPECT_THAT(log().entries(), ElementsAre("Draw.FillMode=-1", "back -1"));
   editor().ForeColor(0x00303030);
-  EXPECT_EQ(drawColor(), 0x00303030) << "later foreground lets follow it";
+  EXPECT_EQ(drawColor(), 0x00303030) << "later foreground colors apply, too";
 }
 
-TEST_P(EditorColours, WithABackgroundTheForegroundDoesNotTouchTheFill) {
+TEST_P(EditorColors, WithABackgroundTheForegroundDoesNotTouchTheFill) {
   editor().ForeColor(0x00303030);
   EXPECT_EQ(drawColor(), 0x00101010);
   EXPECT_THAT(log().entries(), ElementsAre("fore 3158064"));
 }
 
-TEST_P(EditorColours, ThePresentColourDoesNothing) {
+TEST_P(EditorColors, SettingTheCurrentColorDoesNothing) {
   editor().BackColor(0x00101010);
   editor().ForeColor(0x00202020);
   EXPECT_THAT(log().entries(), IsEmpty());
 }
 
-TEST_P(EditorColours, WithoutAutoUpdateGlobalTheOptionsStay) {
+TEST_P(EditorColors, WithoutAutoUpdateGlobalTheOptionsStay) {
   editor().BackColor(5);
   editor().ForeColor(6);
   EXPECT_EQ(options().MaterialBackColor(), -1);
   EXPECT_EQ(options().MaterialForeColor(), 255);
 }
 
-TEST_P(EditorColours, WithAutoUpdateGlobalTheOptionsFollowBeforeTheEvents) {
+TEST_P(EditorColors, WithAutoUpdateGlobalTheOptionsFollowBeforeTheEvents) {
   editor().AutoUpdateGlobal(true);
   std::vector<OLE_COLOR> stored;
   connections_.push_back(
@@ -239,7 +239,7 @@ TEST_P(EditorColours, WithAutoUpdateGlobalTheOptionsFollowBeforeTheEvents) {
 
 class EditorState : public EditorTest {};
 
-TEST_P(EditorState, ChangedRaisesChangeOnceWhenItBecomesTrueAndNothingWhenFalse) {
+TEST_P(EditorState, ChangedRaisesChangeOnlyWhenItBecomesTrue) {
   start();
   int changes = 0;
   connections_.push_back(editor().Change.Connect([&] { ++changes; }));
@@ -258,7 +258,7 @@ TEST_P(EditorState, FormatWithoutAnOpenFileChangesTheFormatOnly) {
   EXPECT_EQ(editor().Filename(), "");
 }
 
-TEST_P(EditorState, FormatGivesTheOpenFileAnotherExtensionAndLeavesThePicture) {
+TEST_P(EditorState, FormatChangesTheExtensionAndKeepsThePicture) {
   startWithPicture("a.b.png");
   EXPECT_EQ(editor().Format(), 2);
   editor().Format(1);
@@ -269,7 +269,7 @@ TEST_P(EditorState, FormatGivesTheOpenFileAnotherExtensionAndLeavesThePicture) {
   EXPECT_EQ(editor().Filename(), path("a.b.")) << "no format has no extension";
 }
 
-TEST_P(EditorState, SettingAPictureEmptiesUndoEnablesTheCommandsAndKeepsTheName) {
+TEST_P(EditorState, SettingAPictureClearsUndoAndKeepsTheName) {
   const std::string file = startWithPicture();
   change();
   view().SetSelectionRect(1, 2, 3, 4);
@@ -287,7 +287,7 @@ TEST_P(EditorState, SettingAPictureEmptiesUndoEnablesTheCommandsAndKeepsTheName)
   EXPECT_EQ(editor().Filename(), file);
 }
 
-TEST_P(EditorState, ThePictureIsGivenAsAnOrdinaryOneAndAsNothingWhileThereIsNone) {
+TEST_P(EditorState, ThePictureIsReturnedAsAnObjectOrNothing) {
   start();
   EXPECT_EQ(editor().Picture(), nullptr);
   EXPECT_THAT(user().boxes(), IsEmpty()) << "getters report nothing";
@@ -296,7 +296,7 @@ TEST_P(EditorState, ThePictureIsGivenAsAnOrdinaryOneAndAsNothingWhileThereIsNone
   EXPECT_EQ(editor().Picture()->Width(), 40);
 }
 
-TEST_P(EditorState, TheReadOnlyPropertiesGiveThePartsOfTheEditor) {
+TEST_P(EditorState, TheReadOnlyPropertiesReturnThePartsOfTheEditor) {
   startWithPicture();
   EXPECT_EQ(&editor().ImageControl(), &view());
   EXPECT_EQ(editor().Image(), view().Image());
@@ -309,7 +309,7 @@ TEST_P(EditorState, TheReadOnlyPropertiesGiveThePartsOfTheEditor) {
   EXPECT_NE(editor().MaterialsWindow(), nullptr);
 }
 
-/// Its sub-objects can be made to fail.
+/// A view whose sub-objects can fail.
 class BrokenView final : public RecordingView {
  public:
   using RecordingView::RecordingView;
@@ -342,7 +342,7 @@ class EditorWithABrokenView : public EditorTest {
   }
 };
 
-TEST_P(EditorWithABrokenView, PropertyGettersPassOverWhatFailsAndGiveNothing) {
+TEST_P(EditorWithABrokenView, PropertyGettersReturnNothingAfterAFailure) {
   startWithPicture();
   auto& broken = dynamic_cast<BrokenView&>(view());
   broken.fails = true;
@@ -357,7 +357,7 @@ TEST_P(EditorWithABrokenView, PropertyGettersPassOverWhatFailsAndGiveNothing) {
 
 KESTREL_WITH_BOTH_PATHS(EditorWithABrokenView);
 KESTREL_WITH_BOTH_PATHS(EditorProperties);
-KESTREL_WITH_BOTH_PATHS(EditorColours);
+KESTREL_WITH_BOTH_PATHS(EditorColors);
 KESTREL_WITH_BOTH_PATHS(EditorState);
 
 }  // namespace

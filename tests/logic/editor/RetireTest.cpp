@@ -7,10 +7,10 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// The container loses its host in the middle of a call, and destroys the editor when the call has returned.
+/// The container loses its host during a call, and destroys the editor after the call has returned.
 class EditorRetirement : public EditorTest {
  protected:
-  /// The host ends the editor at the event `wanted`; all events are noted.
+  /// The host ends the editor at the event `wanted`; all events are recorded.
   void endAt(const std::string& wanted) {
     wanted_ = wanted;
     ImageProcessingCtl& e = editor();
@@ -68,7 +68,7 @@ TEST_P(EditorRetirement, InAnyEventItIsTheLastEvent) {
     ASSERT_FALSE(events_.empty());
     EXPECT_EQ(events_.back(), each.event);
     const auto before = events_;
-    // What the container's window still hears of comes to nothing.
+    // Later calls of the container's window have no effect.
     view().Changed();
     dispatch("btnImageMirror");
     EXPECT_EQ(events_, before);
@@ -79,7 +79,7 @@ TEST_P(EditorRetirement, InAnyEventItIsTheLastEvent) {
   EXPECT_THAT(user().boxes(), IsEmpty());
 }
 
-TEST_P(EditorRetirement, InAnEventEndsTheRoundOfItsHandlers) {
+TEST_P(EditorRetirement, InAnEventSkipsItsRemainingHandlers) {
   startWithPicture();
   int later = 0;
   on(editor().ForeColorChange, [&](OLE_COLOR) { editor().Retire(); });
@@ -88,7 +88,7 @@ TEST_P(EditorRetirement, InAnEventEndsTheRoundOfItsHandlers) {
   EXPECT_EQ(later, 0);
 }
 
-TEST_P(EditorRetirement, WhileANameIsAskedForOpensAndSavesNothing) {
+TEST_P(EditorRetirement, DuringARequestForANameOpensAndSavesNothing) {
   startWithPicture();
   const std::string other = makePicture("other.png", 2);
   on(editor().RequestOpenFilename, [&](std::string& name, bool&) {
@@ -120,11 +120,11 @@ TEST_P(EditorRetirement, InTheSinkIsItsLastCall) {
   EXPECT_THAT(log().entries(), ElementsAre("sink RequestOpenFilename \"\" False"));
 }
 
-TEST_P(EditorRetirement, WhileADialogIsOpenCountsAsItsCancelling) {
+TEST_P(EditorRetirement, CancelsAnOpenDialog) {
   startWithPicture();
   user().cancelsFileDialog([&](headless::FileDialog&) { editor().Retire(); });
   EXPECT_FALSE(editor().OpenImage());
-  // And no other comes up: the script is empty, so that each would be a complaint.
+  // No other dialog opens: the script is empty, so each would cause a complaint.
   EXPECT_FALSE(editor().OpenImage());
   EXPECT_FALSE(editor().SaveImageAs());
   EXPECT_EQ(editor().ShowRotateDialog(), 0);
@@ -143,7 +143,7 @@ TEST_P(EditorRetirement, HappensOnce) {
 
 // -- What a host may do in an event without ending the editor ----------------------------------------------
 
-TEST_P(EditorRetirement, IsNotNeededToTerminateInAnEventThatAToolWindowLedTo) {
+TEST_P(EditorRetirement, IsNotNeededToTerminateInAnEventOfAToolWindow) {
   startWithPicture();
   auto& picker = Bind<ColorPicker>(editor().MaterialsWindow()->Form(), "cpkMaterials");
   auto& swatch = Bind<CommandButton>(editor().MaterialsWindow()->Form(), "btnColors", 0);
@@ -155,7 +155,7 @@ TEST_P(EditorRetirement, IsNotNeededToTerminateInAnEventThatAToolWindowLedTo) {
   EXPECT_EQ(editor().ZoomWindow(), nullptr);
 }
 
-TEST_P(EditorRetirement, IsNotNeededToOpenAnotherPictureInImageOpenWhichTheSinkIsToldOfFirst) {
+TEST_P(EditorRetirement, IsNotNeededToOpenAnotherPictureInImageOpen) {
   start();
   const std::string a = makePicture("a.png", 2);
   const std::string b = makePicture("b.png", 2);
@@ -167,12 +167,12 @@ TEST_P(EditorRetirement, IsNotNeededToOpenAnotherPictureInImageOpenWhichTheSinkI
   });
   log().clear();
   EXPECT_TRUE(editor().OpenImage(a));
-  std::vector<std::string> told;
+  std::vector<std::string> notified;
   for (const std::string& entry : log().entries()) {
-    if (entry.find("ImageOpen") != std::string::npos) told.push_back(entry);
+    if (entry.find("ImageOpen") != std::string::npos) notified.push_back(entry);
   }
-  EXPECT_THAT(told, ElementsAre("event ImageOpen " + b, "sink ImageOpen " + b, "event ImageOpen " + a,
-                                "sink ImageOpen " + a));
+  EXPECT_THAT(notified, ElementsAre("event ImageOpen " + b, "sink ImageOpen " + b, "event ImageOpen " + a,
+                                    "sink ImageOpen " + a));
   EXPECT_EQ(editor().Filename(), b);
 }
 

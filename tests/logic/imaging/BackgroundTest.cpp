@@ -10,7 +10,7 @@ using namespace modImgX;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Notes what a drawing helper does.
+/// Records the calls of a drawing helper.
 class DrawSpy final : public Draw {
  public:
   Colour& Color() override { return color_; }
@@ -39,12 +39,12 @@ class DrawSpy final : public Draw {
   std::int32_t fillMode_ = 77;
 };
 
-TEST(DrawBoxes, WithBothColoursFillFirstAndOutlineOverIt) {
+TEST(DrawBoxes, WithBothColorsFillFirstAndOutlineOverIt) {
   DrawSpy draw;
   DrawBox(draw, 2, 3, 10, 20, 111, 222);
   EXPECT_THAT(draw.calls, ElementsAre("FillMode=6", "Rectangle 2,3 12,23 0,0 \"\" color 222 fill 6",
                                       "FillMode=-1", "Rectangle 2,3 12,23 0,0 \"\" color 111 fill -1"));
-  EXPECT_EQ(draw.Color().Value(), 111) << "the colour stays changed";
+  EXPECT_EQ(draw.Color().Value(), 111) << "the color stays changed";
 }
 
 TEST(DrawBoxes, WithABackgroundAloneFillOnly) {
@@ -54,19 +54,19 @@ TEST(DrawBoxes, WithABackgroundAloneFillOnly) {
               ElementsAre("FillMode=6", "Rectangle 0,0 5,5 0,0 \"\" color 222 fill 6", "FillMode=-1"));
 }
 
-TEST(DrawBoxes, WithAForegroundAloneLeaveTheFillModeAsItWas) {
+TEST(DrawBoxes, WithAForegroundAloneKeepTheFillMode) {
   DrawSpy draw;
   DrawBox(draw, 0, 0, 5, 5, 111, -1);
   EXPECT_THAT(draw.calls, ElementsAre("Rectangle 0,0 5,5 0,0 \"\" color 111 fill 77"));
 }
 
-TEST(DrawBoxes, WithoutColoursDrawNothing) {
+TEST(DrawBoxes, WithoutColorsDrawNothing) {
   DrawSpy draw;
   DrawBox(draw, 0, 0, 5, 5, -1, -1);
   EXPECT_THAT(draw.calls, IsEmpty());
 }
 
-TEST(DrawBoxes, WhoseEdgesLieBeyond32BitsRaise6) {
+TEST(DrawBoxes, WithEdgesBeyond32BitsRaise6) {
   constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
   DrawSpy draw;
   for (const auto& box : {Rectangle{1, 0, kMost, 5}, Rectangle{0, 1, 5, kMost}}) {
@@ -100,7 +100,7 @@ class Background : public ImagingTest {
   headless::ImageView* view_ = nullptr;
 };
 
-TEST_F(Background, ShowsThroughWithColour1TopRightAndBottomLeftAndColour2InTheOtherTwo) {
+TEST_F(Background, HasColor1TopRightAndBottomLeftAndColor2Elsewhere) {
   view().Document().NewImage(300, 200, nullptr, kPixelFormatRgba, kNoUndo);
   SetupBackground(view(), 10, 0x000000FF, 0x0000FF00);
   const engine::Bitmap painted = view().painted();
@@ -108,7 +108,7 @@ TEST_F(Background, ShowsThroughWithColour1TopRightAndBottomLeftAndColour2InTheOt
     const engine::Pixel pixel = painted.at(x, y);
     return pixel.r | (pixel.g << 8) | (pixel.b << 16);
   };
-  // The tiles' phase is the view's own: what is asked is the pattern, not where it begins.
+  // The phase of the tiles belongs to the view: only the pattern is checked.
   const std::int32_t here = colorOf(5, 5);
   const std::int32_t there = colorOf(15, 5);
   EXPECT_NE(here, there);
@@ -119,7 +119,7 @@ TEST_F(Background, ShowsThroughWithColour1TopRightAndBottomLeftAndColour2InTheOt
   EXPECT_EQ(colorOf(25, 5), here);
 }
 
-TEST_F(Background, TheTileIsTwiceTheSizeWithColour1TopRightAndBottomLeft) {
+TEST_F(Background, TheTileIsTwiceTheSizeWithColor1TopRightAndBottomLeft) {
   const auto tile = platform().CreateImgX();
   DrawBackgroundTile(*tile, 10, 0x000000FF, 0x0000FF00);
   ASSERT_EQ(tile->Image()->Width(), 20);
@@ -133,7 +133,7 @@ TEST_F(Background, TheTileIsTwiceTheSizeWithColour1TopRightAndBottomLeft) {
   }
 }
 
-TEST_F(Background, LeavesTheViewsColourAndFillMode) {
+TEST_F(Background, LeavesTheViewsColorAndFillMode) {
   view().Draw().Color().Value(0x00123456);
   view().Draw().FillMode(6);
   SetupBackground(view(), 10, 0x000000FF, 0x0000FF00);
@@ -141,7 +141,7 @@ TEST_F(Background, LeavesTheViewsColourAndFillMode) {
   EXPECT_EQ(view().Draw().FillMode(), 6);
 }
 
-TEST_F(Background, LeavesTheViewsPictureUndoAndMarkOfChange) {
+TEST_F(Background, LeavesTheViewsPictureUndoAndModified) {
   const Colour red(0x000000FF);
   view().Document().NewImage(30, 20, &red, kPixelFormatRgba, kNoUndo);
   view().UndoLevels(5);
@@ -165,15 +165,15 @@ TEST_F(Background, OfSquaresBeyond32BitsRaises6) {
   }
 }
 
-TEST_F(Background, TheGreyPaletteLeavesNoColourAndKeepsAlpha) {
+TEST_F(Background, TheGrayPaletteLeavesNoColorAndKeepsAlpha) {
   const auto picture = platform().CreateImgX();
   const Colour half(0x00204080, 100);
   picture->Document().NewImage(4, 4, &half);
   ApplyPalette(*picture, 0);
-  const Colour grey = picture->Image()->GetPixel(1, 1);
-  EXPECT_EQ(grey.Red(), grey.Green());
-  EXPECT_EQ(grey.Green(), grey.Blue());
-  EXPECT_EQ(grey.Alpha(), 100);
+  const Colour gray = picture->Image()->GetPixel(1, 1);
+  EXPECT_EQ(gray.Red(), gray.Green());
+  EXPECT_EQ(gray.Green(), gray.Blue());
+  EXPECT_EQ(gray.Alpha(), 100);
 }
 
 }  // namespace

@@ -37,8 +37,8 @@ class ImagingTest : public testing::Test {
   std::string path(const std::string& name) { return scratch_ + "/" + name; }
 
   static std::int32_t colorAt(const Image& image, std::int32_t x, std::int32_t y) {
-    const Colour colour = image.GetPixel(x, y);
-    return colour.Red() | (colour.Green() << 8) | (colour.Blue() << 16);
+    const Colour color = image.GetPixel(x, y);
+    return color.Red() | (color.Green() << 8) | (color.Blue() << 16);
   }
 
  private:

@@ -1,4 +1,4 @@
-// A store file that another program holds locked.
+// A store file that another program has locked.
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>
@@ -24,15 +24,15 @@ class ForeignProgram {
   ForeignProgram(const ForeignProgram&) = delete;
   ForeignProgram& operator=(const ForeignProgram&) = delete;
 
-  /// Keeps all others from writing until `letGo`.
-  void keepFromWriting() { run("BEGIN IMMEDIATE"); }
-  /// Keeps all others from reading and writing, until this object ends.
-  void keepFromReading() {
+  /// Locks the file for writing until `unlock`.
+  void lockForWriting() { run("BEGIN IMMEDIATE"); }
+  /// Locks the file for reading and writing until this object ends.
+  void lockForReading() {
     run("PRAGMA locking_mode = EXCLUSIVE");
     run("BEGIN IMMEDIATE");
     run("DELETE FROM StoreValue WHERE name = 'nothing'");
   }
-  void letGo() { run("ROLLBACK"); }
+  void unlock() { run("ROLLBACK"); }
 
  private:
   void run(const char* sql) {
@@ -42,7 +42,7 @@ class ForeignProgram {
   sqlite3* connection_ = nullptr;
 };
 
-/// A store that counts its pauses instead of making them.
+/// A store that counts its pauses instead of sleeping.
 class LockedStore : public testing::Test {
  protected:
   LockedStore() { sqlite::SqliteStore(file_).WriteValue(kUser, "Key", "Stored", 7, kStoreNumber); }
@@ -51,7 +51,7 @@ class LockedStore : public testing::Test {
     const Variant value = store_.ReadValue(kUser, "Key", "Stored");
     return value.TypeCode() == 0 ? -1 : value.ToInt32();
   }
-  /// The description of what the call raises, empty where it raises nothing.
+  /// The description of the error that the call raises, empty if none.
   static std::string raisedBy(const std::function<void()>& call) {
     try {
       call();
@@ -80,14 +80,14 @@ constexpr char kLocked[] = "The settings could not be read or written: another p
 TEST_F(LockedStore, IsWaitedForTenThousandTimesAFifthOfAMillisecond) {
   EXPECT_EQ(sqlite::Patience::kPauses, 10'000);
   ForeignProgram other(file_);
-  other.keepFromWriting();
+  other.lockForWriting();
   EXPECT_EQ(write(8), kLocked);
   EXPECT_EQ(pauses_, sqlite::Patience::kPauses);
 }
 
 TEST_F(LockedStore, IsWaitedForOnceByAllCallsOfASave) {
   ForeignProgram other(file_);
-  other.keepFromWriting();
+  other.lockForWriting();
   EXPECT_EQ(raisedBy([&] { store_.CreateKey(kUser, "List"); }), kLocked);
   EXPECT_EQ(raisedBy([&] { store_.DeleteValue(kUser, "List", "MRU1"); }), kLocked);
   for (int i = 2; i <= 10; ++i) store_.DeleteValue(kUser, "List", "MRU" + std::to_string(i));
@@ -98,7 +98,7 @@ TEST_F(LockedStore, IsWaitedForOnceByAllCallsOfASave) {
 
 TEST_F(LockedStore, IsReadWhileItIsLockedForWriting) {
   ForeignProgram other(file_);
-  other.keepFromWriting();
+  other.lockForWriting();
   EXPECT_EQ(read(), 7);
   EXPECT_EQ(pauses_, 0);
   EXPECT_EQ(write(8), kLocked);
@@ -107,11 +107,11 @@ TEST_F(LockedStore, IsReadWhileItIsLockedForWriting) {
   EXPECT_EQ(pauses_, sqlite::Patience::kPauses) << "reads do not renew the patience with writers";
 }
 
-TEST_F(LockedStore, IsWrittenWhenTheOtherProgramLetsGoInTime) {
+TEST_F(LockedStore, IsWrittenWhenTheOtherProgramUnlocksItInTime) {
   ForeignProgram other(file_);
-  other.keepFromWriting();
+  other.lockForWriting();
   atPause_ = [&] {
-    if (pauses_ == 9'000) other.letGo();
+    if (pauses_ == 9'000) other.unlock();
   };
   EXPECT_EQ(write(8), "");
   EXPECT_EQ(read(), 8);
@@ -120,20 +120,20 @@ TEST_F(LockedStore, IsWrittenWhenTheOtherProgramLetsGoInTime) {
 
 TEST_F(LockedStore, IsWaitedForAgainAfterASuccess) {
   ForeignProgram other(file_);
-  other.keepFromWriting();
+  other.lockForWriting();
   EXPECT_EQ(write(8), kLocked);
-  other.letGo();
+  other.unlock();
   EXPECT_EQ(write(9), "");
-  other.keepFromWriting();
+  other.lockForWriting();
   EXPECT_EQ(write(10), kLocked) << "a new run";
   EXPECT_EQ(pauses_, 2 * sqlite::Patience::kPauses);
   EXPECT_EQ(read(), 9);
 }
 
-TEST_F(LockedStore, KnowsThatAReadHasFailed) {
+TEST_F(LockedStore, ReportsThatAReadHasFailed) {
   {
     ForeignProgram other(file_);
-    other.keepFromReading();
+    other.lockForReading();
     EXPECT_EQ(read(), -1);
     EXPECT_TRUE(store_.ReadFailed());
     EXPECT_EQ(read(), -1);
@@ -142,7 +142,7 @@ TEST_F(LockedStore, KnowsThatAReadHasFailed) {
   EXPECT_EQ(read(), 7);
   EXPECT_FALSE(store_.ReadFailed());
   EXPECT_EQ(store_.ReadValue(kUser, "Key", "None").TypeCode(), 0);
-  EXPECT_FALSE(store_.ReadFailed()) << "a value that is not there is no failure";
+  EXPECT_FALSE(store_.ReadFailed()) << "a missing value is no failure";
 }
 
 }  // namespace

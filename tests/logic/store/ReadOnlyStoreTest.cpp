@@ -1,4 +1,4 @@
-// A store that the user may read and not write.
+// A store that the user may only read.
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -16,18 +16,18 @@ namespace {
 namespace fs = std::filesystem;
 constexpr std::int32_t kUser = HKEY_CURRENT_USER;
 
-/// While it lives, permissions count for this process even if it is run by root.
-class AsSomeUser {
+/// Makes permissions apply to this process while it lives, even for root.
+class OrdinaryUser {
  public:
-  AsSomeUser() {
+  OrdinaryUser() {
     constexpr uid_t kNobody = 65534;
     if (root_) become(kNobody);
   }
-  ~AsSomeUser() {
+  ~OrdinaryUser() {
     if (root_) become(0);
   }
-  AsSomeUser(const AsSomeUser&) = delete;
-  AsSomeUser& operator=(const AsSomeUser&) = delete;
+  OrdinaryUser(const OrdinaryUser&) = delete;
+  OrdinaryUser& operator=(const OrdinaryUser&) = delete;
 
  private:
   static void become(uid_t user) { EXPECT_EQ(seteuid(user), 0); }
@@ -58,12 +58,12 @@ class ReadOnlyStore : public testing::Test {
   }
 
   const TemporaryFolder folder_;
-  // What a URI would take for its own is part of the name.
+  // The name contains the special characters of a URI.
   const fs::path file_ = folder_ / "100% a?b#c%41.store";
 };
 
-TEST_F(ReadOnlyStore, GivesItsValuesAndRaisesOnWriting) {
-  const AsSomeUser user;
+TEST_F(ReadOnlyStore, ReturnsItsValuesAndRaisesOnWriting) {
+  const OrdinaryUser user;
   sqlite::SqliteStore store(file_);
   std::vector<std::string> reports;
   const Connection connection =
@@ -80,10 +80,10 @@ TEST_F(ReadOnlyStore, GivesItsValuesAndRaisesOnWriting) {
   EXPECT_EQ(reports, std::vector<std::string>{});
 }
 
-TEST_F(ReadOnlyStore, SeesWhatItsOwnerWritesMeanwhile) {
+TEST_F(ReadOnlyStore, SeesLaterWritesOfItsOwner) {
   sqlite::SqliteStore store(file_);
   const auto read = [&] {
-    const AsSomeUser user;
+    const OrdinaryUser user;
     return store.ReadValue(kUser, "Key", "Name").ToInt32();
   };
   EXPECT_EQ(read(), 40);
@@ -98,9 +98,9 @@ TEST_F(ReadOnlyStore, IsReadWhileItsOwnerHasItOpen) {
   sqlite::SqliteStore owners(file_);
   owners.WriteValue(kUser, "Key", "Name", 42, kStoreNumber);
   lock(true);
-  const AsSomeUser user;
+  const OrdinaryUser user;
   sqlite::SqliteStore store(file_);
-  EXPECT_EQ(store.ReadValue(kUser, "Key", "Name").ToInt32(), 42) << "though it is not in the file itself yet";
+  EXPECT_EQ(store.ReadValue(kUser, "Key", "Name").ToInt32(), 42) << "though it is not in the main file yet";
 }
 
 }  // namespace

@@ -21,7 +21,7 @@ namespace {
 
 constexpr std::int32_t kUser = HKEY_CURRENT_USER;
 
-/// Runs `work` in a process of its own, which ends with 0, or 1 where the work failed.
+/// Runs `work` in a child process, which exits with 0, or with 1 if the work failed.
 pid_t inAnotherProcess(const std::function<void()>& work) {
   const pid_t process = fork();
   if (process != 0) return process;
@@ -55,11 +55,11 @@ std::string integrity(const std::filesystem::path& file) {
   return answer;
 }
 
-TEST(StoreProcesses, TwoWriteTwoThousandTimesEachAndNothingIsLostButTheOlderValue) {
+TEST(StoreProcesses, TwoWriteTwoThousandTimesEachWithoutLoss) {
   constexpr std::int32_t kWrites = 2'000;
   const TemporaryFolder folder;
   const auto file = folder / "a.store";
-  // Each has values of its own and they share one, which must end as what one of them wrote last.
+  // Each process has its own values, and they share one, which must end as the last write of either.
   const auto writer = [&](std::int32_t own, std::int32_t sign) {
     sqlite::SqliteStore store(file);
     const std::string key = "Own" + std::to_string(own);
@@ -87,7 +87,7 @@ TEST(StoreProcesses, TwoWriteTwoThousandTimesEachAndNothingIsLostButTheOlderValu
   EXPECT_EQ(integrity(file), "ok");
 }
 
-TEST(StoreProcesses, AStoreIsWholeAfterEachOf200KillsInTheMiddleOfWrites) {
+TEST(StoreProcesses, AStoreIsConsistentAfterEachOf200KillsDuringWrites) {
   constexpr int kKills = 200;
   const TemporaryFolder folder;
   const auto file = folder / "a.store";
@@ -106,43 +106,43 @@ TEST(StoreProcesses, AStoreIsWholeAfterEachOf200KillsInTheMiddleOfWrites) {
         store.WriteValue(kUser, "Counter", "value", i, kStoreNumber);
         store.WriteValue(kUser, "Counter", "text", std::string(static_cast<std::size_t>(i % 3000), 'x'),
                          kStoreString);
-        // Only what is told here counts as written.
+        // Confirms the write to the parent.
         if (write(toParent[1], &i, sizeof i) != sizeof i) _exit(1);
       }
     });
     close(toParent[1]);
-    std::int32_t told = last;
+    std::int32_t confirmed = last;
     if (kill % 4 != 0) {
-      ASSERT_EQ(read(toParent[0], &told, sizeof told), static_cast<ssize_t>(sizeof told));
+      ASSERT_EQ(read(toParent[0], &confirmed, sizeof confirmed), static_cast<ssize_t>(sizeof confirmed));
     }
     std::this_thread::sleep_for(std::chrono::microseconds(delay(random)));
     ::kill(process, SIGKILL);
-    while (read(toParent[0], &told, sizeof told) == static_cast<ssize_t>(sizeof told)) {
+    while (read(toParent[0], &confirmed, sizeof confirmed) == static_cast<ssize_t>(sizeof confirmed)) {
     }
     close(toParent[0]);
     int status = 0;
     waitpid(process, &status, 0);
-    if (WIFSIGNALED(status) && told > last) ++killedAtWork;
+    if (WIFSIGNALED(status) && confirmed > last) ++killedAtWork;
 
     sqlite::SqliteStore store(file);
     bool reported = false;
     const Connection connection = store.Unavailable.Connect([&](const RuntimeError&) { reported = true; });
     const std::int32_t stored = store.ReadValue(kUser, "Counter", "value").ToInt32();
-    ASSERT_GE(stored, told) << "what was told as written is there";
-    ASSERT_LE(stored, told + 1);
+    ASSERT_GE(stored, confirmed) << "confirmed writes are stored";
+    ASSERT_LE(stored, confirmed + 1);
     const auto length =
         static_cast<std::int32_t>(store.ReadValue(kUser, "Counter", "text").ToString().size());
-    ASSERT_TRUE(length == told % 3000 || length == (told + 1) % 3000);
+    ASSERT_TRUE(length == confirmed % 3000 || length == (confirmed + 1) % 3000);
     ASSERT_FALSE(reported);
     ASSERT_EQ(integrity(file), "ok");
     last = stored;
     store.WriteValue(kUser, "Counter", "text", std::string(static_cast<std::size_t>(last % 3000), 'x'),
                      kStoreString);
   }
-  EXPECT_GE(killedAtWork, kKills / 2) << "the kills must fall among writes to prove anything";
+  EXPECT_GE(killedAtWork, kKills / 2) << "the kills must happen during writes";
 }
 
-TEST(StoreProcesses, ManyStartAtOnceOnAFileThatIsNotThereYet) {
+TEST(StoreProcesses, ManyStartAtOnceWithoutAFile) {
   for (int round = 0; round < 20; ++round) {
     const TemporaryFolder folder;
     std::vector<pid_t> processes;

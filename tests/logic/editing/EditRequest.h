@@ -6,14 +6,14 @@
 
 namespace kestrel {
 
-/// What a user or a host can ask of an editor.
+/// What a user or a host can do arguments an editor.
 enum class Action {
   kTool,   ///< number
   kDrag,   ///< from x, y to x, y, in pixels of the picture
   kClick,  ///< x, y, button
   kMirror,
   kFlip,
-  kGreyScale,
+  kGrayScale,
   kRotateRight,
   kRotateLeft,
   kRotateDialog,  ///< angle as entered, left
@@ -29,26 +29,26 @@ enum class Action {
   kUndo,
   kRedo,
   kUndoLevels,    ///< levels
-  kForeColor,     ///< colour
-  kBackColor,     ///< colour
+  kForeColor,     ///< color
+  kBackColor,     ///< color
   kResize,        ///< width, height, method
-  kResizeCanvas,  ///< width, height, offset x, offset y, colour
-  kRotate,        ///< angle, colour, on the selection
-  kFlatten,       ///< colour
-  kShadow,        ///< offset x, offset y, colour, opacity, blur, on the selection
-  kMaskedShadow,  ///< offset x, offset y, colour, opacity, blur, automatic
+  kResizeCanvas,  ///< width, height, offset x, offset y, color
+  kRotate,        ///< angle, color, on the selection
+  kFlatten,       ///< color
+  kShadow,        ///< offset x, offset y, color, opacity, blur, on the selection
+  kMaskedShadow,  ///< offset x, offset y, color, opacity, blur, automatic
   kThumbnail,     ///< percentage
-  kZoomThereAndBack,
+  kZoomInAndReset,
 };
 
-/// One thing that was asked.
-struct Asked {
+/// An action arguments its arguments.
+struct EditRequest {
   Action action = Action::kUndo;
-  std::array<std::int32_t, 6> with{};
+  std::array<std::int32_t, 6> arguments{};
 
-  std::string words() const {
+  std::string text() const {
     std::string result = "action " + std::to_string(static_cast<int>(action));
-    for (const std::int32_t value : with) result += ' ' + std::to_string(value);
+    for (const std::int32_t value : arguments) result += ' ' + std::to_string(value);
     return result;
   }
 };
