@@ -32,7 +32,7 @@ TEST_P(Pictures, HaveNoImageWhileTheyAreNew) {
   EXPECT_EQ(errorOf([&] { picture().Writer().ToClipboard(); }), 91);
 }
 
-TEST_P(Pictures, AreMadeBlankInAColourOrTransparent) {
+TEST_P(Pictures, AreMadeBlankInAColorOrTransparent) {
   picture().Document().NewImage(4, 3, &kRed);
   ASSERT_NE(picture().Image(), nullptr);
   EXPECT_EQ(picture().Image()->Width(), 4);
@@ -46,7 +46,7 @@ TEST_P(Pictures, AreMadeBlankInAColourOrTransparent) {
   EXPECT_EQ(picture().Image()->GetPixel(0, 0).Alpha(), 0);
 }
 
-TEST_P(Pictures, StayAsTheyWereWhereAnotherCanNotBePutIn) {
+TEST_P(Pictures, AreUnchangedIfAnotherCannotBeAssigned) {
   picture().Document().NewImage(4, 3, &kRed);
   EXPECT_NE(errorOf([&] { picture().Document().FromFile(path("missing.png")); }), 0);
   std::ofstream(user().host(path("text.png"))) << "no picture";
@@ -56,7 +56,7 @@ TEST_P(Pictures, StayAsTheyWereWhereAnotherCanNotBePutIn) {
   EXPECT_EQ(picture().Image()->Width(), 4);
 }
 
-TEST_P(Pictures, ComeBackFromTheFormatTheyWereWrittenInWhateverTheNameSays) {
+TEST_P(Pictures, AreReadInTheirFormatUnderAnyName) {
   picture().Document().NewImage(5, 4, &kGreen);
   picture().Writer().ToFile(path("really a png.jpg"), 2);
   const std::shared_ptr<ImgX> loaded = platform().CreateImgX();
@@ -69,7 +69,7 @@ TEST_P(Pictures, ComeBackFromTheFormatTheyWereWrittenInWhateverTheNameSays) {
   EXPECT_EQ(loaded->Image()->Format(), 6);
 }
 
-TEST_P(Pictures, LeaveAnOlderFileAloneWhereTheyCanNotBeWritten) {
+TEST_P(Pictures, KeepAnOlderFileIfTheyCannotBeWritten) {
   picture().Document().NewImage(5, 4, &kGreen);
   picture().Writer().ToFile(path("kept.png"), 2);
   const auto size = std::filesystem::file_size(user().host(path("kept.png")));
@@ -78,13 +78,13 @@ TEST_P(Pictures, LeaveAnOlderFileAloneWhereTheyCanNotBeWritten) {
   EXPECT_EQ(std::filesystem::file_size(user().host(path("kept.png"))), size);
 }
 
-TEST_P(Pictures, KnowHowManyPagesTheirFileHeldUntilAnotherPictureIsPutIn) {
+TEST_P(Pictures, KeepThePageCountOfTheirFileUntilReplaced) {
   std::ofstream(user().host(path("pages.tif")), std::ios::binary) << grayTiff(6, 5, 3);
   picture().Document().FromFile(path("pages.tif"));
   EXPECT_EQ(picture().Image()->Pages(), 3);
   EXPECT_EQ(picture().Image()->DecodeErrors(), "");
   picture().Effects().Flip(0);
-  EXPECT_EQ(picture().Image()->Pages(), 3) << "it is still that file's picture";
+  EXPECT_EQ(picture().Image()->Pages(), 3) << "the picture still is that file's";
   const std::shared_ptr<ImgX> copy = platform().CreateImgX();
   copy->Document().CopyFrom(picture());
   EXPECT_EQ(copy->Image()->Pages(), 3) << "a copy is";
@@ -92,7 +92,7 @@ TEST_P(Pictures, KnowHowManyPagesTheirFileHeldUntilAnotherPictureIsPutIn) {
   EXPECT_EQ(picture().Image()->Pages(), 1);
 }
 
-TEST_P(Pictures, KnowInASentenceThatTheirFileWasDamaged) {
+TEST_P(Pictures, DescribeTheDecodeErrorsOfTheirFile) {
   const std::string whole = grayTiff(6, 5);
   std::ofstream(user().host(path("cut.tif")), std::ios::binary) << whole.substr(0, whole.size() - 12);
   picture().Document().FromFile(path("cut.tif"));
@@ -105,7 +105,7 @@ TEST_P(Pictures, KnowInASentenceThatTheirFileWasDamaged) {
   EXPECT_EQ(picture().Image()->DecodeErrors(), "");
 }
 
-TEST_P(Pictures, AreCopiedSoThatTheCopyStandsForItself) {
+TEST_P(Pictures, AreCopiedIndependently) {
   picture().Document().NewImage(4, 4, &kRed);
   const std::shared_ptr<ImgX> copy = platform().CreateImgX();
   copy->Document().CopyFrom(picture());
@@ -118,7 +118,7 @@ TEST_P(Pictures, AreCopiedSoThatTheCopyStandsForItself) {
   EXPECT_EQ(errorOf([&] { copy->Document().CopyFrom(*empty); }), 91);
 }
 
-TEST_P(Pictures, DrawARectangleUpToAndWithoutTheLargerCoordinate) {
+TEST_P(Pictures, DrawARectangleWithoutTheLargerCoordinate) {
   picture().Document().NewImage(6, 6, &kRed);
   picture().Draw().Color().Value(0x0000FF00);
   picture().Draw().FillMode(kFillSolid);
@@ -130,7 +130,7 @@ TEST_P(Pictures, DrawARectangleUpToAndWithoutTheLargerCoordinate) {
   EXPECT_EQ(picture().Image()->GetPixel(0, 2).Green(), 0);
 }
 
-TEST_P(Pictures, BringTheQualityIntoItsRange) {
+TEST_P(Pictures, ClampTheQuality) {
   picture().JPEGQuality(0);
   EXPECT_EQ(picture().JPEGQuality(), 1);
   picture().JPEGQuality(101);
@@ -179,7 +179,7 @@ TEST_P(Views, HaveNoImageBeforeOneIsLoaded) {
   EXPECT_FALSE(view().Modified());
 }
 
-TEST_P(Views, RaiseChangedAfterEachChangeAndAreModifiedThen) {
+TEST_P(Views, RaiseChangedAndAreModifiedAfterEachChange) {
   load(20, 20);
   view().Modified(false);
   fill("Box");
@@ -188,7 +188,7 @@ TEST_P(Views, RaiseChangedAfterEachChangeAndAreModifiedThen) {
   EXPECT_EQ(view().Image()->GetPixel(5, 5).Green(), 255);
 }
 
-TEST_P(Views, RaiseBeforeZoomChangedFirstWhateverTheValue) {
+TEST_P(Views, RaiseBeforeZoomChangedFirstForAnyValue) {
   load(20, 20);
   std::string zooms;
   connections_.push_back(view().BeforeZoomChanged.Connect(
@@ -205,7 +205,7 @@ TEST_P(Views, RaiseBeforeZoomChangedFirstWhateverTheValue) {
   EXPECT_DOUBLE_EQ(view().Zoom(), 0.01);
 }
 
-TEST_P(Views, AreScrolledAsFarAsThereIsSomethingToSee) {
+TEST_P(Views, AreScrolledToTheEndOfThePicture) {
   load(2000, 1500);
   int scrolls = 0;
   connections_.push_back(view().ScrollChanged.Connect([&] { ++scrolls; }));
@@ -223,17 +223,17 @@ TEST_P(Views, AreScrolledAsFarAsThereIsSomethingToSee) {
   EXPECT_GT(view().ScrollLeft(), 1000);
 }
 
-TEST_P(Views, CentreASmallerPictureSoThatTheScrollIsNegative) {
+TEST_P(Views, CenterASmallerPictureSoThatTheScrollIsNegative) {
   load(100, 100);
   EXPECT_LT(view().ScrollLeft(), 0);
   EXPECT_LT(view().ScrollTop(), 0);
 }
 
-TEST_P(Views, KeepTheSelectionThatTheyAreGivenWithoutAnEvent) {
+TEST_P(Views, KeepAnAssignedSelectionWithoutAnEvent) {
   load(100, 100);
-  int told = 0;
-  connections_.push_back(view().Selected.Connect([&](auto, auto, auto, auto) { ++told; }));
-  connections_.push_back(view().SelectChanged.Connect([&](auto, auto, auto, auto) { ++told; }));
+  int events = 0;
+  connections_.push_back(view().Selected.Connect([&](auto, auto, auto, auto) { ++events; }));
+  connections_.push_back(view().SelectChanged.Connect([&](auto, auto, auto, auto) { ++events; }));
   view().SetSelectionRect(10, 20, 30, 40);
   view().SelectionVisible(true);
   EXPECT_EQ(view().SelectionLeft(), 10);
@@ -245,10 +245,10 @@ TEST_P(Views, KeepTheSelectionThatTheyAreGivenWithoutAnEvent) {
   view().SelectionHeight(0);
   EXPECT_EQ(view().SelectionWidth(), 0);
   EXPECT_EQ(view().SelectionHeight(), 0);
-  EXPECT_EQ(told, 0);
+  EXPECT_EQ(events, 0);
 }
 
-TEST_P(Views, StepBackAndForthByNameAndRaiseChanged) {
+TEST_P(Views, UndoAndRedoNamedStepsAndRaiseChanged) {
   load(20, 20);
   view().UndoLevels(5);
   EXPECT_EQ(view().UndoName(), "");
@@ -277,7 +277,7 @@ TEST_P(Views, RecordNoStepUnderTheNameNoUndo) {
   EXPECT_EQ(view().Image()->GetPixel(5, 5).Red(), 255);
 }
 
-TEST_P(Views, ForgetTheirStepsWhenNoneAreToBeKept) {
+TEST_P(Views, DropTheirStepsWithoutUndoLevels) {
   load(20, 20);
   view().UndoLevels(5);
   fill("Box");
@@ -289,7 +289,7 @@ TEST_P(Views, ForgetTheirStepsWhenNoneAreToBeKept) {
   EXPECT_EQ(log_, "");
 }
 
-TEST_P(Views, KeepTheirPictureWhenAnotherIsPutIntoTheObjectTheyGiveOut) {
+TEST_P(Views, KeepTheirPictureWhenTheirObjectGetsAnother) {
   load(20, 20);
   const std::shared_ptr<ImgX> tile = view().ImgX();
   ASSERT_NE(tile->Image(), nullptr);
@@ -301,7 +301,7 @@ TEST_P(Views, KeepTheirPictureWhenAnotherIsPutIntoTheObjectTheyGiveOut) {
   EXPECT_EQ(log_, "");
 }
 
-TEST_P(Views, GiveTheSameObjectAgainWhoseSettingsLastAndAreTheirs) {
+TEST_P(Views, ReturnTheSameObjectWithTheirSettings) {
   load(20, 20);
   const std::shared_ptr<ImgX> object = view().ImgX();
   EXPECT_EQ(view().ImgX(), object);
@@ -323,7 +323,7 @@ TEST_P(Views, DoNotRaiseChangedForALoad) {
   EXPECT_EQ(log_, "");
 }
 
-TEST_P(Views, TellWhetherThereIsAStepToTake) {
+TEST_P(Views, ReportWhetherTheyCanUndoAndRedo) {
   load(20, 20);
   view().UndoLevels(5);
   EXPECT_FALSE(view().CanUndo());
@@ -345,14 +345,14 @@ TEST_P(Views, TakeAnUndoPointBack) {
   EXPECT_EQ(view().Image()->GetPixel(5, 5).Red(), 255);
 }
 
-TEST_P(Views, ChangeTheirPictureThroughTheObjectTheyGiveOut) {
+TEST_P(Views, ChangeTheirPictureThroughTheirObject) {
   load(20, 10);
   view().ImgX()->Effects().Crop(0, 0, 10, 10);
   EXPECT_EQ(view().Image()->Width(), 10);
   EXPECT_EQ(log_, "changed ");
 }
 
-TEST_P(Views, LoadAnOrdinaryPictureAndGiveOne) {
+TEST_P(Views, LoadAndReturnAPictureObject) {
   view().Picture(platform().CreateCanvas(7, 5)->Picture());
   ASSERT_NE(view().Image(), nullptr);
   EXPECT_EQ(view().Image()->Width(), 7);
@@ -361,7 +361,7 @@ TEST_P(Views, LoadAnOrdinaryPictureAndGiveOne) {
   EXPECT_EQ(given->Height(), 5);
 }
 
-TEST_P(Views, RaiseTheBackBufferEventWhenTheyAreRefreshedWithOne) {
+TEST_P(Views, RaiseTheBackBufferEventOnRefresh) {
   load(20, 20);
   int paints = 0;
   connections_.push_back(view().DoubleBufferPaintAfter.Connect([&](DeviceContext& target) {
@@ -382,7 +382,7 @@ TEST_P(Views, RaiseTheBackBufferEventWhenTheyAreRefreshedWithOne) {
   EXPECT_GE(paints, 1);
 }
 
-TEST_P(Views, TellOfThePointerInViewPixelsAndClickAfterTheRelease) {
+TEST_P(Views, ReportThePointerInViewPixelsAndClickAfterRelease) {
   load(100, 100);
   view().Tool(kViewToolNone);
   std::string log;
@@ -398,7 +398,7 @@ TEST_P(Views, TellOfThePointerInViewPixelsAndClickAfterTheRelease) {
   EXPECT_EQ(log, "down11@200,150 up click ");
 }
 
-TEST_P(Views, TellWhichPixelThePointerIsOver) {
+TEST_P(Views, ReportThePixelUnderThePointer) {
   load(1000, 1000);
   std::string log;
   connections_.push_back(view().MouseMovePixel.Connect([&](auto, auto, std::int32_t x, std::int32_t y) {
@@ -410,7 +410,7 @@ TEST_P(Views, TellWhichPixelThePointerIsOver) {
   EXPECT_EQ(log, std::to_string(left + 30) + ',' + std::to_string(top + 40) + ' ');
 }
 
-TEST_P(Views, SelectByDragAndTellDuringAndAtTheEnd) {
+TEST_P(Views, SelectByDragWithEventsDuringAndAtTheEnd) {
   load(1000, 1000);
   view().Tool(kViewToolSelect);
   int during = 0;
@@ -430,7 +430,7 @@ TEST_P(Views, SelectByDragAndTellDuringAndAtTheEnd) {
   EXPECT_EQ(ended, std::to_string(left + 20) + ',' + std::to_string(top + 30) + ",100,60");
 }
 
-TEST_P(Views, PanByDragAndTellDuringAndAtTheEnd) {
+TEST_P(Views, PanByDragWithEventsDuringAndAtTheEnd) {
   load(1000, 1000);
   view().ScrollLeft(100);
   view().ScrollTop(100);
@@ -448,7 +448,7 @@ TEST_P(Views, PanByDragAndTellDuringAndAtTheEnd) {
   EXPECT_EQ(log, "pan ended ");
 }
 
-TEST_P(Views, AskForAZoomWhenTheWheelIsTurnedWithCtrl) {
+TEST_P(Views, RaiseWheelZoomForTheWheelWithCtrl) {
   load(1000, 1000);
   std::string log;
   connections_.push_back(
@@ -461,7 +461,7 @@ TEST_P(Views, AskForAZoomWhenTheWheelIsTurnedWithCtrl) {
   EXPECT_GT(view().ScrollTop(), 0) << "without Ctrl the wheel scrolls";
 }
 
-TEST_P(Views, ShowANoticeUntilItIsTakenAway) {
+TEST_P(Views, ShowANoticeUntilItIsCleared) {
   EXPECT_EQ(view().Notice(), "");
   EXPECT_EQ(user().noticeText(view()), "");
   view().Notice("Mind the paint.");
@@ -478,7 +478,7 @@ TEST_P(Views, ShowANoticeUntilItIsTakenAway) {
   EXPECT_EQ(user().noticeText(view()), "");
 }
 
-TEST_P(Views, LetTheUserCloseTheNoticeSoThatItReadsEmpty) {
+TEST_P(Views, HaveAnEmptyNoticeAfterTheUserClosedIt) {
   int presses = 0;
   connections_.push_back(view().NoticeAction.Connect([&] { ++presses; }));
   view().Notice("Mind the paint.", "Paint again");
@@ -491,10 +491,10 @@ TEST_P(Views, LetTheUserCloseTheNoticeSoThatItReadsEmpty) {
   EXPECT_EQ(presses, 0);
   view().Notice("Mind the paint.", "Paint again");
   user().settle();
-  EXPECT_EQ(user().noticeText(view()), "Mind the paint.") << "told anew";
+  EXPECT_EQ(user().noticeText(view()), "Mind the paint.") << "shown again";
 }
 
-TEST_P(Views, TellWhenTheNoticesButtonIsPressedAndLeaveTheNotice) {
+TEST_P(Views, ReportTheNoticesButtonAndKeepTheNotice) {
   int presses = 0;
   connections_.push_back(view().NoticeAction.Connect([&] { ++presses; }));
   view().Notice("Mind the paint.", "Paint again");
@@ -505,7 +505,7 @@ TEST_P(Views, TellWhenTheNoticesButtonIsPressedAndLeaveTheNotice) {
   EXPECT_EQ(user().noticeText(view()), "Mind the paint.");
 }
 
-TEST_P(Views, MayTakeTheNoticeAwayWhileItsButtonIsPressed) {
+TEST_P(Views, AllowClearingTheNoticeInItsButtonsEvent) {
   connections_.push_back(view().NoticeAction.Connect([&] { view().Notice(""); }));
   view().Notice("Mind the paint.", "Paint again");
   user().settle();

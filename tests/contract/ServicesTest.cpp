@@ -13,7 +13,7 @@ class Services : public ContractTest {
   bool exists(const std::string& path) { return std::filesystem::exists(user().host(path)); }
 };
 
-TEST_P(Services, FileHelpersTakeNamesApartAtBothSeparators) {
+TEST_P(Services, FileHelpersSplitNamesAtBothSeparators) {
   FileHelpers& files = platform().FileHelpers();
   EXPECT_EQ(files.PathWithoutExtension("c:\\a\\b.c.png"), "c:\\a\\b.c");
   EXPECT_EQ(files.PathWithoutExtension("/a/b.c.png"), "/a/b.c");
@@ -74,7 +74,7 @@ TEST_P(Services, FilesAreCopiedMovedAndDeletedByABufferOfNames) {
   EXPECT_FALSE(exists(sub + "a.png"));
 }
 
-TEST_P(Services, AFileThatIsInTheFolderAlreadyStaysAsItIs) {
+TEST_P(Services, AFileAlreadyInTheFolderIsUnchanged) {
   FileHelpers& files = platform().FileHelpers();
   write(path("a.png"));
   user().willAnswer(kAnswerOK);
@@ -84,7 +84,7 @@ TEST_P(Services, AFileThatIsInTheFolderAlreadyStaysAsItIs) {
   EXPECT_EQ(std::filesystem::file_size(user().host(path("a.png"))), 7U);
 }
 
-TEST_P(Services, AFileThatIsNotThereIsToldAndTheOthersGoOn) {
+TEST_P(Services, AMissingFileIsReportedAndTheOthersAreDone) {
   FileHelpers& files = platform().FileHelpers();
   write(path("b.png"));
   user().willAnswer(kAnswerOK);
@@ -112,7 +112,7 @@ TEST_P(Services, TheShellListsTheEntriesOfAFolder) {
   EXPECT_EQ(shell.FirstSubfolder(folder), "sub");
 }
 
-TEST_P(Services, TheShellAnswersWithNothingWhereThereIsNothing) {
+TEST_P(Services, TheShellReturnsNothingForMissingItems) {
   Shell& shell = platform().Shell();
   EXPECT_TRUE(shell.Entries(path("nowhere")).empty());
   EXPECT_EQ(shell.FirstSubfolder(path("nowhere")), "");
@@ -121,7 +121,7 @@ TEST_P(Services, TheShellAnswersWithNothingWhereThereIsNothing) {
       0);
 }
 
-TEST_P(Services, TheShellKnowsADriveToStartFrom) {
+TEST_P(Services, TheShellHasAStartDrive) {
   const std::vector<std::string> drives = platform().Shell().LogicalDrives();
   ASSERT_FALSE(drives.empty());
   EXPECT_TRUE(drives.front().ends_with(platform().FileHelpers().PathSeparator()));
@@ -149,7 +149,7 @@ TEST_P(Services, AHelpViewerRaises53WithoutABook) {
   EXPECT_EQ(errorOf([&] { help->ShowTopic("default.html", 0); }), 53);
 }
 
-TEST_P(Services, ACanvasFillsThePartOfARectangleThatLiesOnIt) {
+TEST_P(Services, ACanvasFillsThePartOfARectangleInside) {
   const std::unique_ptr<Canvas> canvas = platform().CreateCanvas(8, 4);
   EXPECT_EQ(canvas->Width(), 8);
   EXPECT_EQ(canvas->Height(), 4);
@@ -169,20 +169,20 @@ TEST_P(Services, ACanvasFillsThePartOfARectangleThatLiesOnIt) {
   EXPECT_EQ(pixel(7, 0), 0xFF0000);
   EXPECT_EQ(pixel(7, 2), 0x332211);
   canvas->FillRectangle({0, 0, 8, 4}, 0);
-  EXPECT_EQ(pixel(0, 0), 0x332211) << "a picture that was taken stays as it is";
+  EXPECT_EQ(pixel(0, 0), 0x332211) << "a picture taken earlier is unchanged";
 }
 
-TEST_P(Services, ColoursAreMadeFromAnyNumber) {
+TEST_P(Services, ColorsAreMadeFromAnyNumber) {
   const std::shared_ptr<Colors> colors = platform().CreateColors();
-  const Colour colour = colors->Create(0x00332211, 77);
-  EXPECT_EQ(colour.Red(), 0x11);
-  EXPECT_EQ(colour.Green(), 0x22);
-  EXPECT_EQ(colour.Blue(), 0x33);
-  EXPECT_EQ(colour.Alpha(), 77);
+  const Colour color = colors->Create(0x00332211, 77);
+  EXPECT_EQ(color.Red(), 0x11);
+  EXPECT_EQ(color.Green(), 0x22);
+  EXPECT_EQ(color.Blue(), 0x33);
+  EXPECT_EQ(color.Alpha(), 77);
   EXPECT_TRUE(colors->Create(-1).IsNone());
 }
 
-TEST_P(Services, WindowsKnowScreensAndPositions) {
+TEST_P(Services, WindowsHaveScreensAndPositions) {
   WindowFunctions& windows = platform().WindowFunctions();
   ASSERT_GE(windows.ScreenCount(), 1);
   EXPECT_GT(windows.ScreenArea(0).Width, 0);
@@ -190,7 +190,7 @@ TEST_P(Services, WindowsKnowScreensAndPositions) {
   auto& view = Bind<ImageView>(site, "igxImage");
   const Point zero = windows.ScreenToClient(view.hWnd(), {0, 0});
   const Point other = windows.ScreenToClient(view.hWnd(), {30, 40});
-  // A view counts device pixels, a screen need not.
+  // A view uses device pixels, a screen may not.
   const std::int32_t factor = (other.X - zero.X) / 30;
   EXPECT_GE(factor, 1);
   EXPECT_EQ(other.X - zero.X, 30 * factor);
@@ -199,7 +199,7 @@ TEST_P(Services, WindowsKnowScreensAndPositions) {
   EXPECT_GE(platform().Screen().TwipsPerPixelY(), 1);
 }
 
-TEST_P(Services, TheClipboardHoldsABitmapOnceAPictureWasPutThere) {
+TEST_P(Services, TheClipboardHoldsABitmapAfterACopy) {
   user().copyText("a text");
   EXPECT_FALSE(platform().Clipboard().GetFormat(kClipboardBitmap));
   const std::shared_ptr<ImgX> picture = platform().CreateImgX();
@@ -229,7 +229,7 @@ TEST_P(Services, TheKeyStoreKeepsNumbersAndTextsApart) {
   EXPECT_EQ(store.ReadValue(HKEY_CURRENT_USER, "Software\\Test", "Name").TypeCode(), 0);
 }
 
-TEST_P(Services, WindowPositionsPutAWindowBackWhereItStood) {
+TEST_P(Services, WindowPositionsRestoreAWindow) {
   const std::unique_ptr<Form> form = user().controls();
   WindowPositions& positions = platform().WindowPositions();
   positions.RegistryKey("Software\\Test\\WindowPositions");
@@ -243,8 +243,8 @@ TEST_P(Services, WindowPositionsPutAWindowBackWhereItStood) {
   EXPECT_EQ(form->Top(), 50);
 }
 
-TEST_P(Services, WindowPositionsDoNotMoveAWindowThatIsClosedAndOpenedTenTimes) {
-  // Large enough for all that is on the form, small enough for the screen.
+TEST_P(Services, WindowPositionsAreStableOverTenRestores) {
+  // Large enough for all controls of the form, small enough for the screen.
   constexpr std::int32_t kWidth = 620, kHeight = 680;
   WindowPositions& positions = platform().WindowPositions();
   positions.RegistryKey("Software\\Test\\WindowPositions");
@@ -282,13 +282,13 @@ TEST_P(Services, WindowPositionsKeepTheTitleBarOnTheScreen) {
   EXPECT_EQ(form->Top(), screen.Top + frame.Top);
 }
 
-TEST_P(Services, TheFormSkinTakesAnyFormOrControl) {
+TEST_P(Services, TheFormSkinAcceptsAnyFormOrControl) {
   const std::unique_ptr<Form> form = user().controls();
   EXPECT_EQ(errorOf([&] { platform().FormSkin().ApplyToForm(*form, -1, -1); }), 0);
   EXPECT_EQ(errorOf([&] { platform().FormSkin().ApplyToForm(user().editorSite(), -1, -1); }), 0);
 }
 
-TEST_P(Services, AMouseTrackerTellsOnceForEachStartThatThePointerLeft) {
+TEST_P(Services, AMouseTrackerRaisesLeaveOncePerStart) {
   auto& view = Bind<ImageView>(user().editorSite(), "igxImage");
   view.Move(0, 0, 400, 300);
   view.Visible(true);
@@ -315,7 +315,7 @@ TEST_P(Services, AMouseTrackerTellsOnceForEachStartThatThePointerLeft) {
   EXPECT_FALSE(tracker->Tracking()) << "binding it to another window stops it";
 }
 
-TEST_P(Services, AMouseTrackerTellsOnceForEachStartThatThePointerRests) {
+TEST_P(Services, AMouseTrackerRaisesHoverOncePerStart) {
   auto& view = Bind<ImageView>(user().editorSite(), "igxImage");
   view.Move(0, 0, 400, 300);
   view.Visible(true);

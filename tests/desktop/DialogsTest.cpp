@@ -41,7 +41,7 @@ class FileDialog : public testing::Test {
   QTemporaryDir folder;
 };
 
-TEST_F(FileDialog, OfSaveHoldsTheCheckBoxThatIsMovedIn) {
+TEST_F(FileDialog, OfSaveShowsTheAddedCheckBox) {
   bench.showPicture(noise(40, 30));
   QString caption;
   bool inside = false;
@@ -57,7 +57,7 @@ TEST_F(FileDialog, OfSaveHoldsTheCheckBoxThatIsMovedIn) {
       const QRect row(types->mapTo(&dialog, QPoint()), types->size());
       inside = dialog.rect().contains(place) && box->isVisible();
       belowTypes = place.top() > row.bottom();
-      // Nothing else of the dialog stands where the box does.
+      // No other widget of the dialog overlaps the box.
       apart = dialog.childAt(place.center()) == box;
       const int distance = place.top() - row.bottom();
       dialog.resize(dialog.width() + 80, dialog.height() + 90);
@@ -76,7 +76,7 @@ TEST_F(FileDialog, OfSaveHoldsTheCheckBoxThatIsMovedIn) {
   EXPECT_TRUE(apart);
 }
 
-TEST_F(FileDialog, GivesTheMovedControlBack) {
+TEST_F(FileDialog, ReturnsTheAddedControl) {
   bench.showPicture(noise(40, 30));
   for (int round = 0; round < 3; ++round) {
     whenModalOpens([&](QWidget& dialog) {
@@ -87,7 +87,7 @@ TEST_F(FileDialog, GivesTheMovedControlBack) {
   }
 }
 
-TEST_F(FileDialog, SavesUnderTheNameThatWasTyped) {
+TEST_F(FileDialog, SavesUnderTheTypedName) {
   bench.showPicture(noise(40, 30));
   const std::string target = path("picture.bmp");
   whenModalOpens([&](QWidget& dialog) {
@@ -101,10 +101,10 @@ TEST_F(FileDialog, SavesUnderTheNameThatWasTyped) {
 
 TEST_F(FileDialog, RefusesASaveIntoAFolderThatDoesNotExist) {
   bench.showPicture(noise(40, 30));
-  QString told;
+  QString shownText;
   whenModalOpens([&](QWidget& dialog) {
     whenModalOpens([&](QWidget& warning) {
-      told = dynamic_cast<QMessageBox&>(warning).text();
+      shownText = dynamic_cast<QMessageBox&>(warning).text();
       warning.close();
       asFileDialog(dialog).reject();
     });
@@ -113,7 +113,7 @@ TEST_F(FileDialog, RefusesASaveIntoAFolderThatDoesNotExist) {
     QMetaObject::invokeMethod(&dialog, "accept", Qt::QueuedConnection);
   });
   EXPECT_FALSE(bench.editor().SaveImageAs());
-  EXPECT_TRUE(told.contains(QStringLiteral("does not exist"))) << told.toStdString();
+  EXPECT_TRUE(shownText.contains(QStringLiteral("does not exist"))) << shownText.toStdString();
 }
 
 TEST_F(FileDialog, OfOpenHasNoCheckBoxAndTakesExistingFilesOnly) {
@@ -135,7 +135,7 @@ TEST_F(FileDialog, OfOpenHasNoCheckBoxAndTakesExistingFilesOnly) {
   EXPECT_EQ(bench.editor().Image()->Width(), 20);
 }
 
-TEST_F(FileDialog, CanBeAskedForItsControlsOnlyBeforeItShows) {
+TEST_F(FileDialog, HasControlsOnlyBeforeItIsShown) {
   ImgXDialog& dialog = *bench.editor().BrowseDialog();
   std::int32_t left = 0, top = 0, width = 0, height = 0;
   EXPECT_THROW(dialog.GetControlRect(kDialogFileTypeLabel, left, top, width, height), RuntimeError);
@@ -148,7 +148,7 @@ class Boxes : public testing::Test {
   EditorBench bench;
 };
 
-TEST_F(Boxes, AskWithTheirButtonsAndAnswer) {
+TEST_F(Boxes, ShowTheirButtonsAndReturnTheAnswer) {
   whenModalOpens([](QWidget& box) {
     auto& message = dynamic_cast<QMessageBox&>(box);
     EXPECT_EQ(message.windowTitle(), "Save Changes");
@@ -160,7 +160,7 @@ TEST_F(Boxes, AskWithTheirButtonsAndAnswer) {
   EXPECT_EQ(boxes().MessageBox("Line one\r\rLine two", 35, "Save Changes"), kAnswerNo);
 }
 
-TEST_F(Boxes, ShowTheirTitlesAsTheyAreGiven) {
+TEST_F(Boxes, ShowTheirTitlesUnchanged) {
   whenModalOpens([](QWidget& box) {
     EXPECT_EQ(box.windowHandle()->title(), "a[*]b[*][*].png");
     box.close();
@@ -183,7 +183,7 @@ TEST_F(Boxes, CountClosingAsCancel) {
   EXPECT_EQ(boxes().MessageBox("Told.", kBoxExclamation), kAnswerOK);
 }
 
-TEST_F(Boxes, ShowTheOrdinaryPointerInTheMiddleOfABusyPhase) {
+TEST_F(Boxes, ShowTheNormalPointerDuringABusyPhase) {
   bench.platform().FormUtility().SetPointer(kBusyHourglass);
   EXPECT_EQ(QGuiApplication::overrideCursor()->shape(), Qt::WaitCursor);
   whenModalOpens([](QWidget& box) {
@@ -207,7 +207,7 @@ TEST_F(Boxes, NameTheProgramAndItsVersion) {
   EXPECT_TRUE(texts.contains(QStringLiteral("Version 2.0.0"))) << texts.join(u'|').toStdString();
 }
 
-TEST_F(Boxes, InputGivesTheTextOrNothing) {
+TEST_F(Boxes, InputReturnsTheTextOrNothing) {
   whenModalOpens([](QWidget& box) {
     auto* const edit = box.findChild<QLineEdit*>();
     EXPECT_EQ(edit->text(), "before");
@@ -219,7 +219,7 @@ TEST_F(Boxes, InputGivesTheTextOrNothing) {
   EXPECT_EQ(boxes().InputBox("Name:", "Test", "before"), "");
 }
 
-TEST_F(Boxes, HelpThatIsMissingIsToldInASentence) {
+TEST_F(Boxes, MissingHelpRaisesAnErrorText) {
   const auto help = bench.platform().CreateHelpViewer();
   help->HelpFile("NoSuchBook.chm");
   try {
@@ -231,7 +231,7 @@ TEST_F(Boxes, HelpThatIsMissingIsToldInASentence) {
   }
 }
 
-TEST_F(Boxes, HelpShowsAPageOfTheFolderThatIsNamedLikeTheBook) {
+TEST_F(Boxes, HelpShowsAPageOfTheFolderNamedLikeTheBook) {
   QTemporaryDir books;
   ASSERT_TRUE(QDir(books.path()).mkpath(QStringLiteral("Book")));
   QFile page(books.filePath(QStringLiteral("Book/default.html")));
@@ -254,7 +254,7 @@ TEST_F(Boxes, HelpShowsAPageOfTheFolderThatIsNamedLikeTheBook) {
   EXPECT_THROW(help.ShowTopic("missing.html", 0), RuntimeError);
 }
 
-TEST(Captions, ShowAFilesNameAsItIs) {
+TEST(Captions, ShowAFilesNameUnchanged) {
   EditorBench bench;
   modProcessing::SetWindowCaption(bench.form(), {}, "/pictures/a[*]b[*][*].png");
   EXPECT_EQ(bench.window().windowHandle()->title(), "a[*]b[*][*].png - KestrelLib2 Image Editor");

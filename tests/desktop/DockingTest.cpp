@@ -24,7 +24,7 @@ class DockingDesktop : public testing::Test {
   qt::PanelField& panel(const char* key) {
     return *bench.window().findChild<qt::PanelField*>(QLatin1String(key));
   }
-  /// What the context menu of the bars offers under a text.
+  /// The entry of the bars' context menu with this text.
   QAction* barMenuEntry(const QString& text) {
     auto* const window = bench.window().findChild<qt::MoorageWindow*>();
     barMenu.reset(window->createPopupMenu());
@@ -38,7 +38,7 @@ class DockingDesktop : public testing::Test {
   std::unique_ptr<QMenu> barMenu;
 };
 
-TEST_F(DockingDesktop, DockWindowsCloseAndComeBack) {
+TEST_F(DockingDesktop, DockWindowsCloseAndReopen) {
   ASSERT_TRUE(dock("dkwMaterials").isVisible());
   dock("dkwMaterials").close();
   EXPECT_FALSE(dock("dkwMaterials").isVisible());
@@ -77,7 +77,7 @@ TEST_F(DockingDesktop, DockWindowsFloatAndDockAgain) {
   EXPECT_TRUE(zoom.isVisible());
 }
 
-TEST_F(DockingDesktop, TheViewFillsWhatBarsAndDockWindowsLeave) {
+TEST_F(DockingDesktop, TheViewFillsTheRemainingArea) {
   const auto fills = [this] {
     const Rectangle area = bench.moorage().ClientArea();
     return bench.view().surface().geometry() == QRect(area.Left, area.Top, area.Width, area.Height);
@@ -94,7 +94,7 @@ TEST_F(DockingDesktop, TheViewFillsWhatBarsAndDockWindowsLeave) {
   EXPECT_TRUE(fills());
 }
 
-TEST_F(DockingDesktop, StatusPanelsShowTheirCaptionsBesideTheirIcons) {
+TEST_F(DockingDesktop, StatusPanelsShowTheirCaptionsNextToTheirIcons) {
   bench.editor().Status("Ready for a test");
   EXPECT_EQ(panel("pnlStatus").text(), "Ready for a test");
   EXPECT_EQ(panel("pnlZoom").text(), "1:1 (100%)");
@@ -104,7 +104,7 @@ TEST_F(DockingDesktop, StatusPanelsShowTheirCaptionsBesideTheirIcons) {
   EXPECT_LT(panel("pnlSize").x(), panel("pnlZoom").x());
 }
 
-TEST_F(DockingDesktop, StatusPanelsHideAndComeBack) {
+TEST_F(DockingDesktop, StatusPanelsHideAndReappear) {
   ASSERT_TRUE(panel("pnlSize").isVisible());
   bench.moorage().StatusPanel("pnlSize").Visible(false);
   EXPECT_FALSE(panel("pnlSize").isVisible());
@@ -112,7 +112,7 @@ TEST_F(DockingDesktop, StatusPanelsHideAndComeBack) {
   EXPECT_TRUE(panel("pnlSize").isVisible());
 }
 
-TEST_F(DockingDesktop, BarsStayAsTheyAreUntilRedrawComesBack) {
+TEST_F(DockingDesktop, BarsAreNotUpdatedUntilRedrawResumes) {
   bench.showPicture(noise(20, 20));
   const QAction& flip = bench.moorage().actions().actionOf(bench.command("btnImageFlip"));
   ASSERT_TRUE(flip.isEnabled());
@@ -130,7 +130,7 @@ TEST_F(DockingDesktop, ALongMessageDoesNotWidenTheWindow) {
   EXPECT_EQ(bench.window().minimumSizeHint().width(), before);
 }
 
-TEST_F(DockingDesktop, TheBarsMenuHidesTheStatusBarAndUnticksItsCommand) {
+TEST_F(DockingDesktop, TheBarsMenuHidesTheStatusBarAndUnchecksItsCommand) {
   auto* const bar = bench.window().findChild<QStatusBar*>();
   QAction* const entry = barMenuEntry(QStringLiteral("Status Bar"));
   ASSERT_NE(entry, nullptr);
@@ -173,7 +173,7 @@ TEST_F(DockingDesktop, TheStyleChangesTheLookOfTheBars) {
   EXPECT_EQ(open->text(), "Open");
 }
 
-TEST_F(DockingDesktop, ButtonsClickShowTheirStateAndFeedTheStatusLine) {
+TEST_F(DockingDesktop, ButtonsClickShowTheirStateAndDescription) {
   bench.showPicture(noise(32, 32));
   auto* const pan = toolBar("Tools").findChild<QToolButton*>(QStringLiteral("btnDrawPan"));
   QTest::mouseClick(pan, Qt::LeftButton);
@@ -200,12 +200,12 @@ class ZoomField : public DockingDesktop {
     combo->lineEdit()->selectAll();
   }
   void type(const QString& text) {
-    for (const QChar letter : text) QTest::keyClick(bench.window().windowHandle(), letter.toLatin1());
+    for (const QChar character : text) QTest::keyClick(bench.window().windowHandle(), character.toLatin1());
   }
   QComboBox* combo = nullptr;
 };
 
-TEST_F(ZoomField, TakesAnyTextThatIsTypedAndConfirmed) {
+TEST_F(ZoomField, AcceptsAnyConfirmedText) {
   type(QStringLiteral("3.3:1"));
   EXPECT_EQ(bench.view().Zoom(), 1.0);
   pressKey(bench.window(), Qt::Key_Return);
@@ -213,7 +213,7 @@ TEST_F(ZoomField, TakesAnyTextThatIsTypedAndConfirmed) {
   EXPECT_EQ(combo->currentText(), "3.3:1");
 }
 
-TEST_F(ZoomField, OffersItsLinesAndChoosesOne) {
+TEST_F(ZoomField, ListsItsEntriesAndChoosesOne) {
   ASSERT_EQ(combo->count(), 25);
   EXPECT_EQ(combo->itemText(3), "4:1");
   Q_EMIT combo->activated(3);
@@ -221,7 +221,7 @@ TEST_F(ZoomField, OffersItsLinesAndChoosesOne) {
   EXPECT_EQ(combo->currentText(), "4:1");
 }
 
-TEST_F(ZoomField, BringsTheTextBackOnEscape) {
+TEST_F(ZoomField, RestoresTheTextOnEscape) {
   type(QStringLiteral("nonsense"));
   EXPECT_EQ(combo->currentText(), "nonsense");
   pressKey(bench.window(), Qt::Key_Escape);
@@ -229,13 +229,13 @@ TEST_F(ZoomField, BringsTheTextBackOnEscape) {
   EXPECT_EQ(bench.view().Zoom(), 1.0);
 }
 
-TEST_F(ZoomField, BringsTheTextBackWhenTheFocusGoesElsewhere) {
+TEST_F(ZoomField, RestoresTheTextWhenItLosesTheFocus) {
   type(QStringLiteral("nonsense"));
   bench.canvas().setFocus();
   EXPECT_EQ(combo->currentText(), "1:1");
 }
 
-TEST_F(ZoomField, GivesTheFocusBackToWhereItWas) {
+TEST_F(ZoomField, ReturnsTheFocus) {
   combo->clearFocus();
   bench.canvas().setFocus();
   combo->setFocus();
@@ -244,7 +244,7 @@ TEST_F(ZoomField, GivesTheFocusBackToWhereItWas) {
   EXPECT_EQ(QApplication::focusWidget(), &bench.canvas());
 }
 
-TEST_F(ZoomField, FollowsTheZoomThatOthersSet) {
+TEST_F(ZoomField, FollowsTheZoomOfTheEditor) {
   bench.editor().ZoomIn();
   EXPECT_EQ(combo->currentText(), "2:1");
 }

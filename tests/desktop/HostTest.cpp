@@ -27,17 +27,17 @@ namespace {
 
 class Sink final : public IImageEvents {
  public:
-  explicit Sink(std::function<void(const char*)> told) : told_(std::move(told)) {}
-  void RequestSaveFilename(std::string&, bool&) override { told_("sink RequestSaveFilename"); }
-  void RequestOpenFilename(std::string&, bool&) override { told_("sink RequestOpenFilename"); }
-  void ImageSave(const std::string&) override { told_("sink ImageSave"); }
-  void ImageOpen(const std::string&) override { told_("sink ImageOpen"); }
+  explicit Sink(std::function<void(const char*)> notify) : notify_(std::move(notify)) {}
+  void RequestSaveFilename(std::string&, bool&) override { notify_("sink RequestSaveFilename"); }
+  void RequestOpenFilename(std::string&, bool&) override { notify_("sink RequestOpenFilename"); }
+  void ImageSave(const std::string&) override { notify_("sink ImageSave"); }
+  void ImageOpen(const std::string&) override { notify_("sink ImageOpen"); }
 
  private:
-  std::function<void(const char*)> told_;
+  std::function<void(const char*)> notify_;
 };
 
-/// A host program with the editor in a window of its own, as the README shows it.
+/// A host program with the editor in its window, as in the README.
 class Host : public testing::Test {
  protected:
   enum class Ends { Editor, Window };
@@ -94,7 +94,7 @@ class Host : public testing::Test {
     shownAtEnd_ = shownWindows();
   }
 
-  /// Notes all events and calls of the sink; at the one of that name the host ends the editor.
+  /// Records all events and calls of the sink; at the one of that name the host ends the editor.
   void endAt(const std::string& wanted, Ends what) {
     const auto note = [this, wanted, what](const std::string& event) {
       EXPECT_FALSE(dead_) << event << " after the end";
@@ -124,7 +124,7 @@ class Host : public testing::Test {
     c.EventSink(sink_);
   }
 
-  /// The program's main loop; 1 if it has to be stopped.
+  /// Runs the program's event loop; 1 if it had to be stopped.
   static int runProgram() {
     QTimer patience;
     QObject::connect(&patience, &QTimer::timeout, &patience, [] { QCoreApplication::exit(1); });
@@ -141,11 +141,11 @@ class Host : public testing::Test {
   }
 
   void expectNothingLeft() {
-    EXPECT_TRUE(dead_) << "the host never came to end it";
+    EXPECT_TRUE(dead_) << "the host did not end it";
     EXPECT_FALSE(editor_);
     for (const QWidget* shown : shownAtEnd_) EXPECT_EQ(shown, window_.data()) << "a window of the editor's";
     settle();
-    EXPECT_FALSE(widget_) << "what was kept for the call is released";
+    EXPECT_FALSE(widget_) << "objects kept for the call are released";
     EXPECT_EQ(QApplication::overrideCursor(), nullptr) << "the busy pointer";
   }
 
@@ -161,7 +161,7 @@ class Host : public testing::Test {
   bool dead_ = false;
 };
 
-TEST_F(Host, MayEndTheEditorOrItsWindowInAnyEventAndInAnyCallOfItsSink) {
+TEST_F(Host, MayEndEditorOrWindowInAnyEventOrCallOfItsSink) {
   struct Case {
     const char* event;
     std::function<void()> act;
@@ -199,7 +199,7 @@ TEST_F(Host, MayEndTheEditorOrItsWindowInAnyEventAndInAnyCallOfItsSink) {
   }
 }
 
-TEST_F(Host, MayEndTheEditorInAnEventThatAClickOrAKeyOfTheUserLedTo) {
+TEST_F(Host, MayEndTheEditorInAnEventOfAClickOrKey) {
   struct Case {
     const char* event;
     std::function<void()> act;
@@ -235,15 +235,15 @@ TEST_F(Host, MayEndTheEditorInAnEventThatAClickOrAKeyOfTheUserLedTo) {
   }
 }
 
-/// Each way to a dialog, box or menu: runs until it has closed, and checks that this counted as cancelling.
-struct Asking {
+/// A way to open a dialog, box or menu. `act` returns when it has closed, and expects that it was canceled.
+struct ModalCase {
   const char* name;
   std::function<void()> act;
 };
 
 class HostDuringADialog : public Host {
  protected:
-  std::vector<Asking> askings() {
+  std::vector<ModalCase> modalCases() {
     const auto change = [this] { action("btnImageMirror").trigger(); };
     return {
         {"open dialog", [this] { EXPECT_FALSE(control().OpenImage()); }},
@@ -274,11 +274,12 @@ class HostDuringADialog : public Host {
 };
 
 TEST_F(HostDuringADialog, MayEndTheEditorOrItsWindow) {
-  for (std::size_t i = 0; i < askings().size(); ++i) {
+  for (std::size_t i = 0; i < modalCases().size(); ++i) {
     for (const Ends what : {Ends::Editor, Ends::Window}) {
-      SCOPED_TRACE(std::string(askings()[i].name) + (what == Ends::Editor ? ", the editor" : ", the window"));
+      SCOPED_TRACE(std::string(modalCases()[i].name) +
+                   (what == Ends::Editor ? ", the editor" : ", the window"));
       start();
-      const Asking asking = askings()[i];
+      const ModalCase asking = modalCases()[i];
       QPointer<QWidget> shown;
       whenModalOpens([&](QWidget& dialog) {
         shown = &dialog;
@@ -324,7 +325,7 @@ TEST_F(HostDuringADialog, MayEndTheEditorUnderItsContextMenu) {
   }
 }
 
-TEST_F(HostDuringADialog, MayEndTheEditorUnderTheColourDialog) {
+TEST_F(HostDuringADialog, MayEndTheEditorUnderTheColorDialog) {
   for (const Ends what : {Ends::Editor, Ends::Window}) {
     start();
     auto& picker = *widget_->findChild<qt::ColorPickerWidget*>();
@@ -342,7 +343,7 @@ TEST_F(HostDuringADialog, MayEndTheEditorUnderTheColourDialog) {
   }
 }
 
-TEST_F(HostDuringADialog, MayRunAnEventLoopOfItsOwnInAnEvent) {
+TEST_F(HostDuringADialog, MayRunItsOwnEventLoopInAnEvent) {
   start();
   connections_.push_back(control().ImageOpen.Connect([&](const std::string&) {
     QEventLoop loop;
@@ -356,10 +357,10 @@ TEST_F(HostDuringADialog, MayRunAnEventLoopOfItsOwnInAnEvent) {
 }
 
 TEST_F(HostDuringADialog, MayQuitTheProgram) {
-  for (std::size_t i = 0; i < askings().size(); ++i) {
-    SCOPED_TRACE(askings()[i].name);
+  for (std::size_t i = 0; i < modalCases().size(); ++i) {
+    SCOPED_TRACE(modalCases()[i].name);
     start();
-    const Asking asking = askings()[i];
+    const ModalCase asking = modalCases()[i];
     bool returned = false;
     QTimer::singleShot(0, qApp, [&] {
       asking.act();
@@ -391,7 +392,7 @@ TEST_F(Host, EndsFloatingDockWindowsWithTheEditor) {
   expectNothingLeft();
 }
 
-TEST_F(Host, GetsBoxesOverTheWindowOfTheEditorThatShowsThemAndNotOverTheActiveOne) {
+TEST_F(Host, GetsBoxesOverTheEditorsWindowNotTheActiveOne) {
   start();
   QWidget other;
   qt::ImageEditor second(*component_, nullptr, &other);
@@ -415,7 +416,7 @@ TEST_F(Host, GetsBoxesOverTheWindowOfTheEditorThatShowsThemAndNotOverTheActiveOn
   }
 }
 
-TEST_F(Host, MayUseTheEditorAfterASecondComponentOfTheThreadCameAndWent) {
+TEST_F(Host, MayUseTheEditorAfterASecondComponentEnded) {
   start();
   {
     const qt::Component second;

@@ -31,7 +31,7 @@ QImage corners() {
   return picture;
 }
 
-/// The rotate dialog in its window, used with keyboard and mouse.
+/// The rotate dialog in its window, driven by keyboard and mouse.
 class Dialog {
  public:
   explicit Dialog(QWidget& window) : window_(window) {
@@ -51,8 +51,8 @@ class Dialog {
   }
   void useOriginal() { click(part<QCheckBox>("chkUseOriginalImage")); }
   void type(const char* text) {
-    for (const char* letter = text; *letter != '\0'; ++letter) {
-      QTest::keyClick(window_.windowHandle(), *letter);
+    for (const char* character = text; *character != '\0'; ++character) {
+      QTest::keyClick(window_.windowHandle(), *character);
     }
     settle();
   }
@@ -75,7 +75,7 @@ class Dialog {
 
 class RotateDialog : public testing::Test {
  protected:
-  /// Opens the dialog on that choice; the user does this in it.
+  /// Opens the dialog with these options and runs the user's actions in it.
   std::int32_t show(std::int32_t angle, ImageProcessingDirectionConstants direction,
                     const std::function<void(Dialog&)>& doing) {
     options().RotateAngle(angle);
@@ -93,7 +93,7 @@ class RotateDialog : public testing::Test {
   }
   static Options& options() { return *modProcessing::GetOptions(); }
 
-  /// What the pane shows so far from its middle, in device pixels.
+  /// The color of the pane at an offset from its center, in device pixels.
   static QColor at(qt::ImageSurface& pane, int x, int y) {
     const QImage seen = pane.canvas().grab().toImage();
     return seen.pixelColor(seen.width() / 2 + x, seen.height() / 2 + y);
@@ -108,7 +108,7 @@ class RotateDialog : public testing::Test {
   EditorBench bench;
 };
 
-TEST_F(RotateDialog, TakesOnlyDigitsFromTheKeyboard) {
+TEST_F(RotateDialog, AcceptsOnlyDigitsFromTheKeyboard) {
   bench.showPicture(corners());
   show(90, ipDirectionRight, [](Dialog& dialog) {
     QTest::mouseClick(&dialog.degrees(), Qt::LeftButton);
@@ -118,7 +118,7 @@ TEST_F(RotateDialog, TakesOnlyDigitsFromTheKeyboard) {
   });
 }
 
-TEST_F(RotateDialog, TakesWhatIsPastedByItsLeadingNumber) {
+TEST_F(RotateDialog, UsesTheLeadingNumberOfPastedText) {
   bench.showPicture(corners());
   QApplication::clipboard()->setText(QStringLiteral("45xyz"));
   EXPECT_EQ(show(90, ipDirectionRight,
@@ -201,7 +201,7 @@ TEST_F(RotateDialog, ShowsThePictureBeforeAndAfter) {
   });
 }
 
-TEST_F(RotateDialog, LinksTheScrollBarsOfThePanesAndKeepsThePlace) {
+TEST_F(RotateDialog, LinksTheScrollBarsOfThePanes) {
   bench.showPicture(noise(1500, 1200));
   show(180, ipDirectionRight, [](Dialog& dialog) {
     dialog.useOriginal();

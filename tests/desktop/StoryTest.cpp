@@ -29,7 +29,7 @@ constexpr int kPen = 1;  // the editor draws with the thinnest
 constexpr QRgb kEllipseColor = 0xff2a6fdb;
 constexpr QRgb kStrokeColor = 0xffc81e1e;
 
-/// What a camera might have seen.
+/// A picture like a photograph.
 QImage photograph() {
   QImage picture(640, 480, QImage::Format_RGB888);
   for (int y = 0; y < picture.height(); ++y) {
@@ -48,7 +48,7 @@ QImage photograph() {
   return picture;
 }
 
-/// A picture to paste, see-through towards its lower right corner.
+/// A picture to paste, transparent towards its lower right corner.
 QImage sticker() {
   QImage picture(120, 90, QImage::Format_RGBA8888);
   for (int y = 0; y < picture.height(); ++y) {
@@ -69,9 +69,10 @@ Point rounded(engine::PointD at) {
   return {static_cast<std::int32_t>(std::lround(at.X)), static_cast<std::int32_t>(std::lround(at.Y))};
 }
 
-engine::PointD centreOf(engine::PointD at) { return {std::floor(at.X) + 0.5, std::floor(at.Y) + 0.5}; }
+engine::PointD centerOf(engine::PointD at) { return {std::floor(at.X) + 0.5, std::floor(at.Y) + 0.5}; }
 
-/// A user's hands, and notes of where they were: the display decides which pixels a pointer can reach.
+/// A user with a pointer. The positions reached are recorded, since the display decides which pixels it can
+/// reach.
 class Story : public testing::Test {
  protected:
   Story() {
@@ -91,7 +92,7 @@ class Story : public testing::Test {
 
   QImage shown() { return qt::toImage(bench.editor().Image()->Pixels()); }
 
-  /// Takes the picture of the window, and keeps the picture itself if it is a new one.
+  /// Takes a screenshot of the window, and keeps the picture if it has changed.
   void done(const std::string& step) {
     settle();
     bench.screenshot("story-" + step);
@@ -106,14 +107,14 @@ class Story : public testing::Test {
     settle();
   }
 
-  /// Where a pixel of the picture is on the canvas; at zoom 1.
+  /// The position of a picture pixel on the canvas at zoom 1.
   QPoint at(int column, int row) {
     const double factor = bench.canvas().devicePixelRatioF();
     return {static_cast<int>((column - bench.view().ScrollLeft() + 1) / factor),
             static_cast<int>((row - bench.view().ScrollTop() + 1) / factor)};
   }
 
-  /// With the left button held, through pixels of the picture. The positions that counted are in `trail`.
+  /// Drags through pixels of the picture. The positions reached are in `trail`.
   void drag(const std::vector<QPoint>& pixels) {
     std::vector<QPoint> points;
     for (const QPoint& pixel : pixels) points.push_back(at(pixel.x(), pixel.y()));
@@ -184,7 +185,7 @@ class Story : public testing::Test {
   std::vector<QImage> stages;
 };
 
-/// The same work done on the engine itself, without a view.
+/// The same edits done directly with the engine, without a view.
 class Replay {
  public:
   Replay(Platform& platform, const std::string& file)
@@ -208,7 +209,7 @@ class Replay {
     engine::Bitmap bitmap = engine::bitmapOf(*picture_->Image());
     engine::Stroke stroke(pixelOf(color), kPen, {0, 0, bitmap.width(), bitmap.height()});
     for (const engine::PointD& sample : trail) {
-      stroke.add(centreOf(sample));
+      stroke.add(centerOf(sample));
       stroke.paint(bitmap.writable());
     }
     stroke.finish();
@@ -232,7 +233,7 @@ class Replay {
   std::shared_ptr<ImgX> pasted_;
 };
 
-TEST_F(Story, APhotographIsEditedAndSavedAsTheEngineItselfWouldMakeIt) {
+TEST_F(Story, AnEditedAndSavedPhotographEqualsTheEnginesResult) {
   const std::string file = path("photograph.jpg");
   ASSERT_TRUE(photograph().save(QString::fromStdString(file), "JPG", 92));
   ASSERT_NO_FATAL_FAILURE(open(file));
@@ -269,7 +270,7 @@ TEST_F(Story, APhotographIsEditedAndSavedAsTheEngineItselfWouldMakeIt) {
   drag({floating, {200, 150}, {350, 120}});
   settle();
   done("05a-floating");
-  EXPECT_EQ(stages.size(), 4U) << "The floating picture is not yet part of the other.";
+  EXPECT_EQ(stages.size(), 4U) << "The floating picture is not part of the picture yet.";
   EXPECT_NEAR(selected.Left, 300, 1);
   EXPECT_NEAR(selected.Top, 80, 1);
   QTest::mouseClick(&bench.canvas(), Qt::LeftButton, {}, at(100, 300));
@@ -283,23 +284,23 @@ TEST_F(Story, APhotographIsEditedAndSavedAsTheEngineItselfWouldMakeIt) {
   EXPECT_EQ(shown(), replay.picture());
   EXPECT_EQ(shown().pixelColor(0, 0).alpha(), 0);
 
-  // Opened, cropped, two shapes, one paste, one turn: each differs from the one before.
+  // Open, crop, two shapes, a paste, a rotation: each step differs from the one before.
   ASSERT_EQ(stages.size(), 6U);
-  const std::vector<QImage> told = stages;
-  for (std::size_t left = told.size() - 1; left > 0; --left) {
+  const std::vector<QImage> recorded = stages;
+  for (std::size_t left = recorded.size() - 1; left > 0; --left) {
     QTest::keyClick(&bench.canvas(), Qt::Key_Z, Qt::ControlModifier);
-    EXPECT_EQ(shown(), told[left - 1]) << "after undoing step " << left;
+    EXPECT_EQ(shown(), recorded[left - 1]) << "after undoing step " << left;
   }
   QTest::keyClick(&bench.canvas(), Qt::Key_Z, Qt::ControlModifier);  // nothing is left to undo
   done("08-undone");
-  EXPECT_EQ(shown(), told.front());
+  EXPECT_EQ(shown(), recorded.front());
 
-  for (std::size_t step = 1; step < told.size(); ++step) {
+  for (std::size_t step = 1; step < recorded.size(); ++step) {
     press("btnEditRedo");
-    EXPECT_EQ(shown(), told[step]) << "after redoing step " << step;
+    EXPECT_EQ(shown(), recorded[step]) << "after redoing step " << step;
   }
   done("09-redone");
-  EXPECT_EQ(shown(), told.back());
+  EXPECT_EQ(shown(), recorded.back());
 
   press("btnDrawZoom");
   QTest::mouseClick(&bench.canvas(), Qt::LeftButton, {}, at(300, 250));

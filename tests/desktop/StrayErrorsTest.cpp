@@ -1,4 +1,4 @@
-// Errors that leave the logic towards the toolkit.
+// Errors that leave the logic and reach the toolkit.
 
 #include <gtest/gtest.h>
 
@@ -18,14 +18,14 @@ namespace {
 class StrayErrors : public testing::Test {
  protected:
   StrayErrors() {
-    qt::setStrayErrorHandler([this](const std::string& description) { told_.push_back(description); });
+    qt::setStrayErrorHandler([this](const std::string& description) { texts_.push_back(description); });
     bench_.showPicture(noise(300, 200));
   }
   ~StrayErrors() override { qt::setStrayErrorHandler(nullptr); }
 
-  /// What the user is told when a handler of the view's click fails like that.
-  std::vector<std::string> toldOf(const std::function<void()>& failure) {
-    told_.clear();
+  /// The texts shown to the user when a handler of the view's click fails like that.
+  std::vector<std::string> textsOf(const std::function<void()>& failure) {
+    texts_.clear();
     int clicks = 0;
     const Connection failing = bench_.view().Click.Connect([&] {
       ++clicks;
@@ -34,23 +34,23 @@ class StrayErrors : public testing::Test {
     QTest::mouseClick(&bench_.canvas(), Qt::LeftButton);
     settle();
     EXPECT_EQ(clicks, 1);
-    return told_;
+    return texts_;
   }
 
   EditorBench bench_;
-  std::vector<std::string> told_;
+  std::vector<std::string> texts_;
 };
 
-TEST_F(StrayErrors, AreToldInASentence) {
-  EXPECT_EQ(toldOf([] { throw RuntimeError(err::kDiskFull, "The disk is full."); }),
+TEST_F(StrayErrors, AreShownAsText) {
+  EXPECT_EQ(textsOf([] { throw RuntimeError(err::kDiskFull, "The disk is full."); }),
             std::vector<std::string>{"The disk is full."});
-  EXPECT_EQ(toldOf([] { (void)std::vector<int>().at(3); }),
+  EXPECT_EQ(textsOf([] { (void)std::vector<int>().at(3); }),
             std::vector<std::string>{"There is no element at that position."});
-  EXPECT_EQ(toldOf([] { throw 5; }), std::vector<std::string>{"An error of an unknown kind was raised."});
+  EXPECT_EQ(textsOf([] { throw 5; }), std::vector<std::string>{"An error of an unknown kind was raised."});
 }
 
-TEST_F(StrayErrors, ThatAReportingObjectHasTakenShowNothing) {
-  EXPECT_TRUE(toldOf([] { throw RuntimeError(err::kReported); }).empty());
+TEST_F(StrayErrors, ThatWereReportedShowNothing) {
+  EXPECT_TRUE(textsOf([] { throw RuntimeError(err::kReported); }).empty());
 }
 
 }  // namespace
