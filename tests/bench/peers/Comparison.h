@@ -6,24 +6,24 @@
 
 namespace kestrel::bench {
 
-/// One way to do an operation's work, on pictures that it holds.
+/// One implementation of an operation, with its own input and output.
 struct Contender {
   std::string name;
-  std::string computes;  ///< what it does, and what of the others' work it leaves out
+  std::string computes;  ///< its work, and the parts of the others' work that it omits
   std::function<void()> run;
-  /// For rows of something else than times, in the place of `run`: gives the figure, in the row's unit.
+  /// For rows that measure no time, in place of `run`: returns the figure in the row's unit.
   std::function<double()> figure = {};
 };
 
-/// One row of the table: an operation, ours and others' ways to do it, and how they shall compare.
+/// One row of the table: an operation, its implementations by us and our peers, and the required ratio.
 struct Comparison {
   std::string operation;
   double bar = 1;  ///< our figure divided by the best peer's shall not be more
-  /// Makes the contenders, ours first. Called when the row is measured; what they hold is freed after it.
+  /// Makes the contenders, ours first. Called when the row is measured; they are destroyed after it.
   std::function<std::vector<Contender>()> contenders;
   std::string unit = "ms";
-  /// How many cores all contenders may use. More than one is for rows whose contenders are whole processes:
-  /// libraries count the cores once and go on with that number.
+  /// Number of cores for all contenders. More than one only for rows of whole processes, since libraries
+  /// count the cores only once.
   int cores = 1;
 };
 

@@ -15,7 +15,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// Rows of short operations go round more often, until they have taken so long.
+/// Short operations run more often, until a row has taken this long.
 constexpr std::chrono::seconds kShortest{1};
 
 double figureOf(const Contender& contender) {
@@ -63,7 +63,7 @@ std::vector<Measured> read(std::istream& in) {
     for (std::string& text : texts) std::getline(fields, text, '\t');
     Measured m{texts[0], 0, texts[2], texts[3], texts[4]};
     if (!(fields >> m.ours >> m.figure) || !(std::istringstream(texts[1]) >> m.bar))
-      throw std::runtime_error("No line of measurements: " + line);
+      throw std::runtime_error("Not a line of measurements: " + line);
     results.push_back(std::move(m));
   }
   return results;

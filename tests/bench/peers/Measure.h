@@ -19,11 +19,11 @@ struct Measured {
   double figure = 0;  ///< the median
 };
 
-/// Runs the contenders of a row in turn, so that whatever else the machine does meanwhile falls on all of
-/// them alike: at least `runs` times round, and for a second at least, after one round unmeasured.
+/// Runs the contenders of a row alternately, so that other load on the machine affects all of them equally:
+/// at least `runs` rounds and at least a second, after one unmeasured round.
 std::vector<Measured> measure(const Comparison& comparison, int runs);
 
-/// One line a contender, with tabs between its fields.
+/// Writes one line per contender with tab-separated fields.
 void write(std::ostream& out, const std::vector<Measured>& results);
 /// Reads what `write` wrote. Raises std::runtime_error for anything else.
 std::vector<Measured> read(std::istream& in);

@@ -1,4 +1,4 @@
-// Measures this program's rows and prints them, one line a contender: PROGRAM [--runs N] [--only TEXT]
+// Measures this program's rows and prints them, one line per contender: PROGRAM [--runs N] [--only TEXT]
 
 #include <CLI/CLI.hpp>
 
@@ -10,9 +10,9 @@
 int main(int argc, char** argv) {
   int runs = 9;
   std::string only;
-  CLI::App app{"Measures our operations beside those of other libraries."};
-  app.add_option("--runs", runs, "how often each contender runs at least")->check(CLI::Range(1, 1000));
-  app.add_option("--only", only, "measure only operations whose name holds this");
+  CLI::App app{"Compares our operations with those of other libraries."};
+  app.add_option("--runs", runs, "minimum number of runs per contender")->check(CLI::Range(1, 1000));
+  app.add_option("--only", only, "measure only operations whose name contains TEXT");
   CLI11_PARSE(app, argc, argv);
 
   kestrel::bench::runOnCores(1);

@@ -1,7 +1,7 @@
-// Makes the table out of what the programs of comparisons printed: peers_table HEAP=FILE...
+// Makes the table from the output of the comparison programs: peers_table HEAP=FILE...
 //
-// Each file holds the same rows, measured under another heap. Ours counts under the first of them, which is
-// that of every program; a peer counts under the heap that serves it best.
+// Each file has the same rows, measured with another heap. Ours counts with the first heap, the default of
+// programs; a peer counts with the heap that is fastest for it.
 
 #include <algorithm>
 #include <cstdio>

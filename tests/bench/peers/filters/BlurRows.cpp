@@ -12,18 +12,18 @@ namespace kestrel::bench {
 namespace {
 
 Contender ours(const engine::Bitmap& picture, double sigma) {
-  return {"KestrelLib2", "weighed by alpha; within one level of direct convolution",
+  return {"KestrelLib2", "premultiplied; within one level of direct convolution",
           [picture, sigma] { engine::blur(picture, sigma); }};
 }
 
-Contender openCv(const engine::Bitmap& picture, double sigma, int side, const std::string& bell) {
-  return {"OpenCV GaussianBlur " + std::to_string(side), bell + "; ignores alpha; fixed point; kept buffer",
+Contender openCv(const engine::Bitmap& picture, double sigma, int side, const std::string& kernel) {
+  return {"OpenCV GaussianBlur " + std::to_string(side), kernel + "; ignores alpha; fixed point; kept buffer",
           [picture, sigma, side, blurred = cv::Mat()]() mutable {
             cv::GaussianBlur(matOf(picture), blurred, {side, side}, sigma);
           }};
 }
 
-/// Boxes by libyuv, one after the other.
+/// Successive box blurs by libyuv.
 Contender boxes(const engine::Bitmap& picture, std::vector<int> radii, const std::string& computes) {
   const engine::ConstPixels from = picture.pixels();
   const auto sums = std::make_shared<std::vector<std::int32_t>>(
@@ -43,16 +43,17 @@ Contender boxes(const engine::Bitmap& picture, std::vector<int> radii, const std
 
 std::vector<Contender> narrow() {
   const engine::Bitmap picture = cutOutPicture();
-  return {ours(picture, 5), openCv(picture, 5, 31, "bell cut at 3 standard deviations, its own choice"),
-          openCv(picture, 5, 35, "bell cut at 3.5 standard deviations, as ours")};
+  return {ours(picture, 5), openCv(picture, 5, 31, "kernel cut at 3 standard deviations, its default"),
+          openCv(picture, 5, 35, "kernel cut at 3.5 standard deviations, as ours")};
 }
 
 std::vector<Contender> wide() {
   const engine::Bitmap picture = cutOutPicture();
-  return {ours(picture, 40),
-          boxes(picture, {40, 39, 39},
-                "three boxes in turn (one alone, no bell, takes two fifths of the time); ignores alpha; kept "
-                "buffers")};
+  return {
+      ours(picture, 40),
+      boxes(picture, {40, 39, 39},
+            "three box filters (one alone, no Gaussian, takes two fifths of the time); ignores alpha; kept "
+            "buffers")};
 }
 
 }  // namespace

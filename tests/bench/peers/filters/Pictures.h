@@ -6,12 +6,11 @@
 
 namespace kestrel::bench {
 
-/// 6000 x 4000 pixels of smooth colours with some noise: opaque, or a soft-edged disc as cut out of its
-/// ground.
+/// 6000 x 4000 pixels of smooth colors with some noise: opaque, or a soft-edged disc on transparent pixels.
 engine::Bitmap opaquePicture();
 engine::Bitmap cutOutPicture();
 
-/// The same memory as OpenCV sees it, CV_8UC4; to be read only, while the bitmap lives unchanged.
+/// A read-only CV_8UC4 matrix on the bitmap's memory, valid while the bitmap lives unchanged.
 cv::Mat matOf(const engine::Bitmap& picture);
 
 }  // namespace kestrel::bench

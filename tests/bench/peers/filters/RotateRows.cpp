@@ -12,7 +12,7 @@ namespace {
 
 constexpr double kDegrees = 37.5;
 
-/// The place in `from` of each pixel of a canvas of size `to`, both turned about their centres.
+/// The affine map from pixels of a canvas of size `to` to positions in `from`, rotated about the centers.
 cv::Matx23d placesOf(cv::Size to, cv::Size from) {
   const double cosine = std::cos(kDegrees * std::numbers::pi / 180);
   const double sine = std::sin(kDegrees * std::numbers::pi / 180);
@@ -21,7 +21,7 @@ cv::Matx23d placesOf(cv::Size to, cv::Size from) {
           -sine,  cosine, y * cosine - x * sine + (from.height - 1) / 2.0};
 }
 
-/// Turns by OpenCV onto the canvas that ours grows to.
+/// Rotation by OpenCV onto a canvas of the size of our result.
 class Turn {
  public:
   explicit Turn(const engine::Bitmap& picture) : picture_(picture) {
@@ -31,18 +31,18 @@ class Turn {
 
   void plain() { warp(matOf(picture_), turned_); }
 
-  /// Weighed by alpha, by hand: band by band, so that what lies between the calls stays cached.
-  void weighted() {
+  /// Premultiplies by hand, band by band, so that intermediate results stay in the caches.
+  void premultiplied() {
     const cv::Mat from = matOf(picture_);
-    weighed_.create(from.size(), CV_8UC4);
+    premultiplied_.create(from.size(), CV_8UC4);
     result_.create(canvas_, CV_8UC4);
     inBands(from.rows, [&](const cv::Range& rows) {
       cv::split(from.rowRange(rows), planes_);
       for (std::size_t c = 0; c < 3; ++c) cv::multiply(planes_[c], planes_[3], planes_[c], 1 / 255.0);
-      cv::Mat to = weighed_.rowRange(rows);
+      cv::Mat to = premultiplied_.rowRange(rows);
       cv::merge(planes_, to);
     });
-    warp(weighed_, turned_);
+    warp(premultiplied_, turned_);
     inBands(canvas_.height, [&](const cv::Range& rows) {
       cv::split(turned_.rowRange(rows), planes_);
       for (std::size_t c = 0; c < 3; ++c) cv::divide(planes_[c], planes_[3], planes_[c], 255);
@@ -64,20 +64,21 @@ class Turn {
 
   engine::Bitmap picture_;
   cv::Size canvas_;
-  cv::Mat weighed_, turned_, result_;
+  cv::Mat premultiplied_, turned_, result_;
   std::vector<cv::Mat> planes_;
 };
 
 std::vector<Contender> contenders(const engine::Bitmap& picture) {
   const auto turn = std::make_shared<Turn>(picture);
-  return {{"KestrelLib2", "weighed by alpha; positions to 1/1024 pixel; edges smoothed",
-           [picture] { engine::rotate(picture, kDegrees); }},
-          {"OpenCV warpAffine",
-           "ignores alpha; positions to 1/32 pixel; a = -3/4; edges mixed with colour; kept buffer",
-           [turn] { turn->plain(); }},
-          {"OpenCV warpAffine, weighed by hand",
-           "multiplied by alpha before and divided after, to 8 bits between; the rest as above; kept buffers",
-           [turn] { turn->weighted(); }}};
+  return {
+      {"KestrelLib2", "premultiplied; positions to 1/1024 pixel; edges smoothed",
+       [picture] { engine::rotate(picture, kDegrees); }},
+      {"OpenCV warpAffine",
+       "ignores alpha; positions to 1/32 pixel; a = -3/4; edges blended with the border color; kept buffer",
+       [turn] { turn->plain(); }},
+      {"OpenCV warpAffine, premultiplied by hand",
+       "premultiplied before and divided after, 8 bits in between; otherwise as above; kept buffers",
+       [turn] { turn->premultiplied(); }}};
 }
 
 }  // namespace

@@ -12,15 +12,15 @@ constexpr int kOffset = 12;
 constexpr double kBlur = 128;
 constexpr engine::Pixel kColor{20, 30, 40, 153};
 
-/// The whole effect by OpenCV's calls. The picture is laid over its shadow band by band, so that what lies
-/// between the calls stays cached.
+/// The whole effect with OpenCV's functions. Composites band by band, so that intermediate results stay in
+/// the caches.
 class HandMade {
  public:
   explicit HandMade(const engine::Bitmap& picture) : picture_(picture) {}
 
   void operator()() {
     const cv::Mat from = matOf(picture_);
-    // The shadow of the visible part, three standard deviations of blur included.
+    // The shadow of the visible part, extended by three standard deviations.
     const double sigma = engine::shadowSigma(kBlur);
     const int reach = cvRound(3 * sigma);
     const int before = std::max(0, reach - kOffset), after = reach + kOffset;
@@ -60,7 +60,7 @@ class HandMade {
 };
 
 std::vector<Contender> contenders(const engine::Bitmap& picture) {
-  return {{"KestrelLib2", "blur, tint, canvas and straight alpha; looks for what is visible first",
+  return {{"KestrelLib2", "blur, tint, canvas and straight alpha; finds the visible part first",
            [picture] { engine::dropShadow(picture, kOffset, kOffset, kColor, kBlur); }},
           {"OpenCV by hand",
            "extractChannel, copyMakeBorder, GaussianBlur, tint, straight alpha in 16 bits; kept buffers",

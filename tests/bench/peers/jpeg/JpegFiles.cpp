@@ -10,7 +10,7 @@
 namespace kestrel::bench {
 namespace {
 
-/// Memory that the library may make larger.
+/// A buffer that the library may reallocate.
 struct Buffer {
   unsigned char* data = nullptr;
   unsigned long size = 0;
@@ -22,7 +22,7 @@ struct Buffer {
   ~Buffer() { std::free(data); }
 };
 
-/// The library ends the program at an error, which is what a comparison wants.
+/// On an error the library ends the program, which is right for a comparison.
 void write(const engine::ConstPixels& pixels, int quality, Colors colors, Buffer& buffer) {
   jpeg_compress_struct info{};
   jpeg_error_mgr errors{};

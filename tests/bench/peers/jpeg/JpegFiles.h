@@ -9,16 +9,16 @@
 
 namespace kestrel::bench {
 
-/// How much of the colour a file keeps: one sample for each pixel, or for 2 x 2 of them as cameras do.
+/// Chroma subsampling: 4:4:4, or 4:2:0 as of cameras.
 enum class Colors { full, halved };
 
-/// A part of the picture as libjpeg-turbo writes it: baseline, accurate transform, standard Huffman tables.
+/// Encodes pixels with libjpeg-turbo: baseline, accurate DCT, standard Huffman tables.
 std::vector<std::uint8_t> jpegOf(const engine::ConstPixels& pixels, int quality, Colors colors);
 
-/// Writes as `jpegOf` into a buffer that is kept; gives the file's size.
+/// A function that encodes like `jpegOf` into a kept buffer and returns the file size.
 std::function<std::size_t()> keptJpegWriter(const engine::Bitmap& picture, int quality, Colors colors);
 
-/// Reads the file straight into RGBA rows of `pixels`.
+/// Decodes the file directly to RGBA rows of `pixels`.
 void readJpeg(const std::vector<std::uint8_t>& file, const engine::Pixels& pixels);
 
 }  // namespace kestrel::bench

@@ -1,4 +1,4 @@
-// JPEG files of 24 megapixels to and from RGBA, beside libjpeg-turbo by its own interface and by TurboJPEG.
+// JPEG files of 24 megapixels to and from RGBA, compared with libjpeg-turbo through both of its interfaces.
 
 #include <turbojpeg.h>
 
@@ -49,7 +49,7 @@ std::vector<Contender> readers(Colors colors) {
   const auto kept = std::make_shared<Bitmap>(Bitmap::uninitialized(kWidth, kHeight));
   const TurboHandle handle = turbo(tjInitDecompress());
   std::vector<Contender> contenders{
-      {"KestrelLib2", "the whole load: metadata, profile, orientation looked for; a new bitmap each time",
+      {"KestrelLib2", "the whole load with metadata, profile and orientation; a new bitmap each time",
        [=] { engine::decode(*file); }},
       {"libjpeg-turbo", "its own interface, row by row straight to RGBA in a kept buffer",
        [=] { readJpeg(*file, kept->writable()); }},
@@ -75,7 +75,7 @@ std::vector<Contender> writers() {
   const std::size_t ours =
       engine::encode(picture, {}, engine::format::kJpg, {.jpegQuality = kWrittenQuality}).size();
   if (ours != write()) throw std::runtime_error("the encoders do not write files of the same size");
-  return {{"KestrelLib2", "the whole save, each row looked through for transparency; a new buffer each time",
+  return {{"KestrelLib2", "the whole save, each row checked for transparency; a new buffer each time",
            [=] { engine::encode(picture, {}, engine::format::kJpg, {.jpegQuality = kWrittenQuality}); }},
           {"libjpeg-turbo", "its own interface, alpha ignored, into a kept buffer", [=] { write(); }},
           {"TurboJPEG", "alpha ignored, accurate transform, into a kept buffer, with a kept compressor", [=] {
@@ -92,9 +92,9 @@ std::vector<Contender> writers() {
 
 std::vector<Comparison> comparisons() {
   std::vector<Comparison> rows{
-      {"JPEG decode, colour halved, quality 90", 1.05, [] { return readers(Colors::halved); }},
-      {"JPEG decode, full colour, quality 90", 1.05, [] { return readers(Colors::full); }},
-      {"JPEG encode, colour halved, quality 75", 1.05, writers}};
+      {"JPEG decode, 4:2:0, quality 90", 1.05, [] { return readers(Colors::halved); }},
+      {"JPEG decode, 4:4:4, quality 90", 1.05, [] { return readers(Colors::full); }},
+      {"JPEG encode, 4:2:0, quality 75", 1.05, writers}};
   for (Comparison& row : thumbnailComparisons()) rows.push_back(std::move(row));
   return rows;
 }

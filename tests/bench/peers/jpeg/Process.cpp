@@ -14,7 +14,7 @@ extern char** environ;
 namespace kestrel::bench {
 namespace {
 
-/// Starts the program with its standard output going into `output`.
+/// Starts the program with its standard output redirected to `output`.
 pid_t start(const std::vector<std::string>& command, int output) {
   std::vector<char*> arguments;
   for (const std::string& argument : command) arguments.push_back(const_cast<char*>(argument.c_str()));

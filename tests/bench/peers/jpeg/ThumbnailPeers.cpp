@@ -21,7 +21,7 @@ constexpr std::int32_t kWidth = 4000, kHeight = 3000, kStep = 100;
 constexpr int kCameraQuality = 90;
 constexpr double kMostMegabytes = 80;
 
-/// A folder of photographs, gone with the last that refers to it.
+/// A temporary folder of photographs, removed by the destructor.
 class PhotographFolder {
  public:
   PhotographFolder()
@@ -48,7 +48,7 @@ class PhotographFolder {
  private:
   fs::path nameOf(int number) const { return path_ / ("photograph" + std::to_string(number) + ".jpg"); }
 
-  /// A window into the scene, so that each file is another picture.
+  /// Writes a crop of the scene, so that each file is a different picture.
   static void write(const fs::path& path, const engine::Bitmap& scene, int offset) {
     engine::ConstPixels window = scene.pixels();
     window.data = window.row(offset) + std::ptrdiff_t{4} * offset;
@@ -64,27 +64,24 @@ class PhotographFolder {
   fs::path path_;
 };
 
-/// Gives the megabytes that it took.
+/// Runs our process and returns its peak memory in megabytes.
 double oursIn(const fs::path& folder) { return std::stod(runProcess({THUMBNAILS_PROCESS, folder.string()})); }
 
 std::vector<Contender> timed() {
   const auto folder = std::make_shared<const PhotographFolder>();
   return {
       {"KestrelLib2",
-       "averages of blocks decoded alone, which is an eighth, then Lanczos3 weighed by alpha; orientation "
-       "and profile looked for",
+       "DC coefficients only (1/8 size), then premultiplied Lanczos3; with orientation and profile",
        [=] { oursIn(folder->path()); }},
-      {"Pillow",
-       "draft mode (decoded at an eighth), then bicubic, in two processes; no orientation, no profile", [=] {
+      {"Pillow", "draft mode (1/8 size), then bicubic, in two processes; no orientation, no profile", [=] {
          runProcess({"/usr/bin/python3", THUMBNAILS_SCRIPT, folder->path().string()});
        }}};
 }
 
 std::vector<Contender> peakMemory() {
   const auto folder = std::make_shared<const PhotographFolder>();
-  Contender ours{
-      "KestrelLib2", "the most that was resident at a time", {}, [=] { return oursIn(folder->path()); }};
-  Contender bound{"the bound", "what the process may take", {}, [] { return kMostMegabytes; }};
+  Contender ours{"KestrelLib2", "peak resident memory", {}, [=] { return oursIn(folder->path()); }};
+  Contender bound{"the bound", "limit of the process", {}, [] { return kMostMegabytes; }};
   return {ours, bound};
 }
 

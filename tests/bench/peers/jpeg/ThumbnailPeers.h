@@ -6,8 +6,7 @@
 
 namespace kestrel::bench {
 
-/// The rows of whole processes that make thumbnails of a folder of photographs: their time, and the memory
-/// that ours takes.
+/// Rows of whole processes that make thumbnails of a folder of photographs: their time, and our peak memory.
 std::vector<Comparison> thumbnailComparisons();
 
 }  // namespace kestrel::bench

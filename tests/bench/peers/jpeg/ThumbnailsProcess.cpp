@@ -1,5 +1,5 @@
-// Makes the thumbnails of all files in a folder, as a program that shows the folder would: ours in the row of
-// whole processes. Prints the most memory that it had, in megabytes. thumbnails_process FOLDER
+// Our process in the row of whole processes: makes the thumbnails of all files in a folder. Prints its peak
+// memory in megabytes. Usage: thumbnails_process FOLDER
 
 #include <algorithm>
 #include <cstdio>
@@ -15,15 +15,15 @@
 
 namespace {
 
-/// Of this program alone. What a parent is told of its child counts what the child had before it became this
-/// program.
+/// Peak memory of this program alone. The figure that a parent gets for its child includes memory from before
+/// the exec.
 double peakMegabytes() {
   std::ifstream status("/proc/self/status");
   for (std::string line; std::getline(status, line);) {
     constexpr std::string_view kPeak = "VmHWM:";
     if (line.starts_with(kPeak)) return std::stod(line.substr(kPeak.size())) * 1.024e-3;
   }
-  throw std::runtime_error("the system does not tell the memory");
+  throw std::runtime_error("the system does not report the memory");
 }
 
 }  // namespace

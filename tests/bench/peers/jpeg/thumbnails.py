@@ -1,6 +1,6 @@
 """Makes the thumbnails of all files in a folder with Pillow, in two processes: thumbnails.py FOLDER
 
-The library is loaded once, before the second process is forked off, which is the least that two can do.
+The library is loaded once, before the second process is forked, which is the cheapest way with two processes.
 """
 
 import os
@@ -12,13 +12,13 @@ SIDE = 160
 
 
 def thumbnails_of(paths):
-    """The thumbnails, kept until all are made, as a program that shows them would."""
+    """Returns all thumbnails, kept in memory as in a program that shows them."""
     made = []
     for path in paths:
         with Image.open(path) as image:
             full = image.size
             image.thumbnail((SIDE, SIDE))
-            # The decoder keeps the scale that draft mode has chosen: without it the comparison is worth nothing.
+            # The decoder keeps the scale of draft mode. Without draft mode the comparison would be unfair.
             if image.decoderconfig[0] != 8 or max(image.size) != SIDE or max(full) <= 8 * SIDE:
                 raise RuntimeError("draft mode was not used for " + path)
             made.append(image.copy())

@@ -4,10 +4,10 @@
 
 namespace kestrel::bench {
 
-/// What stands in for an operation that OpenCV does not have: its calls put together by hand, in bands of
-/// rows that stay in the cache, with everything in between kept from run to run.
+/// Operations that OpenCV lacks, composed of its functions in bands of rows that stay in the caches.
+/// Intermediate buffers are kept between runs.
 
-/// Straight alpha over straight alpha in float: weigh, add, divide, each plane by itself.
+/// Source-over with straight alpha in float planes: weight, add, divide.
 class FloatComposite {
  public:
   void run(const cv::Mat& under, const cv::Mat& top, cv::Mat& out);
@@ -17,7 +17,7 @@ class FloatComposite {
   cv::Mat underFloat_, topFloat_, topWeight_, underWeight_, total_;
 };
 
-/// Colour and alpha within a tolerance become another: `inRange`, `copyTo`, `setTo`.
+/// Replaces colors (with alpha) within a tolerance: `inRange`, `copyTo`, `setTo`.
 class ThreeCallReplace {
  public:
   void run(const cv::Mat& in, const cv::Scalar& from, const cv::Scalar& to, double tolerance, cv::Mat& out);

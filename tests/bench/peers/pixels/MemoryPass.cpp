@@ -12,13 +12,13 @@ namespace kestrel::bench::HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-void PassOfOne(const std::uint8_t* HWY_RESTRICT in, std::size_t bytes, std::uint8_t* HWY_RESTRICT out) {
+void OneInputPass(const std::uint8_t* HWY_RESTRICT in, std::size_t bytes, std::uint8_t* HWY_RESTRICT out) {
   const hn::CappedTag<std::uint8_t, 64> d;
   for (std::size_t i = 0; i < bytes; i += hn::Lanes(d)) hn::Stream(hn::LoadU(d, in + i), d, out + i);
 }
 
-void PassOfTwo(const std::uint8_t* HWY_RESTRICT first, const std::uint8_t* HWY_RESTRICT second,
-               std::size_t bytes, std::uint8_t* HWY_RESTRICT out) {
+void TwoInputPass(const std::uint8_t* HWY_RESTRICT first, const std::uint8_t* HWY_RESTRICT second,
+                  std::size_t bytes, std::uint8_t* HWY_RESTRICT out) {
   const hn::CappedTag<std::uint8_t, 64> d;
   for (std::size_t i = 0; i < bytes; i += hn::Lanes(d))
     hn::Stream(hn::Xor(hn::Load(d, first + i), hn::Load(d, second + i)), d, out + i);
@@ -30,19 +30,19 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace kestrel::bench {
 
-HWY_EXPORT(PassOfOne);
-HWY_EXPORT(PassOfTwo);
+HWY_EXPORT(OneInputPass);
+HWY_EXPORT(TwoInputPass);
 
-void streamingPass(const std::uint8_t* in, std::size_t bytes, std::uint8_t* out) {
-  HWY_DYNAMIC_DISPATCH(PassOfOne)(in, bytes, out);
+void nonTemporalPass(const std::uint8_t* in, std::size_t bytes, std::uint8_t* out) {
+  HWY_DYNAMIC_DISPATCH(OneInputPass)(in, bytes, out);
 }
 
-void streamingPass(const std::uint8_t* first, const std::uint8_t* second, std::size_t bytes,
-                   std::uint8_t* out) {
-  HWY_DYNAMIC_DISPATCH(PassOfTwo)(first, second, bytes, out);
+void nonTemporalPass(const std::uint8_t* first, const std::uint8_t* second, std::size_t bytes,
+                     std::uint8_t* out) {
+  HWY_DYNAMIC_DISPATCH(TwoInputPass)(first, second, bytes, out);
 }
 
-void finishPass() { hwy::FlushStream(); }
+void storeFence() { hwy::FlushStream(); }
 
 }  // namespace kestrel::bench
 #endif

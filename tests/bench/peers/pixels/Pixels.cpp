@@ -1,5 +1,5 @@
-// Operations that move or change pixels one by one, on 24 megapixels of RGBA. Ours gives a new picture each
-// time, whose memory the engine keeps; the others write to a buffer that is kept from run to run.
+// Pixel-wise operations on 24 megapixels of RGBA. Ours returns a new picture each time, in memory that the
+// engine reuses; the others write to a kept buffer.
 
 #include <cstring>
 #include <memory>
@@ -24,7 +24,7 @@ namespace {
 using engine::Bitmap;
 using engine::Pixel;
 
-/// Our time for what need not be slower than a pass of memory by much.
+/// The bar of operations that should be about as fast as a memory pass.
 constexpr double kPassBar = 1.3;
 
 std::vector<Contender> turns(int quarters) {
@@ -41,8 +41,8 @@ std::vector<Contender> turns(int quarters) {
           {"libyuv", "exact", [=] { yuv->run(); }}};
 }
 
-/// Ours beside passes of memory that read as many bytes of the same picture and write as many to the same
-/// memory: the buffer that the engine keeps and gives out again and again.
+/// Compares ours with memory passes that read and write as many bytes, to the same buffer that the engine
+/// reuses.
 template <class Operation>
 Comparison pass(const char* name, const char* computes, bool opaque, Operation operation) {
   return {name, kPassBar, [=]() -> std::vector<Contender> {
@@ -56,10 +56,10 @@ Comparison pass(const char* name, const char* computes, bool opaque, Operation o
                        std::memcpy(Bitmap::uninitialized(width, height).writable().data,
                                    picture.pixels().data, bytes);
                      }},
-                    {"streaming copy", "copies the bytes past the caches", [=] {
+                    {"non-temporal copy", "copies the bytes with non-temporal stores", [=] {
                        Bitmap out = Bitmap::uninitialized(width, height);
-                       streamingPass(picture.pixels().data, bytes, out.writable().data);
-                       finishPass();
+                       nonTemporalPass(picture.pixels().data, bytes, out.writable().data);
+                       storeFence();
                      }}};
           }};
 }
@@ -70,9 +70,8 @@ Bitmap copied(const Bitmap& source) {
   return result;
 }
 
-/// The same for a part of the picture: its bytes lie in rows with gaps between them, and so they are passed
-/// over.
-std::vector<Contender> cropBesidePass() {
+/// The same for a part of the picture, row by row because of its stride.
+std::vector<Contender> cropRow() {
   constexpr std::int32_t kLeft = 500, kTop = 500, kPartWidth = 5000, kPartHeight = 3000;
   const Bitmap picture = makePicture(true);
   const auto rows = [=](const auto& passRow) {
@@ -88,33 +87,33 @@ std::vector<Contender> cropBesidePass() {
                std::memcpy(out, in, std::size_t{4} * kPartWidth);
              });
            }},
-          {"streaming copy", "copies the bytes past the caches, row by row", [=] {
+          {"non-temporal copy", "copies the bytes with non-temporal stores, row by row", [=] {
              rows([](const std::uint8_t* in, std::uint8_t* out, std::size_t bytes) {
-               streamingPass(in, bytes, out);
+               nonTemporalPass(in, bytes, out);
              });
-             finishPass();
+             storeFence();
            }}};
 }
 
 constexpr const char* kCompositeComputes =
-    "over, both with straight alpha of every value, within 0.51 of a level";
+    "source-over, straight alpha of every value in both, within 0.51 levels";
 
 struct Layers {
   Bitmap under = makePicture(false, 1), top = makePicture(false, 77), out = keptBuffer();
 };
 
-std::vector<Contender> compositeBesidePass() {
+std::vector<Contender> compositeRow() {
   const auto layers = std::make_shared<Layers>();
   return {{"KestrelLib2", kCompositeComputes, [=] { engine::composite(layers->under, layers->top, 0, 0); }},
-          {"streaming pass", "reads both pictures and writes one, past the caches", [=] {
+          {"non-temporal pass", "reads both pictures and writes one with non-temporal stores", [=] {
              Bitmap out = Bitmap::uninitialized(kWidth, kHeight);
-             streamingPass(layers->under.pixels().data, layers->top.pixels().data, out.byteSize(),
-                           out.writable().data);
-             finishPass();
+             nonTemporalPass(layers->under.pixels().data, layers->top.pixels().data, out.byteSize(),
+                             out.writable().data);
+             storeFence();
            }}};
 }
 
-std::vector<Contender> compositeBesideOpenCv() {
+std::vector<Contender> compositeOpenCvRow() {
   const auto layers = std::make_shared<Layers>();
   const auto composite = std::make_shared<FloatComposite>();
   const auto run = [=] {
@@ -127,7 +126,7 @@ std::vector<Contender> compositeBesideOpenCv() {
           {"OpenCV", "the same within a level, in float planes, in bands of rows that stay cached", run}};
 }
 
-std::vector<Contender> replaceBesideOpenCv() {
+std::vector<Contender> replaceOpenCvRow() {
   const Bitmap picture = makePicture(true);
   const auto out = std::make_shared<Bitmap>(keptBuffer());
   const auto replace = std::make_shared<ThreeCallReplace>();
@@ -139,9 +138,9 @@ std::vector<Contender> replaceBesideOpenCv() {
   };
   run();
   requireLike(engine::replaceColor(picture, from, to, kTolerance), *out, 0);
-  return {{"KestrelLib2", "all fully transparent pixels are one colour",
+  return {{"KestrelLib2", "all transparent pixels count as one color",
            [=] { engine::replaceColor(picture, from, to, kTolerance); }},
-          {"OpenCV", "inRange, copyTo, setTo; compares what stands under alpha 0, too", run}};
+          {"OpenCV", "inRange, copyTo, setTo; also compares colors of transparent pixels", run}};
 }
 
 }  // namespace
@@ -155,17 +154,17 @@ std::vector<Comparison> comparisons() {
            [](const Bitmap& b) { return engine::flip(b, FlipDirection::LeftToRight); }),
       pass("flip top to bottom", "exact", true,
            [](const Bitmap& b) { return engine::flip(b, FlipDirection::TopToBottom); }),
-      {"crop to 5000x3000", kPassBar, cropBesidePass},
-      pass("copy", "what the first write to a shared picture does", true, copied),
-      pass("grey", "BT.709 luma; keeps the alpha", true,
+      {"crop to 5000x3000", kPassBar, cropRow},
+      pass("copy", "as by the first write to a shared picture", true, copied),
+      pass("gray", "BT.709 luma; keeps the alpha", true,
            [](const Bitmap& b) { return engine::grayScale(b); }),
-      pass("flatten on a colour", "alpha of every value", false,
+      pass("flatten on a color", "alpha of every value", false,
            [](const Bitmap& b) {
              return engine::flatten(b, {200, 220, 240, 255});
            }),
-      {"composite", kPassBar, compositeBesidePass},
-      {"composite, beside OpenCV", 0.4, compositeBesideOpenCv},
-      {"replace colour with tolerance", 0.3, replaceBesideOpenCv},
+      {"composite", kPassBar, compositeRow},
+      {"composite, with OpenCV", 0.4, compositeOpenCvRow},
+      {"replace color with tolerance", 0.3, replaceOpenCvRow},
   };
 }
 

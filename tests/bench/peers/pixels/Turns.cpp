@@ -13,7 +13,7 @@ PixmanTurn::PixmanTurn(const engine::Bitmap& picture, int quarters)
       out_(keptBuffer(picture.height(), picture.width())),
       from_(imageOf(in_.pixels())),
       to_(imageOf(out_.pixels())) {
-  // The transform tells where a pixel of the result comes from.
+  // The transform maps pixels of the result to the source.
   const bool right = quarters == 1;
   pixman_transform_t turn;
   pixman_transform_init_rotate(&turn, 0, right ? -pixman_fixed_1 : pixman_fixed_1);
@@ -24,7 +24,7 @@ PixmanTurn::PixmanTurn(const engine::Bitmap& picture, int quarters)
 }
 
 PixmanTurn::Image PixmanTurn::imageOf(const engine::ConstPixels& pixels) {
-  // Its fast paths know this order of the bytes; a turn does not mind which is which.
+  // pixman's fast paths need this byte order, which does not matter for a rotation.
   auto* const bits = reinterpret_cast<std::uint32_t*>(const_cast<std::uint8_t*>(pixels.data));
   Image image(pixman_image_create_bits_no_clear(PIXMAN_a8r8g8b8, pixels.width, pixels.height, bits,
                                                 static_cast<int>(pixels.stride)),

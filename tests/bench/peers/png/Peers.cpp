@@ -57,7 +57,7 @@ void readWithLibpng(const Bytes& file, Bytes& rgba) {
   png_infop info = png_create_info_struct(png);
   png_set_read_fn(png, &rest, [](png_structp p, png_bytep target, std::size_t count) {
     auto& from = *static_cast<Rest*>(png_get_io_ptr(p));
-    if (count > from.size) png_error(p, "The file ends too early.");
+    if (count > from.size) png_error(p, "The file is truncated.");
     std::memcpy(target, from.at, count);
     from.at += count;
     from.size -= count;

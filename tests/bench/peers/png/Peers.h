@@ -9,24 +9,24 @@ namespace kestrel::bench {
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// How libpng is to write; -1 leaves its own choice.
+/// Settings of libpng's encoder; -1 for the default.
 struct LibpngSettings {
   int level = -1;
   int filters = -1;
   int strategy = -1;
 };
 
-/// What the other libraries do, each by its own interface. All raise std::runtime_error when it goes wrong.
-/// Pictures are RGBA rows without gaps; what is written is RGB unless `alpha`.
+/// Decoders and encoders of other libraries through their own interfaces. All raise std::runtime_error on
+/// errors. Pictures are RGBA rows without padding; files are RGB unless `alpha`.
 Bytes writeWithLibpng(const Bytes& rgba, int width, int height, bool alpha, const LibpngSettings& settings);
 void readWithLibpng(const Bytes& file, Bytes& rgba);
 
-/// `rgb` is 3 bytes a pixel, or 4 with alpha.
+/// `pixels` has 3 bytes per pixel, or 4 with alpha.
 Bytes writeWithSpng(const Bytes& pixels, int width, int height, bool alpha, int level);
-/// Without `checked` neither the chunks' nor the stream's checksum is looked at.
+/// Without `checked` the checksums of chunks and stream are ignored.
 void readWithSpng(const Bytes& file, bool checked, Bytes& rgba);
 
-/// The rows of a bitmap without gaps, all four samples of a pixel or the first three.
+/// The rows of a bitmap without padding, with four samples per pixel or the first three.
 Bytes pixelsOf(const engine::Bitmap& bitmap, int samples);
 
 }  // namespace kestrel::bench

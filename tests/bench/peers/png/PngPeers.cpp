@@ -15,10 +15,9 @@
 #include "TestPicture.h"
 #include "engine/codecs/Codecs.h"
 
-// Reading and writing PNG files of 24 megapixels. What is read was written by libpng as it does by itself, as
-// other programs write. What is written stands beside the settings of others that make no smaller files:
-// those whose file is smaller than ours by more than a twentieth are named, with their size, and not
-// compared.
+// Decoding and encoding PNG files of 24 megapixels. The decoded file was written by libpng with its defaults.
+// Our encoder is compared with settings of others that make no smaller files; settings whose file is more
+// than 5% smaller than ours are named with their size, and not compared.
 
 namespace kestrel::bench {
 namespace {
@@ -39,7 +38,7 @@ void require(bool equal, const char* what) {
   if (!equal) throw std::runtime_error(std::string(what) + " gave another picture.");
 }
 
-/// The same picture as the peers want it, and the file that is read.
+/// The same picture in the layouts of the peers.
 struct Subject {
   Subject(Picture make, bool withAlpha) : alpha(withAlpha), bitmap(make(kWidth, kHeight, withAlpha)) {
     rgba = pixelsOf(bitmap, 4);
@@ -71,14 +70,14 @@ std::vector<Contender> readers(Picture make, bool alpha) {
   cv::imdecode(*file, cv::IMREAD_UNCHANGED, mat.get());
   require(std::memcmp(mat->data, subject->mat.data, subject->packed.size()) == 0, "OpenCV");
 
-  const std::string size = megabytes(file->size()) + " file of libpng's";
-  return {{"KestrelLib2", "to RGBA; checks CRC and Adler; a bitmap of its own; " + size,
+  const std::string size = megabytes(file->size()) + " file by libpng";
+  return {{"KestrelLib2", "to RGBA; checks CRC and Adler; a new bitmap; " + size,
            [file] { engine::decode(*file); }},
           {"libpng", "to RGBA; checks CRC and Adler; kept buffer",
            [file, buffer] { readWithLibpng(*file, *buffer); }},
           {"libspng", "to RGBA; checks CRC and Adler; kept buffer",
            [file, buffer] { readWithSpng(*file, true, *buffer); }},
-          {"libspng, unchecked", "to RGBA; no checksum is looked at; kept buffer",
+          {"libspng, unchecked", "to RGBA; checks no checksum; kept buffer",
            [file, buffer] { readWithSpng(*file, false, *buffer); }},
           {"OpenCV",
            alpha ? "to BGRA; checks CRC and Adler; kept buffer"
@@ -122,8 +121,8 @@ std::vector<Writer> otherWriters(const std::shared_ptr<Subject>& subject) {
 
 Bytes ourFile(const engine::Bitmap& bitmap) { return engine::encode(bitmap, {}, engine::format::kPng); }
 
-/// Slow as it is it takes part in no race; its size tells how small files can get.
-std::string libpngByItself(const Subject& subject) {
+/// libpng's default, too slow to compare, as a reference for the file size.
+std::string libpngDefault(const Subject& subject) {
   const auto start = std::chrono::steady_clock::now();
   const std::size_t size = writeWithLibpng(subject.rgba, kWidth, kHeight, subject.alpha, {6, -1, -1}).size();
   const auto time = std::chrono::steady_clock::now() - start;
@@ -146,14 +145,14 @@ std::vector<Contender> writers(Picture make, bool alpha) {
     readWithSpng(theirs, true, pixels);
     require(pixels == subject->rgba, writer.name.c_str());
     if (static_cast<double>(file.size()) > 1.05 * static_cast<double>(theirs.size())) {
-      smaller += "; not compared, for smaller files: " + writer.name + ", " + megabytes(theirs.size());
+      smaller += "; not compared, since smaller files: " + writer.name + ", " + megabytes(theirs.size());
     } else {
       others.push_back({writer.name, megabytes(theirs.size()), [write = writer.write] { write(); }});
     }
   }
   std::vector<Contender> contenders{{"KestrelLib2",
                                      megabytes(file.size()) + "; the best of all filters for each row; " +
-                                         libpngByItself(*subject) + smaller,
+                                         libpngDefault(*subject) + smaller,
                                      [subject] { ourFile(subject->bitmap); }}};
   std::ranges::move(others, std::back_inserter(contenders));
   return contenders;

@@ -13,7 +13,7 @@ namespace {
 using engine::Bitmap;
 using engine::Pixel;
 
-/// A number that looks random and depends on the place alone.
+/// A hash of the position and the salt.
 std::uint32_t scrambled(std::uint32_t x, std::uint32_t y, std::uint32_t salt) {
   std::uint32_t v = x * 0x9E3779B1U ^ std::rotl(y * 0x85EBCA77U, 13) ^ salt * 0xC2B2AE3DU;
   v = (v ^ v >> 15) * 0x2C1B3C6DU;
@@ -55,7 +55,7 @@ class Texture {
   std::uint32_t salt_;
 };
 
-/// Nearly Gaussian, with a deviation of 1.
+/// Approximately normally distributed, with a standard deviation of 1.
 float noise(std::uint32_t v) {
   const auto bytes = static_cast<float>((v & 255) + (v >> 8 & 255) + (v >> 16 & 255) + (v >> 24));
   return (bytes - 510.F) / 147.8F;
@@ -65,7 +65,7 @@ std::uint8_t byteOf(float value) { return static_cast<std::uint8_t>(std::clamp(v
 
 using Glyph = std::array<std::uint8_t, 14>;
 
-/// Strokes in a box of 8 by 14, as letters have them.
+/// Random strokes in a box of 8 by 14 pixels, like glyphs.
 std::vector<Glyph> makeGlyphs() {
   std::vector<Glyph> glyphs(60);
   for (std::uint32_t i = 0; i < glyphs.size(); ++i) {
@@ -90,25 +90,25 @@ Bitmap photograph(std::int32_t width, std::int32_t height, bool alpha) {
   const Texture shapes(700, 1), forms(170, 2), details(37, 3), grain(7, 4), fine(3, 5), warmth(400, 6),
       tint(90, 7), roughness(300, 8);
   const auto size = static_cast<std::size_t>(width);
-  std::vector<float> light(size), texture(size), colour(size), rough(size);
+  std::vector<float> light(size), texture(size), color(size), rough(size);
   for (std::int32_t y = 0; y < height; ++y) {
-    for (auto* const row : {&light, &texture, &colour, &rough}) std::ranges::fill(*row, 0.F);
+    for (auto* const row : {&light, &texture, &color, &rough}) std::ranges::fill(*row, 0.F);
     shapes.addRow(y, 70, light);
     forms.addRow(y, 25, light);
     details.addRow(y, 14, texture);
     grain.addRow(y, 9, texture);
     fine.addRow(y, 5, texture);
-    warmth.addRow(y, 30, colour);
-    tint.addRow(y, 12, colour);
+    warmth.addRow(y, 30, color);
+    tint.addRow(y, 12, color);
     roughness.addRow(y, 1, rough);
     for (std::int32_t x = 0; x < width; ++x) {
       const auto i = static_cast<std::size_t>(x);
       const std::uint32_t random = scrambled(static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(y), 9);
-      // Where it is rough there is texture; where it is smooth, as in a sky, hardly any.
+      // Rough areas have texture, smooth ones hardly any.
       const float edge = light[i] > 20 ? 35.F : 0.F;
       const float value =
           118 + light[i] + edge + std::max(0.05F, rough[i]) * texture[i] + 1.8F * noise(random);
-      const float shift = colour[i] + 0.9F * noise(random * 0x9E3779B1U);
+      const float shift = color[i] + 0.9F * noise(random * 0x9E3779B1U);
       const auto side = static_cast<float>(std::min({x, y, width - 1 - x, height - 1 - y}) / 2);
       const Pixel pixel{byteOf(value + shift), byteOf(value), byteOf(value - 1.2F * shift),
                         alpha ? byteOf(side) : std::uint8_t{255}};
@@ -121,7 +121,7 @@ Bitmap photograph(std::int32_t width, std::int32_t height, bool alpha) {
 Bitmap graphics(std::int32_t width, std::int32_t height, bool alpha) {
   constexpr std::int32_t kPanelWidth = 480, kPanelHeight = 320, kGap = 12, kTextTop = 40;
   static const std::vector<Glyph> glyphs = makeGlyphs();
-  constexpr Pixel kBackground{232, 232, 236, 255}, kBorder{120, 124, 130, 255}, kInk{30, 30, 34, 255};
+  constexpr Pixel kBackground{232, 232, 236, 255}, kBorder{120, 124, 130, 255}, kTextColor{30, 30, 34, 255};
   constexpr std::array kPapers{Pixel{255, 255, 255, 255}, Pixel{250, 246, 230, 255}, Pixel{40, 60, 92, 255},
                                Pixel{214, 228, 240, 255}, Pixel{255, 255, 255, 255}};
   Bitmap bitmap = Bitmap::uninitialized(width, height);
@@ -144,15 +144,14 @@ Bitmap graphics(std::int32_t width, std::int32_t height, bool alpha) {
         const auto shade = static_cast<std::uint8_t>(200 - 3 * inY);
         pixel = {shade, static_cast<std::uint8_t>(shade + 10), static_cast<std::uint8_t>(shade + 30), 255};
       } else if (depth > 10 && panel % 3 != 0) {
-        const std::int32_t letter = inX / 8, textLine = inY / 18;
-        const std::uint32_t which = scrambled(static_cast<std::uint32_t>(letter + 60 * column),
+        const std::int32_t glyph = inX / 8, textLine = inY / 18;
+        const std::uint32_t which = scrambled(static_cast<std::uint32_t>(glyph + 60 * column),
                                               static_cast<std::uint32_t>(textLine + 18 * line), 33);
         const std::int32_t dot = inY % 18;
-        const bool written =
-            which % 6 != 0 && letter < 40 + static_cast<std::int32_t>(panel % 18) && dot < 14;
+        const bool written = which % 6 != 0 && glyph < 40 + static_cast<std::int32_t>(panel % 18) && dot < 14;
         if (written &&
             (glyphs[which % glyphs.size()][static_cast<std::size_t>(dot)] >> (7 - inX % 8) & 1) != 0)
-          pixel = kInk;
+          pixel = kTextColor;
       }
       std::memcpy(pixels.row(y) + 4 * std::ptrdiff_t{x}, &pixel, sizeof pixel);
     }

@@ -1,4 +1,4 @@
-// Scaling, ours and zimg's. Ours weighs by alpha; zimg scales the four planes each for itself.
+// Resizing by us and by zimg. Ours premultiplies; zimg scales the four planes independently.
 
 #include <string>
 #include <utility>
@@ -13,7 +13,7 @@ namespace {
 using engine::Bitmap;
 using engine::ResampleMethod;
 
-/// Smooth colours with some noise, and a soft-edged disc of alpha. (What is opaque takes ours just as long.)
+/// Smooth colors with some noise, and a soft-edged disc of alpha. (Opaque pictures take ours as long.)
 Bitmap makePicture(std::int32_t width, std::int32_t height) {
   Bitmap result = Bitmap::uninitialized(width, height);
   const engine::Pixels pixels = result.writable();
@@ -53,7 +53,7 @@ Comparison row(const std::string& name, double bar, Size from, Size to, Resample
   return {"resize " + text(from) + " to " + text(to) + ", " + name, bar, [=] {
             const Bitmap source = makePicture(from.width, from.height);
             return std::vector<Contender>{
-                {"KestrelLib2", "weighs by alpha; sums rows in 16-bit integers, filters these as floats",
+                {"KestrelLib2", "premultiplied; vertical pass in 16-bit integers, horizontal pass in floats",
                  [=] { static_cast<void>(engine::resize(source, to.width, to.height, method)); }},
                 zimg(source, to, method, ZIMG_PIXEL_BYTE),
                 zimg(source, to, method, ZIMG_PIXEL_WORD)};

@@ -29,7 +29,7 @@ void require(zimg_error_code_e code) {
   throw std::runtime_error(text.data());
 }
 
-/// Colours said to be premultiplied are scaled as they are.
+/// zimg scales premultiplied colors without converting them.
 zimg_image_format format(std::int32_t width, std::int32_t height, zimg_pixel_type_e sample) {
   zimg_image_format result;
   zimg_image_format_default(&result, ZIMG_API_VERSION);
@@ -74,7 +74,7 @@ void ZimgResize::Planes::allocate(std::size_t rowBytes, unsigned lines, unsigned
 }
 
 std::byte* ZimgResize::Planes::row(int plane, unsigned y) const {
-  // The planes of a row stand side by side.
+  // The four planes of a row are adjacent.
   return memory.get() + (4 * std::size_t{y & mask} + static_cast<std::size_t>(plane)) * stride;
 }
 

@@ -12,9 +12,8 @@
 
 namespace kestrel::bench {
 
-/// zimg scaling the four planes of an interleaved picture, none weighed by another. Graph, buffers and output
-/// are made once and kept; a run unpacks, scales and packs, a few rows at a time as they are called for,
-/// which keeps the planes in the caches.
+/// zimg scaling the four planes of an interleaved picture independently. Graph, buffers and output are kept;
+/// a run unpacks, scales and packs a few rows at a time on demand, which keeps the planes in the caches.
 class ZimgResize {
  public:
   /// `sample` is ZIMG_PIXEL_BYTE (zimg widens to words itself) or ZIMG_PIXEL_WORD.
@@ -24,7 +23,7 @@ class ZimgResize {
   const engine::Bitmap& run();
 
  private:
-  /// A ring of rows of one side of the graph, four planes.
+  /// A ring buffer of rows of four planes, for the input or output of the graph.
   struct Planes {
     std::size_t stride = 0;
     unsigned mask = 0;
