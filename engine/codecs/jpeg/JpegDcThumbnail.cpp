@@ -2,15 +2,12 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <cstring>
 #include <utility>
 #include <vector>
 
+#include "JpegLib.h"
 #include "engine/codecs/common/Decoded.h"
-
-// After <cstdio>, which it needs and does not include.
-#include <jpeglib.h>
 
 // Huffman coding as in ITU-T T.81, annex F.2.2.
 

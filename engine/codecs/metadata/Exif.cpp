@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "Xmp.h"
+#include "engine/codecs/common/Resolution.h"
 
 // EXIF 2.3: a TIFF header, then directories of 12-byte entries (tag, type, count, value or its offset).
 
@@ -202,7 +203,8 @@ void readExifResolution(Bytes exif, Metadata& metadata) {
   if (!block.valid()) return;
   const std::size_t directory = block.firstDirectory();
   constexpr std::uint32_t kPerCentimeter = 3;
-  const double scale = block.number(directory, kResolutionUnit).value_or(2) == kPerCentimeter ? 2.54 : 1;
+  const double scale =
+      block.number(directory, kResolutionUnit).value_or(2) == kPerCentimeter ? kCentimetersPerInch : 1;
   const double x = block.rational(directory, kResolutionX);
   const double y = block.rational(directory, kResolutionY);
   if (x <= 0 || y <= 0) return;

@@ -14,6 +14,7 @@
 #include "engine/codecs/common/ColorProfile.h"
 #include "engine/codecs/common/DecodeErrors.h"
 #include "engine/codecs/common/Flatten.h"
+#include "engine/codecs/common/Resolution.h"
 #include "engine/pixels/Opaque.h"
 
 // A file header of 14 bytes, an information header whose length determines its version (12 and 16 to 64:
@@ -28,7 +29,6 @@ constexpr std::size_t kInfoHeader = 40;
 constexpr std::size_t kV2Header = 52;
 constexpr std::size_t kV3Header = 56;
 constexpr std::size_t kV5Header = 124;
-constexpr double kInchesPerMeter = 1 / 0.0254;
 
 enum Compression : std::uint32_t {
   kNone = 0,

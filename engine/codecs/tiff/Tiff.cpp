@@ -9,6 +9,7 @@
 #include "engine/codecs/common/DecodeErrors.h"
 #include "engine/codecs/common/Flatten.h"
 #include "engine/codecs/common/Orientation.h"
+#include "engine/codecs/common/Resolution.h"
 #include "engine/codecs/metadata/Exif.h"
 #include "engine/codecs/metadata/TiffTags.h"
 #include "engine/pixels/Opaque.h"
@@ -31,7 +32,7 @@ Metadata metadataOf(TIFF* tiff, Bytes file) {
   TIFFGetFieldDefaulted(tiff, TIFFTAG_RESOLUTIONUNIT, &unit);
   if (unit != RESUNIT_NONE && TIFFGetField(tiff, TIFFTAG_XRESOLUTION, &x) == 1 &&
       TIFFGetField(tiff, TIFFTAG_YRESOLUTION, &y) == 1 && x > 0 && y > 0) {
-    const double scale = unit == RESUNIT_CENTIMETER ? 2.54 : 1;
+    const double scale = unit == RESUNIT_CENTIMETER ? kCentimetersPerInch : 1;
     metadata.resolutionX = static_cast<double>(x) * scale;
     metadata.resolutionY = static_cast<double>(y) * scale;
   }
