@@ -1,11 +1,10 @@
 #include "Xmp.h"
 
-#include <lcms2_plugin.h>
-
 #include <algorithm>
 #include <array>
 #include <utility>
 
+#include "Md5.h"
 #include "XmlTags.h"
 
 namespace kestrel::engine::xmp {
@@ -133,21 +132,6 @@ void setNumber(Packet& packet, std::string_view name, std::int32_t number) {
   if (at == 0) return;
   changed += text.substr(at);
   packet = bytesOf(changed);
-}
-
-std::string md5Of(std::string_view text) {
-  cmsProfileID sum{};
-  const cmsHANDLE state = cmsMD5alloc(nullptr);
-  cmsMD5add(state, reinterpret_cast<const cmsUInt8Number*>(text.data()),
-            static_cast<cmsUInt32Number>(text.size()));
-  cmsMD5finish(&sum, state);
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
-  std::string name;
-  for (const std::uint8_t byte : sum.ID8) {
-    name += kDigits[byte >> 4];
-    name += kDigits[byte & 15];
-  }
-  return name;
 }
 
 /// Attributes of a description that are not properties, each preceded by a space.
@@ -307,9 +291,8 @@ std::optional<Parts> split(const Packet& packet, std::size_t limit) {
   sortByPosition(moved);
 
   Parts parts;
-  const std::string extended = packetOf(text, *layout, moved);
-  parts.extended = bytesOf(extended);
-  parts.name = md5Of(extended);
+  parts.extended = bytesOf(packetOf(text, *layout, moved));
+  parts.name = md5Of(parts.extended);
   // Edit from the end: the properties precede the note.
   std::string standard = text;
   standard.insert(layout->rdfClose.begin, referenceOf(text, *layout, parts.name));
