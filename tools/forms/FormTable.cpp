@@ -3,13 +3,12 @@
 // Writes a source file with a function that returns the names, classes and stored values of the controls of
 // each form; see platform/headless/FormDescription.h.
 
-#include <cctype>
+#include <QFile>
 #include <cstdlib>
 #include <exception>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <iterator>
 #include <optional>
 #include <sstream>
 #include <stdexcept>
@@ -199,10 +198,10 @@ class Writer {
   int count_ = 0;
 };
 
-std::string contentsOf(const std::string& filename) {
-  std::ifstream file(filename, std::ios::binary);
-  if (!file) throw std::runtime_error("it cannot be read");
-  return {std::istreambuf_iterator<char>(file), {}};
+QByteArray contentsOf(const std::string& filename) {
+  QFile file(QString::fromStdString(filename));
+  if (!file.open(QIODevice::ReadOnly)) throw std::runtime_error("it cannot be read");
+  return file.readAll();
 }
 
 void write(const std::string& output, const std::string& function, const std::vector<std::string>& forms) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <map>
 #include <string>
 #include <string_view>
@@ -7,8 +8,8 @@
 
 namespace kestrel::tools {
 
-/// One element of an XML document. `text` is all text before, between and after its children, with entities
-/// replaced.
+/// One element of an XML document, UTF-8. `text` is all text before, between and after its children, with
+/// entities replaced.
 struct XmlElement {
   std::string name;
   std::map<std::string, std::string> attributes;
@@ -21,8 +22,7 @@ struct XmlElement {
   const XmlElement* child(std::string_view wanted) const;
 };
 
-/// The root element of a document: elements, attributes, text, character entities; comments and the
-/// declarations at its head are skipped. Throws std::runtime_error, with the line, for anything else.
-XmlElement readXml(std::string_view document);
+/// The root element of a document. Throws std::runtime_error, with the line, for one that is not well-formed.
+XmlElement readXml(const QByteArray& document);
 
 }  // namespace kestrel::tools
