@@ -8,6 +8,7 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
 option(KESTREL_FUZZ "Build the fuzz targets (needs clang)" OFF)
+option(KESTREL_COVERAGE "Count executed lines (needs clang); scripts/fuzz-coverage prints them" OFF)
 set(KESTREL_SANITIZE "" CACHE STRING "Sanitizers to build with: address,undefined or thread")
 
 add_library(kestrel_options INTERFACE)
@@ -22,6 +23,12 @@ if(KESTREL_SANITIZE)
   target_compile_options(kestrel_options INTERFACE
     -fsanitize=${KESTREL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   target_link_options(kestrel_options INTERFACE -fsanitize=${KESTREL_SANITIZE})
+endif()
+if(KESTREL_COVERAGE)
+  target_compile_options(kestrel_options INTERFACE -fprofile-instr-generate -fcoverage-mapping)
+  target_link_options(kestrel_options INTERFACE -fprofile-instr-generate)
+  # Of code for several vector targets, clang maps the functions of one target alone to lines: build only that.
+  target_compile_definitions(kestrel_options INTERFACE HWY_COMPILE_ONLY_STATIC)
 endif()
 if(KESTREL_FUZZ)
   # The fuzzer is guided by coverage, so all tested code is instrumented.

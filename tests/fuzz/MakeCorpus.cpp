@@ -51,6 +51,37 @@ std::vector<std::uint8_t> photoCd() {
   return bytes;
 }
 
+/// Descriptions of PNG files (FramedPng.h): each color type and bit depth, plain, and interlaced with
+/// transparency.
+void writeDescribedPngs(const std::filesystem::path& folder) {
+  constexpr std::uint8_t kKinds = 15, kInterlacedTransparent = 3, kChunksBefore = 16, kChunksAfter = 32,
+                         kTooShort = 64, kSurplus = 128;
+  const auto add = [&](const std::string& name, std::vector<std::uint8_t> input) {
+    for (int i = 0; i < 31; ++i) input.push_back(static_cast<std::uint8_t>(i * 37 + i * i));
+    write(folder / name, input);
+  };
+  for (std::uint8_t kind = 0; kind < kKinds; ++kind) {
+    const std::string name = "described" + std::to_string(kind);
+    add(name, {kind, 12, 9, 0, 2, 0});
+    add(name + "_adam7", {kind, 10, 10, kInterlacedTransparent, 6, 9});
+  }
+  add("described_short", {0, 12, 9, kTooShort, 1, 0});
+  add("described_surplus", {1, 12, 9, kSurplus, 0, 20});
+  // Gamma and resolution before the pixels; a comment, EXIF and a text in UTF-8 after them.
+  add("described_chunks", {2,   12,  9,   kChunksBefore | kChunksAfter,
+                           2,   0,   1,   0,
+                           4,   0,   0,   0x70,
+                           0,   4,   9,   0,
+                           0,   11,  19,  0,
+                           0,   11,  19,  1,
+                           2,   5,   2,   'h',
+                           'i', 0,   8,   8,
+                           'I', 'I', 42,  0,
+                           8,   0,   0,   0,
+                           7,   3,   'x', 'y',
+                           'z', 5});
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -72,6 +103,7 @@ int main(int argc, char** argv) {
       write(at / "transparent", encode(picture(7, 9, false), metadata, codec.format));
       write(at / "one_pixel", encode(picture(1, 1, true), {}, codec.format));
     }
+    writeDescribedPngs(folder / "png");
     write(folder / "pcd" / "cut", photoCd());
   } catch (const std::exception& error) {
     std::fprintf(stderr, "%s\n", error.what());
