@@ -63,7 +63,7 @@ std::function<std::size_t()> keptJpegWriter(const engine::Bitmap& picture, int q
   };
 }
 
-void readJpeg(const std::vector<std::uint8_t>& file, const engine::Pixels& pixels) {
+void readJpeg(const std::vector<std::uint8_t>& file, const engine::Pixels& pixels, unsigned divisor) {
   jpeg_decompress_struct info{};
   jpeg_error_mgr errors{};
   info.err = jpeg_std_error(&errors);
@@ -71,6 +71,8 @@ void readJpeg(const std::vector<std::uint8_t>& file, const engine::Pixels& pixel
   jpeg_mem_src(&info, file.data(), file.size());
   jpeg_read_header(&info, TRUE);
   info.out_color_space = JCS_EXT_RGBA;
+  info.scale_num = 1;
+  info.scale_denom = divisor;
   jpeg_start_decompress(&info);
   while (info.output_scanline < info.output_height) {
     JSAMPROW row = pixels.row(static_cast<std::int32_t>(info.output_scanline));

@@ -18,7 +18,8 @@ std::vector<std::uint8_t> jpegOf(const engine::ConstPixels& pixels, int quality,
 /// Writes as `jpegOf` into a buffer that is kept; gives the file's size.
 std::function<std::size_t()> keptJpegWriter(const engine::Bitmap& picture, int quality, Colors colors);
 
-/// Reads the file straight into RGBA rows of `pixels`.
-void readJpeg(const std::vector<std::uint8_t>& file, const engine::Pixels& pixels);
+/// Decodes the file straight into RGBA rows of `pixels`, which has the picture's size divided by `divisor`
+/// (1, 2, 4 or 8) and rounded up.
+void readJpeg(const std::vector<std::uint8_t>& file, const engine::Pixels& pixels, unsigned divisor = 1);
 
 }  // namespace kestrel::bench

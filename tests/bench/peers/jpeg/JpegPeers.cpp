@@ -12,6 +12,7 @@
 #include "JpegFiles.h"
 #include "ThumbnailPeers.h"
 #include "engine/codecs/Codecs.h"
+#include "engine/codecs/jpeg/Jpeg.h"
 
 namespace kestrel::bench {
 namespace {
@@ -36,8 +37,9 @@ void check(int result) {
 
 void requireEqual(const Bitmap& ours, const Bitmap& theirs) {
   const ConstPixels a = ours.pixels(), b = theirs.pixels();
-  for (std::int32_t y = 0; y < kHeight; ++y) {
-    if (std::memcmp(a.row(y), b.row(y), std::size_t{4} * kWidth) != 0) {
+  if (a.width != b.width || a.height != b.height) throw std::runtime_error("the decoders give other sizes");
+  for (std::int32_t y = 0; y < a.height; ++y) {
+    if (std::memcmp(a.row(y), b.row(y), std::size_t{4} * static_cast<std::size_t>(a.width)) != 0) {
       throw std::runtime_error("the decoders do not agree in row " + std::to_string(y));
     }
   }
@@ -60,6 +62,33 @@ std::vector<Contender> readers(Colors colors) {
        }}};
   const Bitmap ours = engine::decode(*file).bitmap;
   for (std::size_t i = 1; i < contenders.size(); ++i) {
+    contenders[i].run();
+    requireEqual(ours, *kept);
+  }
+  return contenders;
+}
+
+/// At an eighth of the size: what thumbnails are made from.
+std::vector<Contender> eighths(Colors colors) {
+  constexpr std::int32_t kEighth = 8, kSmallWidth = kWidth / kEighth, kSmallHeight = kHeight / kEighth;
+  const auto file = std::make_shared<const std::vector<std::uint8_t>>(
+      jpegOf(cameraPhotograph(kWidth, kHeight).pixels(), kReadQuality, colors));
+  const auto kept = std::make_shared<Bitmap>(Bitmap::uninitialized(kSmallWidth, kSmallHeight));
+  const TurboHandle handle = turbo(tjInitDecompress());
+  std::vector<Contender> contenders{
+      {"KestrelLib2",
+       "DC coefficients alone; metadata, profile, orientation looked for; a new bitmap each time",
+       [=] { engine::jpeg::decodeReduced(*file, kSmallWidth); }},
+      {"libjpeg-turbo", "scaled to 1/8 by its own interface, to RGBA in a kept buffer",
+       [=] { readJpeg(*file, kept->writable(), kEighth); }},
+      {"TurboJPEG", "scaled to 1/8, to RGBA in a kept buffer, with a kept decompressor", [=] {
+         const Pixels pixels = kept->writable();
+         check(tjDecompress2(handle.get(), file->data(), file->size(), pixels.data, kSmallWidth,
+                             static_cast<int>(pixels.stride), kSmallHeight, TJPF_RGBA, 0));
+       }}};
+  // Where color is halved, the library interpolates it and ours repeats it.
+  const Bitmap ours = engine::jpeg::decodeReduced(*file, kSmallWidth).bitmap;
+  for (std::size_t i = 1; i < contenders.size() && colors == Colors::full; ++i) {
     contenders[i].run();
     requireEqual(ours, *kept);
   }
@@ -94,6 +123,8 @@ std::vector<Comparison> comparisons() {
   std::vector<Comparison> rows{
       {"JPEG decode, colour halved, quality 90", 1.05, [] { return readers(Colors::halved); }},
       {"JPEG decode, full colour, quality 90", 1.05, [] { return readers(Colors::full); }},
+      {"JPEG decode at 1/8, colour halved, quality 90", 0.6, [] { return eighths(Colors::halved); }},
+      {"JPEG decode at 1/8, full colour, quality 90", 0.6, [] { return eighths(Colors::full); }},
       {"JPEG encode, colour halved, quality 75", 1.05, writers}};
   for (Comparison& row : thumbnailComparisons()) rows.push_back(std::move(row));
   return rows;

@@ -3,6 +3,8 @@
 #include <png.h>
 #include <spng.h>
 
+#include <array>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
@@ -112,6 +114,16 @@ Bytes pixelsOf(const engine::Bitmap& bitmap, int samples) {
       result.insert(result.end(), pixel, pixel + samples);
   }
   return result;
+}
+
+std::string megabytes(std::size_t bytes) {
+  std::array<char, 30> text{};
+  std::snprintf(text.data(), text.size(), "%.2f MB", static_cast<double>(bytes) / 1e6);
+  return text.data();
+}
+
+std::string milliseconds(std::chrono::steady_clock::duration time) {
+  return std::to_string(std::chrono::duration_cast<std::chrono::milliseconds>(time).count()) + " ms";
 }
 
 }  // namespace kestrel::bench

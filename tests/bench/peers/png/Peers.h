@@ -1,6 +1,9 @@
 #pragma once
 
+#include <chrono>
+#include <cstddef>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "engine/pixels/Bitmap.h"
@@ -28,5 +31,9 @@ void readWithSpng(const Bytes& file, bool checked, Bytes& rgba);
 
 /// The rows of a bitmap without gaps, all four samples of a pixel or the first three.
 Bytes pixelsOf(const engine::Bitmap& bitmap, int samples);
+
+/// As the table shows them: "12.34 MB", "56 ms".
+std::string megabytes(std::size_t bytes);
+std::string milliseconds(std::chrono::steady_clock::duration time);
 
 }  // namespace kestrel::bench

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
 #include <cstring>
 #include <memory>
 #include <opencv2/imgcodecs.hpp>
@@ -11,6 +10,7 @@
 #include <string>
 
 #include "Comparison.h"
+#include "DeflatePeers.h"
 #include "Peers.h"
 #include "TestPicture.h"
 #include "engine/codecs/Codecs.h"
@@ -27,13 +27,6 @@ constexpr int kWidth = 6000, kHeight = 4000;
 constexpr double kBar = 0.6;
 
 using Picture = engine::Bitmap (*)(std::int32_t width, std::int32_t height, bool alpha);
-
-std::string megabytes(std::size_t bytes) {
-  std::string text(20, '\0');
-  text.resize(static_cast<std::size_t>(
-      std::snprintf(text.data(), text.size(), "%.2f MB", static_cast<double>(bytes) / 1e6)));
-  return text;
-}
 
 void require(bool equal, const char* what) {
   if (!equal) throw std::runtime_error(std::string(what) + " gave another picture.");
@@ -127,8 +120,7 @@ std::string libpngByItself(const Subject& subject) {
   const auto start = std::chrono::steady_clock::now();
   const std::size_t size = writeWithLibpng(subject.rgba, kWidth, kHeight, subject.alpha, {6, -1, -1}).size();
   const auto time = std::chrono::steady_clock::now() - start;
-  return "libpng level 6 makes " + megabytes(size) + " in " +
-         std::to_string(std::chrono::duration_cast<std::chrono::milliseconds>(time).count()) + " ms";
+  return "libpng level 6 makes " + megabytes(size) + " in " + milliseconds(time);
 }
 
 std::vector<Contender> writers(Picture make, bool alpha) {
@@ -176,6 +168,9 @@ std::vector<Comparison> comparisons() {
     rows.push_back({std::string("PNG decode, ") + name, kBar, [=] { return readers(make, alpha); }});
   for (const auto& [name, make, alpha] : kKinds)
     rows.push_back({std::string("PNG encode, ") + name, kBar, [=] { return writers(make, alpha); }});
+  for (const auto& [name, make, alpha] : kKinds)
+    rows.push_back({std::string("deflate of filtered rows, ") + name, 1,
+                    [=] { return packers(ourFile(make(kWidth, kHeight, alpha))); }});
   return rows;
 }
 
