@@ -22,8 +22,8 @@ namespace {
 using namespace kestrel;
 using namespace kestrel::engine;
 
-/// Fails unless our decoder gave the pixels that libpng gave. Colors and orientation that the metadata ask
-/// for are none of libpng's business: such pictures are not compared.
+/// Ends the program unless our decoder gave the pixels that libpng gave. Pictures whose metadata changes
+/// their colors or their orientation are not compared: libpng does not apply it.
 void requireSamePixels(const std::vector<std::uint8_t>& rgba, const Decoded& decoded) {
   if (!decoded.stored.profile.empty() || !decoded.metadata.exif.empty()) return;
   const ConstPixels pixels = decoded.bitmap.pixels();
