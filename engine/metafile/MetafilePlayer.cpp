@@ -336,6 +336,33 @@ void Player::polygons(const std::vector<std::vector<Point>>& figures, bool close
     if (closed && !figure.empty()) canvas_.closePath();
   }
   endFigure(closed);
+  if (closed && figures.size() == 1) closeSeams(figures[0]);
+}
+
+/// Lets a polygon without an outline reach over the edges that it shares with earlier ones.
+void Player::closeSeams(const std::vector<Point>& polygon) {
+  constexpr std::uint32_t kCopy = 13;
+  constexpr double kPerPoint = 100;
+  if (inPath_ || polygon.size() < 3 || state_.pen.style != Pen::kNone ||
+      state_.brush.kind != Brush::Kind::solid || state_.rasterOperation != kCopy ||
+      !canvas_.work().take(kPerPoint * static_cast<double>(polygon.size())))
+    return;
+  std::vector<Point> points;
+  for (const Point& each : polygon) points.push_back(toPicture(each));
+  const std::vector<Edge> shared = seams_.add(points);
+  if (shared.empty()) return;
+  canvas_.newPath();
+  for (const auto& [from, to] : shared) {
+    canvas_.moveTo(from);
+    canvas_.lineTo(to);
+  }
+  cairo_t* const c = canvas_.context();
+  setSource(state_.brush.color);
+  cairo_set_line_width(c, 1);
+  cairo_set_line_cap(c, CAIRO_LINE_CAP_BUTT);
+  cairo_set_dash(c, nullptr, 0, 0);
+  paint(canvas_.strokedExtents(1), 1, [c] { cairo_stroke(c); });
+  canvas_.newPath();
 }
 
 void Player::bezier(const std::vector<Point>& points) {

@@ -11,6 +11,7 @@
 
 #include "MetafileCanvas.h"
 #include "MetafileObjects.h"
+#include "MetafileSeams.h"
 
 namespace kestrel::engine::metafile {
 
@@ -124,8 +125,9 @@ class Player {
  private:
   struct LineOfText;
   /// Icons are drawn in two steps: a mask that blackens the place, by AND, and a picture on black, by OR or
-  /// XOR. Where these are stretched they are drawn at once, as a picture with transparent parts, so that it
-  /// can be smoothed; bits that are mixed cannot.
+  /// XOR; or a mask that whitens it, by OR, and a picture on white, by AND. Where these are stretched they
+  /// are drawn at once, as a picture with transparent parts, so that it can be smoothed; bits that are mixed
+  /// cannot.
   struct HeldMask {
     Corners corners;  ///< in pixels of the canvas
     Picture picture;
@@ -146,6 +148,7 @@ class Player {
   void addRects(const std::vector<Rect>& rects);
   void addEllipse(const Rect& rect);
   void fillPresentPath();
+  void closeSeams(const std::vector<Point>& polygon);
   void strokePresentPath();
   void setDashes(double width);
   void setSource(Color color, double opacity = 1);
@@ -160,6 +163,7 @@ class Player {
   State state_;
   std::vector<State> saved_;
   std::optional<HeldMask> held_;
+  Seams seams_;
   bool inPath_ = false;
 };
 

@@ -158,7 +158,11 @@ void Player::fillRect(const Rect& rect, Color color) {
   setSource(color);
   cairo_t* const c = canvas_.context();
   cairo_set_operator(c, CAIRO_OPERATOR_OVER);
+  // Programs paint surfaces of many such boxes; half covered pixels would show as lines between them.
+  const cairo_antialias_t before = cairo_get_antialias(c);
+  cairo_set_antialias(c, CAIRO_ANTIALIAS_NONE);
   if (canvas_.affords(canvas_.filledExtents())) cairo_fill(c);
+  cairo_set_antialias(c, before);
   canvas_.newPath();
 }
 
