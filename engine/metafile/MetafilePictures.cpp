@@ -21,7 +21,7 @@ Bitmap asAlpha(const Bitmap& mask) {
 }
 
 constexpr std::uint32_t kCopyOperation = 0xCC0020;
-constexpr std::uint8_t kAnd = 0x88;
+constexpr std::uint8_t kAnd = 0x88, kOr = 0xEE, kXor = 0x66;
 
 std::uint8_t operationOf(const Player::Picture& picture) {
   return static_cast<std::uint8_t>(picture.operation >> 16);
@@ -43,19 +43,28 @@ bool isExact(const Player::Corners& corners, const Player::Picture& picture) {
          isNear(below, {at.x, at.y + source.bottom - source.top});
 }
 
-/// Makes the picture transparent where the mask is white. False if the mask is not black and white alone, or
-/// the picture not black there.
-bool clearOutside(Bitmap& picture, const Bitmap& mask) {
+/// Whether the second operation draws a picture into what the first has cut out of the background.
+bool isPair(std::uint8_t first, std::uint8_t second) {
+  return first == kAnd ? second == kOr || second == kXor : first == kOr && second == kAnd;
+}
+
+/// Makes the picture transparent where the mask leaves the background. That is where it is white if it is
+/// mixed by AND, and where it is black if by OR. False if the mask is not black and white alone, or the
+/// picture would change the background there.
+bool clearOutside(Bitmap& picture, const Bitmap& mask, std::uint8_t maskOperation) {
   const Pixels pixels = picture.writable();
   const ConstPixels masks = mask.pixels();
+  const bool leavesWhite = maskOperation == kAnd;
   for (std::int32_t y = 0; y < pixels.height; ++y) {
     std::uint8_t* p = pixels.row(y);
     const std::uint8_t* m = masks.row(y);
     for (std::int32_t x = 0; x < pixels.width; ++x, p += 4, m += 4) {
       const bool black = (m[0] | m[1] | m[2]) == 0, white = (m[0] & m[1] & m[2]) == 0xFF;
       if (!black && !white) return false;
-      if (white && (p[0] | p[1] | p[2]) != 0) return false;
-      if (white) p[3] = 0;
+      if (white != leavesWhite) continue;
+      const bool neutral = leavesWhite ? (p[0] | p[1] | p[2]) == 0 : (p[0] & p[1] & p[2]) == 0xFF;
+      if (!neutral) return false;
+      p[3] = 0;
     }
   }
   return true;
@@ -79,7 +88,8 @@ void Player::picture(const Corners& corners, const Picture& what) {
     if (drawJoined(mask, placed, what)) return;
     drawPicture(mask.corners, mask.picture);
   }
-  if (operationOf(what) == kAnd && !what.bitmap.empty() && what.mask.empty() && !isExact(placed, what)) {
+  const bool maybeMask = operationOf(what) == kAnd || operationOf(what) == kOr;
+  if (maybeMask && !what.bitmap.empty() && what.mask.empty() && !isExact(placed, what)) {
     held_ = {placed, what};
   } else {
     drawPicture(placed, what);
@@ -94,15 +104,15 @@ void Player::showHeldMask() {
 
 /// Draws the mask and the picture at once if they are a pair. False if they are not.
 bool Player::drawJoined(const HeldMask& mask, const Corners& corners, const Picture& what) {
-  constexpr std::uint8_t kOr = 0xEE, kXor = 0x66;
   const Bitmap& hole = mask.picture.bitmap;
-  const bool pair = (operationOf(what) == kOr || operationOf(what) == kXor) && what.mask.empty() &&
+  const std::uint8_t maskOperation = operationOf(mask.picture);
+  const bool pair = isPair(maskOperation, operationOf(what)) && what.mask.empty() &&
                     what.bitmap.width() == hole.width() && what.bitmap.height() == hole.height() &&
                     isSame(mask.picture.source, what.source) &&
                     std::ranges::equal(mask.corners, corners, isNear);
   if (!pair || !canvas_.work().take(4.0 * hole.width() * hole.height())) return false;
   Picture joined = what;
-  if (!clearOutside(joined.bitmap, hole)) return false;
+  if (!clearOutside(joined.bitmap, hole, maskOperation)) return false;
   joined.operation = kCopyOperation;
   drawPicture(corners, joined);
   return true;

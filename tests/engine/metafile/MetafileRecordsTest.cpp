@@ -149,6 +149,32 @@ TEST(MetafileMixing, AScaledMaskAndPictureAreSmooth) {
   }
 }
 
+TEST(MetafileMixing, AMaskByOrAndAPictureOnWhiteThatAreStretchedAreSmooth) {
+  // As above, with the mask white where the picture is, which is white elsewhere.
+  Emf emf;
+  emf.noPen().brush(kGreenColor).box(0, 0, 40, 15);
+  stretch(emf, 40, 30, dibOf({{kWhite, kBlack}}), kOr);
+  const Bitmap bitmap = stretch(emf.record(24, {kRedColor}), 40, 30, dibOf({{kRed, kWhite}}), kAnd).play();
+  EXPECT_EQ(bitmap.at(5, 25), kRed);
+  EXPECT_EQ(bitmap.at(35, 25), kNothing);
+  EXPECT_EQ(bitmap.at(35, 5), kGreen);
+  for (const auto& [x, alpha] : {std::pair{15, 184}, {20, 121}, {25, 57}}) {
+    EXPECT_NEAR(bitmap.at(x, 25).a, alpha, 8) << x;
+    EXPECT_NEAR(bitmap.at(x, 5).r, alpha, 8) << x;
+    EXPECT_NEAR(bitmap.at(x, 5).g, 255 - alpha, 8) << x;
+  }
+}
+
+TEST(MetafileMixing, APictureOnAnotherColourThanItsMaskLeavesIsMixedBitByBit) {
+  // The right half of the picture is blue where the mask leaves the background: AND darkens that to blue.
+  Emf emf;
+  emf.noPen().brush(0xFFFFFF).box(0, 0, 40, 30);
+  stretch(emf, 40, 30, dibOf({{kWhite, kBlack}}), kOr);
+  const Bitmap bitmap = stretch(emf, 40, 30, dibOf({{kRed, kBlue}}), kAnd).play();
+  EXPECT_EQ(bitmap.at(19, 15), kRed);
+  EXPECT_EQ(bitmap.at(20, 15), kBlue);
+}
+
 TEST(MetafileMixing, AMaskIsAppliedBeforeLaterRecords) {
   // The blue box is drawn on the masked half before the red source is combined with it.
   Emf emf;
