@@ -168,7 +168,7 @@ void Painter::stroke(const Path& path, const Pen& pen) {
   cairo_matrix_multiply(&nib, &pen.transform, &nib);
   double width = std::abs(pen.width) * (pen.unit == 0 ? 1 : pixelsPer(pen.unit));
   double pixels = 1;
-  // Lines are at least a pixel wide.
+  // GDI+ draws lines at least a pixel wide, smoothed ones too.
   if (!isUsable(nib) || !(scaleOf(nib) * width >= 1)) {
     cairo_matrix_init_identity(&nib);
     width = 1;

@@ -112,15 +112,15 @@ void Painter::text(const std::vector<std::string>& letters, const Font& font, co
     cairo_rotate(c, std::numbers::pi / 2);
     std::swap(width, height);
   }
-  cairo_font_extents_t extents{};
-  cairo_font_extents(c, &extents);
-  const double margin = format.leadingMargin * fontSize(font) * scale;
+  const double size = fontSize(font) * scale;
+  const metafile::Letterer::Cell cell = canvas_.letterer().cellOf(c, font.face);
+  const double ascent = cell.ascent * size, descent = cell.descent * size;
+  const double margin = format.leadingMargin * size;
   const bool wraps = (format.flags & StringFormat::kNoWrap) == 0 && width > 0;
   const std::vector<Line> lines =
       linesOf(canvas_.letterer(), c, letters, wraps ? std::max(1.0, width - 2 * margin) : 0);
-  const double lineHeight = extents.ascent + extents.descent;
-  double y =
-      offsetIn(height, lineHeight * static_cast<double>(lines.size()), format.lineAlign) + extents.ascent;
+  const double lineHeight = ascent + descent;
+  double y = offsetIn(height, lineHeight * static_cast<double>(lines.size()), format.lineAlign) + ascent;
   const bool backwards = (format.flags & StringFormat::kRightToLeft) != 0;
   const std::uint32_t align = backwards && format.align != 1 ? 2 - std::min(format.align, 2U) : format.align;
   for (const Line& line : lines) {
@@ -132,8 +132,8 @@ void Painter::text(const std::vector<std::string>& letters, const Font& font, co
       cairo_rectangle(c, 0, at, length, std::max(1.0, lineHeight / 18));
       cairo_fill(c);
     };
-    if (font.underline) bar(extents.descent / 3);
-    if (font.strikeOut) bar(-extents.ascent / 3);
+    if (font.underline) bar(descent / 3);
+    if (font.strikeOut) bar(-ascent / 3);
     cairo_restore(c);
     y += lineHeight;
   }

@@ -5,8 +5,6 @@
 #include <algorithm>
 #include <array>
 
-#include "MetafileSigns.h"
-
 namespace kestrel::engine::metafile {
 namespace {
 
@@ -18,12 +16,6 @@ std::string utf8(std::uint32_t code) {
   if (code < 0x800) return {byte(0xC0 | code >> 6), tail(0)};
   if (code < 0x10000) return {byte(0xE0 | code >> 12), tail(6), tail(0)};
   return {byte(0xF0 | code >> 18), tail(12), tail(6), tail(0)};
-}
-
-/// The sign that a face of signs has at a code; a box for those that are not known.
-std::string signLetter(SignFace face, std::uint32_t code) {
-  const std::uint16_t sign = signOf(face, static_cast<std::uint8_t>(code & 0xFF));
-  return sign != 0 ? utf8(sign) : kUnknownLetter;
 }
 
 /// The name of the code page of a character set's texts.
@@ -93,6 +85,11 @@ class CodePage {
 };
 
 }  // namespace
+
+std::string signLetter(SignFace face, std::uint32_t code) {
+  const std::uint16_t sign = signOf(face, static_cast<std::uint8_t>(code & 0xFF));
+  return sign != 0 ? utf8(sign) : kUnknownLetter;
+}
 
 std::vector<std::string> lettersOf(Bytes text, const Font& font) {
   std::vector<std::string> letters;

@@ -5,12 +5,16 @@
 #include <vector>
 
 #include "MetafileObjects.h"
+#include "MetafileSigns.h"
 #include "engine/codecs/common/Decoded.h"
 
 namespace kestrel::engine::metafile {
 
 /// Stands for a letter that is there but cannot be told; it is drawn as an empty box.
 inline constexpr const char* kUnknownLetter = "\x01";
+
+/// The sign that a face of signs has at a code, as UTF-8; the unknown letter for those that are not known.
+std::string signLetter(SignFace face, std::uint32_t code);
 
 /// The letters of a text in the code page that belongs to the font's character set, or of a font of signs,
 /// each as UTF-8. An empty one holds the place of a further byte.

@@ -17,8 +17,8 @@ SignFace signFaceOf(std::string_view face, std::uint8_t charset);
 /// The Unicode letter of a sign; 0 if it is not known.
 std::uint16_t signOf(SignFace face, std::uint8_t code);
 
-/// The average character width that the face stores, in parts of the letters' height; 0 if it is not known.
-double averageSignWidth(SignFace face);
+/// The name of a face in lower case, without spaces.
+std::string plainName(std::string_view face);
 
 /// The face to draw letters with that were turned into Unicode: the same for text, a face of text for faces
 /// of signs.

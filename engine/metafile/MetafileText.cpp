@@ -79,6 +79,31 @@ cairo_font_face_t* installedFaceWith(const std::string& letter, const std::strin
   return cairo_ft_font_face_create_for_pattern(found.get());
 }
 
+/// The cell of a face that is not installed.
+Letterer::Cell usualCellOf(const std::string& face) {
+  const std::string name = plainName(face);
+  if (name == "arial" || name == "helvetica") return {0.905, 0.212};
+  if (name == "timesnewroman") return {0.891, 0.216};
+  if (name == "couriernew") return {0.833, 0.300};
+  return {0.93, 0.233};
+}
+
+/// Whether fonts of this family are installed, not only others in their stead.
+bool isInstalled(const std::string& family) {
+  const auto* const name = reinterpret_cast<const FcChar8*>(family.c_str());
+  const FontPattern wanted(FcPatternCreate());
+  FcPatternAddString(wanted.get(), FC_FAMILY, name);
+  FcConfigSubstitute(nullptr, wanted.get(), FcMatchPattern);
+  FcDefaultSubstitute(wanted.get());
+  FcResult result = FcResultNoMatch;
+  const FontPattern found(FcFontMatch(nullptr, wanted.get(), &result));
+  FcChar8* own = nullptr;
+  for (int i = 0; found && FcPatternGetString(found.get(), FC_FAMILY, i, &own) == FcResultMatch; ++i) {
+    if (FcStrCmpIgnoreCase(own, name) == 0) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 void Letterer::choose(cairo_t* context, const std::string& face, bool bold, bool italic, double size) {
@@ -87,9 +112,37 @@ void Letterer::choose(cairo_t* context, const std::string& face, bool bold, bool
                          italic ? CAIRO_FONT_SLANT_ITALIC : CAIRO_FONT_SLANT_NORMAL,
                          bold ? CAIRO_FONT_WEIGHT_BOLD : CAIRO_FONT_WEIGHT_NORMAL);
   constexpr double kLargest = 4000;
-  const double drawn = std::clamp(size, 0.5, kLargest);
-  cairo_set_font_size(context, drawn);
-  signWidth_ = drawn * averageSignWidth(signFaceOf(face, 0));
+  size_ = std::clamp(size, 0.5, kLargest);
+  cairo_set_font_size(context, size_);
+  signs_ = signFaceOf(face, 0);
+}
+
+/// Whether the font system may be asked once more, which takes milliseconds.
+bool Letterer::mayAsk() {
+  constexpr double kPerQuestion = 2e6;
+  constexpr std::size_t kMostAsked = 256;
+  if (asked_ >= kMostAsked || !work_.take(kPerQuestion)) return false;
+  ++asked_;
+  return true;
+}
+
+Letterer::Cell Letterer::cellOf(cairo_t* context, const std::string& asked) {
+  const std::string face = textFaceFor(asked);
+  const auto known = cells_.find(face);
+  if (known != cells_.end()) return known->second;
+  Cell cell = usualCellOf(face);
+  if (mayAsk() && isInstalled(face)) {
+    cairo_save(context);
+    cairo_select_font_face(context, face.c_str(), CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
+    constexpr double kSize = 1000;  // so that whole pixels are exact enough
+    cairo_set_font_size(context, kSize);
+    cairo_font_extents_t line{};
+    cairo_font_extents(context, &line);
+    cairo_restore(context);
+    if (line.ascent + line.descent > 0) cell = {line.ascent / kSize, line.descent / kSize};
+  }
+  cells_.emplace(face, cell);
+  return cell;
 }
 
 cairo_font_face_t* Letterer::findSubstitute(cairo_t* context, const std::string& letter) {
@@ -101,40 +154,63 @@ cairo_font_face_t* Letterer::findSubstitute(cairo_t* context, const std::string&
   });
   cairo_restore(context);
   if (known != substitutes_.end()) return known->face.get();
-  // To ask the font system takes milliseconds.
-  constexpr double kPerQuestion = 2e6;
-  constexpr std::size_t kMostAsked = 256, kMostSubstitutes = 32;
-  if (asked_ >= kMostAsked || substitutes_.size() >= kMostSubstitutes || !work_.take(kPerQuestion))
-    return nullptr;
-  ++asked_;
+  constexpr std::size_t kMostSubstitutes = 32;
+  if (substitutes_.size() >= kMostSubstitutes || !mayAsk()) return nullptr;
   Face found(installedFaceWith(letter, style_.face, style_.bold, style_.italic));
   if (!found || cairo_font_face_status(found.get()) != CAIRO_STATUS_SUCCESS) return nullptr;
   substitutes_.push_back({style_.bold, style_.italic, std::move(found)});
   return substitutes_.back().face.get();
 }
 
-/// The face to draw the letter with if the chosen one lacks it and another has it, else null.
-cairo_font_face_t* Letterer::substituteFor(cairo_t* context, const std::string& letter) {
-  auto& faces = known_[style_];
-  const auto known = faces.find(letter);
-  if (known != faces.end()) return known->second;
-  cairo_font_face_t* const face = hasLetter(context, letter) ? nullptr : findSubstitute(context, letter);
-  faces.emplace(letter, face);
-  return face;
+Letterer::Source Letterer::sourceOf(cairo_t* context, const std::string& letter) {
+  auto& sources = known_[style_];
+  const auto known = sources.find(letter);
+  if (known != sources.end()) return known->second;
+  Source source;
+  if (!hasLetter(context, letter)) {
+    source.substitute = findSubstitute(context, letter);
+    source.missing = source.substitute == nullptr;
+  }
+  sources.emplace(letter, source);
+  return source;
 }
 
 double Letterer::advanceOf(cairo_t* context, const std::string& letter) {
-  const std::string& drawn = letter == kUnknownLetter ? "n" : letter;
+  const Source source = letter == kUnknownLetter ? Source{nullptr, true} : sourceOf(context, letter);
+  const std::string& drawn = source.missing ? "n" : letter;
   cairo_text_extents_t extents{};
   cairo_save(context);
-  if (cairo_font_face_t* const face = substituteFor(context, drawn)) cairo_set_font_face(context, face);
+  if (source.substitute != nullptr) cairo_set_font_face(context, source.substitute);
   cairo_text_extents(context, drawn.c_str(), &extents);
   cairo_restore(context);
   return extents.x_advance;
 }
 
-double Letterer::averageWidth(cairo_t* context) const {
-  if (signWidth_ > 0) return signWidth_;
+/// The mean width of the signs that the drawn face has itself, in parts of the size; 0 if it has none.
+double Letterer::averageSignWidth(cairo_t* context) {
+  const auto known = signWidths_.find({style_, signs_});
+  if (known != signWidths_.end()) return known->second;
+  double sum = 0;
+  int count = 0;
+  constexpr int kFirst = 0x21, kLast = 0xFF;
+  for (int code = kFirst; code <= kLast; ++code) {
+    const std::string letter = signLetter(signs_, static_cast<std::uint32_t>(code));
+    if (letter == kUnknownLetter || !hasLetter(context, letter)) continue;
+    cairo_text_extents_t extents{};
+    cairo_text_extents(context, letter.c_str(), &extents);
+    sum += extents.x_advance / size_;
+    ++count;
+  }
+  const double mean = count > 0 ? sum / count : 0;
+  signWidths_.emplace(std::pair(style_, signs_), mean);
+  return mean;
+}
+
+double Letterer::averageWidth(cairo_t* context) {
+  // The mean of the widths in the font's published metrics.
+  constexpr double kSymbol = 0.586;
+  if (signs_ == SignFace::symbol) return kSymbol * size_;
+  if (signs_ != SignFace::none) return averageSignWidth(context) * size_;
   constexpr double kPerThousand[] = {64, 14, 27, 35, 100, 20, 14, 42, 63, 3,  6, 35, 20,
                                      56, 56, 17, 4,  49,  56, 71, 31, 10, 18, 3, 18, 2};
   constexpr double kSpaces = 166;
@@ -155,12 +231,14 @@ void Letterer::draw(cairo_t* context, const std::vector<std::string>& letters,
   for (std::size_t i = 0; i < letters.size(); ++i) {
     cairo_save(context);
     cairo_translate(context, x, 0);
-    if (letters[i] == kUnknownLetter) {
+    const bool blank = letters[i].empty() || letters[i] == " ";
+    const Source source =
+        blank || letters[i] == kUnknownLetter ? Source{nullptr, true} : sourceOf(context, letters[i]);
+    if (!blank && source.missing) {
       addBox(context, widths[i]);
       if (!outline) cairo_fill(context);
-    } else if (!letters[i].empty() && letters[i] != " ") {
-      if (cairo_font_face_t* const face = substituteFor(context, letters[i]))
-        cairo_set_font_face(context, face);
+    } else if (!blank) {
+      if (source.substitute != nullptr) cairo_set_font_face(context, source.substitute);
       cairo_scale(context, stretch, 1);
       cairo_move_to(context, 0, 0);
       outline ? cairo_text_path(context, letters[i].c_str()) : cairo_show_text(context, letters[i].c_str());
@@ -209,19 +287,16 @@ void Player::text(Point at, const std::vector<std::string>& letters, const std::
   cairo_t* const c = canvas_.context();
   const cairo_matrix_t m = matrix();
   const double across = std::hypot(m.xx, m.yx), down = std::hypot(m.xy, m.yy);
-  // A cell is taller than a letter by the space between lines.
-  constexpr double kLetterOfCell = 0.86;
-  const double height =
-      (font.height == 0 ? 12.0 : std::abs(font.height)) * (font.height > 0 ? kLetterOfCell : 1.0);
-  const double size = height * down;
+  const Letterer::Cell cell = canvas_.letterer().cellOf(c, font.face);
+  // A positive height is that of a cell.
+  const double height = font.height == 0 ? 12 : font.height > 0 ? font.height / cell.height() : -font.height;
+  const double size = height * down, ascent = cell.ascent * size, descent = cell.descent * size;
 
   cairo_save(c);
   if (!inPath_) canvas_.newPath();
   canvas_.letterer().choose(c, font.face, font.bold, font.italic, size);
   const LineOfText text = layOut(letters, advances, across);
   const double width = text.width;
-  cairo_font_extents_t line{};
-  cairo_font_extents(c, &line);
 
   constexpr std::uint32_t kUpdatePosition = 1, kHorizontal = 6, kRight = 2, kCentre = 6, kVertical = 24,
                           kBottom = 8, kBaseline = 24;
@@ -231,8 +306,8 @@ void Player::text(Point at, const std::vector<std::string>& letters, const std::
                       : (align & kHorizontal) == kCentre ? -width / 2
                                                          : 0;
   const double base = (align & kVertical) == kBaseline ? 0
-                      : (align & kVertical) == kBottom ? -line.descent
-                                                       : line.ascent;
+                      : (align & kVertical) == kBottom ? -descent
+                                                       : ascent;
   // Letters run the way the world is turned; a mapping that counts leftwards does not turn them.
   const double forward = state_.mapping.windowExtent.x * state_.mapping.viewportExtent.x < 0 ? -1 : 1;
   cairo_translate(c, bounded(origin.x), bounded(origin.y));
@@ -251,12 +326,12 @@ void Player::text(Point at, const std::vector<std::string>& letters, const std::
     cairo_set_operator(c, CAIRO_OPERATOR_OVER);
     if (state_.opaqueBack && !inPath_) {
       setSource(state_.backColor);
-      bar(-line.ascent, line.ascent + line.descent);
+      bar(-ascent, ascent + descent);
     }
     setSource(state_.textColor);
     canvas_.letterer().draw(c, letters, text.widths, text.stretch, inPath_);
-    if (font.underline) bar(line.descent / 3, std::max(1.0, size / 16));
-    if (font.strikeOut) bar(-line.ascent / 3, std::max(1.0, size / 16));
+    if (font.underline) bar(descent / 3, std::max(1.0, size / 16));
+    if (font.strikeOut) bar(-ascent / 3, std::max(1.0, size / 16));
   }
   cairo_restore(c);
   if (!inPath_) canvas_.newPath();

@@ -145,6 +145,20 @@ TEST(EmfPlus, LinesAreAsWideAsTheirPen) {
   EXPECT_EQ(bitmap.at(20, 12), kNothing);
 }
 
+TEST(EmfPlus, LinesAreAtLeastAPixelWide) {
+  const auto line = [](float width) {
+    return Plus()
+        .object(2, 1, pen(width, kArgbBlue))
+        .command(0x400D, 1, Plus::reals(Builder().le32(2), {5, 10.5F, 35, 10.5F}))
+        .play();
+  };
+  for (const float width : {0.0F, 0.1F, 0.5F, 1.0F}) {
+    EXPECT_EQ(line(width).at(20, 10), kBlue) << width;
+    EXPECT_EQ(line(width).at(20, 9), kNothing) << width;
+    EXPECT_EQ(line(width).at(20, 11), kNothing) << width;
+  }
+}
+
 TEST(EmfPlus, LinesAreDrawnInAWorldThatCountsUpwards) {
   const Bitmap bitmap = Plus()
                             .object(2, 1, pen(2, kArgbBlue))

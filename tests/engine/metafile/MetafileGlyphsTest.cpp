@@ -109,6 +109,54 @@ TEST(MetafileGlyphs, OfTheFontsOwnAverageWidthAreUnscaled) {
   EXPECT_FALSE(isPicture(written(1265), written(0), 64)) << "a fifth wider";
 }
 
+/// Letters in a font of units of which 128 are a pixel and 2048 an em of 16 pixels, at 2, 2.
+Bitmap fine(const std::string& face, int height, int width, std::initializer_list<std::uint32_t> codes,
+            int charset = 0) {
+  Emf emf;
+  emf.record(17, {8}).record(9, {5120, 3840}).record(11, {40, 30});
+  font(emf, {face, height, width, 0, charset}).record(22, {0});
+  Builder text = Builder().fill(16).le32(1).le32(0).le32(0).le32(256).le32(256);
+  text.le32(static_cast<std::uint32_t>(codes.size())).le32(76).le32(0).fill(16).le32(0);
+  for (const std::uint32_t code : codes) text.le16(code);
+  return emf.record(84, text).play();
+}
+
+/// The lowest row with ink.
+int bottomOf(const Bitmap& bitmap) {
+  int y = bitmap.height() - 1;
+  while (y > 0 && inkIn(bitmap, 0, y, bitmap.width(), y + 1) == 0) --y;
+  return y;
+}
+
+TEST(MetafileGlyphs, HangFromTheTopOfTheCellOfTheFaceThatWasAskedFor) {
+  // The cell of Arial reaches 0.905 em above the baseline, that of Times 0.891, that of Courier 0.833,
+  // whether these are installed or others are drawn; that of DejaVu Sans 0.928. An em is 24 pixels here.
+  for (const auto& [face, ascent] : {std::pair{"Arial", 0.905},
+                                     {"Times New Roman", 0.891},
+                                     {"Courier New", 0.833},
+                                     {"DejaVu Sans", 0.928}})
+    EXPECT_NEAR(bottomOf(fine(face, -3072, 0, {'H'})), 2 + 24 * ascent - 1, 1) << face;
+}
+
+TEST(MetafileGlyphs, OfAPositiveHeightFillTheirCell) {
+  // 1.117 em of Arial, 1.107 of Times, 1.133 of Courier, 1.164 of DejaVu Sans.
+  for (const auto& [face, height] :
+       {std::pair{"Arial", 2288}, {"Times New Roman", 2267}, {"Courier New", 2320}, {"DejaVu Sans", 2384}})
+    EXPECT_TRUE(isPicture(fine(face, height, 0, {'H', 'n'}), fine(face, -2048, 0, {'H', 'n'}), 32)) << face;
+}
+
+TEST(MetafileGlyphs, OfSignFacesAreAsWideAsTheirFontSays) {
+  // The mean of the widths of Symbol is 0.586 em, 1200 units.
+  constexpr int kSymbolCharset = 2;
+  const auto symbol = [](int width) { return fine("Symbol", -2048, width, {'D'}, kSymbolCharset); };
+  EXPECT_TRUE(isPicture(symbol(1200), symbol(0), 32));
+  EXPECT_FALSE(isPicture(symbol(1500), symbol(0), 32));
+  // A disc is about as wide as the other signs of Wingdings.
+  const auto disc = [](int width) { return fine("Wingdings", -2048, width, {'l'}, kSymbolCharset); };
+  EXPECT_EQ(inkIn(disc(900), 13, 0, 40, 30), 0);
+  EXPECT_GT(inkIn(disc(2700), 13, 0, 40, 30), 10);
+}
+
 TEST(MetafileGlyphs, TurnTheOtherWayOnAPageMirroredInOneAxis) {
   // Text from the center: 900 is a quarter turn counterclockwise.
   const auto written = [](bool mirrorX, bool mirrorY, int escapement) {
@@ -191,6 +239,18 @@ TEST(MetafileGlyphs, MissingInTheFontComeFromAnother) {
   };
   EXPECT_EQ(centre(kDisc), 255);
   EXPECT_LT(centre(kHexagon), 100);
+}
+
+TEST(MetafileGlyphs, ThatNoFaceHasAreBoxes) {
+  // A code of the planes for private use, and a glyph whose letter is not known.
+  constexpr std::uint32_t kGlyphs = 0x10;
+  const auto written = [](std::initializer_list<std::uint32_t> codes, std::uint32_t options) {
+    Emf emf;
+    return write(font(emf, {"Arial", -16}), codes, options).play();
+  };
+  const Bitmap box = written({500}, kGlyphs);
+  EXPECT_GT(inkIn(box, 0, 0, 20, 25), 10);
+  EXPECT_TRUE(isPicture(written({0xDBA1, 0xDE34}, 0), box));
 }
 
 /// A plain Windows metafile of 40 x 30 pixels.
