@@ -123,12 +123,10 @@ enum class ExtraChannel { none, alpha, alphaOverWhite };
 
 /// A negative layer count means that the channel is the merged picture's alpha and the colors are composited
 /// over white. In a file without layers the channel is alpha unless it has a name, as a saved selection has.
-ExtraChannel extraChannelOf(Bytes layers, Bytes resources, bool large) {
-  ByteReader reader(layers, ByteOrder::big);
-  if (reader.remaining() >= (large ? 10U : 6U)) {
-    const std::uint64_t high = large ? reader.u32() : 0;
-    const std::uint64_t size = high << 32 | reader.u32();
-    if (size >= 2) return reader.i16() < 0 ? ExtraChannel::alphaOverWhite : ExtraChannel::none;
+ExtraChannel extraChannelOf(Bytes layerInfo, Bytes resources) {
+  if (layerInfo.size() >= 2) {
+    const bool negative = ByteReader(layerInfo, ByteOrder::big).i16() < 0;
+    return negative ? ExtraChannel::alphaOverWhite : ExtraChannel::none;
   }
   const Bytes names = findResource(resources, kAlphaNames);
   constexpr std::string_view kTransparency = "Transparency";
@@ -224,14 +222,14 @@ Decoded decode(Bytes data) {
   const Bytes resources = reader.take(reader.u32());
   if (header.form.large && reader.u32() != 0)
     refusePicture("The PSD file is damaged: its layers are too large.");
-  const Bytes layers = reader.take(reader.u32());
+  const Bytes layers = layerInfoOf(reader.take(reader.u32()), header.form);
 
   Decoded decoded;
   decoded.metadata = readResources(resources);
   decoded.stored.bitsPerSample = header.form.depth;
   ExtraChannel extra =
       header.form.channels > colors && header.mode != kMultichannel && header.mode != kIndexed
-          ? extraChannelOf(layers, resources, header.form.large)
+          ? extraChannelOf(layers, resources)
           : ExtraChannel::none;
   decoded.stored.hasAlpha = extra != ExtraChannel::none;
   decoded.bitmap = Bitmap::filled(header.form.width, header.form.height);

@@ -19,6 +19,12 @@ struct Entry {
 };
 using Entries = std::array<Entry, kChannels.size()>;
 
+/// A length of 4 bytes, in large files of 8. Lengths beyond 32 bits are clamped.
+std::size_t readSize(ByteReader& reader, bool isLong) {
+  const std::uint32_t high = isLong ? reader.u32() : 0, low = reader.u32();
+  return high != 0 ? UINT32_MAX : low;
+}
+
 /// Reads a layer record; nothing unless it is a plain layer of the picture's size.
 std::optional<Entries> readRecord(ByteReader& reader, const ChannelForm& form) {
   const std::int32_t top = reader.i32(), left = reader.i32(), bottom = reader.i32(), right = reader.i32();
@@ -63,11 +69,38 @@ std::vector<std::uint8_t> packChannel(const ConstPixels& pixels, std::size_t byt
 
 }  // namespace
 
-std::optional<Channels> readOnlyLayer(Bytes layers, const ChannelForm& form) {
-  if (form.large || form.depth != 8 || layers.size() < 6) return std::nullopt;
+Bytes layerInfoOf(Bytes section, const ChannelForm& form) {
   try {
-    ByteReader reader(layers, ByteOrder::big);
-    reader.skip(4);
+    ByteReader reader(section, ByteOrder::big);
+    const std::size_t size = readSize(reader, form.large);
+    if (size >= 2) return reader.take(std::min(size, reader.remaining()));
+    // 16-bit and 32-bit layers: a tagged block after the global layer mask.
+    reader.skip(reader.u32());
+    constexpr std::size_t kBlockHeader = 12;
+    while (reader.remaining() >= kBlockHeader) {
+      reader.skip(4);
+      const Bytes key = reader.take(4);
+      const auto isKey = [&](std::string_view name) { return std::ranges::equal(key, name); };
+      const bool isInfo = isKey("Lr16") || isKey("Lr32");
+      const bool isLong = isInfo || isKey("LMsk") || isKey("Mt16") || isKey("Mt32") || isKey("Mtrn") ||
+                          isKey("Alph") || isKey("FMsk") || isKey("lnk2") || isKey("FEid") || isKey("FXid") ||
+                          isKey("PxSD") || isKey("Layr");
+      const std::size_t length = readSize(reader, form.large && isLong);
+      if (isInfo) return reader.take(std::min(length, reader.remaining()));
+      constexpr std::size_t kPadding = 4;
+      reader.skip((length + kPadding - 1) / kPadding * kPadding);
+    }
+  } catch (const RuntimeError& error) {
+    // Ends too early. The merged picture is still there.
+    if (error.Number() != err::kInvalidPicture) throw;
+  }
+  return {};
+}
+
+std::optional<Channels> readOnlyLayer(Bytes info, const ChannelForm& form) {
+  if (form.large || form.depth == 1 || info.size() < 2) return std::nullopt;
+  try {
+    ByteReader reader(info, ByteOrder::big);
     // Negative layer count: the merged picture has alpha as well.
     if (reader.i16() != -1) return std::nullopt;
     const std::optional<Entries> entries = readRecord(reader, form);

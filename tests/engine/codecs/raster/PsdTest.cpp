@@ -128,6 +128,37 @@ TEST(Psd, ColoursComeFromAZippedLayer) {
   EXPECT_EQ(decode(psdFile(form, {251, 243, 239, 20})).bitmap.at(0, 0), (Pixel{200, 100, 50, 20}));
 }
 
+/// One half transparent pixel of 16 bits a channel as the only layer, in a block behind the mask for all.
+Builder deepLayer(const std::string& key, const std::string& mode = "norm") {
+  Builder info = Builder().be16(0xFFFF).be32(0).be32(0).be32(1).be32(1).be16(4);
+  for (const std::uint32_t channel : {0U, 1U, 2U, 0xFFFFU}) info.be16(channel).be32(4);
+  info.text("8BIM" + mode).u8({255, 0, 0, 0}).be32(12).be32(0).be32(0).u8({1}).text("A").fill(2);
+  for (const std::uint32_t sample : {200U, 100U, 50U, 128U}) info.be16(0).be16(sample * 257);
+  // No layers of 8 bits, a mask of six bytes, another block, whose length is filled up to four.
+  Builder section = Builder().be32(0).be32(6).fill(6).text("8BIMPatt").be32(3).fill(4);
+  section.text("8BIM" + key).be32(static_cast<std::uint32_t>(info.bytes.size()));
+  section.bytes.insert(section.bytes.end(), info.bytes.begin(), info.bytes.end());
+  return section;
+}
+
+TEST(Psd, LayersOfSixteenBitsAreInABlockOfTheirOwn) {
+  // The merged picture is over white: 255 - (255 - 200) * 128 / 255 = 227, 177, 152.
+  Builder merged;
+  for (const std::uint32_t sample : {227U, 177U, 152U, 128U}) merged.be16(sample * 257);
+  const auto shown = [&](const Builder& section) {
+    const Form form{.channels = 4, .depth = 16, .width = 1, .layers = section};
+    return decode(psdFile(form, merged.bytes)).bitmap.at(0, 0);
+  };
+  EXPECT_EQ(shown(deepLayer("Lr16")), (Pixel{200, 100, 50, 128}));
+  const Pixel unmixed = shown(deepLayer("Lr16", "mul "));
+  EXPECT_NEAR(unmixed.r, 200, 2) << "the merged picture, without the white";
+  EXPECT_NEAR(unmixed.b, 50, 2);
+  EXPECT_EQ(unmixed.a, 128);
+  Builder cut = deepLayer("Lr16");
+  cut.bytes.resize(30);
+  EXPECT_EQ(shown(cut), (Pixel{227, 177, 152, 128})) << "a damaged block is none";
+}
+
 TEST(Psd, ReadsGrayBitsAndPalettes) {
   EXPECT_EQ(decode(psdFile({.mode = 1, .channels = 1}, {5, 6})).bitmap.at(1, 0), (Pixel{6, 6, 6, 255}));
   const Bitmap bits = decode(psdFile({.mode = 0, .channels = 1, .depth = 1}, {0b01000000})).bitmap;
