@@ -25,8 +25,10 @@ std::string FileNotice(const Image* Picture) {
   const std::int32_t Others = Picture->Pages() - 1;
   if (Others < 1) return Text;
   if (!Text.empty()) Text += ' ';
-  return Text + "The file has " + ToText(Picture->Pages()) +
-         " pages, of which you see the first. Saving over it would lose the other" +
+  Text += Picture->Format() == format::kGif
+              ? "The file is an animation of " + ToText(Picture->Pages()) + " frames"
+              : "The file has " + ToText(Picture->Pages()) + " pages";
+  return Text + ", of which you see the first. Saving over it would lose the other" +
          (Others == 1 ? " one." : "s.");
 }
 

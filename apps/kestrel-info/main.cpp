@@ -26,7 +26,10 @@ std::string describe(const engine::Decoded& decoded) {
   line += stored.hasAlpha ? ", alpha" : ", no alpha";
   line += ", " + (stored.profile.empty() ? "no profile" : "profile \"" + stored.profile + "\"");
   line += ", orientation " + std::to_string(stored.orientation);
-  if (stored.pages > 1) line += ", first of " + std::to_string(stored.pages) + " pages";
+  if (stored.pages > 1) {
+    line += ", first of " + std::to_string(stored.pages);
+    line += decoded.format == engine::format::kGif ? " frames" : " pages";
+  }
   if (!decoded.notice.empty()) line += ", notice: " + decoded.notice;
   return line;
 }

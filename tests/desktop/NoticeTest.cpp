@@ -16,6 +16,7 @@
 #include <cmath>
 #include <fstream>
 
+#include "../contract/PagedBytes.h"
 #include "../contract/TiffBytes.h"
 #include "EditorBench.h"
 #include "Themes.h"
@@ -62,6 +63,21 @@ class NoticeOnTheDesktop : public testing::Test {
   EditorBench bench;
   QTemporaryDir folder;
 };
+
+TEST_F(NoticeOnTheDesktop, SaysWhatAFileHoldsBesidesThePicture) {
+  const std::pair<const char*, std::pair<std::string, const char*>> files[] = {
+      {"blink.gif", {animatedGif(3), "The file is an animation of 3 frames, of which you see the first."}},
+      {"fax.dcx", {grayDcx(3), "The file has 3 pages, of which you see the first."}},
+      {"long.emf", {emptyDrawing(40000, 10), "The drawing is too large at its natural size of 40000 x 10"}},
+  };
+  for (const auto& [name, file] : files) {
+    write(path(name), file.first);
+    open(path(name));
+    EXPECT_TRUE(strip().isVisible()) << name;
+    EXPECT_TRUE(text().text().startsWith(QLatin1String(file.second))) << text().text().toStdString();
+    EXPECT_EQ(button().isVisible(), bench.editor().Image()->Pages() > 1) << name;
+  }
+}
 
 TEST_F(NoticeOnTheDesktop, IsShownForATruncatedFile) {
   const std::pair<std::string, std::string> files[] = {

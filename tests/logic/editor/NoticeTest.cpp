@@ -1,5 +1,6 @@
 // What the user is told, in the strip over the picture, of the file that he opened.
 
+#include "../../contract/PagedBytes.h"
 #include "../../contract/TiffBytes.h"
 #include "EditorTest.h"
 #include "imaging/contract/controls/CommandButton.h"
@@ -208,6 +209,45 @@ TEST_P(EditorNotice, OfTwoPagesOneWouldBeLost) {
   startWithPages(2);
   EXPECT_EQ(view().Notice(),
             "The file has 2 pages, of which you see the first. Saving over it would lose the other one.");
+}
+
+TEST_P(EditorNotice, AnAnimationHasFramesAndNoPages) {
+  start();
+  write(path("blink.gif"), animatedGif(3));
+  ASSERT_TRUE(editor().OpenImage(path("blink.gif")));
+  EXPECT_EQ(view().Notice(),
+            "The file is an animation of 3 frames, of which you see the first. Saving over it would lose the "
+            "others.");
+  EXPECT_EQ(view().noticeButton(), command("btnFileSaveAs").Caption());
+  write(path("two.gif"), animatedGif(2));
+  ASSERT_TRUE(editor().OpenImage(path("two.gif")));
+  EXPECT_EQ(view().Notice(),
+            "The file is an animation of 2 frames, of which you see the first. Saving over it would lose the "
+            "other one.");
+  write(path("still.gif"), animatedGif(1));
+  ASSERT_TRUE(editor().OpenImage(path("still.gif")));
+  EXPECT_EQ(view().Notice(), "");
+}
+
+TEST_P(EditorNotice, AFaxHasPages) {
+  start();
+  write(path("fax.dcx"), grayDcx(3));
+  ASSERT_TRUE(editor().OpenImage(path("fax.dcx")));
+  EXPECT_EQ(view().Notice(), kThreePages);
+  EXPECT_EQ(editor().Image()->Width(), 2);
+  EXPECT_EQ(editor().Image()->Pages(), 3);
+}
+
+TEST_P(EditorNotice, ADrawingThatIsTooLargeSaysAtWhatSizeItWasOpened) {
+  start();
+  write(path("long.emf"), emptyDrawing(40000, 10));
+  ASSERT_TRUE(editor().OpenImage(path("long.emf")));
+  EXPECT_EQ(view().Notice(),
+            "The drawing is too large at its natural size of 40000 x 10 pixels: it was opened at 32000 x 8 "
+            "pixels.");
+  EXPECT_EQ(view().noticeButton(), "") << "nothing would be lost";
+  EXPECT_EQ(editor().Image()->Width(), 32000);
+  EXPECT_EQ(editor().Image()->Height(), 8);
 }
 
 TEST_P(EditorNotice, DamageAndPagesAreToldTogether) {
