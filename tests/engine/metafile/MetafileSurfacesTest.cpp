@@ -26,7 +26,7 @@ std::vector<Pixel> along(const Bitmap& bitmap, double x1, double y1, double x2, 
 }
 
 TEST(MetafileSurfaces, PolygonsWithoutOutlinesMeetWithoutASeam) {
-  // Two triangles with the edge from 36, 3 to 4, 27 in common, told in either direction.
+  // Two triangles with the edge from 36, 3 to 4, 27 in common, the second in either order of corners.
   for (const bool turned : {false, true}) {
     Emf emf;
     emf.noPen().brush(kRedColor);
