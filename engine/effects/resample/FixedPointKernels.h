@@ -1,9 +1,9 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 
 #include "FixedPointTable.h"
+#include "RowPairs.h"
 #include "engine/effects/rows/FilterTable.h"
 #include "engine/pixels/Bitmap.h"
 
@@ -13,22 +13,6 @@
 /// Pixels are premultiplied in between. All four channels are scaled to 0 to 65025: red, green and blue times
 /// alpha, and alpha times 255.
 namespace kestrel::engine {
-
-/// Output rows per group.
-inline constexpr std::int32_t kGroupRows = 8;
-/// Pixels are processed in blocks of this many: 64 bytes.
-inline constexpr std::int32_t kGroupBlock = 16;
-
-/// Premultiplied pixels of pairs of rows, paired as in FixedPointTable: 16-bit numbers minus 32768, eight per
-/// pixel of a pair. Their order within a block depends on the vector target. Memory for one more pair is
-/// required, since pairs are summed two at a time.
-struct RowPairs {
-  std::int16_t* data = nullptr;
-  std::size_t stride = 0;   ///< numbers from one pair to the next
-  std::int32_t first = 0;   ///< the first pair held
-  std::int32_t count = 0;   ///< pairs held
-  std::int32_t pixels = 0;  ///< a multiple of kGroupBlock
-};
 
 /// Premultiplies `pairs.pixels` pixels per row of the picture, from column `x` on, a multiple of kGroupBlock,
 /// into `pairs`; may read the padding of the picture's rows. `lead` is the table's. A first or last row whose

@@ -6,7 +6,10 @@
 #include <cstdint>
 #include <cstring>
 
-#include "engine/effects/resample/FixedPointKernels.h"
+#include "engine/effects/resample/FixedPointTable.h"
+#include "engine/effects/resample/RowPairs.h"
+#include "engine/effects/rows/FilterTable.h"
+#include "engine/pixels/Bitmap.h"
 
 /// Scalar reference of the vector kernels in FixedPointKernels.cpp; FixedPointKernels.h describes the
 /// layouts.
