@@ -66,9 +66,7 @@ bool printInfo(const std::string& file, PngFolder* pngs) {
   return done;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int run(int argc, char** argv) {
   CLI::App app("Prints format, size, depth, alpha, color profile and orientation of picture files.");
   std::vector<std::string> files;
   std::string folder;
@@ -82,4 +80,15 @@ int main(int argc, char** argv) {
   for (const std::string& file : files)
     allDone = printInfo(file, folder.empty() ? nullptr : &pngs) && allDone;
   return allDone ? 0 : 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return run(argc, argv);
+  } catch (...) {
+    std::fprintf(stderr, "kestrel-info: %s\n", DescribeCurrentError().Description.c_str());
+    return 1;
+  }
 }
