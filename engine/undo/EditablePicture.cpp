@@ -135,10 +135,10 @@ void Painting::putBack() noexcept {
     std::swap(picture_.state_, *whole);
     return;
   }
-  auto& tiles = std::get<KeptTiles>(before_);
-  if (tiles.empty()) return;
+  auto* const tiles = std::get_if<KeptTiles>(&before_);
+  if (tiles == nullptr || tiles->empty()) return;
   try {
-    tiles.exchangeWith(pixels());
+    tiles->exchangeWith(pixels());
   } catch (const std::exception&) {
     // The bitmap was shared meanwhile and there is no memory for a copy: the drawing stays.
   }

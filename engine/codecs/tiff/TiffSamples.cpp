@@ -1,6 +1,7 @@
 #include "TiffSamples.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <cstring>
 
@@ -38,6 +39,7 @@ std::uint8_t scale(std::uint32_t value, std::uint32_t bits) {
 void unpackBits(const std::uint8_t* packed, std::size_t count, const SampleFormat& format,
                 std::uint8_t* samples) {
   const std::uint32_t bits = format.bits;
+  assert(bits >= 1 && bits <= 16);  // as canUnpack demands
   const std::uint32_t mask = (std::uint32_t{1} << bits) - 1;
   const std::uint32_t flip = format.kind == Kind::signedNumber ? std::uint32_t{1} << (bits - 1) : 0;
   std::uint32_t window = 0, held = 0;
