@@ -20,9 +20,9 @@ Throw nextThrow() {
 
 }  // namespace
 
-extern "C" [[gnu::weak, gnu::visibility("default"), noreturn]] void __cxa_throw(void* object,
-                                                                                std::type_info* type,
-                                                                                void (*destroy)(void*)) {
+extern "C" [[gnu::weak, gnu::visibility("default"), gnu::noreturn]] void __cxa_throw(void* object,
+                                                                                     std::type_info* type,
+                                                                                     void (*destroy)(void*)) {
   kestrel::ThrowRecord::Note(object);
   nextThrow()(object, type, destroy);
   std::terminate();

@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QWindow>
-#include <ranges>
 
 #include "platform/qt/core/Handles.h"
 #include "platform/qt/site/SiteWidget.h"
@@ -44,7 +43,8 @@ int execModal(QDialog& dialog, OpenCalls& calls) {
 
 void closeWindowsOf(const QWidget& widget) {
   const auto below = widget.findChildren<QWidget*>();
-  for (QWidget* child : std::views::reverse(below)) {
+  for (auto last = below.crbegin(); last != below.crend(); ++last) {
+    QWidget* const child = *last;
     if (!child->isWindow() || !child->isVisible()) continue;
     if (auto* const dialog = qobject_cast<QDialog*>(child)) {
       dialog->reject();
