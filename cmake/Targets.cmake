@@ -6,6 +6,8 @@ set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+# What the toolkit's compilers read is not generated, so they need not wait for the libraries that a target links.
+set(CMAKE_AUTOGEN_ORIGIN_DEPENDS OFF)
 
 option(KESTREL_FUZZ "Build the fuzz targets (needs clang)" OFF)
 set(KESTREL_SANITIZE "" CACHE STRING "Sanitizers to build with: address,undefined or thread")
@@ -57,32 +59,6 @@ function(kestrel_forward_headers root)
   endforeach()
 endfunction()
 
-# Compiles each header of the folder by itself, as part of the target kestrel_header_check.
-function(kestrel_check_headers target)
-  file(GLOB headers RELATIVE ${CMAKE_CURRENT_SOURCE_DIR} CONFIGURE_DEPENDS
-    ${CMAKE_CURRENT_SOURCE_DIR}/*.h ${CMAKE_CURRENT_SOURCE_DIR}/controls/*.h)
-  set(units)
-  foreach(header IN LISTS headers)
-    set(unit ${CMAKE_CURRENT_BINARY_DIR}/header-check/${target}/${header}.cpp)
-    file(CONFIGURE OUTPUT ${unit} CONTENT "#include \"${CMAKE_CURRENT_SOURCE_DIR}/${header}\"\n")
-    list(APPEND units ${unit})
-  endforeach()
-  if(units)
-    add_library(${target}_header_check OBJECT EXCLUDE_FROM_ALL ${units})
-    target_link_libraries(${target}_header_check PRIVATE ${target} kestrel_options)
-    # Internal headers of a folder may include what only its sources use.
-    get_target_property(type ${target} TYPE)
-    if(NOT type STREQUAL INTERFACE_LIBRARY)
-      target_include_directories(${target}_header_check SYSTEM PRIVATE
-        $<TARGET_PROPERTY:${target},INCLUDE_DIRECTORIES>)
-    endif()
-    if(NOT TARGET kestrel_header_check)
-      add_custom_target(kestrel_header_check)
-    endif()
-    add_dependencies(kestrel_header_check ${target}_header_check)
-  endif()
-endfunction()
-
 # kestrel_library(name [SOURCES file...] [DEPENDS target...] [PRIVATE target...])
 # One folder, one target. DEPENDS are the folders whose headers this folder's headers name;
 # PRIVATE are those that only its sources use. Without SOURCES it is a folder of headers.
@@ -97,7 +73,6 @@ function(kestrel_library target)
     kestrel_expose(${target} INTERFACE)
     target_link_libraries(${target} INTERFACE ${arg_DEPENDS})
   endif()
-  kestrel_check_headers(${target})
 endfunction()
 
 # kestrel_test(name LABEL folder SOURCES file... [DEPENDS target...])
