@@ -85,15 +85,36 @@ function(kestrel_library target)
   endif()
 endfunction()
 
-# kestrel_test(name LABEL folder SOURCES file... [DEPENDS target...])
-# One GoogleTest program, run by CTest as one test under the folder's label.
+# kestrel_tests(LABEL target...): what the tests of a label run, as one target to build, kestrel_tests_LABEL.
+function(kestrel_tests label)
+  if(NOT TARGET kestrel_tests_${label})
+    add_custom_target(kestrel_tests_${label})
+  endif()
+  add_dependencies(kestrel_tests_${label} ${ARGN})
+endfunction()
+
+# kestrel_test(name LABEL folder [THREADS] SOURCES file... [DEPENDS target...])
+# One GoogleTest program, run by CTest as one test under the folder's label. THREADS: its subject uses several
+# threads, so it runs under the thread sanitizer too.
 function(kestrel_test target)
-  cmake_parse_arguments(arg "" "LABEL" "SOURCES;DEPENDS" ${ARGN})
+  cmake_parse_arguments(arg "THREADS" "LABEL" "SOURCES;DEPENDS" ${ARGN})
   add_executable(${target} ${arg_SOURCES})
   target_link_libraries(${target} PRIVATE
     ${arg_DEPENDS} kestrel_vector_target GTest::gtest GTest::gmock GTest::gtest_main kestrel_options)
+  if(KESTREL_SANITIZE)
+    # Halves the time to compile them; what they test stays optimised.
+    target_compile_options(${target} PRIVATE -O0)
+  endif()
   add_test(NAME ${target} COMMAND ${target})
-  set_tests_properties(${target} PROPERTIES LABELS ${arg_LABEL} TIMEOUT 600)
+
+  set(labels ${arg_LABEL})
+  if(arg_THREADS)
+    list(APPEND labels threads)
+  endif()
+  set_tests_properties(${target} PROPERTIES LABELS "${labels}" TIMEOUT 600)
+  foreach(label IN LISTS labels)
+    kestrel_tests(${label} ${target})
+  endforeach()
 endfunction()
 
 # kestrel_fuzzer(name CORPUS folder SOURCES file... [DEPENDS target...] [DEFINITIONS definition...] [LONGEST bytes])
