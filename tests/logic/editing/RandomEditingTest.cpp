@@ -364,7 +364,7 @@ TEST_P(RandomEditing, TenThousandActionsEndWithThePictureOfAnIndependentReplay) 
     perform(requests.back().request);
     requests.back().picture = fingerprint(shown());
     expectScreenUpToDate("after the action");
-    if (HasFailure()) FAIL() << "number " << i << ", " << requests.back().request.words();
+    if (HasFailure()) FAIL() << "number " << i << ", " << requests.back().request.text();
     log().clear();
   }
   const engine::Bitmap ended = shown();
