@@ -74,6 +74,17 @@ engine::Bitmap ImageView::painted() {
   return bitmap;
 }
 
+void ImageView::invalidate(const Rectangle& area) {
+  // Nobody may ever look at the screen, so the list must not grow.
+  constexpr std::size_t kMostAreas = 64;
+  const bool whole = area.Width >= Width() && area.Height >= Height();
+  if (whole || invalid_.size() == kMostAreas) {
+    invalid_ = {{0, 0, Width(), Height()}};
+  } else {
+    invalid_.push_back(area);
+  }
+}
+
 const engine::Bitmap& ImageView::screen() {
   if (!screen_.empty()) {
     for (const Rectangle& area : std::exchange(invalid_, {})) paintOn(screen_, area);

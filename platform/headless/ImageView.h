@@ -48,7 +48,7 @@ class ImageView : public WindowOf<engine::View> {
   void paintOn(engine::Bitmap& target, const Rectangle& area);
   void pointAt(Point position);
 
-  void invalidate(const Rectangle& area) override { invalid_.push_back(area); }
+  void invalidate(const Rectangle& area) override;
   void repaint() override;
   void showCursor(engine::ViewCursor cursor) override { cursor_ = cursor; }
   void scrollRangesChanged() override {}
