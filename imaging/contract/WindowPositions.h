@@ -22,9 +22,9 @@ class WindowPositions {
   virtual void RegistryKey(const std::string& value) = 0;
 
   /// Restores a window's client area, moved and shrunk as needed to fit on an existing screen, including the
-  /// title bar once the frame is known, and its maximized state. An invalid stored position counts as none, and
-  /// so does its state. An empty `Name` means the form's own name. A window without a stored position is placed
-  /// by `Placement`, no larger than the screen; `Screen` is the screen for it, 0 the first.
+  /// title bar once the frame is known, and its maximized state. An invalid stored position counts as none,
+  /// and so does its state. An empty `Name` means the form's own name. A window without a stored position is
+  /// placed by `Placement`, no larger than the screen; `Screen` is the screen for it, 0 the first.
   virtual void LoadPosition(Form& form, const std::string& Name, std::int32_t Placement = kPlaceAsIs,
                             std::int32_t Screen = 0) = 0;
 

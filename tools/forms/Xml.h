@@ -8,8 +8,8 @@
 
 namespace kestrel::tools {
 
-/// One element of an XML document, UTF-8. Its text is all text before, between and after its children, with entities
-/// replaced.
+/// One element of an XML document, UTF-8. Its text is all text before, between and after its children, with
+/// entities replaced.
 struct XmlElement {
   std::string name;
   std::map<std::string, std::string> attributes;

@@ -10,10 +10,10 @@ namespace kestrel::qt {
 
 class RetiredEditors;
 
-/// The component inside a host program. A host creates one on its main thread, after its application object and
-/// before any editor, and keeps it until after the last editor. All Component objects share one state. The
-/// desktop's platform and the shared services are created with the first component and end with the host's
-/// application object.
+/// The component inside a host program. A host creates one on its main thread, after its application object
+/// and before any editor, and keeps it until after the last editor. All Component objects share one state.
+/// The desktop's platform and the shared services are created with the first component and end with the
+/// host's application object.
 class Component {
  public:
   Component();

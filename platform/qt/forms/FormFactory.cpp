@@ -16,9 +16,7 @@ void setUp(FormWindow& window) {
 
 std::unique_ptr<FormWindow> buildForm(const std::string& name) {
 #define KESTREL_FORM(name) {#name, &setUp<Ui::name>},
-  static const std::map<std::string, void (*)(FormWindow&)> kForms = {
-      KESTREL_FORMS(KESTREL_FORM)
-  };
+  static const std::map<std::string, void (*)(FormWindow&)> kForms = {KESTREL_FORMS(KESTREL_FORM)};
 #undef KESTREL_FORM
   const auto form = kForms.find(name);
   if (form == kForms.end()) return nullptr;

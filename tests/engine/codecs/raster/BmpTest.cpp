@@ -168,8 +168,7 @@ TEST(Bmp, ReadsItsResolution) {
 TEST(Bmp, ATruncatedFileShowsTheLowerRowsThatItHolds) {
   const auto whole = encode(test::noise(10, 20, true), {}, format::kBmp);
   const Decoded decoded = decode(Bytes(whole).first(54 + 32 * 5 + 3));
-  EXPECT_EQ(decoded.notice,
-            "The file is damaged or truncated: only the lower 5 of 20 rows could be read.");
+  EXPECT_EQ(decoded.notice, "The file is damaged or truncated: only the lower 5 of 20 rows could be read.");
   const Bitmap all = test::noise(10, 20, true);
   EXPECT_EQ(decoded.bitmap.at(3, 19), all.at(3, 19));
   EXPECT_EQ(decoded.bitmap.at(3, 15), all.at(3, 15));
