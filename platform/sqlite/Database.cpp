@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "base/RuntimeError.h"
+#include "platform/os/Paths.h"
 
 namespace kestrel::sqlite {
 namespace {
@@ -79,13 +80,13 @@ sqlite3* openConnection(const std::string& name, int flags) {
 sqlite3* open(const std::filesystem::path& file) {
   std::error_code ignored;  // the open below fails again and reports the error
   if (file.has_parent_path()) std::filesystem::create_directories(file.parent_path(), ignored);
-  return openConnection(file.string(), SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+  return openConnection(os::textOf(file), SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
 }
 
 /// Opens the file as immutable, which needs no lock files in its folder.
 sqlite3* openSnapshot(const std::filesystem::path& file) {
   std::string uri = "file:";
-  for (const char c : std::filesystem::absolute(file).string()) {
+  for (const char c : os::textOf(std::filesystem::absolute(file))) {
     if (c == '?' || c == '#' || c == '%') {
       constexpr char kDigits[] = "0123456789ABCDEF";
       uri += {'%', kDigits[c >> 4], kDigits[c & 0xF]};
@@ -101,7 +102,7 @@ sqlite3* openSnapshot(const std::filesystem::path& file) {
 bool allowsSnapshot(const std::filesystem::path& file, int result) {
   if ((result & 0xFF) != SQLITE_READONLY && (result & 0xFF) != SQLITE_CANTOPEN) return false;
   std::error_code missing;
-  const std::uintmax_t unmerged = std::filesystem::file_size(file.string() + "-wal", missing);
+  const std::uintmax_t unmerged = std::filesystem::file_size(os::pathOf(os::textOf(file) + "-wal"), missing);
   return missing || unmerged == 0;
 }
 
