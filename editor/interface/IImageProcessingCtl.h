@@ -34,14 +34,14 @@ class frmZoom;
 class IImageProcessingCtl : public Object, public ImageProcessingCtlEvents {
  public:
   // -- Life -----------------------------------------------------------------------------------------------
-  /// Completes the start-up; at design time the view's zoom is set and nothing else.
+  /// Completes the start-up; at design time only sets the view's zoom.
   virtual void Initialize() = 0;
-  /// Closes the dock windows and lets go of all windows and of the sink. A host may call it early; a second
-  /// call does no harm.
+  /// Closes the dock windows and releases all windows and the sink. A host may call it early; further calls
+  /// do nothing.
   virtual void Terminate() = 0;
 
   // -- Switches of the host ---------------------------------------------------------------------------
-  /// Hot keys without Ctrl or Alt stay active. Those taken away while it is False do not come back.
+  /// Hot keys without Ctrl or Alt stay active. Those removed while it is False are not restored.
   virtual bool AllowUnmodifiedHotKeys() const = 0;
   virtual void AllowUnmodifiedHotKeys(bool Value) = 0;
   /// Only a subset of the tools is shown.
@@ -54,7 +54,7 @@ class IImageProcessingCtl : public Object, public ImageProcessingCtlEvents {
   virtual void UseSimpleSave(bool Value) = 0;
   virtual bool ShowClose() const = 0;
   virtual void ShowClose(bool Value) = 0;
-  /// Also switches `ShowMRU`.
+  /// Also sets `ShowMRU`.
   virtual bool ShowOpen() const = 0;
   virtual void ShowOpen(bool Value) = 0;
   virtual bool ShowMRU() const = 0;
@@ -73,20 +73,20 @@ class IImageProcessingCtl : public Object, public ImageProcessingCtlEvents {
   virtual void BackColor(OLE_COLOR Value) = 0;
   virtual OLE_COLOR ForeColor() const = 0;
   virtual void ForeColor(OLE_COLOR Value) = 0;
-  /// Something was edited since the picture was set. Becoming True raises `Change`.
+  /// The picture was edited since it was set. Becoming True raises `Change`.
   virtual bool Changed() const = 0;
   virtual void Changed(bool Value) = 0;
   /// The format code of the open file. Setting it changes the extension of `Filename`; the picture and the
-  /// format it is saved in stay.
+  /// format of the next save are unchanged.
   virtual std::int32_t Format() const = 0;
   virtual void Format(std::int32_t Value) = 0;
   /// The picture as an ordinary picture object; null while there is none. Setting it keeps `Filename`.
   virtual PicturePtr Picture() = 0;
   virtual void Picture(const PicturePtr& Value) = 0;
-  /// The host's sink, which is not kept alive.
+  /// The host's sink, a weak reference.
   virtual std::shared_ptr<IImageEvents> EventSink() const = 0;
   virtual void EventSink(const std::shared_ptr<IImageEvents>& Value) = 0;
-  /// Choosing another tool drops the selection and raises `ToolChange`.
+  /// Selecting another tool clears the selection and raises `ToolChange`.
   virtual ImageProcessingToolConstants Tool() const = 0;
   virtual void Tool(ImageProcessingToolConstants Value) = 0;
 
@@ -108,25 +108,25 @@ class IImageProcessingCtl : public Object, public ImageProcessingCtlEvents {
 
   // -- Files ----------------------------------------------------------------------------------------------
   /// Opens a file. Without a name the host is asked for one, by event and sink, and then the user by dialog.
-  /// True if a picture was opened. Unsaved changes are not asked about.
+  /// True if a picture was opened. Does not ask about unsaved changes.
   virtual bool OpenImage(std::string Filename = {}) = 0;
-  /// Saves under the name it has.
+  /// Saves under the current name.
   virtual bool SaveImage() = 0;
   virtual bool SaveImageAs(const std::string& Filename = {}) = 0;
-  /// Asks the user about unsaved changes. True means that the caller may go on.
+  /// Asks the user about unsaved changes. True if the caller may continue.
   virtual bool SaveChanges() = 0;
 
   // -- Commands and status --------------------------------------------------------------------------------
-  /// Enables, or disables, the commands that need a picture. Undo and Redo are enabled only while there is a
-  /// step to take, commands that must wait for the end of an open paste or crop only after it, and commands
-  /// whose dialog is missing never.
+  /// Enables or disables the commands that need a picture. Undo and Redo are enabled only if there is a step,
+  /// commands that must wait for the end of an open paste or crop only after it, and commands without a
+  /// dialog never.
   virtual void SetControls(const bool& Enabled) = 0;
-  /// Shows a message in the status line. With `ChangeCursor` a text begins a busy phase, an empty one ends
+  /// Shows a message in the status line. With `ChangeCursor` a text begins a busy phase and an empty one ends
   /// it.
   virtual void Status(const std::string& Message = {}, bool ChangeCursor = false,
                       bool UpdateAsDefault = false) = 0;
   virtual void SetToolbarStyle(std::int32_t Style) = 0;
-  /// Brings the settings to the surface.
+  /// Applies the settings to the user interface.
   virtual void ApplyOptions() = 0;
 
   // -- Selection ------------------------------------------------------------------------------------------
@@ -135,18 +135,18 @@ class IImageProcessingCtl : public Object, public ImageProcessingCtlEvents {
   virtual void SelectAll() = 0;
   virtual void ResetSelection() = 0;
   virtual void Copy(bool UseSelection = false) = 0;
-  /// Copies and fills what was copied with the drawing color; without a selection, as far as the view
-  /// reaches.
+  /// Copies the selection, or the picture without one, and fills the copied area with the drawing color.
+  /// Without a selection the filled area has the size of the view.
   virtual void Cut(bool UseSelection = false) = 0;
   /// Commits the floating image of an open paste; does nothing without one.
   virtual void Paste() = 0;
-  /// Gives up an open paste and an open crop.
+  /// Cancels an open paste and an open crop.
   virtual void Cancel() = 0;
-  /// Raises the engine's error if nothing of the picture is left.
+  /// Raises the engine's error if the result is empty.
   virtual void CropToSelection() = 0;
 
   // -- Operations; the engine's errors go to the caller ---------------------------------------------------
-  /// Height 0 keeps the proportion. The methods are those of `Effects::Resize`.
+  /// Height 0 keeps the aspect ratio. The methods are those of `Effects::Resize`.
   virtual void Resize(std::int32_t Width, std::int32_t Height = 0, std::int32_t ResampleMethod = 0) = 0;
   virtual void ResizeCanvas(std::int32_t Width, std::int32_t Height, std::int32_t OffsetX = 0,
                             std::int32_t OffsetY = 0, OLE_COLOR BackColor = ipUseDefault) = 0;
@@ -155,15 +155,15 @@ class IImageProcessingCtl : public Object, public ImageProcessingCtlEvents {
   virtual void FlipHorizontally(bool ApplyToSelection = false) = 0;
   virtual void FlipVertically(bool ApplyToSelection = false) = 0;
   virtual void ApplyGrayScale(bool ApplyToSelection = false) = 0;
-  /// Asks for an angle and rotates, the selection if there is one. Returns the clockwise angle, 0 if refused.
+  /// Asks for an angle and rotates selection or picture. Returns the clockwise angle, 0 if canceled.
   virtual std::int32_t ShowRotateDialog() = 0;
   virtual void FlattenAlpha(OLE_COLOR Color = ipUseDefault) = 0;
   /// Raises 6 for an opacity beyond a byte.
   virtual void ApplyDropShadow(std::int32_t OffsetX = ipUseDefault, std::int32_t OffsetY = ipUseDefault,
                                OLE_COLOR ShadowColor = ipUseDefault, std::int32_t Opactity = ipUseDefault,
                                std::int32_t BlurLevel = ipUseDefault, bool ApplyToSelection = false) = 0;
-  /// A shadow along the outline of what is not of the mask color. Works on any valid selection, whatever
-  /// `ApplyToSelection` says. A failure leaves picture, steps and `Changed` as they were.
+  /// Adds a shadow of the pixels that do not have the mask color. Works on any valid selection, regardless of
+  /// `ApplyToSelection`. A failure leaves picture, steps and `Changed` as they were.
   virtual void ApplyMaskedDropShadow(std::int32_t OffsetX = ipUseDefault, std::int32_t OffsetY = ipUseDefault,
                                      OLE_COLOR ShadowColor = ipUseDefault,
                                      std::int32_t Opactity = ipUseDefault,
@@ -174,26 +174,26 @@ class IImageProcessingCtl : public Object, public ImageProcessingCtlEvents {
   // -- Undo and zoom --------------------------------------------------------------------------------------
   virtual void Undo() = 0;
   virtual void Redo() = 0;
-  /// By 0.1 below actual size and by 1 above it. There are no bounds of their own.
+  /// Step 0.1 below actual size and 1 above it. Not limited.
   virtual void ZoomIn() = 0;
   virtual void ZoomOut() = 0;
   virtual void ZoomActualSize() = 0;
 
   // -- Thumbnails -----------------------------------------------------------------------------------------
-  /// A reduced copy of the picture on a background, as percentage of its width. -1 takes the option.
+  /// A reduced copy on a background; `Size` is in percent of the picture's width. -1: the option's value.
   virtual PicturePtr GetThumbnail(std::int32_t Size = ipUseDefault, OLE_COLOR BackColor = ipUseDefault,
                                   bool AddDropShadow = false, std::int32_t OffsetX = ipUseDefault,
                                   std::int32_t OffsetY = ipUseDefault, OLE_COLOR ShadowColor = ipUseDefault,
                                   std::int32_t Opacity = ipUseDefault,
                                   std::int32_t BlurLevel = ipUseDefault) = 0;
-  /// The same with a choice of unit. Raises 6 for an opacity beyond a byte, and the engine's errors.
+  /// The same with a choice of the size's unit. Raises 6 for an opacity beyond a byte, and engine errors.
   virtual PicturePtr GetThumbnailEx(ThumbnailSizeTypeEnum& SizeType, std::int32_t Size = ipUseDefault,
                                     OLE_COLOR BackColor = ipUseDefault, bool AddDropShadow = false,
                                     std::int32_t OffsetX = ipUseDefault, std::int32_t OffsetY = ipUseDefault,
                                     OLE_COLOR ShadowColor = ipUseDefault,
                                     std::int32_t Opactity = ipUseDefault,
                                     std::int32_t BlurLevel = ipUseDefault) = 0;
-  /// Writes a thumbnail by the options; true if the file was written.
+  /// Writes a thumbnail according to the options; true if the file was written.
   virtual bool SaveImageThumbnail(std::string Filename) = 0;
 };
 

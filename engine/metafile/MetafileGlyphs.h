@@ -20,7 +20,7 @@ std::string signLetter(SignFace face, std::uint32_t code);
 /// each as UTF-8. An empty one holds the place of a further byte.
 std::vector<std::string> lettersOf(Bytes text, const Font& font);
 
-/// Characters of a UTF-16 text. An empty string stands for the second half of a surrogate pair.
+/// Characters of a UTF-16 text. An empty string marks the second half of a surrogate pair.
 std::vector<std::string> lettersOf(const std::vector<std::uint16_t>& text, const Font& font);
 
 /// Characters for glyph indices. An index has no meaning without the font, except in faces that order their

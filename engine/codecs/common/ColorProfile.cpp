@@ -197,7 +197,7 @@ void convertToSrgb(Decoded& decoded, const Colorimetry& colorimetry) {
   decoded.metadata.iccProfile.clear();
   const Colorimetry srgb;
   const auto near = [](double a, double b) { return std::abs(a - b) < 0.005; };
-  // Gamma 2.2 stands for sRGB in such files: it is the power function nearest to the sRGB curve.
+  // Gamma 2.2 means sRGB in such files: it is the power function nearest to the sRGB curve.
   if (std::abs(colorimetry.gamma - srgb.gamma) < 0.05 && near(colorimetry.redX, srgb.redX) &&
       near(colorimetry.redY, srgb.redY) && near(colorimetry.greenX, srgb.greenX) &&
       near(colorimetry.greenY, srgb.greenY) && near(colorimetry.blueX, srgb.blueX) &&

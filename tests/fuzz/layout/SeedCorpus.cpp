@@ -1,4 +1,4 @@
-// Writes the seed blocks of the fuzzer: kestrel-layout-seeds FOLDER
+// Writes the blocks that the fuzzer starts from: kestrel-layout-seeds FOLDER
 
 #include <cstdio>
 #include <fstream>
