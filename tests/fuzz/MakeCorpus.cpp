@@ -9,7 +9,8 @@
 
 #include "engine/codecs/CodecTable.h"
 
-// Writes the inputs that the fuzzers start from: small pictures in every writable format, with and without metadata.
+// Writes the inputs that the fuzzers start from: small pictures in every writable format, with and without
+// metadata.
 
 namespace {
 
