@@ -372,7 +372,7 @@ constexpr const char* kNeedAPicture[] = {"btnFileSave",
 constexpr const char* kAlwaysUsable[] = {
     "btnFileOpen",       "btnFileClose",     "btnFileSimpleSave", "btnViewMaterialsWindow",
     "btnViewZoomWindow", "btnViewStatusBar", "btnHelpContents",   "btnHelpAbout"};
-/// Commands whose dialogs are not implemented yet.
+/// Disabled: the editor has no dialogs for these commands.
 const std::set<std::string> kAwaitingDialogs = {
     "btnFileExport",        "btnEditPasteSpecial", "btnImageResizeCanvas",     "btnImageResize",
     "btnToolsFlattenAlpha", "btnImageDropShadow",  "btnImageShapedDropShadow", "btnToolsOptions"};

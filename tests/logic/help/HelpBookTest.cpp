@@ -94,7 +94,7 @@ const std::map<std::string, std::string> kPageOfCommand = {
     {"btnHelpContents", "keys"},
 };
 
-/// Commands without a page: for hosts only, hidden, or not implemented yet.
+/// Commands without a page: for hosts only, hidden, or disabled for lack of a dialog.
 const std::set<std::string> kWithoutPage = {
     "btnFileSimpleSave",    "btnFileBrowse",
     "btnZoomBestFit",       "btnHelpAbout",
