@@ -2,7 +2,6 @@
 #include "base/Numbers.h"
 #include "base/Required.h"
 #include "diagnostics/Trailer.h"
-#include "dialogs/frmRotate.h"
 #include "imaging/modImgX.h"
 
 // Engine errors propagate from the operations: the caller reports them to the user or the host.
@@ -42,15 +41,6 @@ void ImageProcessingCtl::Rotate(float Angle, OLE_COLOR BackColor, bool ApplyToSe
   const Colour corners = igxImage.Colors().Create(BackColor, 255);
   zBeginOperation(onSection).Effects().Rotate(Angle, &corners, 0, "");
   zEndOperation(onSection);
-}
-
-std::int32_t ImageProcessingCtl::ShowRotateDialog() {
-  frmRotate dialog;
-  dialog.Preview().OriginalPicture(&igxImage);
-  if (!zShowDialog(dialog)) return 0;
-  const std::int32_t angle = ToInt32(Val(dialog.ResultData));
-  Rotate(static_cast<float>(angle), ipUseDefault, zHasSelection());
-  return angle;
 }
 
 void ImageProcessingCtl::FlipHorizontally(bool ApplyToSelection) {

@@ -106,12 +106,14 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   bool SaveImage() override;
   bool SaveImageAs(const std::string& Filename) override;
   bool SaveChanges() override;
+  bool ShowExportDialog() override;
 
   // -- Commands and status --------------------------------------------------------------------------------
   void SetControls(const bool& Enabled) override;
   void Status(const std::string& Message, bool ChangeCursor, bool UpdateAsDefault) override;
   void SetToolbarStyle(std::int32_t Style) override;
   void ApplyOptions() override;
+  bool ShowOptions() override;
 
   // -- Selection ------------------------------------------------------------------------------------------
   void SetSelection(std::int32_t Left, std::int32_t Top, std::int32_t Width, std::int32_t Height) override;
@@ -131,13 +133,20 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   void FlipHorizontally(bool ApplyToSelection) override;
   void FlipVertically(bool ApplyToSelection) override;
   void ApplyGrayScale(bool ApplyToSelection) override;
-  std::int32_t ShowRotateDialog() override;
   void FlattenAlpha(OLE_COLOR Color) override;
   void ApplyDropShadow(std::int32_t OffsetX, std::int32_t OffsetY, OLE_COLOR ShadowColor,
                        std::int32_t Opactity, std::int32_t BlurLevel, bool ApplyToSelection) override;
   void ApplyMaskedDropShadow(std::int32_t OffsetX, std::int32_t OffsetY, OLE_COLOR ShadowColor,
                              std::int32_t Opactity, std::int32_t BlurLevel, OLE_COLOR MaskColor,
                              bool AutomaticMask, bool ApplyToSelection) override;
+
+  // -- Dialogs of operations ------------------------------------------------------------------------------
+  bool ShowResizeDialog() override;
+  bool ShowResizeCanvasDialog() override;
+  bool ShowDropShadowDialog() override;
+  bool ShowMaskedDropShadowDialog() override;
+  bool ShowFlattenAlphaDialog() override;
+  std::int32_t ShowRotateDialog() override;
 
   // -- Undo -----------------------------------------------------------------------------------------------
   void Undo() override;
@@ -156,6 +165,8 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
                             bool AddDropShadow, std::int32_t OffsetX, std::int32_t OffsetY,
                             OLE_COLOR ShadowColor, std::int32_t Opactity, std::int32_t BlurLevel) override;
   bool SaveImageThumbnail(std::string Filename) override;
+  PicturePtr ShowGetThumnailDialog() override;
+  bool SaveImageThumbnailEx(std::string Filename) override;
 
  private:
   struct StoredProperty;
@@ -259,6 +270,7 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   bool zUseSelection() const;
   void zCopySection();
   void zBeginPaste();
+  void zBeginPasteSpecial();
   void zMoveFloatingImage();
   void zKeepFloatingSize();
   void zCancelPaste();

@@ -115,6 +115,8 @@ class IImageProcessingCtl : public Object, public ImageProcessingCtlEvents {
   virtual bool SaveImageAs(const std::string& Filename = {}) = 0;
   /// Asks the user about unsaved changes. True if the caller may continue.
   virtual bool SaveChanges() = 0;
+  /// Lets the user write copies of the picture to other files and formats. True if at least one was written.
+  virtual bool ShowExportDialog() = 0;
 
   // -- Commands and status --------------------------------------------------------------------------------
   /// Enables or disables the commands that need a picture. Undo and Redo are enabled only if there is a step,
@@ -128,6 +130,8 @@ class IImageProcessingCtl : public Object, public ImageProcessingCtlEvents {
   virtual void SetToolbarStyle(std::int32_t Style) = 0;
   /// Applies the settings to the user interface.
   virtual void ApplyOptions() = 0;
+  /// Lets the user edit the settings. True if they were stored; they are applied then.
+  virtual bool ShowOptions() = 0;
 
   // -- Selection ------------------------------------------------------------------------------------------
   /// Switches to the selection tool and shows the rectangle; picture pixels, sizes may be negative.
@@ -155,8 +159,6 @@ class IImageProcessingCtl : public Object, public ImageProcessingCtlEvents {
   virtual void FlipHorizontally(bool ApplyToSelection = false) = 0;
   virtual void FlipVertically(bool ApplyToSelection = false) = 0;
   virtual void ApplyGrayScale(bool ApplyToSelection = false) = 0;
-  /// Asks for an angle and rotates selection or picture. Returns the clockwise angle, 0 if canceled.
-  virtual std::int32_t ShowRotateDialog() = 0;
   virtual void FlattenAlpha(OLE_COLOR Color = ipUseDefault) = 0;
   /// Raises 6 for an opacity beyond a byte.
   virtual void ApplyDropShadow(std::int32_t OffsetX = ipUseDefault, std::int32_t OffsetY = ipUseDefault,
@@ -170,6 +172,15 @@ class IImageProcessingCtl : public Object, public ImageProcessingCtlEvents {
                                      std::int32_t BlurLevel = ipUseDefault,
                                      OLE_COLOR MaskColor = ipUseDefault, bool AutomaticMask = false,
                                      bool ApplyToSelection = false) = 0;
+
+  // -- Dialogs of operations: false if the user cancels, who then has changed nothing ----------------------
+  virtual bool ShowResizeDialog() = 0;
+  virtual bool ShowResizeCanvasDialog() = 0;
+  virtual bool ShowDropShadowDialog() = 0;
+  virtual bool ShowMaskedDropShadowDialog() = 0;
+  virtual bool ShowFlattenAlphaDialog() = 0;
+  /// Asks for an angle and rotates selection or picture. Returns the clockwise angle, 0 if canceled.
+  virtual std::int32_t ShowRotateDialog() = 0;
 
   // -- Undo and zoom --------------------------------------------------------------------------------------
   virtual void Undo() = 0;
@@ -195,6 +206,10 @@ class IImageProcessingCtl : public Object, public ImageProcessingCtlEvents {
                                     std::int32_t BlurLevel = ipUseDefault) = 0;
   /// Writes a thumbnail according to the options; true if the file was written.
   virtual bool SaveImageThumbnail(std::string Filename) = 0;
+  /// Asks the user for the thumbnail's settings and makes it; null if canceled.
+  virtual PicturePtr ShowGetThumnailDialog() = 0;
+  /// Writes the thumbnail of `ShowGetThumnailDialog`; false if canceled.
+  virtual bool SaveImageThumbnailEx(std::string Filename) = 0;
 };
 
 }  // namespace kestrel
