@@ -4,7 +4,6 @@
 #include <functional>
 #include <iostream>
 
-#include "ConsoleBoxes.h"
 #include "Steps.h"
 #include "base/DescribedError.h"
 
@@ -12,11 +11,11 @@ namespace kestrel::app {
 namespace {
 
 /// Runs one step; an error or a message box is a failure.
-bool succeeds(const std::string& what, const int& boxes, const std::function<bool()>& step) {
-  const int before = boxes;
+bool succeeds(const std::string& what, const BoxScript& boxes, const std::function<bool()>& step) {
+  const int before = boxes.unexpected;
   try {
-    if (step() && boxes == before) return true;
-    if (boxes == before) reportFailure(what + " failed.");
+    if (step() && boxes.unexpected == before) return true;
+    if (boxes.unexpected == before) reportFailure(what + " failed.");
   } catch (...) {
     reportFailure(what + " failed: " + DescribeCurrentError().Description);
   }
@@ -25,14 +24,15 @@ bool succeeds(const std::string& what, const int& boxes, const std::function<boo
 
 }  // namespace
 
-bool runScript(const Arguments& arguments, EditorWindow& window, qt::Desktop& desktop, const int& boxes) {
+bool runScript(const Arguments& arguments, EditorWindow& window, qt::Desktop& desktop, BoxScript& boxes) {
   IImageProcessingCtl& editor = window.editor();
   if (!arguments.file.empty() && !succeeds("Opening \"" + arguments.file + "\"", boxes,
                                            [&] { return editor.OpenImage(arguments.file); })) {
     return false;
   }
   for (const std::string& line : arguments.steps) {
-    if (!succeeds("The step \"" + line + "\"", boxes, [&] { return runStep(line, window, desktop); })) {
+    if (!succeeds("The step \"" + line + "\"", boxes,
+                  [&] { return runStep(line, window, desktop, boxes); })) {
       return false;
     }
   }

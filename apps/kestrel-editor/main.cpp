@@ -2,8 +2,8 @@
 #include <memory>
 
 #include "Arguments.h"
-#include "ConsoleBoxes.h"
 #include "Script.h"
+#include "apps/kestrel-editor/script/ScriptBoxes.h"
 #include "apps/kestrel-editor/window/EditorWindow.h"
 #include "base/DescribedError.h"
 #include "base/RuntimeError.h"
@@ -40,10 +40,12 @@ struct Apartment {
   ~Apartment() { modProcessing::Detach(); }
 };
 
-int run(const Arguments& arguments, qt::Desktop& desktop) {
-  int boxes = 0;
+int run(const Arguments& arguments, qt::Desktop& desktop, BoxScript& boxes) {
+  boxes.unattended = arguments.quit;
   qt::DesktopParts parts = partsFor(desktop.programFile());
-  if (arguments.quit) parts.boxes = std::make_unique<ConsoleBoxes>(boxes);
+  parts.wrapBoxes = [&boxes](std::unique_ptr<UserInterface> own) {
+    return std::make_unique<ScriptBoxes>(boxes, std::move(own));
+  };
   const Connection storeTrouble =
       parts.store->Unavailable.Connect([](const RuntimeError& error) { reportFailure(error.Description()); });
   desktop.assemble(std::move(parts));
@@ -67,8 +69,9 @@ int main(int count, char** values) {
     app::Arguments arguments;
     int exitCode = 0;
     if (!app::readArguments(count, values, arguments, exitCode)) return exitCode;
+    app::BoxScript boxes;
     qt::Desktop desktop(count, values, "kestrel-editor");
-    return app::run(arguments, desktop);
+    return app::run(arguments, desktop, boxes);
   } catch (...) {
     const DescribedError error = DescribeCurrentError();
     if (error.Number != err::kReported) app::reportFailure(error.Description);

@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "ApplicationIcon.h"
+#include "OpenedDialog.h"
 #include "QtPlatform.h"
 #include "base/RuntimeError.h"
 #include "platform/qt/core/Guard.h"
@@ -168,6 +169,10 @@ bool Desktop::saveOpenedWindow(const std::function<void()>& open, const std::str
   open();
   while (!done && patience.elapsed() < kPatienceMilliseconds) settle();
   return saved;
+}
+
+bool Desktop::useOpenedDialog(const std::function<void()>& open, const std::function<void(Form&)>& use) {
+  return OpenedDialog(use).during(open);
 }
 
 void Desktop::movePointer(const Control& control, Point to) {

@@ -38,6 +38,10 @@ class Desktop {
   /// Runs `open`, writes a screenshot of the window that it opens (a modal dialog or a window that stays),
   /// and closes that window; false if no window appeared or the file could not be written.
   bool saveOpenedWindow(const std::function<void()>& open, const std::string& filename);
+  /// Runs `open`, and `use` with the form of the modal dialog that it opens, once that has appeared. A dialog
+  /// that is still open afterwards is canceled. Any other modal window is closed as by Escape. False if no
+  /// form opened. Errors of `use` are raised again.
+  bool useOpenedDialog(const std::function<void()>& open, const std::function<void(Form&)>& use);
 
   /// Moves the pointer to a position of the control, or drags it along the path with the left button; a path
   /// of one point is a click. Positions are relative to the control.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -17,8 +18,8 @@ struct DesktopParts {
   std::unique_ptr<kestrel::RegistryStore> store;
   std::unique_ptr<kestrel::ObjectFactory> objectFactory;
   std::unique_ptr<kestrel::StackResolver> stackResolver;
-  /// The message boxes; null for those of the desktop.
-  std::unique_ptr<kestrel::UserInterface> boxes;
+  /// Makes the message boxes of the program from those of the desktop; empty for the latter.
+  std::function<std::unique_ptr<kestrel::UserInterface>(std::unique_ptr<kestrel::UserInterface>)> wrapBoxes;
   /// Contains one folder of pages per help book.
   std::string helpFolder;
 };

@@ -23,19 +23,21 @@ namespace {
 /// Pixel buffers unused for this time are returned to the system.
 constexpr std::chrono::seconds kIdleBeforeRelease(5);
 
-DesktopParts withBoxes(DesktopParts parts, OpenCalls& calls) {
-  if (!parts.boxes) parts.boxes = std::make_unique<QtUserInterface>(parts.version.title, calls);
-  return parts;
+std::unique_ptr<UserInterface> boxesFor(const DesktopParts& parts, OpenCalls& calls) {
+  auto own = std::make_unique<QtUserInterface>(parts.version.title, calls);
+  if (!parts.wrapBoxes) return own;
+  return parts.wrapBoxes(std::move(own));
 }
 
 }  // namespace
 
 QtPlatform::QtPlatform(DesktopParts parts)
-    : parts_(withBoxes(std::move(parts), Calls)),
+    : parts_(std::move(parts)),
+      boxes_(boxesFor(parts_, Calls)),
       appInfo_(parts_.version),
       clipboard_(clipboardPort_),
       windowPositions_(*parts_.store, windowFunctions_),
-      fileHelpers_(*parts_.boxes) {
+      fileHelpers_(*boxes_) {
   QObject::connect(&memoryTimer_, &QTimer::timeout, &memoryTimer_,
                    [] { engine::releaseKeptMemory(kIdleBeforeRelease); });
   memoryTimer_.start(kIdleBeforeRelease);

@@ -41,7 +41,7 @@ class QtPlatform final : public Platform {
   kestrel::WindowPositions& WindowPositions() override { return windowPositions_; }
   kestrel::RegistryStore& RegistryStore() override { return *parts_.store; }
   kestrel::FileHelpers& FileHelpers() override { return fileHelpers_; }
-  kestrel::UserInterface& UserInterface() override { return *parts_.boxes; }
+  kestrel::UserInterface& UserInterface() override { return *boxes_; }
   kestrel::Clipboard& Clipboard() override { return clipboard_; }
   kestrel::Shell& Shell() override { return shell_; }
   kestrel::Screen& Screen() override { return screen_; }
@@ -54,6 +54,7 @@ class QtPlatform final : public Platform {
 
  private:
   DesktopParts parts_;
+  std::unique_ptr<kestrel::UserInterface> boxes_;
   QtAppInfo appInfo_;
   QtClipboardPort clipboardPort_;
   QtClipboard clipboard_;

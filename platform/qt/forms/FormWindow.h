@@ -4,6 +4,10 @@
 #include <QImage>
 #include <functional>
 
+namespace kestrel {
+class Form;
+}
+
 namespace kestrel::qt {
 
 /// The widget of a form: signals window events, and retains the drawing of its surface.
@@ -19,6 +23,9 @@ class FormWindow : public QDialog {
 
   /// Called when the user asks to close the window, which stays unless this hides it.
   std::function<void()> closing;
+
+  /// The form that this is the window of; null while there is none.
+  Form* form = nullptr;
 
   /// The retained drawing of the window, in device pixels, transparent where nothing is drawn.
   QImage& face();

@@ -19,6 +19,7 @@ QtForm::QtForm(std::unique_ptr<FormWindow> window, const std::string& name, engi
       calls_(calls),
       placement_(*window_) {
   controls_.addAll(*window_, clipboard);
+  window_->form = this;
   window_->closing = [this] { guarded([this] { unload(0); }); };
   QObject::connect(window_.data(), &FormWindow::activated, receiver(), [this] {
     activated_ = true;
@@ -33,7 +34,10 @@ QtForm::QtForm(std::unique_ptr<FormWindow> window, const std::string& name, engi
 }
 
 QtForm::~QtForm() {
-  if (window_) window_->closing = nullptr;
+  if (window_) {
+    window_->closing = nullptr;
+    window_->form = nullptr;
+  }
   controls_.clear();
   delete window_.data();
 }
