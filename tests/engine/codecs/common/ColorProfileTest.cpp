@@ -25,7 +25,6 @@ std::vector<std::uint8_t> rgbProfile(const cmsCIExyYTRIPLE& primaries, double ga
   return bytesOf(profile);
 }
 
-const cmsCIExyYTRIPLE kSrgb{{0.64, 0.33, 1}, {0.30, 0.60, 1}, {0.15, 0.06, 1}};
 const cmsCIExyYTRIPLE kSwapped{{0.30, 0.60, 1}, {0.64, 0.33, 1}, {0.15, 0.06, 1}};
 
 class ColorProfileTest : public testing::TestWithParam<std::int32_t> {};
