@@ -15,6 +15,15 @@
 
 namespace kestrel::engine::test {
 
+/// Index of the first byte of `text` in a file; the file's size if it does not occur.
+inline std::size_t positionOf(const std::string& text, Bytes file) {
+  const auto same = [](std::uint8_t byte, char c) { return byte == static_cast<std::uint8_t>(c); };
+  return static_cast<std::size_t>(std::search(file.begin(), file.end(), text.begin(), text.end(), same) -
+                                  file.begin());
+}
+
+inline bool contains(Bytes file, const std::string& text) { return positionOf(text, file) < file.size(); }
+
 /// A picture with the pixels that `pixel` returns for each position.
 inline Bitmap pictureOf(std::int32_t width, std::int32_t height,
                         const std::function<Pixel(std::int32_t x, std::int32_t y)>& pixel) {

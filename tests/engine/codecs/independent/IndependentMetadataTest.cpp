@@ -8,11 +8,7 @@ namespace {
 
 using test::Builder;
 using test::Workshop;
-
-bool contains(Bytes data, const std::string& text) {
-  const std::vector<std::uint8_t> bytes(text.begin(), text.end());
-  return !std::ranges::search(data, bytes).empty();
-}
+using test::contains;
 
 class IndependentMetadata : public testing::TestWithParam<std::int32_t> {
  protected:

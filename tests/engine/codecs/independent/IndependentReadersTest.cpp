@@ -122,7 +122,9 @@ TEST(IndependentReaders, APsdFileHoldsAMergedPictureAndALayerIfItHasAlpha) {
     lines.push_back("convert '" + name + ".psd[" + (opaque ? "0" : "1") + "]' -depth 8 " + name + ".pam");
   }
   workshop.run(lines);
-  for (const auto& [name, bitmap] : all) {
+  for (const auto& item : all) {
+    const auto& name = item.first;
+    const Bitmap& bitmap = item.second;
     EXPECT_TRUE(isPicture(workshop.netpbmPicture(name + ".pam"), bitmap))
         << name << " as ImageMagick reads its layer";
     EXPECT_TRUE(looksLike(test::readWithStb(workshop.bytes(name + ".psd")), bitmap))

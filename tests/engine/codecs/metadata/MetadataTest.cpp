@@ -9,6 +9,7 @@ namespace kestrel::engine {
 namespace {
 
 using test::Builder;
+using test::contains;
 using test::isPicture;
 
 const std::string kXmp =
@@ -17,11 +18,6 @@ const std::string kXmp =
 
 std::string replaced(std::string text, const std::string& from, const std::string& to) {
   return text.replace(text.find(from), from.size(), to);
-}
-
-bool contains(Bytes data, const std::string& text) {
-  const std::vector<std::uint8_t> bytes(text.begin(), text.end());
-  return !std::ranges::search(data, bytes).empty();
 }
 
 class MetadataTest : public testing::TestWithParam<std::int32_t> {

@@ -36,7 +36,8 @@ Data dataOf(std::size_t size, const std::function<unsigned(std::size_t)>& byte) 
 std::vector<Data> samples() {
   std::mt19937 random(3);
   std::vector<Data> all;
-  for (const std::size_t size : {1, 2, 7, 8, 9, 16, 100, 258, 259, 260, 261, 65'535, 65'536, 300'000}) {
+  for (const std::size_t size :
+       {1U, 2U, 7U, 8U, 9U, 16U, 100U, 258U, 259U, 260U, 261U, 65'535U, 65'536U, 300'000U}) {
     all.push_back(dataOf(size, [](std::size_t) { return 0U; }));
     all.push_back(dataOf(size, [&](std::size_t) { return static_cast<unsigned>(random()); }));
     all.push_back(
@@ -54,7 +55,7 @@ TEST(Deflate, ZlibInflatesTheStream) {
 
 TEST(Deflate, PartsConcatenateAndMatchIntoEarlierParts) {
   for (const Data& data : samples()) {
-    for (const std::size_t parts : {2, 3, 7}) {
+    for (const std::size_t parts : {2U, 3U, 7U}) {
       Data packed;
       for (std::size_t i = 0; i < parts; ++i) {
         const std::size_t from = data.size() * i / parts, end = data.size() * (i + 1) / parts;

@@ -7,6 +7,7 @@ namespace {
 
 using test::Builder;
 using test::errorOf;
+using test::positionOf;
 
 struct Form {
   int mode = 3, channels = 3, depth = 8;
@@ -216,8 +217,7 @@ TEST(Psd, ColorsComeFromTheOnlyLayerIfItIsShownUnchanged) {
   const Pixel pixel{200, 100, 50, 20};
   const auto whole = encode(Bitmap::filled(5, 3, pixel), {}, format::kPsd);
   EXPECT_EQ(decode(whole).bitmap.at(4, 2), pixel);
-  constexpr std::string_view kMode = "8BIMnorm";
-  const auto mode = std::ranges::search(whole, kMode).begin() - whole.begin();
+  const auto mode = static_cast<std::ptrdiff_t>(positionOf("8BIMnorm", whole));
   // Another blend mode, half transparent, clipped, hidden; at another position; with a mask.
   for (const auto& [place, value] :
        {std::pair{7, 'x'}, {8, '\x7F'}, {9, '\1'}, {10, '\2'}, {-35, '\1'}, {19, '\1'}}) {

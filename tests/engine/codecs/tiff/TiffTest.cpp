@@ -213,8 +213,8 @@ TEST(Tiff, ReadsFaxCompressions) {
 
 /// Changes the value of an entry of the first directory of a little-endian file.
 void setEntry(std::vector<std::uint8_t>& file, std::uint16_t tag, std::uint8_t value) {
-  const std::size_t directory = file[4] | file[5] << 8 | file[6] << 16;
-  const std::size_t count = file[directory] | file[directory + 1] << 8;
+  const std::size_t directory = file[4] + file[5] * 0x100U + file[6] * 0x10000U;
+  const std::size_t count = file[directory] + file[directory + 1] * 0x100U;
   for (std::size_t at = directory + 2; at < directory + 2 + 12 * count; at += 12) {
     if ((file[at] | file[at + 1] << 8) == tag) file[at + 8] = value;
   }
@@ -374,7 +374,6 @@ TEST(Tiff, ReadsStraightAndPremultipliedAlpha) {
 }
 
 TEST(Tiff, ReadsTheFirstOfSeveralPagesAndCountsThem) {
-  Form f;
   const fs::path path = fs::temp_directory_path() / ("kestrel_pages_" + std::to_string(getpid()) + ".tif");
   TIFF* const tiff = TIFFOpen(path.c_str(), "w");
   for (int page = 0; page < 3; ++page) {
