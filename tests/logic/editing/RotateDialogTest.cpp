@@ -416,7 +416,7 @@ TEST_P(EditingRotateDialog, ShowsTheArrowWithHourglassDuringEachPreview) {
 
 TEST_P(EditingRotateDialog, WithoutASelectionShowsTheStockPictureOrTheUsers) {
   set(90, ipDirectionRight);
-  show([this](Dialog& dialog) {
+  show([](Dialog& dialog) {
     EXPECT_EQ(dialog.useOriginal().Value(), 0);
     EXPECT_EQ(dialog.before().width(), 360);
     dialog.useOriginal().Value(1);
@@ -432,7 +432,7 @@ TEST_P(EditingRotateDialog, WithoutASelectionShowsTheStockPictureOrTheUsers) {
 TEST_P(EditingRotateDialog, WithASelectionOpensOnTheSectionWithTheBoxTicked) {
   set(90, ipDirectionRight);
   editor().SetSelection(5, 6, 10, 8);
-  show([this](Dialog& dialog) {
+  show([](Dialog& dialog) {
     EXPECT_EQ(dialog.useOriginal().Value(), 1);
     EXPECT_EQ(dialog.before().width(), 10);
     EXPECT_EQ(dialog.before().at(0, 0), pixelOf(5, 6));
