@@ -16,6 +16,8 @@ struct Procedure {
   std::function<void()> run;
 };
 
-const std::vector<Procedure>& All();
+const std::vector<Procedure>& RaisingRuntimeErrors();
+/// Exceptions of the standard library and of no class: their line is known by the hook of the throw alone.
+const std::vector<Procedure>& RaisingOtherExceptions();
 
 }  // namespace kestrel::procedures

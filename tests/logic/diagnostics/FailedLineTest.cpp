@@ -14,10 +14,13 @@ TEST_P(FailedLine, IsFiveTimesTheLineOfTheStatementThatFailed) {
   EXPECT_NE(boxes()[0].text.find("Procedure: " + std::string(GetParam().name) + "\r\n"), std::string::npos);
 }
 
-INSTANTIATE_TEST_SUITE_P(EveryShape, FailedLine, testing::ValuesIn(procedures::All()),
-                         [](const auto& procedure) {
-                           return procedure.param.name + std::to_string(procedure.index);
-                         });
+const auto kName = [](const auto& procedure) {
+  return procedure.param.name + std::to_string(procedure.index);
+};
+INSTANTIATE_TEST_SUITE_P(EveryShape, FailedLine, testing::ValuesIn(procedures::RaisingRuntimeErrors()),
+                         kName);
+INSTANTIATE_TEST_SUITE_P(ByTheThrowHook, FailedLine, testing::ValuesIn(procedures::RaisingOtherExceptions()),
+                         kName);
 
 }  // namespace
 }  // namespace kestrel
