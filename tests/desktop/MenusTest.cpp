@@ -2,9 +2,13 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QFontInfo>
+#include <QHelpEvent>
 #include <QMenuBar>
 #include <QTest>
+#include <QTextDocumentFragment>
 #include <QTimer>
+#include <QToolTip>
 
 #include "EditorBench.h"
 
@@ -82,6 +86,72 @@ TEST_F(Menus, ListTheRecentFilesInTheFileMenu) {
   bench.editor().ShowMRU(false);  // so that choosing an entry opens nothing
   bench.moorage().chooseItem(list, 2);
   EXPECT_EQ(chosen, "");
+}
+
+TEST_F(Menus, ElideLongNamesInTheMiddleAndShowThemAsToolTips) {
+  const std::string folder = "/pictures/of a & long journey" + std::string(200, '-');
+  docking::CommandModel& list = bench.command("mnuFileMRU");
+  list.Items().Clear();
+  list.Items().Add("/pictures/c.jpg", "1");
+  list.Items().Add(folder + "/harbor & sea.jpg", "2");
+  list.Items().Add(folder + "/lake.jpg", "3");
+
+  pressKey(bench.window(), Qt::Key_F, Qt::AltModifier);
+  auto* const file = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+  ASSERT_EQ(file, &menu("mnuFile"));
+  settle();
+  writeScreenshot(*file, "menu-recent");
+  EXPECT_LE(file->width(), 40 * QFontInfo(file->font()).pixelSize());
+  const auto line = [file](const char* end) {
+    for (QAction* action : file->actions()) {
+      if (action->text().endsWith(QLatin1String(end))) return action;
+    }
+    return static_cast<QAction*>(nullptr);
+  };
+  const auto toolTip = [file](QAction* action) {
+    const QPoint at = file->actionGeometry(action).center();
+    QHelpEvent help(QEvent::ToolTip, at, file->mapToGlobal(at));
+    QApplication::sendEvent(file, &help);
+    return QTextDocumentFragment::fromHtml(QToolTip::text()).toPlainText();
+  };
+  QAction* const harbor = line("/harbor && sea.jpg");
+  QAction* const lake = line("/lake.jpg");
+  QAction* const whole = line("/pictures/c.jpg");
+  ASSERT_TRUE(harbor && lake && whole);
+  EXPECT_TRUE(harbor->text().startsWith(QStringLiteral("/pictures/of a && long")));
+  EXPECT_TRUE(harbor->text().contains(u'\u2026'));
+  EXPECT_EQ(whole->text(), "/pictures/c.jpg");
+  EXPECT_EQ(toolTip(whole), "") << "it is shown whole";
+  EXPECT_EQ(toolTip(harbor).toStdString(), folder + "/harbor & sea.jpg");
+  EXPECT_EQ(toolTip(lake).toStdString(), folder + "/lake.jpg");
+
+  std::string chosen;
+  const Connection connection =
+      bench.moorage().CommandClick.Connect([&](Command& command) { chosen = command.SelectedItem().Text; });
+  bench.editor().ShowMRU(true);
+  file->setActiveAction(harbor);
+  whenModalOpens([](QWidget& dialog) { dialog.close(); });  // there is no such file
+  QTest::keyClick(file, Qt::Key_Return);
+  settle();
+  EXPECT_EQ(chosen, folder + "/harbor & sea.jpg");
+}
+
+TEST_F(Menus, ElideTheNameOfALongStepAndKeepItsAccessAndHotKey) {
+  const std::string name(300, 'w');
+  bench.showPicture(noise(64, 64));
+  bench.view().Effects().Flip(0, name);
+  pressKey(bench.window(), Qt::Key_E, Qt::AltModifier);
+  auto* const edit = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+  ASSERT_EQ(edit, &menu("mnuEdit"));
+  EXPECT_LE(edit->width(), 40 * QFontInfo(edit->font()).pixelSize());
+  const QAction& undo = bench.moorage().actions().actionOf(bench.command("btnEditUndo"));
+  EXPECT_TRUE(undo.text().startsWith(QStringLiteral("&Undo ww")));
+  EXPECT_TRUE(undo.text().endsWith(QStringLiteral("\tCtrl+Z"))) << undo.text().toStdString();
+  QTest::keyClick(edit, Qt::Key_U);
+  settle();
+  EXPECT_FALSE(bench.view().CanUndo());
+  bench.view().Effects().Flip(0, "Flip");
+  EXPECT_THAT(captions(menu("mnuEdit")), testing::Contains("&Undo Flip"));
 }
 
 TEST_F(Menus, ShowThePressedStateWithoutTogglingIt) {

@@ -10,12 +10,6 @@
 #include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
-namespace {
-
-/// The text as a menu shows it unchanged: an "&" marks no access key.
-QString escaped(QString text) { return text.replace(u'&', QStringLiteral("&&")); }
-
-}  // namespace
 
 QString hotKeyTextOf(docking::CommandModel& command) {
   if (command.HotKeys().Count() == 0) return {};
@@ -39,7 +33,7 @@ void CommandActions::makeAction(docking::CommandModel& command) {
   actions_[&command] = action;
 
   if (command.CommandType() == kCommandMenu) {
-    auto* const menu = new QMenu;
+    auto* const menu = new CommandMenu;
     menu->setObjectName(toQt(command.Name()));
     action->setMenu(menu);
     menus_[&command] = menu;
@@ -58,7 +52,7 @@ void CommandActions::makeAction(docking::CommandModel& command) {
 QAction& CommandActions::actionOf(docking::CommandModel& command) { return *actions_.at(&command); }
 
 QMenu& CommandActions::menuOf(docking::CommandModel& command) {
-  QMenu& menu = *menus_.at(&command);
+  CommandMenu& menu = *menus_.at(&command);
   fill(menu, command);
   return menu;
 }
@@ -110,25 +104,27 @@ QString CommandActions::toolTipOf(docking::CommandModel& command) const {
   return name.toHtmlEscaped();
 }
 
-void CommandActions::fill(QMenu& menu, docking::CommandModel& command) {
+void CommandActions::fill(CommandMenu& menu, docking::CommandModel& command) {
   menu.clear();
   for (const docking::ShownEntry& entry : command.Bar().shownEntries()) {
     if (entry.separatorBefore) menu.addSeparator();
     if (entry.command->CommandType() == kCommandList) {
       addLines(menu, *entry.command);
     } else {
+      refresh(*entry.command);  // the text may be elided
       menu.addAction(&actionOf(*entry.command));
     }
   }
+  menu.elide();
 }
 
-void CommandActions::addLines(QMenu& menu, docking::CommandModel& list) {
+void CommandActions::addLines(CommandMenu& menu, docking::CommandModel& list) {
   if (list.Items().Count() == 0) {
     menu.addAction(translated(list.Caption()))->setEnabled(false);
     return;
   }
   for (std::int32_t i = 1; i <= list.Items().Count(); ++i) {
-    QAction* const line = menu.addAction(escaped(toQt(list.Items().Item(i).Text)));
+    QAction* const line = menu.addLine(toQt(list.Items().Item(i).Text));
     line->setEnabled(list.Enabled());
     connect(line, &QAction::triggered, this,
             [this, &list, i] { guarded([&] { suite_.chooseItem(list, i); }); });

@@ -1,10 +1,10 @@
 #pragma once
 
 #include <QAction>
-#include <QMenu>
 #include <QObject>
 #include <map>
 
+#include "CommandMenu.h"
 #include "platform/docking/MoorageModel.h"
 
 namespace kestrel::qt {
@@ -34,13 +34,13 @@ class CommandActions final : public QObject {
 
  private:
   void makeAction(docking::CommandModel& command);
-  void fill(QMenu& menu, docking::CommandModel& command);
-  void addLines(QMenu& menu, docking::CommandModel& list);
+  void fill(CommandMenu& menu, docking::CommandModel& command);
+  void addLines(CommandMenu& menu, docking::CommandModel& list);
   QString toolTipOf(docking::CommandModel& command) const;
 
   docking::MoorageModel& suite_;
   std::map<const docking::CommandModel*, QAction*> actions_;
-  std::map<const docking::CommandModel*, QMenu*> menus_;
+  std::map<const docking::CommandModel*, CommandMenu*> menus_;
 };
 
 /// The text of a command's first hot key in menus, empty if it has none.
