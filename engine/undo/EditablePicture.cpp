@@ -91,7 +91,7 @@ void EditablePicture::takeBack(UndoPoint point) {
   if (!history_.takeBack(point.steps)) return;
   const bool samePicture = state_.bitmap.sharesPixelsWith(point.picture.bitmap);
   state_ = std::move(point.picture);
-  modified_ = point.modified;
+  modified(point.modified);
   if (samePicture) {
     stepsChanged();
   } else if (onChange) {
@@ -109,8 +109,12 @@ void EditablePicture::undoMemoryLimit(std::size_t bytes) {
   stepsChanged();
 }
 
+void EditablePicture::modified(bool value) {
+  if (std::exchange(modified_, value) != value && onModifiedChange) onModifiedChange();
+}
+
 void EditablePicture::changed(const PictureChange& change) {
-  modified_ = true;
+  modified(true);
   if (onChange) onChange(change);
 }
 

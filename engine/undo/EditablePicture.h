@@ -44,6 +44,8 @@ class EditablePicture {
   std::function<void(const Rectangle&)> onRollBack;
   /// Called when the undo steps have changed but the picture has not.
   std::function<void()> onStepsChange;
+  /// Called when `modified` has changed, before `onChange`.
+  std::function<void()> onModifiedChange;
 
   const PictureState& state() const noexcept { return state_; }
   const Bitmap& bitmap() const noexcept { return state_.bitmap; }
@@ -84,7 +86,7 @@ class EditablePicture {
   std::size_t undoMemory() const { return history_.memory(state_); }
 
   bool modified() const noexcept { return modified_; }
-  void modified(bool value) noexcept { modified_ = value; }
+  void modified(bool value);
 
  private:
   friend class Painting;

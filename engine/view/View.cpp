@@ -43,6 +43,7 @@ View::View(ClipboardPort& clipboard)
   picture_->onChange = [this](const PictureChange& change) { pictureChanged(change); };
   picture_->onRollBack = [this](const Rectangle& area) { pictureDrawn(area); };
   picture_->onStepsChange = [this] { UndoStepsChanged(); };
+  picture_->onModifiedChange = [this] { ModifiedChanged(); };
 }
 
 // ImgX objects and undo points may outlive the view: detach the callbacks.
@@ -50,6 +51,7 @@ View::~View() {
   picture_->onChange = nullptr;
   picture_->onRollBack = nullptr;
   picture_->onStepsChange = nullptr;
+  picture_->onModifiedChange = nullptr;
   gesture_.reset();
 }
 
@@ -149,6 +151,12 @@ void View::Notice(const std::string& text, const std::string& action) {
   notice_ = text;
   noticeAction_ = action;
   showNotice(notice_, noticeAction_);
+}
+
+void View::EmptyHint(const std::string& text) {
+  if (text == emptyHint_) return;
+  emptyHint_ = text;
+  if (picture_->empty()) invalidateAll();
 }
 
 void View::Tool(std::int32_t value) {

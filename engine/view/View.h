@@ -78,6 +78,11 @@ class View : public Face<ImageView>, private GestureHost {
   void SelectionStyle(std::int32_t value) override;
   std::string Notice() const override { return notice_; }
   void Notice(const std::string& text, const std::string& action) override;
+  std::string EmptyHint() const override { return emptyHint_; }
+  void EmptyHint(const std::string& text) override;
+
+  /// The line to draw over the painted view now: the hint while there is no picture, else empty.
+  std::string shownHint() const { return picture_->empty() ? emptyHint_ : std::string(); }
 
   /// Bytes that the undo stack holds.
   std::size_t undoMemory() const { return picture_->undoMemory(); }
@@ -214,6 +219,7 @@ class View : public Face<ImageView>, private GestureHost {
 
   std::string notice_;
   std::string noticeAction_;
+  std::string emptyHint_;
 };
 
 }  // namespace kestrel::engine

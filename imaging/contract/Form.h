@@ -23,6 +23,9 @@ class Form : public Control, public ControlContainer {
  public:
   virtual std::string Caption() const = 0;
   virtual void Caption(const std::string& value) = 0;
+  /// Whether the window holds unsaved changes, for desktops that show it. The caption stays the same.
+  virtual bool Modified() const = 0;
+  virtual void Modified(bool value) = 0;
   /// Removes the window's icon.
   virtual void ClearIcon() = 0;
   virtual std::int32_t WindowState() const = 0;

@@ -109,7 +109,7 @@ class ImageView : public Control, public ImagingFace {
   /// Records the current picture as one step, for work that follows under "No Undo".
   virtual std::unique_ptr<UndoPoint> CreateUndoPoint(const std::string& name) = 0;
 
-  /// Unsaved changes: set by each change of the picture.
+  /// Unsaved changes: set by each change of the picture. Raises `ModifiedChanged` if it is another value.
   virtual bool Modified() const = 0;
   virtual void Modified(bool value) = 0;
 
@@ -138,6 +138,10 @@ class ImageView : public Control, public ImagingFace {
   /// `action` is the caption of the strip's button; empty for none.
   virtual void Notice(const std::string& text, const std::string& action = {}) = 0;
 
+  /// A faint line in the middle of the view while there is no picture; empty for none. No part of a picture.
+  virtual std::string EmptyHint() const = 0;
+  virtual void EmptyHint(const std::string& text) = 0;
+
   /// A press and release of a button without a drag.
   Event<> Click;
   /// Button, Shift, X, Y in view pixels.
@@ -153,6 +157,8 @@ class ImageView : public Control, public ImagingFace {
   Event<> Changed;
   /// After a load.
   Event<> Loaded;
+  /// `Modified` has changed. After a change of the picture it is raised before `Changed` or `Loaded`.
+  Event<> ModifiedChanged;
   /// The undo steps have changed without the picture, by `UndoLevels` or an undo point.
   Event<> UndoStepsChanged;
   /// The picture is in the back buffer; a handler may draw over it.

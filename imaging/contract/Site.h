@@ -36,6 +36,8 @@ class Site : public Control, public ControlContainer {
   /// Repaints the control.
   virtual void Refresh() = 0;
   virtual void TabStop(bool value) = 0;
+  /// Whether the container lets the user drop files on the control.
+  virtual bool AcceptsFiles() const = 0;
 
   virtual std::int32_t ScaleWidth() const = 0;
   virtual std::int32_t ScaleHeight() const = 0;
@@ -52,6 +54,11 @@ class Site : public Control, public ControlContainer {
   /// Whether Escape would end something in the control, so that no shortcut of the container takes it first.
   Event<bool&> QueryEscape;
   Event<std::int32_t, std::int32_t> KeyUp;
+  Event<> AcceptsFilesChanged;
+  /// Whether the control would take a dropped file now. False if no handler sets it.
+  Event<bool&> QueryFileDrop;
+  /// The user has dropped files; the name of the first one.
+  Event<const std::string&> FileDrop;
 };
 
 }  // namespace kestrel

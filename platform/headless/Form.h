@@ -25,6 +25,8 @@ class Form final : public WindowOf<kestrel::Form> {
 
   std::string Caption() const override { return caption_; }
   void Caption(const std::string& value) override { caption_ = value; }
+  bool Modified() const override { return modified_; }
+  void Modified(bool value) override { modified_ = value; }
   void ClearIcon() override { hasIcon_ = false; }
   bool hasIcon() const { return hasIcon_; }
   std::int32_t WindowState() const override { return windowState_; }
@@ -65,6 +67,7 @@ class Form final : public WindowOf<kestrel::Form> {
   ControlSet controls_;
   headless::Graphics graphics_;
   std::string caption_;
+  bool modified_ = false;
   bool hasIcon_ = true;
   bool loaded_ = false;
   bool sitesReady_ = false;

@@ -35,4 +35,15 @@ void Site::pressKey(std::int32_t keyCode, std::int32_t shift, std::int32_t chara
   KeyUp(keyCode, shift);
 }
 
+void Site::acceptFiles(bool value) {
+  if (std::exchange(acceptsFiles_, value) != value) AcceptsFilesChanged();
+}
+
+bool Site::dropFile(const std::string& name) {
+  bool taken = false;
+  if (acceptsFiles_) QueryFileDrop(taken);
+  if (taken) FileDrop(name);
+  return taken;
+}
+
 }  // namespace kestrel::headless

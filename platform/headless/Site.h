@@ -29,6 +29,7 @@ class Site final : public WindowOf<kestrel::Site> {
   void PropertyChanged(const std::string& name) override { changedProperties_.push_back(name); }
   void Refresh() override { ++refreshes_; }
   void TabStop(bool value) override { tabStop_ = value; }
+  bool AcceptsFiles() const override { return acceptsFiles_; }
   std::int32_t ScaleWidth() const override { return Width(); }
   std::int32_t ScaleHeight() const override { return Height(); }
 
@@ -45,6 +46,11 @@ class Site final : public WindowOf<kestrel::Site> {
   /// Presses and releases a key while the control has the focus. A character of 0 raises no `KeyPress`.
   void pressKey(std::int32_t keyCode, std::int32_t shift, std::int32_t character = 0);
 
+  /// Whether the user may drop files; true at first.
+  void acceptFiles(bool value);
+  /// Drops files of which this is the first. False if the control does not take it.
+  bool dropFile(const std::string& name);
+
   // Notifications from the control to its container.
   const std::vector<std::string>& changedProperties() const { return changedProperties_; }
   std::int32_t refreshes() const { return refreshes_; }
@@ -56,6 +62,7 @@ class Site final : public WindowOf<kestrel::Site> {
   ControlSet controls_;
   bool userMode_;
   bool tabStop_ = true;
+  bool acceptsFiles_ = true;
   std::vector<std::string> changedProperties_;
   std::int32_t refreshes_ = 0;
 };

@@ -131,6 +131,16 @@ TEST_P(Forms, LoadAgainAfterUnloading) {
   EXPECT_EQ(log_.substr(0, 5), "load ");
 }
 
+TEST_P(Forms, ShowUnsavedChangesWithoutAChangeOfTheirCaption) {
+  form_->Caption("a[*].png - Editor");
+  EXPECT_FALSE(form_->Modified());
+  form_->Modified(true);
+  EXPECT_TRUE(form_->Modified());
+  EXPECT_EQ(form_->Caption(), "a[*].png - Editor");
+  form_->Modified(false);
+  EXPECT_FALSE(form_->Modified());
+}
+
 TEST_P(Forms, KeepTheirCaption) {
   form_->Caption("a.png - Editor");
   EXPECT_EQ(form_->Caption(), "a.png - Editor");

@@ -461,6 +461,26 @@ TEST_P(Views, RaiseWheelZoomForTheWheelWithCtrl) {
   EXPECT_GT(view().ScrollTop(), 0) << "without Ctrl the wheel scrolls";
 }
 
+TEST_P(Views, RaiseModifiedChangedForEachChangeOfIt) {
+  load(20, 10);
+  view().Modified(false);
+  std::string log;
+  connections_.push_back(
+      view().ModifiedChanged.Connect([&] { log += view().Modified() ? "modified " : "saved "; }));
+  view().Effects().Flip(0, "Flip");
+  view().Effects().Flip(0, "Flip");
+  view().Modified(false);
+  view().Undo();
+  EXPECT_EQ(log, "modified saved modified ");
+}
+
+TEST_P(Views, KeepTheirHintWhichIsNoPicture) {
+  view().EmptyHint("Open a picture.");
+  EXPECT_EQ(view().EmptyHint(), "Open a picture.");
+  EXPECT_EQ(view().Image(), nullptr);
+  EXPECT_FALSE(view().Modified());
+}
+
 TEST_P(Views, ShowANoticeUntilItIsCleared) {
   EXPECT_EQ(view().Notice(), "");
   EXPECT_EQ(user().noticeText(view()), "");

@@ -26,6 +26,7 @@ EditorWindow::EditorWindow(std::function<void()> closed)
   keep(editor_->ExitRequest.Connect([this] { Processing_ExitRequest(); }));
   keep(editor_->ImageOpen.Connect([this](const std::string&) { Processing_ImageOpen(); }));
   keep(editor_->ImageSave.Connect([this](const std::string&) { Processing_ImageSave(); }));
+  keep(editor_->ImageControl().ModifiedChanged.Connect([this] { igxImage_ModifiedChanged(); }));
 }
 
 EditorWindow::~EditorWindow() { editor_->Terminate(); }
@@ -73,6 +74,14 @@ void EditorWindow::Processing_ImageSave() {
     showName();
   } catch (...) {
     QDK_TRAILER_OF(kModule, Processing_ImageSave, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+void EditorWindow::igxImage_ModifiedChanged() {
+  try {
+    form_->Modified(editor_->ImageControl().Modified());
+  } catch (...) {
+    QDK_TRAILER_OF(kModule, igxImage_ModifiedChanged, QDK_PARAMETERS(), QDK_LOCALS());
   }
 }
 

@@ -10,8 +10,8 @@
 
 namespace kestrel::app {
 
-/// A window for the editor control: shows the file's name in its caption, asks about unsaved changes, and
-/// restores its position.
+/// A window for the editor control: shows the file's name in its caption, reports unsaved changes to the
+/// desktop and asks about them, and restores its position.
 class EditorWindow {
  public:
   /// The thread must be attached to a platform. `closed` is called after the window was unloaded.
@@ -34,6 +34,7 @@ class EditorWindow {
   void Processing_ExitRequest();
   void Processing_ImageOpen();
   void Processing_ImageSave();
+  void igxImage_ModifiedChanged();
   void showName();
   std::string qdkDumpModuleVariables() const;
 

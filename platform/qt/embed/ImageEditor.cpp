@@ -55,6 +55,10 @@ ImageEditor::~ImageEditor() {
 
 IImageProcessingCtl& ImageEditor::control() { return inside_->control; }
 
+bool ImageEditor::acceptFiles() const { return inside_->widget->acceptDrops(); }
+
+void ImageEditor::setAcceptFiles(bool value) { inside_->widget->acceptFiles(value); }
+
 void ImageEditor::save(PropertyBag& bag) { inside_->site.WriteProperties(bag); }
 
 }  // namespace kestrel::qt

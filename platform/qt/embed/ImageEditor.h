@@ -22,6 +22,7 @@ namespace kestrel::qt {
 /// canceled it.
 class ImageEditor final : public QWidget {
   Q_OBJECT
+  Q_PROPERTY(bool acceptFiles READ acceptFiles WRITE setAcceptFiles)
 
  public:
   /// A new control, or one with the host's stored properties. Raises RuntimeError 321 if the stored layout in
@@ -30,6 +31,11 @@ class ImageEditor final : public QWidget {
   ~ImageEditor() override;
 
   IImageProcessingCtl& control();
+
+  /// Whether the user may open a picture by dropping its file on the editor; on at first. While `ShowOpen` is
+  /// off, files are not taken in any case. As with the command Open, the user is asked about unsaved changes.
+  bool acceptFiles() const;
+  void setAcceptFiles(bool value);
 
   /// Stores the control's properties.
   void save(PropertyBag& bag);

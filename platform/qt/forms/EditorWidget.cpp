@@ -21,6 +21,7 @@ void EditorWidget::populate(QtSite& site, engine::ClipboardPort& clipboard) {
   view_ = view.get();
   site.add(std::move(view));
   setFocusProxy(surface);
+  acceptFiles(true);
 }
 
 }  // namespace kestrel::qt

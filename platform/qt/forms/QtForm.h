@@ -43,6 +43,8 @@ class QtForm final : public WidgetControl<Form>, public DockableForm {
 
   std::string Caption() const override;
   void Caption(const std::string& value) override;
+  bool Modified() const override { return window_->isWindowModified(); }
+  void Modified(bool value) override { window_->setWindowModified(value); }
   void ClearIcon() override { window_->setWindowIcon(QIcon()); }
   std::int32_t WindowState() const override;
   void WindowState(std::int32_t value) override;

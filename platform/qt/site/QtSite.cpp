@@ -2,6 +2,7 @@
 
 #include "StoredProperties.h"
 #include "platform/qt/core/Guard.h"
+#include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
 
@@ -15,6 +16,9 @@ QtSite::QtSite(SiteWidget& widget, const std::string& name, bool userMode, engin
   listen(&SiteWidget::keyPressed, [this](int key, int shift) { guarded([&] { KeyDown(key, shift); }); });
   listen(&SiteWidget::characterTyped, [this](int& character) { guarded([&] { KeyPress(character); }); });
   listen(&SiteWidget::escapeQueried, [this](bool& used) { guarded([&] { QueryEscape(used); }); });
+  listen(&SiteWidget::acceptsFilesChanged, [this] { guarded([this] { AcceptsFilesChanged(); }); });
+  listen(&SiteWidget::fileDropQueried, [this](bool& taken) { guarded([&] { QueryFileDrop(taken); }); });
+  listen(&SiteWidget::fileDropped, [this](const QString& file) { guarded([&] { FileDrop(fromQt(file)); }); });
   listen(&SiteWidget::keyReleased, [this](int key, int shift) { guarded([&] { KeyUp(key, shift); }); });
 }
 

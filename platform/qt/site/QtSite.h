@@ -29,6 +29,7 @@ class QtSite final : public WidgetControl<Site> {
   void PropertyChanged(const std::string& name) override;
   void Refresh() override { widget().update(); }
   void TabStop(bool value) override;
+  bool AcceptsFiles() const override { return widget().acceptDrops(); }
   std::int32_t ScaleWidth() const override { return widget().width(); }
   std::int32_t ScaleHeight() const override { return widget().height(); }
 

@@ -1,14 +1,42 @@
 #include "SiteWidget.h"
 
+#include <QApplication>
+#include <QDropEvent>
 #include <QHideEvent>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QPointer>
 #include <QResizeEvent>
 #include <QShowEvent>
+#include <QTimer>
+#include <QUrl>
 
 #include "platform/qt/core/Keys.h"
 
 namespace kestrel::qt {
+namespace {
+
+/// The path of the first local file, empty if there is none.
+QString firstFile(const QMimeData& data) {
+  for (const QUrl& url : data.urls()) {
+    if (url.isLocalFile()) return url.toLocalFile();
+  }
+  return {};
+}
+
+/// Copying or linking leaves the file to its owner. After a move the source of the drag would delete it.
+Qt::DropAction harmlessAction(Qt::DropActions possible) {
+  return possible & Qt::CopyAction   ? Qt::CopyAction
+         : possible & Qt::LinkAction ? Qt::LinkAction
+                                     : Qt::IgnoreAction;
+}
+
+bool isBlockedByDialog(const QWidget& widget) {
+  const QWidget* const modal = QApplication::activeModalWidget();
+  return modal && modal != &widget && !modal->isAncestorOf(&widget);
+}
+
+}  // namespace
 
 void SiteWidget::resizeEvent(QResizeEvent* /*event*/) { Q_EMIT resized(); }
 
@@ -59,6 +87,37 @@ void SiteWidget::keyReleaseEvent(QKeyEvent* event) {
   const KeyStroke stroke = keyStrokeOf(*event);
   if (stroke.keyCode != 0) Q_EMIT keyReleased(stroke.keyCode, stroke.shift);
   event->ignore();
+}
+
+void SiteWidget::acceptFiles(bool value) {
+  if (value == acceptDrops()) return;
+  setAcceptDrops(value);
+  Q_EMIT acceptsFilesChanged();
+}
+
+QString SiteWidget::fileToTake(const QDropEvent& event) {
+  const QString file = firstFile(*event.mimeData());
+  if (file.isEmpty() || harmlessAction(event.possibleActions()) == Qt::IgnoreAction) return {};
+  if (isBlockedByDialog(*this)) return {};
+  bool taken = false;
+  Q_EMIT fileDropQueried(taken);
+  return taken ? file : QString();
+}
+
+void SiteWidget::dragEnterEvent(QDragEnterEvent* event) {
+  if (fileToTake(*event).isEmpty()) return event->ignore();
+  event->setDropAction(harmlessAction(event->possibleActions()));
+  event->accept();
+}
+
+void SiteWidget::dropEvent(QDropEvent* event) {
+  const QString file = fileToTake(*event);
+  if (file.isEmpty()) return event->ignore();
+  event->setDropAction(harmlessAction(event->possibleActions()));
+  event->accept();
+  activateWindow();  // a question may follow
+  // The source of the drag waits for the end of this event.
+  QTimer::singleShot(0, this, [this, file] { Q_EMIT fileDropped(file); });
 }
 
 }  // namespace kestrel::qt

@@ -2,6 +2,7 @@
 
 #include <QWidget>
 
+class QDropEvent;
 class QKeyEvent;
 
 namespace kestrel::engine {
@@ -27,6 +28,9 @@ class SiteWidget : public QWidget {
   /// accepts, so that no window above handles it. The handlers may destroy the child.
   static void forwardKey(const QWidget& child, const QKeyEvent& event);
 
+  /// Whether files can be dropped on the control; at first they can't.
+  void acceptFiles(bool value);
+
  Q_SIGNALS:
   void resized();
   void shown();
@@ -37,6 +41,11 @@ class SiteWidget : public QWidget {
   void keyReleased(int keyCode, int shift);
   /// A slot that would use Escape sets it to true.
   void escapeQueried(bool& used);
+  void acceptsFilesChanged();
+  /// A slot that would take a dropped file sets it to true.
+  void fileDropQueried(bool& taken);
+  /// The name of the first dropped file. Emitted after the drag has ended, so a slot may show a dialog.
+  void fileDropped(const QString& name);
 
  protected:
   bool event(QEvent* event) override;
@@ -45,10 +54,14 @@ class SiteWidget : public QWidget {
   void hideEvent(QHideEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void keyReleaseEvent(QKeyEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
 
  private:
   /// True if a handler handled the key.
   bool raiseKeyDown(const QKeyEvent& event);
+  /// The file that a drop would open; empty if the control would take none now.
+  QString fileToTake(const QDropEvent& event);
 };
 
 }  // namespace kestrel::qt

@@ -16,6 +16,9 @@
 namespace kestrel::qt {
 namespace {
 
+/// Gray of contrast 4.5:1 to the view's white surroundings, which are the same in all themes.
+constexpr QColor kHintColor(0x76, 0x76, 0x76);
+constexpr int kHintMargin = 16;
 constexpr float kNotch = 120.0F;  // the toolkit's angle per wheel notch
 
 std::optional<engine::ViewKey> viewKeyOf(int key) {
@@ -133,6 +136,17 @@ void ViewCanvas::paintEvent(QPaintEvent* /*event*/) {
   painter.setWorldTransform(QTransform::fromTranslate(origin.x(), origin.y()) * toDevice.inverted());
   painter.setCompositionMode(QPainter::CompositionMode_Source);
   painter.drawImage(0, 0, buffer_);
+  paintHint(painter);
+}
+
+void ViewCanvas::paintHint(QPainter& painter) const {
+  const QString hint = view_ ? translated(view_->shownHint()) : QString();
+  if (hint.isEmpty()) return;
+  painter.resetTransform();
+  painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+  painter.setPen(kHintColor);
+  painter.drawText(rect().adjusted(kHintMargin, kHintMargin, -kHintMargin, -kHintMargin),
+                   Qt::AlignCenter | Qt::TextWordWrap, hint);
 }
 
 bool ViewCanvas::event(QEvent* event) {

@@ -4,6 +4,8 @@
 #include <QRegion>
 #include <QWidget>
 
+class QPainter;
+
 namespace kestrel::engine {
 class View;
 }
@@ -52,6 +54,7 @@ class ViewCanvas final : public QWidget {
   QPointF deviceOrigin() const;
   QPointF pointerInView(const QPointF& position);
   void paintDirty();
+  void paintHint(QPainter& painter) const;
 
   engine::View* view_ = nullptr;
   QSize deviceSize_;

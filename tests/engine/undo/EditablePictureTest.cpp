@@ -36,6 +36,31 @@ TEST(EditablePicture, AChangeSetsModifiedAndNotifiesOnce) {
   EXPECT_FALSE(picture.changes[0].otherPicture);
 }
 
+TEST(EditablePicture, EachChangeOfModifiedNotifiesBeforeTheChangeOfThePicture) {
+  Watched picture(noise(40, 30));
+  std::vector<bool> values;
+  std::size_t changesBefore = 0;
+  picture.onModifiedChange = [&] {
+    values.push_back(picture.modified());
+    changesBefore = picture.changes.size();
+  };
+  picture.draw({0, 0, 4, 4}, {1, 1, 1, 1}, "One");
+  EXPECT_EQ(changesBefore, 0U);
+  picture.draw({0, 0, 4, 4}, {2, 2, 2, 2}, "Two");
+  picture.modified(true);
+  picture.modified(false);
+  picture.modified(false);
+  picture.undo();
+  EXPECT_EQ(values, (std::vector<bool>{true, false, true}));
+
+  picture.modified(false);
+  values.clear();
+  auto point = picture.createUndoPoint("Point");
+  picture.replacePixels(noise(50, 60, 3), kNoUndo);
+  picture.takeBack(std::move(point));
+  EXPECT_EQ(values, (std::vector<bool>{true, false}));
+}
+
 TEST(EditablePicture, AssigningAPictureNotifiesOfANewPicture) {
   Watched picture(noise(40, 30));
   picture.put({noise(4, 4, 2), 7}, "");

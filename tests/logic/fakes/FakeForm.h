@@ -42,6 +42,8 @@ class FakeForm : public Form {
 
   std::string Caption() const override { return caption_; }
   void Caption(const std::string& value) override { caption_ = value; }
+  bool Modified() const override { return false; }
+  void Modified(bool) override {}
   void ClearIcon() override {}
   std::int32_t WindowState() const override { return state_; }
   void WindowState(std::int32_t value) override {

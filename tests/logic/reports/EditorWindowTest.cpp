@@ -1,4 +1,4 @@
-// The stored position of the editor's window.
+// The editor's own window: its stored position, and the changes that it reports to the desktop.
 
 #include "Reports.h"
 #include "apps/kestrel-editor/window/EditorWindow.h"
@@ -61,6 +61,40 @@ TEST_F(EditorWindowPosition, IsNeitherRestoredNorStoredWithoutAKey) {
   EXPECT_TRUE(placeOf(window.form()) == before);
   window.form().Unload();
   EXPECT_EQ(stored("Left").TypeCode(), 0);
+}
+
+class EditorWindowModified : public Reports {
+ protected:
+  EditorWindowModified() { window_.form().Show(); }
+  IImageProcessingCtl& editor() { return window_.editor(); }
+  bool modified() { return window_.form().Modified(); }
+
+  app::EditorWindow window_{[] {}};
+};
+
+TEST_F(EditorWindowModified, FollowsThePictureAndNotThePropertyChanged) {
+  EXPECT_FALSE(modified());
+  ASSERT_TRUE(editor().OpenImage(picture_));
+  EXPECT_FALSE(modified());
+  const std::string caption = window_.form().Caption();
+  editor().FlipHorizontally();
+  EXPECT_TRUE(modified());
+  EXPECT_EQ(window_.form().Caption(), caption);
+  ASSERT_TRUE(editor().SaveImage());
+  EXPECT_FALSE(modified()) << "although Changed stays set after a save";
+  EXPECT_TRUE(editor().Changed());
+  editor().Undo();
+  EXPECT_TRUE(modified());
+  ASSERT_TRUE(editor().OpenImage(picture_));
+  EXPECT_FALSE(modified());
+}
+
+TEST_F(EditorWindowModified, AFailedSaveLeavesIt) {
+  ASSERT_TRUE(editor().OpenImage(picture_));
+  editor().FlipHorizontally();
+  user().answers(kAnswerOK);
+  EXPECT_FALSE(editor().SaveImageAs(folder_ + "/nowhere/x.png"));
+  EXPECT_TRUE(modified());
 }
 
 }  // namespace
