@@ -28,6 +28,7 @@ constexpr std::array kFurtherFiles{
     FurtherFile{"ImageProcessingCtl.Properties.cpp", 9},
     FurtherFile{"ImageProcessingCtl.Enabling.cpp", 10},
     FurtherFile{"ImageProcessingCtl.Dialogs.cpp", 11},
+    FurtherFile{"ImageProcessingCtl.Notices.cpp", 12},
     FurtherFile{"DialogBase.cpp", 1},  // part of the module of every dialog
     FurtherFile{"PreviewDialog.cpp", 2},
     FurtherFile{"modTollgarthSupport.Counting.cpp", 1},

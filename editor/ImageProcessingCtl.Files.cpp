@@ -18,20 +18,6 @@ constexpr std::int32_t kCheckBoxIndent = 3;
 constexpr std::int32_t kCheckBoxDrop = 36;
 constexpr std::int32_t kCheckBoxMargin = 3;
 
-/// The notice for the picture's file; empty for an intact file with one page.
-std::string FileNotice(const Image* Picture) {
-  if (!Picture) return {};
-  std::string Text = Picture->DecodeErrors();
-  const std::int32_t Others = Picture->Pages() - 1;
-  if (Others < 1) return Text;
-  if (!Text.empty()) Text += ' ';
-  Text += Picture->Format() == format::kGif
-              ? "The file is an animation of " + ToText(Picture->Pages()) + " frames"
-              : "The file has " + ToText(Picture->Pages()) + " pages";
-  return Text + ", of which you see the first. Saving over it would lose the other" +
-         (Others == 1 ? " one." : "s.");
-}
-
 }  // namespace
 
 bool ImageProcessingCtl::OpenImage(std::string Filename) {
@@ -89,6 +75,7 @@ void ImageProcessingCtl::zPictureSet() {
     SetControls(igxImage.Image() != nullptr);
     Changed(false);
     ResetSelection();
+    iSaveNotice.clear();
     zShowFileNotice();
     zRaise(PictureSet);
   } catch (...) {
@@ -158,6 +145,7 @@ bool ImageProcessingCtl::zSaveImage(std::string Filename, std::int32_t ForcedFor
       zMessageBox("Unable to save image \"" + Filename + "\" due to error \"" + error.Description + "\".",
                   kBoxExclamation, "Save Image");
       Failed = true;
+      if (UpdateUserInterface) QDK_RESUME_NEXT(zShowUnsaved(Filename));
     }
     if (!Failed) {
       QDK_RESUME_NEXT(Thumbnail =
@@ -165,9 +153,9 @@ bool ImageProcessingCtl::zSaveImage(std::string Filename, std::int32_t ForcedFor
       QDK_RESUME_NEXT(if (SaveThumbnail || (iPlatform.FormUtility().FileExists(Thumbnail) &&
                                             Required(Options()).ThumbnailAutomaticUpdate()))
                           SaveImageThumbnail(Thumbnail));
+      QDK_RESUME_NEXT(zShowSaved(Filename, Format, UpdateUserInterface));
       if (UpdateUserInterface) {
         QDK_RESUME_NEXT(igxImage.Modified(false));
-        QDK_RESUME_NEXT(zClearFileNotice());
         pFilename = Filename;
         QDK_RESUME_NEXT(mFormat = modImgX::GetSaveFormatFromFilename(Filename, files));
         QDK_RESUME_NEXT(Required(pMRU).AddFile(pFilename));
@@ -223,53 +211,6 @@ void ImageProcessingCtl::pDialog_InitDialog(std::int32_t& DialogWidth, std::int3
   } catch (...) {
     QDK_TRAILER(pDialog_InitDialog, QDK_PARAMETERS(DialogWidth, DialogHeight),
                 QDK_LOCALS(Left, Top, Width, Height));
-  }
-}
-
-// -- The notice for the picture's file ---------------------------------------------------------------------
-
-void ImageProcessingCtl::zShowFileNotice() {
-  bool LosesPages = false;
-  try {
-    iNotice = FileNotice(igxImage.Image());
-    LosesPages = !iNotice.empty() && Required(igxImage.Image()).Pages() > 1;
-    iRepeatNotice = LosesPages;
-    igxImage.Notice(iNotice, LosesPages && zOffersSaveAs() ? Commands()("btnFileSaveAs").Caption() : "");
-  } catch (...) {
-    QDK_TRAILER(zShowFileNotice, QDK_PARAMETERS(), QDK_LOCALS(LosesPages));
-  }
-}
-
-/// After each change: shows the notice of another picture's file, and repeats once that a save would lose
-/// pages.
-void ImageProcessingCtl::zUpdateFileNotice() {
-  bool Another = false;
-  try {
-    Another = FileNotice(igxImage.Image()) != iNotice;
-    if (!Another && !iRepeatNotice) return;
-    zShowFileNotice();
-    if (!Another) iRepeatNotice = false;
-  } catch (...) {
-    QDK_TRAILER(zUpdateFileNotice, QDK_PARAMETERS(), QDK_LOCALS(Another));
-  }
-}
-
-/// After a save the picture's file is the new one, which is intact and has one page.
-void ImageProcessingCtl::zClearFileNotice() {
-  iRepeatNotice = false;
-  igxImage.Notice("");
-}
-
-bool ImageProcessingCtl::zOffersSaveAs() {
-  const Command& SaveAs = Commands()("btnFileSaveAs");
-  return SaveAs.Visible() && SaveAs.Enabled();
-}
-
-void ImageProcessingCtl::igxImage_NoticeAction() {
-  try {
-    if (zOffersSaveAs()) mrgUI_CommandClick(Commands()("btnFileSaveAs"));
-  } catch (...) {
-    QDK_TRAILER(igxImage_NoticeAction, QDK_PARAMETERS(), QDK_LOCALS());
   }
 }
 

@@ -89,6 +89,9 @@ void ImageProcessingCtl::zConnect() {
   keep(UserControl.Hide.Connect([this] { UserControl_Hide(); }));
   keep(UserControl.KeyPress.Connect([this](std::int32_t& key) { UserControl_KeyPress(key); }));
   keep(UserControl.QueryEscape.Connect([this](bool& used) { UserControl_QueryEscape(used); }));
+  keep(UserControl.AcceptsFilesChanged.Connect([this] { zUpdateHint(); }));
+  keep(UserControl.QueryFileDrop.Connect([this](bool& taken) { UserControl_QueryFileDrop(taken); }));
+  keep(UserControl.FileDrop.Connect([this](const std::string& name) { UserControl_FileDrop(name); }));
 
   keep(mrgUI.CommandClick.Connect([this](Command& command) { mrgUI_CommandClick(command); }));
   keep(mrgUI.CommandChange.Connect(
@@ -186,6 +189,7 @@ void ImageProcessingCtl::zInitSubControls() {
     // The simple tools hide the entries above Copy and their separator.
     CommandBars()("Standard").Entries().Item("btnEditCopy").BeginGroup(pUseSimpleTools);
     Commands()("mnuEdit").Bar().Entries().Item("btnEditCopy").BeginGroup(pUseSimpleTools);
+    zUpdateHint();
   } catch (...) {
     QDK_TRAILER(zInitSubControls, QDK_PARAMETERS(), QDK_LOCALS());
   }
@@ -367,6 +371,22 @@ void ImageProcessingCtl::UserControl_KeyPress(std::int32_t& KeyAscii) {
 }
 
 void ImageProcessingCtl::UserControl_QueryEscape(bool& Used) { Used = Used || iCropping || iPasting; }
+
+void ImageProcessingCtl::UserControl_QueryFileDrop(bool& Taken) {
+  try {
+    Taken = iRuntime && pMRU && zOffers("btnFileOpen");
+  } catch (...) {
+    QDK_TRAILER(UserControl_QueryFileDrop, QDK_PARAMETERS(Taken), QDK_LOCALS());
+  }
+}
+
+void ImageProcessingCtl::UserControl_FileDrop(const std::string& Filename) {
+  try {
+    if (SaveChanges()) OpenImage(Filename);
+  } catch (...) {
+    QDK_TRAILER(UserControl_FileDrop, QDK_PARAMETERS(Filename), QDK_LOCALS());
+  }
+}
 
 // -- Diagnostics ------------------------------------------------------------------------------------------
 

@@ -208,6 +208,8 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   void UserControl_Hide();
   void UserControl_KeyPress(std::int32_t& KeyAscii);
   void UserControl_QueryEscape(bool& Used);
+  void UserControl_QueryFileDrop(bool& Taken);
+  void UserControl_FileDrop(const std::string& Filename);
   void zInitialize();
   void zInitSubControls();
   void zRemoveUnmodifiedHotKeys();
@@ -217,11 +219,17 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   bool zSaveImage(std::string Filename, std::int32_t ForcedFormat, bool UpdateUserInterface);
   void pDialog_InitDialog(std::int32_t& DialogWidth, std::int32_t& DialogHeight);
   bool zSaveThumbnail(const kestrel::Picture& Thumbnail, const std::string& Filename);
+
+  // The strip above the picture, and the line in the empty view
   void zShowFileNotice();
   void zUpdateFileNotice();
-  void zClearFileNotice();
-  bool zOffersSaveAs();
+  void zShowSaved(const std::string& Filename, std::int32_t Format, bool UpdateUserInterface);
+  void zShowUnsaved(const std::string& Filename);
+  void zKeepClosedNotice();
+  void zShowNotice();
   void igxImage_NoticeAction();
+  void zUpdateHint();
+  bool zOffers(const char* Name);
 
   // Commands
   void zEnable(const CommandRow& Row);
@@ -348,9 +356,14 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   std::int16_t iLastButton = 0;
   float iZoomLevel = 0;
   bool iHandlingZoomCombo = false;
-  bool iControlsEnabled = false;  ///< last argument of `SetControls`
-  std::string iNotice;            ///< the last notice for the picture's file
-  bool iRepeatNotice = false;     ///< the first change shows it again if it was closed
+  bool iControlsEnabled = false;    ///< last argument of `SetControls`
+  std::string iFileNotice;          ///< the last notice for the picture's file
+  bool iShowsFileNotice = false;    ///< it is in the strip
+  bool iRepeatNotice = false;       ///< the first change shows it again if it was closed
+  std::string iSaveNotice;          ///< the notice about the latest save; it precedes the other in the strip
+  const char* iSaveCommand = "";    ///< the command that it offers; empty for none
+  std::string iNotice;              ///< both, as the strip shows them
+  const char* iNoticeCommand = "";  ///< the command of the strip's button
 
   std::vector<Connection> iConnections;
   Connection iDialogConnection;

@@ -23,6 +23,27 @@ std::int32_t SectionStart(std::int32_t position, std::int32_t size) {
   return static_cast<std::int32_t>(std::max<std::int64_t>(start, 0));
 }
 
+bool HasTransparency(const PixelRows& Pixels) {
+  for (std::int32_t y = 0; y < Pixels.Height; ++y) {
+    const std::uint8_t* const row = Pixels.Data + static_cast<std::size_t>(y) * Pixels.Stride;
+    unsigned common = 255;
+    for (std::int32_t x = 0; x < Pixels.Width; ++x) common &= row[std::size_t{4} * x + 3];
+    if (common != 255) return true;
+  }
+  return false;
+}
+
+bool HasPartialTransparency(const PixelRows& Pixels) {
+  for (std::int32_t y = 0; y < Pixels.Height; ++y) {
+    const std::uint8_t* const row = Pixels.Data + static_cast<std::size_t>(y) * Pixels.Stride;
+    for (std::int32_t x = 0; x < Pixels.Width; ++x) {
+      const std::uint8_t alpha = row[std::size_t{4} * x + 3];
+      if (alpha != 0 && alpha != 255) return true;
+    }
+  }
+  return false;
+}
+
 }  // namespace
 
 std::string GetImageExtension(std::int32_t Format) {
@@ -54,6 +75,13 @@ std::int32_t GetSaveFormatFromFilename(const std::string& Filename, FileHelpers&
     QDK_TRAILER(GetSaveFormatFromFilename, QDK_PARAMETERS(Filename), QDK_LOCALS(Result, Extension));
   }
   return Result;
+}
+
+bool LosesTransparency(const Image& Source, std::int32_t Format) {
+  const FileFormat* const row = FormatOf(Format);
+  if (row == nullptr || row->Alpha == KeptAlpha::kAll) return false;
+  const PixelRows pixels = Source.Pixels();
+  return row->Alpha == KeptAlpha::kNone ? HasTransparency(pixels) : HasPartialTransparency(pixels);
 }
 
 std::string FixDuplicateExtension(const std::string& Filename) {

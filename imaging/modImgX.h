@@ -21,6 +21,10 @@ bool IsValidSaveFormat(std::int32_t Format);
 /// ".pcd".
 std::int32_t GetSaveFormatFromFilename(const std::string& Filename, FileHelpers& Files);
 
+/// Whether a file of that format keeps less of the picture's transparency than there is. The rest is
+/// composited over white.
+bool LosesTransparency(const Image& Source, std::int32_t Format);
+
 /// Removes a second extension from a name to which the file dialog has appended its own. The search starts at
 /// the first backslash, so a point in a folder's name counts as the first extension.
 std::string FixDuplicateExtension(const std::string& Filename);

@@ -25,6 +25,13 @@ inline constexpr std::int32_t kTla = 12;
 inline constexpr std::int32_t kPcd = 13;
 }  // namespace format
 
+/// What a format keeps of a picture's transparency. What it doesn't keep is composited over white.
+enum class KeptAlpha : std::uint8_t {
+  kNone,   ///< every pixel becomes opaque
+  kOnOff,  ///< a pixel becomes transparent or opaque
+  kAll,
+};
+
 /// One file format. All formats can be read.
 struct FileFormat {
   std::int32_t Code;
@@ -34,6 +41,7 @@ struct FileFormat {
   bool Writable;
   /// How many of the extensions, from the first on, choose the format of a save. The others are only read.
   std::size_t SaveExtensions;
+  KeptAlpha Alpha;  ///< in files that are written
 
   /// Whether `extension`, in lower case and without a point, is one of the format's.
   constexpr bool HasExtension(std::string_view extension) const {
@@ -46,19 +54,19 @@ struct FileFormat {
 
 /// One row for each format, by code.
 inline constexpr FileFormat kFileFormats[] = {
-    {format::kJpg, "JPEG", {"jpg", "jpeg", "jpe", "jfif"}, true, 2},
-    {format::kPng, "PNG", {"png"}, true, 1},
-    {format::kTif, "TIFF", {"tif", "tiff"}, true, 1},
-    {format::kPcx, "PCX", {"pcx"}, true, 1},
-    {format::kTga, "TGA", {"tga", "icb", "vda", "vst"}, true, 1},
-    {format::kBmp, "BMP", {"bmp", "dib", "rle"}, true, 1},
-    {format::kWmf, "WMF", {"wmf"}, true, 1},
-    {format::kEmf, "EMF", {"emf"}, true, 1},
-    {format::kPsd, "PSD", {"psd", "psb"}, true, 1},
-    {format::kWbmp, "WBMP", {"wbmp", "wbp"}, true, 1},
-    {format::kGif, "GIF", {"gif"}, true, 1},
-    {format::kTla, "TLA", {"tla"}, true, 1},
-    {format::kPcd, "Photo CD", {"pcd"}, false, 0},
+    {format::kJpg, "JPEG", {"jpg", "jpeg", "jpe", "jfif"}, true, 2, KeptAlpha::kNone},
+    {format::kPng, "PNG", {"png"}, true, 1, KeptAlpha::kAll},
+    {format::kTif, "TIFF", {"tif", "tiff"}, true, 1, KeptAlpha::kAll},
+    {format::kPcx, "PCX", {"pcx"}, true, 1, KeptAlpha::kNone},
+    {format::kTga, "TGA", {"tga", "icb", "vda", "vst"}, true, 1, KeptAlpha::kAll},
+    {format::kBmp, "BMP", {"bmp", "dib", "rle"}, true, 1, KeptAlpha::kAll},
+    {format::kWmf, "WMF", {"wmf"}, true, 1, KeptAlpha::kNone},
+    {format::kEmf, "EMF", {"emf"}, true, 1, KeptAlpha::kNone},
+    {format::kPsd, "PSD", {"psd", "psb"}, true, 1, KeptAlpha::kAll},
+    {format::kWbmp, "WBMP", {"wbmp", "wbp"}, true, 1, KeptAlpha::kNone},
+    {format::kGif, "GIF", {"gif"}, true, 1, KeptAlpha::kOnOff},
+    {format::kTla, "TLA", {"tla"}, true, 1, KeptAlpha::kAll},
+    {format::kPcd, "Photo CD", {"pcd"}, false, 0, KeptAlpha::kNone},
 };
 
 /// The format with this code, or null.

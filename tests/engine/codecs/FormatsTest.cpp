@@ -59,6 +59,29 @@ TEST_F(FormatsTest, EveryWrittenFormatIsRecognizedByItsContentAlone) {
   }
 }
 
+TEST_F(FormatsTest, EachWrittenFormatKeepsTheAlphaThatTheTableStatesAndHasWhiteForTheRest) {
+  // Blocks of 16 pixels, so that no block of a JPEG file holds two of them.
+  constexpr std::uint8_t kAlphas[] = {0, 100, 200, 255};
+  const Bitmap black = test::pictureOf(64, 16, [&](std::int32_t x, std::int32_t) {
+    return Pixel{0, 0, 0, kAlphas[x / 16]};
+  });
+  for (const FileFormat& row : kFileFormats) {
+    if (!row.Writable) continue;
+    const Decoded decoded = decode(encode(black, {}, row.Code));
+    const std::uint8_t* const p = decoded.bitmap.pixels().row(8);
+    for (std::size_t i = 0; i < std::size(kAlphas); ++i) {
+      const std::size_t at = 4 * (16 * i + 8);
+      const int wanted = row.Alpha == KeptAlpha::kAll    ? kAlphas[i]
+                         : row.Alpha == KeptAlpha::kNone ? 255
+                         : kAlphas[i] < 128              ? 0
+                                                         : 255;
+      EXPECT_EQ(p[at + 3], wanted) << row.Name << ", alpha " << int{kAlphas[i]};
+      if (row.Code == format::kWbmp || wanted == 0 || row.Alpha == KeptAlpha::kAll) continue;
+      EXPECT_NEAR(p[at], 255 - kAlphas[i], 8) << row.Name << ", alpha " << int{kAlphas[i]};
+    }
+  }
+}
+
 TEST_F(FormatsTest, APngFileNamedJpgIsReadAsPng) {
   put("picture.jpg", encode(test::gradient(5, 5), {}, format::kPng));
   EXPECT_EQ(decodeFile(file("picture.jpg")).format, format::kPng);
