@@ -2,8 +2,11 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QDragEnterEvent>
+#include <QMimeData>
 #include <QTest>
 #include <QTimer>
+#include <QUrl>
 #include <QWindow>
 
 #include "base/RuntimeError.h"
@@ -83,6 +86,19 @@ void pressKey(QWidget& window, Qt::Key key, Qt::KeyboardModifiers modifiers) {
 
 void pressKey(QWidget& window, Qt::Key key, Qt::KeyboardModifiers modifiers, const QString& text) {
   QTest::sendKeyEvent(QTest::Click, window.window()->windowHandle(), key, text, modifiers);
+}
+
+bool dropFile(QWidget& widget, const std::string& name, Qt::DropActions actions) {
+  QMimeData data;
+  data.setUrls({QUrl::fromLocalFile(QString::fromStdString(name))});
+  QWindow* const window = widget.window()->windowHandle();
+  const QPoint at = widget.mapTo(widget.window(), widget.rect().center());
+  QDragEnterEvent enter(at, actions, &data, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(window, &enter);
+  if (!enter.isAccepted()) return false;
+  QDropEvent drop(at, actions, &data, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(window, &drop);
+  return drop.isAccepted() && drop.dropAction() != Qt::MoveAction;
 }
 
 void settle() {

@@ -55,6 +55,10 @@ QImage noise(int width, int height);
 void pressKey(QWidget& window, Qt::Key key, Qt::KeyboardModifiers modifiers = {});
 void pressKey(QWidget& window, Qt::Key key, Qt::KeyboardModifiers modifiers, const QString& text);
 
+/// Drags a file to the middle of the widget, through its window, and drops it there. False if the widget
+/// refuses it.
+bool dropFile(QWidget& widget, const std::string& name, Qt::DropActions actions = Qt::CopyAction);
+
 /// Processes all pending events.
 void settle();
 

@@ -449,5 +449,32 @@ TEST(EmbeddedComponent, KeepsTheSharedServicesUntilTheProcessEnds) {
   modProcessing::WindowPositions().RegistryKey(first);
 }
 
+// -- Dropped files ----------------------------------------------------------------------------------------
+
+TEST_F(Host, TakesFilesForTheEditorUnlessItsPropertyIsOff) {
+  noise(70, 30).save(QString::fromStdString(file("dropped.png")));
+  start();
+  EXPECT_TRUE(editor_->property("acceptFiles").toBool());
+  editor_->setProperty("acceptFiles", false);
+  EXPECT_FALSE(dropFile(canvas(), file("dropped.png")));
+  settle();
+  EXPECT_EQ(control().Filename(), file("open.png"));
+  control().Picture(nullptr);
+  EXPECT_EQ(control().ImageControl().EmptyHint(), "Open a picture.");
+  editor_->setProperty("acceptFiles", true);
+  EXPECT_EQ(control().ImageControl().EmptyHint(), "Open a picture, or drop one here.");
+  EXPECT_TRUE(dropFile(canvas(), file("dropped.png")));
+  settle();
+  EXPECT_EQ(control().Filename(), file("dropped.png"));
+}
+
+TEST_F(Host, MayEndTheEditorAfterADrop) {
+  start();
+  EXPECT_TRUE(dropFile(canvas(), file("open.png")));
+  end(Ends::Editor);
+  settle();
+  EXPECT_TRUE(editor_.isNull());
+}
+
 }  // namespace
 }  // namespace kestrel::desktop

@@ -18,6 +18,7 @@ ComboField::ComboField(docking::MoorageModel& suite, docking::CommandModel& comm
     : suite_(suite), command_(command) {
   setObjectName(toQt(command_.Name()));
   setEditable(true);
+  lineEdit()->setAcceptDrops(false);  // a dropped file is for the editor; here it would become text
   setInsertPolicy(QComboBox::NoInsert);
   setCompleter(nullptr);
   setFocusPolicy(Qt::ClickFocus);
