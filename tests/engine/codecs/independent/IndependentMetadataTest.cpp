@@ -7,8 +7,8 @@ namespace kestrel::engine {
 namespace {
 
 using test::Builder;
-using test::Workshop;
 using test::contains;
+using test::Workshop;
 
 class IndependentMetadata : public testing::TestWithParam<std::int32_t> {
  protected:
