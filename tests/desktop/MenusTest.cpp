@@ -5,6 +5,7 @@
 #include <QFontInfo>
 #include <QHelpEvent>
 #include <QMenuBar>
+#include <QScreen>
 #include <QTest>
 #include <QTextDocumentFragment>
 #include <QTimer>
@@ -102,6 +103,7 @@ TEST_F(Menus, ElideLongNamesInTheMiddleAndShowThemAsToolTips) {
   settle();
   writeScreenshot(*file, "menu-recent");
   EXPECT_LE(file->width(), 40 * QFontInfo(file->font()).pixelSize());
+  EXPECT_LE(file->sizeHint().width(), file->screen()->availableGeometry().width()) << "the names fit";
   const auto line = [file](const char* end) {
     for (QAction* action : file->actions()) {
       if (action->text().endsWith(QLatin1String(end))) return action;

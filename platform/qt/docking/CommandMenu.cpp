@@ -2,6 +2,7 @@
 
 #include <QFontInfo>
 #include <QHelpEvent>
+#include <QScreen>
 #include <QToolTip>
 #include <algorithm>
 
@@ -34,14 +35,14 @@ QAction* CommandMenu::addLine(const QString& text) {
   return line;
 }
 
-/// Width of the widest caption that leaves the menu narrow enough: what remains beside icons, hot keys and
-/// frame.
+/// Width of the widest caption that leaves the menu narrow enough, also for a small screen: what remains
+/// beside icons, hot keys and frame.
 int CommandMenu::captionRoom() const {
   int widest = 0;
   for (const QAction* action : actions()) {
     if (action->isVisible()) widest = std::max(widest, widthOf(*action, fontMetrics()));
   }
-  const int most = kWidestEm * QFontInfo(font()).pixelSize();
+  const int most = std::min(kWidestEm * QFontInfo(font()).pixelSize(), screen()->availableGeometry().width());
   return std::max(0, most - (sizeHint().width() - widest));
 }
 
