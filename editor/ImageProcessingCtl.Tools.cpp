@@ -33,6 +33,8 @@ void ImageProcessingCtl::zConnectPointer() {
       igxImage.MouseMove.Connect([this](Int b, Int s, float x, float y) { igxImage_MouseMove(b, s, x, y); }));
   keep(igxImage.MouseMovePixel.Connect(
       [this](Int b, Int s, Int x, Int y) { igxImage_MouseMovePixel(b, s, x, y); }));
+  keep(igxImage.PointerPixelChanged.Connect([this] { igxImage_PointerPixelChanged(); }));
+  keep(igxImage.ContextMenu.Connect([this] { igxImage_ContextMenu(); }));
   keep(igxImage.MouseUp.Connect([this](Int b, Int s, float x, float y) { igxImage_MouseUp(b, s, x, y); }));
   keep(igxImage.Click.Connect([this] { igxImage_Click(); }));
   keep(igxImage.SelectChanged.Connect(
@@ -164,7 +166,7 @@ void ImageProcessingCtl::zShowSize() {
   mrgUI.StatusPanel("pnlSize").Caption(size);
 }
 
-/// After a change of the picture: the pixel under an unmoved pointer may be another one.
+/// The pixel under an unmoved pointer may be another one.
 void ImageProcessingCtl::zUpdatePointerPixel() {
   if (const auto pixel = igxImage.PointerPixel()) {
     mrgUI.StatusPanel("pnlPosition").Caption(Pair(pixel->X, pixel->Y));
@@ -172,6 +174,24 @@ void ImageProcessingCtl::zUpdatePointerPixel() {
   } else {
     mrgUI.StatusPanel("pnlPosition").Caption(" ");
     if (fltZoom) fltZoom->ClearZoomWindow();
+  }
+}
+
+void ImageProcessingCtl::igxImage_PointerPixelChanged() {
+  try {
+    zUpdatePointerPixel();
+  } catch (...) {
+    QDK_TRAILER(igxImage_PointerPixelChanged, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+/// The menu of a right click on the selection, or on the picture without one.
+void ImageProcessingCtl::igxImage_ContextMenu() {
+  try {
+    if (igxImage.Image() == nullptr) return;
+    zShowPopup(igxImage.SelectionVisible() ? "mnuSelectionContext" : "mnuImageContext");
+  } catch (...) {
+    QDK_TRAILER(igxImage_ContextMenu, QDK_PARAMETERS(), QDK_LOCALS());
   }
 }
 

@@ -264,6 +264,8 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   bool zOutsideSelection(const Point& Pixel) const;
   void zShowSize();
   void zUpdatePointerPixel();
+  void igxImage_PointerPixelChanged();
+  void igxImage_ContextMenu();
   void igxImage_MouseDown(std::int32_t Button, std::int32_t Shift, float X, float Y);
   void igxImage_MouseMove(std::int32_t Button, std::int32_t Shift, float X, float Y);
   void igxImage_MouseMovePixel(std::int32_t Button, std::int32_t Shift, std::int32_t PixelX,

@@ -94,8 +94,10 @@ void frmMaterials::Application(IImageProcessingCtl* Value) {
         [this](Int button, Int shift, float x, float y) { ImageControl_MouseMove(button, shift, x, y); }));
     keep(ImageControl->MouseMovePixel.Connect(
         [this](Int button, Int shift, Int x, Int y) { ImageControl_MouseMovePixel(button, shift, x, y); }));
-    keep(ImageControl->Changed.Connect([this] { ImageControl_Changed(); }));
-    keep(ImageControl->Loaded.Connect([this] { ImageControl_Changed(); }));
+    for (Event<>* event :
+         {&ImageControl->Changed, &ImageControl->Loaded, &ImageControl->PointerPixelChanged}) {
+      keep(event->Connect([this] { ImageControl_Changed(); }));
+    }
     ioeTracking->hWnd(ImageControl->hWnd());
     Processing_ForeColorChange(Processing->ForeColor());
     Processing_BackColorChange(Processing->BackColor());
@@ -190,7 +192,7 @@ void frmMaterials::ImageControl_MouseMovePixel(std::int32_t Button, std::int32_t
   }
 }
 
-/// The picture may change under an unmoved pointer.
+/// The pixel under an unmoved pointer may be another one.
 void frmMaterials::ImageControl_Changed() {
   try {
     if (const auto pixel = Required(ImageControl).PointerPixel()) {

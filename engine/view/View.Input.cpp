@@ -27,6 +27,13 @@ double beyond(double position, std::int32_t size) {
   return position > size ? position - size : 0;
 }
 
+/// Whether a view position is in the picture or on the line right of or below it. The last pixel stays
+/// reported there, because handlers of `MouseMove` count that line as inside.
+bool isInsideOrOnFarLine(const ViewAxis& axis, float position) {
+  const double center = std::floor(static_cast<double>(position)) + 0.5;
+  return center >= axis.toView(0) && center < axis.toView(axis.picture()) + 1;
+}
+
 double scrollSpeed(double distance) {
   if (distance == 0) return 0;
   return std::copysign(std::clamp(std::abs(distance), kSlowestScroll, kFastestScroll), distance);
@@ -34,7 +41,7 @@ double scrollSpeed(double distance) {
 
 }  // namespace
 
-void View::pointerDown(std::int32_t button, std::int32_t shift, float x, float y) {
+void View::pointerDown(std::int32_t button, std::int32_t shift, float x, float y, bool again) {
   pointer_ = {x, y};
   pointerInside_ = true;
   shift_ = shift;
@@ -47,6 +54,7 @@ void View::pointerDown(std::int32_t button, std::int32_t shift, float x, float y
   }
   if (!pans) {
     pressedButton_ = button;
+    pressedAgain_ = again && button == kLeftButton;
     MouseDown(button, shift, x, y);
     if (gesture_) return;
   }
@@ -63,7 +71,19 @@ void View::pointerMove(std::int32_t button, std::int32_t shift, float x, float y
   followPointer({x, y}, shift);
   updateCursor();
   MouseMove(button, shift, x, y);
-  if (const auto pixel = PointerPixel()) MouseMovePixel(button, shift, pixel->X, pixel->Y);
+  if (const auto pixel = PointerPixel()) {
+    reportedPixel_ = pixel;
+    MouseMovePixel(button, shift, pixel->X, pixel->Y);
+  } else if (!isInsideOrOnFarLine(horizontal_, x) || !isInsideOrOnFarLine(vertical_, y)) {
+    reportPointerPixel();
+  }
+}
+
+void View::reportPointerPixel() {
+  const std::optional<Point> pixel = PointerPixel();
+  if (pixel == reportedPixel_) return;
+  reportedPixel_ = pixel;
+  PointerPixelChanged();
 }
 
 std::optional<Point> View::PointerPixel() const {
@@ -98,12 +118,29 @@ void View::pointerUp(std::int32_t button, std::int32_t shift, float x, float y) 
   }
   if (button == kMiddleButton) return;
   MouseUp(button, shift, x, y);
-  if (click) Click();
+  if (!click) return;
+  Click();
+  if (!pressedAgain_) return;
+  const ZoomingAtPointer fixed(zoomsAtPointer_);
+  DblClick();
+}
+
+void View::pointerEnter(float x, float y) {
+  pointerInside_ = true;
+  pointerShifted(x, y);
+}
+
+void View::pointerShifted(float x, float y) {
+  if (!pointerInside_) return;
+  pointer_ = {x, y};
+  updateCursor();
+  reportPointerPixel();
 }
 
 void View::pointerLeave() {
   pointerInside_ = false;
   if (!gesture_) showCursor(cursor_ = ViewCursor::arrow);
+  reportPointerPixel();
 }
 
 bool View::keyDown(ViewKey key, std::int32_t shift) {

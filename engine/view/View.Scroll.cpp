@@ -10,11 +10,18 @@ void View::Zoom(double value) {
   if (std::isnan(value)) throw RuntimeError(err::kInvalidPropertyValue, "The zoom factor is not a number.");
   BeforeZoomChanged(value);
   const PointD middle{horizontal_.view() / 2.0, vertical_.view() / 2.0};
-  const PointD fixed = wheeling_ ? pixelCenter(pointer_) : middle;
+  const PointD fixed = zoomsAtPointer_ ? pixelCenter(pointer_) : middle;
   horizontal_.zoom(value, fixed.X);
   vertical_.zoom(value, fixed.Y);
   scrollRangesChanged();
   invalidateAll();
+  reportPointerPixel();
+}
+
+double View::FitZoom() const {
+  if (picture_->empty()) return 1.0;
+  const Size room = sizeWithoutBars();
+  return std::min(horizontal_.fit(room.Width), vertical_.fit(room.Height));
 }
 
 bool View::moveTo(double x, double y) {
@@ -23,6 +30,7 @@ bool View::moveTo(double x, double y) {
   if (!movedX && !movedY) return false;
   scrollRangesChanged();
   invalidateAll();
+  reportPointerPixel();
   return true;
 }
 
@@ -55,8 +63,9 @@ void View::panEnded(bool withPanTool) { (withPanTool ? PanChanged : ScrollChange
 
 void View::wheel(float notchesX, float notchesY, std::int32_t shift, float x, float y) {
   shift_ = shift;
+  pointerEnter(x, y);
   if ((shift & kCtrlMask) != 0) {
-    turnZoomWheel(notchesY, {x, y});
+    turnZoomWheel(notchesY);
     return;
   }
   if ((shift & kShiftMask) != 0) std::swap(notchesX, notchesY);
@@ -64,18 +73,13 @@ void View::wheel(float notchesX, float notchesY, std::int32_t shift, float x, fl
                   vertical_.offset() - static_cast<double>(notchesY) * vertical_.range().step);
 }
 
-void View::turnZoomWheel(float notches, PointD at) {
+void View::turnZoomWheel(float notches) {
   if (notches * wheelRest_ < 0) wheelRest_ = 0;  // a change of direction starts from 0
   wheelRest_ += notches;
-  pointer_ = at;
   const std::int32_t direction = wheelRest_ > 0 ? 1 : -1;
   while (std::abs(wheelRest_) >= 1) {
     wheelRest_ -= static_cast<float>(direction);
-    struct Wheeling {
-      explicit Wheeling(bool& flag) : flag_(flag) { flag_ = true; }
-      ~Wheeling() { flag_ = false; }
-      bool& flag_;
-    } const wheeling(wheeling_);
+    const ZoomingAtPointer fixed(zoomsAtPointer_);
     WheelZoom(direction);
   }
 }

@@ -85,6 +85,7 @@ void View::pictureChanged(const PictureChange& change) {
     measure();
     if (change.otherPicture) moveTo(0, 0);
     invalidateAll();
+    reportPointerPixel();
   } else {
     pictureDrawn(change.area);
   }
@@ -136,6 +137,7 @@ void View::resize(std::int32_t width, std::int32_t height) {
   vertical_.measure(picture_->bitmap().height(), std::max(height, 0), border);
   scrollRangesChanged();
   invalidateAll();
+  reportPointerPixel();
 }
 
 void View::measure() { resize(horizontal_.view(), vertical_.view()); }

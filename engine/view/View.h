@@ -37,6 +37,7 @@ class View : public Face<ImageView>, private GestureHost {
   void Picture(const PicturePtr& value) override;
   double Zoom() const override { return horizontal_.zoom(); }
   void Zoom(double value) override;
+  double FitZoom() const override;
   std::int32_t ScrollLeft() const override { return horizontal_.scroll(); }
   void ScrollLeft(std::int32_t value) override;
   std::int32_t ScrollTop() const override { return vertical_.scroll(); }
@@ -98,10 +99,15 @@ class View : public Face<ImageView>, private GestureHost {
   void paint(const PaintBuffer& buffer, const Rectangle& area);
 
   /// `button` and `shift` are masks from Types.h; for a move, `button` holds the pressed buttons. The middle
-  /// button pans with any tool, without `MouseDown`, `MouseUp` and `Click`.
-  void pointerDown(std::int32_t button, std::int32_t shift, float x, float y);
+  /// button pans with any tool, without `MouseDown`, `MouseUp` and `Click`. `again` marks the second press of
+  /// a double click.
+  void pointerDown(std::int32_t button, std::int32_t shift, float x, float y, bool again = false);
   void pointerMove(std::int32_t button, std::int32_t shift, float x, float y);
   void pointerUp(std::int32_t button, std::int32_t shift, float x, float y);
+  /// The pointer has come over the view, which may have been covered, at this position.
+  void pointerEnter(float x, float y);
+  /// The view has moved under the resting pointer, whose position in the view is now this one.
+  void pointerShifted(float x, float y);
   /// The pointer has left the view, or the window system has released its capture.
   void pointerLeave();
   /// Wheel rotation in notches or fractions, positive upwards and to the left. Scrolls; with Shift the axes
@@ -136,8 +142,22 @@ class View : public Face<ImageView>, private GestureHost {
   virtual void setTimer(ViewTimer which, bool on) = 0;
   /// `text` replaces the notice shown; an empty text removes it.
   virtual void showNotice(const std::string& text, const std::string& action) = 0;
+  /// The size that the view would have without scroll bars.
+  virtual Size sizeWithoutBars() const { return {horizontal_.view(), vertical_.view()}; }
 
  private:
+  /// During its lifetime a write of `Zoom` keeps the pixel under the pointer in place.
+  class ZoomingAtPointer {
+   public:
+    explicit ZoomingAtPointer(bool& flag) : flag_(flag) { flag_ = true; }
+    ZoomingAtPointer(const ZoomingAtPointer&) = delete;
+    ZoomingAtPointer& operator=(const ZoomingAtPointer&) = delete;
+    ~ZoomingAtPointer() { flag_ = false; }
+
+   private:
+    bool& flag_;
+  };
+
   // PictureOwner
   EditablePicture& picture() override { return *picture_; }
   void putPicture(PictureState state, const std::string& undoName) override;
@@ -160,11 +180,12 @@ class View : public Face<ImageView>, private GestureHost {
   void invalidateView(const Rectangle& area) override;
 
   void pictureChanged(const PictureChange& change);
+  void reportPointerPixel();
   void measure();
   void invalidateAll() { invalidate({0, 0, horizontal_.view(), vertical_.view()}); }
   bool moveTo(double x, double y);
   void scrollAndNotify(double x, double y);
-  void turnZoomWheel(float notches, PointD at);
+  void turnZoomWheel(float notches);
 
   void setSelection(const Selection& selection);
   void writeSelection(const Selection& selection);
@@ -211,11 +232,13 @@ class View : public Face<ImageView>, private GestureHost {
   PointD pressedAt_;
   PointD pointer_;
   bool pointerInside_ = false;  ///< the pointer is over the view or captured by it
+  std::optional<Point> reportedPixel_;
   std::int32_t shift_ = 0;
   bool dragged_ = false;
+  bool pressedAgain_ = false;  ///< the second press of a double click
   bool autoScrolling_ = false;
-  bool wheeling_ = false;  ///< zooming keeps the pixel under the pointer in place, not the center
-  float wheelRest_ = 0;    ///< fraction of a notch towards the next `WheelZoom`
+  bool zoomsAtPointer_ = false;  ///< zooming keeps the pixel under the pointer in place, not the center
+  float wheelRest_ = 0;          ///< fraction of a notch towards the next `WheelZoom`
 
   std::string notice_;
   std::string noticeAction_;

@@ -27,6 +27,13 @@ void ViewAxis::zoom(double value, double anchor) {
   scrollTo(border_ + fixed * zoom_ - anchor);
 }
 
+double ViewAxis::fit(std::int32_t room) const {
+  const double free = room - 2 * border_;
+  double zoom = free / picture_;
+  while (zoom > 0 && picture_ * zoom > free) zoom = std::nextafter(zoom, 0.0);  // the quotient is rounded
+  return std::clamp(zoom, kSmallestZoom, kLargestZoom);
+}
+
 bool ViewAxis::scrollTo(double offset) {
   const double before = offset_;
   if (hidden() <= 0) {

@@ -29,6 +29,8 @@ class ViewAxis {
   double zoom() const { return zoom_; }
   /// Keeps the picture point at the view position `anchor` in place, as far as the scroll range allows.
   void zoom(double value, double anchor);
+  /// The largest zoom at which picture and border fit into `room` device pixels. The picture is not empty.
+  double fit(std::int32_t room) const;
 
   /// Scroll offset: device pixels of the picture, border included, before the view's edge; negative when
   /// centered.

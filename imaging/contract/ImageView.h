@@ -60,6 +60,9 @@ class ImageView : public Control, public ImagingFace {
   /// to 0.01 to 64.
   virtual double Zoom() const = 0;
   virtual void Zoom(double value) = 0;
+  /// The largest factor at which the whole picture is in view without scroll bars, within the bounds of
+  /// `Zoom`; 1.0 without a picture.
+  virtual double FitZoom() const = 0;
 
   /// Picture column and row at the view's left and top edge; negative if a smaller picture is centered. The
   /// border line around the picture, if shown, counts as that edge: at zoom 1 the picture's column
@@ -144,6 +147,11 @@ class ImageView : public Control, public ImagingFace {
 
   /// A press and release of a button without a drag.
   Event<> Click;
+  /// The second click of a double click with the left button, after its `Click`. A write of `Zoom` in the
+  /// handler keeps the picture pixel under the pointer in place.
+  Event<> DblClick;
+  /// The context menu was requested by the keyboard. With the mouse it is a `MouseUp` of the right button.
+  Event<> ContextMenu;
   /// Button, Shift, X, Y in view pixels.
   Event<std::int32_t, std::int32_t, float, float> MouseDown;
   Event<std::int32_t, std::int32_t, float, float> MouseMove;
@@ -151,6 +159,9 @@ class ImageView : public Control, public ImagingFace {
   Event<std::int32_t, std::int32_t, float, float> MouseUp;
   /// Button, Shift, PixelX, PixelY; raised while the pointer is over the picture.
   Event<std::int32_t, std::int32_t, std::int32_t, std::int32_t> MouseMovePixel;
+  /// `PointerPixel` has changed without a `MouseMovePixel`: the picture was scrolled, zoomed or moved under a
+  /// resting pointer, or the pointer has left the picture.
+  Event<> PointerPixelChanged;
   /// The new factor; the view still shows the old one.
   Event<double> BeforeZoomChanged;
   /// After each change of the picture, undo and redo included, but not after a load.

@@ -44,6 +44,12 @@ void ImageView::click(Point at, std::int32_t button, std::int32_t shift) {
   release(button, shift, at);
 }
 
+void ImageView::doubleClick(Point at) {
+  click(at);
+  pointerDown(kLeftButton, 0, static_cast<float>(at.X), static_cast<float>(at.Y), true);
+  release(kLeftButton, 0, at);
+}
+
 void ImageView::leave() { pointerLeave(); }
 
 void ImageView::turnWheel(std::int32_t notches, std::int32_t shift, Point at) {

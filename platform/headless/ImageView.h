@@ -27,6 +27,8 @@ class ImageView : public WindowOf<engine::View> {
   /// Presses at the first position, moves to the second in a few steps and releases there.
   void drag(Point from, Point to, std::int32_t button = kLeftButton, std::int32_t shift = 0);
   void click(Point at, std::int32_t button = kLeftButton, std::int32_t shift = 0);
+  /// Two clicks in quick succession.
+  void doubleClick(Point at);
   void leave();
   void turnWheel(std::int32_t notches, std::int32_t shift, Point at);
   /// Presses the button of the current notice.

@@ -56,6 +56,13 @@ void ImageSurface::setView(engine::View* view) {
   if (view_) updateBars();
 }
 
+void ImageSurface::moveEvent(QMoveEvent* /*event*/) { canvas_->moved(); }
+
+QSize ImageSurface::deviceSizeWithoutBars() const {
+  const double factor = devicePixelRatioF();
+  return {static_cast<int>(width() * factor), static_cast<int>(heightBelowNotice() * factor)};
+}
+
 void ImageSurface::resizeEvent(QResizeEvent* /*event*/) {
   layOut();
   updateBars();

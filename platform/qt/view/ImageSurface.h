@@ -23,6 +23,10 @@ class ImageSurface final : public QWidget {
   NoticeStrip& notice() const { return *notice_; }
 
   void setView(engine::View* view);
+  engine::View* view() const { return view_; }
+
+  /// The area below the notice, in device pixels; fractions of a pixel are not counted.
+  QSize deviceSizeWithoutBars() const;
 
   /// Updates the bars from the view's ranges, and shows or hides them as needed.
   void updateBars();
@@ -32,6 +36,7 @@ class ImageSurface final : public QWidget {
 
  protected:
   bool event(QEvent* event) override;
+  void moveEvent(QMoveEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 
  private:

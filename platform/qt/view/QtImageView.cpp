@@ -46,6 +46,11 @@ void QtImageView::showNotice(const std::string& text, const std::string& action)
   surface_.showNotice(translated(text), withoutAccessKey(translated(action)));
 }
 
+Size QtImageView::sizeWithoutBars() const {
+  const QSize size = surface_.deviceSizeWithoutBars();
+  return {size.width(), size.height()};
+}
+
 QTimer& QtImageView::timerOf(engine::ViewTimer which) {
   return which == engine::ViewTimer::march ? march_ : autoScroll_;
 }

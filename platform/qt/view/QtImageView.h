@@ -26,6 +26,7 @@ class QtImageView final : public WidgetControl<engine::View> {
   void scrollRangesChanged() override;
   void setTimer(engine::ViewTimer which, bool on) override;
   void showNotice(const std::string& text, const std::string& action) override;
+  Size sizeWithoutBars() const override;
 
  private:
   QTimer& timerOf(engine::ViewTimer which);

@@ -46,6 +46,12 @@ std::optional<engine::ViewKey> viewKeyOf(int key) {
   }
 }
 
+/// The context-menu key, or the keys for it on a keyboard that has none.
+bool isContextMenuKey(const QKeyEvent& event) {
+  return (event.key() == Qt::Key_Menu && event.modifiers() == Qt::NoModifier) ||
+         (event.key() == Qt::Key_F10 && event.modifiers() == Qt::ShiftModifier);
+}
+
 QPoint rounded(const QPointF& point) {
   return {static_cast<int>(std::lround(point.x())), static_cast<int>(std::lround(point.y()))};
 }
@@ -73,11 +79,11 @@ QPointF ViewCanvas::toView(const QPointF& position) const {
 }
 
 QPointF ViewCanvas::screenToView(const QPoint& screen) const {
-  return toView(mapToGlobal(pointer_).toPoint() == screen ? pointer_ : mapFromGlobal(QPointF(screen)));
+  return toView(mapFromGlobal(pointer_.toPoint() == screen ? pointer_ : QPointF(screen)));
 }
 
 QPointF ViewCanvas::pointerInView(const QPointF& position) {
-  pointer_ = position;
+  pointer_ = mapToGlobal(position);
   return toView(position);
 }
 
@@ -161,15 +167,22 @@ bool ViewCanvas::event(QEvent* event) {
 
 void ViewCanvas::resizeEvent(QResizeEvent* /*event*/) { measure(); }
 
-void ViewCanvas::moveEvent(QMoveEvent* /*event*/) { measure(); }
+void ViewCanvas::moveEvent(QMoveEvent* /*event*/) { moved(); }
 
-void ViewCanvas::mousePressEvent(QMouseEvent* event) {
-  const QPointF at = pointerInView(event->position());
-  const std::int32_t button = buttonMaskOf(event->button());
+void ViewCanvas::moved() {
+  measure();
+  if (!view_) return;
+  const QPointF at = toView(mapFromGlobal(pointer_));
+  guarded([&] { view_->pointerShifted(static_cast<float>(at.x()), static_cast<float>(at.y())); });
+}
+
+void ViewCanvas::press(const QMouseEvent& event, bool again) {
+  const QPointF at = pointerInView(event.position());
+  const std::int32_t button = buttonMaskOf(event.button());
   if (!view_ || button == 0) return;
   guarded([&] {
-    view_->pointerDown(button, shiftMaskOf(event->modifiers()), static_cast<float>(at.x()),
-                       static_cast<float>(at.y()));
+    view_->pointerDown(button, shiftMaskOf(event.modifiers()), static_cast<float>(at.x()),
+                       static_cast<float>(at.y()), again);
   });
 }
 
@@ -192,6 +205,12 @@ void ViewCanvas::mouseReleaseEvent(QMouseEvent* event) {
   });
 }
 
+void ViewCanvas::enterEvent(QEnterEvent* event) {
+  const QPointF at = pointerInView(event->position());
+  if (!view_) return;
+  guarded([&] { view_->pointerEnter(static_cast<float>(at.x()), static_cast<float>(at.y())); });
+}
+
 void ViewCanvas::leaveEvent(QEvent* /*event*/) {
   if (view_) guarded([this] { view_->pointerLeave(); });
 }
@@ -201,7 +220,7 @@ void ViewCanvas::wheelEvent(QWheelEvent* event) {
   if (!view_) return;
   const std::int32_t shift = shiftMaskOf(event->modifiers());
   const bool byTouchpad = !event->pixelDelta().isNull() && event->phase() != Qt::NoScrollPhase;
-  const QPointF at = toView(event->position());
+  const QPointF at = pointerInView(event->position());
   guarded([&] {
     if (byTouchpad && !(shift & kCtrlMask)) {
       const QPointF moved = QPointF(event->pixelDelta()) * devicePixelRatioF();
@@ -215,12 +234,21 @@ void ViewCanvas::wheelEvent(QWheelEvent* event) {
 }
 
 void ViewCanvas::keyPressEvent(QKeyEvent* event) {
+  if (view_ && isContextMenuKey(*event)) {
+    guarded([this] { view_->ContextMenu(); });
+    return;
+  }
   const auto key = viewKeyOf(event->key());
   bool used = false;
   if (view_ && key) guarded([&] { used = view_->keyDown(*key, shiftMaskOf(event->modifiers())); });
   event->setAccepted(used);
   // One press of Escape ends the drag and a pending paste or crop.
   if (used && key == engine::ViewKey::escape) SiteWidget::forwardKey(*this, *event);
+}
+
+void ViewCanvas::contextMenuEvent(QContextMenuEvent* event) {
+  // Not every platform sends this event for the key, so the key itself opens the menu.
+  event->setAccepted(event->reason() == QContextMenuEvent::Keyboard);
 }
 
 }  // namespace kestrel::qt

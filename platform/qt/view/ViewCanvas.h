@@ -27,6 +27,9 @@ class ViewCanvas final : public QWidget {
   void invalidate(const QRect& deviceArea);
   void invalidateAll();
 
+  /// Call after the widget has moved, also with its parent: measures, and the resting pointer is at another
+  /// position of the view.
+  void moved();
   /// Passes the current size to the view. Called when the widget's position or the scale may have changed.
   void measure();
   QSize deviceSize() const { return deviceSize_; }
@@ -41,24 +44,27 @@ class ViewCanvas final : public QWidget {
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void moveEvent(QMoveEvent* event) override;
-  void mousePressEvent(QMouseEvent* event) override;
-  void mouseDoubleClickEvent(QMouseEvent* event) override { mousePressEvent(event); }
+  void mousePressEvent(QMouseEvent* event) override { press(*event, false); }
+  void mouseDoubleClickEvent(QMouseEvent* event) override { press(*event, true); }
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
+  void enterEvent(QEnterEvent* event) override;
   void leaveEvent(QEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
 
  private:
   /// The widget's top left corner in device pixels of its window; fractional at a fractional scale.
   QPointF deviceOrigin() const;
   QPointF pointerInView(const QPointF& position);
+  void press(const QMouseEvent& event, bool again);
   void paintDirty();
   void paintHint(QPainter& painter) const;
 
   engine::View* view_ = nullptr;
   QSize deviceSize_;
-  QPointF pointer_;  ///< last pointer position in the widget
+  QPointF pointer_;  ///< last pointer position on the screen
   double factor_ = 1.0;
   QImage buffer_;
   QRegion dirty_;

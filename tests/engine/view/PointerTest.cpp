@@ -192,5 +192,41 @@ TEST(ViewPointer, CursorsShowTheEffectOfAPress) {
   }
 }
 
+TEST(ViewDoubleClick, ComesAfterTheSecondClickOfTheLeftButton) {
+  TestView view(200, 100);
+  view.load(1000, 1000);
+  int twice = 0;
+  const Connection connection = view.DblClick.Connect([&] {
+    ++twice;
+    EXPECT_EQ(view.take().back(), "Click()");
+  });
+  view.press({50, 50});
+  view.release({50, 50});
+  EXPECT_EQ(twice, 0);
+  view.pointerDown(kLeftButton, 0, 50, 50, true);
+  view.pointerUp(kLeftButton, 0, 50, 50);
+  EXPECT_EQ(twice, 1);
+  view.pointerDown(kRightButton, 0, 50, 50, true);
+  view.pointerUp(kRightButton, 0, 50, 50);
+  EXPECT_EQ(twice, 1);
+  view.pointerDown(kLeftButton, 0, 50, 50, true);
+  view.pointerMove(kLeftButton, 0, 60, 50);
+  view.pointerUp(kLeftButton, 0, 60, 50);
+  EXPECT_EQ(twice, 1) << "a drag is no click";
+}
+
+TEST(ViewDoubleClick, AZoomInItKeepsThePixelUnderThePointer) {
+  TestView view(200, 100);
+  view.load(1000, 1000);
+  const Connection connection = view.DblClick.Connect([&] { view.Zoom(4); });
+  view.press({150, 20});
+  view.release({150, 20});
+  const auto before = view.PointerPixel();
+  view.pointerDown(kLeftButton, 0, 150, 20, true);
+  view.pointerUp(kLeftButton, 0, 150, 20);
+  EXPECT_EQ(view.Zoom(), 4);
+  EXPECT_EQ(view.PointerPixel(), before);
+}
+
 }  // namespace
 }  // namespace kestrel::engine

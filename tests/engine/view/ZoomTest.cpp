@@ -98,5 +98,30 @@ TEST(ViewZoom, AnErrorInTheHandlerEndsTheAnchoring) {
   EXPECT_EQ(view.ScrollLeft(), 475);  // the middle again
 }
 
+TEST(ViewFitZoom, IsTheLargestWithoutScrollBars) {
+  for (const bool border : {false, true}) {
+    TestView view(200, 100);
+    view.ImageBorder(border);
+    for (const Size size : {Size{7, 3}, Size{199, 99}, Size{200, 100}, Size{333, 77}, Size{4000, 3000}}) {
+      view.load(size.Width, size.Height);
+      const double fit = view.FitZoom();
+      view.Zoom(fit);
+      EXPECT_EQ(view.horizontalScroll().maximum, 0) << size.Width;
+      EXPECT_EQ(view.verticalScroll().maximum, 0) << size.Width;
+      view.Zoom(fit * 1.01);
+      EXPECT_GT(view.horizontalScroll().maximum + view.verticalScroll().maximum, 0) << size.Width;
+    }
+  }
+}
+
+TEST(ViewFitZoom, IsWithinTheBoundsOfTheZoom) {
+  TestView view(200, 100);
+  EXPECT_EQ(view.FitZoom(), 1.0) << "without a picture";
+  view.load(1, 1);
+  EXPECT_EQ(view.FitZoom(), 64);
+  view.load(30000, 10);
+  EXPECT_EQ(view.FitZoom(), 0.01);
+}
+
 }  // namespace
 }  // namespace kestrel::engine
