@@ -85,6 +85,9 @@ class EditablePicture {
   /// Bytes that the undo history holds.
   std::size_t undoMemory() const { return history_.memory(state_); }
 
+  /// Sets the scroll position in `state`. It is no change.
+  void place(const ScrollPlace& value) noexcept { state_.place = value; }
+
   bool modified() const noexcept { return modified_; }
   void modified(bool value);
 

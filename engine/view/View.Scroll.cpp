@@ -13,6 +13,7 @@ void View::Zoom(double value) {
   const PointD fixed = zoomsAtPointer_ ? pixelCenter(pointer_) : middle;
   horizontal_.zoom(value, fixed.X);
   vertical_.zoom(value, fixed.Y);
+  keepPlace();
   scrollRangesChanged();
   invalidateAll();
   reportPointerPixel();
@@ -28,6 +29,7 @@ bool View::moveTo(double x, double y) {
   const bool movedX = horizontal_.scrollTo(x);
   const bool movedY = vertical_.scrollTo(y);
   if (!movedX && !movedY) return false;
+  keepPlace();
   scrollRangesChanged();
   invalidateAll();
   reportPointerPixel();

@@ -41,7 +41,10 @@ View::View(ClipboardPort& clipboard)
       background_(plainTile()) {
   picture_->undoLevels(kStartUndoLevels);
   picture_->onChange = [this](const PictureChange& change) { pictureChanged(change); };
-  picture_->onRollBack = [this](const Rectangle& area) { pictureDrawn(area); };
+  picture_->onRollBack = [this](const Rectangle& area) {
+    keepPlace();
+    pictureDrawn(area);
+  };
   picture_->onStepsChange = [this] { UndoStepsChanged(); };
   picture_->onModifiedChange = [this] { ModifiedChanged(); };
 }
@@ -81,15 +84,28 @@ void View::pictureChanged(const PictureChange& change) {
   const Bitmap& bitmap = picture_->bitmap();
   const bool whole = change.area.Width == bitmap.width() && change.area.Height == bitmap.height();
   if (whole) {
+    const bool resized = bitmap.width() != horizontal_.picture() || bitmap.height() != vertical_.picture();
+    const ScrollPlace place = picture_->state().place;
     painter_.reset();
     measure();
-    if (change.otherPicture) moveTo(0, 0);
+    if (change.otherPicture) {
+      moveTo(0, 0);
+    } else if (resized) {
+      // Undo and redo bring back the position that belongs to the picture.
+      moveTo(place.left * horizontal_.zoom(), place.top * vertical_.zoom());
+    }
     invalidateAll();
+    keepPlace();
     reportPointerPixel();
   } else {
     pictureDrawn(change.area);
   }
   (change.loaded ? Loaded : Changed)();
+}
+
+/// Keeps the scroll position with the picture, for the undo step of the next change.
+void View::keepPlace() {
+  picture_->place({horizontal_.offset() / horizontal_.zoom(), vertical_.offset() / vertical_.zoom()});
 }
 
 void View::pictureDrawn(const Rectangle& area) {
@@ -135,6 +151,7 @@ void View::resize(std::int32_t width, std::int32_t height) {
   const std::int32_t border = imageBorder_ ? kBorderThickness : 0;
   horizontal_.measure(picture_->bitmap().width(), std::max(width, 0), border);
   vertical_.measure(picture_->bitmap().height(), std::max(height, 0), border);
+  keepPlace();
   scrollRangesChanged();
   invalidateAll();
   reportPointerPixel();

@@ -180,6 +180,7 @@ class View : public Face<ImageView>, private GestureHost {
   void invalidateView(const Rectangle& area) override;
 
   void pictureChanged(const PictureChange& change);
+  void keepPlace();
   void reportPointerPixel();
   void measure();
   void invalidateAll() { invalidate({0, 0, horizontal_.view(), vertical_.view()}); }
