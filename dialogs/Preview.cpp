@@ -1,5 +1,6 @@
 #include "Preview.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "base/Numbers.h"
@@ -13,6 +14,10 @@ namespace {
 
 /// The gap between the panes, in container units.
 constexpr std::int32_t kGap = 12;
+
+constexpr double kActualSize = 1.0;
+/// The factor of one notch of the wheel.
+constexpr double kNotchFactor = 1.25;
 
 Size SizeOf(const Image* Picture) {
   return Picture == nullptr ? Size{} : Size{Picture->Width(), Picture->Height()};
@@ -34,6 +39,10 @@ Preview::Preview(Site& site)
   };
   link(igxOriginal, &Preview::igxOriginal_Scroll);
   link(igxPreview, &Preview::igxPreview_Scroll);
+  keep(igxOriginal.WheelZoom.Connect([this](std::int32_t direction) { igxOriginal_WheelZoom(direction); }));
+  keep(igxPreview.WheelZoom.Connect([this](std::int32_t direction) { igxPreview_WheelZoom(direction); }));
+  keep(igxOriginal.DblClick.Connect([this] { igxOriginal_DblClick(); }));
+  keep(igxPreview.DblClick.Connect([this] { igxPreview_DblClick(); }));
   keep(UserControl.InitProperties.Connect([this] { UserControl_InitProperties(); }));
   keep(UserControl.ReadProperties.Connect(
       [this](const PropertyBag& bag) { UserControl_ReadProperties(bag); }));
@@ -190,6 +199,65 @@ void Preview::zLinkScroll(ImageView& From, ImageView& To) {
   To.ScrollTop(From.ScrollTop());
   iScrolling = false;
 }
+
+void Preview::igxOriginal_WheelZoom(std::int32_t Direction) {
+  try {
+    zWheelZoom(igxOriginal, Direction);
+  } catch (...) {
+    QDK_TRAILER(igxOriginal_WheelZoom, QDK_PARAMETERS(Direction), QDK_LOCALS());
+  }
+}
+
+void Preview::igxPreview_WheelZoom(std::int32_t Direction) {
+  try {
+    zWheelZoom(igxPreview, Direction);
+  } catch (...) {
+    QDK_TRAILER(igxPreview_WheelZoom, QDK_PARAMETERS(Direction), QDK_LOCALS());
+  }
+}
+
+void Preview::igxOriginal_DblClick() {
+  try {
+    zFitOrActualSize(igxOriginal);
+  } catch (...) {
+    QDK_TRAILER(igxOriginal_DblClick, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+void Preview::igxPreview_DblClick() {
+  try {
+    zFitOrActualSize(igxPreview);
+  } catch (...) {
+    QDK_TRAILER(igxPreview_DblClick, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+/// Zooms out until both pictures are in view, and stops at actual size on the way.
+void Preview::zWheelZoom(ImageView& Pane, std::int32_t Direction) {
+  const double before = Pane.Zoom();
+  double factor = Direction > 0 ? before * kNotchFactor : before / kNotchFactor;
+  if ((before - kActualSize) * (factor - kActualSize) < 0) factor = kActualSize;
+  const double smallest = std::min({before, zFitZoom(), kActualSize});
+  zZoomBoth(Pane, std::max(factor, smallest));
+}
+
+void Preview::zFitOrActualSize(ImageView& Pane) {
+  zZoomBoth(Pane, Pane.Zoom() == kActualSize ? zFitZoom() : kActualSize);
+}
+
+void Preview::zZoomBoth(ImageView& Pane, double Factor) {
+  ImageView& other = &Pane == &igxOriginal ? igxPreview : igxOriginal;
+  Pane.Zoom(Factor);
+  other.Zoom(Factor);
+  if (!mLinkedScrolling) return;
+  // The other picture may be larger: while this one is centered, each stays where it is.
+  const bool scrolling = std::exchange(iScrolling, true);
+  if (Pane.ScrollLeft() >= 0) other.ScrollLeft(Pane.ScrollLeft());
+  if (Pane.ScrollTop() >= 0) other.ScrollTop(Pane.ScrollTop());
+  iScrolling = scrolling;
+}
+
+double Preview::zFitZoom() const { return std::min(igxOriginal.FitZoom(), igxPreview.FitZoom()); }
 
 std::string Preview::qdkDumpModuleVariables() const {
   return QDK_FIELDS(pUseOriginal, mLinkedScrolling, pOriginalPicture, iScrolling, igxOriginal, igxPreview,

@@ -16,6 +16,9 @@ namespace kestrel {
 /// The picture before and after an effect, side by side. The left pane shows the user's picture, or its
 /// selected section, or a small stock picture; the right pane shows the result of the dialog's settings. The
 /// control computes nothing: the dialog calls `Reset` and then works on the right pane.
+///
+/// The panes start at actual size. In either pane the wheel with Ctrl zooms both, and a double click fits
+/// both pictures into view or goes back to actual size.
 class Preview final : public Object {
  public:
   /// The site must contain the views "igxOriginal" and "igxPreview" and the picture "imgPreview".
@@ -55,6 +58,14 @@ class Preview final : public Object {
   void igxOriginal_Scroll();
   void igxPreview_Scroll();
   void zLinkScroll(ImageView& From, ImageView& To);
+  void igxOriginal_WheelZoom(std::int32_t Direction);
+  void igxPreview_WheelZoom(std::int32_t Direction);
+  void igxOriginal_DblClick();
+  void igxPreview_DblClick();
+  void zWheelZoom(ImageView& Pane, std::int32_t Direction);
+  void zFitOrActualSize(ImageView& Pane);
+  void zZoomBoth(ImageView& Pane, double Factor);
+  double zFitZoom() const;
 
   std::string qdkDumpModuleVariables() const;
 

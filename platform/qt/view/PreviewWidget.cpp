@@ -1,29 +1,56 @@
 #include "PreviewWidget.h"
 
 #include <QImage>
+#include <utility>
 
 #include "QtImageView.h"
 #include "Resources/StockPicture.h"
 #include "platform/qt/controls/DisplayControls.h"
 #include "platform/qt/core/Pictures.h"
+#include "platform/qt/core/Text.h"
 #include "platform/qt/site/QtSite.h"
 
 namespace kestrel::qt {
+namespace {
+
+/// The stock picture in logical pixels, so that it looks the same at each scale of the screen.
+constexpr QSize kStockSize{200, 150};
+/// Enough for the gap between the panes.
+constexpr int kBetweenPanes = 16;
+
+constexpr char kPaneToolTip[] =
+    "Ctrl+wheel zooms both pictures. A double click fits them into view, or shows them at actual size.";
+
+QImage stockPicture(double scale) {
+  const auto file = resources::stockPicture();
+  const QImage stored =
+      QImage::fromData(reinterpret_cast<const uchar*>(file.data()), static_cast<int>(file.size()));
+  return stored.scaled(kStockSize * scale, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+}
+
+}  // namespace
 
 void PreviewWidget::populate(QtSite& site, engine::ClipboardPort& clipboard) {
-  for (const char* name : {"igxOriginal", "igxPreview"}) {
+  for (const auto& [name, accessibleName] : {std::pair{"igxOriginal", "Before"}, {"igxPreview", "After"}}) {
     auto* const surface = new ImageSurface(this);
     surface->canvas().setFocusPolicy(Qt::ClickFocus);
+    surface->canvas().setAccessibleName(translated(accessibleName));
+    surface->canvas().setToolTip(translated(kPaneToolTip));
     site.add(std::make_unique<QtImageView>(*surface, ControlId{name}, clipboard));
   }
 
   auto* const stock = new PictureWidget(this);
   stock->hide();
-  const auto file = resources::stockPicture();
-  const QImage picture =
-      QImage::fromData(reinterpret_cast<const uchar*>(file.data()), static_cast<int>(file.size()));
-  stock->setPicture(std::make_shared<ImagePicture>(picture));
+  stock->setPicture(std::make_shared<ImagePicture>(stockPicture(devicePixelRatioF())));
   site.add(std::make_unique<PictureBoxControl>(*stock, ControlId{"imgPreview"}));
+}
+
+QSize PreviewWidget::minimumSizeHint() const {
+  return {2 * kStockSize.width() + kBetweenPanes, kStockSize.height()};
+}
+
+QSize PreviewWidget::sizeHint() const {
+  return QSize(kPreviewDesignSize.Width, kPreviewDesignSize.Height).expandedTo(minimumSizeHint());
 }
 
 }  // namespace kestrel::qt

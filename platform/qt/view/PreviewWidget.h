@@ -14,8 +14,9 @@ class PreviewWidget final : public SiteWidget {
   using SiteWidget::SiteWidget;
 
   void populate(QtSite& site, engine::ClipboardPort& clipboard) override;
-  QSize sizeHint() const override { return {kPreviewDesignSize.Width, kPreviewDesignSize.Height}; }
-  QSize minimumSizeHint() const override { return {240, 120}; }
+  QSize sizeHint() const override;
+  /// The stock picture fits into the smallest panes without scroll bars.
+  QSize minimumSizeHint() const override;
 };
 
 }  // namespace kestrel::qt
