@@ -1,5 +1,6 @@
 #include "ButtonControls.h"
 
+#include <QShortcutEvent>
 #include <QSignalBlocker>
 #include <QVariant>
 
@@ -8,6 +9,40 @@
 #include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
+namespace {
+
+/// Lets Tab reach the chosen option of its group only. The toolkit does so after an option has had the focus,
+/// and then for that one.
+void takeTabStop(QRadioButton& chosen) {
+  if (!chosen.autoExclusive() || !chosen.parentWidget()) return;
+  for (QRadioButton* option :
+       chosen.parentWidget()->findChildren<QRadioButton*>(QString(), Qt::FindDirectChildrenOnly)) {
+    option->setFocusPolicy(option == &chosen ? Qt::StrongFocus : Qt::ClickFocus);
+  }
+}
+
+/// For an option whose value is entered in a field, which the form names in the property `buddy`: the access
+/// key chooses the option and moves the focus into the field.
+class FieldOfOption final : public QObject {
+ public:
+  explicit FieldOfOption(QRadioButton& option) : QObject(&option), option_(option) {
+    option_.installEventFilter(this);
+  }
+
+  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    if (event->type() != QEvent::Shortcut || static_cast<QShortcutEvent*>(event)->isAmbiguous()) return false;
+    auto* const field = option_.window()->findChild<QWidget*>(option_.property("buddy").toString());
+    if (!field) return false;
+    option_.click();
+    field->setFocus(Qt::ShortcutFocusReason);
+    return true;
+  }
+
+ private:
+  QRadioButton& option_;
+};
+
+}  // namespace
 
 CheckBoxControl::CheckBoxControl(QCheckBox& box, ControlId id)
     : WidgetControl(box, std::move(id)), box_(box) {
@@ -21,8 +56,11 @@ void CheckBoxControl::Caption(const std::string& value) { box_.setText(translate
 OptionButtonControl::OptionButtonControl(QRadioButton& button, ControlId id)
     : WidgetControl(button, std::move(id)), button_(button) {
   QObject::connect(&button_, &QRadioButton::toggled, receiver(), [this](bool chosen) {
-    if (chosen) guarded([this] { Click(); });
+    if (!chosen) return;
+    takeTabStop(button_);
+    guarded([this] { Click(); });
   });
+  if (button_.property("buddy").isValid()) new FieldOfOption(button_);
 }
 
 std::string OptionButtonControl::Caption() const { return fromQt(button_.text()); }

@@ -25,6 +25,8 @@ class CheckBoxControl final : public WidgetControl<CheckBox> {
   QCheckBox& box_;
 };
 
+/// An option of a group. Tab reaches the chosen one. The form may name the field of an option's value in the
+/// property `buddy`: the option's access key moves the focus into that field.
 class OptionButtonControl final : public WidgetControl<OptionButton> {
  public:
   OptionButtonControl(QRadioButton& button, ControlId id);
