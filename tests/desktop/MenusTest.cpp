@@ -69,7 +69,8 @@ TEST_F(Menus, ShowHotKeysNextToTheCaptions) {
   EXPECT_EQ(hotKey("btnFileOpen"), "Ctrl+O");
   EXPECT_EQ(hotKey("btnImageResize"), "Shift+S");
   EXPECT_EQ(hotKey("btnFileClose"), "Alt+F4");
-  EXPECT_EQ(hotKey("btnZoomIn"), "Num++");
+  EXPECT_EQ(hotKey("btnZoomIn"), "Num +");
+  EXPECT_EQ(hotKey("btnZoomOut"), "Num -");
   EXPECT_EQ(hotKey("btnFileSaveAs"), "");
 }
 

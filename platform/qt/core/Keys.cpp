@@ -78,13 +78,17 @@ QString hotKeyText(std::int32_t shift, std::int32_t keyCode) {
   modifiers.setFlag(Qt::ShiftModifier, (shift & kShiftMask) != 0);
   modifiers.setFlag(Qt::ControlModifier, (shift & kCtrlMask) != 0);
   modifiers.setFlag(Qt::AltModifier, (shift & kAltMask) != 0);
-  Qt::Key key = keyOf(keyCode);
+  const auto textOf = [](QKeyCombination keys) {
+    return QKeySequence(keys).toString(QKeySequence::NativeText);
+  };
   for (const NamedKey& numeric : kNumericKeys) {
     if (numeric.keyCode != keyCode) continue;
-    key = numeric.key;
-    modifiers |= Qt::KeypadModifier;
+    const QString whole = textOf(QKeyCombination(modifiers | Qt::KeypadModifier, numeric.key));
+    const QString name = textOf(numeric.key);
+    // "Num++" is hard to read: a space instead of the last separator.
+    return whole.left(whole.size() - name.size() - 1) + u' ' + name;
   }
-  return QKeySequence(QKeyCombination(modifiers, key)).toString(QKeySequence::NativeText);
+  return textOf(QKeyCombination(modifiers, keyOf(keyCode)));
 }
 
 }  // namespace kestrel::qt

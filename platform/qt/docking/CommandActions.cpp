@@ -57,6 +57,18 @@ QMenu& CommandActions::menuOf(docking::CommandModel& command) {
   return menu;
 }
 
+void CommandActions::showDesktopKey(docking::CommandModel& command, const QKeySequence& key) {
+  desktopKeys_[&command] = key.toString(QKeySequence::NativeText);
+  refresh(command);
+}
+
+QString CommandActions::keyTextOf(docking::CommandModel& command) const {
+  const QString hotKey = hotKeyTextOf(command);
+  if (!hotKey.isEmpty()) return hotKey;
+  const auto shown = desktopKeys_.find(&command);
+  return shown == desktopKeys_.end() ? QString() : shown->second;
+}
+
 void CommandActions::closeMenus() {
   for (const auto& [command, menu] : menus_) menu->hide();
 }
@@ -74,7 +86,7 @@ QIcon CommandActions::iconOf(const docking::CommandModel& command) const {
 void CommandActions::refresh(docking::CommandModel& command) {
   QAction& action = actionOf(command);
   const QString caption = translated(command.Caption());
-  const QString hotKey = hotKeyTextOf(command);
+  const QString hotKey = keyTextOf(command);
   action.setText(hotKey.isEmpty() ? caption : caption + u'\t' + hotKey);
   action.setIconText(command.ShortCaption().empty() ? withoutAccessKey(caption)
                                                     : translated(command.ShortCaption()));
@@ -99,7 +111,7 @@ QString CommandActions::toolTipOf(docking::CommandModel& command) const {
   if (!command.ToolTip().empty()) return translated(command.ToolTip()).toHtmlEscaped();
   QString name = command.ShortCaption().empty() ? withoutAccessKey(translated(command.Caption()))
                                                 : translated(command.ShortCaption());
-  const QString hotKey = hotKeyTextOf(command);
+  const QString hotKey = keyTextOf(command);
   if (!hotKey.isEmpty()) name += QStringLiteral(" (%1)").arg(hotKey);
   return name.toHtmlEscaped();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAction>
+#include <QKeySequence>
 #include <QObject>
 #include <map>
 
@@ -23,6 +24,9 @@ class CommandActions final : public QObject {
   QMenu& menuOf(docking::CommandModel& command);
   QIcon iconOf(const docking::CommandModel& command) const;
 
+  /// Shows this key for a command without a hot key.
+  void showDesktopKey(docking::CommandModel& command, const QKeySequence& key);
+
   void closeMenus();
 
   /// Updates the action from its command.
@@ -37,10 +41,12 @@ class CommandActions final : public QObject {
   void fill(CommandMenu& menu, docking::CommandModel& command);
   void addLines(CommandMenu& menu, docking::CommandModel& list);
   QString toolTipOf(docking::CommandModel& command) const;
+  QString keyTextOf(docking::CommandModel& command) const;
 
   docking::MoorageModel& suite_;
   std::map<const docking::CommandModel*, QAction*> actions_;
   std::map<const docking::CommandModel*, CommandMenu*> menus_;
+  std::map<const docking::CommandModel*, QString> desktopKeys_;
 };
 
 /// The text of a command's first hot key in menus, empty if it has none.

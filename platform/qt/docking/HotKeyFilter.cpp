@@ -34,6 +34,14 @@ bool editsText(const QKeyEvent& event) {
                      [&event](QKeySequence::StandardKey standard) { return event.matches(standard); });
 }
 
+/// Whether the stored layout gives the key to a command, which may be disabled.
+bool isAssigned(docking::MoorageModel& suite, const KeyStroke& stroke) {
+  const auto& commands = suite.Commands().all();
+  return std::any_of(commands.begin(), commands.end(), [&](const auto& command) {
+    return command->HotKeys().find(stroke.shift, stroke.keyCode) != nullptr;
+  });
+}
+
 }  // namespace
 
 HotKeyFilter::HotKeyFilter(docking::MoorageModel& suite, const QWidget& control)
@@ -70,15 +78,40 @@ bool HotKeyFilter::eventFilter(QObject* watched, QEvent* event) {
   const auto& key = *static_cast<QKeyEvent*>(event);
   if (!isUsable() || !owns(widget) || (takesText(widget) && editsText(key))) return false;
 
-  const KeyStroke stroke = keyStrokeOf(key);
-  if (stroke.keyCode == 0) return false;
+  const Binding binding = bindingOf(key);
+  if (!binding.any()) return false;
   if (claims) {
-    if (!suite_.hasHotKey(stroke.shift, stroke.keyCode)) return false;
     event->accept();
     return true;
   }
-  bool handled = false;
-  guarded([&] { handled = suite_.pressHotKey(stroke.shift, stroke.keyCode); });
+  return run(binding, key);
+}
+
+HotKeyFilter::Binding HotKeyFilter::bindingOf(const QKeyEvent& event) const {
+  const KeyStroke stroke = keyStrokeOf(event);
+  if (stroke.keyCode != 0 && suite_.hasHotKey(stroke.shift, stroke.keyCode)) return {.hotKey = true};
+  if (desktopKeys_.empty() || isAssigned(suite_, stroke)) return {};
+
+  const QKeySequence pressed(QKeyCombination(event.modifiers() & ~Qt::KeypadModifier, Qt::Key(event.key())));
+  if (pressed == QKeySequence(Qt::Key_F10)) return {.menuBar = true};
+  for (const DesktopKey& desktopKey : desktopKeys_) {
+    if (!desktopKey.keys.contains(pressed)) continue;
+    docking::CommandModel& command = suite_.Commands().Item(desktopKey.command);
+    if (command.available()) return {.command = &command};
+  }
+  return {};
+}
+
+bool HotKeyFilter::run(const Binding& binding, const QKeyEvent& event) {
+  bool handled = true;
+  if (binding.hotKey) {
+    const KeyStroke stroke = keyStrokeOf(event);
+    guarded([&] { handled = suite_.pressHotKey(stroke.shift, stroke.keyCode); });
+  } else if (binding.command) {
+    guarded([&] { suite_.click(*binding.command); });
+  } else {
+    Q_EMIT menuBarRequested();
+  }
   return handled;
 }
 

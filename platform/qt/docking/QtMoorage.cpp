@@ -41,6 +41,7 @@ QtMoorage::QtMoorage(MoorageWindow& window, ControlId id, const docking::StoredL
   connections_.push_back(StyleUpdated.Connect([this] { toolBars_.refreshStyle(); }));
 
   window_.fillBarMenu = [this](QMenu& menu) { fillBarMenu(menu); };
+  QObject::connect(&hotKeys_, &HotKeyFilter::menuBarRequested, &hotKeys_, [this] { openMenuBar(); });
   QObject::connect(&window_, &MoorageWindow::clientAreaChanged, &actions_,
                    [this] { guarded([this] { ClientAreaChanged(); }); });
 }
@@ -52,7 +53,20 @@ Rectangle QtMoorage::ClientArea() const {
   return {area.x(), area.y(), area.width(), area.height()};
 }
 
-void QtMoorage::openPopup(docking::CommandModel& menu) { actions_.menuOf(menu).exec(QCursor::pos()); }
+void QtMoorage::useDesktopKeys(std::vector<DesktopKey> keys) {
+  for (const DesktopKey& key : keys) actions_.showDesktopKey(Commands().Item(key.command), key.keys.value(0));
+  hotKeys_.useDesktopKeys(std::move(keys));
+}
+
+void QtMoorage::openPopup(docking::CommandModel& menu) { actions_.menuOf(menu).exec(popupPosition()); }
+
+/// The pointer; for a menu opened by the keyboard it may be elsewhere, then the middle of the client area.
+QPoint QtMoorage::popupPosition() const {
+  const QRect area = window_.clientArea();
+  const QPoint pointer = QCursor::pos();
+  const bool inside = area.contains(window_.mapFromGlobal(pointer));
+  return inside ? pointer : window_.mapToGlobal(area.center());
+}
 
 void QtMoorage::attachForm(docking::DockWindowModel& window, Form& form) {
   auto* const ours = dynamic_cast<DockableForm*>(&form);
@@ -67,6 +81,16 @@ void QtMoorage::fillMenuBar() {
   for (QAction* action : bar.actions()) bar.removeAction(action);
   for (const docking::ShownEntry& entry : menuBar_->shownEntries()) {
     bar.addAction(&actions_.actionOf(*entry.command));
+  }
+}
+
+void QtMoorage::openMenuBar() {
+  QMenuBar& bar = *window_.menuBar();
+  if (!bar.isVisible()) return;
+  for (QAction* action : bar.actions()) {
+    if (!action->isVisible() || !action->isEnabled()) continue;
+    bar.setActiveAction(action);
+    return;
   }
 }
 

@@ -23,6 +23,9 @@ class QtMoorage final : public WidgetControl<docking::MoorageModel> {
 
   Rectangle ClientArea() const override;
 
+  /// Adds keys of the desktop to the hot keys of the layout, and F10 for the menu bar.
+  void useDesktopKeys(std::vector<DesktopKey> keys);
+
   CommandActions& actions() { return actions_; }
   ToolBars& toolBars() { return toolBars_; }
   DockPanels& dockPanels() { return dockPanels_; }
@@ -31,6 +34,8 @@ class QtMoorage final : public WidgetControl<docking::MoorageModel> {
   void openPopup(docking::CommandModel& menu) override;
   void attachForm(docking::DockWindowModel& window, Form& form) override;
   void fillMenuBar();
+  void openMenuBar();
+  QPoint popupPosition() const;
   void fillBarMenu(QMenu& menu);
   void fillStyleMenu(QMenu& menu);
 

@@ -6,6 +6,21 @@
 #include "platform/qt/view/QtImageView.h"
 
 namespace kestrel::qt {
+namespace {
+
+/// The key of "+" may need Shift, or need it for "=" only.
+std::vector<DesktopKey> desktopKeys() {
+  const auto ctrl = [](Qt::Key key) { return QKeySequence(Qt::CTRL | key); };
+  const auto ctrlShift = [](Qt::Key key) { return QKeySequence(Qt::CTRL | Qt::SHIFT | key); };
+  return {
+      {"btnZoomIn", {ctrl(Qt::Key_Plus), ctrlShift(Qt::Key_Plus), ctrl(Qt::Key_Equal)}},
+      {"btnZoomOut", {ctrl(Qt::Key_Minus)}},
+      {"btnZoomActualSize", {ctrl(Qt::Key_0)}},
+      {"btnEditRedo", QKeySequence::keyBindings(QKeySequence::Redo)},
+  };
+}
+
+}  // namespace
 
 void EditorWidget::populate(QtSite& site, engine::ClipboardPort& clipboard) {
   site_ = &site;
@@ -13,6 +28,7 @@ void EditorWidget::populate(QtSite& site, engine::ClipboardPort& clipboard) {
   auto moorage =
       std::make_unique<QtMoorage>(*bars, ControlId{"mrgUI"}, docking::readLayout(resources::dialogLayout()));
   moorage_ = moorage.get();
+  if (property("DesktopKeys").toBool()) moorage_->useDesktopKeys(desktopKeys());
   site.add(std::move(moorage));
 
   // Created after the suite, so that it is above the client area.

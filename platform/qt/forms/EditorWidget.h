@@ -9,7 +9,8 @@ class QtImageView;
 class QtMoorage;
 
 /// The widget of an image editor, for a host's window: the docking suite "mrgUI" and the image view
-/// "igxImage".
+/// "igxImage". In a window of its own, which a form marks by the property `DesktopKeys`, it also has the
+/// desktop's usual keys; those of another window belong to the host.
 class EditorWidget final : public SiteWidget {
   Q_OBJECT
 
