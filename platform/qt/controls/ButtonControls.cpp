@@ -4,6 +4,7 @@
 #include <QSignalBlocker>
 #include <QVariant>
 
+#include "ButtonFocus.h"
 #include "platform/qt/core/Guard.h"
 #include "platform/qt/core/Pictures.h"
 #include "platform/qt/core/Text.h"
@@ -77,6 +78,7 @@ void OptionButtonControl::Value(bool value) {
 
 CommandButtonControl::CommandButtonControl(QAbstractButton& button, ControlId id)
     : WidgetControl(button, std::move(id)), button_(button), swatch_(button) {
+  if (auto* const push = qobject_cast<QPushButton*>(&button_)) new ButtonFocus(*push);
   QObject::connect(&button_, &QAbstractButton::clicked, receiver(), [this] {
     // A click does not change the appearance, which follows the written state.
     Pressed(pressed_);
