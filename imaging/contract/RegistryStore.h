@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 
 #include "base/Event.h"
 #include "base/RuntimeError.h"
@@ -28,8 +29,8 @@ inline constexpr std::int32_t kStoreNumber = 4;  ///< 32 bits
 /// it, is not found. A store that can be read but not written fails its writes only.
 ///
 /// A failing write raises RuntimeError (57, 61, 70, 75 or 76). In a run of failures only the first call
-/// raises; the next successful write ends the run. So the user is notified once that settings are being lost,
-/// not at each setting.
+/// raises; the next write that changes the store ends the run. So the user is notified once that settings are
+/// being lost, not at each setting.
 ///
 /// Calls wait up to about two seconds in all for other processes that hold the store; after that they fail at
 /// once until one succeeds.
@@ -57,14 +58,44 @@ class RegistryStore {
   virtual bool ReadFailed() const = 0;
   virtual void WriteValue(std::int32_t Hive, const std::string& Key, const std::string& ValueName,
                           const Variant& Value, std::int32_t Kind) = 0;
-  /// Does nothing if there is no such value. Fails as a write does.
+  /// Does nothing if there is no such value, and then ends no run of failures. Fails as a write does.
   virtual void DeleteValue(std::int32_t Hive, const std::string& Key, const std::string& ValueName) = 0;
   /// Does nothing if the key exists. Every failing call raises and does not count toward a run: a caller that
   /// ignores the error gets the one of the write that follows.
   virtual void CreateKey(std::int32_t Hive, const std::string& Key) = 0;
 
+  /// For a write that the caller has to give up: raises `Cause` as a failing write does, so once per run.
+  virtual void AbandonWrite(const RuntimeError& Cause) = 0;
+
+  /// For StoreBatch, which describes it. Each call of `BeginBatch` needs one of `EndBatch`. `EndBatch` raises
+  /// only if `Commit` is true.
+  virtual void BeginBatch() = 0;
+  virtual void EndBatch(bool Commit) = 0;
+
   /// Raised by a read that fails, once per run of failing reads.
   Event<const RuntimeError&> Unavailable;
+};
+
+/// The writes of a scope, stored together: all of them at `Commit`, or none if the store can't write one of
+/// them or the scope ends without a commit. Other programs see all or none too, even if this one is killed in
+/// between.
+///
+/// Reads in the scope find what was written in it. A batch inside another one is a part of it. Other programs
+/// can't write from the first write of a batch to its end, so no user may be asked in between.
+class [[nodiscard]] StoreBatch {
+ public:
+  explicit StoreBatch(RegistryStore& store) : store_(&store) { store.BeginBatch(); }
+  ~StoreBatch() {
+    if (store_ != nullptr) store_->EndBatch(false);
+  }
+  StoreBatch(const StoreBatch&) = delete;
+  StoreBatch& operator=(const StoreBatch&) = delete;
+
+  /// Stores the writes; the last call on this object. Fails as a write does.
+  void Commit() { std::exchange(store_, nullptr)->EndBatch(true); }
+
+ private:
+  RegistryStore* store_;
 };
 
 }  // namespace kestrel

@@ -247,19 +247,31 @@ Variant Database::read(std::int32_t hive, const std::string& key, const std::str
 void Database::write(std::int32_t hive, const std::string& key, const std::string& name,
                      const Variant& value) {
   const bool isNumber = value.TypeCode() == static_cast<std::int32_t>(Variant::Type::kInt32);
-  statements_->begin.run();
+  const bool single = !transaction_;
+  if (single) statements_->begin.run();
   try {
     createKey(hive, key);
     statements_->write.bind(1, hive).bind(2, key).bind(3, name).bind(isNumber ? 4 : 5, value).run();
-    statements_->commit.run();
+    if (single) statements_->commit.run();
   } catch (const RuntimeError&) {
-    if (sqlite3_get_autocommit(connection_.get()) == 0) statements_->rollback.run();
+    if (single && sqlite3_get_autocommit(connection_.get()) == 0) statements_->rollback.run();
     throw;
   }
 }
 
-void Database::remove(std::int32_t hive, const std::string& key, const std::string& name) {
+bool Database::remove(std::int32_t hive, const std::string& key, const std::string& name) {
   statements_->remove.bind(1, hive).bind(2, key).bind(3, name).run();
+  return sqlite3_changes(connection_.get()) > 0;
+}
+
+void Database::begin() {
+  statements_->begin.run();
+  transaction_ = true;
+}
+
+void Database::commit() {
+  statements_->commit.run();
+  transaction_ = false;
 }
 
 void Database::createKey(std::int32_t hive, const std::string& key) {

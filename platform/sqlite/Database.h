@@ -63,8 +63,8 @@ class Patience {
 
 /// An open store file with its tables.
 ///
-/// Each value is one row, which holds a text or a number. Writes are durable when the call returns; a process
-/// or machine that ends during a write leaves the old value.
+/// Each value is one row, which holds a text or a number. Writes are durable when the call returns, those of
+/// a transaction when `commit` returns; a process or machine that ends before leaves the old values.
 class Database {
  public:
   /// Opens the file; creates it and its folder if needed. A file that cannot be written is opened for
@@ -79,8 +79,14 @@ class Database {
 
   Variant read(std::int32_t hive, const std::string& key, const std::string& name);
   void write(std::int32_t hive, const std::string& key, const std::string& name, const Variant& value);
-  void remove(std::int32_t hive, const std::string& key, const std::string& name);
+  /// Whether there was such a value.
+  bool remove(std::int32_t hive, const std::string& key, const std::string& name);
   void createKey(std::int32_t hive, const std::string& key);
+
+  /// Starts a transaction, which other processes can't write in. It ends with `commit` or with this object,
+  /// which drops its writes; after a failure it can't be committed.
+  void begin();
+  void commit();
 
  private:
   struct Close {
@@ -93,6 +99,7 @@ class Database {
   std::unique_ptr<sqlite3, Close> connection_;
   std::unique_ptr<Statements, StatementsDeleter> statements_;
   bool snapshot_ = false;
+  bool transaction_ = false;  ///< started by `begin`
 };
 
 }  // namespace kestrel::sqlite

@@ -22,13 +22,23 @@ class MemoryStore : public SectionedStore {
 
   bool hasKey(std::int32_t hive, const std::string& key) const;
   /// Whether it contains no key.
-  bool isEmpty() const { return keys_.empty(); }
+  bool isEmpty() const { return content_.keys.empty(); }
+
+ protected:
+  void beginWrites() override { beforeBatch_ = content_; }
+  void endWrites(bool store) override {
+    if (!store) content_ = std::move(beforeBatch_);
+  }
 
  private:
   using Address = std::pair<std::int32_t, std::string>;  // hive and path, in lower case like all names here
+  struct Content {
+    std::set<Address> keys;
+    std::map<std::pair<Address, std::string>, Variant> values;
+  };
 
-  std::set<Address> keys_;
-  std::map<std::pair<Address, std::string>, Variant> values_;
+  Content content_;
+  Content beforeBatch_;
 };
 
 }  // namespace kestrel::store

@@ -27,6 +27,21 @@ void SectionedStore::SetSetting(const std::string& ValueName, const Variant& Val
   WriteValue(Hive, keyOf(Section, Root), ValueName, Value, Kind);
 }
 
+void SectionedStore::BeginBatch() {
+  if (batches_++ > 0) return;
+  batchIsDropped_ = false;
+  beginWrites();
+}
+
+void SectionedStore::EndBatch(bool Commit) {
+  batchIsDropped_ = batchIsDropped_ || !Commit;
+  if (--batches_ > 0) return;
+  endWrites(!batchIsDropped_);
+  if (Commit && batchIsDropped_) {
+    AbandonWrite(RuntimeError(err::kDeviceIO, "The settings could not be written: a part of them failed."));
+  }
+}
+
 Variant SectionedStore::asStored(const Variant& value, std::int32_t kind) {
   if (typeOf(kind) == Variant::Type::kString) return value.ToString();
   return value.ToInt32();

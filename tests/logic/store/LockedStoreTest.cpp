@@ -96,6 +96,28 @@ TEST_F(LockedStore, IsWaitedForOnceByAllCallsOfASave) {
   EXPECT_EQ(pauses_, sqlite::Patience::kPauses);
 }
 
+TEST_F(LockedStore, IsWaitedForOnceByABatchAndReportedOnce) {
+  ForeignProgram other(file_);
+  other.lockForWriting();
+  const auto save = [&] {
+    StoreBatch batch(store_);
+    EXPECT_EQ(raisedBy([&] { store_.CreateKey(kUser, "List"); }), kLocked) << "which the caller ignores";
+    for (int i = 1; i <= 10; ++i) store_.DeleteValue(kUser, "List", "MRU" + std::to_string(i));
+    store_.WriteValue(kUser, "List", "MRU1", "a", kStoreString);
+    batch.Commit();
+  };
+  EXPECT_EQ(raisedBy(save), kLocked);
+  EXPECT_EQ(raisedBy(save), "") << "the run has been reported";
+  EXPECT_EQ(pauses_, sqlite::Patience::kPauses);
+  other.unlock();
+  StoreBatch batch(store_);
+  store_.WriteValue(kUser, "Key", "Stored", 8, kStoreNumber);
+  batch.Commit();
+  other.lockForWriting();
+  EXPECT_EQ(write(9), kLocked) << "a new run";
+  EXPECT_EQ(pauses_, 2 * sqlite::Patience::kPauses);
+}
+
 TEST_F(LockedStore, IsReadWhileItIsLockedForWriting) {
   ForeignProgram other(file_);
   other.lockForWriting();

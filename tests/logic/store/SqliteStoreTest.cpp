@@ -204,6 +204,155 @@ TEST(SqliteStore, ReportsARunOfFailedReadsOnce) {
   EXPECT_EQ(place.watched.reports.size(), 2u) << "a new run";
 }
 
+TEST(SqliteStore, ReportsAFailedReadThoughAHandlerOfTheReportReadsWithSuccess) {
+  const TemporaryFolder folder;
+  WatchedStore watched(folder / "a.store");
+  std::filesystem::create_directory(folder / "a.store");
+  const Connection connection = watched.store.Unavailable.Connect([&](const RuntimeError&) {
+    std::filesystem::remove(folder / "a.store");
+    EXPECT_EQ(watched.read(), 75);
+    EXPECT_FALSE(watched.store.ReadFailed()) << "nothing is stored";
+  });
+  EXPECT_EQ(watched.store.ReadValue(kUser, "k", "a").TypeCode(), 0);
+  EXPECT_TRUE(watched.store.ReadFailed());
+  EXPECT_EQ(watched.read(), 75);
+  EXPECT_FALSE(watched.store.ReadFailed());
+}
+
+TEST(SqliteStore, ReportsAFailedReadOnceThoughItsHandlerReadsToo) {
+  const TemporaryFolder folder;
+  WatchedStore watched(folder / "a.store");
+  std::filesystem::create_directory(folder / "a.store");
+  const Connection connection =
+      watched.store.Unavailable.Connect([&](const RuntimeError&) { EXPECT_EQ(watched.read(), 75); });
+  EXPECT_EQ(watched.read(), 75);
+  EXPECT_TRUE(watched.store.ReadFailed());
+  EXPECT_EQ(watched.reports.size(), 1u);
+}
+
+TEST(SqliteStore, EndsARunOfFailedWritesByADeletionThatDeletes) {
+  const TemporaryFolder folder;
+  const std::filesystem::path place = folder / "sub", away = folder / "away";
+  WatchedStore watched(place / "a.store");
+  watched.write(40);
+  const auto block = [&] {
+    std::filesystem::rename(place, away);
+    std::ofstream(place) << "x";
+  };
+  const auto clear = [&] {
+    std::filesystem::remove(place);
+    std::filesystem::rename(away, place);
+  };
+  block();
+  EXPECT_EQ(watched.tryWrite(41), err::kPathFileAccess);
+  clear();
+  watched.store.DeleteValue(kUser, "\\JPEG", "none");
+  block();
+  EXPECT_EQ(watched.tryWrite(42), 0) << "nothing was deleted, so the run goes on";
+  clear();
+  watched.store.DeleteValue(kUser, "\\JPEG", "Quality");
+  EXPECT_EQ(watched.read(), 75);
+  block();
+  EXPECT_EQ(watched.tryWrite(43), err::kPathFileAccess) << "a new run";
+}
+
+TEST(SqliteStore, RaisesForAWriteThatItsCallerAbandonsOncePerRun) {
+  const TemporaryFolder folder;
+  WatchedStore watched(folder / "a.store");
+  const auto abandon = [&] { watched.store.AbandonWrite(RuntimeError(err::kDeviceIO, "Given up.")); };
+  EXPECT_EQ(raisedBy(abandon), err::kDeviceIO);
+  EXPECT_EQ(raisedBy(abandon), 0);
+  watched.write(40);
+  EXPECT_EQ(raisedBy(abandon), err::kDeviceIO) << "a new run";
+}
+
+/// A store that can write all values but those with the name "bad".
+struct PartlyWritableStore : WatchedStore {
+  explicit PartlyWritableStore(const std::filesystem::path& place) : WatchedStore(place), file(place) {
+    for (const char* name : {"a", "b"}) write(name, 1);
+    tamper(file,
+           "CREATE TRIGGER Refusal BEFORE INSERT ON StoreValue WHEN NEW.name = 'bad' "
+           "BEGIN SELECT RAISE(ABORT, 'refused'); END");
+  }
+  void repair() { tamper(file, "DROP TRIGGER Refusal"); }
+  void write(const char* name, std::int32_t value) {
+    store.WriteValue(kUser, "k", name, value, kStoreNumber);
+  }
+  /// Stores the values and a bad one together. Returns the error of the first failing call.
+  std::int32_t saveAll() {
+    return raisedBy([&] {
+      StoreBatch batch(store);
+      store.DeleteValue(kUser, "k", "a");
+      write("b", 10);
+      write("bad", 10);
+      write("a", 10);
+      batch.Commit();
+    });
+  }
+  std::filesystem::path file;
+};
+
+TEST(SqliteStore, StoresNothingOfABatchThatFailsAndReportsItOncePerRun) {
+  const TemporaryFolder folder;
+  PartlyWritableStore watched(folder / "a.store");
+  const auto values = [&] {
+    return std::pair{watched.store.ReadValue(kUser, "k", "a").ToInt32(),
+                     watched.store.ReadValue(kUser, "k", "b").ToInt32()};
+  };
+  EXPECT_EQ(watched.saveAll(), err::kDeviceIO);
+  EXPECT_EQ(values(), std::pair(1, 1));
+  EXPECT_EQ(watched.saveAll(), 0) << "the run was reported";
+  EXPECT_EQ(values(), std::pair(1, 1));
+  {
+    StoreBatch batch(watched.store);
+    watched.store.DeleteValue(kUser, "k", "none");
+    batch.Commit();
+  }
+  EXPECT_EQ(watched.saveAll(), 0) << "a batch without effect does not end the run";
+  watched.repair();
+  EXPECT_EQ(watched.saveAll(), 0);
+  EXPECT_EQ(values(), std::pair(10, 10));
+  EXPECT_EQ(watched.store.ReadValue(kUser, "k", "bad").ToInt32(), 10);
+}
+
+TEST(SqliteStore, EndsARunOfFailedWritesByABatchOnlyAtItsCommit) {
+  const TemporaryFolder folder;
+  PartlyWritableStore watched(folder / "a.store");
+  const auto writeBad = [&] { watched.write("bad", 1); };
+  EXPECT_EQ(raisedBy(writeBad), err::kDeviceIO);
+  {
+    const StoreBatch batch(watched.store);
+    watched.write("a", 2);
+  }
+  EXPECT_EQ(raisedBy(writeBad), 0) << "the batch was dropped";
+  StoreBatch batch(watched.store);
+  watched.write("a", 2);
+  batch.Commit();
+  EXPECT_EQ(raisedBy(writeBad), err::kDeviceIO) << "a new run";
+}
+
+TEST(SqliteStore, ShowsOtherConnectionsABatchAfterItsCommit) {
+  const TemporaryFolder folder;
+  WatchedStore first(folder / "a.store"), second(folder / "a.store");
+  first.write(40);
+  StoreBatch batch(first.store);
+  first.write(41);
+  EXPECT_EQ(first.read(), 41);
+  EXPECT_EQ(second.read(), 40);
+  batch.Commit();
+  EXPECT_EQ(second.read(), 41);
+}
+
+TEST(SqliteStore, CreatesNoFileByABatchWithoutWrites) {
+  const TemporaryFolder folder;
+  WatchedStore watched(folder / "a.store");
+  StoreBatch batch(watched.store);
+  watched.store.DeleteValue(kUser, "k", "a");
+  EXPECT_EQ(watched.read(), 75);
+  batch.Commit();
+  EXPECT_TRUE(folder.isEmpty());
+}
+
 TEST(SqliteStore, RaisesForAFailedWriteAfterAFailedRead) {
   const TemporaryFolder folder;
   std::filesystem::create_directory(folder / "a.store");

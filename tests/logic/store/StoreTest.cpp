@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 
 #include "TemporaryFolder.h"
 #include "platform/sqlite/SqliteStore.h"
@@ -31,6 +32,18 @@ class Store : public testing::TestWithParam<bool> {
       store_ = std::make_unique<store::MemoryStore>();
     }
     store_->RootKey("Software\\Test");
+  }
+
+  void write(const char* name, std::int32_t value) {
+    store_->WriteValue(kUser, "k", name, value, kStoreNumber);
+  }
+  /// The values "a", "b" and "c", a dash for none.
+  std::string values() {
+    const auto text = [&](const char* name) {
+      const Variant value = store_->ReadValue(kUser, "k", name);
+      return value.TypeCode() == 0 ? std::string("-") : value.ToString();
+    };
+    return text("a") + " " + text("b") + " " + text("c");
   }
 
   TemporaryFolder folder_;
@@ -130,6 +143,58 @@ TEST_P(Store, CreatesAKeyOnceAndKeepsItsValues) {
   store_->WriteValue(kUser, "k", "a", 1, kStoreNumber);
   store_->CreateKey(kUser, "K");
   EXPECT_EQ(store_->ReadValue(kUser, "k", "a").ToInt32(), 1);
+}
+
+TEST_P(Store, StoresTheWritesOfABatchAtItsCommit) {
+  write("a", 1);
+  write("b", 2);
+  StoreBatch batch(*store_);
+  write("a", 10);
+  store_->DeleteValue(kUser, "k", "b");
+  write("c", 30);
+  EXPECT_EQ(values(), "10 - 30") << "the batch itself sees its writes";
+  batch.Commit();
+  EXPECT_EQ(values(), "10 - 30");
+}
+
+TEST_P(Store, DropsTheWritesOfABatchWithoutACommit) {
+  write("a", 1);
+  write("b", 2);
+  {
+    const StoreBatch batch(*store_);
+    store_->CreateKey(kUser, "new");
+    write("a", 10);
+    store_->DeleteValue(kUser, "k", "b");
+    write("c", 30);
+  }
+  EXPECT_EQ(values(), "1 2 -");
+  write("c", 3);
+  EXPECT_EQ(values(), "1 2 3");
+}
+
+TEST_P(Store, MakesABatchInABatchAPartOfIt) {
+  {
+    const StoreBatch outer(*store_);
+    write("a", 1);
+    StoreBatch inner(*store_);
+    write("b", 2);
+    inner.Commit();
+    write("c", 3);
+    EXPECT_EQ(values(), "1 2 3");
+  }
+  EXPECT_EQ(values(), "- - -");
+
+  StoreBatch outer(*store_);
+  write("a", 1);
+  { const StoreBatch dropped(*store_); }
+  write("b", 2);
+  EXPECT_EQ(numberRaisedBy([&] { outer.Commit(); }), 57);
+  EXPECT_EQ(values(), "- - -");
+
+  StoreBatch next(*store_);
+  write("a", 5);
+  next.Commit();
+  EXPECT_EQ(values(), "5 - -");
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, Store, testing::Bool(),
