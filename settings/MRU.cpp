@@ -104,13 +104,19 @@ void MRU::LoadUnread() {
 void MRU::SaveToRegistry() {
   std::int32_t i = 0, X = 0;
   try {
-    if (iUnread) return;
     auto& store = modProcessing::RegistryStore();
+    if (iUnread) {
+      return store.AbandonWrite(
+          RuntimeError(err::kDeviceIO,
+                       "The list of recent files could not be stored: the stored list could not be read."));
+    }
+    StoreBatch batch(store);
     QDK_RESUME_NEXT(store.CreateKey(RootHive, RootKey));
     for (i = 1; i <= MaxEntries; ++i) store.DeleteValue(RootHive, RootKey, ValueName(i));
     for (X = 1; X <= Files.Count(); ++X) {
       store.WriteValue(RootHive, RootKey, ValueName(X), Files.Item(X), kStoreString);
     }
+    batch.Commit();
   } catch (...) {
     QDK_TRAILER(SaveToRegistry, QDK_PARAMETERS(), QDK_LOCALS(i, X));
   }

@@ -40,7 +40,8 @@ class MRU : public Object {
   void RemoveFile(std::string Filename);
 
   void LoadFromRegistry();
-  /// Does nothing after a load that could not read the store, to keep the stored list.
+  /// Stores all of the list, or leaves the stored list as it is. Reports a failure, once per run of failing
+  /// writes. After a load that could not read the store it fails, to keep the stored list.
   void SaveToRegistry();
 
   /// Shows the list in the first of its displays that is set: list command, smart menu, the window's menu

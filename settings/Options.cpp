@@ -1,5 +1,6 @@
 #include "Options.h"
 
+#include "StoreTogether.h"
 #include "StoredQuality.h"
 #include "base/RuntimeError.h"
 #include "diagnostics/Trailer.h"
@@ -82,6 +83,16 @@ OPTION(ThumbnailSizeTypeEnum,             ThumbnailSizeType,           "Thumbnai
 // clang-format on
 
 #undef OPTION
+
+void StoreTogether(const std::function<void()>& Lets) {
+  try {
+    StoreBatch batch(modProcessing::RegistryStore());
+    Lets();
+    batch.Commit();
+  } catch (...) {
+    QDK_TRAILER(StoreTogether, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
 
 std::int32_t StoredJPEGQuality() {
   kestrel::RegistryStore& store = modProcessing::RegistryStore();

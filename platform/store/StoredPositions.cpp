@@ -96,11 +96,13 @@ void StoredPositions::SavePosition(Form& form, const std::string& Name) {
     store_.WriteValue(HKEY_CURRENT_USER, key, name, value, kStoreNumber);
   };
   const Rectangle normal = form.NormalPlace();
+  StoreBatch batch(store_);
   write("WindowState", state);
   write("Left", normal.Left);
   write("Top", normal.Top);
   write("Width", normal.Width);
   write("Height", normal.Height);
+  batch.Commit();
 }
 
 std::string StoredPositions::keyOf(const Form& form, const std::string& name) const {

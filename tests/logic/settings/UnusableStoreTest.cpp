@@ -18,6 +18,18 @@
 namespace kestrel {
 namespace {
 
+/// A store that can't write the values of one name.
+class PartialStore : public sqlite::SqliteStore {
+ public:
+  using SqliteStore::SqliteStore;
+  void WriteValue(std::int32_t Hive, const std::string& Key, const std::string& ValueName,
+                  const Variant& Value, std::int32_t Kind) override {
+    if (ValueName == fails) throw RuntimeError(err::kDiskFull, "The disk is full.");
+    SqliteStore::WriteValue(Hive, Key, ValueName, Value, Kind);
+  }
+  std::string fails;
+};
+
 /// A process whose settings file holds something else.
 class UnusableStore : public testing::Test {
  protected:
@@ -105,7 +117,11 @@ TEST_F(UnusableStore, IsNotWrittenByRecentFilesThatCouldNotBeLoaded) {
   std::filesystem::create_directory(folder_ / "a.store");
   recent.LoadFromRegistry();
   recent.AddFile("/pictures/new.png");
-  EXPECT_EQ(platform_.boxes.boxes.size(), 1u) << "the failed read";
+  ASSERT_EQ(platform_.boxes.boxes.size(), 2u) << "the failed read and the failed save";
+  EXPECT_NE(box(1).find("Module: MRU\r\nProcedure: SaveToRegistry\r\n"), std::string::npos);
+  EXPECT_NE(box(1).find("The list of recent files could not be stored"), std::string::npos);
+  recent.AddFile("/pictures/new.png");
+  EXPECT_EQ(platform_.boxes.boxes.size(), 2u) << "once per run of failing writes";
   std::filesystem::remove(folder_ / "a.store");
   std::filesystem::rename(folder_ / "away", folder_ / "a.store");
   recent.AddFile("/pictures/newer.png");
@@ -115,6 +131,60 @@ TEST_F(UnusableStore, IsNotWrittenByRecentFilesThatCouldNotBeLoaded) {
   }
   EXPECT_EQ(stored, (std::vector<std::string>{"/pictures/newer.png", "/pictures/new.png", "/pictures/1.png",
                                               "/pictures/2.png", "/pictures/3.png", ""}));
+}
+
+TEST_F(UnusableStore, IsNotWrittenByRecentFilesThoughTheReportOfTheFailedReadReadsIt) {
+  std::filesystem::remove(folder_ / "a.store");
+  MRU recent;
+  recent.PurgeInvalidFiles = false;
+  recent.AddFile("/pictures/1.png");
+  recent.AddFile("/pictures/2.png");
+  modProcessing::GetOptions()->JPEGQuality(40);
+  std::filesystem::rename(folder_ / "a.store", folder_ / "away");
+  std::filesystem::create_directory(folder_ / "a.store");
+  // The store recovers while its failure is reported, as by another program that unlocks it.
+  const Connection connection = store_.Unavailable.Connect([&](const RuntimeError&) {
+    std::filesystem::remove(folder_ / "a.store");
+    std::filesystem::rename(folder_ / "away", folder_ / "a.store");
+    store_.ReadValue(HKEY_CURRENT_USER, "Software\\Classes\\Reporter", "Library");
+  });
+  recent.LoadFromRegistry();
+  EXPECT_EQ(recent.Files.Count(), 0);
+  recent.AddFile("/pictures/3.png");
+  std::vector<std::string> stored;
+  for (int i = 1; i <= 4; ++i) {
+    stored.push_back(
+        store_.ReadValue(HKEY_CURRENT_USER, recent.RootKey, "MRU" + std::to_string(i)).ToString());
+  }
+  EXPECT_EQ(stored, (std::vector<std::string>{"/pictures/3.png", "/pictures/2.png", "/pictures/1.png", ""}));
+
+  std::filesystem::rename(folder_ / "a.store", folder_ / "away");
+  std::filesystem::create_directory(folder_ / "a.store");
+  EXPECT_THROW(StoredJPEGQuality(), RuntimeError) << "the quality is not the default 75";
+  EXPECT_EQ(StoredJPEGQuality(), 40);
+}
+
+TEST_F(UnusableStore, KeepsTheStoredListIfAPartOfTheNewOneCannotBeWritten) {
+  std::filesystem::remove(folder_ / "a.store");
+  PartialStore store(folder_ / "a.store");
+  platform_.store = &store;
+  modProcessing::Attach(platform_);
+  modProcessing::Main();
+  MRU recent;
+  recent.PurgeInvalidFiles = false;
+  recent.AddFile("/pictures/1.png");
+  recent.AddFile("/pictures/2.png");
+  store.fails = "MRU2";
+  recent.AddFile("/pictures/3.png");
+  EXPECT_EQ(recent.Files.Count(), 3) << "the list in memory";
+  ASSERT_EQ(platform_.boxes.boxes.size(), 1u);
+  EXPECT_NE(box(0).find("Module: MRU\r\nProcedure: SaveToRegistry\r\n"), std::string::npos);
+  MRU next;
+  next.PurgeInvalidFiles = false;
+  next.LoadFromRegistry();
+  EXPECT_EQ((std::vector<std::string>{next.Files.begin(), next.Files.end()}),
+            (std::vector<std::string>{"/pictures/2.png", "/pictures/1.png"}));
+  modProcessing::Detach();
 }
 
 TEST_F(UnusableStore, ReportsOnceForARunOfFailedWrites) {
