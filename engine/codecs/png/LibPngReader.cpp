@@ -24,16 +24,16 @@ constexpr std::size_t kLargestRequest = std::size_t{16} << 20;
 
 LibPngReader::LibPngReader(Bytes data)
     : rest_(data), largestRequest_(std::max(kLargestRequest, 2 * data.size())) {
-  png_ = png_create_read_struct_2(
+  decoder_.png = png_create_read_struct_2(
       PNG_LIBPNG_VER_STRING, &errors_, Errors::raise, Errors::ignore, &largestRequest_,
       [](png_structp png, png_alloc_size_t size) {
         const auto most = *static_cast<const std::size_t*>(png_get_mem_ptr(png));
         return size <= most ? std::malloc(size) : nullptr;
       },
       nullptr);
-  info_ = png_ != nullptr ? png_create_info_struct(png_) : nullptr;
-  if (info_ == nullptr) throw RuntimeError(err::kOutOfMemory, "There is not enough memory for the picture.");
-  png_set_read_fn(png_, this, [](png_structp png, png_bytep target, std::size_t count) {
+  if (png() != nullptr) decoder_.info = png_create_info_struct(png());
+  if (info() == nullptr) throw RuntimeError(err::kOutOfMemory, "There is not enough memory for the picture.");
+  png_set_read_fn(png(), this, [](png_structp png, png_bytep target, std::size_t count) {
     auto* const self = static_cast<LibPngReader*>(png_get_io_ptr(png));
     if (count > self->rest_.size()) png_error(png, "the file ends too early");
     std::memcpy(target, self->rest_.data(), count);
@@ -43,8 +43,8 @@ LibPngReader::LibPngReader(Bytes data)
 
 bool LibPngReader::readHeader() {
   return errors_.guarded([this] {
-    png_set_user_limits(png_, Bitmap::kMaxSide, Bitmap::kMaxSide);
-    png_read_info(png_, info_);
+    png_set_user_limits(png(), Bitmap::kMaxSide, Bitmap::kMaxSide);
+    png_read_info(png(), info());
   });
 }
 
@@ -55,16 +55,16 @@ void LibPngReader::fail() const {
 std::int32_t LibPngReader::readRows(const Pixels& pixels) {
   rows_ = 0;
   const bool whole = errors_.guarded([this, &pixels] {
-    png_set_expand(png_);
-    png_set_scale_16(png_);
-    png_set_gray_to_rgb(png_);
-    png_set_filler(png_, 0xFF, PNG_FILLER_AFTER);
-    const int passes = png_set_interlace_handling(png_);
-    png_read_update_info(png_, info_);
+    png_set_expand(png());
+    png_set_scale_16(png());
+    png_set_gray_to_rgb(png());
+    png_set_filler(png(), 0xFF, PNG_FILLER_AFTER);
+    const int passes = png_set_interlace_handling(png());
+    png_read_update_info(png(), info());
     for (int pass = 0; pass < passes; ++pass) {
       for (std::int32_t y = 0; y < pixels.height; ++y) {
-        png_set_compression_buffer_size(png_, rest_.size() > kNearEnd ? kLargePiece : kSmallPiece);
-        png_read_row(png_, pixels.row(y), nullptr);
+        png_set_compression_buffer_size(png(), rest_.size() > kNearEnd ? kLargePiece : kSmallPiece);
+        png_read_row(png(), pixels.row(y), nullptr);
         rows_ = std::max(rows_, y + 1);
       }
     }
@@ -75,7 +75,7 @@ std::int32_t LibPngReader::readRows(const Pixels& pixels) {
 }
 
 void LibPngReader::readEnd() {
-  if (!damaged_) errors_.guarded([this] { png_read_end(png_, info_); });
+  if (!damaged_) errors_.guarded([this] { png_read_end(png(), info()); });
 }
 
 }  // namespace kestrel::engine::png

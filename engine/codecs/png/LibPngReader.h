@@ -17,7 +17,6 @@ class LibPngReader {
   explicit LibPngReader(Bytes data);
   LibPngReader(const LibPngReader&) = delete;
   LibPngReader& operator=(const LibPngReader&) = delete;
-  ~LibPngReader() { png_destroy_read_struct(&png_, info_ != nullptr ? &info_ : nullptr, nullptr); }
 
   /// Reads the chunks before the pixels; false on a decode error.
   bool readHeader();
@@ -25,14 +24,14 @@ class LibPngReader {
   /// Raises RuntimeError 481 with libpng's last error.
   [[noreturn]] void fail() const;
 
-  png_structp png() const { return png_; }
-  png_infop info() const { return info_; }
-  std::int64_t width() const { return png_get_image_width(png_, info_); }
-  std::int64_t height() const { return png_get_image_height(png_, info_); }
-  int bitDepth() const { return png_get_bit_depth(png_, info_); }
-  int colorType() const { return png_get_color_type(png_, info_); }
-  bool interlaced() const { return png_get_interlace_type(png_, info_) != PNG_INTERLACE_NONE; }
-  bool hasTransparency() const { return png_get_valid(png_, info_, PNG_INFO_tRNS) != 0; }
+  png_structp png() const { return decoder_.png; }
+  png_infop info() const { return decoder_.info; }
+  std::int64_t width() const { return png_get_image_width(png(), info()); }
+  std::int64_t height() const { return png_get_image_height(png(), info()); }
+  int bitDepth() const { return png_get_bit_depth(png(), info()); }
+  int colorType() const { return png_get_color_type(png(), info()); }
+  bool interlaced() const { return png_get_interlace_type(png(), info()) != PNG_INTERLACE_NONE; }
+  bool hasTransparency() const { return png_get_valid(png(), info(), PNG_INFO_tRNS) != 0; }
 
   /// Decodes into RGBA rows; returns the number of rows decoded at least in part, counted from the top.
   /// Raises RuntimeError 481 if there are none.
@@ -45,11 +44,21 @@ class LibPngReader {
   void readEnd();
 
  private:
+  /// libpng's two objects. The second may be missing when memory runs out.
+  struct Decoder {
+    Decoder() = default;
+    ~Decoder() { png_destroy_read_struct(&png, &info, nullptr); }
+    Decoder(const Decoder&) = delete;
+    Decoder& operator=(const Decoder&) = delete;
+
+    png_structp png = nullptr;
+    png_infop info = nullptr;
+  };
+
   Errors errors_;
   Bytes rest_;
   std::size_t largestRequest_;
-  png_structp png_ = nullptr;
-  png_infop info_ = nullptr;
+  Decoder decoder_;
   std::int32_t rows_ = 0;
   bool damaged_ = false;
 };

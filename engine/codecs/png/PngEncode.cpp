@@ -24,11 +24,11 @@ namespace {
 class LibPngWriter {
  public:
   LibPngWriter() {
-    png_ = png_create_write_struct(PNG_LIBPNG_VER_STRING, &errors_, Errors::raise, Errors::ignore);
-    info_ = png_ != nullptr ? png_create_info_struct(png_) : nullptr;
-    if (info_ == nullptr) throw RuntimeError(err::kOutOfMemory, "There is not enough memory to save.");
+    encoder_.png = png_create_write_struct(PNG_LIBPNG_VER_STRING, &errors_, Errors::raise, Errors::ignore);
+    if (png() != nullptr) encoder_.info = png_create_info_struct(png());
+    if (info() == nullptr) throw RuntimeError(err::kOutOfMemory, "There is not enough memory to save.");
     png_set_write_fn(
-        png_, this,
+        png(), this,
         [](png_structp png, png_bytep data, std::size_t count) {
           auto* const self = static_cast<LibPngWriter*>(png_get_io_ptr(png));
           if (!self->append({data, count})) png_error(png, "there is not enough memory");
@@ -37,10 +37,9 @@ class LibPngWriter {
   }
   LibPngWriter(const LibPngWriter&) = delete;
   LibPngWriter& operator=(const LibPngWriter&) = delete;
-  ~LibPngWriter() { png_destroy_write_struct(&png_, &info_); }
 
-  png_structp png() const { return png_; }
-  png_infop info() const { return info_; }
+  png_structp png() const { return encoder_.png; }
+  png_infop info() const { return encoder_.info; }
 
   template <typename Step>
   void guarded(const Step& step) {
@@ -53,6 +52,17 @@ class LibPngWriter {
   std::vector<std::uint8_t> finish() { return std::move(bytes_); }
 
  private:
+  /// libpng's two objects. The second may be missing when memory runs out.
+  struct Encoder {
+    Encoder() = default;
+    ~Encoder() { png_destroy_write_struct(&png, &info); }
+    Encoder(const Encoder&) = delete;
+    Encoder& operator=(const Encoder&) = delete;
+
+    png_structp png = nullptr;
+    png_infop info = nullptr;
+  };
+
   /// Returns false instead of throwing: libpng is C.
   bool append(Bytes data) noexcept {
     try {
@@ -64,8 +74,7 @@ class LibPngWriter {
   }
 
   Errors errors_;
-  png_structp png_ = nullptr;
-  png_infop info_ = nullptr;
+  Encoder encoder_;
   std::vector<std::uint8_t> bytes_;
 };
 

@@ -14,6 +14,25 @@
 namespace kestrel::engine::tiff {
 namespace {
 
+/// The library's decoder of a directory. Raises RuntimeError 481 for a file that it cannot read.
+class RgbaImage {
+ public:
+  explicit RgbaImage(TIFF* tiff) {
+    char reason[1024] = "";
+    if (TIFFRGBAImageOK(tiff, reason) == 0 || TIFFRGBAImageBegin(&image_, tiff, 1, reason) == 0) {
+      refusePicture("The TIFF file cannot be read: " + std::string(reason) + ".");
+    }
+  }
+  ~RgbaImage() { TIFFRGBAImageEnd(&image_); }
+  RgbaImage(const RgbaImage&) = delete;
+  RgbaImage& operator=(const RgbaImage&) = delete;
+
+  TIFFRGBAImage& operator*() { return image_; }
+
+ private:
+  TIFFRGBAImage image_{};
+};
+
 /// Decodes the next rows; returns how many of them are good. The library decodes no more rows of a strip than
 /// requested, so for a damaged strip the search halves the number of rows.
 std::int32_t rowsThatCanBeRead(TIFFRGBAImage& image, std::vector<std::uint32_t>& raster, std::int32_t width,
@@ -34,11 +53,8 @@ std::int32_t rowsThatCanBeRead(TIFFRGBAImage& image, std::vector<std::uint32_t>&
 }  // namespace
 
 void readByLibrary(TIFF* tiff, const Layout& layout, Decoded& decoded) {
-  TIFFRGBAImage image{};
-  char reason[1024] = "";
-  if (TIFFRGBAImageOK(tiff, reason) == 0 || TIFFRGBAImageBegin(&image, tiff, 1, reason) == 0) {
-    refusePicture("The TIFF file cannot be read: " + std::string(reason) + ".");
-  }
+  RgbaImage decoder(tiff);
+  TIFFRGBAImage& image = *decoder;
   image.req_orientation = image.orientation;
   const Pixels pixels = decoded.bitmap.writable();
   const std::int32_t band = TIFFIsTiled(tiff) != 0
@@ -63,7 +79,6 @@ void readByLibrary(TIFF* tiff, const Layout& layout, Decoded& decoded) {
     if (good < rows) break;
   }
   const bool hasAlpha = image.alpha != 0;
-  TIFFRGBAImageEnd(&image);
   if (y < layout.height) reportMissingRows(decoded, y);
   if (hasAlpha) unpremultiply(decoded.bitmap);
   convertToSrgb(decoded, PixelKind::rgb);
