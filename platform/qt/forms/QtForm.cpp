@@ -3,6 +3,7 @@
 #include <QIcon>
 #include <QVBoxLayout>
 
+#include "base/RuntimeError.h"
 #include "platform/qt/core/Caption.h"
 #include "platform/qt/core/Guard.h"
 #include "platform/qt/core/Pictures.h"
@@ -42,28 +43,33 @@ QtForm::~QtForm() {
   delete window_.data();
 }
 
-std::string QtForm::Caption() const { return fromQt(captionOf(*window_)); }
+void QtForm::requireWindow() const {
+  if (!window_) throw RuntimeError(err::kObjectNotSet, "The window has been destroyed.");
+}
 
-void QtForm::Caption(const std::string& value) { setCaption(*window_, translated(value)); }
+std::string QtForm::Caption() const { return fromQt(captionOf(window())); }
+
+void QtForm::Caption(const std::string& value) { setCaption(window(), translated(value)); }
 
 std::int32_t QtForm::WindowState() const {
-  if (window_->isMinimized()) return kWindowMinimized;
-  return window_->isMaximized() ? kWindowMaximized : kWindowNormal;
+  if (window().isMinimized()) return kWindowMinimized;
+  return window().isMaximized() ? kWindowMaximized : kWindowNormal;
 }
 
 void QtForm::WindowState(std::int32_t value) {
-  const Qt::WindowStates others = window_->windowState() & ~(Qt::WindowMinimized | Qt::WindowMaximized);
-  window_->setWindowState(others | (value == kWindowMinimized   ? Qt::WindowMinimized
+  const Qt::WindowStates others = window().windowState() & ~(Qt::WindowMinimized | Qt::WindowMaximized);
+  window().setWindowState(others | (value == kWindowMinimized   ? Qt::WindowMinimized
                                     : value == kWindowMaximized ? Qt::WindowMaximized
                                                                 : Qt::WindowNoState));
 }
 
 Rectangle QtForm::NormalPlace() const {
+  requireWindow();
   const QRect place = placement_.normalPlace();
   return {place.x(), place.y(), place.width(), place.height()};
 }
 
-OLE_COLOR QtForm::BackColor() const { return fromColor(window_->palette().color(QPalette::Window)); }
+OLE_COLOR QtForm::BackColor() const { return fromColor(window().palette().color(QPalette::Window)); }
 
 void QtForm::load() {
   if (loaded_) return;
@@ -81,15 +87,15 @@ void QtForm::Show(bool modal, Control* owner) {
   if (modal) {
     QWidget* const parent = dialogParent(owner ? owner->hWnd() : 0);
     // The toolkit may still consider this recently hidden window the active one.
-    const bool within = parent == window_.data() || window_->isAncestorOf(parent);
-    if (!within && window_->isWindow()) {
-      window_->setParent(parent, window_->windowFlags());
+    const bool within = parent == &window() || window().isAncestorOf(parent);
+    if (!within && window().isWindow()) {
+      window().setParent(parent, window().windowFlags());
     }
-    execModal(*window_, calls_);
-    // The owner may be destroyed before the form.
-    window_->setParent(nullptr, window_->windowFlags());
+    execModal(window(), calls_);
+    // The owner may be destroyed before the form, and has destroyed the window if it was during the dialog.
+    if (window_) window_->setParent(nullptr, window_->windowFlags());
   } else {
-    window_->show();
+    window().show();
     if (!activated_) {
       activated_ = true;
       Activate();
@@ -103,7 +109,7 @@ void QtForm::unload(std::int32_t reason) {
   QueryUnload(cancel, reason);
   if (cancel) return;
   loaded_ = false;
-  window_->hide();
+  Hide();
   Unloaded();
 }
 
@@ -113,9 +119,9 @@ void QtForm::embedIn(QWidget& host) {
     layout->setContentsMargins(0, 0, 0, 0);
   }
   load();
-  window_->setWindowFlags(Qt::Widget);
-  host.layout()->addWidget(window_.data());
-  window_->show();
+  window().setWindowFlags(Qt::Widget);
+  host.layout()->addWidget(&window());
+  window().show();
 }
 
 }  // namespace kestrel::qt

@@ -26,46 +26,58 @@ class QtForm final : public WidgetControl<Form>, public DockableForm {
   Control* Find(std::string_view name, std::int32_t index) override { return controls_.find(name, index); }
   std::int32_t UBound(std::string_view name) const override { return controls_.upperBound(name); }
 
-  std::int32_t Left() const override { return window_->geometry().x(); }
+  std::int32_t Left() const override { return window().geometry().x(); }
   void Left(std::int32_t value) override { Move(value, Top(), Width(), Height()); }
-  std::int32_t Top() const override { return window_->geometry().y(); }
+  std::int32_t Top() const override { return window().geometry().y(); }
   void Top(std::int32_t value) override { Move(Left(), value, Width(), Height()); }
-  std::int32_t Width() const override { return window_->width(); }
-  void Width(std::int32_t value) override { placement_.resize({value, Height()}); }
-  std::int32_t Height() const override { return window_->height(); }
-  void Height(std::int32_t value) override { placement_.resize({Width(), value}); }
+  std::int32_t Width() const override { return window().width(); }
+  void Width(std::int32_t value) override { placement().resize({value, Height()}); }
+  std::int32_t Height() const override { return window().height(); }
+  void Height(std::int32_t value) override { placement().resize({Width(), value}); }
   void Move(std::int32_t left, std::int32_t top, std::int32_t width, std::int32_t height) override {
-    placement_.place({left, top, width, height});
+    placement().place({left, top, width, height});
   }
 
-  bool Visible() const override { return window_->isVisible(); }
+  bool Visible() const override { return window_ && window_->isVisible(); }
   void Visible(bool value) override { value ? Show() : Hide(); }
 
   std::string Caption() const override;
   void Caption(const std::string& value) override;
-  bool Modified() const override { return window_->isWindowModified(); }
-  void Modified(bool value) override { window_->setWindowModified(value); }
-  void ClearIcon() override { window_->setWindowIcon(QIcon()); }
+  bool Modified() const override { return window().isWindowModified(); }
+  void Modified(bool value) override { window().setWindowModified(value); }
+  void ClearIcon() override { window().setWindowIcon(QIcon()); }
   std::int32_t WindowState() const override;
   void WindowState(std::int32_t value) override;
   Rectangle NormalPlace() const override;
-  std::int32_t ScaleWidth() const override { return window_->width(); }
-  std::int32_t ScaleHeight() const override { return window_->height(); }
+  std::int32_t ScaleWidth() const override { return window().width(); }
+  std::int32_t ScaleHeight() const override { return window().height(); }
   OLE_COLOR BackColor() const override;
 
   void Show(bool modal = false, Control* owner = nullptr) override;
-  void Hide() override { window_->hide(); }
+  void Hide() override {
+    if (window_) window_->hide();
+  }
   void Unload() override { unload(1); }
   kestrel::Graphics& Graphics() override { return graphics_; }
 
   void embedIn(QWidget& host) override;
-  FormWindow& window() { return *window_; }
+  /// Raises RuntimeError 91 if the window was destroyed: by a widget that embeds it, or as a dialog by its
+  /// owner.
+  FormWindow& window() const {
+    requireWindow();
+    return *window_;
+  }
 
  private:
+  void requireWindow() const;
+  WindowPlacement& placement() {
+    requireWindow();
+    return placement_;
+  }
   void load();
   void unload(std::int32_t reason);
 
-  // A widget that embeds the window destroys it with itself.
+  // A widget that embeds the window, or the owner of a dialog, destroys it with itself.
   QPointer<FormWindow> window_;
   FormControls controls_;
   FaceGraphics graphics_;

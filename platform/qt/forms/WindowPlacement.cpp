@@ -36,8 +36,13 @@ bool WindowPlacement::isNormal() const {
 }
 
 bool WindowPlacement::eventFilter(QObject* /*watched*/, QEvent* event) {
-  // The first painting comes after the window manager has taken the window in.
-  if (waits_ && event->type() == QEvent::Paint && isNormal()) {
+  if (!waits_ || event->type() != QEvent::Paint) return false;
+  if (!window_.isWindow()) {
+    // It was embedded since: there is no frame to wait for.
+    waits_ = false;
+    wanted_.reset();
+  } else if (isNormal()) {
+    // The first painting comes after the window manager has taken the window in.
     QTimer::singleShot(0, this, [this] { settle(); });
   }
   return false;
