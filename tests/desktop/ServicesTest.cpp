@@ -5,7 +5,10 @@
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QStatusBar>
+#include <QTemporaryDir>
 #include <QTest>
+#include <filesystem>
+#include <fstream>
 
 #include "../logic/docking/TestMoorage.h"
 #include "EditorBench.h"
@@ -44,6 +47,17 @@ TEST(BusyPointer, HasTwoShapesAndOneResetEndsIt) {
   utility.SetPointer(kBusyHourglass);
   utility.SetPointer(kBusyDefault);
   EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+}
+
+TEST(FileExists, FindsNamesThatAreNotValidText) {
+  const auto platform = testPlatform();
+  FormUtility& utility = platform->FormUtility();
+  const QTemporaryDir folder;
+  const std::string name = folder.path().toStdString() + "/latin \xE4.png";
+  EXPECT_FALSE(utility.FileExists(name));
+  std::ofstream(name) << "x";
+  ASSERT_TRUE(std::filesystem::exists(name));
+  EXPECT_TRUE(utility.FileExists(name));
 }
 
 TEST(LockWindowUpdate, SuspendsOneWindowUntilAnotherOrNone) {

@@ -1,12 +1,12 @@
 #include "QtFormUtility.h"
 
-#include <QFileInfo>
 #include <QGuiApplication>
 #include <QLineEdit>
+#include <filesystem>
 
 #include "BusyPointer.h"
+#include "platform/os/Paths.h"
 #include "platform/qt/core/Handles.h"
-#include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
 
@@ -29,7 +29,9 @@ bool QtFormUtility::ShowDialog(Form& form, std::int32_t mode, Control* owner) {
 }
 
 bool QtFormUtility::FileExists(const std::string& path) {
-  return !path.empty() && QFileInfo::exists(toQt(path));
+  // Not by the toolkit, whose texts can't hold a name that is not valid UTF-8.
+  std::error_code unknown;
+  return std::filesystem::exists(os::pathOf(path), unknown);
 }
 
 bool QtFormUtility::IsModifierDown() {
