@@ -1,6 +1,8 @@
 #include "Component.h"
 
 #include <QCoreApplication>
+#include <optional>
+#include <utility>
 
 #include "RetiredEditors.h"
 #include "platform/posix/LineTable.h"
@@ -41,41 +43,65 @@ struct Process {
   Attachment attachment{platform};
 };
 
-std::unique_ptr<Process>& presentProcess() {
-  static std::unique_ptr<Process> process;
+/// The one of the present application object, null without one. A plain pointer: a host that calls exit()
+/// keeps its application object, and then destroying this with the static objects would come after the end of
+/// the thread's own objects, which it uses.
+Process*& presentProcess() {
+  static Process* process = nullptr;
   return process;
-}
-
-/// The one of the host's application object, made if there is none.
-Process& theProcess() {
-  std::unique_ptr<Process>& process = presentProcess();
-  if (!process) {
-    process = std::make_unique<Process>();
-    qAddPostRoutine([] { presentProcess().reset(); });  // run as the application object ends
-  }
-  return *process;
 }
 
 }  // namespace
 
+/// The state that the components of one application object share.
 struct Component::Inside {
+  Inside() {
+    Process*& process = presentProcess();
+    if (process == nullptr) {
+      process = new Process;
+      qAddPostRoutine(endProcess);
+    }
+    retiredEditors.emplace(process->platform.Calls);
+  }
+
   static std::shared_ptr<Inside> present() {
-    static std::weak_ptr<Inside> shared;
-    std::shared_ptr<Inside> inside = shared.lock();
-    if (!inside) shared = inside = std::make_shared<Inside>();
+    std::shared_ptr<Inside> inside = shared().lock();
+    if (!inside) shared() = inside = std::make_shared<Inside>();
     return inside;
   }
 
-  Process& process = theProcess();
-  RetiredEditors retiredEditors{process.platform.Calls};
+  /// Runs as the application object ends. Components that are left get the state of the next one.
+  static void endProcess() {
+    if (const std::shared_ptr<Inside> inside = shared().lock()) inside->retiredEditors.reset();
+    shared().reset();
+    delete std::exchange(presentProcess(), nullptr);
+  }
+
+  bool ended() const { return !retiredEditors; }
+
+  std::optional<RetiredEditors> retiredEditors;
+
+ private:
+  static std::weak_ptr<Inside>& shared() {
+    static std::weak_ptr<Inside> shared;
+    return shared;
+  }
 };
 
 Component::Component() : inside_(Inside::present()) {}
 
 Component::~Component() = default;
 
-RetiredEditors& Component::retiredEditors() { return inside_->retiredEditors; }
+Component::Inside& Component::inside() {
+  if (inside_->ended()) inside_ = Inside::present();
+  return *inside_;
+}
 
-engine::ClipboardPort& Component::clipboardPort() { return inside_->process.platform.clipboardPort(); }
+RetiredEditors& Component::retiredEditors() { return *inside().retiredEditors; }
+
+engine::ClipboardPort& Component::clipboardPort() {
+  inside();
+  return presentProcess()->platform.clipboardPort();
+}
 
 }  // namespace kestrel::qt

@@ -13,7 +13,7 @@ class RetiredEditors;
 /// The component inside a host program. A host creates one on its main thread, after its application object
 /// and before any editor, and keeps it until after the last editor. All Component objects share one state.
 /// The desktop's platform and the shared services are created with the first component and end with the
-/// host's application object.
+/// host's application object. A component that outlives it serves the next application object.
 class Component {
  public:
   Component();
@@ -26,6 +26,9 @@ class Component {
 
  private:
   struct Inside;
+  /// That of the present application object.
+  Inside& inside();
+
   std::shared_ptr<Inside> inside_;
 };
 
