@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "CommandTable.h"
 #include "Tools.h"
 #include "diagnostics/Trailer.h"
@@ -5,10 +7,31 @@
 // Enabling of commands by the flags of the two tables. The zoom steps have rules of their own.
 
 namespace kestrel {
+namespace {
+
+/// Suspends repainting of the bars for a scope.
+class [[nodiscard]] RedrawPause {
+ public:
+  explicit RedrawPause(Moorage& suite) : suite_(&suite) { suite.Redraw(false); }
+  ~RedrawPause() {
+    if (suite_ != nullptr) QDK_RESUME_NEXT(suite_->Redraw(true));
+  }
+  RedrawPause(const RedrawPause&) = delete;
+  RedrawPause& operator=(const RedrawPause&) = delete;
+
+  /// Repaints before the end of the scope. Raises the error of a failed repaint, which the destructor
+  /// ignores.
+  void End() { std::exchange(suite_, nullptr)->Redraw(true); }
+
+ private:
+  Moorage* suite_;
+};
+
+}  // namespace
 
 void ImageProcessingCtl::SetControls(const bool& Enabled) {
   try {
-    mrgUI.Redraw(false);
+    RedrawPause pause(mrgUI);
     iControlsEnabled = Enabled;
     for (const CommandRow& row : zCommandRows()) {
       if (row.Has(kNeedsPicture)) zEnable(row);
@@ -21,7 +44,7 @@ void ImageProcessingCtl::SetControls(const bool& Enabled) {
     }
     iHeldCommands.clear();
     zUpdateModeCommands();
-    mrgUI.Redraw(true);
+    pause.End();
   } catch (...) {
     QDK_TRAILER(SetControls, QDK_PARAMETERS(Enabled), QDK_LOCALS());
   }

@@ -423,6 +423,43 @@ TEST_P(EditorCommands, SetControlsDisablesActualSizeAndTheZoomEnablesIt) {
   EXPECT_FALSE(command("btnZoomActualSize").Enabled());
 }
 
+/// A view that can't say whether there is an undo step.
+class UnsureView final : public RecordingView {
+ public:
+  using RecordingView::RecordingView;
+  bool CanUndo() const override {
+    if (unsure) throw RuntimeError(err::kInternal, "The stack can't be read.");
+    return RecordingView::CanUndo();
+  }
+
+  bool unsure = false;
+};
+
+class EditorCommandsOfAnUnsureView : public EditorTest {
+ protected:
+  std::unique_ptr<RecordingView> makeView() override {
+    return std::make_unique<UnsureView>(log(), platform().desktop(), &site(), "igxImage",
+                                        platform().Clipboard(), platform().files());
+  }
+};
+
+TEST_P(EditorCommandsOfAnUnsureView, SetControlsResumesTheRepaintingOfTheBarsAfterAnError) {
+  startWithPicture();
+  std::vector<std::string> updated;
+  connections_.push_back(
+      suite().CommandUpdated.Connect([&](docking::CommandModel& model) { updated.push_back(model.Name()); }));
+  dynamic_cast<UnsureView&>(view()).unsure = true;
+  user().answers(kAnswerOK);  // the report
+  editor().SetControls(false);
+  dynamic_cast<UnsureView&>(view()).unsure = false;
+  EXPECT_THAT(updated, testing::Contains("btnFileSave")) << "what was changed before the error";
+  updated.clear();
+  command("btnFileOpen").Enabled(false);
+  EXPECT_THAT(updated, ElementsAre("btnFileOpen"));
+}
+
+KESTREL_WITH_BOTH_PATHS(EditorCommandsOfAnUnsureView);
+
 TEST_P(EditorCommands, SetControlsRepaintsTheBarsOnce) {
   start();
   editor().SetControls(false);
