@@ -16,7 +16,7 @@ ToolRow RowOf(ImageProcessingToolConstants tool) {
   for (const ToolRow& row : kTools) {
     if (row.Tool == tool) return row;
   }
-  return {tool, "", tool >= kFirstOwnTool ? kViewToolNone : std::int32_t{tool}, kPointerDefault, false};
+  return {tool, "", tool >= kFirstOwnTool ? kViewToolNone : std::int32_t{tool}, kPointerDefault, false, 0};
 }
 
 std::string Pair(std::int32_t first, std::int32_t second) { return ToText(first) + ", " + ToText(second); }
@@ -49,7 +49,7 @@ void ImageProcessingCtl::Tool(ImageProcessingToolConstants Value) {
     if (Value == pTool) return;
     pTool = Value;
     CommandBars()("Zoom").Visible(Value == ipToolZoom);
-    for (const ToolRow& row : kTools) {
+    for (const ToolRow& row : kToolButtons) {
       mrgUI.DockFunctions().SetChecked(Commands()(row.Command), row.Tool == Value);
     }
     igxImage.Tool(RowOf(Value).ViewTool);

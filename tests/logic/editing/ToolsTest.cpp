@@ -102,6 +102,23 @@ TEST_P(EditingTools, AChangeSwitchesZoomBarThenButtonsThenView) {
   EXPECT_THAT(order, ElementsAre("Zoom"));
 }
 
+TEST_P(EditingTools, AChangeSetsTheButtonsFromPanToPicker) {
+  std::vector<std::string> order;
+  when(suite().CommandUpdated, [&](docking::CommandModel& updated) { order.push_back(updated.Name()); });
+  const auto change = [&](ImageProcessingToolConstants from, ImageProcessingToolConstants to) {
+    editor().Tool(from);
+    order.clear();
+    editor().Tool(to);
+    return order;
+  };
+  EXPECT_THAT(change(ipToolSelect, ipToolPan), ElementsAre("btnDrawPan", "btnDrawSelect"));
+  EXPECT_THAT(change(ipToolZoom, ipToolLine), ElementsAre("btnDrawLine", "btnDrawZoom"));
+  // Each of the eight tools to the next one.
+  for (std::size_t i = 1; i < std::size(kTools); ++i) {
+    EXPECT_THAT(change(kTools[i].tool, kTools[i - 1].tool), ElementsAre(kTools[i - 1].key, kTools[i].key));
+  }
+}
+
 TEST_P(EditingTools, TheCurrentToolKeepsTheSelectionAndRaisesNothing) {
   editor().SetSelection(5, 6, 7, 8);
   log().clear();
