@@ -65,7 +65,8 @@ void ImageProcessingCtl::Usercontrol_Initialize() {
     iPlatform.RegistryStore().RootKey(kRootKey);
     iPlatform.RegistryStore().RootHive(HKEY_CURRENT_USER);
     CommandBars()("Menu Bar").Visible(false);
-    // Shown only while the zoom tool is selected.
+    // Shown only while the zoom tool is selected. The stored layout has it visible.
+    CommandBars()("Zoom").Visible(false);
     CommandBars()("Zoom").Listed(false);
     SetControls(false);
     // The initial back color is black, which means solid fill. Setting black later is no change.

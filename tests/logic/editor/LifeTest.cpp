@@ -37,6 +37,21 @@ TEST_P(EditorLife, CreationHidesTheMenuBarAndDisablesTheCommands) {
   EXPECT_FALSE(command("btnDrawPicker").Enabled());
 }
 
+TEST_P(EditorLife, TheZoomBarIsVisibleExactlyWhileTheToolIsTheZoomToolFromTheCreation) {
+  const auto visible = [this] { return suite().CommandBars()("Zoom").Visible(); };
+  create();
+  EXPECT_EQ(editor().Tool(), ipToolNone);
+  EXPECT_FALSE(visible()) << "after the creation";
+  site().InitProperties();
+  EXPECT_FALSE(visible()) << "after the properties";
+  editor().Initialize();
+  EXPECT_FALSE(visible()) << "after the start";
+  editor().Tool(ipToolZoom);
+  EXPECT_TRUE(visible());
+  editor().Tool(ipToolPan);
+  EXPECT_FALSE(visible());
+}
+
 TEST_P(EditorLife, CreationFillsTheZoomComboWith25Entries) {
   create();
   CommandItems& entries = command("cboZoom").Items();
