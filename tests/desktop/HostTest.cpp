@@ -123,12 +123,26 @@ class Host : public testing::Test {
     c.EventSink(sink_);
   }
 
-  /// Runs the program's event loop; 1 if it had to be stopped. Only a failing test waits for that.
-  static int runProgram() {
-    QTimer patience;
-    QObject::connect(&patience, &QTimer::timeout, &patience, [] { QCoreApplication::exit(1); });
-    patience.start(60'000);
-    return QApplication::exec();
+  /// Runs the program's event loop with `act` in it, which leads to a call of `quit`. Returns 1 if the loop
+  /// goes on after that for many turns, or if `act` returned without it.
+  int runProgram(const std::function<void()>& act) {
+    constexpr int kTurns = 1'000;
+    int turns = 0;
+    QObject::connect(&turnsAfterQuit_, &QTimer::timeout, &turnsAfterQuit_, [&] {
+      if (++turns == kTurns) QCoreApplication::exit(1);
+    });
+    QTimer::singleShot(0, qApp, [&] {
+      act();
+      if (!turnsAfterQuit_.isActive()) QCoreApplication::exit(1);
+    });
+    const int code = QApplication::exec();
+    turnsAfterQuit_.stop();
+    turnsAfterQuit_.disconnect();
+    return code;
+  }
+  void quit() {
+    turnsAfterQuit_.start(0);
+    qApp->quit();
   }
 
   static std::set<QWidget*> shownWindows() {
@@ -157,6 +171,7 @@ class Host : public testing::Test {
   std::shared_ptr<Sink> sink_;
   std::set<std::string> events_;
   std::set<QWidget*> shownAtEnd_;
+  QTimer turnsAfterQuit_;
   bool dead_ = false;
 };
 
@@ -361,12 +376,12 @@ TEST_F(HostDuringADialog, MayQuitTheProgram) {
     start();
     const ModalCase asking = modalCases()[i];
     bool returned = false;
-    QTimer::singleShot(0, qApp, [&] {
+    whenModalOpens([&](QWidget&) { quit(); });
+    const int code = runProgram([&] {
       asking.act();
       returned = true;
     });
-    whenModalOpens([&](QWidget&) { qApp->quit(); });
-    EXPECT_EQ(runProgram(), 0) << "it did not end by itself";
+    EXPECT_EQ(code, 0) << "it did not end by itself";
     EXPECT_TRUE(returned);
   }
 }
@@ -377,8 +392,7 @@ TEST_F(HostDuringADialog, MayQuitTheProgramWhileADockWindowFloats) {
   dock.setFloating(true);
   dock.show();
   settle();
-  QTimer::singleShot(0, qApp, [] { qApp->quit(); });
-  EXPECT_EQ(runProgram(), 0) << "it did not end by itself";
+  EXPECT_EQ(runProgram([&] { quit(); }), 0) << "it did not end by itself";
 }
 
 TEST_F(Host, EndsFloatingDockWindowsWithTheEditor) {
