@@ -6,6 +6,7 @@
 #include <QHelpEvent>
 #include <QMenuBar>
 #include <QScreen>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTextDocumentFragment>
 #include <QTimer>
@@ -155,6 +156,28 @@ TEST_F(Menus, ElideTheNameOfALongStepAndKeepItsAccessAndHotKey) {
   EXPECT_FALSE(bench.view().CanUndo());
   bench.view().Effects().Flip(0, "Flip");
   EXPECT_THAT(captions(menu("mnuEdit")), testing::Contains("&Undo Flip"));
+}
+
+TEST_F(Menus, OpenTheRecentFileThatIsChosenInTheFileMenu) {
+  const QTemporaryDir folder;
+  const std::string first = folder.filePath(QStringLiteral("first.png")).toStdString();
+  const std::string second = folder.filePath(QStringLiteral("second.png")).toStdString();
+  for (const std::string& file : {first, second}) {
+    ASSERT_TRUE(noise(40, 30).save(QString::fromStdString(file)));
+    ASSERT_TRUE(bench.editor().OpenImage(file));
+  }
+  ASSERT_EQ(bench.editor().Filename(), second);
+  Q_EMIT menu("mnuFile").aboutToShow();
+  QAction* line = nullptr;
+  for (QAction* action : menu("mnuFile").actions()) {
+    if (action->text().endsWith(QLatin1String("/first.png"))) line = action;
+  }
+  ASSERT_NE(line, nullptr);
+  line->trigger();
+  EXPECT_EQ(bench.editor().Filename(), first);
+  docking::CommandModel& list = bench.command("mnuFileMRU");
+  EXPECT_EQ(list.Items().Item(1).Text, first) << "it is the newest now";
+  EXPECT_EQ(list.Items().Item(2).Text, second);
 }
 
 TEST_F(Menus, ShowThePressedStateWithoutTogglingIt) {

@@ -125,10 +125,17 @@ TEST(Connection, MayOutliveItsEvent) {
     Event<> event;
     connection = event.Connect([captured] {});
     captured.reset();
+    event();
+    EXPECT_FALSE(watched.expired()) << "the event keeps its handler";
   }
+  Event<> next;
+  int calls = 0;
+  const Connection other = next.Connect([&] { ++calls; });
   connection.Disconnect();
   EXPECT_TRUE(watched.expired()) << "the handler is released";
   connection.Disconnect();
+  next();
+  EXPECT_EQ(calls, 1) << "no other event's handler is disconnected";
 }
 
 }  // namespace

@@ -414,8 +414,14 @@ TEST_F(RecentFiles, ReloadWhenABandIsSet) {
   platform_.forms.existing.erase(path("a"));
   mru_.AddFile(path("b"));
   EXPECT_EQ(listed(), Names{path("b")}) << "the load drops the deleted file";
-  mru_.RemoveFile(path("b"));
-  EXPECT_EQ(mru_.Files.Count(), 0);
+  EXPECT_EQ(command_.texts, Names{path("b")}) << "the list is shown after the load";
+
+  mru_.AddFile(path("c"));
+  mru_.AddFile(path("d"));
+  platform_.forms.existing.erase(path("c"));
+  mru_.RemoveFile(path("d"));
+  EXPECT_EQ(listed(), Names{path("b")}) << "the load drops the other file, which was deleted";
+  EXPECT_EQ(stored(), Names{path("b")});
 }
 
 TEST_F(RecentFiles, AreShownInTheListCommandFirst) {

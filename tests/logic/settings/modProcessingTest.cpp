@@ -49,7 +49,7 @@ struct NotedPositions : store::StoredPositions {
   std::string* log = nullptr;
 };
 
-TEST(MainProcedure, SetsThePositionsKeyThenTheRootThenTheHive) {
+TEST(MainProcedure, StartsTheDiagnosticsThenSetsThePositionsKeyThenTheRootThenTheHive) {
   std::string log;
   NotedStore store;
   store.log = &log;
@@ -59,10 +59,15 @@ TEST(MainProcedure, SetsThePositionsKeyThenTheRootThenTheHive) {
   fakes::FakePlatform platform;
   platform.store = &store;
   platform.positions = &positions;
+  platform.makeLibrary = [&]() -> std::unique_ptr<DebugClientLibrary> {
+    log += modTollgarthSupport::State().qdkHasInitialised ? "marked diagnostics " : "diagnostics ";
+    return nullptr;
+  };
+  modTollgarthSupport::State().qdkHasInitialised = false;
   modProcessing::Attach(platform);
   modProcessing::Main();
   modProcessing::Detach();
-  EXPECT_EQ(log, "positions root hive ");
+  EXPECT_EQ(log, "marked diagnostics positions root hive ");
 }
 
 TEST_F(ProcessServices, LendOneOptionsObjectUntilKillShared) {
