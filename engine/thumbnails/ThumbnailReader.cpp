@@ -1,0 +1,62 @@
+#include "ThumbnailReader.h"
+
+#include <utility>
+
+#include "base/DescribedError.h"
+
+namespace kestrel::engine {
+namespace {
+
+Thumbnail readOrDescribe(const std::filesystem::path& path, std::int32_t longestSide) {
+  try {
+    return readThumbnail(path, longestSide);
+  } catch (...) {
+    return {{}, DescribeCurrentError().Description};
+  }
+}
+
+}  // namespace
+
+ThumbnailReader::~ThumbnailReader() {
+  cancel();
+  if (!thread_.joinable()) return;
+  {
+    const std::lock_guard lock(mutex_);
+    ending_ = true;
+  }
+  wake_.notify_one();
+  thread_.join();
+}
+
+void ThumbnailReader::read(std::filesystem::path path, std::int32_t longestSide, Done done) {
+  if (!thread_.joinable()) thread_ = std::thread([this] { serve(); });
+  {
+    const std::lock_guard lock(mutex_);
+    ++generation_;
+    next_ = Request{std::move(path), longestSide, std::move(done)};
+  }
+  wake_.notify_one();
+}
+
+void ThumbnailReader::cancel() {
+  const std::lock_guard lock(mutex_);
+  ++generation_;
+  next_.reset();
+}
+
+void ThumbnailReader::serve() {
+  std::unique_lock lock(mutex_);
+  while (true) {
+    wake_.wait(lock, [this] { return ending_ || next_; });
+    if (ending_) return;
+    const Request request = *std::exchange(next_, std::nullopt);
+    const std::uint64_t generation = generation_;
+    lock.unlock();
+    Thumbnail thumbnail = readOrDescribe(request.path, request.longestSide);
+    lock.lock();
+    // Under the lock, so that `cancel` cannot return while the result is being handed over.
+    if (generation == generation_) request.done(std::move(thumbnail));
+  }
+}
+
+}  // namespace kestrel::engine
