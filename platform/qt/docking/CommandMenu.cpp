@@ -3,9 +3,12 @@
 #include <QFontInfo>
 #include <QHelpEvent>
 #include <QScreen>
+#include <QStyle>
+#include <QStyleOptionMenuItem>
 #include <QToolTip>
 #include <algorithm>
 
+#include "platform/qt/core/SvgIcon.h"
 #include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
@@ -25,6 +28,15 @@ QString toolTipOf(const QString& text) {
 
 int widthOf(const QAction& action, const QFontMetrics& metrics) {
   return metrics.size(Qt::TextSingleLine | Qt::TextShowMnemonic, captionOf(action)).width();
+}
+
+/// The icon as it is in any mode: a style may still fade what it takes for a disabled icon.
+QIcon fixedIcon(const QPixmap& pixmap) {
+  QIcon icon;
+  for (const QIcon::Mode mode : {QIcon::Normal, QIcon::Disabled, QIcon::Active, QIcon::Selected}) {
+    icon.addPixmap(pixmap, mode);
+  }
+  return icon;
 }
 
 }  // namespace
@@ -74,6 +86,22 @@ bool CommandMenu::event(QEvent* event) {
     QToolTip::hideText();
   }
   return true;
+}
+
+void CommandMenu::initStyleOption(QStyleOptionMenuItem* option, const QAction* action) const {
+  QMenu::initStyleOption(option, action);
+  if (option->icon.isNull()) return;
+  const bool enabled = action->isEnabled();
+  // Styles highlight enabled entries only.
+  const bool highlighted = enabled && (option->state & QStyle::State_Selected);
+  const QColor text =
+      palette().color(QPalette::Active, highlighted ? QPalette::HighlightedText : QPalette::Text);
+  const QColor ground = palette().color(QPalette::Active, highlighted ? QPalette::Highlight : QPalette::Base);
+  const int side = style()->pixelMetric(QStyle::PM_SmallIconSize, option, this);
+  QPixmap pixmap = svgPixmap(option->icon, QSize(side, side) * devicePixelRatioF(), text, ground, enabled);
+  if (pixmap.isNull()) return;
+  pixmap.setDevicePixelRatio(devicePixelRatioF());
+  option->icon = fixedIcon(pixmap);
 }
 
 }  // namespace kestrel::qt

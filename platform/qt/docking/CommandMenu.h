@@ -6,7 +6,9 @@
 namespace kestrel::qt {
 
 /// A menu at most 40 em wide. Texts that don't fit are elided in the middle; their tool tip is the whole
-/// text.
+/// text. Icons contrast with what the menu paints behind them: the toolkit's styles ask an icon for the same
+/// mode in a highlighted entry, which has the color of a selection, and in a tool button under the pointer,
+/// which has not; so the menu chooses the colors.
 class CommandMenu final : public QMenu {
   Q_OBJECT
 
@@ -20,6 +22,7 @@ class CommandMenu final : public QMenu {
 
  protected:
   bool event(QEvent* event) override;
+  void initStyleOption(QStyleOptionMenuItem* option, const QAction* action) const override;
 
  private:
   int captionRoom() const;
