@@ -6,6 +6,7 @@
 #include <QStylePainter>
 
 #include "ColorPalette.h"
+#include "platform/qt/core/PlainButtons.h"
 #include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
@@ -47,6 +48,7 @@ void ColorPickerWidget::chooseFromDialog() {
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   dialog->setWindowTitle(translated("Choose a Color"));
   dialog->setModal(true);
+  usePlainButtons(*dialog);
   connect(dialog, &QColorDialog::colorSelected, this, [this](const QColor& chosen) {
     ColorPalette::remember(chosen);
     Q_EMIT colorChosen(chosen);

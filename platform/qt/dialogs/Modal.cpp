@@ -4,6 +4,7 @@
 #include <QWindow>
 
 #include "platform/qt/core/Handles.h"
+#include "platform/qt/core/PlainButtons.h"
 #include "platform/qt/site/SiteWidget.h"
 
 namespace kestrel::qt {
@@ -38,6 +39,7 @@ int execModal(QDialog& dialog, OpenCalls& calls) {
     dialog.winId();  // creates the window handle
     dialog.windowHandle()->setTransientParent(active->windowHandle());
   }
+  usePlainButtons(dialog);
   return dialog.exec();
 }
 
