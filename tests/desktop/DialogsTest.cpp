@@ -29,7 +29,7 @@ qt::FileDialogWindow& asFileDialog(QWidget& widget) { return dynamic_cast<qt::Fi
 TEST(FilterString, BecomesTheToolkitsFilters) {
   const QStringList filters = qt::nameFilters("Windows Bitmap (*.bmp)|*.bmp;*.dib|All Files (*.*)|*.*");
   ASSERT_EQ(filters.size(), 2);
-  EXPECT_EQ(filters[0], "Windows Bitmap (*.bmp) (*.bmp *.dib)");
+  EXPECT_EQ(filters[0], "Windows Bitmap (*.bmp) (*.bmp *.dib *.rle)");
   EXPECT_EQ(filters[1], "All Files (*.*) (*)");
 }
 

@@ -51,7 +51,9 @@ std::shared_ptr<ImgX> QtPlatform::CreateImgX() {
 
 std::shared_ptr<Colors> QtPlatform::CreateColors() { return std::make_shared<engine::ColorsObject>(); }
 
-std::unique_ptr<ImgXDialog> QtPlatform::CreateImgXDialog() { return std::make_unique<QtImgXDialog>(Calls); }
+std::unique_ptr<ImgXDialog> QtPlatform::CreateImgXDialog() {
+  return std::make_unique<QtImgXDialog>(Calls, *parts_.store, windowPositions_);
+}
 
 std::unique_ptr<Form> QtPlatform::CreateForm(const std::string& name) {
   std::unique_ptr<FormWindow> window = buildForm(name);

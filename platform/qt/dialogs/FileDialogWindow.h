@@ -4,9 +4,20 @@
 #include <QPointer>
 #include <vector>
 
+class QLineEdit;
+class QSplitter;
+class QTreeView;
+
+namespace kestrel::engine {
+class ThumbnailReader;
+}
+
 namespace kestrel::qt {
 
-/// The toolkit's file dialog, into which other widgets can be moved.
+/// The toolkit's file dialog with a preview of the picture that is selected, into which other widgets can be
+/// moved.
+///
+/// Quotation marks around a typed name are removed, unless a file of that very name exists.
 ///
 /// Extra height set before it shows stays free below its own controls; moved widgets keep their distance from
 /// the file-type label there when the dialog is resized.
@@ -14,7 +25,8 @@ class FileDialogWindow final : public QFileDialog {
   Q_OBJECT
 
  public:
-  explicit FileDialogWindow(QWidget* parent);
+  /// `reader` reads the previews; it must outlive the dialog.
+  FileDialogWindow(engine::ThumbnailReader& reader, QWidget* parent);
   ~FileDialogWindow() override;
 
   /// If set, a save to a folder that does not exist is refused.
@@ -43,11 +55,19 @@ class FileDialogWindow final : public QFileDialog {
     QPoint position;
   };
 
+  void addPreview(engine::ThumbnailReader& reader);
+  void widenColumns();
+  void updateOpenButton();
+  void removeQuotes();
+  bool folderExists();
   void placeGuests();
 
   std::vector<Guest> guests_;
   int roomBelow_ = 0;
   bool pathMustExist_ = false;
+  QLineEdit* name_ = nullptr;
+  QTreeView* files_ = nullptr;
+  QSplitter* columns_ = nullptr;  ///< places, files, preview
 };
 
 }  // namespace kestrel::qt

@@ -9,6 +9,9 @@
 #include "FileDialogWindow.h"
 #include "Modal.h"
 #include "base/RuntimeError.h"
+#include "engine/thumbnails/ThumbnailReader.h"
+#include "imaging/contract/Formats.h"
+#include "platform/qt/core/Guard.h"
 #include "platform/qt/core/Handles.h"
 #include "platform/qt/core/Text.h"
 #include "platform/qt/services/BusyPointer.h"
@@ -16,11 +19,49 @@
 namespace kestrel::qt {
 namespace {
 
-/// Default size, enough for about a dozen files with their dates, if the screen is large enough.
-constexpr QSize kDefaultSize(780, 520);
+/// Default size, enough for about a dozen files with their dates and the preview, if the screen is large
+/// enough.
+constexpr QSize kDefaultSize(1000, 560);
 constexpr double kShareOfScreen = 0.9;
 
+/// In the key store, below the window positions.
+constexpr char kStoredKey[] = "\\FileDialog";
+constexpr char kStoredFolder[] = "Folder";
+
+/// The extensions of the format that has this one, or this one alone.
+QStringList spellingsOf(const QString& extension) {
+  for (const FileFormat& format : kFileFormats) {
+    if (!format.HasExtension(fromQt(extension.toLower()))) continue;
+    QStringList spellings;
+    for (const std::string_view spelling : format.Extensions) {
+      if (!spelling.empty()) spellings += toQt(spelling);
+    }
+    return spellings;
+  }
+  return {extension};
+}
+
+QStringList withAllSpellings(const QStringList& patterns) {
+  static const QString kAnyName = QStringLiteral("*.");
+  QStringList all;
+  for (const QString& pattern : patterns) {
+    all += pattern;
+    if (!pattern.startsWith(kAnyName)) continue;
+    for (const QString& spelling : spellingsOf(pattern.mid(kAnyName.size()))) all += kAnyName + spelling;
+  }
+  all.removeDuplicates();
+  return all;
+}
+
 }  // namespace
+
+QtImgXDialog::QtImgXDialog(OpenCalls& calls, RegistryStore& store, const WindowPositions& positions)
+    : calls_(calls),
+      store_(store),
+      positions_(positions),
+      reader_(std::make_unique<engine::ThumbnailReader>()) {}
+
+QtImgXDialog::~QtImgXDialog() = default;
 
 QStringList nameFilters(const std::string& filter) {
   const QStringList parts = toQt(filter).split(u'|');
@@ -29,7 +70,8 @@ QStringList nameFilters(const std::string& filter) {
     QStringList patterns = parts[i + 1].split(u';', Qt::SkipEmptyParts);
     // On this system "*.*" must also match names without a point.
     patterns.replaceInStrings(QStringLiteral("*.*"), QStringLiteral("*"));
-    filters += translated(fromQt(parts[i])) + QStringLiteral(" (") + patterns.join(u' ') + u')';
+    filters +=
+        translated(fromQt(parts[i])) + QStringLiteral(" (") + withAllSpellings(patterns).join(u' ') + u')';
   }
   return filters;
 }
@@ -40,9 +82,10 @@ bool QtImgXDialog::ShowSave() { return show(true); }
 
 bool QtImgXDialog::show(bool save) {
   const BusyPause pause;
-  FileDialogWindow dialog(dialogParent(owner_));
+  FileDialogWindow dialog(*reader_, dialogParent(owner_));
   dialog.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
   dialog.setWindowTitle(translated(save ? "Save As" : "Open"));
+  dialog.setLabelText(QFileDialog::LookIn, translated(save ? "Save in:" : "Look in:"));
   dialog.setFileMode(save || !(flags_ & kDialogFileMustExist) ? QFileDialog::AnyFile
                      : maxFiles_ > 1                          ? QFileDialog::ExistingFiles
                                                               : QFileDialog::ExistingFile);
@@ -75,7 +118,7 @@ bool QtImgXDialog::show(bool save) {
   const bool accepted = execModal(dialog, calls_) == QDialog::Accepted && !dialog.selectedFiles().isEmpty();
   if (accepted) {
     filename_ = fromQt(QDir::toNativeSeparators(dialog.selectedFiles().front()));
-    folder_ = dialog.directory().absolutePath();
+    rememberFolder(dialog.directory().absolutePath());
   }
   return accepted;
 }
@@ -93,8 +136,29 @@ void QtImgXDialog::setUpStart(QFileDialog& dialog) const {
     dialog.selectFile(file.fileName());
     return;
   }
-  if (!folder_.isEmpty()) dialog.setDirectory(folder_);
+  // An empty name would be the current folder, but in the dialog it is the list of drives.
+  const QString last = lastFolder();
+  if (!last.isEmpty() && QDir(last).exists()) dialog.setDirectory(last);
   if (!filename_.empty()) dialog.selectFile(file.fileName());
+}
+
+QString QtImgXDialog::lastFolder() const {
+  if (positions_.RegistryKey().empty()) return folder_;
+  const std::string key = positions_.RegistryKey() + kStoredKey;
+  const Variant stored = store_.ReadValue(HKEY_CURRENT_USER, key, kStoredFolder);
+  return stored.TypeCode() == static_cast<std::int32_t>(Variant::Type::kString) ? toQt(stored.ToString())
+                                                                                : folder_;
+}
+
+void QtImgXDialog::rememberFolder(const QString& folder) {
+  if (folder == lastFolder()) return;
+  folder_ = folder;
+  if (positions_.RegistryKey().empty()) return;
+  // A store that cannot be written must not take the chosen name from the user.
+  guarded([&] {
+    store_.WriteValue(HKEY_CURRENT_USER, positions_.RegistryKey() + kStoredKey, kStoredFolder, fromQt(folder),
+                      kStoreString);
+  });
 }
 
 FileDialogWindow& QtImgXDialog::shown() const {

@@ -3,17 +3,28 @@
 #include <QFileDialog>
 #include <QString>
 #include <functional>
+#include <memory>
 
 #include "base/OpenCalls.h"
 #include "imaging/contract/ImgXDialog.h"
+#include "imaging/contract/RegistryStore.h"
+#include "imaging/contract/WindowPositions.h"
+
+namespace kestrel::engine {
+class ThumbnailReader;
+}
 
 namespace kestrel::qt {
 
 class FileDialogWindow;
 
+/// The folder of the last accepted file is in the key store, below the key of the window positions: the user
+/// goes on where the last run of the program ended, whichever of its dialogs it was.
+
 class QtImgXDialog final : public ImgXDialog {
  public:
-  explicit QtImgXDialog(OpenCalls& calls) : calls_(calls) {}
+  QtImgXDialog(OpenCalls& calls, RegistryStore& store, const WindowPositions& positions);
+  ~QtImgXDialog() override;
 
   void OwnerWindow(WindowHandle value) override { owner_ = value; }
   void Filter(const std::string& value) override { filter_ = value; }
@@ -39,9 +50,14 @@ class QtImgXDialog final : public ImgXDialog {
   bool show(bool save);
   void setUpFilters(QFileDialog& dialog) const;
   void setUpStart(QFileDialog& dialog) const;
+  QString lastFolder() const;
+  void rememberFolder(const QString& folder);
   FileDialogWindow& shown() const;
 
   OpenCalls& calls_;
+  RegistryStore& store_;
+  const WindowPositions& positions_;
+  std::unique_ptr<engine::ThumbnailReader> reader_;
   WindowHandle owner_ = 0;
   std::string filter_;
   std::int32_t flags_ = 0;
@@ -50,11 +66,12 @@ class QtImgXDialog final : public ImgXDialog {
   bool centerOnOwner_ = false;
   std::int32_t filterIndex_ = 0;
   std::int32_t maxFiles_ = 1;
-  QString folder_;                            // the last folder of the user
+  QString folder_;  // the last folder of the user, for a program without window positions
   FileDialogWindow* initializing_ = nullptr;  // while `InitDialog` is being raised
 };
 
-/// The entries of a filter string in the toolkit's form: "description (pattern pattern)".
+/// The entries of a filter string in the toolkit's form: "description (pattern pattern)". A pattern for an
+/// extension of a picture format also finds the format's other extensions; the toolkit ignores case.
 QStringList nameFilters(const std::string& filter);
 
 }  // namespace kestrel::qt
