@@ -3,6 +3,7 @@
 #include <QCloseEvent>
 #include <QKeyEvent>
 
+#include "DockContent.h"
 #include "platform/qt/core/Caption.h"
 #include "platform/qt/core/Guard.h"
 #include "platform/qt/core/Text.h"
@@ -23,6 +24,14 @@ class Panel final : public QDockWidget {
   void closeEvent(QCloseEvent* event) override {
     guarded([this] { model_.show(false, kReasonUser); });
     event->setAccepted(isHidden());
+  }
+
+  void paintEvent(QPaintEvent* event) override {
+    QDockWidget::paintEvent(event);
+    if (!isFloating() || !widget()) return;
+    // The title, where it is not the window manager's; below is the content with a frame of its own.
+    const QRect title(widget()->x(), 0, widget()->width(), widget()->y() + 1);
+    if (title.height() > 1) DockContent::paintFrame(*this, title);
   }
 
   void keyPressEvent(QKeyEvent* event) override {
@@ -55,7 +64,7 @@ Qt::DockWidgetArea areaOf(docking::Edge edge) {
 
 }  // namespace
 
-DockPanels::DockPanels(docking::MoorageModel& suite, QMainWindow& window) : window_(window) {
+DockPanels::DockPanels(docking::MoorageModel& suite, QMainWindow& window) : suite_(suite), window_(window) {
   for (const auto& model : suite.DockWindows().all()) {
     auto* const panel = new Panel(*model, &window);
     panel->setVisible(false);
@@ -66,9 +75,9 @@ DockPanels::DockPanels(docking::MoorageModel& suite, QMainWindow& window) : wind
 
 void DockPanels::attach(docking::DockWindowModel& window, DockableForm& form) {
   QDockWidget& panel = find(window);
-  auto* const host = new QWidget;
-  form.embedIn(*host);
-  panel.setWidget(host);
+  auto* const content = new DockContent(form);
+  panel.setWidget(content);
+  connect(&panel, &QDockWidget::topLevelChanged, content, &DockContent::setFloating);
   refresh(window);
   distributeSpace(window.edge());
 }
@@ -92,6 +101,16 @@ void DockPanels::distributeSpace(docking::Edge edge) {
   }
   window_.resizeDocks(panels, across, upright ? Qt::Horizontal : Qt::Vertical);
   window_.resizeDocks(panels, along, upright ? Qt::Vertical : Qt::Horizontal);
+}
+
+void DockPanels::arrange() {
+  for (const auto& model : suite_.DockWindows().all()) {
+    QDockWidget& panel = find(*model);
+    panel.setFloating(false);
+    window_.addDockWidget(areaOf(model->edge()), &panel);
+    refresh(*model);
+    distributeSpace(model->edge());
+  }
 }
 
 void DockPanels::refresh(docking::DockWindowModel& window) {

@@ -19,10 +19,13 @@ class DockPanels final : public QObject {
   QDockWidget& find(docking::DockWindowModel& window) const { return *panels_.at(&window); }
   void attach(docking::DockWindowModel& window, DockableForm& form);
   void refresh(docking::DockWindowModel& window);
+  /// Docks all windows where the layout places them.
+  void arrange();
 
  private:
   void distributeSpace(docking::Edge edge);
 
+  docking::MoorageModel& suite_;
   QMainWindow& window_;
   std::map<docking::DockWindowModel*, QDockWidget*> panels_;
 };

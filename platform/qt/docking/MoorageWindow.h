@@ -24,8 +24,12 @@ class MoorageWindow final : public QMainWindow {
 
  Q_SIGNALS:
   void clientAreaChanged();
+  /// The smallest size at which bars and dock windows fit may be another now.
+  void smallestSizeChanged();
 
  protected:
+  bool event(QEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:

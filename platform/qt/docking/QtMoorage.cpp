@@ -1,13 +1,10 @@
 #include "QtMoorage.h"
 
-#include <QActionGroup>
 #include <QCursor>
 #include <QMenuBar>
-#include <array>
 
 #include "base/RuntimeError.h"
 #include "platform/qt/core/Guard.h"
-#include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
 
@@ -18,6 +15,7 @@ QtMoorage::QtMoorage(MoorageWindow& window, ControlId id, const docking::StoredL
       toolBars_(*this, actions_, window),
       statusPanels_(*this, actions_, *window.statusBar()),
       dockPanels_(*this, window),
+      barMenu_(*this, toolBars_, dockPanels_, *window.menuBar()),
       hotKeys_(*this, window.parentWidget() ? *window.parentWidget() : window) {
   for (const auto& bar : CommandBars().all()) {
     if (bar->kind() == docking::BarKind::MenuBar) menuBar_ = bar.get();
@@ -40,7 +38,7 @@ QtMoorage::QtMoorage(MoorageWindow& window, ControlId id, const docking::StoredL
       DockWindowUpdated.Connect([this](docking::DockWindowModel& dock) { dockPanels_.refresh(dock); }));
   connections_.push_back(StyleUpdated.Connect([this] { toolBars_.refreshStyle(); }));
 
-  window_.fillBarMenu = [this](QMenu& menu) { fillBarMenu(menu); };
+  window_.fillBarMenu = [this](QMenu& menu) { barMenu_.fill(menu); };
   QObject::connect(&hotKeys_, &HotKeyFilter::menuBarRequested, &hotKeys_, [this] { openMenuBar(); });
   QObject::connect(&window_, &MoorageWindow::clientAreaChanged, &actions_,
                    [this] { guarded([this] { ClientAreaChanged(); }); });
@@ -91,45 +89,6 @@ void QtMoorage::openMenuBar() {
     if (!action->isVisible() || !action->isEnabled()) continue;
     bar.setActiveAction(action);
     return;
-  }
-}
-
-void QtMoorage::fillBarMenu(QMenu& menu) {
-  const auto addToggle = [&menu](const QString& text, bool shown, auto show) {
-    QAction* const action = menu.addAction(text);
-    action->setCheckable(true);
-    action->setChecked(shown);
-    QObject::connect(action, &QAction::triggered, action,
-                     [show](bool wanted) { guarded([&] { show(wanted); }); });
-  };
-  for (const auto& bar : CommandBars().all()) {
-    if (bar->kind() == docking::BarKind::MenuBar || !bar->Listed()) continue;
-    addToggle(translated(bar->Name()), bar->Visible(),
-              [model = bar.get()](bool wanted) { model->show(wanted, kReasonUser); });
-  }
-  menu.addSeparator();
-  for (const auto& dock : DockWindows().all()) {
-    if (!dockPanels_.find(*dock).widget()) continue;
-    addToggle(translated(dock->Caption()), dock->Visible(),
-              [model = dock.get()](bool wanted) { model->show(wanted, kReasonUser); });
-  }
-  menu.addSeparator();
-  fillStyleMenu(*menu.addMenu(translated("Tool Bar &Style")));
-  addToggle(translated("&Lock the Tool Bars"), toolBars_.locked(),
-            [this](bool locked) { toolBars_.setLocked(locked); });
-}
-
-void QtMoorage::fillStyleMenu(QMenu& menu) {
-  static constexpr std::array kStyles = {"&Icons Only", "Icons &Beside Text", "Icons &Above Text"};
-  auto* const group = new QActionGroup(&menu);
-  for (std::size_t i = 0; i < kStyles.size(); ++i) {
-    const auto number = static_cast<std::int32_t>(i);
-    QAction* const action = menu.addAction(translated(kStyles[i]));
-    action->setCheckable(true);
-    action->setChecked(style() == number);
-    group->addAction(action);
-    QObject::connect(action, &QAction::triggered, action,
-                     [this, number] { guarded([&] { style(number); }); });
   }
 }
 

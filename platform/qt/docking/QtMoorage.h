@@ -3,6 +3,7 @@
 #include <memory>
 #include <vector>
 
+#include "BarMenu.h"
 #include "CommandActions.h"
 #include "DockPanels.h"
 #include "HotKeyFilter.h"
@@ -36,14 +37,13 @@ class QtMoorage final : public WidgetControl<docking::MoorageModel> {
   void fillMenuBar();
   void openMenuBar();
   QPoint popupPosition() const;
-  void fillBarMenu(QMenu& menu);
-  void fillStyleMenu(QMenu& menu);
 
   MoorageWindow& window_;
   CommandActions actions_;
   ToolBars toolBars_;
   StatusPanels statusPanels_;
   DockPanels dockPanels_;
+  BarMenu barMenu_;
   HotKeyFilter hotKeys_;
   docking::CommandBarModel* menuBar_ = nullptr;
   std::vector<Connection> connections_;

@@ -37,30 +37,37 @@ bool sameEntry(const docking::ShownEntry& a, const docking::ShownEntry& b) {
 }  // namespace
 
 ToolBars::ToolBars(docking::MoorageModel& suite, CommandActions& actions, QMainWindow& window)
-    : suite_(suite), actions_(actions) {
-  std::vector<docking::CommandBarModel*> ordered;
+    : suite_(suite), actions_(actions), window_(window) {
   for (const auto& bar : suite_.CommandBars().all()) {
-    if (bar->kind() == docking::BarKind::ToolBar) ordered.push_back(bar.get());
+    if (bar->kind() == docking::BarKind::ToolBar) ordered_.push_back(bar.get());
   }
-  std::stable_sort(ordered.begin(), ordered.end(), [](const auto* a, const auto* b) {
+  std::stable_sort(ordered_.begin(), ordered_.end(), [](const auto* a, const auto* b) {
     return std::pair(a->edge(), a->row()) < std::pair(b->edge(), b->row());
   });
-
-  const docking::CommandBarModel* before = nullptr;
-  for (docking::CommandBarModel* model : ordered) {
-    auto* const bar = new QToolBar(translated(model->Name()), &window);
+  for (docking::CommandBarModel* model : ordered_) {
+    auto* const bar = new QToolBar(translated(model->Name()), &window_);
     bar->setObjectName(toQt(model->Name()));
     bar->setFloatable(false);
+    bars_[model].bar = bar;
+  }
+  arrange();
+  refreshStyle();
+}
+
+void ToolBars::arrange() {
+  for (const auto& [model, shown] : bars_) {
+    if (window_.toolBarBreak(shown.bar)) window_.removeToolBarBreak(shown.bar);
+  }
+  const docking::CommandBarModel* before = nullptr;
+  for (docking::CommandBarModel* model : ordered_) {
     const Qt::ToolBarArea area = areaOf(model->edge());
     if (before && before->edge() == model->edge() && before->row() != model->row()) {
-      window.addToolBarBreak(area);
+      window_.addToolBarBreak(area);
     }
-    window.addToolBar(area, bar);
-    bars_[model].bar = bar;
+    window_.addToolBar(area, bars_.at(model).bar);
     before = model;
     refresh(*model);
   }
-  refreshStyle();
 }
 
 // The window owns the bars; their fields refer to the suite and are destroyed here.

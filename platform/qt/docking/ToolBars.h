@@ -26,6 +26,8 @@ class ToolBars final : public QObject {
   /// Updates all bars that show the command.
   void refresh(docking::CommandModel& command);
   void refreshStyle();
+  /// Puts all bars where the layout places them.
+  void arrange();
 
   bool locked() const { return locked_; }
   void setLocked(bool value);
@@ -42,6 +44,8 @@ class ToolBars final : public QObject {
 
   docking::MoorageModel& suite_;
   CommandActions& actions_;
+  QMainWindow& window_;
+  std::vector<docking::CommandBarModel*> ordered_;  ///< by edge and row
   std::map<docking::CommandBarModel*, Shown> bars_;
   std::map<const docking::CommandModel*, QWidgetAction*> combos_;
   bool locked_ = false;

@@ -24,9 +24,10 @@ std::vector<DesktopKey> desktopKeys() {
 
 void EditorWidget::populate(QtSite& site, engine::ClipboardPort& clipboard) {
   site_ = &site;
-  auto* const bars = new MoorageWindow(this);
+  bars_ = new MoorageWindow(this);
+  connect(bars_, &MoorageWindow::smallestSizeChanged, this, &QWidget::updateGeometry);
   auto moorage =
-      std::make_unique<QtMoorage>(*bars, ControlId{"mrgUI"}, docking::readLayout(resources::dialogLayout()));
+      std::make_unique<QtMoorage>(*bars_, ControlId{"mrgUI"}, docking::readLayout(resources::dialogLayout()));
   moorage_ = moorage.get();
   if (property("DesktopKeys").toBool()) moorage_->useDesktopKeys(desktopKeys());
   site.add(std::move(moorage));
@@ -39,5 +40,7 @@ void EditorWidget::populate(QtSite& site, engine::ClipboardPort& clipboard) {
   setFocusProxy(surface);
   acceptFiles(true);
 }
+
+QSize EditorWidget::minimumSizeHint() const { return bars_ ? bars_->minimumSizeHint() : QSize(); }
 
 }  // namespace kestrel::qt

@@ -5,6 +5,7 @@
 
 namespace kestrel::qt {
 
+class MoorageWindow;
 class QtImageView;
 class QtMoorage;
 
@@ -26,9 +27,12 @@ class EditorWidget final : public SiteWidget {
   QtImageView* view() const { return view_; }
 
   QSize sizeHint() const override { return {1100, 760}; }
+  /// The smallest size at which bars, dock windows and picture do not overlap.
+  QSize minimumSizeHint() const override;
 
  private:
   QtSite* site_ = nullptr;
+  MoorageWindow* bars_ = nullptr;
   // Owned by the site
   QtMoorage* moorage_ = nullptr;
   QtImageView* view_ = nullptr;

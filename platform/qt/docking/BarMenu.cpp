@@ -1,0 +1,93 @@
+#include "BarMenu.h"
+
+#include <QActionGroup>
+#include <QStyle>
+#include <QToolButton>
+#include <array>
+
+#include "platform/qt/core/Guard.h"
+#include "platform/qt/core/SvgIcon.h"
+#include "platform/qt/core/Text.h"
+
+namespace kestrel::qt {
+namespace {
+
+template <typename Show>
+void addToggle(QMenu& menu, const QString& text, bool shown, Show show) {
+  QAction* const action = menu.addAction(text);
+  action->setCheckable(true);
+  action->setChecked(shown);
+  QObject::connect(action, &QAction::triggered, action,
+                   [show](bool wanted) { guarded([&] { show(wanted); }); });
+}
+
+QToolButton* makeButton(QMenu& menu) {
+  auto* const button = new QToolButton;
+  button->setObjectName(QStringLiteral("barMenuButton"));
+  button->setText(translated("Tool &Bars"));  // its access key works in the whole window
+  button->setToolTip(translated("Tool bars and windows (Alt+B)"));
+  button->setAccessibleName(translated("Tool bars and windows"));
+  button->setIcon(svgIcon("Tool-Bars"));
+  button->setToolButtonStyle(Qt::ToolButtonIconOnly);
+  button->setAutoRaise(true);
+  button->setFocusPolicy(Qt::NoFocus);  // the focus stays in the picture
+  const int side = button->style()->pixelMetric(QStyle::PM_SmallIconSize);
+  button->setIconSize(QSize(side, side));
+  button->setMenu(&menu);
+  button->setPopupMode(QToolButton::InstantPopup);
+  return button;
+}
+
+}  // namespace
+
+BarMenu::BarMenu(docking::MoorageModel& suite, ToolBars& toolBars, DockPanels& dockPanels, QMenuBar& menuBar)
+    : suite_(suite), toolBars_(toolBars), dockPanels_(dockPanels), menu_(new QMenu(&menuBar)) {
+  connect(menu_, &QMenu::aboutToShow, this, [this] {
+    menu_->clear();
+    fill(*menu_);
+  });
+  menuBar.setCornerWidget(makeButton(*menu_));
+}
+
+// The menu bar owns the menu, and may outlive this.
+BarMenu::~BarMenu() { menu_->clear(); }
+
+void BarMenu::fill(QMenu& menu) {
+  for (const auto& bar : suite_.CommandBars().all()) {
+    if (bar->kind() == docking::BarKind::MenuBar || !bar->Listed()) continue;
+    addToggle(menu, translated(bar->Name()), bar->Visible(),
+              [model = bar.get()](bool wanted) { model->show(wanted, kReasonUser); });
+  }
+  menu.addSeparator();
+  for (const auto& dock : suite_.DockWindows().all()) {
+    if (!dockPanels_.find(*dock).widget()) continue;
+    addToggle(menu, translated(dock->Caption()), dock->Visible(),
+              [model = dock.get()](bool wanted) { model->show(wanted, kReasonUser); });
+  }
+  menu.addSeparator();
+  fillStyles(*menu.addMenu(translated("Tool Bar &Style")));
+  addToggle(menu, translated("&Lock the Tool Bars"), toolBars_.locked(),
+            [this](bool locked) { toolBars_.setLocked(locked); });
+  connect(menu.addAction(translated("&Reset Bars and Windows")), &QAction::triggered, this,
+          [this] { guarded([this] { reset(); }); });
+}
+
+void BarMenu::fillStyles(QMenu& menu) {
+  static constexpr std::array kStyles = {"&Icons Only", "Icons &Beside Text", "Icons &Above Text"};
+  auto* const group = new QActionGroup(&menu);
+  for (std::size_t i = 0; i < kStyles.size(); ++i) {
+    const auto number = static_cast<std::int32_t>(i);
+    QAction* const action = menu.addAction(translated(kStyles[i]));
+    action->setCheckable(true);
+    action->setChecked(suite_.style() == number);
+    group->addAction(action);
+    connect(action, &QAction::triggered, action, [this, number] { guarded([&] { suite_.style(number); }); });
+  }
+}
+
+void BarMenu::reset() {
+  toolBars_.arrange();
+  dockPanels_.arrange();
+}
+
+}  // namespace kestrel::qt
