@@ -1,12 +1,16 @@
 #include <gtest/gtest.h>
 
-#include <QGuiApplication>
+#include <QApplication>
+#include <QTimer>
+#include <QWidget>
 
+#include "apps/kestrel-editor/window/EditorWindow.h"
 #include "base/RuntimeError.h"
 #include "platform/posix/LineTable.h"
 #include "platform/posix/SharedLibraryFactory.h"
 #include "platform/qt/app/Desktop.h"
 #include "platform/store/MemoryStore.h"
+#include "settings/modProcessing.h"
 
 namespace kestrel::desktop {
 namespace {
@@ -30,6 +34,36 @@ TEST(Program, AppendsNoNameToTheCaptionsOfItsWindows) {
   qt::Desktop desktop(count, values, "kestrel-editor");
   desktop.assemble(parts());
   EXPECT_EQ(QGuiApplication::applicationDisplayName(), "kestrel-editor");
+}
+
+// The event loop ends with the round of events that closes the window, and waits for no timer and no other
+// window: what is left of the process is its cleaning up.
+TEST(Program, EndsAsItsEditorsWindowCloses) {
+  int count = 1;
+  char name[] = "kestrel-editor";
+  char* values[] = {name, nullptr};
+  qt::Desktop desktop(count, values, "kestrel-editor");
+  desktop.assemble(parts());
+  modProcessing::Attach(desktop.platform());
+  modProcessing::Main();
+  {
+    app::EditorWindow window([&desktop] { desktop.quit(); });
+    window.form().Show();
+    QWidget help;  // as a help window that is still open
+    help.show();
+    int later = 0;
+    QTimer next;
+    QObject::connect(&next, &QTimer::timeout, &next, [&later] { ++later; });
+    QTimer::singleShot(0, [&] {
+      next.start(0);
+      window.runCommand("fileclose");
+    });
+    EXPECT_EQ(desktop.run(), 0);
+    EXPECT_LE(later, 1) << "only the round of events in progress goes on";
+    EXPECT_FALSE(window.form().Visible());
+    EXPECT_TRUE(help.isVisible());
+  }
+  modProcessing::Detach();
 }
 
 }  // namespace
