@@ -66,10 +66,12 @@ class ReadOuts : public testing::Test {
   }
   /// The color that the screen shows under the pointer.
   QColor seen() {
-    const double factor = bench.canvas().devicePixelRatioF();
-    const QPointF at = QPointF(pointer) * factor;
-    return bench.grabWindow().pixelColor(static_cast<int>(std::lround(at.x())),
-                                         static_cast<int>(std::lround(at.y())));
+    const QPointF corner =
+        QPointF(bench.canvas().mapTo(&bench.window(), QPoint())) * bench.canvas().devicePixelRatioF();
+    const QPointF at = bench.canvas().toView(bench.canvas().mapFrom(&bench.window(), QPointF(pointer)));
+    return bench.grabWindow().pixelColor(
+        static_cast<int>(std::lround(corner.x()) + std::lround(std::floor(at.x()))),
+        static_cast<int>(std::lround(corner.y()) + std::lround(std::floor(at.y()))));
   }
 
   /// All read-outs are about the pixel that is visible under the pointer.
