@@ -50,6 +50,15 @@ std::unique_ptr<Window> makeSlider(Window& parent, const ControlDescription& des
   return slider;
 }
 
+std::unique_ptr<Window> makeColorPicker(Window& parent, const ControlDescription& description) {
+  auto picker = make<ColorPicker>(parent, description);
+  picker->EnhancedCaption(description.text);
+  for (const auto& [name, value] : description.stored) {
+    if (name == "enhancedVisible") picker->EnhancedVisible(value);
+  }
+  return picker;
+}
+
 std::unique_ptr<Window> makeOptionButton(Window& parent, const ControlDescription& description) {
   auto button = make<OptionButton>(parent, description);
   button->caption(description.text);
@@ -98,11 +107,8 @@ std::unique_ptr<Window> makeControl(Window& parent, const ControlDescription& de
       return makeComboBox(parent, description);
     case ControlKind::kSlider:
       return makeSlider(parent, description);
-    case ControlKind::kColorPicker: {
-      auto picker = make<ColorPicker>(parent, description);
-      picker->EnhancedCaption(description.text);
-      return picker;
-    }
+    case ControlKind::kColorPicker:
+      return makeColorPicker(parent, description);
     case ControlKind::kPreview:
       return makePreviewSite(parent.desktop(), &parent, description.name, surroundings);
     case ControlKind::kEditor:

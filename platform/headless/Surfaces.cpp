@@ -46,8 +46,11 @@ std::unique_ptr<Site> makePreviewSite(Desktop& desktop, Window* parent, const st
                                       const Surroundings& surroundings) {
   auto site = std::make_unique<Site>(desktop, parent, name, true);
   site->Move(0, 0, kPreviewDesignSize.Width, kPreviewDesignSize.Height);
-  addView(*site, "igxOriginal", surroundings);
-  addView(*site, "igxPreview", surroundings);
+  for (const char* pane : {"igxOriginal", "igxPreview"}) {
+    addView(*site, pane, surroundings);
+    // Nobody can undo in a pane, and each step would keep a whole picture.
+    Bind<ImageView>(*site, pane).UndoLevels(0);
+  }
   auto stock = std::make_unique<PictureBox>(desktop, site.get(), "imgPreview", -1);
   stock->visible(false);
   stock->Picture(stockPicture());

@@ -309,6 +309,11 @@ TEST_P(Controls, SettingAColorClearsTheExtraChoiceOfAColorPicker) {
   EXPECT_EQ(picker.EnhancedCaption(), "Automatic");
 }
 
+TEST_P(Controls, AColorPickerHasTheExtraButtonThatItsFormStores) {
+  EXPECT_TRUE(control<ColorPicker>("cpkColor").EnhancedVisible());
+  EXPECT_FALSE(control<ColorPicker>("cpkPlain").EnhancedVisible());
+}
+
 TEST_P(Controls, AColorPickerReportsTheUsersChoice) {
   constexpr OLE_COLOR kListed = 0x00DB6F2A;
   auto& picker = control<ColorPicker>("cpkColor");
@@ -343,6 +348,8 @@ TEST_P(Controls, APreviewOnAFormIsASiteWithItsTwoPanesAndAPicture) {
   EXPECT_TRUE(site.UserMode());
   EXPECT_EQ(Bind<ImageView>(site, "igxOriginal").Image(), nullptr);
   EXPECT_EQ(Bind<ImageView>(site, "igxPreview").Image(), nullptr);
+  EXPECT_EQ(Bind<ImageView>(site, "igxOriginal").UndoLevels(), 0) << "a step would keep a whole picture";
+  EXPECT_EQ(Bind<ImageView>(site, "igxPreview").UndoLevels(), 0);
   auto& stock = Bind<PictureBox>(site, "imgPreview");
   EXPECT_FALSE(stock.Visible());
   ASSERT_NE(stock.Picture(), nullptr);

@@ -1,6 +1,8 @@
 #include "ColorPalette.h"
 
+#include <QButtonGroup>
 #include <QGridLayout>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QToolButton>
 #include <QWidgetAction>
@@ -28,6 +30,18 @@ QList<QColor>& recentColors() {
   return colors;
 }
 
+/// A color of the menu. Return chooses it; the toolkit's buttons know only Space.
+class Swatch final : public QToolButton {
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+      click();
+    } else {
+      QToolButton::keyPressEvent(event);
+    }
+  }
+};
+
 QIcon swatchOf(const QColor& color, const QPalette& palette) {
   QPixmap face(kSwatch, kSwatch);
   face.fill(color);
@@ -51,6 +65,7 @@ void ColorPalette::fill(const QColor& chosen, const QString& enhancedCaption) {
     QAction* const extra = addAction(enhancedCaption);
     extra->setCheckable(true);
     extra->setChecked(!chosen.isValid());
+    if (!chosen.isValid()) start_ = extra;
     connect(extra, &QAction::triggered, this, &ColorPalette::enhancedChosen);
     addSeparator();
   }
@@ -67,12 +82,18 @@ void ColorPalette::fill(const QColor& chosen, const QString& enhancedCaption) {
 
 void ColorPalette::addSwatches(const QList<QColor>& colors, const QColor& chosen) {
   auto* const field = new QWidget;
+  field->setFocusPolicy(Qt::StrongFocus);
   auto* const grid = new QGridLayout(field);
+  // The arrow keys move the focus within a group.
+  auto* const group = new QButtonGroup(field);
+  group->setExclusive(false);
+  auto* const action = new QWidgetAction(this);
   grid->setContentsMargins(6, 4, 6, 4);
   grid->setSpacing(2);
   for (qsizetype i = 0; i < colors.size(); ++i) {
     const QColor color = colors[i];
-    auto* const swatch = new QToolButton;
+    auto* const swatch = new Swatch;
+    swatch->setFocusPolicy(Qt::StrongFocus);
     swatch->setAutoRaise(true);
     swatch->setIcon(swatchOf(color, palette()));
     swatch->setIconSize(QSize(kSwatch, kSwatch));
@@ -86,10 +107,16 @@ void ColorPalette::addSwatches(const QList<QColor>& colors, const QColor& chosen
       Q_EMIT colorChosen(color);
     });
     grid->addWidget(swatch, static_cast<int>(i) / kColumns, static_cast<int>(i) % kColumns);
+    group->addButton(swatch);
+    if (i == 0 || swatch->isChecked()) field->setFocusProxy(swatch);
+    if (!start_ && swatch->isChecked()) start_ = action;
   }
-  auto* const action = new QWidgetAction(this);
   action->setDefaultWidget(field);
   addAction(action);
+}
+
+void ColorPalette::focusChosen() {
+  if (start_) setActiveAction(start_);
 }
 
 }  // namespace kestrel::qt

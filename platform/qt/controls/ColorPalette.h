@@ -18,6 +18,10 @@ class ColorPalette final : public QMenu {
   /// the extra choice is selected.
   void fill(const QColor& chosen, const QString& enhancedCaption);
 
+  /// Gives the keyboard focus to the chosen color, or to the extra choice; call it when the menu is shown.
+  /// The arrow keys move among the colors and the entries, Return and Space choose.
+  void focusChosen();
+
   /// Adds a color at the front of the recent colors.
   static void remember(const QColor& color);
 
@@ -28,6 +32,8 @@ class ColorPalette final : public QMenu {
 
  private:
   void addSwatches(const QList<QColor>& colors, const QColor& chosen);
+
+  QAction* start_ = nullptr;
 };
 
 }  // namespace kestrel::qt

@@ -1,9 +1,12 @@
 #include "ColorPickerWidget.h"
 
 #include <QColorDialog>
+#include <QKeyEvent>
 #include <QPainter>
+#include <QStyleOptionComboBox>
 #include <QStyleOptionToolButton>
 #include <QStylePainter>
+#include <algorithm>
 
 #include "ColorPalette.h"
 #include "platform/qt/core/PlainButtons.h"
@@ -13,6 +16,9 @@ namespace kestrel::qt {
 namespace {
 
 constexpr int kEdge = 4;
+constexpr int kArrow = 8;
+/// Width of the color, in average characters.
+constexpr int kColorCharacters = 8;
 
 }  // namespace
 
@@ -20,7 +26,6 @@ ColorPickerWidget::ColorPickerWidget(QWidget* parent)
     : QToolButton(parent), enhancedCaption_(translated("Automatic")) {
   setFocusPolicy(Qt::StrongFocus);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-  setMinimumHeight(fontMetrics().height() + 4 * kEdge);
   connect(this, &QToolButton::clicked, this, &ColorPickerWidget::dropDown);
 }
 
@@ -29,6 +34,27 @@ void ColorPickerWidget::show(const QColor& color, bool enhanced) {
   enhancedSelected_ = enhanced;
   setAccessibleDescription(enhanced ? enhancedCaption_ : color.name());
   update();
+}
+
+void ColorPickerWidget::setEnhancedVisible(bool value) {
+  enhancedVisible_ = value;
+  updateGeometry();
+}
+
+void ColorPickerWidget::setEnhancedCaption(const QString& value) {
+  enhancedCaption_ = value;
+  updateGeometry();
+  update();
+}
+
+QSize ColorPickerWidget::sizeHint() const {
+  const QFontMetrics metrics = fontMetrics();
+  const int caption = enhancedVisible_ ? metrics.horizontalAdvance(enhancedCaption_) : 0;
+  const int inside = std::max(caption, kColorCharacters * metrics.averageCharWidth());
+  // As high as a drop-down list, next to which it may be.
+  const int height =
+      style()->sizeFromContents(QStyle::CT_ComboBox, nullptr, QSize(inside, metrics.height()), this).height();
+  return {inside + 4 * kEdge + kArrow, std::max(height, metrics.height() + 2 * kEdge)};
 }
 
 void ColorPickerWidget::dropDown() {
@@ -40,6 +66,16 @@ void ColorPickerWidget::dropDown() {
   connect(palette, &ColorPalette::moreWanted, this, &ColorPickerWidget::chooseFromDialog);
   const QPoint below = geometry().bottomLeft() + QPoint(0, 1);
   palette->popup(parentWidget() ? parentWidget()->mapToGlobal(below) : below);
+  palette->focusChosen();
+}
+
+void ColorPickerWidget::keyPressEvent(QKeyEvent* event) {
+  // As on a drop-down list.
+  if (event->key() == Qt::Key_Down || event->key() == Qt::Key_F4) {
+    dropDown();
+  } else {
+    QToolButton::keyPressEvent(event);
+  }
 }
 
 void ColorPickerWidget::chooseFromDialog() {
@@ -62,7 +98,14 @@ void ColorPickerWidget::paintEvent(QPaintEvent* /*event*/) {
   initStyleOption(&option);
   option.text.clear();
   painter.drawComplexControl(QStyle::CC_ToolButton, option);
-  const QRect face = rect().adjusted(kEdge, kEdge, -kEdge - 1, -kEdge - 1);
+  const QRect inside = rect().adjusted(kEdge, kEdge, -kEdge, -kEdge);
+  const QRect face = QStyle::visualRect(layoutDirection(), rect(), inside.adjusted(0, 0, -kArrow - kEdge, 0));
+  QStyleOption arrow;
+  arrow.initFrom(this);
+  arrow.rect = QStyle::visualRect(
+      layoutDirection(), rect(),
+      QRect(inside.right() - kArrow + 1, inside.center().y() - kArrow / 2 + 1, kArrow, kArrow));
+  painter.drawPrimitive(QStyle::PE_IndicatorArrowDown, arrow);
   if (enhancedSelected_) {
     painter.drawItemText(face, Qt::AlignCenter, palette(), isEnabled(), enhancedCaption_,
                          QPalette::ButtonText);
@@ -70,7 +113,7 @@ void ColorPickerWidget::paintEvent(QPaintEvent* /*event*/) {
   }
   painter.setPen(palette().color(QPalette::Mid));
   painter.setBrush(isEnabled() ? color_ : palette().color(QPalette::Button));
-  painter.drawRect(face);
+  painter.drawRect(face.adjusted(0, 0, -1, -1));
 }
 
 }  // namespace kestrel::qt

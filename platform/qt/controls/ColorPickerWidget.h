@@ -23,11 +23,14 @@ class ColorPickerWidget final : public QToolButton {
   /// Shows the color as selected, or with `enhanced` the extra choice.
   void show(const QColor& color, bool enhanced);
   using QWidget::show;
-  void setEnhancedVisible(bool value) { enhancedVisible_ = value; }
-  void setEnhancedCaption(const QString& value) { enhancedCaption_ = value; }
+  void setEnhancedVisible(bool value);
+  void setEnhancedCaption(const QString& value);
 
   /// Opens the menu below the button, which need not be visible itself.
   void dropDown();
+
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override { return sizeHint(); }
 
  Q_SIGNALS:
   void colorChosen(const QColor& color);
@@ -35,6 +38,7 @@ class ColorPickerWidget final : public QToolButton {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   void chooseFromDialog();

@@ -17,7 +17,11 @@ constexpr std::int32_t kInvalidListIndex = 381;
 TextBoxControl::TextBoxControl(QLineEdit& edit, ControlId id)
     : WidgetControl(edit, std::move(id)), edit_(edit), focus_([this] { guarded([this] { GotFocus(); }); }) {
   edit_.installEventFilter(&focus_);
-  QObject::connect(&edit_, &QLineEdit::textChanged, receiver(), [this] { guarded([this] { Change(); }); });
+  QObject::connect(&edit_, &QLineEdit::textChanged, receiver(), [this] {
+    // The typed character is visible before the work that `Change` starts, such as a preview.
+    edit_.repaint();
+    guarded([this] { Change(); });
+  });
 }
 
 std::string TextBoxControl::Text() const { return fromQt(edit_.text()); }

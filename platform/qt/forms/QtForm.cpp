@@ -3,6 +3,7 @@
 #include <QIcon>
 #include <QVBoxLayout>
 
+#include "AccessKeys.h"
 #include "base/RuntimeError.h"
 #include "platform/qt/core/Caption.h"
 #include "platform/qt/core/Guard.h"
@@ -80,6 +81,7 @@ void QtForm::load() {
     controls_.initializeSites();
   }
   Load();
+  separateAccessKeys(*window_);
 }
 
 void QtForm::Show(bool modal, Control* owner) {

@@ -36,7 +36,10 @@ void PreviewWidget::populate(QtSite& site, engine::ClipboardPort& clipboard) {
     surface->canvas().setFocusPolicy(Qt::ClickFocus);
     surface->canvas().setAccessibleName(translated(accessibleName));
     surface->canvas().setToolTip(translated(kPaneToolTip));
-    site.add(std::make_unique<QtImageView>(*surface, ControlId{name}, clipboard));
+    auto view = std::make_unique<QtImageView>(*surface, ControlId{name}, clipboard);
+    // Nobody can undo in a pane, and each step would keep a whole picture.
+    view->UndoLevels(0);
+    site.add(std::move(view));
   }
 
   auto* const stock = new PictureWidget(this);

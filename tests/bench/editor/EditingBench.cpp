@@ -4,6 +4,8 @@
 #include <memory>
 #include <utility>
 
+#include "base/Numbers.h"
+#include "dialogs/frmPasteSpecial.h"
 #include "editor/ImageProcessingCtl.h"
 #include "engine/effects/Flip.h"
 #include "engine/effects/Rotate.h"
@@ -13,6 +15,7 @@
 #include "imaging/contract/controls/OptionButton.h"
 #include "imaging/contract/controls/TextBox.h"
 #include "platform/headless/Platform.h"
+#include "platform/headless/controls/ColorPicker.h"
 #include "settings/modProcessing.h"
 
 namespace kestrel {
@@ -58,6 +61,7 @@ class Editor {
   IImageProcessingCtl& control() { return *control_; }
   headless::ImageView& view() { return Bind<headless::ImageView>(*site_, "igxImage"); }
   headless::User& user() { return platform_->user(); }
+  headless::Clipboard& clipboard() { return platform_->Clipboard(); }
 
  private:
   std::unique_ptr<headless::Platform> platform_;
@@ -112,6 +116,68 @@ void previewRotation(benchmark::State& state) {
   editor.control().ShowRotateDialog();
 }
 
+engine::Bitmap pictureOf(std::int64_t megapixels) {
+  return photograph(2'000, static_cast<std::int32_t>(megapixels) * 500);
+}
+
+/// One typed change of the offset in the drop shadow dialog, with its preview. The second argument is 1 for
+/// the contoured mode.
+void previewShadow(benchmark::State& state) {
+  const bool contoured = state.range(1) != 0;
+  Editor editor(pictureOf(state.range(0)));
+  editor.user().uses("frmDropShadow", [&](Form& form) {
+    Bind<TextBox>(form, "txtField", 1).Text("7");
+    Bind<CheckBox>(form, "chkUseOriginalImage").Value(1);
+    auto& offset = Bind<TextBox>(form, "txtField", 0);
+    std::int32_t next = 0;
+    for (auto _ : state) offset.Text(ToText(10 + (next++ & 7)));
+    Bind<CommandButton>(form, "cmdAction", 1).Press();
+  });
+  contoured ? editor.control().ShowMaskedDropShadowDialog() : editor.control().ShowDropShadowDialog();
+}
+
+/// One key of a four-digit offset, typed from an empty box; the first argument is the megapixels. The picture
+/// grows with the offset.
+void typeOffset(benchmark::State& state) {
+  Editor editor(pictureOf(state.range(0)));
+  editor.user().uses("frmDropShadow", [&](Form& form) {
+    Bind<CheckBox>(form, "chkUseOriginalImage").Value(1);
+    auto& offset = Bind<TextBox>(form, "txtField", 0);
+    const char* const typed[] = {"1", "12", "123", "1234"};
+    std::size_t next = 0;
+    for (auto _ : state) offset.Text(typed[next++ % 4]);
+    Bind<CommandButton>(form, "cmdAction", 1).Press();
+  });
+  editor.control().ShowDropShadowDialog();
+}
+
+/// One choice of a color in the dialog of flattening, with its preview.
+void previewFlatten(benchmark::State& state) {
+  Editor editor(pictureOf(state.range(0)));
+  editor.user().uses("frmFlattenAlpha", [&](Form& form) {
+    Bind<CheckBox>(form, "chkUseOriginalImage").Value(1);
+    auto& color = Bind<headless::ColorPicker>(form, "cpkColor");
+    OLE_COLOR next = 0;
+    for (auto _ : state) color.pick(++next & 0xFFFFFF);
+    Bind<CommandButton>(form, "cmdAction", 1).Press();
+  });
+  editor.control().ShowFlattenAlphaDialog();
+}
+
+/// One choice of a mask color in Paste Special, with its preview.
+void previewPasteSpecial(benchmark::State& state) {
+  Editor editor(photograph(40, 30));
+  editor.clipboard().offer(pictureOf(state.range(0)));
+  frmPasteSpecial dialog;
+  editor.user().uses("frmPasteSpecial", [&](Form& form) {
+    auto& color = Bind<headless::ColorPicker>(form, "cpkColor");
+    OLE_COLOR next = 0;
+    for (auto _ : state) color.pick(++next & 0xFFFFFF);
+    Bind<CommandButton>(form, "cmdAction", 1).Press();
+  });
+  dialog.ShowModal();
+}
+
 /// One move of the pointer with both tool windows open.
 void followPointerOver100Megapixels(benchmark::State& state) {
   Editor editor(photograph(12'500, 8'000));
@@ -124,6 +190,13 @@ BENCHMARK(flipSectionOf100Megapixels)->Unit(benchmark::kMillisecond);
 BENCHMARK(rotatePixelsAlone)->Unit(benchmark::kMillisecond);
 BENCHMARK(rotateSectionOf100Megapixels)->Unit(benchmark::kMillisecond);
 BENCHMARK(previewRotation)->ArgName("megapixels")->Arg(2)->Arg(24)->Unit(benchmark::kMillisecond);
+BENCHMARK(previewShadow)
+    ->ArgNames({"megapixels", "contoured"})
+    ->ArgsProduct({{2, 24}, {0, 1}})
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(typeOffset)->ArgName("megapixels")->Arg(2)->Arg(24)->Unit(benchmark::kMillisecond);
+BENCHMARK(previewFlatten)->ArgName("megapixels")->Arg(2)->Arg(24)->Unit(benchmark::kMillisecond);
+BENCHMARK(previewPasteSpecial)->ArgName("megapixels")->Arg(2)->Arg(24)->Unit(benchmark::kMillisecond);
 BENCHMARK(followPointerOver100Megapixels)->Unit(benchmark::kMillisecond);
 
 }  // namespace

@@ -28,16 +28,20 @@ enum class Action {
   kSelect,  ///< left, top, width, height
   kUndo,
   kRedo,
-  kUndoLevels,    ///< levels
-  kForeColor,     ///< color
-  kBackColor,     ///< color
-  kResize,        ///< width, height, method
-  kResizeCanvas,  ///< width, height, offset x, offset y, color
-  kRotate,        ///< angle, color, on the selection
-  kFlatten,       ///< color
-  kShadow,        ///< offset x, offset y, color, opacity, blur, on the selection
-  kMaskedShadow,  ///< offset x, offset y, color, opacity, blur, automatic
-  kThumbnail,     ///< percentage
+  kUndoLevels,          ///< levels
+  kForeColor,           ///< color
+  kBackColor,           ///< color
+  kResize,              ///< width, height, method
+  kResizeCanvas,        ///< width, height, offset x, offset y, color
+  kRotate,              ///< angle, color, on the selection
+  kFlatten,             ///< color
+  kShadow,              ///< offset x, offset y, color, opacity, blur, on the selection
+  kMaskedShadow,        ///< offset x, offset y, color, opacity, blur, automatic
+  kShadowDialog,        ///< offset x, offset y, color, opacity, blur
+  kMaskedShadowDialog,  ///< offset x, offset y, color, opacity, blur, mask color or -1 for automatic
+  kFlattenDialog,       ///< color
+  kBeginPasteSpecial,   ///< scroll position x, y, mask color
+  kThumbnail,           ///< percentage
   kZoomInAndReset,
 };
 

@@ -105,17 +105,25 @@ void EditingReplay::operate(bool onSelection, const Work& work) {
   drawBack(true);
 }
 
-void EditingReplay::maskedShadow(const EditRequest& request) {
-  const auto& [offsetX, offsetY, color, opacity, blur, automatic] = request.arguments;
+void EditingReplay::shadow(const EditRequest& request, bool onSelection) {
+  const auto& with = request.arguments;
+  operate(onSelection, [&](ImgX& object) {
+    object.Effects().DropShadow(with[0], with[1], Colour(with[2], static_cast<std::uint8_t>(with[3])),
+                                with[4], true);
+  });
+}
+
+void EditingReplay::maskedShadow(const EditRequest& request, OLE_COLOR mask) {
+  const auto& with = request.arguments;
   const bool onSelection = hasSelection();
   remember();
   const Point corner = onSelection ? Point{selection_.Left, selection_.Top} : Point{};
   const engine::Pixel found = now_.picture.at(corner.X, corner.Y);
-  const OLE_COLOR mask = automatic != 0 ? found.b << 16 | found.g << 8 | found.r : 0xFFFFFF;
-  const Work work = [&, x = offsetX, y = offsetY, shade = color, alpha = opacity,
-                     level = blur](ImgX& object) {
+  if (mask == -1) mask = found.b << 16 | found.g << 8 | found.r;
+  const Work work = [&](ImgX& object) {
     object.Effects().ReplaceColor(Colour(mask), Colour(0, 0), 1.0);
-    object.Effects().DropShadow(x, y, Colour(shade, static_cast<std::uint8_t>(alpha)), level, true);
+    object.Effects().DropShadow(with[0], with[1], Colour(with[2], static_cast<std::uint8_t>(with[3])),
+                                with[4], true);
   };
   if (onSelection) {
     scratch_ = edited(section(), work);
@@ -271,12 +279,24 @@ void EditingReplay::cut() {
   }));
 }
 
+void EditingReplay::beginPaste(Point at, OLE_COLOR mask) {
+  scratch_ = clipboard_;
+  tool(1);
+  pasting_ = true;
+  pasteMask_ = mask;
+  // A picture smaller than the view is centered, so its scroll position is negative.
+  selection_ = {at.X, at.Y, scratch_.width(), scratch_.height()};
+  visible_ = true;
+}
+
 void EditingReplay::commitPaste() {
   if (!std::exchange(pasting_, false)) return;
   if (overlaps(now_.picture, scratch_, pasteAt_)) {
     const auto top = load(scratch_);
+    const Colour mask(pasteMask_);
     step(edited(now_.picture, [&](ImgX& object) {
-      object.Draw().Image(*top->Image(), pasteAt_.X, pasteAt_.Y, nullptr, 1.0F, true);
+      object.Draw().Image(*top->Image(), pasteAt_.X, pasteAt_.Y, pasteMask_ == -1 ? nullptr : &mask, 1.0F,
+                          true);
     }));
   }
   resetSelection();
@@ -332,13 +352,9 @@ void EditingReplay::carryOut(const EditRequest& request) {
     case Action::kCut:
       return cut();
     case Action::kBeginPaste:
-      scratch_ = clipboard_;
-      tool(1);
-      pasting_ = true;
-      // A picture smaller than the view is centered, so its scroll position is negative.
-      selection_ = {with[0], with[1], scratch_.width(), scratch_.height()};
-      visible_ = true;
-      return;
+      return beginPaste({with[0], with[1]}, -1);
+    case Action::kBeginPasteSpecial:
+      return beginPaste({with[0], with[1]}, with[2]);
     case Action::kCommitPaste:
       return commitPaste();
     case Action::kEscape:
@@ -375,14 +391,16 @@ void EditingReplay::carryOut(const EditRequest& request) {
     case Action::kRotate:
       return turn(with[0], with[1], with[2] != 0);
     case Action::kFlatten:
+    case Action::kFlattenDialog:
       return operate(false, [&](ImgX& object) { object.Alpha().Flatten(Colour(with[0])); });
     case Action::kShadow:
-      return operate(with[5] != 0, [&](ImgX& object) {
-        object.Effects().DropShadow(with[0], with[1], Colour(with[2], static_cast<std::uint8_t>(with[3])),
-                                    with[4], true);
-      });
+      return shadow(request, with[5] != 0);
+    case Action::kShadowDialog:
+      return shadow(request, true);
     case Action::kMaskedShadow:
-      return maskedShadow(request);
+      return maskedShadow(request, with[5] != 0 ? -1 : 0xFFFFFF);
+    case Action::kMaskedShadowDialog:
+      return maskedShadow(request, with[5]);
     case Action::kThumbnail: {
       const std::int32_t width = static_cast<std::int32_t>(now_.picture.width() / 100.0 * with[0]);
       scratch_ = edited(now_.picture, [&](ImgX& object) {

@@ -65,7 +65,10 @@ class EditingReplay {
   /// Draws the section back if it overlaps the picture.
   void drawBack(bool asStep);
   void operate(bool onSelection, const Work& work);
-  void maskedShadow(const EditRequest& request);
+  /// `mask` is -1 for the color of the corner pixel.
+  void maskedShadow(const EditRequest& request, OLE_COLOR mask);
+  void shadow(const EditRequest& request, bool onSelection);
+  void beginPaste(Point at, OLE_COLOR mask);
   void step(engine::Bitmap next);
   void remember();
 
@@ -77,6 +80,7 @@ class EditingReplay {
   bool cropping_ = false;
   bool pasting_ = false;
   Point pasteAt_;
+  OLE_COLOR pasteMask_ = -1;  ///< color that the open paste skips, -1 for none
   engine::Bitmap scratch_;
   engine::Bitmap clipboard_;
   std::deque<engine::Bitmap> done_;

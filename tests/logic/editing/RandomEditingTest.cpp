@@ -6,6 +6,7 @@
 
 #include "EditingReplay.h"
 #include "EditingTest.h"
+#include "ShadowDialog.h"
 #include "imaging/contract/controls/CommandButton.h"
 #include "imaging/contract/controls/OptionButton.h"
 #include "imaging/contract/controls/TextBox.h"
@@ -52,6 +53,11 @@ class RandomEditing : public EditingTest {
   }
   std::int32_t width() { return view().Image()->Width(); }
   std::int32_t height() { return view().Image()->Height(); }
+  /// The color of some pixel.
+  OLE_COLOR pixelColor() {
+    const Point there = pixel();
+    return colorOf(at(there.X, there.Y));
+  }
   Point pixel() { return {upTo(width() - 1), upTo(height() - 1)}; }
   bool hasSelection() { return modImgX::ValidSelection(&view()); }
 
@@ -95,6 +101,37 @@ class RandomEditing : public EditingTest {
 
   std::mt19937 random_;
 };
+
+/// Sets what the user does in the dialog of the request, if it is one of shadows, flattening or Paste
+/// Special.
+void planColorDialog(headless::User& user, const EditRequest& request) {
+  const auto with = request.arguments;
+  switch (request.action) {
+    case Action::kShadowDialog:
+    case Action::kMaskedShadowDialog:
+      return user.uses("frmDropShadow", [with](Form& form) {
+        ShadowDialog dialog(form);
+        dialog.horizontal().Text(ToText(with[0]));
+        dialog.vertical().Text(ToText(with[1]));
+        dialog.shadow().pick(with[2]);
+        dialog.opacity().Text(ToText(with[3]));
+        dialog.blur().Text(ToText(with[4]));
+        with[5] == -1 ? dialog.mask().pressEnhanced() : dialog.mask().pick(with[5]);
+        dialog.ok();
+      });
+    case Action::kFlattenDialog:
+    case Action::kBeginPasteSpecial: {
+      const bool flattens = request.action == Action::kFlattenDialog;
+      return user.uses(flattens ? "frmFlattenAlpha" : "frmPasteSpecial", [with, flattens](Form& form) {
+        ColorDialog dialog(form);
+        dialog.color().pick(flattens ? with[0] : with[2]);
+        dialog.ok();
+      });
+    }
+    default:
+      return;
+  }
+}
 
 EditRequest RandomEditing::drag() {
   for (;;) {
@@ -172,6 +209,9 @@ EditRequest RandomEditing::anything() {
     case 22:
     case 23:
       if (!platform().Clipboard().hasBitmap()) return {Action::kCopy, {}};
+      if (once(3)) {
+        return {Action::kBeginPasteSpecial, {view().ScrollLeft(), view().ScrollTop(), pixelColor()}};
+      }
       return {Action::kBeginPaste, {view().ScrollLeft(), view().ScrollTop()}};
     case 24:
       return {Action::kCommitPaste, {}};
@@ -200,12 +240,19 @@ EditRequest RandomEditing::anything() {
     case 38:
       return {Action::kRotate, {upTo(360), once(2) ? 0xFFFFFF : color(), toSelection}};
     case 39:
-      return {Action::kFlatten, {color()}};
+      return {once(2) ? Action::kFlatten : Action::kFlattenDialog, {color()}};
     case 40:
+      if (once(4)) {
+        return {Action::kShadowDialog, {between(-4, 4), between(-4, 4), color(), upTo(255), upTo(20)}};
+      }
       if (once(2)) {
         return {Action::kShadow, {offset(), offset(), color(), upTo(255), upTo(20), toSelection}};
       }
       if (hasSelection() && !cornerInPicture()) return {Action::kSelectNone, {}};
+      if (once(2)) {
+        return {Action::kMaskedShadowDialog,
+                {between(-4, 4), between(-4, 4), color(), upTo(255), upTo(20), once(2) ? -1 : pixelColor()}};
+      }
       return {Action::kMaskedShadow, {between(0, 4), between(0, 4), color(), upTo(255), upTo(20), upTo(1)}};
     default:
       return {Action::kZoomInAndReset, {}};
@@ -246,6 +293,14 @@ const char* commandOf(const EditRequest& request) {
       return "btnEditCut";
     case Action::kBeginPaste:
       return "btnEditPaste";
+    case Action::kBeginPasteSpecial:
+      return "btnEditPasteSpecial";
+    case Action::kShadowDialog:
+      return "btnImageDropShadow";
+    case Action::kMaskedShadowDialog:
+      return "btnImageShapedDropShadow";
+    case Action::kFlattenDialog:
+      return "btnToolsFlattenAlpha";
     case Action::kSelectAll:
       return "btnSelectionAll";
     case Action::kSelectNone:
@@ -280,6 +335,7 @@ void RandomEditing::perform(const EditRequest& request) {
       Bind<CommandButton>(form, "cmdAction", 0).Press();
     });
   }
+  planColorDialog(user(), request);
   if (const char* const key = commandOf(request)) return EditorTest::click(key);
   switch (request.action) {
     case Action::kDrag:

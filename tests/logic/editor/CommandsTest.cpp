@@ -373,9 +373,8 @@ constexpr const char* kAlwaysUsable[] = {
     "btnFileOpen",       "btnFileClose",     "btnFileSimpleSave", "btnViewMaterialsWindow",
     "btnViewZoomWindow", "btnViewStatusBar", "btnHelpContents",   "btnHelpAbout"};
 /// Disabled: the editor has no dialogs for these commands.
-const std::set<std::string> kAwaitingDialogs = {
-    "btnFileExport",        "btnEditPasteSpecial", "btnImageResizeCanvas",     "btnImageResize",
-    "btnToolsFlattenAlpha", "btnImageDropShadow",  "btnImageShapedDropShadow", "btnToolsOptions"};
+const std::set<std::string> kAwaitingDialogs = {"btnFileExport", "btnImageResizeCanvas", "btnImageResize",
+                                                "btnToolsOptions"};
 const std::set<std::string> kNeedAStep = {"btnEditUndo", "btnEditRedo"};
 
 TEST_P(EditorCommands, SetControlsSwitchesOnlyThe34CommandsOfPictures) {

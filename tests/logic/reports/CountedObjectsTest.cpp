@@ -103,7 +103,8 @@ TEST_F(CountedObjects, AreWindowsFromLoadToUnload) {
 
 TEST_F(CountedObjects, AreAllWindowsThatCanBeMade) {
   EXPECT_THROW(CountedForm("frmControls"), RuntimeError) << "of a name that is not in the table";
-  for (const char* name : {"frmMaterials", "frmZoom", "frmRotate", "frmResources", "frmImageEditor"}) {
+  for (const char* name : {"frmMaterials", "frmZoom", "frmRotate", "frmDropShadow", "frmFlattenAlpha",
+                           "frmPasteSpecial", "frmResources", "frmImageEditor"}) {
     const CountedForm form(name);
     form->Load();
     expectAlive(modTollgarthSupport::CountedWindow(name));
