@@ -63,6 +63,7 @@ const std::map<std::string, std::string> kPageOfCommand = {
     {"btnEditCut", "cut"},
     {"btnEditCopy", "copy"},
     {"btnEditPaste", "paste"},
+    {"btnEditPasteSpecial", "paste-special"},
     {"btnViewMaterialsWindow", "materials"},
     {"btnViewZoomWindow", "zoom-window"},
     {"btnViewStatusBar", "status-bar"},
@@ -73,10 +74,13 @@ const std::map<std::string, std::string> kPageOfCommand = {
     {"btnImageFlip", "flip"},
     {"btnImageMirror", "mirror"},
     {"btnImageCrop", "crop"},
+    {"btnImageDropShadow", "drop-shadow"},
+    {"btnImageShapedDropShadow", "contoured-drop-shadow"},
     {"btnImageGrayScale", "greyscale"},
     {"btnRotateFree", "rotate-free"},
     {"btnRotateRight", "rotate-right"},
     {"btnRotateLeft", "rotate-left"},
+    {"btnToolsFlattenAlpha", "flatten-transparency"},
     {"btnSelectionAll", "select"},
     {"btnSelectionNone", "select"},
     {"btnZoomActualSize", "zooming"},
@@ -96,12 +100,8 @@ const std::map<std::string, std::string> kPageOfCommand = {
 
 /// Commands without a page: for hosts only, hidden, or disabled for lack of a dialog.
 const std::set<std::string> kWithoutPage = {
-    "btnFileSimpleSave",    "btnFileBrowse",
-    "btnZoomBestFit",       "btnHelpAbout",
-    "btnFileExport",        "btnEditPasteSpecial",
-    "btnImageResizeCanvas", "btnImageResize",
-    "btnImageDropShadow",   "btnImageShapedDropShadow",
-    "btnToolsFlattenAlpha", "btnToolsOptions",
+    "btnFileSimpleSave", "btnFileBrowse",        "btnZoomBestFit", "btnHelpAbout",
+    "btnFileExport",     "btnImageResizeCanvas", "btnImageResize", "btnToolsOptions",
 };
 
 const docking::StoredLayout& layout() {
