@@ -116,7 +116,11 @@ void ColorPalette::addSwatches(const QList<QColor>& colors, const QColor& chosen
 }
 
 void ColorPalette::focusChosen() {
-  if (start_) setActiveAction(start_);
+  if (!start_) return;
+  setActiveAction(start_);
+  // The menu itself moves the focus into a widget only for a key.
+  const auto* const field = qobject_cast<QWidgetAction*>(start_);
+  if (field) field->defaultWidget()->setFocus(Qt::TabFocusReason);
 }
 
 }  // namespace kestrel::qt
