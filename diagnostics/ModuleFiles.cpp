@@ -31,6 +31,7 @@ constexpr std::array kFurtherFiles{
     FurtherFile{"ImageProcessingCtl.Notices.cpp", 12},
     FurtherFile{"DialogBase.cpp", 1},  // part of the module of every dialog
     FurtherFile{"PreviewDialog.cpp", 2},
+    FurtherFile{"SizeDialog.cpp", 3},
     FurtherFile{"modTollgarthSupport.Counting.cpp", 1},
     FurtherFile{"modTollgarthSupport.Format.cpp", 2},
 };

@@ -4,6 +4,8 @@
 #include "dialogs/frmDropShadow.h"
 #include "dialogs/frmFlattenAlpha.h"
 #include "dialogs/frmPasteSpecial.h"
+#include "dialogs/frmResize.h"
+#include "dialogs/frmResizeCanvas.h"
 #include "dialogs/frmRotate.h"
 #include "imaging/contract/Clipboard.h"
 
@@ -15,9 +17,15 @@ bool ImageProcessingCtl::ShowExportDialog() { return false; }
 
 bool ImageProcessingCtl::ShowOptions() { return false; }
 
-bool ImageProcessingCtl::ShowResizeDialog() { return false; }
+bool ImageProcessingCtl::ShowResizeDialog() {
+  frmResize dialog(*this);
+  return zShowDialog(dialog);
+}
 
-bool ImageProcessingCtl::ShowResizeCanvasDialog() { return false; }
+bool ImageProcessingCtl::ShowResizeCanvasDialog() {
+  frmResizeCanvas dialog(*this);
+  return zShowDialog(dialog);
+}
 
 bool ImageProcessingCtl::ShowDropShadowDialog() {
   frmDropShadow dialog;

@@ -89,6 +89,7 @@ std::unique_ptr<Window> makeControl(Window& parent, const ControlDescription& de
     case ControlKind::kCommandButton: {
       auto button = make<CommandButton>(parent, description);
       button->caption(description.text);
+      button->Pressed(description.checked);
       return button;
     }
     case ControlKind::kFrame: {

@@ -67,6 +67,8 @@ TEST_P(Controls, HaveTheirStoredValues) {
   EXPECT_EQ(control<Frame>("fraDegrees").Caption(), "Degrees");
   EXPECT_EQ(control<CommandButton>("cmdAction", 0).Caption(), "OK");
   EXPECT_FALSE(control<CommandButton>("cmdAction", 1).Enabled());
+  EXPECT_FALSE(control<CommandButton>("btnPlacement", 0).Pressed());
+  EXPECT_TRUE(control<CommandButton>("btnPlacement", 1).Pressed());
   EXPECT_EQ(form().Caption(), "Controls");
 }
 

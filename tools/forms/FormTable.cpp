@@ -36,6 +36,7 @@ constexpr KindOfWidget kKinds[] = {
     {"QTabBar", "TabStrip"},
     {"QPushButton", "CommandButton"},
     {"QToolButton", "CommandButton"},
+    {"PlacementButton", "CommandButton"},
     {"FrameWidget", "Frame"},
     {"PictureWidget", "PictureBox"},
     {"ColorPickerWidget", "ColorPicker"},

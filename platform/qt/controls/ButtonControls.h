@@ -56,7 +56,7 @@ class CommandButtonControl final : public WidgetControl<CommandButton> {
   QAbstractButton& button_;
   SwatchLook swatch_;
   OLE_COLOR backColor_ = kNoColor;
-  bool pressed_ = false;
+  bool pressed_;
 };
 
 }  // namespace kestrel::qt

@@ -26,7 +26,11 @@ TextBoxControl::TextBoxControl(QLineEdit& edit, ControlId id)
 
 std::string TextBoxControl::Text() const { return fromQt(edit_.text()); }
 
-void TextBoxControl::Text(const std::string& value) { edit_.setText(toQt(value)); }
+void TextBoxControl::Text(const std::string& value) {
+  const QString text = toQt(value);
+  // Setting an equal text would move the cursor of a user who is typing.
+  if (text != edit_.text()) edit_.setText(text);
+}
 
 std::string TextBoxControl::SelectedText() const { return fromQt(edit_.selectedText()); }
 

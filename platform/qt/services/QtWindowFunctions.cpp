@@ -2,30 +2,15 @@
 
 #include <QCursor>
 #include <QGuiApplication>
-#include <QKeyEvent>
 #include <QScreen>
 
+#include "DigitBox.h"
 #include "base/RuntimeError.h"
 #include "platform/qt/core/Handles.h"
 #include "platform/qt/view/ViewCanvas.h"
 
 namespace kestrel::qt {
 namespace {
-
-/// Blocks typed characters other than digits; pasted or set text is not checked.
-class DigitsOnly final : public QObject {
- public:
-  using QObject::QObject;
-
-  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
-    if (event->type() != QEvent::KeyPress) return false;
-    const auto& key = static_cast<const QKeyEvent&>(*event);
-    // Keys with Control are commands of the edit, such as paste.
-    if (key.modifiers().testFlag(Qt::ControlModifier)) return false;
-    const QString typed = key.text();
-    return !typed.isEmpty() && typed[0].isPrint() && !(typed[0] >= u'0' && typed[0] <= u'9');
-  }
-};
 
 Margins frameOf(const QWidget& window) {
   const QRect inner = window.geometry(), outer = window.frameGeometry();
@@ -36,10 +21,8 @@ Margins frameOf(const QWidget& window) {
 }  // namespace
 
 void QtWindowFunctions::AddWindowStyle(WindowHandle window, std::int32_t style) {
-  QWidget* const widget = widgetOf(window);
-  if (!widget || (style & kStyleDigitsOnly) == 0) return;
-  widget->installEventFilter(new DigitsOnly(widget));
-  widget->setInputMethodHints(widget->inputMethodHints() | Qt::ImhDigitsOnly);
+  auto* const edit = qobject_cast<QLineEdit*>(widgetOf(window));
+  if (edit && (style & kStyleDigitsOnly) != 0) DigitBox::install(*edit);
 }
 
 bool QtWindowFunctions::IsWindowVisible(WindowHandle window) {

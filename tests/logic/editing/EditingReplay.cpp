@@ -308,6 +308,34 @@ void EditingReplay::cancelPaste() {
 
 void EditingReplay::cropToSelection() { step(section()); }
 
+// -- Dialogs ----------------------------------------------------------------------------------------------
+
+void EditingReplay::resizeByDialog(const EditRequest& request) {
+  const auto& with = request.arguments;
+  // In hundredths, rounded to the nearest, ties to even.
+  const auto pixels = [&](std::int32_t size, std::int32_t entered) {
+    if (with[2] == 0) return entered;
+    const std::int32_t whole = size * entered / 100, rest = size * entered % 100;
+    return whole + (rest > 50 || (rest == 50 && whole % 2 != 0) ? 1 : 0);
+  };
+  const std::int32_t methods[] = {2, 0, 1, 3, 13};
+  const std::int32_t width = pixels(now_.picture.width(), with[0]);
+  const std::int32_t height = pixels(now_.picture.height(), with[1]);
+  operate(false, [&](ImgX& object) { object.Effects().Resize(width, height, methods[with[3]]); });
+}
+
+void EditingReplay::resizeCanvasByDialog(const EditRequest& request) {
+  const auto& with = request.arguments;
+  // The difference is split by the placement: none, the smaller half or all of it.
+  const auto offset = [](std::int32_t difference, std::int32_t halves) {
+    return (difference * halves - (difference * halves % 2 != 0 && difference < 0 ? 1 : 0)) / 2;
+  };
+  const std::int32_t x = offset(with[0] - now_.picture.width(), with[2] % 3);
+  const std::int32_t y = offset(with[1] - now_.picture.height(), with[2] / 3);
+  operate(false,
+          [&](ImgX& object) { object.Effects().ResizeCanvas(with[0], with[1], Colour(with[3]), x, y); });
+}
+
 // -- Requests ---------------------------------------------------------------------------------------------
 
 void EditingReplay::carryOut(const EditRequest& request) {
@@ -388,6 +416,10 @@ void EditingReplay::carryOut(const EditRequest& request) {
       return operate(false, [&](ImgX& object) {
         object.Effects().ResizeCanvas(with[0], with[1], Colour(with[4]), with[2], with[3]);
       });
+    case Action::kResizeDialog:
+      return resizeByDialog(request);
+    case Action::kCanvasDialog:
+      return resizeCanvasByDialog(request);
     case Action::kRotate:
       return turn(with[0], with[1], with[2] != 0);
     case Action::kFlatten:

@@ -51,6 +51,8 @@ class EditingReplay {
   void pick(Point at, std::int32_t button);
   void showMenu(std::int32_t button);
 
+  void resizeByDialog(const EditRequest& request);
+  void resizeCanvasByDialog(const EditRequest& request);
   void cropToSelection();
   void copy();
   void cut();

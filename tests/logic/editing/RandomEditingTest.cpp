@@ -7,6 +7,9 @@
 #include "EditingReplay.h"
 #include "EditingTest.h"
 #include "ShadowDialog.h"
+#include "imaging/contract/controls/CheckBox.h"
+#include "imaging/contract/controls/ColorPicker.h"
+#include "imaging/contract/controls/ComboBox.h"
 #include "imaging/contract/controls/CommandButton.h"
 #include "imaging/contract/controls/OptionButton.h"
 #include "imaging/contract/controls/TextBox.h"
@@ -93,6 +96,8 @@ class RandomEditing : public EditingTest {
   EditRequest drag();
   EditRequest click();
   EditRequest select();
+  /// Sets what the user does in the dialog of a request that opens one.
+  void planDialog(const EditRequest& request);
   void perform(const EditRequest& request);
   void zoomInAndReset();
   void drag(Point from, Point to);
@@ -236,6 +241,9 @@ EditRequest RandomEditing::anything() {
       return {Action::kBackColor, {once(3) ? -1 : color()}};
     case 37:
       if (once(2)) return {Action::kThumbnail, {between(10, 100)}};
+      if (once(3)) return {Action::kResizeDialog, {between(60, 140), between(60, 140), 1, upTo(4)}};
+      if (once(3)) return {Action::kResizeDialog, {between(20, 60), between(20, 60), 0, upTo(4)}};
+      if (once(2)) return {Action::kCanvasDialog, {between(20, 90), between(20, 90), upTo(8), color()}};
       return {Action::kResize, {between(20, 60), once(2) ? 0 : between(20, 60), once(2) ? 13 : upTo(3)}};
     case 38:
       return {Action::kRotate, {upTo(360), once(2) ? 0xFFFFFF : color(), toSelection}};
@@ -285,6 +293,10 @@ const char* commandOf(const EditRequest& request) {
       return "btnRotateLeft";
     case Action::kRotateDialog:
       return "btnRotateFree";
+    case Action::kResizeDialog:
+      return "btnImageResize";
+    case Action::kCanvasDialog:
+      return "btnImageResizeCanvas";
     case Action::kCrop:
       return "btnImageCrop";
     case Action::kCopy:
@@ -326,15 +338,43 @@ EditRequest RandomEditing::next() {
   }
 }
 
+void RandomEditing::planDialog(const EditRequest& request) {
+  const auto with = request.arguments;
+  const auto ok = [](Form& form) { Bind<CommandButton>(form, "cmdAction", 0).Press(); };
+  const auto enterSize = [with](Form& form) {
+    Bind<CheckBox>(form, "chkAspect").Value(0);
+    Bind<TextBox>(form, "txtField", 0).Text(ToText(with[0]));
+    Bind<TextBox>(form, "txtField", 1).Text(ToText(with[1]));
+  };
+  switch (request.action) {
+    case Action::kRotateDialog:
+      return user().uses("frmRotate", [=](Form& form) {
+        Bind<TextBox>(form, "txtDegrees").Text(ToText(with[0]));
+        Bind<OptionButton>(form, "optDirection", with[1] != 0 ? 0 : 1).Value(true);
+        ok(form);
+      });
+    case Action::kResizeDialog:
+      return user().uses("frmResize", [=](Form& form) {
+        enterSize(form);
+        Bind<ComboBox>(form, "cboScale").ListIndex(with[2]);
+        Bind<ComboBox>(form, "cboResample").ListIndex(with[3]);
+        ok(form);
+      });
+    case Action::kCanvasDialog:
+      return user().uses("frmResizeCanvas", [=](Form& form) {
+        enterSize(form);
+        Bind<CommandButton>(form, "btnPlacement", with[2]).Press();
+        Bind<ColorPicker>(form, "cpkColor").Value(with[3]);
+        ok(form);
+      });
+    default:
+      return;
+  }
+}
+
 void RandomEditing::perform(const EditRequest& request) {
   const auto& with = request.arguments;
-  if (request.action == Action::kRotateDialog) {
-    user().uses("frmRotate", [with](Form& form) {
-      Bind<TextBox>(form, "txtDegrees").Text(ToText(with[0]));
-      Bind<OptionButton>(form, "optDirection", with[1] != 0 ? 0 : 1).Value(true);
-      Bind<CommandButton>(form, "cmdAction", 0).Press();
-    });
-  }
+  planDialog(request);
   planColorDialog(user(), request);
   if (const char* const key = commandOf(request)) return EditorTest::click(key);
   switch (request.action) {

@@ -82,6 +82,35 @@ class RecordedEffects final : public Effects {
   Effects& inner_;
 };
 
+/// Records the calls on a picture that change it.
+class RecordedImage final : public Image {
+ public:
+  RecordedImage(Log& log, std::string owner) : log_(log), name_(std::move(owner) + ".Image.") {}
+
+  /// The picture that this object is now; null for none.
+  kestrel::Image* now(kestrel::Image* inner) {
+    inner_ = inner;
+    return inner ? this : nullptr;
+  }
+
+  std::int32_t Width() const override { return inner_->Width(); }
+  std::int32_t Height() const override { return inner_->Height(); }
+  std::int32_t Format() const override { return inner_->Format(); }
+  std::int32_t Pages() const override { return inner_->Pages(); }
+  std::string DecodeErrors() const override { return inner_->DecodeErrors(); }
+  Colour GetPixel(std::int32_t x, std::int32_t y) const override { return inner_->GetPixel(x, y); }
+  void Convert(const Colour* background, std::int32_t pixelFormat) override {
+    log_.add(call(name_ + "Convert", background, pixelFormat));
+    inner_->Convert(background, pixelFormat);
+  }
+  PixelRows Pixels() const override { return inner_->Pixels(); }
+
+ private:
+  Log& log_;
+  std::string name_;
+  kestrel::Image* inner_ = nullptr;
+};
+
 class RecordedAlpha final : public Alpha {
  public:
   RecordedAlpha(Log& log, std::string owner, Alpha& inner)

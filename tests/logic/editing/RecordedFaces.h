@@ -21,8 +21,10 @@ class RecordedView final : public RecordingView {
         alpha_(log, "view", ImageView::Alpha()),
         document_(log, "view", ImageView::Document()),
         writer_(log, "view", ImageView::Writer()),
-        draw_(log, "view", ImageView::Draw()) {}
+        draw_(log, "view", ImageView::Draw()),
+        image_(log, "view") {}
 
+  kestrel::Image* Image() override { return image_.now(RecordingView::Image()); }
   kestrel::Effects& Effects() override { return effects_; }
   kestrel::Alpha& Alpha() override { return alpha_; }
   kestrel::Document& Document() override { return document_; }
@@ -70,6 +72,7 @@ class RecordedView final : public RecordingView {
   RecordedDocument document_;
   RecordedWriter writer_;
   RecordedDraw draw_;
+  RecordedImage image_;
 };
 
 /// An unbound picture that records each call.

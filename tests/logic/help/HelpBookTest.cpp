@@ -96,12 +96,13 @@ const std::map<std::string, std::string> kPageOfCommand = {
     {"btnDrawFreehand", "freehand"},
     {"btnDrawPicker", "dropper"},
     {"btnHelpContents", "keys"},
+    {"btnImageResize", "resize"},
+    {"btnImageResizeCanvas", "canvas-size"},
 };
 
 /// Commands without a page: for hosts only, hidden, or disabled for lack of a dialog.
 const std::set<std::string> kWithoutPage = {
-    "btnFileSimpleSave", "btnFileBrowse",        "btnZoomBestFit", "btnHelpAbout",
-    "btnFileExport",     "btnImageResizeCanvas", "btnImageResize", "btnToolsOptions",
+    "btnFileSimpleSave", "btnFileBrowse", "btnZoomBestFit", "btnHelpAbout", "btnFileExport", "btnToolsOptions",
 };
 
 const docking::StoredLayout& layout() {

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QLineEdit>
+
+namespace kestrel::qt {
+
+/// Makes an edit a box for a whole number. Typed characters other than digits are blocked; pasted and set
+/// text is not checked. Up and Down, and the wheel while the edit has the focus, step the number by 1, Page
+/// Up and Page Down by 10. A step does not lead below 0, unless the number is negative already.
+///
+/// The edit owns it. A second one for the same edit has no effect.
+class DigitBox final : public QObject {
+ public:
+  static void install(QLineEdit& edit);
+
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  explicit DigitBox(QLineEdit& edit);
+
+  bool onKey(const QKeyEvent& key);
+  bool onWheel(const QWheelEvent& wheel);
+  void step(int by);
+
+  QLineEdit& edit_;
+  int wheel_ = 0;  ///< turned, in eighths of a degree, less the steps done
+};
+
+}  // namespace kestrel::qt
