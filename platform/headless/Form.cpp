@@ -45,6 +45,7 @@ void Form::Show(bool modal, kestrel::Control* /*owner*/) {
   }
   load();
   visible(true);
+  layOutChildren();
   Activate();
   Paint();
   if (modal && visible()) user_.useForm(*this);

@@ -18,7 +18,16 @@ Window::~Window() {
 void Window::place(const Rectangle& value) {
   const Rectangle old = place_;
   place_ = {value.Left, value.Top, std::max(value.Width, 0), std::max(value.Height, 0)};
-  if (place_.Width != old.Width || place_.Height != old.Height) resized();
+  if (place_.Width == old.Width && place_.Height == old.Height) return;
+  resized();
+  layOutChildren();
+}
+
+void Window::layOutChildren() const {
+  if (!isShown()) return;
+  // A child may change the order of its siblings.
+  const std::vector<Window*> children = children_;
+  for (Window* child : children) child->containerLaidOut();
 }
 
 bool Window::isShown() const { return visible_ && (!container() || container()->isShown()); }

@@ -47,11 +47,15 @@ class Window {
   void host(Window* value) { host_ = value; }
   Window* container() const { return host_ ? host_ : parent_; }
 
+  /// Called when its visible parent was shown or has another size.
+  virtual void containerLaidOut() {}
   /// Called when it gets the keyboard focus.
   virtual void focused() {}
 
  protected:
   virtual void resized() {}
+  /// Calls `containerLaidOut` of all children if this window is shown.
+  void layOutChildren() const;
 
  private:
   Desktop& desktop_;

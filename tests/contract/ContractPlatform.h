@@ -22,6 +22,8 @@ class ContractPlatform {
 
   /// The form frmControls, which has a control of each small class.
   virtual std::unique_ptr<Form> controls() = 0;
+  /// The form frmHeader: a header and two boxes in its row.
+  virtual std::unique_ptr<Form> header() = 0;
   /// The visible container of an editor control, 800 by 600, with its windows "mrgUI" and "igxImage". Each
   /// call creates a new one and destroys the previous one.
   virtual Site& editorSite() = 0;

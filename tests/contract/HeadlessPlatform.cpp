@@ -48,6 +48,7 @@ class HeadlessPlatform final : public ContractPlatform {
   std::unique_ptr<Form> controls() override {
     return platform_.createForm(headless::contractForms().front());
   }
+  std::unique_ptr<Form> header() override { return platform_.createForm(headless::contractForms().back()); }
 
   Site& editorSite() override {
     site_.reset();

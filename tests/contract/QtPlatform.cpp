@@ -33,6 +33,7 @@
 #include "platform/qt/view/QtImageView.h"
 #include "platform/store/MemoryStore.h"
 #include "ui_frmControls.h"
+#include "ui_frmHeader.h"
 
 namespace kestrel::contract {
 namespace {
@@ -112,15 +113,8 @@ class QtPlatformUnderTest final : public ContractPlatform {
 
   kestrel::Platform& platform() override { return *platform_; }
 
-  std::unique_ptr<Form> controls() override {
-    auto window = std::make_unique<qt::FormWindow>();
-    Ui::frmControls().setupUi(window.get());
-    window->finishSetUp();
-    auto form = std::make_unique<qt::QtForm>(std::move(window), "frmControls", platform_->clipboardPort(),
-                                             platform_->Calls);
-    form_ = form.get();
-    return form;
-  }
+  std::unique_ptr<Form> controls() override { return make<Ui::frmControls>("frmControls"); }
+  std::unique_ptr<Form> header() override { return make<Ui::frmHeader>("frmHeader"); }
 
   Site& editorSite() override {
     site_.reset();
@@ -269,6 +263,16 @@ class QtPlatformUnderTest final : public ContractPlatform {
   }
 
  private:
+  template <typename Ui>
+  std::unique_ptr<Form> make(const char* name) {
+    auto window = std::make_unique<qt::FormWindow>();
+    Ui().setupUi(window.get());
+    window->finishSetUp();
+    auto form =
+        std::make_unique<qt::QtForm>(std::move(window), name, platform_->clipboardPort(), platform_->Calls);
+    form_ = form.get();
+    return form;
+  }
   static QWidget* colorList() {
     QWidget* const list = QApplication::activePopupWidget();
     if (!list) throw std::logic_error("No list of colors is open.");

@@ -6,6 +6,7 @@
 #include "ButtonControls.h"
 #include "ColorPickerControl.h"
 #include "DisplayControls.h"
+#include "FormHeaderControl.h"
 #include "InputControls.h"
 #include "platform/qt/core/Text.h"
 
@@ -44,6 +45,7 @@ std::unique_ptr<Control> controlOf(QWidget& widget) {
       &wrapAs<QLabel, LabelControl>,
       &wrapAs<FrameWidget, FrameControl>,
       &wrapAs<PictureWidget, PictureBoxControl>,
+      &wrapAs<FormHeaderWidget, FormHeaderControl>,
   };
   for (const Wrap wrapper : kClasses) {
     if (auto control = wrapper(widget)) return control;

@@ -7,6 +7,12 @@
 
 namespace kestrel::qt {
 
+FrameWidget::FrameWidget(QWidget* parent) : QGroupBox(parent) {
+  QSizePolicy policy = sizePolicy();
+  policy.setRetainSizeWhenHidden(true);
+  setSizePolicy(policy);
+}
+
 void FrameWidget::setPicture(const PicturePtr& picture) {
   picture_ = picture;
   update();

@@ -6,12 +6,13 @@
 
 namespace kestrel::qt {
 
-/// A group box with an optional tiled background picture.
+/// A group box with an optional tiled background picture. A hidden one keeps its place in a layout: a window
+/// with several pages in one place has room for the largest.
 class FrameWidget : public QGroupBox {
   Q_OBJECT
 
  public:
-  using QGroupBox::QGroupBox;
+  explicit FrameWidget(QWidget* parent = nullptr);
 
   const PicturePtr& picture() const { return picture_; }
   void setPicture(const PicturePtr& picture);
