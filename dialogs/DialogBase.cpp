@@ -12,11 +12,12 @@ constexpr std::int32_t kModal = 1;
 
 }  // namespace
 
-DialogBase::DialogBase(const char* formName) : iForm(formName) {
+DialogBase::DialogBase(const char* formName, DialogButtons buttons) : iForm(formName) {
   Keep(iForm->Load.Connect([this] { Form_Load(); }));
   Keep(iForm->Activate.Connect([this] { Form_Activate(); }));
   Keep(iForm->QueryUnload.Connect([this](bool& cancel, std::int32_t) { Form_QueryUnload(cancel); }));
   Keep(iForm->QueryResult.Connect([this](bool& result) { result = Success; }));
+  if (buttons == DialogButtons::kHeader) return;
   for (std::int32_t index : {kActionOK, kActionCancel}) {
     auto& button = Bind<CommandButton>(*iForm, "cmdAction", index);
     Keep(button.Click.Connect([this, index] { cmdAction_Click(index); }));
@@ -44,7 +45,7 @@ void DialogBase::Form_Activate() {
 
 void DialogBase::Form_QueryUnload(bool& Cancel) {
   try {
-    if (SafeToUnload) return;
+    if (SafeToUnload) return Form_UnloadForGood();
     iForm->Hide();
     Cancel = true;
   } catch (...) {

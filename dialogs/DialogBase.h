@@ -17,6 +17,12 @@ namespace kestrel {
 inline constexpr std::int32_t kActionOK = 0;
 inline constexpr std::int32_t kActionCancel = 1;
 
+/// Where a dialog has OK and Cancel.
+enum class DialogButtons {
+  kActions,  ///< the buttons `cmdAction`
+  kHeader,   ///< its `FormHeader`
+};
+
 /// Base of all dialogs: a window made for one use, shown modally, which hides when the user is done so that
 /// its opener can read the result fields.
 class DialogBase : public Object {
@@ -35,7 +41,7 @@ class DialogBase : public Object {
 
  protected:
   /// Makes the window of that name. Raises RuntimeError 730 if it lacks a control.
-  explicit DialogBase(const char* formName);
+  explicit DialogBase(const char* formName, DialogButtons buttons = DialogButtons::kActions);
   ~DialogBase() override;
   DialogBase(const DialogBase&) = delete;
   DialogBase& operator=(const DialogBase&) = delete;
@@ -46,7 +52,9 @@ class DialogBase : public Object {
   virtual void Form_FirstActivate() {}
   /// A button was pressed. OK: validate, store, set `Success`, `Unload`; on invalid input notify the user and
   /// stay open. Cancel: `Unload`.
-  virtual void cmdAction_Click(std::int32_t Index) = 0;
+  virtual void cmdAction_Click(std::int32_t /*Index*/) {}
+  /// The window is about to be unloaded and will not only hide.
+  virtual void Form_UnloadForGood() {}
 
   /// The dialog's fields for a report. Errors in this base class are reported under the dialog's own name
   /// (`TypeName`) and with these fields.

@@ -5,8 +5,8 @@
 
 namespace kestrel {
 
-PreviewDialog::PreviewDialog(const char* formName)
-    : DialogBase(formName),
+PreviewDialog::PreviewDialog(const char* formName, DialogButtons buttons)
+    : DialogBase(formName, buttons),
       iPreview(Bind<Site>(Form(), "Preview")),
       chkUseOriginalImage(Bind<CheckBox>(Form(), "chkUseOriginalImage")) {
   Keep(chkUseOriginalImage.Click.Connect([this] { chkUseOriginalImage_Click(); }));

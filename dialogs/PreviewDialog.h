@@ -14,7 +14,7 @@ class PreviewDialog : public DialogBase {
   kestrel::Preview& Preview() { return iPreview; }
 
  protected:
-  explicit PreviewDialog(const char* formName);
+  explicit PreviewDialog(const char* formName, DialogButtons buttons = DialogButtons::kActions);
 
   /// Computes the preview; called on each change of a setting. Does nothing before the window is visible.
   virtual void UpdatePreview() = 0;
@@ -23,6 +23,8 @@ class PreviewDialog : public DialogBase {
   /// Runs the dialog's operation on a new copy in the right pane, with the busy pointer shown. If the
   /// operation fails the busy pointer stays until a preview succeeds.
   void ShowEffect(const std::function<void(ImageView&)>& operation);
+
+  kestrel::CheckBox& UseOriginalBox() { return chkUseOriginalImage; }
 
  private:
   void chkUseOriginalImage_Click();
