@@ -27,7 +27,7 @@ std::span<const ImageProcessingCtl::CommandRow> ImageProcessingCtl::zCommandRows
   static constexpr CommandRow kRows[] = {
       {"btnFileSave", kEditsPicture, [](Editor& e, Command&) { e.SaveImage(); }},
       {"btnFileSaveAs", kEditsPicture, [](Editor& e, Command&) { e.SaveImageAs({}); }},
-      {"btnFileExport", kEditsPicture | kAwaitsDialog, nullptr},
+      {"btnFileExport", kEditsPicture, [](Editor& e, Command&) { e.ShowExportDialog(); }},
       {"btnEditUndo", kNeedsPicture | kNeedsUndoStep, [](Editor& e, Command&) { e.Undo(); }},
       {"btnEditRedo", kNeedsPicture | kNeedsRedoStep, [](Editor& e, Command&) { e.Redo(); }},
       {"btnEditCopy", kEditsPicture, [](Editor& e, Command&) { e.Copy(e.zUseSelection()); }},
@@ -65,7 +65,7 @@ std::span<const ImageProcessingCtl::CommandRow> ImageProcessingCtl::zCommandRows
       {"mnuFileMRU", kAlwaysUsable, [](Editor& e, Command& c) { e.zOpenRecent(c); }},
       {"btnFileSimpleSave", kAlwaysUsable, [](Editor& e, Command&) { e.zRequestSimpleSave(); }},
       {"mnuRotate", kFullTools, nullptr},
-      {"btnToolsOptions", kAwaitsDialog, nullptr},
+      {"btnToolsOptions", kAlwaysUsable, [](Editor& e, Command&) { e.ShowOptions(); }},
       {"btnViewMaterialsWindow", kAlwaysUsable,
        [](Editor& e, Command&) { e.zToggleDockWindow("dkwMaterials"); }},
       {"btnViewZoomWindow", kAlwaysUsable, [](Editor& e, Command&) { e.zToggleDockWindow("dkwZoom"); }},

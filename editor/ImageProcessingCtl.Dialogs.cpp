@@ -1,8 +1,14 @@
+#include <sstream>
+
 #include "ImageProcessingCtl.h"
 #include "base/Numbers.h"
 #include "base/Required.h"
+#include "diagnostics/Trailer.h"
 #include "dialogs/frmDropShadow.h"
+#include "dialogs/frmExport.h"
 #include "dialogs/frmFlattenAlpha.h"
+#include "dialogs/frmGetThumnail.h"
+#include "dialogs/frmOptions.h"
 #include "dialogs/frmPasteSpecial.h"
 #include "dialogs/frmResize.h"
 #include "dialogs/frmResizeCanvas.h"
@@ -12,10 +18,40 @@
 // Each member shows a dialog, and if the user accepts it, runs the operation. Engine errors propagate.
 
 namespace kestrel {
+namespace {
 
-bool ImageProcessingCtl::ShowExportDialog() { return false; }
+std::vector<std::string> Split(const std::string& text, char separator) {
+  std::vector<std::string> parts;
+  std::istringstream stream(text);
+  for (std::string part; std::getline(stream, part, separator);) parts.push_back(part);
+  return parts;
+}
 
-bool ImageProcessingCtl::ShowOptions() { return false; }
+}  // namespace
+
+bool ImageProcessingCtl::ShowExportDialog() {
+  bool Result = false;
+  try {
+    frmExport dialog;
+    dialog.Source = this;
+    Result = zShowDialog(dialog);
+  } catch (...) {
+    QDK_TRAILER(ShowExportDialog, QDK_PARAMETERS(), QDK_LOCALS(Result));
+  }
+  return Result;
+}
+
+bool ImageProcessingCtl::ShowOptions() {
+  bool Result = false;
+  try {
+    frmOptions dialog;
+    Result = zShowDialog(dialog);
+    if (Result) ApplyOptions();
+  } catch (...) {
+    QDK_TRAILER(ShowOptions, QDK_PARAMETERS(), QDK_LOCALS(Result));
+  }
+  return Result;
+}
 
 bool ImageProcessingCtl::ShowResizeDialog() {
   frmResize dialog(*this);
@@ -62,9 +98,18 @@ std::int32_t ImageProcessingCtl::ShowRotateDialog() {
   return angle;
 }
 
-PicturePtr ImageProcessingCtl::ShowGetThumnailDialog() { return nullptr; }
-
-bool ImageProcessingCtl::SaveImageThumbnailEx(std::string /*Filename*/) { return false; }
+PicturePtr ImageProcessingCtl::ShowGetThumnailDialog() {
+  frmGetThumnail dialog;
+  dialog.Preview().OriginalPicture(&igxImage);
+  if (!zShowDialog(dialog)) return nullptr;
+  const std::vector<std::string> fields = Split(dialog.ResultData, '|');
+  const bool addDropShadow = Val(fields.at(0)) != 0;
+  auto sizeType = static_cast<ThumbnailSizeTypeEnum>(ToInt32(Val(fields.at(1))));
+  const std::int32_t size = ToInt32(Val(fields.at(2)));
+  const OLE_COLOR backColor = ToInt32(Val(fields.at(3)));
+  return GetThumbnailEx(sizeType, size, backColor, addDropShadow, ipUseDefault, ipUseDefault, ipUseDefault,
+                        ipUseDefault, ipUseDefault);
+}
 
 void ImageProcessingCtl::zBeginPasteSpecial() {
   // Without a picture to paste this shows its message only.

@@ -57,6 +57,16 @@ bool ImageProcessingCtl::SaveImageThumbnail(std::string Filename) {
   return Result;
 }
 
+bool ImageProcessingCtl::SaveImageThumbnailEx(std::string Filename) {
+  const PicturePtr thumbnail = ShowGetThumnailDialog();
+  if (!thumbnail || iRetired) return false;
+  const bool exists = iPlatform.FormUtility().FileExists(Filename);
+  Status(exists ? "Updating thumbnail..." : "Saving thumbnail...", true, false);
+  const bool Result = zSaveThumbnail(*thumbnail, Filename);
+  Status("", true, false);
+  return Result;
+}
+
 bool ImageProcessingCtl::zSaveThumbnail(const kestrel::Picture& Thumbnail, const std::string& Filename) {
   try {
     return modImgX::SavePictureToFile(*iPlatform.CreateImgX(), Thumbnail, Filename,
