@@ -19,8 +19,14 @@ void FrameWidget::setPicture(const PicturePtr& picture) {
 }
 
 void FrameWidget::paintEvent(QPaintEvent* event) {
-  if (picture_) QPainter(this).fillRect(contentsRect(), QBrush(borrowedImage(picture_->Pixels())));
   QGroupBox::paintEvent(event);
+  if (!picture_) return;
+  // Over the style's frame, which would tint the picture.
+  const QRect face = title().isEmpty() ? rect() : contentsRect();
+  QPainter painter(this);
+  painter.fillRect(face, QBrush(borrowedImage(picture_->Pixels())));
+  painter.setPen(palette().color(QPalette::Mid));
+  painter.drawRect(face.adjusted(0, 0, -1, -1));
 }
 
 }  // namespace kestrel::qt

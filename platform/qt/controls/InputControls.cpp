@@ -1,5 +1,6 @@
 #include "InputControls.h"
 
+#include <QShortcut>
 #include <QStringList>
 #include <QVariant>
 
@@ -69,6 +70,16 @@ TabStripControl::TabStripControl(QTabBar& tabs, ControlId id)
     tabs_.addTab(translated(fromQt(caption)));
   }
   QObject::connect(&tabs_, &QTabBar::currentChanged, receiver(), [this] { guarded([this] { Click(); }); });
+  selectBy(QKeySequence::NextChild, 1);
+  selectBy(QKeySequence::PreviousChild, -1);
+}
+
+void TabStripControl::selectBy(QKeySequence::StandardKey keys, int step) {
+  auto* const shortcut = new QShortcut(keys, &tabs_);
+  QObject::connect(shortcut, &QShortcut::activated, receiver(), [this, step] {
+    const int count = tabs_.count();
+    if (count > 0) tabs_.setCurrentIndex((tabs_.currentIndex() + step + count) % count);
+  });
 }
 
 std::string TabStripControl::Caption(std::int32_t index) const { return fromQt(tabs_.tabText(index - 1)); }

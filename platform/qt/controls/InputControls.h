@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QComboBox>
+#include <QKeySequence>
 #include <QLineEdit>
 #include <QSlider>
 #include <QTabBar>
@@ -55,7 +56,8 @@ class SliderControl final : public WidgetControl<Slider> {
   QSlider& slider_;
 };
 
-/// A row of tabs. The form stores the captions in the list property `tabs`.
+/// A row of tabs. The form stores the captions in the list property `tabs`. Ctrl+Tab and Ctrl+Shift+Tab
+/// select the next and the previous tab from anywhere in the window.
 class TabStripControl final : public WidgetControl<TabStrip> {
  public:
   TabStripControl(QTabBar& tabs, ControlId id);
@@ -66,6 +68,8 @@ class TabStripControl final : public WidgetControl<TabStrip> {
   void SelectedIndex(std::int32_t value) override;
 
  private:
+  void selectBy(QKeySequence::StandardKey keys, int step);
+
   QTabBar& tabs_;
 };
 

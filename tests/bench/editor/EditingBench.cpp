@@ -12,6 +12,7 @@
 #include "engine/imgx/PictureObject.h"
 #include "imaging/contract/controls/CheckBox.h"
 #include "imaging/contract/controls/CommandButton.h"
+#include "imaging/contract/controls/FormHeader.h"
 #include "imaging/contract/controls/OptionButton.h"
 #include "imaging/contract/controls/TextBox.h"
 #include "platform/headless/Platform.h"
@@ -178,6 +179,22 @@ void previewPasteSpecial(benchmark::State& state) {
   dialog.ShowModal();
 }
 
+/// One change of the size in the thumbnail dialog, with a shadow and its preview; the argument is the
+/// picture's megapixels.
+void previewThumbnail(benchmark::State& state) {
+  Editor editor(pictureOf(state.range(0)));
+  editor.user().uses("frmGetThumnail", [&](Form& form) {
+    Bind<CheckBox>(form, "chkAddDropShadow").Value(1);
+    bool larger = false;
+    for (auto _ : state) {
+      Bind<TextBox>(form, "txtField", 0).Text(larger ? "31" : "29");
+      larger = !larger;
+    }
+    Bind<FormHeader>(form, "FormHeader").PressCancel();
+  });
+  editor.control().ShowGetThumnailDialog();
+}
+
 /// One move of the pointer with both tool windows open.
 void followPointerOver100Megapixels(benchmark::State& state) {
   Editor editor(photograph(12'500, 8'000));
@@ -197,6 +214,7 @@ BENCHMARK(previewShadow)
 BENCHMARK(typeOffset)->ArgName("megapixels")->Arg(2)->Arg(24)->Unit(benchmark::kMillisecond);
 BENCHMARK(previewFlatten)->ArgName("megapixels")->Arg(2)->Arg(24)->Unit(benchmark::kMillisecond);
 BENCHMARK(previewPasteSpecial)->ArgName("megapixels")->Arg(2)->Arg(24)->Unit(benchmark::kMillisecond);
+BENCHMARK(previewThumbnail)->ArgName("megapixels")->Arg(2)->Arg(24)->Unit(benchmark::kMillisecond);
 BENCHMARK(followPointerOver100Megapixels)->Unit(benchmark::kMillisecond);
 
 }  // namespace
