@@ -29,7 +29,12 @@ QWidget* activeEditor() {
 
 QWidget* dialogParent(WindowHandle owner) {
   QWidget* const widget = widgetOf(owner);
-  return widget ? widget : activeEditor();
+  if (!widget) return activeEditor();
+  QWidget* const modal = QApplication::activeModalWidget();
+  for (QWidget* below = modal; below; below = below->parentWidget()) {
+    if (below == widget) return modal;
+  }
+  return widget;
 }
 
 int execModal(QDialog& dialog, OpenCalls& calls) {

@@ -8,7 +8,8 @@
 namespace kestrel::qt {
 
 /// The parent for a dialog: the owner's widget, so that the dialog is destroyed with it and not with the
-/// host's window. For an owner of 0 it is the active editor. Null if there is none.
+/// host's window; or the open modal dialog of that owner, above which the new one must stay. For an owner of
+/// 0 it is the active editor. Null if there is none.
 QWidget* dialogParent(WindowHandle owner);
 
 /// Shows the dialog until the user closes it, or until its owner is destroyed, which rejects it. Nothing that
