@@ -67,35 +67,37 @@ std::string reasonOf(const FileFailure& failure, const fs::path& path) {
       return "it is a folder";
     case FileProblem::kNotAFile:
       return "it is a device or a pipe";
+    case FileProblem::kInUse:
+      return "another program or window is using it";
     default:
       return std::system_category().message(failure.code);
   }
 }
 
-/// Raises the failure with the text "The file ... `verb`: reason."
-[[noreturn]] void raise(const FileFailure& failure, const fs::path& path, const char* verb) {
-  throw RuntimeError(errorNumber(failure.problem),
-                     "The file " + quoted(path) + " " + verb + ": " + reasonOf(failure, path) + ".");
-}
-
 }  // namespace
+
+RuntimeError fileError(const FileFailure& failure, const fs::path& path, const char* verb) {
+  return RuntimeError(errorNumber(failure.problem),
+                      "The file " + quoted(path) + " " + verb + ": " + reasonOf(failure, path) + ".");
+}
 
 FileContent readFile(const fs::path& path) {
   constexpr char kVerb[] = "cannot be read";
   os::InputFile file;
-  if (const auto failure = file.open(path)) raise(*failure, path, kVerb);
+  if (const auto failure = file.open(path)) throw fileError(*failure, path, kVerb);
   if (file.size() > machineMemory() / 4) {
     throw RuntimeError(err::kOutOfMemory, "The file " + quoted(path) + " " + kVerb +
                                               ": it is larger than a quarter of this machine's memory.");
   }
   Memory memory(file.size());
   std::size_t filled = 0;
-  if (const auto failure = file.read({memory.data(), file.size()}, filled)) raise(*failure, path, kVerb);
+  if (const auto failure = file.read({memory.data(), file.size()}, filled))
+    throw fileError(*failure, path, kVerb);
   return FileContent(std::move(memory), filled);
 }
 
 void replaceFile(const fs::path& path, Bytes data) {
-  if (const auto failure = os::replaceFile(path, data)) raise(*failure, path, "cannot be written");
+  if (const auto failure = os::replaceFile(path, data)) throw fileError(*failure, path, "cannot be written");
 }
 
 }  // namespace kestrel::engine

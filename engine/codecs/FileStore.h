@@ -5,9 +5,17 @@
 #include <utility>
 
 #include "Codecs.h"
+#include "base/RuntimeError.h"
 #include "engine/pixels/Memory.h"
 
+namespace kestrel::os {
+struct FileFailure;
+}
+
 namespace kestrel::engine {
+
+/// The error for a user: "The file "..." `verb`: reason."
+RuntimeError fileError(const os::FileFailure& failure, const std::filesystem::path& path, const char* verb);
 
 /// Content of a file, in a `Memory` block: photographs are often read one after the other, and freed blocks
 /// are reused.

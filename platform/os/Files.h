@@ -24,6 +24,8 @@ enum class FileProblem {
   kNotAFolder,
   kIsAFolder,
   kNotAFile,  ///< a device, a pipe or a socket
+  kInUse,     ///< another process or object owns it
+  kCanceled,
   kOther,
 };
 

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <unistd.h>
+
+#include <utility>
+
+#include "platform/os/Files.h"
+
+namespace kestrel::os {
+
+/// The failure that an errno means.
+FileFailure failureOf(int code);
+
+/// A file descriptor that closes itself.
+class Descriptor {
+ public:
+  explicit Descriptor(int number = -1) : number_(number) {}
+  Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+  Descriptor& operator=(Descriptor&& other) noexcept {
+    std::swap(number_, other.number_);
+    return *this;
+  }
+  ~Descriptor() {
+    if (number_ >= 0) ::close(number_);
+  }
+
+  int number() const { return number_; }
+  bool isOpen() const { return number_ >= 0; }
+
+  int release() { return std::exchange(number_, -1); }
+
+ private:
+  int number_;
+};
+
+}  // namespace kestrel::os

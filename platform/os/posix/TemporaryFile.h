@@ -1,0 +1,59 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <random>
+#include <span>
+#include <utility>
+
+#include "Descriptor.h"
+
+namespace kestrel::os {
+
+/// Removes the temporary files that killed processes left behind. A living process holds a lock on its own.
+void removeStaleFiles(const std::filesystem::path& folder);
+
+/// A new file in a folder, removed again unless it was moved to its place. It is locked while it has a name,
+/// so that no other process takes it for stale. Its name is short and does not depend on the target's, which
+/// may be as long as the file system allows.
+class TemporaryFile {
+ public:
+  /// `named` at once, or only when it is moved. Where a file without a name cannot be made it has one at
+  /// once. `mode` are its permissions, reduced by the user's mask.
+  TemporaryFile(const std::filesystem::path& folder, bool named, mode_t mode);
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
+  ~TemporaryFile();
+
+  /// Negative, with errno set, if no file could be made.
+  int descriptor() const { return descriptor_.number(); }
+
+  /// Gives the file a name if it has none. False with errno set if that is not possible here.
+  bool giveName();
+
+  /// False with errno set if it could not be moved. The file must have a name.
+  bool moveTo(const std::filesystem::path& target);
+
+  /// The descriptor, with its lock; the file closes it no more.
+  Descriptor takeDescriptor() { return std::move(descriptor_); }
+
+ private:
+  std::filesystem::path freshName();
+  void openNamed(mode_t mode);
+  bool isLocked() const;
+
+  std::filesystem::path folder_;
+  std::random_device random_;
+  Descriptor descriptor_;
+  std::filesystem::path name_;  ///< empty without a name
+};
+
+/// False with errno set at the first failure.
+bool writeAll(int descriptor, std::span<const std::uint8_t> data);
+
+/// The new name must survive a power cut too. A folder that cannot be flushed is no failure of the save.
+void flushFolder(const std::filesystem::path& folder);
+
+}  // namespace kestrel::os
