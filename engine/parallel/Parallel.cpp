@@ -6,8 +6,10 @@
 #include <mutex>
 #include <system_error>
 #include <thread>
+#include <utility>
 #include <vector>
 
+#include "SingleThreaded.h"
 #include "base/ThrowRecord.h"
 
 namespace kestrel::engine {
@@ -15,8 +17,9 @@ namespace {
 
 using Work = std::function<void(std::int32_t, std::int32_t)>;
 
-/// True on a thread inside a band, where a nested split would deadlock.
-thread_local bool insideBand = false;
+/// True on a thread that does all its work alone: inside a band, where a nested split would deadlock, and in
+/// the background.
+thread_local bool alone = false;
 
 /// More bands than threads, so that a core busy with other programs does not delay the rest.
 constexpr std::int32_t kBandsPerThread = 4;
@@ -85,7 +88,7 @@ class Workers {
 
   void takeBands(Job& job, std::unique_lock<std::mutex>& lock) {
     ++job.active;
-    insideBand = true;
+    alone = true;
     while (job.hasBand()) {
       const std::int32_t first = job.next;
       job.next = job.height - first > job.bandRows ? first + job.bandRows : job.height;
@@ -100,7 +103,7 @@ class Workers {
       lock.lock();
       if (error && !job.error) job.error = error;
     }
-    insideBand = false;
+    alone = false;
     if (--job.active == 0) done_.notify_all();
   }
 
@@ -113,6 +116,10 @@ class Workers {
 
 }  // namespace
 
+SingleThreaded::SingleThreaded() : before_(std::exchange(alone, true)) {}
+
+SingleThreaded::~SingleThreaded() { alone = before_; }
+
 std::int32_t threadCount() {
   static const auto count = static_cast<std::int32_t>(std::max(1U, std::thread::hardware_concurrency()));
   return count;
@@ -122,7 +129,7 @@ void forRows(std::int32_t height, std::int32_t minRowsPerTask, const Work& work)
   if (height <= 0) return;
   const std::int32_t smallest = std::max(1, minRowsPerTask);
   const std::int32_t bands = std::min(threadCount() * kBandsPerThread, height / smallest);
-  if (bands > 1 && threadCount() > 1 && !insideBand) {
+  if (bands > 1 && threadCount() > 1 && !alone) {
     Job job{work, height, (height - 1) / bands + 1, 0, 0, nullptr};
     if (Workers::instance().run(job)) {
       if (job.error) RethrowHere(job.error);

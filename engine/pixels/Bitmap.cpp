@@ -104,6 +104,10 @@ Pixels Bitmap::writable() {
     auto own = std::make_shared<Buffer>(buffer_->width, buffer_->height);
     copyRows(buffer_->memory.data(), own->stride, own->height, own->memory.data());
     buffer_ = std::move(own);
+  } else {
+    // The count is read without an order: what another thread did with its reference must come before
+    // writing.
+    const auto ordered = buffer_;
   }
   return {buffer_->memory.data(), buffer_->stride, buffer_->width, buffer_->height};
 }
