@@ -35,9 +35,13 @@ bool ImageProcessingCtl::OpenImage(std::string Filename) {
       dialog.Flags(kOpenFlags);
       if (zShowFileDialog(false)) Filename = dialog.Filename();
     }
-    if (Filename.empty() || iRetired) return false;
+    if (Filename.empty() || iRetired) {
+      UnsavedChanges(ChangesStep::kStaying);
+      return false;
+    }
 
     Status("Opening image...", true, false);
+    UnsavedChanges(ChangesStep::kReplacing);
     try {
       igxImage.Document().FromFile(Filename, 0, kNoUndo);
     } catch (...) {
@@ -45,6 +49,7 @@ bool ImageProcessingCtl::OpenImage(std::string Filename) {
       zMessageBox("Unable to open image \"" + Filename + "\" due to error \"" + error.Description + "\".",
                   kBoxExclamation, "Open Image");
       Failed = true;
+      UnsavedChanges(ChangesStep::kStaying);
     }
     if (!Failed) {
       ZoomActualSize();
@@ -81,6 +86,28 @@ void ImageProcessingCtl::zPictureSet() {
   } catch (...) {
     QDK_TRAILER(zPictureSet, QDK_PARAMETERS(), QDK_LOCALS());
   }
+}
+
+bool ImageProcessingCtl::Restore(kestrel::ImgX& Kept, const std::string& Filename) {
+  bool Result = false;
+  try {
+    Cancel();
+    igxImage.Document().CopyFrom(Kept, 0, kNoUndo);
+    ZoomActualSize();
+    mFormat = Filename.empty() ? format::kNone
+                               : modImgX::GetSaveFormatFromFilename(Filename, iPlatform.FileHelpers());
+    pFilename = Filename;
+    zPictureSet();
+    igxImage.Modified(true);
+    Result = true;
+    const std::string Opened = pFilename;
+    zRaise(ImageOpen, Opened);
+    zNotifySink([&](IImageEvents& Sink) { Sink.ImageOpen(Opened); });
+    Changed(true);
+  } catch (...) {
+    QDK_TRAILER(Restore, QDK_PARAMETERS(Filename), QDK_LOCALS(Result));
+  }
+  return Result;
 }
 
 bool ImageProcessingCtl::SaveImage() {
@@ -189,7 +216,10 @@ bool ImageProcessingCtl::SaveChanges() {
         zMessageBox("Changes have been made file \"" + Name + "\".\r\rDo you want to save these changes?",
                     kBoxYesNoCancel + kBoxQuestion, "Save Changes");
     if (Answer == kAnswerYes) Result = SaveImage();
-    if (Answer == kAnswerNo) Result = true;
+    if (Answer == kAnswerNo) {
+      Result = true;
+      UnsavedChanges(ChangesStep::kDeclined);
+    }
   } catch (...) {
     QDK_TRAILER(SaveChanges, QDK_PARAMETERS(), QDK_LOCALS(Result, Name, Answer));
   }

@@ -123,11 +123,14 @@ void ImageProcessingCtl::zKeepClosedNotice() {
   if (igxImage.Notice() != iNotice) iShowsFileNotice = false;
 }
 
+/// A notice of the container stays until there is one to show.
 void ImageProcessingCtl::zShowNotice() {
+  const bool IsOurs = igxImage.Notice() == iNotice;
   const bool LosesPages = iShowsFileNotice && Required(igxImage.Image()).Pages() > 1;
   iNoticeCommand = !iSaveNotice.empty() ? iSaveCommand : LosesPages ? kSaveAs : "";
   if (*iNoticeCommand != '\0' && !zOffers(iNoticeCommand)) iNoticeCommand = "";
   iNotice = Joined(iSaveNotice, iShowsFileNotice ? iFileNotice : "");
+  if (iNotice.empty() && !IsOurs) return;
   igxImage.Notice(iNotice, *iNoticeCommand != '\0' ? Commands()(iNoticeCommand).Caption() : "");
 }
 

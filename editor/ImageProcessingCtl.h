@@ -27,6 +27,13 @@
 
 namespace kestrel {
 
+/// What becomes of a picture with unsaved changes; for its container, which may keep a copy of it.
+enum class ChangesStep {
+  kDeclined,   ///< the user has answered that they need not be saved; the picture is about to go
+  kReplacing,  ///< a file is about to be loaded in its place
+  kStaying,    ///< no other picture was loaded
+};
+
 /// The editor behind its public members, which `IImageProcessingCtl` describes.
 ///
 /// A container makes it on a `Site` that holds an image view "igxImage" and a docking suite "mrgUI", and
@@ -51,6 +58,12 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   /// control when the platform's `Calls` have returned and no member is on the stack. Destroying the control
   /// inside one of its own members is an error.
   void Retire();
+
+  /// Puts a picture that was kept for recovery in place of the present one, under the name of its file and
+  /// with unsaved changes. Raises `PictureSet`, `ImageOpen` and `Change`. False if it failed.
+  bool Restore(kestrel::ImgX& Kept, const std::string& Filename);
+
+  Event<ChangesStep> UnsavedChanges;
 
   // -- Switches of the host ---------------------------------------------------------------------------
   bool AllowUnmodifiedHotKeys() const override { return pAllowUnmodifiedHotKeys; }

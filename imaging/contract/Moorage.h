@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
+#include <vector>
 
 #include "Control.h"
 #include "Form.h"
@@ -205,6 +207,13 @@ class StatusPanel {
   virtual void ProgressValue(std::int32_t value) = 0;
 };
 
+/// A line that a container adds to the context menu of the bars.
+struct BarMenuLine {
+  std::string Caption;
+  bool Enabled = true;
+  std::function<void()> Chosen;
+};
+
 class Moorage;
 
 /// Operations of the docking suite across its parts.
@@ -254,6 +263,8 @@ class Moorage : public Control {
   Event<DockWindow&, std::int32_t, CancelValue&> DockWindowHiding;
   Event<DockWindow&, std::int32_t, CancelValue&> DockWindowShowing;
   Event<> ClientAreaChanged;
+  /// The context menu of the bars opens: handlers append lines, which it shows last.
+  Event<std::vector<BarMenuLine>&> BarMenuOpening;
 };
 
 }  // namespace kestrel

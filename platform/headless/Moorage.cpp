@@ -39,6 +39,12 @@ void Moorage::showDockWindow(const std::string& window, bool shown) {
   DockWindows().Item(window).show(shown, kReasonUser);
 }
 
+std::vector<BarMenuLine> Moorage::barMenuLines() const {
+  std::vector<BarMenuLine> lines;
+  BarMenuOpening(lines);
+  return lines;
+}
+
 kestrel::Form* Moorage::attached(const std::string& dockWindow) const {
   const auto found = attached_.find(LowerCase(dockWindow));
   return found == attached_.end() ? nullptr : found->second;

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "Window.h"
 #include "platform/docking/MoorageModel.h"
@@ -35,6 +36,8 @@ class Moorage final : public WindowOf<docking::MoorageModel> {
   /// Closes or opens a bar or a dock window as the user does.
   void showBar(const std::string& bar, bool shown);
   void showDockWindow(const std::string& window, bool shown);
+  /// The lines that the container adds to the context menu of the bars.
+  std::vector<BarMenuLine> barMenuLines() const;
 
   /// The form inside a dock window, null while there is none.
   kestrel::Form* attached(const std::string& dockWindow) const;

@@ -70,6 +70,18 @@ void BarMenu::fill(QMenu& menu) {
             [this](bool locked) { toolBars_.setLocked(locked); });
   connect(menu.addAction(translated("&Reset Bars and Windows")), &QAction::triggered, this,
           [this] { guarded([this] { reset(); }); });
+  addContainerLines(menu);
+}
+
+void BarMenu::addContainerLines(QMenu& menu) {
+  std::vector<BarMenuLine> lines;
+  suite_.BarMenuOpening(lines);
+  if (!lines.empty()) menu.addSeparator();
+  for (const BarMenuLine& line : lines) {
+    QAction* const action = menu.addAction(translated(line.Caption));
+    action->setEnabled(line.Enabled);
+    connect(action, &QAction::triggered, action, [chosen = line.Chosen] { guarded([&] { chosen(); }); });
+  }
 }
 
 void BarMenu::fillStyles(QMenu& menu) {

@@ -23,6 +23,8 @@ class BarMenu final : public QObject {
 
  private:
   void fillStyles(QMenu& menu);
+  /// The container's entries at the end of the menu.
+  void addContainerLines(QMenu& menu);
   /// Brings all bars and windows back to where they are at the start.
   void reset();
 
