@@ -1,3 +1,4 @@
+#include <chrono>
 #include <filesystem>
 #include <memory>
 
@@ -7,6 +8,7 @@
 #include "apps/kestrel-editor/window/EditorWindow.h"
 #include "base/DescribedError.h"
 #include "base/RuntimeError.h"
+#include "engine/recovery/RecoveryFolder.h"
 #include "platform/os/Paths.h"
 #include "platform/posix/LineTable.h"
 #include "platform/posix/SharedLibraryFactory.h"
@@ -27,6 +29,12 @@ qt::DesktopParts partsFor(const std::string& programFile) {
   parts.stackResolver = std::make_unique<posix::LineTable>();
   parts.helpFolder = os::textOf(os::pathOf(programFile).parent_path() / "help");
   return parts;
+}
+
+/// Beside the key store; null if the user has no place for it.
+std::unique_ptr<RecoveryStore> recoveryStore() {
+  const std::filesystem::path folder = sqlite::recoveryPath();
+  return folder.empty() ? nullptr : std::make_unique<engine::RecoveryFolder>(folder);
 }
 
 /// The apartment of the main thread during the editor's lifetime.
@@ -51,8 +59,15 @@ int run(const Arguments& arguments, qt::Desktop& desktop, BoxScript& boxes) {
   desktop.assemble(std::move(parts));
   const Apartment apartment(desktop.platform());
 
+  std::unique_ptr<RecoveryStore> kept = recoveryStore();
   EditorWindow window([&desktop] { desktop.quit(); });
-  if (arguments.quit) window.declineFileRequests();
+  if (arguments.quit) {
+    window.declineFileRequests();
+  } else if (kept) {
+    window.keepChanges(*kept);
+    desktop.repeat(Recovery::kInterval,
+                   [&window] { window.recovery()->Tick(std::chrono::steady_clock::now()); });
+  }
   window.form().Show();
   desktop.settle();
   const bool done = runScript(arguments, window, desktop, boxes);

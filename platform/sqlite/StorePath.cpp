@@ -26,4 +26,10 @@ std::filesystem::path storePath() {
   return folder.empty() ? folder : folder / "brindlewick" / "imaging.store";
 }
 
+std::filesystem::path recoveryPath() {
+  std::filesystem::path path = storePath();
+  if (!path.empty()) path += ".recovery";
+  return path;
+}
+
 }  // namespace kestrel::sqlite

@@ -9,4 +9,7 @@ namespace kestrel::sqlite {
 /// Empty if the user has no such directory.
 std::filesystem::path storePath();
 
+/// The folder for pictures with unsaved changes: the key store's file name and ".recovery". Empty as above.
+std::filesystem::path recoveryPath();
+
 }  // namespace kestrel::sqlite

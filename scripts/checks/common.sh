@@ -3,7 +3,7 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 
 # The folders that know no toolkit and no operating system.
-logic=(base imaging diagnostics settings dialogs editor toolwindows browser host)
+logic=(base imaging diagnostics settings dialogs editor toolwindows browser host recovery)
 
 # matches ARGUMENT...: the matching lines of the repository's files, which may be none.
 matches() {

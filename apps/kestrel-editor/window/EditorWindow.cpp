@@ -29,13 +29,22 @@ EditorWindow::EditorWindow(std::function<void()> closed)
   keep(editor_->ImageControl().ModifiedChanged.Connect([this] { igxImage_ModifiedChanged(); }));
 }
 
-EditorWindow::~EditorWindow() { editor_->Terminate(); }
+EditorWindow::~EditorWindow() {
+  if (recovery_) recovery_->End();
+  editor_->Terminate();
+}
+
+void EditorWindow::keepChanges(RecoveryStore& store) {
+  recovery_ =
+      std::make_unique<Recovery>(*editor_, Bind<Moorage>(Bind<Site>(*form_, "Processing"), "mrgUI"), store);
+}
 
 void EditorWindow::Form_Load() {
   try {
     editor_->Initialize();
     modProcessing::WindowPositions().LoadPosition(*form_, {});
     showName();
+    if (recovery_) recovery_->Offer();
   } catch (...) {
     QDK_TRAILER_OF(kModule, Form_Load, QDK_PARAMETERS(), QDK_LOCALS());
   }
@@ -47,6 +56,7 @@ void EditorWindow::Form_QueryUnload(bool& Cancel) {
       Cancel = true;
       return;
     }
+    if (recovery_) recovery_->Close();
     modProcessing::WindowPositions().SavePosition(*form_, {});
   } catch (...) {
     QDK_TRAILER_OF(kModule, Form_QueryUnload, QDK_PARAMETERS(Cancel), QDK_LOCALS());

@@ -7,6 +7,7 @@
 
 #include "diagnostics/CountedForm.h"
 #include "editor/ImageProcessingCtl.h"
+#include "recovery/Recovery.h"
 
 namespace kestrel::app {
 
@@ -25,6 +26,12 @@ class EditorWindow {
   /// command.
   void runCommand(const std::string& key);
 
+  /// Keeps unsaved changes in the store, and offers those in it. Call it before the window is shown, and then
+  /// `recovery()->Tick` at its interval. The store must outlive the window.
+  void keepChanges(RecoveryStore& store);
+  /// Null without a store.
+  Recovery* recovery() { return recovery_.get(); }
+
   /// For unattended runs: cancels requests for a file name, so no file dialog opens.
   void declineFileRequests();
 
@@ -40,6 +47,7 @@ class EditorWindow {
 
   CountedForm form_;
   std::unique_ptr<ImageProcessingCtl> editor_;
+  std::unique_ptr<Recovery> recovery_;
   std::vector<Connection> connections_;
 };
 

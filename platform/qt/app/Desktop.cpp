@@ -134,6 +134,12 @@ int Desktop::run() { return QApplication::exec(); }
 
 void Desktop::quit(int exitCode) { QApplication::exit(exitCode); }
 
+void Desktop::repeat(std::chrono::milliseconds interval, std::function<void()> work) {
+  auto* const timer = new QTimer(&inside_->application);
+  QObject::connect(timer, &QTimer::timeout, timer, [work = std::move(work)] { guarded(work); });
+  timer->start(interval);
+}
+
 void Desktop::settle() {
   for (int round = 0; round < kQuietRounds; ++round) {
     QApplication::processEvents(QEventLoop::AllEvents, kRoundMilliseconds);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <string>
@@ -30,6 +31,8 @@ class Desktop {
   /// Runs the event loop until `quit` is called; returns the exit code.
   int run();
   void quit(int exitCode = 0);
+  /// Calls `work` at this interval while events are processed, until the desktop ends.
+  void repeat(std::chrono::milliseconds interval, std::function<void()> work);
   /// Processes pending events; shown windows are painted afterwards.
   void settle();
 

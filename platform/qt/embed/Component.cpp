@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "RetiredEditors.h"
+#include "engine/recovery/RecoveryFolder.h"
 #include "platform/posix/LineTable.h"
 #include "platform/posix/SharedLibraryFactory.h"
 #include "platform/qt/app/QtPlatform.h"
@@ -36,11 +37,17 @@ struct Attachment {
   Attachment& operator=(const Attachment&) = delete;
 };
 
+std::unique_ptr<RecoveryStore> storeOfUnsavedPictures() {
+  const std::filesystem::path folder = sqlite::recoveryPath();
+  return folder.empty() ? nullptr : std::make_unique<engine::RecoveryFolder>(folder);
+}
+
 /// The platform and the shared services. They keep what was set in them, such as the key of the window
 /// positions, from one component to the next.
 struct Process {
   QtPlatform platform{partsOfComponent()};
   Attachment attachment{platform};
+  std::unique_ptr<RecoveryStore> recoveryStore = storeOfUnsavedPictures();
 };
 
 /// The one of the present application object, null without one. A plain pointer: a host that calls exit()
@@ -98,6 +105,11 @@ Component::Inside& Component::inside() {
 }
 
 RetiredEditors& Component::retiredEditors() { return *inside().retiredEditors; }
+
+RecoveryStore* Component::recoveryStore() {
+  inside();
+  return presentProcess()->recoveryStore.get();
+}
 
 engine::ClipboardPort& Component::clipboardPort() {
   inside();

@@ -2,6 +2,9 @@
 
 #include <memory>
 
+namespace kestrel {
+class RecoveryStore;
+}
 namespace kestrel::engine {
 class ClipboardPort;
 }
@@ -23,6 +26,8 @@ class Component {
 
   engine::ClipboardPort& clipboardPort();
   RetiredEditors& retiredEditors();
+  /// Null if the user has no place for it.
+  RecoveryStore* recoveryStore();
 
  private:
   struct Inside;

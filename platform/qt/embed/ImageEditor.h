@@ -23,6 +23,9 @@ namespace kestrel::qt {
 class ImageEditor final : public QWidget {
   Q_OBJECT
   Q_PROPERTY(bool acceptFiles READ acceptFiles WRITE setAcceptFiles)
+  /// Whether unsaved changes are kept on disk, so that the user can recover them after a crash; false by
+  /// default, since a host may have its own way. Not stored.
+  Q_PROPERTY(bool keepsChanges READ keepsChanges WRITE setKeepsChanges)
 
  public:
   /// A new control, or one with the host's stored properties. Raises RuntimeError 321 if the stored layout in
@@ -36,6 +39,9 @@ class ImageEditor final : public QWidget {
   /// off, files are not taken in any case. As with the command Open, the user is asked about unsaved changes.
   bool acceptFiles() const;
   void setAcceptFiles(bool value);
+
+  bool keepsChanges() const;
+  void setKeepsChanges(bool value);
 
   /// Stores the control's properties.
   void save(PropertyBag& bag);
