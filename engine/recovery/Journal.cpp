@@ -15,8 +15,9 @@
 namespace kestrel::engine {
 namespace {
 
-/// How long the end of a program waits for a write under way.
-constexpr std::chrono::milliseconds kPatience{150};
+/// How long the end of an editor waits for its last changes to be written. An end that the user has agreed to
+/// discards them, which does not wait.
+constexpr std::chrono::seconds kPatience{5};
 
 std::int64_t secondsNow() {
   return std::chrono::duration_cast<std::chrono::seconds>(std::chrono::system_clock::now().time_since_epoch())

@@ -30,7 +30,8 @@ class TakenPicture {
 /// Keeps the state of one editor's picture on disk. The members return at once; a thread does the work, in
 /// the order of the calls. On disk there is at every moment the previous state or the next one, whole.
 ///
-/// Destroying it waits a moment for work under way and then cancels it; what is on disk can be recovered.
+/// Destroying it waits some seconds for a `Keep` that was not discarded, and then cancels it; what is on disk
+/// can be recovered.
 class RecoveryJournal {
  public:
   virtual ~RecoveryJournal() = default;

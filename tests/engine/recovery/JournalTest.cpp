@@ -254,7 +254,7 @@ TEST_F(RecoveryJournals, AFullDiskLeavesThePreviousStateAndIsReported) {
   EXPECT_EQ(folder.Kept().at(0).Filename, "c");
 }
 
-TEST_F(RecoveryJournals, EndWithoutWaitingForALargePicture) {
+TEST_F(RecoveryJournals, EndWithAWholeState) {
   RecoveryFolder folder = store();
   PictureOfView small = viewOf(test::gradient(8, 8));
   PictureOfView large = viewOf(test::noise(3000, 3000, false));

@@ -9,9 +9,7 @@ namespace {
 
 class WindowWithRecovery : public EditorTest {
  protected:
-  engine::RecoveryFolder folder() {
-    return engine::RecoveryFolder(platform().files().host(platform().files().scratch() + "/kept"));
-  }
+  engine::RecoveryFolder folder() { return engine::RecoveryFolder(platform().files().host(path("kept"))); }
   headless::ImageView& viewOf(app::EditorWindow& window) {
     return dynamic_cast<headless::ImageView&>(window.editor().ImageControl());
   }
