@@ -28,7 +28,8 @@ Snapshot snapshotOf(const Bitmap& bitmap) {
 
 std::vector<std::uint8_t> packed(const Snapshot& snapshot) {
   std::vector<std::uint8_t> file;
-  for (const auto& block : packSnapshot(snapshot, kNoLimit, never).value()) {
+  const auto blocks = packSnapshot(snapshot, kNoLimit, never);
+  for (const auto& block : blocks.value()) {
     file.insert(file.end(), block.begin(), block.end());
   }
   return file;
