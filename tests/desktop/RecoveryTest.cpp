@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QMenu>
 #include <QMessageBox>
+#include <QPointer>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -50,7 +51,8 @@ class RecoveryOnTheDesktop : public testing::Test {
   }
   /// The line of the bars' context menu; null if it has none.
   QAction* recoverLine() {
-    menu_.reset(editor_->findChild<qt::MoorageWindow*>()->createPopupMenu());
+    delete menu_;
+    menu_ = editor_->findChild<qt::MoorageWindow*>()->createPopupMenu();
     for (QAction* action : menu_->actions()) {
       if (action->text() == QLatin1String("&Recover...")) return action;
     }
@@ -72,7 +74,7 @@ class RecoveryOnTheDesktop : public testing::Test {
   QString file_;
   qt::Component component_;
   std::unique_ptr<qt::ImageEditor> editor_;
-  std::unique_ptr<QMenu> menu_;
+  QPointer<QMenu> menu_;  ///< the window of the bars owns it
 };
 
 TEST_F(RecoveryOnTheDesktop, IsOffUnlessTheHostSwitchesItOn) {
