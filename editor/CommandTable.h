@@ -19,8 +19,6 @@ enum CommandFlags : std::uint32_t {
   kNeedsRedoStep = 1 << 4,
   /// Hidden by `UseSimpleTools`.
   kFullTools = 1 << 5,
-  /// Disabled, since its dialog does not exist yet.
-  kAwaitsDialog = 1 << 6,
 
   kEditsPicture = kNeedsPicture | kWaitsForPaste | kWaitsForCrop,
 };

@@ -39,9 +39,6 @@ void ImageProcessingCtl::SetControls(const bool& Enabled) {
     // With a picture the zoom level decides.
     if (!Enabled) Commands()("btnZoomActualSize").Enabled(false);
     for (const ToolRow& row : kTools) Commands()(row.Command).Enabled(Enabled);
-    for (const CommandRow& row : zCommandRows()) {
-      if (row.Has(kAwaitsDialog)) Commands()(row.Name).Enabled(false);
-    }
     iHeldCommands.clear();
     zUpdateModeCommands();
     pause.End();
@@ -53,7 +50,7 @@ void ImageProcessingCtl::SetControls(const bool& Enabled) {
 void ImageProcessingCtl::zEnable(const CommandRow& Row) {
   const bool hasStep =
       (!Row.Has(kNeedsUndoStep) || igxImage.CanUndo()) && (!Row.Has(kNeedsRedoStep) || igxImage.CanRedo());
-  Commands()(Row.Name).Enabled(iControlsEnabled && hasStep && !Row.Has(kAwaitsDialog));
+  Commands()(Row.Name).Enabled(iControlsEnabled && hasStep);
 }
 
 /// Enables Undo and Redo if there is a step.

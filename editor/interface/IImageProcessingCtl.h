@@ -120,8 +120,7 @@ class IImageProcessingCtl : public Object, public ImageProcessingCtlEvents {
 
   // -- Commands and status --------------------------------------------------------------------------------
   /// Enables or disables the commands that need a picture. Undo and Redo are enabled only if there is a step,
-  /// commands that must wait for the end of an open paste or crop only after it, and commands without a
-  /// dialog never.
+  /// and commands that must wait for the end of an open paste or crop only after it.
   virtual void SetControls(const bool& Enabled) = 0;
   /// Shows a message in the status line. With `ChangeCursor` a text begins a busy phase and an empty one ends
   /// it.

@@ -33,8 +33,8 @@ enum class Action {
   kBackColor,           ///< color
   kResize,              ///< width, height, method
   kResizeCanvas,        ///< width, height, offset x, offset y, color
-  kResizeDialog,  ///< width, height, percent, entry of the list of methods
-  kCanvasDialog,  ///< width, height, placement, color
+  kResizeDialog,        ///< width, height, percent, entry of the list of methods
+  kCanvasDialog,        ///< width, height, placement, color
   kRotate,              ///< angle, color, on the selection
   kFlatten,             ///< color
   kShadow,              ///< offset x, offset y, color, opacity, blur, on the selection

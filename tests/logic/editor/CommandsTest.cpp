@@ -372,8 +372,6 @@ constexpr const char* kNeedAPicture[] = {"btnFileSave",
 constexpr const char* kAlwaysUsable[] = {
     "btnFileOpen",      "btnFileClose",    "btnFileSimpleSave", "btnViewMaterialsWindow", "btnViewZoomWindow",
     "btnViewStatusBar", "btnHelpContents", "btnHelpAbout",      "btnToolsOptions"};
-/// Disabled: the editor has no dialogs for these commands.
-const std::set<std::string> kAwaitingDialogs = {};
 const std::set<std::string> kNeedAStep = {"btnEditUndo", "btnEditRedo"};
 
 TEST_P(EditorCommands, SetControlsSwitchesOnlyThe34CommandsOfPictures) {
@@ -384,26 +382,10 @@ TEST_P(EditorCommands, SetControlsSwitchesOnlyThe34CommandsOfPictures) {
   for (const bool enabled : {true, false, true}) {
     editor().SetControls(enabled);
     for (const char* key : kNeedAPicture) {
-      EXPECT_EQ(command(key).Enabled(), enabled && !kAwaitingDialogs.count(key)) << key;
+      EXPECT_EQ(command(key).Enabled(), enabled) << key;
     }
     for (const char* key : kAlwaysUsable) EXPECT_TRUE(command(key).Enabled()) << key;
   }
-}
-
-TEST_P(EditorCommands, CommandsWithoutTheirDialogsAreAlwaysDisabled) {
-  const auto expectOff = [&](const char* when) {
-    for (const std::string& key : kAwaitingDialogs)
-      EXPECT_FALSE(command(key).Enabled()) << key << " " << when;
-  };
-  create();
-  expectOff("before the start");
-  endEditor();
-  startWithPicture();
-  expectOff("with a picture");
-  editor().SetControls(true);
-  expectOff("after SetControls(True)");
-  editor().SetControls(false);
-  expectOff("after SetControls(False)");
 }
 
 TEST_P(EditorCommands, SetControlsDisablesActualSizeAndTheZoomEnablesIt) {
@@ -466,7 +448,7 @@ TEST_P(EditorCommands, SetControlsRepaintsTheBarsOnce) {
   editor().SetControls(true);
   std::vector<std::string> expected;
   for (const char* key : kNeedAPicture) {
-    if (!kAwaitingDialogs.count(key) && !kNeedAStep.count(key)) expected.push_back(key);
+    if (!kNeedAStep.count(key)) expected.push_back(key);
   }
   EXPECT_EQ(notified, expected) << "in this order, each once";
 }

@@ -102,7 +102,8 @@ const std::map<std::string, std::string> kPageOfCommand = {
 
 /// Commands without a page: for hosts only, hidden, or disabled for lack of a dialog.
 const std::set<std::string> kWithoutPage = {
-    "btnFileSimpleSave", "btnFileBrowse", "btnZoomBestFit", "btnHelpAbout", "btnFileExport", "btnToolsOptions",
+    "btnFileSimpleSave", "btnFileBrowse", "btnZoomBestFit",
+    "btnHelpAbout",      "btnFileExport", "btnToolsOptions",
 };
 
 const docking::StoredLayout& layout() {
