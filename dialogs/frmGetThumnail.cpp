@@ -4,6 +4,7 @@
 #include "base/Numbers.h"
 #include "base/Required.h"
 #include "diagnostics/Trailer.h"
+#include "frmDropShadow.h"
 #include "settings/modProcessing.h"
 
 namespace kestrel {
@@ -222,6 +223,10 @@ void frmGetThumnail::chkAddDropShadow_Click() {
 
 void frmGetThumnail::cmdOptions_Click() {
   try {
+    frmDropShadow Dialog;
+    Dialog.AllowMaskSelection = false;
+    Dialog.Preview().OriginalPicture(Preview().OriginalPicture());
+    if (Dialog.ShowModal(&Form())) UpdatePreview();
   } catch (...) {
     QDK_TRAILER(cmdOptions_Click, QDK_PARAMETERS(), QDK_LOCALS());
   }

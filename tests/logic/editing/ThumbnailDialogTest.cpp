@@ -1,4 +1,5 @@
 #include "EditingTest.h"
+#include "ShadowDialog.h"
 #include "dialogs/frmGetThumnail.h"
 #include "imaging/contract/controls/CheckBox.h"
 #include "imaging/contract/controls/ColorPicker.h"
@@ -249,6 +250,47 @@ TEST_P(EditingThumbnailDialog, TheShadowSettingsNeedTheShadow) {
     EXPECT_TRUE(dialog.shadowOptions().Enabled()) << "the stored box is ticked during the load";
     dialog.cancel();
   });
+}
+
+TEST_P(EditingThumbnailDialog, TheShadowsOptionsAreSetInTheirOwnDialogAndShown) {
+  setShadow();
+  show([this](Dialog& dialog) {
+    dialog.shadow().Value(1);
+    const engine::Bitmap before = dialog.after();
+    user().uses("frmDropShadow", [this](Form& form) {
+      ShadowDialog shadow(form);
+      EXPECT_EQ(form.Caption(), "Drop Shadow") << "not the contoured one";
+      EXPECT_FALSE(shadow.mask().Visible());
+      shadow.useOriginal().Value(1);
+      EXPECT_TRUE(same(shadow.before(), gradient(200, 100))) << "the user's picture";
+      shadow.horizontal().Text("9");
+      shadow.ok();
+    });
+    dialog.shadowOptions().Press();
+    EXPECT_EQ(options().DropShadowHorizontalOffset(), 9) << "stored though this dialog may be canceled";
+    EXPECT_FALSE(same(dialog.after(), before));
+    EXPECT_TRUE(same(dialog.after(), thumbnail(tstPercentage, 30, 0x00FF00, true)));
+    dialog.cancel();
+  });
+  EXPECT_EQ(options().DropShadowHorizontalOffset(), 9);
+}
+
+TEST_P(EditingThumbnailDialog, TheShadowsOptionsThatAreCanceledChangeNothing) {
+  setShadow();
+  show([this](Dialog& dialog) {
+    dialog.shadow().Value(1);
+    platform().FormUtility().forgetPointers();
+    user().uses("frmDropShadow", [this](Form& form) {
+      ShadowDialog shadow(form);
+      shadow.horizontal().Text("9");
+      platform().FormUtility().forgetPointers();
+      shadow.cancel();
+    });
+    dialog.shadowOptions().Press();
+    EXPECT_THAT(platform().FormUtility().pointers(), IsEmpty()) << "no new preview";
+    dialog.cancel();
+  });
+  EXPECT_EQ(options().DropShadowHorizontalOffset(), 3);
 }
 
 TEST_P(EditingThumbnailDialog, TheBackgroundAppliesWithoutAShadowToo) {
