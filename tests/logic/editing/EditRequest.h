@@ -43,7 +43,8 @@ enum class Action {
   kMaskedShadowDialog,  ///< offset x, offset y, color, opacity, blur, mask color or -1 for automatic
   kFlattenDialog,       ///< color
   kBeginPasteSpecial,   ///< scroll position x, y, mask color
-  kThumbnail,           ///< percentage
+  kThumbnail,           ///< percentage, by the dialog
+  kExport,
   kZoomInAndReset,
 };
 

@@ -441,6 +441,7 @@ void EditingReplay::carryOut(const EditRequest& request) {
       });
       return;
     }
+    case Action::kExport:
     case Action::kZoomInAndReset:
       return;
   }

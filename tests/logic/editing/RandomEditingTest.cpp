@@ -11,6 +11,7 @@
 #include "imaging/contract/controls/ColorPicker.h"
 #include "imaging/contract/controls/ComboBox.h"
 #include "imaging/contract/controls/CommandButton.h"
+#include "imaging/contract/controls/FormHeader.h"
 #include "imaging/contract/controls/OptionButton.h"
 #include "imaging/contract/controls/TextBox.h"
 #include "imaging/modImgX.h"
@@ -100,6 +101,8 @@ class RandomEditing : public EditingTest {
   void planDialog(const EditRequest& request);
   void perform(const EditRequest& request);
   void zoomInAndReset();
+  void exportAndCompare();
+  void makeThumbnailByDialog(std::int32_t percentage);
   void drag(Point from, Point to);
   /// The view has asked to be painted wherever its display has changed.
   void expectScreenUpToDate(const char* when);
@@ -236,11 +239,12 @@ EditRequest RandomEditing::anything() {
     case 34:
       return {Action::kUndoLevels, {once(10) ? 0 : between(1, 8)}};
     case 35:
+      if (once(4)) return {Action::kExport, {}};
       return {Action::kForeColor, {color()}};
     case 36:
       return {Action::kBackColor, {once(3) ? -1 : color()}};
     case 37:
-      if (once(2)) return {Action::kThumbnail, {between(10, 100)}};
+      if (once(2)) return {Action::kThumbnail, {between(10, 100), !hasSelection() && once(2) ? 1 : 0}};
       if (once(3)) return {Action::kResizeDialog, {between(60, 140), between(60, 140), 1, upTo(4)}};
       if (once(3)) return {Action::kResizeDialog, {between(20, 60), between(20, 60), 0, upTo(4)}};
       if (once(2)) return {Action::kCanvasDialog, {between(20, 90), between(20, 90), upTo(8), color()}};
@@ -313,6 +317,8 @@ const char* commandOf(const EditRequest& request) {
       return "btnImageShapedDropShadow";
     case Action::kFlattenDialog:
       return "btnToolsFlattenAlpha";
+    case Action::kExport:
+      return "btnFileExport";
     case Action::kSelectAll:
       return "btnSelectionAll";
     case Action::kSelectNone:
@@ -376,6 +382,7 @@ void RandomEditing::perform(const EditRequest& request) {
   const auto& with = request.arguments;
   planDialog(request);
   planColorDialog(user(), request);
+  if (request.action == Action::kExport) return exportAndCompare();
   if (const char* const key = commandOf(request)) return EditorTest::click(key);
   switch (request.action) {
     case Action::kDrag:
@@ -409,6 +416,7 @@ void RandomEditing::perform(const EditRequest& request) {
       return editor().ApplyMaskedDropShadow(with[0], with[1], with[2], with[3], with[4], 0xFFFFFF,
                                             with[5] != 0);
     case Action::kThumbnail:
+      if (with[1] != 0) return makeThumbnailByDialog(with[0]);
       EXPECT_NE(editor().GetThumbnail(with[0], 0xFFFFFF), nullptr);
       return;
     case Action::kZoomInAndReset:
@@ -416,6 +424,30 @@ void RandomEditing::perform(const EditRequest& request) {
     default:
       return;
   }
+}
+
+/// Exports as PNG data, which the entry JPG writes, and expects the picture in the file.
+void RandomEditing::exportAndCompare() {
+  const std::string file = path("exported.png");
+  user().uses("frmExport", [&file](Form& form) {
+    Bind<TextBox>(form, "txtField").Text(file);
+    Bind<ComboBox>(form, "cboFormat").ListIndex(1);
+    Bind<CommandButton>(form, "cmdAction", 0).Press();
+    Bind<CommandButton>(form, "cmdAction", 1).Press();
+  });
+  EditorTest::click("btnFileExport");
+  const auto written = platform().CreateImgX();
+  written->Document().FromFile(file);
+  EXPECT_TRUE(same(engine::bitmapOf(*written->Image()), shown()));
+}
+
+void RandomEditing::makeThumbnailByDialog(std::int32_t percentage) {
+  user().uses("frmGetThumnail", [percentage](Form& form) {
+    Bind<CheckBox>(form, "chkAddDropShadow").Value(0);
+    Bind<TextBox>(form, "txtField", 0).Text(ToText(percentage));
+    Bind<FormHeader>(form, "FormHeader").PressOK();
+  });
+  EXPECT_NE(editor().ShowGetThumnailDialog(), nullptr);
 }
 
 void RandomEditing::drag(Point from, Point to) {
