@@ -57,6 +57,8 @@ const std::map<std::string, std::string> kPageOfCommand = {
     {"btnFileSave", "save"},
     {"btnFileSaveAs", "save-as"},
     {"btnFileClose", "close"},
+    {"btnFileExport", "export"},
+    {"btnToolsOptions", "options"},
     {"mnuFileMRU", "recent-files"},
     {"btnEditUndo", "undo"},
     {"btnEditRedo", "redo"},
@@ -100,10 +102,12 @@ const std::map<std::string, std::string> kPageOfCommand = {
     {"btnImageResizeCanvas", "canvas-size"},
 };
 
-/// Commands without a page: for hosts only, hidden, or disabled for lack of a dialog.
+/// Commands without a page: for hosts only, or hidden.
 const std::set<std::string> kWithoutPage = {
-    "btnFileSimpleSave", "btnFileBrowse", "btnZoomBestFit",
-    "btnHelpAbout",      "btnFileExport", "btnToolsOptions",
+    "btnFileSimpleSave",
+    "btnFileBrowse",
+    "btnZoomBestFit",
+    "btnHelpAbout",
 };
 
 const docking::StoredLayout& layout() {
