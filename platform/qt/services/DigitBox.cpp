@@ -1,6 +1,7 @@
 #include "DigitBox.h"
 
 #include <QKeyEvent>
+#include <QVariant>
 #include <QWheelEvent>
 #include <algorithm>
 #include <limits>
@@ -13,6 +14,7 @@ namespace kestrel::qt {
 namespace {
 
 constexpr int kPage = 10;
+constexpr char kMaximum[] = "maximum";
 
 /// The step of a key; 0 for keys that do not step.
 int stepOf(int key) {
@@ -89,11 +91,16 @@ bool DigitBox::onWheel(const QWheelEvent& wheel) {
   return true;
 }
 
+qint64 DigitBox::highest() const {
+  const QVariant maximum = edit_.property(kMaximum);
+  return maximum.isValid() ? maximum.toInt() : std::numeric_limits<qint32>::max();
+}
+
 void DigitBox::step(int by) {
   if (edit_.isReadOnly()) return;
   const qint64 now = numberIn(edit_.text());
   const qint64 low = now < 0 ? std::numeric_limits<qint32>::min() : 0;
-  const qint64 next = std::clamp<qint64>(now + by, low, std::numeric_limits<qint32>::max());
+  const qint64 next = std::clamp(now + by, low, highest());
   const QString text = QString::number(next);
   edit_.selectAll();
   if (text == edit_.text()) return;

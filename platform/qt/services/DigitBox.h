@@ -6,7 +6,8 @@ namespace kestrel::qt {
 
 /// Makes an edit a box for a whole number. Typed characters other than digits are blocked; pasted and set
 /// text is not checked. Up and Down, and the wheel while the edit has the focus, step the number by 1, Page
-/// Up and Page Down by 10. A step does not lead below 0, unless the number is negative already.
+/// Up and Page Down by 10. A step does not lead below 0, unless the number is negative already, nor above the
+/// edit's dynamic property `maximum`, if it has one. Typed numbers have no maximum.
 ///
 /// The edit owns it. A second one for the same edit has no effect.
 class DigitBox final : public QObject {
@@ -21,6 +22,8 @@ class DigitBox final : public QObject {
   bool onKey(const QKeyEvent& key);
   bool onWheel(const QWheelEvent& wheel);
   void step(int by);
+  /// The highest number that a step leads to.
+  qint64 highest() const;
 
   QLineEdit& edit_;
   int wheel_ = 0;  ///< turned, in eighths of a degree, less the steps done
