@@ -34,7 +34,10 @@ void Select(ComboBox& list, std::int32_t stored, std::int32_t otherwise) {
 frmResize::frmResize(IImageProcessingCtl& source)
     : SizeDialog("frmResize", source),
       cboScale(Bind<ComboBox>(Form(), "cboScale")),
-      cboResample(Bind<ComboBox>(Form(), "cboResample")) {}
+      cboResample(Bind<ComboBox>(Form(), "cboResample")),
+      lblUnit{&Bind<Label>(Form(), "lblUnit", 0), &Bind<Label>(Form(), "lblUnit", 1)} {
+  Keep(cboScale.Click.Connect([this] { cboScale_Click(); }));
+}
 
 void frmResize::Form_Load() {
   try {
@@ -56,6 +59,18 @@ void frmResize::Form_Load() {
 }
 
 bool frmResize::IsPercent() const { return cboScale.ListIndex() == kScalePercent; }
+
+void frmResize::ShowUnit() {
+  for (Label* const label : lblUnit) label->Caption(IsPercent() ? "percent" : "pixels");
+}
+
+void frmResize::cboScale_Click() {
+  try {
+    ShowUnit();
+  } catch (...) {
+    QDK_TRAILER(cboScale_Click, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
 
 void frmResize::txtField_Change(std::int32_t Index) {
   try {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 
@@ -20,13 +21,17 @@ class frmResize final : public SizeDialog {
   void Form_Load() override;
   void txtField_Change(std::int32_t Index) override;
   void cmdAction_Click(std::int32_t Index) override;
+  void cboScale_Click();
   bool IsPercent() const;
+  /// Shows the unit of the new size next to its boxes.
+  void ShowUnit();
   void StoreOptions();
 
   std::string qdkDumpModuleVariables() const override;
 
   ComboBox& cboScale;
   ComboBox& cboResample;
+  std::array<Label*, 2> lblUnit;
 };
 
 }  // namespace kestrel

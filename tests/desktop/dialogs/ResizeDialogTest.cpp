@@ -152,15 +152,15 @@ TEST_F(ResizeDialog, RewritingTheBoxKeepsTheCursorWhereTheUserTypes) {
 TEST_F(ResizeDialog, ShowsTheUnitNextToEachNumber) {
   use([](DialogUser& user) {
     EXPECT_EQ(user.label("lblData_0"), "60 Pixels");
-    EXPECT_EQ(user.label("lblUnit_0"), "Pixels");
-    EXPECT_EQ(user.label("lblUnit_1"), "Pixels");
+    EXPECT_EQ(user.label("lblUnit_0"), "pixels");
+    EXPECT_EQ(user.label("lblUnit_1"), "pixels");
     user.press(Qt::Key_S, Qt::AltModifier);
     user.press(Qt::Key_Down);
-    EXPECT_EQ(user.label("lblUnit_0"), "Percent");
-    EXPECT_EQ(user.label("lblUnit_1"), "Percent");
+    EXPECT_EQ(user.label("lblUnit_0"), "percent");
+    EXPECT_EQ(user.label("lblUnit_1"), "percent");
   });
   options().ResizeScale(1);
-  use([](DialogUser& user) { EXPECT_EQ(user.label("lblUnit_0"), "Percent"); });
+  use([](DialogUser& user) { EXPECT_EQ(user.label("lblUnit_0"), "percent"); });
 }
 
 TEST_F(ResizeDialog, RefusesASizeBelowOneInABoxAndStays) {
