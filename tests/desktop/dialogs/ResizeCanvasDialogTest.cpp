@@ -3,13 +3,14 @@
 #include <QImage>
 #include <QLineEdit>
 #include <QTest>
-#include <set>
 
 #include "../EditorBench.h"
 #include "../Themes.h"
 #include "DialogLooks.h"
 #include "DialogUser.h"
+#include "dialogs/frmResizeCanvas.h"
 #include "imaging/contract/Image.h"
+#include "imaging/contract/controls/CommandButton.h"
 #include "platform/qt/controls/PlacementButton.h"
 #include "settings/modProcessing.h"
 
@@ -157,13 +158,29 @@ TEST_F(ResizeCanvasDialog, HasASensibleTabOrderAndAccessKeys) {
     EXPECT_EQ(user.tabOrder(),
               QStringList({"txtField_0", "txtField_1", "chkAspect", "cpkColor", "btnPlacement_4",
                            "txtField_2", "txtField_3", "cmdAction_0", "cmdAction_1"}));
-    expectAccessKeys(user.window(), QStringLiteral("A"));
-    // The check box and the color have the same key, which moves the focus between them.
+    expectAccessKeys(user.window());
+    // The check box and the color have the same stored key. The first of them keeps it.
     user.press(Qt::Key_A, Qt::AltModifier);
-    const std::string first = user.focus();
-    user.press(Qt::Key_A, Qt::AltModifier);
-    EXPECT_EQ(std::set<std::string>({first, user.focus()}), std::set<std::string>({"chkAspect", "cpkColor"}));
-    EXPECT_FALSE(user.part<QAbstractButton>("chkAspect").isChecked());
+    EXPECT_EQ(user.focus(), "chkAspect");
+    auto& lock = user.part<QAbstractButton>("chkAspect");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return lock.isChecked(); })) << "the press is animated";
+    user.press(Qt::Key_B, Qt::AltModifier);
+    EXPECT_EQ(user.focus(), "cpkColor");
+  });
+}
+
+TEST_F(ResizeCanvasDialog, TheCenterIsStoredPressed) {
+  frmResizeCanvas dialog(bench.editor());
+  for (std::int32_t i = 0; i < 9; ++i) {
+    EXPECT_EQ(Bind<CommandButton>(dialog.Form(), "btnPlacement", i).Pressed(), i == 4) << i;
+  }
+}
+
+TEST_F(ResizeCanvasDialog, ShowsTheUnitNextToEachNumber) {
+  use([](DialogUser& user) {
+    for (const char* const name : {"lblUnit_0", "lblUnit_1", "lblUnit_2", "lblUnit_3"}) {
+      EXPECT_EQ(user.label(name), "pixels") << name;
+    }
   });
 }
 
