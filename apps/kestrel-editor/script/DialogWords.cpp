@@ -115,6 +115,7 @@ void DialogWords::carryOut(const Deed& deed, Form& dialog, const Surroundings& s
   const std::size_t dot = deed.verb == Verb::kPress ? deed.name.find('.') : std::string::npos;
   Control* const control = dialog.Find(deed.name.substr(0, dot), deed.index);
   if (!control) refuse("The dialog \"" + dialog.Caption() + "\" has no control " + deed.word + ".");
+  if (!control->Visible()) refuse("The control " + deed.word + " is hidden.");
   if (!control->Enabled()) refuse("The control " + deed.word + " is disabled.");
   if (deed.verb == Verb::kSet) return set(*control, deed.value, deed.word);
   if (auto* const header = dynamic_cast<FormHeader*>(control); header && dot != std::string::npos) {

@@ -31,9 +31,9 @@ class DialogWords {
   /// Raises RuntimeError 5 for a word that is none of these.
   explicit DialogWords(const Words& words);
 
-  /// Carries out the words in an open dialog. Raises RuntimeError 5 for a control that is missing, disabled
-  /// or of another class, for a value that does not fit, for words after the dialog was closed, and if the
-  /// dialog is still open after the last one.
+  /// Carries out the words in an open dialog. Raises RuntimeError 5 for a control that is missing, hidden,
+  /// disabled or of another class, for a value that does not fit, for words after the dialog was closed, and
+  /// if the dialog is still open after the last one.
   void play(Form& dialog, const Surroundings& surroundings) const;
 
  private:

@@ -180,6 +180,15 @@ TEST_F(DialogLine, RefusesAControlThatIsMissingDisabledOrOfAnotherClass) {
   EXPECT_EQ(refusalOf("press chkAspect"), "The control chkAspect is not a button.");
 }
 
+TEST_F(DialogLine, RefusesAHiddenControl) {
+  control<TextBox>("txtField", 1).Visible(false);
+  control<CommandButton>("cmdAction", 0).Visible(false);
+  EXPECT_EQ(refusalOf("txtField(1)=1"), "The control txtField(1) is hidden.");
+  EXPECT_EQ(control<TextBox>("txtField", 1).Text(), "");
+  EXPECT_EQ(refusalOf("press cmdAction(0)"), "The control cmdAction(0) is hidden.");
+  EXPECT_TRUE(form_->Visible());
+}
+
 TEST_F(DialogLine, RefusesAValueThatDoesNotFit) {
   for (const char* const word :
        {"chkAspect=2", "chkAspect=-1", "cboScale=3", "cboScale=-1", "sldBlur=21", "sldBlur=-1", "tabPages=0",
