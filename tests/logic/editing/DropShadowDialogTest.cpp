@@ -1,5 +1,6 @@
 #include "EditingTest.h"
 #include "ShadowDialog.h"
+#include "SkinOrder.h"
 #include "dialogs/frmDropShadow.h"
 #include "engine/effects/DropShadow.h"
 #include "engine/effects/ReplaceColor.h"
@@ -117,6 +118,11 @@ TEST_P(EditingShadowDialog, LoadsWithoutAnIconWithDigitBoxesAndTheSkinLast) {
   });
 }
 
+TEST_P(EditingShadowDialog, WritesItsBoxesBeforeItAppliesTheSkin) {
+  frmDropShadow dialog;
+  expectWrittenBeforeSkin(platform(), dialog, 4);
+}
+
 TEST_P(EditingShadowDialog, InPlainModeHidesTheMaskAndLoadsItsValuesAllTheSame) {
   options().DropShadowAutomaticMask(false);
   showPlain([](ShadowDialog& dialog) {
@@ -168,6 +174,7 @@ TEST_P(EditingShadowDialog, SelectsTheWholeTextOfEachBoxOnFocus) {
 // -- Preview ----------------------------------------------------------------------------------------------
 
 TEST_P(EditingShadowDialog, ComputesTheFirstPreviewOnceTheWindowIsShown) {
+  platform().Screen().MousePointer(kBusyHourglass);
   showPlain([this](ShadowDialog& dialog) {
     EXPECT_TRUE(same(dialog.after(), shadowed(dialog.before(), 3, 2, 32, 200, 0x00204060)));
     EXPECT_EQ(platform().Screen().MousePointer(), kBusyDefault);

@@ -113,6 +113,7 @@ TEST_P(EditingExportDialog, HasTheCaptionsAndNumbersOfItsControls) {
 }
 
 TEST_P(EditingExportDialog, OpensEmptyOnBitmapWithoutAnIconAndAppliesTheSkinLast) {
+  platform().Screen().MousePointer(kBusyHourglass);
   show([this](Dialog& dialog) {
     EXPECT_EQ(dialog.name().Text(), "");
     EXPECT_EQ(dialog.format().ListIndex(), 0);

@@ -107,6 +107,7 @@ TEST_P(EditingOptionsDialog, TheGridSizesHaveTheirNumbers) {
 }
 
 TEST_P(EditingOptionsDialog, LoadsWithoutAnIconAndAppliesTheSkinLast) {
+  platform().Screen().MousePointer(kBusyHourglass);
   show([this](Dialog& dialog) {
     EXPECT_FALSE(dynamic_cast<headless::Form&>(dialog.form()).hasIcon());
     EXPECT_EQ(platform().WindowFunctions().styles(dialog.size(0).hWnd()), 8192);

@@ -69,6 +69,7 @@ TEST_P(EditingPasteSpecial, HasTheCaptionsOfItsControlsAndNoBoxForTheOriginal) {
 }
 
 TEST_P(EditingPasteSpecial, ShowsTheClipboardsPictureWithAndWithoutTheMask) {
+  platform().Screen().MousePointer(kBusyHourglass);
   pasteSpecial([this](ColorDialog& dialog) {
     EXPECT_EQ(dialog.color().Value(), 0x00FF00FF);
     EXPECT_TRUE(same(dialog.before(), copied()));

@@ -1,4 +1,5 @@
 #include "SizeDialogTest.h"
+#include "SkinOrder.h"
 #include "dialogs/frmResizeCanvas.h"
 #include "engine/effects/Canvas.h"
 #include "imaging/contract/controls/ColorPicker.h"
@@ -108,14 +109,21 @@ TEST_P(EditingResizeCanvasDialog, HasTheCaptionsOfItsControls) {
 }
 
 TEST_P(EditingResizeCanvasDialog, LoadsWithoutAnIconMakesDigitBoxesAndAppliesTheSkinLast) {
+  platform().Screen().MousePointer(kBusyHourglass);
   show([this](Dialog& dialog) {
     EXPECT_FALSE(dynamic_cast<headless::Form&>(dialog.form()).hasIcon());
     for (std::int32_t i = 0; i < 4; ++i) {
       EXPECT_EQ(platform().WindowFunctions().styles(dialog.field(i).hWnd()), 8192);
     }
     EXPECT_EQ(platform().FormSkin().applied().back().name, "frmResizeCanvas");
+    EXPECT_EQ(platform().Screen().MousePointer(), kBusyDefault);
     dialog.cancel();
   });
+}
+
+TEST_P(EditingResizeCanvasDialog, WritesItsBoxesBeforeItAppliesTheSkin) {
+  frmResizeCanvas dialog(editor());
+  expectWrittenBeforeSkin(platform(), dialog, 4);
 }
 
 TEST_P(EditingResizeCanvasDialog, TheCenterIsStoredPressed) {

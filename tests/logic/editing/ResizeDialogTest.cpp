@@ -1,4 +1,5 @@
 #include "SizeDialogTest.h"
+#include "SkinOrder.h"
 #include "dialogs/frmResize.h"
 #include "engine/effects/resample/Resize.h"
 #include "engine/pixels/Memory.h"
@@ -21,6 +22,9 @@ class Dialog : public SizeControls {
 
   ComboBox& scale() { return Bind<ComboBox>(form(), "cboScale"); }
   ComboBox& method() { return Bind<ComboBox>(form(), "cboResample"); }
+  std::string units() {
+    return Bind<Label>(form(), "lblUnit", 0).Caption() + " " + Bind<Label>(form(), "lblUnit", 1).Caption();
+  }
   /// Writes both boxes with the aspect ratio unlocked.
   void enter(const char* newWidth, const char* newHeight) {
     aspect().Value(0);
@@ -105,6 +109,7 @@ TEST_P(EditingResizeDialog, HasTheCaptionsAndStoredValuesOfItsControls) {
 }
 
 TEST_P(EditingResizeDialog, LoadsWithoutAnIconMakesDigitBoxesAndAppliesTheSkinLast) {
+  platform().Screen().MousePointer(kBusyHourglass);
   show([this](Dialog& dialog) {
     EXPECT_FALSE(dynamic_cast<headless::Form&>(dialog.form()).hasIcon());
     for (std::int32_t i = 0; i < 2; ++i) {
@@ -112,6 +117,21 @@ TEST_P(EditingResizeDialog, LoadsWithoutAnIconMakesDigitBoxesAndAppliesTheSkinLa
     }
     EXPECT_EQ(platform().FormSkin().applied().back().name, "frmResize");
     EXPECT_EQ(platform().Screen().MousePointer(), kBusyDefault);
+    dialog.cancel();
+  });
+}
+
+TEST_P(EditingResizeDialog, WritesItsBoxesBeforeItAppliesTheSkin) {
+  frmResize dialog(editor());
+  expectWrittenBeforeSkin(platform(), dialog, 2);
+}
+
+TEST_P(EditingResizeDialog, ShowsTheUnitOfTheScale) {
+  set(kWidth, kHeight, kPercent, 2, true);
+  show([](Dialog& dialog) {
+    EXPECT_EQ(dialog.units(), "percent percent");
+    dialog.scale().ListIndex(kPixels);
+    EXPECT_EQ(dialog.units(), "pixels pixels");
     dialog.cancel();
   });
 }
@@ -463,6 +483,26 @@ TEST_P(EditingResizeDialog, ReopensWithTheEnteredPercentage) {
     EXPECT_EQ(dialog.aspect().Value(), 1);
     dialog.cancel();
   });
+}
+
+TEST_P(EditingResizeDialog, WithoutAPictureReportsThatAndChangesNothing) {
+  set(kWidth, kHeight, kPixels, 2, false);
+  editor().Picture(nullptr);
+  user().answers(kAnswerOK);
+  user().uses("frmResize", [this](Form& form) {
+    Dialog dialog(form);
+    EXPECT_EQ(dialog.size(), "40x30");
+    EXPECT_EQ(dialog.data(0), "") << "there is no original size";
+    user().answers(kAnswerOK);
+    dialog.ok();
+    EXPECT_TRUE(form.Visible());
+    dialog.cancel();
+  });
+  EXPECT_FALSE(editor().ShowResizeDialog());
+  ASSERT_EQ(user().boxes().size(), 2u);
+  EXPECT_THAT(user().boxes()[0].text, HasSubstr("Module: frmResize\r\nProcedure: Form_Load\r\n"));
+  EXPECT_THAT(user().boxes()[1].text, HasSubstr("Module: frmResize\r\nProcedure: cmdAction_Click\r\n"));
+  expectOptions(kWidth, kHeight, kPixels, 2, false);
 }
 
 KESTREL_WITH_BOTH_PATHS(EditingResizeDialog);

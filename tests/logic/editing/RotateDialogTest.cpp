@@ -399,6 +399,7 @@ TEST_P(EditingRotateDialog, ReportsNothingWhenItIsCanceledOrClosed) {
 // -- Preview ----------------------------------------------------------------------------------------------
 
 TEST_P(EditingRotateDialog, ComputesTheFirstPreviewOnceTheWindowIsShown) {
+  platform().Screen().MousePointer(kBusyHourglass);
   set(90, ipDirectionRight);
   show([this](Dialog& dialog) {
     EXPECT_TRUE(same(dialog.after(), rotated(dialog.before(), 90)));

@@ -147,6 +147,7 @@ TEST_P(EditingThumbnailDialog, OpensOnAWidthOfTheOptionsForAnyOtherType) {
 }
 
 TEST_P(EditingThumbnailDialog, OpensOnTheUsersPictureWithTheFocusOnTheSize) {
+  platform().Screen().MousePointer(kBusyHourglass);
   show([this](Dialog& dialog) {
     EXPECT_EQ(dialog.useOriginal().Value(), 1);
     EXPECT_TRUE(same(dialog.before(), gradient(200, 100)));

@@ -104,7 +104,8 @@ TEST_F(CountedObjects, AreWindowsFromLoadToUnload) {
 TEST_F(CountedObjects, AreAllWindowsThatCanBeMade) {
   EXPECT_THROW(CountedForm("frmControls"), RuntimeError) << "of a name that is not in the table";
   for (const char* name : {"frmMaterials", "frmZoom", "frmRotate", "frmDropShadow", "frmFlattenAlpha",
-                           "frmPasteSpecial", "frmResources", "frmImageEditor"}) {
+                           "frmPasteSpecial", "frmResize", "frmResizeCanvas", "frmOptions", "frmExport",
+                           "frmGetThumnail", "frmResources", "frmImageEditor"}) {
     const CountedForm form(name);
     form->Load();
     expectAlive(modTollgarthSupport::CountedWindow(name));
