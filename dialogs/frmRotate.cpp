@@ -4,7 +4,6 @@
 #include "base/Numbers.h"
 #include "base/Required.h"
 #include "diagnostics/Trailer.h"
-#include "settings/StoreTogether.h"
 #include "settings/modProcessing.h"
 
 namespace kestrel {
@@ -121,13 +120,11 @@ void frmRotate::cmdAction_Click(std::int32_t Index) {
     if (Angle == 0) return Exclaim("Please enter or select an angle");
     const auto shared = modProcessing::GetOptions();
     Options& Options = Required(shared);
-    const bool left = optDirection[kLeft]->Value();
     // Stored as entered, so that the dialog reopens with the same values.
-    StoreTogether([&] {
-      Options.RotateAngle(Angle);
-      Options.RotateDirection(left ? ipDirectionLeft : ipDirectionRight);
-    });
+    Options.RotateAngle(Angle);
+    const bool left = optDirection[kLeft]->Value();
     Angle = Clockwise(Angle, left);
+    Options.RotateDirection(left ? ipDirectionLeft : ipDirectionRight);
     ResultData = ToText(Angle);
     Success = true;
     Unload();

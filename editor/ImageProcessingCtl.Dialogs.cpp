@@ -101,7 +101,8 @@ std::int32_t ImageProcessingCtl::ShowRotateDialog() {
 PicturePtr ImageProcessingCtl::ShowGetThumnailDialog() {
   frmGetThumnail dialog;
   dialog.Preview().OriginalPicture(&igxImage);
-  if (!zShowDialog(dialog)) return nullptr;
+  // An OK whose settings could not be stored leaves the dialog open, accepted but without a result.
+  if (!zShowDialog(dialog) || dialog.ResultData.empty()) return nullptr;
   const std::vector<std::string> fields = Split(dialog.ResultData, '|');
   const bool addDropShadow = Val(fields.at(0)) != 0;
   auto sizeType = static_cast<ThumbnailSizeTypeEnum>(ToInt32(Val(fields.at(1))));

@@ -51,6 +51,8 @@ void SqliteStore::AbandonWrite(const RuntimeError& Cause) {
   if (!std::exchange(writesFail_, true)) throw Cause;
 }
 
+void SqliteStore::beginWrites() { batch_.emplace(); }
+
 void SqliteStore::endWrites(bool store) {
   const Batch batch = std::move(*batch_);
   batch_.reset();

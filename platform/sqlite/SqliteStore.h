@@ -30,7 +30,7 @@ class SqliteStore : public store::SectionedStore {
   void AbandonWrite(const RuntimeError& Cause) override;
 
  protected:
-  void beginWrites() override { batch_.emplace(); }
+  void beginWrites() override;
   void endWrites(bool store) override;
 
  private:

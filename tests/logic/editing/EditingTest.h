@@ -63,7 +63,8 @@ class EditingTest : public EditorTest {
     platform().Clipboard().offer(engine::Bitmap::filled(width, height, color));
   }
 
-  engine::Bitmap shown() { return engine::bitmapOf(*view().Image()); }
+  /// The pixels by reference, past the object that records calls.
+  engine::Bitmap shown() { return engine::bitmapOf(*view().RecordingView::Image()); }
   engine::Pixel at(std::int32_t x, std::int32_t y) { return shown().at(x, y); }
 
   /// The view position that the editor maps to that pixel.

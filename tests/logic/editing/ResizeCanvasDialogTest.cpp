@@ -352,16 +352,16 @@ TEST_P(EditingResizeCanvasDialog, RoundsTheSizeTiesToEven) {
 }
 
 TEST_P(EditingResizeCanvasDialog, RefusesASizeBelowOne) {
-  for (const auto& [width, height] : {std::pair{"0", "30"},
-                                      {"40", "0"},
-                                      {"", "30"},
-                                      {"abc", "30"},
-                                      {"-5", "30"},
-                                      {"40", "-5"},
-                                      {"0.9", "30"}}) {
-    EXPECT_EQ(refusalOf([&](Dialog& dialog) { dialog.enter(width, height); }),
+  for (const auto& size : {std::pair{"0", "30"},
+                           {"40", "0"},
+                           {"", "30"},
+                           {"abc", "30"},
+                           {"-5", "30"},
+                           {"40", "-5"},
+                           {"0.9", "30"}}) {
+    EXPECT_EQ(refusalOf([&](Dialog& dialog) { dialog.enter(size.first, size.second); }),
               "Sorry, the minimum value for width and height is 1.")
-        << width << "x" << height;
+        << size.first << "x" << size.second;
   }
   EXPECT_TRUE(same(shown(), gradient(kWidth, kHeight)));
   expectOptions(kWidth, kHeight, 4, 0x00FF00, false);
