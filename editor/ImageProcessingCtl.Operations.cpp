@@ -111,8 +111,7 @@ void ImageProcessingCtl::ApplyMaskedDropShadow(std::int32_t OffsetX, std::int32_
   // Validate opacity and mask before anything is changed.
   const Colour shadowColor = zShadowColor(igxImage.Colors(), shadow);
   if (AutomaticMask) {
-    // The pixel that the dialog's preview reads as the first of its section.
-    const Point corner = onSection ? modImgX::SectionCorner(igxImage) : Point{0, 0};
+    const Point corner = onSection ? Point{igxImage.SelectionLeft(), igxImage.SelectionTop()} : Point{0, 0};
     MaskColor = Required(igxImage.Image()).GetPixel(corner.X, corner.Y).Value();
   }
 

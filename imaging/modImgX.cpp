@@ -143,14 +143,10 @@ void CreateSection(ImageView& Source, ImgX& Dest) {
   Dest.Effects().Crop(left, top, width, height, "");
 }
 
-Point SectionCorner(const ImageView& Source) {
-  return {SectionStart(Source.SelectionLeft(), Source.SelectionWidth()),
-          SectionStart(Source.SelectionTop(), Source.SelectionHeight())};
-}
-
 void ApplySection(ImgX& Source, ImageView& Dest, const std::string& UndoName) {
-  const Point corner = SectionCorner(Dest);
-  Dest.Draw().ImageWithAlpha(Required(Source.Image()), corner.X, corner.Y, UndoName);
+  const std::int32_t left = SectionStart(Dest.SelectionLeft(), Dest.SelectionWidth());
+  const std::int32_t top = SectionStart(Dest.SelectionTop(), Dest.SelectionHeight());
+  Dest.Draw().ImageWithAlpha(Required(Source.Image()), left, top, UndoName);
   Dest.SelectionVisible(false);
 }
 

@@ -47,10 +47,6 @@ bool InImageSelection(ImageView& Control, std::int32_t X, std::int32_t Y, bool P
 /// Copies the selected pixels into `Dest`. The source is unchanged.
 void CreateSection(ImageView& Source, ImgX& Dest);
 
-/// The top left corner, in pixels of the picture, of the section that `CreateSection` copies: a selection
-/// drawn backwards extends back from its position, and the part over the picture's edge is cut off.
-Point SectionCorner(const ImageView& Source);
-
 /// Composites a section at the top left corner of the pixels that `CreateSection` copied, and clears the
 /// selection. A section of another size keeps that corner. The undo step has the given name; "No Undo" makes
 /// the drawing part of the undo point before it.

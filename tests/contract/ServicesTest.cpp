@@ -250,7 +250,7 @@ TEST_P(Services, WindowPositionsAreStableOverTenRestores) {
   WindowPositions& positions = platform().WindowPositions();
   positions.RegistryKey("Software\\Test\\WindowPositions");
   std::unique_ptr<Form> form = user().controls();
-  form->Move(60, 20, kWidth, kHeight);
+  form->Move(60, 32, kWidth, kHeight);
   for (int round = 0; round < 10; ++round) {
     form->Show();
     user().settle();
@@ -261,7 +261,7 @@ TEST_P(Services, WindowPositionsAreStableOverTenRestores) {
     form->Show();
     user().settle();
     EXPECT_EQ(form->Left(), 60) << round;
-    EXPECT_EQ(form->Top(), 20) << round;
+    EXPECT_EQ(form->Top(), 32) << round;
     EXPECT_EQ(form->Width(), kWidth) << round;
     EXPECT_EQ(form->Height(), kHeight) << round;
     if (HasFailure()) return;
@@ -269,14 +269,14 @@ TEST_P(Services, WindowPositionsAreStableOverTenRestores) {
 }
 
 TEST_P(Services, WindowPositionsOfAMaximisedWindowAreWhereItIsRestoredTo) {
-  constexpr Rectangle kPlace{60, 20, 620, 745};
+  constexpr Rectangle kPlace{60, 32, 620, 745};
   const auto placeOf = [](const Form& form) {
     return Rectangle{form.Left(), form.Top(), form.Width(), form.Height()};
   };
   WindowPositions& positions = platform().WindowPositions();
   positions.RegistryKey("Software\\Test\\WindowPositions");
   std::unique_ptr<Form> form = user().controls();
-  form->Move(20, 10, 640, 755);
+  form->Move(20, 31, 640, 755);
   form->Show();
   user().settle();
   // It was moved last, then maximised: it has never been stored where it was moved to.

@@ -171,7 +171,7 @@ TEST_F(FileDialogDesktop, SaysThatAFileHasNoPreview) {
     EXPECT_TRUE(eventually([&] { return !preview.accessibleDescription().isEmpty(); }));
     EXPECT_TRUE(preview.picture().isNull());
     EXPECT_EQ(preview.accessibleDescription(), "There is no preview of this file.");
-    type(dialog, QStringLiteral("nothing"));
+    list(dialog).clearSelection();
     EXPECT_TRUE(eventually([&] { return preview.accessibleDescription().isEmpty(); }));
   });
 }

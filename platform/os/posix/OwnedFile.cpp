@@ -57,6 +57,8 @@ bool writePortions(int descriptor, std::span<const std::vector<std::uint8_t>> bl
 }  // namespace
 
 struct OwnedFile::Handle {
+  explicit Handle(Descriptor open) : descriptor(std::move(open)) {}
+
   Descriptor descriptor;
 };
 

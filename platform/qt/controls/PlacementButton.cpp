@@ -92,7 +92,8 @@ void PlacementButton::paintEvent(QPaintEvent* /*event*/) {
   painter.setRenderHint(QPainter::Antialiasing);
   painter.translate(face.center());
   painter.scale(face.width(), face.height());
-  const QPointF direction(place() % kSide - 1, place() / kSide - 1);
+  const int column = place() % kSide, row = place() / kSide;
+  const QPointF direction(column - 1, row - 1);
   if (!direction.isNull()) painter.rotate(-QLineF(QPointF(), direction).angle());
   painter.fillPath(direction.isNull() ? dot() : arrow(),
                    palette().color(group, isChecked() ? QPalette::HighlightedText : QPalette::ButtonText));

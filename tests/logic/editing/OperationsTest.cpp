@@ -355,36 +355,6 @@ TEST_P(EditingOperations, TheContouredShadowAlwaysUsesAValidSelection) {
   }
 }
 
-TEST_P(EditingOperations, TheAutomaticMaskOfABackwardsSelectionIsTheSectionsFirstPixel) {
-  const std::string corner = ToText(colorOf(pixelOf(5, 6)));
-  for (const Rectangle& backwards :
-       {Rectangle{25, 18, -20, -12}, Rectangle{25, 6, -20, 12}, Rectangle{5, 18, 20, -12}}) {
-    open(kWidth, kHeight);
-    dragSelection({backwards.Left, backwards.Top},
-                  {backwards.Left + backwards.Width, backwards.Top + backwards.Height});
-    log().clear();
-    editor().ApplyMaskedDropShadow(3, 4, 7, 200, 10, 99, true);
-    EXPECT_THAT(calls(),
-                Contains("scratch.Effects.ReplaceColor(#" + corner + "/255, #0/0, 1, 0, \"No Undo\")"));
-  }
-}
-
-TEST_P(EditingOperations, TheAutomaticMaskOfASelectionOverTheEdgeIsTheFirstPixelInside) {
-  const struct {
-    Rectangle selection;
-    Point corner;
-  } cases[] = {{{-8, 6, 20, 12}, {0, 6}}, {{5, -6, 20, 12}, {5, 0}}, {{12, 10, -20, -16}, {0, 0}}};
-  for (const auto& [selection, corner] : cases) {
-    open(kWidth, kHeight);
-    editor().SetSelection(selection.Left, selection.Top, selection.Width, selection.Height);
-    log().clear();
-    editor().ApplyMaskedDropShadow(3, 4, 7, 200, 10, 99, true);
-    EXPECT_THAT(calls(),
-                Contains("scratch.Effects.ReplaceColor(#" + ToText(colorOf(pixelOf(corner.X, corner.Y))) +
-                         "/255, #0/0, 1, 0, \"No Undo\")"));
-  }
-}
-
 TEST_P(EditingOperations, TheContouredShadowFollowsTheOutlineOfThePicture) {
   engine::Bitmap picture = engine::Bitmap::filled(30, 30, {255, 255, 255, 255});
   const engine::Pixels pixels = picture.writable();

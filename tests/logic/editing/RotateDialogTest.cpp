@@ -7,7 +7,6 @@
 #include "imaging/contract/controls/Label.h"
 #include "imaging/contract/controls/OptionButton.h"
 #include "imaging/contract/controls/TextBox.h"
-#include "platform/store/MemoryStore.h"
 
 namespace kestrel {
 namespace {
@@ -89,39 +88,6 @@ TEST_P(EditingRotateDialog, HasTheCaptionsAndStoredValuesOfItsControls) {
     EXPECT_EQ(Bind<Frame>(dialog.form(), "fraPreview").Caption(), "Preview");
     dialog.cancel();
   });
-}
-
-/// A key store that records its writes and batches.
-class LoggingStore : public store::MemoryStore {
- public:
-  void WriteValue(std::int32_t Hive, const std::string& Key, const std::string& ValueName,
-                  const Variant& Value, std::int32_t Kind) override {
-    log += ValueName + " ";
-    MemoryStore::WriteValue(Hive, Key, ValueName, Value, Kind);
-  }
-  std::string log;
-
- protected:
-  void beginWrites() override {
-    log += "[ ";
-    MemoryStore::beginWrites();
-  }
-  void endWrites(bool store) override {
-    log += store ? "] " : "dropped ";
-    MemoryStore::endWrites(store);
-  }
-};
-
-TEST_P(EditingRotateDialog, StoresAngleAndDirectionTogether) {
-  LoggingStore store;
-  useStore(&store);
-  show([](Dialog& dialog) {
-    dialog.degree(1).Value(true);
-    dialog.left().Value(true);
-    dialog.ok();
-  });
-  EXPECT_EQ(store.log, "[ Angle Direction ] ");
-  useStore(nullptr);
 }
 
 TEST_P(EditingRotateDialog, LoadsWithoutAnIconAndAppliesTheSkinLast) {
