@@ -77,6 +77,20 @@ TEST_F(MaterialsOnTheDesktop, TheBackgroundCanBeNone) {
   EXPECT_EQ(swatch(1).BackColor(), kListedColor);
 }
 
+TEST_F(MaterialsOnTheDesktop, ASwatchShowsItsColorWithTheFocusToo) {
+  bench.editor().ForeColor(kListedColor);
+  auto* const button = window().findChild<QPushButton*>(QStringLiteral("btnColors_0"));
+  const auto shown = [button] {
+    const QImage image = button->grab().toImage();
+    return image.pixelColor(image.rect().center()).rgb() & 0xFFFFFF;
+  };
+  EXPECT_EQ(shown(), 0x2A6FDBU);
+  button->setFocus();
+  settle();
+  ASSERT_EQ(QApplication::focusWidget(), button);
+  EXPECT_EQ(shown(), 0x2A6FDBU);
+}
+
 TEST_F(MaterialsOnTheDesktop, TheListOpensBelowTheSwatch) {
   for (const int index : {0, 1}) {
     QMenu* const list = open(index);

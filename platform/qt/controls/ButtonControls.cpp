@@ -79,6 +79,7 @@ void OptionButtonControl::Value(bool value) {
 CommandButtonControl::CommandButtonControl(QAbstractButton& button, ControlId id)
     : WidgetControl(button, std::move(id)), button_(button), swatch_(button), pressed_(button.isChecked()) {
   if (auto* const push = qobject_cast<QPushButton*>(&button_)) new ButtonFocus(*push);
+  button_.installEventFilter(&swatch_);  // the last one paints first: a swatch shows color and focus itself
   QObject::connect(&button_, &QAbstractButton::clicked, receiver(), [this] {
     // A click does not change the appearance, which follows the written state.
     Pressed(pressed_);
