@@ -4,6 +4,7 @@
 #include <string>
 
 #include "engine/imgx/PictureObject.h"
+#include "imaging/contract/Site.h"
 #include "imaging/contract/controls/CheckBox.h"
 #include "imaging/contract/controls/CommandButton.h"
 #include "imaging/contract/controls/TextBox.h"
