@@ -51,7 +51,7 @@ void SqliteStore::AbandonWrite(const RuntimeError& Cause) {
   if (!std::exchange(writesFail_, true)) throw Cause;
 }
 
-void SqliteStore::beginWrites() { batch_.emplace(); }
+void SqliteStore::beginWrites() { batch_ = Batch(); }
 
 void SqliteStore::endWrites(bool store) {
   const Batch batch = std::move(*batch_);
