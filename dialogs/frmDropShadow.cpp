@@ -3,6 +3,7 @@
 #include "base/Numbers.h"
 #include "base/Required.h"
 #include "diagnostics/Trailer.h"
+#include "settings/StoreTogether.h"
 #include "settings/modProcessing.h"
 
 namespace kestrel {
@@ -133,20 +134,22 @@ void frmDropShadow::cmdAction_Click(std::int32_t Index) {
     if (Index == kActionCancel) return Unload();
     const auto shared = modProcessing::GetOptions();
     Options& Options = Required(shared);
-    Options.DropShadowBlur(ToInt32(Val(txtField[kBlur]->Text())));
-    Options.DropShadowColor(cpkColor[kShadow]->Value());
-    Options.DropShadowHorizontalOffset(ToInt32(Val(txtField[kHorizontal]->Text())));
-    Options.DropShadowVerticalOffset(ToInt32(Val(txtField[kVertical]->Text())));
-    Options.DropShadowOpacity(ToInt32(Val(txtField[kOpacity]->Text())));
-    if (AllowMaskSelection) {
-      if (cpkColor[kMask]->EnhancedIsSelected()) {
-        // The color is kept for the next choice of a color.
-        Options.DropShadowAutomaticMask(true);
-      } else {
-        Options.DropShadowMaskColor(cpkColor[kMask]->Value());
-        Options.DropShadowAutomaticMask(false);
+    StoreTogether([&] {
+      Options.DropShadowBlur(ToInt32(Val(txtField[kBlur]->Text())));
+      Options.DropShadowColor(cpkColor[kShadow]->Value());
+      Options.DropShadowHorizontalOffset(ToInt32(Val(txtField[kHorizontal]->Text())));
+      Options.DropShadowVerticalOffset(ToInt32(Val(txtField[kVertical]->Text())));
+      Options.DropShadowOpacity(ToInt32(Val(txtField[kOpacity]->Text())));
+      if (AllowMaskSelection) {
+        if (cpkColor[kMask]->EnhancedIsSelected()) {
+          // The color is kept for the next choice of a color.
+          Options.DropShadowAutomaticMask(true);
+        } else {
+          Options.DropShadowMaskColor(cpkColor[kMask]->Value());
+          Options.DropShadowAutomaticMask(false);
+        }
       }
-    }
+    });
     Success = true;
     Unload();
   } catch (...) {

@@ -7,6 +7,7 @@
 #include "base/Required.h"
 #include "diagnostics/Trailer.h"
 #include "imaging/contract/Canvas.h"
+#include "settings/StoreTogether.h"
 #include "settings/modProcessing.h"
 
 namespace kestrel {
@@ -162,18 +163,20 @@ void frmOptions::cmdAction_Click(std::int32_t Index) {
     if (Index == kActionCancel) return Unload();
     const auto shared = modProcessing::GetOptions();
     Options& Options = Required(shared);
-    Options.BackgroundGridSize(cboGridSize.ItemData(cboGridSize.ListIndex()));
-    Options.BackgroundGridColor1(cpkGrid[0]->Value());
-    Options.BackgroundGridColor2(cpkGrid[1]->Value());
-    Options.ThumbnailAutomaticUpdate(chkAutomaticUpdate.Value() == 1);
-    Options.ThumbnailBackgroundColor(cpkColor[0]->Value());
-    Percentage = optSizeType[kPercentage]->Value();
-    Options.ThumbnailSizeType(Percentage ? tstPercentage : tstWidthInPixels);
-    Options.ThumbnailSize(ToInt32(Val(txtField.at(Percentage ? kPercentage : kWidth)->Text())));
-    Options.ThumbnailAddDropShadow(chkDropShadow.Value() == 1);
-    Options.ThumbnailAutoCheck(chkAddThumbnails.Value() == 1);
-    Options.ZoomLevel(sldZoom.Value());
-    Options.JPEGQuality(kFullCompression - sldJPEGQuality.Value());
+    StoreTogether([&] {
+      Options.BackgroundGridSize(cboGridSize.ItemData(cboGridSize.ListIndex()));
+      Options.BackgroundGridColor1(cpkGrid[0]->Value());
+      Options.BackgroundGridColor2(cpkGrid[1]->Value());
+      Options.ThumbnailAutomaticUpdate(chkAutomaticUpdate.Value() == 1);
+      Options.ThumbnailBackgroundColor(cpkColor[0]->Value());
+      Percentage = optSizeType[kPercentage]->Value();
+      Options.ThumbnailSizeType(Percentage ? tstPercentage : tstWidthInPixels);
+      Options.ThumbnailSize(ToInt32(Val(txtField.at(Percentage ? kPercentage : kWidth)->Text())));
+      Options.ThumbnailAddDropShadow(chkDropShadow.Value() == 1);
+      Options.ThumbnailAutoCheck(chkAddThumbnails.Value() == 1);
+      Options.ZoomLevel(sldZoom.Value());
+      Options.JPEGQuality(kFullCompression - sldJPEGQuality.Value());
+    });
     Success = true;
     Unload();
   } catch (...) {

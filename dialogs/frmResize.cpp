@@ -4,6 +4,7 @@
 #include "base/Required.h"
 #include "diagnostics/Trailer.h"
 #include "imaging/contract/Image.h"
+#include "settings/StoreTogether.h"
 #include "settings/modProcessing.h"
 
 namespace kestrel {
@@ -110,12 +111,14 @@ void frmResize::cmdAction_Click(std::int32_t Index) {
 void frmResize::StoreOptions() {
   const auto shared = modProcessing::GetOptions();
   Options& Options = Required(shared);
-  Options.ResizeLockAspectRatio(chkAspect.Value() == 1);
-  Options.ResizeMode(cboResample.ListIndex());
-  Options.ResizeScale(cboScale.ListIndex());
-  // As entered: a percentage stays a percentage.
-  Options.ResizeWidth(ToInt32(Field(kFieldWidth)));
-  Options.ResizeHeight(ToInt32(Field(kFieldHeight)));
+  StoreTogether([&] {
+    Options.ResizeLockAspectRatio(chkAspect.Value() == 1);
+    Options.ResizeMode(cboResample.ListIndex());
+    Options.ResizeScale(cboScale.ListIndex());
+    // As entered: a percentage stays a percentage.
+    Options.ResizeWidth(ToInt32(Field(kFieldWidth)));
+    Options.ResizeHeight(ToInt32(Field(kFieldHeight)));
+  });
 }
 
 std::string frmResize::qdkDumpModuleVariables() const {

@@ -4,6 +4,7 @@
 #include "base/Numbers.h"
 #include "base/Required.h"
 #include "diagnostics/Trailer.h"
+#include "settings/StoreTogether.h"
 #include "settings/modProcessing.h"
 
 namespace kestrel {
@@ -123,11 +124,13 @@ void frmResizeCanvas::cmdAction_Click(std::int32_t Index) {
 void frmResizeCanvas::StoreOptions() {
   const auto shared = modProcessing::GetOptions();
   Options& Options = Required(shared);
-  Options.ResizeCanvasColor(cpkColor.Value());
-  Options.ResizeCanvasWidth(ToInt32(Field(kFieldWidth)));
-  Options.ResizeCanvasHeight(ToInt32(Field(kFieldHeight)));
-  Options.ResizeCanvasLockAspectRatio(chkAspect.Value() == 1);
-  Options.ResizeCanvasPlacement(iPlacement);
+  StoreTogether([&] {
+    Options.ResizeCanvasColor(cpkColor.Value());
+    Options.ResizeCanvasWidth(ToInt32(Field(kFieldWidth)));
+    Options.ResizeCanvasHeight(ToInt32(Field(kFieldHeight)));
+    Options.ResizeCanvasLockAspectRatio(chkAspect.Value() == 1);
+    Options.ResizeCanvasPlacement(iPlacement);
+  });
 }
 
 std::string frmResizeCanvas::qdkDumpModuleVariables() const {

@@ -4,6 +4,7 @@
 #include "base/Numbers.h"
 #include "base/Required.h"
 #include "diagnostics/Trailer.h"
+#include "settings/StoreTogether.h"
 #include "settings/modProcessing.h"
 
 namespace kestrel {
@@ -120,11 +121,13 @@ void frmRotate::cmdAction_Click(std::int32_t Index) {
     if (Angle == 0) return Exclaim("Please enter or select an angle");
     const auto shared = modProcessing::GetOptions();
     Options& Options = Required(shared);
-    // Stored as entered, so that the dialog reopens with the same values.
-    Options.RotateAngle(Angle);
-    const bool left = optDirection[kLeft]->Value();
-    Angle = Clockwise(Angle, left);
-    Options.RotateDirection(left ? ipDirectionLeft : ipDirectionRight);
+    StoreTogether([&] {
+      // Stored as entered, so that the dialog reopens with the same values.
+      Options.RotateAngle(Angle);
+      const bool left = optDirection[kLeft]->Value();
+      Angle = Clockwise(Angle, left);
+      Options.RotateDirection(left ? ipDirectionLeft : ipDirectionRight);
+    });
     ResultData = ToText(Angle);
     Success = true;
     Unload();

@@ -1,5 +1,7 @@
 #include "Options.h"
 
+#include <exception>
+
 #include "StoreTogether.h"
 #include "StoredQuality.h"
 #include "base/RuntimeError.h"
@@ -85,13 +87,19 @@ OPTION(ThumbnailSizeTypeEnum,             ThumbnailSizeType,           "Thumbnai
 #undef OPTION
 
 void StoreTogether(const std::function<void()>& Lets) {
+  std::exception_ptr raised;
   try {
     StoreBatch batch(modProcessing::RegistryStore());
-    Lets();
+    try {
+      Lets();
+    } catch (...) {
+      raised = std::current_exception();
+    }
     batch.Commit();
   } catch (...) {
     QDK_TRAILER(StoreTogether, QDK_PARAMETERS(), QDK_LOCALS());
   }
+  if (raised) std::rethrow_exception(raised);
 }
 
 std::int32_t StoredJPEGQuality() {

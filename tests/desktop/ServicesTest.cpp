@@ -58,6 +58,7 @@ TEST(FileExists, FindsNamesThatAreNotValidText) {
   std::ofstream(name) << "x";
   ASSERT_TRUE(std::filesystem::exists(name));
   EXPECT_TRUE(utility.FileExists(name));
+  std::filesystem::remove(name);  // which the folder's destructor can't
 }
 
 TEST(LockWindowUpdate, SuspendsOneWindowUntilAnotherOrNone) {

@@ -175,5 +175,16 @@ TEST_F(KilledSave, LeavesTheOldOptionsThatAreStoredTogether) {
   EXPECT_EQ(stored(), std::pair(30, ipDirectionRight));
 }
 
+TEST_F(KilledSave, StoresTheOptionsThatWereSetBeforeAnError) {
+  inThisProcess([] {
+    EXPECT_THROW(StoreTogether([] {
+                   modProcessing::GetOptions()->RotateAngle(30);
+                   throw RuntimeError(err::kOverflow, "Overflow.");
+                 }),
+                 RuntimeError);
+  });
+  inThisProcess([] { EXPECT_EQ(modProcessing::GetOptions()->RotateAngle(), 30); });
+}
+
 }  // namespace
 }  // namespace kestrel
