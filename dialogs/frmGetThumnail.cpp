@@ -3,8 +3,10 @@
 #include "OptionsShadow.h"
 #include "base/Numbers.h"
 #include "base/Required.h"
+#include "base/RuntimeError.h"
 #include "diagnostics/Trailer.h"
 #include "frmDropShadow.h"
+#include "settings/StoreTogether.h"
 #include "settings/modProcessing.h"
 
 namespace kestrel {
@@ -99,7 +101,12 @@ void frmGetThumnail::Form_FirstActivate() {
 }
 
 void frmGetThumnail::Form_UnloadForGood() {
-  modProcessing::WindowPositions().SavePosition(Form(), kPositionName);
+  try {
+    modProcessing::WindowPositions().SavePosition(Form(), kPositionName);
+  } catch (const RuntimeError& error) {
+    // The owner has destroyed the window with itself: there is no position to store.
+    if (error.Number() != err::kObjectNotSet) throw;
+  }
 }
 
 std::size_t frmGetThumnail::zSizeType() const {
@@ -107,9 +114,10 @@ std::size_t frmGetThumnail::zSizeType() const {
 }
 
 void frmGetThumnail::UpdatePreview() {
-  bool bError = false;
+  bool bError = false, visible = false;
   std::int32_t newWidth = 0;
   double width = 0;
+  ImageView& image = Preview().PreviewPane();
   // Runs one statement. If it fails, the next one follows.
   const auto attempt = [&bError](auto statement) {
     try {
@@ -118,22 +126,26 @@ void frmGetThumnail::UpdatePreview() {
       bError = true;
     }
   };
-  attempt([&] {
-    if (!IsWindowVisible()) return;
-    ShowEffect([&](ImageView& image) {
-      if (zSizeType() == kPercentage) {
-        attempt([&] {
-          newWidth = Floor(Required(image.Image()).Width() / 100.0 * Val(txtField[kPercentage]->Text()));
-        });
-        attempt([&] { image.Effects().Resize(newWidth, 0, kResampleLanczos); });
-      } else {
-        attempt([&] { width = Val(txtField[kWidth]->Text()); });
-        if (width > 0) attempt([&] { image.Effects().Resize(ToInt32(width), 0, kResampleLanczos); });
-      }
-      if (chkAddDropShadow.Value() == 1) attempt([&] { AddShadowOfOptions(image); });
-      attempt([&] { image.Alpha().Flatten(image.Colors().Create(cpkColor[0]->Value(), 255)); });
-    });
-  });
+  const auto makeThumbnail = [&] {
+    attempt([&] { Preview().Reset(); });
+    if (zSizeType() == kPercentage) {
+      attempt([&] {
+        newWidth = Floor(Required(image.Image()).Width() / 100.0 * Val(txtField[kPercentage]->Text()));
+      });
+      attempt([&] { image.Effects().Resize(newWidth, 0, kResampleLanczos); });
+    } else {
+      attempt([&] { width = Val(txtField[kWidth]->Text()); });
+      if (width > 0) attempt([&] { image.Effects().Resize(ToInt32(width), 0, kResampleLanczos); });
+    }
+    if (chkAddDropShadow.Value() == 1) attempt([&] { AddShadowOfOptions(image); });
+    attempt([&] { image.Alpha().Flatten(image.Colors().Create(cpkColor[0]->Value(), 255)); });
+  };
+  attempt([&] { visible = IsWindowVisible(); });
+  if (visible) {
+    attempt([] { modProcessing::FormUtility().SetPointer(kBusyArrowHourglass); });
+    attempt([&] { Preview().KeepScrollPosition(image, makeThumbnail); });
+    attempt([] { modProcessing::FormUtility().SetPointer(kBusyDefault); });
+  }
   FormHeader.OKEnabled(!bError);
 }
 
@@ -142,20 +154,24 @@ void frmGetThumnail::FormHeader_OKClick() {
   try {
     Success = true;
     Type = zSizeType();
-    if (chkSaveAsDefault.Value() == 1) {
-      const auto shared = modProcessing::GetOptions();
-      Options& Options = Required(shared);
-      Options.ThumbnailAddDropShadow(chkAddDropShadow.Value() == 1);
-      Options.ThumbnailSizeType(Type == kPercentage ? tstPercentage : tstWidthInPixels);
-      Options.ThumbnailSize(ToInt32(Val(txtField.at(Type)->Text())));
-      Options.ThumbnailBackgroundColor(cpkColor[0]->Value());
-    }
+    if (chkSaveAsDefault.Value() == 1) zSaveAsDefault(Type);
     ResultData = ToText(chkAddDropShadow.Value()) + '|' + ToText(static_cast<std::int32_t>(Type)) + '|' +
                  txtField.at(Type)->Text() + '|' + ToText(cpkColor[0]->Value());
     Unload();
   } catch (...) {
     QDK_TRAILER(FormHeader_OKClick, QDK_PARAMETERS(), QDK_LOCALS(Type));
   }
+}
+
+void frmGetThumnail::zSaveAsDefault(std::size_t Type) {
+  const auto shared = modProcessing::GetOptions();
+  Options& Options = Required(shared);
+  StoreTogether([&] {
+    Options.ThumbnailAddDropShadow(chkAddDropShadow.Value() == 1);
+    Options.ThumbnailSizeType(Type == kPercentage ? tstPercentage : tstWidthInPixels);
+    Options.ThumbnailSize(ToInt32(Val(txtField.at(Type)->Text())));
+    Options.ThumbnailBackgroundColor(cpkColor[0]->Value());
+  });
 }
 
 void frmGetThumnail::FormHeader_CancelClick() {

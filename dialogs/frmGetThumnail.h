@@ -44,6 +44,8 @@ class frmGetThumnail final : public PreviewDialog {
   void cpkColor_EnhancedButtonClicked(std::int32_t Index);
   /// The index of the selected size type, in `optSizeType` and `txtField`.
   std::size_t zSizeType() const;
+  /// Stores the settings. A size beyond 32 bits is raised after the settings before it have been stored.
+  void zSaveAsDefault(std::size_t Type);
   std::string qdkDumpModuleVariables() const override;
 
   /// `Form_Load` is filling the boxes.

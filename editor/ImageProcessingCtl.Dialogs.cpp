@@ -1,5 +1,3 @@
-#include <sstream>
-
 #include "ImageProcessingCtl.h"
 #include "base/Numbers.h"
 #include "base/Required.h"
@@ -18,16 +16,6 @@
 // Each member shows a dialog, and if the user accepts it, runs the operation. Engine errors propagate.
 
 namespace kestrel {
-namespace {
-
-std::vector<std::string> Split(const std::string& text, char separator) {
-  std::vector<std::string> parts;
-  std::istringstream stream(text);
-  for (std::string part; std::getline(stream, part, separator);) parts.push_back(part);
-  return parts;
-}
-
-}  // namespace
 
 bool ImageProcessingCtl::ShowExportDialog() {
   bool Result = false;
@@ -101,13 +89,18 @@ std::int32_t ImageProcessingCtl::ShowRotateDialog() {
 PicturePtr ImageProcessingCtl::ShowGetThumnailDialog() {
   frmGetThumnail dialog;
   dialog.Preview().OriginalPicture(&igxImage);
-  // An OK whose settings could not be stored leaves the dialog open, accepted but without a result.
-  if (!zShowDialog(dialog) || dialog.ResultData.empty()) return nullptr;
-  const std::vector<std::string> fields = Split(dialog.ResultData, '|');
-  const bool addDropShadow = Val(fields.at(0)) != 0;
-  auto sizeType = static_cast<ThumbnailSizeTypeEnum>(ToInt32(Val(fields.at(1))));
-  const std::int32_t size = ToInt32(Val(fields.at(2)));
-  const OLE_COLOR backColor = ToInt32(Val(fields.at(3)));
+  if (!zShowDialog(dialog)) return nullptr;
+  const std::string& data = dialog.ResultData;
+  // OK failed after it had set `Success`, and the user canceled then.
+  if (data.empty()) return nullptr;
+  // The size is the text as typed, which may contain the separator.
+  const std::size_t typeAt = data.find('|') + 1;
+  const std::size_t sizeAt = data.find('|', typeAt) + 1;
+  const std::size_t sizeEnd = data.rfind('|');
+  const bool addDropShadow = Val(data.substr(0, typeAt - 1)) != 0;
+  auto sizeType = static_cast<ThumbnailSizeTypeEnum>(ToInt32(Val(data.substr(typeAt, sizeAt - 1 - typeAt))));
+  const std::int32_t size = ToInt32(Val(data.substr(sizeAt, sizeEnd - sizeAt)));
+  const OLE_COLOR backColor = ToInt32(Val(data.substr(sizeEnd + 1)));
   return GetThumbnailEx(sizeType, size, backColor, addDropShadow, ipUseDefault, ipUseDefault, ipUseDefault,
                         ipUseDefault, ipUseDefault);
 }

@@ -1,3 +1,4 @@
+#include "BatchStore.h"
 #include "EditingTest.h"
 #include "dialogs/frmOptions.h"
 #include "imaging/contract/controls/CheckBox.h"
@@ -14,9 +15,11 @@
 namespace kestrel {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 using testing::SizeIs;
 
 /// The controls of the options dialog.
@@ -311,6 +314,33 @@ TEST_P(EditingOptionsDialog, OKStoresEveryControlAndAppliesTheSettings) {
   EXPECT_EQ(options().JPEGQuality(), 90);
   EXPECT_EQ(view().ImgX()->JPEGQuality(), 90) << "the settings are applied";
   EXPECT_FALSE(editor().Changed());
+}
+
+TEST_P(EditingOptionsDialog, OnlyAnAcceptedDialogSetsTheGridOnTheView) {
+  log().clear();
+  EXPECT_FALSE(show([](Dialog& dialog) {
+    dialog.gridSize().ListIndex(0);
+    dialog.cancel();
+  }));
+  EXPECT_THAT(calls(), Not(Contains("BackgroundImage")));
+  EXPECT_TRUE(show([](Dialog& dialog) {
+    dialog.gridSize().ListIndex(0);
+    dialog.ok();
+  }));
+  EXPECT_EQ(view().backgroundSize(), (Size{8, 8})) << "two squares of 4";
+}
+
+TEST_P(EditingOptionsDialog, OKStoresItsSettingsTogether) {
+  BatchStore store;
+  useStore(&store);
+  EXPECT_TRUE(show([&](Dialog& dialog) {
+    store.batches.clear();
+    dialog.ok();
+  }));
+  EXPECT_THAT(store.batches.front(),
+              ElementsAre("Size", "Color1", "Color2", "AutomaticUpdate", "BackgroundColor", "SizeType",
+                          "SizeEx", "AddDropShadow", "AutoCheck", "Zoom", "Quality"));
+  useStore(nullptr);
 }
 
 TEST_P(EditingOptionsDialog, CancelAndTheCloseBoxStoreNothing) {
