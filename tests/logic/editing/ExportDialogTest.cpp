@@ -339,7 +339,7 @@ TEST_P(EditingExportDialog, WithoutAPictureTheErrorIsReported) {
 // -- As a thumbnail ---------------------------------------------------------------------------------------
 
 TEST_P(EditingExportDialog, AThumbnailIsShrunkByDecimationShadowedAndFlattened) {
-  options().ThumbnailSize(33);
+  options().ThumbnailSize(34);
   options().ThumbnailBackgroundColor(0x00FF00);
   options().DropShadowHorizontalOffset(1);
   options().DropShadowVerticalOffset(2);
@@ -353,7 +353,7 @@ TEST_P(EditingExportDialog, AThumbnailIsShrunkByDecimationShadowedAndFlattened) 
                           "scratch.Effects.DropShadow(1, 2, #3/4, 5, True, \"\")",
                           "scratch.Alpha.Flatten(#65280/255, \"\")",
                           "scratch.Writer.ToFile(\"" + file + "\", 6, 0, True)"))
-      << "40 / 100 * 33 is 13.2";
+      << "40 / 100 * 34 is 13.6, rounded down";
   expectUntouched();
 }
 
