@@ -5,6 +5,7 @@
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QApplication>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QFont>
 #include <QGroupBox>
@@ -15,6 +16,7 @@
 #include <QStyle>
 #include <QTabBar>
 #include <QTranslator>
+#include <algorithm>
 #include <memory>
 
 #include "../EditorBench.h"
@@ -91,6 +93,9 @@ void expectTextFits(const QWidget& widget) {
         << describe(widget) << " cuts off \"" << edit->text().toStdString() << '"';
   } else if (const auto* const label = qobject_cast<const QLabel*>(&widget); label && label->wordWrap()) {
     needed = {0, label->heightForWidth(label->width())};
+  } else if (qobject_cast<const QCheckBox*>(&widget)) {
+    // The style's space above and below may be missing.
+    needed.setHeight(std::min(needed.height(), widget.fontMetrics().height()));
   } else if (qobject_cast<const QSlider*>(&widget)) {
     needed = widget.minimumSizeHint();
   }
