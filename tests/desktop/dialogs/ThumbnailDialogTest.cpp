@@ -2,9 +2,11 @@
 
 #include <QCheckBox>
 #include <QLabel>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTest>
+#include <QTimer>
 
 #include "../EditorBench.h"
 #include "DialogLooks.h"
@@ -48,9 +50,8 @@ TEST_F(ThumbnailDialog, IsSetByKeysAlone) {
 TEST_F(ThumbnailDialog, TheWidthIsSetByKeysAlone) {
   const PicturePtr made = show([](DialogUser& user) {
     user.press(Qt::Key_W, Qt::AltModifier);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return user.part<QRadioButton>("optSizeType_1").isChecked(); }));
-    user.press(Qt::Key_Tab);
-    EXPECT_EQ(user.focus(), "txtField_1");
+    EXPECT_TRUE(user.part<QRadioButton>("optSizeType_1").isChecked());
+    EXPECT_EQ(user.focus(), "txtField_1") << "the access key of the option leads to its number";
     user.type("64");
     user.press(Qt::Key_Return);
     EXPECT_FALSE(user.isOpen());
@@ -119,6 +120,21 @@ TEST_F(ThumbnailDialog, EscapeAndCancelMakeNone) {
               EXPECT_FALSE(user.isOpen());
             }),
             nullptr);
+}
+
+TEST_F(ThumbnailDialog, ThatIsDestroyedWithItsOwnerMakesNoneAndReportsNothing) {
+  int boxes = 0;
+  QTimer watch;
+  QObject::connect(&watch, &QTimer::timeout, [&boxes] {
+    auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    if (!box) return;
+    ++boxes;
+    box->close();
+  });
+  watch.start(5);
+  whenModalOpens([](QWidget& window) { delete &window; });
+  EXPECT_EQ(bench.editor().ShowGetThumnailDialog(), nullptr);
+  EXPECT_EQ(boxes, 0);
 }
 
 TEST_F(ThumbnailDialog, ReturnDoesNothingWhileTheSizeIsNotPossible) {
