@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "Form.h"
+#include "Types.h"
 
 namespace kestrel {
 
@@ -35,15 +35,15 @@ class FileHelpers {
   virtual std::string PathSeparator() const = 0;
 
   /// Operations on the files of a buffer of names, each terminated by a NUL. They show their progress, ask
-  /// before data is lost, and report each failure to the user, file by file. True if all files were
-  /// processed.
+  /// before data is lost, and report each failure to the user, file by file. `Owner` is the window that their
+  /// boxes belong to, 0 for the active one. True if all files were processed.
   virtual bool CopyFiles(const std::string& Buffer, const std::string& Folder, std::int32_t Flags,
-                         Form* Owner) = 0;
+                         WindowHandle Owner) = 0;
   virtual bool MoveFiles(const std::string& Buffer, const std::string& Folder, std::int32_t Flags,
-                         Form* Owner) = 0;
+                         WindowHandle Owner) = 0;
   /// `Folder` is ignored.
   virtual bool DeleteFiles(const std::string& Buffer, const std::string& Folder, std::int32_t Flags,
-                           Form* Owner) = 0;
+                           WindowHandle Owner) = 0;
 };
 
 }  // namespace kestrel

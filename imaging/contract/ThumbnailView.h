@@ -62,6 +62,10 @@ class ThumbnailView : public Control {
   Event<> RecalculatingThumbnailsComplete;
   Event<Thumbnail&> ThumbnailContextClick;
   Event<Thumbnail&> ThumbnailDblClick;
+  /// The user has pressed Enter, which opens the thumbnail in the host.
+  Event<Thumbnail&> ThumbnailOpen;
+  /// The user has pressed Delete with the focus in the view.
+  Event<> DeletePressed;
   Event<std::int32_t> ViewChange;
 };
 

@@ -24,7 +24,7 @@ bool FileHelpers::forEach(const std::string& buffer, const std::string& what, Op
 }
 
 bool FileHelpers::CopyFiles(const std::string& Buffer, const std::string& Folder, std::int32_t /*Flags*/,
-                            kestrel::Form* /*Owner*/) {
+                            kestrel::WindowHandle /*Owner*/) {
   const fs::path folder = files_.host(Folder);
   return forEach(Buffer, "copied",
                  [&](const std::string& name, const fs::path& path, std::error_code& error) {
@@ -33,7 +33,7 @@ bool FileHelpers::CopyFiles(const std::string& Buffer, const std::string& Folder
 }
 
 bool FileHelpers::MoveFiles(const std::string& Buffer, const std::string& Folder, std::int32_t /*Flags*/,
-                            kestrel::Form* /*Owner*/) {
+                            kestrel::WindowHandle /*Owner*/) {
   const fs::path folder = files_.host(Folder);
   return forEach(Buffer, "moved", [&](const std::string& name, const fs::path& path, std::error_code& error) {
     const fs::path target = folder / GetFileName(name);
@@ -43,7 +43,7 @@ bool FileHelpers::MoveFiles(const std::string& Buffer, const std::string& Folder
 }
 
 bool FileHelpers::DeleteFiles(const std::string& Buffer, const std::string& /*Folder*/,
-                              std::int32_t /*Flags*/, kestrel::Form* /*Owner*/) {
+                              std::int32_t /*Flags*/, kestrel::WindowHandle /*Owner*/) {
   return forEach(Buffer, "deleted", [&](const std::string&, const fs::path& path, std::error_code& error) {
     const auto removed = fs::remove_all(path, error);
     if (!error && removed == 0) error = std::make_error_code(std::errc::no_such_file_or_directory);

@@ -19,11 +19,11 @@ class FileHelpers final : public store::FileNames {
   std::string ResolvePath(const std::string& Path) override { return files_.resolved(Path); }
 
   bool CopyFiles(const std::string& Buffer, const std::string& Folder, std::int32_t Flags,
-                 kestrel::Form* Owner) override;
+                 kestrel::WindowHandle Owner) override;
   bool MoveFiles(const std::string& Buffer, const std::string& Folder, std::int32_t Flags,
-                 kestrel::Form* Owner) override;
+                 kestrel::WindowHandle Owner) override;
   bool DeleteFiles(const std::string& Buffer, const std::string& Folder, std::int32_t Flags,
-                   kestrel::Form* Owner) override;
+                   kestrel::WindowHandle Owner) override;
 
  private:
   template <typename Operation>

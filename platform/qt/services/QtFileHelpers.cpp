@@ -86,17 +86,17 @@ bool QtFileHelpers::transferFiles(const std::string& buffer, const std::string& 
 }
 
 bool QtFileHelpers::CopyFiles(const std::string& Buffer, const std::string& Folder, std::int32_t /*Flags*/,
-                              Form* /*Owner*/) {
+                              WindowHandle /*Owner*/) {
   return transferFiles(Buffer, Folder, "Unable to copy \"%1\": %2", &copyFile);
 }
 
 bool QtFileHelpers::MoveFiles(const std::string& Buffer, const std::string& Folder, std::int32_t /*Flags*/,
-                              Form* /*Owner*/) {
+                              WindowHandle /*Owner*/) {
   return transferFiles(Buffer, Folder, "Unable to move \"%1\": %2", &moveFile);
 }
 
 bool QtFileHelpers::DeleteFiles(const std::string& Buffer, const std::string& /*Folder*/, std::int32_t Flags,
-                                Form* /*Owner*/) {
+                                WindowHandle /*Owner*/) {
   return forEach(Buffer, "Unable to delete \"%1\": %2", [&](const QString& name) -> QString {
     const bool done = Flags & kAllowUndo ? QFile::moveToTrash(name) : QFile::remove(name);
     if (done) return {};

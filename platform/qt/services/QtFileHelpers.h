@@ -15,11 +15,11 @@ class QtFileHelpers final : public store::FileNames {
 
   std::string ResolvePath(const std::string& Path) override;
   bool CopyFiles(const std::string& Buffer, const std::string& Folder, std::int32_t Flags,
-                 Form* Owner) override;
+                 WindowHandle Owner) override;
   bool MoveFiles(const std::string& Buffer, const std::string& Folder, std::int32_t Flags,
-                 Form* Owner) override;
+                 WindowHandle Owner) override;
   bool DeleteFiles(const std::string& Buffer, const std::string& Folder, std::int32_t Flags,
-                   Form* Owner) override;
+                   WindowHandle Owner) override;
 
  private:
   enum class Answer { kGoOn, kSkip, kStop };

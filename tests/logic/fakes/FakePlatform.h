@@ -98,9 +98,15 @@ class FakeFileHelpers : public FileHelpers {
     return "compact:" + Path;
   }
   std::string PathSeparator() const override { return "/"; }
-  bool CopyFiles(const std::string&, const std::string&, std::int32_t, Form*) override { return false; }
-  bool MoveFiles(const std::string&, const std::string&, std::int32_t, Form*) override { return false; }
-  bool DeleteFiles(const std::string&, const std::string&, std::int32_t, Form*) override { return false; }
+  bool CopyFiles(const std::string&, const std::string&, std::int32_t, WindowHandle) override {
+    return false;
+  }
+  bool MoveFiles(const std::string&, const std::string&, std::int32_t, WindowHandle) override {
+    return false;
+  }
+  bool DeleteFiles(const std::string&, const std::string&, std::int32_t, WindowHandle) override {
+    return false;
+  }
   std::vector<std::string> compacted;
 
  private:

@@ -9,9 +9,15 @@ class Names : public store::FileNames {
  public:
   Names() : FileNames("/") {}
   std::string ResolvePath(const std::string& Path) override { return Path; }
-  bool CopyFiles(const std::string&, const std::string&, std::int32_t, Form*) override { return false; }
-  bool MoveFiles(const std::string&, const std::string&, std::int32_t, Form*) override { return false; }
-  bool DeleteFiles(const std::string&, const std::string&, std::int32_t, Form*) override { return false; }
+  bool CopyFiles(const std::string&, const std::string&, std::int32_t, WindowHandle) override {
+    return false;
+  }
+  bool MoveFiles(const std::string&, const std::string&, std::int32_t, WindowHandle) override {
+    return false;
+  }
+  bool DeleteFiles(const std::string&, const std::string&, std::int32_t, WindowHandle) override {
+    return false;
+  }
 };
 
 std::string thumbnailOf(const std::string& path) {
