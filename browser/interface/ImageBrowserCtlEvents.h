@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+
+#include "base/Event.h"
+
+namespace kestrel {
+
+/// The events of the image browser, in the order of its interface. A handler may destroy the browser.
+class ImageBrowserCtlEvents {
+ public:
+  /// The browser shows another folder.
+  Event<const std::string&> PathChange;
+  /// The user asked to close the browser.
+  Event<> ExitRequest;
+  /// The user chose a place that is no folder, such as the desktop.
+  Event<> InvalidPathChange;
+
+ protected:
+  ~ImageBrowserCtlEvents() = default;
+};
+
+}  // namespace kestrel
