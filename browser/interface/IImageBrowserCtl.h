@@ -14,8 +14,9 @@ class Moorage;
 class ThumbnailView;
 class Thumbnails;
 
-/// The embeddable image browser: a folder tree and the thumbnails of the selected folder, surrounded by menus,
-/// a tool bar and a status bar. These are the public members of `ImageBrowserCtl`; its events are in the base.
+/// The embeddable image browser: a folder tree and the thumbnails of the selected folder, surrounded by
+/// menus, a tool bar and a status bar. These are the public members of `ImageBrowserCtl`; its events are in
+/// the base.
 ///
 /// All calls and events happen on the thread that made the control. An error inside a member is reported and
 /// the member returns its default result. Setting a property to its current value does nothing.

@@ -36,8 +36,12 @@ class Thumbnails {
 class ThumbnailView : public Control {
  public:
   virtual std::string Folder() const = 0;
-  /// Loads the folder's image files; `ThumbnailLoaded` reports them one by one.
+  /// Loads the folder's image files; `ThumbnailLoaded` reports them one by one. After `Clear` that
+  /// includes the current folder.
   virtual void Folder(const std::string& value) = 0;
+  /// Shows no images, for a place that is no folder, and cancels loading. `Folder` keeps its value, but
+  /// nothing is loaded, by `Refresh` either, until it is written again.
+  virtual void Clear() = 0;
   virtual std::int32_t View() const = 0;
   /// 0 thumbnail, 1 film strip, 2 single. Raises `ViewChange`.
   virtual void View(std::int32_t value) = 0;
