@@ -1,0 +1,127 @@
+#pragma once
+
+#include <cstdint>
+#include <utility>
+
+#include "imaging/contract/ThumbnailView.h"
+#include "imaging/contract/Types.h"
+
+namespace kestrel::thumbnails {
+
+/// What the arrangement needs to know of the screen.
+struct Metrics {
+  /// Device pixels per logical pixel; above 0.
+  double scale = 1;
+  /// Height of a line of the names, in device pixels.
+  std::int32_t lineHeight = 16;
+  /// How far a pressed pointer moves before a drag begins, in device pixels.
+  std::int32_t dragDistance = 10;
+
+  bool operator==(const Metrics&) const = default;
+};
+
+/// The rectangles of one item, in device pixels of the viewport. They may be partly outside.
+struct ItemPlace {
+  Rectangle cell;     ///< what is highlighted, and what a click hits
+  Rectangle picture;  ///< the box that the picture is fitted into
+  Rectangle name;     ///< one line for the name, elided in its middle
+
+  bool operator==(const ItemPlace&) const = default;
+};
+
+/// Items `first` to `last` - 1, counted from 0.
+struct ItemRange {
+  std::int32_t first = 0;
+  std::int32_t last = 0;
+
+  bool empty() const { return first >= last; }
+  bool contains(std::int32_t item) const { return item >= first && item < last; }
+  bool operator==(const ItemRange&) const = default;
+};
+
+/// Places items in the viewport: a grid that scrolls down, a film strip (one large picture above a row that
+/// scrolls to the right), or a single picture. A pure function of its parameters; positions and lengths along
+/// the scroll axis have 64 bits.
+class Arrangement {
+ public:
+  Arrangement() = default;
+  /// `view` is one of `kViewThumbnail`, `kViewFilmstrip`, `kViewSingle`; counts and sizes below 0 are taken
+  /// as 0.
+  Arrangement(std::int32_t view, std::int32_t count, Size viewport, const Metrics& metrics);
+
+  std::int32_t view() const { return view_; }
+  std::int32_t count() const { return count_; }
+  Size viewport() const { return viewport_; }
+
+  /// Whether items scroll sideways (film strip) rather than down.
+  bool scrollsSideways() const { return view_ == kViewFilmstrip; }
+  /// Length of the content, and of the visible part, along the scroll axis.
+  std::int64_t length() const { return length_; }
+  std::int64_t page() const { return page_; }
+  /// The largest scroll position; 0 if all is visible.
+  std::int64_t scrollRange() const { return length_ > page_ ? length_ - page_ : 0; }
+  /// From one row of the grid, or item of the film strip, to the next.
+  std::int32_t step() const;
+
+  /// Items in a row of the grid; 1 in the other views.
+  std::int32_t columns() const { return columns_; }
+  /// Rows (grid) or items (film strip) that are visible as a whole, at least 1.
+  std::int32_t wholeSteps() const;
+
+  /// The items of which a part is visible at a scroll position. None in the single view.
+  ItemRange visible(std::int64_t scroll) const;
+  /// The place of an item at a scroll position. In the single view all items have the same.
+  ItemPlace place(std::int32_t item, std::int64_t scroll) const;
+  /// The box of the large picture (film strip and single view), else empty.
+  Rectangle large() const { return large_; }
+  /// The area in which items scroll.
+  Rectangle strip() const { return strip_; }
+
+  /// The item at a position of the viewport, -1 if there is none.
+  std::int32_t hit(Point position, std::int64_t scroll) const;
+  /// The scroll position nearest to `scroll` at which the item is visible as a whole.
+  std::int64_t scrollToShow(std::int32_t item, std::int64_t scroll) const;
+  /// Calls `visit` for each item whose cell intersects an area: along the scroll axis in content
+  /// coordinates, across it in those of the viewport.
+  template <typename Visit>
+  void forEachIn(std::int64_t from, std::int64_t to, std::int32_t acrossFrom, std::int32_t acrossTo,
+                 Visit visit) const {
+    const ItemRange near = between(from, to);
+    for (std::int32_t item = near.first; item < near.last; ++item) {
+      if (crosses(item, from, to, acrossFrom, acrossTo)) visit(item);
+    }
+  }
+
+  /// Longest side of a thumbnail of this view in device pixels, without the large picture.
+  std::int32_t pictureSide() const { return pictureSide_; }
+
+ private:
+  ItemRange between(std::int64_t from, std::int64_t to) const;
+  bool crosses(std::int32_t item, std::int64_t from, std::int64_t to, std::int32_t acrossFrom,
+               std::int32_t acrossTo) const;
+  void layOutGrid(const Metrics& metrics);
+  void layOutStrip(const Metrics& metrics);
+  void layOutSingle(const Metrics& metrics);
+
+  std::int32_t view_ = kViewThumbnail;
+  std::int32_t count_ = 0;
+  Size viewport_;
+
+  std::int32_t columns_ = 1;
+  std::int32_t pictureSide_ = 0;
+  std::int32_t padding_ = 0;  ///< between the edge of a cell and what it shows
+  std::int32_t gap_ = 0;      ///< between cells, and around them
+  std::int32_t lineHeight_ = 0;
+  Size cell_;
+  std::int32_t across_ = 0;   ///< where the first cell begins across the scroll axis
+  std::int32_t between_ = 0;  ///< from the begin of one column to the next
+  std::int64_t length_ = 0;
+  std::int64_t page_ = 0;
+  Rectangle large_;
+  Rectangle strip_;
+};
+
+/// The largest rectangle with a picture's proportions in the middle of `box`, not larger than the picture.
+Rectangle fitted(Size picture, const Rectangle& box);
+
+}  // namespace kestrel::thumbnails
