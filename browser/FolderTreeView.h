@@ -1,0 +1,162 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "base/Event.h"
+#include "base/Object.h"
+#include "diagnostics/modTollgarthSupport.h"
+#include "imaging/contract/Form.h"
+#include "imaging/contract/Site.h"
+#include "imaging/contract/TreeView.h"
+#include "imaging/contract/controls/PictureBox.h"
+
+namespace kestrel {
+
+/// Shows the drives and folders of the machine in a tree, and announces which folder is selected. Folders are
+/// listed when their nodes are expanded. modFolderTreeView.h describes the nodes.
+class FolderTreeView final : public Object {
+ public:
+  /// The site must contain the tree "tvwFolders" and the picture "picIcon", on which icons are drawn.
+  explicit FolderTreeView(Site& site);
+
+  std::string TypeName() const override { return "FolderTreeView"; }
+
+  /// The selected folder, with a separator at its end; empty while the selected node is no folder.
+  std::string Path() const { return pPath; }
+  /// Expands the listed nodes on the way to the folder and selects the last one. A folder that is not listed
+  /// leaves its nearest listed parent selected; a folder that the shell hides is added. An empty path does
+  /// nothing.
+  void Path(const std::string& Value);
+
+  /// Whether the selected node is announced when the control is first shown.
+  bool AutoSelect() const { return pAutoSelect; }
+  void AutoSelect(bool Value);
+  /// These four rebuild the tree.
+  bool IncludeDesktop() const { return pIncludeDesktop; }
+  void IncludeDesktop(bool Value);
+  bool IncludeMyDocuments() const { return pIncludeMyDocuments; }
+  void IncludeMyDocuments(bool Value);
+  bool IncludeMyComputer() const { return pIncludeMyComputer; }
+  void IncludeMyComputer(bool Value);
+  /// Whether a folder is shown open when it is selected, otherwise when it is expanded.
+  bool ActAsBrowseDialog() const { return pActAsBrowseDialog; }
+  void ActAsBrowseDialog(bool Value);
+
+  TreeNodes& Nodes() { return tvwFolders.Nodes(); }
+  kestrel::TreeView& TreeView() { return tvwFolders; }
+  WindowHandle hWnd() const { return tvwFolders.hWnd(); }
+
+  // The tree's own properties.
+  std::int32_t BorderStyle() const { return tvwFolders.BorderStyle(); }
+  /// Raises RuntimeError 380 for values other than 0 and 1.
+  void BorderStyle(std::int32_t Value);
+  bool Checkboxes() const { return tvwFolders.Checkboxes(); }
+  void Checkboxes(bool Value);
+  bool Enabled() const { return tvwFolders.Enabled(); }
+  void Enabled(bool Value);
+  std::string Font() const { return tvwFolders.Font(); }
+  /// Raises RuntimeError 380 for an empty text.
+  void Font(const std::string& Value);
+  bool HideSelection() const { return tvwFolders.HideSelection(); }
+  void HideSelection(bool Value);
+  float Indentation() const { return tvwFolders.Indentation(); }
+  void Indentation(float Value);
+  std::int32_t LineStyle() const { return tvwFolders.LineStyle(); }
+  /// Raises RuntimeError 380 for values other than 0 and 1.
+  void LineStyle(std::int32_t Value);
+  bool SingleSel() const { return tvwFolders.SingleSel(); }
+  void SingleSel(bool Value);
+  std::int32_t Style() const { return tvwFolders.Style(); }
+  /// Raises RuntimeError 380 for values outside of 0 to 7.
+  void Style(std::int32_t Value);
+
+  /// Builds the tree anew and selects the same folder, without reading a floppy.
+  void Refresh();
+  /// Asks for a name, of the host by `AskForNewFolder` or else of the user, and creates that folder. Returns
+  /// its path, empty if canceled. The tree does not show it before `Refresh`. The box is placed at the form's
+  /// corner. Raises the RuntimeError of a failed creation.
+  std::string NewFolder(Form* ParentForm = nullptr);
+  /// Fits the tree into the control.
+  void ForceResize();
+
+  Event<> Click;
+  Event<TreeNode&> Collapse;
+  Event<> DblClick;
+  Event<TreeNode&> Expand;
+  Event<std::int32_t, std::int32_t, float, float> MouseDown;
+  Event<std::int32_t, std::int32_t, float, float> MouseMove;
+  Event<std::int32_t, std::int32_t, float, float> MouseUp;
+  Event<std::int32_t, std::int32_t> KeyDown;
+  Event<std::int32_t> KeyPress;
+  Event<std::int32_t, std::int32_t> KeyUp;
+  Event<TreeNode&> NodeCheck;
+  Event<TreeNode&> NodeClick;
+  Event<> MyComputerClick;
+  Event<> MyComputerDblClick;
+  Event<> MyComputerRightClick;
+  Event<> DesktopClick;
+  Event<> DesktopDblClick;
+  Event<> DesktopRightClick;
+  /// The folder with a separator at its end.
+  Event<const std::string&> FolderClick;
+  /// The folder without a separator at its end, as are those of `FolderRightClick`.
+  Event<const std::string&> FolderDblClick;
+  Event<const std::string&> FolderRightClick;
+  /// The name of a new folder, to be set by the host, and whether to cancel.
+  Event<std::string&, bool&> AskForNewFolder;
+
+ private:
+  void Usercontrol_Initialize();
+  void UserControl_InitProperties();
+  void UserControl_ReadProperties(const PropertyBag& PropBag);
+  void UserControl_WriteProperties(PropertyBag& PropBag);
+  void UserControl_Resize();
+  void UserControl_Show();
+  void zConnectTree();
+  void zInclude(bool& Field, bool Value, const char* Name);
+  void zLoadImages();
+  void zAddRoots();
+  void zSelectFirstDrive();
+  void zRestoreSelection(const std::string& Key, const std::string& Folder);
+  void zSetPath(const std::string& Value);
+  TreeNode* zHiddenFolder(const std::string& Parent, const std::string& Folder);
+  void zRaisePathChange();
+  template <typename FolderEvent>
+  void zRaiseByKind(const TreeNode& Node, const Event<>& Computer, const Event<>& Desktop,
+                    const FolderEvent& Folder);
+  [[noreturn]] void zRaiseError(std::int32_t Number, const std::string& Description,
+                                const std::vector<std::string>& Parameters = {}) const;
+
+  void tvwFolders_NodeClick(TreeNode& Node);
+  void tvwFolders_Expand(TreeNode& Node);
+  void tvwFolders_DblClick();
+  void tvwFolders_MouseDown(std::int32_t Button, std::int32_t Shift, float X, float Y);
+  void tvwFolders_MouseUp(std::int32_t Button, std::int32_t Shift, float X, float Y);
+
+  std::string qdkDumpModuleVariables() const;
+
+  InstanceCount iCount;
+  Site& UserControl;
+  kestrel::TreeView& tvwFolders;
+  PictureBox& picIcon;
+
+  bool pActAsBrowseDialog = true;
+  bool pIncludeDesktop = true;
+  bool pIncludeMyDocuments = true;
+  bool pIncludeMyComputer = true;
+  std::string pPath;
+  std::vector<std::string> sMainDrives;
+  std::string sSelectDrive;
+  bool pLocked = false;
+  float MX = 0;
+  float MY = 0;
+  bool iPathSet = false;
+  bool pAutoSelect = true;
+
+  bool iShown = false;
+  std::vector<Connection> iConnections;
+};
+
+}  // namespace kestrel
