@@ -119,7 +119,7 @@ class QtPlatformUnderTest final : public ContractPlatform {
   Site& editorSite() override {
     site_.reset();
     widget_ = std::make_unique<qt::EditorWidget>();
-    site_ = std::make_unique<qt::QtSite>(*widget_, "ImageProcessingCtl", true, platform_->clipboardPort());
+    site_ = std::make_unique<qt::QtSite>(*widget_, "ImageProcessingCtl", true, platform_->siteServices());
     widget_->resize(800, 600);
     widget_->show();
     settle();
@@ -268,8 +268,7 @@ class QtPlatformUnderTest final : public ContractPlatform {
     auto window = std::make_unique<qt::FormWindow>();
     Ui().setupUi(window.get());
     window->finishSetUp();
-    auto form =
-        std::make_unique<qt::QtForm>(std::move(window), name, platform_->clipboardPort(), platform_->Calls);
+    auto form = std::make_unique<qt::QtForm>(std::move(window), name, platform_->siteServices());
     form_ = form.get();
     return form;
   }

@@ -11,7 +11,7 @@ namespace kestrel::desktop {
 HostedEditor::HostedEditor(qt::QtPlatform& platform, QWidget& parent)
     : widget_(std::make_unique<qt::EditorWidget>(&parent)) {
   widget_->setProperty("AllowUnmodifiedHotKeys", true);
-  site_ = std::make_unique<qt::QtSite>(*widget_, "Processing", true, platform.clipboardPort());
+  site_ = std::make_unique<qt::QtSite>(*widget_, "Processing", true, platform.siteServices());
   control_ = std::make_unique<ImageProcessingCtl>(*site_);
   site_->initialize();
   control_->Initialize();

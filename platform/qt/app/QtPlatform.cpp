@@ -37,7 +37,8 @@ QtPlatform::QtPlatform(DesktopParts parts)
       appInfo_(parts_.version),
       clipboard_(clipboardPort_),
       windowPositions_(*parts_.store, windowFunctions_),
-      fileHelpers_(*boxes_) {
+      fileHelpers_(*boxes_),
+      siteServices_{clipboardPort_, fileHelpers_, Calls} {
   QObject::connect(&memoryTimer_, &QTimer::timeout, &memoryTimer_,
                    [] { engine::releaseKeptMemory(kIdleBeforeRelease); });
   memoryTimer_.start(kIdleBeforeRelease);
@@ -58,7 +59,7 @@ std::unique_ptr<ImgXDialog> QtPlatform::CreateImgXDialog() {
 std::unique_ptr<Form> QtPlatform::CreateForm(const std::string& name) {
   std::unique_ptr<FormWindow> window = buildForm(name);
   if (!window) throw RuntimeError(err::kCannotCreateObject, "There is no form \"" + name + "\".");
-  return std::make_unique<QtForm>(std::move(window), name, clipboardPort_, Calls);
+  return std::make_unique<QtForm>(std::move(window), name, siteServices_);
 }
 
 std::unique_ptr<HelpViewer> QtPlatform::CreateHelpViewer() {

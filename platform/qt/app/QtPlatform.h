@@ -14,6 +14,7 @@
 #include "platform/qt/services/QtScreen.h"
 #include "platform/qt/services/QtShell.h"
 #include "platform/qt/services/QtWindowFunctions.h"
+#include "platform/qt/site/SiteServices.h"
 #include "platform/store/StoredPositions.h"
 
 namespace kestrel::qt {
@@ -24,7 +25,8 @@ class QtPlatform final : public Platform {
   explicit QtPlatform(DesktopParts parts);
   ~QtPlatform() override;
 
-  engine::ClipboardPort& clipboardPort() { return clipboardPort_; }
+  /// For the controls on sites and forms.
+  const SiteServices& siteServices() const { return siteServices_; }
 
   std::shared_ptr<ImgX> CreateImgX() override;
   std::shared_ptr<Colors> CreateColors() override;
@@ -63,6 +65,7 @@ class QtPlatform final : public Platform {
   QtWindowFunctions windowFunctions_;
   store::StoredPositions windowPositions_;
   QtFileHelpers fileHelpers_;
+  SiteServices siteServices_;
   QtShell shell_;
   QtScreen screen_;
   QTimer memoryTimer_;

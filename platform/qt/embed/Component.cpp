@@ -111,9 +111,9 @@ RecoveryStore* Component::recoveryStore() {
   return presentProcess()->recoveryStore.get();
 }
 
-engine::ClipboardPort& Component::clipboardPort() {
+const SiteServices& Component::siteServices() {
   inside();
-  return presentProcess()->platform.clipboardPort();
+  return presentProcess()->platform.siteServices();
 }
 
 }  // namespace kestrel::qt

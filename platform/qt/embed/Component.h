@@ -5,13 +5,11 @@
 namespace kestrel {
 class RecoveryStore;
 }
-namespace kestrel::engine {
-class ClipboardPort;
-}
 
 namespace kestrel::qt {
 
 class RetiredEditors;
+struct SiteServices;
 
 /// The component inside a host program. A host creates one on its main thread, after its application object
 /// and before any editor, and keeps it until after the last editor. All Component objects share one state.
@@ -24,7 +22,8 @@ class Component {
   Component(const Component&) = delete;
   Component& operator=(const Component&) = delete;
 
-  engine::ClipboardPort& clipboardPort();
+  /// For the controls on the sites of editors.
+  const SiteServices& siteServices();
   RetiredEditors& retiredEditors();
   /// Null if the user has no place for it.
   RecoveryStore* recoveryStore();

@@ -18,10 +18,8 @@ namespace kestrel::qt {
 
 /// The part that outlives calls of the control in progress when the host destroys the widget.
 struct ImageEditor::Inside final : QObject {
-  explicit Inside(engine::ClipboardPort& clipboard)
-      : widget(std::make_unique<EditorWidget>()),
-        site(*widget, "Processing", true, clipboard),
-        control(site) {
+  explicit Inside(const SiteServices& services)
+      : widget(std::make_unique<EditorWidget>()), site(*widget, "Processing", true, services), control(site) {
     connect(&timer, &QTimer::timeout, this,
             [this] { guarded([this] { recovery->Tick(std::chrono::steady_clock::now()); }); });
   }
@@ -55,7 +53,7 @@ struct ImageEditor::Inside final : QObject {
 };
 
 ImageEditor::ImageEditor(Component& component, const PropertyBag* stored, QWidget* parent)
-    : QWidget(parent), component_(component), inside_(std::make_unique<Inside>(component.clipboardPort())) {
+    : QWidget(parent), component_(component), inside_(std::make_unique<Inside>(component.siteServices())) {
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(inside_->widget.get());

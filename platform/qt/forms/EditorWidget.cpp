@@ -22,7 +22,7 @@ std::vector<DesktopKey> desktopKeys() {
 
 }  // namespace
 
-void EditorWidget::populate(QtSite& site, engine::ClipboardPort& clipboard) {
+void EditorWidget::populate(QtSite& site, const SiteServices& services) {
   site_ = &site;
   bars_ = new MoorageWindow(this);
   connect(bars_, &MoorageWindow::smallestSizeChanged, this, &QWidget::updateGeometry);
@@ -34,7 +34,7 @@ void EditorWidget::populate(QtSite& site, engine::ClipboardPort& clipboard) {
 
   // Created after the suite, so that it is above the client area.
   auto* const surface = new ImageSurface(this);
-  auto view = std::make_unique<QtImageView>(*surface, ControlId{"igxImage"}, clipboard);
+  auto view = std::make_unique<QtImageView>(*surface, ControlId{"igxImage"}, services.clipboard);
   view_ = view.get();
   site.add(std::move(view));
   setFocusProxy(surface);

@@ -19,7 +19,7 @@ class EditorWidget final : public SiteWidget {
   using SiteWidget::SiteWidget;
 
   /// Raises RuntimeError 321 for a damaged stored layout.
-  void populate(QtSite& site, engine::ClipboardPort& clipboard) override;
+  void populate(QtSite& site, const SiteServices& services) override;
 
   /// Null before `populate`.
   QtSite* site() const { return site_; }

@@ -6,17 +6,15 @@
 
 #include "platform/qt/controls/ControlTable.h"
 
-namespace kestrel::engine {
-class ClipboardPort;
-}
-
 namespace kestrel::qt {
+
+struct SiteServices;
 
 /// The controls of a form: those on the toolkit's widgets, and our own, which have sites.
 class FormControls {
  public:
   /// Adds a control for each widget below `root` with an object name and a known class.
-  void addAll(QWidget& root, engine::ClipboardPort& clipboard);
+  void addAll(QWidget& root, const SiteServices& services);
   void clear() { controls_.clear(); }
 
   /// Initializes the sites of our own controls on the form; see `QtSite::initialize`.

@@ -10,17 +10,17 @@
 #include "platform/qt/core/Pictures.h"
 #include "platform/qt/core/Text.h"
 #include "platform/qt/dialogs/Modal.h"
+#include "platform/qt/site/SiteServices.h"
 
 namespace kestrel::qt {
 
-QtForm::QtForm(std::unique_ptr<FormWindow> window, const std::string& name, engine::ClipboardPort& clipboard,
-               OpenCalls& calls)
+QtForm::QtForm(std::unique_ptr<FormWindow> window, const std::string& name, const SiteServices& services)
     : WidgetControl(*window, {name, -1}),
       window_(window.release()),
       graphics_(*window_),
-      calls_(calls),
+      calls_(services.calls),
       placement_(*window_) {
-  controls_.addAll(*window_, clipboard);
+  controls_.addAll(*window_, services);
   window_->form = this;
   window_->closing = [this] { guarded([this] { unload(0); }); };
   QObject::connect(window_.data(), &FormWindow::activated, receiver(), [this] {

@@ -18,9 +18,8 @@ namespace kestrel::qt {
 /// A form of the contract on its window.
 class QtForm final : public WidgetControl<Form>, public DockableForm {
  public:
-  /// `clipboard`, used by image views on the form, and `calls` must outlive the form.
-  QtForm(std::unique_ptr<FormWindow> window, const std::string& name, engine::ClipboardPort& clipboard,
-         OpenCalls& calls);
+  /// The services must outlive the form.
+  QtForm(std::unique_ptr<FormWindow> window, const std::string& name, const SiteServices& services);
   ~QtForm() override;
 
   Control* Find(std::string_view name, std::int32_t index) override { return controls_.find(name, index); }

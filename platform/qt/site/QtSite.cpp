@@ -6,9 +6,9 @@
 
 namespace kestrel::qt {
 
-QtSite::QtSite(SiteWidget& widget, const std::string& name, bool userMode, engine::ClipboardPort& clipboard)
+QtSite::QtSite(SiteWidget& widget, const std::string& name, bool userMode, const SiteServices& services)
     : WidgetControl(widget, {name, -1}), userMode_(userMode) {
-  widget.populate(*this, clipboard);
+  widget.populate(*this, services);
   const auto listen = [&](auto signal, auto raise) { QObject::connect(&widget, signal, receiver(), raise); };
   listen(&SiteWidget::resized, [this] { guarded([this] { Resize(); }); });
   listen(&SiteWidget::shown, [this] { guarded([this] { Show(); }); });

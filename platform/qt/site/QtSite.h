@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include "SiteServices.h"
 #include "SiteWidget.h"
 #include "imaging/contract/Site.h"
 #include "platform/qt/controls/ControlTable.h"
@@ -14,8 +15,8 @@ namespace kestrel::qt {
 /// The site of one of our controls on the desktop.
 class QtSite final : public WidgetControl<Site> {
  public:
-  /// Populates the widget, which outlives the site. The clipboard must outlive both.
-  QtSite(SiteWidget& widget, const std::string& name, bool userMode, engine::ClipboardPort& clipboard);
+  /// Populates the widget, which outlives the site. The services must outlive both.
+  QtSite(SiteWidget& widget, const std::string& name, bool userMode, const SiteServices& services);
 
   /// Raises `ReadProperties` if the form stores properties for the control, otherwise `InitProperties`; then
   /// `Resize`.

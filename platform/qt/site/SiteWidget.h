@@ -5,13 +5,10 @@
 class QDropEvent;
 class QKeyEvent;
 
-namespace kestrel::engine {
-class ClipboardPort;
-}
-
 namespace kestrel::qt {
 
 class QtSite;
+struct SiteServices;
 
 /// The widget of one of our controls inside its container. It receives keys that no child handles, and keys
 /// that a child forwards although it handled them.
@@ -22,7 +19,7 @@ class SiteWidget : public QWidget {
   using QWidget::QWidget;
 
   /// Creates the child widgets of the control and adds them to the site as controls.
-  virtual void populate(QtSite& site, engine::ClipboardPort& clipboard) = 0;
+  virtual void populate(QtSite& site, const SiteServices& services) = 0;
 
   /// Raises the key events of the control that contains `child`, docked or floating; for a key that the child
   /// accepts, so that no window above handles it. The handlers may destroy the child.

@@ -30,13 +30,13 @@ QImage stockPicture(double scale) {
 
 }  // namespace
 
-void PreviewWidget::populate(QtSite& site, engine::ClipboardPort& clipboard) {
+void PreviewWidget::populate(QtSite& site, const SiteServices& services) {
   for (const auto& [name, accessibleName] : {std::pair{"igxOriginal", "Before"}, {"igxPreview", "After"}}) {
     auto* const surface = new ImageSurface(this);
     surface->canvas().setFocusPolicy(Qt::ClickFocus);
     surface->canvas().setAccessibleName(translated(accessibleName));
     surface->canvas().setToolTip(translated(kPaneToolTip));
-    auto view = std::make_unique<QtImageView>(*surface, ControlId{name}, clipboard);
+    auto view = std::make_unique<QtImageView>(*surface, ControlId{name}, services.clipboard);
     // Nobody can undo in a pane, and each step would keep a whole picture.
     view->UndoLevels(0);
     site.add(std::move(view));

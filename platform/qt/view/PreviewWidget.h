@@ -13,7 +13,7 @@ class PreviewWidget final : public SiteWidget {
  public:
   using SiteWidget::SiteWidget;
 
-  void populate(QtSite& site, engine::ClipboardPort& clipboard) override;
+  void populate(QtSite& site, const SiteServices& services) override;
   QSize sizeHint() const override;
   /// The stock picture fits into the smallest panes without scroll bars.
   QSize minimumSizeHint() const override;
