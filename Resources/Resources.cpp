@@ -19,6 +19,8 @@ std::string_view iconSvg(std::string_view name) {
 
 std::span<const std::byte> dialogLayout() { return std::as_bytes(embeddedFile("Dialog.block")); }
 
+std::span<const std::byte> browserLayout() { return std::as_bytes(embeddedFile("Browser.block")); }
+
 std::span<const std::byte> stockPicture() { return std::as_bytes(embeddedFile("stock.png")); }
 
 }  // namespace kestrel::resources
