@@ -7,18 +7,11 @@
 #include "base/Required.h"
 #include "base/RuntimeError.h"
 #include "diagnostics/Trailer.h"
+#include "imaging/contract/DispatchKey.h"
 #include "imaging/modImgX.h"
 #include "settings/StoredQuality.h"
 
 namespace kestrel {
-namespace {
-
-/// The dispatch key of a command: its name without the three-letter prefix, in lower case.
-std::string DispatchKey(std::string_view name) {
-  return name.size() > 3 ? LowerCase(name.substr(3)) : std::string();
-}
-
-}  // namespace
 
 /// Rows that need a picture come first, in the switching order of `SetControls`.
 std::span<const ImageProcessingCtl::CommandRow> ImageProcessingCtl::zCommandRows() {

@@ -8,12 +8,12 @@
 #include "base/Required.h"
 #include "diagnostics/Trailer.h"
 #include "imaging/modImgX.h"
+#include "settings/RootKey.h"
 #include "settings/modProcessing.h"
 
 namespace kestrel {
 namespace {
 
-constexpr char kRootKey[] = "Software\\Brindlewick\\Common\\ImageProcessing";
 constexpr char kHelpFile[] = "BrindleImgPro.chm";
 constexpr std::int32_t kZoomEntries = 25;
 constexpr std::int32_t kKeyEscape = 27;

@@ -1,13 +1,12 @@
 #include "modProcessing.h"
 
+#include "RootKey.h"
 #include "base/RuntimeError.h"
 #include "diagnostics/Trailer.h"
 #include "diagnostics/modTollgarthSupport.h"
 
 namespace kestrel::modProcessing {
 namespace {
-
-const std::string kRoot = "Software\\Brindlewick\\Common\\ImageProcessing";
 
 struct Apartment {
   kestrel::Platform* platform = nullptr;
@@ -52,8 +51,8 @@ void Main() {
   try {
     modTollgarthSupport::qdkMarkInitialised();
     modTollgarthSupport::qdkInitialise();
-    WindowPositions().RegistryKey(kRoot + "\\WindowPositions");
-    RegistryStore().RootKey(kRoot);
+    WindowPositions().RegistryKey(std::string(kRootKey) + "\\WindowPositions");
+    RegistryStore().RootKey(kRootKey);
     RegistryStore().RootHive(HKEY_CURRENT_USER);
   } catch (...) {
     QDK_TRAILER(Main, QDK_PARAMETERS(), QDK_LOCALS());
