@@ -29,6 +29,8 @@ constexpr std::array kFurtherFiles{
     FurtherFile{"ImageProcessingCtl.Enabling.cpp", 10},
     FurtherFile{"ImageProcessingCtl.Dialogs.cpp", 11},
     FurtherFile{"ImageProcessingCtl.Notices.cpp", 12},
+    FurtherFile{"ImageBrowserCtl.Commands.cpp", 1},
+    FurtherFile{"ImageBrowserCtl.View.cpp", 2},
     FurtherFile{"DialogBase.cpp", 1},  // part of the module of every dialog
     FurtherFile{"PreviewDialog.cpp", 2},
     FurtherFile{"SizeDialog.cpp", 3},

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "base/Object.h"
+#include "diagnostics/modTollgarthSupport.h"
+#include "frmImageBrowser.h"
+
+namespace kestrel {
+
+/// The image browser in a window of its own, for a host. The user's closing the window hides it: the next
+/// `Show` brings it back on the same folder.
+///
+/// After `Terminate` there is no window: `Path` and `Title` are empty then, and all other members raise
+/// RuntimeError 91.
+class ImageBrowser final : public Object {
+ public:
+  /// The thread must be attached to a platform (`modProcessing`).
+  ImageBrowser();
+  ~ImageBrowser() override;
+
+  std::string TypeName() const override { return "ImageBrowser"; }
+
+  /// Returns or sets the browse path
+  std::string Path() const;
+  void Path(const std::string& Value);
+  /// Returns or sets the window caption
+  std::string Title() const;
+  void Title(const std::string& Value);
+  bool Visible() const;
+
+  /// Shows the window. Modal: returns when it is hidden.
+  void Show(bool Modal = false);
+
+  /// Destroys the window, as the destructor does. Further calls do nothing.
+  void Terminate();
+
+ private:
+  frmImageBrowser& zWindow() const;
+
+  InstanceCount iCount;
+  std::unique_ptr<frmImageBrowser> pWindow;
+};
+
+}  // namespace kestrel
