@@ -115,25 +115,34 @@ class FolderTreeView final : public Object {
   void UserControl_Resize();
   void UserControl_Show();
   void zConnectTree();
-  void zInclude(bool& Field, bool Value, const char* Name);
+  void zInclude(bool& Field, bool Value, const std::string& Name);
   void zLoadImages();
   void zAddRoots();
   void zSelectFirstDrive();
   void zRestoreSelection(const std::string& Key, const std::string& Folder);
-  void zSetPath(const std::string& Value);
-  TreeNode* zHiddenFolder(const std::string& Parent, const std::string& Folder);
+  TreeNode* zHiddenFolder(TreeNode& Above, const std::string& Folder);
   void zRaisePathChange();
-  template <typename FolderEvent>
-  void zRaiseByKind(const TreeNode& Node, const Event<>& Computer, const Event<>& Desktop,
-                    const FolderEvent& Folder);
-  [[noreturn]] void zRaiseError(std::int32_t Number, const std::string& Description,
-                                const std::vector<std::string>& Parameters = {}) const;
+  std::string zAskUserForFolder(const Form* ParentForm);
+  /// Raises an error in the name of an object. In the description "%1" is the first parameter. The number 0
+  /// raises the current error again.
+  [[noreturn]] static void zRaiseError(const Object& Source, std::int32_t Number, std::string Description,
+                                       const std::vector<std::string>& Parameters = {});
+  void zCheckRange(std::int32_t Value, std::int32_t Largest) const;
 
-  void tvwFolders_NodeClick(TreeNode& Node);
-  void tvwFolders_Expand(TreeNode& Node);
+  void tvwFolders_Click();
+  void tvwFolders_Collapse(TreeNode& Node);
   void tvwFolders_DblClick();
+  void tvwFolders_Expand(TreeNode& Node);
   void tvwFolders_MouseDown(std::int32_t Button, std::int32_t Shift, float X, float Y);
+  void tvwFolders_MouseMove(std::int32_t Button, std::int32_t Shift, float X, float Y);
   void tvwFolders_MouseUp(std::int32_t Button, std::int32_t Shift, float X, float Y);
+  void tvwFolders_KeyDown(std::int32_t KeyCode, std::int32_t Shift);
+  void tvwFolders_KeyPress(std::int32_t KeyAscii);
+  void tvwFolders_KeyUp(std::int32_t KeyCode, std::int32_t Shift);
+  void tvwFolders_NodeCheck(TreeNode& Node);
+  void tvwFolders_NodeClick(TreeNode& Node);
+  static void zRaiseByKind(std::string Key, std::string Folder, const Event<>& Computer,
+                           const Event<>& Desktop, const Event<const std::string&>& FolderEvent);
 
   std::string qdkDumpModuleVariables() const;
 
@@ -154,7 +163,6 @@ class FolderTreeView final : public Object {
   float MY = 0;
   bool iPathSet = false;
   bool pAutoSelect = true;
-
   bool iShown = false;
   std::vector<Connection> iConnections;
 };

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "imaging/contract/TreeView.h"
 #include "imaging/contract/controls/PictureBox.h"
@@ -36,6 +37,10 @@ inline constexpr char kFolderOpen[] = "Folder Open";
 
 /// The text with the suffix added unless it already ends with it.
 std::string AddRight(const std::string& Text, const std::string& Suffix);
+/// A path with a separator at its end; an empty one stays empty.
+std::string WithSeparator(const std::string& Path);
+/// Whether the key is that of a node on the drives A: and B:, which are slow and may have no disk.
+bool IsOnFloppy(const std::string& Key);
 /// A stored text, or a stored number as decimal text; empty for other kinds. Raises RuntimeError 5 if there
 /// is no such value.
 std::string RegGetValue(std::int32_t Root, const std::string& Key, const std::string& ValueName);
@@ -51,7 +56,11 @@ std::string SingleUpper(const std::string& Text);
 /// The node of a folder or drive, null if it is not listed. Finds a path in any case, unless that would be
 /// another folder. Of several nodes of the folder a child of `Above` is preferred.
 TreeNode* FindFolder(TreeView& TV, const std::string& Path, const TreeNode* Above = nullptr);
-/// Adds one folder as a child of a node, with its first subfolder, unless it is there.
+/// The paths of the nodes on the way to a folder, without separators at their ends: its drive, and each
+/// folder down to the path itself.
+std::vector<std::string> StepsTo(const std::string& Path);
+/// Adds one folder as a child of a node, with its first subfolder, unless it is there. Raises the tree's
+/// errors.
 void AddFolder(TreeView& TV, TreeNode& Above, const std::string& Path, bool DoSelectedImage);
 /// Adds the subfolders of one folder as children of its node, each with its own first subfolder. With `Above`
 /// they become children of that node.
@@ -83,6 +92,8 @@ std::string GetNetPath(const std::string& Drive);
 std::string GetDriveName(const std::string& RootPath);
 /// The name of the first subfolder, empty if there is none.
 std::string HasSubDirs(const std::string& Folder);
+/// The folder of the desktop's files; where the shell names none, the one in the Windows folder.
+std::string GetDesktopPath();
 std::string GetSysPath();
 std::string GetWinPath();
 

@@ -34,6 +34,9 @@ constexpr std::array kFurtherFiles{
     FurtherFile{"DialogBase.cpp", 1},  // part of the module of every dialog
     FurtherFile{"PreviewDialog.cpp", 2},
     FurtherFile{"SizeDialog.cpp", 3},
+    FurtherFile{"FolderTreeView.Properties.cpp", 1},
+    FurtherFile{"FolderTreeView.Tree.cpp", 2},
+    FurtherFile{"modFolderTreeView.Shell.cpp", 1},
     FurtherFile{"modTollgarthSupport.Counting.cpp", 1},
     FurtherFile{"modTollgarthSupport.Format.cpp", 2},
 };

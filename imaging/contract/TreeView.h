@@ -15,6 +15,17 @@ inline constexpr std::int32_t kTreeNext = 2;
 inline constexpr std::int32_t kTreePrevious = 3;
 inline constexpr std::int32_t kTreeChild = 4;
 
+// The properties of a new tree.
+inline constexpr std::int32_t kTreeBorderStyle = 1;
+inline constexpr float kTreeIndentation = 20;
+inline constexpr std::int32_t kTreeLineStyle = 1;
+inline constexpr std::int32_t kTreeStyle = 7;
+
+/// The largest values of the properties of a tree that are numbers.
+inline constexpr std::int32_t kLargestBorderStyle = 1;
+inline constexpr std::int32_t kLargestLineStyle = 1;
+inline constexpr std::int32_t kLargestTreeStyle = 7;
+
 /// One node of a tree.
 class TreeNode {
  public:

@@ -1,0 +1,317 @@
+#include "modFolderTreeView.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "base/Numbers.h"
+#include "base/RuntimeError.h"
+#include "diagnostics/Trailer.h"
+#include "imaging/contract/Shell.h"
+#include "settings/modProcessing.h"
+
+namespace kestrel::modFolderTreeView {
+namespace {
+
+kestrel::Shell& Shell() { return modProcessing::Platform().Shell(); }
+
+std::string Separator() { return modProcessing::FileHelpers().PathSeparator(); }
+
+/// The path without separators at its end. A root "/" stays.
+std::string WithoutSeparators(std::string path) {
+  const std::string separator = Separator();
+  while (path.size() > separator.size() && path.ends_with(separator))
+    path.resize(path.size() - separator.size());
+  return path;
+}
+
+std::string LastPart(const std::string& path) {
+  const std::size_t last = path.rfind(Separator());
+  return last == std::string::npos ? path : path.substr(last + Separator().size());
+}
+
+/// The key that a folder's node has if `taken` keys that it would have had are in use.
+std::string KeyOf(const std::string& path, std::int32_t taken) {
+  if (taken == 0) return UpperCase(path);
+  std::string key = path;
+  for (std::int32_t i = 1; i < taken; ++i) key += Separator();
+  return key;
+}
+
+/// Whether two spellings name different folders of a file system that distinguishes case. Folders that do not
+/// exist are not different.
+bool AreDifferentFolders(const std::string& one, const std::string& other) {
+  if (one == other) return false;
+  kestrel::FileHelpers& files = modProcessing::FileHelpers();
+  return modProcessing::FormUtility().FileExists(one) && files.ResolvePath(one) != files.ResolvePath(other);
+}
+
+/// Adds a node for a folder or drive under the first free key. Null if it is there already.
+TreeNode* AddNode(TreeView& TV, const TreeNode* above, const std::string& path, const std::string& text,
+                  const std::string& image) {
+  TreeNodes& nodes = TV.Nodes();
+  std::int32_t taken = 0;
+  while (TreeNode* const node = nodes.Find(KeyOf(path, taken))) {
+    if (node->Tag() == path && node->Parent() == above) return nullptr;
+    ++taken;
+  }
+  const std::string relative = above == nullptr ? std::string() : above->Key();
+  TreeNode& added =
+      nodes.Add(relative, above == nullptr ? kTreeLast : kTreeChild, KeyOf(path, taken), text, image);
+  added.Tag(path);
+  return &added;
+}
+
+/// Adds a node for a subfolder. Null if it is there already. Names that differ in case only are shown as they
+/// are on the disk, so that they differ on the screen.
+TreeNode* AddSubfolder(TreeView& TV, TreeNode& Above, const std::string& Path, bool DoSelectedImage) {
+  std::string text = StripTerminator(LastPart(Path));
+  TreeNode* const first = TV.Nodes().Find(KeyOf(Path, 0));
+  const bool twin = first != nullptr && first->Parent() == &Above && first->Tag() != Path;
+  if (twin) {
+    first->Text(LastPart(first->Tag()));
+  } else {
+    CaseIt(text);
+  }
+  TreeNode* const added = AddNode(TV, &Above, Path, text, kFolderClosed);
+  FormatNode(added, DoSelectedImage);
+  return added;
+}
+
+/// Adds the first subfolder of a node's folder, which gives the node its sign to expand.
+void AddFirstSubfolder(TreeView& TV, TreeNode& Node, bool DoSelectedImage) {
+  const std::string folder = WithSeparator(Node.Tag());
+  const std::string name = StripTerminator(Shell().FirstSubfolder(folder));
+  if (!name.empty()) AddSubfolder(TV, Node, folder + name, DoSelectedImage);
+}
+
+/// What is shown of one drive.
+struct DriveEntry {
+  std::string name;  ///< the root without a separator at its end
+  std::string label;
+  bool probe = false;  ///< whether its first subfolder is looked up
+  bool fixed = false;
+};
+
+DriveEntry DescribeDrive(const std::string& root, bool CheckForSubDirs) {
+  DriveEntry drive{.name = WithoutSeparators(root)};
+  const std::string inParentheses = "(" + drive.name + ")";
+  switch (Shell().DriveType(root)) {
+    case kDriveNoRoot:
+    case kDriveFixed:
+      drive.label = GetDriveName(root) + " " + inParentheses;
+      drive.probe = CheckForSubDirs;
+      drive.fixed = true;
+      break;
+    case kDriveRemovable: {
+      // A floppy is read only when the user selects it.
+      const bool floppy = IsOnFloppy(UpperCase(drive.name));
+      drive.label = (floppy ? "Floppy " : "Removable ") + inParentheses;
+      drive.probe = !floppy;
+      break;
+    }
+    case kDriveRemote:
+      drive.label = GetNetPathEx(drive.name) + " " + inParentheses;
+      drive.probe = CheckForSubDirs;
+      break;
+    case kDriveCD:
+      drive.label = GetDriveName(root) + " " + inParentheses;
+      drive.probe = CheckForSubDirs;
+      break;
+    default:
+      drive.label = inParentheses;
+      break;
+  }
+  return drive;
+}
+
+void AddDrive(TreeView& TV, ImageList& IL, PictureBox& PB, TreeNode* Above, const std::string& root,
+              const DriveEntry& drive, bool DoSelectedImage) {
+  const std::int16_t image = FTVRetrieveIcon(root, IL, PB);
+  TreeNode* const node =
+      AddNode(TV, Above, drive.name, drive.label, image == 0 ? std::string() : IL.Key(image));
+  if (node != nullptr && drive.probe) AddFirstSubfolder(TV, *node, DoSelectedImage);
+}
+
+void AddMyDocuments(TreeView& TV, const TreeNode& Desktop, bool DoSelectedImage) {
+  const std::string folder = WithoutSeparators(Shell().SpecialFolder(kFolderPersonal));
+  if (folder.empty()) return;
+  TreeNode* const node = AddNode(TV, &Desktop, folder, kMyDocuments, kMyDocuments);
+  if (node == nullptr) return;
+  FormatNode(node, DoSelectedImage);
+  AddFirstSubfolder(TV, *node, DoSelectedImage);
+}
+
+/// False if there is no such node, or it cannot be made visible.
+bool MakeVisible(TreeView& TV, const std::string& key) {
+  try {
+    TV.Nodes().Item(key).EnsureVisible();
+    return true;
+  } catch (const RuntimeError&) {
+    return false;
+  }
+}
+
+/// The root of the drive that a path is on; empty if it is on none. A mounted volume is a drive inside
+/// another one.
+std::string RootOf(const std::string& path) {
+  std::string longest;
+  for (const std::string& root : Shell().LogicalDrives()) {
+    const std::string start = path.substr(0, root.size());
+    if (root.size() <= longest.size() || !EqualIgnoringCase(start, root)) continue;
+    if (!AreDifferentFolders(start, root)) longest = root;
+  }
+  return longest;
+}
+
+}  // namespace
+
+std::string WithSeparator(const std::string& Path) {
+  return Path.empty() ? Path : AddRight(Path, Separator());
+}
+
+bool IsOnFloppy(const std::string& Key) { return Key.starts_with("A:") || Key.starts_with("B:"); }
+
+std::vector<std::string> StepsTo(const std::string& Path) {
+  std::vector<std::string> Result;
+  std::string root, separator;
+  try {
+    root = RootOf(Path);
+    separator = Separator();
+    if (!root.empty()) Result.push_back(WithoutSeparators(Path.substr(0, root.size())));
+    for (std::size_t at = root.size(); at < Path.size();) {
+      const std::size_t end = std::min(Path.find(separator, at), Path.size());
+      if (end > at) Result.push_back(Path.substr(0, end));
+      at = end + separator.size();
+    }
+  } catch (...) {
+    QDK_TRAILER(StepsTo, QDK_PARAMETERS(Path), QDK_LOCALS(Result, root, separator));
+  }
+  return Result;
+}
+
+TreeNode* FindFolder(TreeView& TV, const std::string& Path, const TreeNode* Above) {
+  TreeNode* Result = nullptr;
+  std::string folder;
+  try {
+    folder = WithoutSeparators(Path);
+    if (folder.empty()) return Result;
+    TreeNode* const inCapitals = TV.Nodes().Find(KeyOf(folder, 0));
+    TreeNode* node = inCapitals;
+    for (std::int32_t taken = 1; node != nullptr; ++taken) {
+      const bool preferred = Above != nullptr && node->Parent() == Above;
+      if (node->Tag() == folder && (Result == nullptr || preferred)) Result = node;
+      node = TV.Nodes().Find(KeyOf(folder, taken));
+    }
+    if (Result == nullptr && inCapitals != nullptr && !AreDifferentFolders(folder, inCapitals->Tag())) {
+      Result = inCapitals;
+    }
+  } catch (...) {
+    QDK_TRAILER(FindFolder, QDK_PARAMETERS(TV, Path, Above), QDK_LOCALS(Result, folder));
+  }
+  return Result;
+}
+
+void AddFolder(TreeView& TV, TreeNode& Above, const std::string& Path, bool DoSelectedImage) {
+  TreeNode* node = AddSubfolder(TV, Above, Path, DoSelectedImage);
+  if (node == nullptr) node = FindFolder(TV, Path, &Above);
+  // A folder that was listed before, and was empty then, may have got a subfolder.
+  if (node != nullptr && node->Child() == nullptr) AddFirstSubfolder(TV, *node, DoSelectedImage);
+}
+
+void ListDirs(TreeView& TV, const std::string& StartDir, bool DoSelectedImage, TreeNode* Above) {
+  std::string folder;
+  try {
+    if (StartDir.empty()) return;
+    if (Above == nullptr) Above = FindFolder(TV, StartDir);
+    if (Above == nullptr) return;
+    folder = WithSeparator(StartDir);
+    for (const FolderEntry& entry : Shell().Entries(folder)) {
+      if (!entry.IsDirectory || entry.Name == "." || entry.Name == "..") continue;
+      QDK_RESUME_NEXT(AddFolder(TV, *Above, folder + StripTerminator(entry.Name), DoSelectedImage));
+    }
+  } catch (...) {
+    QDK_TRAILER(ListDirs, QDK_PARAMETERS(TV, StartDir, DoSelectedImage, Above), QDK_LOCALS(folder));
+  }
+}
+
+void FormatNode(TreeNode* Node, bool DoSelectedImage) {
+  try {
+    if (Node == nullptr) return;
+    if (DoSelectedImage) {
+      Node->SelectedImage(kFolderOpen);
+    } else {
+      Node->ExpandedImage(kFolderOpen);
+    }
+  } catch (...) {
+    QDK_TRAILER(FormatNode, QDK_PARAMETERS(Node, DoSelectedImage), QDK_LOCALS());
+  }
+}
+
+std::string ListDrives(TreeView& TV, ImageList& IL, PictureBox& PB, bool AndDesktopFolders,
+                       bool DoSelectedImage, bool CheckForSubDirs, const std::string& Path,
+                       std::int16_t Indentation, bool IncludeMyDocuments, bool RootIsMyComputer) {
+  std::string Result;
+  TreeNode* computer = nullptr;
+  TreeNode* desktop = nullptr;
+  try {
+    QDK_RESUME_NEXT(modProcessing::FormUtility().SetPointer(kBusyArrowHourglass));
+    computer = TV.Nodes().Find(kMyComputer);
+    desktop = TV.Nodes().Find(kDesktop);
+    for (const std::string& root : Shell().LogicalDrives()) {
+      DriveEntry drive;
+      QDK_RESUME_NEXT(drive = DescribeDrive(root, CheckForSubDirs));
+      if (drive.fixed && Result.empty()) Result = KeyOf(drive.name, 0);
+      if (RootIsMyComputer && computer == nullptr) continue;
+      QDK_RESUME_NEXT(
+          AddDrive(TV, IL, PB, RootIsMyComputer ? computer : nullptr, root, drive, DoSelectedImage));
+    }
+    if (IncludeMyDocuments && desktop != nullptr) {
+      QDK_RESUME_NEXT(AddMyDocuments(TV, *desktop, DoSelectedImage));
+    }
+    if (AndDesktopFolders && desktop != nullptr) {
+      QDK_RESUME_NEXT(ListDirs(TV, GetDesktopPath(), DoSelectedImage, desktop));
+    }
+    if (!MakeVisible(TV, "C:")) MakeVisible(TV, kMyComputer);
+    QDK_RESUME_NEXT(modProcessing::FormUtility().SetPointer(kBusyDefault));
+  } catch (...) {
+    QDK_TRAILER(ListDrives,
+                QDK_PARAMETERS(TV, IL, PB, AndDesktopFolders, DoSelectedImage, CheckForSubDirs, Path,
+                               Indentation, IncludeMyDocuments, RootIsMyComputer),
+                QDK_LOCALS(Result, computer, desktop));
+  }
+  return Result;
+}
+
+std::string ListDrives(DriveCombo& Combo, ImageList& IL, PictureBox& PB, const std::string& Path,
+                       std::int16_t Indentation, bool IncludeMyDocuments) {
+  std::string Result, folder;
+  std::vector<std::string> steps;
+  try {
+    QDK_RESUME_NEXT(modProcessing::FormUtility().SetPointer(kBusyArrowHourglass));
+    steps = StepsTo(Path);
+    for (const std::string& root : Shell().LogicalDrives()) {
+      const DriveEntry drive = DescribeDrive(root, false);
+      const std::string key = KeyOf(drive.name, 0);
+      std::int32_t item = Combo.Add(key, drive.label, FTVRetrieveIcon(root, IL, PB), Indentation);
+      if (drive.fixed && Result.empty()) Result = key;
+      if (steps.empty() || !EqualIgnoringCase(steps.front(), drive.name)) continue;
+      std::int16_t level = Indentation;
+      for (std::size_t i = 1; i < steps.size(); ++i) {
+        ++level;
+        item = Combo.Add(KeyOf(steps[i], 0), LastPart(steps[i]), FTVRetrieveIcon(steps[i], IL, PB), level);
+      }
+      Combo.Select(item);
+    }
+    folder = IncludeMyDocuments ? WithoutSeparators(Shell().SpecialFolder(kFolderPersonal)) : std::string();
+    if (!folder.empty()) {
+      Combo.Add(KeyOf(folder, 0), kMyDocuments, FTVRetrieveIcon(folder, IL, PB), Indentation);
+    }
+    QDK_RESUME_NEXT(modProcessing::FormUtility().SetPointer(kBusyDefault));
+  } catch (...) {
+    QDK_TRAILER(ListDrives, QDK_PARAMETERS(Combo, IL, PB, Path, Indentation, IncludeMyDocuments),
+                QDK_LOCALS(Result, folder, steps));
+  }
+  return Result;
+}
+
+}  // namespace kestrel::modFolderTreeView
