@@ -9,8 +9,10 @@
 #include "Resources/Layouts.h"
 #include "Resources/StockPicture.h"
 #include "controls/PictureBox.h"
+#include "controls/TreeView.h"
 #include "engine/codecs/Codecs.h"
 #include "engine/imgx/PictureObject.h"
+#include "imaging/contract/controls/SplitPanel.h"
 #include "platform/docking/LayoutReader.h"
 
 namespace kestrel::headless {
@@ -55,6 +57,19 @@ std::unique_ptr<Site> makePreviewSite(Desktop& desktop, Window* parent, const st
   stock->visible(false);
   stock->Picture(stockPicture());
   site->add(std::move(stock));
+  return site;
+}
+
+std::unique_ptr<Site> makeFolderTreeSite(Desktop& desktop, Window* parent, const std::string& name,
+                                         bool userMode) {
+  auto site = std::make_unique<Site>(desktop, parent, name, userMode);
+  site->Move(0, 0, kSplitPosition, kPreviewDesignSize.Height);
+  auto tree = std::make_unique<TreeView>(desktop, site.get(), "tvwFolders", -1);
+  for (const char* key : {"My Computer", "Desktop", "Folder Closed", "Folder Open", "My Documents"}) {
+    tree->ImageList().Set(key, 0);
+  }
+  site->add(std::move(tree));
+  site->add(std::make_unique<PictureBox>(desktop, site.get(), "picIcon", -1));
   return site;
 }
 

@@ -30,4 +30,9 @@ std::unique_ptr<Moorage> makeEditorSuite(Site& site, const Surroundings& surroun
 std::unique_ptr<Site> makePreviewSite(Desktop& desktop, Window* parent, const std::string& name,
                                       const Surroundings& surroundings);
 
+/// The container of a folder tree with its tree "tvwFolders", which has the five stock pictures, and the
+/// hidden picture "picIcon".
+std::unique_ptr<Site> makeFolderTreeSite(Desktop& desktop, Window* parent, const std::string& name,
+                                         bool userMode);
+
 }  // namespace kestrel::headless

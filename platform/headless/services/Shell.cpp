@@ -37,16 +37,17 @@ std::string Shell::NetworkPath(const std::string& drive) {
 }
 
 std::string Shell::SpecialFolder(std::int32_t folder) {
-  if (folder == kFolderDesktop) return ownFolder("Desktop");
-  if (folder == kFolderPersonal) return ownFolder("Documents");
+  if (folder == kFolderDesktop) return ownFolder(folder, "Desktop");
+  if (folder == kFolderPersonal) return ownFolder(folder, "Documents");
   return {};
 }
 
-std::string Shell::WindowsFolder() { return ownFolder("Windows"); }
+std::string Shell::WindowsFolder() { return ownFolder(kWindowsFolder, "Windows"); }
 
-std::string Shell::SystemFolder() { return ownFolder("System"); }
+std::string Shell::SystemFolder() { return ownFolder(kSystemFolder, "System"); }
 
-std::string Shell::ownFolder(const std::string& name) const {
+std::string Shell::ownFolder(std::int32_t folder, const std::string& name) const {
+  if (const auto replaced = replaced_.find(folder); replaced != replaced_.end()) return replaced->second;
   const std::string path = files_.scratch() + files_.separator() + name;
   fs::create_directories(files_.host(path));
   return path;
@@ -54,6 +55,7 @@ std::string Shell::ownFolder(const std::string& name) const {
 
 std::vector<FolderEntry> Shell::Entries(const std::string& folder) {
   std::vector<FolderEntry> entries;
+  reads_.push_back(folder);
   std::error_code error;
   for (fs::directory_iterator entry(files_.host(folder), error), end; !error && entry != end;
        entry.increment(error)) {
@@ -64,6 +66,7 @@ std::vector<FolderEntry> Shell::Entries(const std::string& folder) {
 }
 
 std::string Shell::FirstSubfolder(const std::string& folder) {
+  reads_.push_back(folder);
   std::error_code error;
   for (fs::directory_iterator entry(files_.host(folder), error), end; !error && entry != end;
        entry.increment(error)) {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "../Desktop.h"
@@ -33,16 +35,27 @@ class Shell final : public kestrel::Shell {
   bool DrawFileIcon(const std::string& filename, std::int32_t iconIndex, bool large,
                     WindowHandle picture) override;
 
+  // For tests.
+  /// Replaces a special folder, or the Windows or system folder; an empty path means that there is none.
+  void specialFolder(std::int32_t folder, std::string path) { replaced_[folder] = std::move(path); }
+  static constexpr std::int32_t kWindowsFolder = 36;
+  static constexpr std::int32_t kSystemFolder = 37;
+  /// The folders whose entries were read, in order, as they were named.
+  const std::vector<std::string>& reads() const { return reads_; }
+  void forgetReads() { reads_.clear(); }
+
   static constexpr std::int32_t kFileIcon = 0;
   static constexpr std::int32_t kFolderIcon = 3;
   static constexpr std::int32_t kDriveIcon = 8;
 
  private:
-  std::string ownFolder(const std::string& name) const;
+  std::string ownFolder(std::int32_t folder, const std::string& name) const;
   void drawSquare(std::int32_t iconIndex, std::int32_t size, WindowHandle picture) const;
 
   Desktop& desktop_;
   const FileSystem& files_;
+  std::map<std::int32_t, std::string> replaced_;
+  std::vector<std::string> reads_;
 };
 
 }  // namespace kestrel::headless
