@@ -73,6 +73,11 @@ std::int32_t buttonMaskOf(Qt::MouseButtons buttons) {
          (buttons & Qt::MiddleButton ? kMiddleButton : 0);
 }
 
+bool isContextMenuKey(const QKeyEvent& event) {
+  return (event.key() == Qt::Key_Menu && event.modifiers() == Qt::NoModifier) ||
+         (event.key() == Qt::Key_F10 && event.modifiers() == Qt::ShiftModifier);
+}
+
 QString hotKeyText(std::int32_t shift, std::int32_t keyCode) {
   Qt::KeyboardModifiers modifiers;
   modifiers.setFlag(Qt::ShiftModifier, (shift & kShiftMask) != 0);

@@ -16,6 +16,9 @@ KeyStroke keyStrokeOf(const QKeyEvent& event);
 std::int32_t shiftMaskOf(Qt::KeyboardModifiers modifiers);
 std::int32_t buttonMaskOf(Qt::MouseButtons buttons);
 
+/// The context-menu key, or the keys for it on a keyboard that has none.
+bool isContextMenuKey(const QKeyEvent& event);
+
 /// The text of a hot key in menus, in the user's language ("Ctrl+O", "Num +").
 QString hotKeyText(std::int32_t shift, std::int32_t keyCode);
 

@@ -1,6 +1,5 @@
 #include "SiteWidget.h"
 
-#include <QApplication>
 #include <QDropEvent>
 #include <QHideEvent>
 #include <QKeyEvent>
@@ -11,6 +10,7 @@
 #include <QTimer>
 #include <QUrl>
 
+#include "platform/qt/core/Blocking.h"
 #include "platform/qt/core/Keys.h"
 
 namespace kestrel::qt {
@@ -29,11 +29,6 @@ Qt::DropAction harmlessAction(Qt::DropActions possible) {
   return possible & Qt::CopyAction   ? Qt::CopyAction
          : possible & Qt::LinkAction ? Qt::LinkAction
                                      : Qt::IgnoreAction;
-}
-
-bool isBlockedByDialog(const QWidget& widget) {
-  const QWidget* const modal = QApplication::activeModalWidget();
-  return modal && modal != &widget && !modal->isAncestorOf(&widget);
 }
 
 }  // namespace

@@ -3,11 +3,11 @@
 #include <QPaintEvent>
 #include <QPainter>
 #include <QWheelEvent>
-#include <cmath>
 #include <optional>
 #include <utility>
 
 #include "engine/view/View.h"
+#include "platform/qt/core/DevicePixels.h"
 #include "platform/qt/core/Guard.h"
 #include "platform/qt/core/Keys.h"
 #include "platform/qt/core/Text.h"
@@ -46,16 +46,6 @@ std::optional<engine::ViewKey> viewKeyOf(int key) {
   }
 }
 
-/// The context-menu key, or the keys for it on a keyboard that has none.
-bool isContextMenuKey(const QKeyEvent& event) {
-  return (event.key() == Qt::Key_Menu && event.modifiers() == Qt::NoModifier) ||
-         (event.key() == Qt::Key_F10 && event.modifiers() == Qt::ShiftModifier);
-}
-
-QPoint rounded(const QPointF& point) {
-  return {static_cast<int>(std::lround(point.x())), static_cast<int>(std::lround(point.y()))};
-}
-
 }  // namespace
 
 ViewCanvas::ViewCanvas(QWidget* parent) : QWidget(parent) {
@@ -71,12 +61,7 @@ void ViewCanvas::setView(engine::View* view) {
   measure();
 }
 
-QPointF ViewCanvas::deviceOrigin() const { return QPointF(mapTo(window(), QPoint())) * devicePixelRatioF(); }
-
-QPointF ViewCanvas::toView(const QPointF& position) const {
-  const QPointF origin = deviceOrigin();
-  return position * devicePixelRatioF() + origin - rounded(origin);
-}
+QPointF ViewCanvas::toView(const QPointF& position) const { return toDevicePixels(*this, position); }
 
 QPointF ViewCanvas::screenToView(const QPoint& screen) const {
   return toView(mapFromGlobal(pointer_.toPoint() == screen ? pointer_ : QPointF(screen)));
@@ -89,11 +74,7 @@ QPointF ViewCanvas::pointerInView(const QPointF& position) {
 
 void ViewCanvas::measure() {
   if (!view_) return;
-  // The window system rounds both edges to device pixels, so the size depends on the position.
-  const QPointF origin = deviceOrigin();
-  const QPointF end = origin + QPointF(width(), height()) * devicePixelRatioF();
-  const QPoint extent = rounded(end) - rounded(origin);
-  const QSize size(extent.x(), extent.y());
+  const QSize size = deviceSizeOf(*this);
   if (size == deviceSize_ && factor_ == devicePixelRatioF()) return;
   deviceSize_ = size;
   factor_ = devicePixelRatioF();
@@ -134,12 +115,8 @@ void ViewCanvas::paintEvent(QPaintEvent* /*event*/) {
   if (buffer_.isNull()) return;
   paintDirty();
 
-  // Blit the buffer 1:1 to device pixels: reset the painter's scale and drop the fraction of a pixel in the
-  // widget's position.
   QPainter painter(this);
-  const QTransform toDevice = painter.deviceTransform();
-  const QPoint origin = rounded(toDevice.map(QPointF()));
-  painter.setWorldTransform(QTransform::fromTranslate(origin.x(), origin.y()) * toDevice.inverted());
+  useDevicePixels(painter);
   painter.setCompositionMode(QPainter::CompositionMode_Source);
   painter.drawImage(0, 0, buffer_);
   paintHint(painter);

@@ -55,8 +55,6 @@ class ViewCanvas final : public QWidget {
   void contextMenuEvent(QContextMenuEvent* event) override;
 
  private:
-  /// The widget's top left corner in device pixels of its window; fractional at a fractional scale.
-  QPointF deviceOrigin() const;
   QPointF pointerInView(const QPointF& position);
   void press(const QMouseEvent& event, bool again);
   void paintDirty();
