@@ -1,0 +1,207 @@
+#include "ThumbnailPainter.h"
+
+#include <QFontMetricsF>
+#include <QPalette>
+#include <algorithm>
+#include <cmath>
+
+#include "platform/qt/core/SvgIcon.h"
+#include "platform/qt/core/Text.h"
+
+namespace kestrel::qt {
+namespace {
+
+// Lengths in logical pixels.
+constexpr double kCorner = 5;
+constexpr double kFocusLine = 2;
+constexpr double kBandLine = 1;
+constexpr double kSignSide = 48;
+constexpr double kCheckerSide = 8;
+constexpr double kMessageMargin = 32;
+
+// Shares of the text's color, or of the selection's, in a mix with the ground.
+constexpr double kQuietShare = 0.72;
+constexpr double kOutlineShare = 0.16;
+constexpr double kPlaceholderShare = 0.06;
+constexpr double kHoverShare = 0.18;
+constexpr double kCheckerShares[] = {0.04, 0.14};
+
+constexpr double kFadedOpacity = 0.4;
+constexpr int kBandAlpha = 56;
+/// A placeholder has the proportions of most photographs.
+constexpr QSize kPlaceholderProportions(3, 2);
+
+QRect rectOf(const Rectangle& area) { return {area.Left, area.Top, area.Width, area.Height}; }
+
+QColor mixed(const QColor& front, const QColor& back, double share) {
+  const auto mix = [share](int a, int b) {
+    return static_cast<int>(std::lround(a * share + b * (1 - share)));
+  };
+  return QColor(mix(front.red(), back.red()), mix(front.green(), back.green()),
+                mix(front.blue(), back.blue()));
+}
+
+/// The font at its size in device pixels.
+QFont scaledFont(const QFont& font, double scale) {
+  QFont scaled = font;
+  if (font.pointSizeF() > 0) {
+    scaled.setPointSizeF(font.pointSizeF() * scale);
+  } else {
+    scaled.setPixelSize(static_cast<int>(std::lround(font.pixelSize() * scale)));
+  }
+  return scaled;
+}
+
+/// RAII: what is painted fades.
+class Opacity {
+ public:
+  Opacity(QPainter& painter, bool faded) : painter_(painter) {
+    if (faded) painter_.setOpacity(kFadedOpacity);
+  }
+  Opacity(const Opacity&) = delete;
+  Opacity& operator=(const Opacity&) = delete;
+  ~Opacity() { painter_.setOpacity(1); }
+
+ private:
+  QPainter& painter_;
+};
+
+}  // namespace
+
+int ThumbnailPainter::length(double logical) const {
+  return std::max(1, static_cast<int>(std::lround(logical * scale_)));
+}
+
+void ThumbnailPainter::adopt(const QWidget& widget) {
+  scale_ = widget.devicePixelRatioF();
+  font_ = scaledFont(widget.font(), scale_);
+  lineHeight_ = static_cast<int>(std::ceil(QFontMetricsF(font_).height()));
+
+  const QPalette& palette = widget.palette();
+  ground_ = palette.color(QPalette::Base);
+  text_ = palette.color(QPalette::Text);
+  selection_ = palette.color(QPalette::Highlight);
+  selectedText_ = palette.color(QPalette::HighlightedText);
+  quiet_ = mixed(text_, ground_, kQuietShare);
+  outline_ = mixed(text_, ground_, kOutlineShare);
+  placeholder_ = mixed(text_, ground_, kPlaceholderShare);
+  hover_ = mixed(selection_, ground_, kHoverShare);
+  if (brokenSign_.isNull()) brokenSign_ = svgIcon("broken-picture");
+  pictures_.setCheckers({mixed(text_, ground_, kCheckerShares[0]), mixed(text_, ground_, kCheckerShares[1]),
+                         length(kCheckerSide)});
+}
+
+void ThumbnailPainter::paintCell(QPainter& painter, const QRect& cell, bool selected, const ItemLook& look,
+                                 bool focused) const {
+  const bool outlined = focused && look.showFocus;
+  if (!selected && !look.hovered && !outlined) return;
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  const double corner = kCorner * scale_;
+  if (selected || look.hovered) {
+    painter.setBrush(selected ? selection_ : hover_);
+    painter.drawRoundedRect(cell, corner, corner);
+  }
+  if (outlined) {
+    // Inside the selection the line needs the contrast of its text.
+    const double width = length(kFocusLine);
+    const double inset = (selected ? 1.5 : 0.5) * width;
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(selected ? selectedText_ : selection_, width));
+    painter.drawRoundedRect(QRectF(cell).adjusted(inset, inset, -inset, -inset), corner - inset / 2,
+                            corner - inset / 2);
+  }
+  painter.setRenderHint(QPainter::Antialiasing, false);
+}
+
+void ThumbnailPainter::paintSign(QPainter& painter, const QRect& box, const QColor& text,
+                                 const QColor& ground) const {
+  const int side = std::min({length(kSignSide), box.width(), box.height()});
+  if (side < 1) return;
+  QRect place(0, 0, side, side);
+  place.moveCenter(box.center());
+  const QPixmap sign = svgPixmap(brokenSign_, place.size(), text, ground, true);
+  painter.drawPixmap(place.topLeft(), sign);
+}
+
+void ThumbnailPainter::paintPicture(QPainter& painter, const QRect& box, const thumbnails::ItemFacts& facts,
+                                    const thumbnails::PaintedPicture& picture) {
+  if (facts.state == thumbnails::ItemState::kBroken) {
+    return paintSign(painter, box, facts.selected ? selectedText_ : text_,
+                     facts.selected ? selection_ : ground_);
+  }
+  if (picture.bitmap.empty()) {
+    QRect place(QPoint(), kPlaceholderProportions.scaled(box.size(), Qt::KeepAspectRatio));
+    place.moveCenter(box.center());
+    return painter.fillRect(place, placeholder_);
+  }
+  pictures_.paint(painter, picture);
+  // A picture as bright as the ground needs an edge.
+  painter.setPen(QPen(outline_, 1));
+  painter.setBrush(Qt::NoBrush);
+  painter.drawRect(rectOf(picture.target).adjusted(-1, -1, 0, 0));
+}
+
+void ThumbnailPainter::paintName(QPainter& painter, const QRect& place, const QString& name,
+                                 const QColor& color) const {
+  const QFontMetrics metrics(font_);
+  painter.setFont(font_);
+  painter.setPen(color);
+  painter.drawText(place, Qt::AlignHCenter | Qt::AlignTop | Qt::TextSingleLine,
+                   metrics.elidedText(name, Qt::ElideMiddle, place.width()));
+}
+
+void ThumbnailPainter::paintItem(QPainter& painter, const thumbnails::ItemPlace& place,
+                                 const thumbnails::ItemFacts& facts,
+                                 const thumbnails::PaintedPicture& picture, const ItemLook& look) {
+  paintCell(painter, rectOf(place.cell), facts.selected, look, facts.focused);
+  const Opacity opacity(painter, look.faded);
+  paintPicture(painter, rectOf(place.picture), facts, picture);
+  paintName(painter, rectOf(place.name), toQt(facts.label), facts.selected ? selectedText_ : text_);
+}
+
+void ThumbnailPainter::paintLarge(QPainter& painter, const QRect& box, const thumbnails::ItemFacts& facts,
+                                  const thumbnails::PaintedPicture& picture, const ItemLook& look) {
+  const Opacity opacity(painter, look.faded);
+  if (facts.state == thumbnails::ItemState::kBroken) {
+    QRect above = box;
+    above.setHeight(box.height() / 2);
+    paintSign(painter, above, text_, ground_);
+    const int margin = std::min(length(kMessageMargin), box.width() / 4);
+    QRect below = box.adjusted(margin, box.height() / 2, -margin, 0);
+    painter.setFont(font_);
+    painter.setPen(quiet_);
+    const QString reason = facts.notice.empty() ? QString() : u'\n' + toQt(facts.notice);
+    painter.drawText(below, Qt::AlignHCenter | Qt::AlignTop | Qt::TextWrapAnywhere | Qt::TextWordWrap,
+                     toQt(facts.label) + reason);
+    return;
+  }
+  if (!picture.bitmap.empty()) pictures_.paint(painter, picture);
+}
+
+void ThumbnailPainter::paintMessage(QPainter& painter, const QRect& viewport, const QString& message) const {
+  const int margin = std::min(length(kMessageMargin), viewport.width() / 8);
+  painter.setFont(font_);
+  painter.setPen(quiet_);
+  painter.drawText(viewport.adjusted(margin, margin, -margin, -margin), Qt::AlignCenter | Qt::TextWordWrap,
+                   message);
+}
+
+void ThumbnailPainter::paintBand(QPainter& painter, const QRect& band) const {
+  QColor fill = selection_;
+  fill.setAlpha(kBandAlpha);
+  painter.fillRect(band, fill);
+  const int width = length(kBandLine);
+  painter.setPen(QPen(selection_, width, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+  painter.setBrush(Qt::NoBrush);
+  painter.drawRect(QRectF(band).adjusted(width / 2.0, width / 2.0, -width / 2.0, -width / 2.0));
+}
+
+void ThumbnailPainter::paintDropFrame(QPainter& painter, const QRect& viewport) const {
+  const int width = length(kFocusLine);
+  painter.setPen(QPen(selection_, width, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+  painter.setBrush(Qt::NoBrush);
+  painter.drawRect(QRectF(viewport).adjusted(width / 2.0, width / 2.0, -width / 2.0, -width / 2.0));
+}
+
+}  // namespace kestrel::qt
