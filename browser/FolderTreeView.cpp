@@ -239,6 +239,7 @@ std::string FolderTreeView::NewFolder(Form* ParentForm) {
   }
   if (ReturnFolder.empty()) return Result;
   const bool inside = ReturnFolder.find(Separator()) == std::string::npos;
+  if (inside && pPath.empty()) zRaiseError(*this, err::kPathNotFound, "No folder is selected.");
   Result = pPath + ReturnFolder;
   try {
     modProcessing::Platform().Shell().CreateFolder(inside ? Result : ReturnFolder);

@@ -93,7 +93,8 @@ struct DriveEntry {
 };
 
 DriveEntry DescribeDrive(const std::string& root, bool CheckForSubDirs) {
-  DriveEntry drive{.name = WithoutSeparators(root)};
+  DriveEntry drive;
+  drive.name = WithoutSeparators(root);
   const std::string inParentheses = "(" + drive.name + ")";
   switch (Shell().DriveType(root)) {
     case kDriveNoRoot:
