@@ -11,6 +11,7 @@
 #include "PngChunks.h"
 #include "PngReader.h"
 #include "PngText.h"
+#include "PngThumbnail.h"
 #include "engine/codecs/common/ColorProfile.h"
 #include "engine/codecs/common/DecodeErrors.h"
 #include "engine/codecs/common/Orientation.h"
@@ -132,12 +133,17 @@ std::optional<PixelLayout> layoutOf(const LibPngReader& reader) {
   return layout;
 }
 
-/// Fast path for files without errors in the usual layouts; nullopt for all others.
-std::optional<Decoded> decodeWhole(const Chunks& chunks, std::size_t fileSize) {
-  // libpng gets the file without its pixels; metadata chunks that follow them are moved before them.
+/// A file for libpng without the pixels; metadata chunks that follow them are moved before them.
+std::vector<std::uint8_t> headOf(const Chunks& chunks) {
   std::vector<std::uint8_t> head(chunks.before.begin(), chunks.before.end());
   for (const Bytes chunk : chunks.textsAfter) head.insert(head.end(), chunk.begin(), chunk.end());
   addChunk(head, "IDAT", {});
+  return head;
+}
+
+/// Fast path for files without errors in the usual layouts; nullopt for all others.
+std::optional<Decoded> decodeWhole(const Chunks& chunks, std::size_t fileSize) {
+  const std::vector<std::uint8_t> head = headOf(chunks);
   LibPngReader reader(head);
   if (!reader.readHeader()) return std::nullopt;
   const std::optional<PixelLayout> layout = layoutOf(reader);
@@ -183,6 +189,20 @@ Decoded decode(Bytes data) {
     if (auto decoded = decodeWhole(*chunks, data.size())) return *std::move(decoded);
   }
   return decodeDamagedOrUnusual(data);
+}
+
+std::optional<Facts> readFacts(Bytes data) {
+  if (!probe(data)) return std::nullopt;
+  const auto chunks = findChunks(data);
+  if (!chunks) return std::nullopt;
+  const std::vector<std::uint8_t> head = headOf(*chunks);
+  LibPngReader reader(head);
+  if (!reader.readHeader()) return std::nullopt;
+  Facts facts;
+  facts.width = static_cast<std::int32_t>(reader.width());
+  facts.height = static_cast<std::int32_t>(reader.height());
+  facts.texts = metadataOf(reader).texts;
+  return facts;
 }
 
 }  // namespace kestrel::engine::png

@@ -12,6 +12,7 @@
 #include "PngChunks.h"
 #include "PngErrors.h"
 #include "PngText.h"
+#include "PngThumbnail.h"
 #include "PngWriter.h"
 #include "base/RuntimeError.h"
 #include "engine/codecs/common/Resolution.h"
@@ -137,15 +138,23 @@ std::vector<std::uint8_t> writeHead(const ConstPixels& pixels, bool opaque, cons
   return writer.finish();
 }
 
-}  // namespace
-
-std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata, const EncodeOptions&) {
-  const ConstPixels pixels = bitmap.pixels();
-  const bool opaque = isOpaque(bitmap.pixels());
+std::vector<std::uint8_t> writeFile(const ConstPixels& pixels, bool opaque, const Metadata& metadata) {
   std::vector<std::uint8_t> file = writeHead(pixels, opaque, metadata);
   addPixels(file, pixels, !opaque);
   addChunk(file, "IEND", {});
   return file;
+}
+
+}  // namespace
+
+std::vector<std::uint8_t> encode(const Bitmap& bitmap, const Metadata& metadata, const EncodeOptions&) {
+  return writeFile(bitmap.pixels(), isOpaque(bitmap.pixels()), metadata);
+}
+
+std::vector<std::uint8_t> encodeWithAlpha(const Bitmap& bitmap, const std::vector<KeyedText>& texts) {
+  Metadata metadata;
+  metadata.texts = texts;
+  return writeFile(bitmap.pixels(), false, metadata);
 }
 
 }  // namespace kestrel::engine::png
