@@ -173,7 +173,7 @@ TEST_F(CacheRules, KeepsNothingOfFilesInTheCache) {
   const fs::path entry = entryOf(photo, "normal");
   fs::create_directory_symlink(root_ / "normal", folder_ / "link");
   for (const fs::path& path :
-       {entry, root_ / "fail/../normal" / entry.filename(), folder_.path() / "link" / entry.filename()}) {
+       {entry, root_ / "normal/../normal" / entry.filename(), folder_.path() / "link" / entry.filename()}) {
     const FileVersion thumbnail = versionOf(path);
     cache_.put(thumbnail, 128, picture(128, 96), {4000, 3000});
     cache_.putFailed(thumbnail, "reason");
