@@ -16,6 +16,7 @@
 #include "controls/OptionButton.h"
 #include "controls/PictureBox.h"
 #include "controls/Slider.h"
+#include "controls/SplitPanel.h"
 #include "controls/TabStrip.h"
 #include "controls/TextBox.h"
 
@@ -118,6 +119,8 @@ std::unique_ptr<Window> makeControl(Window& parent, const ControlDescription& de
       return make<FormHeader>(parent, description);
     case ControlKind::kPictureBox:
       return make<PictureBox>(parent, description);
+    case ControlKind::kSplitPanel:
+      return make<SplitPanel>(parent, description);
     case ControlKind::kContainer:
       return make<Window>(parent, description);
   }

@@ -24,6 +24,7 @@ enum class ControlKind {
   kColorPicker,
   kFormHeader,
   kPictureBox,
+  kSplitPanel,
   kPreview,
   kEditor,
 };

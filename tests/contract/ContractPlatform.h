@@ -10,6 +10,7 @@
 #include "imaging/contract/Platform.h"
 #include "imaging/contract/Site.h"
 #include "imaging/contract/controls/ColorPicker.h"
+#include "imaging/contract/controls/SplitPanel.h"
 
 namespace kestrel::contract {
 
@@ -57,6 +58,8 @@ class ContractPlatform {
   /// Chooses a color, or the extra button, in the open list of the picker.
   virtual void pickColor(ColorPicker& picker, OLE_COLOR color) = 0;
   virtual void pickExtra(ColorPicker& picker) = 0;
+  /// Drags the divider to a position.
+  virtual void dragDivider(SplitPanel& panel, std::int32_t position) = 0;
   virtual void pressNoticeButton(ImageView& view) = 0;
   virtual void closeNotice(ImageView& view) = 0;
   virtual void copyText(const std::string& text) = 0;

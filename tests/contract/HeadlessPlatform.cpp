@@ -7,6 +7,7 @@
 #include "platform/headless/Form.h"
 #include "platform/headless/Platform.h"
 #include "platform/headless/controls/ColorPicker.h"
+#include "platform/headless/controls/SplitPanel.h"
 
 namespace kestrel::headless {
 /// The forms of this suite; generated.
@@ -98,6 +99,9 @@ class HeadlessPlatform final : public ContractPlatform {
   void leaveWithPointer(ImageView& view) override {
     const Point corner = own(view).origin();
     platform_.pointerRestsAt({corner.X - 10, corner.Y - 10});
+  }
+  void dragDivider(SplitPanel& panel, std::int32_t position) override {
+    dynamic_cast<headless::SplitPanel&>(panel).drag(position);
   }
   void pressNoticeButton(ImageView& view) override { own(view).pressNoticeButton(); }
   void closeNotice(ImageView& view) override { own(view).closeNotice(); }

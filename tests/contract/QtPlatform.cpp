@@ -26,6 +26,7 @@
 #include "platform/docking/MoorageModel.h"
 #include "platform/posix/LineTable.h"
 #include "platform/posix/SharedLibraryFactory.h"
+#include "platform/qt/core/Handles.h"
 #include "platform/qt/core/Pictures.h"
 #include "platform/qt/dialogs/FileDialogWindow.h"
 #include "platform/qt/forms/EditorWidget.h"
@@ -232,6 +233,19 @@ class QtPlatformUnderTest final : public ContractPlatform {
   void leaveWithPointer(ImageView& view) override {
     QEvent event(QEvent::Leave);
     QApplication::sendEvent(&canvas(view), &event);
+  }
+  void dragDivider(SplitPanel& panel, std::int32_t position) override {
+    auto& divider = *qt::widgetOf(panel.hWnd())->findChild<QWidget*>(QStringLiteral("divider"));
+    const auto send = [&](QEvent::Type type, int x, Qt::MouseButton button, Qt::MouseButtons held) {
+      const QPointF at(divider.mapFromParent(QPoint(x, divider.height() / 2)));
+      QMouseEvent event(type, at, divider.mapToGlobal(at), button, held, Qt::NoModifier);
+      QApplication::sendEvent(&divider, &event);
+    };
+    const int from = divider.x();
+    send(QEvent::MouseButtonPress, from, Qt::LeftButton, Qt::LeftButton);
+    send(QEvent::MouseMove, (from + position) / 2, Qt::NoButton, Qt::LeftButton);
+    send(QEvent::MouseMove, position, Qt::NoButton, Qt::LeftButton);
+    send(QEvent::MouseButtonRelease, position, Qt::LeftButton, Qt::NoButton);
   }
   void pressNoticeButton(ImageView& view) override {
     notice(view).findChild<QAbstractButton*>(QStringLiteral("noticeButton"))->click();

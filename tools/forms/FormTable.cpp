@@ -41,6 +41,7 @@ constexpr KindOfWidget kKinds[] = {
     {"PictureWidget", "PictureBox"},
     {"ColorPickerWidget", "ColorPicker"},
     {"FormHeaderWidget", "FormHeader"},
+    {"SplitPanelWidget", "SplitPanel"},
     {"PreviewWidget", "Preview"},
     {"EditorWidget", "Editor"},
 };

@@ -8,6 +8,7 @@
 #include "DisplayControls.h"
 #include "FormHeaderControl.h"
 #include "InputControls.h"
+#include "SplitPanelControl.h"
 #include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
@@ -46,6 +47,7 @@ std::unique_ptr<Control> controlOf(QWidget& widget) {
       &wrapAs<FrameWidget, FrameControl>,
       &wrapAs<PictureWidget, PictureBoxControl>,
       &wrapAs<FormHeaderWidget, FormHeaderControl>,
+      &wrapAs<SplitPanelWidget, SplitPanelControl>,
   };
   for (const Wrap wrapper : kClasses) {
     if (auto control = wrapper(widget)) return control;

@@ -1,0 +1,146 @@
+#include "SplitPanelWidget.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QStyle>
+#include <QStyleOption>
+#include <QStylePainter>
+#include <algorithm>
+
+#include "imaging/contract/controls/SplitPanel.h"
+#include "platform/qt/core/Text.h"
+
+namespace kestrel::qt {
+namespace {
+
+constexpr int kLongStep = 16;
+/// Narrower ones are hard to hit.
+constexpr int kSmallestDivider = 5;
+
+}  // namespace
+
+/// The strip between the panes.
+class SplitDivider final : public QWidget {
+ public:
+  explicit SplitDivider(SplitPanelWidget& panel) : QWidget(&panel), panel_(panel) {
+    setObjectName(QStringLiteral("divider"));
+    setCursor(Qt::SplitHCursor);
+    setFocusPolicy(Qt::TabFocus);
+    setAttribute(Qt::WA_Hover);
+    setAccessibleName(translated("Divider"));
+    setAccessibleDescription(translated("Changes the width of the left part by the keys Left and Right"));
+  }
+
+ protected:
+  void paintEvent(QPaintEvent* /*event*/) override {
+    QStylePainter painter(this);
+    QStyleOption option;
+    option.initFrom(this);
+    option.state |= QStyle::State_Horizontal;
+    if (grip_ >= 0) option.state |= QStyle::State_Sunken;
+    if (hasFocus()) painter.fillRect(rect(), palette().highlight());
+    painter.drawControl(QStyle::CE_Splitter, option);
+  }
+
+  void mousePressEvent(QMouseEvent* event) override {
+    if (event->button() == Qt::LeftButton) grip_ = event->position().toPoint().x();
+    update();
+  }
+
+  void mouseMoveEvent(QMouseEvent* event) override {
+    if (grip_ < 0 || !(event->buttons() & Qt::LeftButton)) return;
+    panel_.movePosition(mapToParent(event->position().toPoint()).x() - grip_);
+  }
+
+  void mouseReleaseEvent(QMouseEvent* event) override {
+    if (event->button() == Qt::LeftButton) grip_ = -1;
+    update();
+  }
+
+  void mouseDoubleClickEvent(QMouseEvent* event) override {
+    if (event->button() == Qt::LeftButton) panel_.movePosition(kSplitPosition);
+  }
+
+  void keyPressEvent(QKeyEvent* event) override {
+    const int step = event->modifiers() & Qt::ControlModifier ? 1 : kLongStep;
+    switch (event->key()) {
+      case Qt::Key_Left:
+        return panel_.movePosition(panel_.shownPosition() - step);
+      case Qt::Key_Right:
+        return panel_.movePosition(panel_.shownPosition() + step);
+      case Qt::Key_Home:
+        return panel_.movePosition(0);
+      case Qt::Key_End:
+        return panel_.movePosition(panel_.width());
+      default:
+        QWidget::keyPressEvent(event);
+    }
+  }
+
+  void focusInEvent(QFocusEvent* /*event*/) override { update(); }
+  void focusOutEvent(QFocusEvent* /*event*/) override { update(); }
+
+ private:
+  SplitPanelWidget& panel_;
+  int grip_ = -1;  ///< where the mouse holds the divider, -1 while it does not
+};
+
+SplitPanelWidget::SplitPanelWidget(QWidget* parent)
+    : QWidget(parent), position_(kSplitPosition), divider_(new SplitDivider(*this)) {}
+
+void SplitPanelWidget::setPanes(QWidget& first, QWidget& second) {
+  for (QWidget* pane : {&first, &second}) {
+    const bool hidden = pane->isHidden() && pane->testAttribute(Qt::WA_WState_ExplicitShowHide);
+    pane->setParent(this);
+    pane->setVisible(!hidden);
+  }
+  first_ = &first;
+  second_ = &second;
+  setTabOrder(&first, divider_);
+  setTabOrder(divider_, &second);
+  arrange();
+  updateGeometry();
+}
+
+void SplitPanelWidget::setPosition(int position) {
+  position = std::max(position, 0);
+  if (position == position_) return;
+  position_ = position;
+  arrange();
+  Q_EMIT positionChanged();
+}
+
+void SplitPanelWidget::movePosition(int position) { setPosition(std::clamp(position, 0, largest())); }
+
+int SplitPanelWidget::dividerWidth() const {
+  return std::max(style()->pixelMetric(QStyle::PM_SplitterWidth, nullptr, this), kSmallestDivider);
+}
+
+int SplitPanelWidget::largest() const { return std::max(width() - dividerWidth(), 0); }
+
+int SplitPanelWidget::shownPosition() const { return std::min(position_, largest()); }
+
+QSize SplitPanelWidget::minimumSizeHint() const {
+  int height = 0;
+  for (const QWidget* pane : {first_.data(), second_.data()}) {
+    if (pane) height = std::max(height, pane->minimumSizeHint().height());
+  }
+  return {2 * dividerWidth(), height};
+}
+
+void SplitPanelWidget::resizeEvent(QResizeEvent* /*event*/) { arrange(); }
+
+void SplitPanelWidget::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::StyleChange) arrange();
+  QWidget::changeEvent(event);
+}
+
+void SplitPanelWidget::arrange() {
+  const int shown = shownPosition();
+  const int second = std::min(shown + dividerWidth(), width());
+  if (first_) first_->setGeometry(0, 0, shown, height());
+  divider_->setGeometry(shown, 0, second - shown, height());
+  if (second_) second_->setGeometry(second, 0, width() - second, height());
+}
+
+}  // namespace kestrel::qt
