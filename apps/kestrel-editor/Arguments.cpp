@@ -1,10 +1,12 @@
 #include "Arguments.h"
+
+#include "apps/common/program/Program.h"
 #include "platform/os/Paths.h"
 
 #include <CLI/CLI.hpp>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
+#include <utility>
 
 namespace kestrel::app {
 namespace {
@@ -15,14 +17,6 @@ namespace fs = std::filesystem;
 const std::vector<std::string> kDemoCommands = {"zoomout",     "zoomout",     "zoomout",    "zoomout",
                                                 "zoomout",     "zoomout",     "zoomout",    "zoomout",
                                                 "imagemirror", "rotateright", "rotateleft", "drawselect"};
-
-/// Ignores blank lines and comments, which begin with "#".
-void readScript(const std::string& file, std::vector<std::string>& steps) {
-  std::ifstream lines(file);
-  for (std::string line; std::getline(lines, line);) {
-    if (!line.empty() && line.front() != '#') steps.push_back(line);
-  }
-}
 
 void planDemo(const std::string& folder, Arguments& arguments) {
   arguments.steps = kDemoCommands;
@@ -53,9 +47,7 @@ bool readArguments(int count, char** values, Arguments& arguments, int& exitCode
   parser.add_flag("--quit", arguments.quit, "Quits after that; never waits for input");
   parser.add_option("--demo", demo, "Runs a few commands and writes picture and screenshot to the folder")
       ->type_name("DIR");
-  parser.set_version_flag("--version", std::to_string(KESTREL_VERSION_MAJOR) + "." +
-                                           std::to_string(KESTREL_VERSION_MINOR) + "." +
-                                           std::to_string(KESTREL_VERSION_REVISION));
+  parser.set_version_flag("--version", versionText());
   try {
     parser.parse(count, values);
   } catch (const CLI::ParseError& error) {
@@ -64,7 +56,9 @@ bool readArguments(int count, char** values, Arguments& arguments, int& exitCode
   }
   if (!arguments.file.empty())
     arguments.file = os::textOf(fs::absolute(os::pathOf(arguments.file)).lexically_normal());
-  if (!script.empty()) readScript(script, arguments.steps);
+  if (!script.empty()) {
+    for (std::string& step : readScript(script)) arguments.steps.push_back(std::move(step));
+  }
   if (!demo.empty()) planDemo(demo, arguments);
   return true;
 }

@@ -1,28 +1,12 @@
 #include "Script.h"
 
 #include <filesystem>
-#include <functional>
 #include <iostream>
 
 #include "Steps.h"
-#include "base/DescribedError.h"
+#include "apps/common/program/Script.h"
 
 namespace kestrel::app {
-namespace {
-
-/// Runs one step; an error or a message box is a failure.
-bool succeeds(const std::string& what, const BoxScript& boxes, const std::function<bool()>& step) {
-  const int before = boxes.unexpected;
-  try {
-    if (step() && boxes.unexpected == before) return true;
-    if (boxes.unexpected == before) reportFailure(what + " failed.");
-  } catch (...) {
-    reportFailure(what + " failed: " + DescribeCurrentError().Description);
-  }
-  return false;
-}
-
-}  // namespace
 
 bool runScript(const Arguments& arguments, EditorWindow& window, qt::Desktop& desktop, BoxScript& boxes) {
   IImageProcessingCtl& editor = window.editor();
@@ -30,12 +14,9 @@ bool runScript(const Arguments& arguments, EditorWindow& window, qt::Desktop& de
                                            [&] { return editor.OpenImage(arguments.file); })) {
     return false;
   }
-  for (const std::string& line : arguments.steps) {
-    if (!succeeds("The step \"" + line + "\"", boxes,
-                  [&] { return runStep(line, window, desktop, boxes); })) {
-      return false;
-    }
-  }
+  const Stage stage{window.form(), desktop, boxes,
+                    [&window](const std::string& key) { window.runCommand(key); }};
+  if (!playScript(arguments.steps, stage, editorSteps(window, desktop))) return false;
   if (!arguments.outputFolder.empty() &&
       !succeeds("Creating the folder \"" + arguments.outputFolder + "\"", boxes, [&] {
         std::filesystem::create_directories(arguments.outputFolder);
@@ -50,14 +31,7 @@ bool runScript(const Arguments& arguments, EditorWindow& window, qt::Desktop& de
     }
     std::cout << "Picture: " << arguments.saveAs << '\n';
   }
-  if (!arguments.screenshot.empty()) {
-    if (!succeeds("Saving the screenshot \"" + arguments.screenshot + "\"", boxes,
-                  [&] { return desktop.saveScreenshot(window.form(), arguments.screenshot); })) {
-      return false;
-    }
-    std::cout << "Screenshot: " << arguments.screenshot << '\n';
-  }
-  return true;
+  return saveScreenshot(arguments.screenshot, stage);
 }
 
 }  // namespace kestrel::app

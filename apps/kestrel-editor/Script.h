@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Arguments.h"
-#include "apps/kestrel-editor/script/ScriptBoxes.h"
-#include "apps/kestrel-editor/window/EditorWindow.h"
+#include "apps/common/script/ScriptBoxes.h"
+#include "apps/common/window/EditorWindow.h"
 #include "platform/qt/app/Desktop.h"
 
 namespace kestrel::app {

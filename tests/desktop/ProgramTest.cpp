@@ -4,7 +4,7 @@
 #include <QTimer>
 #include <QWidget>
 
-#include "apps/kestrel-editor/window/EditorWindow.h"
+#include "apps/common/window/EditorWindow.h"
 #include "base/RuntimeError.h"
 #include "platform/posix/LineTable.h"
 #include "platform/posix/SharedLibraryFactory.h"

@@ -13,7 +13,7 @@
 
 #include "EditorBench.h"
 #include "Themes.h"
-#include "apps/kestrel-editor/window/EditorWindow.h"
+#include "apps/common/window/EditorWindow.h"
 #include "platform/qt/docking/ComboField.h"
 #include "settings/modProcessing.h"
 

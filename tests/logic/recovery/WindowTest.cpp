@@ -1,7 +1,7 @@
 // The editor's own window with pictures kept in a folder: one run after the other.
 
 #include "RecoveryTest.h"
-#include "apps/kestrel-editor/window/EditorWindow.h"
+#include "apps/common/window/EditorWindow.h"
 #include "engine/recovery/RecoveryFolder.h"
 
 namespace kestrel {

@@ -3,7 +3,7 @@
 
 #include "../diagnostics/FakeDebugClient.h"
 #include "Reports.h"
-#include "apps/kestrel-editor/window/EditorWindow.h"
+#include "apps/common/window/EditorWindow.h"
 #include "dialogs/frmResources.h"
 #include "settings/MRU.h"
 

@@ -1,7 +1,7 @@
 // The editor's own window: its stored position, and the changes that it reports to the desktop.
 
 #include "Reports.h"
-#include "apps/kestrel-editor/window/EditorWindow.h"
+#include "apps/common/window/EditorWindow.h"
 
 namespace kestrel {
 namespace {

@@ -4,7 +4,7 @@
 #include <ostream>
 
 #include "Reports.h"
-#include "apps/kestrel-editor/window/EditorWindow.h"
+#include "apps/common/window/EditorWindow.h"
 #include "diagnostics/Trailer.h"
 #include "imaging/contract/controls/CheckBox.h"
 #include "imaging/contract/controls/OptionButton.h"

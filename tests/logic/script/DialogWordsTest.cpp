@@ -1,4 +1,4 @@
-#include "apps/kestrel-editor/script/DialogWords.h"
+#include "apps/common/script/DialogWords.h"
 
 #include <gmock/gmock.h>
 

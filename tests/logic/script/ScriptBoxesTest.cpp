@@ -1,4 +1,4 @@
-#include "apps/kestrel-editor/script/ScriptBoxes.h"
+#include "apps/common/script/ScriptBoxes.h"
 
 #include <gmock/gmock.h>
 
@@ -44,7 +44,7 @@ class Boxes : public testing::Test {
     return testing::internal::GetCapturedStderr();
   }
 
-  BoxScript script;
+  BoxScript script{.program = "kestrel-editor"};
   std::vector<std::string> shown;
   ScriptBoxes boxes{script, std::make_unique<AttendedBoxes>(shown)};
 };

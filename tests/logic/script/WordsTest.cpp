@@ -1,4 +1,4 @@
-#include "apps/kestrel-editor/script/Words.h"
+#include "apps/common/script/Words.h"
 
 #include <gmock/gmock.h>
 

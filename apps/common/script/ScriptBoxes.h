@@ -11,10 +11,12 @@ namespace kestrel::app {
 
 /// What a script knows of the boxes that its steps show.
 struct BoxScript {
+  /// The program's name, for lines on standard error.
+  std::string program = {};
   /// Boxes do not wait for a user.
   bool unattended = false;
   /// Answers for the next message boxes; see `kAnswerOK` and the other constants.
-  std::deque<std::int32_t> answers;
+  std::deque<std::int32_t> answers = {};
   /// Number of unattended boxes that had no answer.
   int unexpected = 0;
 };
@@ -45,7 +47,7 @@ class ScriptBoxes final : public UserInterface {
   std::unique_ptr<UserInterface> desktop_;
 };
 
-/// Writes the text as one line to standard error; line breaks become blanks.
-void reportFailure(std::string text);
+/// Writes the text as one line of that program to standard error; line breaks become blanks.
+void reportFailure(const std::string& program, std::string text);
 
 }  // namespace kestrel::app

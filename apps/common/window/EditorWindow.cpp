@@ -2,8 +2,7 @@
 
 #include <utility>
 
-#include "base/Numbers.h"
-#include "base/RuntimeError.h"
+#include "RunCommand.h"
 #include "diagnostics/Trailer.h"
 #include "settings/modProcessing.h"
 
@@ -12,8 +11,6 @@ namespace {
 
 /// The window's name for instance counts and reports.
 constexpr char kModule[] = "frmImageEditor";
-
-constexpr std::size_t kKeyPrefix = 3;  // "btn"
 
 }  // namespace
 
@@ -100,19 +97,7 @@ void EditorWindow::showName() { modProcessing::SetWindowCaption(*form_, {}, edit
 std::string EditorWindow::qdkDumpModuleVariables() const { return QDK_FIELDS(editor_); }
 
 void EditorWindow::runCommand(const std::string& key) {
-  auto& moorage = Bind<Moorage>(Bind<Site>(*form_, "Processing"), "mrgUI");
-  for (std::int32_t i = 1; i <= moorage.Commands().Count(); ++i) {
-    Command& command = moorage.Commands().Item(i);
-    if (command.CommandType() != kCommandButton || LowerCase(command.Name()).substr(kKeyPrefix) != key) {
-      continue;
-    }
-    if (!command.Enabled()) {
-      throw RuntimeError(err::kInvalidCall, "The command \"" + key + "\" cannot be used now.");
-    }
-    moorage.CommandClick(command);
-    return;
-  }
-  throw RuntimeError(err::kInvalidCall, "There is no command \"" + key + "\".");
+  app::runCommand(Bind<Moorage>(Bind<Site>(*form_, "Processing"), "mrgUI"), key);
 }
 
 void EditorWindow::declineFileRequests() {

@@ -50,16 +50,16 @@ std::int32_t answerOf(const std::string& button) {
   return static_cast<std::int32_t>(found - kButtons.begin()) + 1;
 }
 
-void reportFailure(std::string text) {
+void reportFailure(const std::string& program, std::string text) {
   for (char& c : text) {
     if (c == '\r' || c == '\n') c = ' ';
   }
-  std::cerr << "kestrel-editor: " << text << '\n';
+  std::cerr << program << ": " << text << '\n';
 }
 
 void ScriptBoxes::report(const std::string& text) {
   ++script_.unexpected;
-  reportFailure(text);
+  reportFailure(script_.program, text);
 }
 
 std::int32_t ScriptBoxes::MessageBox(const std::string& text, std::int32_t style, const std::string& title,
