@@ -19,6 +19,12 @@ void Site::initialize(const std::vector<std::pair<std::string, bool>>& stored) {
   ReadProperties(bag);
 }
 
+void Site::containerLaidOut() {
+  if (!isShown()) return;
+  if (!std::exchange(shown_, true)) Show();
+  layOutChildren();
+}
+
 void Site::Visible(bool value) {
   if (value == visible()) return;
   visible(value);

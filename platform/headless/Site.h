@@ -43,6 +43,9 @@ class Site final : public WindowOf<kestrel::Site> {
   /// Shows or hides the control and raises `Show` or `Hide`.
   void Visible(bool value) override;
 
+  /// Raises `Show` when the container is shown for the first time.
+  void containerLaidOut() override;
+
   /// Presses and releases a key while the control has the focus. A character of 0 raises no `KeyPress`.
   void pressKey(std::int32_t keyCode, std::int32_t shift, std::int32_t character = 0);
 
@@ -61,6 +64,7 @@ class Site final : public WindowOf<kestrel::Site> {
 
   ControlSet controls_;
   bool userMode_;
+  bool shown_ = false;
   bool tabStop_ = true;
   bool acceptsFiles_ = true;
   std::vector<std::string> changedProperties_;

@@ -44,6 +44,11 @@ std::unique_ptr<Moorage> makeEditorSuite(Site& site, const Surroundings& surroun
                                    docking::readLayout(resources::dialogLayout()));
 }
 
+std::unique_ptr<Moorage> makeBrowserSuite(Site& site, const Surroundings& surroundings) {
+  return std::make_unique<Moorage>(site.desktop(), &site, "mrgUI", surroundings.user,
+                                   docking::readLayout(resources::browserLayout()));
+}
+
 std::unique_ptr<Site> makePreviewSite(Desktop& desktop, Window* parent, const std::string& name,
                                       const Surroundings& surroundings) {
   auto site = std::make_unique<Site>(desktop, parent, name, true);

@@ -25,6 +25,9 @@ std::unique_ptr<Site> makeEditorSite(Desktop& desktop, Window* parent, const std
 /// Only the docking suite "mrgUI".
 std::unique_ptr<Moorage> makeEditorSuite(Site& site, const Surroundings& surroundings);
 
+/// The docking suite "mrgUI" of a browser, with the stored layout "Browser".
+std::unique_ptr<Moorage> makeBrowserSuite(Site& site, const Surroundings& surroundings);
+
 /// The container of a preview with its two panes "igxOriginal" and "igxPreview" and the stock picture
 /// "imgPreview".
 std::unique_ptr<Site> makePreviewSite(Desktop& desktop, Window* parent, const std::string& name,
