@@ -2,11 +2,39 @@
 
 #include <QCursor>
 #include <QMenuBar>
+#include <QPointer>
 
 #include "base/RuntimeError.h"
 #include "platform/qt/core/Guard.h"
 
 namespace kestrel::qt {
+namespace {
+
+/// Actions at the end of a menu while it is open. Their owner may destroy them meanwhile.
+class PopupActions {
+ public:
+  PopupActions(QMenu& menu, const QList<QAction*>& actions) : menu_(menu) {
+    if (actions.isEmpty()) return;
+    separator_ = menu.addSeparator();
+    for (QAction* action : actions) added_.append(action);
+    menu.addActions(actions);
+  }
+  PopupActions(const PopupActions&) = delete;
+  PopupActions& operator=(const PopupActions&) = delete;
+  ~PopupActions() {
+    for (QAction* action : added_) {
+      if (action) menu_.removeAction(action);
+    }
+    delete separator_;
+  }
+
+ private:
+  QMenu& menu_;
+  QAction* separator_ = nullptr;
+  QList<QPointer<QAction>> added_;
+};
+
+}  // namespace
 
 QtMoorage::QtMoorage(MoorageWindow& window, ControlId id, const docking::StoredLayout& layout)
     : WidgetControl(window, std::move(id), layout),
@@ -56,7 +84,10 @@ void QtMoorage::useDesktopKeys(std::vector<DesktopKey> keys) {
   hotKeys_.useDesktopKeys(std::move(keys));
 }
 
-void QtMoorage::openPopup(docking::CommandModel& menu) { actions_.menuOf(menu).exec(popupPosition()); }
+void QtMoorage::openPopup(docking::CommandModel& menu) {
+  const PopupActions added(actions_.menuOf(menu), popupActions ? popupActions() : QList<QAction*>());
+  actions_.menuOf(menu).exec(popupPosition());
+}
 
 /// The pointer; for a menu opened by the keyboard it may be elsewhere, then the middle of the client area.
 QPoint QtMoorage::popupPosition() const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -26,6 +27,9 @@ class QtMoorage final : public WidgetControl<docking::MoorageModel> {
 
   /// Adds keys of the desktop to the hot keys of the layout, and F10 for the menu bar.
   void useDesktopKeys(std::vector<DesktopKey> keys);
+
+  /// Actions that a menu opened by `ShowPopup` shows last, after a separator.
+  std::function<QList<QAction*>()> popupActions;
 
   CommandActions& actions() { return actions_; }
   ToolBars& toolBars() { return toolBars_; }
