@@ -4,7 +4,7 @@
 #include <optional>
 #include <utility>
 
-#include "RetiredEditors.h"
+#include "RetiredControls.h"
 #include "engine/recovery/RecoveryFolder.h"
 #include "platform/posix/LineTable.h"
 #include "platform/posix/SharedLibraryFactory.h"
@@ -68,7 +68,7 @@ struct Component::Inside {
       process = new Process;
       qAddPostRoutine(endProcess);
     }
-    retiredEditors.emplace(process->platform.Calls);
+    retiredControls.emplace(process->platform.Calls);
   }
 
   static std::shared_ptr<Inside> present() {
@@ -79,14 +79,14 @@ struct Component::Inside {
 
   /// Runs as the application object ends. Components that are left get the state of the next one.
   static void endProcess() {
-    if (const std::shared_ptr<Inside> inside = shared().lock()) inside->retiredEditors.reset();
+    if (const std::shared_ptr<Inside> inside = shared().lock()) inside->retiredControls.reset();
     shared().reset();
     delete std::exchange(presentProcess(), nullptr);
   }
 
-  bool ended() const { return !retiredEditors; }
+  bool ended() const { return !retiredControls; }
 
-  std::optional<RetiredEditors> retiredEditors;
+  std::optional<RetiredControls> retiredControls;
 
  private:
   static std::weak_ptr<Inside>& shared() {
@@ -104,7 +104,7 @@ Component::Inside& Component::inside() {
   return *inside_;
 }
 
-RetiredEditors& Component::retiredEditors() { return *inside().retiredEditors; }
+RetiredControls& Component::retiredControls() { return *inside().retiredControls; }
 
 RecoveryStore* Component::recoveryStore() {
   inside();

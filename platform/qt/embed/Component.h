@@ -8,7 +8,7 @@ class RecoveryStore;
 
 namespace kestrel::qt {
 
-class RetiredEditors;
+class RetiredControls;
 struct SiteServices;
 
 /// The component inside a host program. A host creates one on its main thread, after its application object
@@ -24,7 +24,7 @@ class Component {
 
   /// For the controls on the sites of editors.
   const SiteServices& siteServices();
-  RetiredEditors& retiredEditors();
+  RetiredControls& retiredControls();
   /// Null if the user has no place for it.
   RecoveryStore* recoveryStore();
 

@@ -4,7 +4,7 @@
 #include <QVBoxLayout>
 #include <chrono>
 
-#include "RetiredEditors.h"
+#include "RetiredControls.h"
 #include "editor/ImageProcessingCtl.h"
 #include "platform/qt/core/Guard.h"
 #include "platform/qt/core/Text.h"
@@ -69,7 +69,7 @@ ImageEditor::ImageEditor(Component& component, const PropertyBag* stored, QWidge
 
 ImageEditor::~ImageEditor() {
   inside_->retire();
-  component_.retiredEditors().take(std::move(inside_));
+  component_.retiredControls().take(std::move(inside_));
 }
 
 IImageProcessingCtl& ImageEditor::control() { return inside_->control; }

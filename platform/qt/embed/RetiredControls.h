@@ -7,12 +7,12 @@
 
 namespace kestrel::qt {
 
-/// Keeps the implementations of destroyed editors until no stack frame can use them: until all calls to hosts
-/// and users have returned, and the members that made them have returned to the event loop.
-class RetiredEditors {
+/// Keeps the implementations of destroyed editors and browsers until no stack frame can use them: until all
+/// calls to hosts and users have returned, and the members that made them have returned to the event loop.
+class RetiredControls {
  public:
   /// `calls` must outlive this object.
-  explicit RetiredEditors(OpenCalls& calls);
+  explicit RetiredControls(OpenCalls& calls);
 
   void take(std::unique_ptr<QObject> inside);
 
