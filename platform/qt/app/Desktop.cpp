@@ -1,5 +1,6 @@
 #include "Desktop.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QLibraryInfo>
@@ -138,6 +139,17 @@ void Desktop::repeat(std::chrono::milliseconds interval, std::function<void()> w
   auto* const timer = new QTimer(&inside_->application);
   QObject::connect(timer, &QTimer::timeout, timer, [work = std::move(work)] { guarded(work); });
   timer->start(interval);
+}
+
+void Desktop::later(std::function<void()> work) {
+  QTimer::singleShot(0, &inside_->application, [work = std::move(work)] { guarded(work); });
+}
+
+void Desktop::addContextEntry(const Control& control, const std::string& text, std::function<void()> chosen) {
+  QWidget& widget = requiredWidget(control);
+  auto* const entry = new QAction(translated(text), &widget);
+  QObject::connect(entry, &QAction::triggered, &widget, [chosen = std::move(chosen)] { guarded(chosen); });
+  widget.addAction(entry);
 }
 
 void Desktop::settle() {

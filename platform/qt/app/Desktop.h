@@ -33,6 +33,11 @@ class Desktop {
   void quit(int exitCode = 0);
   /// Calls `work` at this interval while events are processed, until the desktop ends.
   void repeat(std::chrono::milliseconds interval, std::function<void()> work);
+  /// Calls `work` once, when control is back in the event loop.
+  void later(std::function<void()> work);
+  /// Adds an entry of the program to the context menu that a control of ours shows for its items. The text
+  /// may have an "&" before an access key.
+  void addContextEntry(const Control& control, const std::string& text, std::function<void()> chosen);
   /// Processes pending events; shown windows are painted afterwards.
   void settle();
 
