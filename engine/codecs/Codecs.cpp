@@ -16,6 +16,10 @@ Decoded decodeAs(const Codec& codec, Bytes data, std::int32_t longestSide) {
   const bool whole = longestSide >= Bitmap::kMaxSide || codec.decodeReduced == nullptr;
   Decoded decoded = whole ? codec.decode(data) : codec.decodeReduced(data, longestSide);
   decoded.format = codec.format;
+  if (decoded.stored.width == 0) {
+    decoded.stored.width = decoded.bitmap.width();
+    decoded.stored.height = decoded.bitmap.height();
+  }
   return decoded;
 }
 

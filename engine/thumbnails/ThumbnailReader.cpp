@@ -11,7 +11,9 @@ Thumbnail readOrDescribe(const std::filesystem::path& path, std::int32_t longest
   try {
     return readThumbnail(path, longestSide);
   } catch (...) {
-    return {{}, DescribeCurrentError().Description};
+    Thumbnail unreadable;
+    unreadable.notice = DescribeCurrentError().Description;
+    return unreadable;
   }
 }
 

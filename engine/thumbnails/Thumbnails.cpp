@@ -43,7 +43,7 @@ Thumbnail readThumbnail(const std::filesystem::path& path, std::int32_t longestS
   decoded.bitmap = {};
   Bitmap kept = made;
   kept.writable();
-  return {std::move(kept), std::move(decoded.notice)};
+  return {std::move(kept), std::move(decoded.notice), decoded.stored.width, decoded.stored.height};
 }
 
 std::vector<Thumbnail> readThumbnails(std::span<const std::filesystem::path> paths,

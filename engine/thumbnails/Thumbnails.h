@@ -16,6 +16,9 @@ struct Thumbnail {
   Bitmap bitmap;
   /// Notice for the user: the decode error if the bitmap is partial or empty, else an empty text.
   std::string notice;
+  /// Size of the whole picture in pixels; 0 if it could not be read.
+  std::int32_t pictureWidth = 0;
+  std::int32_t pictureHeight = 0;
 };
 
 /// Reads a picture file and shrinks it in proportion until its longest side has `longestSide` pixels; a

@@ -23,6 +23,9 @@ struct StoredAs {
   std::int32_t orientation = 1;  ///< EXIF orientation, 1 to 8; already applied to the bitmap
   std::string profile;           ///< description in the color profile; empty without one
   std::int32_t pages = 1;        ///< pictures in the file; the first was loaded
+  /// Size of the upright picture in pixels, also where it was decoded at a reduced size.
+  std::int32_t width = 0;
+  std::int32_t height = 0;
 };
 
 /// A decoded picture.

@@ -175,6 +175,10 @@ Decoded decodeReduced(Bytes data, std::int32_t longestSide) {
     convertToSrgb(decoded, info.jpeg_color_space == JCS_GRAYSCALE ? PixelKind::gray : PixelKind::rgb);
   }
   applyOrientation(decoded, exifOrientation(decoded.metadata.exif));
+  decoded.stored.width = static_cast<std::int32_t>(info.image_width);
+  decoded.stored.height = static_cast<std::int32_t>(info.image_height);
+  constexpr std::int32_t kFirstExchanging = 5;
+  if (decoded.stored.orientation >= kFirstExchanging) std::swap(decoded.stored.width, decoded.stored.height);
   normalizeCameraData(decoded.metadata);
   return decoded;
 }

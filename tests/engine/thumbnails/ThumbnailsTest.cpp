@@ -62,6 +62,19 @@ TEST_F(Thumbnails, AJpegThumbnailLooksLikeTheResizedPicture) {
   EXPECT_TRUE(test::isPicture(jpeg, png, 3));
 }
 
+TEST_F(Thumbnails, TheSizeOfTheWholePictureIsReported) {
+  for (const std::string extension : {"jpg", "png"}) {
+    const Thumbnail thumbnail = readThumbnail(put("a." + extension, test::gradient(901, 302)), 90);
+    EXPECT_EQ(thumbnail.pictureWidth, 901) << extension;
+    EXPECT_EQ(thumbnail.pictureHeight, 302) << extension;
+  }
+  Metadata metadata;
+  metadata.exif = test::cameraBlock(6);
+  const Thumbnail turned = readThumbnail(put("turned.jpg", test::gradient(901, 302), metadata), 90);
+  EXPECT_EQ(turned.pictureWidth, 302);
+  EXPECT_EQ(turned.pictureHeight, 901);
+}
+
 TEST_F(Thumbnails, TransparentPixelsAddNoColor) {
   const Bitmap picture = test::pictureOf(400, 400, [](int x, int) {
     return x % 2 == 0 ? Pixel{255, 0, 0, 255} : Pixel{0, 255, 0, 0};
