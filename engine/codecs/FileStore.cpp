@@ -38,6 +38,8 @@ std::int32_t errorNumber(FileProblem problem) {
 
 std::string quoted(const fs::path& path) { return "\"" + os::textOf(path) + "\""; }
 
+}  // namespace
+
 std::string reasonOf(const FileFailure& failure, const fs::path& path) {
   switch (failure.problem) {
     case FileProblem::kMissing:
@@ -73,8 +75,6 @@ std::string reasonOf(const FileFailure& failure, const fs::path& path) {
       return std::system_category().message(failure.code);
   }
 }
-
-}  // namespace
 
 RuntimeError fileError(const FileFailure& failure, const fs::path& path, const char* verb) {
   return RuntimeError(errorNumber(failure.problem),

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <utility>
 
 #include "imaging/contract/ThumbnailView.h"
 #include "imaging/contract/Types.h"
@@ -39,6 +38,19 @@ struct ItemRange {
   bool operator==(const ItemRange&) const = default;
 };
 
+/// An area along the scroll axis in content coordinates and across it in those of the viewport; the ends are
+/// not included.
+struct ContentArea {
+  std::int64_t from = 0;
+  std::int64_t to = 0;
+  std::int32_t acrossFrom = 0;
+  std::int32_t acrossTo = 0;
+};
+
+/// Side of the box of a picture in the grid, in device pixels. Thumbnails are made for it in all views, so
+/// that a change of the view finds them.
+std::int32_t gridPictureSide(double scale);
+
 /// Places items in the viewport: a grid that scrolls down, a film strip (one large picture above a row that
 /// scrolls to the right), or a single picture. A pure function of its parameters; positions and lengths along
 /// the scroll axis have 64 bits.
@@ -61,12 +73,14 @@ class Arrangement {
   /// The largest scroll position; 0 if all is visible.
   std::int64_t scrollRange() const { return length_ > page_ ? length_ - page_ : 0; }
   /// From one row of the grid, or item of the film strip, to the next.
-  std::int32_t step() const;
+  std::int64_t pitch() const { return pitch_; }
+  /// Where the cell of an item begins, along the scroll axis.
+  std::int64_t begin(std::int32_t item) const;
 
   /// Items in a row of the grid; 1 in the other views.
   std::int32_t columns() const { return columns_; }
   /// Rows (grid) or items (film strip) that are visible as a whole, at least 1.
-  std::int32_t wholeSteps() const;
+  std::int64_t wholeSteps() const;
 
   /// The items of which a part is visible at a scroll position. None in the single view.
   ItemRange visible(std::int64_t scroll) const;
@@ -81,40 +95,36 @@ class Arrangement {
   std::int32_t hit(Point position, std::int64_t scroll) const;
   /// The scroll position nearest to `scroll` at which the item is visible as a whole.
   std::int64_t scrollToShow(std::int32_t item, std::int64_t scroll) const;
-  /// Calls `visit` for each item whose cell intersects an area: along the scroll axis in content
-  /// coordinates, across it in those of the viewport.
+  /// Calls `visit` for each item whose cell intersects an area.
   template <typename Visit>
-  void forEachIn(std::int64_t from, std::int64_t to, std::int32_t acrossFrom, std::int32_t acrossTo,
-                 Visit visit) const {
-    const ItemRange near = between(from, to);
+  void forEachIn(const ContentArea& area, Visit visit) const {
+    const ItemRange near = between(area.from, area.to);
     for (std::int32_t item = near.first; item < near.last; ++item) {
-      if (crosses(item, from, to, acrossFrom, acrossTo)) visit(item);
+      if (crosses(item, area)) visit(item);
     }
   }
 
-  /// Longest side of a thumbnail of this view in device pixels, without the large picture.
-  std::int32_t pictureSide() const { return pictureSide_; }
-
  private:
+  void setCell(std::int32_t picture);
+  void layOutGrid();
+  void layOutStrip();
+  void layOutSingle();
   ItemRange between(std::int64_t from, std::int64_t to) const;
-  bool crosses(std::int32_t item, std::int64_t from, std::int64_t to, std::int32_t acrossFrom,
-               std::int32_t acrossTo) const;
-  void layOutGrid(const Metrics& metrics);
-  void layOutStrip(const Metrics& metrics);
-  void layOutSingle(const Metrics& metrics);
+  bool crosses(std::int32_t item, const ContentArea& area) const;
 
   std::int32_t view_ = kViewThumbnail;
   std::int32_t count_ = 0;
   Size viewport_;
 
-  std::int32_t columns_ = 1;
-  std::int32_t pictureSide_ = 0;
-  std::int32_t padding_ = 0;  ///< between the edge of a cell and what it shows
-  std::int32_t gap_ = 0;      ///< between cells, and around them
+  std::int32_t padding_ = 1;  ///< between the edge of a cell and what it shows
+  std::int32_t gap_ = 1;      ///< between cells, and around them
   std::int32_t lineHeight_ = 0;
+  std::int32_t picture_ = 1;  ///< side of the box of a picture
   Size cell_;
-  std::int32_t across_ = 0;   ///< where the first cell begins across the scroll axis
-  std::int32_t between_ = 0;  ///< from the begin of one column to the next
+  std::int32_t columns_ = 1;
+  std::int32_t columnPitch_ = 0;  ///< from one column to the next
+  std::int32_t across_ = 0;       ///< where the first cell begins across the scroll axis
+  std::int64_t pitch_ = 1;        ///< from one cell to the next along the scroll axis
   std::int64_t length_ = 0;
   std::int64_t page_ = 0;
   Rectangle large_;

@@ -57,13 +57,13 @@ class FolderLoader {
   class Listener {
    public:
     virtual ~Listener() = default;
-    /// The whole folder, in no order: after `open` and `list`. `problem` is empty, or a sentence for the user
-    /// if the folder could not be read, as a whole or to its end.
+    /// The files of the whole folder in natural order, after `open` and `list`. `problem` is empty, or a
+    /// sentence for the user if the folder could not be read, as a whole or to its end.
     virtual void listed(std::vector<FoundFile> files, const std::string& problem) = 0;
     /// Some results, in the order of their completion.
     virtual void loaded(std::vector<LoadResult> results) = 0;
-    /// Files that are new or differ, and names that are gone, in no order. `renamed` files come first and
-    /// keep their content.
+    /// Files that are new or may differ, and names that are gone, in no order. `renamed` files come before
+    /// the others, in the order in which it happened, and have kept their content.
     struct Changes {
       struct Renamed {
         std::filesystem::path from;
@@ -91,21 +91,26 @@ class FolderLoader {
   void close();
 
   /// Replaces what is to be loaded: `first` before all else in this order; `later` when nothing else is left.
-  /// A request at work that is in none of the lists is finished and dropped.
+  /// A request at work is finished, also if it is in none of the lists.
   void want(std::vector<LoadRequest> first, std::vector<LoadRequest> later);
   /// Adds requests after `first`, in this order, which stay until they are done or removed.
   void add(std::vector<LoadRequest> requests);
   /// Drops the requests of a file.
   void remove(FileKey key);
-  /// Drops all requests.
+  /// Drops all requests that are not at work.
   void removeAll();
 
   /// Whether the open folder reports its changes. False until it is known.
   bool watched() const;
+  /// Whether there is nothing to do, and the listener has received everything.
+  bool idle() const;
 
  private:
   class State;
 
+  void dispose(std::shared_ptr<FolderAccess::Watch> watch);
+
+  std::shared_ptr<Workers> workers_;
   std::shared_ptr<State> state_;
 };
 

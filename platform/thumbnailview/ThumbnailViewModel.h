@@ -9,27 +9,11 @@
 
 #include "Arrangement.h"
 #include "Items.h"
+#include "Navigation.h"
 #include "Services.h"
 #include "imaging/contract/ThumbnailView.h"
 
 namespace kestrel::thumbnails {
-
-/// Keys that the view handles itself.
-enum class Key {
-  kLeft,
-  kRight,
-  kUp,
-  kDown,
-  kHome,
-  kEnd,
-  kPageUp,
-  kPageDown,
-  kSpace,
-  kEnter,
-  kDelete,
-  kEscape,
-  kSelectAll,  ///< Ctrl+A
-};
 
 /// The thumbnail view without a toolkit.
 ///
@@ -63,6 +47,7 @@ class ThumbnailViewModel : public kestrel::ThumbnailView {
   std::string Folder() const override;
   /// An empty text is no folder: the view is empty.
   void Folder(const std::string& value) override;
+  void Clear() override;
   std::int32_t View() const override;
   /// Raises RuntimeError 380 outside 0 to 2.
   void View(std::int32_t value) override;
@@ -104,6 +89,10 @@ class ThumbnailViewModel : public kestrel::ThumbnailView {
   std::string message() const;
   /// Whether the folder is being read for the first time.
   bool searching() const;
+  /// Whether a load or a recalculation is under way: its events are not complete.
+  bool loading() const;
+  /// Whether nothing is being loaded, not even what only painting needs. For tests and scripts.
+  bool settled() const;
 
   // The pointer. `button` is `kLeftButton`, `kRightButton` or `kMiddleButton`; only the left one selects.
   /// At a position of the viewport; -1 if there is no item. The large picture is its item.
@@ -136,8 +125,9 @@ class ThumbnailViewModel : public kestrel::ThumbnailView {
   // Commands of the platform.
   /// Selects this item alone, moves the focus to it and makes it visible.
   void selectOnly(std::int32_t item);
-  /// For assistive technology: adds to or takes from the selection.
+  /// Adds an item to the selection or takes it out, for assistive technology.
   void select(std::int32_t item, bool selected);
+  /// Moves the focus without selecting, and makes the item visible.
   void focus(std::int32_t item);
   /// The paths on the disk of the selected items, in the order of the view.
   std::vector<std::filesystem::path> selectedPaths() const;

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "FolderLoader.h"
+#include "Services.h"
+
+/// Reading a folder on a worker thread.
+namespace kestrel::thumbnails {
+
+struct FolderListing {
+  std::vector<FoundFile> files;  ///< in natural order
+  std::string problem;           ///< for the user; empty if the folder was read to its end
+};
+
+/// Lists the pictures of a folder. `canceled` is asked for each entry; true ends the listing.
+FolderListing listFolder(FolderAccess& access, const std::filesystem::path& folder,
+                         const std::function<bool()>& canceled);
+
+/// What the noticed changes mean now: each file is examined once more, so that the result does not depend on
+/// how long ago they were noticed.
+FolderLoader::Listener::Changes examineChanges(FolderAccess& access, const std::filesystem::path& folder,
+                                               const std::vector<os::FolderChange>& noticed);
+
+}  // namespace kestrel::thumbnails

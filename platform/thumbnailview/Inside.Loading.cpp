@@ -1,0 +1,317 @@
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+
+#include "Inside.h"
+
+namespace kestrel::thumbnails {
+namespace {
+
+/// A file that changes during each of so many reads is shown as broken until it is reported to have changed.
+constexpr std::int32_t kMostStaleReads = 3;
+
+}  // namespace
+
+void ThumbnailViewModel::Inside::startLoad() {
+  if (!endLoad()) return;
+  const std::filesystem::path path = view.folderPath();
+  if (path.empty() || cleared || !userMode) return;
+  ++load;
+  phase = Phase::kSearching;
+  loadedCount = 0;
+  lastPercent = 0;
+  bool cancel = false;
+  if (!raise(view.FolderLoadStart, cancel)) return;
+  if (cancel) {
+    cancelLoad();
+    return;
+  }
+  loader.open(path);
+}
+
+bool ThumbnailViewModel::Inside::endLoad() {
+  const bool loading = isLoading();
+  loader.close();
+  ++load;
+  phase = Phase::kNone;
+  if (!endRecalculation()) return false;
+  if (!loading) return true;
+  return raise(view.FolderLoadComplete, true);
+}
+
+void ThumbnailViewModel::Inside::cancelLoad() {
+  loader.removeAll();
+  ++load;
+  phase = Phase::kCanceled;
+  invalidateAll();
+  static_cast<void>(raise(view.FolderLoadComplete, true));
+}
+
+void ThumbnailViewModel::Inside::emptyList() {
+  endGesture();
+  const std::string& separator = services.separator;
+  list.reset(folder.ends_with(separator) ? folder : folder + separator);
+  selection.reset(0);
+  focus = -1;
+  scroll = 0;
+  problem.clear();
+  typeAhead.reset();
+  pictures.recount(list);
+  large.clear();
+  arrange();
+  invalidateAll();
+  view.scrollChanged();
+  view.itemsChanged();
+}
+
+std::int32_t ThumbnailViewModel::Inside::percent() const {
+  if (list.count() == 0) return 100;
+  return static_cast<std::int32_t>(std::int64_t{100} * loadedCount / list.count());
+}
+
+void ThumbnailViewModel::Inside::finishIfComplete() {
+  if (recalculating && !starting && remaining == 0 && !endRecalculation()) return;
+  if (phase != Phase::kLoading || loadedCount < list.count()) return;
+  phase = Phase::kDone;
+  if (!raise(view.FolderLoadComplete, false)) return;
+  updateWanted();
+  considerRecalculation();
+}
+
+LoadRequest ThumbnailViewModel::Inside::requestFor(const Item& item, std::int32_t atSide, bool bitmap) const {
+  return {item.key, item.file.name, item.file.size, item.file.modified, atSide, bitmap};
+}
+
+// ---------------------------------------------------------------------------------------------- listing
+
+void ThumbnailViewModel::Inside::listed(std::vector<FoundFile> files, const std::string& trouble) {
+  problem = trouble;
+  const bool first = phase == Phase::kSearching;
+  const ListChange change = list.replace(std::move(files));
+  follow(change);
+  if (!first) {
+    requestFresh(change);
+    finishIfComplete();
+    return;
+  }
+  invalidateAll();
+  loadedCount = 0;
+  for (const auto& item : list.items()) {
+    item->counted = !item->needs(side);
+    if (item->counted) ++loadedCount;
+  }
+  phase = Phase::kLoading;
+  std::vector<LoadRequest> requests;
+  for (const auto& item : list.items()) {
+    if (!item->counted) requests.push_back(requestFor(*item, side, false));
+  }
+  updateWanted();
+  loader.add(std::move(requests));
+  if (raise(view.FolderSearchComplete, list.count())) finishIfComplete();
+}
+
+void ThumbnailViewModel::Inside::changed(Changes changes) {
+  if (changes.folderGone) {
+    changes.gone.clear();
+    for (const auto& item : list.items()) changes.gone.push_back(item->file.name);
+    problem = "The folder no longer exists.";
+  }
+  const ListChange change = list.apply(std::move(changes));
+  follow(change);
+  requestFresh(change);
+  finishIfComplete();
+}
+
+void ThumbnailViewModel::Inside::follow(const ListChange& change) {
+  for (const FileKey key : change.gone) loader.remove(key);
+  for (const auto& [before, after] : change.renewed) {
+    loader.remove(before);
+    large.renew(before, after);
+  }
+  if (!change.any) return;
+
+  // The item at the top edge stays where it is, unless the view is at its beginning.
+  const ItemRange shown = visible();
+  std::int32_t anchor = -1;
+  std::int64_t offset = 0;
+  for (std::int32_t item = shown.first; scroll > 0 && anchor < 0 && item < shown.last; ++item) {
+    const std::int32_t place = change.places[static_cast<std::size_t>(item)];
+    if (place < 0) continue;
+    anchor = place;
+    offset = arrangement.begin(item) - scroll;
+  }
+
+  endGesture();
+  selection.remap(change.places, list.count());
+  const std::int32_t focusBefore = focus;
+  if (focus >= 0) focus = change.places[static_cast<std::size_t>(focus)];
+  if (focus < 0) focus = std::min(std::max(focusBefore, 0), list.count() - 1);
+  pictures.recount(list);
+  if (phase == Phase::kLoading) {
+    loadedCount = static_cast<std::int32_t>(std::count_if(list.items().begin(), list.items().end(),
+                                                          [](const auto& item) { return item->counted; }));
+  }
+  if (recalculating) {
+    remaining = static_cast<std::int32_t>(std::count_if(list.items().begin(), list.items().end(),
+                                                        [](const auto& item) { return item->remaking; }));
+  }
+  arrange();
+  if (anchor >= 0) setScroll(arrangement.begin(anchor) - offset);
+  selectShown();
+  invalidateAll();
+  view.scrollChanged();
+  view.itemsChanged();
+  view.selectionChanged();
+}
+
+void ThumbnailViewModel::Inside::requestFresh(const ListChange& change) {
+  if (mayLoad()) {
+    std::vector<LoadRequest> requests;
+    for (const auto& item : change.fresh) {
+      if (item->place < 0) continue;
+      // What comes after the load raises no event.
+      if (phase == Phase::kDone) item->counted = true;
+      requests.push_back(requestFor(*item, side, false));
+    }
+    loader.add(std::move(requests));
+  }
+  updateWanted();
+}
+
+// ---------------------------------------------------------------------------------------------- results
+
+void ThumbnailViewModel::Inside::loaded(std::vector<LoadResult> results) {
+  for (LoadResult& result : results) {
+    const auto item = list.find(result.key);
+    if (!item || item->place < 0) continue;
+    if (result.stale) {
+      readAgain(*item, result);
+      continue;
+    }
+    accept(*item, result);
+    invalidateItem(*item);
+    if (!report(item)) return;
+  }
+  pictures.trim(list, kept());
+  updateWanted();
+  finishIfComplete();
+}
+
+void ThumbnailViewModel::Inside::readAgain(Item& item, LoadResult& result) {
+  ListChange change;
+  if (result.found.name.empty()) {
+    Changes gone;
+    gone.gone.push_back(item.file.name);
+    change = list.apply(std::move(gone));
+    follow(change);
+    return;
+  }
+  list.renew(item, std::move(result.found), change);
+  follow(change);
+  if (++item.staleReads < kMostStaleReads) {
+    requestFresh(change);
+    return;
+  }
+  item.staleReads = 0;
+  LoadResult busy;
+  busy.broken = true;
+  busy.notice = "The file is being changed.";
+  accept(item, busy);
+  invalidateItem(item);
+  // Counted without an event: nothing was loaded.
+  if (!std::exchange(item.counted, true) && phase == Phase::kLoading) ++loadedCount;
+}
+
+void ThumbnailViewModel::Inside::accept(Item& item, LoadResult& result) {
+  if (result.pictureSize != Size{}) item.pictureSize = result.pictureSize;
+  item.notice = std::move(result.notice);
+  if (result.broken) {
+    item.state = ItemState::kBroken;
+    item.madeSide = Item::kFinal;
+    if (item.notice.empty()) item.notice = "The picture cannot be read.";
+    pictures.put(item, {});
+    loader.remove(item.key);
+    return;
+  }
+  item.state = ItemState::kShown;
+  item.staleReads = 0;
+  if (large.wants(item.key, result.side)) large.put(item.key, {result.bitmap, ++lastVersion});
+  // A large picture is kept as a thumbnail only where it is one.
+  if (result.side > side) return;
+  item.madeSide = std::max(item.madeSide, result.side);
+  if (!result.bitmap.empty() && result.side > item.bitmapSide) {
+    pictures.put(item, std::move(result.bitmap));
+    item.bitmapSide = result.side;
+    item.bitmapVersion = ++lastVersion;
+  }
+}
+
+bool ThumbnailViewModel::Inside::report(const std::shared_ptr<Item>& item) {
+  if (item->needs(side)) return true;
+  if (!item->counted && phase == Phase::kLoading) {
+    item->counted = true;
+    ++loadedCount;
+    lastPercent = std::max(lastPercent, percent());
+    bool cancel = false;
+    if (!raise(view.ThumbnailLoaded, *item, lastPercent, cancel)) return false;
+    if (cancel) {
+      cancelLoad();
+      return false;
+    }
+  }
+  return !recalculating || reportRecalculated(item);
+}
+
+// ---------------------------------------------------------------------------------------------- wishes
+
+void ThumbnailViewModel::Inside::wantLarge(std::vector<LoadRequest>& first) {
+  const std::int32_t item = largeItem();
+  const std::int32_t largeSide = LargePictures::sideFor(arrangement.large());
+  if (item < 0 || largeSide == 0) {
+    large.clear();
+    return;
+  }
+  // Neighbors of very large pictures would take too much memory.
+  constexpr std::int32_t kMostForNeighbors = 2048;
+  std::vector<FileKey> keys;
+  for (const std::int32_t place : {item, item + 1, item - 1}) {
+    if (place != item && largeSide > kMostForNeighbors) break;
+    if (list.has(place) && !list.at(place).broken()) keys.push_back(list.at(place).key);
+  }
+  large.want(std::move(keys), largeSide);
+  for (const FileKey key : large.missing()) {
+    if (const auto wanted = list.find(key)) first.push_back(requestFor(*wanted, largeSide, true));
+  }
+}
+
+void ThumbnailViewModel::Inside::updateWanted() {
+  if (!mayLoad()) {
+    loader.want({}, {});
+    return;
+  }
+  std::vector<LoadRequest> first;
+  std::vector<LoadRequest> later;
+  wantLarge(first);
+  const auto add = [this](std::vector<LoadRequest>& requests, std::int32_t place) {
+    if (!list.has(place)) return;
+    const Item& item = list.at(place);
+    if (item.lacksBitmap(side)) requests.push_back(requestFor(item, side, true));
+  };
+  const ItemRange shown = kept();
+  const std::int32_t page = shown.last - shown.first;
+  for (std::int32_t place = shown.first; place < shown.last; ++place) add(first, place);
+  for (std::int32_t place = shown.last; place < shown.last + page; ++place) add(first, place);
+  for (std::int32_t place = shown.first - 1; place >= shown.first - page; --place) add(first, place);
+
+  // As many as fit into the memory, nearest first.
+  const std::size_t bytesEach =
+      std::size_t{4} * static_cast<std::size_t>(side) * static_cast<std::size_t>(side);
+  const auto fitting = static_cast<std::int32_t>(pictures.limit() / 4 * 3 / bytesEach);
+  for (std::int32_t distance = page; 2 * distance + page < fitting; ++distance) {
+    add(later, shown.last + distance);
+    add(later, shown.first - 1 - distance);
+  }
+  loader.want(std::move(first), std::move(later));
+}
+
+}  // namespace kestrel::thumbnails

@@ -1,0 +1,72 @@
+#include "LoadOrder.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace kestrel::thumbnails {
+namespace {
+
+std::deque<LoadRequest> queueOf(std::vector<LoadRequest> requests) {
+  return {std::make_move_iterator(requests.begin()), std::make_move_iterator(requests.end())};
+}
+
+}  // namespace
+
+void LoadOrder::want(std::vector<LoadRequest> first, std::vector<LoadRequest> later) {
+  first_ = queueOf(std::move(first));
+  later_ = queueOf(std::move(later));
+}
+
+void LoadOrder::add(std::vector<LoadRequest> requests) {
+  for (LoadRequest& request : requests) {
+    if (waiting_.insert(identityOf(request)).second) files_.push_back(std::move(request));
+  }
+}
+
+void LoadOrder::remove(FileKey key) {
+  const auto isRemoved = [key](const LoadRequest& request) { return request.key == key; };
+  std::erase_if(first_, isRemoved);
+  std::erase_if(later_, isRemoved);
+  waiting_.erase(waiting_.lower_bound({key, 0}), waiting_.lower_bound({key + 1, 0}));
+}
+
+void LoadOrder::drop() {
+  first_.clear();
+  files_.clear();
+  waiting_.clear();
+  later_.clear();
+}
+
+void LoadOrder::clear() {
+  drop();
+  atWork_.clear();
+}
+
+bool LoadOrder::takeFrom(std::deque<LoadRequest>& list, std::optional<LoadRequest>& taken) {
+  while (!list.empty()) {
+    LoadRequest request = std::move(list.front());
+    list.pop_front();
+    const Identity identity = identityOf(request);
+    if (&list == &files_ && !waiting_.contains(identity)) continue;
+    if (!atWork_.insert(identity).second) {
+      if (&list == &files_) waiting_.erase(identity);
+      continue;
+    }
+    waiting_.erase(identity);
+    taken = std::move(request);
+    return true;
+  }
+  return false;
+}
+
+std::optional<LoadRequest> LoadOrder::take() {
+  std::optional<LoadRequest> taken;
+  if (!takeFrom(first_, taken) && !takeFrom(files_, taken)) takeFrom(later_, taken);
+  return taken;
+}
+
+void LoadOrder::finish(const LoadRequest& request) { atWork_.erase(identityOf(request)); }
+
+bool LoadOrder::empty() const { return first_.empty() && waiting_.empty() && later_.empty(); }
+
+}  // namespace kestrel::thumbnails

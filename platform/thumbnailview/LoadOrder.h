@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <optional>
+#include <set>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "FolderLoader.h"
+
+namespace kestrel::thumbnails {
+
+/// What to load next: first what is visible, then every file of the folder, then what may become visible.
+/// Not thread-safe.
+class LoadOrder {
+ public:
+  /// See `FolderLoader::want`.
+  void want(std::vector<LoadRequest> first, std::vector<LoadRequest> later);
+  /// See `FolderLoader::add`.
+  void add(std::vector<LoadRequest> requests);
+  void remove(FileKey key);
+  /// Drops all requests that are not at work.
+  void drop();
+  /// Drops all requests; those at work are no longer known.
+  void clear();
+
+  /// The next request, which is then at work until `finish`. A file is never at work twice at the same size.
+  std::optional<LoadRequest> take();
+  /// Ends a request that was taken. An unknown one is ignored.
+  void finish(const LoadRequest& request);
+
+  bool empty() const;
+  std::size_t atWork() const { return atWork_.size(); }
+
+ private:
+  using Identity = std::pair<FileKey, std::int32_t>;
+
+  static Identity identityOf(const LoadRequest& request) { return {request.key, request.side}; }
+  bool takeFrom(std::deque<LoadRequest>& list, std::optional<LoadRequest>& taken);
+
+  std::deque<LoadRequest> first_;
+  /// Requests that were taken by another list or removed are left in the queue and skipped later.
+  std::deque<LoadRequest> files_;
+  std::set<Identity> waiting_;  ///< of `files_`, what is still to be done
+  std::deque<LoadRequest> later_;
+  std::set<Identity> atWork_;
+};
+
+}  // namespace kestrel::thumbnails

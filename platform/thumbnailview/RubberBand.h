@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstdint>
+
+#include "Arrangement.h"
+#include "Selection.h"
+
+namespace kestrel::thumbnails {
+
+/// Selects the items that a dragged rectangle touches. It is fixed to the content, so that it grows while the
+/// view scrolls. Without modifiers the band replaces the selection, with Shift it adds, with Ctrl it inverts.
+class RubberBand {
+ public:
+  bool active() const { return active_; }
+  /// Begins at a position of the viewport.
+  void begin(const Arrangement& arrangement, std::int64_t scroll, Point position, std::int32_t modifiers,
+             const Selection& selection);
+  /// The other corner is at this position of the viewport. Changes the selection.
+  void update(const Arrangement& arrangement, std::int64_t scroll, Point position, Selection& selection);
+  void end() { active_ = false; }
+  /// The selection as it was at the beginning.
+  const Selection& before() const { return before_; }
+
+  /// The band in the viewport, without what is outside; empty if it is not active.
+  Rectangle rectangle(const Arrangement& arrangement, std::int64_t scroll) const;
+
+ private:
+  struct Corner {
+    std::int64_t along = 0;
+    std::int32_t across = 0;
+  };
+
+  static Corner cornerOf(const Arrangement& arrangement, std::int64_t scroll, Point position);
+  ContentArea area() const;
+
+  bool active_ = false;
+  bool inverts_ = false;
+  Corner from_;
+  Corner to_;
+  Selection before_;
+};
+
+}  // namespace kestrel::thumbnails
