@@ -33,6 +33,7 @@ TEST_F(ThumbnailReports, APreviewThatCannotBeResetIsMadeOfThePictureThatIsThere)
     auto& before = Bind<ImageView>(preview, "igxOriginal");
     auto& after = Bind<ImageView>(preview, "igxPreview");
     auto& header = Bind<FormHeader>(form, "FormHeader");
+    Bind<CheckBox>(form, "chkAddDropShadow").Value(0);
     EXPECT_TRUE(header.OKEnabled());
     EXPECT_EQ(after.Image()->Width(), 12) << "30 percent";
     before.Picture(nullptr);
