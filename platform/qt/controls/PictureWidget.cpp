@@ -6,8 +6,9 @@
 
 namespace kestrel::qt {
 
-void PictureWidget::setPicture(const PicturePtr& picture) {
+void PictureWidget::setPicture(const PicturePtr& picture, const QIcon& source) {
   picture_ = picture;
+  source_ = source;
   updateGeometry();
   update();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QIcon>
 #include <QWidget>
 
 #include "imaging/contract/Picture.h"
@@ -14,7 +15,10 @@ class PictureWidget : public QWidget {
   using QWidget::QWidget;
 
   const PicturePtr& picture() const { return picture_; }
-  void setPicture(const PicturePtr& picture);
+  /// `source` is the icon that the picture was drawn from, for a user of the picture who needs it in other
+  /// sizes or at another scale.
+  void setPicture(const PicturePtr& picture, const QIcon& source = {});
+  const QIcon& source() const { return source_; }
   QSize sizeHint() const override;
 
  protected:
@@ -22,6 +26,7 @@ class PictureWidget : public QWidget {
 
  private:
   PicturePtr picture_;
+  QIcon source_;
 };
 
 }  // namespace kestrel::qt

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "platform/qt/site/SiteWidget.h"
+
+namespace kestrel::qt {
+
+/// The widget of a folder tree: the tree "tvwFolders" and the picture "picIcon", on which icons are drawn.
+class FolderTreeWidget final : public SiteWidget {
+  Q_OBJECT
+
+ public:
+  using SiteWidget::SiteWidget;
+
+  void populate(QtSite& site, const SiteServices& services) override;
+  QSize sizeHint() const override;
+};
+
+}  // namespace kestrel::qt

@@ -1,0 +1,246 @@
+#include "TreeWidget.h"
+
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPointer>
+#include <QStyledItemDelegate>
+
+#include "platform/qt/core/Keys.h"
+
+namespace kestrel::qt {
+namespace {
+
+/// The share of the text's color in that of the lines.
+constexpr double kLineStrength = 0.35;
+/// Half of the space that a sign takes of the lines, in pixels.
+constexpr int kSignRadius = 6;
+
+QColor lineColor(const QPalette& palette) {
+  QColor color = palette.color(QPalette::Text);
+  color.setAlphaF(static_cast<float>(kLineStrength));
+  return color;
+}
+
+bool hasNextSibling(const QModelIndex& index) {
+  return index.row() + 1 < index.model()->rowCount(index.parent());
+}
+
+/// Lets the view compute the parts of an item.
+class TreeDelegate final : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::initStyleOption;
+  using QStyledItemDelegate::QStyledItemDelegate;
+};
+
+bool isNavigation(int key) {
+  switch (key) {
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+    case Qt::Key_Home:
+    case Qt::Key_End:
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+      return true;
+    default:
+      return false;
+  }
+}
+
+}  // namespace
+
+TreeWidget::TreeWidget(QWidget* parent) : QTreeView(parent) {
+  setItemDelegate(new TreeDelegate(this));
+  setHeaderHidden(true);
+  setUniformRowHeights(true);
+  setSelectionMode(QAbstractItemView::SingleSelection);
+  setEditTriggers(QAbstractItemView::NoEditTriggers);
+  setExpandsOnDoubleClick(false);
+  setMouseTracking(true);
+  setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+  setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+  // The one column is as wide as the view, or as its visible texts if they are wider.
+  header()->setStretchLastSection(false);
+  header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+  header()->setResizeContentsPrecision(0);
+}
+
+void TreeWidget::setSigns(bool value) {
+  signs_ = value;
+  viewport()->update();
+}
+
+void TreeWidget::setLines(bool value) {
+  lines_ = value;
+  viewport()->update();
+}
+
+void TreeWidget::setHideSelection(bool value) {
+  hidesSelection_ = value;
+  viewport()->update();
+}
+
+QRect TreeWidget::checkBoxOf(const QModelIndex& index) const {
+  if (!(index.flags() & Qt::ItemIsUserCheckable)) return {};
+  QStyleOptionViewItem option;
+  initViewItemOption(&option);
+  option.rect = visualRect(index);
+  static_cast<const TreeDelegate*>(itemDelegate())->initStyleOption(&option, index);
+  return style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, this);
+}
+
+// -- Input ------------------------------------------------------------------------------------------------
+
+bool TreeWidget::toggleCheckBox(const QPoint& at) {
+  const QModelIndex index = indexAt(at);
+  if (!index.isValid() || !checkBoxOf(index).contains(at)) return false;
+  const bool checked = index.data(Qt::CheckStateRole).toInt() == Qt::Checked;
+  model()->setData(index, checked ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
+  return true;
+}
+
+void TreeWidget::pressLeft(const QMouseEvent& event) {
+  const QPointer<TreeWidget> self(this);
+  const QPoint at = event.position().toPoint();
+  if (toggleCheckBox(at)) return;
+  const QPersistentModelIndex index = indexAt(at);
+  // With Ctrl the view would clear the selection.
+  QMouseEvent plain(event.type(), event.position(), event.globalPosition(), event.button(), event.buttons(),
+                    Qt::NoModifier);
+  inInput_ = true;
+  pressedByView_ = true;
+  QTreeView::mousePressEvent(&plain);
+  if (!self) return;
+  inInput_ = false;
+  Q_EMIT inputEnded(index.isValid() && visualRect(index).contains(at));
+}
+
+void TreeWidget::mousePressEvent(QMouseEvent* event) {
+  const QPointer<TreeWidget> self(this);
+  pressedByView_ = false;
+  secondPress_ = false;
+  Q_EMIT mousePressed(buttonMaskOf(event->button()), shiftMaskOf(event->modifiers()), event->position());
+  if (self && event->button() == Qt::LeftButton) pressLeft(*event);
+  event->accept();
+}
+
+void TreeWidget::mouseMoveEvent(QMouseEvent* event) {
+  const QPointer<TreeWidget> self(this);
+  Q_EMIT mouseMoved(buttonMaskOf(event->buttons()), shiftMaskOf(event->modifiers()), event->position());
+  if (self && event->buttons() == Qt::NoButton) QTreeView::mouseMoveEvent(event);
+}
+
+void TreeWidget::mouseReleaseEvent(QMouseEvent* event) {
+  const QPointer<TreeWidget> self(this);
+  const bool left = event->button() == Qt::LeftButton;
+  if (left && pressedByView_) QTreeView::mouseReleaseEvent(event);
+  if (!self) return;
+  pressedByView_ = false;
+  const bool single = !std::exchange(secondPress_, false);
+  Q_EMIT mouseReleased(buttonMaskOf(event->button()), shiftMaskOf(event->modifiers()), event->position());
+  if (self && left && single) Q_EMIT leftClicked();
+}
+
+void TreeWidget::mouseDoubleClickEvent(QMouseEvent* event) {
+  if (event->button() != Qt::LeftButton) return mousePressEvent(event);
+  const QPointer<TreeWidget> self(this);
+  secondPress_ = true;
+  const QPoint at = event->position().toPoint();
+  if (toggleCheckBox(at)) return;
+  const QPersistentModelIndex index = indexAt(at);
+  Q_EMIT doublePressed();
+  if (self && index.isValid() && model()->hasChildren(index)) setExpanded(index, !isExpanded(index));
+}
+
+void TreeWidget::keyPressEvent(QKeyEvent* event) {
+  const QPointer<TreeWidget> self(this);
+  const KeyStroke stroke = keyStrokeOf(*event);
+  const QString text = event->text();
+  if (stroke.keyCode != 0) Q_EMIT keyDown(stroke.keyCode, stroke.shift);
+  if (self && !text.isEmpty()) Q_EMIT characterTyped(text[0].unicode());
+  if (!self) return;
+
+  inInput_ = true;
+  if (event->key() == Qt::Key_Asterisk) {
+    // The view would expand all levels below, which never ends where a link leads back up.
+    setExpanded(currentIndex(), true);
+  } else if (isNavigation(event->key())) {
+    // With Ctrl the view would move without selecting.
+    QKeyEvent plain(event->type(), event->key(), event->modifiers() & Qt::KeypadModifier);
+    QTreeView::keyPressEvent(&plain);
+  } else if (event->key() == Qt::Key_Escape) {
+    event->ignore();
+  } else {
+    QTreeView::keyPressEvent(event);
+  }
+  if (!self) return;
+  inInput_ = false;
+  Q_EMIT inputEnded(false);
+}
+
+void TreeWidget::keyReleaseEvent(QKeyEvent* event) {
+  const KeyStroke stroke = keyStrokeOf(*event);
+  if (stroke.keyCode != 0) Q_EMIT keyUp(stroke.keyCode, stroke.shift);
+  event->ignore();
+}
+
+void TreeWidget::focusInEvent(QFocusEvent* event) {
+  QTreeView::focusInEvent(event);
+  viewport()->update();
+}
+
+void TreeWidget::resizeEvent(QResizeEvent* event) {
+  header()->setMinimumSectionSize(viewport()->width());
+  QTreeView::resizeEvent(event);
+}
+
+// -- Painting ---------------------------------------------------------------------------------------------
+
+void TreeWidget::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
+                         const QModelIndex& index) const {
+  QStyleOptionViewItem row = option;
+  if (!hasFocus()) {
+    row.state &= ~QStyle::State_Active;
+    if (hidesSelection_) {
+      row.palette.setBrush(QPalette::Highlight, row.palette.brush(QPalette::Base));
+      row.palette.setBrush(QPalette::HighlightedText, row.palette.brush(QPalette::Text));
+    }
+  }
+  QTreeView::drawRow(painter, row, index);
+}
+
+void TreeWidget::drawBranches(QPainter* painter, const QRect& rect, const QModelIndex& index) const {
+  if (lines_) drawLines(*painter, rect, index);
+  if (signs_) QTreeView::drawBranches(painter, rect, index);
+}
+
+void TreeWidget::drawLines(QPainter& painter, const QRect& rect, const QModelIndex& index) const {
+  const int width = indentation();
+  const bool mirrored = isRightToLeft();
+  int x = mirrored ? rect.left() + width / 2 : rect.right() + 1 - width / 2;
+  const int middle = rect.center().y();
+  const auto isInside = [&] { return x >= rect.left() && x <= rect.right(); };
+  if (!isInside()) return;
+
+  painter.save();
+  painter.setPen(QPen(lineColor(palette()), 1));
+  const int gap = signs_ && model()->hasChildren(index) ? kSignRadius : 0;
+  const bool isTop = index.row() == 0 && !index.parent().isValid();
+  if (!isTop) painter.drawLine(x, rect.top(), x, middle - gap);
+  if (hasNextSibling(index)) painter.drawLine(x, middle + gap, x, rect.bottom());
+  if (mirrored) {
+    painter.drawLine(x - gap, middle, rect.left(), middle);
+  } else {
+    painter.drawLine(x + gap, middle, rect.right(), middle);
+  }
+  for (QModelIndex above = index.parent(); above.isValid(); above = above.parent()) {
+    x += mirrored ? width : -width;
+    if (isInside() && hasNextSibling(above)) painter.drawLine(x, rect.top(), x, rect.bottom());
+  }
+  painter.restore();
+}
+
+}  // namespace kestrel::qt
