@@ -1,136 +1,187 @@
 #include "QtShell.h"
 
 #include <QDir>
-#include <QDirIterator>
-#include <QFileIconProvider>
+#include <QFileInfo>
 #include <QStandardPaths>
-#include <QStorageInfo>
 #include <algorithm>
-#include <cstddef>
+#include <filesystem>
+#include <optional>
+#include <system_error>
 
 #include "base/RuntimeError.h"
-#include "platform/qt/controls/PictureWidget.h"
-#include "platform/qt/core/Handles.h"
-#include "platform/qt/core/Pictures.h"
+#include "platform/os/FolderScan.h"
+#include "platform/os/Paths.h"
+#include "platform/os/Volumes.h"
 #include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
 namespace {
 
+namespace fs = std::filesystem;
+
 constexpr int kSmallIcon = 16;
 constexpr int kLargeIcon = 32;
 
-std::string rootPath(const QStorageInfo& volume) {
-  QString path = volume.rootPath();
-  if (!path.endsWith(u'/')) path += u'/';
-  return fromQt(path);
+std::string withSeparator(const fs::path& folder) {
+  const std::string text = os::textOf(folder);
+  return text.ends_with('/') ? text : text + '/';
 }
 
-/// The volume mounted at exactly that root; invalid if there is none.
-QStorageInfo volumeAt(const std::string& root) {
-  for (const QStorageInfo& volume : QStorageInfo::mountedVolumes()) {
-    if (rootPath(volume) == root) return volume;
+/// The real path of an existing folder, empty for any other.
+fs::path realFolder(const QString& path) {
+  if (path.isEmpty()) return {};
+  std::error_code error;
+  const fs::path real = fs::canonical(os::pathOf(fromQt(path)), error);
+  return !error && fs::is_directory(real, error) ? real : fs::path();
+}
+
+/// Empty if the user has none, or has the root.
+fs::path homeFolder() {
+  const fs::path home = realFolder(QDir::homePath());
+  return home == "/" ? fs::path() : home;
+}
+
+bool isHome(const std::string& root) {
+  const fs::path home = homeFolder();
+  return !home.empty() && withSeparator(home) == withSeparator(os::pathOf(root));
+}
+
+std::optional<os::Volume> volumeAt(const std::string& root) {
+  for (const os::Volume& volume : os::mountedVolumes()) {
+    if (withSeparator(volume.folder) == withSeparator(os::pathOf(root))) return volume;
   }
-  return {};
+  return std::nullopt;
 }
 
-bool oneOf(const QByteArray& type, std::initializer_list<const char*> types) {
-  return std::any_of(types.begin(), types.end(), [&](const char* other) { return type == other; });
+bool isHidden(const fs::path& name) { return os::textOf(name).starts_with('.'); }
+
+bool isShownFolder(const os::FolderEntry& entry) {
+  return entry.kind == os::EntryKind::kFolder && !isHidden(entry.name);
 }
 
-bool isNetwork(const QStorageInfo& volume) {
-  return oneOf(volume.fileSystemType(), {"nfs", "nfs4", "cifs", "smb3", "fuse.sshfs", "9p"});
+ShellIcons::Kind iconOf(std::int32_t driveType) {
+  switch (driveType) {
+    case kDriveRemovable:
+      return ShellIcons::Kind::kRemovable;
+    case kDriveRemote:
+      return ShellIcons::Kind::kNetwork;
+    case kDriveCD:
+      return ShellIcons::Kind::kDisc;
+    default:
+      return ShellIcons::Kind::kDrive;
+  }
 }
 
-/// Whether it is mounted in a directory for user volumes.
-bool isUserVolume(const QStorageInfo& volume) {
-  const QString path = volume.rootPath();
-  return path.startsWith(QStringLiteral("/media/")) || path.startsWith(QStringLiteral("/mnt/")) ||
-         path.startsWith(QStringLiteral("/run/media/"));
-}
-
-bool draw(const QIcon& icon, int size, WindowHandle picture) {
-  auto* const box = qobject_cast<PictureWidget*>(widgetOf(picture));
-  if (!box || icon.isNull()) return false;
-  box->setPicture(std::make_shared<ImagePicture>(icon.pixmap(QSize(size, size), 1.0).toImage()));
-  return true;
+/// The number and the sentence of a folder that can't be created.
+RuntimeError creationError(const std::string& path, const std::error_code& error) {
+  const std::string folder = "The folder \"" + path + "\" ";
+  if (!error || error == std::errc::file_exists || error == std::errc::not_a_directory) {
+    return RuntimeError(err::kPathFileAccess, folder + "already exists.");
+  }
+  if (error == std::errc::no_such_file_or_directory) {
+    return RuntimeError(err::kPathNotFound, folder + "cannot be created: its parent does not exist.");
+  }
+  if (error == std::errc::permission_denied || error == std::errc::read_only_file_system) {
+    return RuntimeError(err::kPermissionDenied, folder + "cannot be created: permission denied.");
+  }
+  if (error == std::errc::no_space_on_device) {
+    return RuntimeError(err::kDiskFull, folder + "cannot be created: the disk is full.");
+  }
+  return RuntimeError(err::kPathFileAccess, folder + "cannot be created.");
 }
 
 }  // namespace
 
 std::vector<std::string> QtShell::LogicalDrives() {
-  std::vector<std::string> roots = {"/"};
-  for (const QStorageInfo& volume : QStorageInfo::mountedVolumes()) {
-    if (volume.isReady() && isUserVolume(volume)) roots.push_back(rootPath(volume));
+  std::vector<std::string> roots;
+  if (const fs::path home = homeFolder(); !home.empty()) roots.push_back(withSeparator(home));
+  for (const os::Volume& volume : os::mountedVolumes()) {
+    const std::string root = withSeparator(volume.folder);
+    if (std::find(roots.begin(), roots.end(), root) == roots.end()) roots.push_back(root);
   }
   return roots;
 }
 
 std::int32_t QtShell::DriveType(const std::string& root) {
-  const QStorageInfo volume = volumeAt(root);
-  if (root != "/" && !volume.isValid()) return kDriveNoRoot;
-  if (isNetwork(volume)) return kDriveRemote;
-  if (oneOf(volume.fileSystemType(), {"iso9660", "udf"})) return kDriveCD;
-  return isUserVolume(volume) ? kDriveRemovable : kDriveFixed;
+  if (isHome(root)) return kDriveFixed;
+  const std::optional<os::Volume> volume = volumeAt(root);
+  if (!volume) return kDriveNoRoot;
+  switch (volume->kind) {
+    case os::VolumeKind::kRemovable:
+      return kDriveRemovable;
+    case os::VolumeKind::kNetwork:
+      return kDriveRemote;
+    case os::VolumeKind::kDisc:
+      return kDriveCD;
+    case os::VolumeKind::kFixed:
+      break;
+  }
+  return kDriveFixed;
 }
 
-std::string QtShell::VolumeLabel(const std::string& root) { return fromQt(volumeAt(root).name()); }
+std::string QtShell::VolumeLabel(const std::string& root) {
+  if (isHome(root)) return fromQt(translated("Home"));
+  const std::optional<os::Volume> volume = volumeAt(root);
+  const std::string label = volume ? os::labelOf(*volume) : std::string();
+  return label.empty() && root == "/" ? fromQt(translated("File System")) : label;
+}
 
 std::string QtShell::NetworkPath(const std::string& drive) {
-  const QStorageInfo volume = volumeAt(drive);
-  return isNetwork(volume) ? volume.device().toStdString() : std::string();
+  const std::optional<os::Volume> volume = volumeAt(drive);
+  return volume ? volume->networkName : std::string();
 }
 
 std::string QtShell::SpecialFolder(std::int32_t folder) {
-  return fromQt(QStandardPaths::writableLocation(
+  const fs::path path = realFolder(QStandardPaths::writableLocation(
       folder == kFolderDesktop ? QStandardPaths::DesktopLocation : QStandardPaths::DocumentsLocation));
+  return path == homeFolder() ? std::string() : os::textOf(path);
 }
 
 std::vector<FolderEntry> QtShell::Entries(const std::string& folder) {
   std::vector<FolderEntry> entries;
-  QDirIterator walk(toQt(folder), QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System);
-  while (walk.hasNext()) {
-    walk.next();
-    entries.push_back({fromQt(walk.fileName()), walk.fileInfo().isDir()});
-  }
+  // What was listed before a failure is kept.
+  os::scanFolder(os::pathOf(folder), os::ScanDetail::kKind, [&](os::FolderEntry&& entry) {
+    const bool isFolder = entry.kind == os::EntryKind::kFolder;
+    if (!isFolder || isShownFolder(entry)) entries.push_back({os::textOf(entry.name), isFolder});
+    return true;
+  });
   return entries;
 }
 
 std::string QtShell::FirstSubfolder(const std::string& folder) {
-  QDirIterator walk(toQt(folder), QDir::Dirs | QDir::NoDotAndDotDot);
-  if (!walk.hasNext()) return {};
-  walk.next();
-  return fromQt(walk.fileName());
+  std::string first;
+  os::scanFolder(os::pathOf(folder), os::ScanDetail::kKind, [&](os::FolderEntry&& entry) {
+    if (isShownFolder(entry)) first = os::textOf(entry.name);
+    return first.empty();
+  });
+  return first;
 }
 
 void QtShell::CreateFolder(const std::string& path) {
-  if (QFileInfo::exists(toQt(path))) {
-    throw RuntimeError(err::kPathFileAccess, "The folder \"" + path + "\" already exists.");
-  }
-  if (!QDir().mkdir(toQt(path))) {
-    throw RuntimeError(err::kPathNotFound, "The folder \"" + path + "\" cannot be created.");
-  }
+  std::error_code error;
+  if (!fs::create_directory(os::pathOf(path), error)) throw creationError(path, error);
 }
 
 std::int32_t QtShell::IconIndex(const std::string& path) {
-  const QIcon icon = QFileIconProvider().icon(QFileInfo(toQt(path)));
-  const auto known = numbers_.constFind(icon.cacheKey());
-  if (known != numbers_.constEnd()) return *known;
-  const auto number = static_cast<std::int32_t>(icons_.size());
-  numbers_.insert(icon.cacheKey(), number);
-  icons_.push_back(icon);
-  return number;
+  const std::string root = withSeparator(os::pathOf(path));
+  const std::vector<std::string> drives = LogicalDrives();
+  if (isHome(root)) return icons_.numberOf(ShellIcons::Kind::kHome);
+  if (std::find(drives.begin(), drives.end(), root) != drives.end()) {
+    return icons_.numberOf(iconOf(DriveType(root)));
+  }
+  std::error_code error;
+  if (fs::is_directory(os::pathOf(path), error)) return icons_.numberOf(ShellIcons::Kind::kFolder);
+  return icons_.numberOfFile(toQt(path));
 }
 
 void QtShell::DrawIcon(std::int32_t iconIndex, WindowHandle picture) {
-  if (iconIndex < 0 || static_cast<std::size_t>(iconIndex) >= icons_.size()) return;
-  draw(icons_[static_cast<std::size_t>(iconIndex)], kSmallIcon, picture);
+  icons_.draw(iconIndex, kSmallIcon, picture);
 }
 
 bool QtShell::DrawFileIcon(const std::string& filename, std::int32_t iconIndex, bool large,
                            WindowHandle picture) {
   if (iconIndex != 0 || !QFileInfo::exists(toQt(filename))) return false;
-  return draw(QIcon(toQt(filename)), large ? kLargeIcon : kSmallIcon, picture);
+  return ShellIcons::draw(QIcon(toQt(filename)), large ? kLargeIcon : kSmallIcon, picture);
 }
 
 }  // namespace kestrel::qt

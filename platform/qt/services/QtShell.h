@@ -1,19 +1,21 @@
 #pragma once
 
-#include <QHash>
-#include <QIcon>
-
+#include "ShellIcons.h"
 #include "imaging/contract/Shell.h"
 
 namespace kestrel::qt {
 
-/// The file system of the desktop: one drive "/", and one for each mounted volume.
+/// The file system of the desktop. Its drives are the user's home folder, the root, and the mounted volumes
+/// that a user works with. Folders whose names begin with a point are hidden: they are not listed.
 class QtShell final : public Shell {
  public:
+  /// The home folder comes first.
   std::vector<std::string> LogicalDrives() override;
   std::int32_t DriveType(const std::string& root) override;
   std::string VolumeLabel(const std::string& root) override;
+  /// `\\server\folder`.
   std::string NetworkPath(const std::string& drive) override;
+  /// Empty for a folder that is missing, or is the home folder itself.
   std::string SpecialFolder(std::int32_t folder) override;
   /// No such folders on this system.
   std::string WindowsFolder() override { return {}; }
@@ -27,8 +29,7 @@ class QtShell final : public Shell {
                     WindowHandle picture) override;
 
  private:
-  QHash<qint64, std::int32_t> numbers_;  // icon numbers by cache key
-  std::vector<QIcon> icons_;
+  ShellIcons icons_;
 };
 
 }  // namespace kestrel::qt
