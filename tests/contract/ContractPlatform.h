@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "TreeUser.h"
 #include "imaging/contract/ImageView.h"
 #include "imaging/contract/Moorage.h"
 #include "imaging/contract/Platform.h"
@@ -28,6 +29,8 @@ class ContractPlatform {
   /// The visible container of an editor control, 800 by 600, with its windows "mrgUI" and "igxImage". Each
   /// call creates a new one and destroys the previous one.
   virtual Site& editorSite() = 0;
+  /// Another tree for each call. It must not outlive the platform.
+  virtual std::unique_ptr<TreeUser> treeUser() = 0;
 
   /// A writable folder in the platform's path syntax, without a trailing separator.
   virtual std::string folder() = 0;

@@ -4,6 +4,7 @@
 #include <stdexcept>
 
 #include "ContractPlatform.h"
+#include "HeadlessTreeUser.h"
 #include "platform/headless/Form.h"
 #include "platform/headless/Platform.h"
 #include "platform/headless/controls/ColorPicker.h"
@@ -57,6 +58,8 @@ class HeadlessPlatform final : public ContractPlatform {
     site_->Move(0, 0, 800, 600);
     return *site_;
   }
+
+  std::unique_ptr<TreeUser> treeUser() override { return headlessTreeUser(platform_); }
 
   std::string folder() override { return platform_.files().scratch(); }
   std::string host(const std::string& path) override { return platform_.files().host(path); }

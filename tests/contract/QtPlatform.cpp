@@ -23,6 +23,7 @@
 #include <utility>
 
 #include "ContractPlatform.h"
+#include "QtTreeUser.h"
 #include "platform/docking/MoorageModel.h"
 #include "platform/posix/LineTable.h"
 #include "platform/posix/SharedLibraryFactory.h"
@@ -126,6 +127,8 @@ class QtPlatformUnderTest final : public ContractPlatform {
     settle();
     return *site_;
   }
+
+  std::unique_ptr<TreeUser> treeUser() override { return qtTreeUser(platform_->siteServices()); }
 
   std::string folder() override { return folder_.path().toStdString(); }
   std::string host(const std::string& path) override { return path; }

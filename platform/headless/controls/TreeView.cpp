@@ -328,8 +328,8 @@ void TreeView::click(const std::string& key) {
 }
 
 void TreeView::doubleClick(const std::string& key) {
-  click(key);
   const auto [x, y] = placeOf(key);
+  click(key);
   DblClick();
   if (TreeNode* const node = Find(key)) toggle(*node);
   MouseUp(kLeftButton, 0, x, y);

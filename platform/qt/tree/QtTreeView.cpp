@@ -30,6 +30,7 @@ void requireUpTo(std::int32_t largest, std::int32_t value) {
 QtTreeView::QtTreeView(TreeWidget& tree, ControlId id)
     : WidgetControl(tree, std::move(id)),
       tree_(tree),
+      widget_(&tree),
       images_([this] { tree_.viewport()->update(); }),
       model_(*this, images_) {
   tree_.setModel(&model_);
@@ -39,8 +40,8 @@ QtTreeView::QtTreeView(TreeWidget& tree, ControlId id)
 }
 
 QtTreeView::~QtTreeView() {
-  // The widget may live longer. It owns its selection model, which must not see the nodes go.
-  tree_.setModel(nullptr);
+  // The widget may live longer, or may be gone.
+  if (widget_) widget_->setModel(nullptr);
 }
 
 void QtTreeView::listen() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPointer>
 #include <optional>
 #include <string>
 
@@ -65,6 +66,7 @@ class QtTreeView final : public WidgetControl<TreeView>, private TreeNodes, priv
   void raiseNodeClick(TreeItem* before);
 
   TreeWidget& tree_;
+  QPointer<TreeWidget> widget_;
   TreeImages images_;
   TreeModel model_;
   TreeItem* selected_ = nullptr;
