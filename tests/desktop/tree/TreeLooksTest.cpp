@@ -1,0 +1,112 @@
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+#include <QApplication>
+#include <QDir>
+
+#include "../Themes.h"
+#include "TreeBench.h"
+#include "platform/qt/core/SvgIcon.h"
+
+namespace kestrel::desktop {
+namespace {
+
+class TreeLooks : public testing::Test {
+ protected:
+  void SetUp() override {
+    bench_.folder("Music");
+    bench_.folder("Pictures/2023");
+    bench_.folder("Pictures/2024/May");
+    bench_.folder("Videos/raw");
+    bench_.start();
+    bench_.control().Path(bench_.home("Pictures"));
+    QApplication::processEvents();
+  }
+  TreeBench& bench() { return bench_; }
+  QImage picture(const char* name) {
+    QApplication::processEvents();
+    const QImage grabbed = bench_.widget().grab().toImage();
+    QDir().mkpath(QStringLiteral(KESTREL_SCREENSHOTS));
+    grabbed.save(QStringLiteral(KESTREL_SCREENSHOTS "/") + QLatin1String(name));
+    return grabbed;
+  }
+  /// How many pixels of a node's row differ between two pictures.
+  int differences(const QImage& one, const QImage& other, const QRect& rect) {
+    const double scale = one.devicePixelRatio();
+    const QRect area(rect.topLeft() * scale, rect.size() * scale);
+    int count = 0;
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+      for (int x = area.left(); x <= area.right(); ++x) count += one.pixel(x, y) != other.pixel(x, y);
+    }
+    return count;
+  }
+  QRect rowOf(const std::string& path) {
+    const QRect row = bench_.view().visualRect(bench_.indexOf(bench_.nodeOf(path).Key()));
+    return QRect(bench_.view().viewport()->mapTo(&bench_.widget(), row.topLeft()), row.size())
+        .intersected(bench_.widget().rect());
+  }
+
+ private:
+  TreeBench bench_;
+};
+
+TEST_F(TreeLooks, InALightAndInADarkTheme) {
+  picture("tree-light.png");
+  const Theme dark(darkPalette());
+  const QImage shown = picture("tree-dark.png");
+  const QRect empty(10, bench().widget().height() - 30, 20, 20);
+  EXPECT_LT(shown.pixelColor(empty.center() * shown.devicePixelRatio()).lightness(), 60);
+}
+
+TEST_F(TreeLooks, EveryNodeHasAnIconThatIsSharpAtTheScreensScale) {
+  for (const char* key : {"Desktop", "My Computer", "/"}) {
+    const auto icon = bench().indexOf(key).data(Qt::DecorationRole).value<QIcon>();
+    ASSERT_FALSE(icon.isNull()) << key;
+    EXPECT_EQ(icon.pixmap(QSize(16, 16), 2.0).size(), QSize(32, 32)) << key;
+  }
+  const auto folder = bench().indexOf(bench().nodeOf(bench().home("Music")).Key());
+  EXPECT_FALSE(folder.data(Qt::DecorationRole).value<QIcon>().isNull());
+}
+
+TEST_F(TreeLooks, OurSetHasAnIconForEachPlace) {
+  for (const char* name : {"folder", "folder-open", "drive", "removable", "network", "cd", "home", "desktop",
+                           "documents", "computer"}) {
+    EXPECT_FALSE(qt::svgIcon(name).isNull()) << name;
+  }
+}
+
+TEST_F(TreeLooks, TheSelectionIsHiddenWithoutTheFocusOnlyIfAsked) {
+  bench().view().clearFocus();
+  const QRect row = rowOf(bench().home("Pictures"));
+  const QImage shown = picture("tree-without-focus.png");
+  bench().control().HideSelection(true);
+  const QImage hidden = picture("tree-hidden-selection.png");
+  EXPECT_GT(differences(shown, hidden, row), 100);
+  EXPECT_EQ(differences(shown, hidden, rowOf(bench().home("Music"))), 0);
+}
+
+TEST_F(TreeLooks, SignsLinesAndPicturesAreShownAsTheStyleAsks) {
+  const QImage all = picture("tree-all.png");
+  std::vector<QImage> styles;
+  for (std::int32_t style = 0; style < 7; ++style) {
+    bench().control().Style(style);
+    styles.push_back(picture("tree-style.png"));
+  }
+  const QRect whole = bench().widget().rect();
+  for (const QImage& style : styles) EXPECT_GT(differences(all, style, whole), 0);
+  EXPECT_GT(differences(styles[0], styles[2], whole), 0) << "signs";
+  EXPECT_GT(differences(styles[0], styles[4], whole), 0) << "lines";
+  EXPECT_GT(differences(styles[0], styles[1], whole), 0) << "pictures";
+}
+
+TEST_F(TreeLooks, IsATreeWithNamesForAccessibilityTools) {
+  QAccessibleInterface* const tree = QAccessible::queryAccessibleInterface(&bench().view());
+  ASSERT_NE(tree, nullptr);
+  EXPECT_EQ(tree->role(), QAccessible::Tree);
+  EXPECT_EQ(tree->text(QAccessible::Name), QStringLiteral("Folders"));
+  ASSERT_GT(tree->childCount(), 0);
+  EXPECT_EQ(tree->child(0)->text(QAccessible::Name), QStringLiteral("Desktop"));
+}
+
+}  // namespace
+}  // namespace kestrel::desktop
