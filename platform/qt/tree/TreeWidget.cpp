@@ -5,7 +5,10 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPointer>
+#include <QScrollBar>
 #include <QStyledItemDelegate>
+#include <algorithm>
+#include <utility>
 
 #include "platform/qt/core/Keys.h"
 
@@ -62,10 +65,21 @@ TreeWidget::TreeWidget(QWidget* parent) : QTreeView(parent) {
   setMouseTracking(true);
   setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
   setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
-  // The one column is as wide as the view, or as its visible texts if they are wider.
   header()->setStretchLastSection(false);
-  header()->setSectionResizeMode(QHeaderView::ResizeToContents);
   header()->setResizeContentsPrecision(0);
+  connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { fitColumn(); });
+}
+
+/// The one column is as wide as the view, or as its visible texts if they are wider.
+void TreeWidget::fitColumn() {
+  if (!model()) return;
+  const int width = std::max(viewport()->width(), sizeHintForColumn(0));
+  if (header()->sectionSize(0) != width) header()->resizeSection(0, width);
+}
+
+void TreeWidget::updateGeometries() {
+  QTreeView::updateGeometries();
+  fitColumn();
 }
 
 void TreeWidget::setSigns(bool value) {
@@ -190,11 +204,6 @@ void TreeWidget::keyReleaseEvent(QKeyEvent* event) {
 void TreeWidget::focusInEvent(QFocusEvent* event) {
   QTreeView::focusInEvent(event);
   viewport()->update();
-}
-
-void TreeWidget::resizeEvent(QResizeEvent* event) {
-  header()->setMinimumSectionSize(viewport()->width());
-  QTreeView::resizeEvent(event);
 }
 
 // -- Painting ---------------------------------------------------------------------------------------------

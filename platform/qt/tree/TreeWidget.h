@@ -38,19 +38,20 @@ class TreeWidget final : public QTreeView {
   void inputEnded(bool nodePressed);
 
  protected:
+  void updateGeometries() override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void keyReleaseEvent(QKeyEvent* event) override;
-  void resizeEvent(QResizeEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
   void drawRow(QPainter* painter, const QStyleOptionViewItem& option,
                const QModelIndex& index) const override;
   void drawBranches(QPainter* painter, const QRect& rect, const QModelIndex& index) const override;
 
  private:
+  void fitColumn();
   void drawLines(QPainter& painter, const QRect& rect, const QModelIndex& index) const;
   void pressLeft(const QMouseEvent& event);
   /// Toggles the check box at a position; false if there is none.
