@@ -37,6 +37,10 @@ std::unique_ptr<Site> Platform::createFolderTreeSite(bool userMode) {
   return makeFolderTreeSite(desktop_, nullptr, "FolderTreeView", userMode);
 }
 
+std::unique_ptr<Site> Platform::createBrowserSite(bool userMode) {
+  return makeBrowserSite(desktop_, nullptr, "ImageBrowserCtl", userMode, surroundings());
+}
+
 std::unique_ptr<headless::Form> Platform::createForm(const FormDescription& description) {
   return std::make_unique<headless::Form>(desktop_, user_, surroundings(), description);
 }

@@ -63,6 +63,8 @@ class Platform final : public kestrel::Platform {
   std::unique_ptr<Site> createSite(const std::string& name, bool userMode);
   /// A container for an editor with its two windows: "mrgUI" with the stored layout "Dialog", and "igxImage".
   std::unique_ptr<Site> createEditorSite(bool userMode = true);
+  /// A container for a browser with its windows; see `makeBrowserSite`.
+  std::unique_ptr<Site> createBrowserSite(bool userMode = true);
   /// A container for a folder tree with its two windows "tvwFolders" and "picIcon".
   std::unique_ptr<Site> createFolderTreeSite(bool userMode = true);
   /// The surroundings for the windows of a surface that a test assembles itself.

@@ -9,10 +9,11 @@
 #include "Resources/Layouts.h"
 #include "Resources/StockPicture.h"
 #include "controls/PictureBox.h"
+#include "controls/SplitPanel.h"
+#include "controls/ThumbnailView.h"
 #include "controls/TreeView.h"
 #include "engine/codecs/Codecs.h"
 #include "engine/imgx/PictureObject.h"
-#include "imaging/contract/controls/SplitPanel.h"
 #include "platform/docking/LayoutReader.h"
 
 namespace kestrel::headless {
@@ -75,6 +76,17 @@ std::unique_ptr<Site> makeFolderTreeSite(Desktop& desktop, Window* parent, const
   }
   site->add(std::move(tree));
   site->add(std::make_unique<PictureBox>(desktop, site.get(), "picIcon", -1));
+  return site;
+}
+
+std::unique_ptr<Site> makeBrowserSite(Desktop& desktop, Window* parent, const std::string& name,
+                                      bool userMode, const Surroundings& surroundings) {
+  auto site = std::make_unique<Site>(desktop, parent, name, userMode);
+  site->add(makeBrowserSuite(*site, surroundings));
+  site->add(std::make_unique<SplitPanel>(desktop, site.get(), "pnlBrowse", -1));
+  site->add(makeFolderTreeSite(desktop, site.get(), "ftvBrowse", userMode));
+  site->add(std::make_unique<ThumbnailView>(desktop, site.get(), "thvBrowse", surroundings.files,
+                                            surroundings.user));
   return site;
 }
 

@@ -38,4 +38,9 @@ std::unique_ptr<Site> makePreviewSite(Desktop& desktop, Window* parent, const st
 std::unique_ptr<Site> makeFolderTreeSite(Desktop& desktop, Window* parent, const std::string& name,
                                          bool userMode);
 
+/// The container of a browser with its windows: "mrgUI" with the stored layout "Browser", the split panel
+/// "pnlBrowse", the folder tree "ftvBrowse" and the thumbnail view "thvBrowse".
+std::unique_ptr<Site> makeBrowserSite(Desktop& desktop, Window* parent, const std::string& name,
+                                      bool userMode, const Surroundings& surroundings);
+
 }  // namespace kestrel::headless

@@ -40,6 +40,8 @@ void User::chooses(std::string filename, std::function<void(FileDialog&)> before
 void User::cancelsFileDialog(std::function<void(FileDialog&)> before) {
   script_.emplace_back(Choosing{std::nullopt, std::move(before)});
 }
+void User::choosesFolder(std::string folder) { script_.emplace_back(ChoosingFolder{std::move(folder)}); }
+void User::cancelsFolderDialog() { script_.emplace_back(ChoosingFolder{}); }
 void User::picks(std::string commandKey) { script_.emplace_back(Picking{std::move(commandKey)}); }
 
 std::string User::words(const Step& step) {
@@ -55,6 +57,9 @@ std::string User::words(const Step& step) {
     std::string operator()(const Choosing& s) const {
       return s.filename ? "a file dialog for \"" + *s.filename + "\"" : "a file dialog to cancel";
     }
+    std::string operator()(const ChoosingFolder& s) const {
+      return s.folder.empty() ? "a folder dialog to cancel" : "a folder dialog for \"" + s.folder + "\"";
+    }
     std::string operator()(const Picking& s) const { return "a popup menu to pick \"" + s.key + "\" from"; }
   };
   return std::visit(Words{}, step);
@@ -69,6 +74,7 @@ std::string User::left() const {
 void User::forget() {
   boxes_.clear();
   questions_.clear();
+  folderQuestions_.clear();
   abouts_.clear();
 }
 
@@ -128,6 +134,13 @@ std::optional<std::string> User::useFileDialog(FileDialog& dialog) {
   if (!step) return std::nullopt;
   if (step->before) step->before(dialog);
   return step->filename;
+}
+
+std::string User::chooseFolder(const FolderQuestion& question) {
+  folderQuestions_.push_back(question);
+  const auto step =
+      next<ChoosingFolder>("the folder dialog \"" + question.title + "\" (" + question.prompt + ")");
+  return step ? step->folder : std::string();
 }
 
 std::string User::usePopup(const std::string& menu) {

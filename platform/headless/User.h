@@ -38,6 +38,11 @@ class User {
     std::string title;
     std::string defaultText;
   };
+  struct FolderQuestion {
+    std::string prompt;
+    std::string title;
+    std::string start;
+  };
   struct About {
     std::string title;
     std::string versionText;
@@ -62,6 +67,9 @@ class User {
   /// The same, after calling `before` with the dialog.
   void chooses(std::string filename, std::function<void(FileDialog&)> before);
   void cancelsFileDialog(std::function<void(FileDialog&)> before = {});
+  /// Chooses a folder in the next folder dialog.
+  void choosesFolder(std::string folder);
+  void cancelsFolderDialog();
   /// Chooses from the next popup menu by the key of a command; an empty key closes the menu.
   void picks(std::string commandKey);
 
@@ -71,6 +79,7 @@ class User {
   // Boxes and dialogs shown so far.
   const std::vector<Box>& boxes() const { return boxes_; }
   const std::vector<Question>& questions() const { return questions_; }
+  const std::vector<FolderQuestion>& folderQuestions() const { return folderQuestions_; }
   const std::vector<About>& abouts() const { return abouts_; }
   void forget();
 
@@ -81,6 +90,8 @@ class User {
   void useForm(kestrel::Form& form);
   /// The chosen name, none if the dialog was canceled.
   std::optional<std::string> useFileDialog(FileDialog& dialog);
+  /// The chosen folder, empty if the dialog was canceled.
+  std::string chooseFolder(const FolderQuestion& question);
   std::string usePopup(const std::string& menu);
   void complain(const std::string& text) const;
 
@@ -100,10 +111,13 @@ class User {
     std::optional<std::string> filename;
     std::function<void(FileDialog&)> before;
   };
+  struct ChoosingFolder {
+    std::string folder;
+  };
   struct Picking {
     std::string key;
   };
-  using Step = std::variant<Answer, Typing, Closing, Using, Choosing, Picking>;
+  using Step = std::variant<Answer, Typing, Closing, Using, Choosing, ChoosingFolder, Picking>;
 
   static std::string words(const Step& step);
   /// The next step of the script if it is a `T`; else complains.
@@ -113,6 +127,7 @@ class User {
   std::deque<Step> script_;
   std::vector<Box> boxes_;
   std::vector<Question> questions_;
+  std::vector<FolderQuestion> folderQuestions_;
   std::vector<About> abouts_;
 };
 

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstddef>
+#include <system_error>
 #include <utility>
 
 #include "Inside.h"
@@ -26,7 +27,10 @@ void ThumbnailViewModel::Inside::startLoad() {
     cancelLoad();
     return;
   }
-  loader.open(path);
+  // Absolute, since the store identifies files by their whole path.
+  std::error_code ignored;
+  const std::filesystem::path absolute = std::filesystem::absolute(path, ignored);
+  loader.open(absolute.empty() ? path : absolute);
 }
 
 bool ThumbnailViewModel::Inside::endLoad() {

@@ -1,0 +1,241 @@
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <string>
+
+#include "ViewTest.h"
+#include "engine/codecs/Codecs.h"
+
+namespace kestrel::thumbnails {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+
+/// A view on a real folder, with real pictures, the engine's decoders and the system's notifications.
+class BadInput : public test::ViewTest {
+ protected:
+  BadInput() {
+    std::string name = (fs::temp_directory_path() / "kestrel-view-XXXXXX").string();
+    if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("No folder could be made.");
+    folder_ = name;
+    Services services;
+    services.post = calls_.post();
+    services.workers = workers_;
+    connections_.clear();
+    view_ = std::make_unique<test::TestView>(std::move(services));
+    view_->layOut({600, 400}, metrics_);
+    record();
+  }
+  ~BadInput() override {
+    view_.reset();
+    workers_.reset();
+    fs::permissions(folder_, fs::perms::owner_all);
+    fs::remove_all(folder_);
+  }
+
+  void picture(const std::string& name, std::uint8_t shade = 50, std::int32_t side = 200) const {
+    engine::encodeFile(engine::Bitmap::filled(side, side, {shade, shade, shade, 255}), {},
+                       engine::format::kPng, {}, folder_ / "new.tmp");
+    fs::rename(folder_ / "new.tmp", folder_ / name);
+  }
+  void file(const std::string& name, const std::string& content) const {
+    std::ofstream(folder_ / name, std::ios::binary) << content;
+  }
+  void openFolder() { open(folder_.string()); }
+  std::int32_t find(const std::string& name) {
+    for (std::int32_t i = 0; i < view().itemCount(); ++i) {
+      if (view().pathOf(i).filename() == name) return i;
+    }
+    return -1;
+  }
+  ItemFacts factsOf(const std::string& name) {
+    const std::int32_t item = find(name);
+    EXPECT_GE(item, 0) << name;
+    return item < 0 ? ItemFacts{} : view().factsOf(item);
+  }
+  std::uint8_t shadeOf(const std::string& name) { return view().pictureOf(find(name)).bitmap.at(0, 0).r; }
+
+  fs::path folder_;
+};
+
+TEST_F(BadInput, PipesDevicesAndSocketsAreLeftOut) {
+  picture("good.png");
+  ASSERT_EQ(mkfifo((folder_ / "pipe.png").c_str(), 0600), 0);
+  fs::create_symlink("/dev/zero", folder_ / "endless.png");
+  const int socketHandle = socket(AF_UNIX, SOCK_STREAM, 0);
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  std::strncpy(address.sun_path, (folder_ / "socket.png").c_str(), sizeof(address.sun_path) - 1);
+  ASSERT_EQ(bind(socketHandle, reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);
+  fs::create_directory(folder_ / "folder.png");
+  openFolder();
+  close(socketHandle);
+  EXPECT_EQ(view().itemCount(), 1);
+  EXPECT_EQ(factsOf("good.png").state, ItemState::kShown);
+}
+
+TEST_F(BadInput, LinksInALoopOrToNowhereAreLeftOut) {
+  picture("good.png");
+  fs::create_symlink("a.png", folder_ / "b.png");
+  fs::create_symlink("b.png", folder_ / "a.png");
+  fs::create_symlink("missing.png", folder_ / "c.png");
+  fs::create_symlink("good.png", folder_ / "link.png");
+  openFolder();
+  EXPECT_EQ(view().itemCount(), 2);
+  EXPECT_EQ(factsOf("link.png").state, ItemState::kShown);
+}
+
+TEST_F(BadInput, NamesMayHaveAnyBytes) {
+  const std::set<std::string> names = {"line\nbreak.png", "no utf-8 \xFF\xFE.png",
+                                       std::string(251, 'n') + ".png", " blank .png", "-rf.png"};
+  for (const std::string& name : names) picture(name);
+  openFolder();
+  ASSERT_EQ(view().itemCount(), 5);
+  for (const std::string& name : names) {
+    EXPECT_EQ(factsOf(name).state, ItemState::kShown) << name;
+    EXPECT_EQ(factsOf(name).filename, folder_.string() + "/" + name);
+  }
+  EXPECT_EQ(factsOf("line\nbreak.png").label, "line\u2426break.png");
+}
+
+TEST_F(BadInput, APictureThatLiesAboutItsSizeIsBroken) {
+  picture("good.png");
+  // The header of a bitmap file that claims 65,536 by 65,536 pixels.
+  std::string header(1024, '\0');
+  header.replace(0, 2, "BM");
+  header[10] = 54;
+  header[14] = 40;
+  header[20] = 1;
+  header[24] = 1;
+  header[26] = 1;
+  header[28] = 24;
+  file("huge.bmp", header);
+  openFolder();
+  EXPECT_EQ(factsOf("huge.bmp").state, ItemState::kBroken);
+  EXPECT_FALSE(factsOf("huge.bmp").notice.empty());
+  EXPECT_EQ(factsOf("good.png").state, ItemState::kShown);
+  EXPECT_EQ(events_.back(), "complete");
+}
+
+TEST_F(BadInput, ATruncatedPictureShowsItsPartWithANotice) {
+  engine::Bitmap noise = engine::Bitmap::uninitialized(300, 300);
+  const engine::Pixels pixels = noise.writable();
+  std::uint32_t state = 1;
+  for (std::int32_t y = 0; y < 300; ++y) {
+    for (std::int32_t x = 0; x < 4 * 300; ++x) {
+      state = state * 1664525 + 1013904223;
+      pixels.row(y)[x] = x % 4 == 3 ? 255 : static_cast<std::uint8_t>(state >> 24);
+    }
+  }
+  engine::encodeFile(noise, {}, engine::format::kJpg, {}, folder_ / "part.jpg");
+  fs::resize_file(folder_ / "part.jpg", fs::file_size(folder_ / "part.jpg") / 2);
+  openFolder();
+  EXPECT_EQ(factsOf("part.jpg").state, ItemState::kShown);
+  EXPECT_FALSE(factsOf("part.jpg").notice.empty());
+  EXPECT_FALSE(view().pictureOf(0).bitmap.empty());
+}
+
+TEST_F(BadInput, FilesThatAreNoPicturesSayWhy) {
+  file("empty.jpg", "");
+  file("text.jpg", "This is no picture.");
+  picture("good.png");
+  openFolder();
+  EXPECT_EQ(factsOf("empty.jpg").notice, "The file is empty.");
+  EXPECT_THAT(factsOf("text.jpg").notice, HasSubstr("not a JPEG image"));
+  EXPECT_EQ(factsOf("good.png").state, ItemState::kShown);
+}
+
+TEST_F(BadInput, APictureUnderTheExtensionOfAnotherFormatIsShown) {
+  picture("really-png.jpg");
+  openFolder();
+  EXPECT_EQ(factsOf("really-png.jpg").state, ItemState::kShown);
+  EXPECT_EQ(factsOf("really-png.jpg").pictureSize, (Size{200, 200}));
+}
+
+TEST_F(BadInput, AFileThatMayNotBeReadSaysSo) {
+  if (geteuid() == 0) GTEST_SKIP() << "The superuser may read everything.";
+  picture("secret.png");
+  fs::permissions(folder_ / "secret.png", fs::perms::none);
+  openFolder();
+  EXPECT_THAT(factsOf("secret.png").notice, HasSubstr("permission is denied"));
+}
+
+TEST_F(BadInput, AFolderThatMayNotBeReadSaysSo) {
+  if (geteuid() == 0) GTEST_SKIP() << "The superuser may read everything.";
+  fs::permissions(folder_, fs::perms::none);
+  openFolder();
+  EXPECT_THAT(view().message(), HasSubstr("permission is denied"));
+  EXPECT_EQ(events_.back(), "complete");
+}
+
+TEST_F(BadInput, AFolderThatIsNoneSaysSo) {
+  open((folder_ / "missing").string());
+  EXPECT_THAT(view().message(), HasSubstr("does not exist"));
+  file("file.txt", "text");
+  open((folder_ / "file.txt").string());
+  EXPECT_FALSE(view().message().empty());
+  EXPECT_EQ(events_.back(), "complete");
+}
+
+TEST_F(BadInput, AFolderThatVanishesIsEmpty) {
+  const fs::path inner = folder_ / "inner";
+  fs::create_directory(inner);
+  picture("a.png");
+  fs::rename(folder_ / "a.png", inner / "a.png");
+  open(inner.string());
+  ASSERT_EQ(view().itemCount(), 1);
+  fs::remove_all(inner);
+  EXPECT_TRUE(runUntil([this] { return view().itemCount() == 0; }));
+  EXPECT_TRUE(runUntil([this] { return !view().message().empty(); }));
+}
+
+TEST_F(BadInput, TheViewFollowsTheDisk) {
+  picture("a.png", 10);
+  openFolder();
+  picture("b.png", 20);
+  ASSERT_TRUE(runUntil([this] { return view().itemCount() == 2 && view().settled(); }));
+  picture("a.png", 30, 210);
+  ASSERT_TRUE(runUntil([this] { return shadeOf("a.png") == 30; }));
+  fs::rename(folder_ / "b.png", folder_ / "c.png");
+  ASSERT_TRUE(runUntil([this] { return find("c.png") == 1 && view().settled(); }));
+  EXPECT_EQ(shadeOf("c.png"), 20);
+  fs::remove(folder_ / "a.png");
+  ASSERT_TRUE(runUntil([this] { return view().itemCount() == 1; }));
+}
+
+TEST_F(BadInput, NoThumbnailIsAttributedToAnotherFile) {
+  // Each file is replaced several times by pictures of other shades, while it is being read or not.
+  workers_ = std::make_shared<Workers>(4);
+  Services services;
+  services.post = calls_.post();
+  services.workers = workers_;
+  connections_.clear();
+  view_ = std::make_unique<test::TestView>(std::move(services));
+  view_->layOut({600, 400}, metrics_);
+  for (int i = 0; i < 8; ++i) picture(std::to_string(i) + ".png", 0);
+  view().Folder(folder_.string());
+  for (int round = 1; round <= 10; ++round) {
+    for (int i = 0; i < 8; ++i) {
+      picture(std::to_string(i) + ".png", static_cast<std::uint8_t>(10 * round + i), 200 + round);
+      calls_.runPending();
+    }
+  }
+  ASSERT_TRUE(runUntil([this] {
+    if (view().itemCount() != 8 || !view().settled()) return false;
+    for (int i = 0; i < 8; ++i) {
+      if (view().factsOf(i).pictureSize != Size{210, 210}) return false;
+    }
+    return true;
+  }));
+  for (int i = 0; i < 8; ++i) EXPECT_EQ(shadeOf(std::to_string(i) + ".png"), 100 + i) << i;
+}
+
+}  // namespace
+}  // namespace kestrel::thumbnails
