@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
@@ -33,7 +34,8 @@ class FakeAccess final : public FolderAccess {
 
   // The test's side.
 
-  void put(const std::string& name, const File& file = {}) {
+  void put(const std::string& name) { put(name, File()); }
+  void put(const std::string& name, const File& file) {
     const std::lock_guard lock(mutex_);
     files_[name] = file;
   }
