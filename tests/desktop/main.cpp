@@ -48,10 +48,11 @@ class ForgottenWindows {
 }  // namespace
 
 /// One application for all tests, on a display without a screen unless another is asked for, with settings
-/// that nobody else sees.
+/// and thumbnails that nobody else sees.
 int main(int count, char** values) {
   const QTemporaryDir settings;
   qputenv("KESTREL_STORE", settings.filePath(QStringLiteral("settings.store")).toUtf8());
+  qputenv("XDG_CACHE_HOME", settings.path().toUtf8());
   if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   testing::InitGoogleTest(&count, values);
   QApplication application(count, values);

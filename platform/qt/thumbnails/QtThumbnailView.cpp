@@ -9,6 +9,7 @@
 #include "platform/qt/core/Guard.h"
 #include "platform/qt/core/Text.h"
 #include "platform/qt/dialogs/FolderDialog.h"
+#include "platform/thumbnailcache/ThumbnailCache.h"
 
 namespace kestrel::qt {
 namespace {
@@ -19,6 +20,7 @@ thumbnails::Services servicesOf(const PostedCalls& calls) {
   thumbnails::Services services;
   services.post = calls.post();
   services.separator = fromQt(QDir::separator());
+  services.store = thumbnails::sharedThumbnailCache();
   return services;
 }
 

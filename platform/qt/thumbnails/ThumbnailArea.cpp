@@ -290,8 +290,10 @@ void ThumbnailArea::paintLargePicture(QPainter& painter) {
   const std::int32_t item = view_->largeItem();
   if (item < 0) return;
   const bool faded = files_ && files_->anyCut() && files_->isCut(view_->pathOf(item));
-  painter_.paintLarge(painter, rectOf(view_->arrangement().large()), view_->factsOf(item),
-                      view_->largePicture(), {false, faded, hasFocus()});
+  const bool alone = view_->arrangement().view() == kViewSingle;
+  painter_.paintLarge(painter, rectOf(view_->arrangement().large()),
+                      alone ? rectOf(view_->placeOf(item).name) : QRect(), view_->factsOf(item),
+                      view_->largePicture(), faded);
 }
 
 }  // namespace kestrel::qt

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "ThumbnailTexts.h"
 #include "platform/qt/core/SvgIcon.h"
 #include "platform/qt/core/Text.h"
 
@@ -160,23 +161,23 @@ void ThumbnailPainter::paintItem(QPainter& painter, const thumbnails::ItemPlace&
   paintName(painter, rectOf(place.name), toQt(facts.label), facts.selected ? selectedText_ : text_);
 }
 
-void ThumbnailPainter::paintLarge(QPainter& painter, const QRect& box, const thumbnails::ItemFacts& facts,
-                                  const thumbnails::PaintedPicture& picture, const ItemLook& look) {
-  const Opacity opacity(painter, look.faded);
-  if (facts.state == thumbnails::ItemState::kBroken) {
-    QRect above = box;
-    above.setHeight(box.height() / 2);
-    paintSign(painter, above, text_, ground_);
-    const int margin = std::min(length(kMessageMargin), box.width() / 4);
-    QRect below = box.adjusted(margin, box.height() / 2, -margin, 0);
-    painter.setFont(font_);
-    painter.setPen(quiet_);
-    const QString reason = facts.notice.empty() ? QString() : u'\n' + toQt(facts.notice);
-    painter.drawText(below, Qt::AlignHCenter | Qt::AlignTop | Qt::TextWrapAnywhere | Qt::TextWordWrap,
-                     toQt(facts.label) + reason);
+void ThumbnailPainter::paintLarge(QPainter& painter, const QRect& box, const QRect& name,
+                                  const thumbnails::ItemFacts& facts,
+                                  const thumbnails::PaintedPicture& picture, bool faded) {
+  const Opacity opacity(painter, faded);
+  if (!name.isEmpty()) paintName(painter, name, toQt(facts.label), text_);
+  if (facts.state != thumbnails::ItemState::kBroken) {
+    if (!picture.bitmap.empty()) pictures_.paint(painter, picture);
     return;
   }
-  if (!picture.bitmap.empty()) pictures_.paint(painter, picture);
+  // The sign above the middle, the reason below it.
+  const int half = box.height() / 2;
+  paintSign(painter, box.adjusted(0, 0, 0, -half), text_, ground_);
+  const int margin = std::min(length(kMessageMargin), box.width() / 4);
+  painter.setFont(font_);
+  painter.setPen(quiet_);
+  painter.drawText(box.adjusted(margin, half, -margin, 0), Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap,
+                   reasonOf(facts));
 }
 
 void ThumbnailPainter::paintMessage(QPainter& painter, const QRect& viewport, const QString& message) const {

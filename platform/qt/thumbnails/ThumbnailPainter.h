@@ -39,9 +39,9 @@ class ThumbnailPainter {
 
   void paintItem(QPainter& painter, const thumbnails::ItemPlace& place, const thumbnails::ItemFacts& facts,
                  const thumbnails::PaintedPicture& picture, const ItemLook& look);
-  /// The large picture of an item in its box.
-  void paintLarge(QPainter& painter, const QRect& box, const thumbnails::ItemFacts& facts,
-                  const thumbnails::PaintedPicture& picture, const ItemLook& look);
+  /// The large picture of an item in its box. `name` is empty where the item's cell shows its name.
+  void paintLarge(QPainter& painter, const QRect& box, const QRect& name, const thumbnails::ItemFacts& facts,
+                  const thumbnails::PaintedPicture& picture, bool faded);
   void paintMessage(QPainter& painter, const QRect& viewport, const QString& message) const;
   void paintBand(QPainter& painter, const QRect& band) const;
   /// The frame of a view above which files can be dropped.

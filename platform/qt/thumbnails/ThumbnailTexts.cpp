@@ -26,12 +26,14 @@ QStringList detailsOf(const thumbnails::ItemFacts& facts) {
   const QLocale locale = QLocale::system();
   const QDateTime date = QDateTime::fromMSecsSinceEpoch(facts.modified / kNanosecondsPerMillisecond);
   QStringList details = {sizes(facts, locale), locale.toString(date, QLocale::ShortFormat)};
-  if (!facts.notice.empty()) {
-    details += toQt(facts.notice);
-  } else if (facts.state == thumbnails::ItemState::kBroken) {
-    details += translated("This picture cannot be shown.");
-  }
+  if (const QString reason = reasonOf(facts); !reason.isEmpty()) details += reason;
   return details;
+}
+
+QString reasonOf(const thumbnails::ItemFacts& facts) {
+  if (!facts.notice.empty()) return toQt(facts.notice);
+  return facts.state == thumbnails::ItemState::kBroken ? translated("This picture cannot be shown.")
+                                                       : QString();
 }
 
 QString tipOf(const thumbnails::ItemFacts& facts) {

@@ -11,6 +11,9 @@ namespace kestrel::qt {
 /// why it is broken or incomplete. One line for each.
 QStringList detailsOf(const thumbnails::ItemFacts& facts);
 
+/// Why the picture is broken or incomplete; empty if it is neither.
+QString reasonOf(const thumbnails::ItemFacts& facts);
+
 /// A tool tip in rich text: the name and the details.
 QString tipOf(const thumbnails::ItemFacts& facts);
 

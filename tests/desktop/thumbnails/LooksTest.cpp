@@ -8,7 +8,7 @@
 #include <cmath>
 
 #include "ThumbnailBench.h"
-#include "tests/desktop/Themes.h"
+#include "../Themes.h"
 
 namespace kestrel::desktop {
 namespace {

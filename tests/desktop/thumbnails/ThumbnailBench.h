@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QEvent>
 #include <QImage>
 #include <QTemporaryDir>
 #include <QWidget>
