@@ -60,6 +60,8 @@ std::optional<thumbnails::Key> viewKeyOf(const QKeyEvent& event) {
 }
 
 bool isClipboardKey(const QKeyEvent& event) {
+  // The toolkit cuts by Shift+Delete, too; file managers delete by it.
+  if (event.key() == Qt::Key_Delete) return false;
   return event.matches(QKeySequence::Copy) || event.matches(QKeySequence::Cut) ||
          event.matches(QKeySequence::Paste);
 }

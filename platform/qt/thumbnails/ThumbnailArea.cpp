@@ -27,6 +27,9 @@
 namespace kestrel::qt {
 namespace {
 
+/// Clicks on an arrow of the scroll bar for one row, or item of the film strip.
+constexpr int kLinesPerStep = 4;
+
 QRect rectOf(const Rectangle& area) { return {area.Left, area.Top, area.Width, area.Height}; }
 
 int clamped(std::int64_t value) {
@@ -48,7 +51,6 @@ ThumbnailArea::ThumbnailArea(QWidget* parent)
   setAccessibleName(translated("Thumbnails"));
   viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
   viewport()->setMouseTracking(true);
-  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   catchUpTimer_.setSingleShot(true);
   catchUpTimer_.setInterval(0);
   connect(&catchUpTimer_, &QTimer::timeout, this, &ThumbnailArea::catchUp);
@@ -63,6 +65,7 @@ void ThumbnailArea::setView(thumbnails::ThumbnailViewModel* view, FileTraffic* f
   hovered_ = -1;
   dragWanted_ = false;
   noted_ = {};
+  metrics_ = {};
   glide_.stop();
   if (!view_) return;
   layOutView();
@@ -110,33 +113,32 @@ void ThumbnailArea::catchUp() {
 void ThumbnailArea::layOutView() {
   if (!view_) return;
   const QSize size = deviceSizeOf(*viewport());
+  const Size viewportSize{size.width(), size.height()};
   thumbnails::Metrics metrics;
   metrics.scale = painter_.scale();
   metrics.lineHeight = painter_.lineHeight();
   metrics.dragDistance = qRound(QApplication::startDragDistance() * painter_.scale());
-  guarded([&] { view_->layOut({size.width(), size.height()}, metrics); });
+  if (metrics == metrics_ && viewportSize == view_->arrangement().viewport()) return;
+  metrics_ = metrics;
+  guarded([&] { view_->layOut(viewportSize, metrics); });
   if (view_) updateBars();
 }
 
 void ThumbnailArea::updateBars() {
   if (updatingBars_) return;
   updatingBars_ = true;
-  const thumbnails::Arrangement& arrangement = view_->arrangement();
-  const bool sideways = arrangement.scrollsSideways();
-  // Values first: a bar that appears or vanishes resizes the viewport, which changes them again.
-  const int range = clamped(arrangement.scrollRange());
-  const int page = clamped(arrangement.page());
-  const int step = std::max(1, static_cast<int>(arrangement.step() / 4));
-  const int position = clamped(view_->scroll());
+  const bool sideways = view_->arrangement().scrollsSideways();
   QScrollBar& used = sideways ? *horizontalScrollBar() : *verticalScrollBar();
   QScrollBar& other = sideways ? *verticalScrollBar() : *horizontalScrollBar();
-  used.setRange(0, range);
-  used.setPageStep(page);
-  used.setSingleStep(step);
-  used.setValue(position);
   other.setRange(0, 0);
-  setHorizontalScrollBarPolicy(sideways ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
-  setVerticalScrollBarPolicy(sideways ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded);
+  // A bar that appears or vanishes resizes the viewport, which changes the range once more.
+  for (int round = 0; round < 2; ++round) {
+    const thumbnails::Arrangement& arrangement = view_->arrangement();
+    used.setPageStep(clamped(arrangement.page()));
+    used.setSingleStep(std::max(1, clamped(arrangement.pitch()) / kLinesPerStep));
+    used.setRange(0, clamped(arrangement.scrollRange()));
+    used.setValue(clamped(view_->scroll()));
+  }
   updatingBars_ = false;
 }
 
@@ -253,7 +255,7 @@ void ThumbnailArea::paintEvent(QPaintEvent* event) {
   } else {
     layOutView();
   }
-  if (noted_.scroll) updateBars();
+  if (noted_.scroll && view_) updateBars();
 
   QPainter painter(viewport());
   painter.fillRect(event->rect(), painter_.ground());

@@ -9,6 +9,7 @@
 #include "ThumbnailPainter.h"
 #include "WheelGlide.h"
 #include "imaging/contract/Types.h"
+#include "platform/thumbnailview/Arrangement.h"
 
 class QHelpEvent;
 
@@ -109,6 +110,7 @@ class ThumbnailArea final : public QAbstractScrollArea {
   WheelGlide glide_;
   QTimer catchUpTimer_;
   Noted noted_;
+  thumbnails::Metrics metrics_;  ///< those of the view's layout
   std::int32_t hovered_ = -1;
   double wheelRest_ = 0;  ///< notches not yet used for a step in the single view
   bool updatingBars_ = false;

@@ -7,8 +7,8 @@
 #include <QWindow>
 #include <cmath>
 
-#include "ThumbnailBench.h"
 #include "../Themes.h"
+#include "ThumbnailBench.h"
 
 namespace kestrel::desktop {
 namespace {
@@ -245,7 +245,8 @@ TEST_F(ThumbnailLooks, WheelAndScrollBarMoveByPixels) {
   EXPECT_EQ(bench.view().scroll(), 100);
 
   turn({}, {0, -120}, Qt::NoScrollPhase);
-  EXPECT_TRUE(eventually([&] { return bench.view().scroll() >= 100 + 100 * factor(); })) << "a notch";
+  EXPECT_TRUE(eventually([&] { return bench.view().scroll() >= 100 + std::lround(100 * factor()); }))
+      << "a notch";
   const std::int64_t one = bench.view().scroll();
   turn({}, {0, 120}, Qt::NoScrollPhase);
   EXPECT_TRUE(eventually([&] { return bench.view().scroll() < one; }));
