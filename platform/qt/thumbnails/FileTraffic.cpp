@@ -53,12 +53,9 @@ void FileTraffic::offer(bool move) {
 void FileTraffic::clipboardChanged() {
   std::set<std::filesystem::path> cut;
   // Only this program's files: those of another one cannot be asked for without waiting for it.
-  const QClipboard& clipboard = *QGuiApplication::clipboard();
-  if (clipboard.ownsClipboard()) {
-    const auto* const own = qobject_cast<const FilesMimeData*>(clipboard.mimeData());
-    if (own && own->files().move) {
-      for (const std::string& name : own->files().names) cut.insert(os::pathOf(name));
-    }
+  const auto* const own = qobject_cast<const FilesMimeData*>(QGuiApplication::clipboard()->mimeData());
+  if (own && own->files().move) {
+    for (const std::string& name : own->files().names) cut.insert(os::pathOf(name));
   }
   if (cut == cut_) return;
   cut_ = std::move(cut);

@@ -264,6 +264,8 @@ void ThumbnailArea::paintEvent(QPaintEvent* event) {
   const QRect all(QPoint(), deviceSizeOf(*viewport()));
   painter_.beginFrame(all.size());
   guarded([&] {
+    const thumbnails::Arrangement& arrangement = view_->arrangement();
+    if (arrangement.scrollsSideways()) painter_.paintStrip(painter, rectOf(arrangement.strip()));
     paintLargePicture(painter);
     paintItems(painter, event->region());
     if (const std::string message = view_->message(); !message.empty()) {

@@ -19,12 +19,16 @@ constexpr double kBandLine = 1;
 constexpr double kSignSide = 48;
 constexpr double kCheckerSide = 8;
 constexpr double kMessageMargin = 32;
+constexpr double kNamePadding = 4;
+constexpr double kNameCorner = 3;
 
 // Shares of the text's color, or of the selection's, in a mix with the ground.
 constexpr double kQuietShare = 0.72;
 constexpr double kOutlineShare = 0.16;
 constexpr double kPlaceholderShare = 0.06;
-constexpr double kHoverShare = 0.18;
+constexpr double kSelectedShare = 0.32;
+constexpr double kHoverShare = 0.14;
+constexpr double kStripShare = 0.05;
 constexpr double kCheckerShares[] = {0.04, 0.14};
 
 constexpr double kFadedOpacity = 0.4;
@@ -86,6 +90,8 @@ void ThumbnailPainter::adopt(const QWidget& widget) {
   quiet_ = mixed(text_, ground_, kQuietShare);
   outline_ = mixed(text_, ground_, kOutlineShare);
   placeholder_ = mixed(text_, ground_, kPlaceholderShare);
+  selectedGround_ = mixed(selection_, ground_, kSelectedShare);
+  stripGround_ = mixed(text_, ground_, kStripShare);
   hover_ = mixed(selection_, ground_, kHoverShare);
   if (brokenSign_.isNull()) brokenSign_ = svgIcon("broken-picture");
   pictures_.setCheckers({mixed(text_, ground_, kCheckerShares[0]), mixed(text_, ground_, kCheckerShares[1]),
@@ -97,20 +103,19 @@ void ThumbnailPainter::paintCell(QPainter& painter, const QRect& cell, bool sele
   const bool outlined = focused && look.showFocus;
   if (!selected && !look.hovered && !outlined) return;
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(Qt::NoPen);
   const double corner = kCorner * scale_;
   if (selected || look.hovered) {
-    painter.setBrush(selected ? selection_ : hover_);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(selected ? selectedGround_ : hover_);
     painter.drawRoundedRect(cell, corner, corner);
   }
   if (outlined) {
-    // Inside the selection the line needs the contrast of its text.
     const double width = length(kFocusLine);
-    const double inset = (selected ? 1.5 : 0.5) * width;
+    const double inset = width / 2;
+    painter.setPen(QPen(selection_, width));
     painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(selected ? selectedText_ : selection_, width));
-    painter.drawRoundedRect(QRectF(cell).adjusted(inset, inset, -inset, -inset), corner - inset / 2,
-                            corner - inset / 2);
+    painter.drawRoundedRect(QRectF(cell).adjusted(inset, inset, -inset, -inset), corner - inset,
+                            corner - inset);
   }
   painter.setRenderHint(QPainter::Antialiasing, false);
 }
@@ -128,8 +133,7 @@ void ThumbnailPainter::paintSign(QPainter& painter, const QRect& box, const QCol
 void ThumbnailPainter::paintPicture(QPainter& painter, const QRect& box, const thumbnails::ItemFacts& facts,
                                     const thumbnails::PaintedPicture& picture) {
   if (facts.state == thumbnails::ItemState::kBroken) {
-    return paintSign(painter, box, facts.selected ? selectedText_ : text_,
-                     facts.selected ? selection_ : ground_);
+    return paintSign(painter, box, text_, facts.selected ? selectedGround_ : ground_);
   }
   if (picture.bitmap.empty()) {
     QRect place(QPoint(), kPlaceholderProportions.scaled(box.size(), Qt::KeepAspectRatio));
@@ -144,12 +148,24 @@ void ThumbnailPainter::paintPicture(QPainter& painter, const QRect& box, const t
 }
 
 void ThumbnailPainter::paintName(QPainter& painter, const QRect& place, const QString& name,
-                                 const QColor& color) const {
+                                 bool selected) const {
   const QFontMetrics metrics(font_);
+  const int padding = length(kNamePadding);
+  const QString shown = metrics.elidedText(name, Qt::ElideMiddle, place.width() - 2 * padding);
+  if (selected) {
+    QRect ground(0, 0, std::min(place.width(), metrics.horizontalAdvance(shown) + 2 * padding),
+                 place.height());
+    ground.moveCenter(place.center());
+    const double corner = kNameCorner * scale_;
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(selection_);
+    painter.drawRoundedRect(ground, corner, corner);
+    painter.setRenderHint(QPainter::Antialiasing, false);
+  }
   painter.setFont(font_);
-  painter.setPen(color);
-  painter.drawText(place, Qt::AlignHCenter | Qt::AlignTop | Qt::TextSingleLine,
-                   metrics.elidedText(name, Qt::ElideMiddle, place.width()));
+  painter.setPen(selected ? selectedText_ : text_);
+  painter.drawText(place, Qt::AlignCenter | Qt::TextSingleLine, shown);
 }
 
 void ThumbnailPainter::paintItem(QPainter& painter, const thumbnails::ItemPlace& place,
@@ -158,14 +174,14 @@ void ThumbnailPainter::paintItem(QPainter& painter, const thumbnails::ItemPlace&
   paintCell(painter, rectOf(place.cell), facts.selected, look, facts.focused);
   const Opacity opacity(painter, look.faded);
   paintPicture(painter, rectOf(place.picture), facts, picture);
-  paintName(painter, rectOf(place.name), toQt(facts.label), facts.selected ? selectedText_ : text_);
+  paintName(painter, rectOf(place.name), toQt(facts.label), facts.selected);
 }
 
 void ThumbnailPainter::paintLarge(QPainter& painter, const QRect& box, const QRect& name,
                                   const thumbnails::ItemFacts& facts,
                                   const thumbnails::PaintedPicture& picture, bool faded) {
   const Opacity opacity(painter, faded);
-  if (!name.isEmpty()) paintName(painter, name, toQt(facts.label), text_);
+  if (!name.isEmpty()) paintName(painter, name, toQt(facts.label), false);
   if (facts.state != thumbnails::ItemState::kBroken) {
     if (!picture.bitmap.empty()) pictures_.paint(painter, picture);
     return;
@@ -186,6 +202,11 @@ void ThumbnailPainter::paintMessage(QPainter& painter, const QRect& viewport, co
   painter.setPen(quiet_);
   painter.drawText(viewport.adjusted(margin, margin, -margin, -margin), Qt::AlignCenter | Qt::TextWordWrap,
                    message);
+}
+
+void ThumbnailPainter::paintStrip(QPainter& painter, const QRect& strip) const {
+  painter.fillRect(strip, stripGround_);
+  painter.fillRect(strip.x(), strip.y(), strip.width(), length(kBandLine), outline_);
 }
 
 void ThumbnailPainter::paintBand(QPainter& painter, const QRect& band) const {

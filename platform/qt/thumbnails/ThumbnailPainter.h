@@ -42,6 +42,8 @@ class ThumbnailPainter {
   /// The large picture of an item in its box. `name` is empty where the item's cell shows its name.
   void paintLarge(QPainter& painter, const QRect& box, const QRect& name, const thumbnails::ItemFacts& facts,
                   const thumbnails::PaintedPicture& picture, bool faded);
+  /// The ground of a film strip's row.
+  void paintStrip(QPainter& painter, const QRect& strip) const;
   void paintMessage(QPainter& painter, const QRect& viewport, const QString& message) const;
   void paintBand(QPainter& painter, const QRect& band) const;
   /// The frame of a view above which files can be dropped.
@@ -54,13 +56,13 @@ class ThumbnailPainter {
   void paintPicture(QPainter& painter, const QRect& box, const thumbnails::ItemFacts& facts,
                     const thumbnails::PaintedPicture& picture);
   void paintSign(QPainter& painter, const QRect& box, const QColor& text, const QColor& ground) const;
-  void paintName(QPainter& painter, const QRect& place, const QString& name, const QColor& color) const;
+  void paintName(QPainter& painter, const QRect& place, const QString& name, bool selected) const;
 
   double scale_ = 1;
   QFont font_;
   int lineHeight_ = 0;
   QColor ground_, text_, quiet_, outline_, placeholder_, hover_;
-  QColor selection_, selectedText_;
+  QColor selection_, selectedGround_, selectedText_, stripGround_;
   QIcon brokenSign_;
   PictureCache pictures_;
 };

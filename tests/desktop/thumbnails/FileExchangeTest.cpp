@@ -7,7 +7,6 @@
 #include <QDrag>
 #include <QDragEnterEvent>
 #include <QMimeData>
-#include <QTimer>
 #include <QUrl>
 #include <QWindow>
 
@@ -232,29 +231,19 @@ TEST_F(ThumbnailFiles, ViewShowsThatItWouldTakeADrop) {
 TEST_F(ThumbnailFiles, DraggingAnItemOffersTheSelection) {
   bench.click(0);
   bench.click(2, Qt::ControlModifier);
-  std::vector<std::string> dragged;
-  Qt::DropActions supported;
-  // Runs in the event loop of the drag.
-  QTimer look;
-  look.setInterval(5);
-  QObject::connect(&look, &QTimer::timeout, &look, [&] {
-    auto* const drag = bench.area().viewport()->findChild<QDrag*>();
-    if (!drag) return;
-    look.stop();
-    dragged = qt::filesOf(*drag->mimeData()).names;
-    supported = drag->supportedActions();
-    EXPECT_FALSE(drag->pixmap().isNull());
-    QDrag::cancel();
-  });
-  look.start();
   bench.press(bench.middleOf(2));
   bench.move(bench.middleOf(2) + QPoint(2, 0));
-  EXPECT_TRUE(dragged.empty()) << "a small movement is a click";
+  EXPECT_EQ(bench.area().viewport()->findChild<QDrag*>(), nullptr) << "a small movement is a click";
+  // This display has no drags: the drag has ended at once, and is deleted in the event loop.
   bench.move(bench.middleOf(2) + QPoint(60, 30));
+  const auto* const drag = bench.area().viewport()->findChild<QDrag*>();
+  ASSERT_NE(drag, nullptr);
+  EXPECT_EQ(qt::filesOf(*drag->mimeData()).names,
+            (std::vector<std::string>{folder.file("img1.png"), folder.file("img3.png")}));
+  EXPECT_TRUE(drag->supportedActions() & Qt::CopyAction);
+  EXPECT_TRUE(drag->supportedActions() & Qt::MoveAction);
+  EXPECT_FALSE(drag->pixmap().isNull());
   bench.release(bench.middleOf(2) + QPoint(60, 30));
-  EXPECT_EQ(dragged, (std::vector<std::string>{folder.file("img1.png"), folder.file("img3.png")}));
-  EXPECT_TRUE(supported & Qt::CopyAction);
-  EXPECT_TRUE(supported & Qt::MoveAction);
   EXPECT_EQ(bench.selection(), "0 2");
   EXPECT_TRUE(folder.has("img1.png"));
 }
