@@ -1,9 +1,9 @@
 #include "FileStore.h"
 
 #include <string>
-#include <system_error>
 
 #include "base/RuntimeError.h"
+#include "platform/os/FailureText.h"
 #include "platform/os/Files.h"
 #include "platform/os/Paths.h"
 
@@ -40,45 +40,9 @@ std::string quoted(const fs::path& path) { return "\"" + os::textOf(path) + "\""
 
 }  // namespace
 
-std::string reasonOf(const FileFailure& failure, const fs::path& path) {
-  switch (failure.problem) {
-    case FileProblem::kMissing:
-      return "it does not exist";
-    case FileProblem::kFolderMissing:
-      return "the folder " + quoted(path.has_parent_path() ? path.parent_path() : fs::path(".")) +
-             " does not exist";
-    case FileProblem::kDenied:
-      return "permission is denied";
-    case FileProblem::kReadOnlyDisk:
-      return "the disk is read-only";
-    case FileProblem::kDiskFull:
-      return "the disk is full";
-    case FileProblem::kQuota:
-      return "the disk quota of this user is exceeded";
-    case FileProblem::kTooLargeForDisk:
-      return "it is too large for the disk";
-    case FileProblem::kDevice:
-      return "the device failed";
-    case FileProblem::kNameTooLong:
-      return "its name is too long";
-    case FileProblem::kLinkLoop:
-      return "its symbolic links form a loop";
-    case FileProblem::kNotAFolder:
-      return "part of its path is not a folder";
-    case FileProblem::kIsAFolder:
-      return "it is a folder";
-    case FileProblem::kNotAFile:
-      return "it is a device or a pipe";
-    case FileProblem::kInUse:
-      return "another program or window is using it";
-    default:
-      return std::system_category().message(failure.code);
-  }
-}
-
 RuntimeError fileError(const FileFailure& failure, const fs::path& path, const char* verb) {
   return RuntimeError(errorNumber(failure.problem),
-                      "The file " + quoted(path) + " " + verb + ": " + reasonOf(failure, path) + ".");
+                      "The file " + quoted(path) + " " + verb + ": " + os::reasonOf(failure, path) + ".");
 }
 
 FileContent readFile(const fs::path& path) {

@@ -15,9 +15,6 @@ struct FileFailure;
 
 namespace kestrel::engine {
 
-/// The reason of a failure for a user, as a clause: "permission is denied".
-std::string reasonOf(const os::FileFailure& failure, const std::filesystem::path& path);
-
 /// The error for a user: "The file "..." `verb`: reason."
 RuntimeError fileError(const os::FileFailure& failure, const std::filesystem::path& path, const char* verb);
 

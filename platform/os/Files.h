@@ -26,6 +26,10 @@ enum class FileProblem {
   kNotAFile,  ///< a device, a pipe or a socket
   kInUse,     ///< another process or object owns it
   kCanceled,
+  kExists,     ///< there is another entry with that name
+  kOtherDisk,  ///< not possible across file systems
+  kNotEmpty,   ///< a folder with entries
+  kChanged,    ///< somebody changed it during the work
   kOther,
 };
 

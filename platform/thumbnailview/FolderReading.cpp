@@ -9,7 +9,7 @@
 
 #include "Candidates.h"
 #include "NaturalOrder.h"
-#include "engine/codecs/FileStore.h"
+#include "platform/os/FailureText.h"
 #include "platform/os/Paths.h"
 
 namespace kestrel::thumbnails {
@@ -56,7 +56,7 @@ FolderListing listFolder(FolderAccess& access, const fs::path& folder,
   });
   if (failure) {
     listing.problem = "The folder \"" + os::textOf(folder) +
-                      "\" cannot be read: " + engine::reasonOf(*failure, folder) + ".";
+                      "\" cannot be read: " + os::reasonOf(*failure, folder) + ".";
   }
   sortNaturally(listing.files);
   return listing;

@@ -9,6 +9,7 @@
 
 #include "Descriptor.h"
 #include "TemporaryFile.h"
+#include "platform/os/Entries.h"
 
 namespace kestrel::os {
 namespace {
@@ -83,6 +84,12 @@ FileFailure failureOf(int code) {
         return FileProblem::kNotAFolder;
       case EISDIR:
         return FileProblem::kIsAFolder;
+      case EEXIST:
+        return FileProblem::kExists;
+      case EXDEV:
+        return FileProblem::kOtherDisk;
+      case ENOTEMPTY:
+        return FileProblem::kNotEmpty;
       default:
         return FileProblem::kOther;
     }

@@ -12,6 +12,7 @@
 
 #include "Descriptor.h"
 #include "TemporaryFile.h"
+#include "platform/os/Entries.h"
 
 namespace kestrel::os {
 namespace {

@@ -6,10 +6,13 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <random>
 #include <string>
 #include <string_view>
 #include <system_error>
 
+#include "Renaming.h"
+#include "platform/os/Entries.h"
 #include "platform/os/Paths.h"
 
 namespace kestrel::os {
@@ -19,8 +22,11 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view kPrefix = ".kestrel-", kSuffix = ".tmp";
 
+std::string pathOfDescriptor(int descriptor) { return "/proc/self/fd/" + std::to_string(descriptor); }
+
 }  // namespace
 
+/// A living process holds a lock on its own.
 void removeStaleFiles(const fs::path& folder) {
   std::error_code error;
   for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
@@ -29,6 +35,11 @@ void removeStaleFiles(const fs::path& folder) {
     const Descriptor file(::open(entry->path().c_str(), O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC));
     if (file.isOpen() && ::flock(file.number(), LOCK_EX | LOCK_NB) == 0) ::unlink(entry->path().c_str());
   }
+}
+
+fs::path temporaryName(const fs::path& folder) {
+  std::random_device random;
+  return folder / (std::string(kPrefix) + std::to_string(random()) + std::string(kSuffix));
 }
 
 TemporaryFile::TemporaryFile(const fs::path& folder, bool named, mode_t mode) : folder_(folder) {
@@ -43,10 +54,10 @@ TemporaryFile::~TemporaryFile() {
 bool TemporaryFile::giveName() {
   if (!name_.empty()) return true;
   ::flock(descriptor(), LOCK_EX | LOCK_NB);
-  const std::string source = "/proc/self/fd/" + std::to_string(descriptor());
+  const std::string source = pathOfDescriptor(descriptor());
   fs::path name;
   do {
-    name = freshName();
+    name = temporaryName(folder_);
     if (::linkat(AT_FDCWD, source.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0) {
       name_ = name;
       return true;
@@ -61,13 +72,19 @@ bool TemporaryFile::moveTo(const fs::path& target) {
   return true;
 }
 
-fs::path TemporaryFile::freshName() {
-  return folder_ / (std::string(kPrefix) + std::to_string(random_()) + std::string(kSuffix));
+bool TemporaryFile::moveToNew(const fs::path& target) {
+  if (name_.empty()) {
+    return ::linkat(AT_FDCWD, pathOfDescriptor(descriptor()).c_str(), AT_FDCWD, target.c_str(),
+                    AT_SYMLINK_FOLLOW) == 0;
+  }
+  if (!renameToNew(name_, target)) return false;
+  name_.clear();
+  return true;
 }
 
 void TemporaryFile::openNamed(mode_t mode) {
   do {
-    name_ = freshName();
+    name_ = temporaryName(folder_);
     descriptor_ = Descriptor(::open(name_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
     // Another process may have taken it for stale before it was locked.
   } while (descriptor_.isOpen() ? !isLocked() : errno == EEXIST);
@@ -89,11 +106,6 @@ bool writeAll(int descriptor, std::span<const std::uint8_t> data) {
     data = data.subspan(static_cast<std::size_t>(written));
   }
   return true;
-}
-
-void flushFolder(const fs::path& folder) {
-  const Descriptor descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (descriptor.isOpen()) ::fsync(descriptor.number());
 }
 
 }  // namespace kestrel::os

@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <random>
 #include <span>
 #include <utility>
 
@@ -12,8 +11,8 @@
 
 namespace kestrel::os {
 
-/// Removes the temporary files that killed processes left behind. A living process holds a lock on its own.
-void removeStaleFiles(const std::filesystem::path& folder);
+/// A name for a temporary entry, which `removeStaleFiles` recognizes. Probably free.
+std::filesystem::path temporaryName(const std::filesystem::path& folder);
 
 /// A new file in a folder, removed again unless it was moved to its place. It is locked while it has a name,
 /// so that no other process takes it for stale. Its name is short and does not depend on the target's, which
@@ -36,24 +35,22 @@ class TemporaryFile {
   /// False with errno set if it could not be moved. The file must have a name.
   bool moveTo(const std::filesystem::path& target);
 
+  /// The same, but only under a name that is free: else EEXIST. The file needs no name for this.
+  bool moveToNew(const std::filesystem::path& target);
+
   /// The descriptor, with its lock; the file closes it no more.
   Descriptor takeDescriptor() { return std::move(descriptor_); }
 
  private:
-  std::filesystem::path freshName();
   void openNamed(mode_t mode);
   bool isLocked() const;
 
   std::filesystem::path folder_;
-  std::random_device random_;
   Descriptor descriptor_;
   std::filesystem::path name_;  ///< empty without a name
 };
 
 /// False with errno set at the first failure.
 bool writeAll(int descriptor, std::span<const std::uint8_t> data);
-
-/// The new name must survive a power cut too. A folder that cannot be flushed is no failure of the save.
-void flushFolder(const std::filesystem::path& folder);
 
 }  // namespace kestrel::os

@@ -1,0 +1,105 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "platform/os/Entries.h"
+
+/// Copies, moves and deletes lists of files and folders. Nothing is ever lost: a copy appears whole or not at
+/// all, an existing file is replaced in one step and only if the user says so, and the original of a move is
+/// deleted after its copy is on the disk.
+namespace kestrel::transfer {
+
+enum class Operation {
+  kCopy,
+  kMove,
+  kTrash,   ///< the trash of the desktop, from which files can be restored
+  kDelete,  ///< for good
+};
+
+struct Request {
+  Operation operation = Operation::kCopy;
+  /// Files and folders. A symbolic link is copied, moved or deleted itself, not its target.
+  std::vector<std::filesystem::path> sources;
+  /// Where to, for copies and moves. Must exist.
+  std::filesystem::path folder;
+  /// The user's own trash, for kTrash; see `homeTrash` in Trash.h.
+  std::filesystem::path homeTrash;
+};
+
+/// How far the work is.
+struct Progress {
+  std::uint64_t files = 0;
+  std::uint64_t filesDone = 0;  ///< including those that failed or were skipped
+  std::uint64_t bytes = 0;      ///< of files that are copied; 0 if none is
+  std::uint64_t bytesDone = 0;
+  std::filesystem::path current;  ///< empty while the files are counted
+};
+
+/// A file as the user is asked about it.
+struct FileInQuestion {
+  std::filesystem::path path;
+  os::EntryFacts facts;
+};
+
+struct Question {
+  enum class Kind {
+    kClash,    ///< there is an entry with the name already: kReplace, kKeepBoth, kSkip, kCancel
+    kNoTrash,  ///< the volume of the file has no trash: kDelete, kSkip, kCancel
+  };
+
+  Kind kind = Kind::kClash;
+  FileInQuestion source;
+  FileInQuestion target;   ///< of a clash
+  bool canReplace = true;  ///< of a clash; false if one of them is a folder
+  bool more = false;       ///< further files may raise the same question
+};
+
+enum class Choice {
+  kReplace,
+  kKeepBoth,  ///< under a free name, as in "name (2).jpg"
+  kSkip,
+  kDelete,  ///< for good
+  kCancel,  ///< ends the whole work
+};
+
+struct Answer {
+  Choice choice = Choice::kCancel;
+  /// The same for all further questions of that kind. Where it is impossible the user is asked again.
+  bool forAll = false;
+};
+
+/// The side that the work is done for. Called on the thread that does it.
+class Caller {
+ public:
+  virtual ~Caller() = default;
+
+  virtual Answer ask(const Question& question) = 0;
+  virtual void show(const Progress& progress) = 0;
+  /// True ends the work; asked often.
+  virtual bool canceled() = 0;
+};
+
+struct NotDone {
+  std::filesystem::path path;
+  /// A clause without capital and period, as "permission is denied". Empty if the work was canceled before.
+  std::string reason;
+};
+
+/// What was done and what was not.
+struct Report {
+  std::uint64_t done = 0;        ///< sources that were processed completely
+  std::vector<NotDone> failed;   ///< also entries of folders
+  std::vector<NotDone> skipped;  ///< by the user
+  std::vector<NotDone> left;     ///< sources not processed, or not completely, since the work was canceled
+  bool canceled = false;
+
+  bool complete() const { return failed.empty() && skipped.empty() && left.empty(); }
+};
+
+/// Does the work on this thread. Raises nothing: failures are in the report.
+Report carryOut(const Request& request, Caller& caller);
+
+}  // namespace kestrel::transfer

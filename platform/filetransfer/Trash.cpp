@@ -1,0 +1,192 @@
+// The trash standard 1.0 of freedesktop.org: https://specifications.freedesktop.org/trash-spec/1.0/
+
+#include "Trash.h"
+
+#include <time.h>
+
+#include <array>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+#include "Counting.h"
+#include "FreeName.h"
+#include "platform/os/Entries.h"
+#include "platform/os/OwnedFile.h"
+#include "platform/os/Paths.h"
+
+namespace kestrel::transfer {
+namespace {
+
+namespace fs = std::filesystem;
+using os::EntryKind;
+using os::FileProblem;
+
+constexpr std::string_view kInfoExtension = ".trashinfo";
+
+/// Percent-encoded as in URLs (RFC 2396), with the separators of folders as they are.
+std::string encoded(std::string_view text) {
+  constexpr std::string_view kPlain =
+      "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-_.!~*'()/";
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  std::string result;
+  for (const char c : text) {
+    if (kPlain.find(c) != std::string_view::npos) {
+      result += c;
+      continue;
+    }
+    const auto byte = static_cast<unsigned char>(c);
+    result += '%';
+    result += kDigits[byte >> 4];
+    result += kDigits[byte & 15];
+  }
+  return result;
+}
+
+/// "2004-08-31T22:32:08", local time.
+std::string now() {
+  const std::time_t time = std::time(nullptr);
+  std::tm local{};
+  localtime_r(&time, &local);
+  std::array<char, 32> text{};
+  return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%S", &local)};
+}
+
+/// Whether the user's own folder is there; made if it was missing. A link could lead anywhere.
+bool isOwnFolder(const fs::path& folder) {
+  os::makeFolder(folder);
+  os::EntryFacts facts;
+  return !os::readFacts(folder, facts) && facts.kind == EntryKind::kFolder && facts.owner == os::userNumber();
+}
+
+/// A trash folder, and how it records where an entry was.
+struct TrashFolder {
+  fs::path path;
+  fs::path top;  ///< paths are relative to it; empty for the home trash, which has absolute ones
+
+  std::string infoOf(const fs::path& entry) const {
+    const fs::path place = top.empty() ? entry : entry.lexically_relative(top);
+    return "[Trash Info]\nPath=" + encoded(os::textOf(place)) + "\nDeletionDate=" + now() + "\n";
+  }
+};
+
+/// Of a folder, so that others can show the size of the trash without reading it all. Only a cache: failures
+/// do no harm.
+void recordSize(const TrashFolder& trash, const fs::path& trashed, const fs::path& info) {
+  os::EntryFacts facts;
+  if (os::readFacts(info, facts)) return;
+  const fs::path cache = trash.path / "directorysizes";
+  std::ifstream before(cache, std::ios::binary);
+  std::string lines{std::istreambuf_iterator<char>(before), std::istreambuf_iterator<char>()};
+  if (!lines.empty() && lines.back() != '\n') lines += '\n';
+  const auto seconds = std::chrono::floor<std::chrono::seconds>(facts.modified).time_since_epoch().count();
+  lines += std::to_string(spaceOf(trashed)) + " " + std::to_string(seconds) + " " +
+           encoded(os::textOf(trashed.filename())) + "\n";
+  os::replaceFile(cache, {reinterpret_cast<const std::uint8_t*>(lines.data()), lines.size()});
+}
+
+/// `absolute` is the entry's path without links above it. No result where this trash cannot take it.
+std::optional<TrashResult> put(const TrashFolder& trash, const fs::path& absolute,
+                               const os::EntryFacts& facts) {
+  const fs::path files = trash.path / "files";
+  const fs::path infos = trash.path / "info";
+  if (!isOwnFolder(files) || !isOwnFolder(infos)) return std::nullopt;
+  fs::path name = fittingName(absolute.filename(), kInfoExtension.size());
+  for (int number = 2;; ++number) {
+    fs::path info = infos / name;
+    info += kInfoExtension;
+    // The information first: its name reserves that of the entry.
+    auto failure = os::writeNewFile(info, trash.infoOf(absolute));
+    if (!failure) {
+      failure = os::moveEntry(absolute, files / name);
+      if (!failure) {
+        if (facts.kind == EntryKind::kFolder) recordSize(trash, files / name, info);
+        return TrashResult{true, {}, files / name};
+      }
+      os::removeFile(info);
+    }
+    switch (failure->problem) {
+      case FileProblem::kExists:
+        name = numberedName(absolute.filename(), number, kInfoExtension.size());
+        break;
+      case FileProblem::kOtherDisk:
+      case FileProblem::kDiskFull:
+      case FileProblem::kQuota:
+        return std::nullopt;
+      default:
+        return TrashResult{true, failure, {}};
+    }
+  }
+}
+
+/// The topmost folder of the file system.
+fs::path topOf(const fs::path& entry, std::uint64_t disk) {
+  fs::path top = entry.parent_path();
+  for (;;) {
+    const fs::path above = top.parent_path();
+    os::EntryFacts facts;
+    if (above == top || os::readFacts(above, facts) || facts.disk != disk) return top;
+    top = above;
+  }
+}
+
+/// The administrator's folder for the trash of all users. Everybody can write to it, so the standard orders
+/// to check that nobody has replaced it, and that only owners can remove what is in it.
+bool isSafeForAll(const fs::path& folder) {
+  os::EntryFacts facts;
+  return !os::readFacts(folder, facts) && facts.kind == EntryKind::kFolder && facts.sticky;
+}
+
+std::optional<TrashResult> putAtTop(const fs::path& absolute, const os::EntryFacts& facts) {
+  const fs::path top = topOf(absolute, facts.disk);
+  const std::string user = std::to_string(os::userNumber());
+  if (const fs::path shared = top / ".Trash"; isSafeForAll(shared) && isOwnFolder(shared / user)) {
+    if (auto result = put({shared / user, top}, absolute, facts)) return result;
+  }
+  const fs::path own = top / (".Trash-" + user);
+  return isOwnFolder(own) ? put({own, top}, absolute, facts) : std::nullopt;
+}
+
+/// The user may have put the home trash elsewhere by a link.
+bool isHomeTrash(const fs::path& folder, std::uint64_t disk) {
+  if (folder.empty() || os::makePrivateFolder(folder)) return false;
+  std::error_code error;
+  const fs::path target = fs::canonical(folder, error);
+  os::EntryFacts facts;
+  return !error && !os::readFacts(target, facts) && facts.disk == disk;
+}
+
+}  // namespace
+
+fs::path homeTrash() {
+  const auto variable = [](const char* name) {
+    const char* const value = std::getenv(name);
+    return fs::path(value == nullptr ? "" : value);
+  };
+  // By the base directory standard a relative path is to be ignored.
+  if (const fs::path data = variable("XDG_DATA_HOME"); data.is_absolute()) return data / "Trash";
+  const fs::path home = variable("HOME");
+  return home.is_absolute() ? home / ".local/share/Trash" : fs::path();
+}
+
+TrashResult moveToTrash(const fs::path& path, const fs::path& homeTrash) {
+  os::EntryFacts facts;
+  if (const auto failure = os::readFacts(path, facts)) return {true, failure, {}};
+  std::error_code error;
+  const fs::path whole = fs::absolute(path, error);
+  const fs::path folder = error ? fs::path() : fs::canonical(whole.parent_path(), error);
+  if (error) return {true, os::FileFailure{FileProblem::kOther, error.value()}, {}};
+  const fs::path absolute = folder / whole.filename();
+  // The standard leaves it open to copy files of other file systems to the home trash: that takes long, and
+  // the user would not expect it of a deletion.
+  if (isHomeTrash(homeTrash, facts.disk)) {
+    if (auto result = put({homeTrash, {}}, absolute, facts)) return *result;
+  }
+  if (auto result = putAtTop(absolute, facts)) return *result;
+  return {false, {}, {}};
+}
+
+}  // namespace kestrel::transfer

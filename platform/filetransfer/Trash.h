@@ -1,0 +1,25 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+
+#include "platform/os/Files.h"
+
+namespace kestrel::transfer {
+
+/// The trash folder in the user's home: "Trash" in `$XDG_DATA_HOME`, or else in "~/.local/share". Empty if
+/// the user has no home.
+std::filesystem::path homeTrash();
+
+/// How an attempt to trash an entry ended.
+struct TrashResult {
+  bool hasTrash = true;  ///< false: the entry's volume has no trash folder and none can be made
+  std::optional<os::FileFailure> failure;
+  std::filesystem::path trashed;  ///< the entry in the trash
+};
+
+/// Moves a file, folder or link to the trash by the trash standard 1.0 of freedesktop.org: to the home
+/// trash from the file system of that, else to the trash folder at the top of the entry's volume.
+TrashResult moveToTrash(const std::filesystem::path& path, const std::filesystem::path& homeTrash);
+
+}  // namespace kestrel::transfer

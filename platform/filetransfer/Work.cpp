@@ -1,0 +1,182 @@
+#include "Work.h"
+
+#include <new>
+#include <system_error>
+#include <utility>
+
+#include "Trash.h"
+#include "platform/os/FailureText.h"
+
+namespace kestrel::transfer {
+namespace {
+
+namespace fs = std::filesystem;
+
+bool hasTarget(Operation operation) { return operation == Operation::kCopy || operation == Operation::kMove; }
+
+}  // namespace
+
+Work::Work(const Request& request, Caller& caller) : request_(request), caller_(caller) {}
+
+Report Work::run() {
+  if (hasTarget(request_.operation)) prepareTarget();
+  count();
+  Progress before;
+  for (source_ = 0; source_ < request_.sources.size() && !stopped(); ++source_) {
+    const fs::path& source = request_.sources[source_];
+    const std::uint64_t doneBefore = progress_.filesDone;
+    const End end = process(source);
+    if (end == End::kStopped) {
+      const bool partly = progress_.filesDone > doneBefore;
+      leave(source_, partly ? "only some of its files were processed" : "");
+      break;
+    }
+    if (end == End::kDone) ++report_.done;
+    // Also for a source that was skipped, or that had fewer files than were counted.
+    before.filesDone += counts_[source_].files;
+    before.bytesDone += counts_[source_].bytes;
+    progress_.filesDone = before.filesDone;
+    progress_.bytesDone = before.bytesDone;
+    caller_.show(progress_);
+  }
+  if (report_.canceled && report_.left.empty()) leave(source_, "");
+  if (folderFacts_) os::flushFolder(folder_);
+  return std::move(report_);
+}
+
+/// The sources from that one on were not processed.
+void Work::leave(std::size_t first, const std::string& reason) {
+  for (std::size_t i = first; i < request_.sources.size(); ++i)
+    report_.left.push_back({request_.sources[i], i == first ? reason : ""});
+}
+
+void Work::prepareTarget() {
+  std::error_code error;
+  // The user may have chosen a link to a folder.
+  folder_ = fs::canonical(request_.folder, error);
+  os::EntryFacts facts;
+  if (error || os::readFacts(folder_, facts) || facts.kind != os::EntryKind::kFolder) return;
+  folderFacts_ = facts;
+  os::removeStaleFiles(folder_);
+}
+
+void Work::count() {
+  for (const fs::path& source : request_.sources) {
+    counts_.push_back(stopped() ? Count() : countSource(source));
+    progress_.files += counts_.back().files;
+    progress_.bytes += counts_.back().bytes;
+    caller_.show(progress_);
+  }
+}
+
+Count Work::countSource(const fs::path& source) {
+  os::EntryFacts facts;
+  // One call of the system each, however many files a folder has.
+  const bool inOneStep = request_.operation == Operation::kTrash ||
+                         (request_.operation == Operation::kMove && !os::readFacts(source, facts) &&
+                          folderFacts_ && facts.disk == folderFacts_->disk);
+  if (inOneStep) return {1, 0};
+  Count count = countTree(source, [this] { return stopped(); });
+  if (!hasTarget(request_.operation)) count.bytes = 0;
+  return count;
+}
+
+Work::End Work::process(const fs::path& source) {
+  try {
+    switch (request_.operation) {
+      case Operation::kTrash:
+        return trash(source);
+      case Operation::kDelete:
+        return remove(source);
+      default:
+        break;
+    }
+    if (!folderFacts_) {
+      const os::FileFailure missing{os::FileProblem::kFolderMissing};
+      return failed(source, os::reasonOf(missing, request_.folder / source.filename()));
+    }
+    return transfer(source, folder_ / source.filename());
+  } catch (const std::bad_alloc&) {
+    return failed(source, "there is not enough memory");
+  }
+}
+
+Work::End Work::trash(const fs::path& path) {
+  begin(path);
+  const TrashResult result = moveToTrash(path, request_.homeTrash);
+  if (result.hasTrash) {
+    if (result.failure) return failed(path, *result.failure);
+    countFile();
+    return End::kDone;
+  }
+  Question question;
+  question.kind = Question::Kind::kNoTrash;
+  question.source.path = path;
+  if (const auto failure = os::readFacts(path, question.source.facts)) return failed(path, *failure);
+  const std::optional<Answer> answer = ask(std::move(question), noTrashForAll_);
+  if (!answer) return End::kStopped;
+  if (answer->choice == Choice::kDelete) return remove(path);
+  report_.skipped.push_back({path, "there is no trash on its disk"});
+  return End::kNotDone;
+}
+
+Work::End Work::remove(const fs::path& path) {
+  begin(path);
+  os::EntryFacts facts;
+  if (const auto failure = os::readFacts(path, facts)) return failed(path, *failure);
+  if (facts.kind != os::EntryKind::kFolder) {
+    if (const auto failure = os::removeFile(path)) return failed(path, *failure);
+    countFile();
+    return End::kDone;
+  }
+  End end = End::kDone;
+  os::removeTree(path, [&](const fs::path& entry, std::optional<os::FileFailure> failure) {
+    if (failure) end = failed(entry, *failure);
+    countFile();
+    return !stopped();
+  });
+  os::EntryFacts rest;
+  const bool gone = os::readFacts(path, rest).has_value();
+  return report_.canceled && !gone ? End::kStopped : end;
+}
+
+bool Work::stopped() {
+  report_.canceled = report_.canceled || caller_.canceled();
+  return report_.canceled;
+}
+
+void Work::begin(const fs::path& path) {
+  progress_.current = path;
+  caller_.show(progress_);
+}
+
+/// A tree may have got more files since they were counted.
+void Work::countFile() {
+  if (progress_.filesDone < progress_.files) ++progress_.filesDone;
+  caller_.show(progress_);
+}
+
+Work::End Work::failed(const fs::path& path, std::string reason) {
+  report_.failed.push_back({path, std::move(reason)});
+  return End::kNotDone;
+}
+
+Work::End Work::failed(const fs::path& path, const os::FileFailure& failure) {
+  return failed(path, os::reasonOf(failure, path));
+}
+
+/// None if the user cancels.
+std::optional<Answer> Work::ask(Question question, std::optional<Choice>& forAll) {
+  const bool possible = forAll && (*forAll != Choice::kReplace || question.canReplace);
+  if (possible) return Answer{*forAll, true};
+  question.more = depth_ > 0 || source_ + 1 < request_.sources.size();
+  const Answer answer = caller_.ask(question);
+  if (answer.choice == Choice::kCancel) {
+    report_.canceled = true;
+    return std::nullopt;
+  }
+  if (answer.forAll) forAll = answer.choice;
+  return answer;
+}
+
+}  // namespace kestrel::transfer

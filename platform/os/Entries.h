@@ -1,0 +1,99 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "Files.h"
+
+/// Entries of folders: files, folders, symbolic links. No function here follows a symbolic link at the end of
+/// a path: it works on the link.
+namespace kestrel::os {
+
+enum class EntryKind {
+  kFile,
+  kFolder,
+  kLink,   ///< a symbolic link
+  kOther,  ///< a device, a pipe or a socket
+};
+
+struct EntryFacts {
+  EntryKind kind = EntryKind::kFile;
+  std::uint64_t size = 0;         ///< of a file, in bytes
+  std::uint64_t spaceOnDisk = 0;  ///< in bytes
+  std::chrono::sys_time<std::chrono::nanoseconds> modified;
+  std::uint64_t disk = 0;   ///< the file system
+  std::uint64_t id = 0;     ///< the file within its file system
+  std::uint64_t names = 1;  ///< hard links
+  std::uint64_t owner = 0;  ///< the number of the user
+  bool sticky = false;      ///< of a folder: users may only remove their own entries
+};
+
+std::optional<FileFailure> readFacts(const std::filesystem::path& path, EntryFacts& facts);
+
+/// The same file, perhaps by two names.
+inline bool sameFile(const EntryFacts& one, const EntryFacts& other) {
+  return one.disk == other.disk && one.id == other.id;
+}
+/// The same file with the same content.
+inline bool unchanged(const EntryFacts& before, const EntryFacts& now) {
+  return sameFile(before, now) && before.size == now.size && before.modified == now.modified;
+}
+
+/// The names of a folder's entries, in no particular order.
+std::optional<FileFailure> listFolder(const std::filesystem::path& folder,
+                                      std::vector<std::filesystem::path>& names);
+
+/// Gives an entry another name in the same file system, in one step. It never replaces: fails with `kExists`
+/// if the name is taken, and with `kOtherDisk` if it is in another file system.
+std::optional<FileFailure> moveEntry(const std::filesystem::path& from, const std::filesystem::path& to);
+
+/// The same, but in place of an existing file or link.
+std::optional<FileFailure> moveOver(const std::filesystem::path& from, const std::filesystem::path& to);
+
+/// Makes a symbolic link with the same target text. Fails with `kExists` if the name is taken, unless
+/// `replace`: then the link takes the place of a file or link in one step.
+std::optional<FileFailure> copyLink(const std::filesystem::path& from, const std::filesystem::path& to,
+                                    bool replace);
+
+/// Makes a folder that only the user can enter until `copyFolderFacts`. Fails with `kExists` if the name is
+/// taken.
+std::optional<FileFailure> makeFolder(const std::filesystem::path& folder);
+
+/// Gives a folder the times and permissions of another one and, as far as the system allows, its owner and
+/// extended attributes.
+std::optional<FileFailure> copyFolderFacts(const std::filesystem::path& from,
+                                           const std::filesystem::path& to);
+
+/// Makes a file that only the user can read, flushed to the disk. Fails with `kExists` if the name is taken;
+/// another failure leaves no file.
+std::optional<FileFailure> writeNewFile(const std::filesystem::path& path, std::string_view content);
+
+/// Removes an entry that is not a folder.
+std::optional<FileFailure> removeFile(const std::filesystem::path& path);
+
+/// Fails with `kNotEmpty` if it has entries.
+std::optional<FileFailure> removeEmptyFolder(const std::filesystem::path& folder);
+
+/// Called for each entry that was removed, or that could not be; false ends the work.
+using Removed = std::function<bool(const std::filesystem::path& path, std::optional<FileFailure> failure)>;
+
+/// Removes a folder with all it contains, the innermost entries first. Links are removed and never followed,
+/// not even one that replaces a folder during the work. A folder whose entries could not all be removed is
+/// left without a failure of its own.
+void removeTree(const std::filesystem::path& folder, const Removed& removed);
+
+/// Flushes new names to the disk. A folder that cannot be flushed is no failure.
+void flushFolder(const std::filesystem::path& folder);
+
+/// Removes the temporary files that killed processes left in the folder.
+void removeStaleFiles(const std::filesystem::path& folder);
+
+/// The number of the user that this process runs for.
+std::uint64_t userNumber();
+
+}  // namespace kestrel::os
