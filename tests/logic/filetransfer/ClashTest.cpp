@@ -73,7 +73,8 @@ TEST_F(Clashes, KeepBothOfNamesWithoutExtensionWithSeveralPointsAndOf255Bytes) {
   std::string wide;
   for (int i = 0; i < 125; ++i) wide += "\xC3\xA4";
   wide = "x" + wide + ".png";
-  for (const std::string& name : {std::string("plain"), std::string(".hidden"), std::string("a.b.c"), longest, wide}) {
+  for (const std::string& name :
+       {std::string("plain"), std::string(".hidden"), std::string("a.b.c"), longest, wide}) {
     write(from / name, "new");
     write(to / name, "old");
     caller.answers = {{Choice::kKeepBoth, false}};

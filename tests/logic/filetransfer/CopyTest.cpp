@@ -194,7 +194,8 @@ TEST_F(Copies, RemoveWhatAKilledProcessLeftInTheFolder) {
 
 TEST_F(Copies, TakeNamesOfAnyBytesAndAnyLength) {
   const std::string longest(255, 'n');
-  for (const std::string& name : {longest, std::string("line\nend"), std::string("\xFF\xFEraw"), std::string("-f")})
+  for (const std::string& name :
+       {longest, std::string("line\nend"), std::string("\xFF\xFEraw"), std::string("-f")})
     write(from / name, name);
   EXPECT_TRUE(copy({from / longest, from / "line\nend", from / "\xFF\xFEraw", from / "-f"}).complete());
   EXPECT_EQ(listed(to), listed(from));

@@ -41,7 +41,7 @@ TEST_F(Folders, KeepTheirTimesAndPermissions) {
 }
 
 TEST_F(Folders, AreNeverCopiedOrMovedIntoThemselves) {
-  for (const fs::path inside : {from / "album", from / "album/deep/er"}) {
+  for (const fs::path& inside : {from / "album", from / "album/deep/er"}) {
     const Report copied = carryOut({Operation::kCopy, {from / "album"}, inside, {}}, caller);
     EXPECT_EQ(reasons(copied.failed), "album: a folder cannot be copied into itself");
     const Report moved = carryOut({Operation::kMove, {from / "album"}, inside, {}}, caller);

@@ -117,7 +117,8 @@ TEST_F(Trash, AddsToTheRecordedSizes) {
   write(home / "directorysizes", "4096 15803468 Documents");
   fs::create_directory(from / "album");
   EXPECT_TRUE(trash({from / "album"}).complete());
-  EXPECT_THAT(contentOf(home / "directorysizes"), MatchesRegex("4096 15803468 Documents\n[0-9]+ [0-9]+ album\n"));
+  EXPECT_THAT(contentOf(home / "directorysizes"),
+              MatchesRegex("4096 15803468 Documents\n[0-9]+ [0-9]+ album\n"));
 }
 
 TEST_F(Trash, LeavesTheFileIfItCannotBeMoved) {

@@ -1,0 +1,165 @@
+#include "FaultCalls.h"
+
+#include <fcntl.h>
+#include <limits.h>
+#include <signal.h>
+#include <stdarg.h>
+#include <stdio.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <string_view>
+
+namespace kestrel::transfer::test {
+namespace {
+
+/// Counts a call; true if it shall fail, with errno set.
+bool struck(const char* name) {
+  Faults& all = faults();
+  if (++all.calls != all.at || all.kind == Faults::Kind::kNone) return false;
+  all.struck = name;
+  if (all.kind == Faults::Kind::kKilled) kill(getpid(), SIGKILL);
+  errno = all.error;
+  return true;
+}
+
+bool onVolume(std::string_view path) {
+  const std::string& volume = faults().volume;
+  return !volume.empty() && (path == volume || path.starts_with(volume + "/"));
+}
+
+std::string pathOf(int file) {
+  char path[PATH_MAX] = {};
+  const std::string link = "/proc/self/fd/" + std::to_string(file);
+  const ssize_t length = readlink(link.c_str(), path, sizeof path);
+  return {path, length > 0 ? static_cast<std::size_t>(length) : 0};
+}
+
+bool otherDisk(const char* from, const char* to) {
+  if (onVolume(from) == onVolume(to)) return false;
+  errno = EXDEV;
+  return true;
+}
+
+int seen(int result, bool volume, struct stat* status) {
+  constexpr dev_t kOther = 0x1000;
+  if (result == 0 && volume) status->st_dev ^= kOther;
+  return result;
+}
+
+}  // namespace
+
+Faults& faults() {
+  static Faults all;
+  return all;
+}
+
+}  // namespace kestrel::transfer::test
+
+using namespace kestrel::transfer::test;
+
+extern "C" {
+int __real_lstat(const char* path, struct stat* status);
+int __real_fstat(int file, struct stat* status);
+int __real_open(const char* path, int flags, ...);
+ssize_t __real_write(int file, const void* data, size_t count);
+ssize_t __real_copy_file_range(int from, off64_t* in, int to, off64_t* out, size_t count, unsigned flags);
+int __real_fsync(int file);
+int __real_fdatasync(int file);
+int __real_fchmod(int file, mode_t mode);
+int __real_futimens(int file, const struct timespec* times);
+int __real_linkat(int from, const char* source, int to, const char* target, int flags);
+int __real_symlink(const char* text, const char* name);
+int __real_mkdir(const char* name, mode_t mode);
+int __real_rename(const char* source, const char* target);
+int __real_renameat2(int from, const char* source, int to, const char* target, unsigned flags);
+int __real_unlink(const char* name);
+int __real_unlinkat(int folder, const char* name, int flags);
+int __real_rmdir(const char* name);
+
+int __wrap_lstat(const char* path, struct stat* status) {
+  return seen(__real_lstat(path, status), onVolume(path), status);
+}
+int __wrap_fstat(int file, struct stat* status) {
+  const int result = __real_fstat(file, status);
+  const int code = errno;
+  const bool volume = onVolume(pathOf(file));
+  errno = code;
+  return seen(result, volume, status);
+}
+int __wrap_open(const char* path, int flags, ...) {
+  va_list more;
+  va_start(more, flags);
+  const mode_t mode = va_arg(more, mode_t);
+  va_end(more);
+  const bool nameless = (flags & O_TMPFILE) == O_TMPFILE;
+  if (nameless && !faults().namelessFiles) {
+    errno = EOPNOTSUPP;
+    return -1;
+  }
+  if ((nameless || (flags & O_CREAT) != 0) && struck("open")) return -1;
+  return __real_open(path, flags, mode);
+}
+ssize_t __wrap_write(int file, const void* data, size_t count) {
+  return struck("write") ? -1 : __real_write(file, data, count);
+}
+ssize_t __wrap_copy_file_range(int from, off64_t* in, int to, off64_t* out, size_t count, unsigned flags) {
+  if (faults().copiesInside != 0) {
+    errno = faults().copiesInside;
+    return -1;
+  }
+  // A file is copied in several portions.
+  constexpr size_t kSmall = 1000;
+  const size_t portion = count < kSmall ? count : kSmall;
+  return struck("copy_file_range") ? -1 : __real_copy_file_range(from, in, to, out, portion, flags);
+}
+int __wrap_fsync(int file) {
+  struct stat status {};
+  const std::string changed = faults().changeOnFolderFlush;
+  if (!changed.empty() && __real_fstat(file, &status) == 0 && S_ISDIR(status.st_mode)) {
+    faults().changeOnFolderFlush.clear();
+    std::ofstream(changed) << "changed";
+  }
+  return struck("fsync") ? -1 : __real_fsync(file);
+}
+int __wrap_fdatasync(int file) { return struck("fdatasync") ? -1 : __real_fdatasync(file); }
+int __wrap_fchmod(int file, mode_t mode) { return struck("fchmod") ? -1 : __real_fchmod(file, mode); }
+int __wrap_futimens(int file, const struct timespec* times) {
+  return struck("futimens") ? -1 : __real_futimens(file, times);
+}
+int __wrap_linkat(int from, const char* source, int to, const char* target, int flags) {
+  const bool nameless = (flags & AT_SYMLINK_FOLLOW) != 0;
+  if (nameless && !faults().namelessLinked) {
+    errno = ENOENT;
+    return -1;
+  }
+  if (!nameless && otherDisk(source, target)) return -1;
+  if (!nameless && !faults().hardLinks) {
+    errno = EPERM;
+    return -1;
+  }
+  return struck("linkat") ? -1 : __real_linkat(from, source, to, target, flags);
+}
+int __wrap_symlink(const char* text, const char* name) {
+  return struck("symlink") ? -1 : __real_symlink(text, name);
+}
+int __wrap_mkdir(const char* name, mode_t mode) { return struck("mkdir") ? -1 : __real_mkdir(name, mode); }
+int __wrap_rename(const char* source, const char* target) {
+  if (otherDisk(source, target)) return -1;
+  return struck("rename") ? -1 : __real_rename(source, target);
+}
+int __wrap_renameat2(int from, const char* source, int to, const char* target, unsigned flags) {
+  if (otherDisk(source, target)) return -1;
+  if (!faults().renamesToNew) {
+    errno = EINVAL;
+    return -1;
+  }
+  return struck("renameat2") ? -1 : __real_renameat2(from, source, to, target, flags);
+}
+int __wrap_unlink(const char* name) { return struck("unlink") ? -1 : __real_unlink(name); }
+int __wrap_unlinkat(int folder, const char* name, int flags) {
+  return struck("unlinkat") ? -1 : __real_unlinkat(folder, name, flags);
+}
+int __wrap_rmdir(const char* name) { return struck("rmdir") ? -1 : __real_rmdir(name); }
+}
