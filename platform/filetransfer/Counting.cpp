@@ -18,7 +18,7 @@ void walk(const fs::path& root, const std::function<bool(const os::EntryFacts&)>
     os::EntryFacts facts;
     if (os::readFacts(path, facts)) continue;
     if (!use(facts)) return;
-    if (facts.kind != os::EntryKind::kFolder) continue;
+    if (facts.type != os::EntryType::kFolder) continue;
     std::vector<fs::path> names;
     os::listFolder(path, names);
     for (const fs::path& name : names) left.push_back(path / name);
@@ -30,7 +30,7 @@ void walk(const fs::path& root, const std::function<bool(const os::EntryFacts&)>
 Count countTree(const fs::path& path, const std::function<bool()>& canceled) {
   Count count;
   walk(path, [&](const os::EntryFacts& facts) {
-    if (facts.kind != os::EntryKind::kFolder) ++count.files;
+    if (facts.type != os::EntryType::kFolder) ++count.files;
     count.bytes += facts.size;
     return !canceled();
   });

@@ -14,13 +14,13 @@ namespace kestrel::transfer {
 namespace {
 
 namespace fs = std::filesystem;
-using os::EntryKind;
+using os::EntryType;
 using os::FileProblem;
 
 /// Whether both paths name the same entry of the same folder, and not two hard links.
 bool sameEntry(const FileInQuestion& one, const FileInQuestion& other) {
   if (!os::sameFile(one.facts, other.facts)) return false;
-  if (one.facts.kind == EntryKind::kFolder || one.facts.names == 1) return true;
+  if (one.facts.type == EntryType::kFolder || one.facts.names == 1) return true;
   std::error_code error;
   return one.path.filename() == other.path.filename() &&
          fs::equivalent(one.path.parent_path(), other.path.parent_path(), error) && !error;
@@ -41,7 +41,7 @@ Work::End Work::transfer(const fs::path& source, const fs::path& target) {
   begin(source);
   FileInQuestion file{source, {}};
   if (const auto failure = os::readFacts(source, file.facts)) return failed(source, *failure);
-  return file.facts.kind == EntryKind::kFolder ? transferFolder(file, target) : transferFile(file, target);
+  return file.facts.type == EntryType::kFolder ? transferFolder(file, target) : transferFile(file, target);
 }
 
 Work::End Work::transferFile(const FileInQuestion& source, const fs::path& target) {
@@ -50,14 +50,14 @@ Work::End Work::transferFile(const FileInQuestion& source, const fs::path& targe
     if (end == End::kDone) countFile();
     if (end != End::kOtherDisk) return end;
   }
-  const End end = source.facts.kind == EntryKind::kLink ? copyLink(source, target) : copyFile(source, target);
+  const End end = source.facts.type == EntryType::kLink ? copyLink(source, target) : copyFile(source, target);
   if (end == End::kDone) countFile();
   return end;
 }
 
 Work::End Work::moveInPlace(const FileInQuestion& source, const fs::path& target) {
   Placer placer;
-  placer.canReplace = source.facts.kind != EntryKind::kFolder;
+  placer.canReplace = source.facts.type != EntryType::kFolder;
   placer.place = [&](const fs::path& name, bool replace) {
     if (!replace) return os::moveEntry(source.path, name);
     os::EntryFacts there;
@@ -127,7 +127,7 @@ Work::End Work::transferFolder(const FileInQuestion& source, const fs::path& tar
                                    : "a folder cannot be copied into itself");
   }
   FileInQuestion there{target, {}};
-  if (!os::readFacts(target, there.facts) && there.facts.kind == EntryKind::kFolder) {
+  if (!os::readFacts(target, there.facts) && there.facts.type == EntryType::kFolder) {
     if (sameEntry(source, there)) return failed(source.path, "it is already in that folder");
     return transferEntries(source, target, false);
   }
@@ -229,7 +229,7 @@ std::optional<Choice> Work::decide(const FileInQuestion& source, const fs::path&
     failed(source.path, "it is already in that folder");
     return std::nullopt;
   }
-  question.canReplace = canReplace && question.target.facts.kind != EntryKind::kFolder;
+  question.canReplace = canReplace && question.target.facts.type != EntryType::kFolder;
   const std::optional<Answer> answer = ask(std::move(question), clashForAll_);
   return answer ? std::optional<Choice>(answer->choice) : std::nullopt;
 }

@@ -22,7 +22,7 @@ namespace kestrel::transfer {
 namespace {
 
 namespace fs = std::filesystem;
-using os::EntryKind;
+using os::EntryType;
 using os::FileProblem;
 
 constexpr std::string_view kInfoExtension = ".trashinfo";
@@ -59,7 +59,7 @@ std::string now() {
 bool isOwnFolder(const fs::path& folder) {
   os::makeFolder(folder);
   os::EntryFacts facts;
-  return !os::readFacts(folder, facts) && facts.kind == EntryKind::kFolder && facts.owner == os::userNumber();
+  return !os::readFacts(folder, facts) && facts.type == EntryType::kFolder && facts.owner == os::userNumber();
 }
 
 /// A trash folder, and how it records where an entry was.
@@ -103,7 +103,7 @@ std::optional<TrashResult> put(const TrashFolder& trash, const fs::path& absolut
     if (!failure) {
       failure = os::moveEntry(absolute, files / name);
       if (!failure) {
-        if (facts.kind == EntryKind::kFolder) recordSize(trash, files / name, info);
+        if (facts.type == EntryType::kFolder) recordSize(trash, files / name, info);
         return TrashResult{true, {}, files / name};
       }
       os::removeFile(info);
@@ -128,7 +128,7 @@ fs::path topOf(const fs::path& entry, std::uint64_t disk) {
   for (;;) {
     const fs::path above = top.parent_path();
     os::EntryFacts facts;
-    if (above == top || os::readFacts(above, facts) || facts.disk != disk) return top;
+    if (above == top || os::readFacts(above, facts) || facts.id.device != disk) return top;
     top = above;
   }
 }
@@ -137,11 +137,11 @@ fs::path topOf(const fs::path& entry, std::uint64_t disk) {
 /// to check that nobody has replaced it, and that only owners can remove what is in it.
 bool isSafeForAll(const fs::path& folder) {
   os::EntryFacts facts;
-  return !os::readFacts(folder, facts) && facts.kind == EntryKind::kFolder && facts.sticky;
+  return !os::readFacts(folder, facts) && facts.type == EntryType::kFolder && facts.sticky;
 }
 
 std::optional<TrashResult> putAtTop(const fs::path& absolute, const os::EntryFacts& facts) {
-  const fs::path top = topOf(absolute, facts.disk);
+  const fs::path top = topOf(absolute, facts.id.device);
   const std::string user = std::to_string(os::userNumber());
   if (const fs::path shared = top / ".Trash"; isSafeForAll(shared) && isOwnFolder(shared / user)) {
     if (auto result = put({shared / user, top}, absolute, facts)) return result;
@@ -156,7 +156,7 @@ bool isHomeTrash(const fs::path& folder, std::uint64_t disk) {
   std::error_code error;
   const fs::path target = fs::canonical(folder, error);
   os::EntryFacts facts;
-  return !error && !os::readFacts(target, facts) && facts.disk == disk;
+  return !error && !os::readFacts(target, facts) && facts.id.device == disk;
 }
 
 }  // namespace
@@ -182,7 +182,7 @@ TrashResult moveToTrash(const fs::path& path, const fs::path& homeTrash) {
   const fs::path absolute = folder / whole.filename();
   // The standard leaves it open to copy files of other file systems to the home trash: that takes long, and
   // the user would not expect it of a deletion.
-  if (isHomeTrash(homeTrash, facts.disk)) {
+  if (isHomeTrash(homeTrash, facts.id.device)) {
     if (auto result = put({homeTrash, {}}, absolute, facts)) return *result;
   }
   if (auto result = putAtTop(absolute, facts)) return *result;

@@ -55,7 +55,7 @@ void Work::prepareTarget() {
   // The user may have chosen a link to a folder.
   folder_ = fs::canonical(request_.folder, error);
   os::EntryFacts facts;
-  if (error || os::readFacts(folder_, facts) || facts.kind != os::EntryKind::kFolder) return;
+  if (error || os::readFacts(folder_, facts) || facts.type != os::EntryType::kFolder) return;
   folderFacts_ = facts;
   os::removeStaleFiles(folder_);
 }
@@ -74,7 +74,7 @@ Count Work::countSource(const fs::path& source) {
   // One call of the system each, however many files a folder has.
   const bool inOneStep = request_.operation == Operation::kTrash ||
                          (request_.operation == Operation::kMove && !os::readFacts(source, facts) &&
-                          folderFacts_ && facts.disk == folderFacts_->disk);
+                          folderFacts_ && facts.id.device == folderFacts_->id.device);
   if (inOneStep) return {1, 0};
   Count count = countTree(source, [this] { return stopped(); });
   if (!hasTarget(request_.operation)) count.bytes = 0;
@@ -124,7 +124,7 @@ Work::End Work::remove(const fs::path& path) {
   begin(path);
   os::EntryFacts facts;
   if (const auto failure = os::readFacts(path, facts)) return failed(path, *failure);
-  if (facts.kind != os::EntryKind::kFolder) {
+  if (facts.type != os::EntryType::kFolder) {
     if (const auto failure = os::removeFile(path)) return failed(path, *failure);
     countFile();
     return End::kDone;

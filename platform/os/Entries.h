@@ -9,12 +9,14 @@
 #include <vector>
 
 #include "Files.h"
+#include "FolderScan.h"
 
 /// Entries of folders: files, folders, symbolic links. No function here follows a symbolic link at the end of
 /// a path: it works on the link.
 namespace kestrel::os {
 
-enum class EntryKind {
+/// Of the entry itself, other than `EntryKind`, which sees what a link leads to.
+enum class EntryType {
   kFile,
   kFolder,
   kLink,   ///< a symbolic link
@@ -22,12 +24,11 @@ enum class EntryKind {
 };
 
 struct EntryFacts {
-  EntryKind kind = EntryKind::kFile;
+  EntryType type = EntryType::kFile;
   std::uint64_t size = 0;         ///< of a file, in bytes
   std::uint64_t spaceOnDisk = 0;  ///< in bytes
   std::chrono::sys_time<std::chrono::nanoseconds> modified;
-  std::uint64_t disk = 0;   ///< the file system
-  std::uint64_t id = 0;     ///< the file within its file system
+  FileId id;
   std::uint64_t names = 1;  ///< hard links
   std::uint64_t owner = 0;  ///< the number of the user
   bool sticky = false;      ///< of a folder: users may only remove their own entries
@@ -36,9 +37,7 @@ struct EntryFacts {
 std::optional<FileFailure> readFacts(const std::filesystem::path& path, EntryFacts& facts);
 
 /// The same file, perhaps by two names.
-inline bool sameFile(const EntryFacts& one, const EntryFacts& other) {
-  return one.disk == other.disk && one.id == other.id;
-}
+inline bool sameFile(const EntryFacts& one, const EntryFacts& other) { return one.id == other.id; }
 /// The same file with the same content.
 inline bool unchanged(const EntryFacts& before, const EntryFacts& now) {
   return sameFile(before, now) && before.size == now.size && before.modified == now.modified;

@@ -8,6 +8,7 @@
 
 #include "Descriptor.h"
 #include "TemporaryFile.h"
+#include "platform/os/Entries.h"
 
 namespace kestrel::os {
 namespace {

@@ -37,17 +37,16 @@ Failure failedToMake(const fs::path& target) {
 
 EntryFacts factsOf(const struct stat& status) {
   EntryFacts facts;
-  facts.kind = S_ISREG(status.st_mode)   ? EntryKind::kFile
-               : S_ISDIR(status.st_mode) ? EntryKind::kFolder
-               : S_ISLNK(status.st_mode) ? EntryKind::kLink
-                                         : EntryKind::kOther;
-  facts.size = facts.kind == EntryKind::kFile ? static_cast<std::uint64_t>(status.st_size) : 0;
+  facts.type = S_ISREG(status.st_mode)   ? EntryType::kFile
+               : S_ISDIR(status.st_mode) ? EntryType::kFolder
+               : S_ISLNK(status.st_mode) ? EntryType::kLink
+                                         : EntryType::kOther;
+  facts.size = facts.type == EntryType::kFile ? static_cast<std::uint64_t>(status.st_size) : 0;
   constexpr std::uint64_t kBlock = 512;
   facts.spaceOnDisk = static_cast<std::uint64_t>(status.st_blocks) * kBlock;
   facts.modified = std::chrono::sys_time<std::chrono::nanoseconds>(
       std::chrono::seconds(status.st_mtim.tv_sec) + std::chrono::nanoseconds(status.st_mtim.tv_nsec));
-  facts.disk = status.st_dev;
-  facts.id = status.st_ino;
+  facts.id = {status.st_dev, status.st_ino};
   facts.names = status.st_nlink;
   facts.owner = status.st_uid;
   facts.sticky = (status.st_mode & S_ISVTX) != 0;
