@@ -99,7 +99,7 @@ struct Report {
   bool complete() const { return failed.empty() && skipped.empty() && left.empty(); }
 };
 
-/// Does the work on this thread. Raises nothing: failures are in the report.
+/// Does the work on this thread. Failures are in the report; raises only what the caller raises.
 Report carryOut(const Request& request, Caller& caller);
 
 }  // namespace kestrel::transfer

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "imaging/contract/UserInterface.h"
 #include "platform/os/Paths.h"
 
 namespace kestrel::transfer {
@@ -72,6 +73,12 @@ std::string confirmationOf(const Request& request) {
   if (request.operation == Operation::kTrash)
     return "Are you sure you want to move " + files + " to the trash?";
   return "Are you sure you want to delete " + files + " for good?";
+}
+
+std::int32_t confirmationStyleOf(Operation operation) {
+  constexpr std::int32_t kSecondIsDefault = 256;
+  return operation == Operation::kTrash ? kBoxYesNo + kBoxQuestion
+                                        : kBoxYesNo + kBoxExclamation + kSecondIsDefault;
 }
 
 std::string noTrashQuestionOf(const Question& question) {

@@ -27,6 +27,9 @@ std::string processOf(Operation operation);
 /// The question before files are deleted.
 std::string confirmationOf(const Request& request);
 
+/// The style of the box for that question. What cannot be undone is not the default.
+std::int32_t confirmationStyleOf(Operation operation);
+
 /// The name of an entry in quotation marks, without control characters.
 std::string nameOf(const std::filesystem::path& path);
 

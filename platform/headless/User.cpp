@@ -4,9 +4,11 @@
 #include <iostream>
 #include <utility>
 
+#include "FileAnswers.h"
 #include "FileDialog.h"
 #include "imaging/contract/Form.h"
 #include "imaging/contract/UserInterface.h"
+#include "platform/filetransfer/Texts.h"
 
 namespace kestrel::headless {
 namespace {
@@ -14,6 +16,11 @@ namespace {
 constexpr std::int32_t kButtonsMask = 15;
 
 bool hasButton(std::int32_t style, std::int32_t answer) {
+  if ((style & kButtonsMask) == transfer::kBoxYesNo) return answer == kAnswerYes || answer == kAnswerNo;
+  if ((style & kButtonsMask) == kBoxFileQuestion) {
+    const std::int32_t once = answer > kAnswerForAll ? answer - kAnswerForAll : answer;
+    return once == kAnswerYes || once == kAnswerNo || once == kAnswerKeepBoth || answer == kAnswerCancel;
+  }
   if ((style & kButtonsMask) == kBoxYesNoCancel) {
     return answer == kAnswerYes || answer == kAnswerNo || answer == kAnswerCancel;
   }
@@ -21,7 +28,10 @@ bool hasButton(std::int32_t style, std::int32_t answer) {
 }
 
 std::int32_t answerOfClosing(std::int32_t style) {
-  return hasButton(style, kAnswerCancel) ? kAnswerCancel : kAnswerOK;
+  for (const std::int32_t answer : {kAnswerCancel, kAnswerOK}) {
+    if (hasButton(style, answer)) return answer;
+  }
+  return kAnswerNo;
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include "ContractPlatform.h"
 #include "HeadlessTreeUser.h"
+#include "platform/headless/FileAnswers.h"
 #include "platform/headless/Form.h"
 #include "platform/headless/Platform.h"
 #include "platform/headless/controls/ColorPicker.h"
@@ -65,6 +66,13 @@ class HeadlessPlatform final : public ContractPlatform {
   std::string host(const std::string& path) override { return platform_.files().host(path); }
 
   void willAnswer(std::int32_t answer) override { platform_.user().answers(answer); }
+  void willDecide(Clash choice, bool forAll) override {
+    const std::int32_t answer = choice == Clash::kReplace    ? kAnswerYes
+                                : choice == Clash::kSkip     ? kAnswerNo
+                                : choice == Clash::kKeepBoth ? headless::kAnswerKeepBoth
+                                                             : kAnswerCancel;
+    platform_.user().answers(answer + (forAll ? headless::kAnswerForAll : 0));
+  }
   void willType(const std::string& text) override { platform_.user().types(text); }
   void willCancelInput() override { platform_.user().cancelsInput(); }
   void willUse(std::function<void(Form&)> doing) override {

@@ -4,6 +4,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QCheckBox>
 #include <QClipboard>
 #include <QDeadlineTimer>
 #include <QInputDialog>
@@ -12,6 +13,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QMouseEvent>
+#include <QPushButton>
 #include <QStyle>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -30,6 +32,7 @@
 #include "platform/qt/core/Handles.h"
 #include "platform/qt/core/Pictures.h"
 #include "platform/qt/dialogs/FileDialogWindow.h"
+#include "platform/qt/files/QuestionWindow.h"
 #include "platform/qt/forms/EditorWidget.h"
 #include "platform/qt/forms/QtForm.h"
 #include "platform/qt/view/QtImageView.h"
@@ -103,6 +106,7 @@ Qt::MouseButton mouseButton(std::int32_t button) {
 class QtPlatformUnderTest final : public ContractPlatform {
  public:
   QtPlatformUnderTest() {
+    qputenv("XDG_DATA_HOME", folder_.filePath(QStringLiteral("data")).toUtf8());
     qt::DesktopParts parts;
     parts.version = {"Contract", 1, 2, 3};
     auto store = std::make_unique<store::MemoryStore>();
@@ -142,6 +146,18 @@ class QtPlatformUnderTest final : public ContractPlatform {
                           : answer == kAnswerOK ? QMessageBox::Ok
                                                 : QMessageBox::Cancel;
       box->button(button)->click();
+    });
+  }
+  void willDecide(Clash choice, bool forAll) override {
+    user_.then([choice, forAll](QWidget& widget) {
+      auto* const window = as<qt::QuestionWindow>(widget);
+      if (!window) return;
+      window->findChild<QCheckBox*>(QStringLiteral("forAll"))->setChecked(forAll);
+      const char* const name = choice == Clash::kReplace    ? "replace"
+                               : choice == Clash::kSkip     ? "skip"
+                               : choice == Clash::kKeepBoth ? "keepBoth"
+                                                            : "cancel";
+      window->findChild<QPushButton*>(QLatin1String(name))->click();
     });
   }
   void willType(const std::string& typed) override {

@@ -53,50 +53,6 @@ TEST_P(Services, FileExistsForFilesAndFolders) {
   EXPECT_FALSE(utility.FileExists(""));
 }
 
-TEST_P(Services, FilesAreCopiedMovedAndDeletedByABufferOfNames) {
-  FileHelpers& files = platform().FileHelpers();
-  write(path("a.png"));
-  write(path("b.png"));
-  platform().Shell().CreateFolder(path("sub"));
-  const std::string sub = path("sub") + files.PathSeparator();
-  const auto buffer = [&](const std::string& first, const std::string& second) {
-    return first + '\0' + second + '\0';
-  };
-  EXPECT_TRUE(files.CopyFiles(buffer(path("a.png"), path("b.png")), path("sub"), 0, 0));
-  EXPECT_TRUE(exists(path("a.png")));
-  EXPECT_TRUE(exists(sub + "a.png"));
-  EXPECT_TRUE(exists(sub + "b.png"));
-  EXPECT_TRUE(files.DeleteFiles(buffer(path("a.png"), path("b.png")), path("sub"), 0, 0));
-  EXPECT_FALSE(exists(path("a.png")));
-  EXPECT_FALSE(exists(path("b.png")));
-  EXPECT_TRUE(exists(sub + "a.png")) << "deleting has no target";
-  EXPECT_TRUE(files.MoveFiles(sub + "a.png" + '\0', user().folder(), 0, 0));
-  EXPECT_TRUE(exists(path("a.png")));
-  EXPECT_FALSE(exists(sub + "a.png"));
-}
-
-TEST_P(Services, AFileAlreadyInTheFolderIsUnchanged) {
-  FileHelpers& files = platform().FileHelpers();
-  write(path("a.png"));
-  user().willAnswer(kAnswerOK);
-  EXPECT_FALSE(files.CopyFiles(path("a.png") + '\0', user().folder(), 0, 0));
-  user().willAnswer(kAnswerOK);
-  EXPECT_FALSE(files.MoveFiles(path("a.png") + '\0', user().folder(), 0, 0));
-  EXPECT_EQ(std::filesystem::file_size(user().host(path("a.png"))), 7U);
-}
-
-TEST_P(Services, AMissingFileIsReportedAndTheOthersAreDone) {
-  FileHelpers& files = platform().FileHelpers();
-  write(path("b.png"));
-  user().willAnswer(kAnswerOK);
-  EXPECT_FALSE(files.CopyFiles(path("missing.png") + '\0', user().folder(), 0, 0));
-  platform().Shell().CreateFolder(path("sub"));
-  user().willAnswer(kAnswerOK);
-  EXPECT_FALSE(files.MoveFiles(path("missing.png") + '\0' + path("b.png") + '\0', path("sub"), 0, 0));
-  EXPECT_FALSE(exists(path("b.png")));
-  EXPECT_TRUE(exists(path("sub") + files.PathSeparator() + "b.png"));
-}
-
 TEST_P(Services, TheShellListsTheEntriesOfAFolder) {
   Shell& shell = platform().Shell();
   const std::string folder = path("listed");

@@ -1,53 +1,100 @@
 #include "FileHelpers.h"
 
 #include <filesystem>
-#include <sstream>
+#include <map>
 
+#include "../FileAnswers.h"
 #include "imaging/contract/UserInterface.h"
+#include "platform/filetransfer/Texts.h"
+#include "platform/os/Paths.h"
 
 namespace kestrel::headless {
+namespace {
 
-namespace fs = std::filesystem;
+using transfer::Answer;
+using transfer::Choice;
+using transfer::Operation;
+using transfer::Question;
 
-template <typename Operation>
-bool FileHelpers::forEach(const std::string& buffer, const std::string& what, Operation operation) {
-  bool allDone = true;
-  std::istringstream names(buffer);
-  for (std::string name; std::getline(names, name, '\0') && !name.empty();) {
-    std::error_code error;
-    operation(name, fs::path(files_.host(name)), error);
-    if (!error) continue;
-    allDone = false;
-    user_.answerBox({"\"" + name + "\" could not be " + what + ".", kBoxExclamation, "Files"});
+/// Answers by the user's script.
+class ScriptedCaller final : public transfer::Caller {
+ public:
+  ScriptedCaller(Operation operation, User& user) : operation_(operation), user_(user) {}
+
+  Answer ask(const Question& question) override {
+    const bool isClash = question.kind == Question::Kind::kClash;
+    const std::string text =
+        isClash ? "There is already an entry with the name " + transfer::nameOf(question.source.path) + "."
+                : transfer::noTrashQuestionOf(question);
+    const std::int32_t answer =
+        user_.answerBox({text, kBoxFileQuestion + kBoxQuestion, transfer::titleOf(operation_)});
+    const bool forAll = answer > kAnswerForAll;
+    switch (forAll ? answer - kAnswerForAll : answer) {
+      case kAnswerYes:
+        return {isClash ? Choice::kReplace : Choice::kDelete, forAll};
+      case kAnswerNo:
+        return {Choice::kSkip, forAll};
+      case kAnswerKeepBoth:
+        return {Choice::kKeepBoth, forAll};
+      default:
+        return {Choice::kCancel, false};
+    }
   }
-  return allDone;
+  void show(const transfer::Progress& /*progress*/) override {}
+  bool canceled() override { return false; }
+
+ private:
+  Operation operation_;
+  User& user_;
+};
+
+}  // namespace
+
+bool FileHelpers::run(Operation operation, const std::string& buffer, const std::string& folder) {
+  transfer::Request request;
+  request.operation = operation;
+  // The user sees the names of the simulated file system.
+  std::map<std::filesystem::path, std::string> names;
+  for (const std::string& name : transfer::namesOf(buffer)) {
+    const std::filesystem::path path = std::filesystem::absolute(os::pathOf(files_.host(name)));
+    request.sources.push_back(path);
+    names[path] = name;
+  }
+  request.folder = os::pathOf(files_.host(folder));
+  request.homeTrash = os::pathOf(files_.host(files_.scratch())) / ".trash";
+  if (request.sources.empty()) return true;
+
+  const std::string title = transfer::titleOf(operation);
+  if (operation == Operation::kTrash || operation == Operation::kDelete) {
+    const std::int32_t style = transfer::confirmationStyleOf(operation);
+    if (user_.answerBox({transfer::confirmationOf(request), style, title}) != kAnswerYes) return false;
+  }
+  ScriptedCaller caller(operation, user_);
+  transfer::Report report = transfer::carryOut(request, caller);
+  for (auto* const list : {&report.failed, &report.skipped, &report.left}) {
+    for (transfer::NotDone& entry : *list) {
+      if (const auto name = names.find(entry.path); name != names.end())
+        entry.path = os::pathOf(name->second);
+    }
+  }
+  const std::string text = transfer::textOf(report, request);
+  if (!text.empty()) user_.answerBox({text, kBoxExclamation, title});
+  return report.complete();
 }
 
 bool FileHelpers::CopyFiles(const std::string& Buffer, const std::string& Folder, std::int32_t /*Flags*/,
                             kestrel::WindowHandle /*Owner*/) {
-  const fs::path folder = files_.host(Folder);
-  return forEach(Buffer, "copied",
-                 [&](const std::string& name, const fs::path& path, std::error_code& error) {
-                   fs::copy(path, folder / GetFileName(name), fs::copy_options::recursive, error);
-                 });
+  return run(Operation::kCopy, Buffer, Folder);
 }
 
 bool FileHelpers::MoveFiles(const std::string& Buffer, const std::string& Folder, std::int32_t /*Flags*/,
                             kestrel::WindowHandle /*Owner*/) {
-  const fs::path folder = files_.host(Folder);
-  return forEach(Buffer, "moved", [&](const std::string& name, const fs::path& path, std::error_code& error) {
-    const fs::path target = folder / GetFileName(name);
-    if (fs::exists(target, error)) error = std::make_error_code(std::errc::file_exists);
-    if (!error) fs::rename(path, target, error);
-  });
+  return run(Operation::kMove, Buffer, Folder);
 }
 
-bool FileHelpers::DeleteFiles(const std::string& Buffer, const std::string& /*Folder*/,
-                              std::int32_t /*Flags*/, kestrel::WindowHandle /*Owner*/) {
-  return forEach(Buffer, "deleted", [&](const std::string&, const fs::path& path, std::error_code& error) {
-    const auto removed = fs::remove_all(path, error);
-    if (!error && removed == 0) error = std::make_error_code(std::errc::no_such_file_or_directory);
-  });
+bool FileHelpers::DeleteFiles(const std::string& Buffer, const std::string& /*Folder*/, std::int32_t Flags,
+                              kestrel::WindowHandle /*Owner*/) {
+  return run((Flags & kAllowUndo) != 0 ? Operation::kTrash : Operation::kDelete, Buffer, {});
 }
 
 }  // namespace kestrel::headless

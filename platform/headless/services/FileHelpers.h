@@ -7,10 +7,15 @@
 #include "../User.h"
 #include "platform/store/FileNames.h"
 
+namespace kestrel::transfer {
+enum class Operation;
+}
+
 namespace kestrel::headless {
 
-/// File operations on the simulated file system, executed at once. A failed file is reported in a message
-/// box; the remaining files are processed.
+/// File operations on the simulated file system, executed at once. The user confirms a deletion with
+/// `kAnswerYes`, answers a question by one of the numbers in FileAnswers.h, and closes the box that says what
+/// was not done with `kAnswerOK`. The trash is the folder ".trash" in the scratch folder.
 class FileHelpers final : public store::FileNames {
  public:
   FileHelpers(const FileSystem& files, User& user)
@@ -26,8 +31,7 @@ class FileHelpers final : public store::FileNames {
                    kestrel::WindowHandle Owner) override;
 
  private:
-  template <typename Operation>
-  bool forEach(const std::string& buffer, const std::string& what, Operation operation);
+  bool run(transfer::Operation operation, const std::string& buffer, const std::string& folder);
 
   const FileSystem& files_;
   User& user_;

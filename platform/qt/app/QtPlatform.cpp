@@ -37,7 +37,7 @@ QtPlatform::QtPlatform(DesktopParts parts)
       appInfo_(parts_.version),
       clipboard_(clipboardPort_),
       windowPositions_(*parts_.store, windowFunctions_),
-      fileHelpers_(*boxes_),
+      fileHelpers_(*boxes_, Calls),
       siteServices_{clipboardPort_, fileHelpers_, Calls} {
   QObject::connect(&memoryTimer_, &QTimer::timeout, &memoryTimer_,
                    [] { engine::releaseKeptMemory(kIdleBeforeRelease); });

@@ -5,10 +5,10 @@
 
 #include "DesktopParts.h"
 #include "imaging/contract/Platform.h"
+#include "platform/qt/files/QtFileHelpers.h"
 #include "platform/qt/services/QtAppInfo.h"
 #include "platform/qt/services/QtClipboard.h"
 #include "platform/qt/services/QtClipboardPort.h"
-#include "platform/qt/services/QtFileHelpers.h"
 #include "platform/qt/services/QtFormSkin.h"
 #include "platform/qt/services/QtFormUtility.h"
 #include "platform/qt/services/QtScreen.h"

@@ -83,6 +83,23 @@ std::int32_t answerOf(int button) {
   }
 }
 
+/// A text with many lines would be higher than the screen: what follows the first paragraph can be scrolled.
+void setText(QMessageBox& box, const QString& text) {
+  constexpr int kMostLines = 15;
+  const QString end = QStringLiteral("\n\n");
+  const qsizetype first = text.indexOf(end);
+  if (first < 0 || text.count(u'\n') < kMostLines) {
+    box.setText(text);
+    return;
+  }
+  box.setText(text.left(first));
+  box.setDetailedText(text.mid(first + end.size()));
+  for (QAbstractButton* button : box.buttons()) {
+    // The details are what the box is about.
+    if (box.buttonRole(button) == QMessageBox::ActionRole) button->click();
+  }
+}
+
 }  // namespace
 
 QString QtUserInterface::titleOf(const std::string& title) const {
@@ -95,7 +112,7 @@ std::int32_t QtUserInterface::MessageBox(const std::string& text, std::int32_t s
   Box box(dialogParent(owner));
   box.setTextFormat(Qt::PlainText);
   setCaption(box, titleOf(title));
-  box.setText(withLineFeeds(translated(text)));
+  setText(box, withLineFeeds(translated(text)));
   box.setIcon(iconOf(style));
   const auto buttons = buttonsOf(style);
   for (const auto button : buttons) box.addButton(button);

@@ -1,0 +1,51 @@
+#include <QScreen>
+#include <QTextEdit>
+
+#include "../Themes.h"
+#include "FilesBench.h"
+
+namespace kestrel::desktop {
+namespace {
+
+class ReportBox : public FilesBench {};
+
+TEST_F(ReportBox, NamesAllThatFailedAtOnce) {
+  write("from/b.png", "content");
+  windows.then([&](QWidget& window) {
+    EXPECT_EQ(boxText(window), "1 of 3 files were moved. Not moved:\n\n\"" + path("from/a.png") +
+                                   "\": it does not exist.\n\"" + path("from/c.png") +
+                                   "\": it does not exist.");
+    screenshot(window, "report");
+    press(window, Qt::Key_Escape);
+  });
+  EXPECT_FALSE(move({"from/a.png", "from/b.png", "from/c.png"}));
+  EXPECT_EQ(entries("to"), "b.png");
+}
+
+TEST_F(ReportBox, ScrollsALongListAndFitsTheScreen) {
+  QStringList names;
+  for (int i = 0; i < 300; ++i) names += QStringLiteral("from/%1.png").arg(i);
+  windows.then([&](QWidget& window) {
+    QTest::qWait(20);
+    EXPECT_EQ(boxText(window), "0 of 300 files were copied. Not copied:");
+    const auto* const list = window.findChild<QTextEdit*>();
+    ASSERT_TRUE(list);
+    EXPECT_TRUE(list->isVisible());
+    EXPECT_TRUE(list->isReadOnly());
+    const QString text = list->toPlainText();
+    for (const QString& name : names)
+      EXPECT_TRUE(text.contains(u'"' + folder.filePath(name) + QStringLiteral("\": it does not exist.")));
+    EXPECT_LE(window.frameGeometry().height(), window.screen()->availableGeometry().height());
+    screenshot(window, "long-report");
+    {
+      const Theme dark(darkPalette());
+      QTest::qWait(20);
+      screenshot(window, "long-report-dark");
+    }
+    press(window, Qt::Key_Escape);
+  });
+  EXPECT_FALSE(copy(names));
+}
+
+}  // namespace
+}  // namespace kestrel::desktop
