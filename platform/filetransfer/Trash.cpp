@@ -88,12 +88,20 @@ void recordSize(const TrashFolder& trash, const fs::path& trashed, const fs::pat
   os::replaceFile(cache, {reinterpret_cast<const std::uint8_t*>(lines.data()), lines.size()});
 }
 
-/// `absolute` is the entry's path without links above it. No result where this trash cannot take it.
-std::optional<TrashResult> put(const TrashFolder& trash, const fs::path& absolute,
-                               const os::EntryFacts& facts) {
+/// What a trash folder did with an entry.
+enum class Put {
+  kDone,
+  kFailed,
+  kImpossible,  ///< in this trash
+  kOtherDisk,
+};
+
+/// `absolute` is the entry's path without links above it.
+Put put(const TrashFolder& trash, const fs::path& absolute, const os::EntryFacts& facts,
+        TrashResult& result) {
   const fs::path files = trash.path / "files";
   const fs::path infos = trash.path / "info";
-  if (!isOwnFolder(files) || !isOwnFolder(infos)) return std::nullopt;
+  if (!isOwnFolder(files) || !isOwnFolder(infos)) return Put::kImpossible;
   fs::path name = fittingName(absolute.filename(), kInfoExtension.size());
   for (int number = 2;; ++number) {
     fs::path info = infos / name;
@@ -104,7 +112,8 @@ std::optional<TrashResult> put(const TrashFolder& trash, const fs::path& absolut
       failure = os::moveEntry(absolute, files / name);
       if (!failure) {
         if (facts.type == EntryType::kFolder) recordSize(trash, files / name, info);
-        return TrashResult{true, {}, files / name};
+        result.trashed = files / name;
+        return Put::kDone;
       }
       os::removeFile(info);
     }
@@ -113,11 +122,13 @@ std::optional<TrashResult> put(const TrashFolder& trash, const fs::path& absolut
         name = numberedName(absolute.filename(), number, kInfoExtension.size());
         break;
       case FileProblem::kOtherDisk:
+        return Put::kOtherDisk;
       case FileProblem::kDiskFull:
       case FileProblem::kQuota:
-        return std::nullopt;
+        return Put::kImpossible;
       default:
-        return TrashResult{true, failure, {}};
+        result.failure = failure;
+        return Put::kFailed;
     }
   }
 }
@@ -140,23 +151,28 @@ bool isSafeForAll(const fs::path& folder) {
   return !os::readFacts(folder, facts) && facts.type == EntryType::kFolder && facts.sticky;
 }
 
-std::optional<TrashResult> putAtTop(const fs::path& absolute, const os::EntryFacts& facts) {
+Put putAtTop(const fs::path& absolute, const os::EntryFacts& facts, TrashResult& result) {
   const fs::path top = topOf(absolute, facts.id.device);
   const std::string user = std::to_string(os::userNumber());
   if (const fs::path shared = top / ".Trash"; isSafeForAll(shared) && isOwnFolder(shared / user)) {
-    if (auto result = put({shared / user, top}, absolute, facts)) return result;
+    const Put end = put({shared / user, top}, absolute, facts, result);
+    if (end == Put::kDone || end == Put::kFailed) return end;
   }
   const fs::path own = top / (".Trash-" + user);
-  return isOwnFolder(own) ? put({own, top}, absolute, facts) : std::nullopt;
+  return isOwnFolder(own) ? put({own, top}, absolute, facts, result) : Put::kImpossible;
 }
 
-/// The user may have put the home trash elsewhere by a link.
-bool isHomeTrash(const fs::path& folder, std::uint64_t disk) {
-  if (folder.empty() || os::makePrivateFolder(folder)) return false;
-  std::error_code error;
-  const fs::path target = fs::canonical(folder, error);
-  os::EntryFacts facts;
-  return !error && !os::readFacts(target, facts) && facts.id.device == disk;
+/// Whether the home trash is in that file system, or would be if it could be made. The user may have put it
+/// elsewhere by a link.
+bool isHomeDisk(fs::path folder, std::uint64_t disk) {
+  for (; !folder.empty(); folder = folder.parent_path()) {
+    std::error_code error;
+    const fs::path target = fs::canonical(folder, error);
+    os::EntryFacts facts;
+    if (!error && !os::readFacts(target, facts)) return facts.id.device == disk;
+    if (folder == folder.parent_path()) break;
+  }
+  return false;
 }
 
 }  // namespace
@@ -180,13 +196,17 @@ TrashResult moveToTrash(const fs::path& path, const fs::path& homeTrash) {
   const fs::path folder = error ? fs::path() : fs::canonical(whole.parent_path(), error);
   if (error) return {true, os::FileFailure{FileProblem::kOther, error.value()}, {}};
   const fs::path absolute = folder / whole.filename();
+  TrashResult result;
   // The standard leaves it open to copy files of other file systems to the home trash: that takes long, and
   // the user would not expect it of a deletion.
-  if (isHomeTrash(homeTrash, facts.id.device)) {
-    if (auto result = put({homeTrash, {}}, absolute, facts)) return *result;
+  Put end = Put::kOtherDisk;
+  if (isHomeDisk(homeTrash, facts.id.device)) {
+    os::makePrivateFolder(homeTrash);
+    end = put({homeTrash, {}}, absolute, facts, result);
   }
-  if (auto result = putAtTop(absolute, facts)) return *result;
-  return {false, {}, {}};
+  if (end == Put::kOtherDisk) end = putAtTop(absolute, facts, result);
+  result.hasTrash = end == Put::kDone || end == Put::kFailed;
+  return result;
 }
 
 }  // namespace kestrel::transfer

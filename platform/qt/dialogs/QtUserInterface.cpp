@@ -1,5 +1,6 @@
 #include "QtUserInterface.h"
 
+#include <QAbstractButton>
 #include <QCloseEvent>
 #include <QInputDialog>
 #include <QMessageBox>

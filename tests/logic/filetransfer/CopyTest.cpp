@@ -27,8 +27,8 @@ TEST_F(Copies, PutEachFileIntoTheFolderAndLeaveTheOriginals) {
 TEST_F(Copies, KeepTimesAndPermissions) {
   write(from / "a.png", "content");
   const timespec times[] = {{1'000'000'000, 123'456'789}, {1'100'000'000, 987'654'321}};
-  ASSERT_EQ(utimensat(AT_FDCWD, (from / "a.png").c_str(), times, 0), 0);
   for (const mode_t mode : {0400U, 0640U, 0751U}) {
+    ASSERT_EQ(utimensat(AT_FDCWD, (from / "a.png").c_str(), times, 0), 0);
     ASSERT_EQ(chmod((from / "a.png").c_str(), mode), 0);
     fs::remove(to / "a.png");
     EXPECT_TRUE(copy({from / "a.png"}).complete());

@@ -17,16 +17,26 @@ namespace {
 /// Counts a call; true if it shall fail, with errno set.
 bool struck(const char* name) {
   Faults& all = faults();
-  if (++all.calls != all.at || all.kind == Faults::Kind::kNone) return false;
+  ++all.calls;
+  const bool now = all.calls == all.at || (all.kind == Faults::Kind::kFailsFromThereOn && all.calls > all.at);
+  if (!now || all.kind == Faults::Kind::kNone) return false;
   all.struck = name;
   if (all.kind == Faults::Kind::kKilled) kill(getpid(), SIGKILL);
   errno = all.error;
   return true;
 }
 
-bool onVolume(std::string_view path) {
-  const std::string& volume = faults().volume;
-  return !volume.empty() && (path == volume || path.starts_with(volume + "/"));
+/// The number of the innermost simulated file system, 0 for none.
+std::size_t volumeOf(std::string_view path) {
+  std::size_t found = 0, longest = 0;
+  const std::vector<std::string>& volumes = faults().volumes;
+  for (std::size_t i = 0; i < volumes.size(); ++i) {
+    const bool below = path == volumes[i] || path.starts_with(volumes[i] + "/");
+    if (!below || volumes[i].size() < longest) continue;
+    found = i + 1;
+    longest = volumes[i].size();
+  }
+  return found;
 }
 
 std::string pathOf(int file) {
@@ -37,14 +47,14 @@ std::string pathOf(int file) {
 }
 
 bool otherDisk(const char* from, const char* to) {
-  if (onVolume(from) == onVolume(to)) return false;
+  if (volumeOf(from) == volumeOf(to)) return false;
   errno = EXDEV;
   return true;
 }
 
-int seen(int result, bool volume, struct stat* status) {
+int seen(int result, std::size_t volume, struct stat* status) {
   constexpr dev_t kOther = 0x1000;
-  if (result == 0 && volume) status->st_dev ^= kOther;
+  if (result == 0) status->st_dev += volume * kOther;
   return result;
 }
 
@@ -79,12 +89,12 @@ int __real_unlinkat(int folder, const char* name, int flags);
 int __real_rmdir(const char* name);
 
 int __wrap_lstat(const char* path, struct stat* status) {
-  return seen(__real_lstat(path, status), onVolume(path), status);
+  return seen(__real_lstat(path, status), volumeOf(path), status);
 }
 int __wrap_fstat(int file, struct stat* status) {
   const int result = __real_fstat(file, status);
   const int code = errno;
-  const bool volume = onVolume(pathOf(file));
+  const std::size_t volume = volumeOf(pathOf(file));
   errno = code;
   return seen(result, volume, status);
 }

@@ -2,12 +2,13 @@
 
 #include <cerrno>
 #include <string>
+#include <vector>
 
 namespace kestrel::transfer::test {
 
 /// What the system calls of the transfer do besides their work. The linker directs them here.
 struct Faults {
-  enum class Kind { kNone, kKilled, kFails };
+  enum class Kind { kNone, kKilled, kFails, kFailsFromThereOn };
 
   Kind kind = Kind::kNone;
   int at = 0;          ///< the number of the call that is struck, from 1
@@ -16,10 +17,10 @@ struct Faults {
   std::string struck;  ///< the call that was
 
   // File systems that can do less.
-  std::string volume;          ///< below this folder is another file system
-  bool namelessFiles = true;   ///< files without a name can be made
-  bool namelessLinked = true;  ///< and can get a name
-  bool renamesToNew = true;    ///< without replacing, in one call
+  std::vector<std::string> volumes;  ///< below each of these folders is another file system
+  bool namelessFiles = true;         ///< files without a name can be made
+  bool namelessLinked = true;        ///< and can get a name
+  bool renamesToNew = true;          ///< without replacing, in one call
   bool hardLinks = true;
   int copiesInside = 0;  ///< the error of the copy inside the system; 0 for none
   /// A file that gets the content "changed" when a folder is flushed.

@@ -25,7 +25,8 @@ struct Scenario {
 class NothingIsLost : public TransferTest, public testing::WithParamInterface<Scenario> {
  protected:
   NothingIsLost() {
-    if (GetParam().otherDisk) faults().volume = to.string();
+    faults().volumes = {root.string()};
+    if (GetParam().otherDisk) faults().volumes.push_back(to.string());
   }
   ~NothingIsLost() override { faults() = Faults(); }
 
@@ -50,6 +51,8 @@ class NothingIsLost : public TransferTest, public testing::WithParamInterface<Sc
     faults().struck.clear();
     caller = {};
     if (clashes()) caller.answers = {{GetParam().clash, false}};
+    // A trash that cannot be made is none, which is the user's to decide on.
+    if (GetParam().operation == Operation::kTrash) caller.answers = {{Choice::kSkip, false}};
     Report report = run(GetParam().operation, {source()});
     faults().kind = Faults::Kind::kNone;
     return report;
@@ -145,7 +148,10 @@ TEST_P(NothingIsLost, ByACallThatFails) {
       const std::string when = faults().struck + " (call " + std::to_string(at) + ") fails with " +
                                std::to_string(error) + ": " + reasons(report.failed);
       expectNothingLost(when);
-      EXPECT_EQ(report.complete(), isDone()) << when;
+      // A folder whose own times and permissions cannot be copied is not complete.
+      const std::string& struck = faults().struck;
+      const bool factsFailed = GetParam().isFolder && (struck == "fchmod" || struck == "futimens");
+      EXPECT_EQ(report.complete(), isDone() && !factsFailed) << when;
       EXPECT_EQ(report.done, report.complete() ? 1U : 0U) << when;
       EXPECT_EQ(listed(to).find(".kestrel-"), std::string::npos) << when;
       if (faults().struck.empty()) break;

@@ -13,6 +13,7 @@ using test::faults;
 
 class OtherSystems : public TransferTest {
  protected:
+  OtherSystems() { faults().volumes = {root.string()}; }
   ~OtherSystems() override { faults() = Faults(); }
 };
 
@@ -73,7 +74,7 @@ TEST_F(OtherSystems, ThatCannotRenameWithoutReplacingMoveFoldersToo) {
 
 class OtherDisks : public OtherSystems {
  protected:
-  OtherDisks() { faults().volume = to.string(); }
+  OtherDisks() { faults().volumes.push_back(to.string()); }
 };
 
 TEST_F(OtherDisks, GetAMovedFileWithItsTimesAndPermissions) {
@@ -140,7 +141,7 @@ TEST_F(OtherDisks, SayThatAnOriginalCannotBeDeleted) {
 /// The trash of a volume: "from" is below its top folder.
 class VolumeTrash : public OtherSystems {
  protected:
-  VolumeTrash() { faults().volume = (root / "from").string(); }
+  VolumeTrash() { faults().volumes.push_back(from.string()); }
 
   Report trash(const std::vector<fs::path>& sources) { return run(Operation::kTrash, sources); }
 
@@ -219,13 +220,29 @@ TEST_F(VolumeTrash, AsksOnceForAll) {
 }
 
 TEST_F(VolumeTrash, OfAFullDiskIsNone) {
+  write(from / "before", "content");
+  EXPECT_TRUE(trash({from / "before"}).complete());
   write(file, "content");
-  faults().kind = Faults::Kind::kFails;
+  faults().kind = Faults::Kind::kFailsFromThereOn;
   faults().error = ENOSPC;
   faults().at = faults().calls + 1;
   caller.answers = {{Choice::kCancel, false}};
   EXPECT_TRUE(trash({file}).canceled);
   EXPECT_EQ(contentOf(file), "content");
+}
+
+TEST_F(OtherSystems, WhoseHomeHasNoRoomHaveNoTrash) {
+  write(from / "before", "content");
+  EXPECT_TRUE(run(Operation::kTrash, {from / "before"}).complete());
+  write(from / "a.png", "content");
+  faults().kind = Faults::Kind::kFailsFromThereOn;
+  faults().error = ENOSPC;
+  faults().at = faults().calls + 1;
+  caller.answers = {{Choice::kSkip, false}};
+  EXPECT_EQ(reasons(run(Operation::kTrash, {from / "a.png"}).skipped),
+            "a.png: there is no trash on its disk");
+  EXPECT_EQ(listed(from), "a.png=content");
+  EXPECT_FALSE(fs::exists(root / (".Trash-" + std::to_string(geteuid())))) << "the home trash is the one";
 }
 
 }  // namespace
