@@ -171,5 +171,19 @@ TEST_F(Window, ReportsUnsavedChangesToTheDesktopAndKeepsItsCaption) {
   EXPECT_FALSE(window().isWindowModified());
 }
 
+QStringList printed;
+
+TEST_F(Window, ReportsUnsavedChangesWithoutAWarningOfTheToolkit) {
+  ASSERT_TRUE(editor().OpenImage(file("a.png")));
+  const QtMessageHandler before = qInstallMessageHandler(
+      [](QtMsgType, const QMessageLogContext&, const QString& text) { printed += text; });
+  editor().FlipVertically();
+  const bool modified = window().isWindowModified();
+  editor().SaveImage();
+  qInstallMessageHandler(before);
+  EXPECT_TRUE(modified);
+  EXPECT_EQ(printed.filter(QStringLiteral("[*]")).join(u'\n').toStdString(), "");
+}
+
 }  // namespace
 }  // namespace kestrel::desktop

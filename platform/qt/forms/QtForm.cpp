@@ -1,5 +1,7 @@
 #include "QtForm.h"
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <QIcon>
 #include <QVBoxLayout>
 
@@ -51,6 +53,15 @@ void QtForm::requireWindow() const {
 std::string QtForm::Caption() const { return fromQt(captionOf(window())); }
 
 void QtForm::Caption(const std::string& value) { setCaption(window(), translated(value)); }
+
+void QtForm::Modified(bool value) {
+  if (value == Modified()) return;
+  // Not by `setWindowModified`, which demands a place for a mark in the caption on most desktops. The caption
+  // has none: it is that of the form, without a mark.
+  window().setAttribute(Qt::WA_WindowModified, value);
+  QEvent changed(QEvent::ModifiedChange);
+  QCoreApplication::sendEvent(&window(), &changed);
+}
 
 std::int32_t QtForm::WindowState() const {
   if (window().isMinimized()) return kWindowMinimized;

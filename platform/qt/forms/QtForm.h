@@ -43,7 +43,7 @@ class QtForm final : public WidgetControl<Form>, public DockableForm {
   std::string Caption() const override;
   void Caption(const std::string& value) override;
   bool Modified() const override { return window().isWindowModified(); }
-  void Modified(bool value) override { window().setWindowModified(value); }
+  void Modified(bool value) override;
   void ClearIcon() override { window().setWindowIcon(QIcon()); }
   std::int32_t WindowState() const override;
   void WindowState(std::int32_t value) override;
