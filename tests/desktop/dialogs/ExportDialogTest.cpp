@@ -1,12 +1,14 @@
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QDir>
 #include <QFileInfo>
 #include <QImageReader>
+#include <QPointer>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include "../EditorBench.h"
 #include "DialogLooks.h"
@@ -91,10 +93,30 @@ TEST_F(ExportDialog, TheFileDialogBelongsToTheExportDialog) {
       window.close();
     });
     user.press(Qt::Key_Space);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return user.window().isActiveWindow(); }));
     EXPECT_TRUE(user.isOpen());
-    user.press(Qt::Key_Escape);
+    // As a window manager does; the platform of the tests has none.
+    DialogUser again(user.window());
+    EXPECT_EQ(again.focus(), "cmdBrowse");
+    again.press(Qt::Key_Escape);
     EXPECT_FALSE(user.isOpen());
+  });
+}
+
+TEST_F(ExportDialog, AMenuOfTheNameLeavesItsSelection) {
+  show([](DialogUser& user) {
+    auto& name = user.part<QLineEdit>("txtField");
+    user.type("lake.bmp");
+    name.setSelection(2, 3);
+    QContextMenuEvent asking(QContextMenuEvent::Keyboard, name.rect().center(),
+                             name.mapToGlobal(name.rect().center()));
+    QApplication::sendEvent(user.window().focusWidget(), &asking);
+    const QPointer<QWidget> menu = QApplication::activePopupWidget();
+    ASSERT_TRUE(menu);
+    settle();
+    menu->close();
+    settle();
+    EXPECT_EQ(user.focus(), "txtField");
+    EXPECT_EQ(name.selectedText(), "ke.") << "not the whole text";
   });
 }
 
