@@ -1,5 +1,6 @@
 #include "DigitBox.h"
 
+#include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QVariant>
 #include <QWheelEvent>
@@ -32,6 +33,17 @@ int stepOf(int key) {
   }
 }
 
+/// The digits of a text, each as 0 to 9.
+QString digitsIn(const QString& text) {
+  QString digits;
+  for (const QChar character : text) {
+    if (const int digit = character.digitValue(); digit >= 0 && character.isDigit()) {
+      digits += QString::number(digit);
+    }
+  }
+  return digits;
+}
+
 /// The whole part of the number that the text begins with, within 32 bits.
 qint64 numberIn(const QString& text) {
   constexpr double kLow = std::numeric_limits<qint32>::min(), kHigh = std::numeric_limits<qint32>::max();
@@ -60,6 +72,8 @@ bool DigitBox::eventFilter(QObject* /*watched*/, QEvent* event) {
   switch (event->type()) {
     case QEvent::KeyPress:
       return onKey(static_cast<const QKeyEvent&>(*event));
+    case QEvent::InputMethod:
+      return onInputMethod(static_cast<const QInputMethodEvent&>(*event));
     case QEvent::Wheel:
       return onWheel(static_cast<const QWheelEvent&>(*event));
     case QEvent::FocusOut:
@@ -79,7 +93,22 @@ bool DigitBox::onKey(const QKeyEvent& key) {
     return true;
   }
   const QString typed = key.text();
-  return !typed.isEmpty() && typed[0].isPrint() && !(typed[0] >= u'0' && typed[0] <= u'9');
+  if (typed.isEmpty() || !typed[0].isPrint() || (typed[0] >= u'0' && typed[0] <= u'9')) return false;
+  enter(typed);
+  return true;
+}
+
+bool DigitBox::onInputMethod(const QInputMethodEvent& input) {
+  const QString entered = input.commitString();
+  // The edit itself replaces a part of its text, as a correction asks for.
+  if (input.preeditString().isEmpty() && entered == digitsIn(entered)) return false;
+  enter(entered);
+  return true;
+}
+
+void DigitBox::enter(const QString& text) {
+  const QString digits = digitsIn(text);
+  if (!digits.isEmpty() && !edit_.isReadOnly()) edit_.insert(digits);
 }
 
 bool DigitBox::onWheel(const QWheelEvent& wheel) {

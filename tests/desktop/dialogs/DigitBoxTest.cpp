@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
+#include <QInputMethodEvent>
+#include <QTest>
+
 #include "../EditorBench.h"
 #include "DialogUser.h"
 #include "settings/modProcessing.h"
@@ -59,6 +63,35 @@ TEST_P(DigitBoxes, AreSteppedBackFromAHigherNumber) {
       user.press(key);
       EXPECT_EQ(user.text(GetParam()), "255");
     }
+  });
+}
+
+TEST_P(DigitBoxes, TakeDigitsAloneFromAnInputMethod) {
+  use([](DialogUser& user) {
+    user.click(GetParam());
+    auto& edit = user.part<QLineEdit>(GetParam());
+    const auto compose = [&](const QString& composed, const QString& entered) {
+      QInputMethodEvent event(composed, {});
+      event.setCommitString(entered);
+      QApplication::sendEvent(user.window().focusWidget(), &event);
+      settle();
+    };
+    edit.selectAll();
+    compose({}, QStringLiteral("1a2-"));
+    EXPECT_EQ(edit.text(), "12") << "instead of the selected text";
+    compose(QStringLiteral("ni"), {});
+    EXPECT_EQ(edit.displayText(), "12") << "letters are not shown while they are composed";
+    compose({}, QString::fromUtf8("\xe4\xbd\xa0"));
+    EXPECT_EQ(edit.text(), "12");
+    compose({}, QString(QChar(0xff13)));
+    EXPECT_EQ(edit.text(), "123") << "a digit of double width";
+    QInputMethodEvent corrected;
+    corrected.setCommitString(QStringLiteral("4"), -1, 1);
+    QApplication::sendEvent(user.window().focusWidget(), &corrected);
+    EXPECT_EQ(edit.text(), "124") << "instead of the last one";
+    QTest::sendKeyEvent(QTest::Click, user.window().windowHandle(), Qt::Key_5, QString(QChar(0x0665)), {});
+    EXPECT_EQ(edit.text(), "1245") << "an Arabic digit";
+    user.press(Qt::Key_Escape);
   });
 }
 
