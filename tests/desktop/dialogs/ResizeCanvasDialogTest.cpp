@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QImage>
 #include <QLineEdit>
 #include <QTest>
@@ -197,6 +198,29 @@ TEST_F(ResizeCanvasDialog, ThePlacementsHaveToolTipsAndArrowsToTheirPlaces) {
       EXPECT_EQ(directionOf(button), i) << names[i];
     }
   });
+}
+
+TEST_F(ResizeCanvasDialog, ThePlacementsAreNotMirroredWhereTextRunsFromRightToLeft) {
+  QApplication::setLayoutDirection(Qt::RightToLeft);
+  use([](DialogUser& user) {
+    const auto placeOf = [&](const char* name) {
+      return user.part<QWidget>(name).mapTo(&user.window(), QPoint());
+    };
+    EXPECT_GT(placeOf("cmdAction_0").x(), placeOf("cmdAction_1").x()) << "the dialog itself is";
+    for (int i = 0; i < 9; ++i) {
+      const std::string name = "btnPlacement_" + std::to_string(i);
+      if (i % 3 > 0) {
+        const std::string left = "btnPlacement_" + std::to_string(i - 1);
+        EXPECT_GT(placeOf(name.c_str()).x(), placeOf(left.c_str()).x()) << name;
+      }
+      if (i == 4) continue;  // a dot
+      EXPECT_EQ(directionOf(user.part<QWidget>(name.c_str())), i) << name;
+    }
+    user.click("btnPlacement_0");
+    user.press(Qt::Key_Right);
+    EXPECT_EQ(user.focus(), "btnPlacement_1");
+  });
+  QApplication::setLayoutDirection(Qt::LeftToRight);
 }
 
 TEST_F(ResizeCanvasDialog, IsReadableInEveryLook) {
