@@ -17,6 +17,10 @@ namespace {
 constexpr std::size_t kPercentage = 0;
 constexpr std::size_t kWidth = 1;
 
+// Indices of `lblValue`.
+constexpr std::size_t kZoom = 0;
+constexpr std::size_t kQuality = 1;
+
 /// The slider shows compression, the setting is quality.
 constexpr std::int32_t kFullCompression = 100;
 
@@ -45,6 +49,7 @@ frmOptions::frmOptions()
       cpkGrid{&Bind<ColorPicker>(Form(), "cpkGrid", 0), &Bind<ColorPicker>(Form(), "cpkGrid", 1)},
       fraGrid(Bind<Frame>(Form(), "fraGrid")),
       sldZoom(Bind<Slider>(Form(), "sldZoom")),
+      lblValue{&Bind<Label>(Form(), "lblValue", 0), &Bind<Label>(Form(), "lblValue", 1)},
       chkAddThumbnails(Bind<CheckBox>(Form(), "chkAddThumbnails")),
       optSizeType{&Bind<OptionButton>(Form(), "optSizeType", 0),
                   &Bind<OptionButton>(Form(), "optSizeType", 1)},
@@ -59,6 +64,8 @@ frmOptions::frmOptions()
     const std::int32_t index = picker->Index();
     Keep(picker->Change.Connect([this, index](OLE_COLOR color) { cpkGrid_Change(index, color); }));
   }
+  Keep(sldZoom.Change.Connect([this] { sldZoom_Change(); }));
+  Keep(sldJPEGQuality.Change.Connect([this] { sldJPEGQuality_Change(); }));
   for (TextBox* box : txtField) {
     const std::int32_t index = box->Index();
     Keep(box->Change.Connect([this, index] { txtField_Change(index); }));
@@ -85,6 +92,8 @@ void frmOptions::Form_Load() {
     sldZoom.Value(Options.ZoomLevel());
     chkDropShadow.Value(Options.ThumbnailAddDropShadow() ? 1 : 0);
     sldJPEGQuality.Value(CheckedAdd(kFullCompression, CheckedNegate(Options.JPEGQuality())));
+    // A slider that is at its number already raises no change.
+    zShowNumbers();
     tabView_Click();
     ApplyLook();
   } catch (...) {
@@ -111,6 +120,29 @@ void frmOptions::UpdatePreview() {
     fraGrid.BackgroundPicture(Canvas->Picture());
   } catch (...) {
     QDK_TRAILER(UpdatePreview, QDK_PARAMETERS(), QDK_LOCALS(Canvas, Y, X, Size));
+  }
+}
+
+std::int32_t frmOptions::zQuality() const { return kFullCompression - sldJPEGQuality.Value(); }
+
+void frmOptions::zShowNumbers() {
+  lblValue[kZoom]->Caption(ToText(sldZoom.Value()));
+  lblValue[kQuality]->Caption(ToText(zQuality()));
+}
+
+void frmOptions::sldZoom_Change() {
+  try {
+    zShowNumbers();
+  } catch (...) {
+    QDK_TRAILER(sldZoom_Change, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+void frmOptions::sldJPEGQuality_Change() {
+  try {
+    zShowNumbers();
+  } catch (...) {
+    QDK_TRAILER(sldJPEGQuality_Change, QDK_PARAMETERS(), QDK_LOCALS());
   }
 }
 
@@ -175,7 +207,7 @@ void frmOptions::cmdAction_Click(std::int32_t Index) {
       Options.ThumbnailAddDropShadow(chkDropShadow.Value() == 1);
       Options.ThumbnailAutoCheck(chkAddThumbnails.Value() == 1);
       Options.ZoomLevel(sldZoom.Value());
-      Options.JPEGQuality(kFullCompression - sldJPEGQuality.Value());
+      Options.JPEGQuality(zQuality());
     });
     Success = true;
     Unload();

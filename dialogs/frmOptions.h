@@ -9,6 +9,7 @@
 #include "imaging/contract/controls/ColorPicker.h"
 #include "imaging/contract/controls/ComboBox.h"
 #include "imaging/contract/controls/Frame.h"
+#include "imaging/contract/controls/Label.h"
 #include "imaging/contract/controls/OptionButton.h"
 #include "imaging/contract/controls/Slider.h"
 #include "imaging/contract/controls/TabStrip.h"
@@ -26,11 +27,17 @@ class frmOptions final : public DialogBase {
  private:
   void Form_Load() override;
   void cmdAction_Click(std::int32_t Index) override;
+  /// The JPEG quality of the slider's position.
+  std::int32_t zQuality() const;
+  /// Shows the numbers of the sliders next to them.
+  void zShowNumbers();
   /// Draws the sample of the grid.
   void UpdatePreview();
   void tabView_Click();
   void cboGridSize_Click();
   void cpkGrid_Change(std::int32_t Index, OLE_COLOR NewColor);
+  void sldZoom_Change();
+  void sldJPEGQuality_Change();
   void txtField_Change(std::int32_t Index);
   void txtField_GotFocus(std::int32_t Index);
   std::string qdkDumpModuleVariables() const override;
@@ -40,6 +47,7 @@ class frmOptions final : public DialogBase {
   std::array<ColorPicker*, 2> cpkGrid;
   Frame& fraGrid;
   Slider& sldZoom;
+  std::array<Label*, 2> lblValue;
   CheckBox& chkAddThumbnails;
   std::array<OptionButton*, 2> optSizeType;
   std::array<TextBox*, 2> txtField;

@@ -175,6 +175,24 @@ TEST_F(OptionsDialog, TheSliderOfTheQualityHasTheBestQualityAtItsRightEnd) {
   });
 }
 
+TEST_F(OptionsDialog, TheNumbersOfTheSlidersFollowThem) {
+  show([](DialogUser& user) {
+    user.press(Qt::Key_Z, Qt::AltModifier);
+    user.press(Qt::Key_End);
+    EXPECT_EQ(user.label("lblValue_0"), "20");
+    EXPECT_TRUE(user.part<QWidget>("lblValue_0").isVisible());
+    const int zoomWidth = user.part<QWidget>("sldZoom").width();
+    user.press(Qt::Key_Home);
+    EXPECT_EQ(user.label("lblValue_0"), "2");
+    EXPECT_EQ(user.part<QWidget>("sldZoom").width(), zoomWidth) << "the slider does not move under the hand";
+    clickTab(user, kJPEG);
+    EXPECT_EQ(user.label("lblValue_1"), "75");
+    user.press(Qt::Key_Z, Qt::AltModifier);
+    user.press(Qt::Key_Right);
+    EXPECT_EQ(user.label("lblValue_1"), "76");
+  });
+}
+
 TEST_F(OptionsDialog, TheWindowHasRoomForEachPage) {
   show([](DialogUser& user) {
     const QSize size = user.window().size();

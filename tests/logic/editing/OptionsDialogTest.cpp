@@ -233,6 +233,26 @@ TEST_P(EditingOptionsDialog, SelectsTheWholeTextOnFocus) {
   });
 }
 
+// -- The sliders ------------------------------------------------------------------------------------------
+
+TEST_P(EditingOptionsDialog, ShowsTheNumbersOfItsSliders) {
+  options().ZoomLevel(2);
+  options().JPEGQuality(99);
+  show([](Dialog& dialog) {
+    const auto shown = [&](std::int32_t index) {
+      return Bind<Label>(dialog.form(), "lblValue", index).Caption();
+    };
+    EXPECT_EQ(shown(0), "2") << "where the slider begins";
+    EXPECT_EQ(shown(1), "99");
+    dialog.zoom().Value(17);
+    EXPECT_EQ(shown(0), "17");
+    EXPECT_EQ(shown(1), "99");
+    dialog.quality().Value(40);
+    EXPECT_EQ(shown(1), "60") << "the quality, which is 100 less the compression";
+    dialog.cancel();
+  });
+}
+
 // -- The sample of the grid -------------------------------------------------------------------------------
 
 /// The rule of the sample for one pixel: squares of the second color at each even place, and at the places
@@ -259,6 +279,22 @@ TEST_P(EditingOptionsDialog, DrawsACheckerboardInTheSizeOfItsFrame) {
       dialog.cancel();
     });
   }
+}
+
+TEST_P(EditingOptionsDialog, TheSampleIsInPixelsOfTheUnitsOfItsFrame) {
+  platform().Screen().twipsPerPixelY = 15;
+  options().BackgroundGridSize(4);
+  show([](Dialog& dialog) {
+    dialog.sample().Height(97 * 15 + 8);
+    dialog.gridColor(0).Value(0x0000FF);
+    EXPECT_EQ(dialog.pattern().width(), dialog.sample().Width());
+    EXPECT_EQ(dialog.pattern().height(), 98) << "97.53, rounded";
+    dialog.sample().Height(97 * 15 + 7);
+    dialog.gridColor(0).Value(0x00FF00);
+    EXPECT_EQ(dialog.pattern().height(), 97) << "97.47";
+    EXPECT_EQ(colorOf(dialog.pattern().at(4, 0)), 0x00FF00) << "squares of 4 pixels, not of 60 units";
+    dialog.cancel();
+  });
 }
 
 TEST_P(EditingOptionsDialog, TheSampleFollowsSizeAndColors) {
