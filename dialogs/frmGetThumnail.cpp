@@ -1,11 +1,14 @@
 #include "frmGetThumnail.h"
 
+#include <cmath>
+
 #include "OptionsShadow.h"
 #include "base/Numbers.h"
 #include "base/Required.h"
 #include "base/RuntimeError.h"
 #include "diagnostics/Trailer.h"
 #include "frmDropShadow.h"
+#include "imaging/contract/PictureLimits.h"
 #include "settings/StoreTogether.h"
 #include "settings/modProcessing.h"
 
@@ -24,6 +27,18 @@ constexpr const char* kPositionName = "GetThumbnail";
 
 /// The distance of the check boxes at the bottom from the lower edge of the window, in pixels.
 constexpr std::int32_t kCheckBoxRise = 32;
+
+/// The largest preview, in pixels. A picture of some hundred megapixels would take seconds at each key.
+constexpr double kPreviewPixels = 32e6;
+constexpr double kBytesPerPixel = 4;
+
+/// Whether the engine may refuse a picture of that size. It takes at most a quarter of the machine's memory,
+/// as the undo steps do.
+bool MayBeRefused(const ImageView& view, double width, double height) {
+  const double pixels = width * height;
+  return width > kLongestSide || height > kLongestSide || pixels > static_cast<double>(kMostPixels) ||
+         pixels * kBytesPerPixel > static_cast<double>(view.UndoMemoryLimit());
+}
 
 }  // namespace
 
@@ -113,6 +128,19 @@ std::size_t frmGetThumnail::zSizeType() const {
   return optSizeType[kPercentage]->Value() ? kPercentage : kWidth;
 }
 
+void frmGetThumnail::zResize(ImageView& Pane, std::int32_t Width) {
+  const kestrel::Image& picture = Required(Pane.Image());
+  const double height = 1.0 * Width * picture.Height() / picture.Width();
+  const double pixels = Width * height;
+  // What the engine refuses it refuses at once.
+  const bool asItIs = pixels <= kPreviewPixels || MayBeRefused(Pane, Width, height);
+  const std::int32_t shown = asItIs ? Width : Floor(Width * std::sqrt(kPreviewPixels / pixels));
+  Pane.Effects().Resize(shown, 0, kResampleLanczos);
+  if (asItIs) return;
+  Pane.Notice("The thumbnail will have " + ToText(Width) + " x " + ToText(ToInt32(height)) +
+              " pixels. The preview is smaller.");
+}
+
 void frmGetThumnail::UpdatePreview() {
   bool bError = false, visible = false;
   std::int32_t newWidth = 0;
@@ -127,15 +155,16 @@ void frmGetThumnail::UpdatePreview() {
     }
   };
   const auto makeThumbnail = [&] {
+    attempt([&] { image.Notice({}); });
     attempt([&] { Preview().Reset(); });
     if (zSizeType() == kPercentage) {
       attempt([&] {
         newWidth = Floor(Required(image.Image()).Width() / 100.0 * Val(txtField[kPercentage]->Text()));
       });
-      attempt([&] { image.Effects().Resize(newWidth, 0, kResampleLanczos); });
+      attempt([&] { zResize(image, newWidth); });
     } else {
       attempt([&] { width = Val(txtField[kWidth]->Text()); });
-      if (width > 0) attempt([&] { image.Effects().Resize(ToInt32(width), 0, kResampleLanczos); });
+      if (width > 0) attempt([&] { zResize(image, ToInt32(width)); });
     }
     if (chkAddDropShadow.Value() == 1) attempt([&] { AddShadowOfOptions(image); });
     attempt([&] { image.Alpha().Flatten(image.Colors().Create(cpkColor[0]->Value(), 255)); });

@@ -42,6 +42,9 @@ class frmGetThumnail final : public PreviewDialog {
   void cmdOptions_Click();
   void cpkColor_Change(std::int32_t Index, OLE_COLOR NewColor);
   void cpkColor_EnhancedButtonClicked(std::int32_t Index);
+  /// Makes the picture of the pane that wide. If the result is too large for a preview, makes it smaller in
+  /// the same proportions, and says so above the picture.
+  void zResize(ImageView& Pane, std::int32_t Width);
   /// The index of the selected size type, in `optSizeType` and `txtField`.
   std::size_t zSizeType() const;
   /// Stores the settings. A size beyond 32 bits is raised after the settings before it have been stored.

@@ -9,8 +9,11 @@
 #include "engine/effects/ReplaceColor.h"
 #include "engine/effects/Rotate.h"
 #include "engine/effects/resample/Resize.h"
+#include "imaging/contract/PictureLimits.h"
 
 namespace kestrel::engine {
+
+static_assert(Bitmap::kMaxSide == kLongestSide && Bitmap::kMaxPixels == kMostPixels);
 
 void EffectsPart::Crop(std::int32_t left, std::int32_t top, std::int32_t width, std::int32_t height,
                        const std::string& undoName) {
