@@ -8,6 +8,7 @@
 #include <cmath>
 
 #include "EditorBench.h"
+#include "Themes.h"
 #include "imaging/contract/controls/CommandButton.h"
 #include "platform/qt/controls/ColorPickerWidget.h"
 
@@ -75,6 +76,19 @@ TEST_F(MaterialsOnTheDesktop, TheBackgroundCanBeNone) {
   choose(*list, kListedColor);
   EXPECT_EQ(bench.editor().BackColor(), kListedColor);
   EXPECT_EQ(swatch(1).BackColor(), kListedColor);
+}
+
+TEST_F(MaterialsOnTheDesktop, TheBackgroundNoneFollowsTheTheme) {
+  bench.editor().BackColor(kNoColor);
+  auto* const button = window().findChild<QPushButton*>(QStringLiteral("btnColors_1"));
+  const auto shown = [button] {
+    const QImage image = button->grab().toImage();
+    return image.pixelColor(image.rect().center()).rgb();
+  };
+  EXPECT_EQ(shown(), window().palette().color(QPalette::Window).rgb());
+  const Theme dark(darkPalette());
+  settle();
+  EXPECT_EQ(shown(), darkPalette().color(QPalette::Window).rgb());
 }
 
 TEST_F(MaterialsOnTheDesktop, ASwatchShowsItsColorWithTheFocusToo) {

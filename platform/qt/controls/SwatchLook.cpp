@@ -15,6 +15,7 @@ SwatchLook::SwatchLook(QAbstractButton& button) : button_(button) { button_.inst
 
 void SwatchLook::show(const QColor& color, bool pressed) {
   color_ = color;
+  isColorOfWindow_ = color == button_.palette().color(QPalette::Window);
   pressed_ = pressed;
   button_.update();
 }
@@ -27,7 +28,7 @@ bool SwatchLook::eventFilter(QObject* /*watched*/, QEvent* event) {
   option.state |= button_.isDown() || pressed_ ? QStyle::State_Sunken : QStyle::State_Raised;
   painter.drawControl(QStyle::CE_PushButtonBevel, option);
   const QRect field = button_.rect().adjusted(kFrame, kFrame, -kFrame, -kFrame);
-  painter.fillRect(field, color_);
+  painter.fillRect(field, isColorOfWindow_ ? button_.palette().color(QPalette::Window) : color_);
   painter.setPen(button_.palette().color(QPalette::Mid));
   painter.drawRect(field.adjusted(0, 0, -1, -1));
   if (button_.hasFocus()) {

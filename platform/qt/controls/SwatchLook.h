@@ -12,7 +12,7 @@ class SwatchLook final : public QObject {
  public:
   explicit SwatchLook(QAbstractButton& button);
 
-  /// An invalid color restores the button's own appearance.
+  /// An invalid color restores the button's own appearance. The color of the window follows the theme.
   void show(const QColor& color, bool pressed);
 
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -20,6 +20,7 @@ class SwatchLook final : public QObject {
  private:
   QAbstractButton& button_;
   QColor color_;
+  bool isColorOfWindow_ = false;
   bool pressed_ = false;
 };
 
