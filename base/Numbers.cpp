@@ -58,7 +58,7 @@ template <typename Integer>
 Integer Narrow(double whole) {
   using Limits = std::numeric_limits<Integer>;
   if (!(whole >= Limits::min() && whole <= Limits::max())) {
-    throw RuntimeError(err::kOverflow, "The number is outside the range of its type.");
+    throw RuntimeError(err::kOverflow, "The number is too large.");
   }
   return static_cast<Integer>(whole);
 }
@@ -140,7 +140,7 @@ std::int32_t ToInt32(double value) { return Narrow<std::int32_t>(RoundToEven(val
 
 float ToSingle(double value) {
   if (!(std::abs(value) <= double{std::numeric_limits<float>::max()})) {
-    throw RuntimeError(err::kOverflow, "The number is outside the range of its type.");
+    throw RuntimeError(err::kOverflow, "The number is too large.");
   }
   return static_cast<float>(value);
 }

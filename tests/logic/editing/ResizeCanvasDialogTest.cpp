@@ -375,7 +375,7 @@ TEST_P(EditingResizeCanvasDialog, ASizeBeyondTheEnginesLimitsIsRefusedWithItsSen
 
 TEST_P(EditingResizeCanvasDialog, AnOffsetBeyond32BitsIsRefusedInABox) {
   EXPECT_EQ(refusalOf([](Dialog& dialog) { dialog.field(2).Text("99999999999"); }),
-            "The number is outside the range of its type.");
+            "The number is too large.");
   EXPECT_TRUE(same(shown(), gradient(kWidth, kHeight)));
 }
 
