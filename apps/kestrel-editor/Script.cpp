@@ -15,7 +15,7 @@ bool runScript(const Arguments& arguments, EditorWindow& window, qt::Desktop& de
     return false;
   }
   const Stage stage{window.form(), desktop, boxes,
-                    [&window](const std::string& key) { window.runCommand(key); }};
+                    [&window](const std::string& key) { runKey(window, key); }};
   if (!playScript(arguments.steps, stage, editorSteps(window, desktop))) return false;
   if (!arguments.outputFolder.empty() &&
       !succeeds("Creating the folder \"" + arguments.outputFolder + "\"", boxes, [&] {

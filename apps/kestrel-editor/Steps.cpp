@@ -34,4 +34,10 @@ std::vector<Step> editorSteps(EditorWindow& window, qt::Desktop& desktop) {
   };
 }
 
+void runKey(EditorWindow& window, const std::string& key) {
+  if (key != "thumbnail") return window.runCommand(key);
+  if (!window.editor().Image()) refuse("A thumbnail needs a picture.");
+  window.editor().ShowGetThumnailDialog();
+}
+
 }  // namespace kestrel::app

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "apps/common/program/Steps.h"
@@ -13,5 +14,9 @@ namespace kestrel::app {
 /// - `point X Y`: moves the pointer to a position of the view
 /// - `drag X Y X Y ...`: drags along the positions; a single one is a click
 std::vector<Step> editorSteps(EditorWindow& window, qt::Desktop& desktop);
+
+/// Runs a command by its key, or opens the thumbnail dialog for "thumbnail": hosts open it and no command
+/// does. Its thumbnail is dropped.
+void runKey(EditorWindow& window, const std::string& key);
 
 }  // namespace kestrel::app
