@@ -476,6 +476,22 @@ TEST_P(EditingShadowDialog, StoresWhatComesBeforeANumberBeyond32BitsAndStaysOpen
   EXPECT_THAT(user().boxes()[1].text, HasSubstr("Procedure: cmdAction_Click\r\n"));
 }
 
+TEST_P(EditingShadowDialog, ABlurBeyond32BitsIsShownAsTheStrongestAndStoresNothing) {
+  editor().SetSelection(5, 6, 20, 12);
+  EXPECT_FALSE(showPlain([this](ShadowDialog& dialog) {
+    dialog.blur().Text("99999999999");
+    EXPECT_TRUE(same(dialog.after(), shadowed(dialog.before(), 3, 2, 255, 200, 0x00204060)));
+    dialog.horizontal().Text("4");
+    user().answers(kAnswerOK);
+    dialog.ok();
+    EXPECT_TRUE(dialog.form().Visible());
+    dialog.cancel();
+  }));
+  expectOneReport("cmdAction_Click", "(6)");
+  EXPECT_EQ(options().DropShadowBlur(), 32);
+  EXPECT_EQ(options().DropShadowHorizontalOffset(), 3) << "to be stored after the blur";
+}
+
 // -- The commands -----------------------------------------------------------------------------------------
 
 TEST_P(EditingShadowDialog, TheCommandsOpenItsTwoModes) {
