@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QClipboard>
 #include <QColorDialog>
@@ -276,6 +277,21 @@ class HostDuringADialog : public Host {
         {"failed open", [this] { EXPECT_FALSE(control().OpenImage(file("damaged.png"))); }},
         {"failed save", [this] { EXPECT_FALSE(control().SaveImageAs(file("nowhere/a.png"))); }},
         {"rotate dialog", [this] { EXPECT_EQ(control().ShowRotateDialog(), 0); }},
+        {"resize dialog", [this] { EXPECT_FALSE(control().ShowResizeDialog()); }},
+        {"canvas dialog", [this] { EXPECT_FALSE(control().ShowResizeCanvasDialog()); }},
+        {"shadow dialog", [this] { EXPECT_FALSE(control().ShowDropShadowDialog()); }},
+        {"contoured shadow dialog", [this] { EXPECT_FALSE(control().ShowMaskedDropShadowDialog()); }},
+        {"flatten dialog", [this] { EXPECT_FALSE(control().ShowFlattenAlphaDialog()); }},
+        {"options dialog", [this] { EXPECT_FALSE(control().ShowOptions()); }},
+        {"export dialog", [this] { EXPECT_FALSE(control().ShowExportDialog()); }},
+        {"thumbnail dialog", [this] { EXPECT_EQ(control().ShowGetThumnailDialog(), nullptr); }},
+        {"thumbnail dialog of a save",
+         [this] { EXPECT_FALSE(control().SaveImageThumbnailEx(file("t.png"))); }},
+        {"paste special dialog",
+         [this] {
+           QApplication::clipboard()->setImage(noise(6, 5));
+           action("btnEditPasteSpecial").trigger();
+         }},
         {"about box", [this] { action("btnHelpAbout").trigger(); }},
         {"missing help", [this] { action("btnHelpContents").trigger(); }},
         {"nothing to paste",
@@ -322,6 +338,54 @@ TEST_F(HostDuringADialog, MayEndTheEditorUnderABoxOfADialog) {
   EXPECT_FALSE(control().SaveImageAs());
   EXPECT_FALSE(inner);
   expectNothingLeft();
+}
+
+TEST_F(HostDuringADialog, MayEndTheEditorUnderADialogOfADialog) {
+  struct Case {
+    const char* name;
+    std::function<void()> open;
+    /// Opens the inner dialog from the outer one.
+    std::function<void(QWidget&)> openInner;
+  };
+  const auto press = [](QWidget& dialog, const char* button) {
+    dialog.findChild<QAbstractButton*>(QLatin1String(button))->click();
+  };
+  const Case cases[] = {
+      {"file dialog of export", [this] { EXPECT_FALSE(control().ShowExportDialog()); },
+       [&](QWidget& dialog) { press(dialog, "cmdBrowse"); }},
+      {"box of export", [this] { EXPECT_FALSE(control().ShowExportDialog()); },
+       [&](QWidget& dialog) { press(dialog, "cmdAction_0"); }},
+      {"box of resize", [this] { EXPECT_FALSE(control().ShowResizeDialog()); },
+       [&](QWidget& dialog) {
+         dialog.findChild<QLineEdit*>(QStringLiteral("txtField_0"))->setText(QStringLiteral("0"));
+         press(dialog, "cmdAction_0");
+       }},
+      {"shadow of the thumbnail", [this] { EXPECT_EQ(control().ShowGetThumnailDialog(), nullptr); },
+       [&](QWidget& dialog) {
+         dialog.findChild<QAbstractButton*>(QStringLiteral("chkAddDropShadow"))->setChecked(true);
+         press(dialog, "cmdOptions");
+       }},
+  };
+  for (const Case& each : cases) {
+    for (const Ends what : {Ends::Editor, Ends::Window}) {
+      SCOPED_TRACE(std::string(each.name) + (what == Ends::Editor ? ", the editor" : ", the window"));
+      start();
+      QPointer<QWidget> outer, inner;
+      whenModalOpens([&](QWidget& dialog) {
+        outer = &dialog;
+        whenModalOpens([&](QWidget& opened) {
+          inner = &opened;
+          EXPECT_NE(&opened, outer.data());
+          end(what);
+        });
+        each.openInner(dialog);
+      });
+      each.open();
+      EXPECT_FALSE(outer && outer->isVisible());
+      EXPECT_FALSE(inner && inner->isVisible());
+      expectNothingLeft();
+    }
+  }
 }
 
 TEST_F(HostDuringADialog, MayEndTheEditorUnderItsContextMenu) {
