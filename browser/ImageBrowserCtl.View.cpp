@@ -10,11 +10,12 @@ constexpr std::int32_t kPercent = 100;
 
 void ImageBrowserCtl::zConnectView() {
   const auto keep = [this](Connection connection) { iConnections.push_back(std::move(connection)); };
-  keep(thvBrowse.FolderLoadStart.Connect([this](bool&) { thvBrowse_FolderLoadStart(); }));
+  keep(thvBrowse.FolderLoadStart.Connect([this](bool& cancel) { thvBrowse_FolderLoadStart(cancel); }));
   keep(thvBrowse.FolderSearchComplete.Connect(
       [this](std::int32_t count) { thvBrowse_FolderSearchComplete(count); }));
-  keep(thvBrowse.ThumbnailLoaded.Connect(
-      [this](Thumbnail& item, std::int32_t percent, bool&) { thvBrowse_ThumbnailLoaded(item, percent); }));
+  keep(thvBrowse.ThumbnailLoaded.Connect([this](Thumbnail& item, std::int32_t percent, bool& cancel) {
+    thvBrowse_ThumbnailLoaded(item, percent, cancel);
+  }));
   keep(thvBrowse.FolderLoadComplete.Connect(
       [this](bool cancelled) { thvBrowse_FolderLoadComplete(cancelled); }));
   keep(thvBrowse.RecalculatingThumbnailsStart.Connect(
@@ -44,11 +45,12 @@ void ImageBrowserCtl::zHideProgress() {
   Status({});
 }
 
-void ImageBrowserCtl::thvBrowse_FolderLoadStart() {
+void ImageBrowserCtl::thvBrowse_FolderLoadStart(bool& Cancel) {
   try {
     Status("Searching for images...");
+    zCancelWhileHidden(Cancel);
   } catch (...) {
-    QDK_TRAILER(thvBrowse_FolderLoadStart, QDK_PARAMETERS(), QDK_LOCALS());
+    QDK_TRAILER(thvBrowse_FolderLoadStart, QDK_PARAMETERS(Cancel), QDK_LOCALS());
   }
 }
 
@@ -60,11 +62,12 @@ void ImageBrowserCtl::thvBrowse_FolderSearchComplete(std::int32_t Count) {
   }
 }
 
-void ImageBrowserCtl::thvBrowse_ThumbnailLoaded(Thumbnail& Item, std::int32_t Percent) {
+void ImageBrowserCtl::thvBrowse_ThumbnailLoaded(Thumbnail& Item, std::int32_t Percent, bool& Cancel) {
   try {
     mrgUI.StatusPanel("Progress").ProgressValue(Percent);
+    zCancelWhileHidden(Cancel);
   } catch (...) {
-    QDK_TRAILER(thvBrowse_ThumbnailLoaded, QDK_PARAMETERS(Item, Percent), QDK_LOCALS());
+    QDK_TRAILER(thvBrowse_ThumbnailLoaded, QDK_PARAMETERS(Item, Percent, Cancel), QDK_LOCALS());
   }
 }
 

@@ -50,6 +50,8 @@ void ImageBrowserCtl::zConnect() {
       [this](const PropertyBag& bag) { UserControl_ReadProperties(bag); }));
   keep(UserControl.WriteProperties.Connect([this](PropertyBag& bag) { UserControl_WriteProperties(bag); }));
   keep(UserControl.Resize.Connect([this] { UserControl_Resize(); }));
+  keep(UserControl.Show.Connect([this] { UserControl_Show(); }));
+  keep(UserControl.Hide.Connect([this] { UserControl_Hide(); }));
 
   keep(mrgUI.CommandClick.Connect([this](Command& command) { mrgUI_CommandClick(command); }));
   keep(mrgUI.ClientAreaChanged.Connect([this] { mrgUI_ClientAreaChanged(); }));
@@ -132,6 +134,26 @@ void ImageBrowserCtl::UserControl_Resize() {
   } catch (...) {
     QDK_TRAILER(UserControl_Resize, QDK_PARAMETERS(), QDK_LOCALS());
   }
+}
+
+// Nobody waits for the thumbnails of a closed window.
+
+void ImageBrowserCtl::UserControl_Hide() { iHidden = true; }
+
+void ImageBrowserCtl::UserControl_Show() {
+  try {
+    iHidden = false;
+    if (!std::exchange(iLoadsWhenShown, false)) return;
+    thvBrowse.Refresh();
+  } catch (...) {
+    QDK_TRAILER(UserControl_Show, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+void ImageBrowserCtl::zCancelWhileHidden(bool& Cancel) {
+  if (!iHidden) return;
+  iLoadsWhenShown = true;
+  Cancel = true;
 }
 
 void ImageBrowserCtl::mrgUI_ClientAreaChanged() {
@@ -256,7 +278,8 @@ void ImageBrowserCtl::ftvBrowse_MyComputerClick() {
 // -- Diagnostics ------------------------------------------------------------------------------------------
 
 std::string ImageBrowserCtl::qdkDumpModuleVariables() const {
-  return QDK_FIELDS(mrgUI, pnlBrowse, ftvBrowse, thvBrowse, pShowMenuBar, iRuntime, iHelp);
+  return QDK_FIELDS(mrgUI, pnlBrowse, ftvBrowse, thvBrowse, pShowMenuBar, iRuntime, iHelp, iHidden,
+                    iLoadsWhenShown);
 }
 
 }  // namespace kestrel

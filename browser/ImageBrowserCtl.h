@@ -82,6 +82,8 @@ class ImageBrowserCtl final : public IImageBrowserCtl {
   void UserControl_ReadProperties(const PropertyBag& PropBag);
   void UserControl_WriteProperties(PropertyBag& PropBag);
   void UserControl_Resize();
+  void UserControl_Show();
+  void UserControl_Hide();
   void zInitialize();
   void zShowMenuBar();
 
@@ -105,9 +107,9 @@ class ImageBrowserCtl final : public IImageBrowserCtl {
   void zShowAbout();
 
   // The thumbnail view
-  void thvBrowse_FolderLoadStart();
+  void thvBrowse_FolderLoadStart(bool& Cancel);
   void thvBrowse_FolderSearchComplete(std::int32_t Count);
-  void thvBrowse_ThumbnailLoaded(Thumbnail& Item, std::int32_t Percent);
+  void thvBrowse_ThumbnailLoaded(Thumbnail& Item, std::int32_t Percent, bool& Cancel);
   void thvBrowse_FolderLoadComplete(bool Cancelled);
   void thvBrowse_RecalculatingThumbnailsStart();
   void thvBrowse_RecalculatedThumbnail(Thumbnail& Item);
@@ -116,6 +118,7 @@ class ImageBrowserCtl final : public IImageBrowserCtl {
   void thvBrowse_ThumbnailDblClick(Thumbnail& Item);
   void thvBrowse_DeletePressed();
   void thvBrowse_ViewChange(std::int32_t View);
+  void zCancelWhileHidden(bool& Cancel);
   void zShowProgress(std::int32_t Maximum);
   void zHideProgress();
 
@@ -132,6 +135,8 @@ class ImageBrowserCtl final : public IImageBrowserCtl {
   bool iRuntime = false;
   std::unique_ptr<HelpViewer> iHelp;
   bool iRetired = false;
+  bool iHidden = false;          ///< it was shown and is hidden now
+  bool iLoadsWhenShown = false;  ///< hiding it has ended a load
 
   std::vector<Connection> iConnections;
 };

@@ -253,6 +253,57 @@ TEST_F(BrowserControl, ShowsTheProgressOfARecalculation) {
   EXPECT_EQ(panel("pnlStatus"), " ");
 }
 
+TEST_F(BrowserControl, EndsTheLoadOfAClosedWindowAndLoadsWhenItIsShownAgain) {
+  start();
+  site().Visible(false);
+  view().Thumbnails().files({"a.png"});
+  bool cancel = false;
+  view().ThumbnailLoaded(view().Thumbnails().Item(1), 50, cancel);
+  EXPECT_TRUE(cancel);
+  view().FolderLoadComplete(true);
+  EXPECT_THAT(view().calls, IsEmpty());
+  site().Visible(true);
+  EXPECT_THAT(view().calls, ElementsAre("Refresh"));
+  cancel = false;
+  view().FolderLoadStart(cancel);
+  EXPECT_FALSE(cancel);
+}
+
+TEST_F(BrowserControl, AClosedWindowStartsNoLoad) {
+  start();
+  site().Visible(false);
+  bool cancel = false;
+  view().FolderLoadStart(cancel);
+  EXPECT_TRUE(cancel);
+}
+
+TEST_F(BrowserControl, ALoadThatWasCompleteIsNotRepeatedWhenItIsShownAgain) {
+  start();
+  view().load({"a.png"});
+  forget();
+  site().Visible(false);
+  site().Visible(true);
+  EXPECT_THAT(view().calls, IsEmpty());
+}
+
+TEST_F(BrowserControl, TheFirstShowAnnouncesTheFolderThatTheTreeHasSelected) {
+  create();
+  site().InitProperties();
+  site().Move(0, 0, 800, 600);
+  EXPECT_THAT(events(), ElementsAre("InvalidPathChange", "PathChange C:\\"));
+  EXPECT_EQ(view().Folder(), "C:\\");
+  EXPECT_EQ(browser().Path(), "C:\\");
+}
+
+TEST_F(BrowserControl, PathPassesToTheTreeAndBack) {
+  makeFolder("C:\\Photos\\2001");
+  start();
+  browser().Path("C:\\Photos\\2001");
+  EXPECT_EQ(browser().Path(), "C:\\Photos\\2001\\");
+  EXPECT_EQ(browser().ObjectFolderBrowse().Path(), "C:\\Photos\\2001\\");
+  EXPECT_EQ(view().Folder(), "C:\\Photos\\2001\\");
+}
+
 // -- The view -----------------------------------------------------------------------------------------------
 
 TEST_F(BrowserControl, ADoubleClickShowsTheSingleView) {
