@@ -115,6 +115,8 @@ std::unique_ptr<Window> makeControl(Window& parent, const ControlDescription& de
       return makePreviewSite(parent.desktop(), &parent, description.name, surroundings);
     case ControlKind::kEditor:
       return makeEditorSite(parent.desktop(), &parent, description.name, true, surroundings);
+    case ControlKind::kBrowser:
+      return makeBrowserSite(parent.desktop(), &parent, description.name, true, surroundings);
     case ControlKind::kFormHeader:
       return make<FormHeader>(parent, description);
     case ControlKind::kPictureBox:

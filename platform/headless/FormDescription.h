@@ -27,6 +27,7 @@ enum class ControlKind {
   kSplitPanel,
   kPreview,
   kEditor,
+  kBrowser,
 };
 
 /// One control as stored in its form. Fields that do not apply to a class have their initial values.

@@ -44,6 +44,7 @@ constexpr KindOfWidget kKinds[] = {
     {"SplitPanelWidget", "SplitPanel"},
     {"PreviewWidget", "Preview"},
     {"EditorWidget", "Editor"},
+    {"BrowserWidget", "Browser"},
 };
 
 /// Empty for a plain container. The class of a promoted widget may be in a namespace.

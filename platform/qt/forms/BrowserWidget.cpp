@@ -1,0 +1,52 @@
+#include "BrowserWidget.h"
+
+#include <QAction>
+#include <vector>
+
+#include "Resources/Layouts.h"
+#include "platform/docking/LayoutReader.h"
+#include "platform/qt/controls/SplitPanelControl.h"
+#include "platform/qt/docking/QtMoorage.h"
+#include "platform/qt/thumbnails/QtThumbnailView.h"
+#include "platform/qt/thumbnails/ThumbnailArea.h"
+#include "platform/qt/tree/FolderTreeWidget.h"
+
+namespace kestrel::qt {
+namespace {
+
+std::vector<DesktopKey> desktopKeys() {
+  return {
+      {"btnFileClose", QKeySequence::keyBindings(QKeySequence::Close)},
+      {"btnHelpContents", QKeySequence::keyBindings(QKeySequence::HelpContents)},
+  };
+}
+
+}  // namespace
+
+void BrowserWidget::populate(QtSite& site, const SiteServices& services) {
+  bars_ = new MoorageWindow(this);
+  connect(bars_, &MoorageWindow::smallestSizeChanged, this, &QWidget::updateGeometry);
+  auto moorage = std::make_unique<QtMoorage>(*bars_, ControlId{"mrgUI"},
+                                             docking::readLayout(resources::browserLayout()));
+  moorage_ = moorage.get();
+  moorage_->popupActions = [this] { return actions(); };
+  if (property("DesktopKeys").toBool()) moorage_->useDesktopKeys(desktopKeys());
+  site.add(std::move(moorage));
+
+  // Created after the suite, so that it is above the client area.
+  panel_ = new SplitPanelWidget(this);
+  site.add(std::make_unique<SplitPanelControl>(*panel_, ControlId{"pnlBrowse"}));
+  auto* const tree = new FolderTreeWidget(this);
+  site.add(std::make_unique<QtSite>(*tree, "ftvBrowse", site.UserMode(), services));
+  auto* const area = new ThumbnailArea(this);
+  auto view = std::make_unique<QtThumbnailView>(*area, ControlId{"thvBrowse"}, services);
+  thumbnails_ = view.get();
+  site.add(std::move(view));
+  setFocusProxy(area);
+}
+
+QSize BrowserWidget::minimumSizeHint() const {
+  return bars_ ? bars_->minimumSizeHint().expandedTo(panel_->minimumSizeHint()) : QSize();
+}
+
+}  // namespace kestrel::qt
