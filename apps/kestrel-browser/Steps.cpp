@@ -1,0 +1,57 @@
+#include "Steps.h"
+
+#include <chrono>
+
+namespace kestrel::app {
+namespace {
+
+constexpr std::chrono::seconds kPatience(120);
+
+bool waitUntilLoaded(const BrowserWindow& window, qt::Desktop& desktop) {
+  const auto end = std::chrono::steady_clock::now() + kPatience;
+  desktop.settle();
+  while (window.loading()) {
+    if (std::chrono::steady_clock::now() > end) refuse("The folder is still being loaded.");
+    desktop.settle();
+  }
+  return true;
+}
+
+bool setView(BrowserWindow& window, const std::string& word) {
+  const std::int32_t view = numberOf(word);
+  if (view < kViewThumbnail || view > kViewSingle) refuse("\"" + word + "\" is not a view: 0, 1 or 2.");
+  window.browser().ObjectThumbnailView().View(view);
+  return true;
+}
+
+}  // namespace
+
+std::vector<Step> browserSteps(BrowserWindow& window, EditorWindows& editors, qt::Desktop& desktop) {
+  return {
+      {"path", 1,
+       [&window](const Words& words) {
+         window.path(words[0]);
+         return true;
+       }},
+      {"view", 1, [&window](const Words& words) { return setView(window, words[0]); }},
+      {"loaded", 0, [&window, &desktop](const Words&) { return waitUntilLoaded(window, desktop); }},
+      {"select", 1,
+       [&window](const Words& words) {
+         std::vector<std::int32_t> numbers;
+         for (const std::string& word : words) numbers.push_back(numberOf(word));
+         window.select(numbers);
+         return true;
+       }},
+      {"open", 1,
+       [&window, &editors](const Words& words) {
+         return editors.open(window.browser().Thumbnails().Item(numberOf(words[0])).Filename());
+       }},
+      {"editor", 1,
+       [&editors, &desktop](const Words& words) {
+         if (!editors.latest()) refuse("No editor is open.");
+         return desktop.saveScreenshot(editors.latest()->form(), words[0]);
+       }},
+  };
+}
+
+}  // namespace kestrel::app
