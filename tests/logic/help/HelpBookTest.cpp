@@ -110,6 +110,15 @@ const std::set<std::string> kWithoutPage = {
     "btnHelpAbout",
 };
 
+/// The same of the browser.
+const std::map<std::string, std::string> kPageOfBrowserCommand = {
+    {"btnFileClose", "browse-files"},        {"btnViewThumbnail", "browse-views"},
+    {"btnViewFilmstrip", "browse-views"},    {"btnViewSingle", "browse-views"},
+    {"btnImageCopy", "browse-files"},        {"btnImageMove", "browse-files"},
+    {"btnImageDelete", "browse-files"},      {"btnImageRename", "browse-files"},
+    {"btnImageInformation", "browse-files"},
+};
+
 const docking::StoredLayout& layout() {
   static const docking::StoredLayout kLayout = docking::readLayout(resources::dialogLayout());
   return kLayout;
@@ -179,6 +188,22 @@ TEST(HelpBook, DescribesEveryCommandOfTheMenusAndBars) {
       EXPECT_THAT(kWithoutPage, Contains(command));
     } else {
       EXPECT_THAT(pages(), Contains(row->second + ".html")) << command;
+    }
+  }
+}
+
+TEST(HelpBook, DescribesEveryCommandOfTheBrowserWithItsIcon) {
+  for (const auto& command : docking::readLayout(resources::browserLayout()).commands) {
+    if (command.type != kCommandButton || command.category == "Help") continue;
+    const auto row = kPageOfBrowserCommand.find(command.key);
+    ASSERT_NE(row, kPageOfBrowserCommand.end()) << command.key;
+    const std::string text = textOf(kBook / (row->second + ".html"));
+    std::string name = command.caption;
+    std::erase(name, '&');
+    if (name.ends_with("...")) name.resize(name.size() - 3);
+    EXPECT_THAT(text, HasSubstr(name)) << command.key;
+    if (!command.image.empty()) {
+      EXPECT_THAT(text, HasSubstr("icons/" + resources::iconFileName(command.image))) << command.key;
     }
   }
 }

@@ -4,6 +4,7 @@
 #include "../diagnostics/FakeDebugClient.h"
 #include "Reports.h"
 #include "apps/common/window/EditorWindow.h"
+#include "browser/ImageBrowser.h"
 #include "dialogs/frmResources.h"
 #include "settings/MRU.h"
 
@@ -66,6 +67,19 @@ TEST_F(CountedObjects, AreTheControlAndItsToolWindows) {
   for (const Counted object : objects) expectGone(object);
 }
 
+TEST_F(CountedObjects, AreTheBrowserItsTreeAndItsWindow) {
+  const auto objects = {Counted::kImageBrowser, Counted::kImageBrowserCtl, Counted::kFolderTreeView};
+  {
+    ImageBrowser browser;
+    for (const Counted object : objects) expectAlive(object);
+    EXPECT_EQ(counts(Counted::kfrmImageBrowser), std::pair(0, 0)) << "not loaded yet";
+    browser.Show();
+    expectAlive(Counted::kfrmImageBrowser);
+  }
+  for (const Counted object : objects) expectGone(object);
+  expectGone(Counted::kfrmImageBrowser);
+}
+
 TEST_F(CountedObjects, AreTheDialogAndItsPreview) {
   const auto site = headless_->createEditorSite();
   ImageProcessingCtl editor(*site);
@@ -105,7 +119,7 @@ TEST_F(CountedObjects, AreAllWindowsThatCanBeMade) {
   EXPECT_THROW(CountedForm("frmControls"), RuntimeError) << "of a name that is not in the table";
   for (const char* name : {"frmMaterials", "frmZoom", "frmRotate", "frmDropShadow", "frmFlattenAlpha",
                            "frmPasteSpecial", "frmResize", "frmResizeCanvas", "frmOptions", "frmExport",
-                           "frmGetThumnail", "frmResources", "frmImageEditor"}) {
+                           "frmGetThumnail", "frmResources", "frmImageEditor", "frmImageBrowser"}) {
     const CountedForm form(name);
     form->Load();
     expectAlive(modTollgarthSupport::CountedWindow(name));
