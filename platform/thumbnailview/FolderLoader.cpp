@@ -184,7 +184,6 @@ class FolderLoader::State final : public Workers::Source, public std::enable_sha
     LoadResult result = maker_.make(folder, request);
     const std::lock_guard lock(mutex_);
     if (!isCurrent(visit)) return;
-    order_.finish(request);
     inbox_.results.push_back(std::move(result));
     postDelivery();
   }
@@ -234,6 +233,8 @@ void FolderLoader::State::deliver() {
     const auto end = results.begin() + static_cast<std::ptrdiff_t>(std::min(results.size(), kBatch));
     batch.results.assign(std::make_move_iterator(results.begin()), std::make_move_iterator(end));
     results.erase(results.begin(), end);
+    // Not before: while a result waits here, the owner still asks for it.
+    for (const LoadResult& result : batch.results) order_.finish(result.key, result.side);
     if (!results.empty()) postDelivery();
     if (paused) wake_();
   }

@@ -63,6 +63,19 @@ void ThumbnailViewModel::Inside::setScroll(std::int64_t position) {
   scroll = std::clamp<std::int64_t>(position, 0, arrangement.scrollRange());
 }
 
+void ThumbnailViewModel::Inside::anchorView() {
+  const ItemRange shown = visible();
+  anchor.reset();
+  if (scroll == 0 || shown.empty()) return;
+  anchor = list.items()[static_cast<std::size_t>(shown.first)];
+  anchorOffset = arrangement.begin(shown.first) - scroll;
+}
+
+void ThumbnailViewModel::Inside::returnToAnchor() {
+  const auto item = anchor.lock();
+  if (item && item->place >= 0) setScroll(arrangement.begin(item->place) - anchorOffset);
+}
+
 std::int32_t ThumbnailViewModel::Inside::largeItem() const { return mode == kViewThumbnail ? -1 : focus; }
 
 ItemRange ThumbnailViewModel::Inside::visible() const { return arrangement.visible(scroll); }

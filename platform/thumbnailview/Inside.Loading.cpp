@@ -58,6 +58,7 @@ void ThumbnailViewModel::Inside::emptyList() {
   selection.reset(0);
   focus = -1;
   scroll = 0;
+  anchor.reset();
   problem.clear();
   typeAhead.reset();
   pictures.recount(list);
@@ -134,17 +135,6 @@ void ThumbnailViewModel::Inside::follow(const ListChange& change) {
   }
   if (!change.any) return;
 
-  // The item at the top edge stays where it is, unless the view is at its beginning.
-  const ItemRange shown = visible();
-  std::int32_t anchor = -1;
-  std::int64_t offset = 0;
-  for (std::int32_t item = shown.first; scroll > 0 && anchor < 0 && item < shown.last; ++item) {
-    const std::int32_t place = change.places[static_cast<std::size_t>(item)];
-    if (place < 0) continue;
-    anchor = place;
-    offset = arrangement.begin(item) - scroll;
-  }
-
   endGesture();
   selection.remap(change.places, list.count());
   const std::int32_t focusBefore = focus;
@@ -160,7 +150,10 @@ void ThumbnailViewModel::Inside::follow(const ListChange& change) {
                                                         [](const auto& item) { return item->remaking; }));
   }
   arrange();
-  if (anchor >= 0) setScroll(arrangement.begin(anchor) - offset);
+  returnToAnchor();
+  // The anchor itself may be gone.
+  const auto kept = anchor.lock();
+  if (!kept || kept->place < 0) anchorView();
   selectShown();
   invalidateAll();
   view.scrollChanged();

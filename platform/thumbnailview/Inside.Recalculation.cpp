@@ -51,6 +51,7 @@ void ThumbnailViewModel::Inside::startRecalculation() {
     for (const auto& item : list.items()) {
       if (item->madeSide != Item::kFinal) side = std::max(side, item->madeSide);
     }
+    updateWanted();
     static_cast<void>(endRecalculation());
     return;
   }

@@ -92,11 +92,15 @@ struct ThumbnailViewModel::Inside final : FolderLoader::Listener {
   void alter(Change change) {
     const Appearance before = appearance();
     change();
+    if (scroll != before.scroll) anchorView();
     showDifference(before);
     updateWanted();
   }
   void arrange();
   void setScroll(std::int64_t position);
+  /// Remembers the item at the edge, which stays where it is when the list or the layout changes.
+  void anchorView();
+  void returnToAnchor();
   void invalidateAll();
   void invalidateItem(const Item& item);
   std::int32_t largeItem() const;
@@ -161,6 +165,8 @@ struct ThumbnailViewModel::Inside final : FolderLoader::Listener {
   Metrics metrics;
   Size viewport;
   std::int64_t scroll = 0;
+  std::weak_ptr<const Item> anchor;  ///< of the scroll position; none at the beginning
+  std::int64_t anchorOffset = 0;     ///< from the scroll position to the begin of the anchor's cell
 
   // Input
   Gesture gesture = Gesture::kNone;

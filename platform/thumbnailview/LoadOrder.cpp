@@ -65,7 +65,7 @@ std::optional<LoadRequest> LoadOrder::take() {
   return taken;
 }
 
-void LoadOrder::finish(const LoadRequest& request) { atWork_.erase(identityOf(request)); }
+void LoadOrder::finish(FileKey key, std::int32_t side) { atWork_.erase({key, side}); }
 
 bool LoadOrder::empty() const { return first_.empty() && waiting_.empty() && later_.empty(); }
 

@@ -29,8 +29,8 @@ class LoadOrder {
 
   /// The next request, which is then at work until `finish`. A file is never at work twice at the same size.
   std::optional<LoadRequest> take();
-  /// Ends a request that was taken. An unknown one is ignored.
-  void finish(const LoadRequest& request);
+  /// Ends the request of a file at a size that was taken. An unknown one is ignored.
+  void finish(FileKey key, std::int32_t side);
 
   bool empty() const;
   std::size_t atWork() const { return atWork_.size(); }

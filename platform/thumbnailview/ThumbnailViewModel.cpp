@@ -87,6 +87,7 @@ void ThumbnailViewModel::View(std::int32_t value) {
     const Arrangement& arrangement = inside.arrangement;
     inside.setScroll(arrangement.begin(inside.focus) - (arrangement.page() - arrangement.pitch()) / 2);
   }
+  inside.anchorView();
   inside.selectShown();
   inside.invalidateAll();
   scrollChanged();
@@ -126,14 +127,12 @@ void ThumbnailViewModel::layOut(Size viewport, const Metrics& metrics) {
   if (viewport == inside.viewport && metrics == inside.metrics) return;
   const ItemRange shown = inside.visible();
   const bool focusShown = shown.contains(inside.focus);
-  const std::int32_t anchor = inside.scroll > 0 && !shown.empty() ? shown.first : -1;
-  const std::int64_t offset = anchor < 0 ? 0 : inside.arrangement.begin(anchor) - inside.scroll;
   const bool rescaled = metrics.scale != inside.metrics.scale;
   inside.endGesture();
   inside.viewport = viewport;
   inside.metrics = metrics;
   inside.arrange();
-  if (anchor >= 0) inside.setScroll(inside.arrangement.begin(anchor) - offset);
+  inside.returnToAnchor();
   if (focusShown) inside.setScroll(inside.arrangement.scrollToShow(inside.focus, inside.scroll));
   if (rescaled) inside.setSide(sideFor(metrics.scale));
   inside.invalidateAll();

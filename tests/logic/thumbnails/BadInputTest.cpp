@@ -3,6 +3,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -40,9 +41,11 @@ class BadInput : public test::ViewTest {
     fs::remove_all(folder_);
   }
 
-  void picture(const std::string& name, std::uint8_t shade = 50, std::int32_t side = 200) const {
+  void picture(const std::string& name, std::uint8_t shade = 50, std::int32_t side = 200) {
     engine::encodeFile(engine::Bitmap::filled(side, side, {shade, shade, shade, 255}), {},
                        engine::format::kPng, {}, folder_ / "new.tmp");
+    // Pictures written within one tick of the file system's clock must differ in their times, too.
+    fs::last_write_time(folder_ / "new.tmp", fs::file_time_type::clock::now() - std::chrono::seconds(age_--));
     fs::rename(folder_ / "new.tmp", folder_ / name);
   }
   void file(const std::string& name, const std::string& content) const {
@@ -63,6 +66,7 @@ class BadInput : public test::ViewTest {
   std::uint8_t shadeOf(const std::string& name) { return view().pictureOf(find(name)).bitmap.at(0, 0).r; }
 
   fs::path folder_;
+  int age_ = 1000;
 };
 
 TEST_F(BadInput, PipesDevicesAndSocketsAreLeftOut) {

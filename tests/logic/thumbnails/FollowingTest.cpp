@@ -156,6 +156,7 @@ TEST_F(Following, WhatIsVisibleStaysWhereItIsWhenFilesComeAboveIt) {
 }
 
 TEST_F(Following, FilesThatComeDuringALoadAreReported) {
+  makeWithThreads(5);
   access_->hold();
   view().Folder("/other");
   ASSERT_TRUE(runUntil([this] { return view().itemCount() == 3; }));
@@ -171,6 +172,7 @@ TEST_F(Following, FilesThatComeDuringALoadAreReported) {
 }
 
 TEST_F(Following, AFileThatGoesDuringALoadDoesNotHoldItUp) {
+  makeWithThreads(4);
   access_->hold();
   view().Folder("/other");
   ASSERT_TRUE(runUntil([this] { return view().itemCount() == 3; }));

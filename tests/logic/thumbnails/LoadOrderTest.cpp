@@ -55,7 +55,7 @@ TEST(LoadOrder, TakesAFileAgainAfterItsEnd) {
   const auto first = order.take();
   order.want({request(1)}, {});
   EXPECT_FALSE(order.take()) << "it is at work";
-  order.finish(*first);
+  order.finish(first->key, first->side);
   order.want({request(1)}, {});
   EXPECT_TRUE(order.take());
 }

@@ -99,8 +99,8 @@ TEST_F(Loading, TheVisibleItemsComeFirst) {
   fill(100);
   access_->hold();
   view().Folder("/pictures");
-  ASSERT_TRUE(access_->waitForBegun(1));
   ASSERT_TRUE(runUntil([this] { return view().itemCount() == 100; }));
+  ASSERT_TRUE(access_->waitForBegun(1));
   view().scrollTo(10 * 170);  // items 41 to 52
   access_->release();
   settle();
@@ -220,6 +220,7 @@ TEST_F(Loading, LeavingAFolderDoesNotWaitForItsDecoder) {
   fill(10);
   access_->hold();
   view().Folder("/pictures");
+  ASSERT_TRUE(runUntil([this] { return view().itemCount() == 10; }));
   ASSERT_TRUE(access_->waitForBegun(1));
   view().Folder("");  // the decoder is still held up
   EXPECT_EQ(access_->finished(), 0u);
@@ -235,6 +236,7 @@ TEST_F(Loading, ClosingTheViewDoesNotWaitForADecoder) {
   fill(10);
   access_->hold();
   view().Folder("/pictures");
+  ASSERT_TRUE(runUntil([this] { return view().itemCount() == 10; }));
   ASSERT_TRUE(access_->waitForBegun(1));
   view_.reset();
   EXPECT_EQ(access_->finished(), 0u);

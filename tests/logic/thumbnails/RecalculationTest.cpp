@@ -97,6 +97,8 @@ TEST_F(Recalculation, AnotherFolderEndsIt) {
 }
 
 TEST_F(Recalculation, AFileThatGoesDoesNotHoldItUp) {
+  makeWithThreads(4);
+  open();
   access_->hold();
   scaleTo(2);
   ASSERT_TRUE(runUntilEvent("recalculating"));

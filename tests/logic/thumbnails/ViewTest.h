@@ -38,6 +38,13 @@ class ViewTest : public testing::Test {
     record();
   }
 
+  /// Makes the view anew, with so many worker threads: one more than are held up can still read the folder.
+  void makeWithThreads(int count) {
+    view_.reset();
+    workers_ = std::make_shared<Workers>(count);
+    make();
+  }
+
   /// Pictures "1.jpg" to "N.jpg".
   void fill(int count) {
     for (int i = 1; i <= count; ++i) access_->put(std::to_string(i) + ".jpg");
