@@ -15,13 +15,14 @@ class PopupActions {
  public:
   PopupActions(QMenu& menu, const QList<QAction*>& actions) : menu_(menu) {
     if (actions.isEmpty()) return;
-    separator_ = menu.addSeparator();
     for (QAction* action : actions) added_.append(action);
-    menu.addActions(actions);
+    // The menu is filled as it opens, by the slot that was connected first.
+    opening_ = QObject::connect(&menu, &QMenu::aboutToShow, &menu, [this] { append(); });
   }
   PopupActions(const PopupActions&) = delete;
   PopupActions& operator=(const PopupActions&) = delete;
   ~PopupActions() {
+    QObject::disconnect(opening_);
     for (QAction* action : added_) {
       if (action) menu_.removeAction(action);
     }
@@ -29,9 +30,17 @@ class PopupActions {
   }
 
  private:
+  void append() {
+    separator_ = menu_.addSeparator();
+    for (QAction* action : added_) {
+      if (action) menu_.addAction(action);
+    }
+  }
+
   QMenu& menu_;
-  QAction* separator_ = nullptr;
+  QPointer<QAction> separator_;
   QList<QPointer<QAction>> added_;
+  QMetaObject::Connection opening_;
 };
 
 }  // namespace
