@@ -193,24 +193,30 @@ TEST_F(ThumbnailDialog, ItCannotBecomeTooSmallForItsParts) {
 
 TEST_F(ThumbnailDialog, OpensWhereItWas) {
   const QRect place(40, 50, 700, 520);
-  if (!QGuiApplication::primaryScreen()->availableGeometry().contains(place)) {
-    GTEST_SKIP() << "at this scale the screen is too small for it";
-  }
+  const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
   show([&](DialogUser& user) {
     user.window().setGeometry(place);
     settle();
   });
-  show([&](DialogUser& user) { EXPECT_EQ(user.window().geometry(), place); });
+  show([&](DialogUser& user) {
+    const QRect now = user.window().geometry();
+    // At a larger scale the screen of the tests is too small for the window.
+    if (screen.contains(place)) {
+      EXPECT_EQ(now, place);
+    } else {
+      EXPECT_TRUE(screen.contains(now.topLeft()));
+    }
+  });
 }
 
 TEST_F(ThumbnailDialog, ShowsALargeThumbnailSmallerAndSaysSoAboveIt) {
   show([](DialogUser& user) {
     user.press(Qt::Key_W, Qt::AltModifier);
     user.type("9000");  // 40.5 megapixels
-    auto& pane = *user.window().findChild<QWidget*>(QStringLiteral("igxPreview"));
-    auto& strip = *pane.findChild<QWidget*>(QStringLiteral("notice"));
+    // The second is that of the right pane.
+    QWidget& strip = *user.window().findChildren<QWidget*>(QStringLiteral("notice")).at(1);
     EXPECT_TRUE(strip.isVisible());
-    EXPECT_LT(strip.height(), pane.height() / 2) << "the picture stays in view";
+    EXPECT_LT(strip.height(), strip.parentWidget()->height() / 2) << "the picture stays in view";
     EXPECT_TRUE(user.part<QPushButton>("headerOK").isEnabled());
     EXPECT_EQ(user.focus(), "txtField_1");
     writeScreenshot(user.window(), "thumbnail-large");

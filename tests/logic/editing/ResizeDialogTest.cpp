@@ -368,8 +368,7 @@ TEST_P(EditingResizeDialog, TakesTheLeadingNumberOfATextRounded) {
 }
 
 TEST_P(EditingResizeDialog, ASizeBeyond32BitsIsRefusedInABox) {
-  EXPECT_EQ(refusalOf([](Dialog& dialog) { dialog.enter("99999999999", "30"); }),
-            "The number is too large.");
+  EXPECT_EQ(refusalOf([](Dialog& dialog) { dialog.enter("99999999999", "30"); }), "The number is too large.");
   EXPECT_TRUE(same(shown(), gradient(kWidth, kHeight)));
 }
 
