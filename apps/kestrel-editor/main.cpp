@@ -13,7 +13,7 @@ constexpr char kProgram[] = "kestrel-editor";
 
 int run(const Arguments& arguments, qt::Desktop& desktop, BoxScript& boxes) {
   boxes.unattended = arguments.quit;
-  const Connection storeTrouble = assemble(desktop, "KestrelLib2 Image Editor", boxes);
+  const Connection storeTrouble = assemble(desktop, kEditorTitle, boxes);
   const Apartment apartment(desktop.platform());
 
   std::unique_ptr<RecoveryStore> kept = recoveryStore();

@@ -92,7 +92,7 @@ void EditorWindow::igxImage_ModifiedChanged() {
   }
 }
 
-void EditorWindow::showName() { modProcessing::SetWindowCaption(*form_, {}, editor_->Filename()); }
+void EditorWindow::showName() { modProcessing::SetWindowCaption(*form_, kEditorTitle, editor_->Filename()); }
 
 std::string EditorWindow::qdkDumpModuleVariables() const { return QDK_FIELDS(editor_); }
 

@@ -11,6 +11,9 @@
 
 namespace kestrel::app {
 
+/// The editor's title in captions, also in a program of another title.
+inline constexpr char kEditorTitle[] = "KestrelLib2 Image Editor";
+
 /// A window for the editor control: shows the file's name in its caption, reports unsaved changes to the
 /// desktop and asks about them, and restores its position.
 class EditorWindow {
