@@ -12,6 +12,7 @@
 #include "BrowserBench.h"
 #include "EditorBench.h"
 #include "platform/qt/controls/SplitPanelWidget.h"
+#include "platform/qt/tree/TreeWidget.h"
 
 namespace kestrel::desktop {
 namespace {
@@ -62,6 +63,7 @@ class Browser : public testing::Test {
     return texts;
   }
 
+  qt::TreeWidget& tree() { return *bench_.widget().findChild<qt::TreeWidget*>(); }
   qt::SplitPanelWidget& split() { return *bench_.widget().findChild<qt::SplitPanelWidget*>(); }
   QWidget& divider() { return *split().findChild<QWidget*>(QStringLiteral("divider")); }
 
@@ -203,9 +205,7 @@ TEST_F(Browser, TheDividerMovesByKeys) {
 
 TEST_F(Browser, TabGoesFromTheTreeToTheDividerAndToThePictures) {
   open();
-  const QWidget* const tree = bench_.widget().findChild<QWidget*>(QStringLiteral("tvwFolders"));
-  ASSERT_NE(tree, nullptr);
-  bench_.widget().findChild<QWidget*>(QStringLiteral("tvwFolders"))->setFocus(Qt::TabFocusReason);
+  tree().setFocus(Qt::TabFocusReason);
   std::vector<const QWidget*> reached;
   for (int i = 0; i < 2; ++i) {
     pressKey(bench_.window(), Qt::Key_Tab);
@@ -222,12 +222,21 @@ TEST_F(Browser, AFolderIsOpenedByTheKeysOfTheTree) {
   bench_.browser().Path(bench_.pathOf("Journey"));
   bench_.waitUntilLoaded();
   EXPECT_THAT(bench_.names(bench_.browser().Thumbnails()), ElementsAre("day.png"));
-  bench_.widget().findChild<QWidget*>(QStringLiteral("tvwFolders"))->setFocus(Qt::TabFocusReason);
+  tree().setFocus(Qt::TabFocusReason);
   pressKey(bench_.window(), Qt::Key_Up);
   bench_.waitUntilLoaded();
   EXPECT_EQ(bench_.browser().Path(), bench_.folder() + "/");
   EXPECT_EQ(bench_.browser().Thumbnails().Count(), 3);
   EXPECT_EQ(bench_.browserWindow().Form().Caption(), "Pictures - ");
+}
+
+TEST_F(Browser, AClickBelowTheNodesOfTheTreeLeavesTheSelection) {
+  open();
+  QWidget& ground = *tree().viewport();
+  QTest::mouseClick(&ground, Qt::LeftButton, {}, QPoint(ground.width() / 2, ground.height() - 3));
+  ASSERT_FALSE(tree().indexAt(QPoint(ground.width() / 2, ground.height() - 3)).isValid());
+  EXPECT_EQ(tree().selectionModel()->selectedIndexes().size(), 1);
+  EXPECT_EQ(bench_.browser().Path(), bench_.folder() + "/");
 }
 
 TEST_F(Browser, AFileThatIsAddedAppears) {

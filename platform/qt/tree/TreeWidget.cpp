@@ -121,7 +121,11 @@ void TreeWidget::pressLeft(const QMouseEvent& event) {
   const QPoint at = event.position().toPoint();
   if (toggleCheckBox(at)) return;
   const QPersistentModelIndex index = indexAt(at);
-  // With Ctrl the view would clear the selection.
+  // On the ground, or with Ctrl, the view would clear the selection.
+  if (!index.isValid()) {
+    Q_EMIT inputEnded(false);
+    return;
+  }
   QMouseEvent plain(event.type(), event.position(), event.globalPosition(), event.button(), event.buttons(),
                     Qt::NoModifier);
   inInput_ = true;
@@ -129,7 +133,7 @@ void TreeWidget::pressLeft(const QMouseEvent& event) {
   QTreeView::mousePressEvent(&plain);
   if (!self) return;
   inInput_ = false;
-  Q_EMIT inputEnded(index.isValid() && visualRect(index).contains(at));
+  Q_EMIT inputEnded(visualRect(index).contains(at));
 }
 
 void TreeWidget::mousePressEvent(QMouseEvent* event) {
