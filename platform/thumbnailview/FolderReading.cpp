@@ -55,8 +55,8 @@ FolderListing listFolder(FolderAccess& access, const fs::path& folder,
     return true;
   });
   if (failure) {
-    listing.problem = "The folder \"" + os::textOf(folder) +
-                      "\" cannot be read: " + os::reasonOf(*failure, folder) + ".";
+    listing.problem =
+        "The folder \"" + os::textOf(folder) + "\" cannot be read: " + os::reasonOf(*failure, folder) + ".";
   }
   sortNaturally(listing.files);
   return listing;
