@@ -66,7 +66,7 @@ class FolderLoader::State final : public Workers::Source, public std::enable_sha
 
   bool watched() const {
     const std::lock_guard lock(mutex_);
-    return watch_ && watch_->available();
+    return watch_ && !watchEnded_ && watch_->available();
   }
 
   bool idle() const {
@@ -124,16 +124,21 @@ class FolderLoader::State final : public Workers::Source, public std::enable_sha
     noticed_.clear();
     order_.clear();
     inbox_ = {};
+    watchEnded_ = false;
     return std::exchange(watch_, nullptr);
   }
 
   bool isCurrent(std::uint64_t visit) const { return visit_ == visit; }
 
   void startWatch(std::uint64_t visit, const std::filesystem::path& folder) {
+    std::shared_ptr<FolderAccess::Watch> ended;
     {
       const std::lock_guard lock(mutex_);
-      if (!isCurrent(visit) || watch_) return;
+      if (!isCurrent(visit) || (watch_ && !watchEnded_)) return;
+      ended = std::exchange(watch_, nullptr);
+      watchEnded_ = false;
     }
+    ended.reset();
     std::shared_ptr<FolderAccess::Watch> watch =
         access_->watch(folder, [weak = weak_from_this(), visit](os::FolderChanges changes) {
           if (const auto self = weak.lock()) self->notice(visit, std::move(changes));
@@ -163,6 +168,7 @@ class FolderLoader::State final : public Workers::Source, public std::enable_sha
     std::move(changes.changes.begin(), changes.changes.end(), std::back_inserter(noticed_));
     if (changes.overflow) mustList_ = true;
     if (changes.folderGone) {
+      watchEnded_ = true;
       inbox_.changes.emplace_back().folderGone = true;
       postDelivery();
     }
@@ -217,6 +223,7 @@ class FolderLoader::State final : public Workers::Source, public std::enable_sha
   Inbox inbox_;
   bool deliveryPosted_ = false;
   std::shared_ptr<FolderAccess::Watch> watch_;
+  bool watchEnded_ = false;  ///< its folder is gone; a listing watches again
 };
 
 void FolderLoader::State::deliver() {
@@ -278,8 +285,9 @@ void FolderLoader::add(std::vector<LoadRequest> requests) {
   state_->changeOrder([&](LoadOrder& order) { order.add(std::move(requests)); });
 }
 
-void FolderLoader::remove(FileKey key) {
-  state_->changeOrder([&](LoadOrder& order) { order.remove(key); });
+void FolderLoader::remove(const std::vector<FileKey>& keys) {
+  if (keys.empty()) return;
+  state_->changeOrder([&](LoadOrder& order) { order.remove(keys); });
 }
 
 void FolderLoader::removeAll() {

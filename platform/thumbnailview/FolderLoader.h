@@ -95,8 +95,8 @@ class FolderLoader {
   void want(std::vector<LoadRequest> first, std::vector<LoadRequest> later);
   /// Adds requests after `first`, in this order, which stay until they are done or removed.
   void add(std::vector<LoadRequest> requests);
-  /// Drops the requests of a file.
-  void remove(FileKey key);
+  /// Drops the requests of files.
+  void remove(const std::vector<FileKey>& keys);
   /// Drops all requests that are not at work.
   void removeAll();
 

@@ -116,23 +116,20 @@ void ThumbnailViewModel::Inside::listed(std::vector<FoundFile> files, const std:
 }
 
 void ThumbnailViewModel::Inside::changed(Changes changes) {
-  if (changes.folderGone) {
-    changes.gone.clear();
-    for (const auto& item : list.items()) changes.gone.push_back(item->file.name);
-    problem = "The folder no longer exists.";
-  }
-  const ListChange change = list.apply(std::move(changes));
+  if (changes.folderGone) problem = "The folder no longer exists.";
+  const ListChange change = changes.folderGone ? list.replace({}) : list.apply(std::move(changes));
   follow(change);
   requestFresh(change);
   finishIfComplete();
 }
 
 void ThumbnailViewModel::Inside::follow(const ListChange& change) {
-  for (const FileKey key : change.gone) loader.remove(key);
+  std::vector<FileKey> removed = change.gone;
   for (const auto& [before, after] : change.renewed) {
-    loader.remove(before);
+    removed.push_back(before);
     large.renew(before, after);
   }
+  loader.remove(removed);
   if (!change.any) return;
 
   endGesture();
@@ -227,7 +224,7 @@ void ThumbnailViewModel::Inside::accept(Item& item, LoadResult& result) {
     item.madeSide = Item::kFinal;
     if (item.notice.empty()) item.notice = "The picture cannot be read.";
     pictures.put(item, {});
-    loader.remove(item.key);
+    loader.remove({item.key});
     return;
   }
   item.state = ItemState::kShown;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <unordered_set>
 
 namespace kestrel::thumbnails {
 namespace {
@@ -23,11 +24,14 @@ void LoadOrder::add(std::vector<LoadRequest> requests) {
   }
 }
 
-void LoadOrder::remove(FileKey key) {
-  const auto isRemoved = [key](const LoadRequest& request) { return request.key == key; };
+void LoadOrder::remove(const std::vector<FileKey>& keys) {
+  const std::unordered_set<FileKey> removed(keys.begin(), keys.end());
+  const auto isRemoved = [&](const LoadRequest& request) { return removed.contains(request.key); };
   std::erase_if(first_, isRemoved);
   std::erase_if(later_, isRemoved);
-  waiting_.erase(waiting_.lower_bound({key, 0}), waiting_.lower_bound({key + 1, 0}));
+  for (const FileKey key : keys) {
+    waiting_.erase(waiting_.lower_bound({key, 0}), waiting_.lower_bound({key + 1, 0}));
+  }
 }
 
 void LoadOrder::drop() {

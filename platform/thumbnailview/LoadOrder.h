@@ -5,7 +5,6 @@
 #include <deque>
 #include <optional>
 #include <set>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -21,7 +20,7 @@ class LoadOrder {
   void want(std::vector<LoadRequest> first, std::vector<LoadRequest> later);
   /// See `FolderLoader::add`.
   void add(std::vector<LoadRequest> requests);
-  void remove(FileKey key);
+  void remove(const std::vector<FileKey>& keys);
   /// Drops all requests that are not at work.
   void drop();
   /// Drops all requests; those at work are no longer known.

@@ -138,6 +138,18 @@ TEST_F(Following, AFolderThatVanishesIsEmpty) {
   EXPECT_EQ(view().focusItem(), -1);
 }
 
+TEST_F(Following, AFolderThatComesBackIsListedWhenTheWindowIsActivated) {
+  os::FolderChanges changes;
+  changes.folderGone = true;
+  access_->report(std::move(changes));
+  ASSERT_TRUE(runUntilCount(0));
+  view().activated();
+  ASSERT_TRUE(runUntilCount(3));
+  access_->remove("b.jpg");
+  access_->reportGone("b.jpg");
+  EXPECT_TRUE(runUntilCount(2)) << "it is watched again";
+}
+
 TEST_F(Following, WhatIsVisibleStaysWhereItIsWhenFilesComeAboveIt) {
   fill(60);
   view().Refresh();

@@ -64,7 +64,7 @@ TEST(LoadOrder, RemovesAFileFromAllLists) {
   LoadOrder order;
   order.add({request(1), request(1, 256), request(2)});
   order.want({request(1)}, {request(1)});
-  order.remove(1);
+  order.remove({1});
   EXPECT_THAT(takeAll(order), ElementsAre(2));
 }
 
