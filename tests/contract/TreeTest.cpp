@@ -391,7 +391,8 @@ TEST_P(Trees, AreOperatedByKeys) {
   hand().pressKey(kEnd);
   EXPECT_THAT(events(), ElementsAre("NodeClick b"));
   hand().pressKey(kEnd);
-  EXPECT_THAT(events(), ElementsAre()) << "no other node";
+  hand().pressKey(kAdd);
+  EXPECT_THAT(events(), ElementsAre()) << "no other node, and no children";
   hand().pressKey(kHome);
   EXPECT_THAT(events(), ElementsAre("NodeClick a"));
   hand().typeLetter('b');

@@ -37,6 +37,11 @@ class TreeDelegate final : public QStyledItemDelegate {
   using QStyledItemDelegate::QStyledItemDelegate;
 };
 
+QMouseEvent withoutModifiers(const QMouseEvent& event) {
+  return QMouseEvent(event.type(), event.position(), event.globalPosition(), event.button(), event.buttons(),
+                     Qt::NoModifier);
+}
+
 bool isNavigation(int key) {
   switch (key) {
     case Qt::Key_Up:
@@ -126,8 +131,7 @@ void TreeWidget::pressLeft(const QMouseEvent& event) {
     Q_EMIT inputEnded(false);
     return;
   }
-  QMouseEvent plain(event.type(), event.position(), event.globalPosition(), event.button(), event.buttons(),
-                    Qt::NoModifier);
+  QMouseEvent plain = withoutModifiers(event);
   inInput_ = true;
   pressedByView_ = true;
   QTreeView::mousePressEvent(&plain);
@@ -154,7 +158,10 @@ void TreeWidget::mouseMoveEvent(QMouseEvent* event) {
 void TreeWidget::mouseReleaseEvent(QMouseEvent* event) {
   const QPointer<TreeWidget> self(this);
   const bool left = event->button() == Qt::LeftButton;
-  if (left && pressedByView_) QTreeView::mouseReleaseEvent(event);
+  if (left && pressedByView_) {
+    QMouseEvent plain = withoutModifiers(*event);
+    QTreeView::mouseReleaseEvent(&plain);
+  }
   if (!self) return;
   pressedByView_ = false;
   const bool single = !std::exchange(secondPress_, false);
@@ -182,9 +189,12 @@ void TreeWidget::keyPressEvent(QKeyEvent* event) {
   if (!self) return;
 
   inInput_ = true;
-  if (event->key() == Qt::Key_Asterisk) {
-    // The view would expand all levels below, which never ends where a link leads back up.
-    setExpanded(currentIndex(), true);
+  if (event->key() == Qt::Key_Plus || event->key() == Qt::Key_Asterisk) {
+    // By an asterisk the view would expand all levels below, which never ends where a link leads back up.
+    if (model()->hasChildren(currentIndex())) expand(currentIndex());
+  } else if (event->key() == Qt::Key_Minus) {
+    // The view would also search for a node whose text begins with the sign.
+    collapse(currentIndex());
   } else if (isNavigation(event->key())) {
     // With Ctrl the view would move without selecting.
     QKeyEvent plain(event->type(), event->key(), event->modifiers() & Qt::KeypadModifier);
