@@ -47,7 +47,8 @@ bool attended(Window* window, OpenCalls& calls) {
   const QPointer<Window> alive(window);
   execModal(*window, calls);
   const bool answered = alive && !alive->abandoned();
-  if (alive) alive->deleteLater();
+  // At once, since it uses objects of the caller.
+  delete alive.data();
   return answered;
 }
 

@@ -40,7 +40,8 @@ TEST_F(FileOperations, AskAboutAClashAndTakeTheAnswerForAllByKeys) {
     EXPECT_EQ(window.parentWidget(), owner.get());
     EXPECT_EQ(window.windowTitle(), "Copy Files");
     press(window, Qt::Key_A, Qt::AltModifier);
-    EXPECT_TRUE(window.findChild<QCheckBox*>(QStringLiteral("forAll"))->isChecked());
+    const auto* const forAll = window.findChild<QCheckBox*>(QStringLiteral("forAll"));
+    EXPECT_TRUE(eventually([&] { return forAll->isChecked(); }));
     press(window, Qt::Key_R, Qt::AltModifier);
   });
   EXPECT_TRUE(copy(clashing));
