@@ -44,6 +44,10 @@ std::string BrowserBench::pathOf(const std::string& name) const { return folder_
 
 bool BrowserBench::exists(const std::string& name) const { return QFileInfo::exists(text(pathOf(name))); }
 
+bool BrowserBench::isInTrash(const std::string& name) const {
+  return QFileInfo::exists(scratch_.filePath(QStringLiteral("data/Trash/files/") + text(name)));
+}
+
 std::string BrowserBench::addPicture(const std::string& name, int width, int height) {
   EXPECT_TRUE(noise(width, height).save(text(pathOf(name)))) << name;
   return pathOf(name);

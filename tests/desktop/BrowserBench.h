@@ -27,6 +27,7 @@ class BrowserBench {
   std::string addFolder(const std::string& name);
   std::string pathOf(const std::string& name) const;
   bool exists(const std::string& name) const;
+  bool isInTrash(const std::string& name) const;
   const std::string& folder() const { return folder_; }
 
   /// Shows the window on the folder, 1000 by 700, and waits until it is loaded.

@@ -150,13 +150,32 @@ TEST_F(Browser, AnActionThatEndsInTheMenuIsNotTouchedAgain) {
                    .contains(QStringLiteral("Open in Editor")));
 }
 
-TEST_F(Browser, DeleteMovesTheSelectedFilesToTheTrashAfterAQuestion) {
+TEST_F(Browser, DeleteAsksAndKeepsTheFilesOfAUserWhoDeclines) {
   open();
   bench_.click(0);
-  whenModalOpens([](QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
+  bool asked = false;
+  whenModalOpens([&](QWidget& dialog) {
+    asked = true;
+    QTest::keyClick(&dialog, Qt::Key_Escape);
+  });
   pressKey(bench_.window(), Qt::Key_Delete);
   bench_.waitUntilLoaded();
-  EXPECT_TRUE(bench_.exists("img2.png")) << "the question was declined";
+  EXPECT_TRUE(asked);
+  EXPECT_TRUE(bench_.exists("img2.png"));
+  EXPECT_EQ(bench_.browser().Thumbnails().Count(), 3);
+}
+
+TEST_F(Browser, DeleteMovesTheSelectedFilesToTheTrash) {
+  open();
+  bench_.click(0);
+  bench_.click(1, Qt::ControlModifier);
+  whenModalOpens([](QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Return); });
+  pressKey(bench_.window(), Qt::Key_Delete);
+  bench_.waitUntil("the files are gone", [this] { return bench_.browser().Thumbnails().Count() == 1; });
+  EXPECT_FALSE(bench_.exists("img2.png"));
+  EXPECT_FALSE(bench_.exists("img10.png"));
+  EXPECT_TRUE(bench_.isInTrash("img2.png"));
+  EXPECT_TRUE(bench_.isInTrash("img10.png"));
 }
 
 TEST_F(Browser, CopyAsksForAFolderAndCanBeDeclined) {
