@@ -2,9 +2,9 @@
 
 #include <QDir>
 #include <QElapsedTimer>
-#include <QFileInfo>
 #include <QPointer>
 #include <algorithm>
+#include <filesystem>
 #include <system_error>
 #include <utility>
 
@@ -60,8 +60,10 @@ QtFileHelpers::QtFileHelpers(UserInterface& boxes, OpenCalls& calls)
 QtFileHelpers::~QtFileHelpers() = default;
 
 std::string QtFileHelpers::ResolvePath(const std::string& Path) {
-  const QFileInfo info(toQt(Path));
-  return info.exists() ? fromQt(QDir::toNativeSeparators(info.canonicalFilePath())) : Path;
+  // Not by the toolkit, whose texts can't hold a name that is not valid UTF-8.
+  std::error_code missing;
+  const std::filesystem::path real = std::filesystem::canonical(os::pathOf(Path), missing);
+  return missing ? Path : os::textOf(real);
 }
 
 bool QtFileHelpers::CopyFiles(const std::string& Buffer, const std::string& Folder, std::int32_t /*Flags*/,

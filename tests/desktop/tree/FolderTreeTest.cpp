@@ -124,6 +124,15 @@ TEST_F(FolderTreeOnTheDesktop, NamesWithAnyBytesAreShownAndKept) {
   }
 }
 
+TEST_F(FolderTreeOnTheDesktop, APathThroughALinkIsTheRealPathOfAnyBytes) {
+  const std::string broken = "caf\xE9";
+  bench().folder(broken + "/in");
+  fs::create_directory_symlink(os::pathOf(home(broken)), home("link"));
+  bench().start();
+  control().Path(home("link/in"));
+  EXPECT_EQ(control().Path(), home(broken) + "/in/");
+}
+
 TEST_F(FolderTreeOnTheDesktop, LinksThatLeadBackAndFoldersThatCannotBeReadDoNoHarm) {
   bench().folder("a/b");
   bench().folder("closed/in");
