@@ -3,6 +3,7 @@
 
 #include <filesystem>
 
+#include "imaging/contract/ThumbnailView.h"
 #include "platform/headless/Platform.h"
 
 namespace kestrel::headless {
@@ -54,6 +55,22 @@ TEST_F(ScriptedUser, AnswersBoxesInTheOrderOfTheScriptAndRemembersThem) {
   EXPECT_EQ(user().boxes()[0].style, 35);
   EXPECT_EQ(user().left(), "");
   EXPECT_THAT(complaints_, IsEmpty());
+}
+
+TEST_F(ScriptedUser, ChoosesFoldersInTheFolderDialogOfTheBrowser) {
+  const auto site = platform().createBrowserSite();
+  auto& view = Bind<kestrel::ThumbnailView>(*site, "thvBrowse");
+  user().choosesFolder("/pictures");
+  user().cancelsFolderDialog();
+  EXPECT_EQ(view.BrowseForFolder("Where to?", "Copy To", "/start"), "/pictures");
+  EXPECT_EQ(view.BrowseForFolder("Where to?", "Move To", ""), "");
+  ASSERT_EQ(user().folderQuestions().size(), 2u);
+  EXPECT_EQ(user().folderQuestions()[0].prompt, "Where to?");
+  EXPECT_EQ(user().folderQuestions()[0].title, "Copy To");
+  EXPECT_EQ(user().folderQuestions()[0].start, "/start");
+  EXPECT_THAT(complaints_, IsEmpty());
+  EXPECT_EQ(view.BrowseForFolder("Where to?", "Copy To", ""), "");
+  EXPECT_THAT(complaints_, ElementsAre(HasSubstr("the folder dialog \"Copy To\" (Where to?)")));
 }
 
 TEST_F(ScriptedUser, ComplainsAboutAnUnexpectedBoxAndClosesIt) {
