@@ -24,9 +24,6 @@ std::optional<FileFailure> readCacheFile(const std::filesystem::path& path, std:
 std::optional<FileFailure> writeCacheFile(const std::filesystem::path& path,
                                           std::span<const std::uint8_t> content);
 
-/// Removes temporary files that killed processes left in the folder. Thread-safe.
-void cleanCacheFolder(const std::filesystem::path& folder);
-
 /// Whether the user may read the file, as far as its permissions say. Thread-safe.
 bool isReadable(const std::filesystem::path& path);
 

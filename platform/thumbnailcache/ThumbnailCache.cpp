@@ -14,6 +14,7 @@
 #include "ThumbnailUri.h"
 #include "engine/codecs/png/Png.h"
 #include "platform/os/CacheFiles.h"
+#include "platform/os/Entries.h"
 #include "platform/os/OwnedFile.h"
 
 namespace kestrel::thumbnails {
@@ -171,7 +172,7 @@ bool ThumbnailCache::prepare(const fs::path& folder) {
     const std::lock_guard lock(mutex_);
     if (!cleaned_.insert(folder).second) return true;
   }
-  os::cleanCacheFolder(folder);
+  os::removeStaleFiles(folder);
   return true;
 }
 
@@ -180,7 +181,7 @@ void ThumbnailCache::write(const FileVersion& file, const fs::path& folder, cons
   if (!prepare(folder)) return;
   const std::string uri = uriOf(file.path);
   const std::vector<std::uint8_t> entry = writeEntry(bitmap, uri, file, pictureSize, reason);
-  // A failure is none of the user's business: the thumbnail is made again.
+  // If it fails, the thumbnail is made again next time.
   [[maybe_unused]] const auto ignored = os::writeCacheFile(folder / entryName(uri), entry);
 }
 

@@ -60,8 +60,6 @@ Failure writeCacheFile(const fs::path& path, std::span<const std::uint8_t> conte
   return failureOf(errno);
 }
 
-void cleanCacheFolder(const fs::path& folder) { removeStaleFiles(folder); }
-
 bool isReadable(const fs::path& path) { return ::faccessat(AT_FDCWD, path.c_str(), R_OK, AT_EACCESS) == 0; }
 
 }  // namespace kestrel::os
