@@ -248,6 +248,10 @@ std::filesystem::path ThumbnailViewModel::folderPath() const {
   return inside_->services.pathOf ? inside_->services.pathOf(inside_->folder) : os::pathOf(inside_->folder);
 }
 
+bool ThumbnailViewModel::showsFolder() const {
+  return !inside_->folder.empty() && !inside_->cleared && inside_->userMode;
+}
+
 void ThumbnailViewModel::activated() {
   if (inside_->phase == Inside::Phase::kDone && !inside_->loader.watched()) inside_->loader.list();
 }

@@ -134,6 +134,8 @@ class ThumbnailViewModel : public kestrel::ThumbnailView {
   std::filesystem::path pathOf(std::int32_t item) const;
   /// The path on the disk of `Folder`, empty for none.
   std::filesystem::path folderPath() const;
+  /// Whether the user sees the files of `Folder`: not without one, after `Clear`, or at design time.
+  bool showsFolder() const;
   /// The window was activated: reads the folder again where changes may go unnoticed. Raises no events of
   /// loading.
   void activated();

@@ -80,7 +80,7 @@ std::vector<std::string> FileTraffic::fromElsewhere(std::vector<std::string> nam
 
 bool FileTraffic::transfer(const std::vector<std::string>& names, bool move) {
   const std::filesystem::path folder = view_.folderPath();
-  if (names.empty() || folder.empty()) return true;
+  if (names.empty() || !view_.showsFolder()) return true;
   const QPointer<FileTraffic> self(this);
   const WindowHandle owner = handleOf(&area_);
   const std::string buffer = nameBuffer(names);
@@ -95,16 +95,18 @@ bool FileTraffic::transfer(const std::vector<std::string>& names, bool move) {
 }
 
 void FileTraffic::paste() {
-  QClipboard& clipboard = *QGuiApplication::clipboard();
-  const QMimeData* const data = clipboard.mimeData();
-  if (!data || !holdsFiles(*data) || view_.folderPath().empty()) return;
+  const QMimeData* const data = QGuiApplication::clipboard()->mimeData();
+  if (!data || !holdsFiles(*data) || !view_.showsFolder()) return;
   const ExchangedFiles files = filesOf(*data);
   if (!files.move) {
     transfer(files.names, false);
     return;
   }
   // A file that stays where it is has been pasted. Moved files must not be pasted again.
-  if (transfer(fromElsewhere(files.names), true)) QGuiApplication::clipboard()->clear();
+  if (!transfer(fromElsewhere(files.names), true)) return;
+  // The user may have copied something else in the meantime.
+  const QMimeData* const now = QGuiApplication::clipboard()->mimeData();
+  if (now && filesOf(*now).names == files.names) QGuiApplication::clipboard()->clear();
 }
 
 void FileTraffic::drag() {
@@ -156,7 +158,7 @@ QPixmap FileTraffic::dragPicture(std::size_t count) const {
 void FileTraffic::dragEntered(const QDropEvent& event) {
   dragged_.clear();
   const QMimeData* const data = event.mimeData();
-  if (!data || !holdsFiles(*data) || view_.folderPath().empty()) return;
+  if (!data || !holdsFiles(*data) || !view_.showsFolder()) return;
   // Asked for once: the source may be another program.
   dragged_ = fromElsewhere(filesOf(*data).names);
 }

@@ -82,7 +82,7 @@ class ThumbnailFiles : public testing::Test {
   Qt::DropAction drag(const QMimeData& data, Qt::DropActions possible, Qt::KeyboardModifiers modifiers,
                       bool drop) {
     QWindow* const window = bench.window().windowHandle();
-    const QPoint at = bench.middleOf(1);
+    const QPoint at = bench.window().rect().center();
     QDragEnterEvent enter(at, possible, &data, Qt::LeftButton, modifiers);
     QApplication::sendEvent(window, &enter);
     QDragMoveEvent move(at, possible, &data, Qt::LeftButton, modifiers);
@@ -155,6 +155,17 @@ TEST_F(ThumbnailFiles, PasteOfCutFilesMovesThemOnce) {
   EXPECT_FALSE(clipboard().mimeData() && qt::holdsFiles(*clipboard().mimeData()));
 }
 
+TEST_F(ThumbnailFiles, PasteLeavesWhatWasCopiedDuringIt) {
+  putOnClipboard({elsewhere.file("one.png")}, true);
+  bench.helpers().before = [] {
+    clipboard().setText(QStringLiteral("newer"));
+    return true;
+  };
+  bench.key(Qt::Key_V, Qt::ControlModifier);
+  EXPECT_FALSE(elsewhere.has("one.png"));
+  EXPECT_EQ(clipboard().text(), "newer");
+}
+
 TEST_F(ThumbnailFiles, PasteThatFailedKeepsTheClipboard) {
   putOnClipboard({elsewhere.file("one.png")}, true);
   bench.helpers().before = [] { return false; };
@@ -210,9 +221,11 @@ TEST_F(ThumbnailFiles, DropOfOtherThingsOrWithoutAFolderIsRefused) {
   QMimeData text;
   text.setText(QStringLiteral("words"));
   EXPECT_EQ(drag(text, Qt::CopyAction, {}, true), Qt::IgnoreAction);
-  bench.view().Folder("");
+  bench.view().Clear();
   const qt::FilesMimeData data({{elsewhere.file("one.png")}, false});
-  EXPECT_EQ(drag(data, Qt::CopyAction, {}, true), Qt::IgnoreAction);
+  EXPECT_EQ(drag(data, Qt::CopyAction, {}, true), Qt::IgnoreAction) << "the folder is not shown";
+  putOnClipboard({elsewhere.file("one.png")}, false);
+  bench.key(Qt::Key_V, Qt::ControlModifier);
   settle();
   EXPECT_EQ(bench.helpers().log, "");
 }
