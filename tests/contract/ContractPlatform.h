@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "ThumbnailsUser.h"
 #include "TreeUser.h"
 #include "imaging/contract/ImageView.h"
 #include "imaging/contract/Moorage.h"
@@ -31,6 +32,8 @@ class ContractPlatform {
   virtual Site& editorSite() = 0;
   /// Another tree for each call. It must not outlive the platform.
   virtual std::unique_ptr<TreeUser> treeUser() = 0;
+  /// Ends before the platform.
+  virtual std::unique_ptr<ThumbnailsUser> thumbnailsUser() = 0;
 
   /// A writable folder in the platform's path syntax, without a trailing separator.
   virtual std::string folder() = 0;
@@ -47,6 +50,8 @@ class ContractPlatform {
   virtual void willUse(std::function<void(Form&)> doing) = 0;
   virtual void willChoose(const std::string& filename) = 0;
   virtual void willCancelFileDialog() = 0;
+  virtual void willChooseFolder(const std::string& folder) = 0;
+  virtual void willCancelFolderDialog() = 0;
 
   // Immediate actions of the user.
   virtual void pressCloseBox(Form& form) = 0;

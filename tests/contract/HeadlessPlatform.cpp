@@ -4,6 +4,7 @@
 #include <stdexcept>
 
 #include "ContractPlatform.h"
+#include "HeadlessThumbnailsUser.h"
 #include "HeadlessTreeUser.h"
 #include "platform/headless/FileAnswers.h"
 #include "platform/headless/Form.h"
@@ -61,6 +62,7 @@ class HeadlessPlatform final : public ContractPlatform {
   }
 
   std::unique_ptr<TreeUser> treeUser() override { return headlessTreeUser(platform_); }
+  std::unique_ptr<ThumbnailsUser> thumbnailsUser() override { return headlessThumbnailsUser(platform_); }
 
   std::string folder() override { return platform_.files().scratch(); }
   std::string host(const std::string& path) override { return platform_.files().host(path); }
@@ -80,6 +82,8 @@ class HeadlessPlatform final : public ContractPlatform {
   }
   void willChoose(const std::string& filename) override { platform_.user().chooses(filename); }
   void willCancelFileDialog() override { platform_.user().cancelsFileDialog(); }
+  void willChooseFolder(const std::string& folder) override { platform_.user().choosesFolder(folder); }
+  void willCancelFolderDialog() override { platform_.user().cancelsFolderDialog(); }
 
   void pressCloseBox(Form& form) override { dynamic_cast<headless::Form&>(form).pressCloseBox(); }
   bool clickCommand(Moorage& suite, const std::string& key) override { return own(suite).click(key); }

@@ -25,6 +25,7 @@
 #include <utility>
 
 #include "ContractPlatform.h"
+#include "QtThumbnailsUser.h"
 #include "QtTreeUser.h"
 #include "platform/docking/MoorageModel.h"
 #include "platform/posix/LineTable.h"
@@ -32,6 +33,7 @@
 #include "platform/qt/core/Handles.h"
 #include "platform/qt/core/Pictures.h"
 #include "platform/qt/dialogs/FileDialogWindow.h"
+#include "platform/qt/dialogs/FolderDialog.h"
 #include "platform/qt/files/QuestionWindow.h"
 #include "platform/qt/forms/EditorWidget.h"
 #include "platform/qt/forms/QtForm.h"
@@ -133,6 +135,9 @@ class QtPlatformUnderTest final : public ContractPlatform {
   }
 
   std::unique_ptr<TreeUser> treeUser() override { return qtTreeUser(platform_->siteServices()); }
+  std::unique_ptr<ThumbnailsUser> thumbnailsUser() override {
+    return qtThumbnailsUser(platform_->siteServices());
+  }
 
   std::string folder() override { return folder_.path().toStdString(); }
   std::string host(const std::string& path) override { return path; }
@@ -189,6 +194,19 @@ class QtPlatformUnderTest final : public ContractPlatform {
   void willCancelFileDialog() override {
     user_.then([](QWidget& widget) {
       if (auto* const dialog = as<qt::FileDialogWindow>(widget)) dialog->reject();
+    });
+  }
+  void willChooseFolder(const std::string& folder) override {
+    user_.then([folder](QWidget& widget) {
+      auto* const dialog = as<qt::FolderDialog>(widget);
+      if (!dialog) return;
+      dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(text(folder));
+      QMetaObject::invokeMethod(dialog, "accept");
+    });
+  }
+  void willCancelFolderDialog() override {
+    user_.then([](QWidget& widget) {
+      if (auto* const dialog = as<qt::FolderDialog>(widget)) dialog->reject();
     });
   }
 
