@@ -4,6 +4,7 @@
 #include <QCloseEvent>
 #include <QInputDialog>
 #include <QMessageBox>
+#include <QTextEdit>
 
 #include "AboutDialog.h"
 #include "Modal.h"
@@ -87,6 +88,7 @@ std::int32_t answerOf(int button) {
 /// A text with many lines would be higher than the screen: what follows the first paragraph can be scrolled.
 void setText(QMessageBox& box, const QString& text) {
   constexpr int kMostLines = 15;
+  constexpr QSize kListSize(520, 200);
   const QString end = QStringLiteral("\n\n");
   const qsizetype first = text.indexOf(end);
   if (first < 0 || text.count(u'\n') < kMostLines) {
@@ -96,8 +98,14 @@ void setText(QMessageBox& box, const QString& text) {
   box.setText(text.left(first));
   box.setDetailedText(text.mid(first + end.size()));
   for (QAbstractButton* button : box.buttons()) {
-    // The details are what the box is about.
-    if (box.buttonRole(button) == QMessageBox::ActionRole) button->click();
+    if (box.buttonRole(button) != QMessageBox::ActionRole) continue;
+    // The list is what the box is about, so it is not to be hidden.
+    button->click();
+    box.removeButton(button);
+  }
+  if (auto* const list = box.findChild<QTextEdit*>()) {
+    list->setFixedHeight(kListSize.height());
+    list->setMinimumWidth(kListSize.width());
   }
 }
 
