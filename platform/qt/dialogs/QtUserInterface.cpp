@@ -101,7 +101,7 @@ void setText(QMessageBox& box, const QString& text) {
     if (box.buttonRole(button) != QMessageBox::ActionRole) continue;
     // The list is what the box is about, so it is not to be hidden.
     button->click();
-    box.removeButton(button);
+    button->hide();
   }
   if (auto* const list = box.findChild<QTextEdit*>()) {
     list->setFixedHeight(kListSize.height());
