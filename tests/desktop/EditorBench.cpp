@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QDragEnterEvent>
 #include <QMimeData>
+#include <QPointer>
 #include <QTest>
 #include <QTimer>
 #include <QUrl>
@@ -115,9 +116,11 @@ void writeScreenshot(QWidget& widget, const std::string& name) {
 
 void whenModalOpens(std::function<void(QWidget& dialog)> work) {
   auto* const watch = new QTimer(qApp);
-  QObject::connect(watch, &QTimer::timeout, watch, [watch, work = std::move(work)] {
+  // A dialog that is open already is not the one to wait for, however late the other one opens.
+  const QPointer<QWidget> open = QApplication::activeModalWidget();
+  QObject::connect(watch, &QTimer::timeout, watch, [watch, open, work = std::move(work)] {
     QWidget* const dialog = QApplication::activeModalWidget();
-    if (!dialog || !dialog->isVisible()) return;
+    if (!dialog || !dialog->isVisible() || dialog == open) return;
     watch->stop();
     const auto job = work;  // the timer is deleted before the work ends
     watch->deleteLater();
