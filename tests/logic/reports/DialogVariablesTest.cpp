@@ -84,7 +84,7 @@ const Case kCases[] = {
      },
      "{None}",
      "<mask>0</mask>|<from>{Colour}</from>|<to>{Colour}</to>|<shadow>{Colour}</shadow>|"
-     "<horizontal>7</horizontal>|<vertical>6</vertical>|<opacity>256</opacity>|<blur>128</blur>|",
+     "<horizontal>7</horizontal>|<vertical>5</vertical>|<opacity>256</opacity>|<blur>128</blur>|",
      "<Success>False</Success>|<SafeToUnload>False</SafeToUnload>|"
      "<AllowMaskSelection>False</AllowMaskSelection>|<ResultData></ResultData>|"},
     {"ContouredShadow", "frmDropShadow", "cpkColor_Change",
@@ -150,13 +150,13 @@ TEST_P(DialogVariables, AreInTheReport) {
   const Case& chosen = GetParam();
   ASSERT_TRUE(editor_->OpenImage(picture_));
   platform_->reporterInstalled = true;
-  if (chosen.form == std::string("frmExport")) user().chooses(folder_ + "/a.png");
   user().uses(chosen.form, [&](Form& form) {
     // The action of the headless user is where a toolkit would catch the error.
     QDK_RESUME_NEXT(chosen.fail(*platform_, form));
     platform_->failing.clear();
     form.Hide();
   });
+  if (chosen.form == std::string("frmExport")) user().chooses(folder_ + "/a.png");
   QDK_RESUME_NEXT(chosen.show(*editor_));
   const auto report = std::ranges::find(platform_->reports, chosen.procedure, &fakes::Report::procedure);
   ASSERT_NE(report, platform_->reports.end());
