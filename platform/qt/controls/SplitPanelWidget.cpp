@@ -96,8 +96,6 @@ void SplitPanelWidget::setPanes(QWidget& first, QWidget& second) {
   }
   first_ = &first;
   second_ = &second;
-  setTabOrder(&first, divider_);
-  setTabOrder(divider_, &second);
   arrange();
   updateGeometry();
 }

@@ -33,11 +33,12 @@ void BrowserWidget::populate(QtSite& site, const SiteServices& services) {
   if (property("DesktopKeys").toBool()) moorage_->useDesktopKeys(desktopKeys());
   site.add(std::move(moorage));
 
-  // Created after the suite, so that it is above the client area.
-  panel_ = new SplitPanelWidget(this);
-  site.add(std::make_unique<SplitPanelControl>(*panel_, ControlId{"pnlBrowse"}));
+  // Created after the suite, so that they are above the client area, and in the order of the Tab key: tree,
+  // divider, pictures.
   auto* const tree = new FolderTreeWidget(this);
   site.add(std::make_unique<QtSite>(*tree, "ftvBrowse", site.UserMode(), services));
+  panel_ = new SplitPanelWidget(this);
+  site.add(std::make_unique<SplitPanelControl>(*panel_, ControlId{"pnlBrowse"}));
   auto* const area = new ThumbnailArea(this);
   auto view = std::make_unique<QtThumbnailView>(*area, ControlId{"thvBrowse"}, services);
   thumbnails_ = view.get();
