@@ -1,5 +1,5 @@
-// tree_bench: how long a node with 10,000 subfolders takes to expand, until it is painted, beside the time to
-// read the same folders alone.
+// tree_bench: how long a node with 10,000 subfolders takes to expand, until it is painted, compared with
+// reading the same folders alone.
 
 #include <QApplication>
 #include <algorithm>
