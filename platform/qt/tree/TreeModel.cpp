@@ -224,6 +224,10 @@ QVariant TreeModel::data(const QModelIndex& index, int role) const {
   }
 }
 
+QVariant TreeModel::headerData(int /*section*/, Qt::Orientation /*orientation*/, int /*role*/) const {
+  return {};
+}
+
 bool TreeModel::setData(const QModelIndex& index, const QVariant& value, int role) {
   TreeItem* const item = itemOf(index);
   if (!item || role != Qt::CheckStateRole || !checkboxes_) return false;

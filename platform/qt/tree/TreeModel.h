@@ -52,6 +52,8 @@ class TreeModel final : public QAbstractItemModel {
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;
   QVariant data(const QModelIndex& index, int role) const override;
+  /// Nothing: accessibility tools would read the number of the column.
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
   /// The check mark.
   bool setData(const QModelIndex& index, const QVariant& value, int role) override;
   Qt::ItemFlags flags(const QModelIndex& index) const override;
