@@ -26,7 +26,7 @@ class OrdinaryUser {
   explicit OrdinaryUser(const fs::path& folder) : wasSuperuser_(geteuid() == 0) {
     if (!wasSuperuser_) return;
     constexpr uid_t kNobody = 65534;
-    fs::permissions(folder, fs::perms::owner_all | fs::perms::others_read | fs::perms::others_exec);
+    EXPECT_EQ(chown(folder.c_str(), kNobody, kNobody), 0);
     EXPECT_EQ(seteuid(kNobody), 0);
   }
   OrdinaryUser(const OrdinaryUser&) = delete;
