@@ -40,7 +40,8 @@ class FolderTreeView final : public Object {
   void IncludeMyDocuments(bool Value);
   bool IncludeMyComputer() const { return pIncludeMyComputer; }
   void IncludeMyComputer(bool Value);
-  /// Whether a folder is shown open when it is selected, otherwise when it is expanded.
+  /// Returns or sets if the control acts as a browse dialog: a folder is shown open when it is selected,
+  /// otherwise when it is expanded.
   bool ActAsBrowseDialog() const { return pActAsBrowseDialog; }
   void ActAsBrowseDialog(bool Value);
 
@@ -49,23 +50,31 @@ class FolderTreeView final : public Object {
   WindowHandle hWnd() const { return tvwFolders.hWnd(); }
 
   // The tree's own properties.
+  /// Returns or sets the border style of the control.
   std::int32_t BorderStyle() const { return tvwFolders.BorderStyle(); }
   /// Raises RuntimeError 380 for values other than 0 and 1.
   void BorderStyle(std::int32_t Value);
+  /// Returns or sets if checkboxes are displayed to the left of each node image.
   bool Checkboxes() const { return tvwFolders.Checkboxes(); }
   void Checkboxes(bool Value);
+  /// Returns or sets if the control can accept user generated events.
   bool Enabled() const { return tvwFolders.Enabled(); }
   void Enabled(bool Value);
+  /// Returns or sets the default font used to display text in a control
   std::string Font() const { return tvwFolders.Font(); }
   /// Raises RuntimeError 380 for an empty text.
   void Font(const std::string& Value);
+  /// Returns or sets if text continues to look highlighted even if the control does not have the focus.
   bool HideSelection() const { return tvwFolders.HideSelection(); }
   void HideSelection(bool Value);
+  /// Returns or sets the gap between node joins and images.
   float Indentation() const { return tvwFolders.Indentation(); }
   void Indentation(float Value);
+  /// Returns or sets if root nodes can be expanded or collapsed.
   std::int32_t LineStyle() const { return tvwFolders.LineStyle(); }
   /// Raises RuntimeError 380 for values other than 0 and 1.
   void LineStyle(std::int32_t Value);
+  /// Returns or sets single selection.
   bool SingleSel() const { return tvwFolders.SingleSel(); }
   void SingleSel(bool Value);
   std::int32_t Style() const { return tvwFolders.Style(); }
@@ -81,8 +90,11 @@ class FolderTreeView final : public Object {
   /// Fits the tree into the control.
   void ForceResize();
 
+  /// Occurs when the control is clicked.
   Event<> Click;
+  /// Generated when any Node object in a asxFolderTreeView control is collapsed.
   Event<TreeNode&> Collapse;
+  /// Occurs when the control is double clicked.
   Event<> DblClick;
   Event<TreeNode&> Expand;
   Event<std::int32_t, std::int32_t, float, float> MouseDown;
