@@ -1,8 +1,38 @@
 #include "BackgroundTransfer.h"
 
+#include <exception>
+#include <new>
+#include <string>
 #include <utility>
 
 namespace kestrel::transfer {
+namespace {
+
+Report failureOf(const Request& request, const std::string& reason) {
+  Report report;
+  for (const std::filesystem::path& source : request.sources) report.failed.push_back({source, reason});
+  return report;
+}
+
+/// The report of the work. No exception may leave the thread: it would end the program.
+Report reportOf(const BackgroundTransfer::Work& work, const Request& request, Caller& caller) noexcept {
+  try {
+    try {
+      return work(request, caller);
+    } catch (const std::bad_alloc&) {
+      return failureOf(request, "the work ended early, there is not enough memory");
+    } catch (const std::exception& error) {
+      return failureOf(request, std::string("the work ended early: ") + error.what());
+    }
+  } catch (...) {
+    // There is not even the memory for a report.
+    Report report;
+    report.canceled = true;
+    return report;
+  }
+}
+
+}  // namespace
 
 /// The caller's side on the thread of the work.
 class BackgroundTransfer::Worker final : public Caller {
@@ -34,10 +64,10 @@ class BackgroundTransfer::Worker final : public Caller {
   BackgroundTransfer& owner_;
 };
 
-BackgroundTransfer::BackgroundTransfer(Request request) {
-  thread_ = std::thread([this, own = std::move(request)] {
+BackgroundTransfer::BackgroundTransfer(Request request, Work work) {
+  thread_ = std::thread([this, own = std::move(request), ownWork = std::move(work)] {
     Worker worker(*this);
-    Report report = carryOut(own, worker);
+    Report report = reportOf(ownWork, own, worker);
     const std::scoped_lock lock(mutex_);
     report_ = std::move(report);
     changed_.notify_all();

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <thread>
@@ -19,7 +20,10 @@ class BackgroundTransfer {
     kFinished,  ///< the report is complete
   };
 
-  explicit BackgroundTransfer(Request request);
+  using Work = std::function<Report(const Request&, Caller&)>;
+
+  /// An exception of the work ends it; the report then has all sources as failed.
+  explicit BackgroundTransfer(Request request, Work work = carryOut);
   BackgroundTransfer(const BackgroundTransfer&) = delete;
   BackgroundTransfer& operator=(const BackgroundTransfer&) = delete;
   /// Cancels, and waits until the work has ended. A call of the system cannot be interrupted.

@@ -1,5 +1,8 @@
 #include "platform/filetransfer/BackgroundTransfer.h"
 
+#include <new>
+#include <stdexcept>
+
 #include "TransferBench.h"
 
 namespace kestrel::transfer {
@@ -25,6 +28,20 @@ TEST_F(Background, DoesTheWorkAndReports) {
   EXPECT_EQ(reasons(transfer.report().failed), "missing: it does not exist");
   EXPECT_EQ(transfer.progress().filesDone, 1U);
   EXPECT_EQ(listed(to), "a.png=content");
+}
+
+TEST_F(Background, ReportsTheSourcesOfWorkThatEndsWithAnException) {
+  const auto exhausts = [](const Request&, Caller&) -> Report { throw std::bad_alloc(); };
+  BackgroundTransfer starved(request(Operation::kCopy, {from / "a.png", from / "b.png"}), exhausts);
+  ASSERT_EQ(starved.waitFor(kPatience), State::kFinished);
+  EXPECT_EQ(starved.report().done, 0U);
+  EXPECT_EQ(reasons(starved.report().failed),
+            "a.png: the work ended early, there is not enough memory; "
+            "b.png: the work ended early, there is not enough memory");
+  const auto fails = [](const Request&, Caller&) -> Report { throw std::runtime_error("no thread"); };
+  BackgroundTransfer failed(request(Operation::kCopy, {from / "a.png"}), fails);
+  ASSERT_EQ(failed.waitFor(kPatience), State::kFinished);
+  EXPECT_EQ(reasons(failed.report().failed), "a.png: the work ended early: no thread");
 }
 
 TEST_F(Background, WaitsForAnswersOfTheOwnersThread) {
