@@ -25,8 +25,12 @@ struct Volume {
 /// The volumes that a user works with: the root first, then the others in the order of mounting. Pseudo file
 /// systems and the system's own folders are left out.
 std::vector<Volume> mountedVolumes();
-/// The same of the text of a mount table, in the format of /proc/self/mountinfo.
+/// The same of the text of a mount table, in the format of /proc/self/mountinfo. Of the volumes of devices
+/// only those in the folders where desktops mount what the user plugs in are removable.
 std::vector<Volume> volumesIn(std::string_view mountTable);
+/// Whether the system describes the device of that name ("/dev/sdb1"), or the disk that it is a part of, as
+/// removable. `blocks` is the folder with the descriptions of all devices.
+bool isRemovable(const std::string& device, const std::filesystem::path& blocks);
 
 /// The label of a volume, UTF-8; empty if it has none or is of a network.
 std::string labelOf(const Volume& volume);

@@ -16,6 +16,7 @@ namespace fs = std::filesystem;
 
 constexpr char kMountTable[] = "/proc/self/mountinfo";
 constexpr char kLabels[] = "/dev/disk/by-label";
+constexpr char kBlocks[] = "/sys/class/block";
 
 constexpr std::array<std::string_view, 14> kNetworkTypes = {
     "nfs",   "nfs4",      "cifs",       "smb3",        "smbfs",          "afs",       "ceph", "9p",
@@ -175,11 +176,29 @@ std::vector<Volume> volumesIn(std::string_view mountTable) {
   return volumes;
 }
 
+bool isRemovable(const std::string& device, const fs::path& blocks) {
+  if (device.empty()) return false;
+  std::error_code error;
+  // The name may be a link, as "/dev/disk/by-uuid/..." or "/dev/mapper/...".
+  const fs::path name = fs::weakly_canonical(pathOf(device), error).filename();
+  if (error || name.empty()) return false;
+  fs::path disk = fs::canonical(blocks / name, error);
+  if (error) return false;
+  if (fs::exists(disk / "partition", error)) disk = disk.parent_path();
+  char flag = '0';
+  std::ifstream(disk / "removable") >> flag;
+  return flag == '1';
+}
+
 std::vector<Volume> mountedVolumes() {
   std::ifstream table(kMountTable, std::ios::binary);
   const std::string text{std::istreambuf_iterator<char>(table), {}};
   std::vector<Volume> volumes = volumesIn(text);
   std::erase_if(volumes, isLocalFile);
+  for (Volume& volume : volumes) {
+    if (volume.kind != VolumeKind::kFixed || volume.folder == "/") continue;
+    if (isRemovable(volume.device, kBlocks)) volume.kind = VolumeKind::kRemovable;
+  }
   return volumes;
 }
 

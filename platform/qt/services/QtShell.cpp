@@ -5,13 +5,12 @@
 #include <QStandardPaths>
 #include <algorithm>
 #include <filesystem>
-#include <optional>
 #include <system_error>
+#include <utility>
 
 #include "base/RuntimeError.h"
 #include "platform/os/FolderScan.h"
 #include "platform/os/Paths.h"
-#include "platform/os/Volumes.h"
 #include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
@@ -39,18 +38,6 @@ fs::path realFolder(const QString& path) {
 fs::path homeFolder() {
   const fs::path home = realFolder(QDir::homePath());
   return home == "/" ? fs::path() : home;
-}
-
-bool isHome(const std::string& root) {
-  const fs::path home = homeFolder();
-  return !home.empty() && withSeparator(home) == withSeparator(os::pathOf(root));
-}
-
-std::optional<os::Volume> volumeAt(const std::string& root) {
-  for (const os::Volume& volume : os::mountedVolumes()) {
-    if (withSeparator(volume.folder) == withSeparator(os::pathOf(root))) return volume;
-  }
-  return std::nullopt;
 }
 
 bool isHidden(const fs::path& name) { return os::textOf(name).starts_with('.'); }
@@ -92,15 +79,38 @@ RuntimeError creationError(const std::string& path, const std::error_code& error
 
 }  // namespace
 
-std::vector<std::string> QtShell::LogicalDrives() {
+QtShell::QtShell(ListVolumes listVolumes) : listVolumes_(std::move(listVolumes)) {}
+
+const QtShell::Drives& QtShell::drives() { return drives_ ? *drives_ : readDrives(); }
+
+const QtShell::Drives& QtShell::readDrives() {
+  drives_ = Drives{homeFolder(), listVolumes_()};
+  return *drives_;
+}
+
+bool QtShell::isHome(const std::string& root) {
+  const fs::path& home = drives().home;
+  return !home.empty() && withSeparator(home) == withSeparator(os::pathOf(root));
+}
+
+std::optional<os::Volume> QtShell::volumeAt(const std::string& root) {
+  for (const os::Volume& volume : drives().volumes) {
+    if (withSeparator(volume.folder) == withSeparator(os::pathOf(root))) return volume;
+  }
+  return std::nullopt;
+}
+
+std::vector<std::string> QtShell::rootsOf(const Drives& drives) {
   std::vector<std::string> roots;
-  if (const fs::path home = homeFolder(); !home.empty()) roots.push_back(withSeparator(home));
-  for (const os::Volume& volume : os::mountedVolumes()) {
+  if (!drives.home.empty()) roots.push_back(withSeparator(drives.home));
+  for (const os::Volume& volume : drives.volumes) {
     const std::string root = withSeparator(volume.folder);
     if (std::find(roots.begin(), roots.end(), root) == roots.end()) roots.push_back(root);
   }
   return roots;
 }
+
+std::vector<std::string> QtShell::LogicalDrives() { return rootsOf(readDrives()); }
 
 std::int32_t QtShell::DriveType(const std::string& root) {
   if (isHome(root)) return kDriveFixed;
@@ -164,9 +174,9 @@ void QtShell::CreateFolder(const std::string& path) {
 
 std::int32_t QtShell::IconIndex(const std::string& path) {
   const std::string root = withSeparator(os::pathOf(path));
-  const std::vector<std::string> drives = LogicalDrives();
+  const std::vector<std::string> roots = rootsOf(drives());
   if (isHome(root)) return icons_.numberOf(ShellIcons::Kind::kHome);
-  if (std::find(drives.begin(), drives.end(), root) != drives.end()) {
+  if (std::find(roots.begin(), roots.end(), root) != roots.end()) {
     return icons_.numberOf(iconOf(DriveType(root)));
   }
   std::error_code error;

@@ -1,7 +1,14 @@
 #pragma once
 
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
 #include "ShellIcons.h"
 #include "imaging/contract/Shell.h"
+#include "platform/os/Volumes.h"
 
 namespace kestrel::qt {
 
@@ -9,7 +16,10 @@ namespace kestrel::qt {
 /// that a user works with. Folders whose names begin with a point are hidden: they are not listed.
 class QtShell final : public Shell {
  public:
-  /// The home folder comes first.
+  using ListVolumes = std::function<std::vector<os::Volume>()>;
+  explicit QtShell(ListVolumes listVolumes = os::mountedVolumes);
+
+  /// The home folder comes first. What the other members say of drives is as of the last call.
   std::vector<std::string> LogicalDrives() override;
   std::int32_t DriveType(const std::string& root) override;
   std::string VolumeLabel(const std::string& root) override;
@@ -29,6 +39,20 @@ class QtShell final : public Shell {
                     WindowHandle picture) override;
 
  private:
+  struct Drives {
+    std::filesystem::path home;  ///< empty if the user has none, or has the root
+    std::vector<os::Volume> volumes;
+  };
+
+  /// Of the last `LogicalDrives`: to ask each drive again for each of its properties may wake disks.
+  const Drives& drives();
+  const Drives& readDrives();
+  static std::vector<std::string> rootsOf(const Drives& drives);
+  bool isHome(const std::string& root);
+  std::optional<os::Volume> volumeAt(const std::string& root);
+
+  ListVolumes listVolumes_;
+  std::optional<Drives> drives_;
   ShellIcons icons_;
 };
 

@@ -8,6 +8,7 @@
 #include "TreeBench.h"
 #include "imaging/contract/Shell.h"
 #include "platform/os/Paths.h"
+#include "platform/qt/services/QtShell.h"
 
 namespace kestrel::desktop {
 namespace {
@@ -54,6 +55,29 @@ TEST_F(DesktopShell, HasTheHomeFolderAsItsFirstDriveAndTheRoot) {
   EXPECT_EQ(shell().VolumeLabel(home() + "/"), "Home");
   EXPECT_NE(shell().VolumeLabel("/"), "");
   EXPECT_EQ(shell().NetworkPath("/"), "");
+}
+
+TEST_F(DesktopShell, ListsTheVolumesOnceForAllThatATreeAsksOfItsDrives) {
+  int listings = 0;
+  qt::QtShell counted([&] {
+    ++listings;
+    return std::vector<os::Volume>{{"/", os::VolumeKind::kFixed, "", ""},
+                                   {"/media/card", os::VolumeKind::kRemovable, "", ""},
+                                   {"/mnt/far", os::VolumeKind::kNetwork, "", R"(\\far\photos)"}};
+  });
+  const std::vector<std::string> roots = counted.LogicalDrives();
+  ASSERT_EQ(roots.size(), 4U) << "and the home folder";
+  for (const std::string& root : roots) {
+    counted.DriveType(root);
+    counted.VolumeLabel(root);
+    counted.NetworkPath(root);
+    counted.IconIndex(root);
+  }
+  EXPECT_EQ(counted.DriveType("/media/card/"), kDriveRemovable);
+  EXPECT_EQ(counted.NetworkPath("/mnt/far"), R"(\\far\photos)");
+  EXPECT_EQ(listings, 1);
+  counted.LogicalDrives();
+  EXPECT_EQ(listings, 2) << "anew for each tree";
 }
 
 TEST_F(DesktopShell, HasNoHomeDriveForAUserWithoutOne) {

@@ -104,5 +104,27 @@ TEST(Volumes, HaveTheLabelThatLinksToTheirDevice) {
   EXPECT_EQ(labelOf(volume, folder.path() / "by-label"), "");
 }
 
+/// Descriptions of devices as the system lays them out: a link for each name, partitions inside their disks.
+TEST(Volumes, AreRemovableByTheDescriptionOfTheirDisk) {
+  namespace fs = std::filesystem;
+  const Folder scratch;
+  const fs::path devices = scratch.path() / "devices";
+  const fs::path blocks = scratch.path() / "block";
+  fs::create_directories(blocks);
+  for (const auto& [disk, flag] : {std::pair("sda", "0\n"), std::pair("sdb", "1\n")}) {
+    const std::string part = disk + std::string("1");
+    fs::create_directories(devices / disk / part);
+    std::ofstream(devices / disk / "removable") << flag;
+    std::ofstream(devices / disk / part / "partition") << "1\n";
+    fs::create_directory_symlink(devices / disk, blocks / disk);
+    fs::create_directory_symlink(devices / disk / part, blocks / part);
+  }
+  EXPECT_TRUE(isRemovable("/dev/sdb1", blocks));
+  EXPECT_TRUE(isRemovable("/dev/sdb", blocks)) << "a disk without partitions";
+  EXPECT_FALSE(isRemovable("/dev/sda1", blocks));
+  EXPECT_FALSE(isRemovable("/dev/sdc1", blocks)) << "not described";
+  EXPECT_FALSE(isRemovable("", blocks)) << "of no device";
+}
+
 }  // namespace
 }  // namespace kestrel::os
