@@ -21,8 +21,8 @@ Report reportOf(const BackgroundTransfer::Work& work, const Request& request, Ca
       return work(request, caller);
     } catch (const std::bad_alloc&) {
       return failureOf(request, "the work ended early, there is not enough memory");
-    } catch (const std::exception& error) {
-      return failureOf(request, std::string("the work ended early: ") + error.what());
+    } catch (const std::exception&) {
+      return failureOf(request, "the work ended early");
     }
   } catch (...) {
     // There is not even the memory for a report.
