@@ -15,7 +15,7 @@ namespace tree = modFolderTreeView;
 class RedrawPause {
  public:
   explicit RedrawPause(TreeView& tree) : tree_(tree) { tree_.Redraw(false); }
-  ~RedrawPause() { tree_.Redraw(true); }
+  ~RedrawPause() { QDK_RESUME_NEXT(tree_.Redraw(true)); }
   RedrawPause(const RedrawPause&) = delete;
   RedrawPause& operator=(const RedrawPause&) = delete;
 

@@ -35,16 +35,18 @@ constexpr StockIcon kStockIcons[] = {
 
 std::string Separator() { return modProcessing::FileHelpers().PathSeparator(); }
 
-/// Sets a flag during its lifetime.
+/// Sets a flag during its lifetime, and then restores it: a handler of the host may refresh the tree within a
+/// refresh.
 class Raised {
  public:
-  explicit Raised(bool& flag) : flag_(flag) { flag_ = true; }
-  ~Raised() { flag_ = false; }
+  explicit Raised(bool& flag) : flag_(flag), before_(std::exchange(flag, true)) {}
+  ~Raised() { flag_ = before_; }
   Raised(const Raised&) = delete;
   Raised& operator=(const Raised&) = delete;
 
  private:
   bool& flag_;
+  bool before_;
 };
 
 }  // namespace
@@ -149,8 +151,9 @@ void FolderTreeView::zLoadImages() {
   const std::string windows = tree::WithSeparator(tree::GetWinPath());
   const std::string system = tree::WithSeparator(tree::GetSysPath());
   for (const StockIcon& stock : kStockIcons) {
-    const std::string file = (stock.inWindowsFolder ? windows : system) + stock.file;
-    if (tree::GetIconFromFile(file, stock.icon, false, picIcon)) {
+    const std::string& folder = stock.inWindowsFolder ? windows : system;
+    if (folder.empty()) continue;
+    if (tree::GetIconFromFile(folder + stock.file, stock.icon, false, picIcon)) {
       tvwFolders.ImageList().Set(stock.key, picIcon.hWnd());
     }
   }
@@ -211,8 +214,9 @@ void FolderTreeView::Path(const std::string& Value) {
 }
 
 /// Adds the node of a folder that exists although the shell does not list it, since it is hidden. Null for a
-/// folder that is only newer than the tree.
+/// folder that is only newer than the tree, and for one on a floppy that must not be read now.
 TreeNode* FolderTreeView::zHiddenFolder(TreeNode& Above, const std::string& Folder) {
+  if (pLocked && tree::IsOnFloppy(UpperCase(Folder))) return nullptr;
   const std::string parent = tree::WithSeparator(Above.Tag());
   if (parent.empty() || !Folder.starts_with(parent)) return nullptr;
   const std::string name = Folder.substr(parent.size());

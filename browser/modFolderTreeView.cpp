@@ -133,6 +133,21 @@ void AddDrive(TreeView& TV, ImageList& IL, PictureBox& PB, TreeNode* Above, cons
   if (node != nullptr && drive.probe) AddFirstSubfolder(TV, *node, DoSelectedImage);
 }
 
+/// Adds the item of a drive, and if it is the first of the steps those of the folders below, the last one
+/// selected.
+void AddDriveItems(DriveCombo& Combo, ImageList& IL, PictureBox& PB, const std::string& root,
+                   const DriveEntry& drive, const std::vector<std::string>& steps, std::int16_t Indentation) {
+  std::int32_t item =
+      Combo.Add(KeyOf(drive.name, 0), drive.label, FTVRetrieveIcon(root, IL, PB), Indentation);
+  if (steps.empty() || !EqualIgnoringCase(steps.front(), drive.name)) return;
+  std::int16_t level = Indentation;
+  for (std::size_t i = 1; i < steps.size(); ++i) {
+    ++level;
+    item = Combo.Add(KeyOf(steps[i], 0), LastPart(steps[i]), FTVRetrieveIcon(steps[i], IL, PB), level);
+  }
+  Combo.Select(item);
+}
+
 void AddMyDocuments(TreeView& TV, const TreeNode& Desktop, bool DoSelectedImage) {
   const std::string folder = WithoutSeparators(Shell().SpecialFolder(kFolderPersonal));
   if (folder.empty()) return;
@@ -291,21 +306,16 @@ std::string ListDrives(DriveCombo& Combo, ImageList& IL, PictureBox& PB, const s
     QDK_RESUME_NEXT(modProcessing::FormUtility().SetPointer(kBusyArrowHourglass));
     steps = StepsTo(Path);
     for (const std::string& root : Shell().LogicalDrives()) {
-      const DriveEntry drive = DescribeDrive(root, false);
-      const std::string key = KeyOf(drive.name, 0);
-      std::int32_t item = Combo.Add(key, drive.label, FTVRetrieveIcon(root, IL, PB), Indentation);
-      if (drive.fixed && Result.empty()) Result = key;
-      if (steps.empty() || !EqualIgnoringCase(steps.front(), drive.name)) continue;
-      std::int16_t level = Indentation;
-      for (std::size_t i = 1; i < steps.size(); ++i) {
-        ++level;
-        item = Combo.Add(KeyOf(steps[i], 0), LastPart(steps[i]), FTVRetrieveIcon(steps[i], IL, PB), level);
-      }
-      Combo.Select(item);
+      DriveEntry drive;
+      QDK_RESUME_NEXT(drive = DescribeDrive(root, false));
+      if (drive.name.empty()) continue;
+      if (drive.fixed && Result.empty()) Result = KeyOf(drive.name, 0);
+      QDK_RESUME_NEXT(AddDriveItems(Combo, IL, PB, root, drive, steps, Indentation));
     }
-    folder = IncludeMyDocuments ? WithoutSeparators(Shell().SpecialFolder(kFolderPersonal)) : std::string();
-    if (!folder.empty()) {
-      Combo.Add(KeyOf(folder, 0), kMyDocuments, FTVRetrieveIcon(folder, IL, PB), Indentation);
+    QDK_RESUME_NEXT(folder = WithoutSeparators(Shell().SpecialFolder(kFolderPersonal)));
+    if (IncludeMyDocuments && !folder.empty()) {
+      QDK_RESUME_NEXT(
+          Combo.Add(KeyOf(folder, 0), kMyDocuments, FTVRetrieveIcon(folder, IL, PB), Indentation));
     }
     QDK_RESUME_NEXT(modProcessing::FormUtility().SetPointer(kBusyDefault));
   } catch (...) {

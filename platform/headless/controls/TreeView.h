@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <unordered_map>
@@ -96,7 +97,10 @@ class TreeView final : public WindowOf<kestrel::TreeView>, private kestrel::Tree
   TreeNode* SelectedItem() override { return selected_; }
   TreeNode* HitTest(float x, float y) override;
   void Refresh() override { ++refreshes_; }
-  void Redraw(bool value) override { pauses_ += value ? -1 : 1; }
+  void Redraw(bool value) override {
+    pauses_ += value ? -1 : 1;
+    if (onRedraw) onRedraw(value);
+  }
 
   std::int32_t BorderStyle() const override { return borderStyle_; }
   void BorderStyle(std::int32_t value) override;
@@ -141,6 +145,8 @@ class TreeView final : public WindowOf<kestrel::TreeView>, private kestrel::Tree
   std::pair<float, float> placeOf(const std::string& key) const;
   /// The key of the picture that a node shows now.
   std::string imageOf(const std::string& key) const;
+  /// Called with each value of `Redraw`.
+  std::function<void(bool)> onRedraw;
   std::int32_t refreshes() const { return refreshes_; }
   bool isPaused() const { return pauses_ > 0; }
 

@@ -130,6 +130,51 @@ TEST_F(TreeRefresh, ASelectedFloppyIsNotTouched) {
   EXPECT_TRUE(has("A:\\LETTERS")) << "a click reads it again";
 }
 
+TEST_F(TreeRefresh, ASelectedFolderOnAFloppyIsNotTouched) {
+  folder("A:\\letters\\old");
+  start();
+  tree().click("A:");
+  node("A:").Expanded(true);
+  tree().click("A:\\LETTERS");
+  ASSERT_EQ(control().Path(), "A:\\letters\\");
+  shell().forgetReads();
+  control().Refresh();
+  for (const std::string& read : shell().reads()) EXPECT_NE(read.substr(0, 2), "A:");
+  EXPECT_EQ(selectedKey(), "A:") << "the nearest node that is listed";
+}
+
+TEST_F(TreeRefresh, AFloppyIsNotTouchedWhenTheHostRefreshesWithinARefresh) {
+  folder("A:\\letters");
+  start();
+  tree().click("A:");
+  shell().forgetReads();
+  int refreshes = 0;
+  const Connection again = control().FolderClick.Connect([&](const std::string&) {
+    if (++refreshes == 2) control().Refresh();
+  });
+  control().Refresh();
+  EXPECT_GE(refreshes, 2);
+  EXPECT_EQ(control().Path(), "A:\\");
+  for (const std::string& read : shell().reads()) EXPECT_NE(read.substr(0, 2), "A:");
+}
+
+TEST_F(TreeRefresh, WithoutTheSystemsFoldersNoPictureIsLookedUpInTheCurrentFolder) {
+  struct CurrentFolder {
+    explicit CurrentFolder(const std::string& folder) { std::filesystem::current_path(folder); }
+    ~CurrentFolder() { std::filesystem::current_path(before); }
+    std::filesystem::path before = std::filesystem::current_path();
+  };
+  const CurrentFolder current(scratch());
+  for (const char* file : {"Explorer.exe", "Shell32.dll"}) {
+    std::ofstream(platform().files().host(file)) << "x";
+    ASSERT_TRUE(platform().files().exists(file));
+  }
+  start();
+  for (const char* key : {"My Computer", "Desktop", "Folder Closed", "Folder Open", "My Documents"}) {
+    EXPECT_EQ(tree().ImageList().picture(key), nullptr) << key;
+  }
+}
+
 TEST_F(TreeRefresh, ANodeThatWasExpandedBeforeIsListedAgainWhenItIsExpanded) {
   start();
   control().Path("C:\\Pictures");

@@ -104,8 +104,14 @@ TEST_F(TreeClicks, TheTreeIsPausedOnlyWhileANodeIsListed) {
   bool pausedInEvent = true;
   const Connection connection =
       control().Expand.Connect([&](const TreeNode&) { pausedInEvent = tree().isPaused(); });
+  shell().forgetReads();
+  std::size_t readBefore = 0;
+  std::size_t readAfter = 0;
+  tree().onRedraw = [&](bool resumes) { (resumes ? readAfter : readBefore) = shell().reads().size(); };
   tree().clickSign("C:\\PICTURES");
   EXPECT_FALSE(pausedInEvent);
+  EXPECT_EQ(readBefore, 0U);
+  EXPECT_GE(readAfter, 1U) << "the folder was listed during the pause";
   EXPECT_FALSE(tree().isPaused());
 }
 
@@ -142,10 +148,16 @@ TEST_F(TreeClicks, ADoubleClickRaisesTheEventOfItsKindAndThenDblClick) {
   tree().doubleClick("C:\\PICTURES");
   EXPECT_THAT(events(), ElementsAre("FolderClick C:\\Pictures\\", "NodeClick C:\\PICTURES", "Click",
                                     "FolderDblClick C:\\Pictures", "DblClick", "Expand C:\\PICTURES"));
+  const auto ofDoubleClicks = [this] {
+    std::vector<std::string> raised = events();
+    std::erase_if(raised,
+                  [](const std::string& event) { return event.find("DblClick") == std::string::npos; });
+    return raised;
+  };
   tree().doubleClick("My Computer");
-  EXPECT_THAT(events(), testing::IsSupersetOf({"MyComputerDblClick", "DblClick"}));
+  EXPECT_THAT(ofDoubleClicks(), ElementsAre("MyComputerDblClick", "DblClick"));
   tree().doubleClick("Desktop");
-  EXPECT_THAT(events(), testing::IsSupersetOf({"DesktopDblClick", "DblClick"}));
+  EXPECT_THAT(ofDoubleClicks(), ElementsAre("DesktopDblClick", "DblClick"));
 }
 
 TEST_F(TreeClicks, ADoubleClickOnEmptySpaceRaisesDblClickOnly) {
