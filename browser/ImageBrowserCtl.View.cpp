@@ -41,12 +41,14 @@ void ImageBrowserCtl::zShowProgress(std::int32_t Maximum) {
 }
 
 void ImageBrowserCtl::zHideProgress() {
+  iLoading = false;
   mrgUI.StatusPanel("Progress").Visible(false);
   Status({});
 }
 
 void ImageBrowserCtl::thvBrowse_FolderLoadStart(bool& Cancel) {
   try {
+    iLoading = true;
     Status("Searching for images...");
     zCancelWhileHidden(Cancel);
   } catch (...) {
@@ -81,6 +83,7 @@ void ImageBrowserCtl::thvBrowse_FolderLoadComplete(bool Cancelled) {
 
 void ImageBrowserCtl::thvBrowse_RecalculatingThumbnailsStart() {
   try {
+    iLoading = true;
     zShowProgress(Thumbnails().Count());
     Status("Recalculating thumbnails...");
   } catch (...) {

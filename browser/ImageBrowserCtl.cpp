@@ -136,9 +136,16 @@ void ImageBrowserCtl::UserControl_Resize() {
   }
 }
 
-// Nobody waits for the thumbnails of a closed window.
-
-void ImageBrowserCtl::UserControl_Hide() { iHidden = true; }
+void ImageBrowserCtl::UserControl_Hide() {
+  try {
+    iHidden = true;
+    // Nobody waits for the thumbnails of a closed window. The load that this starts ends the one under way,
+    // and is canceled at its start.
+    if (iLoading) thvBrowse.Refresh();
+  } catch (...) {
+    QDK_TRAILER(UserControl_Hide, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
 
 void ImageBrowserCtl::UserControl_Show() {
   try {
@@ -279,7 +286,7 @@ void ImageBrowserCtl::ftvBrowse_MyComputerClick() {
 
 std::string ImageBrowserCtl::qdkDumpModuleVariables() const {
   return QDK_FIELDS(mrgUI, pnlBrowse, ftvBrowse, thvBrowse, pShowMenuBar, iRuntime, iHelp, iHidden,
-                    iLoadsWhenShown);
+                    iLoadsWhenShown, iLoading);
 }
 
 }  // namespace kestrel

@@ -137,6 +137,7 @@ class ImageBrowserCtl final : public IImageBrowserCtl {
   bool iRetired = false;
   bool iHidden = false;          ///< it was shown and is hidden now
   bool iLoadsWhenShown = false;  ///< hiding it has ended a load
+  bool iLoading = false;         ///< the view loads or recalculates thumbnails
 
   std::vector<Connection> iConnections;
 };

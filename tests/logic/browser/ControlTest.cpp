@@ -253,6 +253,26 @@ TEST_F(BrowserControl, ShowsTheProgressOfARecalculation) {
   EXPECT_EQ(panel("pnlStatus"), " ");
 }
 
+TEST_F(BrowserControl, EndsALoadAndARecalculationAtOnceWhenItIsHidden) {
+  start();
+  bool cancel = false;
+  view().FolderLoadStart(cancel);
+  ASSERT_FALSE(cancel);
+  forget();
+  site().Visible(false);
+  EXPECT_THAT(view().calls, ElementsAre("Refresh")) << "it ends the load, and is canceled at its start";
+  view().FolderLoadStart(cancel);
+  EXPECT_TRUE(cancel);
+  view().FolderLoadComplete(true);
+
+  site().Visible(true);
+  cancel = false;
+  view().RecalculatingThumbnailsStart(cancel);
+  forget();
+  site().Visible(false);
+  EXPECT_THAT(view().calls, ElementsAre("Refresh"));
+}
+
 TEST_F(BrowserControl, EndsTheLoadOfAClosedWindowAndLoadsWhenItIsShownAgain) {
   start();
   site().Visible(false);

@@ -14,6 +14,7 @@
 #include "imaging/contract/Writer.h"
 #include "platform/headless/Moorage.h"
 #include "platform/headless/Platform.h"
+#include "platform/headless/Site.h"
 #include "platform/headless/controls/ThumbnailView.h"
 #include "settings/modProcessing.h"
 
@@ -173,12 +174,39 @@ TEST_P(BrowserStory, TheContextMenuIsTheImageMenu) {
   EXPECT_EQ(browser().Thumbnails().Count(), 3);
 }
 
-TEST_P(BrowserStory, AClosedWindowEndsItsLoadAndShowsTheFolderAgain) {
+TEST_P(BrowserStory, AHiddenBrowserEndsItsLoadAtOnceAndLoadsWhenItIsShownAgain) {
+  browser().Path(path("Other"));
+  settle();
+  int loaded = 0;
+  std::vector<bool> completed;
+  const Connection each = view().ThumbnailLoaded.Connect([&](Thumbnail&, std::int32_t, bool&) { ++loaded; });
+  const Connection end =
+      view().FolderLoadComplete.Connect([&](bool canceled) { completed.push_back(canceled); });
+  browser().Path(path("Photos"));
+  ASSERT_THAT(completed, ElementsAre()) << "the load is under way";
+
+  auto& site = Bind<headless::Site>(window_->Form(), "Browser");
+  site.Visible(false);
+  ASSERT_FALSE(completed.empty()) << "at once";
+  EXPECT_THAT(completed, testing::Each(true));
+  settle();
+  EXPECT_EQ(loaded, 0);
+  EXPECT_FALSE(suite().StatusPanel("Progress").Visible());
+
+  site.Visible(true);
+  settle();
+  EXPECT_EQ(browser().Thumbnails().Count(), 3);
+  EXPECT_EQ(loaded, 3);
+  EXPECT_FALSE(completed.back());
+}
+
+TEST_P(BrowserStory, AWindowThatIsClosedAfterItsLoadIsNotLoadedAgain) {
+  int started = 0;
+  const Connection connection = view().FolderLoadStart.Connect([&](bool&) { ++started; });
   window_->Form().Unload();
-  ASSERT_FALSE(window_->Form().Visible());
   window_->Form().Show();
   settle();
-  EXPECT_EQ(window_->Form().Caption(), "Photos - Browser");
+  EXPECT_EQ(started, 0);
   EXPECT_EQ(browser().Thumbnails().Count(), 3);
 }
 
