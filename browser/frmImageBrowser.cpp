@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "diagnostics/Trailer.h"
+#include "imaging/contract/PropertyStage.h"
 #include "settings/modProcessing.h"
 
 namespace kestrel {
@@ -30,6 +31,8 @@ frmImageBrowser::frmImageBrowser() : iForm(kForm), iSite(Bind<Site>(*iForm, "Bro
   keep(iBrowser.PathChange.Connect([this](const std::string&) { Browser_PathChange(); }));
   keep(iBrowser.InvalidPathChange.Connect([this] { Browser_InvalidPathChange(); }));
   keep(iBrowser.ExitRequest.Connect([this] { Browser_ExitRequest(); }));
+  // A host sets the path before it shows the window.
+  dynamic_cast<PropertyStage&>(*iForm).InitializeControls();
 }
 
 frmImageBrowser::~frmImageBrowser() {
@@ -72,9 +75,9 @@ void frmImageBrowser::Form_QueryUnload(bool& Cancel) {
   try {
     if (SafeToUnload) return;
     modProcessing::WindowPositions().SavePosition(*iForm, {});
-    zSaveDivider();
     iForm->Hide();
     Cancel = true;
+    QDK_RESUME_NEXT(zSaveDivider());
   } catch (...) {
     QDK_TRAILER(Form_QueryUnload, QDK_PARAMETERS(Cancel), QDK_LOCALS());
   }

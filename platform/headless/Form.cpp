@@ -61,8 +61,12 @@ void Form::embed(Window& window) {
 void Form::load() {
   if (loaded_) return;
   loaded_ = true;
-  if (!std::exchange(sitesReady_, true)) controls_.initializeSites();
+  InitializeControls();
   Load();
+}
+
+void Form::InitializeControls() {
+  if (!std::exchange(sitesReady_, true)) controls_.initializeSites();
 }
 
 void Form::unload(std::int32_t reason) {

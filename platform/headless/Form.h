@@ -7,13 +7,14 @@
 #include "Graphics.h"
 #include "Window.h"
 #include "imaging/contract/Form.h"
+#include "imaging/contract/PropertyStage.h"
 
 namespace kestrel::headless {
 
 class User;
 
 /// A form without a window. Shown modally, it is operated by the scripted user.
-class Form final : public WindowOf<kestrel::Form> {
+class Form final : public WindowOf<kestrel::Form>, public PropertyStage {
  public:
   Form(Desktop& desktop, User& user, const Surroundings& surroundings, const FormDescription& description);
   ~Form() override;
@@ -36,6 +37,8 @@ class Form final : public WindowOf<kestrel::Form> {
   std::int32_t ScaleWidth() const override { return Width(); }
   std::int32_t ScaleHeight() const override { return Height(); }
   OLE_COLOR BackColor() const override { return kFaceColor; }
+
+  void InitializeControls() override;
 
   using WindowOf::Visible;
   /// Writing does the same as a non-modal `Show`, or `Hide`.

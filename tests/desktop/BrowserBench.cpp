@@ -61,10 +61,7 @@ std::string BrowserBench::addFolder(const std::string& name) {
 void BrowserBench::open() {
   window_ = std::make_unique<frmImageBrowser>();
   watchLoading();
-  connections_.push_back(window_->Form().Load.Connect([this] {
-    browser().ObjectFolderBrowse().AutoSelect(false);
-    browser().Path(folder_);
-  }));
+  browser().Path(folder_);
   window_->Form().Show();
   window_->Form().Width(1000);
   window_->Form().Height(700);

@@ -24,11 +24,6 @@ std::string withSeparator(std::string folder) {
 BrowserWindow::BrowserWindow(std::function<void()> closed, std::function<void(const std::string&)> open) {
   const auto keep = [this](Connection connection) { connections_.push_back(std::move(connection)); };
   window_.Title("KestrelLib2 Image Browser");
-  keep(form().Load.Connect([this] {
-    // The folder is loaded once, not after the one that the tree would select by itself.
-    browser().ObjectFolderBrowse().AutoSelect(false);
-    browser().Path(folder_);
-  }));
   keep(form().QueryUnload.Connect([closed = std::move(closed)](bool&, std::int32_t) { closed(); }));
   keep(browser().ObjectThumbnailView().ThumbnailOpen.Connect(
       [open = std::move(open)](Thumbnail& thumbnail) { open(thumbnail.Filename()); }));
@@ -47,7 +42,7 @@ void BrowserWindow::connectLoading() {
 Control& BrowserWindow::control() { return Bind<Site>(form(), "Browser"); }
 
 void BrowserWindow::show(const std::string& folder) {
-  folder_ = folder;
+  browser().Path(folder);
   form().Show();
 }
 

@@ -40,7 +40,6 @@ class BrowserWindow {
   void connectLoading();
 
   frmImageBrowser window_;
-  std::string folder_;
   bool loading_ = false;
   bool recalculating_ = false;
   std::vector<Connection> connections_;

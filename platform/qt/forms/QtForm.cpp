@@ -4,6 +4,7 @@
 #include <QEvent>
 #include <QIcon>
 #include <QVBoxLayout>
+#include <utility>
 
 #include "AccessKeys.h"
 #include "base/RuntimeError.h"
@@ -87,12 +88,13 @@ void QtForm::load() {
   if (loaded_) return;
   loaded_ = true;
   activated_ = false;
-  if (!initialized_) {
-    initialized_ = true;
-    controls_.initializeSites();
-  }
+  InitializeControls();
   Load();
   separateAccessKeys(*window_);
+}
+
+void QtForm::InitializeControls() {
+  if (!std::exchange(initialized_, true)) controls_.initializeSites();
 }
 
 void QtForm::Show(bool modal, Control* owner) {
@@ -104,9 +106,11 @@ void QtForm::Show(bool modal, Control* owner) {
     if (!within && window().isWindow()) {
       window().setParent(parent, window().windowFlags());
     }
+    // This form may be destroyed during the dialog, by the host; or only the window, by its owner. An owner
+    // that stays may be destroyed before the form.
+    const QPointer<FormWindow> shown = window_;
     execModal(window(), calls_);
-    // The owner may be destroyed before the form, and has destroyed the window if it was during the dialog.
-    if (window_) window_->setParent(nullptr, window_->windowFlags());
+    if (shown) shown->setParent(nullptr, shown->windowFlags());
   } else {
     window().show();
     if (!activated_) {

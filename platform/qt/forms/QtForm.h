@@ -10,13 +10,14 @@
 #include "WindowPlacement.h"
 #include "base/OpenCalls.h"
 #include "imaging/contract/Form.h"
+#include "imaging/contract/PropertyStage.h"
 #include "platform/qt/controls/WidgetControl.h"
 #include "platform/qt/docking/DockableForm.h"
 
 namespace kestrel::qt {
 
 /// A form of the contract on its window.
-class QtForm final : public WidgetControl<Form>, public DockableForm {
+class QtForm final : public WidgetControl<Form>, public PropertyStage, public DockableForm {
  public:
   /// The services must outlive the form.
   QtForm(std::unique_ptr<FormWindow> window, const std::string& name, const SiteServices& services);
@@ -36,6 +37,8 @@ class QtForm final : public WidgetControl<Form>, public DockableForm {
   void Move(std::int32_t left, std::int32_t top, std::int32_t width, std::int32_t height) override {
     placement().place({left, top, width, height});
   }
+
+  void InitializeControls() override;
 
   bool Visible() const override { return window_ && window_->isVisible(); }
   void Visible(bool value) override { value ? Show() : Hide(); }

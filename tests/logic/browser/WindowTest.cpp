@@ -246,6 +246,26 @@ TEST_F(BrowserWindow, TheClassPassesPathAndTitleOn) {
   EXPECT_EQ(browser.Path(), "C:\\Photos\\");
 }
 
+TEST_F(BrowserWindow, OpensThePathThatWasSetBeforeItsFirstShow) {
+  ImageBrowser browser;
+  browser.Title("Pictures");
+  browser.Path("C:\\Photos\\2001");
+  EXPECT_EQ(browser.Path(), "C:\\Photos\\2001\\");
+  browser.Show();
+  EXPECT_EQ(browser.Path(), "C:\\Photos\\2001\\");
+}
+
+TEST_F(BrowserWindow, KeepsWhatWasSetBeforeItsFirstShow) {
+  frmImageBrowser window;
+  window.Title("Pictures");
+  window.Browser().ShowMenuBar(false);
+  window.Browser().Path("C:\\Photos\\");
+  window.Form().Show();
+  EXPECT_FALSE(window.Browser().ShowMenuBar());
+  EXPECT_EQ(window.Browser().ObjectThumbnailView().Folder(), "C:\\Photos\\");
+  EXPECT_EQ(window.Form().Caption(), "Photos - Pictures");
+}
+
 TEST_F(BrowserWindow, TheClassShowsItModallyToo) {
   ImageBrowser browser;
   browser.Title("Pictures");
