@@ -8,9 +8,11 @@
 #include <QMenu>
 #include <QTest>
 #include <QTimer>
+#include <memory>
 
 #include "BrowserBench.h"
 #include "EditorBench.h"
+#include "browser/ImageBrowser.h"
 #include "platform/qt/controls/SplitPanelWidget.h"
 #include "platform/qt/tree/TreeWidget.h"
 
@@ -265,6 +267,27 @@ TEST_F(Browser, AFileThatIsAddedAppears) {
   QFile::remove(QString::fromStdString(bench_.pathOf("img2.png")));
   bench_.waitUntil("the removed file vanishes",
                    [this] { return bench_.browser().Thumbnails().Count() == 3; });
+}
+
+TEST_F(Browser, OpensThePathThatAHostSetsBeforeTheFirstShow) {
+  ImageBrowser browser;
+  browser.Path(bench_.folder());
+  EXPECT_EQ(browser.Path(), bench_.folder() + "/");
+  browser.Show();
+  settle();
+  EXPECT_EQ(browser.Path(), bench_.folder() + "/");
+}
+
+TEST_F(Browser, AHostMayDestroyItWhileItIsShownModally) {
+  auto browser = std::make_unique<ImageBrowser>();
+  bool shown = false;
+  QTimer::singleShot(0, qApp, [&] {
+    shown = browser->Visible();
+    browser.reset();
+  });
+  browser->Show(true);
+  EXPECT_TRUE(shown);
+  EXPECT_EQ(browser, nullptr);
 }
 
 }  // namespace
