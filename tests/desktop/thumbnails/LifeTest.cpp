@@ -167,7 +167,7 @@ TEST_F(ThumbnailLife, PictureThatChangesOnTheDiskIsShownAnew) {
   }));
 }
 
-TEST_F(ThumbnailLife, FolderThatVanishesLeavesNothing) {
+TEST_F(ThumbnailLife, FilesThatVanishLeaveNothing) {
   folder.addMany(2);
   bench.open(folder);
   bench.click(0);
