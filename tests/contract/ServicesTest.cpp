@@ -202,7 +202,7 @@ TEST_P(Services, WindowPositionsRestoreAWindow) {
 
 TEST_P(Services, WindowPositionsAreStableOverTenRestores) {
   // Large enough for all controls of the form, small enough for the screen.
-  constexpr std::int32_t kWidth = 620, kHeight = 745;
+  constexpr std::int32_t kWidth = 620, kHeight = 750;
   WindowPositions& positions = platform().WindowPositions();
   positions.RegistryKey("Software\\Test\\WindowPositions");
   std::unique_ptr<Form> form = user().controls();
@@ -225,7 +225,7 @@ TEST_P(Services, WindowPositionsAreStableOverTenRestores) {
 }
 
 TEST_P(Services, WindowPositionsOfAMaximisedWindowAreWhereItIsRestoredTo) {
-  constexpr Rectangle kPlace{60, 32, 620, 745};
+  constexpr Rectangle kPlace{60, 32, 620, 750};
   const auto placeOf = [](const Form& form) {
     return Rectangle{form.Left(), form.Top(), form.Width(), form.Height()};
   };

@@ -4,7 +4,6 @@
 
 #include <QAction>
 #include <QApplication>
-#include <QContextMenuEvent>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QImage>
@@ -79,11 +78,7 @@ class EmbeddedBrowser : public testing::Test {
 
   void press(Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); }
 
-  void pressMenuKey() {
-    QWidget& widget = *QApplication::focusWidget();
-    QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(5, 5), widget.mapToGlobal(QPoint(5, 5)));
-    QApplication::sendEvent(&widget, &event);
-  }
+  void pressMenuKey() { press(Qt::Key_Menu); }
 
   /// Processes events and deferred deletions.
   static void settle() {

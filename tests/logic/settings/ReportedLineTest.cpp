@@ -69,7 +69,7 @@ struct Case {
 void PrintTo(const Case& chosen, std::ostream* out) { *out << chosen.procedure; }
 
 const Case kCases[] = {
-    {"Main", "settings/modProcessing.cpp", "WindowPositions().RegistryKey(kRoot + ",
+    {"Main", "settings/modProcessing.cpp", "WindowPositions().RegistryKey(std::string(kRootKey) + ",
      [](World& w) {
        w.platform.failing = "WindowPositions";
        modProcessing::Main();
