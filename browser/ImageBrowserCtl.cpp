@@ -259,8 +259,7 @@ void ImageBrowserCtl::zResetView(const std::string& Message) {
 void ImageBrowserCtl::ftvBrowse_FolderClick(const std::string& FolderName) {
   try {
     // A copy: the tree's text may change in a handler of the host.
-    const std::string folder = FolderName;
-    zSetView(folder);
+    zSetView(std::string(FolderName));
   } catch (...) {
     QDK_TRAILER(ftvBrowse_FolderClick, QDK_PARAMETERS(FolderName), QDK_LOCALS());
   }

@@ -24,9 +24,22 @@ bool setView(BrowserWindow& window, const std::string& word) {
   return true;
 }
 
+/// A command that asks for a folder. Nobody answers in an unattended run: the question is canceled.
+Step folderCommand(const char* key, BrowserWindow& window, const Stage& stage) {
+  return {key, 0, [key, &window, &stage](const Words&) {
+            if (!stage.boxes.unattended) {
+              window.runCommand(key);
+              return true;
+            }
+            stage.desktop.useOpenedDialog([&] { window.runCommand(key); }, [](Form&) {});
+            refuse("The question for a folder was canceled, since nobody can answer it.");
+          }};
+}
+
 }  // namespace
 
-std::vector<Step> browserSteps(BrowserWindow& window, EditorWindows& editors, qt::Desktop& desktop) {
+std::vector<Step> browserSteps(BrowserWindow& window, EditorWindows& editors, const Stage& stage) {
+  qt::Desktop& desktop = stage.desktop;
   return {
       {"path", 1,
        [&window](const Words& words) {
@@ -51,6 +64,8 @@ std::vector<Step> browserSteps(BrowserWindow& window, EditorWindows& editors, qt
          if (!editors.latest()) refuse("No editor is open.");
          return desktop.saveScreenshot(editors.latest()->form(), words[0]);
        }},
+      folderCommand("imagecopy", window, stage),
+      folderCommand("imagemove", window, stage),
   };
 }
 

@@ -16,6 +16,10 @@ namespace kestrel::app {
 /// - `select N...`: selects the thumbnails of these numbers, counted from 1
 /// - `open N`: opens a picture in the editor
 /// - `editor PNG`: saves a screenshot of the editor's window that was opened last
-std::vector<Step> browserSteps(BrowserWindow& window, EditorWindows& editors, qt::Desktop& desktop);
+/// - `imagecopy`, `imagemove`: run these commands; an unattended run cancels their question for a folder and
+///   fails
+///
+/// The steps refer to all three arguments.
+std::vector<Step> browserSteps(BrowserWindow& window, EditorWindows& editors, const Stage& stage);
 
 }  // namespace kestrel::app

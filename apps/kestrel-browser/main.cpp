@@ -83,7 +83,7 @@ int run(const BrowserArguments& arguments, qt::Desktop& desktop, BoxScript& boxe
   const Stage stage{window.form(), desktop, boxes,
                     [&window](const std::string& key) { window.runCommand(key); }};
   const bool done = (shown || !arguments.quit) &&
-                    playScript(arguments.steps, stage, browserSteps(window, browser.editors(), desktop)) &&
+                    playScript(arguments.steps, stage, browserSteps(window, browser.editors(), stage)) &&
                     saveScreenshot(arguments.screenshot, stage);
   if (arguments.quit) return done ? 0 : 1;
   return desktop.run();
