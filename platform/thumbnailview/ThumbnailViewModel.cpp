@@ -55,9 +55,10 @@ std::string ThumbnailViewModel::Folder() const { return inside_->folder; }
 
 void ThumbnailViewModel::Folder(const std::string& value) {
   if (value == inside_->folder && !inside_->cleared) return;
-  const std::string folder = value;
+  // A handler of the ended load may change the text that `value` refers to.
+  std::string folder = value;
   if (!inside_->endLoad()) return;
-  inside_->folder = folder;
+  inside_->folder = std::move(folder);
   inside_->cleared = false;
   inside_->emptyList();
   inside_->startLoad();

@@ -85,9 +85,9 @@ TEST_F(Bars, HaveAMenuThatOpensByItsKey) {
   QTimer watch;
   QObject::connect(&watch, &QTimer::timeout, &watch, [&] {
     QWidget* const popup = QApplication::activePopupWidget();
-    if (!popup) return;
+    if (!popup || !QTest::qWaitForWindowExposed(popup)) return;
     opened = true;
-    popup->close();
+    QTest::keyClick(popup, Qt::Key_Escape);
     watch.stop();
   });
   watch.start(5);

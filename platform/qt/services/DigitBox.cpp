@@ -99,7 +99,7 @@ bool DigitBox::onKey(const QKeyEvent& key) {
 }
 
 bool DigitBox::onInputMethod(const QInputMethodEvent& input) {
-  const QString entered = input.commitString();
+  const QString& entered = input.commitString();
   // The edit itself replaces a part of its text, as a correction asks for.
   if (input.preeditString().isEmpty() && entered == digitsIn(entered)) return false;
   enter(entered);

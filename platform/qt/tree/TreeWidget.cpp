@@ -27,7 +27,7 @@ QColor lineColor(const QPalette& palette) {
 }
 
 bool hasNextSibling(const QModelIndex& index) {
-  return index.row() + 1 < index.model()->rowCount(index.parent());
+  return index.sibling(index.row() + 1, 0).isValid();
 }
 
 /// Lets the view compute the parts of an item.
