@@ -105,7 +105,7 @@ struct ThumbnailViewModel::Inside final : FolderLoader::Listener {
   void invalidateItem(const Item& item);
   std::int32_t largeItem() const;
   ItemRange visible() const;
-  /// The items whose bitmaps are kept whatever the memory: those visible, or the one of the large picture.
+  /// The items whose bitmaps are kept beyond the limit too: those visible, or the one of the large picture.
   ItemRange kept() const;
   /// Moves the focus and makes the item visible.
   void moveFocus(std::int32_t item);
