@@ -26,9 +26,7 @@ QColor lineColor(const QPalette& palette) {
   return color;
 }
 
-bool hasNextSibling(const QModelIndex& index) {
-  return index.sibling(index.row() + 1, 0).isValid();
-}
+bool hasNextSibling(const QModelIndex& index) { return index.sibling(index.row() + 1, 0).isValid(); }
 
 /// Lets the view compute the parts of an item.
 class TreeDelegate final : public QStyledItemDelegate {
