@@ -59,7 +59,14 @@ Workers::~Workers() {
     threads.swap(shared_->threads);
   }
   shared_->wake.notify_all();
-  for (std::thread& thread : threads) thread.join();
+  for (std::thread& thread : threads) {
+    // The last owner may be a source that ends on a worker: that thread ends by itself.
+    if (thread.get_id() == std::this_thread::get_id()) {
+      thread.detach();
+    } else {
+      thread.join();
+    }
+  }
 }
 
 void Workers::start() {

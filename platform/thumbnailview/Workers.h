@@ -26,7 +26,7 @@ class Workers {
   explicit Workers(std::int32_t threads);
   Workers(const Workers&) = delete;
   Workers& operator=(const Workers&) = delete;
-  /// Waits for the jobs at work; must not run on one of the threads.
+  /// Waits for the jobs at work, but for the one that it is called by, if it runs on a worker.
   ~Workers();
 
   /// Asks the source for jobs as long as it exists.
