@@ -83,9 +83,9 @@ TEST_F(OtherImplementation, HasTheSameUris) {
 TEST_F(OtherImplementation, FindsOurThumbnails) {
   std::vector<Command> commands;
   std::vector<std::string> expected;
-  for (std::size_t i = 0; i < std::size(kNames); ++i) {
-    for (const std::string& name : kFileNames) {
-      const FileVersion photo = file(name);
+  for (const std::string& name : kFileNames) {
+    const FileVersion photo = file(name);
+    for (std::size_t i = 0; i < std::size(kNames); ++i) {
       const std::int32_t side = kStoredSides[i];
       cache_.put(photo, side, picture(side, side / 2), {4000, 2000});
       commands.push_back({"lookup", photo.path.native(), kNames[i]});
