@@ -27,7 +27,7 @@ bool HasTransparency(const PixelRows& Pixels) {
   for (std::int32_t y = 0; y < Pixels.Height; ++y) {
     const std::uint8_t* const row = Pixels.Data + static_cast<std::size_t>(y) * Pixels.Stride;
     unsigned common = 255;
-    for (std::int32_t x = 0; x < Pixels.Width; ++x) common &= row[std::size_t{4} * x + 3];
+    for (std::int32_t x = 0; x < Pixels.Width; ++x) common &= row[4 * x + 3];
     if (common != 255) return true;
   }
   return false;
@@ -37,7 +37,7 @@ bool HasPartialTransparency(const PixelRows& Pixels) {
   for (std::int32_t y = 0; y < Pixels.Height; ++y) {
     const std::uint8_t* const row = Pixels.Data + static_cast<std::size_t>(y) * Pixels.Stride;
     for (std::int32_t x = 0; x < Pixels.Width; ++x) {
-      const std::uint8_t alpha = row[std::size_t{4} * x + 3];
+      const std::uint8_t alpha = row[4 * x + 3];
       if (alpha != 0 && alpha != 255) return true;
     }
   }
