@@ -52,7 +52,7 @@ class Event {
     slots_->push_back(slot);
     return Connection([weakSlots = std::weak_ptr<Slots>(slots_), slot] {
       slot->connected = false;
-      if (auto slots = weakSlots.lock()) std::erase(*slots, slot);
+      if (const auto connected = weakSlots.lock()) std::erase(*connected, slot);
     });
   }
 
