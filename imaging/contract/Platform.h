@@ -68,6 +68,11 @@ class Platform {
 
   /// The calls to hosts and users under way on this platform's thread.
   OpenCalls Calls;
+
+  /// Destroys an object once no stack frame can use it: when all `Calls` have returned and control is back in
+  /// the event loop. For objects that a host may end during one of their own calls; what the host can notice
+  /// of them must have ended already. The platform's end destroys those that are left.
+  virtual void Retire(std::shared_ptr<void> object) = 0;
 };
 
 }  // namespace kestrel

@@ -15,6 +15,7 @@ namespace kestrel::headless {
 
 Platform::Platform(Setup setup)
     : setup_(std::move(setup)),
+      user_(Calls),
       files_(setup_.pathStyle, setup_.scratch, setup_.drives),
       formUtility_(desktop_, files_),
       windowFunctions_(desktop_),
@@ -98,6 +99,12 @@ std::unique_ptr<kestrel::MouseTracker> Platform::CreateMouseTracker() {
 
 std::unique_ptr<kestrel::Canvas> Platform::CreateCanvas(std::int32_t width, std::int32_t height) {
   return std::make_unique<headless::Canvas>(width, height);
+}
+
+void Platform::Retire(std::shared_ptr<void> object) {
+  retired_.push_back(std::move(object));
+  // Outside of all calls none of our frames is on the stack. The field is empty while they end.
+  if (!Calls.Any()) std::exchange(retired_, {}).clear();
 }
 
 }  // namespace kestrel::headless

@@ -102,6 +102,9 @@ class Platform final : public kestrel::Platform {
   headless::ObjectFactory& ObjectFactory() override { return objectFactory_; }
   kestrel::StackResolver& StackResolver() override { return lineTable_; }
 
+  /// Without an event loop: destroyed at once if no call is open, else by the next one that is retired then.
+  void Retire(std::shared_ptr<void> object) override;
+
  private:
   Setup setup_;
   User user_;
@@ -123,6 +126,8 @@ class Platform final : public kestrel::Platform {
   headless::Screen screen_;
   headless::ObjectFactory objectFactory_;
   posix::LineTable lineTable_;
+
+  std::vector<std::shared_ptr<void>> retired_;  // last: they use the services
 };
 
 }  // namespace kestrel::headless

@@ -127,6 +127,7 @@ void User::recordAbout(const About& about) {
 }
 
 void User::useForm(kestrel::Form& form) {
+  const OpenCalls::Call call(calls_);
   const std::string what = "the window " + form.Name();
   if (const auto step = next<Using>(what)) {
     if (step->form != form.Name()) {
@@ -140,6 +141,7 @@ void User::useForm(kestrel::Form& form) {
 }
 
 std::optional<std::string> User::useFileDialog(FileDialog& dialog) {
+  const OpenCalls::Call call(calls_);
   const auto step = next<Choosing>("the file dialog");
   if (!step) return std::nullopt;
   if (step->before) step->before(dialog);

@@ -8,6 +8,7 @@
 #include <variant>
 #include <vector>
 
+#include "base/OpenCalls.h"
 #include "imaging/contract/Types.h"
 
 namespace kestrel {
@@ -48,6 +49,9 @@ class User {
     std::string versionText;
     bool hasPicture = false;
   };
+
+  /// What the user does in a form or a file dialog counts as a call; `calls` must outlive this object.
+  explicit User(OpenCalls& calls) : calls_(calls) {}
 
   std::function<void(const std::string&)> onComplaint;
 
@@ -124,6 +128,7 @@ class User {
   template <typename T>
   std::optional<T> next(const std::string& whatCameUp);
 
+  OpenCalls& calls_;
   std::deque<Step> script_;
   std::vector<Box> boxes_;
   std::vector<Question> questions_;

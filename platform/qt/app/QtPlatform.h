@@ -2,8 +2,10 @@
 
 #include <QTimer>
 #include <memory>
+#include <utility>
 
 #include "DesktopParts.h"
+#include "RetiredObjects.h"
 #include "imaging/contract/Platform.h"
 #include "platform/qt/files/QtFileHelpers.h"
 #include "platform/qt/services/QtAppInfo.h"
@@ -54,6 +56,8 @@ class QtPlatform final : public Platform {
   kestrel::ObjectFactory& ObjectFactory() override { return *parts_.objectFactory; }
   kestrel::StackResolver& StackResolver() override { return *parts_.stackResolver; }
 
+  void Retire(std::shared_ptr<void> object) override { retired_.take(std::move(object)); }
+
  private:
   DesktopParts parts_;
   std::unique_ptr<kestrel::UserInterface> boxes_;
@@ -69,6 +73,7 @@ class QtPlatform final : public Platform {
   QtShell shell_;
   QtScreen screen_;
   QTimer memoryTimer_;
+  RetiredObjects retired_{Calls};  // last: they use the services
 };
 
 }  // namespace kestrel::qt

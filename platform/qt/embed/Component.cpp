@@ -1,10 +1,8 @@
 #include "Component.h"
 
 #include <QCoreApplication>
-#include <optional>
 #include <utility>
 
-#include "RetiredControls.h"
 #include "engine/recovery/RecoveryFolder.h"
 #include "platform/posix/LineTable.h"
 #include "platform/posix/SharedLibraryFactory.h"
@@ -68,7 +66,6 @@ struct Component::Inside {
       process = new Process;
       qAddPostRoutine(endProcess);
     }
-    retiredControls.emplace(process->platform.Calls);
   }
 
   static std::shared_ptr<Inside> present() {
@@ -79,14 +76,12 @@ struct Component::Inside {
 
   /// Runs as the application object ends. Components that are left get the state of the next one.
   static void endProcess() {
-    if (const std::shared_ptr<Inside> inside = shared().lock()) inside->retiredControls.reset();
+    if (const std::shared_ptr<Inside> inside = shared().lock()) inside->ended = true;
     shared().reset();
     delete std::exchange(presentProcess(), nullptr);
   }
 
-  bool ended() const { return !retiredControls; }
-
-  std::optional<RetiredControls> retiredControls;
+  bool ended = false;
 
  private:
   static std::weak_ptr<Inside>& shared() {
@@ -100,11 +95,14 @@ Component::Component() : inside_(Inside::present()) {}
 Component::~Component() = default;
 
 Component::Inside& Component::inside() {
-  if (inside_->ended()) inside_ = Inside::present();
+  if (inside_->ended) inside_ = Inside::present();
   return *inside_;
 }
 
-RetiredControls& Component::retiredControls() { return *inside().retiredControls; }
+Platform& Component::platform() {
+  inside();
+  return presentProcess()->platform;
+}
 
 RecoveryStore* Component::recoveryStore() {
   inside();

@@ -3,12 +3,12 @@
 #include <memory>
 
 namespace kestrel {
+class Platform;
 class RecoveryStore;
-}
+}  // namespace kestrel
 
 namespace kestrel::qt {
 
-class RetiredControls;
 struct SiteServices;
 
 /// The component inside a host program. A host creates one on its main thread, after its application object
@@ -24,7 +24,7 @@ class Component {
 
   /// For the controls on the sites of editors.
   const SiteServices& siteServices();
-  RetiredControls& retiredControls();
+  Platform& platform();
   /// Null if the user has no place for it.
   RecoveryStore* recoveryStore();
 

@@ -3,7 +3,6 @@
 #include <QActionEvent>
 #include <QVBoxLayout>
 
-#include "RetiredControls.h"
 #include "browser/ImageBrowserCtl.h"
 #include "platform/qt/core/Text.h"
 #include "platform/qt/dialogs/Modal.h"
@@ -14,7 +13,7 @@
 namespace kestrel::qt {
 
 /// The part that outlives calls of the control in progress when the host destroys the widget.
-struct ImageBrowser::Inside final : QObject {
+struct ImageBrowser::Inside {
   explicit Inside(const SiteServices& services)
       : calls(services.calls),
         widget(std::make_unique<BrowserWidget>()),
@@ -26,7 +25,6 @@ struct ImageBrowser::Inside final : QObject {
     site.propertyChanged = nullptr;
     opened.Disconnect();
     control.Retire();
-    widget->moorage()->actions().closeMenus();
     closeWindowsOf(*widget);
     widget->setParent(nullptr);
   }
@@ -60,7 +58,7 @@ ImageBrowser::ImageBrowser(Component& component, const PropertyBag* stored, QWid
 
 ImageBrowser::~ImageBrowser() {
   inside_->retire();
-  component_.retiredControls().take(std::move(inside_));
+  component_.platform().Retire(std::move(inside_));
 }
 
 IImageBrowserCtl& ImageBrowser::control() { return inside_->control; }

@@ -4,7 +4,6 @@
 #include <QVBoxLayout>
 #include <chrono>
 
-#include "RetiredControls.h"
 #include "editor/ImageProcessingCtl.h"
 #include "platform/qt/core/Guard.h"
 #include "platform/qt/core/Text.h"
@@ -29,7 +28,6 @@ struct ImageEditor::Inside final : QObject {
     keepChanges(nullptr);
     site.propertyChanged = nullptr;
     control.Retire();
-    widget->moorage()->actions().closeMenus();
     closeWindowsOf(*widget);
     widget->setParent(nullptr);
   }
@@ -69,7 +67,7 @@ ImageEditor::ImageEditor(Component& component, const PropertyBag* stored, QWidge
 
 ImageEditor::~ImageEditor() {
   inside_->retire();
-  component_.retiredControls().take(std::move(inside_));
+  component_.platform().Retire(std::move(inside_));
 }
 
 IImageProcessingCtl& ImageEditor::control() { return inside_->control; }

@@ -97,6 +97,7 @@ class RecordingPlatform final : public Platform {
   std::unique_ptr<DebugClientLibrary> CreateDebugClientLibrary() override { return nullptr; }
   kestrel::ObjectFactory& ObjectFactory() override { return inner_.ObjectFactory(); }
   kestrel::StackResolver& StackResolver() override { return inner_.StackResolver(); }
+  void Retire(std::shared_ptr<void> object) override { inner_.Retire(std::move(object)); }
 
  private:
   headless::Platform inner_;

@@ -143,6 +143,7 @@ class RecordedPlatform : public Platform {
   }
   kestrel::ObjectFactory& ObjectFactory() override { return inner_.ObjectFactory(); }
   kestrel::StackResolver& StackResolver() override { return inner_.StackResolver(); }
+  void Retire(std::shared_ptr<void> object) override { inner_.Retire(std::move(object)); }
 
   /// The next use of the key store fails.
   bool storeFailsOnce = false;

@@ -172,6 +172,7 @@ class FakePlatform : public Platform {
   }
   kestrel::ObjectFactory& ObjectFactory() override { return factory; }
   kestrel::StackResolver& StackResolver() override { return Given(lines); }
+  void Retire(std::shared_ptr<void> /*object*/) override {}
 
  private:
   [[noreturn]] static void RaiseMissing() {
