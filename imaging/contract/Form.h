@@ -44,8 +44,9 @@ class Form : public Control, public ControlContainer {
   /// returns when the window is hidden or unloaded.
   virtual void Show(bool modal = false, Control* owner = nullptr) = 0;
   virtual void Hide() = 0;
-  /// Asks to unload: raises `QueryUnload`; unless that was canceled, hides the window and raises `Unloaded`.
-  /// Does nothing for a window that is not loaded.
+  /// Asks to unload: raises `QueryUnload`; unless that was canceled, closes the menus and windows open above
+  /// the window, hides it and raises `Unloaded`. Does nothing for a window that is not loaded. A handler of
+  /// `QueryUnload` may unload it too, which makes this call end without a further event.
   virtual void Unload() = 0;
 
   /// The drawing surface of the window itself.

@@ -73,7 +73,7 @@ void Form::unload(std::int32_t reason) {
   if (!loaded_) return;
   bool cancel = false;
   QueryUnload(cancel, reason);
-  if (cancel) return;
+  if (cancel || !loaded_) return;
   Hide();
   loaded_ = false;
   Unloaded();

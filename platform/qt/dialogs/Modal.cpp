@@ -48,7 +48,9 @@ int execModal(QDialog& dialog, OpenCalls& calls) {
   return dialog.exec();
 }
 
-void closeWindowsOf(const QWidget& widget) {
+void closeWindowsOf(QWidget& widget) {
+  if (auto* const site = qobject_cast<SiteWidget*>(&widget)) site->closeMenus();
+  for (SiteWidget* const site : widget.findChildren<SiteWidget*>()) site->closeMenus();
   const auto below = widget.findChildren<QWidget*>();
   for (auto last = below.crbegin(); last != below.crend(); ++last) {
     QWidget* const child = *last;

@@ -16,8 +16,8 @@ QWidget* dialogParent(WindowHandle owner);
 /// outlives the caller may use the dialog.
 int execModal(QDialog& dialog, OpenCalls& calls);
 
-/// Rejects all dialogs that are children of the widget, the innermost first, and hides its other windows.
-/// Calls of `execModal` return once control is back in their event loops.
-void closeWindowsOf(const QWidget& widget);
+/// Closes the menus of our controls in the widget, rejects all dialogs that are children of it, the innermost
+/// first, and hides its other windows. Calls of `execModal` return once control is back in their event loops.
+void closeWindowsOf(QWidget& widget);
 
 }  // namespace kestrel::qt

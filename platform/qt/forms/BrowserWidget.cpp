@@ -46,6 +46,10 @@ void BrowserWidget::populate(QtSite& site, const SiteServices& services) {
   setFocusProxy(area);
 }
 
+void BrowserWidget::closeMenus() {
+  if (moorage_) moorage_->actions().closeMenus();
+}
+
 QSize BrowserWidget::minimumSizeHint() const {
   return bars_ ? bars_->minimumSizeHint().expandedTo(panel_->minimumSizeHint()) : QSize();
 }

@@ -22,6 +22,7 @@ class BrowserWidget final : public SiteWidget {
 
   /// Raises RuntimeError 321 for a damaged stored layout.
   void populate(QtSite& site, const SiteServices& services) override;
+  void closeMenus() override;
 
   /// Null before `populate`.
   QtMoorage* moorage() const { return moorage_; }

@@ -41,6 +41,10 @@ void EditorWidget::populate(QtSite& site, const SiteServices& services) {
   acceptFiles(true);
 }
 
+void EditorWidget::closeMenus() {
+  if (moorage_) moorage_->actions().closeMenus();
+}
+
 QSize EditorWidget::minimumSizeHint() const { return bars_ ? bars_->minimumSizeHint() : QSize(); }
 
 }  // namespace kestrel::qt

@@ -20,6 +20,7 @@ class EditorWidget final : public SiteWidget {
 
   /// Raises RuntimeError 321 for a damaged stored layout.
   void populate(QtSite& site, const SiteServices& services) override;
+  void closeMenus() override;
 
   /// Null before `populate`.
   QtSite* site() const { return site_; }

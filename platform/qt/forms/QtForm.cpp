@@ -124,8 +124,9 @@ void QtForm::unload(std::int32_t reason) {
   if (!loaded_) return;
   bool cancel = false;
   QueryUnload(cancel, reason);
-  if (cancel) return;
+  if (cancel || !loaded_) return;
   loaded_ = false;
+  if (window_) closeWindowsOf(*window_);
   Hide();
   Unloaded();
 }

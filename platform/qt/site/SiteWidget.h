@@ -21,6 +21,9 @@ class SiteWidget : public QWidget {
   /// Creates the child widgets of the control and adds them to the site as controls.
   virtual void populate(QtSite& site, const SiteServices& services) = 0;
 
+  /// Closes the menus of the control that are open; they need not be children of the widget.
+  virtual void closeMenus() {}
+
   /// Raises the key events of the control that contains `child`, docked or floating; for a key that the child
   /// accepts, so that no window above handles it. The handlers may destroy the child.
   static void forwardKey(const QWidget& child, const QKeyEvent& event);
