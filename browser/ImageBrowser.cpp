@@ -1,5 +1,7 @@
 #include "ImageBrowser.h"
 
+#include <utility>
+
 #include "base/Required.h"
 #include "diagnostics/Trailer.h"
 #include "settings/RootKey.h"
@@ -12,16 +14,16 @@ namespace kestrel {
 ImageBrowser::ImageBrowser() : iCount(modTollgarthSupport::Counted::kImageBrowser) {
   modProcessing::RegistryStore().RootKey(kRootKey);
   modProcessing::RegistryStore().RootHive(HKEY_CURRENT_USER);
-  pWindow = std::make_unique<frmImageBrowser>();
+  pWindow = std::make_shared<frmImageBrowser>();
 }
 
 ImageBrowser::~ImageBrowser() { Terminate(); }
 
 void ImageBrowser::Terminate() {
   if (!pWindow) return;
-  pWindow->SafeToUnload = true;
-  QDK_RESUME_NEXT(pWindow->Form().Unload());
-  QDK_RESUME_NEXT(pWindow.reset());
+  const auto window = std::exchange(pWindow, nullptr);
+  window->End();
+  QDK_RESUME_NEXT(modProcessing::Platform().Retire(window));
 }
 
 std::string ImageBrowser::Path() const { return pWindow ? pWindow->Browser().Path() : std::string(); }

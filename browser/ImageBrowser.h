@@ -14,6 +14,9 @@ namespace kestrel {
 ///
 /// After `Terminate` there is no window: `Path` and `Title` are empty then, and all other members raise
 /// RuntimeError 91.
+///
+/// The host may end the object at any time, also while one of its windows is open: these close, and the
+/// member that showed one returns as if the user had canceled it.
 class ImageBrowser final : public Object {
  public:
   /// The thread must be attached to a platform (`modProcessing`).
@@ -40,7 +43,7 @@ class ImageBrowser final : public Object {
   frmImageBrowser& zWindow() const;
 
   InstanceCount iCount;
-  std::unique_ptr<frmImageBrowser> pWindow;
+  std::shared_ptr<frmImageBrowser> pWindow;
 };
 
 }  // namespace kestrel

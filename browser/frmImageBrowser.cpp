@@ -40,6 +40,13 @@ frmImageBrowser::~frmImageBrowser() {
   QDK_RESUME_NEXT(iForm->Unload());
 }
 
+void frmImageBrowser::End() {
+  SafeToUnload = true;
+  QDK_RESUME_NEXT(iForm->Unload());
+  iConnections.clear();
+  QDK_RESUME_NEXT(iBrowser.Retire());
+}
+
 void frmImageBrowser::Form_Load() {
   try {
     if (!modProcessing::WindowPositions().RegistryKey().empty()) {

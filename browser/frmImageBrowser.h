@@ -26,6 +26,10 @@ class frmImageBrowser final : public Object {
   kestrel::Form& Form() { return *iForm; }
   IImageBrowserCtl& Browser() { return iBrowser; }
 
+  /// Unloads the window and ends all its events. Its members may be on the stack: its owner then retires it
+  /// (`Platform::Retire`).
+  void End();
+
   /// The part of the caption that stays.
   const std::string& Title() const { return pTitle; }
   void Title(const std::string& Value);
