@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "base/Object.h"
@@ -12,6 +13,8 @@ namespace kestrel {
 /// receives the arguments as the event's handlers left them.
 class IImageEvents : public Object {
  public:
+  IImageEvents() : iCount(modTollgarthSupport::Counted::kIImageEvents) {}
+
   std::string TypeName() const override { return "IImageEvents"; }
 
   /// Called when a Save Image As request is made
@@ -23,8 +26,13 @@ class IImageEvents : public Object {
   /// Called when an image is opened
   virtual void ImageOpen(const std::string& /*Filename*/) {}
 
+ protected:
+  /// For an object of the component that is counted under another name.
+  struct NotCounted {};
+  explicit IImageEvents(NotCounted /*sink*/) {}
+
  private:
-  InstanceCount iCount{modTollgarthSupport::Counted::kIImageEvents};
+  std::optional<InstanceCount> iCount;
 };
 
 }  // namespace kestrel
