@@ -73,7 +73,9 @@ class IImageProcessingCtl : public Object, public ImageProcessingCtlEvents {
   virtual void BackColor(OLE_COLOR Value) = 0;
   virtual OLE_COLOR ForeColor() const = 0;
   virtual void ForeColor(OLE_COLOR Value) = 0;
-  /// The picture was edited since it was set. Becoming True raises `Change`.
+  /// The picture was edited since it was set. Becoming True raises `Change`: only the first of several edits
+  /// does. A save leaves it True, except a simple save that the host reports as done. Unsaved changes are
+  /// `ImageControl().Modified()`; `SaveChanges` asks about these.
   virtual bool Changed() const = 0;
   virtual void Changed(bool Value) = 0;
   /// The format code of the open file. Setting it changes the extension of `Filename`; the picture and the

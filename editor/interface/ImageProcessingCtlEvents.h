@@ -11,7 +11,8 @@ namespace kestrel {
 /// The events of the image editor, in the order of its interface. A handler may destroy the editor.
 class ImageProcessingCtlEvents {
  public:
-  /// The user asked to close the editor.
+  /// The user asked to close the editor. The control ends when it is hidden after that, also if the host has
+  /// refused: a host that keeps the editor after a refusal must not hide it.
   Event<> ExitRequest;
   Event<const std::string&> ImageOpen;
   Event<const std::string&> ImageSave;
