@@ -341,17 +341,17 @@ TEST_P(EditingResizeDialog, APercentageThatGivesLessThanOnePixelIsRefusedAfterTh
 }
 
 TEST_P(EditingResizeDialog, RefusesASizeBelowOne) {
-  for (const auto& [width, height] : {std::pair{"0", "30"},
-                                      {"40", "0"},
-                                      {"", "30"},
-                                      {"40", ""},
-                                      {"abc", "30"},
-                                      {"-5", "30"},
-                                      {"40", "-5"},
-                                      {"0.9", "30"},
-                                      {"1e-9", "30"}}) {
-    EXPECT_EQ(refusalOf([&](Dialog& dialog) { dialog.enter(width, height); }), kTooSmall)
-        << width << "x" << height;
+  for (const auto& size : {std::pair{"0", "30"},
+                           {"40", "0"},
+                           {"", "30"},
+                           {"40", ""},
+                           {"abc", "30"},
+                           {"-5", "30"},
+                           {"40", "-5"},
+                           {"0.9", "30"},
+                           {"1e-9", "30"}}) {
+    EXPECT_EQ(refusalOf([&](Dialog& dialog) { dialog.enter(size.first, size.second); }), kTooSmall)
+        << size.first << "x" << size.second;
   }
   EXPECT_TRUE(same(shown(), gradient(kWidth, kHeight)));
   EXPECT_FALSE(editor().Changed());

@@ -209,7 +209,7 @@ TEST_P(EditingThumbnailDialog, TypingInABoxSelectsItsTypeAndShowsIt) {
 }
 
 TEST_P(EditingThumbnailDialog, AWidthOf0OrAnEmptyBoxShowsThePictureAsItIs) {
-  show([this](Dialog& dialog) {
+  show([](Dialog& dialog) {
     dialog.size(1).Text("80");
     for (const char* text : {"0", "", "-5", "abc"}) {
       dialog.size(1).Text(text);
@@ -258,7 +258,7 @@ TEST_P(EditingThumbnailDialog, TheShadowsOptionsAreSetInTheirOwnDialogAndShown) 
   show([this](Dialog& dialog) {
     dialog.shadow().Value(1);
     const engine::Bitmap before = dialog.after();
-    user().uses("frmDropShadow", [this](Form& form) {
+    user().uses("frmDropShadow", [](Form& form) {
       ShadowDialog shadow(form);
       EXPECT_EQ(form.Caption(), "Drop Shadow") << "not the contoured one";
       EXPECT_FALSE(shadow.mask().Visible());
