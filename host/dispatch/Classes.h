@@ -14,14 +14,22 @@ class CommandBars;
 class Commands;
 class DockWindow;
 class DockWindows;
+class FolderTreeView;
+class IImageBrowserCtl;
 class IImageEvents;
 class IImageProcessingCtl;
 class Image;
+class ImageBrowser;
+class ImageProcessing;
 class ImageView;
 class ImgX;
 class ImgXDialog;
+class Moorage;
 class Options;
 class Picture;
+class Thumbnail;
+class ThumbnailView;
+class Thumbnails;
 class frmMaterials;
 class frmZoom;
 }  // namespace kestrel
@@ -65,11 +73,19 @@ const ClassDescription& Describe<DockWindow>();
 template <>
 const ClassDescription& Describe<DockWindows>();
 template <>
+const ClassDescription& Describe<FolderTreeView>();
+template <>
+const ClassDescription& Describe<IImageBrowserCtl>();
+template <>
 const ClassDescription& Describe<IImageEvents>();
 template <>
 const ClassDescription& Describe<IImageProcessingCtl>();
 template <>
 const ClassDescription& Describe<Image>();
+template <>
+const ClassDescription& Describe<ImageBrowser>();
+template <>
+const ClassDescription& Describe<ImageProcessing>();
 template <>
 const ClassDescription& Describe<ImageView>();
 template <>
@@ -77,9 +93,17 @@ const ClassDescription& Describe<ImgX>();
 template <>
 const ClassDescription& Describe<ImgXDialog>();
 template <>
+const ClassDescription& Describe<Moorage>();
+template <>
 const ClassDescription& Describe<Options>();
 template <>
 const ClassDescription& Describe<Picture>();
+template <>
+const ClassDescription& Describe<Thumbnail>();
+template <>
+const ClassDescription& Describe<ThumbnailView>();
+template <>
+const ClassDescription& Describe<Thumbnails>();
 template <>
 const ClassDescription& Describe<frmMaterials>();
 template <>
@@ -129,6 +153,16 @@ template <>
 struct Locate<frmMaterials> {
   static std::string Key(const frmMaterials& /*window*/) { return {}; }
   static frmMaterials* Find(IImageProcessingCtl& editor, const std::string& key);
+};
+
+/// A thumbnail is known by its file.
+template <>
+inline constexpr Life kLife<Thumbnail> = Life::kLocated;
+template <>
+struct Locate<Thumbnail> {
+  static std::string Key(const Thumbnail& thumbnail);
+  static Thumbnail* Find(Thumbnails& thumbnails, const std::string& key);
+  static Thumbnail* Find(ThumbnailView& view, const std::string& key);
 };
 
 }  // namespace kestrel::dispatch
