@@ -13,41 +13,49 @@ constexpr int kAutoScrollMilliseconds = 30;
 }  // namespace
 
 QtImageView::QtImageView(ImageSurface& surface, ControlId id, engine::ClipboardPort& clipboard)
-    : WidgetControl(surface, std::move(id), clipboard), surface_(surface) {
+    : WidgetControl(surface, std::move(id), clipboard), surface_(&surface) {
   march_.setInterval(kMarchMilliseconds);
   autoScroll_.setInterval(kAutoScrollMilliseconds);
   QObject::connect(&march_, &QTimer::timeout, &march_,
                    [this] { guarded([this] { timer(engine::ViewTimer::march); }); });
   QObject::connect(&autoScroll_, &QTimer::timeout, &autoScroll_,
                    [this] { guarded([this] { timer(engine::ViewTimer::autoScroll); }); });
-  surface_.setView(this);
+  surface.setView(this);
 }
 
-QtImageView::~QtImageView() { surface_.setView(nullptr); }
+QtImageView::~QtImageView() {
+  if (surface_) surface_->setView(nullptr);
+}
 
 void QtImageView::invalidate(const Rectangle& area) {
-  surface_.canvas().invalidate(QRect(area.Left, area.Top, area.Width, area.Height));
+  if (surface_) surface_->canvas().invalidate(QRect(area.Left, area.Top, area.Width, area.Height));
 }
 
 void QtImageView::repaint() {
-  surface_.canvas().invalidateAll();
-  if (surface_.canvas().isVisible()) surface_.canvas().repaint();
+  if (!surface_) return;
+  surface_->canvas().invalidateAll();
+  if (surface_->canvas().isVisible()) surface_->canvas().repaint();
 }
 
-void QtImageView::showCursor(engine::ViewCursor cursor) { surface_.canvas().setCursor(cursorOf(cursor)); }
+void QtImageView::showCursor(engine::ViewCursor cursor) {
+  if (surface_) surface_->canvas().setCursor(cursorOf(cursor));
+}
 
-void QtImageView::scrollRangesChanged() { surface_.updateBars(); }
+void QtImageView::scrollRangesChanged() {
+  if (surface_) surface_->updateBars();
+}
 
 void QtImageView::setTimer(engine::ViewTimer which, bool on) {
   on ? timerOf(which).start() : timerOf(which).stop();
 }
 
 void QtImageView::showNotice(const std::string& text, const std::string& action) {
-  surface_.showNotice(translated(text), withoutAccessKey(translated(action)));
+  if (surface_) surface_->showNotice(translated(text), withoutAccessKey(translated(action)));
 }
 
 Size QtImageView::sizeWithoutBars() const {
-  const QSize size = surface_.deviceSizeWithoutBars();
+  if (!surface_) return {};
+  const QSize size = surface_->deviceSizeWithoutBars();
   return {size.width(), size.height()};
 }
 

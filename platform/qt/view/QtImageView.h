@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPointer>
 #include <QTimer>
 
 #include "ImageSurface.h"
@@ -11,13 +12,14 @@ namespace kestrel::qt {
 /// The image view on the desktop.
 class QtImageView final : public WidgetControl<engine::View> {
  public:
-  /// The surface outlives the view or is destroyed with it. The clipboard must outlive both.
+  /// The surface may be destroyed before the view, with the window that contains it: the view then paints
+  /// nothing. The clipboard must outlive both.
   QtImageView(ImageSurface& surface, ControlId id, engine::ClipboardPort& clipboard);
   ~QtImageView() override;
 
   /// The handle of the canvas, the origin of view coordinates.
-  WindowHandle hWnd() const override { return handleOf(&surface_.canvas()); }
-  ImageSurface& surface() { return surface_; }
+  WindowHandle hWnd() const override { return surface_ ? handleOf(&surface_->canvas()) : 0; }
+  ImageSurface& surface() { return *surface_; }
 
  protected:
   void invalidate(const Rectangle& area) override;
@@ -31,7 +33,7 @@ class QtImageView final : public WidgetControl<engine::View> {
  private:
   QTimer& timerOf(engine::ViewTimer which);
 
-  ImageSurface& surface_;
+  QPointer<ImageSurface> surface_;
   QTimer march_;
   QTimer autoScroll_;
 };
