@@ -26,23 +26,25 @@ using testing::Contains;
 using testing::HasSubstr;
 
 const fs::path kBook = KESTREL_HELP_BOOK;
+const fs::path kBrowserBook = KESTREL_BROWSER_HELP_BOOK;
 
 std::string textOf(const fs::path& file) {
   std::ifstream stream(file, std::ios::binary);
   return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-std::set<std::string> pages() {
+std::set<std::string> pages(const fs::path& book = kBook) {
   std::set<std::string> names;
-  for (const auto& entry : fs::directory_iterator(kBook)) {
+  for (const auto& entry : fs::directory_iterator(book)) {
     if (entry.path().extension() == ".html") names.insert(entry.path().filename().string());
   }
   return names;
 }
 
 /// The values of all attributes of this name on the page.
-std::vector<std::string> references(const std::string& page, const std::string& attribute) {
-  const std::string text = textOf(kBook / page);
+std::vector<std::string> references(const std::string& page, const std::string& attribute,
+                                    const fs::path& book = kBook) {
+  const std::string text = textOf(book / page);
   const std::regex pattern(attribute + "\\s*=\\s*\"([^\"]*)\"");
   std::vector<std::string> found;
   for (std::sregex_iterator at(text.begin(), text.end(), pattern), end; at != end; ++at) {
@@ -127,23 +129,36 @@ const docking::StoredLayout& layout() {
 TEST(HelpBook, IsInstalledWithTheProgram) { EXPECT_THAT(pages(), Contains("default.html")); }
 
 TEST(HelpBook, LinksOnlyToExistingPages) {
-  for (const std::string& page : pages()) {
-    for (const std::string& target : references(page, "href")) {
-      const std::string file = target.substr(0, target.find('#'));
-      EXPECT_TRUE(file.empty() || fs::is_regular_file(kBook / file)) << page << " leads to " << target;
+  for (const fs::path& book : {kBook, kBrowserBook}) {
+    for (const std::string& page : pages(book)) {
+      for (const std::string& target : references(page, "href", book)) {
+        const std::string file = target.substr(0, target.find('#'));
+        EXPECT_TRUE(file.empty() || fs::is_regular_file(book / file)) << page << " leads to " << target;
+      }
     }
   }
 }
 
 TEST(HelpBook, ShowsOnlyExistingPictures) {
-  std::size_t pictures = 0;
-  for (const std::string& page : pages()) {
-    for (const std::string& picture : references(page, "src")) {
-      EXPECT_TRUE(fs::is_regular_file(kBook / picture)) << page << " shows " << picture;
-      ++pictures;
+  for (const fs::path& book : {kBook, kBrowserBook}) {
+    std::size_t pictures = 0;
+    for (const std::string& page : pages(book)) {
+      for (const std::string& picture : references(page, "src", book)) {
+        EXPECT_TRUE(fs::is_regular_file(book / picture)) << page << " shows " << picture;
+        ++pictures;
+      }
     }
+    EXPECT_GT(pictures, 0u);
   }
-  EXPECT_GT(pictures, 0u);
+}
+
+TEST(HelpBook, OfTheBrowserBeginsWithItsPagesAndLeadsToThoseOfTheEditor) {
+  const std::string contents = textOf(kBrowserBook / "default.html");
+  EXPECT_THAT(contents, HasSubstr("<h1>Image Browser Help</h1>"));
+  EXPECT_THAT(references("default.html", "href", kBrowserBook),
+              testing::ElementsAre("style.css", "browse.html", "browse-views.html", "browse-files.html",
+                                   "browse-keys.html", "window.html", "editor.html"));
+  EXPECT_EQ(textOf(kBrowserBook / "editor.html"), textOf(kBook / "default.html"));
 }
 
 TEST(HelpBook, ListsEveryPageInItsContentsWithALinkBack) {
