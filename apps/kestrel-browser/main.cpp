@@ -13,20 +13,36 @@
 namespace kestrel::app {
 namespace {
 
-constexpr char kProgram[] = "kestrel-browser";
+constexpr char kName[] = "kestrel-browser";
+constexpr char kTitle[] = "KestrelLib2 Image Browser";
 
 std::string homeFolder() {
   const char* const home = std::getenv("HOME");
   return home && *home ? home : "/";
 }
 
-/// Why a folder cannot be shown, empty if it can.
-std::string objectionTo(const std::string& folder) {
+/// What the command line asks for.
+struct Wanted {
+  std::string folder;
+  std::string file;       ///< the name of a file to select; empty for none
+  std::string objection;  ///< why the folder cannot be shown; empty if it can
+};
+
+Wanted wantedAt(const std::string& place) {
+  namespace fs = std::filesystem;
+  if (place.empty()) return {homeFolder(), {}, {}};
   std::error_code error;
-  const auto status = std::filesystem::status(os::pathOf(folder), error);
-  if (!std::filesystem::exists(status)) return "The folder \"" + folder + "\" does not exist.";
-  if (!std::filesystem::is_directory(status)) return "\"" + folder + "\" is not a folder.";
-  return {};
+  const fs::path path = os::pathOf(place);
+  switch (fs::status(path, error).type()) {
+    case fs::file_type::directory:
+      return {place, {}, {}};
+    case fs::file_type::regular:
+      return {os::textOf(path.parent_path()), os::textOf(path.filename()), {}};
+    case fs::file_type::not_found:
+      return {homeFolder(), {}, "The folder or file \"" + place + "\" does not exist."};
+    default:
+      return {homeFolder(), {}, "\"" + place + "\" cannot be shown: it is no folder and no picture file."};
+  }
 }
 
 /// The program ends when its last window is closed.
@@ -37,8 +53,9 @@ class Browser {
         editors_({.later = [this](std::function<void()> work) { desktop_.later(std::move(work)); },
                   .closed = [this] { endWithoutWindow(); },
                   .store = store}),
-        window_([this] { desktop_.later([this] { endWithoutWindow(); }); },
-                [this](const std::string& file) { editors_.open(file); }) {
+        window_(
+            kTitle, [this] { desktop_.later([this] { endWithoutWindow(); }); },
+            [this](const std::string& file) { editors_.open(file); }) {
     desktop_.addContextEntry(window_.control(), "Open in &Editor",
                              [this] { editors_.open(window_.selectedFiles(), window_.control()); });
     if (store) {
@@ -59,26 +76,22 @@ class Browser {
   BrowserWindow window_;
 };
 
-/// Shows the window on the folder. If that cannot be shown: on the user's home with a message, and returns
-/// false.
-bool showFolder(Browser& browser, const std::string& folder, Platform& platform) {
-  const std::string objection = folder.empty() ? std::string() : objectionTo(folder);
-  browser.window().show(folder.empty() || !objection.empty() ? homeFolder() : folder);
-  if (objection.empty()) return true;
-  platform.UserInterface().MessageBox(objection + "\r\nYour home folder is shown instead.", kBoxExclamation,
-                                      {}, browser.window().form().hWnd());
+/// Shows the window on that folder or file. If that cannot be shown: on the user's home with a message, and
+/// returns false.
+bool showPlace(Browser& browser, const std::string& place, Platform& platform) {
+  const Wanted wanted = wantedAt(place);
+  browser.window().show(wanted.folder, wanted.file);
+  if (wanted.objection.empty()) return true;
+  platform.UserInterface().MessageBox(wanted.objection + "\r\nYour home folder is shown instead.",
+                                      kBoxExclamation, {}, browser.window().form().hWnd());
   return false;
 }
 
 int run(const BrowserArguments& arguments, qt::Desktop& desktop, BoxScript& boxes) {
-  boxes.unattended = arguments.quit;
-  const Connection storeTrouble = assemble(desktop, "KestrelLib2 Image Browser", boxes);
-  const Apartment apartment(desktop.platform());
-
   const std::unique_ptr<RecoveryStore> kept = arguments.quit ? nullptr : recoveryStore();
   Browser browser(desktop, kept.get());
   BrowserWindow& window = browser.window();
-  const bool shown = showFolder(browser, arguments.folder, desktop.platform());
+  const bool shown = showPlace(browser, arguments.place, desktop.platform());
   desktop.settle();
   const Stage stage{window.form(), desktop, boxes,
                     [&window](const std::string& key) { window.runCommand(key); }};
@@ -94,12 +107,14 @@ int run(const BrowserArguments& arguments, qt::Desktop& desktop, BoxScript& boxe
 
 int main(int count, char** values) {
   using namespace kestrel::app;
-  return runProgram(kProgram, [&] {
-    BrowserArguments arguments;
-    int exitCode = 0;
-    if (!readArguments(count, values, arguments, exitCode)) return exitCode;
-    BoxScript boxes{.program = kProgram};
-    kestrel::qt::Desktop desktop(count, values, kProgram);
-    return run(arguments, desktop, boxes);
-  });
+  BrowserArguments arguments;
+  return runProgram(
+      count, values,
+      {.name = kName,
+       .title = kTitle,
+       .readArguments =
+           [&](int& exitCode) { return readArguments(count, values, kName, arguments, exitCode); },
+       .arguments = arguments,
+       .run = [&](kestrel::qt::Desktop& desktop,
+                  BoxScript& boxes) { return run(arguments, desktop, boxes); }});
 }

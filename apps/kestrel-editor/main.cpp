@@ -9,13 +9,9 @@
 namespace kestrel::app {
 namespace {
 
-constexpr char kProgram[] = "kestrel-editor";
+constexpr char kName[] = "kestrel-editor";
 
 int run(const Arguments& arguments, qt::Desktop& desktop, BoxScript& boxes) {
-  boxes.unattended = arguments.quit;
-  const Connection storeTrouble = assemble(desktop, kEditorTitle, boxes);
-  const Apartment apartment(desktop.platform());
-
   std::unique_ptr<RecoveryStore> kept = recoveryStore();
   EditorWindow window([&desktop] { desktop.quit(); });
   if (arguments.quit) {
@@ -37,12 +33,14 @@ int run(const Arguments& arguments, qt::Desktop& desktop, BoxScript& boxes) {
 
 int main(int count, char** values) {
   using namespace kestrel::app;
-  return runProgram(kProgram, [&] {
-    Arguments arguments;
-    int exitCode = 0;
-    if (!readArguments(count, values, arguments, exitCode)) return exitCode;
-    BoxScript boxes{.program = kProgram};
-    kestrel::qt::Desktop desktop(count, values, kProgram);
-    return run(arguments, desktop, boxes);
-  });
+  Arguments arguments;
+  return runProgram(
+      count, values,
+      {.name = kName,
+       .title = kEditorTitle,
+       .readArguments =
+           [&](int& exitCode) { return readArguments(count, values, kName, arguments, exitCode); },
+       .arguments = arguments,
+       .run = [&](kestrel::qt::Desktop& desktop,
+                  BoxScript& boxes) { return run(arguments, desktop, boxes); }});
 }

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "apps/common/version/Version.h"
 #include "base/DescribedError.h"
 #include "base/RuntimeError.h"
 #include "engine/codecs/CodecTable.h"
@@ -17,6 +18,8 @@ namespace {
 
 using namespace kestrel;
 namespace fs = std::filesystem;
+
+constexpr char kProgram[] = "kestrel-info";
 
 std::string describe(const engine::Decoded& decoded) {
   const engine::StoredAs& stored = decoded.stored;
@@ -70,13 +73,15 @@ bool printInfo(const std::string& file, PngFolder* pngs) {
 }
 
 int run(int argc, char** argv) {
-  CLI::App app("Prints format, size, depth, alpha, color profile and orientation of picture files.");
+  CLI::App parser("Prints format, size, depth, alpha, color profile and orientation of picture files.",
+                  kProgram);
   std::vector<std::string> files;
   std::string folder;
-  app.add_option("FILE", files, "Picture files")->required();
-  app.add_option("--png", folder, "Write each picture as PNG into this folder")
+  parser.add_option("FILE", files, "Picture files")->required();
+  parser.add_option("--png", folder, "Write each picture as PNG into this folder")
       ->check(CLI::ExistingDirectory);
-  CLI11_PARSE(app, argc, argv);
+  parser.set_version_flag("--version", app::versionText(kProgram));
+  CLI11_PARSE(parser, argc, argv);
 
   PngFolder pngs(folder);
   bool allDone = true;
@@ -91,7 +96,7 @@ int main(int argc, char** argv) {
   try {
     return run(argc, argv);
   } catch (...) {
-    std::fprintf(stderr, "kestrel-info: %s\n", DescribeCurrentError().Description.c_str());
+    std::fprintf(stderr, "%s: %s\n", kProgram, DescribeCurrentError().Description.c_str());
     return 1;
   }
 }

@@ -1,7 +1,6 @@
 #include "Program.h"
 
 #include <filesystem>
-#include <fstream>
 #include <utility>
 
 #include "base/DescribedError.h"
@@ -15,7 +14,9 @@
 #include "settings/modProcessing.h"
 
 namespace kestrel::app {
+namespace {
 
+/// Trouble with the settings is reported as the program's. `boxes` and `desktop` must outlive the result.
 Connection assemble(qt::Desktop& desktop, const std::string& title, BoxScript& boxes) {
   qt::DesktopParts parts;
   parts.version = {title, KESTREL_VERSION_MAJOR, KESTREL_VERSION_MINOR, KESTREL_VERSION_REVISION};
@@ -32,40 +33,43 @@ Connection assemble(qt::Desktop& desktop, const std::string& title, BoxScript& b
   return trouble;
 }
 
-Apartment::Apartment(Platform& platform) {
-  modProcessing::Attach(platform);
-  modProcessing::Main();
+/// The apartment of the main thread during the lifetime of the program's windows.
+class Apartment {
+ public:
+  explicit Apartment(Platform& platform) {
+    modProcessing::Attach(platform);
+    modProcessing::Main();
+  }
+  Apartment(const Apartment&) = delete;
+  Apartment& operator=(const Apartment&) = delete;
+  ~Apartment() { modProcessing::Detach(); }
+};
+
+int runOnDesktop(int count, char** values, const Program& program) {
+  int exitCode = 0;
+  if (!program.readArguments(exitCode)) return exitCode;
+  BoxScript boxes{.program = program.name, .unattended = program.arguments.quit};
+  qt::Desktop desktop(count, values, program.name);
+  const Connection storeTrouble = assemble(desktop, program.title, boxes);
+  const Apartment apartment(desktop.platform());
+  return program.run(desktop, boxes);
 }
 
-Apartment::~Apartment() { modProcessing::Detach(); }
+}  // namespace
+
+int runProgram(int count, char** values, const Program& program) {
+  try {
+    return runOnDesktop(count, values, program);
+  } catch (...) {
+    const DescribedError error = DescribeCurrentError();
+    if (error.Number != err::kReported) reportFailure(program.name, error.Description);
+    return 1;
+  }
+}
 
 std::unique_ptr<RecoveryStore> recoveryStore() {
   const std::filesystem::path folder = sqlite::recoveryPath();
   return folder.empty() ? nullptr : std::make_unique<engine::RecoveryFolder>(folder);
-}
-
-std::vector<std::string> readScript(const std::string& file) {
-  std::vector<std::string> steps;
-  std::ifstream lines(os::pathOf(file));
-  for (std::string line; std::getline(lines, line);) {
-    if (!line.empty() && line.front() != '#') steps.push_back(line);
-  }
-  return steps;
-}
-
-std::string versionText() {
-  return std::to_string(KESTREL_VERSION_MAJOR) + "." + std::to_string(KESTREL_VERSION_MINOR) + "." +
-         std::to_string(KESTREL_VERSION_REVISION);
-}
-
-int runProgram(const std::string& program, const std::function<int()>& body) {
-  try {
-    return body();
-  } catch (...) {
-    const DescribedError error = DescribeCurrentError();
-    if (error.Number != err::kReported) reportFailure(program, error.Description);
-    return 1;
-  }
 }
 
 }  // namespace kestrel::app

@@ -40,6 +40,27 @@ bool useDialog(const Stage& stage, const Words& words) {
   return true;
 }
 
+/// The next box is shown, also in an unattended run.
+class ShownBox {
+ public:
+  explicit ShownBox(BoxScript& boxes) : boxes_(boxes) { boxes_.showsNext = true; }
+  ShownBox(const ShownBox&) = delete;
+  ShownBox& operator=(const ShownBox&) = delete;
+  ~ShownBox() { boxes_.showsNext = false; }
+
+ private:
+  BoxScript& boxes_;
+};
+
+/// Takes a picture of what a command opens: a dialog, a box or a window that stays.
+bool pictureOpened(const Stage& stage, const std::string& file, const std::string& key) {
+  const ShownBox scope(stage.boxes);
+  bool opened = false;
+  const bool saved = stage.desktop.saveOpenedWindow([&] { stage.runCommand(key); }, file, opened);
+  if (!opened) refuse("The command \"" + key + "\" opened no window.");
+  return saved;
+}
+
 std::vector<Step> sharedSteps(const Stage& stage) {
   return {
       {"size", 2,
@@ -50,10 +71,7 @@ std::vector<Step> sharedSteps(const Stage& stage) {
        }},
       {"picture", 1,
        [&stage](const Words& words) { return stage.desktop.saveScreenshot(stage.form, words[0]); }},
-      {"opened", 2,
-       [&stage](const Words& words) {
-         return stage.desktop.saveOpenedWindow([&] { stage.runCommand(words[1]); }, words[0]);
-       }},
+      {"opened", 2, [&stage](const Words& words) { return pictureOpened(stage, words[0], words[1]); }},
       {"dialog", 1, [&stage](const Words& words) { return useDialog(stage, words); }},
   };
 }

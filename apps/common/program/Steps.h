@@ -33,12 +33,13 @@ struct Step {
 ///
 /// - `size WIDTH HEIGHT`: resizes the window
 /// - `picture PNG`: saves a screenshot of the window
-/// - `opened PNG KEY`: runs the command, saves a screenshot of the window that it opens, and closes that
+/// - `opened PNG KEY`: runs the command, saves a screenshot of the window, dialog or box that it opens, and
+///   closes that
 /// - `dialog KEY WORD...`: runs the command, and carries out the words in the dialog that it opens
 ///   (script/DialogWords.h)
 ///
-/// False if a file could not be written. Raises RuntimeError 5 for an invalid line and for a dialog that
-/// does not take the words.
+/// False if a file could not be written. Raises RuntimeError 5 for an invalid line, for a command that opens
+/// nothing, and for a dialog that does not take the words.
 bool runStep(const std::string& line, const Stage& stage, const std::vector<Step>& own);
 
 }  // namespace kestrel::app

@@ -4,6 +4,7 @@
 #include <array>
 #include <iostream>
 #include <span>
+#include <utility>
 
 #include "Words.h"
 #include "base/Numbers.h"
@@ -50,12 +51,18 @@ std::int32_t answerOf(const std::string& button) {
   return static_cast<std::int32_t>(found - kButtons.begin()) + 1;
 }
 
-void reportFailure(const std::string& program, std::string text) {
-  for (char& c : text) {
-    if (c == '\r' || c == '\n') c = ' ';
+void reportFailure(const std::string& program, const std::string& text) {
+  std::string line;
+  for (const char c : text) {
+    if (c == '\n' && line.ends_with('\r')) continue;
+    line += c;
   }
-  std::cerr << program << ": " << text << '\n';
+  std::replace_if(
+      line.begin(), line.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
+  std::cerr << program << ": " << line << '\n';
 }
+
+bool ScriptBoxes::isShown() { return std::exchange(script_.showsNext, false) || !script_.unattended; }
 
 void ScriptBoxes::report(const std::string& text) {
   ++script_.unexpected;
@@ -73,21 +80,21 @@ std::int32_t ScriptBoxes::MessageBox(const std::string& text, std::int32_t style
     report(words + " (The box has no button \"" + nameOf(answer) + "\".)");
     return set.escape;
   }
-  if (!script_.unattended) return desktop_->MessageBox(text, style, title, owner);
+  if (isShown()) return desktop_->MessageBox(text, style, title, owner);
   report(words);
   return set.escape;
 }
 
 std::string ScriptBoxes::InputBox(const std::string& prompt, const std::string& title,
                                   const std::string& defaultText, const Point* position, WindowHandle owner) {
-  if (!script_.unattended) return desktop_->InputBox(prompt, title, defaultText, position, owner);
+  if (isShown()) return desktop_->InputBox(prompt, title, defaultText, position, owner);
   report(title + ": " + prompt);
   return {};
 }
 
 void ScriptBoxes::AboutBox(const std::string& title, const std::string& versionText,
                            const PicturePtr& picture, WindowHandle owner) {
-  if (!script_.unattended) return desktop_->AboutBox(title, versionText, picture, owner);
+  if (isShown()) return desktop_->AboutBox(title, versionText, picture, owner);
   std::cout << title << ' ' << versionText << '\n';
 }
 

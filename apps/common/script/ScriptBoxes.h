@@ -15,6 +15,8 @@ struct BoxScript {
   std::string program = {};
   /// Boxes do not wait for a user.
   bool unattended = false;
+  /// The next box is shown all the same: the script takes a picture of it and closes it.
+  bool showsNext = false;
   /// Answers for the next message boxes; see `kAnswerOK` and the other constants.
   std::deque<std::int32_t> answers = {};
   /// Number of unattended boxes that had no answer.
@@ -42,12 +44,14 @@ class ScriptBoxes final : public UserInterface {
 
  private:
   void report(const std::string& text);
+  /// Whether the next box is the desktop's.
+  bool isShown();
 
   BoxScript& script_;
   std::unique_ptr<UserInterface> desktop_;
 };
 
-/// Writes the text as one line of that program to standard error; line breaks become blanks.
-void reportFailure(const std::string& program, std::string text);
+/// Writes the text as one line of that program to standard error; each line break becomes a blank.
+void reportFailure(const std::string& program, const std::string& text);
 
 }  // namespace kestrel::app

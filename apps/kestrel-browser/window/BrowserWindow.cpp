@@ -4,6 +4,7 @@
 
 #include "apps/common/window/RunCommand.h"
 #include "base/RuntimeError.h"
+#include "platform/os/Paths.h"
 #include "platform/thumbnailview/ThumbnailViewModel.h"
 #include "settings/modProcessing.h"
 
@@ -21,9 +22,10 @@ std::string withSeparator(std::string folder) {
 
 }  // namespace
 
-BrowserWindow::BrowserWindow(std::function<void()> closed, std::function<void(const std::string&)> open) {
+BrowserWindow::BrowserWindow(const std::string& title, std::function<void()> closed,
+                             std::function<void(const std::string&)> open) {
   const auto keep = [this](Connection connection) { connections_.push_back(std::move(connection)); };
-  window_.Title("KestrelLib2 Image Browser");
+  window_.Title(title);
   keep(form().QueryUnload.Connect([closed = std::move(closed)](bool&, std::int32_t) { closed(); }));
   keep(browser().ObjectThumbnailView().ThumbnailOpen.Connect(
       [open = std::move(open)](Thumbnail& thumbnail) { open(thumbnail.Filename()); }));
@@ -34,6 +36,7 @@ void BrowserWindow::connectLoading() {
   const auto keep = [this](Connection connection) { connections_.push_back(std::move(connection)); };
   ThumbnailView& view = browser().ObjectThumbnailView();
   keep(view.FolderLoadStart.Connect([this](bool&) { loading_ = true; }));
+  keep(view.FolderSearchComplete.Connect([this](std::int32_t) { selectWanted(); }));
   keep(view.FolderLoadComplete.Connect([this](bool) { loading_ = false; }));
   keep(view.RecalculatingThumbnailsStart.Connect([this](bool&) { recalculating_ = true; }));
   keep(view.RecalculatingThumbnailsComplete.Connect([this] { recalculating_ = false; }));
@@ -41,9 +44,19 @@ void BrowserWindow::connectLoading() {
 
 Control& BrowserWindow::control() { return Bind<Site>(form(), "Browser"); }
 
-void BrowserWindow::show(const std::string& folder) {
+void BrowserWindow::show(const std::string& folder, const std::string& file) {
+  wanted_ = file;
   browser().Path(folder);
   form().Show();
+}
+
+void BrowserWindow::selectWanted() {
+  const std::string wanted = std::exchange(wanted_, {});
+  if (wanted.empty()) return;
+  thumbnails::ThumbnailViewModel& view = modelOf(browser());
+  for (std::int32_t item = 0; item < view.itemCount(); ++item) {
+    if (os::textOf(view.pathOf(item).filename()) == wanted) return view.selectOnly(item);
+  }
 }
 
 void BrowserWindow::path(const std::string& folder) {

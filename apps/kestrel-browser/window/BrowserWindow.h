@@ -13,15 +13,17 @@ class BrowserWindow {
  public:
   /// The thread must be attached to a platform. `closed` is called when the user has closed the window,
   /// `open` with each picture that the user opens by the keyboard.
-  BrowserWindow(std::function<void()> closed, std::function<void(const std::string&)> open);
+  BrowserWindow(const std::string& title, std::function<void()> closed,
+                std::function<void(const std::string&)> open);
 
   Form& form() { return window_.Form(); }
   IImageBrowserCtl& browser() { return window_.Browser(); }
   /// The control, for additions of the desktop to it.
   Control& control();
 
-  /// Shows the window on a folder. Call it once.
-  void show(const std::string& folder);
+  /// Shows the window on a folder. When the folder has been read, the file of that name is selected, if there
+  /// is one. Call it once.
+  void show(const std::string& folder, const std::string& file = {});
   /// Selects a folder. Raises RuntimeError 76 if the tree has no such folder.
   void path(const std::string& folder);
 
@@ -38,8 +40,10 @@ class BrowserWindow {
 
  private:
   void connectLoading();
+  void selectWanted();
 
   frmImageBrowser window_;
+  std::string wanted_;  ///< the file to select
   bool loading_ = false;
   bool recalculating_ = false;
   std::vector<Connection> connections_;

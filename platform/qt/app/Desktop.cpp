@@ -165,19 +165,19 @@ bool Desktop::saveScreenshot(Form& form, const std::string& filename) {
   return window && savePicture(*window, filename);
 }
 
-bool Desktop::saveOpenedWindow(const std::function<void()>& open, const std::string& filename) {
+bool Desktop::saveOpenedWindow(const std::function<void()>& open, const std::string& filename, bool& opened) {
   const QSet<QWidget*> before = shownWindows();
-  bool done = false;
+  opened = false;
   bool saved = false;
   QElapsedTimer seen;
   QTimer watch;
   QObject::connect(&watch, &QTimer::timeout, &watch, [&] {
-    const QSet<QWidget*> opened = shownWindows() - before;
-    if (opened.isEmpty() || done) return;
+    const QSet<QWidget*> added = shownWindows() - before;
+    if (added.isEmpty() || opened) return;
     if (!seen.isValid()) seen.start();
     if (seen.elapsed() < kFirstLookMilliseconds) return;
-    done = true;
-    QWidget* const window = *opened.begin();
+    opened = true;
+    QWidget* const window = *added.begin();
     saved = savePicture(*window, filename);
     window->close();
   });
@@ -185,7 +185,7 @@ bool Desktop::saveOpenedWindow(const std::function<void()>& open, const std::str
   QElapsedTimer patience;
   patience.start();
   open();
-  while (!done && patience.elapsed() < kPatienceMilliseconds) settle();
+  while (!opened && patience.elapsed() < kPatienceMilliseconds) settle();
   return saved;
 }
 

@@ -44,8 +44,8 @@ class Desktop {
   /// Writes a screenshot of the form's window; false on failure.
   bool saveScreenshot(Form& form, const std::string& filename);
   /// Runs `open`, writes a screenshot of the window that it opens (a modal dialog or a window that stays),
-  /// and closes that window; false if no window appeared or the file could not be written.
-  bool saveOpenedWindow(const std::function<void()>& open, const std::string& filename);
+  /// and closes that window. `opened` is false if no window appeared. False if no file was written.
+  bool saveOpenedWindow(const std::function<void()>& open, const std::string& filename, bool& opened);
   /// Runs `open`, and `use` with the form of the modal dialog that it opens, once that has appeared. A dialog
   /// that is still open afterwards is canceled. Any other modal window is closed as by Escape. False if no
   /// form opened. Errors of `use` are raised again.

@@ -64,15 +64,33 @@ TEST_F(Boxes, WithoutAnAnswerAreClosedAsByEscapeWithTheirTextOnStandardError) {
   for (const auto& [style, answer] : escapes) {
     testing::internal::CaptureStderr();
     EXPECT_EQ(ask(style + kBoxExclamation), answer) << "button set " << style;
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "kestrel-editor: Title: Really?  Yes.\n");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "kestrel-editor: Title: Really? Yes.\n");
   }
   EXPECT_EQ(script.unexpected, 6);
+}
+
+TEST_F(Boxes, AreOneLineWithABlankForEachLineBreak) {
+  testing::internal::CaptureStderr();
+  reportFailure("kestrel-editor", "one\r\ntwo\rthree\nfour\r\rfive");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "kestrel-editor: one two three four  five\n");
+}
+
+TEST_F(Boxes, OneThatTheScriptPicturesIsShown) {
+  script.unattended = true;
+  script.showsNext = true;
+  boxes.AboutBox("About", "1.0", nullptr, 0);
+  EXPECT_THAT(shown, ElementsAre("About"));
+  script.showsNext = true;
+  EXPECT_EQ(ask(5), 4);
+  EXPECT_THAT(shown, ElementsAre("About", "Really?\r\nYes."));
+  EXPECT_EQ(errorsOf(0), "kestrel-editor: Title: Really? Yes.\n") << "only that one";
+  EXPECT_THAT(shown, testing::SizeIs(2));
 }
 
 TEST_F(Boxes, AnAnswerThatTheBoxLacksIsReported) {
   script.unattended = true;
   script.answers = {kAnswerYes};
-  EXPECT_EQ(errorsOf(1), "kestrel-editor: Title: Really?  Yes. (The box has no button \"Yes\".)\n");
+  EXPECT_EQ(errorsOf(1), "kestrel-editor: Title: Really? Yes. (The box has no button \"Yes\".)\n");
   EXPECT_EQ(script.unexpected, 1);
   EXPECT_THAT(script.answers, IsEmpty());
 }
