@@ -99,7 +99,8 @@ struct Report {
   bool complete() const { return failed.empty() && skipped.empty() && left.empty(); }
 };
 
-/// Does the work on this thread. Failures are in the report; raises only what the caller raises.
+/// Does the work on this thread. Failures are in the report, also the lack of memory; raises only what the
+/// caller raises.
 Report carryOut(const Request& request, Caller& caller);
 
 }  // namespace kestrel::transfer

@@ -35,6 +35,10 @@ bool isInside(fs::path folder, const os::EntryFacts& outer) {
   }
 }
 
+std::string deniedIn(const fs::path& folder) {
+  return "permission to write to the folder \"" + os::textOf(folder) + "\" is denied";
+}
+
 }  // namespace
 
 Work::End Work::transfer(const fs::path& source, const fs::path& target) {
@@ -58,6 +62,7 @@ Work::End Work::transferFile(const FileInQuestion& source, const fs::path& targe
 Work::End Work::moveInPlace(const FileInQuestion& source, const fs::path& target) {
   Placer placer;
   placer.canReplace = source.facts.type != EntryType::kFolder;
+  placer.takesSource = true;
   placer.place = [&](const fs::path& name, bool replace) {
     if (!replace) return os::moveEntry(source.path, name);
     os::EntryFacts there;
@@ -185,6 +190,7 @@ Work::End Work::settle(const FileInQuestion& source, fs::path target, const Plac
   const bool askFirst = placer.prepare && !os::readFacts(target, there);
   for (bool ask = askFirst, prepared = false;; ask = true) {
     if (ask) {
+      if (const End end = checkFolders(source, target, placer); end != End::kDone) return end;
       const std::size_t failures = report_.failed.size();
       choice = decide(source, target, placer.canReplace);
       if (!choice) return report_.failed.size() > failures ? End::kNotDone : End::kStopped;
@@ -218,6 +224,18 @@ Work::End Work::settle(const FileInQuestion& source, fs::path target, const Plac
   }
 }
 
+/// The user is not asked about a name that cannot be given anyway.
+Work::End Work::checkFolders(const FileInQuestion& source, const fs::path& target, const Placer& placer) {
+  std::vector<fs::path> folders = {target.parent_path()};
+  if (placer.takesSource) folders.push_back(source.path.parent_path());
+  for (const fs::path& folder : folders) {
+    const Failure failure = os::checkWritable(folder);
+    if (failure && failure->problem == FileProblem::kDenied) return failed(source.path, deniedIn(folder));
+    if (failure) return failed(source.path, *failure);
+  }
+  return End::kDone;
+}
+
 /// None if the work ends, or with a new failure if the entry is the same.
 std::optional<Choice> Work::decide(const FileInQuestion& source, const fs::path& target, bool canReplace) {
   Question question;
@@ -237,7 +255,7 @@ std::optional<Choice> Work::decide(const FileInQuestion& source, const fs::path&
 /// The source could be read, so a missing permission is one to write.
 Work::End Work::failedToPlace(const fs::path& path, const fs::path& folder, const os::FileFailure& failure) {
   if (failure.problem == FileProblem::kDenied && request_.operation == Operation::kCopy)
-    return failed(path, "permission to write to the folder \"" + os::textOf(folder) + "\" is denied");
+    return failed(path, deniedIn(folder));
   return failed(
       path, os::reasonOf(failure,
                          failure.problem == FileProblem::kFolderMissing ? folder / path.filename() : path));

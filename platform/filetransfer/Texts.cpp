@@ -1,6 +1,8 @@
 #include "Texts.h"
 
 #include <algorithm>
+#include <map>
+#include <utility>
 
 #include "imaging/contract/UserInterface.h"
 #include "platform/os/Paths.h"
@@ -39,11 +41,57 @@ std::string printable(std::string text) {
   return text;
 }
 
-void append(std::string& lines, const std::vector<NotDone>& entries) {
-  for (const NotDone& entry : entries) {
-    lines += "\r\"" + printable(os::textOf(entry.path)) + "\"";
-    if (!entry.reason.empty()) lines += ": " + printable(entry.reason) + ".";
+std::string quoted(const fs::path& path) { return "\"" + printable(os::textOf(path)) + "\""; }
+
+/// Entries of one folder that were not processed for one reason.
+struct Group {
+  fs::path folder;
+  std::string reason;
+  std::vector<fs::path> names;
+};
+
+/// In the order of their first entries.
+std::vector<Group> groupsOf(const Report& report) {
+  std::vector<Group> groups;
+  std::map<std::pair<fs::path, std::string>, std::size_t> found;
+  for (const auto* list : {&report.failed, &report.skipped, &report.left}) {
+    for (const auto& [path, reason] : *list) {
+      const fs::path folder = path.parent_path();
+      const auto [place, isNew] = found.try_emplace({folder, reason}, groups.size());
+      if (isNew) groups.push_back({folder, reason, {}});
+      groups[place->second].names.push_back(path.filename());
+    }
   }
+  return groups;
+}
+
+std::string linesOf(const Group& group) {
+  const std::string reason = printable(group.reason);
+  if (group.names.size() == 1) {
+    return "\r" + quoted(group.folder / group.names.front()) + (reason.empty() ? "" : ": " + reason + ".");
+  }
+  std::string lines = "\r" + std::to_string(group.names.size()) + " files in " + quoted(group.folder) +
+                      (reason.empty() ? "" : " (" + reason + ")") + ":";
+  for (const fs::path& name : group.names) lines += "\r" + quoted(name);
+  return lines;
+}
+
+/// Whether the user has canceled before anything was done, and knows all there is to report.
+bool isUntouched(const Report& report) {
+  const auto hasReason = [](const NotDone& entry) { return !entry.reason.empty(); };
+  return report.canceled && report.done == 0 &&
+         std::none_of(report.left.begin(), report.left.end(), hasReason);
+}
+
+/// How many of the sources were processed: a sentence, empty for one that was not.
+std::string countOf(const Report& report, const Request& request) {
+  const std::size_t all = request.sources.size();
+  const std::string done = wordsOf(request.operation).done;
+  if (report.done == all) return (all == 1 ? "The file was " : "All files were ") + done + ".";
+  if (all == 1) return {};
+  if (report.done == 0) return "None of the " + std::to_string(all) + " files was " + done + ".";
+  return std::to_string(report.done) + " of " + std::to_string(all) +
+         (report.done == 1 ? " files was " : " files were ") + done + ".";
 }
 
 }  // namespace
@@ -87,19 +135,22 @@ std::string noTrashQuestionOf(const Question& question) {
 }
 
 std::string textOf(const Report& report, const Request& request) {
-  if (!report.canceled && report.failed.empty()) return {};
+  if (report.failed.empty() && (!report.canceled || isUntouched(report))) return {};
   const Words words = wordsOf(request.operation);
-  const std::size_t all = request.sources.size();
+  const std::vector<Group> groups = groupsOf(report);
+  if (!report.canceled && request.sources.size() == 1 && groups.size() == 1 &&
+      groups.front().names.size() == 1) {
+    const auto& [folder, reason, names] = groups.front();
+    return quoted(folder / names.front()) + " was not " + words.done + ": " + printable(reason) + ".";
+  }
   std::string text;
-  if (report.canceled) text = std::string(words.process) + " was canceled. ";
-  text += std::to_string(report.done) + " of " + std::to_string(all) +
-          (all == 1 ? " file was " : " files were ") + words.done + ".";
+  if (report.canceled) text = std::string(words.process) + " was canceled.";
+  const std::string count = countOf(report, request);
+  text += (text.empty() || count.empty() ? "" : " ") + count;
   if (report.complete()) return text;
-  std::string lines;
-  append(lines, report.failed);
-  append(lines, report.skipped);
-  append(lines, report.left);
-  return text + " Not " + words.done + ":\r" + lines;
+  text += (text.empty() ? "Not " : " Not ") + std::string(words.done) + ":\r";
+  for (const Group& group : groups) text += linesOf(group);
+  return text;
 }
 
 std::optional<std::chrono::seconds> timeLeft(const Progress& progress, std::chrono::milliseconds elapsed) {

@@ -36,7 +36,8 @@ std::string nameOf(const std::filesystem::path& path);
 /// The question whether to delete for good what cannot be restored.
 std::string noTrashQuestionOf(const Question& question);
 
-/// What was not done and why, line by line. Empty if all was done, or skipped by the user.
+/// What was not done and why, line by line, with a heading. Entries of one folder and reason are listed
+/// together. Empty if all was done or skipped by the user, or if the user canceled before anything was done.
 std::string textOf(const Report& report, const Request& request);
 
 /// The time that the rest takes at the speed so far; none while that cannot be estimated.

@@ -12,6 +12,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr char kNoMemory[] = "there is not enough memory";
+
 bool hasTarget(Operation operation) { return operation == Operation::kCopy || operation == Operation::kMove; }
 
 }  // namespace
@@ -19,29 +21,38 @@ bool hasTarget(Operation operation) { return operation == Operation::kCopy || op
 Work::Work(const Request& request, Caller& caller) : request_(request), caller_(caller) {}
 
 Report Work::run() {
-  if (hasTarget(request_.operation)) prepareTarget();
-  count();
-  Progress before;
-  for (source_ = 0; source_ < request_.sources.size() && !stopped(); ++source_) {
-    const fs::path& source = request_.sources[source_];
-    const std::uint64_t doneBefore = progress_.filesDone;
-    const End end = process(source);
-    if (end == End::kStopped) {
-      const bool partly = progress_.filesDone > doneBefore;
-      leave(source_, partly ? "only some of its files were processed" : "");
-      break;
-    }
-    if (end == End::kDone) ++report_.done;
-    // Also for a source that was skipped, or that had fewer files than were counted.
-    before.filesDone += counts_[source_].files;
-    before.bytesDone += counts_[source_].bytes;
-    progress_.filesDone = before.filesDone;
-    progress_.bytesDone = before.bytesDone;
-    caller_.show(progress_);
+  try {
+    processAll();
+  } catch (const std::bad_alloc&) {
+    // What was done before stays in the report.
+    for (; source_ < request_.sources.size(); ++source_) failed(request_.sources[source_], kNoMemory);
   }
   if (report_.canceled && report_.left.empty()) leave(source_, "");
   if (folderFacts_) os::flushFolder(folder_);
   return std::move(report_);
+}
+
+void Work::processAll() {
+  if (hasTarget(request_.operation)) prepareTarget();
+  count();
+  Progress before;
+  while (source_ < request_.sources.size() && !stopped()) {
+    const std::uint64_t doneBefore = progress_.filesDone;
+    const End end = process(request_.sources[source_]);
+    if (end == End::kStopped) {
+      const bool partly = progress_.filesDone > doneBefore;
+      leave(source_, partly ? "only some of its files were processed" : "");
+      return;
+    }
+    const Count& counted = counts_[source_++];
+    if (end == End::kDone) ++report_.done;
+    // Also for a source that was skipped, or that had fewer files than were counted.
+    before.filesDone += counted.files;
+    before.bytesDone += counted.bytes;
+    progress_.filesDone = before.filesDone;
+    progress_.bytesDone = before.bytesDone;
+    caller_.show(progress_);
+  }
 }
 
 /// The sources from that one on were not processed.
@@ -97,7 +108,7 @@ Work::End Work::process(const fs::path& source) {
     }
     return transfer(source, folder_ / source.filename());
   } catch (const std::bad_alloc&) {
-    return failed(source, "there is not enough memory");
+    return failed(source, kNoMemory);
   }
 }
 

@@ -35,9 +35,11 @@ class Work {
     /// Fails with kExists if the name is taken, unless it shall replace.
     std::function<Failure(const std::filesystem::path& target, bool replace)> place;
     bool canReplace = true;
+    bool takesSource = false;  ///< `place` removes the source from its folder
   };
 
   // Work.cpp
+  void processAll();
   void prepareTarget();
   void count();
   Count countSource(const std::filesystem::path& source);
@@ -62,6 +64,7 @@ class Work {
   End moveInPlace(const FileInQuestion& source, const std::filesystem::path& target);
   End settle(const FileInQuestion& source, std::filesystem::path target, const Placer& placer,
              std::filesystem::path* placed = nullptr);
+  End checkFolders(const FileInQuestion& source, const std::filesystem::path& target, const Placer& placer);
   std::optional<Choice> decide(const FileInQuestion& source, const std::filesystem::path& target,
                                bool canReplace);
   End removeOriginal(const FileInQuestion& original, const os::EntryFacts& copied,
@@ -74,7 +77,7 @@ class Work {
   Report report_;
   Progress progress_;
   std::vector<Count> counts_;  ///< of each source
-  std::size_t source_ = 0;     ///< the one at work
+  std::size_t source_ = 0;     ///< the first one whose end is not in the report
   int depth_ = 0;              ///< of folders in it
   std::filesystem::path folder_;
   std::optional<os::EntryFacts> folderFacts_;

@@ -43,6 +43,10 @@ inline bool unchanged(const EntryFacts& before, const EntryFacts& now) {
   return sameFile(before, now) && before.size == now.size && before.modified == now.modified;
 }
 
+/// Whether entries can be added to the folder and removed from it, as far as permissions and the disk decide
+/// that: fails with `kDenied` or `kReadOnlyDisk`.
+std::optional<FileFailure> checkWritable(const std::filesystem::path& folder);
+
 /// The names of a folder's entries, in no particular order.
 std::optional<FileFailure> listFolder(const std::filesystem::path& folder,
                                       std::vector<std::filesystem::path>& names);

@@ -60,6 +60,10 @@ Failure readFacts(const fs::path& path, EntryFacts& facts) {
   return {};
 }
 
+Failure checkWritable(const fs::path& folder) {
+  return failedUnless(::faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0);
+}
+
 Failure listFolder(const fs::path& folder, std::vector<fs::path>& names) {
   Descriptor descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
   if (!descriptor.isOpen()) return failureOf(errno);

@@ -99,6 +99,28 @@ TEST_F(Clashes, CancelEndsTheWork) {
   EXPECT_EQ(listed(to), "a.png=old a b.png=old b");
 }
 
+TEST_F(Clashes, InAFolderThatCannotBeWrittenAreNotAskedAbout) {
+  fs::permissions(to, fs::perms::owner_read | fs::perms::owner_exec);
+  const OrdinaryUser user(root);
+  for (const Operation operation : {Operation::kCopy, Operation::kMove}) {
+    const std::string reason = "permission to write to the folder \"" + to.string() + "\" is denied";
+    EXPECT_EQ(reasons(both(operation).failed), "a.png: " + reason + "; b.png: " + reason);
+    EXPECT_TRUE(caller.questions.empty());
+  }
+  EXPECT_EQ(listed(to), "a.png=old a b.png=old b");
+  EXPECT_EQ(listed(from), "a.png=new a b.png=new b");
+}
+
+TEST_F(Clashes, OfAMoveFromAFolderThatCannotBeWrittenAreNotAskedAbout) {
+  fs::permissions(from, fs::perms::owner_read | fs::perms::owner_exec);
+  const OrdinaryUser user(root);
+  const std::string reason = "permission to write to the folder \"" + from.string() + "\" is denied";
+  EXPECT_EQ(reasons(move({from / "a.png"}).failed), "a.png: " + reason);
+  EXPECT_TRUE(caller.questions.empty());
+  caller.answers = {{Choice::kReplace, false}};
+  EXPECT_TRUE(copy({from / "a.png"}).complete()) << "its files can be copied";
+}
+
 TEST_F(Clashes, TwoSourcesOfOneNameClashWithEachOther) {
   write(root / "more/c.png", "second");
   write(from / "c.png", "first");

@@ -201,6 +201,18 @@ TEST_F(Copies, TakeNamesOfAnyBytesAndAnyLength) {
   EXPECT_EQ(listed(to), listed(from));
 }
 
+TEST_F(Copies, WithoutMemoryReportWhatWasCopiedBefore) {
+  for (const char* name : {"a.png", "b.png", "c.png"}) write(from / name, name);
+  caller.cancelAt = [](const Progress& progress) -> bool {
+    if (progress.filesDone == 1) throw std::bad_alloc();
+    return false;
+  };
+  const Report report = copy({from / "a.png", from / "b.png", from / "c.png"});
+  EXPECT_EQ(report.done, 1U);
+  EXPECT_EQ(reasons(report.failed), "b.png: there is not enough memory; c.png: there is not enough memory");
+  EXPECT_EQ(listed(to), "a.png=a.png");
+}
+
 TEST_F(Copies, ShowFilesAndBytes) {
   write(from / "a.png", std::string(1000, 'a'));
   write(from / "b.png", std::string(3'000'000, 'b'));

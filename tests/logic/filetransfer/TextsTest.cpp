@@ -48,8 +48,65 @@ TEST(ReportText, SaysWhatWasNotDoneAndWhyInOneText) {
   report.failed = {{"/b", "permission is denied"}};
   report.skipped = {{"/c", "there is another file with that name"}};
   EXPECT_EQ(textOf(report, request),
-            "1 of 3 files were moved. Not moved:\r\r\"/b\": permission is denied.\r\"/c\": there is another "
+            "1 of 3 files was moved. Not moved:\r\r\"/b\": permission is denied.\r\"/c\": there is another "
             "file with that name.");
+}
+
+TEST(ReportText, NamesOneFileWithoutCounting) {
+  Report report;
+  report.failed = {{"/a", "permission is denied"}};
+  EXPECT_EQ(textOf(report, {Operation::kMove, {"/a"}, "/to", {}}),
+            "\"/a\" was not moved: permission is denied.");
+  report.failed = {{"/f/a", "permission is denied"}, {"/f/b/c", "the disk is full"}};
+  EXPECT_EQ(textOf(report, {Operation::kCopy, {"/f"}, "/to", {}}),
+            "Not copied:\r\r\"/f/a\": permission is denied.\r\"/f/b/c\": the disk is full.")
+      << "entries of one folder";
+}
+
+TEST(ReportText, CountsInWordsThatFitTheNumber) {
+  Request request{Operation::kCopy, {"/a", "/b", "/c"}, "/to", {}};
+  Report report;
+  report.failed = {{"/c", "the disk is full"}};
+  const auto beginning = [&] {
+    const std::string text = textOf(report, request);
+    return text.substr(0, text.find(". ") + 1);
+  };
+  EXPECT_EQ(beginning(), "None of the 3 files was copied.");
+  report.done = 1;
+  EXPECT_EQ(beginning(), "1 of 3 files was copied.");
+  report.done = 2;
+  EXPECT_EQ(beginning(), "2 of 3 files were copied.");
+}
+
+TEST(ReportText, ListsTheFilesOfAFolderOnceForEachReason) {
+  const Request request{Operation::kCopy, {"/f/a", "/f/b", "/f/c", "/g/d", "/f/e"}, "/to", {}};
+  Report report;
+  report.failed = {{"/f/a", "permission is denied"},
+                   {"/f/b", "the disk is full"},
+                   {"/g/d", "permission is denied"},
+                   {"/f/c", "permission is denied"}};
+  report.skipped = {{"/f/e", "there is another file with that name"}};
+  EXPECT_EQ(
+      textOf(report, request),
+      "None of the 5 files was copied. Not copied:\r\r2 files in \"/f\" (permission is denied):\r\"a\"\r\"c\""
+      "\r\"/f/b\": the disk is full.\r\"/g/d\": permission is denied.\r\"/f/e\": there is another file with "
+      "that name.");
+}
+
+TEST(ReportText, IsEmptyIfTheUserCanceledBeforeAnythingWasDone) {
+  const Request request{Operation::kMove, {"/a", "/b"}, "/to", {}};
+  Report report;
+  report.canceled = true;
+  report.left = {{"/a", ""}, {"/b", ""}};
+  EXPECT_EQ(textOf(report, request), "");
+  report.skipped = {{"/a", "there is another file with that name"}};
+  report.left = {{"/b", ""}};
+  EXPECT_EQ(textOf(report, request), "") << "skipped by the user";
+  report.left = {{"/b", "only some of its files were processed"}};
+  EXPECT_NE(textOf(report, request), "");
+  report.left = {{"/b", ""}};
+  report.failed = {{"/a", "permission is denied"}};
+  EXPECT_NE(textOf(report, request), "");
 }
 
 TEST(ReportText, SaysHowFarACanceledWorkCame) {
@@ -58,10 +115,10 @@ TEST(ReportText, SaysHowFarACanceledWorkCame) {
   report.canceled = true;
   report.done = 1;
   report.left = {{"/b", ""}};
-  EXPECT_EQ(textOf(report, request), "Copying was canceled. 1 of 2 files were copied. Not copied:\r\r\"/b\"");
+  EXPECT_EQ(textOf(report, request), "Copying was canceled. 1 of 2 files was copied. Not copied:\r\r\"/b\"");
   report.done = 2;
   report.left.clear();
-  EXPECT_EQ(textOf(report, request), "Copying was canceled. 2 of 2 files were copied.");
+  EXPECT_EQ(textOf(report, request), "Copying was canceled. All files were copied.");
 }
 
 TEST(TimeLeft, FollowsFromTheSpeedSoFar) {
