@@ -1,125 +1,138 @@
 #include "BackgroundTransfer.h"
 
-#include <exception>
-#include <new>
-#include <string>
+#include <condition_variable>
+#include <mutex>
+#include <optional>
 #include <utility>
 
 namespace kestrel::transfer {
 namespace {
 
-Report failureOf(const Request& request, const std::string& reason) {
+/// The report of work that an exception has ended.
+Report lostWork(const Request& request) {
   Report report;
-  for (const std::filesystem::path& source : request.sources) report.failed.push_back({source, reason});
+  for (const std::filesystem::path& source : request.sources)
+    report.failed.push_back({source, "the work ended early"});
   return report;
 }
 
-/// The report of the work. No exception may leave the thread: it would end the program.
-Report reportOf(const BackgroundTransfer::Work& work, const Request& request, Caller& caller) noexcept {
+/// No exception may leave the thread: it would end the program. `lost` was made in advance, since there may
+/// be no memory left for it.
+Report reportOf(const BackgroundTransfer::Work& work, const Request& request, Caller& caller,
+                Report&& lost) noexcept {
   try {
-    try {
-      return work(request, caller);
-    } catch (const std::bad_alloc&) {
-      return failureOf(request, "the work ended early, there is not enough memory");
-    } catch (const std::exception&) {
-      return failureOf(request, "the work ended early");
-    }
+    return work(request, caller);
   } catch (...) {
-    // There is not even the memory for a report.
-    Report report;
-    report.canceled = true;
-    return report;
+    return std::move(lost);
   }
 }
 
 }  // namespace
 
+/// What both threads use. The one of the work may outlive the owner.
+struct BackgroundTransfer::Shared {
+  std::mutex mutex;
+  std::condition_variable changed;
+  // Guarded by the mutex
+  Progress progress;
+  std::optional<Question> question;
+  std::optional<Answer> answer;
+  std::optional<Report> report;
+  bool canceled = false;
+
+  /// With the mutex locked.
+  State state() const {
+    if (report) return State::kFinished;
+    return question && !answer && !canceled ? State::kAsking : State::kWorking;
+  }
+};
+
 /// The caller's side on the thread of the work.
 class BackgroundTransfer::Worker final : public Caller {
  public:
-  explicit Worker(BackgroundTransfer& owner) : owner_(owner) {}
+  explicit Worker(Shared& shared) : shared_(shared) {}
 
   Answer ask(const Question& question) override {
-    std::unique_lock lock(owner_.mutex_);
-    if (owner_.canceled_) return {};
-    owner_.question_ = question;
-    owner_.answer_.reset();
-    owner_.changed_.notify_all();
-    owner_.changed_.wait(lock, [this] { return owner_.answer_ || owner_.canceled_; });
-    owner_.question_.reset();
-    return owner_.canceled_ ? Answer() : *owner_.answer_;
+    std::unique_lock lock(shared_.mutex);
+    if (shared_.canceled) return {};
+    shared_.question = question;
+    shared_.answer.reset();
+    shared_.changed.notify_all();
+    shared_.changed.wait(lock, [this] { return shared_.answer || shared_.canceled; });
+    shared_.question.reset();
+    return shared_.canceled ? Answer() : *shared_.answer;
   }
 
   void show(const Progress& progress) override {
-    const std::scoped_lock lock(owner_.mutex_);
-    owner_.progress_ = progress;
+    const std::scoped_lock lock(shared_.mutex);
+    shared_.progress = progress;
   }
 
   bool canceled() override {
-    const std::scoped_lock lock(owner_.mutex_);
-    return owner_.canceled_;
+    const std::scoped_lock lock(shared_.mutex);
+    return shared_.canceled;
   }
 
  private:
-  BackgroundTransfer& owner_;
+  Shared& shared_;
 };
 
-BackgroundTransfer::BackgroundTransfer(Request request, Work work) {
-  thread_ = std::thread([this, own = std::move(request), ownWork = std::move(work)] {
-    Worker worker(*this);
-    Report report = reportOf(ownWork, own, worker);
-    const std::scoped_lock lock(mutex_);
-    report_ = std::move(report);
-    changed_.notify_all();
+BackgroundTransfer::BackgroundTransfer(Request request, Work work) : shared_(std::make_shared<Shared>()) {
+  thread_ = std::thread([shared = shared_, lost = lostWork(request), own = std::move(request),
+                         ownWork = std::move(work)]() mutable {
+    Worker worker(*shared);
+    Report report = reportOf(ownWork, own, worker, std::move(lost));
+    const std::scoped_lock lock(shared->mutex);
+    shared->report = std::move(report);
+    shared->changed.notify_all();
   });
 }
 
 BackgroundTransfer::~BackgroundTransfer() {
   cancel();
-  thread_.join();
-}
-
-BackgroundTransfer::State BackgroundTransfer::stateLocked() const {
-  if (report_) return State::kFinished;
-  return question_ && !answer_ && !canceled_ ? State::kAsking : State::kWorking;
+  if (waitFor(kPatience) == State::kFinished) {
+    thread_.join();
+  } else {
+    thread_.detach();
+  }
 }
 
 BackgroundTransfer::State BackgroundTransfer::state() const {
-  const std::scoped_lock lock(mutex_);
-  return stateLocked();
+  const std::scoped_lock lock(shared_->mutex);
+  return shared_->state();
 }
 
 BackgroundTransfer::State BackgroundTransfer::waitFor(std::chrono::milliseconds limit) {
-  std::unique_lock lock(mutex_);
-  changed_.wait_for(lock, limit, [this] { return stateLocked() != State::kWorking; });
-  return stateLocked();
+  std::unique_lock lock(shared_->mutex);
+  shared_->changed.wait_for(lock, limit, [this] { return shared_->state() != State::kWorking; });
+  return shared_->state();
 }
 
 Progress BackgroundTransfer::progress() const {
-  const std::scoped_lock lock(mutex_);
-  return progress_;
+  const std::scoped_lock lock(shared_->mutex);
+  return shared_->progress;
 }
 
 Question BackgroundTransfer::question() const {
-  const std::scoped_lock lock(mutex_);
-  return question_.value_or(Question());
+  const std::scoped_lock lock(shared_->mutex);
+  return shared_->question.value_or(Question());
 }
 
 void BackgroundTransfer::answer(const Answer& answer) {
-  const std::scoped_lock lock(mutex_);
-  answer_ = answer;
-  changed_.notify_all();
+  const std::scoped_lock lock(shared_->mutex);
+  shared_->answer = answer;
+  shared_->changed.notify_all();
 }
 
 void BackgroundTransfer::cancel() {
-  const std::scoped_lock lock(mutex_);
-  canceled_ = true;
-  changed_.notify_all();
+  const std::scoped_lock lock(shared_->mutex);
+  shared_->canceled = true;
+  shared_->changed.notify_all();
 }
 
 Report BackgroundTransfer::report() const {
-  const std::scoped_lock lock(mutex_);
-  return report_.value_or(Report());
+  const std::scoped_lock lock(shared_->mutex);
+  return shared_->report.value_or(Report());
 }
 
 }  // namespace kestrel::transfer

@@ -1,10 +1,8 @@
 #pragma once
 
 #include <chrono>
-#include <condition_variable>
 #include <functional>
-#include <mutex>
-#include <optional>
+#include <memory>
 #include <thread>
 
 #include "FileTransfer.h"
@@ -26,8 +24,12 @@ class BackgroundTransfer {
   explicit BackgroundTransfer(Request request, Work work = carryOut);
   BackgroundTransfer(const BackgroundTransfer&) = delete;
   BackgroundTransfer& operator=(const BackgroundTransfer&) = delete;
-  /// Cancels, and waits until the work has ended. A call of the system cannot be interrupted.
+  /// Cancels, and waits until the work has ended, but not longer than `kPatience`: a call of the system
+  /// cannot be interrupted, and a disk that was disconnected may never answer. The thread then ends by itself
+  /// after that call.
   ~BackgroundTransfer();
+
+  static constexpr std::chrono::milliseconds kPatience{2000};
 
   State state() const;
   /// Waits until the work asks or has finished, but not longer than `limit`.
@@ -43,19 +45,10 @@ class BackgroundTransfer {
   Report report() const;
 
  private:
+  struct Shared;
   class Worker;
 
-  State stateLocked() const;
-
-  mutable std::mutex mutex_;
-  std::condition_variable changed_;
-  // Guarded by the mutex
-  Progress progress_;
-  std::optional<Question> question_;
-  std::optional<Answer> answer_;
-  std::optional<Report> report_;
-  bool canceled_ = false;
-
+  std::shared_ptr<Shared> shared_;
   std::thread thread_;
 };
 

@@ -1,5 +1,7 @@
 #include "platform/filetransfer/BackgroundTransfer.h"
 
+#include <future>
+#include <memory>
 #include <new>
 #include <stdexcept>
 
@@ -35,13 +37,32 @@ TEST_F(Background, ReportsTheSourcesOfWorkThatEndsWithAnException) {
   BackgroundTransfer starved(request(Operation::kCopy, {from / "a.png", from / "b.png"}), exhausts);
   ASSERT_EQ(starved.waitFor(kPatience), State::kFinished);
   EXPECT_EQ(starved.report().done, 0U);
-  EXPECT_EQ(reasons(starved.report().failed),
-            "a.png: the work ended early, there is not enough memory; "
-            "b.png: the work ended early, there is not enough memory");
+  EXPECT_EQ(reasons(starved.report().failed), "a.png: the work ended early; b.png: the work ended early");
   const auto fails = [](const Request&, Caller&) -> Report { throw std::runtime_error("no thread"); };
   BackgroundTransfer failed(request(Operation::kCopy, {from / "a.png"}), fails);
   ASSERT_EQ(failed.waitFor(kPatience), State::kFinished);
   EXPECT_EQ(reasons(failed.report().failed), "a.png: the work ended early");
+}
+
+TEST_F(Background, LeavesItsOwnerAloneWhenTheSystemDoesNotAnswer) {
+  struct System {
+    std::promise<void> answer;
+    std::promise<std::string> ended;
+  };
+  const auto system = std::make_shared<System>();
+  {
+    const auto hangs = [system](const Request&, Caller& owner) {
+      // A failing test must end, too.
+      const bool answered = system->answer.get_future().wait_for(kPatience) == std::future_status::ready;
+      system->ended.set_value(!answered          ? "the owner waited"
+                              : owner.canceled() ? "canceled"
+                                                 : "not canceled");
+      return Report();
+    };
+    const BackgroundTransfer transfer(request(Operation::kCopy, {from / "a.png"}), hangs);
+  }
+  system->answer.set_value();
+  EXPECT_EQ(system->ended.get_future().get(), "canceled");
 }
 
 TEST_F(Background, WaitsForAnswersOfTheOwnersThread) {
