@@ -45,6 +45,14 @@ void ImageBrowserCtl::mrgUI_CommandClick(Command& Command) {
   }
 }
 
+void ImageBrowserCtl::mrgUI_CommandHighlight(Command& Command, std::int32_t HighlightState) {
+  try {
+    zShowStatus(HighlightState == kHighlightHot ? Command.Description() : iStatusText);
+  } catch (...) {
+    QDK_TRAILER(mrgUI_CommandHighlight, QDK_PARAMETERS(Command, HighlightState), QDK_LOCALS());
+  }
+}
+
 void ImageBrowserCtl::zDeleteFiles() {
   {
     const OpenCalls::Call Call(iPlatform.Calls);

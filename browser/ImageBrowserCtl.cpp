@@ -54,6 +54,8 @@ void ImageBrowserCtl::zConnect() {
   keep(UserControl.Hide.Connect([this] { UserControl_Hide(); }));
 
   keep(mrgUI.CommandClick.Connect([this](Command& command) { mrgUI_CommandClick(command); }));
+  keep(mrgUI.CommandHighlight.Connect(
+      [this](Command& command, std::int32_t state) { mrgUI_CommandHighlight(command, state); }));
   keep(mrgUI.ClientAreaChanged.Connect([this] { mrgUI_ClientAreaChanged(); }));
   zConnectView();
 }
@@ -227,11 +229,16 @@ void ImageBrowserCtl::SetControls(bool Enabled) {
 
 void ImageBrowserCtl::Status(const std::string& Message) {
   try {
-    // A caption keeps the panel's height.
-    mrgUI.StatusPanel("pnlStatus").Caption(Message.empty() ? " " : Message);
+    iStatusText = Message;
+    zShowStatus(iStatusText);
   } catch (...) {
     QDK_TRAILER(Status, QDK_PARAMETERS(Message), QDK_LOCALS());
   }
+}
+
+/// A caption keeps the panel's height.
+void ImageBrowserCtl::zShowStatus(const std::string& Text) {
+  mrgUI.StatusPanel("pnlStatus").Caption(Text.empty() ? " " : Text);
 }
 
 // -- Folders ----------------------------------------------------------------------------------------------
@@ -284,8 +291,8 @@ void ImageBrowserCtl::ftvBrowse_MyComputerClick() {
 // -- Diagnostics ------------------------------------------------------------------------------------------
 
 std::string ImageBrowserCtl::qdkDumpModuleVariables() const {
-  return QDK_FIELDS(mrgUI, pnlBrowse, ftvBrowse, thvBrowse, pShowMenuBar, iRuntime, iHelp, iHidden,
-                    iLoadsWhenShown, iLoading);
+  return QDK_FIELDS(mrgUI, pnlBrowse, ftvBrowse, thvBrowse, pShowMenuBar, iRuntime, iHelp, iStatusText,
+                    iHidden, iLoadsWhenShown, iLoading);
 }
 
 }  // namespace kestrel

@@ -96,6 +96,7 @@ class ImageBrowserCtl final : public IImageBrowserCtl {
 
   // Commands
   void mrgUI_CommandClick(Command& Command);
+  void mrgUI_CommandHighlight(Command& Command, std::int32_t HighlightState);
   void mrgUI_ClientAreaChanged();
   void zDeleteFiles();
   void zCopyFiles();
@@ -119,6 +120,7 @@ class ImageBrowserCtl final : public IImageBrowserCtl {
   void thvBrowse_DeletePressed();
   void thvBrowse_ViewChange(std::int32_t View);
   void zCancelWhileHidden(bool& Cancel);
+  void zShowStatus(const std::string& Text);
   void zShowProgress(std::int32_t Maximum);
   void zHideProgress();
 
@@ -135,6 +137,7 @@ class ImageBrowserCtl final : public IImageBrowserCtl {
   bool iRuntime = false;
   std::unique_ptr<HelpViewer> iHelp;
   bool iRetired = false;
+  std::string iStatusText;       ///< returns when no command is highlighted
   bool iHidden = false;          ///< it was shown and is hidden now
   bool iLoadsWhenShown = false;  ///< hiding it has ended a load
   bool iLoading = false;         ///< the view loads or recalculates thumbnails

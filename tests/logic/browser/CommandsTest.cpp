@@ -128,6 +128,21 @@ TEST_F(BrowserCommands, ContentsShowsTheFirstPageOfTheHelp) {
   EXPECT_THAT(platform().inner().helpShown()[0], testing::EndsWith("BrindleImgPro/default.html"));
 }
 
+TEST_F(BrowserCommands, TheStatusShowsTheDescriptionOfTheHighlightedCommand) {
+  browser().Status("Ready");
+  suite().highlight("btnImageCopy");
+  EXPECT_EQ(panel("pnlStatus"), "Copies the selected image file(s) to another location");
+  suite().highlight("mnuImage");
+  EXPECT_EQ(panel("pnlStatus"), " ") << "it has no description";
+  suite().highlight("");
+  EXPECT_EQ(panel("pnlStatus"), "Ready");
+  suite().highlight("btnViewSingle");
+  browser().Status("Loading");
+  EXPECT_EQ(panel("pnlStatus"), "Loading");
+  suite().highlight("");
+  EXPECT_EQ(panel("pnlStatus"), "Loading");
+}
+
 TEST_F(BrowserCommands, AMissingHelpBookIsABoxAndNoReport) {
   loseHelpBooks();
   user().answers(kAnswerOK);
