@@ -129,7 +129,7 @@ TEST_F(Browser, TheContextMenuHasTheImageCommandsAndThenTheHostsActions) {
   });
   contextClick(1);
   EXPECT_EQ(texts, (QStringList{QStringLiteral("&Copy To..."), QStringLiteral("&Move To..."),
-                                QStringLiteral("&Delete..."), QStringLiteral("&Rename..."),
+                                QStringLiteral("&Delete...\tDel"), QStringLiteral("&Rename..."),
                                 QStringLiteral("&Information..."), QStringLiteral("-"),
                                 QStringLiteral("Open in Editor")}));
   EXPECT_EQ(chosen, 1);
@@ -137,6 +137,50 @@ TEST_F(Browser, TheContextMenuHasTheImageCommandsAndThenTheHostsActions) {
   const QMenu& imageMenu = bench_.moorage().actions().menuOf(bench_.command("mnuImage"));
   EXPECT_FALSE(textsOf(imageMenu).contains(QStringLiteral("Open in Editor")));
   EXPECT_FALSE(textsOf(imageMenu).contains(QStringLiteral("-")));
+}
+
+TEST_F(Browser, TheMenuKeyOpensTheMenuAtTheFocusedThumbnail) {
+  open();
+  pressKey(bench_.window(), Qt::Key_End);
+  pressKey(bench_.window(), Qt::Key_Home);
+  QCursor::setPos(bench_.area().viewport()->mapToGlobal(bench_.middleOf(1)));
+  const QPoint expected = bench_.area().viewport()->mapToGlobal(bench_.middleOf(0));
+  for (const auto& [key, modifiers] :
+       {std::pair(Qt::Key_Menu, Qt::NoModifier), {Qt::Key_F10, Qt::ShiftModifier}}) {
+    QPoint place;
+    whenMenuOpens([&](QMenu& menu) {
+      place = menu.pos();
+      menu.close();
+    });
+    pressKey(bench_.window(), key, modifiers);
+    EXPECT_EQ(place, expected);
+  }
+  QPoint place;
+  whenMenuOpens([&](QMenu& menu) {
+    place = menu.pos();
+    menu.close();
+  });
+  contextClick(1);
+  EXPECT_EQ(place, QCursor::pos()) << "at the pointer by the mouse";
+}
+
+TEST_F(Browser, TheStatusDescribesTheEntryThatKeysHighlight) {
+  open();
+  const auto status = [this] { return bench_.moorage().StatusPanel("pnlStatus").Caption(); };
+  std::vector<std::string> seen;
+  whenMenuOpens([&](QMenu& menu) {
+    seen.push_back(status());
+    QTest::keyClick(&menu, Qt::Key_Down);
+    seen.push_back(status());
+    QTest::keyClick(&menu, Qt::Key_Escape);
+  });
+  pressKey(bench_.window(), Qt::Key_I, Qt::AltModifier);
+  bench_.waitUntil("the menu was open",
+                   [&] { return seen.size() == 2 && !QApplication::activePopupWidget(); });
+  EXPECT_THAT(seen, ElementsAre("Copies the selected image file(s) to another location",
+                                "Moves the selected image file(s) to another location"));
+  pressKey(bench_.window(), Qt::Key_Escape);
+  EXPECT_EQ(status(), " ");
 }
 
 TEST_F(Browser, AnActionThatEndsInTheMenuIsNotTouchedAgain) {

@@ -216,6 +216,24 @@ TEST_F(Menus, RestoreTheStatusWhenEscapeLeavesTheirBar) {
   EXPECT_EQ(status(), "Ready");
 }
 
+TEST_F(Menus, OpenAtTheSelectionByTheMenuKey) {
+  bench.showPicture(noise(64, 64));
+  bench.view().SetSelectionRect(16, 8, 32, 20);
+  bench.view().SelectionVisible(true);
+  QCursor::setPos(bench.canvas().mapToGlobal(QPoint(3, 3)));
+  QPoint place;
+  QTimer::singleShot(20, [&] {
+    QWidget* const popup = QApplication::activePopupWidget();
+    ASSERT_NE(popup, nullptr);
+    place = popup->pos();
+    popup->close();
+  });
+  pressKey(bench.window(), Qt::Key_Menu);
+  const double factor = bench.canvas().devicePixelRatioF();
+  const QPointF middle((32 - bench.view().ScrollLeft()) / factor, (18 - bench.view().ScrollTop()) / factor);
+  EXPECT_LE((place - bench.canvas().mapToGlobal(middle.toPoint())).manhattanLength(), 4);
+}
+
 TEST_F(Menus, OpenAtThePointerAndReturnWhenClosed) {
   bool seen = false;
   QTimer::singleShot(20, [&] {

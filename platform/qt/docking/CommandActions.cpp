@@ -57,16 +57,16 @@ QMenu& CommandActions::menuOf(docking::CommandModel& command) {
   return menu;
 }
 
-void CommandActions::showDesktopKey(docking::CommandModel& command, const QKeySequence& key) {
-  desktopKeys_[&command] = key.toString(QKeySequence::NativeText);
+void CommandActions::showKey(docking::CommandModel& command, const QKeySequence& key) {
+  shownKeys_[&command] = key.toString(QKeySequence::NativeText);
   refresh(command);
 }
 
 QString CommandActions::keyTextOf(docking::CommandModel& command) const {
   const QString hotKey = hotKeyTextOf(command);
   if (!hotKey.isEmpty()) return hotKey;
-  const auto shown = desktopKeys_.find(&command);
-  return shown == desktopKeys_.end() ? QString() : shown->second;
+  const auto shown = shownKeys_.find(&command);
+  return shown == shownKeys_.end() ? QString() : shown->second;
 }
 
 void CommandActions::closeMenus() {

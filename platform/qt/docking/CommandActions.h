@@ -24,8 +24,8 @@ class CommandActions final : public QObject {
   QMenu& menuOf(docking::CommandModel& command);
   QIcon iconOf(const docking::CommandModel& command) const;
 
-  /// Shows this key for a command without a hot key.
-  void showDesktopKey(docking::CommandModel& command, const QKeySequence& key);
+  /// Shows this key for a command without a hot key. The key itself is for others to handle.
+  void showKey(docking::CommandModel& command, const QKeySequence& key);
 
   void closeMenus();
 
@@ -46,7 +46,7 @@ class CommandActions final : public QObject {
   docking::MoorageModel& suite_;
   std::map<const docking::CommandModel*, QAction*> actions_;
   std::map<const docking::CommandModel*, CommandMenu*> menus_;
-  std::map<const docking::CommandModel*, QString> desktopKeys_;
+  std::map<const docking::CommandModel*, QString> shownKeys_;
 };
 
 /// The text of a command's first hot key in menus, empty if it has none.

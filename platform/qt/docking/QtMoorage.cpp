@@ -1,6 +1,5 @@
 #include "QtMoorage.h"
 
-#include <QCursor>
 #include <QMenuBar>
 #include <QPointer>
 
@@ -43,6 +42,12 @@ class PopupActions {
   QMetaObject::Connection opening_;
 };
 
+/// The widget of the whole control.
+const QWidget& controlOf(const MoorageWindow& window) {
+  const QWidget* const parent = window.parentWidget();
+  return parent ? *parent : window;
+}
+
 }  // namespace
 
 QtMoorage::QtMoorage(MoorageWindow& window, ControlId id, const docking::StoredLayout& layout)
@@ -53,7 +58,8 @@ QtMoorage::QtMoorage(MoorageWindow& window, ControlId id, const docking::StoredL
       statusPanels_(*this, actions_, *window.statusBar()),
       dockPanels_(*this, window),
       barMenu_(*this, toolBars_, dockPanels_, *window.menuBar()),
-      hotKeys_(*this, window.parentWidget() ? *window.parentWidget() : window) {
+      hotKeys_(*this, controlOf(window)),
+      popupPlace_(controlOf(window)) {
   for (const auto& bar : CommandBars().all()) {
     if (bar->kind() == docking::BarKind::MenuBar) menuBar_ = bar.get();
   }
@@ -89,21 +95,14 @@ Rectangle QtMoorage::ClientArea() const {
 }
 
 void QtMoorage::useDesktopKeys(std::vector<DesktopKey> keys) {
-  for (const DesktopKey& key : keys) actions_.showDesktopKey(Commands().Item(key.command), key.keys.value(0));
+  for (const DesktopKey& key : keys) actions_.showKey(Commands().Item(key.command), key.keys.value(0));
   hotKeys_.useDesktopKeys(std::move(keys));
 }
 
 void QtMoorage::openPopup(docking::CommandModel& menu) {
   const PopupActions added(actions_.menuOf(menu), popupActions ? popupActions() : QList<QAction*>());
-  actions_.menuOf(menu).exec(popupPosition());
-}
-
-/// The pointer; for a menu opened by the keyboard it may be elsewhere, then the middle of the client area.
-QPoint QtMoorage::popupPosition() const {
   const QRect area = window_.clientArea();
-  const QPoint pointer = QCursor::pos();
-  const bool inside = area.contains(window_.mapFromGlobal(pointer));
-  return inside ? pointer : window_.mapToGlobal(area.center());
+  actions_.menuOf(menu).exec(popupPlace_.position({window_.mapToGlobal(area.topLeft()), area.size()}));
 }
 
 void QtMoorage::attachForm(docking::DockWindowModel& window, Form& form) {

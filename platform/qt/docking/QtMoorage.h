@@ -9,6 +9,7 @@
 #include "DockPanels.h"
 #include "HotKeyFilter.h"
 #include "MoorageWindow.h"
+#include "PopupPlace.h"
 #include "StatusPanels.h"
 #include "ToolBars.h"
 #include "platform/docking/MoorageModel.h"
@@ -40,7 +41,6 @@ class QtMoorage final : public WidgetControl<docking::MoorageModel> {
   void attachForm(docking::DockWindowModel& window, Form& form) override;
   void fillMenuBar();
   void openMenuBar();
-  QPoint popupPosition() const;
 
   MoorageWindow& window_;
   CommandActions actions_;
@@ -49,6 +49,7 @@ class QtMoorage final : public WidgetControl<docking::MoorageModel> {
   DockPanels dockPanels_;
   BarMenu barMenu_;
   HotKeyFilter hotKeys_;
+  PopupPlace popupPlace_;
   docking::CommandBarModel* menuBar_ = nullptr;
   std::vector<Connection> connections_;
 };

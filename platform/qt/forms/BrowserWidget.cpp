@@ -30,6 +30,7 @@ void BrowserWidget::populate(QtSite& site, const SiteServices& services) {
                                              docking::readLayout(resources::browserLayout()));
   moorage_ = moorage.get();
   moorage_->popupActions = [this] { return actions(); };
+  moorage_->actions().showKey(moorage_->Commands().Item("btnImageDelete"), QKeySequence::Delete);
   if (property("DesktopKeys").toBool()) moorage_->useDesktopKeys(desktopKeys());
   site.add(std::move(moorage));
 

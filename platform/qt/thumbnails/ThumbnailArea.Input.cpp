@@ -176,6 +176,14 @@ void ThumbnailArea::keyPressEvent(QKeyEvent* event) {
   event->setAccepted(used);
 }
 
+QVariant ThumbnailArea::inputMethodQuery(Qt::InputMethodQuery query) const {
+  const std::int32_t item = view_ ? view_->focusItem() : -1;
+  if (query != Qt::ImCursorRectangle || item < 0) return QAbstractScrollArea::inputMethodQuery(query);
+  const bool alone = view_->arrangement().view() == kViewSingle;
+  const QRect place = fromView(alone ? view_->largePicture().target : view_->placeOf(item).picture);
+  return place.translated(viewport()->pos());
+}
+
 void ThumbnailArea::contextMenuEvent(QContextMenuEvent* event) {
   // Not every platform sends this event for the key, so the key itself opens the menu.
   event->accept();

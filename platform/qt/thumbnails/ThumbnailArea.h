@@ -57,6 +57,8 @@ class ThumbnailArea final : public QAbstractScrollArea {
   QRect fromView(const Rectangle& area) const;
 
   QSize sizeHint() const override { return {640, 480}; }
+  /// The cursor's rectangle is that of the focused item, where the menu key opens the menu.
+  QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
 
  protected:
   bool event(QEvent* event) override;

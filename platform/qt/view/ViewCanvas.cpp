@@ -72,6 +72,17 @@ QPointF ViewCanvas::pointerInView(const QPointF& position) {
   return toView(position);
 }
 
+QVariant ViewCanvas::inputMethodQuery(Qt::InputMethodQuery query) const {
+  if (query != Qt::ImCursorRectangle || !view_ || !view_->SelectionVisible()) {
+    return QWidget::inputMethodQuery(query);
+  }
+  const double zoom = view_->Zoom();
+  const QRectF selection((view_->SelectionLeft() - view_->ScrollLeft()) * zoom,
+                         (view_->SelectionTop() - view_->ScrollTop()) * zoom, view_->SelectionWidth() * zoom,
+                         view_->SelectionHeight() * zoom);
+  return fromDevicePixels(*this, selection.normalized().toAlignedRect()) & rect();
+}
+
 void ViewCanvas::measure() {
   if (!view_) return;
   const QSize size = deviceSizeOf(*this);

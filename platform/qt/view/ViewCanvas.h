@@ -39,6 +39,9 @@ class ViewCanvas final : public QWidget {
   /// at a scale above 1: at the last known pointer position its exact value is used.
   QPointF screenToView(const QPoint& screen) const;
 
+  /// The cursor's rectangle is the visible part of the selection, where the menu key opens the menu.
+  QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
+
  protected:
   bool event(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
