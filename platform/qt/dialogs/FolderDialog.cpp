@@ -4,6 +4,8 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QScreen>
+#include <QTreeView>
+#include <array>
 #include <vector>
 
 #include "Modal.h"
@@ -52,8 +54,17 @@ FolderDialog::FolderDialog(const QString& prompt, const QString& title, QWidget*
   for (const char* name : {"fileTypeLabel", "fileTypeCombo"}) {
     if (auto* const widget = findChild<QWidget*>(QLatin1String(name))) widget->hide();
   }
+  hideColumnsOfFiles();
   addPrompt(prompt);
   usePlainButtons(*this);
+}
+
+/// A folder has no size, and its type is always the same.
+void FolderDialog::hideColumnsOfFiles() {
+  constexpr std::array kOfFiles = {1, 2};  // size and type
+  auto* const list = findChild<QTreeView*>(QStringLiteral("treeView"));
+  if (!list) return;
+  for (const int column : kOfFiles) list->hideColumn(column);
 }
 
 void FolderDialog::addPrompt(const QString& prompt) {

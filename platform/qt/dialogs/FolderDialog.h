@@ -18,6 +18,7 @@ class FolderDialog final : public QFileDialog {
   QString folder() const;
 
  private:
+  void hideColumnsOfFiles();
   void addPrompt(const QString& prompt);
 };
 

@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QTest>
 #include <QTimer>
+#include <QTreeView>
 
 #include "ThumbnailBench.h"
 
@@ -58,6 +59,19 @@ TEST_F(FolderQuestion, HasPromptTitleAndStart) {
   EXPECT_EQ(prompt, "Please select the folder to copy the selected file(s) to:");
   EXPECT_TRUE(fits) << "the prompt is above everything else";
   EXPECT_EQ(QDir(start), QDir(root() + QStringLiteral("/inner")));
+}
+
+TEST_F(FolderQuestion, ListsFoldersWithoutSizeAndType) {
+  QStringList columns;
+  ask(folder.path(), [&](qt::FolderDialog& dialog) {
+    const auto* const list = dialog.findChild<QTreeView*>(QStringLiteral("treeView"));
+    for (int column = 0; column < list->model()->columnCount(); ++column) {
+      if (list->isColumnHidden(column)) continue;
+      columns += list->model()->headerData(column, Qt::Horizontal).toString();
+    }
+    dialog.reject();
+  });
+  EXPECT_EQ(columns, (QStringList{QStringLiteral("Name"), QStringLiteral("Date Modified")}));
 }
 
 TEST_F(FolderQuestion, ReturnsTheChosenFolder) {
