@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QFileInfo>
 #include <QImage>
 #include <QTest>
@@ -44,8 +45,14 @@ std::string BrowserBench::pathOf(const std::string& name) const { return folder_
 
 bool BrowserBench::exists(const std::string& name) const { return QFileInfo::exists(text(pathOf(name))); }
 
-bool BrowserBench::isInTrash(const std::string& name) const {
-  return QFileInfo::exists(scratch_.filePath(QStringLiteral("data/Trash/files/") + text(name)));
+bool BrowserBench::isInTrash(const std::string& name) const { return QFileInfo::exists(trashed(name)); }
+
+void BrowserBench::restoreFromTrash(const std::string& name) const {
+  EXPECT_TRUE(QFile::rename(trashed(name), text(pathOf(name)))) << name;
+}
+
+QString BrowserBench::trashed(const std::string& name) const {
+  return scratch_.filePath(QStringLiteral("data/Trash/files/") + text(name));
 }
 
 std::string BrowserBench::addPicture(const std::string& name, int width, int height) {

@@ -28,6 +28,8 @@ class BrowserBench {
   std::string pathOf(const std::string& name) const;
   bool exists(const std::string& name) const;
   bool isInTrash(const std::string& name) const;
+  /// Puts a file of the trash back into the folder, as another program would.
+  void restoreFromTrash(const std::string& name) const;
   const std::string& folder() const { return folder_; }
 
   /// Shows the window on the folder, 1000 by 700, and waits until it is loaded.
@@ -56,6 +58,7 @@ class BrowserBench {
 
  private:
   void watchLoading();
+  QString trashed(const std::string& name) const;
 
   QTemporaryDir scratch_;
   std::string folder_;
