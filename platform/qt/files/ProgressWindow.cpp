@@ -16,9 +16,30 @@ namespace {
 using transfer::BackgroundTransfer;
 
 constexpr int kRoundMilliseconds = 50;
+/// A canceled transfer ends within one call of the system, unless the disk hangs.
+constexpr qint64 kPatienceMilliseconds = 4000;
 constexpr int kWidth = 440;
 /// Of the bar, which has numbers of 32 bits only.
 constexpr int kSteps = 1000;
+
+QString sizeOf(std::uint64_t bytes) {
+  return QLocale().formattedDataSize(static_cast<qint64>(bytes), 1, QLocale::DataSizeSIFormat);
+}
+
+/// As "3 of 10 files, 1.2 MB of 8.0 MB", without files if there is one, without bytes if none are copied.
+QString countsOf(const transfer::Progress& progress) {
+  const QLocale locale;
+  QStringList counts;
+  if (progress.files > 1) {
+    counts += translated("%1 of %2 files")
+                  .arg(locale.toString(static_cast<qulonglong>(progress.filesDone)),
+                       locale.toString(static_cast<qulonglong>(progress.files)));
+  }
+  if (progress.bytes > 0) {
+    counts += translated("%1 of %2").arg(sizeOf(progress.bytesDone), sizeOf(progress.bytes));
+  }
+  return counts.join(QStringLiteral(", "));
+}
 
 }  // namespace
 
@@ -65,7 +86,14 @@ ProgressWindow::ProgressWindow(BackgroundTransfer& transfer, transfer::Operation
   timer_.start(kRoundMilliseconds);
 }
 
+bool ProgressWindow::hangs() const {
+  return canceled_.isValid() && canceled_.hasExpired(kPatienceMilliseconds);
+}
+
 void ProgressWindow::cancel() {
+  if (hangs()) return closeWith(Rejected);
+  if (canceled_.isValid()) return;
+  canceled_.start();
   transfer_.cancel();
   button_->setEnabled(false);
   name_->setText(translated("Canceling..."));
@@ -92,7 +120,11 @@ void ProgressWindow::look() {
       return;
     }
     case BackgroundTransfer::State::kWorking:
-      if (button_->isEnabled()) show(transfer_.progress());
+      if (!canceled_.isValid()) return show(transfer_.progress());
+      if (!hangs() || button_->isEnabled()) return;
+      name_->setText(translated("The disk does not answer."));
+      button_->setText(translated("&Close"));
+      button_->setEnabled(true);
       return;
   }
 }
@@ -108,18 +140,7 @@ void ProgressWindow::show(const transfer::Progress& progress) {
   bar_->setRange(0, kSteps);
   bar_->setValue(all > 0 ? qRound(done / all * kSteps) : 0);
 
-  const QLocale locale;
-  QString counts = translated("%1 of %2 files")
-                       .arg(locale.toString(static_cast<qulonglong>(progress.filesDone)),
-                            locale.toString(static_cast<qulonglong>(progress.files)));
-  if (progress.bytes > 0) {
-    counts +=
-        translated(", %1 of %2")
-            .arg(locale.formattedDataSize(static_cast<qint64>(progress.bytesDone), 1,
-                                          QLocale::DataSizeSIFormat),
-                 locale.formattedDataSize(static_cast<qint64>(progress.bytes), 1, QLocale::DataSizeSIFormat));
-  }
-  counts_->setText(counts);
+  counts_->setText(countsOf(progress));
   const auto left = transfer::timeLeft(progress, std::chrono::milliseconds(clock_.elapsed() - asked_));
   time_->setText(left ? translated(transfer::textOf(*left)) : QString());
 }

@@ -12,7 +12,8 @@
 
 namespace kestrel::qt {
 
-/// Shows how far a transfer is, and lets the user cancel it. Closes when the transfer has finished.
+/// Shows how far a transfer is, and lets the user cancel it. Closes when the transfer has finished, or when
+/// the user leaves one that does not end after it was canceled.
 class ProgressWindow final : public UserDialog {
   Q_OBJECT
 
@@ -29,6 +30,7 @@ class ProgressWindow final : public UserDialog {
 
  private:
   void look();
+  bool hangs() const;
   void show(const transfer::Progress& progress);
 
   transfer::BackgroundTransfer& transfer_;
@@ -41,7 +43,8 @@ class ProgressWindow final : public UserDialog {
   QPushButton* button_;
   QTimer timer_;
   QElapsedTimer clock_;
-  qint64 asked_ = 0;  ///< milliseconds in which the user was asked, and nothing went on
+  QElapsedTimer canceled_;  ///< runs since the user has canceled
+  qint64 asked_ = 0;        ///< milliseconds in which the user was asked, and nothing went on
 };
 
 }  // namespace kestrel::qt

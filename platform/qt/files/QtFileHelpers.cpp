@@ -93,8 +93,10 @@ bool QtFileHelpers::run(const Request& request, WindowHandle owner) {
   transfer::Report report;
   {
     BackgroundTransfer transfer(request);
-    // Without its owner the work is canceled, and nobody is left to report to.
-    if (!attend(transfer, request, owner)) return false;
+    // Without its owner the work is canceled, and nobody is left to report to. A user who left a disk that
+    // hangs knows all there is to report.
+    if (!attend(transfer, request, owner) || transfer.state() != BackgroundTransfer::State::kFinished)
+      return false;
     report = transfer.report();
   }
   const std::string text = transfer::textOf(report, request);

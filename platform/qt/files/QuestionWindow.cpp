@@ -99,10 +99,11 @@ QuestionWindow::QuestionWindow(const Question& question, transfer::Operation ope
     bold.setBold(true);
     name->setFont(bold);
     all->addWidget(name);
+    const char* const taken = question.target.facts.type == EntryType::kFolder
+                                  ? "There is already a folder with this name in %1. What do you want to do?"
+                                  : "There is already a file with this name in %1. What do you want to do?";
     all->addWidget(
-        sentence(translated(question.target.facts.type == EntryType::kFolder
-                                ? "There is already a folder with this name. What do you want to do?"
-                                : "There is already a file with this name. What do you want to do?")));
+        sentence(translated(taken).arg(toQt(transfer::nameOf(question.target.path.parent_path())))));
     auto* const files = new QHBoxLayout;
     files->addWidget(groupOf("Existing", question.target, question.source, oldReader));
     files->addWidget(groupOf("New", question.source, question.target, newReader));

@@ -79,6 +79,11 @@ TEST_F(FileOperations, ShowWhatIsKnownAboutBothFiles) {
   windows.then([&](QWidget& window) {
     const auto groups = window.findChildren<QGroupBox*>();
     ASSERT_EQ(groups.size(), 2);
+    QStringList sentences;
+    for (const QLabel* each : window.findChildren<QLabel*>()) sentences += each->text();
+    EXPECT_TRUE(sentences.contains(
+        QStringLiteral("There is already a file with this name in \"to\". What do you want to do?")))
+        << sentences.join(u'|').toStdString();
     EXPECT_EQ(groups[0]->title(), "Existing");
     EXPECT_EQ(groups[1]->title(), "New");
     const auto texts = [](const QGroupBox& group) {
@@ -188,6 +193,40 @@ TEST_F(FileOperations, ShowTheirProgressAndCanBeCanceledInTheMiddle) {
     EXPECT_EQ(entries("to"), "") << "no partial file";
     EXPECT_EQ(entries("from"), "a.png b.png");
   }
+}
+
+TEST_F(FileOperations, CanBeLeftWhenTheDiskDoesNotAnswer) {
+  write("from/a.png", QByteArray(100'000, 'a'));
+  gate().close();
+  windows.then([](QWidget& window) {
+    press(window, Qt::Key_Escape);
+    press(window, Qt::Key_Escape);
+    EXPECT_TRUE(window.isVisible()) << "it may end at once";
+    const auto* const button = window.findChild<QPushButton*>();
+    EXPECT_FALSE(button->isEnabled());
+    EXPECT_TRUE(eventually([&] { return button->isEnabled(); }));
+    EXPECT_EQ(label(window, "fileName"), "The disk does not answer.");
+    EXPECT_EQ(button->text(), "&Close");
+    screenshot(window, "disk-hangs");
+    press(window, Qt::Key_C, Qt::AltModifier);
+  });
+  EXPECT_FALSE(copy({"from/a.png"}));
+  EXPECT_EQ(entries("to"), "") << "no partial file";
+  gate().open();
+}
+
+TEST_F(FileOperations, CountTheBytesOnlyOfASingleFile) {
+  write("from/a.png", QByteArray(100'000, 'a'));
+  gate().close();
+  windows.then([](QWidget& window) {
+    EXPECT_TRUE(eventually([&] { return !label(window, "counts").isEmpty(); }));
+    EXPECT_EQ(label(window, "counts"),
+              QStringLiteral("%1 of %2")
+                  .arg(QLocale().formattedDataSize(0, 1, QLocale::DataSizeSIFormat),
+                       QLocale().formattedDataSize(100'000, 1, QLocale::DataSizeSIFormat)));
+    gate().open();
+  });
+  EXPECT_TRUE(copy({"from/a.png"}));
 }
 
 TEST_F(FileOperations, AskAboveTheirProgressAndGoOn) {
