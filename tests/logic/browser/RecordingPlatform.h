@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/headless/Platform.h"
+#include "tests/logic/fakes/ForwardingPlatform.h"
 
 namespace kestrel {
 
@@ -63,44 +64,24 @@ class RecordingFileHelpers final : public FileHelpers {
   FileHelpers& inner_;
 };
 
+/// A base, so that the platform exists before what forwards to it.
+struct OwnHeadlessPlatform {
+  headless::Platform own;
+};
+
 /// The headless platform with recorded operations on files.
-class RecordingPlatform final : public Platform {
+class RecordingPlatform final : private OwnHeadlessPlatform, public fakes::ForwardingPlatform {
  public:
   explicit RecordingPlatform(headless::Setup setup)
-      : inner_(std::move(setup)), fileHelpers_(inner_.FileHelpers()) {}
+      : OwnHeadlessPlatform{headless::Platform(std::move(setup))},
+        ForwardingPlatform(own),
+        fileHelpers_(own.FileHelpers()) {}
 
-  headless::Platform& inner() { return inner_; }
+  headless::Platform& inner() { return own; }
 
-  std::shared_ptr<ImgX> CreateImgX() override { return inner_.CreateImgX(); }
-  std::shared_ptr<Colors> CreateColors() override { return inner_.CreateColors(); }
-  std::unique_ptr<ImgXDialog> CreateImgXDialog() override { return inner_.CreateImgXDialog(); }
-  std::unique_ptr<Form> CreateForm(const std::string& name) override { return inner_.CreateForm(name); }
-  std::unique_ptr<HelpViewer> CreateHelpViewer() override { return inner_.CreateHelpViewer(); }
-  std::unique_ptr<SinkHolder> CreateSinkHolder() override { return inner_.CreateSinkHolder(); }
-  std::unique_ptr<MouseTracker> CreateMouseTracker() override { return inner_.CreateMouseTracker(); }
-  std::unique_ptr<Canvas> CreateCanvas(std::int32_t width, std::int32_t height) override {
-    return inner_.CreateCanvas(width, height);
-  }
-
-  kestrel::FormUtility& FormUtility() override { return inner_.FormUtility(); }
-  kestrel::FormSkin& FormSkin() override { return inner_.FormSkin(); }
-  kestrel::WindowFunctions& WindowFunctions() override { return inner_.WindowFunctions(); }
-  kestrel::WindowPositions& WindowPositions() override { return inner_.WindowPositions(); }
-  kestrel::RegistryStore& RegistryStore() override { return inner_.RegistryStore(); }
   RecordingFileHelpers& FileHelpers() override { return fileHelpers_; }
-  kestrel::UserInterface& UserInterface() override { return inner_.UserInterface(); }
-  kestrel::Clipboard& Clipboard() override { return inner_.Clipboard(); }
-  kestrel::Shell& Shell() override { return inner_.Shell(); }
-  kestrel::Screen& Screen() override { return inner_.Screen(); }
-  const AppInfo& App() override { return inner_.App(); }
-
-  std::unique_ptr<DebugClientLibrary> CreateDebugClientLibrary() override { return nullptr; }
-  kestrel::ObjectFactory& ObjectFactory() override { return inner_.ObjectFactory(); }
-  kestrel::StackResolver& StackResolver() override { return inner_.StackResolver(); }
-  void Retire(std::shared_ptr<void> object) override { inner_.Retire(std::move(object)); }
 
  private:
-  headless::Platform inner_;
   RecordingFileHelpers fileHelpers_;
 };
 
