@@ -2,10 +2,10 @@
 
 #include <QDir>
 #include <QGridLayout>
+#include <QHeaderView>
 #include <QLabel>
 #include <QScreen>
 #include <QTreeView>
-#include <array>
 #include <vector>
 
 #include "Modal.h"
@@ -54,17 +54,21 @@ FolderDialog::FolderDialog(const QString& prompt, const QString& title, QWidget*
   for (const char* name : {"fileTypeLabel", "fileTypeCombo"}) {
     if (auto* const widget = findChild<QWidget*>(QLatin1String(name))) widget->hide();
   }
-  hideColumnsOfFiles();
+  arrangeColumns();
   addPrompt(prompt);
   usePlainButtons(*this);
 }
 
 /// A folder has no size, and its type is always the same.
-void FolderDialog::hideColumnsOfFiles() {
-  constexpr std::array kOfFiles = {1, 2};  // size and type
+void FolderDialog::arrangeColumns() {
+  enum Column { kName, kSize, kType, kDate };
   auto* const list = findChild<QTreeView*>(QStringLiteral("treeView"));
   if (!list) return;
-  for (const int column : kOfFiles) list->hideColumn(column);
+  list->hideColumn(kSize);
+  list->hideColumn(kType);
+  list->header()->setStretchLastSection(false);
+  list->header()->setSectionResizeMode(kName, QHeaderView::Stretch);
+  list->header()->setSectionResizeMode(kDate, QHeaderView::ResizeToContents);
 }
 
 void FolderDialog::addPrompt(const QString& prompt) {

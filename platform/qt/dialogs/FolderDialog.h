@@ -18,7 +18,7 @@ class FolderDialog final : public QFileDialog {
   QString folder() const;
 
  private:
-  void hideColumnsOfFiles();
+  void arrangeColumns();
   void addPrompt(const QString& prompt);
 };
 
