@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "Candidates.h"
-#include "NaturalOrder.h"
+#include "base/NaturalOrder.h"
 #include "platform/os/FailureText.h"
 #include "platform/os/Paths.h"
 
@@ -24,7 +24,7 @@ void sortNaturally(std::vector<FoundFile>& files) {
   };
   std::vector<Keyed> keyed;
   keyed.reserve(files.size());
-  for (FoundFile& file : files) keyed.push_back({naturalKey(os::textOf(file.name)), std::move(file)});
+  for (FoundFile& file : files) keyed.push_back({NaturalKey(os::textOf(file.name)), std::move(file)});
   std::sort(keyed.begin(), keyed.end(), [](const Keyed& left, const Keyed& right) {
     const int order = left.key.compare(right.key);
     return order != 0 ? order < 0 : left.file.name.native() < right.file.name.native();

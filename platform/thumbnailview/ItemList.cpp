@@ -4,7 +4,7 @@
 #include <map>
 #include <utility>
 
-#include "NaturalOrder.h"
+#include "base/NaturalOrder.h"
 #include "platform/os/Paths.h"
 
 namespace kestrel::thumbnails {
@@ -15,7 +15,7 @@ bool sameVersion(const FoundFile& left, const FoundFile& right) {
 }
 
 bool nameLess(const std::filesystem::path& left, const std::filesystem::path& right) {
-  return naturalLess(os::textOf(left), os::textOf(right));
+  return NaturalLess(os::textOf(left), os::textOf(right));
 }
 
 }  // namespace

@@ -1,56 +1,14 @@
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <chrono>
 #include <string>
-#include <vector>
 
 #include "platform/thumbnailview/Candidates.h"
 #include "platform/thumbnailview/Labels.h"
-#include "platform/thumbnailview/NaturalOrder.h"
 #include "platform/thumbnailview/TypeAhead.h"
 
 namespace kestrel::thumbnails {
 namespace {
-
-using testing::ElementsAre;
-
-std::vector<std::string> sorted(std::vector<std::string> names) {
-  std::sort(names.begin(), names.end(), naturalLess);
-  return names;
-}
-
-TEST(NaturalOrder, ComparesNumbersByTheirValues) {
-  EXPECT_THAT(sorted({"img10.png", "img2.png", "img1.png"}),
-              ElementsAre("img1.png", "img2.png", "img10.png"));
-  EXPECT_THAT(sorted({"a100b2", "a20b10", "a20b9"}), ElementsAre("a20b9", "a20b10", "a100b2"));
-  EXPECT_THAT(sorted({"99999999999999999999999", "100000000000000000000000"}),
-              ElementsAre("99999999999999999999999", "100000000000000000000000"));
-}
-
-TEST(NaturalOrder, IgnoresCaseFirst) {
-  EXPECT_THAT(sorted({"b.png", "A.png", "a.png", "B.png"}), ElementsAre("A.png", "a.png", "B.png", "b.png"));
-  EXPECT_THAT(sorted({"Änderung 10.png", "änderung 9.png"}),
-              ElementsAre("änderung 9.png", "Änderung 10.png"));
-}
-
-TEST(NaturalOrder, PutsANameBeforeThoseThatExtendIt) {
-  EXPECT_THAT(sorted({"a (1).png", "a-2.png", "a.png"}), ElementsAre("a.png", "a (1).png", "a-2.png"));
-}
-
-TEST(NaturalOrder, IsDefinedForNamesThatDifferInLeadingZerosOnly) {
-  EXPECT_EQ(naturalKey("img01.png"), naturalKey("img1.png"));
-  EXPECT_THAT(sorted({"img1.png", "img01.png"}), ElementsAre("img01.png", "img1.png"));
-  EXPECT_FALSE(naturalLess("a.png", "a.png"));
-}
-
-TEST(NaturalOrder, CountsDigitsBeyondAByte) {
-  const std::string longer = "1" + std::string(255, '0');
-  const std::string shorter = std::string(255, '9');
-  EXPECT_TRUE(naturalLess(shorter, longer));
-  EXPECT_FALSE(naturalLess(longer, shorter));
-}
 
 TEST(Candidates, HaveAnExtensionOfAKnownFormatInAnyCase) {
   for (const char* name : {"a.jpg", "a.JPEG", "b.c.Png", "a.tla", "x.PCD", "a.wbp"}) {

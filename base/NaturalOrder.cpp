@@ -3,9 +3,9 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "base/CaseFolding.h"
+#include "CaseFolding.h"
 
-namespace kestrel::thumbnails {
+namespace kestrel {
 namespace {
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
@@ -35,7 +35,7 @@ void appendText(std::string& key, std::string_view text) {
 
 }  // namespace
 
-std::string naturalKey(std::string_view name) {
+std::string NaturalKey(std::string_view name) {
   const std::string folded = FoldCase(name);
   const std::size_t point = folded.rfind('.');
   const std::string_view text = folded;
@@ -48,9 +48,9 @@ std::string naturalKey(std::string_view name) {
   return key;
 }
 
-bool naturalLess(std::string_view left, std::string_view right) {
-  const int order = naturalKey(left).compare(naturalKey(right));
+bool NaturalLess(std::string_view left, std::string_view right) {
+  const int order = NaturalKey(left).compare(NaturalKey(right));
   return order != 0 ? order < 0 : left < right;
 }
 
-}  // namespace kestrel::thumbnails
+}  // namespace kestrel
