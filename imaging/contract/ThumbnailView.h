@@ -36,8 +36,8 @@ class Thumbnails {
 class ThumbnailView : public Control {
  public:
   virtual std::string Folder() const = 0;
-  /// Loads the folder's image files; `ThumbnailLoaded` reports them one by one. After `Clear` that
-  /// includes the current folder.
+  /// Loads the folder's image files; `ThumbnailLoaded` reports them one by one. After `Clear`, and while the
+  /// folder cannot be read, that includes the current folder.
   virtual void Folder(const std::string& value) = 0;
   /// Shows no images, for a place that is no folder, and cancels loading. `Folder` keeps its value, but
   /// nothing is loaded, by `Refresh` either, until it is written again.

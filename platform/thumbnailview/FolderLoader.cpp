@@ -71,8 +71,8 @@ class FolderLoader::State final : public Workers::Source, public std::enable_sha
 
   bool idle() const {
     const std::lock_guard lock(mutex_);
-    return !mustList_ && !reading_ && noticed_.empty() && order_.empty() && order_.atWork() == 0 &&
-           inbox_.empty();
+    return !mustList_ && !mustAwait_ && !reading_ && noticed_.empty() && order_.empty() &&
+           order_.atWork() == 0 && inbox_.empty();
   }
 
   void detach() { listener_ = nullptr; }
@@ -86,9 +86,15 @@ class FolderLoader::State final : public Workers::Source, public std::enable_sha
     if (!reading_ && mustList_) {
       reading_ = true;
       mustList_ = false;
+      mustAwait_ = false;
       // The listing covers what was noticed before it.
       noticed_.clear();
       return [self = shared_from_this(), visit, folder = folder_] { self->readFolder(visit, folder); };
+    }
+    if (!reading_ && mustAwait_) {
+      reading_ = true;
+      mustAwait_ = false;
+      return [self = shared_from_this(), visit, folder = folder_] { self->awaitFolder(visit, folder); };
     }
     if (!reading_ && !noticed_.empty()) {
       reading_ = true;
@@ -120,6 +126,7 @@ class FolderLoader::State final : public Workers::Source, public std::enable_sha
     ++visit_;
     open_ = false;
     mustList_ = false;
+    mustAwait_ = false;
     reading_ = false;
     noticed_.clear();
     order_.clear();
@@ -156,8 +163,61 @@ class FolderLoader::State final : public Workers::Source, public std::enable_sha
     reading_ = false;
     // The listing covers what was found before it.
     inbox_.changes.clear();
+    if (!listing.problem.empty()) mustAwait_ = true;
+    isMissing_ = listing.isMissing;
     inbox_.listing = std::move(listing);
     postDelivery();
+    wake_();
+  }
+
+  /// The folder is gone or cannot be read: lists it again when the entry changes that leads to it.
+  void awaitFolder(std::uint64_t visit, const std::filesystem::path& folder) {
+    std::shared_ptr<FolderAccess::Watch> watch;
+    std::filesystem::path entry;
+    do {
+      entry = firstMissing(folder);
+      watch = access_->watch(entry.parent_path(), [weak = weak_from_this(), visit, name = entry.filename()](
+                                                      const os::FolderChanges& changes) {
+        const auto self = weak.lock();
+        if (self && concerns(changes, name)) self->listAgain(visit);
+      });
+      // Not what came before the watch began.
+    } while (firstMissing(folder) != entry);
+    const bool isThere = isFolder(folder);
+    const std::lock_guard lock(mutex_);
+    if (!isCurrent(visit)) return;
+    reading_ = false;
+    watch_.swap(watch);
+    watchEnded_ = true;
+    if (isMissing_ && isThere) mustList_ = true;
+    wake_();
+  }
+
+  bool isFolder(const std::filesystem::path& path) const {
+    os::FolderEntry entry;
+    return !access_->examine(path, entry) && entry.kind == os::EntryKind::kFolder;
+  }
+
+  /// The uppermost folder on the way that does not exist; the folder itself if all exist.
+  std::filesystem::path firstMissing(const std::filesystem::path& folder) const {
+    std::filesystem::path missing = folder.has_filename() ? folder : folder.parent_path();
+    while (missing.parent_path().has_relative_path() && !isFolder(missing.parent_path())) {
+      missing = missing.parent_path();
+    }
+    return missing;
+  }
+
+  static bool concerns(const os::FolderChanges& changes, const std::filesystem::path& name) {
+    return changes.overflow || changes.folderGone ||
+           std::any_of(changes.changes.begin(), changes.changes.end(),
+                       [&](const os::FolderChange& change) { return change.name == name; });
+  }
+
+  /// On the thread of a watch.
+  void listAgain(std::uint64_t visit) {
+    const std::lock_guard lock(mutex_);
+    if (!isCurrent(visit)) return;
+    mustList_ = true;
     wake_();
   }
 
@@ -169,6 +229,8 @@ class FolderLoader::State final : public Workers::Source, public std::enable_sha
     if (changes.overflow) mustList_ = true;
     if (changes.folderGone) {
       watchEnded_ = true;
+      mustAwait_ = true;
+      isMissing_ = true;
       inbox_.changes.emplace_back().folderGone = true;
       postDelivery();
     }
@@ -217,13 +279,16 @@ class FolderLoader::State final : public Workers::Source, public std::enable_sha
   std::filesystem::path folder_;
   bool open_ = false;
   bool mustList_ = false;
-  bool reading_ = false;  ///< one job lists the folder or examines changes, so that they stay in order
+  bool mustAwait_ = false;  ///< the folder is gone or cannot be read, and is not waited for yet
+  bool isMissing_ = false;  ///< when it was read last
+  bool reading_ =
+      false;  ///< one job lists or awaits the folder or examines changes, so that they stay in order
   std::vector<os::FolderChange> noticed_;
   LoadOrder order_;
   Inbox inbox_;
   bool deliveryPosted_ = false;
   std::shared_ptr<FolderAccess::Watch> watch_;
-  bool watchEnded_ = false;  ///< its folder is gone; a listing watches again
+  bool watchEnded_ = false;  ///< it watches no more, or a folder above; a listing watches again
 };
 
 void FolderLoader::State::deliver() {

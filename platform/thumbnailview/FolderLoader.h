@@ -83,7 +83,8 @@ class FolderLoader {
   FolderLoader& operator=(const FolderLoader&) = delete;
   ~FolderLoader();
 
-  /// Leaves the folder, then watches and lists another one.
+  /// Leaves the folder, then watches and lists another one. A folder that is gone or cannot be read is listed
+  /// again when it comes back or its permissions change.
   void open(const std::filesystem::path& folder);
   /// Lists the open folder again.
   void list();

@@ -55,6 +55,7 @@ FolderListing listFolder(FolderAccess& access, const fs::path& folder,
     return true;
   });
   if (failure) {
+    listing.isMissing = failure->problem == os::FileProblem::kMissing;
     listing.problem =
         "The folder \"" + os::textOf(folder) + "\" cannot be read: " + os::reasonOf(*failure, folder) + ".";
   }

@@ -14,6 +14,7 @@ namespace kestrel::thumbnails {
 struct FolderListing {
   std::vector<FoundFile> files;  ///< in natural order
   std::string problem;           ///< for the user; empty if the folder was read to its end
+  bool isMissing = false;        ///< there is no such folder
 };
 
 /// Lists the pictures of a folder. `canceled` is asked for each entry; true ends the listing.

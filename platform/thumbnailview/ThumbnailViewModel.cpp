@@ -54,7 +54,8 @@ ThumbnailViewModel::~ThumbnailViewModel() = default;
 std::string ThumbnailViewModel::Folder() const { return inside_->folder; }
 
 void ThumbnailViewModel::Folder(const std::string& value) {
-  if (value == inside_->folder && !inside_->cleared) return;
+  // A folder that could not be read may have come back, unnoticed.
+  if (value == inside_->folder && !inside_->cleared && inside_->problem.empty()) return;
   // A handler of the ended load may change the text that `value` refers to.
   std::string folder = value;
   if (!inside_->endLoad()) return;

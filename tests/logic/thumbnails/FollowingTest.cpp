@@ -11,7 +11,7 @@ using FileOf = test::FakeAccess::File;
 class Following : public test::ViewTest {
  protected:
   void SetUp() override {
-    for (const char* name : {"b.jpg", "d.jpg", "f.jpg"}) access_->put(name, {.shade = 1});
+    putFiles();
     open();
     view().selectOnly(1);  // d.jpg
     events_.clear();
@@ -22,6 +22,26 @@ class Following : public test::ViewTest {
     return runUntil([this, count] { return view().itemCount() == count && view().settled(); });
   }
   std::string nameOf(std::int32_t item) { return view().factsOf(item).label; }
+  void putFiles() {
+    for (const char* name : {"b.jpg", "d.jpg", "f.jpg"}) access_->put(name, {.shade = 1});
+  }
+  /// The folder cannot be read.
+  void close(os::FileProblem problem) {
+    for (const char* name : {"b.jpg", "d.jpg", "f.jpg"}) access_->remove(name);
+    access_->fail(os::FileFailure{problem});
+  }
+  void reopen() {
+    putFiles();
+    access_->fail(std::nullopt);
+  }
+  /// The folder is removed.
+  void loseFolder() {
+    close(os::FileProblem::kMissing);
+    os::FolderChanges changes;
+    changes.folderGone = true;
+    access_->report(std::move(changes));
+    ASSERT_TRUE(runUntilCount(0));
+  }
 };
 
 TEST_F(Following, ANewFileAppearsInItsPlace) {
@@ -139,15 +159,68 @@ TEST_F(Following, AFolderThatVanishesIsEmpty) {
 }
 
 TEST_F(Following, AFolderThatComesBackIsListedWhenTheWindowIsActivated) {
-  os::FolderChanges changes;
-  changes.folderGone = true;
-  access_->report(std::move(changes));
-  ASSERT_TRUE(runUntilCount(0));
+  loseFolder();
+  reopen();
   view().activated();
   ASSERT_TRUE(runUntilCount(3));
   access_->remove("b.jpg");
   access_->reportGone("b.jpg");
   EXPECT_TRUE(runUntilCount(2)) << "it is watched again";
+}
+
+TEST_F(Following, AFolderThatComesBackIsShownAgain) {
+  loseFolder();
+  events_.clear();
+  reopen();
+  access_->reportChanged("pictures");  // in the folder above
+  ASSERT_TRUE(runUntilCount(3));
+  settle();
+  EXPECT_EQ(view().message(), "");
+  EXPECT_THAT(events_, IsEmpty());
+  access_->remove("b.jpg");
+  access_->reportGone("b.jpg");
+  EXPECT_TRUE(runUntilCount(2)) << "it is watched again";
+}
+
+TEST_F(Following, AFolderThatIsReplacedAtOnceIsShown) {
+  access_->put("pictures", {.kind = os::EntryKind::kFolder});
+  os::FolderChanges changes;
+  changes.folderGone = true;
+  access_->remove("b.jpg");
+  access_->report(std::move(changes));
+  ASSERT_TRUE(runUntilCount(2));
+}
+
+TEST_F(Following, TheSameFolderIsLoadedAgainOnRequestAfterItWasGone) {
+  loseFolder();
+  view().Folder("/pictures");
+  settle();
+  EXPECT_EQ(view().itemCount(), 0);
+  reopen();
+  events_.clear();
+  view().Folder("/pictures");
+  settle();
+  EXPECT_EQ(view().itemCount(), 3);
+  ASSERT_GE(events_.size(), 2U);
+  EXPECT_EQ(events_[0], "start");
+  EXPECT_EQ(events_[1], "found 3");
+  events_.clear();
+  view().Folder("/pictures");
+  EXPECT_THAT(events_, IsEmpty()) << "a folder that is shown is not loaded again";
+}
+
+TEST_F(Following, AFolderWithoutPermissionIsListedWhenItsPermissionsChange) {
+  close(os::FileProblem::kDenied);
+  view().Refresh();
+  settle();
+  ASSERT_EQ(view().message(), "The folder \"/pictures\" cannot be read: permission is denied.");
+  reopen();
+  const int scans = access_->scans();
+  access_->reportChanged("others");
+  settle();
+  EXPECT_EQ(access_->scans(), scans);
+  access_->reportChanged("pictures");
+  EXPECT_TRUE(runUntilCount(3));
 }
 
 TEST_F(Following, WhatIsVisibleStaysWhereItIsWhenFilesComeAboveIt) {
