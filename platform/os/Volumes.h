@@ -32,6 +32,11 @@ std::vector<Volume> volumesIn(std::string_view mountTable);
 /// removable. `blocks` is the folder with the descriptions of all devices.
 bool isRemovable(const std::string& device, const std::filesystem::path& blocks);
 
+/// The mount points of file systems that may wait for another machine, or for a program.
+std::vector<std::filesystem::path> remoteFolders();
+/// The same of the text of a mount table.
+std::vector<std::filesystem::path> remoteFoldersIn(std::string_view mountTable);
+
 /// The label of a volume, UTF-8; empty if it has none or is of a network.
 std::string labelOf(const Volume& volume);
 /// The same with another folder of links from labels to devices.

@@ -24,6 +24,8 @@ constexpr std::array<std::string_view, 14> kNetworkTypes = {
 constexpr std::array<std::string_view, 2> kDiscTypes = {"iso9660", "udf"};
 /// Local file systems whose sources are no devices.
 constexpr std::array<std::string_view, 2> kPoolTypes = {"zfs", "bcachefs"};
+/// Mounts another file system when it is used.
+constexpr std::string_view kOnDemand = "autofs";
 /// Images of programs, which have devices.
 constexpr std::array<std::string_view, 2> kProgramTypes = {"squashfs", "erofs"};
 
@@ -98,6 +100,14 @@ std::optional<Mount> mountOf(std::string_view line) {
   return mount;
 }
 
+/// No value for a line that describes no folder.
+std::optional<Mount> takeMount(std::string_view& mountTable) {
+  const std::size_t end = std::min(mountTable.find('\n'), mountTable.size());
+  const std::string_view line = mountTable.substr(0, end);
+  mountTable.remove_prefix(std::min(end + 1, mountTable.size()));
+  return mountOf(line);
+}
+
 /// `\\server\folder` of "server:/folder", "user@server:/folder" and "//server/folder".
 std::string networkNameOf(const Mount& mount) {
   std::string server;
@@ -144,6 +154,11 @@ std::optional<Volume> volumeOf(const Mount& mount) {
   return volume;
 }
 
+std::string mountTable() {
+  std::ifstream table(kMountTable, std::ios::binary);
+  return {std::istreambuf_iterator<char>(table), {}};
+}
+
 /// A single file can be mounted too.
 bool isLocalFile(const Volume& volume) {
   std::error_code error;
@@ -156,9 +171,7 @@ std::vector<Volume> volumesIn(std::string_view mountTable) {
   std::vector<Volume> volumes = {
       Volume{.folder = "/", .kind = VolumeKind::kFixed, .device = {}, .networkName = {}}};
   while (!mountTable.empty()) {
-    const std::size_t end = std::min(mountTable.find('\n'), mountTable.size());
-    const std::optional<Mount> mount = mountOf(mountTable.substr(0, end));
-    mountTable.remove_prefix(std::min(end + 1, mountTable.size()));
+    const std::optional<Mount> mount = takeMount(mountTable);
     if (!mount) continue;
     const std::optional<Volume> volume = volumeOf(*mount);
     // A later mount at the same place hides the earlier one.
@@ -191,15 +204,27 @@ bool isRemovable(const std::string& device, const fs::path& blocks) {
 }
 
 std::vector<Volume> mountedVolumes() {
-  std::ifstream table(kMountTable, std::ios::binary);
-  const std::string text{std::istreambuf_iterator<char>(table), {}};
-  std::vector<Volume> volumes = volumesIn(text);
+  std::vector<Volume> volumes = volumesIn(mountTable());
   std::erase_if(volumes, isLocalFile);
   for (Volume& volume : volumes) {
     if (volume.kind != VolumeKind::kFixed || volume.folder == "/") continue;
     if (isRemovable(volume.device, kBlocks)) volume.kind = VolumeKind::kRemovable;
   }
   return volumes;
+}
+
+std::vector<fs::path> remoteFolders() { return remoteFoldersIn(mountTable()); }
+
+std::vector<fs::path> remoteFoldersIn(std::string_view mountTable) {
+  std::vector<fs::path> folders;
+  while (!mountTable.empty()) {
+    const std::optional<Mount> mount = takeMount(mountTable);
+    if (!mount || mount->folder == "/") continue;
+    const bool waits = contains(kNetworkTypes, mount->type) || mount->type == "fuse" ||
+                       mount->type.starts_with("fuse.") || mount->type == kOnDemand;
+    if (waits) folders.push_back(pathOf(mount->folder));
+  }
+  return folders;
 }
 
 std::string labelOf(const Volume& volume) { return labelOf(volume, kLabels); }

@@ -49,6 +49,17 @@ TEST(Volumes, AreTheRootAndMountsWithoutPseudoFileSystemsAndSystemFolders) {
                           "/mnt/share", "/home/ada/far", "/tank", "/mnt/six"));
 }
 
+TEST(Volumes, AreRemoteWhereTheyMayWaitForAnotherMachineOrAProgram) {
+  std::vector<std::string> names;
+  for (const auto& folder :
+       remoteFoldersIn(std::string(kTable) + "42 27 0:56 / /mnt/auto rw - autofs systemd-1 rw\n"
+                                             "43 27 8:33 / /mnt/stick rw - fuseblk /dev/sdc1 rw\n")) {
+    names.push_back(textOf(folder));
+  }
+  EXPECT_THAT(names, ElementsAre("/mnt/photos", "/mnt/share", "/home/ada/far", "/run/user/1000/gvfs",
+                                 "/mnt/six", "/mnt/auto"));
+}
+
 TEST(Volumes, HaveTheirKinds) {
   const std::vector<Volume> volumes = volumesIn(kTable);
   EXPECT_EQ(at(volumes, "/").kind, VolumeKind::kFixed);
