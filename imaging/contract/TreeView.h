@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "Control.h"
 #include "base/Event.h"
@@ -63,7 +64,7 @@ class TreeNode {
   virtual std::string SelectedImage() const = 0;
 };
 
-/// All nodes of a tree, in the order in which they were added. A node lives until `Clear`.
+/// All nodes of a tree, in the order in which they were added. A node lives until `Clear` or `Remove`.
 class TreeNodes {
  public:
   virtual ~TreeNodes() = default;
@@ -74,6 +75,10 @@ class TreeNodes {
                         const std::string& selectedImage = {}) = 0;
   /// Removes all nodes and raises nothing.
   virtual void Clear() = 0;
+  /// Removes the nodes of these keys with all nodes below them, and raises nothing. If the selected node is
+  /// one of them, none is selected afterwards. The other nodes stay expanded and selected. Keys without a
+  /// node are ignored.
+  virtual void Remove(const std::vector<std::string>& keys) = 0;
   virtual std::int32_t Count() const = 0;
   /// By key, case-sensitive; null if there is none.
   virtual TreeNode* Find(const std::string& key) = 0;

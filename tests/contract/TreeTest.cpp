@@ -5,15 +5,15 @@
 
 #include "ContractTest.h"
 #include "TreeUser.h"
+#include "imaging/contract/TreeErrors.h"
 
 namespace kestrel::contract {
 namespace {
 
 using testing::ElementsAre;
-
-constexpr std::int32_t kNoSuchIndex = 35600;
-constexpr std::int32_t kNoSuchKey = 35601;
-constexpr std::int32_t kKeyInUse = 35602;
+using tree_errors::kKeyInUse;
+using tree_errors::kNoSuchIndex;
+using tree_errors::kNoSuchKey;
 
 constexpr std::int32_t kEnd = 35;
 constexpr std::int32_t kHome = 36;
@@ -113,6 +113,75 @@ TEST_P(Trees, RaiseAnErrorForMissingNodesAndKeysInUse) {
   EXPECT_EQ(errorOf([&] { add("", "a11"); }), kKeyInUse);
   EXPECT_EQ(errorOf([&] { add("c", "c1"); }), kNoSuchKey);
   EXPECT_EQ(nodes().Count(), 5);
+}
+
+TEST_P(Trees, RaiseTheErrorsByTheseNumbers) {
+  EXPECT_EQ(kNoSuchIndex, 35600);
+  EXPECT_EQ(kNoSuchKey, 35601);
+  EXPECT_EQ(kKeyInUse, 35602);
+}
+
+TEST_P(Trees, RemoveNodesWithAllBelowThem) {
+  addSome();
+  node("a").Expanded(true);
+  record();
+  nodes().Remove({"a1", "missing"});
+  EXPECT_EQ(nodes().Count(), 3);
+  EXPECT_EQ(nodes().Find("a1"), nullptr);
+  EXPECT_EQ(nodes().Find("a11"), nullptr);
+  EXPECT_EQ(nodes().Item(2).Key(), "a2");
+  EXPECT_EQ(node("a").Child(), &node("a2"));
+  EXPECT_EQ(node("a").Children(), 1);
+  EXPECT_TRUE(node("a").Expanded());
+  EXPECT_THAT(inOrder({"a", "a2", "b"}), ElementsAre("a", "a2", "b"));
+  EXPECT_THAT(events(), ElementsAre());
+  add("a", "a1");
+  EXPECT_THAT(inOrder({"a1", "a2"}), ElementsAre("a2", "a1")) << "the key is free again";
+}
+
+TEST_P(Trees, RemoveSeveralNodesAtOnceAlsoBelowOneAnother) {
+  addSome();
+  nodes().Remove({"a11", "a", "a11", "b"});
+  EXPECT_EQ(nodes().Count(), 0);
+  add("", "c");
+  EXPECT_TRUE(hand().isShown("c"));
+}
+
+TEST_P(Trees, KeepTheSelectionWhenOthersAreRemoved) {
+  addSome();
+  node("a2").Selected(true);
+  node("a2").EnsureVisible();
+  record();
+  nodes().Remove({"a1"});
+  EXPECT_EQ(selectedKey(), "a2");
+  EXPECT_EQ(tree().SelectedItem(), &node("a2"));
+  EXPECT_THAT(events(), ElementsAre());
+  hand().click("a2");
+  EXPECT_THAT(events(), ElementsAre("MouseDown 1 0", "NodeClick a2", "MouseUp 1 0", "Click"));
+}
+
+TEST_P(Trees, HaveNoSelectionAfterTheSelectedNodeIsRemoved) {
+  addSome();
+  node("a11").Selected(true);
+  node("a11").EnsureVisible();
+  record();
+  nodes().Remove({"a1"});
+  EXPECT_EQ(tree().SelectedItem(), nullptr);
+  EXPECT_THAT(events(), ElementsAre()) << "no neighbor is selected in its place";
+  hand().click("a2");
+  EXPECT_THAT(events(), ElementsAre("MouseDown 1 0", "NodeClick a2", "MouseUp 1 0", "Click"));
+}
+
+TEST_P(Trees, RemoveNodesWhileTheyArePaused) {
+  addSome();
+  tree().Redraw(false);
+  add("a", "a3");
+  nodes().Remove({"a1", "a3"});
+  add("a", "a4");
+  tree().Redraw(true);
+  node("a").Expanded(true);
+  EXPECT_EQ(node("a").Children(), 2);
+  EXPECT_THAT(inOrder({"a4", "a2"}), ElementsAre("a2", "a4"));
 }
 
 TEST_P(Trees, HaveParentsAndChildren) {

@@ -1,13 +1,13 @@
 #include "TreeView.h"
 
 #include <algorithm>
-#include <cctype>
 #include <iterator>
 #include <stdexcept>
-#include <string_view>
+#include <unordered_set>
 
 #include "base/CaseFolding.h"
-#include "base/RuntimeError.h"
+#include "base/NaturalOrder.h"
+#include "imaging/contract/TreeErrors.h"
 #include "imaging/contract/controls/PictureBox.h"
 
 namespace kestrel::headless {
@@ -26,42 +26,6 @@ constexpr std::int32_t kKeyRight = 39;
 constexpr std::int32_t kKeyDown = 40;
 constexpr std::int32_t kKeyAdd = 107;
 constexpr std::int32_t kKeySubtract = 109;
-
-constexpr std::int32_t kNoSuchIndex = 35600;
-constexpr std::int32_t kNoSuchKey = 35601;
-constexpr std::int32_t kKeyInUse = 35602;
-
-bool isDigit(char c) { return std::isdigit(static_cast<unsigned char>(c)) != 0; }
-
-std::string_view takeNumber(std::string_view& text) {
-  while (text.size() > 1 && text[0] == '0' && isDigit(text[1])) text.remove_prefix(1);
-  const auto end = std::ranges::find_if_not(text, isDigit);
-  const std::string_view number = text.substr(0, static_cast<std::size_t>(end - text.begin()));
-  text.remove_prefix(number.size());
-  return number;
-}
-
-/// Compares folded texts; numbers in them by value.
-bool isLess(std::string_view left, std::string_view right) {
-  while (!left.empty() && !right.empty()) {
-    if (isDigit(left[0]) && isDigit(right[0])) {
-      const std::string_view one = takeNumber(left);
-      const std::string_view other = takeNumber(right);
-      if (one.size() != other.size()) return one.size() < other.size();
-      if (one != other) return one < other;
-    } else if (left[0] != right[0]) {
-      return static_cast<unsigned char>(left[0]) < static_cast<unsigned char>(right[0]);
-    } else {
-      left.remove_prefix(1);
-      right.remove_prefix(1);
-    }
-  }
-  return left.size() < right.size();
-}
-
-void requireUpTo(std::int32_t largest, std::int32_t value) {
-  if (value < 0 || value > largest) throw RuntimeError(err::kInvalidPropertyValue, "Invalid property value");
-}
 
 }  // namespace
 
@@ -110,9 +74,7 @@ void TreeNode::EnsureVisible() {
 // -- The pictures -----------------------------------------------------------------------------------------
 
 std::string ImageList::Key(std::int32_t index) const {
-  if (index < 1 || index > Count()) {
-    throw RuntimeError(kNoSuchIndex, "There is no picture " + std::to_string(index) + ".");
-  }
+  tree_errors::requireIndex(index, Count(), "picture");
   return entries_[static_cast<std::size_t>(index) - 1].first;
 }
 
@@ -139,7 +101,7 @@ TreeView::TreeView(Desktop& desktop, Window* parent, std::string name, std::int3
 
 TreeNode& TreeView::Add(const std::string& relative, std::int32_t relationship, const std::string& key,
                         const std::string& text, const std::string& image, const std::string& selectedImage) {
-  if (byKey_.contains(key)) throw RuntimeError(kKeyInUse, "There is a node \"" + key + "\" already.");
+  if (byKey_.contains(key)) tree_errors::refuseKeyInUse(key);
   TreeNode* const other = relative.empty() ? nullptr : &Item(relative);
   const bool isChild = other && relationship == kTreeChild;
   TreeNode* const parent = isChild ? other : other ? other->parent_ : nullptr;
@@ -163,7 +125,7 @@ void TreeView::place(TreeNode& node, TreeNode* relative, std::int32_t relationsh
 
 void TreeView::sort(std::vector<TreeNode*>& nodes) {
   std::ranges::stable_sort(nodes, [](const TreeNode* one, const TreeNode* other) {
-    return isLess(FoldCase(one->text_), FoldCase(other->text_));
+    return NaturalLess(one->text_, other->text_);
   });
 }
 
@@ -174,6 +136,26 @@ void TreeView::Clear() {
   nodes_.clear();
 }
 
+void TreeView::Remove(const std::vector<std::string>& keys) {
+  std::vector<TreeNode*> left;
+  for (const std::string& key : keys) {
+    TreeNode* const node = Find(key);
+    if (!node) continue;
+    std::erase(siblings(node->parent_), node);
+    left.push_back(node);
+  }
+  std::unordered_set<const TreeNode*> removed;
+  while (!left.empty()) {
+    TreeNode* const node = left.back();
+    left.pop_back();
+    removed.insert(node);
+    left.insert(left.end(), node->children_.begin(), node->children_.end());
+  }
+  if (removed.contains(selected_)) selected_ = nullptr;
+  std::erase_if(byKey_, [&](const auto& known) { return removed.contains(known.second); });
+  std::erase_if(nodes_, [&](const auto& node) { return removed.contains(node.get()); });
+}
+
 TreeNode* TreeView::Find(const std::string& key) {
   const auto found = byKey_.find(key);
   return found == byKey_.end() ? nullptr : found->second;
@@ -181,13 +163,11 @@ TreeNode* TreeView::Find(const std::string& key) {
 
 TreeNode& TreeView::Item(const std::string& key) {
   if (TreeNode* const node = Find(key)) return *node;
-  throw RuntimeError(kNoSuchKey, "There is no node \"" + key + "\".");
+  tree_errors::refuseMissingKey(key);
 }
 
 TreeNode& TreeView::Item(std::int32_t index) {
-  if (index < 1 || index > Count()) {
-    throw RuntimeError(kNoSuchIndex, "There is no node " + std::to_string(index) + ".");
-  }
+  tree_errors::requireIndex(index, Count(), "node");
   return *nodes_[static_cast<std::size_t>(index) - 1];
 }
 
@@ -200,17 +180,17 @@ std::vector<TreeNode*>& TreeView::siblings(TreeNode* parent) { return parent ? p
 // -- Properties -------------------------------------------------------------------------------------------
 
 void TreeView::BorderStyle(std::int32_t value) {
-  requireUpTo(kLargestBorderStyle, value);
+  tree_errors::requireUpTo(kLargestBorderStyle, value);
   borderStyle_ = value;
 }
 
 void TreeView::LineStyle(std::int32_t value) {
-  requireUpTo(kLargestLineStyle, value);
+  tree_errors::requireUpTo(kLargestLineStyle, value);
   lineStyle_ = value;
 }
 
 void TreeView::Style(std::int32_t value) {
-  requireUpTo(kLargestTreeStyle, value);
+  tree_errors::requireUpTo(kLargestTreeStyle, value);
   style_ = value;
 }
 

@@ -157,6 +157,7 @@ class TreeView final : public WindowOf<kestrel::TreeView>, private kestrel::Tree
   TreeNode& Add(const std::string& relative, std::int32_t relationship, const std::string& key,
                 const std::string& text, const std::string& image, const std::string& selectedImage) override;
   void Clear() override;
+  void Remove(const std::vector<std::string>& keys) override;
   std::int32_t Count() const override { return static_cast<std::int32_t>(nodes_.size()); }
   TreeNode* Find(const std::string& key) override;
   TreeNode& Item(const std::string& key) override;

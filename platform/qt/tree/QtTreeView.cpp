@@ -3,26 +3,25 @@
 #include <QFontInfo>
 #include <QItemSelectionModel>
 #include <cmath>
+#include <unordered_set>
 #include <utility>
 
-#include "base/RuntimeError.h"
+#include "imaging/contract/TreeErrors.h"
 #include "platform/qt/core/Guard.h"
 #include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
 namespace {
 
-constexpr std::int32_t kNoSuchIndex = 35600;
-constexpr std::int32_t kNoSuchKey = 35601;
-constexpr std::int32_t kKeyInUse = 35602;
-
 // The parts of Style.
 constexpr std::int32_t kPictures = 1;
 constexpr std::int32_t kSigns = 2;
 constexpr std::int32_t kLines = 4;
 
-void requireUpTo(std::int32_t largest, std::int32_t value) {
-  if (value < 0 || value > largest) throw RuntimeError(err::kInvalidPropertyValue, "Invalid property value");
+/// Whether the item is one of these or below one of them.
+bool isIn(const TreeItem* item, const std::unordered_set<const TreeItem*>& items) {
+  while (item && !items.contains(item)) item = item->place().parent;
+  return item != nullptr;
 }
 
 }  // namespace
@@ -78,7 +77,7 @@ void QtTreeView::listenToMouse() {
 TreeItem& QtTreeView::Add(const std::string& relative, std::int32_t relationship, const std::string& key,
                           const std::string& text, const std::string& image,
                           const std::string& selectedImage) {
-  if (model_.find(key)) throw RuntimeError(kKeyInUse, "There is a node \"" + key + "\" already.");
+  if (model_.find(key)) tree_errors::refuseKeyInUse(key);
   TreeItem* const other = relative.empty() ? nullptr : &Item(relative);
   return model_.add(other, relationship, key, text, image, selectedImage);
 }
@@ -89,15 +88,28 @@ void QtTreeView::Clear() {
   model_.clear();
 }
 
+void QtTreeView::Remove(const std::vector<std::string>& keys) {
+  std::unordered_set<const TreeItem*> named;
+  for (const std::string& key : keys) named.insert(model_.find(key));
+  named.erase(nullptr);
+  std::vector<TreeItem*> uppermost;
+  for (const std::string& key : keys) {
+    TreeItem* const item = model_.find(key);
+    if (!item || isIn(item->place().parent, named)) continue;
+    if (std::find(uppermost.begin(), uppermost.end(), item) == uppermost.end()) uppermost.push_back(item);
+  }
+  if (isIn(selected_, named)) clearSelection();
+  if (changedFrom_ && isIn(*changedFrom_, named)) changedFrom_ = nullptr;
+  model_.remove(uppermost);
+}
+
 TreeItem& QtTreeView::Item(const std::string& key) {
   if (TreeItem* const item = model_.find(key)) return *item;
-  throw RuntimeError(kNoSuchKey, "There is no node \"" + key + "\".");
+  tree_errors::refuseMissingKey(key);
 }
 
 TreeItem& QtTreeView::Item(std::int32_t index) {
-  if (index < 1 || index > Count()) {
-    throw RuntimeError(kNoSuchIndex, "There is no node " + std::to_string(index) + ".");
-  }
+  tree_errors::requireIndex(index, Count(), "node");
   return model_.at(static_cast<std::size_t>(index) - 1);
 }
 
@@ -111,6 +123,12 @@ TreeNode* QtTreeView::HitTest(float x, float y) {
 void QtTreeView::Refresh() {
   model_.showWaiting();
   tree_.viewport()->update();
+}
+
+void QtTreeView::Redraw(bool value) {
+  if (!value && pauses_++ == 0) tree_.holdScroll();
+  model_.hold(!value);
+  if (value && pauses_ > 0 && --pauses_ == 0) tree_.releaseScroll();
 }
 
 // -- Selection and expansion ------------------------------------------------------------------------------
@@ -149,16 +167,20 @@ void QtTreeView::raiseNodeClick(TreeItem* before) {
 
 void QtTreeView::setSelected(TreeItem& item, bool value) {
   if (value == isSelected(item)) return;
+  if (!value) return clearSelection();
   model_.showWaiting();
   const bool outer = std::exchange(byCode_, true);
-  if (value) {
-    tree_.setCurrentIndex(model_.indexOf(item));
-  } else {
-    tree_.selectionModel()->clear();
-  }
+  tree_.setCurrentIndex(model_.indexOf(item));
   byCode_ = outer;
   const std::optional<TreeItem*> before = std::exchange(changedFrom_, std::nullopt);
-  if (value && before) raiseNodeClick(*before);
+  if (before) raiseNodeClick(*before);
+}
+
+void QtTreeView::clearSelection() {
+  const bool outer = std::exchange(byCode_, true);
+  tree_.selectionModel()->clear();
+  byCode_ = outer;
+  changedFrom_.reset();
 }
 
 void QtTreeView::noteExpanded(const QModelIndex& index, bool value) {
@@ -207,7 +229,7 @@ void QtTreeView::makeVisible(TreeItem& item) {
 std::int32_t QtTreeView::BorderStyle() const { return tree_.frameShape() == QFrame::NoFrame ? 0 : 1; }
 
 void QtTreeView::BorderStyle(std::int32_t value) {
-  requireUpTo(kLargestBorderStyle, value);
+  tree_errors::requireUpTo(kLargestBorderStyle, value);
   tree_.setFrameShape(value == 0 ? QFrame::NoFrame : QFrame::StyledPanel);
 }
 
@@ -230,12 +252,12 @@ void QtTreeView::Font(const std::string& value) {
 void QtTreeView::Indentation(float value) { tree_.setIndentation(static_cast<int>(std::lround(value))); }
 
 void QtTreeView::LineStyle(std::int32_t value) {
-  requireUpTo(kLargestLineStyle, value);
+  tree_errors::requireUpTo(kLargestLineStyle, value);
   tree_.setRootIsDecorated(value == 1);
 }
 
 void QtTreeView::Style(std::int32_t value) {
-  requireUpTo(kLargestTreeStyle, value);
+  tree_errors::requireUpTo(kLargestTreeStyle, value);
   style_ = value;
   model_.setPictures(value & kPictures);
   tree_.setSigns(value & kSigns);

@@ -23,7 +23,7 @@ class QtTreeView final : public WidgetControl<TreeView>, private TreeNodes, priv
   TreeNode* SelectedItem() override { return selected_; }
   TreeNode* HitTest(float x, float y) override;
   void Refresh() override;
-  void Redraw(bool value) override { model_.hold(!value); }
+  void Redraw(bool value) override;
 
   std::int32_t BorderStyle() const override;
   void BorderStyle(std::int32_t value) override;
@@ -46,6 +46,7 @@ class QtTreeView final : public WidgetControl<TreeView>, private TreeNodes, priv
   TreeItem& Add(const std::string& relative, std::int32_t relationship, const std::string& key,
                 const std::string& text, const std::string& image, const std::string& selectedImage) override;
   void Clear() override;
+  void Remove(const std::vector<std::string>& keys) override;
   std::int32_t Count() const override { return model_.count(); }
   TreeItem* Find(const std::string& key) override { return model_.find(key); }
   TreeItem& Item(const std::string& key) override;
@@ -64,6 +65,7 @@ class QtTreeView final : public WidgetControl<TreeView>, private TreeNodes, priv
   void noteExpanded(const QModelIndex& index, bool value);
   void finishInput(bool nodePressed);
   void raiseNodeClick(TreeItem* before);
+  void clearSelection();
 
   TreeWidget& tree_;
   QPointer<TreeWidget> widget_;
@@ -73,6 +75,7 @@ class QtTreeView final : public WidgetControl<TreeView>, private TreeNodes, priv
   /// The node that was selected before input or code changed the selection; none if it did not change.
   std::optional<TreeItem*> changedFrom_;
   bool byCode_ = false;
+  int pauses_ = 0;
   bool singleSel_ = false;
   std::int32_t style_ = kTreeStyle;
 };

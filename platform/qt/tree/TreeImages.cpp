@@ -1,14 +1,12 @@
 #include "TreeImages.h"
 
-#include "base/RuntimeError.h"
+#include "imaging/contract/TreeErrors.h"
 #include "platform/qt/controls/PictureWidget.h"
 #include "platform/qt/core/Handles.h"
 #include "platform/qt/core/Pictures.h"
 
 namespace kestrel::qt {
 namespace {
-
-constexpr std::int32_t kNoSuchIndex = 35600;
 
 QByteArray bytesOf(const std::string& key) {
   return QByteArray(key.data(), static_cast<qsizetype>(key.size()));
@@ -23,9 +21,7 @@ QIcon iconOf(const PictureWidget& box) {
 }  // namespace
 
 std::string TreeImages::Key(std::int32_t index) const {
-  if (index < 1 || index > Count()) {
-    throw RuntimeError(kNoSuchIndex, "There is no picture " + std::to_string(index) + ".");
-  }
+  tree_errors::requireIndex(index, Count(), "picture");
   return keys_[static_cast<std::size_t>(index) - 1];
 }
 

@@ -38,6 +38,7 @@ class TreeItem final : public TreeNode {
     std::vector<TreeItem*> shown;
     /// Children that come after those shown, and are shown together later.
     std::vector<TreeItem*> waiting;
+    bool removed = false;  ///< the model is about to destroy it
     std::optional<QCollatorSortKey> sortKey;
   };
 

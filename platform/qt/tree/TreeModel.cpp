@@ -77,6 +77,33 @@ void TreeModel::clear() {
   endResetModel();
 }
 
+void TreeModel::remove(const std::vector<TreeItem*>& items) {
+  if (items.empty()) return;
+  showWaiting();
+  for (TreeItem* const item : items) {
+    TreeItem& parent = *item->place().parent;
+    const int row = item->place().row;
+    beginRemoveRows(indexOf(parent), row, row);
+    parent.place().shown.erase(parent.place().shown.begin() + row);
+    renumber(parent, static_cast<std::size_t>(row));
+    forget(*item);
+    endRemoveRows();
+  }
+  std::erase_if(items_, [](const std::unique_ptr<TreeItem>& item) { return item->place().removed; });
+}
+
+/// Takes the item and those below it out of the index of keys.
+void TreeModel::forget(TreeItem& item) {
+  std::vector<TreeItem*> left{&item};
+  while (!left.empty()) {
+    TreeItem* const each = left.back();
+    left.pop_back();
+    each->place().removed = true;
+    byKey_.erase(each->Key());
+    left.insert(left.end(), each->place().shown.begin(), each->place().shown.end());
+  }
+}
+
 TreeItem* TreeModel::find(const std::string& key) const {
   const auto found = byKey_.find(key);
   return found == byKey_.end() ? nullptr : found->second;

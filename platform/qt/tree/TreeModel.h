@@ -24,6 +24,8 @@ class TreeModel final : public QAbstractItemModel {
   TreeItem& add(TreeItem* relative, std::int32_t relationship, const std::string& key,
                 const std::string& text, const std::string& image, const std::string& selectedImage);
   void clear();
+  /// Removes the items with all items below them. None may be below another one.
+  void remove(const std::vector<TreeItem*>& items);
   std::int32_t count() const { return static_cast<std::int32_t>(items_.size()); }
   /// Null if there is none.
   TreeItem* find(const std::string& key) const;
@@ -65,6 +67,7 @@ class TreeModel final : public QAbstractItemModel {
  private:
   TreeItem& parentOrRoot(const QModelIndex& index) const;
   void insert(TreeItem& parent, std::size_t at, TreeItem& item);
+  void forget(TreeItem& item);
   void showWaiting(TreeItem& parent);
   static void renumber(TreeItem& parent, std::size_t from);
   bool isBefore(TreeItem& one, TreeItem& other) const;
