@@ -3,17 +3,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <map>
 #include <set>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "LayoutRows.h"
 #include "Resources/Icons.h"
 #include "Resources/Layouts.h"
-#include "imaging/contract/Moorage.h"
-#include "platform/docking/LayoutReader.h"
 
 namespace kestrel::docking {
 namespace {
@@ -26,33 +23,9 @@ const StoredLayout& browser() {
   return kLayout;
 }
 
-const StoredCommand& command(const std::string& key) {
-  const auto& all = browser().commands;
-  const auto found = std::find_if(all.begin(), all.end(), [&](const auto& one) { return one.key == key; });
-  if (found == all.end()) throw std::out_of_range(key);
-  return *found;
-}
+const StoredCommand& command(const std::string& key) { return commandOf(browser(), key); }
 
-/// The entries in one line, with a + before an entry that begins a group.
-std::string line(const std::vector<StoredEntry>& entries) {
-  std::string text;
-  for (const StoredEntry& entry : entries) {
-    if (!text.empty()) text += ' ';
-    text += (entry.beginGroup ? "+" : "") + entry.command;
-  }
-  return text;
-}
-
-struct ButtonRow {
-  const char* key;
-  const char* caption;
-  const char* shortCaption;
-  const char* description;
-  const char* category;
-  const char* image;
-};
-
-constexpr ButtonRow kButtons[] = {
+constexpr ButtonTexts kButtons[] = {
     {"btnFileClose", "&Close", "Close", "Closes the image browse", "File", "Window-Close"},
     {"btnViewThumbnail", "&Thumbnail", "View: Thumbnail", "Displays a thumbnail grid of images", "View",
      "Thumbnail"},
@@ -73,17 +46,11 @@ constexpr ButtonRow kButtons[] = {
     {"btnHelpAbout", "&About...", "About", "Displays version, contact and copyright information", "Help", ""},
 };
 
-class BrowserButton : public testing::TestWithParam<ButtonRow> {};
+class BrowserButton : public testing::TestWithParam<ButtonTexts> {};
 
 TEST_P(BrowserButton, HasItsTextsCategoryAndImage) {
-  const ButtonRow& row = GetParam();
-  const StoredCommand& stored = command(row.key);
-  EXPECT_EQ(stored.type, kCommandButton);
-  EXPECT_EQ(stored.caption, row.caption);
-  EXPECT_EQ(stored.shortCaption, row.shortCaption);
-  EXPECT_EQ(stored.description, row.description);
-  EXPECT_EQ(stored.category, row.category);
-  EXPECT_EQ(stored.image, row.image);
+  const StoredCommand& stored = command(GetParam().key);
+  expectButton(stored, GetParam());
   EXPECT_THAT(stored.hotKeys, IsEmpty());
   EXPECT_TRUE(stored.visible);
   EXPECT_FALSE(stored.pressed);
@@ -91,12 +58,6 @@ TEST_P(BrowserButton, HasItsTextsCategoryAndImage) {
 
 INSTANTIATE_TEST_SUITE_P(, BrowserButton, testing::ValuesIn(kButtons),
                          [](const auto& row) { return std::string(row.param.key); });
-
-struct MenuRow {
-  const char* key;
-  const char* caption;
-  const char* entries;
-};
 
 constexpr MenuRow kMenus[] = {
     {"mnuFile", "&File", "btnFileClose"},
@@ -107,14 +68,7 @@ constexpr MenuRow kMenus[] = {
 
 class BrowserMenu : public testing::TestWithParam<MenuRow> {};
 
-TEST_P(BrowserMenu, HasItsCaptionAndEntries) {
-  const StoredCommand& stored = command(GetParam().key);
-  EXPECT_EQ(stored.type, kCommandMenu);
-  EXPECT_EQ(stored.caption, GetParam().caption);
-  EXPECT_EQ(stored.category, "Built-in Menus");
-  EXPECT_EQ(line(stored.menu), GetParam().entries);
-  EXPECT_TRUE(stored.visible);
-}
+TEST_P(BrowserMenu, HasItsCaptionAndEntries) { expectMenu(command(GetParam().key), GetParam()); }
 
 INSTANTIATE_TEST_SUITE_P(, BrowserMenu, testing::ValuesIn(kMenus),
                          [](const auto& row) { return std::string(row.param.key); });
@@ -131,12 +85,12 @@ TEST(BrowserLayout, HasThreeVisibleBarsInOrder) {
   ASSERT_EQ(bars.size(), 3u);
   EXPECT_EQ(bars[0].name, "Menu Bar");
   EXPECT_EQ(bars[0].kind, BarKind::MenuBar);
-  EXPECT_EQ(line(bars[0].entries), "mnuFile mnuView mnuImage mnuHelp");
+  EXPECT_EQ(lineOf(bars[0].entries), "mnuFile mnuView mnuImage mnuHelp");
   EXPECT_EQ(bars[1].name, "Standard");
   EXPECT_EQ(bars[1].kind, BarKind::ToolBar);
   EXPECT_EQ(bars[2].name, "Status");
   EXPECT_EQ(bars[2].kind, BarKind::StatusBar);
-  EXPECT_EQ(line(bars[2].entries), "pnlStatus Progress");
+  EXPECT_EQ(lineOf(bars[2].entries), "pnlStatus Progress");
   for (const StoredBar& bar : bars) EXPECT_TRUE(bar.visible) << bar.name;
 }
 

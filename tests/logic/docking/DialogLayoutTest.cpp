@@ -3,15 +3,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <array>
 #include <map>
 #include <set>
-#include <stdexcept>
 
+#include "LayoutRows.h"
 #include "Resources/Layouts.h"
-#include "imaging/contract/Moorage.h"
-#include "platform/docking/LayoutReader.h"
 
 namespace kestrel::docking {
 namespace {
@@ -23,117 +20,131 @@ const StoredLayout& dialog() {
   return kLayout;
 }
 
-const StoredCommand& command(const std::string& key) {
-  const auto& all = dialog().commands;
-  const auto found = std::find_if(all.begin(), all.end(), [&](const auto& one) { return one.key == key; });
-  if (found == all.end()) throw std::out_of_range(key);
-  return *found;
-}
-
-/// The entries in one line, with a + before an entry that begins a group.
-std::string line(const std::vector<StoredEntry>& entries) {
-  std::string text;
-  for (const StoredEntry& entry : entries) {
-    if (!text.empty()) text += ' ';
-    text += (entry.beginGroup ? "+" : "") + entry.command;
-  }
-  return text;
-}
+const StoredCommand& command(const std::string& key) { return commandOf(dialog(), key); }
 
 struct ButtonRow {
-  const char* key;
-  const char* caption;
-  const char* shortCaption;
-  const char* description;
-  const char* category;
-  const char* image;
+  ButtonTexts texts;
   std::int32_t shift;
   std::int32_t keyCode;  ///< 0: no hot key
 };
 
 constexpr ButtonRow kButtons[] = {
-    {"btnFileBrowse", "&Browse...", "Browse", "Displays an image browser", "File", "", 0, 0},
-    {"btnFileOpen", "&Open...", "Open", "Opens en existing image", "File", "Open", 2, 79},
-    {"btnFileSave", "&Save", "Save", "Saves the current file", "File", "Save", 2, 83},
-    {"btnFileSaveAs", "Save &As...", "Save As", "Saves the current file with a new name", "File", "", 0, 0},
-    {"btnFileSimpleSave", "&Save...", "Save", "Saves the image", "File", "Save", 0, 0},
-    {"btnFileExport", "&Export...", "Export", "Exports the current image to a file", "File", "Image-Save 2",
-     0, 0},
-    {"btnFileClose", "&Close", "Close", "Closes the image editor", "File", "Window-Close", 4, 115},
-    {"btnEditUndo", "&Undo", "Undo", "Undo's the last action", "Edit", "Undo", 2, 90},
-    {"btnEditRedo", "&Redo", "Redo", "Redo's the last undo action", "Edit", "Redo", 0, 0},
-    {"btnEditCut", "Cu&t", "Cut", "Cuts the selection to the Windows Clipboard", "Edit", "Cut", 2, 88},
-    {"btnEditCopy", "&Copy", "Copy", "Copies the selection to the Windows Clipbaord", "Edit", "Copy MRGE", 2,
+    {{"btnFileBrowse", "&Browse...", "Browse", "Displays an image browser", "File", ""}, 0, 0},
+    {{"btnFileOpen", "&Open...", "Open", "Opens en existing image", "File", "Open"}, 2, 79},
+    {{"btnFileSave", "&Save", "Save", "Saves the current file", "File", "Save"}, 2, 83},
+    {{"btnFileSaveAs", "Save &As...", "Save As", "Saves the current file with a new name", "File", ""}, 0, 0},
+    {{"btnFileSimpleSave", "&Save...", "Save", "Saves the image", "File", "Save"}, 0, 0},
+    {{"btnFileExport", "&Export...", "Export", "Exports the current image to a file", "File", "Image-Save 2"},
+     0,
+     0},
+    {{"btnFileClose", "&Close", "Close", "Closes the image editor", "File", "Window-Close"}, 4, 115},
+    {{"btnEditUndo", "&Undo", "Undo", "Undo's the last action", "Edit", "Undo"}, 2, 90},
+    {{"btnEditRedo", "&Redo", "Redo", "Redo's the last undo action", "Edit", "Redo"}, 0, 0},
+    {{"btnEditCut", "Cu&t", "Cut", "Cuts the selection to the Windows Clipboard", "Edit", "Cut"}, 2, 88},
+    {{"btnEditCopy", "&Copy", "Copy", "Copies the selection to the Windows Clipbaord", "Edit", "Copy MRGE"},
+     2,
      67},
-    {"btnEditPaste", "&Paste", "Paste", "Pastes data from the Windows Clipboard", "Edit", "Paste", 2, 86},
-    {"btnEditPasteSpecial", "Paste &Special...", "Paste Special", "Allows you to paste with extra options",
-     "Edit", "", 0, 0},
-    {"btnViewMaterialsWindow", "&Materials Window", "Materials", "Shows or hides the Materials window",
-     "View", "", 0, 0},
-    {"btnViewZoomWindow", "&Zoom Window", "Zoom", "Shows or hides the Zoom window", "View", "", 0, 0},
-    {"btnViewStatusBar", "&Status Bar", "Status Bar", "Shows or hides the status bar", "View", "", 0, 0},
-    {"btnImageFlip", "&Flip", "Flip", "Flips the selection vertically", "Image", "Image-Flip", 2, 73},
-    {"btnImageMirror", "&Mirror", "Mirror", "Flips the selection horizontally", "Image", "Image-Mirror", 2,
+    {{"btnEditPaste", "&Paste", "Paste", "Pastes data from the Windows Clipboard", "Edit", "Paste"}, 2, 86},
+    {{"btnEditPasteSpecial", "Paste &Special...", "Paste Special", "Allows you to paste with extra options",
+      "Edit", ""},
+     0,
+     0},
+    {{"btnViewMaterialsWindow", "&Materials Window", "Materials", "Shows or hides the Materials window",
+      "View", ""},
+     0,
+     0},
+    {{"btnViewZoomWindow", "&Zoom Window", "Zoom", "Shows or hides the Zoom window", "View", ""}, 0, 0},
+    {{"btnViewStatusBar", "&Status Bar", "Status Bar", "Shows or hides the status bar", "View", ""}, 0, 0},
+    {{"btnImageFlip", "&Flip", "Flip", "Flips the selection vertically", "Image", "Image-Flip"}, 2, 73},
+    {{"btnImageMirror", "&Mirror", "Mirror", "Flips the selection horizontally", "Image", "Image-Mirror"},
+     2,
      77},
-    {"btnImageResizeCanvas", "Can&vas Size...", "Canvas Size", "Allows you to resize the canvas", "Image", "",
-     0, 0},
-    {"btnImageResize", "Resi&ze...", "Resize", "Resizes the image", "Image", "Image-Resize", 1, 83},
-    {"btnImageCrop", "&Crop", "Crop",
-     "Crops the image to the current selection or if no selection defined allows you to define a crop "
-     "selection",
-     "Image", "Image-Crop", 1, 82},
-    {"btnImageDropShadow", "&Drop shadow...", "Drop shadow", "Adds a drop shadow to the current selection",
-     "Image", "Drop Shadow", 0, 0},
-    {"btnImageShapedDropShadow", "Conto&ured Drop Shadow...", "Contoured Drop Shadow", "Draws a drop shadow",
-     "Image", "Drop Shadow 2", 0, 0},
-    {"btnImageGrayScale", "&Greyscale", "Gray scale", "Converts the image to a grayscale image", "Image",
-     "Image-GrayScale", 0, 0},
-    {"btnRotateFree", "&Free Rotate...", "Rotate", "Rotates the image", "Image", "Rotate", 2, 82},
-    {"btnRotateRight", "Rotate right", "Rotate Right", "Rotates the image 90 degrees to the right", "Image",
-     "Rotate-Right", 0, 0},
-    {"btnRotateLeft", "Rotate left", "Rotate Left", "Rotates the image 90 degrees to the left", "Image",
-     "Rotate Left", 0, 0},
-    {"btnToolsFlattenAlpha", "&Flatten Transparency...", "Flatten Alpha",
-     "Flattens (removes) alpha channel information from the image", "Tools", "", 0, 0},
-    {"btnToolsOptions", "&Options...", "Options", "Allows you to view and modify settings", "Tools", "Tools",
-     0, 120},
-    {"btnDrawZoom", "&Zoom", "Zoom", "Allows you to zoom and in our", "Tools", "Search-Left", 0, 90},
-    {"btnDrawPan", "&Pan", "Pan", "Allows you to scroll the image by clicking and dragging", "Tools",
-     "Crop 2", 0, 0},
-    {"btnDrawSelect", "&Select", "Select", "Allows you to select a region", "Tools", "Select 2", 0, 83},
-    {"btnDrawLine", "&Line", "Line", "Allows you to draw lines", "Tools", "Line", 0, 76},
-    {"btnDrawRectangle", "&Rectangle", "", "Allows you to draw rectangles", "Tools", "Rectangle", 0, 82},
-    {"btnDrawEllipse", "&Ellipse", "", "Allows you to draw ellipses", "Tools", "Ellipse", 0, 0},
-    {"btnDrawFreehand", "&Freehand", "Freehand", "Allows freehand drawing", "Tools", "Pencil", 0, 66},
-    {"btnDrawPicker", "&Dropper", "Dropper", "Allows you to select a color from the document", "Tools",
-     "Colour Picker", 0, 69},
-    {"btnSelectionAll", "Select &All", "Select All", "Selects all content in the image", "Selection",
-     "Selection", 0, 0},
-    {"btnSelectionNone", "Select &None", "Select None", "Clears the current selection", "Selection",
-     "Selection-None", 0, 0},
-    {"btnZoomActualSize", "&Actual Size", "Actual Size", "Changes the view to actual size", "Zoom",
-     "Actual Size", 2, 65},
-    {"btnZoomBestFit", "&Best fit", "Best Fit", "Fits the image into the view area", "Zoom", "Best Fit", 2,
+    {{"btnImageResizeCanvas", "Can&vas Size...", "Canvas Size", "Allows you to resize the canvas", "Image",
+      ""},
+     0,
+     0},
+    {{"btnImageResize", "Resi&ze...", "Resize", "Resizes the image", "Image", "Image-Resize"}, 1, 83},
+    {{"btnImageCrop", "&Crop", "Crop",
+      "Crops the image to the current selection or if no selection defined allows you to define a crop "
+      "selection",
+      "Image", "Image-Crop"},
+     1,
+     82},
+    {{"btnImageDropShadow", "&Drop shadow...", "Drop shadow", "Adds a drop shadow to the current selection",
+      "Image", "Drop Shadow"},
+     0,
+     0},
+    {{"btnImageShapedDropShadow", "Conto&ured Drop Shadow...", "Contoured Drop Shadow", "Draws a drop shadow",
+      "Image", "Drop Shadow 2"},
+     0,
+     0},
+    {{"btnImageGrayScale", "&Greyscale", "Gray scale", "Converts the image to a grayscale image", "Image",
+      "Image-GrayScale"},
+     0,
+     0},
+    {{"btnRotateFree", "&Free Rotate...", "Rotate", "Rotates the image", "Image", "Rotate"}, 2, 82},
+    {{"btnRotateRight", "Rotate right", "Rotate Right", "Rotates the image 90 degrees to the right", "Image",
+      "Rotate-Right"},
+     0,
+     0},
+    {{"btnRotateLeft", "Rotate left", "Rotate Left", "Rotates the image 90 degrees to the left", "Image",
+      "Rotate Left"},
+     0,
+     0},
+    {{"btnToolsFlattenAlpha", "&Flatten Transparency...", "Flatten Alpha",
+      "Flattens (removes) alpha channel information from the image", "Tools", ""},
+     0,
+     0},
+    {{"btnToolsOptions", "&Options...", "Options", "Allows you to view and modify settings", "Tools",
+      "Tools"},
+     0,
+     120},
+    {{"btnDrawZoom", "&Zoom", "Zoom", "Allows you to zoom and in our", "Tools", "Search-Left"}, 0, 90},
+    {{"btnDrawPan", "&Pan", "Pan", "Allows you to scroll the image by clicking and dragging", "Tools",
+      "Crop 2"},
+     0,
+     0},
+    {{"btnDrawSelect", "&Select", "Select", "Allows you to select a region", "Tools", "Select 2"}, 0, 83},
+    {{"btnDrawLine", "&Line", "Line", "Allows you to draw lines", "Tools", "Line"}, 0, 76},
+    {{"btnDrawRectangle", "&Rectangle", "", "Allows you to draw rectangles", "Tools", "Rectangle"}, 0, 82},
+    {{"btnDrawEllipse", "&Ellipse", "", "Allows you to draw ellipses", "Tools", "Ellipse"}, 0, 0},
+    {{"btnDrawFreehand", "&Freehand", "Freehand", "Allows freehand drawing", "Tools", "Pencil"}, 0, 66},
+    {{"btnDrawPicker", "&Dropper", "Dropper", "Allows you to select a color from the document", "Tools",
+      "Colour Picker"},
+     0,
+     69},
+    {{"btnSelectionAll", "Select &All", "Select All", "Selects all content in the image", "Selection",
+      "Selection"},
+     0,
+     0},
+    {{"btnSelectionNone", "Select &None", "Select None", "Clears the current selection", "Selection",
+      "Selection-None"},
+     0,
+     0},
+    {{"btnZoomActualSize", "&Actual Size", "Actual Size", "Changes the view to actual size", "Zoom",
+      "Actual Size"},
+     2,
+     65},
+    {{"btnZoomBestFit", "&Best fit", "Best Fit", "Fits the image into the view area", "Zoom", "Best Fit"},
+     2,
      66},
-    {"btnZoomIn", "Zoom &In", "", "Enlarge the image view", "Zoom", "Zoom-In", 0, 107},
-    {"btnZoomOut", "Zoom &Out", "Zoom Out", "Reduce the image view", "Zoom", "Zoom-Out", 0, 109},
-    {"btnHelpContents", "&Contents...", "Help", "Displays help on using this application", "Help", "Help-2",
-     0, 112},
-    {"btnHelpAbout", "&About...", "About", "Displays contact, copyright and version information", "Help", "",
-     0, 0},
+    {{"btnZoomIn", "Zoom &In", "", "Enlarge the image view", "Zoom", "Zoom-In"}, 0, 107},
+    {{"btnZoomOut", "Zoom &Out", "Zoom Out", "Reduce the image view", "Zoom", "Zoom-Out"}, 0, 109},
+    {{"btnHelpContents", "&Contents...", "Help", "Displays help on using this application", "Help", "Help-2"},
+     0,
+     112},
+    {{"btnHelpAbout", "&About...", "About", "Displays contact, copyright and version information", "Help",
+      ""},
+     0,
+     0},
 };
 
 class DialogButton : public testing::TestWithParam<ButtonRow> {};
 
 TEST_P(DialogButton, HasItsTextsCategoryImageAndHotKey) {
   const ButtonRow& row = GetParam();
-  const StoredCommand& stored = command(row.key);
-  EXPECT_EQ(stored.type, kCommandButton);
-  EXPECT_EQ(stored.caption, row.caption);
-  EXPECT_EQ(stored.shortCaption, row.shortCaption);
-  EXPECT_EQ(stored.description, row.description);
-  EXPECT_EQ(stored.category, row.category);
-  EXPECT_EQ(stored.image, row.image);
+  const StoredCommand& stored = command(row.texts.key);
+  expectButton(stored, row.texts);
   if (row.keyCode == 0) {
     EXPECT_TRUE(stored.hotKeys.empty());
   } else {
@@ -142,24 +153,18 @@ TEST_P(DialogButton, HasItsTextsCategoryImageAndHotKey) {
 }
 
 TEST_P(DialogButton, IsVisibleUnlessItIsBrowseOrBestFit) {
-  const std::string key = GetParam().key;
+  const std::string key = GetParam().texts.key;
   EXPECT_EQ(command(key).visible, key != "btnFileBrowse" && key != "btnZoomBestFit");
 }
 
 TEST_P(DialogButton, IsPressedOnlyForTheViewsAndTheSelectTool) {
   const std::set<std::string> pressed = {"btnViewMaterialsWindow", "btnViewZoomWindow", "btnViewStatusBar",
                                          "btnDrawSelect"};
-  EXPECT_EQ(command(GetParam().key).pressed, pressed.contains(GetParam().key));
+  EXPECT_EQ(command(GetParam().texts.key).pressed, pressed.contains(GetParam().texts.key));
 }
 
 INSTANTIATE_TEST_SUITE_P(, DialogButton, testing::ValuesIn(kButtons),
-                         [](const auto& row) { return std::string(row.param.key); });
-
-struct MenuRow {
-  const char* key;
-  const char* caption;
-  const char* entries;
-};
+                         [](const auto& row) { return std::string(row.param.texts.key); });
 
 constexpr MenuRow kMenus[] = {
     {"mnuFile", "&File",
@@ -186,13 +191,8 @@ class DialogMenu : public testing::TestWithParam<MenuRow> {};
 
 TEST_P(DialogMenu, HasItsCaptionAndEntries) {
   const StoredCommand& stored = command(GetParam().key);
-  EXPECT_EQ(stored.type, kCommandMenu);
-  EXPECT_EQ(stored.caption, GetParam().caption);
-  EXPECT_EQ(stored.category, "Built-in Menus");
-  EXPECT_EQ(line(stored.menu), GetParam().entries);
+  expectMenu(stored, GetParam());
   EXPECT_EQ(stored.description, stored.key == "mnuZoom" ? "Allows access to zoom settings" : "");
-  EXPECT_TRUE(stored.visible);
-  EXPECT_TRUE(stored.hotKeys.empty());
 }
 
 INSTANTIATE_TEST_SUITE_P(, DialogMenu, testing::ValuesIn(kMenus),
@@ -225,7 +225,7 @@ TEST(DialogLayout, HasSixBarsInOrderAllVisible) {
     const StoredBar& bar = dialog().bars[i];
     EXPECT_EQ(bar.name, kBars[i].name);
     EXPECT_EQ(bar.kind, kBars[i].kind) << bar.name;
-    EXPECT_EQ(line(bar.entries), kBars[i].entries) << bar.name;
+    EXPECT_EQ(lineOf(bar.entries), kBars[i].entries) << bar.name;
     EXPECT_TRUE(bar.visible) << bar.name;
   }
 }
