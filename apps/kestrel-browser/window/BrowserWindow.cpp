@@ -46,7 +46,11 @@ Control& BrowserWindow::control() { return Bind<Site>(form(), "Browser"); }
 
 void BrowserWindow::show(const std::string& folder, const std::string& file) {
   wanted_ = file;
+  bool announced = false;
+  const Connection connection = browser().PathChange.Connect([&](const std::string&) { announced = true; });
   browser().Path(folder);
+  // The first show would announce the folder once more.
+  if (announced) browser().ObjectFolderBrowse().AutoSelect(false);
   form().Show();
 }
 
