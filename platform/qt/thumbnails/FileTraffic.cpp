@@ -2,23 +2,18 @@
 
 #include <QClipboard>
 #include <QDrag>
-#include <QDropEvent>
 #include <QGuiApplication>
 #include <QPainter>
 #include <QPixmap>
 #include <QPointer>
-#include <QTimer>
 #include <algorithm>
-#include <system_error>
 #include <utility>
 
-#include "FileExchange.h"
 #include "ThumbnailArea.h"
 #include "platform/os/Paths.h"
-#include "platform/qt/core/Blocking.h"
 #include "platform/qt/core/Guard.h"
-#include "platform/qt/core/Handles.h"
 #include "platform/qt/core/Pictures.h"
+#include "platform/qt/exchange/FileExchange.h"
 #include "platform/thumbnailview/ThumbnailViewModel.h"
 
 namespace kestrel::qt {
@@ -28,17 +23,12 @@ namespace {
 constexpr int kDragSide = 96;
 constexpr int kBadgeSide = 24;
 
-bool isFolder(const std::filesystem::path& one, const std::filesystem::path& other) {
-  if (one == other) return true;
-  std::error_code failed;
-  return std::filesystem::equivalent(one, other, failed) && !failed;
-}
-
 }  // namespace
 
 FileTraffic::FileTraffic(thumbnails::ThumbnailViewModel& view, ThumbnailArea& area,
                          const SiteServices& services)
-    : view_(view), area_(area), services_(services) {
+    : view_(view), area_(area), calls_(services.calls), receiver_(area, services) {
+  connect(&receiver_, &FileReceiver::transferred, this, [this] { guarded([this] { view_.activated(); }); });
   connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, &FileTraffic::clipboardChanged);
   clipboardChanged();
 }
@@ -62,59 +52,18 @@ void FileTraffic::clipboardChanged() {
   area_.repaintItems();
 }
 
-std::vector<std::string> FileTraffic::fromElsewhere(std::vector<std::string> names) const {
-  const std::filesystem::path folder = view_.folderPath();
-  // Nearly always all files come from one folder.
-  std::filesystem::path last;
-  bool lastIsOwn = false;
-  std::erase_if(names, [&](const std::string& name) {
-    std::filesystem::path parent = os::pathOf(name).parent_path();
-    if (parent != last) {
-      lastIsOwn = isFolder(parent, folder);
-      last = std::move(parent);
-    }
-    return lastIsOwn;
-  });
-  return names;
+std::filesystem::path FileTraffic::target() const {
+  return view_.showsFolder() ? view_.folderPath() : std::filesystem::path();
 }
 
-bool FileTraffic::transfer(const std::vector<std::string>& names, bool move) {
-  const std::filesystem::path folder = view_.folderPath();
-  if (names.empty() || !view_.showsFolder()) return true;
-  const QPointer<FileTraffic> self(this);
-  const WindowHandle owner = handleOf(&area_);
-  const std::string buffer = nameBuffer(names);
-  bool done = false;
-  guarded([&] {
-    const OpenCalls::Call call(services_.calls);
-    done = move ? services_.files.MoveFiles(buffer, os::textOf(folder), 0, owner)
-                : services_.files.CopyFiles(buffer, os::textOf(folder), 0, owner);
-  });
-  if (self) guarded([this] { view_.activated(); });
-  return done;
-}
-
-void FileTraffic::paste() {
-  const QMimeData* const data = QGuiApplication::clipboard()->mimeData();
-  if (!data || !holdsFiles(*data) || !view_.showsFolder()) return;
-  const ExchangedFiles files = filesOf(*data);
-  if (!files.move) {
-    transfer(files.names, false);
-    return;
-  }
-  // A file that stays where it is has been pasted. Moved files must not be pasted again.
-  if (!transfer(fromElsewhere(files.names), true)) return;
-  // The user may have copied something else in the meantime.
-  const QMimeData* const now = QGuiApplication::clipboard()->mimeData();
-  if (now && filesOf(*now).names == files.names) QGuiApplication::clipboard()->clear();
-}
+void FileTraffic::paste() { receiver_.paste(target()); }
 
 void FileTraffic::drag() {
   ExchangedFiles files;
   for (const std::filesystem::path& path : view_.selectedPaths()) files.names.push_back(os::textOf(path));
   if (files.names.empty()) return;
   const QPointer<FileTraffic> self(this);
-  const OpenCalls::Call call(services_.calls);
+  const OpenCalls::Call call(calls_);
   auto* const drag = new QDrag(area_.viewport());
   drag->setPixmap(dragPicture(files.names.size()));
   drag->setMimeData(new FilesMimeData(std::move(files)));
@@ -155,35 +104,10 @@ QPixmap FileTraffic::dragPicture(std::size_t count) const {
   return picture;
 }
 
-void FileTraffic::dragEntered(const QDropEvent& event) {
-  dragged_.clear();
-  const QMimeData* const data = event.mimeData();
-  if (!data || !holdsFiles(*data) || !view_.showsFolder()) return;
-  // Asked for once: the source may be another program.
-  dragged_ = fromElsewhere(filesOf(*data).names);
+Qt::DropAction FileTraffic::dropAction(const QDropEvent& event) {
+  return receiver_.dropAction(event, target());
 }
 
-Qt::DropAction FileTraffic::dropAction(const QDropEvent& event) const {
-  if (dragged_.empty() || isBlockedByDialog(area_)) return Qt::IgnoreAction;
-  const Qt::DropActions possible = event.possibleActions();
-  const bool canMove = possible & Qt::MoveAction;
-  // Where the source expects a link, copying leaves the file to it as well.
-  const bool canCopy = possible & (Qt::CopyAction | Qt::LinkAction);
-  const bool move = canMove && ((event.modifiers() & Qt::ShiftModifier) || !canCopy);
-  if (!move && !canCopy) return Qt::IgnoreAction;
-  return move ? Qt::MoveAction : possible & Qt::CopyAction ? Qt::CopyAction : Qt::LinkAction;
-}
-
-void FileTraffic::drop(QDropEvent& event) {
-  const Qt::DropAction action = dropAction(event);
-  if (action == Qt::IgnoreAction) return event.ignore();
-  const bool move = action == Qt::MoveAction;
-  // The source must not delete what this view moves.
-  event.setDropAction(move ? Qt::TargetMoveAction : action);
-  event.accept();
-  area_.activateWindow();  // a question may follow
-  // The source of the drag waits for the end of this event.
-  QTimer::singleShot(0, this, [this, names = std::exchange(dragged_, {}), move] { transfer(names, move); });
-}
+void FileTraffic::drop(QDropEvent& event) { receiver_.drop(event, target()); }
 
 }  // namespace kestrel::qt

@@ -3,10 +3,8 @@
 #include <QObject>
 #include <filesystem>
 #include <set>
-#include <string>
-#include <vector>
 
-#include "platform/qt/site/SiteServices.h"
+#include "platform/qt/exchange/FileReceiver.h"
 
 class QDropEvent;
 class QPixmap;
@@ -41,26 +39,25 @@ class FileTraffic final : public QObject {
   void drag();
 
   /// A drag has come, which may bring files, or has left.
-  void dragEntered(const QDropEvent& event);
-  void dragLeft() { dragged_.clear(); }
+  void dragEntered(const QDropEvent& event) { receiver_.dragEntered(event); }
+  void dragLeft() { receiver_.dragLeft(); }
   /// What its drop would do now: copy, move with Shift, or nothing, as for files of the folder itself.
-  Qt::DropAction dropAction(const QDropEvent& event) const;
+  Qt::DropAction dropAction(const QDropEvent& event);
   /// Accepts the drop, and carries it out when the drag has ended.
   void drop(QDropEvent& event);
 
  private:
   void offer(bool move);
   void clipboardChanged();
-  /// The names without those that are in the folder already.
-  std::vector<std::string> fromElsewhere(std::vector<std::string> names) const;
-  bool transfer(const std::vector<std::string>& names, bool move);
+  /// The folder for files that come; empty while none is shown.
+  std::filesystem::path target() const;
   QPixmap dragPicture(std::size_t count) const;
 
   thumbnails::ThumbnailViewModel& view_;
   ThumbnailArea& area_;
-  SiteServices services_;
+  OpenCalls& calls_;
+  FileReceiver receiver_;
   std::set<std::filesystem::path> cut_;
-  std::vector<std::string> dragged_;  ///< what a drop would bring into the folder
 };
 
 }  // namespace kestrel::qt

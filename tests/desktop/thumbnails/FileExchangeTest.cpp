@@ -1,4 +1,4 @@
-#include "platform/qt/thumbnails/FileExchange.h"
+#include "platform/qt/exchange/FileExchange.h"
 
 #include <gtest/gtest.h>
 

@@ -10,7 +10,7 @@
 #include <QWindow>
 
 #include "ThumbnailBench.h"
-#include "platform/qt/thumbnails/FileExchange.h"
+#include "platform/qt/exchange/FileExchange.h"
 #include "platform/qt/thumbnails/PostedCalls.h"
 #include "platform/qt/thumbnails/ThumbnailTexts.h"
 
