@@ -105,98 +105,56 @@ void FolderTreeView::zInclude(bool& Field, bool Value, const std::string& Name) 
   }
 }
 
-void FolderTreeView::Checkboxes(bool Value) {
+/// Passes a value on to the tree, unless it has it.
+template <typename Type, typename Write>
+void FolderTreeView::zPass(const Type& Present, const Type& Value, const std::string& Name, Write Set) {
   try {
-    if (Value == tvwFolders.Checkboxes()) return;
-    tvwFolders.Checkboxes(Value);
-    UserControl.PropertyChanged("Checkboxes");
+    if (Value == Present) return;
+    Set();
+    UserControl.PropertyChanged(Name);
   } catch (...) {
-    QDK_TRAILER(Checkboxes, QDK_PARAMETERS(Value), QDK_LOCALS());
+    QDK_TRAILER(zPass, QDK_PARAMETERS(Present, Value, Name), QDK_LOCALS());
   }
+}
+
+void FolderTreeView::Checkboxes(bool Value) {
+  zPass<bool>(tvwFolders.Checkboxes(), Value, "Checkboxes", [&] { tvwFolders.Checkboxes(Value); });
 }
 
 void FolderTreeView::Enabled(bool Value) {
-  try {
-    if (Value == tvwFolders.Enabled()) return;
-    tvwFolders.Enabled(Value);
-    UserControl.PropertyChanged("Enabled");
-  } catch (...) {
-    QDK_TRAILER(Enabled, QDK_PARAMETERS(Value), QDK_LOCALS());
-  }
+  zPass<bool>(tvwFolders.Enabled(), Value, "Enabled", [&] { tvwFolders.Enabled(Value); });
 }
 
 void FolderTreeView::HideSelection(bool Value) {
-  try {
-    if (Value == tvwFolders.HideSelection()) return;
-    tvwFolders.HideSelection(Value);
-    UserControl.PropertyChanged("HideSelection");
-  } catch (...) {
-    QDK_TRAILER(HideSelection, QDK_PARAMETERS(Value), QDK_LOCALS());
-  }
+  zPass<bool>(tvwFolders.HideSelection(), Value, "HideSelection", [&] { tvwFolders.HideSelection(Value); });
 }
 
 void FolderTreeView::Indentation(float Value) {
-  try {
-    if (Value == tvwFolders.Indentation()) return;
-    tvwFolders.Indentation(Value);
-    UserControl.PropertyChanged("Indentation");
-  } catch (...) {
-    QDK_TRAILER(Indentation, QDK_PARAMETERS(Value), QDK_LOCALS());
-  }
+  zPass<float>(tvwFolders.Indentation(), Value, "Indentation", [&] { tvwFolders.Indentation(Value); });
 }
 
 void FolderTreeView::SingleSel(bool Value) {
-  try {
-    if (Value == tvwFolders.SingleSel()) return;
-    tvwFolders.SingleSel(Value);
-    UserControl.PropertyChanged("SingleSel");
-  } catch (...) {
-    QDK_TRAILER(SingleSel, QDK_PARAMETERS(Value), QDK_LOCALS());
-  }
+  zPass<bool>(tvwFolders.SingleSel(), Value, "SingleSel", [&] { tvwFolders.SingleSel(Value); });
 }
 
 void FolderTreeView::Font(const std::string& Value) {
   if (Value.empty()) zRaiseError(*this, err::kInvalidPropertyValue, kInvalidValue);
-  try {
-    if (Value == tvwFolders.Font()) return;
-    tvwFolders.Font(Value);
-    UserControl.PropertyChanged("Font");
-  } catch (...) {
-    QDK_TRAILER(Font, QDK_PARAMETERS(Value), QDK_LOCALS());
-  }
+  zPass<std::string>(tvwFolders.Font(), Value, "Font", [&] { tvwFolders.Font(Value); });
 }
 
 void FolderTreeView::BorderStyle(std::int32_t Value) {
   zCheckRange(Value, kLargestBorderStyle);
-  try {
-    if (Value == tvwFolders.BorderStyle()) return;
-    tvwFolders.BorderStyle(Value);
-    UserControl.PropertyChanged("BorderStyle");
-  } catch (...) {
-    QDK_TRAILER(BorderStyle, QDK_PARAMETERS(Value), QDK_LOCALS());
-  }
+  zPass<std::int32_t>(tvwFolders.BorderStyle(), Value, "BorderStyle", [&] { tvwFolders.BorderStyle(Value); });
 }
 
 void FolderTreeView::LineStyle(std::int32_t Value) {
   zCheckRange(Value, kLargestLineStyle);
-  try {
-    if (Value == tvwFolders.LineStyle()) return;
-    tvwFolders.LineStyle(Value);
-    UserControl.PropertyChanged("LineStyle");
-  } catch (...) {
-    QDK_TRAILER(LineStyle, QDK_PARAMETERS(Value), QDK_LOCALS());
-  }
+  zPass<std::int32_t>(tvwFolders.LineStyle(), Value, "LineStyle", [&] { tvwFolders.LineStyle(Value); });
 }
 
 void FolderTreeView::Style(std::int32_t Value) {
   zCheckRange(Value, kLargestTreeStyle);
-  try {
-    if (Value == tvwFolders.Style()) return;
-    tvwFolders.Style(Value);
-    UserControl.PropertyChanged("Style");
-  } catch (...) {
-    QDK_TRAILER(Style, QDK_PARAMETERS(Value), QDK_LOCALS());
-  }
+  zPass<std::int32_t>(tvwFolders.Style(), Value, "Style", [&] { tvwFolders.Style(Value); });
 }
 
 void FolderTreeView::zCheckRange(std::int32_t Value, std::int32_t Largest) const {

@@ -2,6 +2,7 @@
 #include <string>
 
 #include "FolderTreeView.h"
+#include "RedrawPause.h"
 #include "diagnostics/Trailer.h"
 #include "modFolderTreeView.h"
 #include "settings/modProcessing.h"
@@ -10,18 +11,6 @@ namespace kestrel {
 namespace {
 
 namespace tree = modFolderTreeView;
-
-/// Suspends the painting of a tree during its lifetime.
-class RedrawPause {
- public:
-  explicit RedrawPause(TreeView& tree) : tree_(tree) { tree_.Redraw(false); }
-  ~RedrawPause() { QDK_RESUME_NEXT(tree_.Redraw(true)); }
-  RedrawPause(const RedrawPause&) = delete;
-  RedrawPause& operator=(const RedrawPause&) = delete;
-
- private:
-  TreeView& tree_;
-};
 
 }  // namespace
 
@@ -38,6 +27,8 @@ void FolderTreeView::tvwFolders_NodeClick(TreeNode& Node) {
     zRaiseByKind(key, pPath, MyComputerClick, DesktopClick, FolderClick);
     // A handler of the host may have rebuilt the tree.
     if (TreeNode* const node = tvwFolders.Nodes().Find(key)) NodeClick(*node);
+    zRemoveGone();
+    zWatchFolders();
   } catch (...) {
     QDK_TRAILER(tvwFolders_NodeClick, QDK_PARAMETERS(Node), QDK_LOCALS(key));
   }
@@ -60,6 +51,7 @@ void FolderTreeView::tvwFolders_Expand(TreeNode& Node) {
       sMainDrives.push_back(key);
     }
     QDK_RESUME_NEXT(modProcessing::FormUtility().SetPointer(kBusyDefault));
+    zWatchFolders();
   } catch (...) {
     QDK_TRAILER(tvwFolders_Expand, QDK_PARAMETERS(Node), QDK_LOCALS(key, node));
   }

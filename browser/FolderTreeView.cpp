@@ -3,12 +3,11 @@
 #include <algorithm>
 #include <utility>
 
+#include "TreeServices.h"
 #include "base/Numbers.h"
 #include "base/RuntimeError.h"
 #include "diagnostics/Trailer.h"
-#include "imaging/contract/Shell.h"
 #include "modFolderTreeView.h"
-#include "settings/modProcessing.h"
 
 namespace kestrel {
 namespace {
@@ -33,8 +32,6 @@ constexpr StockIcon kStockIcons[] = {
     {tree::kMyDocuments, false, "Shell32.dll", 20},
 };
 
-std::string Separator() { return modProcessing::FileHelpers().PathSeparator(); }
-
 /// Sets a flag during its lifetime, and then restores it: a handler of the host may refresh the tree within a
 /// refresh.
 class Raised {
@@ -55,7 +52,8 @@ FolderTreeView::FolderTreeView(Site& site)
     : iCount(modTollgarthSupport::Counted::kFolderTreeView),
       UserControl(site),
       tvwFolders(Bind<kestrel::TreeView>(site, "tvwFolders")),
-      picIcon(Bind<PictureBox>(site, "picIcon")) {
+      picIcon(Bind<PictureBox>(site, "picIcon")),
+      fnoFolders(Bind<FolderNotices>(site, "fnoFolders")) {
   const auto keep = [this](Connection connection) { iConnections.push_back(std::move(connection)); };
   keep(UserControl.InitProperties.Connect([this] { UserControl_InitProperties(); }));
   keep(UserControl.ReadProperties.Connect(
@@ -85,6 +83,7 @@ void FolderTreeView::zConnectTree() {
   forward(tvwFolders.KeyUp, &Tree::tvwFolders_KeyUp);
   forward(tvwFolders.NodeCheck, &Tree::tvwFolders_NodeCheck);
   forward(tvwFolders.NodeClick, &Tree::tvwFolders_NodeClick);
+  forward(fnoFolders.Changed, &Tree::fnoFolders_Changed);
 }
 
 void FolderTreeView::Usercontrol_Initialize() {
@@ -132,7 +131,9 @@ void FolderTreeView::Refresh() {
     zLoadImages();
     tvwFolders.Nodes().Clear();
     sMainDrives.clear();
+    iGone.clear();
     zAddRoots();
+    sDesktop = pIncludeDesktop && UserControl.UserMode() ? tree::GetDesktopPath() : std::string();
     sSelectDrive = tree::ListDrives(tvwFolders, tvwFolders.ImageList(), picIcon,
                                     pIncludeDesktop && UserControl.UserMode(), pActAsBrowseDialog, true, "",
                                     0, pIncludeMyDocuments, pIncludeMyComputer);
@@ -142,6 +143,7 @@ void FolderTreeView::Refresh() {
     zRestoreSelection(key, folder);
     tvwFolders.Refresh();
     zRaisePathChange();
+    zWatchFolders();
   } catch (...) {
     QDK_TRAILER(Refresh, QDK_PARAMETERS(), QDK_LOCALS(key, folder));
   }
@@ -220,9 +222,9 @@ TreeNode* FolderTreeView::zHiddenFolder(TreeNode& Above, const std::string& Fold
   const std::string parent = tree::WithSeparator(Above.Tag());
   if (parent.empty() || !Folder.starts_with(parent)) return nullptr;
   const std::string name = Folder.substr(parent.size());
-  if (name.find(Separator()) != std::string::npos) return nullptr;
+  if (name.find(tree::Separator()) != std::string::npos) return nullptr;
   if (!modProcessing::FormUtility().FileExists(Folder)) return nullptr;
-  const std::vector<FolderEntry> listed = modProcessing::Platform().Shell().Entries(parent);
+  const std::vector<FolderEntry> listed = tree::Shell().Entries(parent);
   if (std::ranges::any_of(listed, [&](const FolderEntry& entry) { return entry.Name == name; })) {
     return nullptr;
   }
@@ -242,11 +244,11 @@ std::string FolderTreeView::NewFolder(Form* ParentForm) {
     return Result;
   }
   if (ReturnFolder.empty()) return Result;
-  const bool inside = ReturnFolder.find(Separator()) == std::string::npos;
+  const bool inside = ReturnFolder.find(tree::Separator()) == std::string::npos;
   if (inside && pPath.empty()) zRaiseError(*this, err::kPathNotFound, "No folder is selected.");
   Result = pPath + ReturnFolder;
   try {
-    modProcessing::Platform().Shell().CreateFolder(inside ? Result : ReturnFolder);
+    tree::Shell().CreateFolder(inside ? Result : ReturnFolder);
   } catch (const RuntimeError& error) {
     zRaiseError(*this, error.Number(), error.Description());
   }
@@ -255,7 +257,7 @@ std::string FolderTreeView::NewFolder(Form* ParentForm) {
 
 std::string FolderTreeView::zAskUserForFolder(const Form* ParentForm) {
   kestrel::Platform& platform = modProcessing::Platform();
-  const std::string shown = platform.FileHelpers().CompactPath(pPath, kShownPath, Separator());
+  const std::string shown = platform.FileHelpers().CompactPath(pPath, kShownPath, tree::Separator());
   const std::string prompt = "Current Folder:\r" + shown + "\r\rPlease enter the new folder name:";
   if (ParentForm == nullptr) return platform.UserInterface().InputBox(prompt, "New Folder");
   const Screen& screen = platform.Screen();
@@ -266,7 +268,8 @@ std::string FolderTreeView::zAskUserForFolder(const Form* ParentForm) {
 
 std::string FolderTreeView::qdkDumpModuleVariables() const {
   return QDK_FIELDS(pActAsBrowseDialog, pIncludeDesktop, pIncludeMyDocuments, pIncludeMyComputer, pPath,
-                    sMainDrives, sSelectDrive, pLocked, MX, MY, iPathSet, pAutoSelect, iShown);
+                    sMainDrives, sSelectDrive, pLocked, MX, MY, iPathSet, pAutoSelect, iShown, sDesktop,
+                    iGone);
 }
 
 }  // namespace kestrel

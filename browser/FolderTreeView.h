@@ -2,11 +2,13 @@
 
 #include <cstdint>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "base/Event.h"
 #include "base/Object.h"
 #include "diagnostics/modTollgarthSupport.h"
+#include "imaging/contract/FolderNotices.h"
 #include "imaging/contract/Form.h"
 #include "imaging/contract/Site.h"
 #include "imaging/contract/TreeView.h"
@@ -16,9 +18,14 @@ namespace kestrel {
 
 /// Shows the drives and folders of the machine in a tree, and announces which folder is selected. Folders are
 /// listed when their nodes are expanded. modFolderTreeView.h describes the nodes.
+///
+/// At run time the nodes follow the disk where the platform notices changes, and without events: folders that
+/// are new get nodes, and those that are gone lose them. The selected folder keeps its node until another one
+/// is selected.
 class FolderTreeView final : public Object {
  public:
-  /// The site must contain the tree "tvwFolders" and the picture "picIcon", on which icons are drawn.
+  /// The site must contain the tree "tvwFolders", the picture "picIcon", on which icons are drawn, and the
+  /// notices "fnoFolders".
   explicit FolderTreeView(Site& site);
 
   std::string TypeName() const override { return "FolderTreeView"; }
@@ -83,9 +90,12 @@ class FolderTreeView final : public Object {
 
   /// Builds the tree anew and selects the same folder, without reading a floppy.
   void Refresh();
+  /// Compares the nodes with the disk, for changes that were not noticed. Drives are compared too. Selection
+  /// and expansion stay; a floppy is not read.
+  void FollowDisk();
   /// Asks for a name, of the host by `AskForNewFolder` or else of the user, and creates that folder. Returns
-  /// its path, empty if canceled. The tree does not show it before `Refresh`. The box is placed at the form's
-  /// corner. Raises the RuntimeError of a failed creation.
+  /// its path, empty if canceled. The tree shows it when it follows the disk, or after `Refresh`. The box is
+  /// placed at the form's corner. Raises the RuntimeError of a failed creation.
   std::string NewFolder(Form* ParentForm = nullptr);
   /// Fits the tree into the control.
   void ForceResize();
@@ -128,6 +138,8 @@ class FolderTreeView final : public Object {
   void UserControl_Show();
   void zConnectTree();
   void zInclude(bool& Field, bool Value, const std::string& Name);
+  template <typename Type, typename Write>
+  void zPass(const Type& Present, const Type& Value, const std::string& Name, Write Set);
   void zLoadImages();
   void zAddRoots();
   void zSelectFirstDrive();
@@ -139,6 +151,17 @@ class FolderTreeView final : public Object {
   /// raises the current error again.
   [[noreturn]] static void zRaiseError(const Object& Source, std::int32_t Number, std::string Description,
                                        const std::vector<std::string>& Parameters = {});
+  struct Difference;
+  void fnoFolders_Changed(const std::vector<std::string>& Folders);
+  void zFollow(const std::vector<std::string>& Keys);
+  std::unordered_set<std::string> zFollowDrives();
+  Difference zCompare(const TreeNode& Node, const std::vector<TreeNode*>& Children) const;
+  void zAddFresh(const Difference& Found);
+  void zRemove(std::vector<std::string> Keys);
+  void zRemoveGone();
+  void zWatchFolders();
+  std::string zFolderOf(const TreeNode& Node) const;
+  bool zIsListed(const std::string& Key) const;
   void zCheckRange(std::int32_t Value, std::int32_t Largest) const;
 
   void tvwFolders_Click();
@@ -162,6 +185,7 @@ class FolderTreeView final : public Object {
   Site& UserControl;
   kestrel::TreeView& tvwFolders;
   PictureBox& picIcon;
+  FolderNotices& fnoFolders;
 
   bool pActAsBrowseDialog = true;
   bool pIncludeDesktop = true;
@@ -176,6 +200,8 @@ class FolderTreeView final : public Object {
   bool iPathSet = false;
   bool pAutoSelect = true;
   bool iShown = false;
+  std::string sDesktop;            ///< the folder of the Desktop's nodes; empty while they are not shown
+  std::vector<std::string> iGone;  ///< keys of nodes without a folder, kept for the selection
   std::vector<Connection> iConnections;
 };
 

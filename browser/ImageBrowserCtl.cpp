@@ -8,6 +8,8 @@ namespace {
 
 constexpr char kHelpFile[] = "BrindleImgPro.chm";
 constexpr char kShowMenuBar[] = "ShowMenuBar";
+/// Shows folders and thumbnails as they are on the disk now.
+constexpr std::int32_t kKeyF5 = 116;
 constexpr char kNoFolder[] =
     "This location does not support image files. Please select a folder from the list to the left.";
 constexpr char kNoImages[] =
@@ -52,6 +54,8 @@ void ImageBrowserCtl::zConnect() {
   keep(UserControl.Resize.Connect([this] { UserControl_Resize(); }));
   keep(UserControl.Show.Connect([this] { UserControl_Show(); }));
   keep(UserControl.Hide.Connect([this] { UserControl_Hide(); }));
+  keep(UserControl.KeyDown.Connect(
+      [this](std::int32_t keyCode, std::int32_t shift) { UserControl_KeyDown(keyCode, shift); }));
 
   keep(mrgUI.CommandClick.Connect([this](Command& command) { mrgUI_CommandClick(command); }));
   keep(mrgUI.CommandHighlight.Connect(
@@ -156,6 +160,16 @@ void ImageBrowserCtl::UserControl_Show() {
     thvBrowse.Refresh();
   } catch (...) {
     QDK_TRAILER(UserControl_Show, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+void ImageBrowserCtl::UserControl_KeyDown(std::int32_t KeyCode, std::int32_t Shift) {
+  try {
+    if (KeyCode != kKeyF5 || Shift != 0) return;
+    ftvBrowse.FollowDisk();
+    thvBrowse.Refresh();
+  } catch (...) {
+    QDK_TRAILER(UserControl_KeyDown, QDK_PARAMETERS(KeyCode, Shift), QDK_LOCALS());
   }
 }
 

@@ -84,6 +84,7 @@ class ImageBrowserCtl final : public IImageBrowserCtl {
   void UserControl_Resize();
   void UserControl_Show();
   void UserControl_Hide();
+  void UserControl_KeyDown(std::int32_t KeyCode, std::int32_t Shift);
   void zInitialize();
   void zShowMenuBar();
 

@@ -2,13 +2,12 @@
 #include <string_view>
 #include <vector>
 
+#include "TreeServices.h"
 #include "base/CaseFolding.h"
 #include "base/Numbers.h"
 #include "base/RuntimeError.h"
 #include "diagnostics/Trailer.h"
-#include "imaging/contract/Shell.h"
 #include "modFolderTreeView.h"
-#include "settings/modProcessing.h"
 
 namespace kestrel::modFolderTreeView {
 namespace {
@@ -16,8 +15,6 @@ namespace {
 constexpr char kComputerKey[] = R"(SOFTWARE\Classes\CLSID\{20D04FE0-3AEA-1069-A2D8-08002B30309D})";
 /// The place of the server in the parts of a network name: `\\SERVER\photos` begins with two empty parts.
 constexpr std::size_t kServerPart = 2;
-
-kestrel::Shell& Shell() { return modProcessing::Platform().Shell(); }
 
 std::vector<std::string> Split(const std::string& text, char separator) {
   std::vector<std::string> parts{std::string()};
@@ -150,11 +147,12 @@ std::string GetDriveName(const std::string& RootPath) {
   return Result;
 }
 
-std::string HasSubDirs(const std::string& Folder) {
+std::string HasSubDirs(const std::string& Folder, std::string* Spelled) {
   std::string Result;
   try {
     if (Folder.empty()) return Result;
     Result = StripTerminator(Shell().FirstSubfolder(Folder));
+    if (Spelled != nullptr) *Spelled = Result;
     CaseIt(Result);
   } catch (...) {
     QDK_TRAILER(HasSubDirs, QDK_PARAMETERS(Folder), QDK_LOCALS(Result));
@@ -189,10 +187,9 @@ std::string GetDesktopPath() {
     if (!Result.empty()) return Result;
     windows = GetWinPath();
     if (windows.empty()) return Result;
-    const std::string separator = modProcessing::FileHelpers().PathSeparator();
-    const std::size_t drive = std::min(windows.find(separator), windows.size() - 1) + 1;
-    Result = windows.substr(0, drive) + ProperCase(UpperCase(windows.substr(drive))) + separator + kDesktop +
-             separator;
+    const std::size_t drive = std::min(windows.find(Separator()), windows.size() - 1) + 1;
+    Result = windows.substr(0, drive) + ProperCase(UpperCase(windows.substr(drive))) + Separator() +
+             kDesktop + Separator();
   } catch (...) {
     QDK_TRAILER(GetDesktopPath, QDK_PARAMETERS(), QDK_LOCALS(Result, windows));
   }
@@ -234,16 +231,11 @@ std::int16_t FTVRetrieveIcon(const std::string& pFilename, ImageList& IL, Pictur
 
 bool GetIconFromFile(const std::string& Filename, std::int32_t IconIndex, bool UseLargeIcon, PictureBox& PB) {
   bool Result = false;
-  PicturePtr before;
   try {
-    before = PB.Picture();
-    PB.Picture(nullptr);
+    // The icon replaces the picture. Without one the picture is left alone.
     Result = Shell().DrawFileIcon(Filename, IconIndex, UseLargeIcon, PB.hWnd());
-    // Without an icon the picture is left alone.
-    if (!Result) PB.Picture(before);
   } catch (...) {
-    QDK_TRAILER(GetIconFromFile, QDK_PARAMETERS(Filename, IconIndex, UseLargeIcon, PB),
-                QDK_LOCALS(Result, before));
+    QDK_TRAILER(GetIconFromFile, QDK_PARAMETERS(Filename, IconIndex, UseLargeIcon, PB), QDK_LOCALS(Result));
   }
   return Result;
 }

@@ -3,18 +3,14 @@
 #include <algorithm>
 #include <vector>
 
+#include "TreeServices.h"
+#include "base/CaseFolding.h"
 #include "base/Numbers.h"
 #include "base/RuntimeError.h"
 #include "diagnostics/Trailer.h"
-#include "imaging/contract/Shell.h"
-#include "settings/modProcessing.h"
 
 namespace kestrel::modFolderTreeView {
 namespace {
-
-kestrel::Shell& Shell() { return modProcessing::Platform().Shell(); }
-
-std::string Separator() { return modProcessing::FileHelpers().PathSeparator(); }
 
 /// The path without separators at its end. A root "/" stays.
 std::string WithoutSeparators(std::string path) {
@@ -22,11 +18,6 @@ std::string WithoutSeparators(std::string path) {
   while (path.size() > separator.size() && path.ends_with(separator))
     path.resize(path.size() - separator.size());
   return path;
-}
-
-std::string LastPart(const std::string& path) {
-  const std::size_t last = path.rfind(Separator());
-  return last == std::string::npos ? path : path.substr(last + Separator().size());
 }
 
 /// The key that a folder's node has if `taken` keys that it would have had are in use.
@@ -49,39 +40,23 @@ bool AreDifferentFolders(const std::string& one, const std::string& other) {
 TreeNode* AddNode(TreeView& TV, const TreeNode* above, const std::string& path, const std::string& text,
                   const std::string& image) {
   TreeNodes& nodes = TV.Nodes();
-  std::int32_t taken = 0;
-  while (TreeNode* const node = nodes.Find(KeyOf(path, taken))) {
+  std::string key = KeyOf(path, 0);
+  for (std::int32_t taken = 1; TreeNode* const node = nodes.Find(key); ++taken) {
     if (node->Tag() == path && node->Parent() == above) return nullptr;
-    ++taken;
+    key = KeyOf(path, taken);
   }
-  const std::string relative = above == nullptr ? std::string() : above->Key();
-  TreeNode& added =
-      nodes.Add(relative, above == nullptr ? kTreeLast : kTreeChild, KeyOf(path, taken), text, image);
+  TreeNode& added = above == nullptr ? nodes.Add("", kTreeLast, key, text, image)
+                                     : nodes.Add(above->Key(), kTreeChild, key, text, image);
   added.Tag(path);
   return &added;
 }
 
-/// Adds a node for a subfolder. Null if it is there already. Names that differ in case only are shown as they
-/// are on the disk, so that they differ on the screen.
-TreeNode* AddSubfolder(TreeView& TV, TreeNode& Above, const std::string& Path, bool DoSelectedImage) {
-  std::string text = StripTerminator(LastPart(Path));
-  TreeNode* const first = TV.Nodes().Find(KeyOf(Path, 0));
-  const bool twin = first != nullptr && first->Parent() == &Above && first->Tag() != Path;
-  if (twin) {
-    first->Text(LastPart(first->Tag()));
-  } else {
-    CaseIt(text);
-  }
-  TreeNode* const added = AddNode(TV, &Above, Path, text, kFolderClosed);
+/// Adds a node for a subfolder. Null if it is there already.
+TreeNode* AddSubfolder(TreeView& TV, const TreeNode& Above, const std::string& Path, const std::string& Text,
+                       bool DoSelectedImage) {
+  TreeNode* const added = AddNode(TV, &Above, Path, Text, kFolderClosed);
   FormatNode(added, DoSelectedImage);
   return added;
-}
-
-/// Adds the first subfolder of a node's folder, which gives the node its sign to expand.
-void AddFirstSubfolder(TreeView& TV, TreeNode& Node, bool DoSelectedImage) {
-  const std::string folder = WithSeparator(Node.Tag());
-  const std::string name = StripTerminator(Shell().FirstSubfolder(folder));
-  if (!name.empty()) AddSubfolder(TV, Node, folder + name, DoSelectedImage);
 }
 
 /// What is shown of one drive.
@@ -227,11 +202,37 @@ TreeNode* FindFolder(TreeView& TV, const std::string& Path, const TreeNode* Abov
   return Result;
 }
 
-void AddFolder(TreeView& TV, TreeNode& Above, const std::string& Path, bool DoSelectedImage) {
-  TreeNode* node = AddSubfolder(TV, Above, Path, DoSelectedImage);
-  if (node == nullptr) node = FindFolder(TV, Path, &Above);
+void AddFirstSubfolder(TreeView& TV, const TreeNode& Node, bool DoSelectedImage) {
+  const std::string folder = WithSeparator(Node.Tag());
+  std::string spelled;
+  const std::string name = HasSubDirs(folder, &spelled);
+  if (!name.empty()) AddSubfolder(TV, Node, folder + spelled, name, DoSelectedImage);
+}
+
+void AddFolder(TreeView& TV, const TreeNode& Above, const std::string& Path, bool DoSelectedImage,
+               bool HasTwin) {
+  std::string text = LastPart(Path);
+  if (!HasTwin) CaseIt(text);
+  TreeNode* node = AddSubfolder(TV, Above, Path, text, DoSelectedImage);
+  if (node == nullptr) {
+    node = FindFolder(TV, Path, &Above);
+    if (node != nullptr && HasTwin) node->Text(text);
+  }
   // A folder that was listed before, and was empty then, may have got a subfolder.
   if (node != nullptr && node->Child() == nullptr) AddFirstSubfolder(TV, *node, DoSelectedImage);
+}
+
+SubfolderNames::SubfolderNames(const std::string& Folder) {
+  for (const FolderEntry& entry : Shell().Entries(Folder)) {
+    if (!entry.IsDirectory || entry.Name == "." || entry.Name == "..") continue;
+    inOrder_.push_back(StripTerminator(entry.Name));
+    ++spellings_[FoldCase(inOrder_.back())];
+  }
+}
+
+bool SubfolderNames::HasTwin(const std::string& Name) const {
+  const auto known = spellings_.find(FoldCase(Name));
+  return known != spellings_.end() && known->second > 1;
 }
 
 void ListDirs(TreeView& TV, const std::string& StartDir, bool DoSelectedImage, TreeNode* Above) {
@@ -241,9 +242,9 @@ void ListDirs(TreeView& TV, const std::string& StartDir, bool DoSelectedImage, T
     if (Above == nullptr) Above = FindFolder(TV, StartDir);
     if (Above == nullptr) return;
     folder = WithSeparator(StartDir);
-    for (const FolderEntry& entry : Shell().Entries(folder)) {
-      if (!entry.IsDirectory || entry.Name == "." || entry.Name == "..") continue;
-      QDK_RESUME_NEXT(AddFolder(TV, *Above, folder + StripTerminator(entry.Name), DoSelectedImage));
+    const SubfolderNames names(folder);
+    for (const std::string& name : names.InOrder()) {
+      QDK_RESUME_NEXT(AddFolder(TV, *Above, folder + name, DoSelectedImage, names.HasTwin(name)));
     }
   } catch (...) {
     QDK_TRAILER(ListDirs, QDK_PARAMETERS(TV, StartDir, DoSelectedImage, Above), QDK_LOCALS(folder));
@@ -263,24 +264,30 @@ void FormatNode(TreeNode* Node, bool DoSelectedImage) {
   }
 }
 
+std::string AddDrives(TreeView& TV, ImageList& IL, PictureBox& PB, bool DoSelectedImage, bool CheckForSubDirs,
+                      bool RootIsMyComputer) {
+  std::string first;
+  TreeNode* const computer = TV.Nodes().Find(kMyComputer);
+  for (const std::string& root : Shell().LogicalDrives()) {
+    DriveEntry drive;
+    QDK_RESUME_NEXT(drive = DescribeDrive(root, CheckForSubDirs));
+    if (drive.fixed && first.empty()) first = KeyOf(drive.name, 0);
+    if (RootIsMyComputer && computer == nullptr) continue;
+    QDK_RESUME_NEXT(
+        AddDrive(TV, IL, PB, RootIsMyComputer ? computer : nullptr, root, drive, DoSelectedImage));
+  }
+  return first;
+}
+
 std::string ListDrives(TreeView& TV, ImageList& IL, PictureBox& PB, bool AndDesktopFolders,
                        bool DoSelectedImage, bool CheckForSubDirs, const std::string& Path,
                        std::int16_t Indentation, bool IncludeMyDocuments, bool RootIsMyComputer) {
   std::string Result;
-  TreeNode* computer = nullptr;
   TreeNode* desktop = nullptr;
   try {
     QDK_RESUME_NEXT(modProcessing::FormUtility().SetPointer(kBusyArrowHourglass));
-    computer = TV.Nodes().Find(kMyComputer);
     desktop = TV.Nodes().Find(kDesktop);
-    for (const std::string& root : Shell().LogicalDrives()) {
-      DriveEntry drive;
-      QDK_RESUME_NEXT(drive = DescribeDrive(root, CheckForSubDirs));
-      if (drive.fixed && Result.empty()) Result = KeyOf(drive.name, 0);
-      if (RootIsMyComputer && computer == nullptr) continue;
-      QDK_RESUME_NEXT(
-          AddDrive(TV, IL, PB, RootIsMyComputer ? computer : nullptr, root, drive, DoSelectedImage));
-    }
+    Result = AddDrives(TV, IL, PB, DoSelectedImage, CheckForSubDirs, RootIsMyComputer);
     if (IncludeMyDocuments && desktop != nullptr) {
       QDK_RESUME_NEXT(AddMyDocuments(TV, *desktop, DoSelectedImage));
     }
@@ -293,7 +300,7 @@ std::string ListDrives(TreeView& TV, ImageList& IL, PictureBox& PB, bool AndDesk
     QDK_TRAILER(ListDrives,
                 QDK_PARAMETERS(TV, IL, PB, AndDesktopFolders, DoSelectedImage, CheckForSubDirs, Path,
                                Indentation, IncludeMyDocuments, RootIsMyComputer),
-                QDK_LOCALS(Result, computer, desktop));
+                QDK_LOCALS(Result, desktop));
   }
   return Result;
 }

@@ -2,8 +2,10 @@
 
 #include <cstdint>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
+#include "imaging/contract/FolderTreeImages.h"
 #include "imaging/contract/TreeView.h"
 #include "imaging/contract/controls/PictureBox.h"
 
@@ -28,12 +30,12 @@ class DriveCombo {
 /// is "/". `FindFolder` finds the node of a path, however its key is spelled.
 namespace modFolderTreeView {
 
-// Keys of nodes and of pictures.
-inline constexpr char kDesktop[] = "Desktop";
-inline constexpr char kMyComputer[] = "My Computer";
-inline constexpr char kMyDocuments[] = "My Documents";
-inline constexpr char kFolderClosed[] = "Folder Closed";
-inline constexpr char kFolderOpen[] = "Folder Open";
+// Keys of pictures; the first two are those of nodes as well.
+using folder_tree_images::kDesktop;
+using folder_tree_images::kFolderClosed;
+using folder_tree_images::kFolderOpen;
+using folder_tree_images::kMyComputer;
+using folder_tree_images::kMyDocuments;
 
 /// The text with the suffix added unless it already ends with it.
 std::string AddRight(const std::string& Text, const std::string& Suffix);
@@ -59,9 +61,33 @@ TreeNode* FindFolder(TreeView& TV, const std::string& Path, const TreeNode* Abov
 /// The paths of the nodes on the way to a folder, without separators at their ends: its drive, and each
 /// folder down to the path itself.
 std::vector<std::string> StepsTo(const std::string& Path);
-/// Adds one folder as a child of a node, with its first subfolder, unless it is there. Raises the tree's
-/// errors.
-void AddFolder(TreeView& TV, TreeNode& Above, const std::string& Path, bool DoSelectedImage);
+/// Adds one folder as a child of a node, with its first subfolder, unless it is there. A folder with a twin,
+/// whose name differs in case only, is shown as it is on the disk, so that they differ on the screen. Raises
+/// the tree's errors.
+void AddFolder(TreeView& TV, const TreeNode& Above, const std::string& Path, bool DoSelectedImage,
+               bool HasTwin = false);
+/// Adds the first subfolder of a node's folder, which gives the node its sign to expand.
+void AddFirstSubfolder(TreeView& TV, const TreeNode& Node, bool DoSelectedImage);
+/// Adds the nodes of the drives, unless they are there. Returns the key of the first fixed drive.
+std::string AddDrives(TreeView& TV, ImageList& IL, PictureBox& PB, bool DoSelectedImage, bool CheckForSubDirs,
+                      bool RootIsMyComputer);
+
+/// The names of the subfolders of one folder, as they are on the disk.
+class SubfolderNames {
+ public:
+  /// Reads the folder.
+  explicit SubfolderNames(const std::string& Folder);
+
+  /// As the file system lists them.
+  const std::vector<std::string>& InOrder() const { return inOrder_; }
+  /// Whether several names differ from this one in case only.
+  bool HasTwin(const std::string& Name) const;
+
+ private:
+  std::vector<std::string> inOrder_;
+  std::unordered_map<std::string, std::int32_t> spellings_;  ///< by folded name
+};
+
 /// Adds the subfolders of one folder as children of its node, each with its own first subfolder. With `Above`
 /// they become children of that node.
 void ListDirs(TreeView& TV, const std::string& StartDir, bool DoSelectedImage, TreeNode* Above = nullptr);
@@ -90,8 +116,9 @@ std::string GetNetPathEx(const std::string& Drive);
 std::string GetNetPath(const std::string& Drive);
 /// The volume label, empty if there is none or the drive is not ready.
 std::string GetDriveName(const std::string& RootPath);
-/// The name of the first subfolder, empty if there is none.
-std::string HasSubDirs(const std::string& Folder);
+/// The name of the first subfolder as it is shown, empty if there is none. `Spelled` gets its name on the
+/// disk.
+std::string HasSubDirs(const std::string& Folder, std::string* Spelled = nullptr);
 /// The folder of the desktop's files; where the shell names none, the one in the Windows folder.
 std::string GetDesktopPath();
 std::string GetSysPath();

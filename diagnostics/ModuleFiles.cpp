@@ -36,6 +36,7 @@ constexpr std::array kFurtherFiles{
     FurtherFile{"SizeDialog.cpp", 3},
     FurtherFile{"FolderTreeView.Properties.cpp", 1},
     FurtherFile{"FolderTreeView.Tree.cpp", 2},
+    FurtherFile{"FolderTreeView.Following.cpp", 3},
     FurtherFile{"modFolderTreeView.Shell.cpp", 1},
     FurtherFile{"modTollgarthSupport.Counting.cpp", 1},
     FurtherFile{"modTollgarthSupport.Format.cpp", 2},

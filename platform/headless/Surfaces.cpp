@@ -8,12 +8,14 @@
 #include "Moorage.h"
 #include "Resources/Layouts.h"
 #include "Resources/StockPicture.h"
+#include "controls/FolderNotices.h"
 #include "controls/PictureBox.h"
 #include "controls/SplitPanel.h"
 #include "controls/ThumbnailView.h"
 #include "controls/TreeView.h"
 #include "engine/codecs/Codecs.h"
 #include "engine/imgx/PictureObject.h"
+#include "imaging/contract/FolderTreeImages.h"
 #include "platform/docking/LayoutReader.h"
 
 namespace kestrel::headless {
@@ -71,11 +73,10 @@ std::unique_ptr<Site> makeFolderTreeSite(Desktop& desktop, Window* parent, const
   auto site = std::make_unique<Site>(desktop, parent, name, userMode);
   site->Move(0, 0, kSplitPosition, kPreviewDesignSize.Height);
   auto tree = std::make_unique<TreeView>(desktop, site.get(), "tvwFolders", -1);
-  for (const char* key : {"My Computer", "Desktop", "Folder Closed", "Folder Open", "My Documents"}) {
-    tree->ImageList().Set(key, 0);
-  }
+  for (const char* key : folder_tree_images::kAll) tree->ImageList().Set(key, 0);
   site->add(std::move(tree));
   site->add(std::make_unique<PictureBox>(desktop, site.get(), "picIcon", -1));
+  site->add(std::make_unique<FolderNotices>(desktop, site.get(), "fnoFolders", -1));
   return site;
 }
 

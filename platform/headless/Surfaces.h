@@ -33,8 +33,8 @@ std::unique_ptr<Moorage> makeBrowserSuite(Site& site, const Surroundings& surrou
 std::unique_ptr<Site> makePreviewSite(Desktop& desktop, Window* parent, const std::string& name,
                                       const Surroundings& surroundings);
 
-/// The container of a folder tree with its tree "tvwFolders", which has the five stock pictures, and the
-/// hidden picture "picIcon".
+/// The container of a folder tree with its tree "tvwFolders", which has the five stock pictures, the hidden
+/// picture "picIcon" and the notices "fnoFolders".
 std::unique_ptr<Site> makeFolderTreeSite(Desktop& desktop, Window* parent, const std::string& name,
                                          bool userMode);
 

@@ -36,9 +36,13 @@ BrowserBench::BrowserBench() {
 }
 
 BrowserBench::~BrowserBench() {
+  closeWindow();
+  modProcessing::Detach();
+}
+
+void BrowserBench::closeWindow() {
   connections_.clear();
   window_.reset();
-  modProcessing::Detach();
 }
 
 std::string BrowserBench::pathOf(const std::string& name) const { return folder_ + "/" + name; }

@@ -34,6 +34,8 @@ class BrowserBench {
 
   /// Shows the window on the folder, 1000 by 700, and waits until it is loaded.
   void open();
+  /// Destroys the window.
+  void closeWindow();
   /// Processes events until the condition holds; fails the test after a minute.
   void waitUntil(const std::string& what, const std::function<bool()>& condition);
   void waitUntilLoaded();

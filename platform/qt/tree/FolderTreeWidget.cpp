@@ -4,7 +4,10 @@
 #include <memory>
 #include <utility>
 
+#include "FolderTreeFiles.h"
+#include "QtFolderNotices.h"
 #include "QtTreeView.h"
+#include "imaging/contract/FolderTreeImages.h"
 #include "platform/qt/controls/DisplayControls.h"
 #include "platform/qt/core/SvgIcon.h"
 #include "platform/qt/core/Text.h"
@@ -20,11 +23,11 @@ struct StockIcon {
   const char* own;
 };
 constexpr StockIcon kStockIcons[] = {
-    {"My Computer", "computer", "computer"},
-    {"Desktop", "user-desktop", "desktop"},
-    {"Folder Closed", "folder", "folder"},
-    {"Folder Open", "folder-open", "folder-open"},
-    {"My Documents", "folder-documents", "documents"},
+    {folder_tree_images::kMyComputer, "computer", "computer"},
+    {folder_tree_images::kDesktop, "user-desktop", "desktop"},
+    {folder_tree_images::kFolderClosed, "folder", "folder"},
+    {folder_tree_images::kFolderOpen, "folder-open", "folder-open"},
+    {folder_tree_images::kMyDocuments, "folder-documents", "documents"},
 };
 
 constexpr int kWidthInCharacters = 32;
@@ -32,9 +35,10 @@ constexpr int kHeightInLines = 20;
 
 }  // namespace
 
-void FolderTreeWidget::populate(QtSite& site, const SiteServices& /*services*/) {
+void FolderTreeWidget::populate(QtSite& site, const SiteServices& services) {
   auto* const tree = new TreeWidget(this);
   tree->setAccessibleName(translated("Folders"));
+  new FolderTreeFiles(*tree, services);
   auto view = std::make_unique<QtTreeView>(*tree, ControlId{"tvwFolders"});
   for (const StockIcon& stock : kStockIcons) {
     view->ImageList().set(stock.key, QIcon::fromTheme(QLatin1String(stock.theme), svgIcon(stock.own)));
@@ -45,6 +49,10 @@ void FolderTreeWidget::populate(QtSite& site, const SiteServices& /*services*/) 
   auto* const icon = new PictureWidget(this);
   icon->hide();
   site.add(std::make_unique<PictureBoxControl>(*icon, ControlId{"picIcon"}));
+
+  auto* const notices = new QWidget(this);
+  notices->hide();
+  site.add(std::make_unique<QtFolderNotices>(*notices, ControlId{"fnoFolders"}));
 }
 
 QSize FolderTreeWidget::sizeHint() const {

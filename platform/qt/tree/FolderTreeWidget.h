@@ -4,7 +4,8 @@
 
 namespace kestrel::qt {
 
-/// The widget of a folder tree: the tree "tvwFolders" and the picture "picIcon", on which icons are drawn.
+/// The widget of a folder tree: the tree "tvwFolders", the picture "picIcon", on which icons are drawn, and
+/// the notices "fnoFolders".
 class FolderTreeWidget final : public SiteWidget {
   Q_OBJECT
 

@@ -1,5 +1,6 @@
 #include "TreeWidget.h"
 
+#include <QDropEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -7,6 +8,7 @@
 #include <QPointer>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
+#include <QTimerEvent>
 #include <algorithm>
 #include <utility>
 
@@ -17,6 +19,12 @@ namespace {
 
 /// The share of the text's color in that of the lines.
 constexpr double kLineStrength = 0.35;
+/// How long a drag rests on a collapsed node until that expands.
+constexpr int kExpandMilliseconds = 800;
+/// Of the frame around the node that a drop would go to, in pixels.
+constexpr int kTargetWidth = 2;
+/// The share of the text's color in that of the selection without the focus.
+constexpr double kRestingStrength = 0.2;
 /// Half of the space that a sign takes of the lines, in pixels.
 constexpr int kSignRadius = 6;
 
@@ -24,6 +32,15 @@ QColor lineColor(const QPalette& palette) {
   QColor color = palette.color(QPalette::Text);
   color.setAlphaF(static_cast<float>(kLineStrength));
   return color;
+}
+
+/// The ground of the selected row while the tree does not have the focus. Not of the palette: in many themes
+/// it is the same with and without the focus there.
+QColor restingSelection(const QPalette& palette) {
+  const QColor base = palette.color(QPalette::Base);
+  const QColor text = palette.color(QPalette::Text);
+  const auto mixed = [](int from, int to) { return from + static_cast<int>((to - from) * kRestingStrength); };
+  return {mixed(base.red(), text.red()), mixed(base.green(), text.green()), mixed(base.blue(), text.blue())};
 }
 
 bool hasNextSibling(const QModelIndex& index) { return index.sibling(index.row() + 1, 0).isValid(); }
@@ -83,6 +100,18 @@ void TreeWidget::fitColumn() {
 void TreeWidget::updateGeometries() {
   QTreeView::updateGeometries();
   fitColumn();
+}
+
+void TreeWidget::holdScroll() {
+  top_ = verticalScrollBar()->value() > 0 ? indexAt(QPoint(0, 0)) : QModelIndex();
+  topOffset_ = visualRect(top_).top();
+}
+
+void TreeWidget::releaseScroll() {
+  const QPersistentModelIndex top = std::exchange(top_, {});
+  if (!top.isValid()) return;
+  const int moved = visualRect(top).top() - topOffset_;
+  if (moved != 0) verticalScrollBar()->setValue(verticalScrollBar()->value() + moved);
 }
 
 void TreeWidget::setSigns(bool value) {
@@ -185,6 +214,7 @@ void TreeWidget::keyPressEvent(QKeyEvent* event) {
   if (stroke.keyCode != 0) Q_EMIT keyDown(stroke.keyCode, stroke.shift);
   if (self && !text.isEmpty()) Q_EMIT characterTyped(text[0].unicode());
   if (!self) return;
+  if (isClipboardKey(*event)) return files_->useKey(*event, currentIndex());
 
   inInput_ = true;
   if (event->key() == Qt::Key_Plus || event->key() == Qt::Key_Asterisk) {
@@ -207,6 +237,20 @@ void TreeWidget::keyPressEvent(QKeyEvent* event) {
   Q_EMIT inputEnded(false);
 }
 
+bool TreeWidget::isClipboardKey(const QKeyEvent& event) const {
+  return files_ && (event.matches(QKeySequence::Copy) || event.matches(QKeySequence::Cut) ||
+                    event.matches(QKeySequence::Paste));
+}
+
+bool TreeWidget::event(QEvent* event) {
+  // Before a shortcut of the window.
+  if (event->type() == QEvent::ShortcutOverride && isClipboardKey(*static_cast<QKeyEvent*>(event))) {
+    event->accept();
+    return true;
+  }
+  return QTreeView::event(event);
+}
+
 void TreeWidget::keyReleaseEvent(QKeyEvent* event) {
   const KeyStroke stroke = keyStrokeOf(*event);
   if (stroke.keyCode != 0) Q_EMIT keyUp(stroke.keyCode, stroke.shift);
@@ -218,6 +262,56 @@ void TreeWidget::focusInEvent(QFocusEvent* event) {
   viewport()->update();
 }
 
+// -- Drops ------------------------------------------------------------------------------------------------
+
+void TreeWidget::setFiles(Files* files) {
+  files_ = files;
+  setAcceptDrops(files != nullptr);
+}
+
+void TreeWidget::setDropTarget(const QModelIndex& index) {
+  if (index == dropTarget_) return;
+  dropTarget_ = index;
+  expandTimer_.stop();
+  if (index.isValid() && model()->hasChildren(index) && !isExpanded(index)) {
+    expandTimer_.start(kExpandMilliseconds, this);
+  }
+  viewport()->update();
+}
+
+void TreeWidget::timerEvent(QTimerEvent* event) {
+  if (event->timerId() != expandTimer_.timerId()) return QTreeView::timerEvent(event);
+  expandTimer_.stop();
+  if (dropTarget_.isValid()) expand(dropTarget_);
+}
+
+void TreeWidget::dragEnterEvent(QDragEnterEvent* event) {
+  event->ignore();
+  if (!files_ || !files_->dragEntered(*event)) return;
+  dragMoveEvent(event);
+  // Other nodes may take what this one does not.
+  event->accept();
+}
+
+void TreeWidget::dragMoveEvent(QDragMoveEvent* event) {
+  const QModelIndex index = indexAt(event->position().toPoint());
+  const Qt::DropAction action = files_ ? files_->dropAction(*event, index) : Qt::IgnoreAction;
+  setDropTarget(action == Qt::IgnoreAction ? QModelIndex() : index);
+  event->setDropAction(action);
+  event->setAccepted(action != Qt::IgnoreAction);
+}
+
+void TreeWidget::dragLeaveEvent(QDragLeaveEvent* /*event*/) {
+  setDropTarget({});
+  if (files_) files_->dragLeft();
+}
+
+void TreeWidget::dropEvent(QDropEvent* event) {
+  event->ignore();
+  setDropTarget({});
+  if (files_) files_->drop(*event, indexAt(event->position().toPoint()));
+}
+
 // -- Painting ---------------------------------------------------------------------------------------------
 
 void TreeWidget::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
@@ -225,12 +319,16 @@ void TreeWidget::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
   QStyleOptionViewItem row = option;
   if (!hasFocus()) {
     row.state &= ~QStyle::State_Active;
-    if (hidesSelection_) {
-      row.palette.setBrush(QPalette::Highlight, row.palette.brush(QPalette::Base));
-      row.palette.setBrush(QPalette::HighlightedText, row.palette.brush(QPalette::Text));
-    }
+    row.palette.setColor(QPalette::Highlight,
+                         hidesSelection_ ? row.palette.color(QPalette::Base) : restingSelection(row.palette));
+    row.palette.setColor(QPalette::HighlightedText, row.palette.color(QPalette::Text));
   }
   QTreeView::drawRow(painter, row, index);
+  if (index != dropTarget_) return;
+  painter->save();
+  painter->setPen(QPen(palette().color(QPalette::Active, QPalette::Highlight), kTargetWidth));
+  painter->drawRect(visualRect(index).adjusted(1, 1, -1, -1));
+  painter->restore();
 }
 
 void TreeWidget::drawBranches(QPainter* painter, const QRect& rect, const QModelIndex& index) const {

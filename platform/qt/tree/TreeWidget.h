@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QBasicTimer>
+#include <QPersistentModelIndex>
 #include <QTreeView>
 #include <cstdint>
 
@@ -12,12 +14,33 @@ class TreeWidget final : public QTreeView {
   Q_OBJECT
 
  public:
+  /// Exchanges the files of nodes with other programs.
+  class Files {
+   public:
+    virtual ~Files() = default;
+    /// Uses a key of the clipboard for the selected node, which may be invalid. May destroy the widget.
+    virtual void useKey(const QKeyEvent& event, const QModelIndex& index) = 0;
+    /// A drag has come; whether it brings files.
+    virtual bool dragEntered(const QDropEvent& event) = 0;
+    virtual void dragLeft() = 0;
+    /// What its drop on the node would do now.
+    virtual Qt::DropAction dropAction(const QDropEvent& event, const QModelIndex& index) = 0;
+    virtual void drop(QDropEvent& event, const QModelIndex& index) = 0;
+  };
+
   explicit TreeWidget(QWidget* parent = nullptr);
 
+  /// Without files, of which there are none at first, drops are refused.
+  void setFiles(Files* files);
   void setSigns(bool value);
   void setLines(bool value);
   void setHideSelection(bool value);
   bool hidesSelection() const { return hidesSelection_; }
+
+  /// What is at the top of the view when the scroll position is held is there again after its release,
+  /// although nodes above it have come or gone.
+  void holdScroll();
+  void releaseScroll();
 
   /// Whether input is being processed; `inputEnded` follows.
   bool inInput() const { return inInput_; }
@@ -38,6 +61,12 @@ class TreeWidget final : public QTreeView {
   void inputEnded(bool nodePressed);
 
  protected:
+  bool event(QEvent* event) override;
+  void timerEvent(QTimerEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dragMoveEvent(QDragMoveEvent* event) override;
+  void dragLeaveEvent(QDragLeaveEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
   void updateGeometries() override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
@@ -57,6 +86,14 @@ class TreeWidget final : public QTreeView {
   /// Toggles the check box at a position; false if there is none.
   bool toggleCheckBox(const QPoint& at);
 
+  bool isClipboardKey(const QKeyEvent& event) const;
+  void setDropTarget(const QModelIndex& index);
+
+  Files* files_ = nullptr;
+  QPersistentModelIndex top_;  // while the scroll position is held
+  int topOffset_ = 0;
+  QPersistentModelIndex dropTarget_;
+  QBasicTimer expandTimer_;  // while a drag rests on a collapsed node
   bool signs_ = true;
   bool lines_ = true;
   bool hidesSelection_ = false;

@@ -4,6 +4,7 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QDir>
+#include <cstdlib>
 
 #include "../Themes.h"
 #include "TreeBench.h"
@@ -84,6 +85,31 @@ TEST_F(TreeLooks, TheSelectionIsHiddenWithoutTheFocusOnlyIfAsked) {
   const QImage hidden = picture("tree-hidden-selection.png");
   EXPECT_GT(differences(shown, hidden, row), 100);
   EXPECT_EQ(differences(shown, hidden, rowOf(bench().home("Music"))), 0);
+}
+
+TEST_F(TreeLooks, TheSelectionIsDimmerWithoutTheFocus) {
+  const QRect row = rowOf(bench().home("Pictures"));
+  const auto ground = [&](const char* name) {
+    const QImage shown = picture(name);
+    return shown.pixelColor(QPoint(row.right() - 3, row.center().y()) * shown.devicePixelRatio());
+  };
+  const auto distance = [](const QColor& one, const QColor& other) {
+    return std::abs(one.red() - other.red()) + std::abs(one.green() - other.green()) +
+           std::abs(one.blue() - other.blue());
+  };
+  const auto check = [&](const char* withFocus, const char* without) {
+    const QColor base = QApplication::palette().color(QPalette::Base);
+    bench().view().setFocus();
+    const QColor focused = ground(withFocus);
+    bench().view().clearFocus();
+    const QColor resting = ground(without);
+    EXPECT_GT(distance(focused, base), distance(resting, base) + 60) << withFocus;
+    EXPECT_GT(distance(resting, base), 40) << "but it is seen";
+    EXPECT_GT(distance(resting, QApplication::palette().color(QPalette::Text)), 200) << "and can be read";
+  };
+  check("tree-focus.png", "tree-resting.png");
+  const Theme dark(darkPalette());
+  check("tree-focus-dark.png", "tree-resting-dark.png");
 }
 
 TEST_F(TreeLooks, SignsLinesAndPicturesAreShownAsTheStyleAsks) {

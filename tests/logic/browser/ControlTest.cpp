@@ -201,6 +201,21 @@ TEST_F(BrowserControl, AClickOnMyComputerDoesTheSame) {
   EXPECT_THAT(events(), ElementsAre("InvalidPathChange"));
 }
 
+TEST_F(BrowserControl, F5ShowsFoldersAndThumbnailsAsTheyAreOnTheDisk) {
+  makeFolder("C:\\Photos\\2001");
+  start();
+  browser().Path("C:\\Photos");
+  makeFolder("C:\\Photos\\2002");
+  forget();
+  site().KeyDown(116, kShiftMask);
+  EXPECT_THAT(view().calls, IsEmpty());
+  site().KeyDown(116, 0);
+  EXPECT_NE(browser().ObjectFolderBrowse().Nodes().Find("C:\\PHOTOS\\2002"), nullptr);
+  EXPECT_THAT(view().calls, ElementsAre("Refresh"));
+  EXPECT_EQ(browser().Path(), "C:\\Photos\\");
+  EXPECT_THAT(events(), IsEmpty());
+}
+
 // -- Progress -----------------------------------------------------------------------------------------------
 
 TEST_F(BrowserControl, ShowsTheProgressOfALoad) {
@@ -217,6 +232,8 @@ TEST_F(BrowserControl, ShowsTheProgressOfALoad) {
   EXPECT_TRUE(suite().StatusPanel("Progress").Visible());
   EXPECT_EQ(panel("pnlStatus"), "Searching for images...") << "unchanged";
 
+  view().ThumbnailLoaded(view().Thumbnails().Item(1), 0, cancel);
+  EXPECT_DOUBLE_EQ(suite().StatusPanel("Progress").progress(), 0) << "below the minimum, 1";
   view().ThumbnailLoaded(view().Thumbnails().Item(1), 50, cancel);
   EXPECT_DOUBLE_EQ(suite().StatusPanel("Progress").progress(), 49.0 / 99) << "50 of 1 to 100";
   view().ThumbnailLoaded(view().Thumbnails().Item(2), 100, cancel);

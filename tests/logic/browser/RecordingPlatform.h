@@ -79,7 +79,13 @@ class RecordingPlatform final : private OwnHeadlessPlatform, public fakes::Forwa
 
   headless::Platform& inner() { return own; }
 
+  kestrel::RegistryStore& RegistryStore() override {
+    if (storeFails) throw RuntimeError(err::kDeviceIO, "The settings cannot be written.");
+    return own.RegistryStore();
+  }
   RecordingFileHelpers& FileHelpers() override { return fileHelpers_; }
+
+  bool storeFails = false;
 
  private:
   RecordingFileHelpers fileHelpers_;

@@ -106,7 +106,9 @@ TEST_F(ShellNames, HasSubDirsNamesAFolderAndIgnoresFiles) {
   std::ofstream(platform().files().host("C:\\A.TXT")) << "x";
   EXPECT_EQ(HasSubDirs("C:\\"), "") << "a file is no folder";
   folder("C:\\HOLIDAY");
-  EXPECT_EQ(HasSubDirs("C:\\"), "Holiday");
+  std::string spelled;
+  EXPECT_EQ(HasSubDirs("C:\\", &spelled), "Holiday");
+  EXPECT_EQ(spelled, "HOLIDAY") << "on the disk";
   EXPECT_EQ(HasSubDirs("D:\\"), "") << "not ready";
 }
 
@@ -147,7 +149,7 @@ TEST_F(ShellNames, APictureIsFoundByItsExactKey) {
   EXPECT_EQ(RetrieveIconNumber(tree().ImageList(), "3A"), 0);
 }
 
-TEST_F(ShellNames, AnIconOfAFileIsDrawnOnTheClearedPicture) {
+TEST_F(ShellNames, AnIconOfAFileReplacesThePicture) {
   create();
   EXPECT_FALSE(GetIconFromFile("C:\\Shell32.dll", 4, false, icon()));
   EXPECT_EQ(icon().Picture(), nullptr);

@@ -68,8 +68,16 @@ TEST_F(TreeProperties, SetToTheirPresentValuesChangeNothing) {
   control().AutoSelect(true);
   control().IncludeDesktop(true);
   control().ActAsBrowseDialog(true);
+  control().IncludeMyDocuments(true);
+  control().IncludeMyComputer(true);
   control().BorderStyle(tree().BorderStyle());
+  control().Checkboxes(tree().Checkboxes());
+  control().Enabled(tree().Enabled());
   control().Font(tree().Font());
+  control().HideSelection(tree().HideSelection());
+  control().Indentation(tree().Indentation());
+  control().LineStyle(tree().LineStyle());
+  control().SingleSel(tree().SingleSel());
   control().Style(tree().Style());
   EXPECT_THAT(site().changedProperties(), ElementsAre());
 }
@@ -114,6 +122,43 @@ TEST_F(TreeProperties, AreStoredUnderTheirNames) {
   EXPECT_EQ(control().Style(), 5);
   EXPECT_EQ(control().Font(), "Serif, 12");
   EXPECT_THAT(tree().childKeys(""), ElementsAre("My Computer"));
+}
+
+TEST_F(TreeProperties, AreStoredAndReadWithTheirValues) {
+  start();
+  control().AutoSelect(false);
+  control().IncludeMyComputer(false);
+  control().IncludeMyDocuments(false);
+  control().IncludeDesktop(false);
+  control().Font("Serif, 12");
+  control().BorderStyle(0);
+  control().Checkboxes(true);
+  control().Enabled(false);
+  control().HideSelection(true);
+  control().Indentation(31.5F);
+  control().LineStyle(0);
+  control().SingleSel(true);
+  control().Style(3);
+  control().ActAsBrowseDialog(false);
+  headless::BagOfProperties bag;
+  site().WriteProperties(bag);
+
+  create();
+  site().ReadProperties(bag);
+  EXPECT_FALSE(control().AutoSelect());
+  EXPECT_FALSE(control().IncludeMyComputer());
+  EXPECT_FALSE(control().IncludeMyDocuments());
+  EXPECT_FALSE(control().IncludeDesktop());
+  EXPECT_EQ(control().Font(), "Serif, 12");
+  EXPECT_EQ(control().BorderStyle(), 0);
+  EXPECT_TRUE(control().Checkboxes());
+  EXPECT_FALSE(control().Enabled());
+  EXPECT_TRUE(control().HideSelection());
+  EXPECT_EQ(control().Indentation(), 31.5F);
+  EXPECT_EQ(control().LineStyle(), 0);
+  EXPECT_TRUE(control().SingleSel());
+  EXPECT_EQ(control().Style(), 3);
+  EXPECT_FALSE(control().ActAsBrowseDialog());
 }
 
 TEST_F(TreeProperties, AreReadWithTheirDefaultsFromAnEmptyBag) {

@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "RecordingPlatform.h"
 #include "base/RuntimeError.h"
 #include "browser/ImageBrowser.h"
 #include "browser/frmImageBrowser.h"
@@ -32,9 +33,9 @@ class BrowserWindow : public testing::Test {
     headless::Setup setup;
     setup.pathStyle = headless::PathStyle::kBackslash;
     setup.scratch = scratch_;
-    platform_ = std::make_unique<headless::Platform>(std::move(setup));
+    platform_ = std::make_unique<RecordingPlatform>(std::move(setup));
     user().onComplaint = [](const std::string& text) { ADD_FAILURE() << text; };
-    std::filesystem::create_directories(platform_->files().host("C:\\Photos\\2001"));
+    std::filesystem::create_directories(platform().files().host("C:\\Photos\\2001"));
     modProcessing::Attach(*platform_);
     modProcessing::Main();
   }
@@ -46,18 +47,19 @@ class BrowserWindow : public testing::Test {
     std::filesystem::remove_all(scratch_);
   }
 
-  headless::Platform& platform() { return *platform_; }
-  headless::User& user() { return platform_->user(); }
+  headless::Platform& platform() { return platform_->inner(); }
+  headless::User& user() { return platform().user(); }
   static headless::Form& formOf(frmImageBrowser& window) {
     return dynamic_cast<headless::Form&>(window.Form());
   }
   Variant stored(const char* name) {
-    return platform_->RegistryStore().ReadValue(HKEY_CURRENT_USER, kKey, name);
+    return platform().RegistryStore().ReadValue(HKEY_CURRENT_USER, kKey, name);
   }
+
+  std::unique_ptr<RecordingPlatform> platform_;
 
  private:
   std::string scratch_;
-  std::unique_ptr<headless::Platform> platform_;
 };
 
 // -- The caption --------------------------------------------------------------------------------------------
@@ -223,6 +225,20 @@ TEST_F(BrowserWindow, SafeToUnloadUnloadsItWithoutStoringItsPlace) {
   window.Form().Unload();
   EXPECT_EQ(unloaded, 1);
   EXPECT_EQ(stored("Left").ToInt32(), -77);
+}
+
+TEST_F(BrowserWindow, ClosesAlthoughTheDividerCannotBeStored) {
+  frmImageBrowser window;
+  window.Form().Show();
+  window.Form().Move(30, 40, 640, 480);
+  platform_->storeFails = true;
+  formOf(window).pressCloseBox();
+  EXPECT_FALSE(window.Form().Visible());
+  platform_->storeFails = false;
+  EXPECT_EQ(stored("Left").ToInt32(), 30);
+  EXPECT_EQ(stored("Divider").TypeCode(), 0);
+  window.Form().Show();
+  EXPECT_TRUE(window.Form().Visible()) << "it was hidden, not unloaded";
 }
 
 // -- The automation class -----------------------------------------------------------------------------------
