@@ -6,6 +6,7 @@
 #include "FolderTreeView.h"
 #include "RedrawPause.h"
 #include "TreeServices.h"
+#include "base/Numbers.h"
 #include "diagnostics/Trailer.h"
 #include "modFolderTreeView.h"
 
@@ -131,8 +132,12 @@ FolderTreeView::Difference FolderTreeView::zCompare(const TreeNode& Node,
   for (TreeNode* const child : Children) {
     const std::string path = child->Tag();
     if (!IsIn(path, folder)) continue;
-    // A hidden folder has a node, but is not listed.
-    if (fresh.erase(path) == 0 && !Exists(path)) difference.Gone.push_back(child->Key());
+    const bool listed = fresh.erase(path) > 0;
+    // A hidden folder has a node, but is not listed. One that is listed by other capitals gets a new node.
+    const auto isRespelled = [&](const std::string& other) { return EqualIgnoringCase(other, path); };
+    if (!listed && (!Exists(path) || std::ranges::any_of(fresh, isRespelled))) {
+      difference.Gone.push_back(child->Key());
+    }
     if (names.HasTwin(tree::LastPart(path))) child->Text(tree::LastPart(path));
   }
   for (const std::string& name : names.InOrder()) {

@@ -2,6 +2,7 @@
 
 #include <QFontInfo>
 #include <QItemSelectionModel>
+#include <algorithm>
 #include <cmath>
 #include <unordered_set>
 #include <utility>
