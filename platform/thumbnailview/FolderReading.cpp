@@ -9,6 +9,7 @@
 
 #include "Candidates.h"
 #include "base/NaturalOrder.h"
+#include "base/VisibleText.h"
 #include "platform/os/FailureText.h"
 #include "platform/os/Paths.h"
 
@@ -56,8 +57,8 @@ FolderListing listFolder(FolderAccess& access, const fs::path& folder,
   });
   if (failure) {
     listing.isMissing = failure->problem == os::FileProblem::kMissing;
-    listing.problem =
-        "The folder \"" + os::textOf(folder) + "\" cannot be read: " + os::reasonOf(*failure, folder) + ".";
+    listing.problem = "The folder \"" + VisibleText(os::textOf(folder)) +
+                      "\" cannot be read: " + os::reasonOf(*failure, folder) + ".";
   }
   sortNaturally(listing.files);
   return listing;

@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "Inside.h"
-#include "Labels.h"
 #include "base/RuntimeError.h"
+#include "base/VisibleText.h"
 #include "platform/os/Paths.h"
 
 namespace kestrel::thumbnails {
@@ -187,7 +187,7 @@ ItemFacts ThumbnailViewModel::factsOf(std::int32_t item) const {
   const Item& shown = inside_->list.at(item);
   ItemFacts facts;
   facts.filename = shown.Filename();
-  facts.label = labelOf(os::textOf(shown.file.name));
+  facts.label = VisibleText(os::textOf(shown.file.name));
   facts.state = shown.state;
   facts.notice = shown.notice;
   facts.pictureSize = shown.pictureSize;

@@ -4,7 +4,6 @@
 #include <string>
 
 #include "platform/thumbnailview/Candidates.h"
-#include "platform/thumbnailview/Labels.h"
 #include "platform/thumbnailview/TypeAhead.h"
 
 namespace kestrel::thumbnails {
@@ -20,20 +19,6 @@ TEST(Candidates, HaveAnExtensionOfAKnownFormatInAnyCase) {
 TEST(Candidates, AreNotHidden) {
   EXPECT_FALSE(isCandidate(".jpg"));
   EXPECT_FALSE(isCandidate("._IMG_1.jpg"));
-}
-
-TEST(Labels, KeepText) { EXPECT_EQ(labelOf("Größe 日本 😀.png"), "Größe 日本 😀.png"); }
-
-TEST(Labels, ReplaceControlCharacters) {
-  EXPECT_EQ(labelOf("a\nb\x7F.png"), "a\u2426b\u2426.png");
-  EXPECT_EQ(labelOf("a\u0085.png"), "a\u2426.png");
-}
-
-TEST(Labels, ReplaceBytesThatAreNoUtf8) {
-  EXPECT_EQ(labelOf("a\xFF.png"), "a\uFFFD.png");
-  EXPECT_EQ(labelOf("\xC3"), "\uFFFD");
-  EXPECT_EQ(labelOf("\xED\xA0\x80"), "\uFFFD\uFFFD\uFFFD") << "a surrogate";
-  EXPECT_EQ(labelOf("\xE0\x80\xAF"), "\uFFFD\uFFFD\uFFFD") << "an overlong form";
 }
 
 TEST(TypeAhead, ExtendsTheNameWithinASecond) {

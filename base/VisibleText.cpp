@@ -1,8 +1,8 @@
-#include "Labels.h"
+#include "VisibleText.h"
 
 #include <cstddef>
 
-namespace kestrel::thumbnails {
+namespace kestrel {
 namespace {
 
 /// A character of UTF-8 text, or a byte that is none.
@@ -36,24 +36,28 @@ Character characterAt(std::string_view text, std::size_t at) {
   return {code, length, true};
 }
 
-bool isControl(char32_t code) { return code < 0x20 || (code >= 0x7F && code < 0xA0); }
+bool isControl(char32_t code) {
+  constexpr char32_t kLineSeparator = 0x2028, kParagraphSeparator = 0x2029;
+  return code < 0x20 || (code >= 0x7F && code < 0xA0) || code == kLineSeparator ||
+         code == kParagraphSeparator;
+}
 
 }  // namespace
 
-std::string labelOf(std::string_view name) {
+std::string VisibleText(std::string_view text) {
   constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
   constexpr std::string_view kControl = "\xE2\x90\xA6";
-  std::string label;
-  for (std::size_t at = 0; at < name.size();) {
-    const Character character = characterAt(name, at);
+  std::string visible;
+  for (std::size_t at = 0; at < text.size();) {
+    const Character character = characterAt(text, at);
     if (!character.valid) {
-      label += kReplacement;
+      visible += kReplacement;
     } else {
-      label += isControl(character.code) ? kControl : name.substr(at, character.length);
+      visible += isControl(character.code) ? kControl : text.substr(at, character.length);
     }
     at += character.length;
   }
-  return label;
+  return visible;
 }
 
-}  // namespace kestrel::thumbnails
+}  // namespace kestrel

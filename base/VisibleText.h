@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace kestrel {
+
+/// Text of one line for the user, from a name that may hold any bytes: bytes that are no UTF-8 are replaced
+/// by U+FFFD, control characters and line breaks by U+2426.
+std::string VisibleText(std::string_view text);
+
+}  // namespace kestrel
