@@ -9,6 +9,7 @@
 #include "EmfRecords.h"
 #include "MetafileDib.h"
 #include "MetafileGlyphs.h"
+#include "engine/parallel/Cancellation.h"
 
 // Records that set state and create objects. Drawing records are in EmfDrawing.cpp and EmfPictures.cpp.
 
@@ -25,6 +26,7 @@ Playback::~Playback() = default;
 bool Playback::run() {
   ByteReader reader(file_);
   while (reader.remaining() >= 8 && !player_.canvas().work().exhausted) {
+    checkCanceled();
     const std::size_t at = reader.position();
     const std::uint32_t type = reader.u32(), size = reader.u32();
     if (size < 8 || size % 4 != 0 || size > file_.size() - at) return false;

@@ -10,6 +10,7 @@
 #include "EmfPlusRecords.h"
 #include "EmfRecords.h"
 #include "MetafileGlyphs.h"
+#include "engine/parallel/Cancellation.h"
 
 namespace kestrel::engine::emf {
 
@@ -64,6 +65,7 @@ bool PlusPlayback::play(Bytes commands) {
   painter_.showClip();
   bool plain = false;
   for (std::size_t at = 0; at + kHeaderSize <= commands.size() && !painter_.canvas().work().exhausted;) {
+    checkCanceled();
     ByteReader r(commands.subspan(at));
     Command command{r.u16(), r.u16(), {}};
     const std::size_t size = r.u32(), dataSize = r.u32();

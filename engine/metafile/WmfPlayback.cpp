@@ -7,6 +7,7 @@
 #include "MetafileDib.h"
 #include "MetafileGlyphs.h"
 #include "engine/codecs/common/DecodeErrors.h"
+#include "engine/parallel/Cancellation.h"
 
 namespace kestrel::engine::wmf {
 
@@ -90,6 +91,7 @@ bool letsMaskWait(std::uint16_t number) {
 }  // namespace
 
 void Playback::play(std::uint16_t number, Bytes parameters) {
+  checkCanceled();
   if (player_.canvas().work().exhausted) return;
   try {
     if (!letsMaskWait(number)) player_.showHeldMask();

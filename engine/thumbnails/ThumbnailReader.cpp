@@ -7,9 +7,13 @@
 namespace kestrel::engine {
 namespace {
 
-Thumbnail readOrDescribe(const std::filesystem::path& path, std::int32_t longestSide) {
+/// Nothing if the request was canceled.
+std::optional<Thumbnail> readOrDescribe(const std::filesystem::path& path, std::int32_t longestSide,
+                                        const std::stop_token& canceled) {
   try {
-    return readThumbnail(path, longestSide);
+    return readThumbnail(path, longestSide, canceled);
+  } catch (const Canceled&) {
+    return std::nullopt;
   } catch (...) {
     Thumbnail unreadable;
     unreadable.notice = DescribeCurrentError().Description;
@@ -32,9 +36,9 @@ ThumbnailReader::~ThumbnailReader() {
 
 void ThumbnailReader::read(std::filesystem::path path, std::int32_t longestSide, Done done) {
   if (!thread_.joinable()) thread_ = std::thread([this] { serve(); });
+  cancel();
   {
     const std::lock_guard lock(mutex_);
-    ++generation_;
     next_ = Request{std::move(path), longestSide, std::move(done)};
   }
   wake_.notify_one();
@@ -42,7 +46,8 @@ void ThumbnailReader::read(std::filesystem::path path, std::int32_t longestSide,
 
 void ThumbnailReader::cancel() {
   const std::lock_guard lock(mutex_);
-  ++generation_;
+  canceled_.request_stop();
+  canceled_ = {};
   next_.reset();
 }
 
@@ -52,12 +57,12 @@ void ThumbnailReader::serve() {
     wake_.wait(lock, [this] { return ending_ || next_; });
     if (ending_) return;
     const Request request = *std::exchange(next_, std::nullopt);
-    const std::uint64_t generation = generation_;
+    const std::stop_token canceled = canceled_.get_token();
     lock.unlock();
-    Thumbnail thumbnail = readOrDescribe(request.path, request.longestSide);
+    std::optional<Thumbnail> thumbnail = readOrDescribe(request.path, request.longestSide, canceled);
     lock.lock();
     // Under the lock, so that `cancel` cannot return while the result is being handed over.
-    if (generation == generation_) request.done(std::move(thumbnail));
+    if (thumbnail && !canceled.stop_requested()) request.done(std::move(*thumbnail));
   }
 }
 

@@ -6,6 +6,7 @@
 #include <functional>
 #include <mutex>
 #include <optional>
+#include <stop_token>
 #include <thread>
 
 #include "Thumbnails.h"
@@ -24,7 +25,7 @@ class ThumbnailReader {
   ThumbnailReader() = default;
   ThumbnailReader(const ThumbnailReader&) = delete;
   ThumbnailReader& operator=(const ThumbnailReader&) = delete;
-  /// Cancels, and waits for the decoder if it is at work.
+  /// Cancels, and waits until a decoder at work has noticed it.
   ~ThumbnailReader();
 
   /// Cancels, then asks for the thumbnail of a file, at least 1 pixel along its longest side.
@@ -34,8 +35,8 @@ class ThumbnailReader {
   /// thread.
   void read(std::filesystem::path path, std::int32_t longestSide, Done done);
 
-  /// Drops the request if there is one. After the return its `done` is not called any more. A decoder at work
-  /// ends by itself, and its result is dropped.
+  /// Drops the request if there is one. After the return its `done` is not called any more. Does not wait for
+  /// a decoder at work, which ends soon.
   void cancel();
 
  private:
@@ -51,7 +52,7 @@ class ThumbnailReader {
   std::condition_variable wake_;
   // Guarded by the mutex
   std::optional<Request> next_;
-  std::uint64_t generation_ = 0;  ///< increased by each cancellation
+  std::stop_source canceled_;  ///< of the requests since the last cancellation: one at most
   bool ending_ = false;
 
   std::thread thread_;

@@ -32,11 +32,14 @@ Bitmap shrunk(const Bitmap& bitmap, std::int32_t longestSide) {
 
 }  // namespace
 
-Thumbnail readThumbnail(const std::filesystem::path& path, std::int32_t longestSide) {
+Thumbnail readThumbnail(const std::filesystem::path& path, std::int32_t longestSide,
+                        std::stop_token canceled) {
   requireSide(longestSide);
+  const Cancelable cancelable(std::move(canceled));
   const std::int32_t enough =
       longestSide > Bitmap::kMaxSide / kRoomForFilter ? Bitmap::kMaxSide : longestSide * kRoomForFilter;
   Decoded decoded = decodeFileReduced(path, enough);
+  checkCanceled();
   const Bitmap made = shrunk(decoded.bitmap, longestSide);
   // Avoid heap fragmentation: the thumbnail outlives the decoded picture, so copy it after that one is freed.
   // Left in place, long-lived thumbnails would pin holes several times their own size.

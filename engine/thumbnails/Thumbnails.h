@@ -3,9 +3,11 @@
 #include <cstdint>
 #include <filesystem>
 #include <span>
+#include <stop_token>
 #include <string>
 #include <vector>
 
+#include "engine/parallel/Cancellation.h"
 #include "engine/pixels/Bitmap.h"
 
 namespace kestrel::engine {
@@ -23,8 +25,10 @@ struct Thumbnail {
 
 /// Reads a picture file and shrinks it in proportion until its longest side has `longestSide` pixels; a
 /// smaller picture keeps its size. A JPEG is decoded at a reduced scale where that suffices. Thread-safe.
-/// Raises RuntimeError 5 for a side below 1, else as `decodeFile`.
-Thumbnail readThumbnail(const std::filesystem::path& path, std::int32_t longestSide);
+/// Raises RuntimeError 5 for a side below 1, else as `decodeFile`; raises `Canceled` soon after `canceled` is
+/// requested to stop.
+Thumbnail readThumbnail(const std::filesystem::path& path, std::int32_t longestSide,
+                        std::stop_token canceled = {});
 
 /// The thumbnails of several files, in their order, read on all cores. A file that cannot be read gives an
 /// empty bitmap and a notice with the reason. Raises RuntimeError 5 for a side below 1.

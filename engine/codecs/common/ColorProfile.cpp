@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 
+#include "engine/parallel/Cancellation.h"
 #include "engine/parallel/Parallel.h"
 
 namespace kestrel::engine {
@@ -69,6 +70,7 @@ void transformRows(Bitmap& bitmap, cmsHTRANSFORM transform) {
   const Pixels pixels = bitmap.writable();
   forRows(pixels.height, kRowsPerTask, [&](std::int32_t first, std::int32_t last) {
     for (std::int32_t y = first; y < last; ++y) {
+      checkCanceled();
       cmsDoTransform(transform, pixels.row(y), pixels.row(y), static_cast<cmsUInt32Number>(pixels.width));
     }
   });

@@ -4,6 +4,8 @@
 #include <array>
 #include <optional>
 
+#include "engine/parallel/Cancellation.h"
+
 // GIF89a, appendix F: LZW with codes of code size + 1 to 12 bits, least significant bit first.
 
 namespace kestrel::engine::gif {
@@ -102,7 +104,9 @@ std::vector<std::uint8_t> unpackLzw(ByteReader& reader, std::size_t count) {
   std::uint32_t width = codeSize + 1;
   constexpr std::uint32_t kNoCode = kMostCodes;
   std::uint32_t previous = kNoCode;
-  while (indices.size() < count) {
+  constexpr std::size_t kCodesPerCheck = 4096;
+  for (std::size_t codes = 0; indices.size() < count; ++codes) {
+    if (codes % kCodesPerCheck == 0) checkCanceled();
     const auto code = bits.read(width);
     if (!code || *code == dictionary.endCode()) break;
     if (*code == dictionary.clearCode()) {

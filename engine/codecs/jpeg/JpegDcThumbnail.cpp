@@ -8,6 +8,7 @@
 
 #include "JpegLib.h"
 #include "engine/codecs/common/Decoded.h"
+#include "engine/parallel/Cancellation.h"
 
 // Huffman coding as in ITU-T T.81, annex F.2.2.
 
@@ -306,6 +307,7 @@ bool readScan(const jpeg_decompress_struct& info, Scan& scan) {
   unsigned untilRestart = info.restart_interval;
   std::uint8_t restarts = 0;
   for (std::size_t row = 0; row < scan.mcusDown; ++row) {
+    checkCanceled();
     for (std::size_t column = 0; column < scan.mcusAcross; ++column) {
       if (info.restart_interval > 0 && untilRestart-- == 0) {
         if (!reader.skipMarker(static_cast<std::uint8_t>(JPEG_RST0 + restarts++ % 8))) return false;

@@ -16,6 +16,7 @@
 #include "engine/codecs/common/Resolution.h"
 #include "engine/codecs/metadata/Exif.h"
 #include "engine/codecs/metadata/JpegMarkers.h"
+#include "engine/parallel/Cancellation.h"
 
 namespace kestrel::engine::jpeg {
 namespace {
@@ -78,6 +79,7 @@ class Reader {
       }
       jpeg_finish_decompress(&info_);
     });
+    checkCanceled();
     if (source_.exhausted && !source_.hadRow) {
       refusePicture("The JPEG file is damaged: it ends before the first row of the picture.");
     }

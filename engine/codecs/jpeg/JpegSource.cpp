@@ -1,5 +1,7 @@
 #include "JpegSource.h"
 
+#include "engine/parallel/Cancellation.h"
+
 namespace kestrel::engine::jpeg {
 namespace {
 
@@ -53,7 +55,7 @@ void Source::exhaust(const jpeg_decompress_struct& info) {
 void ScanLimit::install(jpeg_decompress_struct* info) {
   base = {};
   base.progress_monitor = [](j_common_ptr self) {
-    if (reinterpret_cast<j_decompress_ptr>(self)->input_scan_number > kMostScans) {
+    if (isCanceled() || reinterpret_cast<j_decompress_ptr>(self)->input_scan_number > kMostScans) {
       ERREXIT(self, JERR_BAD_PROGRESSION);
     }
   };

@@ -21,7 +21,8 @@ struct Source {
   void exhaust(const jpeg_decompress_struct& info);
 };
 
-/// Raises an error in libjpeg at the scan after the most that a file may have.
+/// Raises an error in libjpeg at the scan after the most that a file may have, and when the decoding was
+/// canceled.
 struct ScanLimit {
   jpeg_progress_mgr base;
 

@@ -7,6 +7,7 @@
 
 #include "base/RuntimeError.h"
 #include "engine/codecs/common/DecodeErrors.h"
+#include "engine/parallel/Cancellation.h"
 
 namespace kestrel::engine::png {
 namespace {
@@ -63,6 +64,7 @@ std::int32_t LibPngReader::readRows(const Pixels& pixels) {
     png_read_update_info(png(), info());
     for (int pass = 0; pass < passes; ++pass) {
       for (std::int32_t y = 0; y < pixels.height; ++y) {
+        checkCanceled();
         png_set_compression_buffer_size(png(), rest_.size() > kNearEnd ? kLargePiece : kSmallPiece);
         png_read_row(png(), pixels.row(y), nullptr);
         rows_ = std::max(rows_, y + 1);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "PngUnfilter.h"
+#include "engine/parallel/Cancellation.h"
 
 namespace kestrel::engine::png {
 namespace {
@@ -132,6 +133,7 @@ bool readPixels(std::span<const Bytes> packed, const PixelLayout& layout, const 
   for (std::int32_t y = 0; y < pixels.height;) {
     const std::size_t rows = std::min(rowsAtOnce, static_cast<std::size_t>(pixels.height - y));
     std::uint8_t* row = unpacked.data() + rowBytes + 1;
+    checkCanceled();
     if (!inflate.read(row, rows * (rowBytes + 1))) return false;
     for (std::size_t i = 0; i < rows; ++i, ++y, row += rowBytes + 1) {
       if (row[0] >= kFilters) return false;

@@ -15,6 +15,7 @@
 #include "engine/codecs/common/DecodeErrors.h"
 #include "engine/codecs/common/Flatten.h"
 #include "engine/codecs/common/Resolution.h"
+#include "engine/parallel/Cancellation.h"
 #include "engine/pixels/Opaque.h"
 
 // A file header of 14 bytes, an information header whose length determines its version (12 and 16 to 64:
@@ -242,6 +243,7 @@ void readPlainRows(Bytes data, const Header& header, Decoded& decoded) {
   const Pixels pixels = decoded.bitmap.writable();
   std::int32_t rows = 0;
   for (; rows < header.height; ++rows) {
+    checkCanceled();
     const std::size_t at = start + static_cast<std::size_t>(rows) * rowBytes;
     if (at > data.size() || leastBytes > data.size() - at) break;
     rowReader.read(data.data() + at, pixels.row(header.topDown ? rows : header.height - 1 - rows));

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "engine/parallel/Cancellation.h"
+
 namespace kestrel::engine::bmp {
 namespace {
 
@@ -78,6 +80,7 @@ RunLengths unpackRunLengths(Bytes data, std::uint32_t bits, const std::array<Pix
     const std::uint8_t code = data[at++];
     if (code == kEndOfPicture) return finished(true);
     if (code == kEndOfLine) {
+      checkCanceled();
       cursor.endLine();
     } else if (code == kMove) {
       if (left() < 2) break;

@@ -6,6 +6,7 @@
 #include "Raster.h"
 #include "engine/codecs/common/DecodeErrors.h"
 #include "engine/codecs/common/Orientation.h"
+#include "engine/parallel/Cancellation.h"
 
 // A Photo CD image pack holds the picture at several sizes. The three smallest are uncompressed: for each
 // pair of rows, two rows of luma and one of each chroma at half width. The largest of these in the file is
@@ -73,6 +74,7 @@ Decoded decode(Bytes data) {
   const Pixels pixels = decoded.bitmap.writable();
   std::int32_t rows = 0;
   for (; rows < base.height; rows += 2) {
+    checkCanceled();
     const std::size_t at = base.offset + base.rowPairBytes() * static_cast<std::size_t>(rows) / 2;
     if (at + base.rowPairBytes() > data.size()) break;
     readRowPair(data.data() + at, base, pixels, rows);

@@ -10,6 +10,7 @@
 #include "engine/codecs/common/ByteWriter.h"
 #include "engine/codecs/common/DecodeErrors.h"
 #include "engine/codecs/common/Flatten.h"
+#include "engine/parallel/Cancellation.h"
 
 // A header of 128 bytes, then RLE rows, plane after plane within a row: a byte with both high bits set is a
 // repeat count for the next byte. A palette of 256 colors is at the end, preceded by the byte 12. DCX files
@@ -244,7 +245,10 @@ Decoded decodePicture(Bytes data) {
   const Pixels pixels = decoded.bitmap.writable();
   std::vector<std::uint8_t> line(header.lineBytes * header.planes);
   std::int32_t rows = 0;
-  for (; rows < header.height && lines.read(line); ++rows) readRow(line, header, palette, pixels.row(rows));
+  for (; rows < header.height && lines.read(line); ++rows) {
+    checkCanceled();
+    readRow(line, header, palette, pixels.row(rows));
+  }
   if (rows < header.height) keepRows(decoded, rows);
   if (decoded.stored.hasAlpha) dropEmptyAlpha(decoded.bitmap);
   return decoded;

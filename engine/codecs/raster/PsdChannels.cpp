@@ -9,6 +9,7 @@
 #include <string>
 
 #include "engine/codecs/common/DecodeErrors.h"
+#include "engine/parallel/Cancellation.h"
 
 namespace kestrel::engine::psd {
 namespace {
@@ -162,6 +163,7 @@ Channels readChannels(ByteReader& reader, const ChannelForm& form, std::int32_t 
     std::vector<std::uint8_t>& plane = result.planes.emplace_back(static_cast<std::size_t>(form.width) *
                                                                   static_cast<std::size_t>(form.height));
     for (std::int32_t y = 0; y < form.height; ++y) {
+      checkCanceled();
       if (!stored.next(row)) {
         result.rows = std::min(result.rows, y);
         if (!stored.canContinue()) break;

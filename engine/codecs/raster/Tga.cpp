@@ -9,6 +9,7 @@
 #include "engine/codecs/common/ByteWriter.h"
 #include "engine/codecs/common/DecodeErrors.h"
 #include "engine/codecs/common/Flatten.h"
+#include "engine/parallel/Cancellation.h"
 #include "engine/pixels/Opaque.h"
 
 // Truevision TGA 2.0: a header of 18 bytes, a text, a color map, pixels, and since version 2 a footer with a
@@ -239,6 +240,7 @@ Decoded decode(Bytes data) {
     if (attributesType == kPremultiplied) unpremultiply(pixel);
     const auto x = static_cast<std::int32_t>(done % header.width),
                y = static_cast<std::int32_t>(done / header.width);
+    if (x == 0) checkCanceled();
     std::memcpy(pixels.row(header.fromTop ? y : header.height - 1 - y) +
                     4 * (header.fromRight ? header.width - 1 - x : x),
                 &pixel, sizeof pixel);

@@ -12,6 +12,7 @@
 #include "engine/codecs/common/ColorProfile.h"
 #include "engine/codecs/common/DecodeErrors.h"
 #include "engine/codecs/metadata/Exif.h"
+#include "engine/parallel/Cancellation.h"
 #include "engine/parallel/Parallel.h"
 
 // The lossless format of docs/tla.md: sections with a checksum each, and pixels in bands of rows that are
@@ -152,6 +153,7 @@ Decoded decode(Bytes data) {
   std::atomic<std::int32_t> lost = 0;
   forRows(bandCount, 1, [&](std::int32_t first, std::int32_t last) {
     for (std::int32_t band = first; band < last; ++band) {
+      checkCanceled();
       const std::int32_t top = band * header.bandRows,
                          bottom = std::min(header.height, top + header.bandRows);
       const auto index = static_cast<std::size_t>(band);

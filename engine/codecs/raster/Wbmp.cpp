@@ -6,6 +6,7 @@
 #include "engine/codecs/common/ByteWriter.h"
 #include "engine/codecs/common/DecodeErrors.h"
 #include "engine/codecs/common/Quantize.h"
+#include "engine/parallel/Cancellation.h"
 
 // WAP-237: type 0, a zero byte, width and height in groups of 7 bits, then rows of bits, 1 for white.
 
@@ -70,6 +71,7 @@ Decoded decode(Bytes data) {
   const auto size = static_cast<std::size_t>(rowBytes(header->width));
   std::int32_t rows = 0;
   for (; rows < pixels.height && rest.size() >= size; ++rows, rest = rest.subspan(size)) {
+    checkCanceled();
     std::uint8_t* p = pixels.row(rows);
     for (std::size_t x = 0; x < static_cast<std::size_t>(pixels.width); ++x, p += 4) {
       const bool white = (rest[x / 8] >> (7 - x % 8) & 1) != 0;

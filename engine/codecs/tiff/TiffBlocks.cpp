@@ -5,6 +5,7 @@
 
 #include "TiffStream.h"
 #include "engine/codecs/common/DecodeErrors.h"
+#include "engine/parallel/Cancellation.h"
 
 namespace kestrel::engine::tiff {
 
@@ -34,6 +35,7 @@ Blocks::Blocks(TIFF* tiff, Bytes file, const Layout& layout) : tiff_(tiff), file
 }
 
 std::int64_t Blocks::read(std::int64_t x, std::int64_t y, std::uint16_t plane, std::int64_t rows) {
+  checkCanceled();
   const auto column = static_cast<std::uint32_t>(x), line = static_cast<std::uint32_t>(y);
   const std::uint32_t number =
       tiled_ ? TIFFComputeTile(tiff_, column, line, 0, plane) : TIFFComputeStrip(tiff_, line, plane);
@@ -65,6 +67,7 @@ std::int64_t Blocks::salvage(std::uint32_t number) {
   };
   std::int64_t good = 0, bad = height() + 1;
   while (bad - good > 1) {
+    checkCanceled();
     const std::int64_t middle = good + (bad - good) / 2;
     (decodes(middle) ? good : bad) = middle;
   }

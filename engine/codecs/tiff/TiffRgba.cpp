@@ -10,6 +10,7 @@
 #include "TiffFinish.h"
 #include "engine/codecs/common/ColorProfile.h"
 #include "engine/codecs/common/DecodeErrors.h"
+#include "engine/parallel/Cancellation.h"
 
 namespace kestrel::engine::tiff {
 namespace {
@@ -66,6 +67,7 @@ void readByLibrary(TIFF* tiff, const Layout& layout, Decoded& decoded) {
   std::vector<std::uint32_t> raster(static_cast<std::size_t>(step) * static_cast<std::size_t>(layout.width));
   std::int32_t y = 0;
   while (y < layout.height) {
+    checkCanceled();
     const std::int32_t rows = std::min(step, layout.height - y);
     image.row_offset = y;
     image.col_offset = 0;
