@@ -79,36 +79,11 @@ class FolderLoader::State final : public Workers::Source, public std::enable_sha
 
   // On a worker thread.
 
-  std::function<void()> take() override {
+  std::function<void()> take(Workers::Duty duty) override {
     const std::lock_guard lock(mutex_);
     if (!open_) return {};
-    const std::uint64_t visit = visit_;
-    if (!reading_ && mustList_) {
-      reading_ = true;
-      mustList_ = false;
-      mustAwait_ = false;
-      // The listing covers what was noticed before it.
-      noticed_.clear();
-      return [self = shared_from_this(), visit, folder = folder_] { self->readFolder(visit, folder); };
-    }
-    if (!reading_ && mustAwait_) {
-      reading_ = true;
-      mustAwait_ = false;
-      return [self = shared_from_this(), visit, folder = folder_] { self->awaitFolder(visit, folder); };
-    }
-    if (!reading_ && !noticed_.empty()) {
-      reading_ = true;
-      return [self = shared_from_this(), visit, folder = folder_, noticed = std::exchange(noticed_, {})] {
-        self->readChanges(visit, folder, noticed);
-      };
-    }
-    if (inbox_.results.size() >= kMostWaiting) return {};
-    if (auto request = order_.take()) {
-      return [self = shared_from_this(), visit, folder = folder_, request = std::move(*request)] {
-        self->load(visit, folder, request);
-      };
-    }
-    return {};
+    if (auto job = takeReading()) return job;
+    return duty == Workers::Duty::kAny ? takeDecoding() : nullptr;
   }
 
  private:
@@ -120,6 +95,44 @@ class FolderLoader::State final : public Workers::Source, public std::enable_sha
 
     bool empty() const { return !listing && changes.empty() && results.empty(); }
   };
+
+  /// With the mutex.
+  std::function<void()> takeReading() {
+    if (reading_) return {};
+    const std::uint64_t visit = visit_;
+    if (mustList_) {
+      reading_ = true;
+      mustList_ = false;
+      mustAwait_ = false;
+      // The listing covers what was noticed before it.
+      noticed_.clear();
+      return [self = shared_from_this(), visit, folder = folder_] { self->readFolder(visit, folder); };
+    }
+    if (mustAwait_) {
+      reading_ = true;
+      mustAwait_ = false;
+      return [self = shared_from_this(), visit, folder = folder_] { self->awaitFolder(visit, folder); };
+    }
+    if (!noticed_.empty()) {
+      reading_ = true;
+      return [self = shared_from_this(), visit, folder = folder_, noticed = std::exchange(noticed_, {})] {
+        self->readChanges(visit, folder, noticed);
+      };
+    }
+    return {};
+  }
+
+  /// With the mutex.
+  std::function<void()> takeDecoding() {
+    if (inbox_.results.size() >= kMostWaiting) return {};
+    const std::uint64_t visit = visit_;
+    if (auto request = order_.take()) {
+      return [self = shared_from_this(), visit, folder = folder_, request = std::move(*request)] {
+        self->load(visit, folder, request);
+      };
+    }
+    return {};
+  }
 
   /// With the mutex.
   std::shared_ptr<FolderAccess::Watch> leave() {

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -30,12 +31,15 @@ struct LoadRequest {
   std::int32_t side = 0;  ///< longest side in pixels
   /// False if it only has to be made and kept in the store: then the result may have no bitmap.
   bool bitmap = true;
+  /// Set by the loader: stops the decoder.
+  std::stop_token canceled = {};
 };
 
 /// The end of a request.
 struct LoadResult {
   FileKey key = 0;
   std::int32_t side = 0;  ///< of the request
+  bool canceled = false;  ///< there is no result: the request was no longer wanted
   bool broken = false;    ///< the notice has the reason
   engine::Bitmap bitmap;
   Size pictureSize;
@@ -49,8 +53,8 @@ struct LoadResult {
 /// Lists one folder at a time and decodes its pictures on worker threads.
 ///
 /// All members are called on the owner's thread, where the listener is called too, through `Services::post`.
-/// None waits for a file or a decoder: leaving a folder drops what was asked for, and the result of a decoder
-/// at work is discarded when it ends. The threads outlive the loader.
+/// None waits for a file or a decoder: leaving a folder drops what was asked for, and stops the decoders at
+/// work, whose results are discarded. The threads outlive the loader.
 class FolderLoader {
  public:
   /// Receives what was found. A member may call the loader and may destroy it.
@@ -92,13 +96,13 @@ class FolderLoader {
   void close();
 
   /// Replaces what is to be loaded: `first` before all else in this order; `later` when nothing else is left.
-  /// A request at work is finished, also if it is in none of the lists.
+  /// A request at work that came from these lists only, and is no longer in them, is canceled.
   void want(std::vector<LoadRequest> first, std::vector<LoadRequest> later);
   /// Adds requests after `first`, in this order, which stay until they are done or removed.
   void add(std::vector<LoadRequest> requests);
-  /// Drops the requests of files.
+  /// Drops the requests of files, and cancels those at work.
   void remove(const std::vector<FileKey>& keys);
-  /// Drops all requests that are not at work.
+  /// Drops all requests, and cancels those at work.
   void removeAll();
 
   /// Whether the open folder reports its changes. False until it is known.

@@ -178,6 +178,12 @@ void ThumbnailViewModel::Inside::loaded(std::vector<LoadResult> results) {
   for (LoadResult& result : results) {
     const auto item = list.find(result.key);
     if (!item || item->place < 0) continue;
+    if (result.canceled) {
+      if (mayLoad() && result.side == side && item->needs(side)) {
+        loader.add({requestFor(*item, side, false)});
+      }
+      continue;
+    }
     if (result.stale) {
       readAgain(*item, result);
       continue;

@@ -16,11 +16,21 @@ std::deque<LoadRequest> queueOf(std::vector<LoadRequest> requests) {
 void LoadOrder::want(std::vector<LoadRequest> first, std::vector<LoadRequest> later) {
   first_ = queueOf(std::move(first));
   later_ = queueOf(std::move(later));
+  for (auto& [identity, work] : atWork_) {
+    if (!work.ofFolder && !isWanted(identity)) work.canceled.request_stop();
+  }
+}
+
+bool LoadOrder::isWanted(const Identity& identity) const {
+  const auto isIt = [&](const LoadRequest& request) { return identityOf(request) == identity; };
+  return std::any_of(first_.begin(), first_.end(), isIt) || std::any_of(later_.begin(), later_.end(), isIt);
 }
 
 void LoadOrder::add(std::vector<LoadRequest> requests) {
   for (LoadRequest& request : requests) {
-    if (waiting_.insert(identityOf(request)).second) files_.push_back(std::move(request));
+    const Identity identity = identityOf(request);
+    if (const auto work = atWork_.find(identity); work != atWork_.end()) work->second.ofFolder = true;
+    if (waiting_.insert(identity).second) files_.push_back(std::move(request));
   }
 }
 
@@ -31,6 +41,10 @@ void LoadOrder::remove(const std::vector<FileKey>& keys) {
   std::erase_if(later_, isRemoved);
   for (const FileKey key : keys) {
     waiting_.erase(waiting_.lower_bound({key, 0}), waiting_.lower_bound({key + 1, 0}));
+    for (auto work = atWork_.lower_bound({key, 0}); work != atWork_.end() && work->first.first == key;
+         ++work) {
+      work->second.canceled.request_stop();
+    }
   }
 }
 
@@ -39,6 +53,7 @@ void LoadOrder::drop() {
   files_.clear();
   waiting_.clear();
   later_.clear();
+  for (auto& [identity, work] : atWork_) work.canceled.request_stop();
 }
 
 void LoadOrder::clear() {
@@ -52,11 +67,13 @@ bool LoadOrder::takeFrom(std::deque<LoadRequest>& list, std::optional<LoadReques
     list.pop_front();
     const Identity identity = identityOf(request);
     if (&list == &files_ && !waiting_.contains(identity)) continue;
-    if (!atWork_.insert(identity).second) {
+    const auto [work, isNew] = atWork_.try_emplace(identity);
+    if (!isNew) {
       if (&list == &files_) waiting_.erase(identity);
       continue;
     }
-    waiting_.erase(identity);
+    work->second.ofFolder = waiting_.erase(identity) > 0;
+    request.canceled = work->second.canceled.get_token();
     taken = std::move(request);
     return true;
   }

@@ -3,8 +3,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <map>
 #include <optional>
 #include <set>
+#include <stop_token>
 #include <utility>
 #include <vector>
 
@@ -21,12 +23,13 @@ class LoadOrder {
   /// See `FolderLoader::add`.
   void add(std::vector<LoadRequest> requests);
   void remove(const std::vector<FileKey>& keys);
-  /// Drops all requests that are not at work.
+  /// Drops all requests, and cancels those at work.
   void drop();
-  /// Drops all requests; those at work are no longer known.
+  /// The same; those at work are no longer known.
   void clear();
 
-  /// The next request, which is then at work until `finish`. A file is never at work twice at the same size.
+  /// The next request, with its token, which is then at work until `finish`. A file is never at work twice at
+  /// the same size.
   std::optional<LoadRequest> take();
   /// Ends the request of a file at a size that was taken. An unknown one is ignored.
   void finish(FileKey key, std::int32_t side);
@@ -37,15 +40,22 @@ class LoadOrder {
  private:
   using Identity = std::pair<FileKey, std::int32_t>;
 
+  struct Work {
+    bool ofFolder = false;  ///< asked for by `add`
+    std::stop_source canceled = {};
+  };
+
   static Identity identityOf(const LoadRequest& request) { return {request.key, request.side}; }
   bool takeFrom(std::deque<LoadRequest>& list, std::optional<LoadRequest>& taken);
+  /// Whether `want` has asked for it.
+  bool isWanted(const Identity& identity) const;
 
   std::deque<LoadRequest> first_;
   /// Requests that were taken by another list or removed are left in the queue and skipped later.
   std::deque<LoadRequest> files_;
   std::set<Identity> waiting_;  ///< of `files_`, what is still to be done
   std::deque<LoadRequest> later_;
-  std::set<Identity> atWork_;
+  std::map<Identity, Work> atWork_;
 };
 
 }  // namespace kestrel::thumbnails

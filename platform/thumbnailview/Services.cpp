@@ -34,11 +34,16 @@ std::unique_ptr<FolderAccess::Watch> FolderAccess::watch(const std::filesystem::
   return std::make_unique<DiskWatch>(folder, std::move(changed));
 }
 
-DecodedThumbnail FolderAccess::decode(const std::filesystem::path& path, std::int32_t side) {
-  engine::Thumbnail thumbnail = engine::readThumbnail(path, side);
-  return {std::move(thumbnail.bitmap),
-          {thumbnail.pictureWidth, thumbnail.pictureHeight},
-          std::move(thumbnail.notice)};
+std::optional<DecodedThumbnail> FolderAccess::decode(const std::filesystem::path& path, std::int32_t side,
+                                                     const std::stop_token& canceled) {
+  try {
+    engine::Thumbnail thumbnail = engine::readThumbnail(path, side, canceled);
+    return DecodedThumbnail{std::move(thumbnail.bitmap),
+                            {thumbnail.pictureWidth, thumbnail.pictureHeight},
+                            std::move(thumbnail.notice)};
+  } catch (const engine::Canceled&) {
+    return std::nullopt;
+  }
 }
 
 }  // namespace kestrel::thumbnails

@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <string>
 
 #include "ThumbnailStore.h"
@@ -46,8 +47,10 @@ class FolderAccess {
   virtual std::optional<os::FileFailure> examine(const std::filesystem::path& path, os::FolderEntry& entry);
   /// As `os::FolderWatch`.
   virtual std::unique_ptr<Watch> watch(const std::filesystem::path& folder, os::FolderWatch::Changed changed);
-  /// Decodes a thumbnail, at most `side` pixels along its longest side. Raises RuntimeError.
-  virtual DecodedThumbnail decode(const std::filesystem::path& path, std::int32_t side);
+  /// Decodes a thumbnail, at most `side` pixels along its longest side. No value if it was canceled. Raises
+  /// RuntimeError.
+  virtual std::optional<DecodedThumbnail> decode(const std::filesystem::path& path, std::int32_t side,
+                                                 const std::stop_token& canceled);
 };
 
 /// What a thumbnail view works with.

@@ -46,11 +46,19 @@ void ThumbnailMaker::decode(const FileVersion& file, const LoadRequest& request,
   result.broken = false;
   bool isPicture = true;
   try {
-    DecodedThumbnail decoded = access_->decode(file.path, request.side);
-    result.bitmap = std::move(decoded.bitmap);
-    result.pictureSize = decoded.pictureSize;
-    result.notice = std::move(decoded.notice);
+    auto decoded = access_->decode(file.path, request.side, request.canceled);
+    if (!decoded) {
+      result.canceled = true;
+      return;
+    }
+    result.bitmap = std::move(decoded->bitmap);
+    result.pictureSize = decoded->pictureSize;
+    result.notice = std::move(decoded->notice);
   } catch (...) {
+    if (request.canceled.stop_requested()) {
+      result.canceled = true;
+      return;
+    }
     const DescribedError error = DescribeCurrentError();
     result.broken = true;
     result.notice = error.Description;

@@ -20,7 +20,6 @@ struct Workers::Shared {
   std::vector<std::weak_ptr<Source>> sources;
   std::deque<std::function<void()>> single;
   std::vector<std::thread> threads;
-  std::size_t turn = 0;     ///< the source that is asked first
   std::uint64_t calls = 0;  ///< increased with each call of the waker
   bool ending = false;
 
@@ -32,7 +31,8 @@ struct Workers::Shared {
     wake.notify_all();
   }
 
-  std::vector<std::weak_ptr<Source>> inTurn() {
+  /// The sources in the order in which a thread asks them.
+  std::vector<std::weak_ptr<Source>> inTurn(std::size_t& turn) {
     std::erase_if(sources, [](const auto& source) { return source.expired(); });
     if (sources.empty()) return {};
     turn = (turn + 1) % sources.size();
@@ -72,8 +72,9 @@ Workers::~Workers() {
 void Workers::start() {
   // Called with the mutex.
   try {
-    while (shared_->threads.size() < static_cast<std::size_t>(count_)) {
-      shared_->threads.emplace_back([shared = shared_] { serve(shared); });
+    while (shared_->threads.size() <= static_cast<std::size_t>(count_)) {
+      const Duty duty = shared_->threads.empty() ? Duty::kShort : Duty::kAny;
+      shared_->threads.emplace_back([shared = shared_, duty] { serve(shared, duty); });
     }
   } catch (const std::system_error&) {
     // The system refuses further threads; those already created do the work.
@@ -102,22 +103,23 @@ std::function<void()> Workers::waker() const {
   return [shared = shared_] { shared->call(); };
 }
 
-void Workers::serve(const std::shared_ptr<Shared>& shared) {
+void Workers::serve(const std::shared_ptr<Shared>& shared, Duty duty) {
   const engine::SingleThreaded alone;
+  std::size_t turn = 0;
   std::unique_lock lock(shared->mutex);
   while (!shared->ending) {
     const std::uint64_t calls = shared->calls;
     std::function<void()> job;
-    if (!shared->single.empty()) {
+    if (duty == Duty::kShort && !shared->single.empty()) {
       job = std::move(shared->single.front());
       shared->single.pop_front();
       lock.unlock();
     } else {
-      const auto sources = shared->inTurn();
+      const auto sources = shared->inTurn(turn);
       // A source has a lock of its own, under which it calls the waker.
       lock.unlock();
       for (const auto& weak : sources) {
-        if (const auto source = weak.lock()) job = source->take();
+        if (const auto source = weak.lock()) job = source->take(duty);
         if (job) break;
       }
     }

@@ -11,6 +11,7 @@
 #include <mutex>
 #include <optional>
 #include <set>
+#include <stop_token>
 #include <string>
 #include <utility>
 #include <vector>
@@ -57,6 +58,11 @@ class FakeAccess final : public FolderAccess {
     const std::lock_guard lock(mutex_);
     held_ = true;
   }
+  /// Held decoders end at once when they are canceled, as those of the engine do.
+  void noticeCancellation() {
+    const std::lock_guard lock(mutex_);
+    noticesCancellation_ = true;
+  }
   /// Lets all decoders go on.
   void release() {
     {
@@ -84,6 +90,10 @@ class FakeAccess final : public FolderAccess {
     const std::lock_guard lock(mutex_);
     return begun_;
   }
+  std::size_t canceled() {
+    const std::lock_guard lock(mutex_);
+    return canceled_;
+  }
   std::size_t finished() {
     const std::lock_guard lock(mutex_);
     return finished_;
@@ -96,7 +106,7 @@ class FakeAccess final : public FolderAccess {
     const std::lock_guard lock(mutex_);
     return watcher_ != nullptr;
   }
-  /// Called on the worker's thread at the end of each decoder, before its result is judged.
+  /// Called on the worker's thread at the end of each decoder, before its result is judged. It may raise.
   void atEndOfDecode(std::function<void(const std::string& name)> call) {
     const std::lock_guard lock(mutex_);
     atEnd_ = std::move(call);
@@ -155,7 +165,14 @@ class FakeAccess final : public FolderAccess {
     return std::make_unique<FakeWatch>(*this, watcher_, watchable_);
   }
 
-  DecodedThumbnail decode(const std::filesystem::path& path, std::int32_t side) override {
+  std::optional<DecodedThumbnail> decode(const std::filesystem::path& path, std::int32_t side,
+                                         const std::stop_token& canceled) override {
+    const std::stop_callback wake(canceled, [this] {
+      // A decoder is either waiting or has not looked yet.
+      { const std::lock_guard lock(mutex_); }
+      changed_.notify_all();
+    });
+    const auto isCanceled = [&] { return noticesCancellation_ && canceled.stop_requested(); };
     const std::string name = path.filename().string();
     File file;
     std::function<void(const std::string&)> atEnd;
@@ -164,7 +181,11 @@ class FakeAccess final : public FolderAccess {
       begun_.push_back(name);
       if (const auto found = files_.find(name); found != files_.end()) file = found->second;
       changed_.notify_all();
-      changed_.wait(lock, [this] { return !held_ || allowed_ > 0; });
+      changed_.wait(lock, [&] { return !held_ || allowed_ > 0 || isCanceled(); });
+      if (isCanceled()) {
+        ++canceled_;
+        return std::nullopt;
+      }
       if (held_) --allowed_;
       atEnd = atEnd_;
     }
@@ -176,7 +197,8 @@ class FakeAccess final : public FolderAccess {
     changed_.notify_all();
     if (file.broken) throw RuntimeError(err::kInvalidPicture, "The file is not a picture.");
     const std::int32_t width = std::min(side, 400);
-    return {engine::Bitmap::filled(width, width * 3 / 4, {file.shade, 0, 0, 255}), {400, 300}, {}};
+    return DecodedThumbnail{
+        engine::Bitmap::filled(width, width * 3 / 4, {file.shade, 0, 0, 255}), {400, 300}, {}};
   }
 
  private:
@@ -215,6 +237,8 @@ class FakeAccess final : public FolderAccess {
   int scans_ = 0;
   std::vector<std::string> begun_;
   std::size_t finished_ = 0;
+  std::size_t canceled_ = 0;
+  bool noticesCancellation_ = false;
   std::function<void(const std::string&)> atEnd_;
   std::shared_ptr<os::FolderWatch::Changed> watcher_;
 };

@@ -68,6 +68,47 @@ TEST(LoadOrder, RemovesAFileFromAllLists) {
   EXPECT_THAT(takeAll(order), ElementsAre(2));
 }
 
+TEST(LoadOrder, CancelsWhatScrolledAway) {
+  LoadOrder order;
+  order.want({request(1), request(2)}, {request(3)});
+  const auto gone = order.take(), stays = order.take(), later = order.take();
+  order.want({request(2)}, {request(3)});
+  EXPECT_TRUE(gone->canceled.stop_requested());
+  EXPECT_FALSE(stays->canceled.stop_requested());
+  EXPECT_FALSE(later->canceled.stop_requested());
+}
+
+TEST(LoadOrder, DoesNotCancelWhatTheFolderNeeds) {
+  LoadOrder order;
+  order.add({request(1)});
+  order.want({request(1), request(2)}, {});
+  const auto listed = order.take(), added = order.take();
+  order.add({request(2)});
+  order.want({}, {});
+  EXPECT_FALSE(listed->canceled.stop_requested());
+  EXPECT_FALSE(added->canceled.stop_requested()) << "it was added while it was at work";
+}
+
+TEST(LoadOrder, CancelsTheFilesThatAreRemoved) {
+  LoadOrder order;
+  order.add({request(1), request(1, 256), request(2)});
+  const auto small = order.take(), large = order.take(), other = order.take();
+  order.remove({1});
+  EXPECT_TRUE(small->canceled.stop_requested());
+  EXPECT_TRUE(large->canceled.stop_requested());
+  EXPECT_FALSE(other->canceled.stop_requested());
+  order.drop();
+  EXPECT_TRUE(other->canceled.stop_requested());
+}
+
+TEST(LoadOrder, CancelsAllWhenItIsCleared) {
+  LoadOrder order;
+  order.add({request(1)});
+  const auto taken = order.take();
+  order.clear();
+  EXPECT_TRUE(taken->canceled.stop_requested());
+}
+
 TEST(LoadOrder, ForgetsWhatIsAtWorkWhenItIsCleared) {
   LoadOrder order;
   order.want({request(1)}, {});
@@ -79,16 +120,16 @@ TEST(LoadOrder, ForgetsWhatIsAtWorkWhenItIsCleared) {
   EXPECT_EQ(order.atWork(), 0u);
 }
 
-/// Jobs of one source, which count those that ran.
+/// Long jobs of one source.
 class Jobs final : public Workers::Source {
  public:
   void add(std::function<void()> job) {
     const std::lock_guard lock(mutex_);
     jobs_.push_back(std::move(job));
   }
-  std::function<void()> take() override {
+  std::function<void()> take(Workers::Duty duty) override {
     const std::lock_guard lock(mutex_);
-    if (jobs_.empty()) return {};
+    if (duty == Workers::Duty::kShort || jobs_.empty()) return {};
     auto job = std::move(jobs_.front());
     jobs_.pop_front();
     return job;
@@ -138,8 +179,7 @@ TEST(WorkersOfViews, RunTheJobsOfAllSources) {
 }
 
 TEST(WorkersOfViews, AlternateBetweenSources) {
-  Counter done;
-  Counter go;
+  Counter begun, go, done;
   std::mutex mutex;
   std::string order;
   Workers workers(1);
@@ -154,16 +194,37 @@ TEST(WorkersOfViews, AlternateBetweenSources) {
       done.increment();
     };
   };
-  workers.later([&] { go.waitFor(1); });
+  one->add([&] {
+    begun.increment();
+    go.waitFor(1);
+  });
   for (int i = 0; i < 3; ++i) {
     one->add(write('a'));
     other->add(write('b'));
   }
   workers.add(one);
+  ASSERT_TRUE(begun.waitFor(1));
   workers.add(other);
   go.increment();
   ASSERT_TRUE(done.waitFor(6));
   EXPECT_TRUE(order == "ababab" || order == "bababa") << order;
+}
+
+TEST(WorkersOfViews, DoShortJobsWhileAllThreadsHaveLongOnes) {
+  Counter begun, mayEnd, done;
+  Workers workers(2);
+  const auto jobs = std::make_shared<Jobs>();
+  for (int i = 0; i < 2; ++i) {
+    jobs->add([&] {
+      begun.increment();
+      mayEnd.waitFor(1);
+    });
+  }
+  workers.add(jobs);
+  ASSERT_TRUE(begun.waitFor(2));
+  workers.later([&] { done.increment(); });
+  EXPECT_TRUE(done.waitFor(1));
+  mayEnd.increment();
 }
 
 TEST(WorkersOfViews, EndWhileASourceIsStillThere) {

@@ -246,6 +246,71 @@ TEST_F(Loading, ClosingTheViewDoesNotWaitForADecoder) {
   EXPECT_EQ(access_->begun().size(), 1u);
 }
 
+TEST_F(Loading, LeavingAFolderStopsItsDecoders) {
+  makeWithThreads(2);
+  access_->noticeCancellation();
+  access_->hold();
+  fill(3);
+  view().Folder("/pictures");
+  ASSERT_TRUE(runUntil([this] { return view().itemCount() == 3; }));
+  ASSERT_TRUE(access_->waitForBegun(2));
+  view().Folder("/other");
+  ASSERT_TRUE(runUntil([this] { return view().itemCount() == 3; }));
+  // The threads are free although nobody has let the decoders go on.
+  EXPECT_TRUE(access_->waitForBegun(4));
+  EXPECT_EQ(access_->canceled(), 2u);
+  access_->release();
+  settle();
+  EXPECT_EQ(events_.back(), "complete");
+}
+
+TEST_F(Loading, ClosingTheViewStopsItsDecoders) {
+  access_->noticeCancellation();
+  access_->hold();
+  fill(1);
+  view().Folder("/pictures");
+  ASSERT_TRUE(runUntil([this] { return view().itemCount() == 1; }));
+  ASSERT_TRUE(access_->waitForBegun(1));
+  view_.reset();
+  // Its end waits for the job at work.
+  workers_.reset();
+  EXPECT_EQ(access_->canceled(), 1u);
+}
+
+TEST_F(Loading, ALargePictureThatIsNoLongerShownIsCanceled) {
+  fill(30);
+  open();
+  access_->noticeCancellation();
+  access_->hold();
+  const std::size_t begun = access_->begun().size();
+  view().View(kViewSingle);
+  ASSERT_TRUE(access_->waitForBegun(begun + 1));
+  view().selectOnly(20);
+  ASSERT_TRUE(access_->waitForBegun(begun + 2));
+  EXPECT_EQ(access_->begun()[begun], "1.jpg");
+  EXPECT_EQ(access_->begun()[begun + 1], "21.jpg");
+  access_->release();
+  settle();
+  EXPECT_EQ(view().largePicture().bitmap.width(), 400);
+  view().selectOnly(0);
+  settle();
+  EXPECT_EQ(view().largePicture().bitmap.width(), 400) << "it is loaded when it is shown again";
+}
+
+TEST_F(Loading, AThumbnailThatScrolledAwayIsNotCanceledDuringTheLoad) {
+  access_->noticeCancellation();
+  access_->hold();
+  fill(100);
+  view().Folder("/pictures");
+  ASSERT_TRUE(runUntil([this] { return view().itemCount() == 100; }));
+  ASSERT_TRUE(access_->waitForBegun(1));
+  view().scrollTo(2000);
+  access_->release();
+  settle();
+  EXPECT_EQ(access_->canceled(), 0u);
+  EXPECT_EQ(events_.back(), "complete");
+}
+
 TEST_F(Loading, AnotherFolderEndsTheLoadFirst) {
   fill(2);
   access_->hold();
