@@ -22,7 +22,6 @@ void ThumbnailViewModel::Inside::press(std::int32_t modifiers, Point position) {
   const Rectangle strip = arrangement.strip();
   if (mode == kViewSingle || position.Y < strip.Top) return;
   gesture = Gesture::kBand;
-  if ((modifiers & (kCtrlMask | kShiftMask)) == 0) selection.clear();
   band.begin(arrangement, scroll, position, modifiers, selection);
 }
 

@@ -13,13 +13,8 @@ Rectangle grown(const Rectangle& area) {
 }  // namespace
 
 ThumbnailViewModel::Inside::Appearance ThumbnailViewModel::Inside::appearance() const {
-  Appearance now{scroll, arrangement.scrollRange(), visible(), {}, focus, largeItem(), selection.count(), {}};
-  now.selected.reserve(static_cast<std::size_t>(now.visible.last - now.visible.first));
-  for (std::int32_t item = now.visible.first; item < now.visible.last; ++item) {
-    now.selected.push_back(selection.contains(item));
-  }
-  now.band = band.rectangle(arrangement, scroll);
-  return now;
+  return {scroll,      arrangement.scrollRange(),          visible(), selection, focus,
+          largeItem(), band.rectangle(arrangement, scroll)};
 }
 
 void ThumbnailViewModel::Inside::showDifference(const Appearance& before) {
@@ -29,9 +24,8 @@ void ThumbnailViewModel::Inside::showDifference(const Appearance& before) {
     invalidateAll();
   } else {
     for (std::int32_t item = now.visible.first; item < now.visible.last; ++item) {
-      const auto i = static_cast<std::size_t>(item - now.visible.first);
       const bool focusMoved = now.focus != before.focus && (item == now.focus || item == before.focus);
-      if (focusMoved || now.selected[i] != before.selected[i]) {
+      if (focusMoved || now.selection.contains(item) != before.selection.contains(item)) {
         view.invalidate(arrangement.place(item, scroll).cell);
       }
     }
@@ -44,7 +38,7 @@ void ThumbnailViewModel::Inside::showDifference(const Appearance& before) {
     }
   }
   if (now.focus != before.focus) view.focusItemChanged();
-  if (now.selectedCount != before.selectedCount || now.selected != before.selected) view.selectionChanged();
+  if (!now.selection.sameItems(before.selection)) view.selectionChanged();
 }
 
 void ThumbnailViewModel::Inside::invalidateAll() { view.invalidate({0, 0, viewport.Width, viewport.Height}); }
@@ -92,7 +86,9 @@ void ThumbnailViewModel::Inside::moveFocus(std::int32_t item) {
 }
 
 void ThumbnailViewModel::Inside::selectShown() {
-  if (mode != kViewThumbnail && focus >= 0 && selection.count() == 0) selection.only(focus);
+  if (mode == kViewThumbnail || focus < 0) return;
+  const bool alone = selection.count() == 1 && selection.contains(focus);
+  if (selection.count() == 0 || (mode == kViewSingle && !alone)) selection.only(focus);
 }
 
 Size ThumbnailViewModel::Inside::paintedSize(const Item& item, const engine::Bitmap& bitmap,

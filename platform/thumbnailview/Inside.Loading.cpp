@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <system_error>
 #include <utility>
 
@@ -67,6 +68,8 @@ void ThumbnailViewModel::Inside::emptyList() {
   invalidateAll();
   view.scrollChanged();
   view.itemsChanged();
+  view.selectionChanged();
+  view.focusItemChanged();
 }
 
 std::int32_t ThumbnailViewModel::Inside::percent() const {
@@ -90,7 +93,7 @@ LoadRequest ThumbnailViewModel::Inside::requestFor(const Item& item, std::int32_
 // ---------------------------------------------------------------------------------------------- listing
 
 void ThumbnailViewModel::Inside::listed(std::vector<FoundFile> files, const std::string& trouble) {
-  problem = trouble;
+  setProblem(trouble);
   const bool first = phase == Phase::kSearching;
   const ListChange change = list.replace(std::move(files));
   follow(change);
@@ -102,6 +105,8 @@ void ThumbnailViewModel::Inside::listed(std::vector<FoundFile> files, const std:
   invalidateAll();
   loadedCount = 0;
   for (const auto& item : list.items()) {
+    // What has failed may have been a matter of memory or of permissions.
+    if (item->broken()) item->madeSide = 0;
     item->counted = !item->needs(side);
     if (item->counted) ++loadedCount;
   }
@@ -116,11 +121,28 @@ void ThumbnailViewModel::Inside::listed(std::vector<FoundFile> files, const std:
 }
 
 void ThumbnailViewModel::Inside::changed(Changes changes) {
-  if (changes.folderGone) problem = "The folder no longer exists.";
+  if (changes.folderGone) setProblem("The folder no longer exists.");
   const ListChange change = changes.folderGone ? list.replace({}) : list.apply(std::move(changes));
   follow(change);
   requestFresh(change);
   finishIfComplete();
+}
+
+void ThumbnailViewModel::Inside::setProblem(const std::string& sentence) {
+  if (sentence == problem) return;
+  problem = sentence;
+  invalidateAll();
+  view.itemsChanged();
+}
+
+std::int32_t ThumbnailViewModel::Inside::focusAfter(const ListChange& change) const {
+  const std::int32_t from = std::max(focus, 0);
+  const auto stays = [](std::int32_t place) { return place >= 0; };
+  const auto begin = change.places.begin(), end = change.places.end();
+  const auto middle = begin + std::min(from, static_cast<std::int32_t>(end - begin));
+  if (const auto next = std::find_if(middle, end, stays); next != end) return *next;
+  const auto last = std::find_if(std::reverse_iterator(middle), std::reverse_iterator(begin), stays);
+  return last.base() != begin ? *last : std::min(from, list.count() - 1);
 }
 
 void ThumbnailViewModel::Inside::follow(const ListChange& change) {
@@ -133,10 +155,13 @@ void ThumbnailViewModel::Inside::follow(const ListChange& change) {
   if (!change.any) return;
 
   endGesture();
-  selection.remap(change.places, list.count());
+  const bool hadSelection = selection.count() > 0, focusShown = visible().contains(focus);
   const std::int32_t focusBefore = focus;
-  if (focus >= 0) focus = change.places[static_cast<std::size_t>(focus)];
-  if (focus < 0) focus = std::min(std::max(focusBefore, 0), list.count() - 1);
+  const bool focusGone = focus >= 0 && change.places[static_cast<std::size_t>(focus)] < 0;
+  selection.remap(change.places, list.count());
+  focus = focusAfter(change);
+  // After a command has deleted or moved the selected files, the user goes on with the next one.
+  if (hadSelection && selection.count() == 0 && focus >= 0) selection.only(focus);
   pictures.recount(list);
   if (phase == Phase::kLoading) {
     loadedCount = static_cast<std::int32_t>(std::count_if(list.items().begin(), list.items().end(),
@@ -148,6 +173,7 @@ void ThumbnailViewModel::Inside::follow(const ListChange& change) {
   }
   arrange();
   returnToAnchor();
+  if (focusGone && focusShown) setScroll(arrangement.scrollToShow(focus, scroll));
   // The anchor itself may be gone.
   const auto kept = anchor.lock();
   if (!kept || kept->place < 0) anchorView();
@@ -156,6 +182,7 @@ void ThumbnailViewModel::Inside::follow(const ListChange& change) {
   view.scrollChanged();
   view.itemsChanged();
   view.selectionChanged();
+  if (focusGone || focus != focusBefore) view.focusItemChanged();
 }
 
 void ThumbnailViewModel::Inside::requestFresh(const ListChange& change) {
@@ -223,6 +250,12 @@ void ThumbnailViewModel::Inside::readAgain(Item& item, LoadResult& result) {
 }
 
 void ThumbnailViewModel::Inside::accept(Item& item, LoadResult& result) {
+  if (result.broken && result.side > side) {
+    // For the large picture alone the memory may not suffice: the thumbnail is shown instead.
+    item.notice = std::move(result.notice);
+    large.put(item.key, {item.bitmap, item.bitmapVersion});
+    return;
+  }
   if (result.pictureSize != Size{}) item.pictureSize = result.pictureSize;
   item.notice = std::move(result.notice);
   if (result.broken) {

@@ -51,6 +51,8 @@ struct ThumbnailViewModel::Inside final : FolderLoader::Listener {
   void loaded(std::vector<LoadResult> results) override;
   void changed(Changes changes) override;
 
+  /// Sets why the folder cannot be read, which is shown; empty if it can.
+  void setProblem(const std::string& sentence);
   void follow(const ListChange& change);
   void requestFresh(const ListChange& change);
   void readAgain(Item& item, LoadResult& result);
@@ -79,10 +81,9 @@ struct ThumbnailViewModel::Inside final : FolderLoader::Listener {
     std::int64_t scroll = 0;
     std::int64_t range = 0;
     ItemRange visible;
-    std::vector<bool> selected;
+    Selection selection;
     std::int32_t focus = -1;
     std::int32_t large = -1;
-    std::int32_t selectedCount = 0;
     Rectangle band;
   };
   Appearance appearance() const;
@@ -92,6 +93,7 @@ struct ThumbnailViewModel::Inside final : FolderLoader::Listener {
   void alter(Change change) {
     const Appearance before = appearance();
     change();
+    if (mode == kViewSingle) selectShown();
     if (scroll != before.scroll) anchorView();
     showDifference(before);
     updateWanted();
@@ -109,8 +111,11 @@ struct ThumbnailViewModel::Inside final : FolderLoader::Listener {
   ItemRange kept() const;
   /// Moves the focus and makes the item visible.
   void moveFocus(std::int32_t item);
-  /// In the views with a large picture the picture shown is selected.
+  /// In the views with a large picture the picture shown is selected. In the single view it is alone, since
+  /// commands must not mean files that are not visible.
   void selectShown();
+  /// Where the focus item is after a change of the list: the next item if it is gone, or else the last one.
+  std::int32_t focusAfter(const ListChange& change) const;
   Size paintedSize(const Item& item, const engine::Bitmap& bitmap, std::int32_t askedFor) const;
 
   // Input: Inside.Input.cpp.

@@ -10,11 +10,13 @@ RubberBand::Corner RubberBand::cornerOf(const Arrangement& arrangement, std::int
 }
 
 void RubberBand::begin(const Arrangement& arrangement, std::int64_t scroll, Point position,
-                       std::int32_t modifiers, const Selection& selection) {
+                       std::int32_t modifiers, Selection& selection) {
   active_ = true;
   inverts_ = (modifiers & kCtrlMask) != 0;
   from_ = to_ = cornerOf(arrangement, scroll, position);
   before_ = selection;
+  if ((modifiers & (kCtrlMask | kShiftMask)) == 0) selection.clear();
+  base_ = selection;
 }
 
 ContentArea RubberBand::area() const {
@@ -25,9 +27,9 @@ ContentArea RubberBand::area() const {
 void RubberBand::update(const Arrangement& arrangement, std::int64_t scroll, Point position,
                         Selection& selection) {
   to_ = cornerOf(arrangement, scroll, position);
-  selection = before_;
-  arrangement.forEachIn(
-      area(), [&](std::int32_t item) { selection.set(item, !inverts_ || !before_.contains(item)); });
+  selection = base_;
+  arrangement.forEachIn(area(),
+                        [&](std::int32_t item) { selection.set(item, !inverts_ || !base_.contains(item)); });
 }
 
 Rectangle RubberBand::rectangle(const Arrangement& arrangement, std::int64_t scroll) const {

@@ -12,13 +12,13 @@ namespace kestrel::thumbnails {
 class RubberBand {
  public:
   bool active() const { return active_; }
-  /// Begins at a position of the viewport.
+  /// Begins at a position of the viewport. Without modifiers it clears the selection.
   void begin(const Arrangement& arrangement, std::int64_t scroll, Point position, std::int32_t modifiers,
-             const Selection& selection);
+             Selection& selection);
   /// The other corner is at this position of the viewport. Changes the selection.
   void update(const Arrangement& arrangement, std::int64_t scroll, Point position, Selection& selection);
   void end() { active_ = false; }
-  /// The selection as it was at the beginning.
+  /// The selection as it was before the band.
   const Selection& before() const { return before_; }
 
   /// The band in the viewport, without what is outside; empty if it is not active.
@@ -38,6 +38,7 @@ class RubberBand {
   Corner from_;
   Corner to_;
   Selection before_;
+  Selection base_;  ///< what the touched items are added to
 };
 
 }  // namespace kestrel::thumbnails

@@ -15,6 +15,8 @@ class Selection {
 
   bool contains(std::int32_t item) const;
   std::int32_t count() const { return selected_; }
+  /// Whether both select the same items of the same list.
+  bool sameItems(const Selection& other) const { return flags_ == other.flags_; }
   /// The selected items in ascending order.
   const std::vector<std::int32_t>& items() const;
 

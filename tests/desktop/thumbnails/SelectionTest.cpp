@@ -126,8 +126,9 @@ TEST_F(ThumbnailSelection, EscapeTakesTheRubberBandBack) {
   ASSERT_EQ(bench.selection(), "0 1");
   bench.key(Qt::Key_Escape);
   EXPECT_EQ(bench.view().rubberBand(), Rectangle{});
+  EXPECT_EQ(bench.selection(), "2");
   bench.release(bench.middleOf(1));
-  EXPECT_NE(bench.selection(), "0 1");
+  EXPECT_EQ(bench.selection(), "2");
 }
 
 TEST_F(ThumbnailSelection, ArrowsMoveAndShiftExtends) {
@@ -187,6 +188,50 @@ TEST_F(ThumbnailSelection, EnterOpensAndDeleteAsks) {
   bench.key(Qt::Key_Delete);
   EXPECT_EQ(deletes, 1);
   EXPECT_TRUE(folder.has("img2.png")) << "the command deletes, not the view";
+}
+
+/// The view of a container that deletes the selected files at once.
+class ThumbnailDeletion : public ThumbnailSelection {
+ protected:
+  std::string deleteByKey() {
+    std::string deleted;
+    const Connection remove = bench.view().DeletePressed.Connect([&] {
+      Thumbnails& selected = bench.view().SelectedItems();
+      for (std::int32_t i = 1; i <= selected.Count(); ++i) {
+        const std::string file = selected.Item(i).Filename();
+        const std::string name = file.substr(file.rfind('/') + 1);
+        folder.remove(name);
+        deleted += (deleted.empty() ? "" : " ") + name;
+      }
+      bench.view().Refresh();
+    });
+    bench.key(Qt::Key_Delete);
+    EXPECT_TRUE(eventually([&] { return bench.view().settled(); }));
+    return deleted;
+  }
+};
+
+TEST_F(ThumbnailDeletion, SelectsTheNextPictureInTheGrid) {
+  bench.click(1);
+  EXPECT_EQ(deleteByKey(), "img2.png");
+  EXPECT_EQ(bench.selection(), "1");
+  EXPECT_EQ(deleteByKey(), "img3.png") << "the key deletes one after the other";
+  bench.key(Qt::Key_End);
+  EXPECT_EQ(deleteByKey(), "img12.png");
+  EXPECT_EQ(bench.selection(), std::to_string(bench.view().itemCount() - 1)) << "the last one";
+}
+
+TEST_F(ThumbnailDeletion, MeansThePictureShownInTheSingleView) {
+  bench.click(1);
+  bench.key(Qt::Key_A, Qt::ControlModifier);
+  ASSERT_EQ(bench.view().SelectedItems().Count(), 12);
+  bench.view().View(kViewSingle);
+  settle();
+  bench.key(Qt::Key_A, Qt::ControlModifier);
+  EXPECT_EQ(deleteByKey(), "img2.png");
+  EXPECT_EQ(bench.view().itemCount(), 11);
+  EXPECT_EQ(bench.view().largeItem(), 1);
+  EXPECT_EQ(deleteByKey(), "img3.png");
 }
 
 TEST_F(ThumbnailSelection, DoubleClickReportsTheItem) {

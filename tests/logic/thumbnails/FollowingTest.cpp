@@ -1,3 +1,5 @@
+#include <new>
+
 #include "ViewTest.h"
 
 namespace kestrel::thumbnails {
@@ -66,8 +68,92 @@ TEST_F(Following, TheFocusMovesOnWhenItsFileGoes) {
   access_->remove("d.jpg");
   access_->reportGone("d.jpg");
   ASSERT_TRUE(runUntilCount(2));
+  EXPECT_EQ(nameOf(view().focusItem()), "f.jpg");
+  EXPECT_THAT(selected(), ElementsAre(1)) << "the next one, for the next command";
+}
+
+TEST_F(Following, TheFileAfterAllSelectedOnesIsSelectedWhenTheyGo) {
+  for (const char* name : {"g.jpg", "h.jpg"}) access_->put(name);
+  view().Refresh();
+  settle();
+  view().key(Key::kRight, kShiftMask);  // d.jpg and f.jpg, which has the focus
+  for (const char* name : {"d.jpg", "f.jpg"}) access_->remove(name);
+  view().Refresh();
+  settle();
+  EXPECT_EQ(nameOf(view().focusItem()), "g.jpg");
+  EXPECT_THAT(selected(), ElementsAre(1));
+}
+
+TEST_F(Following, TheSameWhenTheyGoOneByOne) {
+  for (const char* name : {"g.jpg", "h.jpg"}) access_->put(name);
+  view().Refresh();
+  settle();
+  view().key(Key::kRight, kShiftMask);
+  std::int32_t count = 5;
+  for (const char* name : {"d.jpg", "f.jpg"}) {
+    access_->remove(name);
+    access_->reportGone(name);
+    ASSERT_TRUE(runUntilCount(--count));
+  }
+  EXPECT_EQ(nameOf(view().focusItem()), "g.jpg");
+  EXPECT_THAT(selected(), ElementsAre(1));
+}
+
+TEST_F(Following, TheLastFileIsSelectedWhenThoseAtTheEndGo) {
+  view().key(Key::kRight, kShiftMask);
+  for (const char* name : {"d.jpg", "f.jpg"}) access_->remove(name);
+  view().Refresh();
+  settle();
+  EXPECT_EQ(nameOf(view().focusItem()), "b.jpg");
+  EXPECT_THAT(selected(), ElementsAre(0));
+}
+
+TEST_F(Following, NothingIsSelectedInPlaceOfAFileThatWasOneOfSeveral) {
+  view().key(Key::kLeft, kShiftMask);  // b.jpg and d.jpg
+  access_->remove("d.jpg");
+  access_->reportGone("d.jpg");
+  ASSERT_TRUE(runUntilCount(2));
+  EXPECT_THAT(selected(), ElementsAre(0));
+}
+
+TEST_F(Following, NothingIsSelectedInPlaceOfAFileThatWasNot) {
+  view().select(1, false);
+  access_->remove("d.jpg");
+  access_->reportGone("d.jpg");
+  ASSERT_TRUE(runUntilCount(2));
   EXPECT_THAT(selected(), IsEmpty());
   EXPECT_EQ(nameOf(view().focusItem()), "f.jpg");
+}
+
+TEST_F(Following, TheFileThatIsSelectedNextIsVisible) {
+  fill(60);
+  view().Refresh();
+  settle();
+  // The first two rows, of which only the second one is visible.
+  view().selectOnly(0);
+  view().key(Key::kDown, kShiftMask);
+  for (int i = 0; i < 3; ++i) view().key(Key::kRight, kShiftMask);
+  view().scrollTo(170);
+  for (std::int32_t item = 0; item < 8; ++item) access_->remove(nameOf(item));
+  view().Refresh();
+  settle();
+  EXPECT_EQ(view().focusItem(), 0);
+  EXPECT_EQ(nameOf(0), "9.jpg");
+  EXPECT_GE(view().placeOf(0).cell.Top, 0);
+}
+
+TEST_F(Following, ChangesOfFocusAndSelectionAreReported) {
+  access_->remove("d.jpg");
+  view().focusChanges = view().selectionChanges = view().itemChanges = 0;
+  access_->reportGone("d.jpg");
+  ASSERT_TRUE(runUntilCount(2));
+  EXPECT_GT(view().itemChanges, 0);
+  EXPECT_GT(view().selectionChanges, 0);
+  EXPECT_GT(view().focusChanges, 0);
+  view().focusChanges = view().selectionChanges = 0;
+  view().Clear();
+  EXPECT_GT(view().selectionChanges, 0);
+  EXPECT_GT(view().focusChanges, 0);
 }
 
 TEST_F(Following, AChangedFileKeepsItsPictureUntilTheNewOneIsThere) {
@@ -156,6 +242,33 @@ TEST_F(Following, AFolderThatVanishesIsEmpty) {
   ASSERT_TRUE(runUntilCount(0));
   EXPECT_EQ(view().message(), "The folder no longer exists.");
   EXPECT_EQ(view().focusItem(), -1);
+}
+
+TEST_F(Following, AnEmptyFolderThatVanishesIsRepaintedWithTheSentence) {
+  for (const char* name : {"b.jpg", "d.jpg", "f.jpg"}) access_->remove(name);
+  view().Refresh();
+  settle();
+  view().invalid.clear();
+  view().itemChanges = 0;
+  os::FolderChanges changes;
+  changes.folderGone = true;
+  access_->report(std::move(changes));
+  ASSERT_TRUE(runUntil([this] { return view().message() == "The folder no longer exists."; }));
+  EXPECT_THAT(view().invalid, testing::Contains(Rectangle{0, 0, 600, 400}));
+  EXPECT_GT(view().itemChanges, 0) << "for assistive technology";
+}
+
+TEST_F(Following, IsNotDelayedByDecodersOnAllThreads) {
+  access_->hold();
+  const std::size_t begun = access_->begun().size();
+  access_->put("e.jpg");
+  access_->reportChanged("e.jpg");
+  ASSERT_TRUE(runUntil([this] { return view().itemCount() == 4; }));
+  ASSERT_TRUE(access_->waitForBegun(begun + 1)) << "the only thread for decoders has one";
+  access_->remove("b.jpg");
+  access_->reportGone("b.jpg");
+  EXPECT_TRUE(runUntil([this] { return view().itemCount() == 3; }));
+  EXPECT_EQ(nameOf(0), "d.jpg");
 }
 
 TEST_F(Following, AFolderThatComesBackIsListedWhenTheWindowIsActivated) {
@@ -284,6 +397,22 @@ TEST_F(Following, AnActivatedWindowDoesNotListAWatchedFolder) {
   view().activated();
   settle();
   EXPECT_EQ(access_->scans(), scans);
+}
+
+TEST_F(Following, RefreshReadsAFileAgainThatFailedForLackOfMemory) {
+  access_->atEndOfDecode([](const std::string&) { throw std::bad_alloc(); });
+  access_->put("e.jpg", {.shade = 4});
+  access_->reportChanged("e.jpg");
+  ASSERT_TRUE(runUntil([this] { return view().itemCount() == 4 && view().settled(); }));
+  EXPECT_EQ(view().factsOf(2).state, ItemState::kBroken);
+  EXPECT_FALSE(view().factsOf(2).notice.empty());
+  EXPECT_FALSE(store_->keepsFailure("/pictures/e.jpg")) << "the file is not to blame";
+  EXPECT_EQ(shadeOf(1), 1) << "the others are shown";
+  access_->atEndOfDecode(nullptr);
+  view().Refresh();
+  settle();
+  EXPECT_EQ(view().factsOf(2).state, ItemState::kShown);
+  EXPECT_EQ(shadeOf(2), 4);
 }
 
 TEST_F(Following, RefreshKeepsPicturesAndSelection) {

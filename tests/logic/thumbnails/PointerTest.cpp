@@ -163,6 +163,15 @@ TEST_F(Pointer, EscapeGivesTheRubberBandUp) {
   EXPECT_EQ(view().rubberBand(), Rectangle{});
 }
 
+TEST_F(Pointer, EscapeGivesBackTheSelectionBeforeTheRubberBand) {
+  click(9);
+  down(kGround);
+  moveTo({310, 200});
+  ASSERT_THAT(selected(), ElementsAre(5, 6));
+  EXPECT_TRUE(view().key(Key::kEscape, 0));
+  EXPECT_THAT(selected(), ElementsAre(9));
+}
+
 TEST_F(Pointer, ARubberBandBeyondTheEdgeScrolls) {
   down(kGround);
   moveTo({310, 390});

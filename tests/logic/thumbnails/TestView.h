@@ -40,12 +40,16 @@ class TestView final : public ThumbnailViewModel {
   int scrollChanges = 0;
   bool autoScrolls = false;
   int drags = 0;
+  int itemChanges = 0, selectionChanges = 0, focusChanges = 0;
 
  protected:
   void invalidate(const Rectangle& area) override { invalid.push_back(area); }
   void scrollChanged() override { ++scrollChanges; }
   void autoScroll(bool on) override { autoScrolls = on; }
   void beginDrag() override { ++drags; }
+  void itemsChanged() override { ++itemChanges; }
+  void selectionChanged() override { ++selectionChanges; }
+  void focusItemChanged() override { ++focusChanges; }
 
  private:
   std::string name_ = "thvBrowse";

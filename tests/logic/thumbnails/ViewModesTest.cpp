@@ -1,3 +1,5 @@
+#include <new>
+
 #include "ViewTest.h"
 #include "base/RuntimeError.h"
 #include "platform/thumbnailview/LargePictures.h"
@@ -50,6 +52,64 @@ TEST_F(ViewModes, ASelectionOfSeveralStays) {
   view().View(kViewFilmstrip);
   EXPECT_THAT(selected(), ElementsAre(3, 4));
   EXPECT_EQ(view().largeItem(), 4);
+}
+
+TEST_F(ViewModes, TheSingleViewSelectsThePictureShownAlone) {
+  view().selectOnly(3);
+  view().key(Key::kRight, kShiftMask);
+  view().View(kViewSingle);
+  EXPECT_EQ(view().largeItem(), 4);
+  EXPECT_THAT(selected(), ElementsAre(4)) << "commands mean what is visible";
+}
+
+TEST_F(ViewModes, InTheSingleViewNothingElseCanBeSelected) {
+  view().selectOnly(3);
+  view().View(kViewSingle);
+  EXPECT_TRUE(view().key(Key::kSelectAll, kCtrlMask));
+  EXPECT_THAT(selected(), ElementsAre(3));
+  view().key(Key::kRight, kShiftMask);
+  EXPECT_THAT(selected(), ElementsAre(4));
+  view().key(Key::kRight, kCtrlMask);
+  EXPECT_THAT(selected(), ElementsAre(5));
+  view().key(Key::kSpace, kCtrlMask);
+  EXPECT_THAT(selected(), ElementsAre(5));
+  view().select(9, true);
+  view().select(5, false);
+  EXPECT_THAT(selected(), ElementsAre(5));
+  // On the picture, on its name, and below it.
+  for (const std::int32_t y : {100, 385, 399}) {
+    view().pointerDown(kLeftButton, kCtrlMask, {300, y});
+    view().pointerUp(kLeftButton, kCtrlMask, {300, y});
+    view().contextClick({300, y});
+    EXPECT_THAT(selected(), ElementsAre(5)) << y;
+  }
+}
+
+TEST_F(ViewModes, AChangeOfThePictureShownIsAChangeOfTheSelection) {
+  view().View(kViewSingle);
+  view().selectionChanges = 0;
+  view().key(Key::kRight, 0);
+  EXPECT_EQ(view().selectionChanges, 1);
+}
+
+TEST_F(ViewModes, ASelectionThatMovesWithThePageIsReported) {
+  // The same place of the viewport is selected before and afterwards.
+  view().layOut({600, 178}, metrics_);
+  view().selectOnly(0);
+  view().selectionChanges = 0;
+  view().key(Key::kDown, 0);
+  EXPECT_EQ(view().placeOf(4).cell.Top, 8);
+  EXPECT_EQ(view().selectionChanges, 1);
+}
+
+TEST_F(ViewModes, ALargePictureWithoutMemoryIsShownAsTheThumbnail) {
+  access_->atEndOfDecode([](const std::string&) { throw std::bad_alloc(); });
+  view().View(kViewSingle);
+  settle();
+  EXPECT_EQ(view().factsOf(0).state, ItemState::kShown);
+  EXPECT_FALSE(view().factsOf(0).notice.empty());
+  EXPECT_EQ(view().largePicture().bitmap.width(), 128);
+  EXPECT_FALSE(view().pictureOf(0).bitmap.empty());
 }
 
 TEST_F(ViewModes, ThePictureShownFollowsTheKeys) {
