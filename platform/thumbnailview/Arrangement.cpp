@@ -9,8 +9,13 @@ namespace {
 // Logical pixels.
 constexpr std::int32_t kGridPicture = 128;
 constexpr std::int32_t kStripPicture = 96;
+constexpr std::int32_t kLeastStripPicture = 32;
 constexpr std::int32_t kPadding = 6;
 constexpr std::int32_t kGap = 8;
+
+/// A low film strip leaves this percentage of its height to the row, as long as that makes its pictures
+/// smaller.
+constexpr std::int32_t kRowPercent = 40;
 
 std::int32_t scaled(std::int32_t logical, double scale) {
   return std::max(1, static_cast<std::int32_t>(std::lround(logical * scale)));
@@ -44,7 +49,7 @@ Arrangement::Arrangement(std::int32_t view, std::int32_t count, Size viewport, c
       lineHeight_(std::max(metrics.lineHeight, 0)) {
   switch (view) {
     case kViewFilmstrip:
-      setCell(scaled(kStripPicture, metrics.scale));
+      setCell(stripPicture(metrics.scale));
       layOutStrip();
       break;
     case kViewSingle:
@@ -62,6 +67,12 @@ void Arrangement::setCell(std::int32_t picture) {
   cell_ = {picture + 2 * padding_, picture + 3 * padding_ + lineHeight_};
 }
 
+std::int32_t Arrangement::stripPicture(double scale) const {
+  const auto row = static_cast<std::int32_t>(std::int64_t{viewport_.Height} * kRowPercent / 100);
+  const std::int32_t around = 3 * padding_ + lineHeight_ + 2 * gap_;
+  return std::clamp(row - around, scaled(kLeastStripPicture, scale), scaled(kStripPicture, scale));
+}
+
 void Arrangement::layOutGrid() {
   strip_ = {0, 0, viewport_.Width, viewport_.Height};
   const std::int32_t room = std::max(0, viewport_.Width - gap_);
@@ -76,7 +87,9 @@ void Arrangement::layOutGrid() {
 }
 
 void Arrangement::layOutStrip() {
-  const std::int32_t height = std::min(viewport_.Height, cell_.Height + 2 * gap_);
+  const std::int32_t row = cell_.Height + 2 * gap_;
+  // A row above which no picture of its own size fits is left out.
+  const std::int32_t height = viewport_.Height - row - 2 * gap_ < picture_ ? 0 : row;
   strip_ = {0, viewport_.Height - height, viewport_.Width, height};
   large_ = inset({0, 0, viewport_.Width, strip_.Top}, gap_);
   across_ = strip_.Top + gap_;
@@ -122,7 +135,7 @@ ItemPlace Arrangement::place(std::int32_t item, std::int64_t scroll) const {
                                            : Rectangle{across, along, cell_.Width, cell_.Height};
   return {cell,
           {cell.Left + padding_, cell.Top + padding_, picture_, picture_},
-          {cell.Left + padding_, cell.Top + picture_ + 2 * padding_, picture_, lineHeight_}};
+          {cell.Left, cell.Top + picture_ + 2 * padding_, cell.Width, lineHeight_}};
 }
 
 std::int32_t Arrangement::hit(Point position, std::int64_t scroll) const {

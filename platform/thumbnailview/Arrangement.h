@@ -23,7 +23,7 @@ struct Metrics {
 struct ItemPlace {
   Rectangle cell;     ///< what is highlighted, and what a click hits
   Rectangle picture;  ///< the box that the picture is fitted into
-  Rectangle name;     ///< one line for the name, elided in its middle
+  Rectangle name;     ///< one line as wide as the cell for the name, elided in its middle
 
   bool operator==(const ItemPlace&) const = default;
 };
@@ -52,7 +52,8 @@ struct ContentArea {
 std::int32_t gridPictureSide(double scale);
 
 /// Places items in the viewport: a grid that scrolls down, a film strip (one large picture above a row that
-/// scrolls to the right), or a single picture. A pure function of its parameters; positions and lengths along
+/// scrolls to the right; in a low viewport the row's pictures are smaller, or there is no row), or a single
+/// picture. A pure function of its parameters; positions and lengths along
 /// the scroll axis have 64 bits.
 class Arrangement {
  public:
@@ -106,6 +107,8 @@ class Arrangement {
 
  private:
   void setCell(std::int32_t picture);
+  /// Side of the pictures in the row of a film strip: smaller in a low viewport, for the large picture.
+  std::int32_t stripPicture(double scale) const;
   void layOutGrid();
   void layOutStrip();
   void layOutSingle();

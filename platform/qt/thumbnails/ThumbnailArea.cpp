@@ -276,7 +276,9 @@ void ThumbnailArea::paintEvent(QPaintEvent* event) {
     }
   });
   if (dropping_) painter_.paintDropFrame(painter, all);
-  if (painter_.isRough()) QTimer::singleShot(0, viewport(), [this] { repaintItems(); });
+  // A name may need a taller line than those before: the next paint lays out anew.
+  const bool taller = painter_.lineHeight() != metrics_.lineHeight;
+  if (painter_.isRough() || taller) QTimer::singleShot(0, viewport(), [this] { repaintItems(); });
 }
 
 void ThumbnailArea::paintItems(QPainter& painter, const QRegion& exposed) {

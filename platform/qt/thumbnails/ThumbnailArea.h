@@ -92,7 +92,6 @@ class ThumbnailArea final : public QAbstractScrollArea {
   void note(bool Noted::*what);
   /// Does what was noted.
   void catchUp();
-  void reportToAssistiveTechnology(const Noted& noted);
   /// Passes size and metrics to the view if they differ.
   void layOutView();
   void updateBars();

@@ -2,6 +2,9 @@
 
 #include <QFontMetricsF>
 #include <QPalette>
+#include <QTextLayout>
+#include <QTextLine>
+#include <QTextOption>
 #include <algorithm>
 #include <cmath>
 
@@ -77,10 +80,19 @@ int ThumbnailPainter::length(double logical) const {
   return std::max(1, static_cast<int>(std::lround(logical * scale_)));
 }
 
+int ThumbnailPainter::lineHeight() const {
+  return static_cast<int>(std::ceil(ascent_) + std::ceil(descent_));
+}
+
 void ThumbnailPainter::adopt(const QWidget& widget) {
   scale_ = widget.devicePixelRatioF();
-  font_ = scaledFont(widget.font(), scale_);
-  lineHeight_ = static_cast<int>(std::ceil(QFontMetricsF(font_).height()));
+  const QFont font = scaledFont(widget.font(), scale_);
+  if (font != font_ || ascent_ == 0) {
+    font_ = font;
+    const QFontMetricsF metrics(font_);
+    ascent_ = metrics.ascent();
+    descent_ = metrics.descent();
+  }
 
   const QPalette& palette = widget.palette();
   ground_ = palette.color(QPalette::Base);
@@ -147,14 +159,25 @@ void ThumbnailPainter::paintPicture(QPainter& painter, const QRect& box, const t
   painter.drawRect(rectOf(picture.target).adjusted(-1, -1, 0, 0));
 }
 
-void ThumbnailPainter::paintName(QPainter& painter, const QRect& place, const QString& name,
-                                 bool selected) const {
-  const QFontMetrics metrics(font_);
+void ThumbnailPainter::paintName(QPainter& painter, const QRect& place, const QString& name, bool selected) {
   const int padding = length(kNamePadding);
-  const QString shown = metrics.elidedText(name, Qt::ElideMiddle, place.width() - 2 * padding);
+  const QString shown = QFontMetrics(font_).elidedText(name, Qt::ElideMiddle, place.width() - 2 * padding);
+  QTextLayout text(shown, font_);
+  QTextOption oneLine;
+  oneLine.setWrapMode(QTextOption::NoWrap);
+  text.setTextOption(oneLine);
+  text.beginLayout();
+  const QTextLine line = text.createLine();
+  text.endLayout();
+  if (!line.isValid()) return;
+  // Characters that the font lacks come from others, which may be taller.
+  ascent_ = std::max(ascent_, line.ascent());
+  descent_ = std::max(descent_, line.descent());
+  const double width = line.naturalTextWidth();
+
   if (selected) {
-    QRect ground(0, 0, std::min(place.width(), metrics.horizontalAdvance(shown) + 2 * padding),
-                 place.height());
+    QRect ground(0, 0, std::min(place.width(), static_cast<int>(std::ceil(width)) + 2 * padding),
+                 lineHeight());
     ground.moveCenter(place.center());
     const double corner = kNameCorner * scale_;
     painter.setRenderHint(QPainter::Antialiasing);
@@ -163,9 +186,11 @@ void ThumbnailPainter::paintName(QPainter& painter, const QRect& place, const QS
     painter.drawRoundedRect(ground, corner, corner);
     painter.setRenderHint(QPainter::Antialiasing, false);
   }
-  painter.setFont(font_);
   painter.setPen(selected ? selectedText_ : text_);
-  painter.drawText(place, Qt::AlignCenter | Qt::TextSingleLine, shown);
+  // On whole pixels, and all names of a row on one base line.
+  const double left = std::floor(place.x() + (place.width() - width) / 2);
+  const int base = place.y() + (place.height() - lineHeight()) / 2 + static_cast<int>(std::ceil(ascent_));
+  text.draw(&painter, QPointF(left, base - line.ascent()));
 }
 
 void ThumbnailPainter::paintItem(QPainter& painter, const thumbnails::ItemPlace& place,

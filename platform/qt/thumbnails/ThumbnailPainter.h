@@ -26,8 +26,9 @@ class ThumbnailPainter {
   /// Takes the colors, the font and the scale of a widget. Call after each of their changes.
   void adopt(const QWidget& widget);
 
-  /// The height of a line of the names, in device pixels.
-  int lineHeight() const { return lineHeight_; }
+  /// The height of a line of the names, in device pixels: that of the font, and of the fonts that had to help
+  /// out for the names that were painted.
+  int lineHeight() const;
   double scale() const { return scale_; }
   QColor ground() const { return ground_; }
 
@@ -56,11 +57,11 @@ class ThumbnailPainter {
   void paintPicture(QPainter& painter, const QRect& box, const thumbnails::ItemFacts& facts,
                     const thumbnails::PaintedPicture& picture);
   void paintSign(QPainter& painter, const QRect& box, const QColor& text, const QColor& ground) const;
-  void paintName(QPainter& painter, const QRect& place, const QString& name, bool selected) const;
+  void paintName(QPainter& painter, const QRect& place, const QString& name, bool selected);
 
   double scale_ = 1;
   QFont font_;
-  int lineHeight_ = 0;
+  double ascent_ = 0, descent_ = 0;  ///< of a line of the names
   QColor ground_, text_, quiet_, outline_, placeholder_, hover_;
   QColor selection_, selectedGround_, selectedText_, stripGround_;
   QIcon brokenSign_;

@@ -2,9 +2,13 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QPainter>
 #include <QScrollBar>
+#include <QTextLayout>
+#include <QTextLine>
 #include <QWheelEvent>
 #include <QWindow>
+#include <algorithm>
 #include <cmath>
 
 #include "../Themes.h"
@@ -131,6 +135,75 @@ TEST_F(ThumbnailLooks, LongNameIsElidedInItsMiddle) {
   const Rectangle cell = bench.view().placeOf(0).cell;
   const int outside = cell.Left + cell.Width;
   EXPECT_EQ(inkIn(shown, {outside, name.Top, 2, name.Height}), 0) << "no text beyond the cell";
+}
+
+TEST_F(ThumbnailLooks, NameIsAsWideAsItsCell) {
+  folder.add(std::string(120, 'm') + ".png", Qt::gray);
+  folder.add("x.png", Qt::gray);
+  open();
+  const thumbnails::ItemPlace place = bench.view().placeOf(0);
+  const QImage shown = bench.grab();
+  int first = place.cell.Width, last = 0;
+  for (int x = 0; x < place.cell.Width; ++x) {
+    if (inkIn(shown, {place.cell.Left + x, place.name.Top, 1, place.name.Height}) == 0) continue;
+    first = std::min(first, x);
+    last = x;
+  }
+  // A cell is 12 wider than its picture; an elided text may miss one letter.
+  EXPECT_GT(last - first, place.picture.Width - static_cast<int>(8 * factor()));
+  EXPECT_LT(last, place.cell.Width);
+}
+
+TEST_F(ThumbnailLooks, NameInTallerFontsIsShownAsAWhole) {
+  const QString name = QStringLiteral("\u6F22\u5B57gjp.png");
+  folder.add("a.png", Qt::gray);
+  folder.add(name.toStdString(), Qt::gray);
+  const double scale = factor();
+  QFont font = bench.area().font();
+  font.setPixelSize(20);
+  bench.area().setFont(font);
+  open();
+  settle();
+  font.setPixelSize(static_cast<int>(std::lround(20 * scale)));
+  QTextLayout layout(name, font);
+  layout.beginLayout();
+  const QTextLine line = layout.createLine();
+  layout.endLayout();
+
+  const Rectangle place = bench.view().placeOf(1).name;
+  EXPECT_GE(place.Height, std::ceil(line.ascent()) + std::ceil(line.descent()));
+  // The same rows have ink as where nothing limits them.
+  QImage free(place.Width, 4 * place.Height, QImage::Format_RGB32);
+  free.fill(bench.area().palette().color(QPalette::Base));
+  {
+    QPainter painter(&free);
+    painter.setPen(bench.area().palette().color(QPalette::Text));
+    layout.draw(&painter, QPointF(4, place.Height));
+  }
+  const auto rowsWithInk = [](const QImage& image, const Rectangle& area) {
+    int rows = 0;
+    for (int y = area.Top; y < area.Top + area.Height; ++y) {
+      rows += inkIn(image, {area.Left, y, area.Width, 1}) > 0;
+    }
+    return rows;
+  };
+  EXPECT_EQ(rowsWithInk(bench.grab(), place), rowsWithInk(free, {0, 0, free.width(), free.height()}));
+  bench.screenshot("taller-names");
+}
+
+TEST_F(ThumbnailLooks, LowFilmStripHasSmallThumbnailsUnderALargePicture) {
+  folder.addMany(1);
+  folder.add("img2.png", Qt::blue, {1600, 1000});
+  open(kViewFilmstrip);
+  bench.click(1);
+  bench.window().resize(700, 220);
+  settle();
+  ASSERT_TRUE(eventually([&] { return bench.view().largePicture().bitmap.width() > 128; }));
+  const Rectangle large = bench.view().largePicture().target;
+  EXPECT_GT(large.Height, 2 * bench.view().placeOf(1).picture.Height);
+  EXPECT_EQ(at(bench.grab(), large), QColor(Qt::blue));
+  EXPECT_EQ(at(bench.grab(), bench.view().placeOf(1).picture), QColor(Qt::blue)) << "in the row, too";
+  bench.screenshot("low-film-strip");
 }
 
 TEST_F(ThumbnailLooks, BrokenFileHasASign) {

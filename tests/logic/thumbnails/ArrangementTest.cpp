@@ -22,7 +22,7 @@ TEST(Grid, PlacesPictureAndNameInTheCell) {
   const ItemPlace first = grid.place(0, 0);
   EXPECT_EQ(first.cell, (Rectangle{8, 8, 140, 162}));
   EXPECT_EQ(first.picture, (Rectangle{14, 14, 128, 128}));
-  EXPECT_EQ(first.name, (Rectangle{14, 148, 128, 16}));
+  EXPECT_EQ(first.name, (Rectangle{8, 148, 140, 16})) << "as wide as the cell";
   EXPECT_EQ(grid.place(5, 0).cell, (Rectangle{156, 178, 140, 162}));
   EXPECT_EQ(grid.place(5, 100).cell, (Rectangle{156, 78, 140, 162}));
 }
@@ -102,10 +102,26 @@ TEST(FilmStrip, HasALargePictureAboveARow) {
   EXPECT_EQ(strip.hit({130, 100}, 0), -1);
 }
 
-TEST(FilmStrip, HasNoLargePictureWhereThereIsNoRoom) {
-  const Arrangement strip(kViewFilmstrip, 20, {600, 100}, kPlain);
-  EXPECT_EQ(strip.large().Height, 0);
-  EXPECT_EQ(strip.strip().Height, 100);
+TEST(FilmStrip, HasSmallerPicturesInItsRowWhereItIsLow) {
+  // The row has 40 % of the height: 120, of which 50 are names and gaps.
+  const Arrangement low(kViewFilmstrip, 20, {600, 300}, kPlain);
+  EXPECT_EQ(low.strip(), (Rectangle{0, 180, 600, 120}));
+  EXPECT_EQ(low.place(0, 0).picture, (Rectangle{14, 194, 70, 70}));
+  EXPECT_EQ(low.large(), (Rectangle{8, 8, 584, 164}));
+  // At least 32 pixels a side.
+  const Arrangement lower(kViewFilmstrip, 20, {600, 160}, kPlain);
+  EXPECT_EQ(lower.place(0, 0).picture.Width, 32);
+  EXPECT_EQ(lower.strip().Height, 82);
+  EXPECT_EQ(lower.large().Height, 62);
+  const Arrangement scaledStrip(kViewFilmstrip, 20, {1200, 320}, {2, 32, 20});
+  EXPECT_EQ(scaledStrip.place(0, 0).picture.Width, 64);
+}
+
+TEST(FilmStrip, HasNoRowWhereThatLeavesNoLargePicture) {
+  const Arrangement strip(kViewFilmstrip, 20, {600, 129}, kPlain);
+  EXPECT_EQ(strip.strip(), (Rectangle{0, 129, 600, 0}));
+  EXPECT_EQ(strip.large(), (Rectangle{8, 8, 584, 113}));
+  EXPECT_EQ(Arrangement(kViewFilmstrip, 20, {600, 130}, kPlain).strip().Height, 82);
 }
 
 TEST(SingleView, IsOnePictureAboveItsName) {
