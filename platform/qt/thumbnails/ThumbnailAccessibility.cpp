@@ -135,6 +135,12 @@ class AccessibleThumbnails final : public QAccessibleWidget {
     return -1;
   }
 
+  /// The description is what is shown in place of items.
+  QString text(QAccessible::Text which) const override {
+    const bool asksForMessage = which == QAccessible::Description && view();
+    return asksForMessage ? translated(view()->message()) : QAccessibleWidget::text(which);
+  }
+
   QAccessible::State state() const override {
     QAccessible::State state = QAccessibleWidget::state();
     state.multiSelectable = true;
@@ -163,8 +169,10 @@ void useAccessibleThumbnails() {
 
 void reportItems(ThumbnailArea& area) {
   if (!QAccessible::isActive()) return;
-  QAccessibleEvent event(&area, QAccessible::ObjectReorder);
-  QAccessible::updateAccessibility(&event);
+  for (const QAccessible::Event what : {QAccessible::ObjectReorder, QAccessible::DescriptionChanged}) {
+    QAccessibleEvent event(&area, what);
+    QAccessible::updateAccessibility(&event);
+  }
 }
 
 void reportSelection(ThumbnailArea& area) {

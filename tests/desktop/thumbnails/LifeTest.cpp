@@ -8,6 +8,8 @@
 #include <QLocale>
 #include <QToolTip>
 #include <QWindow>
+#include <filesystem>
+#include <map>
 
 #include "ThumbnailBench.h"
 #include "platform/qt/exchange/FileExchange.h"
@@ -61,6 +63,9 @@ TEST_F(ThumbnailLife, ThereIsNoToolTipBetweenItems) {
   bench.open(folder);
   ASSERT_FALSE(tipAt(0).isEmpty());
   QWidget& viewport = *bench.area().viewport();
+  // A tip that does not end by itself for an hour.
+  QToolTip::showText(viewport.mapToGlobal(QPoint(1, 1)), QStringLiteral("tip"), &viewport, {}, 3'600'000);
+  ASSERT_TRUE(QToolTip::isVisible());
   QHelpEvent event(QEvent::ToolTip, QPoint(1, 1), viewport.mapToGlobal(QPoint(1, 1)));
   QApplication::sendEvent(&viewport, &event);
   EXPECT_TRUE(eventually([] { return !QToolTip::isVisible(); }));
@@ -74,6 +79,46 @@ TEST(ThumbnailDetails, OfAFileThatIsNotDecodedHaveNoSizeInPixels) {
   facts.state = thumbnails::ItemState::kBroken;
   EXPECT_EQ(qt::detailsOf(facts).back(), "This picture cannot be shown.");
 }
+
+/// Records what assistive technology would be notified of, while it lives.
+class Notifications {
+ public:
+  explicit Notifications(const QObject& area) : wasActive_(QAccessible::isActive()) {
+    object_ = &area;
+    counts_.clear();
+    focused_.clear();
+    before_ = QAccessible::installUpdateHandler(&record);
+    QAccessible::setActive(true);
+  }
+  Notifications(const Notifications&) = delete;
+  Notifications& operator=(const Notifications&) = delete;
+  ~Notifications() {
+    QAccessible::setActive(wasActive_);
+    QAccessible::installUpdateHandler(before_);
+  }
+
+  int of(QAccessible::Event type) const {
+    const auto found = counts_.find(type);
+    return found == counts_.end() ? 0 : found->second;
+  }
+  /// The name of the item that got the focus last.
+  std::string focused() const { return focused_; }
+
+ private:
+  static void record(QAccessibleEvent* event) {
+    if (event->object() != object_) return;
+    ++counts_[event->type()];
+    if (event->type() != QAccessible::Focus) return;
+    const QAccessibleInterface* const item = event->accessibleInterface();
+    focused_ = item ? item->text(QAccessible::Name).toStdString() : "";
+  }
+
+  inline static const QObject* object_ = nullptr;
+  inline static std::map<QAccessible::Event, int> counts_;
+  inline static std::string focused_;
+  bool wasActive_;
+  QAccessible::UpdateHandler before_ = nullptr;
+};
 
 class ThumbnailAccessibility : public ThumbnailLife {
  protected:
@@ -131,6 +176,56 @@ TEST_F(ThumbnailAccessibility, ActionsSelectAndOpen) {
   EXPECT_EQ(bench.selection(), "");
   actions->doAction(QAccessibleActionInterface::pressAction());
   EXPECT_TRUE(opened.ends_with("img3.png"));
+}
+
+TEST_F(ThumbnailAccessibility, ChangesOfSelectionAndFocusAreReported) {
+  const Notifications notifications(bench.area());
+  bench.click(1);
+  settle();
+  EXPECT_EQ(notifications.of(QAccessible::SelectionWithin), 1);
+  EXPECT_EQ(notifications.focused(), "img2.png");
+  bench.key(Qt::Key_Right);
+  settle();
+  EXPECT_EQ(notifications.of(QAccessible::SelectionWithin), 2);
+  EXPECT_EQ(notifications.focused(), "img3.png");
+  bench.key(Qt::Key_A, Qt::ControlModifier);
+  settle();
+  EXPECT_EQ(notifications.of(QAccessible::SelectionWithin), 3);
+}
+
+TEST_F(ThumbnailAccessibility, ThePictureShownInTheSingleViewIsReported) {
+  bench.view().View(kViewSingle);
+  settle();
+  const Notifications notifications(bench.area());
+  bench.key(Qt::Key_Right);
+  settle();
+  EXPECT_EQ(notifications.of(QAccessible::SelectionWithin), 1);
+  EXPECT_EQ(notifications.focused(), "img2.png");
+}
+
+TEST_F(ThumbnailAccessibility, FilesThatComeAndGoAreReported) {
+  bench.click(1);
+  settle();
+  const Notifications notifications(bench.area());
+  folder.add("img4.png");
+  EXPECT_TRUE(eventually([&] { return notifications.of(QAccessible::ObjectReorder) > 0; }));
+  ASSERT_TRUE(eventually([&] { return list().childCount() == 4; }));
+  settle();
+  folder.remove("img2.png");
+  EXPECT_TRUE(eventually([&] { return notifications.focused() == "img3.png"; }))
+      << "the focus moved to the next item";
+}
+
+TEST_F(ThumbnailAccessibility, WhatIsShownInPlaceOfItemsIsTheDescription) {
+  EXPECT_EQ(list().text(QAccessible::Description), "");
+  const Notifications notifications(bench.area());
+  std::filesystem::remove_all(folder.path());
+  EXPECT_TRUE(eventually([&] { return list().childCount() == 0; }));
+  EXPECT_TRUE(eventually([&] {
+    return list().text(QAccessible::Description) == QStringLiteral("The folder no longer exists.");
+  }));
+  settle();
+  EXPECT_GT(notifications.of(QAccessible::DescriptionChanged), 0);
 }
 
 TEST_F(ThumbnailAccessibility, ItemOfAVanishedFileIsInvalid) {
