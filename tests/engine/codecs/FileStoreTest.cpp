@@ -13,12 +13,14 @@
 #include <iterator>
 #include <random>
 
+#include "OrdinaryUser.h"
 #include "TestPictures.h"
 
 namespace kestrel::engine {
 namespace {
 
 namespace fs = std::filesystem;
+using kestrel::test::OrdinaryUser;
 using test::errorOf;
 
 /// Limits the size of files while it lives: simulates a full disk.
@@ -39,25 +41,6 @@ class FileSizeLimit {
  private:
   rlimit before_{};
   void (*handler_)(int);
-};
-
-/// Turns the superuser, who bypasses permissions, into an ordinary user who owns the folder while it lives.
-class OrdinaryUser {
- public:
-  explicit OrdinaryUser(const fs::path& folder) : wasSuperuser_(geteuid() == 0) {
-    if (!wasSuperuser_) return;
-    constexpr uid_t kNobody = 65534;
-    EXPECT_EQ(chown(folder.c_str(), kNobody, kNobody), 0);
-    EXPECT_EQ(seteuid(kNobody), 0);
-  }
-  OrdinaryUser(const OrdinaryUser&) = delete;
-  OrdinaryUser& operator=(const OrdinaryUser&) = delete;
-  ~OrdinaryUser() {
-    if (wasSuperuser_ && seteuid(0) != 0) ADD_FAILURE() << "still an ordinary user";
-  }
-
- private:
-  bool wasSuperuser_;
 };
 
 class FileStoreTest : public testing::Test {

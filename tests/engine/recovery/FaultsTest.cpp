@@ -1,80 +1,25 @@
 // A journal on disk is at every moment the previous or the next whole state: the process is killed before
-// each system call that changes the file, and each of them fails. The linker directs those calls here.
+// each system call that changes the file, and each of them fails.
 
-#include <fcntl.h>
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cerrno>
 #include <functional>
 #include <random>
 #include <thread>
 
+#include "FailingCalls.h"
 #include "RecoveryBench.h"
-
-namespace {
-
-enum class Fault { kNone, kKilled, kFails, kWritesLittle };
-
-std::atomic<Fault> fault{Fault::kNone};
-std::atomic<int> faultError{EIO};
-std::atomic<int> faultAt{0};  ///< the number of the call that is struck
-std::atomic<int> calls{0};    ///< since `strike`
-
-/// Counts a call; true if it shall fail, with errno set.
-bool struck() {
-  const bool now = ++calls == faultAt;
-  if (now && fault == Fault::kKilled) kill(getpid(), SIGKILL);
-  if (!now || fault != Fault::kFails) return false;
-  errno = faultError;
-  return true;
-}
-
-void strike(Fault what, int at, int error = EIO) {
-  fault = what;
-  faultAt = at;
-  faultError = error;
-  calls = 0;
-}
-
-}  // namespace
-
-extern "C" {
-ssize_t __real_write(int file, const void* data, std::size_t count);
-int __real_fsync(int file);
-int __real_fdatasync(int file);
-int __real_flock(int file, int operation);
-int __real_linkat(int from, const char* source, int to, const char* target, int flags);
-int __real_rename(const char* source, const char* target);
-int __real_unlink(const char* name);
-
-ssize_t __wrap_write(int file, const void* data, std::size_t count) {
-  if (struck()) return -1;
-  if (fault == Fault::kWritesLittle) {
-    if (calls % 3 == 0) {
-      errno = EINTR;
-      return -1;
-    }
-    count = std::min<std::size_t>(count, 100);
-  }
-  return __real_write(file, data, count);
-}
-int __wrap_fsync(int file) { return struck() ? -1 : __real_fsync(file); }
-int __wrap_fdatasync(int file) { return struck() ? -1 : __real_fdatasync(file); }
-int __wrap_flock(int file, int operation) { return struck() ? -1 : __real_flock(file, operation); }
-int __wrap_linkat(int from, const char* source, int to, const char* target, int flags) {
-  return struck() ? -1 : __real_linkat(from, source, to, target, flags);
-}
-int __wrap_rename(const char* source, const char* target) {
-  return struck() ? -1 : __real_rename(source, target);
-}
-int __wrap_unlink(const char* name) { return struck() ? -1 : __real_unlink(name); }
-}
 
 namespace kestrel::engine {
 namespace {
+
+using kestrel::test::callsSinceStrike;
+using kestrel::test::Fault;
+using kestrel::test::strike;
+using kestrel::test::writeUncounted;
 
 class RecoveryFaults : public RecoveryBench {
  protected:
@@ -171,7 +116,7 @@ TEST_F(RecoveryFaults, ACallThatFailsLeavesThePreviousOrTheNextStateAndASentence
           strike(Fault::kFails, at, error);
           journal->Keep(picture, "after");
         });
-        reached = calls >= at;
+        reached = callsSinceStrike() >= at;
         strike(Fault::kNone, 0);
         failure = journal->Failure();
       }
@@ -217,7 +162,7 @@ TEST_F(RecoveryFaults, AProcessKilledAtManyMomentsLeavesAWholeState) {
       const auto journal = folder.CreateJournal();
       PictureOfView one = viewOf(before());
       PictureOfView two = viewOf(after());
-      keepThen(*journal, [&] { __real_write(ready[1], "x", 1); });
+      keepThen(*journal, [&] { writeUncounted(ready[1], "x", 1); });
       while (true) {
         journal->Keep(two, "after");
         journal->Finish();

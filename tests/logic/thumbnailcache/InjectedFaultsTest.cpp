@@ -1,77 +1,22 @@
 // An entry on disk is at every moment the previous or the next one, whole: the process is killed before each
-// system call that changes the cache, and each of them fails. The linker directs those calls here.
+// system call that changes the cache, and each of them fails.
 
-#include <signal.h>
 #include <sys/wait.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstddef>
-#include <functional>
 #include <string>
 #include <vector>
 
 #include "CacheTest.h"
-
-namespace {
-
-enum class Fault { kNone, kKilled, kFails, kWritesLittle };
-
-Fault fault = Fault::kNone;
-int faultError = EIO;
-int faultAt = 0;  ///< the number of the call that is struck
-int calls = 0;    ///< since `strike`
-
-/// Counts a call; true if it shall fail, with errno set.
-bool struck() {
-  const bool now = ++calls == faultAt;
-  if (now && fault == Fault::kKilled) kill(getpid(), SIGKILL);
-  if (!now || fault != Fault::kFails) return false;
-  errno = faultError;
-  return true;
-}
-
-void strike(Fault what, int at, int error = EIO) {
-  fault = what;
-  faultAt = at;
-  faultError = error;
-  calls = 0;
-}
-
-}  // namespace
-
-extern "C" {
-ssize_t __real_write(int file, const void* data, std::size_t count);
-int __real_flock(int file, int operation);
-int __real_linkat(int from, const char* source, int to, const char* target, int flags);
-int __real_mkdir(const char* name, mode_t mode);
-int __real_rename(const char* source, const char* target);
-int __real_unlink(const char* name);
-
-ssize_t __wrap_write(int file, const void* data, std::size_t count) {
-  if (struck()) return -1;
-  if (fault == Fault::kWritesLittle) {
-    if (calls % 3 == 0) {
-      errno = EINTR;
-      return -1;
-    }
-    count = std::min<std::size_t>(count, 100);
-  }
-  return __real_write(file, data, count);
-}
-int __wrap_flock(int file, int operation) { return struck() ? -1 : __real_flock(file, operation); }
-int __wrap_linkat(int from, const char* source, int to, const char* target, int flags) {
-  return struck() ? -1 : __real_linkat(from, source, to, target, flags);
-}
-int __wrap_mkdir(const char* name, mode_t mode) { return struck() ? -1 : __real_mkdir(name, mode); }
-int __wrap_rename(const char* source, const char* target) {
-  return struck() ? -1 : __real_rename(source, target);
-}
-int __wrap_unlink(const char* name) { return struck() ? -1 : __real_unlink(name); }
-}
+#include "FailingCalls.h"
 
 namespace kestrel::thumbnails {
 namespace {
+
+using test::callsSinceStrike;
+using test::Fault;
+using test::strike;
 
 class InjectedFaults : public CacheTest {
  protected:
@@ -136,7 +81,7 @@ TEST_F(InjectedFaults, ACallThatFailsLeavesTheOldEntryOrTheNewOneAndNothingElse)
       putBefore(cache_);
       strike(Fault::kFails, at, error);
       putAfter(cache_);
-      reached = calls >= at;
+      reached = callsSinceStrike() >= at;
       const std::string state = kept();
       failed = failed || state == "before";
       EXPECT_TRUE(state == "before" || state == "after") << at << " " << error;
@@ -154,7 +99,7 @@ TEST_F(InjectedFaults, ACallThatFailsInAnEmptyCacheLeavesAWholeEntryOrNone) {
     fs::remove_all(root_);
     strike(Fault::kFails, at, ENOSPC);
     putAfter(cache_);
-    reached = calls >= at;
+    reached = callsSinceStrike() >= at;
     const std::string state = kept();
     failed = failed || state.empty();
     EXPECT_TRUE(state.empty() || state == "after") << at;
@@ -168,7 +113,7 @@ TEST_F(InjectedFaults, ACallThatFailsInAnEmptyCacheLeavesAWholeEntryOrNone) {
 TEST_F(InjectedFaults, ShortAndInterruptedWritesAreContinued) {
   strike(Fault::kWritesLittle, 0);
   putAfter(cache_);
-  EXPECT_GT(calls, 3);
+  EXPECT_GT(callsSinceStrike(), 3);
   EXPECT_EQ(kept(), "after");
 }
 

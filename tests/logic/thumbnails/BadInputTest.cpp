@@ -7,9 +7,12 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <initializer_list>
+#include <map>
 #include <set>
 #include <string>
 
+#include "OrdinaryUser.h"
 #include "ViewTest.h"
 #include "engine/codecs/Codecs.h"
 
@@ -17,27 +20,8 @@ namespace kestrel::thumbnails {
 namespace {
 
 namespace fs = std::filesystem;
+using kestrel::test::OrdinaryUser;
 using testing::HasSubstr;
-
-/// Makes permissions count, which the superuser's processes ignore: all threads act as an ordinary user, who
-/// may enter the folder.
-class OrdinaryUser {
- public:
-  explicit OrdinaryUser(const fs::path& folder) : wasSuperuser_(geteuid() == 0) {
-    if (!wasSuperuser_) return;
-    constexpr uid_t kNobody = 65534;
-    EXPECT_EQ(chown(folder.c_str(), kNobody, kNobody), 0);
-    EXPECT_EQ(seteuid(kNobody), 0);
-  }
-  OrdinaryUser(const OrdinaryUser&) = delete;
-  OrdinaryUser& operator=(const OrdinaryUser&) = delete;
-  ~OrdinaryUser() {
-    if (wasSuperuser_ && seteuid(0) != 0) ADD_FAILURE() << "still an ordinary user";
-  }
-
- private:
-  bool wasSuperuser_;
-};
 
 /// A view on a real folder, with real pictures, the engine's decoders and the system's notifications.
 class BadInput : public test::ViewTest {
@@ -128,21 +112,44 @@ TEST_F(BadInput, NamesMayHaveAnyBytes) {
   EXPECT_EQ(factsOf("line\nbreak.png").label, "line\u2426break.png");
 }
 
+/// Files of about 1 kB whose headers claim 65,536 by 65,536 pixels, or the most that the format can state.
+std::map<std::string, std::string> liars() {
+  const auto bytes = [](std::initializer_list<int> values) {
+    std::string text;
+    for (const int value : values) text += static_cast<char>(value);
+    return text;
+  };
+  const std::string rest(1000, '\x11');
+  std::map<std::string, std::string> files;
+  files["liar.bmp"] =
+      "BM" + bytes({0, 0, 0, 0, 0, 0, 0, 0, 54, 0, 0, 0, 40, 0, 0, 0, 0, 0, 1, 0, 0, 0, 1, 0, 1, 0, 24, 0}) +
+      std::string(24, '\0') + rest;
+  files["liar.png"] = "\x89PNG\r\n\x1A\n" + bytes({0, 0, 0, 13}) + "IHDR" +
+                      bytes({0, 1, 0, 0, 0, 1, 0, 0, 8, 2, 0, 0, 0, 0xE3, 0xE6, 0xA7, 0xB4}) + rest;
+  files["liar.gif"] =
+      "GIF89a" + bytes({255, 255, 255, 255, 0, 0, 0, 0x2C, 0, 0, 0, 0, 255, 255, 255, 255, 0, 8}) + rest;
+  files["liar.jpg"] = bytes({0xFF, 0xD8, 0xFF, 0xC0, 0, 11, 8, 255, 255, 255, 255, 1, 1, 0x11, 0}) + rest;
+  files["liar.tga"] = bytes({0, 0, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 255, 255, 255, 255, 24, 0}) + rest;
+  files["liar.tif"] = "II" + bytes({42, 0, 8, 0, 0, 0, 2, 0,              // two entries:
+                                    0,  1, 4, 0, 1, 0, 0, 0, 0, 0, 1, 0,  // width
+                                    1,  1, 4, 0, 1, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0}) +
+                      rest;
+  files["liar.psd"] =
+      "8BPS" + bytes({0, 1, 0, 0, 0, 0, 0, 0, 0, 3, 0, 1, 0, 0, 0, 1, 0, 0, 0, 8, 0, 3}) + rest;
+  files["liar.pcx"] = bytes({10, 5, 1, 8, 0, 0, 0, 0, 255, 255, 255, 255}) + std::string(53, '\0') +
+                      bytes({3, 255, 255}) + rest;
+  files["liar.wbmp"] = bytes({0, 0, 0x84, 0x80, 0, 0x84, 0x80, 0}) + rest;
+  return files;
+}
+
 TEST_F(BadInput, APictureThatLiesAboutItsSizeIsBroken) {
   picture("good.png");
-  // The header of a bitmap file that claims 65,536 by 65,536 pixels.
-  std::string header(1024, '\0');
-  header.replace(0, 2, "BM");
-  header[10] = 54;
-  header[14] = 40;
-  header[20] = 1;
-  header[24] = 1;
-  header[26] = 1;
-  header[28] = 24;
-  file("huge.bmp", header);
+  for (const auto& [name, content] : liars()) file(name, content);
   openFolder();
-  EXPECT_EQ(factsOf("huge.bmp").state, ItemState::kBroken);
-  EXPECT_FALSE(factsOf("huge.bmp").notice.empty());
+  for (const auto& [name, content] : liars()) {
+    EXPECT_EQ(factsOf(name).state, ItemState::kBroken) << name;
+    EXPECT_THAT(factsOf(name).notice, testing::ContainsRegex("6553[56]")) << name;
+  }
   EXPECT_EQ(factsOf("good.png").state, ItemState::kShown);
   EXPECT_EQ(events_.back(), "complete");
 }
