@@ -112,33 +112,42 @@ TEST_F(BadInput, NamesMayHaveAnyBytes) {
   EXPECT_EQ(factsOf("line\nbreak.png").label, "line\u2426break.png");
 }
 
+std::string bytes(std::initializer_list<int> values) {
+  std::string text;
+  for (const int value : values) text += static_cast<char>(value);
+  return text;
+}
+
+/// An entry of a TIFF directory: a 32-bit number.
+std::string tiffEntry(int tag, std::uint32_t value) {
+  std::string entry = bytes({tag & 255, tag >> 8, 4, 0, 1, 0, 0, 0});
+  for (int i = 0; i < 4; ++i) entry += static_cast<char>(value >> 8 * i & 255);
+  return entry;
+}
+
 /// Files of about 1 kB whose headers claim 65,536 by 65,536 pixels, or the most that the format can state.
 std::map<std::string, std::string> liars() {
-  const auto bytes = [](std::initializer_list<int> values) {
-    std::string text;
-    for (const int value : values) text += static_cast<char>(value);
-    return text;
-  };
   const std::string rest(1000, '\x11');
   std::map<std::string, std::string> files;
   files["liar.bmp"] =
       "BM" + bytes({0, 0, 0, 0, 0, 0, 0, 0, 54, 0, 0, 0, 40, 0, 0, 0, 0, 0, 1, 0, 0, 0, 1, 0, 1, 0, 24, 0}) +
       std::string(24, '\0') + rest;
   files["liar.png"] = "\x89PNG\r\n\x1A\n" + bytes({0, 0, 0, 13}) + "IHDR" +
-                      bytes({0, 1, 0, 0, 0, 1, 0, 0, 8, 2, 0, 0, 0, 0xE3, 0xE6, 0xA7, 0xB4}) + rest;
+                      bytes({0, 1, 0, 0, 0, 1, 0, 0, 8, 2, 0, 0, 0, 0xE3, 0xE6, 0xA7, 0xB4, 0, 0, 3, 0xE8}) +
+                      "IDAT" + rest;
   files["liar.gif"] =
       "GIF89a" + bytes({255, 255, 255, 255, 0, 0, 0, 0x2C, 0, 0, 0, 0, 255, 255, 255, 255, 0, 8}) + rest;
-  files["liar.jpg"] = bytes({0xFF, 0xD8, 0xFF, 0xC0, 0, 11, 8, 255, 255, 255, 255, 1, 1, 0x11, 0}) + rest;
-  files["liar.tga"] = bytes({0, 0, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 255, 255, 255, 255, 24, 0}) + rest;
-  files["liar.tif"] = "II" + bytes({42, 0, 8, 0, 0, 0, 2, 0,              // two entries:
-                                    0,  1, 4, 0, 1, 0, 0, 0, 0, 0, 1, 0,  // width
-                                    1,  1, 4, 0, 1, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0}) +
+  files["liar.jpg"] = bytes({0xFF, 0xD8, 0xFF, 0xC0, 0, 11, 8, 255, 255, 255, 255, 1, 1,
+                             0x11, 0,    0xFF, 0xDA, 0, 8,  1, 1,   0,   0,   63,  0}) +
                       rest;
+  files["liar.tga"] = bytes({0, 0, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 255, 255, 255, 255, 24, 0}) + rest;
+  files["liar.tif"] = "II" + bytes({42, 0, 8, 0, 0, 0, 5, 0}) + tiffEntry(256, 65536) +
+                      tiffEntry(257, 65536) + tiffEntry(262, 1) + tiffEntry(273, 80) + tiffEntry(279, 900) +
+                      bytes({0, 0, 0, 0}) + rest;
   files["liar.psd"] =
       "8BPS" + bytes({0, 1, 0, 0, 0, 0, 0, 0, 0, 3, 0, 1, 0, 0, 0, 1, 0, 0, 0, 8, 0, 3}) + rest;
   files["liar.pcx"] = bytes({10, 5, 1, 8, 0, 0, 0, 0, 255, 255, 255, 255}) + std::string(53, '\0') +
                       bytes({3, 255, 255}) + rest;
-  files["liar.wbmp"] = bytes({0, 0, 0x84, 0x80, 0, 0x84, 0x80, 0}) + rest;
   return files;
 }
 
@@ -148,7 +157,8 @@ TEST_F(BadInput, APictureThatLiesAboutItsSizeIsBroken) {
   openFolder();
   for (const auto& [name, content] : liars()) {
     EXPECT_EQ(factsOf(name).state, ItemState::kBroken) << name;
-    EXPECT_THAT(factsOf(name).notice, testing::ContainsRegex("6553[56]")) << name;
+    // The JPEG library has a limit of its own, 65,500.
+    EXPECT_THAT(factsOf(name).notice, testing::ContainsRegex("655(00|35|36)")) << name;
   }
   EXPECT_EQ(factsOf("good.png").state, ItemState::kShown);
   EXPECT_EQ(events_.back(), "complete");
