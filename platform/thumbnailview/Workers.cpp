@@ -20,6 +20,7 @@ struct Workers::Shared {
   std::vector<std::weak_ptr<Source>> sources;
   std::deque<std::function<void()>> single;
   std::vector<std::thread> threads;
+  bool complete = false;    ///< the thread for short jobs exists
   std::uint64_t calls = 0;  ///< increased with each call of the waker
   bool ending = false;
 
@@ -73,8 +74,10 @@ void Workers::start() {
   // Called with the mutex.
   try {
     while (shared_->threads.size() <= static_cast<std::size_t>(count_)) {
-      const Duty duty = shared_->threads.empty() ? Duty::kShort : Duty::kAny;
+      const bool last = shared_->threads.size() == static_cast<std::size_t>(count_);
+      const Duty duty = last ? Duty::kShort : Duty::kAny;
       shared_->threads.emplace_back([shared = shared_, duty] { serve(shared, duty); });
+      shared_->complete = last;
     }
   } catch (const std::system_error&) {
     // The system refuses further threads; those already created do the work.
@@ -110,7 +113,8 @@ void Workers::serve(const std::shared_ptr<Shared>& shared, Duty duty) {
   while (!shared->ending) {
     const std::uint64_t calls = shared->calls;
     std::function<void()> job;
-    if (duty == Duty::kShort && !shared->single.empty()) {
+    const bool servesSingle = duty == Duty::kShort || !shared->complete;
+    if (servesSingle && !shared->single.empty()) {
       job = std::move(shared->single.front());
       shared->single.pop_front();
       lock.unlock();
