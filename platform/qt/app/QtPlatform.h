@@ -57,6 +57,8 @@ class QtPlatform final : public Platform {
   kestrel::StackResolver& StackResolver() override { return *parts_.stackResolver; }
 
   void Retire(std::shared_ptr<void> object) override { retired_.take(std::move(object)); }
+  /// Destroys the retired objects at once. None of their members may be on the stack.
+  void clearRetired() { retired_.clear(); }
 
  private:
   DesktopParts parts_;

@@ -23,6 +23,11 @@ void RetiredObjects::take(std::shared_ptr<void> object) {
   if (!calls_.Any()) release();
 }
 
+void RetiredObjects::clear() {
+  const QObjectList holders = kept_.children();
+  qDeleteAll(holders);
+}
+
 void RetiredObjects::release() {
   // The toolkit deletes them when control is back in the event loop below the current frames.
   for (QObject* holder : kept_.children()) holder->deleteLater();

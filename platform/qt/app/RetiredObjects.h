@@ -15,6 +15,8 @@ class RetiredObjects {
   explicit RetiredObjects(OpenCalls& calls);
 
   void take(std::shared_ptr<void> object);
+  /// Destroys all at once. None of their members may be on the stack.
+  void clear();
 
  private:
   void release();

@@ -68,6 +68,12 @@ struct Component::Inside {
     }
   }
 
+  ~Inside() {
+    if (!ended) presentProcess()->platform.clearRetired();
+  }
+  Inside(const Inside&) = delete;
+  Inside& operator=(const Inside&) = delete;
+
   static std::shared_ptr<Inside> present() {
     std::shared_ptr<Inside> inside = shared().lock();
     if (!inside) shared() = inside = std::make_shared<Inside>();
@@ -78,6 +84,7 @@ struct Component::Inside {
   static void endProcess() {
     if (const std::shared_ptr<Inside> inside = shared().lock()) inside->ended = true;
     shared().reset();
+    presentProcess()->platform.clearRetired();  // while the thread has its platform
     delete std::exchange(presentProcess(), nullptr);
   }
 
