@@ -177,4 +177,12 @@ constexpr auto EventOf(std::string_view name, std::int32_t number, Event<A...> C
   return EventRow<Event<A...> C::*, kCount>{name, number, event, ToArray(arguments), help};
 }
 
+/// An event that a function finds in the object.
+template <typename C, typename... A, std::size_t kCount>
+constexpr auto EventOf(std::string_view name, std::int32_t number, Event<A...>& (*event)(C&),
+                       const ArgumentRow (&arguments)[kCount], std::string_view help) {
+  static_assert(kCount == sizeof...(A), "a name for each argument");
+  return EventRow<Event<A...>& (*)(C&), kCount>{name, number, event, ToArray(arguments), help};
+}
+
 }  // namespace kestrel::dispatch

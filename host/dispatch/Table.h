@@ -233,22 +233,23 @@ struct EventAt {
 
   template <typename C, typename... Declared>
   static std::tuple<Declared...> ArgumentsOf(Event<Declared...> C::*);
+  template <typename C, typename... Declared>
+  static std::tuple<Declared...> ArgumentsOf(Event<Declared...>& (*)(C&));
   using Arguments = decltype(ArgumentsOf(std::remove_cvref_t<decltype(kRow)>{kRow}.event));
 
   static constexpr auto kParameters = MakeParameters<Arguments>(kRow.arguments);
 
   template <typename... Declared>
-  static Connection ConnectIt(const Reference& source, const Event<Declared...>& event, Handler handler) {
-    return const_cast<Event<Declared...>&>(event).Connect(
-        [weak = source.Weakened(), handler = std::move(handler)](Declared... arguments) {
-          HandOver<Class, Declared...>(*weak, kRow.name, kParameters, handler,
-                                       {EventArgument<Class, Declared>(*weak, arguments)...},
-                                       std::index_sequence_for<Declared...>());
-        });
+  static Connection ConnectIt(const Reference& source, Event<Declared...>& event, Handler handler) {
+    return event.Connect([weak = source.Weakened(), handler = std::move(handler)](Declared... arguments) {
+      HandOver<Class, Declared...>(*weak, kRow.name, kParameters, handler,
+                                   {EventArgument<Class, Declared>(*weak, arguments)...},
+                                   std::index_sequence_for<Declared...>());
+    });
   }
 
   static Connection Connect(const Reference& source, void* object, Handler handler) {
-    return ConnectIt(source, static_cast<Class*>(object)->*kRow.event, std::move(handler));
+    return ConnectIt(source, std::invoke(kRow.event, *static_cast<Class*>(object)), std::move(handler));
   }
 
   static constexpr EventDescription Make() {

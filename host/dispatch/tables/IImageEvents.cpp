@@ -3,6 +3,7 @@
 #include <memory>
 #include <tuple>
 
+#include "host/dispatch/HostSink.h"
 #include "host/dispatch/Table.h"
 
 namespace kestrel::dispatch {
@@ -17,9 +18,28 @@ constexpr std::tuple kMembers{
     Method("ImageOpen", 4, &IImageEvents::ImageOpen, {"Filename"}, "Called when an image is opened"),
 };
 
-Reference::Pointer Create() { return Refer(std::make_shared<IImageEvents>()); }
+/// Raises RuntimeError 459 for a sink that a host has derived: it overrides the members instead.
+HostSink& WithEvents(IImageEvents& sink) {
+  if (auto* found = dynamic_cast<HostSink*>(&sink)) return *found;
+  throw RuntimeError(err::kNoSuchEvent, "This sink raises no events.", "IImageEvents");
+}
+auto& OnRequestSaveFilename(IImageEvents& sink) { return WithEvents(sink).OnRequestSaveFilename; }
+auto& OnRequestOpenFilename(IImageEvents& sink) { return WithEvents(sink).OnRequestOpenFilename; }
+auto& OnImageSave(IImageEvents& sink) { return WithEvents(sink).OnImageSave; }
+auto& OnImageOpen(IImageEvents& sink) { return WithEvents(sink).OnImageOpen; }
 
-constexpr ClassDescription kClass = MakeClass<IImageEvents, kMembers>({
+constexpr std::tuple kEvents{
+    EventOf("RequestSaveFilename", 1, &OnRequestSaveFilename, {"Filename", "CancelDefault"},
+            "The member of that name was called."),
+    EventOf("RequestOpenFilename", 2, &OnRequestOpenFilename, {"Filename", "CancelDefault"},
+            "The member of that name was called."),
+    EventOf("ImageSave", 3, &OnImageSave, {"Filename"}, "The member of that name was called."),
+    EventOf("ImageOpen", 4, &OnImageOpen, {"Filename"}, "The member of that name was called."),
+};
+
+Reference::Pointer Create() { return Refer(std::shared_ptr<IImageEvents>(std::make_shared<HostSink>())); }
+
+constexpr ClassDescription kClass = MakeClass<IImageEvents, kMembers, kEvents>({
     .name = "IImageEvents",
     .help = "The sink that notifies a host of opens and saves and lets it choose the names.",
     .create = &Create,

@@ -20,7 +20,8 @@ class PublicInterface : public testing::Test {
   }
   static void ExpectValues(const std::string& name, const std::string& list) {
     const auto all = Enumerations();
-    const auto found = std::find_if(all.begin(), all.end(), [&](const auto* row) { return row->name == name; });
+    const auto found =
+        std::find_if(all.begin(), all.end(), [&](const auto* row) { return row->name == name; });
     ASSERT_NE(found, all.end()) << name;
     std::vector<std::string> values;
     for (const EnumerationValue& value : (*found)->values) {
@@ -203,6 +204,11 @@ TEST_F(PublicInterface, OfTheSink) {
     method RequestOpenFilename(ref Filename String, ref CancelDefault Boolean)
     method ImageSave(Filename String)
     method ImageOpen(Filename String)
+
+    event RequestSaveFilename(ref Filename String, ref CancelDefault Boolean)
+    event RequestOpenFilename(ref Filename String, ref CancelDefault Boolean)
+    event ImageSave(Filename String)
+    event ImageOpen(Filename String)
   )");
 }
 
