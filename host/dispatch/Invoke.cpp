@@ -102,6 +102,8 @@ bool IsOmitted(const Variant& value) { return IsObject(value) && value.AsObject(
 
 Variant Invoke(const Reference& target, const Member& member, Use use, std::span<Variant> positional,
                std::span<const NamedArgument> named) {
+  // A handler may release the host's last reference.
+  const Reference::Pointer kept = target.shared_from_this();
   if (use == Use::kGet) return Read(target, member, positional, named);
   Write(target, member, positional, named);
   return {};
