@@ -189,12 +189,12 @@ void FolderTreeView::zRemove(std::vector<std::string> Keys) {
   for (TreeNode* node = tvwFolders.SelectedItem(); node != nullptr; node = node->Parent()) {
     kept.insert(node->Key());
   }
-  const auto rest =
-      std::ranges::stable_partition(Keys, [&](const std::string& key) { return !kept.contains(key); });
-  for (const std::string& key : rest) {
-    if (std::ranges::find(iGone, key) == iGone.end()) iGone.push_back(key);
+  const auto rest = std::stable_partition(Keys.begin(), Keys.end(),
+                                          [&](const std::string& key) { return !kept.contains(key); });
+  for (auto key = rest; key != Keys.end(); ++key) {
+    if (std::ranges::find(iGone, *key) == iGone.end()) iGone.push_back(*key);
   }
-  Keys.erase(rest.begin(), rest.end());
+  Keys.erase(rest, Keys.end());
   tvwFolders.Nodes().Remove(Keys);
   std::erase_if(sMainDrives,
                 [this](const std::string& key) { return tvwFolders.Nodes().Find(key) == nullptr; });
