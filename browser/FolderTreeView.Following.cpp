@@ -214,21 +214,24 @@ void FolderTreeView::zRemoveGone() {
 /// Watches the folders that were listed, then those that may get a first subfolder.
 void FolderTreeView::zWatchFolders() {
   std::vector<std::string> folders;
-  TreeNodes& nodes = tvwFolders.Nodes();
-  const auto add = [&](const TreeNode* node) {
-    const std::string folder = node == nullptr ? std::string() : zFolderOf(*node);
-    if (!folder.empty()) folders.push_back(folder);
-  };
   if (UserControl.UserMode()) {
+    TreeNodes& nodes = tvwFolders.Nodes();
+    const auto add = [&](const TreeNode* node) {
+      const std::string folder = node == nullptr ? std::string() : zFolderOf(*node);
+      if (!folder.empty()) folders.push_back(folder);
+    };
+    const std::unordered_set<std::string> listed(sMainDrives.begin(), sMainDrives.end());
+    const auto isInListed = [&](TreeNode& node) {
+      TreeNode* const parent = node.Parent();
+      return parent != nullptr && listed.contains(parent->Key()) && !parent->Tag().empty();
+    };
     add(nodes.Find(tree::kDesktop));
     for (const std::string& key : sMainDrives) add(nodes.Find(key));
-    add(tvwFolders.SelectedItem());
-    const std::unordered_set<std::string> listed(sMainDrives.begin(), sMainDrives.end());
+    // A disk may have to start for a drive that is not selected.
+    TreeNode* const selected = tvwFolders.SelectedItem();
+    if (selected != nullptr && !isInListed(*selected)) add(selected);
     for (std::int32_t i = 1; i <= nodes.Count() && folders.size() < kMostWatched; ++i) {
-      TreeNode& node = nodes.Item(i);
-      // Not drives: a disk may have to start.
-      TreeNode* const parent = node.Parent();
-      if (parent != nullptr && !parent->Tag().empty() && listed.contains(parent->Key())) add(&node);
+      if (isInListed(nodes.Item(i))) add(&nodes.Item(i));
     }
   }
   fnoFolders.Folders(folders);

@@ -27,6 +27,8 @@ QtFolderNotices::QtFolderNotices(QWidget& widget, ControlId id) : WidgetControl(
 }
 
 void QtFolderNotices::Folders(const std::vector<std::string>& value) {
+  if (value == watched_) return;
+  watched_ = value;
   std::set<std::filesystem::path> folders;
   for (const std::string& folder : value) folders.insert(os::pathOf(folder));
   watch_.watch(folders);
@@ -38,7 +40,10 @@ void QtFolderNotices::report() {
   if (readable_) readable_->setEnabled(true);
   std::vector<std::string> changed;
   for (const std::filesystem::path& folder : watch_.read()) changed.push_back(os::textOf(folder));
-  if (!changed.empty()) guarded([&] { Changed(changed); });
+  if (changed.empty()) return;
+  // A folder that vanished is to be looked for again.
+  watched_.clear();
+  guarded([&] { Changed(changed); });
 }
 
 }  // namespace kestrel::qt

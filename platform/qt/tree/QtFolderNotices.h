@@ -24,6 +24,7 @@ class QtFolderNotices final : public WidgetControl<FolderNotices> {
   void report();
 
   os::SubfolderWatch watch_;
+  std::vector<std::string> watched_;
   /// Null if the system refuses to watch.
   std::unique_ptr<QSocketNotifier> readable_;
   QTimer delay_;

@@ -47,19 +47,6 @@ TEST_F(FollowedDisk, ARenamedFolderHasItsNewName) {
   EXPECT_THAT(tree().childTexts("C:\\PICTURES"), ElementsAre("August", "June"));
 }
 
-TEST_F(FollowedDisk, AFolderThatGotOtherCapitalsKeepsItsKeyInCapitals) {
-  rename("C:\\Pictures\\May", "C:\\Pictures\\MAY");
-  changed({"C:\\Pictures"});
-  EXPECT_EQ(node("C:\\PICTURES\\MAY").Tag(), "C:\\Pictures\\MAY");
-  EXPECT_EQ(node("C:\\PICTURES").Children(), 2);
-}
-
-TEST_F(FollowedDisk, FoldersThatDifferInCaseOnlyAreShownAsTheyAreSpelled) {
-  folder("C:\\Pictures\\MAY");
-  changed({"C:\\Pictures"});
-  EXPECT_THAT(tree().childTexts("C:\\PICTURES"), testing::UnorderedElementsAre("June", "MAY", "May"));
-}
-
 TEST_F(FollowedDisk, OtherNodesStayExpandedAndListed) {
   node("C:\\PICTURES\\MAY").Expanded(true);
   removeFolder("C:\\Pictures\\June");
@@ -206,6 +193,51 @@ TEST_F(FollowedDisk, ATreeThatCannotBeRepaintedEndsNothing) {
   node("C:\\PICTURES\\MAY").Expanded(true);
   tree().onRedraw = nullptr;
   EXPECT_TRUE(has("C:\\PICTURES\\MAY\\RAW"));
+}
+
+/// A file system that distinguishes case, with the folders June and May.
+class FollowedCaseSensitiveDisk : public FolderTreeTest {
+ protected:
+  headless::PathStyle pathStyle() const override { return headless::PathStyle::kSlash; }
+
+  void SetUp() override {
+    FolderTreeTest::SetUp();
+    top_ = std::filesystem::canonical(scratch()).string() + "/pictures";
+    folder(top_ + "/June");
+    folder(top_ + "/May");
+    start();
+    control().Path(top_);
+    ASSERT_EQ(control().Path(), top_ + "/");
+  }
+  void changed() { Bind<headless::FolderNotices>(site(), "fnoFolders").Changed({top_}); }
+  std::vector<std::string> texts() { return tree().childTexts(selectedKey()); }
+
+  std::string top_;
+};
+
+TEST_F(FollowedCaseSensitiveDisk, AFolderThatGotOtherCapitalsKeepsItsKeyInCapitals) {
+  const std::string key = modFolderTreeView::FindFolder(tree(), top_ + "/May")->Key();
+  std::filesystem::rename(top_ + "/May", top_ + "/MAY");
+  changed();
+  EXPECT_EQ(node(key).Tag(), top_ + "/MAY");
+  EXPECT_THAT(texts(), ElementsAre("June", "May")) << "shown in proper case";
+}
+
+TEST_F(FollowedCaseSensitiveDisk, FoldersThatDifferInCaseOnlyAreShownAsTheyAreSpelled) {
+  folder(top_ + "/JUNE");
+  folder(top_ + "/mAY");
+  changed();
+  EXPECT_THAT(texts(), testing::UnorderedElementsAre("JUNE", "June", "May", "mAY"));
+  std::filesystem::remove(top_ + "/June");
+  changed();
+  EXPECT_THAT(texts(), testing::UnorderedElementsAre("JUNE", "May", "mAY"));
+}
+
+TEST_F(FollowedCaseSensitiveDisk, TwinsAreShownAsTheyAreSpelledAtEachPlaceOfTheTree) {
+  folder(top_ + "/JUNE");
+  TreeNode& other = tree().Nodes().Add("", kTreeLast, "other", "Other");
+  modFolderTreeView::ListDirs(tree(), top_, true, &other);
+  EXPECT_THAT(tree().childTexts("other"), testing::UnorderedElementsAre("JUNE", "June", "May"));
 }
 
 /// The Desktop's node shows the subfolders of C:\Desk.
