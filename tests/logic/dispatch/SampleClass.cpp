@@ -4,6 +4,7 @@
 
 #include "base/RuntimeError.h"
 #include "host/dispatch/Elements.h"
+#include "host/dispatch/Fields.h"
 #include "host/dispatch/Table.h"
 
 namespace kestrel::dispatch {
@@ -49,10 +50,6 @@ using sample::Elements;
 using sample::Moment;
 using sample::Sample;
 using sample::Shared;
-
-bool Yes(Answer& answer) { return answer.yes; }
-void Yes(Answer& answer, bool value) { answer.yes = value; }
-std::int32_t Number(Moment& moment) { return moment.number; }
 
 constexpr std::tuple kSampleMembers{
     Property("Flag", 1, &Sample::Flag, &Sample::Flag, "A boolean."),
@@ -104,8 +101,9 @@ constexpr std::tuple kElementMembers{
 };
 
 constexpr std::tuple kSharedMembers{Property("Number", 1, &Shared::Number, &Shared::Number, "A number.")};
-constexpr std::tuple kAnswerMembers{Property("Yes", 0, &Yes, &Yes, "The default property.")};
-constexpr std::tuple kMomentMembers{ReadOnly("Number", 1, &Number, "A number.")};
+constexpr std::tuple kAnswerMembers{
+    Property("Yes", 0, &FieldOf<&Answer::yes>, &SetField<&Answer::yes>, "The default property.")};
+constexpr std::tuple kMomentMembers{ReadOnly("Number", 1, &FieldOf<&Moment::number>, "A number.")};
 
 constexpr ClassDescription kSample =
     MakeClass<Sample, kSampleMembers, kSampleEvents>({.name = "Sample", .help = ""});
