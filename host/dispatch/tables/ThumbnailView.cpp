@@ -1,5 +1,8 @@
+#include <cstdint>
+#include <string>
 #include <tuple>
 
+#include "base/Numbers.h"
 #include "host/dispatch/Elements.h"
 #include "host/dispatch/Table.h"
 #include "imaging/contract/ThumbnailView.h"
@@ -31,6 +34,8 @@ constexpr std::tuple kThumbnailMembers{
 constexpr ClassDescription kThumbnail =
     MakeClass<Thumbnail, kThumbnailMembers>({.name = "Thumbnail", .help = "One thumbnail of a view."});
 
+constexpr char kSeparator = '|';
+
 }  // namespace
 
 template <>
@@ -46,12 +51,25 @@ const ClassDescription& Describe<Thumbnail>() {
   return kThumbnail;
 }
 
-std::string Locate<Thumbnail>::Key(const Thumbnail& thumbnail) { return thumbnail.Filename(); }
+// The position is a hint: without it each use would search from the beginning.
+
+std::string Locate<Thumbnail>::Key(const Thumbnail& thumbnail) {
+  return std::to_string(thumbnail.Index()) + kSeparator + thumbnail.Filename();
+}
 
 Thumbnail* Locate<Thumbnail>::Find(Thumbnails& thumbnails, const std::string& key) {
+  const std::size_t separator = key.find(kSeparator);
+  const std::string filename = key.substr(separator + 1);
+  const auto at = [&](std::int32_t index) -> Thumbnail* {
+    Thumbnail& thumbnail = thumbnails.Item(index);
+    return thumbnail.Filename() == filename ? &thumbnail : nullptr;
+  };
+  const std::int32_t hint = kestrel::ToInt32(Val(key));
+  if (hint >= 1 && hint <= thumbnails.Count()) {
+    if (Thumbnail* found = at(hint)) return found;
+  }
   for (std::int32_t i = 1; i <= thumbnails.Count(); ++i) {
-    Thumbnail& thumbnail = thumbnails.Item(i);
-    if (thumbnail.Filename() == key) return &thumbnail;
+    if (Thumbnail* found = at(i)) return found;
   }
   return nullptr;
 }
