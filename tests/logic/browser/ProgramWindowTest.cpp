@@ -14,7 +14,9 @@ class ProgramWindow : public BrowserTest {
   void SetUp() override {
     BrowserTest::SetUp();
     makeFolder("C:\\Photos\\2001");
-    changes_ = window_.emplace([] {}, [](const std::string&) {})
+    changes_ = window_
+                   .emplace(
+                       "Images", [] {}, [](const std::string&) {})
                    .browser()
                    .PathChange.Connect([this](const std::string& path) { paths_.push_back(path); });
   }
