@@ -68,8 +68,7 @@ class BrowserFolders : public testing::Test {
   BrowserBench bench_;
 };
 
-// -- The folder that is shown
-// ---------------------------------------------------------------------------------
+// -- The folder that is shown -----------------------------------------------------------------------------
 
 TEST_F(BrowserFolders, TheShownFolderComesBackWhenItIsCreatedAgain) {
   select("Journey");
@@ -126,8 +125,7 @@ TEST_F(BrowserFolders, F5ReadsTheFolderAgainWithTheFocusInTheTreeOrInThePictures
   EXPECT_EQ(count(), 1);
 }
 
-// -- The tree
-// -------------------------------------------------------------------------------------------------
+// -- The tree ---------------------------------------------------------------------------------------------
 
 TEST_F(BrowserFolders, TheTreeFollowsTheDisk) {
   bench_.addFolder("Alps/high");
@@ -182,8 +180,19 @@ TEST_F(BrowserFolders, ATreeWhoseWindowIsGoneIsNotTouched) {
   QTest::qWait(300);
 }
 
-// -- Files
-// ----------------------------------------------------------------------------------------------------
+TEST_F(BrowserFolders, TheBoxForANewFolderIs50PixelsFromTheCornerOfItsWindow) {
+  Form& form = bench_.browserWindow().Form();
+  form.Move(120, 90, 900, 600);
+  QPoint place;
+  whenModalOpens([&](QWidget& dialog) {
+    place = dialog.pos();
+    QTest::keyClick(&dialog, Qt::Key_Escape);
+  });
+  EXPECT_EQ(folders().NewFolder(&form), "");
+  EXPECT_EQ(place, QPoint(170, 140));
+}
+
+// -- Files ------------------------------------------------------------------------------------------------
 
 TEST_F(BrowserFolders, PasteWithTheFocusInTheTreeCopiesIntoTheSelectedFolder) {
   select("Party");
