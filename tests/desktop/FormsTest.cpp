@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QScreen>
+
 #include "EditorBench.h"
 #include "base/RuntimeError.h"
 
@@ -72,6 +74,18 @@ TEST_F(FormOnTheDesktop, ThatWasPlacedBeforeItIsEmbeddedIsPlacedByItsHost) {
   const QRect place = form_->window().geometry();
   ASSERT_GT(place.height(), 200);
   EXPECT_EQ(form_->NormalPlace(), (Rectangle{place.x(), place.y(), place.width(), place.height()}));
+}
+
+TEST_F(FormOnTheDesktop, ThatOnlyGotASizeHasItsTitleBarOnTheScreen) {
+  form_->Height(form_->Height() + 10);
+  form_->Show();
+  QWidget& window = form_->window();
+  const QPoint corner = window.screen()->availableGeometry().topLeft();
+  // Where some window managers put the client area of a window that is as high as the screen.
+  window.setGeometry(QRect(corner, window.size()));
+  settle();
+  ASSERT_NE(window.frameGeometry(), window.geometry());
+  EXPECT_EQ(window.frameGeometry().topLeft(), corner);
 }
 
 }  // namespace

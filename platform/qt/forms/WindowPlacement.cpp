@@ -51,13 +51,11 @@ bool WindowPlacement::eventFilter(QObject* /*watched*/, QEvent* event) {
 void WindowPlacement::settle() {
   if (!waits_ || !window_.isWindow() || !isNormal()) return;
   waits_ = false;
-  const bool placed = wanted_.has_value();
   const QRect wanted = std::exchange(wanted_, std::nullopt).value_or(window_.geometry());
   QtWindowFunctions desktop;
   const Rectangle kept = store::keptOnScreen({wanted.x(), wanted.y(), wanted.width(), wanted.height()},
                                              desktop.FrameOf(handleOf(&window_)), desktop);
   const QRect place(kept.Left, kept.Top, kept.Width, kept.Height);
-  if (!placed && place.size() == wanted.size()) return;
   if (place != window_.geometry()) window_.setGeometry(place);
 }
 

@@ -13,8 +13,8 @@ namespace kestrel::qt {
 /// frame there, some the client area, some choose another place. So a window that was placed before it was
 /// shown is placed once more when its frame is known, and then moved onto the screen, title bar included. A
 /// window that comes up maximized is placed when it is restored. A window that only got a size before it was
-/// shown stays where it is, but is made no larger than the screen. A window that is embedded before it is
-/// shown is placed by its parent.
+/// shown stays where the toolkit or the window manager put it, unless a part of it is off the screen. A
+/// window that is embedded before it is shown is placed by its parent.
 class WindowPlacement final : public QObject {
  public:
   /// The window is not owned.
