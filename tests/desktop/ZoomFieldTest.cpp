@@ -8,9 +8,11 @@
 #include <QLineEdit>
 #include <QTest>
 #include <QWindow>
+#include <vector>
 
 #include "EditorBench.h"
 #include "imaging/contract/Image.h"
+#include "platform/qt/docking/PanelField.h"
 
 namespace kestrel::desktop {
 namespace {
@@ -37,6 +39,16 @@ class ClickedZoomField : public testing::Test {
   void type(const QString& text) {
     for (const QChar character : text) QTest::keyClick(bench.window().windowHandle(), character.toLatin1());
     settle();
+  }
+
+  /// Opens the list by the key, and presses a key in it.
+  void pressInList(const std::vector<Qt::Key>& keys) {
+    press(Qt::Key_Down, Qt::AltModifier);
+    for (const Qt::Key key : keys) {
+      ASSERT_NE(QApplication::activePopupWidget(), nullptr);
+      QTest::keyClick(QApplication::activePopupWidget()->windowHandle(), key);
+      settle();
+    }
   }
 
   EditorBench bench;
@@ -82,6 +94,20 @@ TEST_F(ClickedZoomField, ConfirmsALevelBelowOneWithEitherEnterKey) {
   press(Qt::Key_Enter, Qt::KeypadModifier);
   EXPECT_EQ(bench.view().Zoom(), 0.5);
   EXPECT_EQ(combo->currentText(), ".5:1");
+}
+
+TEST_F(ClickedZoomField, GivesTheFocusBackAfterAChoiceInItsList) {
+  pressInList({Qt::Key_Down, Qt::Key_Return});
+  EXPECT_EQ(bench.view().Zoom(), 2.0);
+  EXPECT_EQ(QApplication::focusWidget(), &bench.canvas());
+}
+
+TEST_F(ClickedZoomField, HasNoHintAfterItsListWasClosedWithThePointerOverThePicture) {
+  const auto* const hint = bench.window().findChild<qt::PanelField*>(QStringLiteral("pnlStatus"));
+  ASSERT_EQ(hint->text(), "Allows you to set a zoom level") << "the pointer is over the field";
+  QCursor::setPos(bench.canvas().mapToGlobal(bench.canvas().rect().center()));
+  pressInList({Qt::Key_Escape});
+  EXPECT_EQ(hint->text(), "");
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "ComboField.h"
 
 #include <QApplication>
+#include <QCursor>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QSignalBlocker>
@@ -32,7 +33,7 @@ ComboField::ComboField(docking::MoorageModel& suite, docking::CommandModel& comm
     leave();
   });
   connect(qApp, &QApplication::focusChanged, this, [this](QWidget* old, QWidget* now) {
-    if (now == this && old) before_ = old;
+    if (now == this && old && !isOwn(*old)) before_ = old;
   });
   refresh();
 }
@@ -67,6 +68,15 @@ bool ComboField::event(QEvent* event) {
   return QComboBox::event(event);
 }
 
+void ComboField::hidePopup() {
+  const QWidget* const list = QApplication::activePopupWidget();
+  const bool wasOpen = list && isOwn(*list);
+  QComboBox::hidePopup();
+  // The toolkit reports no Leave when the pointer left the field for the list.
+  if (wasOpen && !rect().contains(mapFromGlobal(QCursor::pos())))
+    guarded([this] { suite_.highlight(nullptr); });
+}
+
 void ComboField::keyPressEvent(QKeyEvent* event) {
   switch (event->key()) {
     case Qt::Key_Return:
@@ -86,6 +96,12 @@ void ComboField::keyPressEvent(QKeyEvent* event) {
 void ComboField::focusOutEvent(QFocusEvent* event) {
   QComboBox::focusOutEvent(event);
   if (event->reason() != Qt::PopupFocusReason) refresh();
+}
+
+bool ComboField::isOwn(const QWidget& widget) const {
+  const QWidget* ancestor = &widget;
+  while (ancestor && ancestor != this) ancestor = ancestor->parentWidget();
+  return ancestor;
 }
 
 void ComboField::confirm() {

@@ -18,12 +18,16 @@ class ComboField final : public QComboBox {
   /// Updates lines and text from the model.
   void refresh();
 
+  void hidePopup() override;
+
  protected:
   bool event(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
 
  private:
+  /// Whether it is part of the field or of its list, which is a window of its own.
+  bool isOwn(const QWidget& widget) const;
   void confirm();
   void leave();
 
