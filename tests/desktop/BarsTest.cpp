@@ -59,6 +59,15 @@ class Bars : public testing::Test {
   EditorBench bench;
 };
 
+TEST_F(Bars, TheMenuBarIsAsHighAsItsEntries) {
+  const auto* const menuBar = bench.window().findChild<QMenuBar*>();
+  ASSERT_NE(menuBar, nullptr);
+  ASSERT_NE(menuBar->cornerWidget(), nullptr);
+  const QRect entry = menuBar->actionGeometry(menuBar->actions().first());
+  EXPECT_EQ(entry.bottom(), menuBar->rect().bottom());
+  EXPECT_LE(menuBar->cornerWidget()->height(), menuBar->height());
+}
+
 TEST_F(Bars, HaveAMenuAtTheEndOfTheMenuBar) {
   auto* const button = bench.window().findChild<QToolButton*>(QStringLiteral("barMenuButton"));
   ASSERT_NE(button, nullptr);

@@ -2,7 +2,9 @@
 
 #include <QActionGroup>
 #include <QStyle>
+#include <QStyleOptionMenuItem>
 #include <QToolButton>
+#include <algorithm>
 #include <array>
 
 #include "platform/qt/core/Guard.h"
@@ -21,8 +23,24 @@ void addToggle(QMenu& menu, const QString& text, bool shown, Show show) {
                    [show](bool wanted) { guarded([&] { show(wanted); }); });
 }
 
+/// No higher than the entries of the menu bar: in a higher bar, the line that some styles draw below each
+/// entry would be in the middle of the bar.
+class CornerButton final : public QToolButton {
+ public:
+  QSize sizeHint() const override {
+    const QSize natural = QToolButton::sizeHint();
+    const QWidget* const bar = parentWidget();
+    if (!bar) return natural;
+    QStyleOptionMenuItem entry;
+    entry.initFrom(bar);
+    const QSize room =
+        style()->sizeFromContents(QStyle::CT_MenuBarItem, &entry, QSize(0, bar->fontMetrics().height()), bar);
+    return {natural.width(), std::min(natural.height(), room.height())};
+  }
+};
+
 QToolButton* makeButton(QMenu& menu) {
-  auto* const button = new QToolButton;
+  auto* const button = new CornerButton;
   button->setObjectName(QStringLiteral("barMenuButton"));
   button->setText(translated("Tool &Bars"));  // its access key works in the whole window
   button->setToolTip(translated("Tool bars and windows (Alt+B)"));
