@@ -2,7 +2,7 @@
 
 #include <QKeyEvent>
 #include <QPainterPath>
-#include <QStyleOptionFocusRect>
+#include <QStyleOptionToolButton>
 #include <QStylePainter>
 #include <QVariant>
 
@@ -10,6 +10,8 @@ namespace kestrel::qt {
 namespace {
 
 constexpr int kSide = 3;
+/// Distance of the mark of the focus from the edge, in logical pixels.
+constexpr int kFocusInset = 4;
 
 /// An arrow to the right around the origin, in a square of side 1.
 QPainterPath arrow() {
@@ -87,6 +89,7 @@ void PlacementButton::paintEvent(QPaintEvent* /*event*/) {
   const QPalette::ColorGroup group = isEnabled() ? QPalette::Active : QPalette::Disabled;
   const QRectF face = QRectF(rect()).adjusted(2, 2, -2, -2);
   if (isChecked()) painter.fillRect(face, palette().color(group, QPalette::Highlight));
+  const QColor ink = palette().color(group, isChecked() ? QPalette::HighlightedText : QPalette::ButtonText);
 
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
@@ -95,16 +98,13 @@ void PlacementButton::paintEvent(QPaintEvent* /*event*/) {
   const int column = place() % kSide, row = place() / kSide;
   const QPointF direction(column - 1, row - 1);
   if (!direction.isNull()) painter.rotate(-QLineF(QPointF(), direction).angle());
-  painter.fillPath(direction.isNull() ? dot() : arrow(),
-                   palette().color(group, isChecked() ? QPalette::HighlightedText : QPalette::ButtonText));
+  painter.fillPath(direction.isNull() ? dot() : arrow(), ink);
   painter.restore();
 
   if (!hasFocus()) return;
-  QStyleOptionFocusRect focus;
-  focus.initFrom(this);
-  focus.rect = rect().adjusted(3, 3, -3, -3);
-  if (isChecked()) focus.backgroundColor = palette().color(group, QPalette::Highlight);
-  painter.drawPrimitive(QStyle::PE_FrameFocusRect, focus);
+  // Not by the style, some of which draw it in the color of the highlight.
+  painter.setPen(QPen(ink, 1, Qt::DotLine));
+  painter.drawRect(rect().adjusted(kFocusInset, kFocusInset, -kFocusInset - 1, -kFocusInset - 1));
 }
 
 }  // namespace kestrel::qt

@@ -185,6 +185,26 @@ TEST_F(ResizeCanvasDialog, ShowsTheUnitNextToEachNumber) {
   });
 }
 
+TEST_F(ResizeCanvasDialog, TheFocusIsVisibleOnAPlacement) {
+  use([](DialogUser& user) {
+    auto& center = user.part<qt::PlacementButton>("btnPlacement_4");
+    const QRgb ink = center.palette().color(QPalette::HighlightedText).rgb();
+    const auto inked = [&] {
+      const QImage seen = center.grab().toImage();
+      int count = 0;
+      for (int y = 0; y < seen.height(); ++y) {
+        for (int x = 0; x < seen.width(); ++x) count += seen.pixel(x, y) == ink;
+      }
+      return count;
+    };
+    const int without = inked();
+    center.setFocus(Qt::ShortcutFocusReason);
+    settle();
+    EXPECT_GT(inked(), without + center.width());
+    user.press(Qt::Key_Escape);
+  });
+}
+
 TEST_F(ResizeCanvasDialog, ThePlacementsHaveToolTipsAndArrowsToTheirPlaces) {
   use([](DialogUser& user) {
     const char* const names[] = {"Top left",     "Top center",  "Top right",     "Middle left", "Center",
