@@ -15,6 +15,7 @@
 #include <QTest>
 #include <QToolButton>
 #include <QWindow>
+#include <algorithm>
 #include <set>
 
 #include "EditorBench.h"
@@ -430,6 +431,42 @@ TEST_F(ColorDialogs, ShowLongerTextsAndAFontTwiceAsLarge) {
     writeScreenshot(dialog.window(), std::string(name) + "-large-long");
   });
   QApplication::setFont(before);
+}
+
+TEST_F(ColorDialogs, ThePaletteShowsTheFocusOnAColor) {
+  showFlatten([](Dialog& dialog) {
+    dialog.clickButton("cpkColor");
+    ASSERT_NE(Dialog::palette(), nullptr);
+    QTest::keyClick(Dialog::palette()->windowHandle(), Qt::Key_Down);
+    settle();
+    auto* const swatch = qobject_cast<QToolButton*>(QApplication::focusWidget());
+    ASSERT_NE(swatch, nullptr);
+    const QImage seen = swatch->grab().toImage();
+    const QRgb frame = swatch->palette().color(QPalette::Highlight).rgb();
+    const QPoint middle = seen.rect().center();
+    EXPECT_EQ(seen.pixel(1, middle.y()), frame);
+    EXPECT_EQ(seen.pixel(middle.x(), 1), frame);
+    EXPECT_EQ(seen.pixelColor(middle).name(), swatch->accessibleName());
+    writeScreenshot(*Dialog::palette(), "palette-focus");
+    dialog.press(Qt::Key_Escape);
+  });
+}
+
+TEST_F(ColorDialogs, TheRecentColorsAreBelowTheColumnsOfThePalette) {
+  showFlatten([](Dialog& dialog) {
+    dialog.clickButton("cpkColor");
+    Dialog::clickColor("#2a6fdb");
+    dialog.clickButton("cpkColor");
+    const QList<QToolButton*> swatches = Dialog::palette()->findChildren<QToolButton*>();
+    QToolButton* const recent = *std::find_if(swatches.begin(), swatches.end(), [&](QToolButton* swatch) {
+      return swatch->parentWidget() != swatches.first()->parentWidget();
+    });
+    ASSERT_EQ(recent->accessibleName(), "#2a6fdb");
+    EXPECT_EQ(recent->mapTo(Dialog::palette(), QPoint()).x(),
+              swatches.first()->mapTo(Dialog::palette(), QPoint()).x());
+    writeScreenshot(*Dialog::palette(), "palette-recent");
+    dialog.press(Qt::Key_Escape);
+  });
 }
 
 TEST_F(ColorDialogs, ThePaletteIsShownWithItsChoice) {

@@ -99,10 +99,22 @@ TEST_F(MaterialsOnTheDesktop, ASwatchShowsItsColorWithTheFocusToo) {
     return image.pixelColor(image.rect().center()).rgb() & 0xFFFFFF;
   };
   EXPECT_EQ(shown(), 0x2A6FDBU);
-  button->setFocus();
+  button->setFocus(Qt::ShortcutFocusReason);  // by the keyboard: the style marks the focus only then
   settle();
   ASSERT_EQ(QApplication::focusWidget(), button);
   EXPECT_EQ(shown(), 0x2A6FDBU);
+}
+
+TEST_F(MaterialsOnTheDesktop, ASwatchHasNothingOfItsColorOutsideOfItsFrame) {
+  bench.editor().ForeColor(kListedColor);
+  const QImage image = window().findChild<QPushButton*>(QStringLiteral("btnColors_0"))->grab().toImage();
+  const QPoint middle = image.rect().center();
+  int rows = 0, columns = 0;  // each a run of pixels of the color
+  const auto isColor = [&image](int x, int y) { return (image.pixel(x, y) & 0xFFFFFF) == 0x2A6FDB; };
+  for (int x = 1; x < image.width(); ++x) rows += isColor(x, middle.y()) && !isColor(x - 1, middle.y());
+  for (int y = 1; y < image.height(); ++y) columns += isColor(middle.x(), y) && !isColor(middle.x(), y - 1);
+  EXPECT_EQ(rows, 1);
+  EXPECT_EQ(columns, 1);
 }
 
 TEST_F(MaterialsOnTheDesktop, TheListOpensBelowTheSwatch) {

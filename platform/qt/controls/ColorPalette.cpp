@@ -3,11 +3,13 @@
 #include <QButtonGroup>
 #include <QGridLayout>
 #include <QKeyEvent>
-#include <QPainter>
+#include <QStyleOptionToolButton>
+#include <QStylePainter>
 #include <QToolButton>
 #include <QWidgetAction>
 #include <array>
 
+#include "platform/qt/core/FramedFill.h"
 #include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
@@ -15,6 +17,8 @@ namespace {
 
 constexpr int kColumns = 8;
 constexpr int kSwatch = 18;
+/// Width of the frame around the color that has the focus.
+constexpr int kFocus = 2;
 constexpr qsizetype kRecent = kColumns;
 
 // Grays, then eight hues in four strengths.
@@ -30,9 +34,36 @@ QList<QColor>& recentColors() {
   return colors;
 }
 
-/// A color of the menu. Return chooses it; the toolkit's buttons know only Space.
+/// A color of the menu. Return chooses it; the toolkit's buttons know only Space. The focus is shown by a
+/// frame that can be seen on any color, which that of some styles cannot.
 class Swatch final : public QToolButton {
+ public:
+  explicit Swatch(const QColor& color) : color_(color) {
+    setFocusPolicy(Qt::StrongFocus);
+    setAutoRaise(true);
+    setIconSize(QSize(kSwatch, kSwatch));
+    setToolTip(color.name());
+    setAccessibleName(color.name());
+  }
+
  protected:
+  void paintEvent(QPaintEvent* /*event*/) override {
+    QStylePainter painter(this);
+    QStyleOptionToolButton option;
+    initStyleOption(&option);
+    option.state.setFlag(QStyle::State_HasFocus, false);
+    painter.drawComplexControl(QStyle::CC_ToolButton, option);
+    if (hasFocus()) {
+      constexpr double kHalf = kFocus / 2.0;
+      painter.setPen(
+          QPen(palette().color(QPalette::Highlight), kFocus, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+      painter.drawRect(QRectF(rect()).adjusted(kHalf, kHalf, -kHalf, -kHalf));
+    }
+    QRect face(QPoint(), iconSize());
+    face.moveCenter(rect().center());
+    fillFramed(painter, face, color_, palette().color(QPalette::Mid));
+  }
+
   void keyPressEvent(QKeyEvent* event) override {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
       click();
@@ -40,16 +71,10 @@ class Swatch final : public QToolButton {
       QToolButton::keyPressEvent(event);
     }
   }
-};
 
-QIcon swatchOf(const QColor& color, const QPalette& palette) {
-  QPixmap face(kSwatch, kSwatch);
-  face.fill(color);
-  QPainter painter(&face);
-  painter.setPen(palette.color(QPalette::Mid));
-  painter.drawRect(0, 0, kSwatch - 1, kSwatch - 1);
-  return face;
-}
+ private:
+  QColor color_;
+};
 
 }  // namespace
 
@@ -90,17 +115,12 @@ void ColorPalette::addSwatches(const QList<QColor>& colors, const QColor& chosen
   auto* const action = new QWidgetAction(this);
   grid->setContentsMargins(6, 4, 6, 4);
   grid->setSpacing(2);
+  grid->setColumnStretch(kColumns, 1);  // keeps a short row at the left, below the columns of the palette
   for (qsizetype i = 0; i < colors.size(); ++i) {
     const QColor color = colors[i];
-    auto* const swatch = new Swatch;
-    swatch->setFocusPolicy(Qt::StrongFocus);
-    swatch->setAutoRaise(true);
-    swatch->setIcon(swatchOf(color, palette()));
-    swatch->setIconSize(QSize(kSwatch, kSwatch));
+    auto* const swatch = new Swatch(color);
     swatch->setCheckable(color.rgb() == chosen.rgb() && chosen.isValid());
     swatch->setChecked(swatch->isCheckable());
-    swatch->setToolTip(color.name());
-    swatch->setAccessibleName(color.name());
     connect(swatch, &QToolButton::clicked, this, [this, color] {
       remember(color);
       close();

@@ -9,6 +9,7 @@
 #include <algorithm>
 
 #include "ColorPalette.h"
+#include "platform/qt/core/FramedFill.h"
 #include "platform/qt/core/PlainButtons.h"
 #include "platform/qt/core/Text.h"
 
@@ -111,9 +112,8 @@ void ColorPickerWidget::paintEvent(QPaintEvent* /*event*/) {
                          QPalette::ButtonText);
     return;
   }
-  painter.setPen(palette().color(QPalette::Mid));
-  painter.setBrush(isEnabled() ? color_ : palette().color(QPalette::Button));
-  painter.drawRect(face.adjusted(0, 0, -1, -1));
+  fillFramed(painter, face, isEnabled() ? color_ : palette().color(QPalette::Button),
+             palette().color(QPalette::Mid));
 }
 
 }  // namespace kestrel::qt

@@ -3,6 +3,7 @@
 #include <QBrush>
 #include <QPainter>
 
+#include "platform/qt/core/FramedFill.h"
 #include "platform/qt/core/Pictures.h"
 
 namespace kestrel::qt {
@@ -24,9 +25,7 @@ void FrameWidget::paintEvent(QPaintEvent* event) {
   // Over the style's frame, which would tint the picture.
   const QRect face = title().isEmpty() ? rect() : contentsRect();
   QPainter painter(this);
-  painter.fillRect(face, QBrush(borrowedImage(picture_->Pixels())));
-  painter.setPen(palette().color(QPalette::Mid));
-  painter.drawRect(face.adjusted(0, 0, -1, -1));
+  fillFramed(painter, face, QBrush(borrowedImage(picture_->Pixels())), palette().color(QPalette::Mid));
 }
 
 }  // namespace kestrel::qt

@@ -4,6 +4,8 @@
 #include <QStyleOptionButton>
 #include <QStylePainter>
 
+#include "platform/qt/core/FramedFill.h"
+
 namespace kestrel::qt {
 namespace {
 
@@ -27,16 +29,16 @@ bool SwatchLook::eventFilter(QObject* /*watched*/, QEvent* event) {
   option.initFrom(&button_);
   option.state |= button_.isDown() || pressed_ ? QStyle::State_Sunken : QStyle::State_Raised;
   painter.drawControl(QStyle::CE_PushButtonBevel, option);
-  const QRect field = button_.rect().adjusted(kFrame, kFrame, -kFrame, -kFrame);
-  painter.fillRect(field, isColorOfWindow_ ? button_.palette().color(QPalette::Window) : color_);
-  painter.setPen(button_.palette().color(QPalette::Mid));
-  painter.drawRect(field.adjusted(0, 0, -1, -1));
+  // Below the color: some styles fill the frame of the focus, which would tint it.
   if (button_.hasFocus()) {
     QStyleOptionFocusRect focus;
     focus.initFrom(&button_);
     focus.rect = button_.rect().adjusted(2, 2, -2, -2);
     painter.drawPrimitive(QStyle::PE_FrameFocusRect, focus);
   }
+  const QColor color = isColorOfWindow_ ? button_.palette().color(QPalette::Window) : color_;
+  fillFramed(painter, button_.rect().adjusted(kFrame, kFrame, -kFrame, -kFrame), color,
+             button_.palette().color(QPalette::Mid));
   return true;
 }
 

@@ -224,6 +224,22 @@ TEST_F(OptionsDialog, DrawsTheSampleInTheColorsOfThePickers) {
   });
 }
 
+TEST_F(OptionsDialog, HasNothingOfTheSampleOutsideOfItsFrame) {
+  options().BackgroundGridColor1(0x0000FF);
+  options().BackgroundGridColor2(0x0000FF);
+  show([](DialogUser& user) {
+    auto& sample = user.part<qt::FrameWidget>("fraGrid");
+    const QImage seen = sample.grab().toImage();
+    const int middle = seen.height() / 2;
+    int runs = 0;
+    for (int x = 0; x < seen.width(); ++x) {
+      const auto isSample = [&](int at) { return at >= 0 && seen.pixel(at, middle) == qRgb(255, 0, 0); };
+      runs += isSample(x) && !isSample(x - 1);
+    }
+    EXPECT_EQ(runs, 1);
+  });
+}
+
 TEST_F(OptionsDialog, NamesItsControlsAndSharesNoAccessKey) {
   show([](DialogUser& user) {
     for (int page = 0; page < 3; ++page) {
