@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <QCheckBox>
+#include <QLabel>
 #include <QRadioButton>
 #include <QSlider>
 #include <QStyle>
@@ -190,6 +191,17 @@ TEST_F(OptionsDialog, TheNumbersOfTheSlidersFollowThem) {
     user.press(Qt::Key_Z, Qt::AltModifier);
     user.press(Qt::Key_Right);
     EXPECT_EQ(user.label("lblValue_1"), "76");
+  });
+}
+
+TEST_F(OptionsDialog, TheTextsBelowTheEndsOfASliderBeginInTheSameLine) {
+  show([](DialogUser& user) {
+    clickTab(user, 2);
+    for (const char* name : {"lblHdr_8", "lblHdr_9"}) {
+      const QLabel& text = user.part<QLabel>(name);
+      EXPECT_EQ(text.y(), user.part<QLabel>("lblHdr_8").y()) << name;
+      EXPECT_TRUE(text.alignment().testFlag(Qt::AlignTop)) << name;
+    }
   });
 }
 
