@@ -112,7 +112,10 @@ std::string titleOf(Operation operation) { return wordsOf(operation).title; }
 
 std::string processOf(Operation operation) { return wordsOf(operation).process; }
 
-std::string nameOf(const fs::path& path) { return "\"" + printable(os::textOf(path.filename())) + "\""; }
+std::string nameOf(const fs::path& path) {
+  const fs::path name = path.has_filename() ? path.filename() : path.parent_path().filename();
+  return "\"" + printable(os::textOf(name)) + "\"";
+}
 
 std::string confirmationOf(const Request& request) {
   const std::string files = request.sources.size() == 1

@@ -30,7 +30,7 @@ std::string confirmationOf(const Request& request);
 /// The style of the box for that question. What cannot be undone is not the default.
 std::int32_t confirmationStyleOf(Operation operation);
 
-/// The name of an entry in quotation marks, without control characters.
+/// The name of an entry in quotation marks, without control characters and separators at the end of the path.
 std::string nameOf(const std::filesystem::path& path);
 
 /// The question whether to delete for good what cannot be restored.

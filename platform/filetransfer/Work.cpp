@@ -16,6 +16,12 @@ constexpr char kNoMemory[] = "there is not enough memory";
 
 bool hasTarget(Operation operation) { return operation == Operation::kCopy || operation == Operation::kMove; }
 
+/// Whether the path ends with the name of an entry.
+bool hasName(const fs::path& path) {
+  const fs::path name = path.filename();
+  return !name.empty() && name != "." && name != "..";
+}
+
 }  // namespace
 
 Work::Work(const Request& request, Caller& caller) : request_(request), caller_(caller) {}
@@ -81,6 +87,7 @@ void Work::count() {
 }
 
 Count Work::countSource(const fs::path& source) {
+  if (!hasName(source)) return {};
   os::EntryFacts facts;
   // One call of the system each, however many files a folder has.
   const bool inOneStep = request_.operation == Operation::kTrash ||
@@ -93,6 +100,7 @@ Count Work::countSource(const fs::path& source) {
 }
 
 Work::End Work::process(const fs::path& source) {
+  if (!hasName(source)) return failed(source, "it is not the name of a file or folder");
   try {
     switch (request_.operation) {
       case Operation::kTrash:

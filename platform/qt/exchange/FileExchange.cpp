@@ -1,6 +1,7 @@
 #include "FileExchange.h"
 
 #include <QSysInfo>
+#include <algorithm>
 #include <string_view>
 
 #include "platform/qt/core/Text.h"
@@ -105,6 +106,8 @@ std::optional<std::string> fileOf(const std::string& uri) {
   std::string name = percentDecoded(path);
   // No name of a file contains a NUL, which would end the name in a buffer of names.
   if (name.find('\0') != std::string::npos) return std::nullopt;
+  // Some programs end the URI of a folder with a separator.
+  name.erase(std::max<std::size_t>(name.find_last_not_of('/') + 1, 1));
   return name;
 }
 

@@ -38,7 +38,7 @@ ExchangedFiles filesOf(const QMimeData& data);
 /// The URI of a file, percent-encoded.
 std::string uriOf(const std::string& name);
 
-/// The file of a URI; no value for a URI of another machine or scheme.
+/// The file of a URI, without separators at its end; no value for a URI of another machine or scheme.
 std::optional<std::string> fileOf(const std::string& uri);
 
 /// The names as one buffer, each terminated by a NUL.

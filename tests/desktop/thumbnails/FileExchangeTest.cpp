@@ -32,6 +32,10 @@ TEST(ExchangedFileNames, KeepEveryByte) {
 TEST(ExchangedFileNames, AreOfThisMachineOnly) {
   EXPECT_EQ(qt::fileOf("file://localhost/tmp/a.png"), "/tmp/a.png");
   EXPECT_EQ(qt::fileOf("file:/tmp/a.png"), "/tmp/a.png");
+  EXPECT_EQ(qt::fileOf("file:///tmp/album/"), "/tmp/album")
+      << "a separator would act on what a link leads to";
+  EXPECT_EQ(qt::fileOf("file:///tmp/album%2F/"), "/tmp/album");
+  EXPECT_EQ(qt::fileOf("file:///"), "/");
   EXPECT_EQ(qt::fileOf("file://" + QSysInfo::machineHostName().toStdString() + "/tmp/a.png"), "/tmp/a.png");
   EXPECT_EQ(qt::fileOf("file://elsewhere.example/tmp/a.png"), std::nullopt);
   EXPECT_EQ(qt::fileOf("https://elsewhere.example/a.png"), std::nullopt);

@@ -21,6 +21,39 @@ TEST_F(Deletions, RemoveFilesFoldersAndLinksButNoTargets) {
   EXPECT_EQ(listed(root / "outside"), "kept=kept");
 }
 
+TEST_F(Deletions, RemoveALinkAndNotWhatItLeadsToAlsoWithASeparatorAtTheEnd) {
+  write(root / "outside/kept", "kept");
+  for (const Operation operation : {Operation::kDelete, Operation::kTrash, Operation::kMove}) {
+    for (const char* end : {"/", "//"}) {
+      fs::remove(to / "link");
+      fs::remove_all(root / "home");
+      fs::create_directory_symlink(root / "outside", from / "link");
+      const Report report = run(operation, {(from / "link").string() + end});
+      EXPECT_TRUE(report.complete()) << reasons(report.failed);
+      EXPECT_EQ(report.done, 1U);
+      EXPECT_EQ(listed(from), "");
+      EXPECT_EQ(listed(root / "outside"), "kept=kept");
+    }
+  }
+  EXPECT_EQ(listed(to), "link->" + (root / "outside").string());
+}
+
+TEST_F(Deletions, RefusePathsThatDoNotEndWithAName) {
+  write(from / "album/a.png", "a");
+  fs::create_directory_symlink(from / "album", from / "link");
+  for (const Operation operation :
+       {Operation::kDelete, Operation::kTrash, Operation::kMove, Operation::kCopy}) {
+    for (const fs::path& path : {fs::path(), fs::path("/"), from / "album/.", from / "link/.",
+                                 from / "album/..", from / "album/./"}) {
+      const Report report = run(operation, {path});
+      ASSERT_EQ(report.failed.size(), 1U) << path;
+      EXPECT_EQ(report.failed[0].reason, "it is not the name of a file or folder") << path;
+    }
+  }
+  EXPECT_EQ(contentOf(from / "album/a.png"), "a");
+  EXPECT_EQ(listed(to), "");
+}
+
 TEST_F(Deletions, NameWhatCannotBeRemovedAndGoOn) {
   write(from / "a.png", "a");
   write(from / "album/locked/b.png", "b");

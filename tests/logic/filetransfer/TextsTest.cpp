@@ -23,6 +23,8 @@ TEST(NamesOfABuffer, EndWithANulOrTheBuffer) {
 TEST(Confirmation, NamesOneFileAndCountsSeveral) {
   Request request{Operation::kTrash, {"/f/a.png"}, {}, {}};
   EXPECT_EQ(confirmationOf(request), "Are you sure you want to move \"a.png\" to the trash?");
+  request.sources = {"/f/album/"};
+  EXPECT_EQ(confirmationOf(request), "Are you sure you want to move \"album\" to the trash?");
   request.sources = {"/f/a", "/f/b", "/f/c"};
   EXPECT_EQ(confirmationOf(request), "Are you sure you want to move these 3 files to the trash?");
   request.operation = Operation::kDelete;
