@@ -37,13 +37,14 @@ Count countTree(const fs::path& path, const std::function<bool()>& canceled) {
   return count;
 }
 
-std::uint64_t spaceOf(const fs::path& path) {
+std::optional<std::uint64_t> spaceOf(const fs::path& path, const std::function<bool()>& canceled) {
   std::uint64_t space = 0;
+  bool goOn = true;
   walk(path, [&](const os::EntryFacts& facts) {
     space += facts.spaceOnDisk;
-    return true;
+    return goOn = !canceled();
   });
-  return space;
+  return goOn ? std::optional(space) : std::nullopt;
 }
 
 }  // namespace kestrel::transfer

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <optional>
 
 namespace kestrel::transfer {
 
@@ -14,7 +15,8 @@ struct Count {
 /// The files of a tree and their bytes; of what cannot be read there are none. `canceled` true ends it.
 Count countTree(const std::filesystem::path& path, const std::function<bool()>& canceled);
 
-/// The space on the disk that a tree takes, in bytes.
-std::uint64_t spaceOf(const std::filesystem::path& path);
+/// The space on the disk that a tree takes, in bytes; none if it was canceled.
+std::optional<std::uint64_t> spaceOf(const std::filesystem::path& path,
+                                     const std::function<bool()>& canceled);
 
 }  // namespace kestrel::transfer

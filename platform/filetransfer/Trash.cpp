@@ -75,15 +75,18 @@ struct TrashFolder {
 
 /// Of a folder, so that others can show the size of the trash without reading it all. Only a cache: failures
 /// do no harm.
-void recordSize(const TrashFolder& trash, const fs::path& trashed, const fs::path& info) {
+void recordSize(const TrashFolder& trash, const fs::path& trashed, const fs::path& info,
+                const std::function<bool()>& canceled) {
   os::EntryFacts facts;
   if (os::readFacts(info, facts)) return;
+  const std::optional<std::uint64_t> space = spaceOf(trashed, canceled);
+  if (!space) return;
   const fs::path cache = trash.path / "directorysizes";
   std::ifstream before(cache, std::ios::binary);
   std::string lines{std::istreambuf_iterator<char>(before), std::istreambuf_iterator<char>()};
   if (!lines.empty() && lines.back() != '\n') lines += '\n';
   const auto seconds = std::chrono::floor<std::chrono::seconds>(facts.modified).time_since_epoch().count();
-  lines += std::to_string(spaceOf(trashed)) + " " + std::to_string(seconds) + " " +
+  lines += std::to_string(*space) + " " + std::to_string(seconds) + " " +
            encoded(os::textOf(trashed.filename())) + "\n";
   os::replaceFile(cache, {reinterpret_cast<const std::uint8_t*>(lines.data()), lines.size()});
 }
@@ -98,7 +101,7 @@ enum class Put {
 
 /// `absolute` is the entry's path without links above it.
 Put put(const TrashFolder& trash, const fs::path& absolute, const os::EntryFacts& facts,
-        TrashResult& result) {
+        const std::function<bool()>& canceled, TrashResult& result) {
   const fs::path files = trash.path / "files";
   const fs::path infos = trash.path / "info";
   if (!isOwnFolder(files) || !isOwnFolder(infos)) return Put::kImpossible;
@@ -111,8 +114,7 @@ Put put(const TrashFolder& trash, const fs::path& absolute, const os::EntryFacts
     if (!failure) {
       failure = os::moveEntry(absolute, files / name);
       if (!failure) {
-        if (facts.type == EntryType::kFolder) recordSize(trash, files / name, info);
-        result.trashed = files / name;
+        if (facts.type == EntryType::kFolder) recordSize(trash, files / name, info, canceled);
         return Put::kDone;
       }
       os::removeFile(info);
@@ -151,15 +153,16 @@ bool isSafeForAll(const fs::path& folder) {
   return !os::readFacts(folder, facts) && facts.type == EntryType::kFolder && facts.sticky;
 }
 
-Put putAtTop(const fs::path& absolute, const os::EntryFacts& facts, TrashResult& result) {
+Put putAtTop(const fs::path& absolute, const os::EntryFacts& facts, const std::function<bool()>& canceled,
+             TrashResult& result) {
   const fs::path top = topOf(absolute, facts.id.device);
   const std::string user = std::to_string(os::userNumber());
   if (const fs::path shared = top / ".Trash"; isSafeForAll(shared) && isOwnFolder(shared / user)) {
-    const Put end = put({shared / user, top}, absolute, facts, result);
+    const Put end = put({shared / user, top}, absolute, facts, canceled, result);
     if (end == Put::kDone || end == Put::kFailed) return end;
   }
   const fs::path own = top / (".Trash-" + user);
-  return isOwnFolder(own) ? put({own, top}, absolute, facts, result) : Put::kImpossible;
+  return isOwnFolder(own) ? put({own, top}, absolute, facts, canceled, result) : Put::kImpossible;
 }
 
 /// Whether the home trash is in that file system, or would be if it could be made. The user may have put it
@@ -188,13 +191,14 @@ fs::path homeTrash() {
   return home.is_absolute() ? home / ".local/share/Trash" : fs::path();
 }
 
-TrashResult moveToTrash(const fs::path& path, const fs::path& homeTrash) {
+TrashResult moveToTrash(const fs::path& path, const fs::path& homeTrash,
+                        const std::function<bool()>& canceled) {
   os::EntryFacts facts;
-  if (const auto failure = os::readFacts(path, facts)) return {true, failure, {}};
+  if (const auto failure = os::readFacts(path, facts)) return {true, failure};
   std::error_code error;
   const fs::path whole = fs::absolute(path, error);
   const fs::path folder = error ? fs::path() : fs::canonical(whole.parent_path(), error);
-  if (error) return {true, os::FileFailure{FileProblem::kOther, error.value()}, {}};
+  if (error) return {true, os::FileFailure{FileProblem::kOther, error.value()}};
   const fs::path absolute = folder / whole.filename();
   TrashResult result;
   // The standard leaves it open to copy files of other file systems to the home trash: that takes long, and
@@ -202,9 +206,9 @@ TrashResult moveToTrash(const fs::path& path, const fs::path& homeTrash) {
   Put end = Put::kOtherDisk;
   if (isHomeDisk(homeTrash, facts.id.device)) {
     os::makePrivateFolder(homeTrash);
-    end = put({homeTrash, {}}, absolute, facts, result);
+    end = put({homeTrash, {}}, absolute, facts, canceled, result);
   }
-  if (end == Put::kOtherDisk) end = putAtTop(absolute, facts, result);
+  if (end == Put::kOtherDisk) end = putAtTop(absolute, facts, canceled, result);
   result.hasTrash = end == Put::kDone || end == Put::kFailed;
   return result;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 
 #include "platform/os/Files.h"
@@ -11,15 +12,17 @@ namespace kestrel::transfer {
 /// the user has no home.
 std::filesystem::path homeTrash();
 
-/// How an attempt to trash an entry ended.
+/// How an attempt to move an entry to the trash ended.
 struct TrashResult {
   bool hasTrash = true;  ///< false: the entry's volume has no trash folder and none can be made
   std::optional<os::FileFailure> failure;
-  std::filesystem::path trashed;  ///< the entry in the trash
 };
 
 /// Moves a file, folder or link to the trash by the trash standard 1.0 of freedesktop.org: to the home
 /// trash from the file system of that, else to the trash folder at the top of the entry's volume.
-TrashResult moveToTrash(const std::filesystem::path& path, const std::filesystem::path& homeTrash);
+///
+/// The size of a folder is found out after the move, for a cache of the trash; `canceled` true ends that.
+TrashResult moveToTrash(const std::filesystem::path& path, const std::filesystem::path& homeTrash,
+                        const std::function<bool()>& canceled);
 
 }  // namespace kestrel::transfer

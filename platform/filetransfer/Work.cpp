@@ -122,7 +122,7 @@ Work::End Work::process(const fs::path& source) {
 
 Work::End Work::trash(const fs::path& path) {
   begin(path);
-  const TrashResult result = moveToTrash(path, request_.homeTrash);
+  const TrashResult result = moveToTrash(path, request_.homeTrash, [this] { return stopped(); });
   if (result.hasTrash) {
     if (result.failure) return failed(path, *result.failure);
     countFile();

@@ -113,6 +113,17 @@ TEST_F(Trash, RecordsTheSizeOfFolders) {
   EXPECT_EQ(name, "an%20album");
 }
 
+TEST_F(Trash, StopsReadingAFolderAfterItsMoveWhenCanceled) {
+  for (int i = 0; i < 50; ++i) write(from / "album" / std::to_string(i), "content");
+  int asked = 0;
+  const TrashResult result = moveToTrash(from / "album", home, [&] { return ++asked == 3; });
+  EXPECT_TRUE(result.hasTrash && !result.failure);
+  EXPECT_EQ(asked, 3) << "once for each entry until then";
+  EXPECT_EQ(contentOf(home / "files/album/7"), "content");
+  EXPECT_TRUE(fs::exists(home / "info/album.trashinfo"));
+  EXPECT_FALSE(fs::exists(home / "directorysizes")) << "no size instead of a wrong one";
+}
+
 TEST_F(Trash, AddsToTheRecordedSizes) {
   write(home / "directorysizes", "4096 15803468 Documents");
   fs::create_directory(from / "album");
