@@ -7,9 +7,9 @@
 
 #include "platform/os/Entries.h"
 
-/// Copies, moves and deletes lists of files and folders. Nothing is ever lost: a copy appears whole or not at
-/// all, an existing file is replaced in one step and only if the user says so, and the original of a move is
-/// deleted after its copy is on the disk.
+/// Copies, moves and deletes lists of files and folders. Nothing is ever lost: the copy of a file appears
+/// whole or not at all, an existing file is replaced in one step and only if the user says so, and the
+/// original of a move is deleted after its copy is on the disk.
 namespace kestrel::transfer {
 
 enum class Operation {
@@ -21,7 +21,8 @@ enum class Operation {
 
 struct Request {
   Operation operation = Operation::kCopy;
-  /// Files and folders. A symbolic link is copied, moved or deleted itself, not its target.
+  /// Files and folders. A symbolic link is copied, moved or deleted itself, not its target, also if its name
+  /// has separators at its end.
   std::vector<std::filesystem::path> sources;
   /// Where to, for copies and moves. Must exist.
   std::filesystem::path folder;
@@ -47,18 +48,22 @@ struct FileInQuestion {
 struct Question {
   enum class Kind {
     kClash,    ///< there is an entry with the name already: kReplace, kKeepBoth, kSkip, kCancel
+    kFolders,  ///< there is a folder with the name of a folder already: kMerge, kKeepBoth, kSkip, kCancel
     kNoTrash,  ///< the volume of the file has no trash: kDelete, kSkip, kCancel
   };
 
   Kind kind = Kind::kClash;
   FileInQuestion source;
-  FileInQuestion target;   ///< of a clash
-  bool canReplace = true;  ///< of a clash; false if one of them is a folder
-  bool more = false;       ///< further files may raise the same question
+  FileInQuestion target;  ///< of a clash or of folders
+  /// Of a clash: false if one of them is a folder, if the source is a link to the target, or if this work has
+  /// put the target there.
+  bool canReplace = true;
+  bool more = false;  ///< further files may raise the same question
 };
 
 enum class Choice {
   kReplace,
+  kMerge,     ///< the entries of the folder go into the existing one, with a question for each clash of files
   kKeepBoth,  ///< under a free name, as in "name (2).jpg"
   kSkip,
   kDelete,  ///< for good

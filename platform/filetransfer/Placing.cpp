@@ -26,6 +26,17 @@ bool sameEntry(const FileInQuestion& one, const FileInQuestion& other) {
          fs::equivalent(one.path.parent_path(), other.path.parent_path(), error) && !error;
 }
 
+/// Whether the source is a symbolic link to that file, which would be gone once the link replaced it.
+bool leadsTo(const FileInQuestion& source, const FileInQuestion& target) {
+  os::EntryFacts facts;
+  return source.facts.type == EntryType::kLink && !os::readTargetFacts(source.path, facts) &&
+         os::sameFile(facts, target.facts);
+}
+
+std::pair<std::uint64_t, std::uint64_t> numberOf(const FileInQuestion& file) {
+  return {file.facts.id.device, file.facts.id.inode};
+}
+
 /// Whether the folder, or one above it, is that one.
 bool isInside(fs::path folder, const os::EntryFacts& outer) {
   for (;; folder = folder.parent_path()) {
@@ -131,14 +142,10 @@ Work::End Work::transferFolder(const FileInQuestion& source, const fs::path& tar
                                    ? "a folder cannot be moved into itself"
                                    : "a folder cannot be copied into itself");
   }
-  FileInQuestion there{target, {}};
-  if (!os::readFacts(target, there.facts) && there.facts.type == EntryType::kFolder) {
-    if (sameEntry(source, there)) return failed(source.path, "it is already in that folder");
-    return transferEntries(source, target, false);
-  }
   if (request_.operation == Operation::kMove) {
     const End end = moveInPlace(source, target);
     if (end == End::kDone) countFile();
+    if (end == End::kMerge) return transferEntries(source, target, false);
     if (end != End::kOtherDisk) return end;
   }
   Placer placer;
@@ -146,6 +153,7 @@ Work::End Work::transferFolder(const FileInQuestion& source, const fs::path& tar
   placer.place = [](const fs::path& name, bool /*replace*/) { return os::makeFolder(name); };
   fs::path made;
   const End end = settle(source, target, placer, &made);
+  if (end == End::kMerge) return transferEntries(source, target, false);
   return end == End::kDone ? transferEntries(source, made, true) : end;
 }
 
@@ -182,7 +190,7 @@ Work::End Work::transferEntries(const FileInQuestion& source, const fs::path& ta
 
 /// Gives the thing its name. A name that is taken is the user's to decide on, also if it is taken at the last
 /// moment.
-Work::End Work::settle(const FileInQuestion& source, fs::path target, const Placer& placer,
+Work::End Work::settle(const FileInQuestion& source, const fs::path& target, const Placer& placer,
                        fs::path* placed) {
   std::optional<Choice> choice;
   os::EntryFacts there;
@@ -190,14 +198,8 @@ Work::End Work::settle(const FileInQuestion& source, fs::path target, const Plac
   const bool askFirst = placer.prepare && !os::readFacts(target, there);
   for (bool ask = askFirst, prepared = false;; ask = true) {
     if (ask) {
-      if (const End end = checkFolders(source, target, placer); end != End::kDone) return end;
-      const std::size_t failures = report_.failed.size();
-      choice = decide(source, target, placer.canReplace);
-      if (!choice) return report_.failed.size() > failures ? End::kNotDone : End::kStopped;
-      if (*choice == Choice::kSkip) {
-        report_.skipped.push_back({source.path, "there is another file with that name"});
-        return End::kNotDone;
-      }
+      const End end = decide(source, target, placer, choice);
+      if (end != End::kDone) return end;
     }
     if (!prepared && placer.prepare) {
       if (const End end = placer.prepare(); end != End::kDone) return end;
@@ -214,6 +216,8 @@ Work::End Work::settle(const FileInQuestion& source, fs::path target, const Plac
       failure = placer.place(name, false);
     }
     if (!failure) {
+      FileInQuestion result{name, {}};
+      if (!os::readFacts(name, result.facts)) placed_.insert(numberOf(result));
       if (placed != nullptr) *placed = name;
       return End::kDone;
     }
@@ -236,20 +240,39 @@ Work::End Work::checkFolders(const FileInQuestion& source, const fs::path& targe
   return End::kDone;
 }
 
-/// None if the work ends, or with a new failure if the entry is the same.
-std::optional<Choice> Work::decide(const FileInQuestion& source, const fs::path& target, bool canReplace) {
+/// What is done about a name that is taken. Not `kDone` if the entry does not get a name.
+Work::End Work::decide(const FileInQuestion& source, const fs::path& target, const Placer& placer,
+                       std::optional<Choice>& choice) {
   Question question;
   question.source = source;
   question.target.path = target;
   // If it is gone again, the user's answer does no harm.
   if (os::readFacts(target, question.target.facts)) question.target.facts = {};
-  if (sameEntry(question.source, question.target)) {
-    failed(source.path, "it is already in that folder");
-    return std::nullopt;
+  if (sameEntry(source, question.target)) {
+    if (request_.operation == Operation::kMove) return failed(source.path, "it is already in that folder");
+    choice = Choice::kKeepBoth;
+    return End::kDone;
   }
-  question.canReplace = canReplace && question.target.facts.type != EntryType::kFolder;
-  const std::optional<Answer> answer = ask(std::move(question), clashForAll_);
-  return answer ? std::optional<Choice>(answer->choice) : std::nullopt;
+  const bool isFolder = question.target.facts.type == EntryType::kFolder;
+  const bool bothFolders = isFolder && source.facts.type == EntryType::kFolder;
+  // The user has decided on the folders above.
+  if (bothFolders && depth_ > 0) return End::kMerge;
+  if (!bothFolders) {
+    if (const End end = checkFolders(source, target, placer); end != End::kDone) return end;
+  }
+  question.kind = bothFolders ? Question::Kind::kFolders : Question::Kind::kClash;
+  question.canReplace = placer.canReplace && !isFolder && !leadsTo(source, question.target) &&
+                        !placed_.contains(numberOf(question.target));
+  const std::optional<Choice> answer = ask(question);
+  if (!answer) return End::kStopped;
+  if (*answer == Choice::kMerge) return End::kMerge;
+  if (*answer == Choice::kSkip) {
+    report_.skipped.push_back({source.path, bothFolders ? "there is another folder with that name"
+                                                        : "there is another file with that name"});
+    return End::kNotDone;
+  }
+  choice = *answer;
+  return End::kDone;
 }
 
 /// The source could be read, so a missing permission is one to write.

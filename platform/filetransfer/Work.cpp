@@ -132,9 +132,9 @@ Work::End Work::trash(const fs::path& path) {
   question.kind = Question::Kind::kNoTrash;
   question.source.path = path;
   if (const auto failure = os::readFacts(path, question.source.facts)) return failed(path, *failure);
-  const std::optional<Answer> answer = ask(std::move(question), noTrashForAll_);
+  const std::optional<Choice> answer = ask(std::move(question));
   if (!answer) return End::kStopped;
-  if (answer->choice == Choice::kDelete) return remove(path);
+  if (*answer == Choice::kDelete) return remove(path);
   report_.skipped.push_back({path, "there is no trash on its disk"});
   return End::kNotDone;
 }
@@ -185,17 +185,30 @@ Work::End Work::failed(const fs::path& path, const os::FileFailure& failure) {
 }
 
 /// None if the user cancels.
-std::optional<Answer> Work::ask(Question question, std::optional<Choice>& forAll) {
-  const bool possible = forAll && (*forAll != Choice::kReplace || question.canReplace);
-  if (possible) return Answer{*forAll, true};
+std::optional<Choice> Work::ask(Question question) {
+  std::optional<Choice>& known = forAll(question);
+  if (known) return known;
   question.more = depth_ > 0 || source_ + 1 < request_.sources.size();
   const Answer answer = caller_.ask(question);
   if (answer.choice == Choice::kCancel) {
     report_.canceled = true;
     return std::nullopt;
   }
-  if (answer.forAll) forAll = answer.choice;
-  return answer;
+  if (answer.forAll) known = answer.choice;
+  return answer.choice;
+}
+
+/// The answer for all questions like that one.
+std::optional<Choice>& Work::forAll(const Question& question) {
+  switch (question.kind) {
+    case Question::Kind::kNoTrash:
+      return noTrashForAll_;
+    case Question::Kind::kFolders:
+      return foldersForAll_;
+    default:
+      // What cannot be replaced needs an answer of its own.
+      return !question.canReplace && clashForAll_ == Choice::kReplace ? irreplaceableForAll_ : clashForAll_;
+  }
 }
 
 }  // namespace kestrel::transfer

@@ -2,7 +2,9 @@
 
 #include <functional>
 #include <optional>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Counting.h"
@@ -26,6 +28,7 @@ class Work {
     kNotDone,
     kStopped,    ///< canceled
     kOtherDisk,  ///< cannot be moved without a copy
+    kMerge,      ///< the entries of the folder go into an existing one
   };
 
   /// Something that can be given a name.
@@ -52,7 +55,8 @@ class Work {
   void countFile();
   End failed(const std::filesystem::path& path, std::string reason);
   End failed(const std::filesystem::path& path, const os::FileFailure& failure);
-  std::optional<Answer> ask(Question question, std::optional<Choice>& forAll);
+  std::optional<Choice> ask(Question question);
+  std::optional<Choice>& forAll(const Question& question);
 
   // Placing.cpp
   End transfer(const std::filesystem::path& source, const std::filesystem::path& target);
@@ -62,11 +66,11 @@ class Work {
   End transferFolder(const FileInQuestion& source, const std::filesystem::path& target);
   End transferEntries(const FileInQuestion& source, const std::filesystem::path& target, bool made);
   End moveInPlace(const FileInQuestion& source, const std::filesystem::path& target);
-  End settle(const FileInQuestion& source, std::filesystem::path target, const Placer& placer,
+  End settle(const FileInQuestion& source, const std::filesystem::path& target, const Placer& placer,
              std::filesystem::path* placed = nullptr);
   End checkFolders(const FileInQuestion& source, const std::filesystem::path& target, const Placer& placer);
-  std::optional<Choice> decide(const FileInQuestion& source, const std::filesystem::path& target,
-                               bool canReplace);
+  End decide(const FileInQuestion& source, const std::filesystem::path& target, const Placer& placer,
+             std::optional<Choice>& choice);
   End removeOriginal(const FileInQuestion& original, const os::EntryFacts& copied,
                      const std::filesystem::path& copy);
   End failedToPlace(const std::filesystem::path& path, const std::filesystem::path& folder,
@@ -81,8 +85,13 @@ class Work {
   int depth_ = 0;              ///< of folders in it
   std::filesystem::path folder_;
   std::optional<os::EntryFacts> folderFacts_;
+  // Answers for all further questions.
   std::optional<Choice> clashForAll_;
+  std::optional<Choice> irreplaceableForAll_;
+  std::optional<Choice> foldersForAll_;
   std::optional<Choice> noTrashForAll_;
+  /// The numbers of disk and file of what this work has given a name.
+  std::set<std::pair<std::uint64_t, std::uint64_t>> placed_;
 };
 
 }  // namespace kestrel::transfer

@@ -11,8 +11,8 @@
 #include "Files.h"
 #include "FolderScan.h"
 
-/// Entries of folders: files, folders, symbolic links. No function here follows a symbolic link at the end of
-/// a path: it works on the link.
+/// Entries of folders: files, folders, symbolic links. Unless they say so the functions do not follow a
+/// symbolic link at the end of a path: they work on the link.
 namespace kestrel::os {
 
 /// Of the entry itself, other than `EntryKind`, which sees what a link leads to.
@@ -35,6 +35,9 @@ struct EntryFacts {
 };
 
 std::optional<FileFailure> readFacts(const std::filesystem::path& path, EntryFacts& facts);
+
+/// The same of what a symbolic link leads to. Follows links at the end of the path.
+std::optional<FileFailure> readTargetFacts(const std::filesystem::path& path, EntryFacts& facts);
 
 /// The same file, perhaps by two names.
 inline bool sameFile(const EntryFacts& one, const EntryFacts& other) { return one.id == other.id; }

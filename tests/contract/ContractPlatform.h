@@ -43,7 +43,7 @@ class ContractPlatform {
   // Actions of the user at the next box or dialog.
   virtual void willAnswer(std::int32_t answer) = 0;
   /// Decides about a file whose name is taken.
-  enum class Clash { kReplace, kSkip, kKeepBoth, kCancel };
+  enum class Clash { kReplace, kMerge, kSkip, kKeepBoth, kCancel };
   virtual void willDecide(Clash choice, bool forAll) = 0;
   virtual void willType(const std::string& text) = 0;
   virtual void willCancelInput() = 0;

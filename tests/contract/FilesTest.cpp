@@ -98,10 +98,10 @@ TEST_P(Files, AreDeletedIntoTheTrashWithTheFlag64AndForGoodWithoutIt) {
   EXPECT_FALSE(isInTrash("b.png"));
 }
 
-TEST_P(Files, AlreadyInTheFolderAreUnchanged) {
+TEST_P(Files, AlreadyInTheFolderAreCopiedUnderAnotherNameAndNotMoved) {
   write(path("a.png"));
-  user().willAnswer(kAnswerOK);
-  EXPECT_FALSE(files().CopyFiles(buffer({path("a.png")}), user().folder(), 0, 0));
+  EXPECT_TRUE(files().CopyFiles(buffer({path("a.png")}), user().folder(), 0, 0));
+  EXPECT_EQ(content(path("a (2).png")), "content");
   user().willAnswer(kAnswerOK);
   EXPECT_FALSE(files().MoveFiles(buffer({path("a.png")}), user().folder(), 0, 0));
   EXPECT_EQ(content(path("a.png")), "content");
@@ -159,6 +159,20 @@ TEST_P(Files, AreLeftAloneAfterACancellation) {
   for (const char* name : {"a.png", "b.png"}) {
     EXPECT_EQ(content(sub(name)), "old");
     EXPECT_EQ(content(path(name)), "new");
+  }
+}
+
+TEST_P(Files, InFoldersOfOneNameAreMergedIfTheUserWantsThat) {
+  const std::string separator = files().PathSeparator();
+  for (const Clash choice : {Clash::kSkip, Clash::kMerge}) {
+    platform().Shell().CreateFolder(path("album"));
+    platform().Shell().CreateFolder(sub("album"));
+    write(path("album") + separator + "a.png");
+    user().willDecide(choice, false);
+    EXPECT_EQ(files().MoveFiles(buffer({path("album") + separator}), path("sub"), 0, 0),
+              choice == Clash::kMerge);
+    EXPECT_EQ(exists(sub("album") + separator + "a.png"), choice == Clash::kMerge);
+    EXPECT_EQ(exists(path("album")), choice == Clash::kSkip);
   }
 }
 

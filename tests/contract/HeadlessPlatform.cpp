@@ -70,6 +70,7 @@ class HeadlessPlatform final : public ContractPlatform {
   void willAnswer(std::int32_t answer) override { platform_.user().answers(answer); }
   void willDecide(Clash choice, bool forAll) override {
     const std::int32_t answer = choice == Clash::kReplace    ? kAnswerYes
+                                : choice == Clash::kMerge    ? kAnswerYes
                                 : choice == Clash::kSkip     ? kAnswerNo
                                 : choice == Clash::kKeepBoth ? headless::kAnswerKeepBoth
                                                              : kAnswerCancel;

@@ -159,6 +159,7 @@ class QtPlatformUnderTest final : public ContractPlatform {
       if (!window) return;
       window->findChild<QCheckBox*>(QStringLiteral("forAll"))->setChecked(forAll);
       const char* const name = choice == Clash::kReplace    ? "replace"
+                               : choice == Clash::kMerge    ? "merge"
                                : choice == Clash::kSkip     ? "skip"
                                : choice == Clash::kKeepBoth ? "keepBoth"
                                                             : "cancel";

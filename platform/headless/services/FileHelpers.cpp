@@ -22,16 +22,16 @@ class ScriptedCaller final : public transfer::Caller {
   ScriptedCaller(Operation operation, User& user) : operation_(operation), user_(user) {}
 
   Answer ask(const Question& question) override {
-    const bool isClash = question.kind == Question::Kind::kClash;
     const std::string text =
-        isClash ? "There is already an entry with the name " + transfer::nameOf(question.source.path) + "."
-                : transfer::noTrashQuestionOf(question);
+        question.kind == Question::Kind::kNoTrash
+            ? transfer::noTrashQuestionOf(question)
+            : "There is already an entry with the name " + transfer::nameOf(question.source.path) + ".";
     const std::int32_t answer =
         user_.answerBox({text, kBoxFileQuestion + kBoxQuestion, transfer::titleOf(operation_)});
     const bool forAll = answer > kAnswerForAll;
     switch (forAll ? answer - kAnswerForAll : answer) {
       case kAnswerYes:
-        return {isClash ? Choice::kReplace : Choice::kDelete, forAll};
+        return {yesTo(question.kind), forAll};
       case kAnswerNo:
         return {Choice::kSkip, forAll};
       case kAnswerKeepBoth:
@@ -44,6 +44,12 @@ class ScriptedCaller final : public transfer::Caller {
   bool canceled() override { return false; }
 
  private:
+  static Choice yesTo(Question::Kind kind) {
+    return kind == Question::Kind::kClash     ? Choice::kReplace
+           : kind == Question::Kind::kFolders ? Choice::kMerge
+                                              : Choice::kDelete;
+  }
+
   Operation operation_;
   User& user_;
 };

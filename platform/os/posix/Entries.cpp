@@ -60,6 +60,13 @@ Failure readFacts(const fs::path& path, EntryFacts& facts) {
   return {};
 }
 
+Failure readTargetFacts(const fs::path& path, EntryFacts& facts) {
+  struct stat status {};
+  if (::stat(path.c_str(), &status) != 0) return failureOf(errno);
+  facts = factsOf(status);
+  return {};
+}
+
 Failure checkWritable(const fs::path& folder) {
   return failedUnless(::faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0);
 }

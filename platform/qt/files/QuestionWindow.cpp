@@ -93,7 +93,7 @@ QuestionWindow::QuestionWindow(const Question& question, transfer::Operation ope
   auto* const buttons = new QHBoxLayout;
   buttons->addStretch();
   QPushButton* first = nullptr;
-  if (question.kind == Question::Kind::kClash) {
+  if (question.kind != Question::Kind::kNoTrash) {
     auto* const name = new ElidedLabel(toQt(transfer::nameOf(question.source.path)));
     QFont bold = name->font();
     bold.setBold(true);
@@ -108,7 +108,11 @@ QuestionWindow::QuestionWindow(const Question& question, transfer::Operation ope
     files->addWidget(groupOf("Existing", question.target, question.source, oldReader));
     files->addWidget(groupOf("New", question.source, question.target, newReader));
     all->addLayout(files, 1);
-    if (question.canReplace) addButton(*buttons, "replace", "&Replace", Choice::kReplace);
+    if (question.kind == Question::Kind::kFolders) {
+      addButton(*buttons, "merge", "&Merge", Choice::kMerge);
+    } else if (question.canReplace) {
+      addButton(*buttons, "replace", "&Replace", Choice::kReplace);
+    }
     addButton(*buttons, "keepBoth", "&Keep Both", Choice::kKeepBoth);
     first = addButton(*buttons, "skip", "&Skip", Choice::kSkip);
   } else {

@@ -65,6 +65,24 @@ TEST_F(FileOperations, AskAboutEachClashOtherwise) {
   EXPECT_EQ(entries("from"), "c.png");
 }
 
+TEST_F(FileOperations, AskWhetherFoldersAreMergedAndSkipByEnter) {
+  for (const char* name : {"from/album/a.png", "to/album/b.png"}) {
+    QDir(folder.path()).mkpath(QFileInfo(QLatin1String(name)).path());
+    write(name, "content");
+  }
+  windows.then([](QWidget& window) {
+    EXPECT_FALSE(window.findChild<QPushButton*>(QStringLiteral("replace")));
+    screenshot(window, "merge");
+    press(window, Qt::Key_Return);
+  });
+  EXPECT_FALSE(move({"from/album/"}));
+  EXPECT_EQ(entries("to/album"), "b.png");
+  windows.then([](QWidget& window) { press(window, Qt::Key_M, Qt::AltModifier); });
+  EXPECT_TRUE(move({"from/album/"}));
+  EXPECT_EQ(entries("to/album"), "a.png b.png");
+  EXPECT_EQ(entries("from"), "");
+}
+
 TEST_F(FileOperations, ShowWhatIsKnownAboutBothFiles) {
   QImage red(300, 200, QImage::Format_RGB32), blue(200, 300, QImage::Format_RGB32);
   red.fill(Qt::red);

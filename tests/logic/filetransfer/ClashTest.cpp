@@ -130,6 +130,25 @@ TEST_F(Clashes, TwoSourcesOfOneNameClashWithEachOther) {
   EXPECT_EQ(contentOf(to / "c (2).png"), "second");
 }
 
+TEST_F(Clashes, ReplaceForAllNeverReplacesWhatTheSameWorkHasPutThere) {
+  for (const Operation operation : {Operation::kCopy, Operation::kMove}) {
+    write(from / "a.png", "new a");
+    write(root / "more/a.png", "second a");
+    write(root / "third/a.png", "third a");
+    write(from / "b.png", "new b");
+    write(to / "a.png", "old a");
+    fs::remove(to / "a (2).png");
+    fs::remove(to / "a (3).png");
+    caller.answers = {{Choice::kReplace, true}, {Choice::kKeepBoth, true}};
+    caller.questions.clear();
+    EXPECT_TRUE(run(operation, {from / "a.png", root / "more/a.png", root / "third/a.png", from / "b.png"})
+                    .complete());
+    EXPECT_EQ(caller.questions.size(), 2U) << "the second answer is for all that cannot be replaced";
+    EXPECT_FALSE(caller.questions.back().canReplace);
+    EXPECT_EQ(listed(to), "a (2).png=second a a (3).png=third a a.png=new a b.png=new b");
+  }
+}
+
 TEST_F(Clashes, AFileThatAppearsAtTheLastMomentIsAskedAboutToo) {
   write(from / "c.png", std::string(3'000'000, 'c'));
   caller.cancelAt = [&](const Progress& progress) {
@@ -170,6 +189,30 @@ TEST_F(Clashes, ALinkReplacesAFile) {
   caller.answers = {{Choice::kReplace, false}};
   EXPECT_TRUE(copy({from / "a.png"}).complete());
   EXPECT_EQ(listed(to), "a.png->text b.png=old b");
+}
+
+TEST_F(Clashes, ALinkNeverReplacesTheFileThatItLeadsTo) {
+  for (const Operation operation : {Operation::kCopy, Operation::kMove}) {
+    for (const char* text : {"../to/a.png", "second"}) {
+      fs::remove(from / "a.png");
+      fs::remove(from / "second");
+      fs::create_symlink("../to/a.png", from / "second");
+      fs::create_symlink(text, from / "a.png");
+      caller.answers = {{Choice::kSkip, false}};
+      caller.questions.clear();
+      run(operation, {from / "a.png"});
+      EXPECT_FALSE(caller.questions.at(0).canReplace) << text;
+      EXPECT_EQ(contentOf(to / "a.png"), "old a");
+    }
+  }
+}
+
+TEST_F(Clashes, ReplaceForAllAsksAboutALinkToTheFileThatWouldBeReplaced) {
+  fs::remove(from / "b.png");
+  fs::create_symlink(to / "b.png", from / "b.png");
+  caller.answers = {{Choice::kReplace, true}, {Choice::kKeepBoth, false}};
+  EXPECT_TRUE(both(Operation::kMove).complete());
+  EXPECT_EQ(listed(to), "a.png=new a b (2).png->" + (to / "b.png").string() + " b.png=old b");
 }
 
 TEST_F(Clashes, AFolderIsNeverReplacedByAFile) {

@@ -70,19 +70,24 @@ TEST_F(Copies, OfALinkAreLinks) {
   EXPECT_EQ(listed(to), "broken->nowhere link->" + (root / "outside").string() + " up->" + root.string());
 }
 
-TEST_F(Copies, OntoThemselvesAreRefusedWithASentence) {
+TEST_F(Copies, IntoTheirOwnFolderGetAFreeNameWithoutAQuestion) {
   write(to / "a.png", "content");
-  const Report report = copy({to / "a.png"});
-  EXPECT_EQ(reasons(report.failed), "a.png: it is already in that folder");
-  EXPECT_EQ(listed(to), "a.png=content");
+  write(to / "album/b.png", "b");
+  fs::create_symlink("nowhere", to / "link");
+  EXPECT_TRUE(copy({to / "a.png", to / "album", to / "link"}).complete());
+  EXPECT_EQ(listed(to),
+            "a (2).png=content a.png=content album/ album (2)/ album (2)/b.png=b album/b.png=b link->nowhere "
+            "link (2)->nowhere");
   EXPECT_TRUE(caller.questions.empty());
+  EXPECT_TRUE(copy({to / "a.png"}).complete());
+  EXPECT_EQ(contentOf(to / "a (3).png"), "content");
 }
 
-TEST_F(Copies, OntoThemselvesAreRefusedThroughALinkToTheFolderToo) {
+TEST_F(Copies, IntoTheirOwnFolderThroughALinkGetAFreeNameToo) {
   write(to / "a.png", "content");
   fs::create_directory_symlink(to, root / "also");
-  EXPECT_EQ(reasons(copy({root / "also/a.png"}).failed), "a.png: it is already in that folder");
-  EXPECT_EQ(listed(to), "a.png=content");
+  EXPECT_TRUE(copy({root / "also/a.png"}).complete());
+  EXPECT_EQ(listed(to), "a (2).png=content a.png=content");
 }
 
 TEST_F(Copies, FollowALinkThatTheUserChoseAsTheFolder) {

@@ -58,10 +58,14 @@ TEST_F(Folders, MergeWithAFolderOfTheSameNameFileByFile) {
     fs::remove_all(to / "album");
     write(to / "album/a.png", "old");
     write(to / "album/own.png", "own");
-    caller.answers = {{Choice::kReplace, false}};
+    fs::create_directories(to / "album/deep/er");
+    caller.answers = {{Choice::kMerge, false}, {Choice::kReplace, false}};
     caller.questions.clear();
     EXPECT_TRUE(run(operation, {from / "album"}).complete());
-    EXPECT_EQ(caller.questions.size(), 1U);
+    ASSERT_EQ(caller.questions.size(), 2U);
+    EXPECT_EQ(caller.questions[0].kind, Question::Kind::kFolders);
+    EXPECT_EQ(caller.questions[0].target.path, to / "album");
+    EXPECT_EQ(caller.questions[1].kind, Question::Kind::kClash);
     EXPECT_EQ(contentOf(to / "album/a.png"), "a");
     EXPECT_EQ(contentOf(to / "album/own.png"), "own");
     EXPECT_EQ(contentOf(to / "album/deep/er/b.png"), "b");
@@ -69,9 +73,41 @@ TEST_F(Folders, MergeWithAFolderOfTheSameNameFileByFile) {
   EXPECT_EQ(listed(from), "");
 }
 
+TEST_F(Folders, OfTheSameNameAreSkippedOrKeptBothIfTheUserWantsThat) {
+  for (const Operation operation : {Operation::kCopy, Operation::kMove}) {
+    fs::remove_all(to);
+    write(to / "album/a.png", "old");
+    caller.answers = {{Choice::kSkip, false}};
+    caller.questions.clear();
+    EXPECT_EQ(reasons(run(operation, {from / "album"}).skipped),
+              "album: there is another folder with that name");
+    EXPECT_EQ(listed(to), "album/ album/a.png=old");
+    EXPECT_EQ(listed(from), album());
+    caller.answers = {{Choice::kKeepBoth, false}};
+    caller.questions.clear();
+    EXPECT_TRUE(run(operation, {from / "album"}).complete());
+    EXPECT_EQ(contentOf(to / "album/a.png"), "old");
+    EXPECT_EQ(contentOf(to / "album (2)/a.png"), "a");
+  }
+  EXPECT_EQ(listed(from), "");
+}
+
+TEST_F(Folders, OfTheSameNameAreDecidedOnOnceForAllAndApartFromFiles) {
+  for (const char* name : {"album/a.png", "second/a.png", "third/a.png"}) {
+    write(from / name, "new");
+    write(to / name, "old");
+  }
+  caller.answers = {{Choice::kMerge, true}, {Choice::kReplace, true}};
+  EXPECT_TRUE(move({from / "album", from / "second", from / "third"}).complete());
+  EXPECT_EQ(caller.questions.size(), 2U);
+  EXPECT_TRUE(caller.questions.at(0).more);
+  for (const char* name : {"album/a.png", "second/a.png", "third/a.png"})
+    EXPECT_EQ(contentOf(to / name), "new");
+}
+
 TEST_F(Folders, ThatMergeKeepWhatWasSkipped) {
   write(to / "album/a.png", "old");
-  caller.answers = {{Choice::kSkip, false}};
+  caller.answers = {{Choice::kMerge, false}, {Choice::kSkip, false}};
   const Report report = move({from / "album"});
   EXPECT_EQ(reasons(report.skipped), "a.png: there is another file with that name");
   EXPECT_TRUE(report.failed.empty()) << reasons(report.failed);
@@ -86,6 +122,20 @@ TEST_F(Folders, GoBesideAFileOfTheSameName) {
   EXPECT_FALSE(caller.questions.at(0).canReplace);
   EXPECT_EQ(contentOf(to / "album"), "a file");
   EXPECT_EQ(contentOf(to / "album (2)/deep/er/b.png"), "b");
+}
+
+TEST_F(Folders, MayHaveASeparatorAtTheEndOfTheirNames) {
+  for (const char* end : {"/", "//"}) {
+    fs::remove_all(to / "album");
+    EXPECT_TRUE(copy({(from / "album").string() + end}).complete());
+    EXPECT_EQ(listed(to), album());
+  }
+  fs::remove_all(to / "album");
+  EXPECT_TRUE(move({(from / "album").string() + "/"}).complete());
+  EXPECT_EQ(listed(to), album());
+  EXPECT_EQ(listed(from), "");
+  EXPECT_TRUE(run(Operation::kTrash, {(to / "album").string() + "/"}).complete());
+  EXPECT_EQ(contentOf(root / "home/Trash/files/album/a.png"), "a");
 }
 
 TEST_F(Folders, WithAFileThatMayNotBeReadAreCopiedButForThat) {
