@@ -34,7 +34,7 @@ Report Work::run() {
     for (; source_ < request_.sources.size(); ++source_) failed(request_.sources[source_], kNoMemory);
   }
   if (report_.canceled && report_.left.empty()) leave(source_, "");
-  if (folderFacts_) os::flushFolder(folder_);
+  if (folderFacts_) os::flushFolder(folder_.open.itself());
   return std::move(report_);
 }
 
@@ -70,11 +70,11 @@ void Work::leave(std::size_t first, const std::string& reason) {
 void Work::prepareTarget() {
   std::error_code error;
   // The user may have chosen a link to a folder.
-  folder_ = fs::canonical(request_.folder, error);
+  folder_.path = fs::canonical(request_.folder, error);
   os::EntryFacts facts;
-  if (error || os::readFacts(folder_, facts) || facts.type != os::EntryType::kFolder) return;
+  if (error || folder_.open.open(folder_.path) || os::readFacts(folder_.open.itself(), facts)) return;
   folderFacts_ = facts;
-  os::removeStaleFiles(folder_);
+  os::removeStaleFiles(folder_.path);
 }
 
 void Work::count() {
@@ -114,10 +114,17 @@ Work::End Work::process(const fs::path& source) {
       const os::FileFailure missing{os::FileProblem::kFolderMissing};
       return failed(source, os::reasonOf(missing, request_.folder / source.filename()));
     }
-    return transfer(source, folder_ / source.filename());
+    return transferSource(source);
   } catch (const std::bad_alloc&) {
     return failed(source, kNoMemory);
   }
+}
+
+Work::End Work::transferSource(const fs::path& source) {
+  Folder folder{source.parent_path(), {}};
+  // The user may have come here through a link.
+  if (const auto failure = folder.open.open(folder.path / ".")) return failed(source, *failure);
+  return transfer({&folder, source.filename()}, {&folder_, source.filename()});
 }
 
 Work::End Work::trash(const fs::path& path) {

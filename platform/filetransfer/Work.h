@@ -9,6 +9,7 @@
 
 #include "Counting.h"
 #include "FileTransfer.h"
+#include "platform/os/OpenFolder.h"
 
 namespace kestrel::transfer {
 
@@ -31,12 +32,32 @@ class Work {
     kMerge,      ///< the entries of the folder go into an existing one
   };
 
+  /// A folder at work, with its path for reports. Its entries are reached through the open one, so that no
+  /// link or folder that takes its name leads the work elsewhere.
+  struct Folder {
+    std::filesystem::path path;
+    os::OpenFolder open;
+  };
+
+  /// A name in a folder. There may be no such entry.
+  struct Entry {
+    const Folder* folder = nullptr;
+    std::filesystem::path name;
+
+    std::filesystem::path path() const { return folder->path / name; }
+    os::EntryPath at() const { return folder->open.entry(name); }
+  };
+
+  struct Source : Entry {
+    os::EntryFacts facts;
+  };
+
   /// Something that can be given a name.
   struct Placer {
     /// Called before, unless the user skips the entry. May be null.
     std::function<End()> prepare;
     /// Fails with kExists if the name is taken, unless it shall replace.
-    std::function<Failure(const std::filesystem::path& target, bool replace)> place;
+    std::function<Failure(const os::EntryPath& target, bool replace)> place;
     bool canReplace = true;
     bool takesSource = false;  ///< `place` removes the source from its folder
   };
@@ -47,6 +68,7 @@ class Work {
   void count();
   Count countSource(const std::filesystem::path& source);
   End process(const std::filesystem::path& source);
+  End transferSource(const std::filesystem::path& source);
   void leave(std::size_t first, const std::string& reason);
   End trash(const std::filesystem::path& path);
   End remove(const std::filesystem::path& path);
@@ -59,22 +81,21 @@ class Work {
   std::optional<Choice>& forAll(const Question& question);
 
   // Placing.cpp
-  End transfer(const std::filesystem::path& source, const std::filesystem::path& target);
-  End transferFile(const FileInQuestion& source, const std::filesystem::path& target);
-  End copyFile(const FileInQuestion& source, const std::filesystem::path& target);
-  End copyLink(const FileInQuestion& source, const std::filesystem::path& target);
-  End transferFolder(const FileInQuestion& source, const std::filesystem::path& target);
-  End transferEntries(const FileInQuestion& source, const std::filesystem::path& target, bool made);
-  End moveInPlace(const FileInQuestion& source, const std::filesystem::path& target);
-  End settle(const FileInQuestion& source, const std::filesystem::path& target, const Placer& placer,
-             std::filesystem::path* placed = nullptr);
-  End checkFolders(const FileInQuestion& source, const std::filesystem::path& target, const Placer& placer);
-  End decide(const FileInQuestion& source, const std::filesystem::path& target, const Placer& placer,
-             std::optional<Choice>& choice);
-  End removeOriginal(const FileInQuestion& original, const os::EntryFacts& copied,
-                     const std::filesystem::path& copy);
-  End failedToPlace(const std::filesystem::path& path, const std::filesystem::path& folder,
-                    const os::FileFailure& failure);
+  static bool sameEntry(const Source& source, const Entry& target, const os::EntryFacts& facts);
+  static bool leadsTo(const Source& source, const os::EntryFacts& target);
+  End transfer(const Entry& source, const Entry& target);
+  End transferFile(const Source& source, const Entry& target);
+  End copyFile(const Source& source, const Entry& target);
+  End copyLink(const Source& source, const Entry& target);
+  End transferFolder(const Source& source, const Entry& target);
+  End transferEntries(const Source& source, const Entry& target, bool made);
+  End transferEach(const Folder& from, const Folder& into, const std::vector<std::filesystem::path>& names);
+  End moveInPlace(const Source& source, const Entry& target);
+  End settle(const Source& source, const Entry& target, const Placer& placer, Entry* placed = nullptr);
+  End checkFolders(const Source& source, const Entry& target, const Placer& placer);
+  End decide(const Source& source, const Entry& target, const Placer& placer, std::optional<Choice>& choice);
+  End removeOriginal(const Source& original, const os::EntryFacts& copied, const Entry& copy);
+  End failedToPlace(const Source& source, const Folder& folder, const os::FileFailure& failure);
 
   const Request& request_;
   Caller& caller_;
@@ -83,7 +104,7 @@ class Work {
   std::vector<Count> counts_;  ///< of each source
   std::size_t source_ = 0;     ///< the first one whose end is not in the report
   int depth_ = 0;              ///< of folders in it
-  std::filesystem::path folder_;
+  Folder folder_;              ///< the target
   std::optional<os::EntryFacts> folderFacts_;
   // Answers for all further questions.
   std::optional<Choice> clashForAll_;

@@ -10,6 +10,7 @@
 
 #include "Files.h"
 #include "FolderScan.h"
+#include "OpenFolder.h"
 
 /// Entries of folders: files, folders, symbolic links. Unless they say so the functions do not follow a
 /// symbolic link at the end of a path: they work on the link.
@@ -34,10 +35,10 @@ struct EntryFacts {
   bool sticky = false;      ///< of a folder: users may only remove their own entries
 };
 
-std::optional<FileFailure> readFacts(const std::filesystem::path& path, EntryFacts& facts);
+std::optional<FileFailure> readFacts(const EntryPath& path, EntryFacts& facts);
 
 /// The same of what a symbolic link leads to. Follows links at the end of the path.
-std::optional<FileFailure> readTargetFacts(const std::filesystem::path& path, EntryFacts& facts);
+std::optional<FileFailure> readTargetFacts(const EntryPath& path, EntryFacts& facts);
 
 /// The same file, perhaps by two names.
 inline bool sameFile(const EntryFacts& one, const EntryFacts& other) { return one.id == other.id; }
@@ -48,42 +49,39 @@ inline bool unchanged(const EntryFacts& before, const EntryFacts& now) {
 
 /// Whether entries can be added to the folder and removed from it, as far as permissions and the disk decide
 /// that: fails with `kDenied` or `kReadOnlyDisk`.
-std::optional<FileFailure> checkWritable(const std::filesystem::path& folder);
+std::optional<FileFailure> checkWritable(const EntryPath& folder);
 
 /// The names of a folder's entries, in no particular order.
-std::optional<FileFailure> listFolder(const std::filesystem::path& folder,
-                                      std::vector<std::filesystem::path>& names);
+std::optional<FileFailure> listFolder(const EntryPath& folder, std::vector<std::filesystem::path>& names);
 
 /// Gives an entry another name in the same file system, in one step. It never replaces: fails with `kExists`
 /// if the name is taken, and with `kOtherDisk` if it is in another file system.
-std::optional<FileFailure> moveEntry(const std::filesystem::path& from, const std::filesystem::path& to);
+std::optional<FileFailure> moveEntry(const EntryPath& from, const EntryPath& to);
 
 /// The same, but in place of an existing file or link.
-std::optional<FileFailure> moveOver(const std::filesystem::path& from, const std::filesystem::path& to);
+std::optional<FileFailure> moveOver(const EntryPath& from, const EntryPath& to);
 
 /// Makes a symbolic link with the same target text. Fails with `kExists` if the name is taken, unless
 /// `replace`: then the link takes the place of a file or link in one step.
-std::optional<FileFailure> copyLink(const std::filesystem::path& from, const std::filesystem::path& to,
-                                    bool replace);
+std::optional<FileFailure> copyLink(const EntryPath& from, const EntryPath& to, bool replace);
 
 /// Makes a folder that only the user can enter until `copyFolderFacts`. Fails with `kExists` if the name is
 /// taken.
-std::optional<FileFailure> makeFolder(const std::filesystem::path& folder);
+std::optional<FileFailure> makeFolder(const EntryPath& folder);
 
 /// Gives a folder the times and permissions of another one and, as far as the system allows, its owner and
 /// extended attributes.
-std::optional<FileFailure> copyFolderFacts(const std::filesystem::path& from,
-                                           const std::filesystem::path& to);
+std::optional<FileFailure> copyFolderFacts(const EntryPath& from, const EntryPath& to);
 
 /// Makes a file that only the user can read, flushed to the disk. Fails with `kExists` if the name is taken;
 /// another failure leaves no file.
 std::optional<FileFailure> writeNewFile(const std::filesystem::path& path, std::string_view content);
 
 /// Removes an entry that is not a folder.
-std::optional<FileFailure> removeFile(const std::filesystem::path& path);
+std::optional<FileFailure> removeFile(const EntryPath& path);
 
 /// Fails with `kNotEmpty` if it has entries.
-std::optional<FileFailure> removeEmptyFolder(const std::filesystem::path& folder);
+std::optional<FileFailure> removeEmptyFolder(const EntryPath& folder);
 
 /// Called for each entry that was removed, or that could not be; false ends the work.
 using Removed = std::function<bool(const std::filesystem::path& path, std::optional<FileFailure> failure)>;
@@ -94,7 +92,7 @@ using Removed = std::function<bool(const std::filesystem::path& path, std::optio
 void removeTree(const std::filesystem::path& folder, const Removed& removed);
 
 /// Flushes new names to the disk. A folder that cannot be flushed is no failure.
-void flushFolder(const std::filesystem::path& folder);
+void flushFolder(const EntryPath& folder);
 
 /// Removes the temporary files that killed processes left in the folder.
 void removeStaleFiles(const std::filesystem::path& folder);

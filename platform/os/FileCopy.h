@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -28,7 +27,7 @@ class FileCopy {
 
   /// Opens a regular file, never the target of a link. Never waits for the other end of a pipe: fails with
   /// `kNotAFile`.
-  std::optional<FileFailure> open(const std::filesystem::path& source);
+  std::optional<FileFailure> open(const EntryPath& source);
 
   /// Of the open file.
   const EntryFacts& facts() const;
@@ -36,15 +35,15 @@ class FileCopy {
   /// Copies content, times and permissions and, as far as the system allows, owner and extended attributes,
   /// into a temporary file in `folder`, and flushes it to the disk. The blocks are shared where the file
   /// system can do that. Fails with `kChanged` if the file changes meanwhile.
-  std::optional<FileFailure> fill(const std::filesystem::path& folder, GoOn goOn);
+  std::optional<FileFailure> fill(const EntryPath& folder, GoOn goOn);
 
   /// Gives the copy a name in the folder. Fails with `kExists` if the name is taken; then another one can be
   /// tried.
-  std::optional<FileFailure> place(const std::filesystem::path& target);
+  std::optional<FileFailure> place(const EntryPath& target);
 
   /// Puts the copy in place of an existing file or link, in one step. On failure the old one is left as it
   /// was.
-  std::optional<FileFailure> replace(const std::filesystem::path& target);
+  std::optional<FileFailure> replace(const EntryPath& target);
 
  private:
   struct Inside;

@@ -35,8 +35,9 @@ int __real_fdatasync(int file);
 int __real_flock(int file, int operation);
 int __real_linkat(int from, const char* source, int to, const char* target, int flags);
 int __real_mkdir(const char* name, mode_t mode);
-int __real_rename(const char* source, const char* target);
+int __real_renameat(int from, const char* source, int to, const char* target);
 int __real_unlink(const char* name);
+int __real_unlinkat(int folder, const char* name, int flags);
 
 ssize_t __wrap_write(int file, const void* data, std::size_t count) {
   if (struck()) return -1;
@@ -56,10 +57,13 @@ int __wrap_linkat(int from, const char* source, int to, const char* target, int 
   return struck() ? -1 : __real_linkat(from, source, to, target, flags);
 }
 int __wrap_mkdir(const char* name, mode_t mode) { return struck() ? -1 : __real_mkdir(name, mode); }
-int __wrap_rename(const char* source, const char* target) {
-  return struck() ? -1 : __real_rename(source, target);
+int __wrap_renameat(int from, const char* source, int to, const char* target) {
+  return struck() ? -1 : __real_renameat(from, source, to, target);
 }
 int __wrap_unlink(const char* name) { return struck() ? -1 : __real_unlink(name); }
+int __wrap_unlinkat(int folder, const char* name, int flags) {
+  return struck() ? -1 : __real_unlinkat(folder, name, flags);
+}
 }
 
 namespace kestrel::test {

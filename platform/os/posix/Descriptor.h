@@ -1,10 +1,12 @@
 #pragma once
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <utility>
 
 #include "platform/os/Files.h"
+#include "platform/os/OpenFolder.h"
 
 namespace kestrel::os {
 
@@ -32,5 +34,10 @@ class Descriptor {
  private:
   int number_;
 };
+
+/// Where the path starts, as the system's calls take it.
+inline int descriptorOf(const EntryPath& entry) {
+  return entry.folder < 0 ? AT_FDCWD : static_cast<int>(entry.folder);
+}
 
 }  // namespace kestrel::os

@@ -2,13 +2,13 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <limits.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <memory>
 #include <string>
-#include <system_error>
 
 #include "CopyFacts.h"
 #include "Descriptor.h"
@@ -24,13 +24,37 @@ using Failure = std::optional<FileFailure>;
 
 Failure failedUnless(bool done) { return done ? Failure() : failureOf(errno); }
 
-/// Without a place for the new entry the missing thing is the folder.
-Failure failedToMake(const fs::path& target) {
+/// Without a place for the new entry the missing thing is the folder. An open one may have been removed.
+Failure failedToMake(const EntryPath& target) {
   const FileFailure failure = failureOf(errno);
+  const fs::path above = target.path.has_parent_path() ? target.path.parent_path() : fs::path(".");
   struct stat status {};
-  if (failure.problem == FileProblem::kMissing && ::stat(target.parent_path().c_str(), &status) != 0)
+  const bool hasFolder =
+      ::fstatat(descriptorOf(target), above.c_str(), &status, 0) == 0 && status.st_nlink > 0;
+  if (failure.problem == FileProblem::kMissing && !hasFolder)
     return FileFailure{FileProblem::kFolderMissing, failure.code};
   return failure;
+}
+
+Failure readFacts(const EntryPath& path, int flags, EntryFacts& facts) {
+  struct stat status {};
+  if (::fstatat(descriptorOf(path), path.path.c_str(), &status, flags) != 0) return failureOf(errno);
+  facts = factsOf(status);
+  return {};
+}
+
+/// False with errno set if it is no link.
+bool readLink(const EntryPath& link, std::string& text) {
+  text.resize(PATH_MAX);
+  const ssize_t length = ::readlinkat(descriptorOf(link), link.path.c_str(), text.data(), text.size());
+  if (length < 0) return false;
+  text.resize(static_cast<std::size_t>(length));
+  return true;
+}
+
+Descriptor openFolder(const EntryPath& folder) {
+  return Descriptor(
+      ::openat(descriptorOf(folder), folder.path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
 }
 
 }  // namespace
@@ -53,26 +77,18 @@ EntryFacts factsOf(const struct stat& status) {
   return facts;
 }
 
-Failure readFacts(const fs::path& path, EntryFacts& facts) {
-  struct stat status {};
-  if (::lstat(path.c_str(), &status) != 0) return failureOf(errno);
-  facts = factsOf(status);
-  return {};
+Failure readFacts(const EntryPath& path, EntryFacts& facts) {
+  return readFacts(path, AT_SYMLINK_NOFOLLOW, facts);
 }
 
-Failure readTargetFacts(const fs::path& path, EntryFacts& facts) {
-  struct stat status {};
-  if (::stat(path.c_str(), &status) != 0) return failureOf(errno);
-  facts = factsOf(status);
-  return {};
+Failure readTargetFacts(const EntryPath& path, EntryFacts& facts) { return readFacts(path, 0, facts); }
+
+Failure checkWritable(const EntryPath& folder) {
+  return failedUnless(::faccessat(descriptorOf(folder), folder.path.c_str(), W_OK | X_OK, AT_EACCESS) == 0);
 }
 
-Failure checkWritable(const fs::path& folder) {
-  return failedUnless(::faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0);
-}
-
-Failure listFolder(const fs::path& folder, std::vector<fs::path>& names) {
-  Descriptor descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+Failure listFolder(const EntryPath& folder, std::vector<fs::path>& names) {
+  Descriptor descriptor = openFolder(folder);
   if (!descriptor.isOpen()) return failureOf(errno);
   const std::unique_ptr<DIR, int (*)(DIR*)> list(::fdopendir(descriptor.number()), &::closedir);
   if (!list) return failureOf(errno);
@@ -86,41 +102,52 @@ Failure listFolder(const fs::path& folder, std::vector<fs::path>& names) {
   }
 }
 
-Failure moveEntry(const fs::path& from, const fs::path& to) {
+Failure moveEntry(const EntryPath& from, const EntryPath& to) {
   return renameToNew(from, to) ? Failure() : failedToMake(to);
 }
 
-Failure moveOver(const fs::path& from, const fs::path& to) {
-  struct stat status {};
+Failure moveOver(const EntryPath& from, const EntryPath& to) {
+  EntryFacts facts;
   // An empty folder would replace another one.
-  if (::lstat(from.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) return failureOf(EISDIR);
-  return ::rename(from.c_str(), to.c_str()) == 0 ? Failure() : failedToMake(to);
+  if (!readFacts(from, facts) && facts.type == EntryType::kFolder) return failureOf(EISDIR);
+  return rename(from, to) ? Failure() : failedToMake(to);
 }
 
-Failure copyLink(const fs::path& from, const fs::path& to, bool replace) {
-  std::error_code error;
-  const fs::path text = fs::read_symlink(from, error);
-  if (error) return failureOf(error.value());
-  if (!replace) return ::symlink(text.c_str(), to.c_str()) == 0 ? Failure() : failedToMake(to);
-  fs::path temporary;
+Failure copyLink(const EntryPath& from, const EntryPath& to, bool replace) {
+  struct stat status {};
+  std::string text;
+  if (::fstatat(descriptorOf(from), from.path.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0 ||
+      !readLink(from, text))
+    return failureOf(errno);
+  const auto make = [&](const EntryPath& link) {
+    if (::symlinkat(text.c_str(), descriptorOf(link), link.path.c_str()) != 0) return false;
+    const struct timespec times[] = {status.st_atim, status.st_mtim};
+    // Not every file system has times of links.
+    ::utimensat(descriptorOf(link), link.path.c_str(), times, AT_SYMLINK_NOFOLLOW);
+    return true;
+  };
+  if (!replace) return make(to) ? Failure() : failedToMake(to);
+  EntryPath temporary = to;
   do {
-    temporary = temporaryName(to.parent_path());
-  } while (::symlink(text.c_str(), temporary.c_str()) != 0 && errno == EEXIST);
-  if (::rename(temporary.c_str(), to.c_str()) == 0) return {};
-  const Failure failure = failedToMake(to);
-  ::unlink(temporary.c_str());
-  return failure;
+    temporary = temporaryName({to.folder, to.path.parent_path()});
+    if (make(temporary)) {
+      if (rename(temporary, to)) return {};
+      const Failure failure = failedToMake(to);
+      removeFile(temporary);
+      return failure;
+    }
+  } while (errno == EEXIST);
+  return failedToMake(to);
 }
 
-Failure makeFolder(const fs::path& folder) {
-  return ::mkdir(folder.c_str(), 0700) == 0 ? Failure() : failedToMake(folder);
+Failure makeFolder(const EntryPath& folder) {
+  return ::mkdirat(descriptorOf(folder), folder.path.c_str(), 0700) == 0 ? Failure() : failedToMake(folder);
 }
 
-Failure copyFolderFacts(const fs::path& from, const fs::path& to) {
-  constexpr int kFolder = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
-  const Descriptor original(::open(from.c_str(), kFolder));
+Failure copyFolderFacts(const EntryPath& from, const EntryPath& to) {
+  const Descriptor original = openFolder(from);
   if (!original.isOpen()) return failureOf(errno);
-  const Descriptor copy(::open(to.c_str(), kFolder));
+  const Descriptor copy = openFolder(to);
   struct stat status {};
   return failedUnless(copy.isOpen() && ::fstat(original.number(), &status) == 0 &&
                       copyFacts(original.number(), status, copy.number()));
@@ -136,15 +163,18 @@ Failure writeNewFile(const fs::path& path, std::string_view content) {
   return failure;
 }
 
-Failure removeFile(const fs::path& path) { return failedUnless(::unlink(path.c_str()) == 0); }
+Failure removeFile(const EntryPath& path) {
+  return failedUnless(::unlinkat(descriptorOf(path), path.path.c_str(), 0) == 0);
+}
 
-Failure removeEmptyFolder(const fs::path& folder) {
-  if (::rmdir(folder.c_str()) == 0) return {};
+Failure removeEmptyFolder(const EntryPath& folder) {
+  if (::unlinkat(descriptorOf(folder), folder.path.c_str(), AT_REMOVEDIR) == 0) return {};
   return failureOf(errno == EEXIST ? ENOTEMPTY : errno);
 }
 
-void flushFolder(const fs::path& folder) {
-  const Descriptor descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+void flushFolder(const EntryPath& folder) {
+  const Descriptor descriptor(
+      ::openat(descriptorOf(folder), folder.path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (descriptor.isOpen()) ::fsync(descriptor.number());
 }
 

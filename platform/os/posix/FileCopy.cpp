@@ -126,7 +126,7 @@ struct FileCopy::Inside {
 
   Descriptor source;
   EntryFacts facts;
-  fs::path folder;
+  EntryPath folder{fs::path()};
   GoOn goOn;
   std::unique_ptr<TemporaryFile> copy;
 };
@@ -136,8 +136,9 @@ FileCopy::~FileCopy() = default;
 
 const EntryFacts& FileCopy::facts() const { return inside_->facts; }
 
-Failure FileCopy::open(const fs::path& source) {
-  Descriptor file(::open(source.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+Failure FileCopy::open(const EntryPath& source) {
+  Descriptor file(
+      ::openat(descriptorOf(source), source.path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
   struct stat status {};
   if (!file.isOpen() && errno == ENXIO) return FileFailure{FileProblem::kNotAFile, ENXIO};  // a socket
   if (!file.isOpen() || ::fstat(file.number(), &status) != 0) return failureOf(errno);
@@ -148,17 +149,17 @@ Failure FileCopy::open(const fs::path& source) {
   return {};
 }
 
-Failure FileCopy::fill(const fs::path& folder, GoOn goOn) {
+Failure FileCopy::fill(const EntryPath& folder, GoOn goOn) {
   inside_->folder = folder;
   inside_->goOn = std::move(goOn);
   return inside_->fill(false);
 }
 
-Failure FileCopy::place(const fs::path& target) {
+Failure FileCopy::place(const EntryPath& target) {
   return inside_->moveWith([&] { return inside_->copy->moveToNew(target); });
 }
 
-Failure FileCopy::replace(const fs::path& target) {
+Failure FileCopy::replace(const EntryPath& target) {
   return inside_->moveWith([&] { return inside_->copy->giveName() && inside_->copy->moveTo(target); });
 }
 

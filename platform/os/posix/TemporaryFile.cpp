@@ -22,8 +22,6 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view kPrefix = ".kestrel-", kSuffix = ".tmp";
 
-std::string pathOfDescriptor(int descriptor) { return "/proc/self/fd/" + std::to_string(descriptor); }
-
 }  // namespace
 
 /// A living process holds a lock on its own.
@@ -37,58 +35,62 @@ void removeStaleFiles(const fs::path& folder) {
   }
 }
 
-fs::path temporaryName(const fs::path& folder) {
+EntryPath temporaryName(const EntryPath& folder) {
   std::random_device random;
-  return folder / (std::string(kPrefix) + std::to_string(random()) + std::string(kSuffix));
+  return {folder.folder,
+          folder.path / (std::string(kPrefix) + std::to_string(random()) + std::string(kSuffix))};
 }
 
-TemporaryFile::TemporaryFile(const fs::path& folder, bool named, mode_t mode) : folder_(folder) {
-  if (!named) descriptor_ = Descriptor(::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, mode));
+TemporaryFile::TemporaryFile(const EntryPath& folder, bool named, mode_t mode) : folder_(folder) {
+  if (!named)
+    descriptor_ = Descriptor(
+        ::openat(descriptorOf(folder), folder.path.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, mode));
   if (!descriptor_.isOpen()) openNamed(mode);
 }
 
 TemporaryFile::~TemporaryFile() {
-  if (!name_.empty()) ::unlink(name_.c_str());
+  if (name_) removeFile(*name_);
 }
 
 bool TemporaryFile::giveName() {
-  if (!name_.empty()) return true;
+  if (name_) return true;
   ::flock(descriptor(), LOCK_EX | LOCK_NB);
-  const std::string source = pathOfDescriptor(descriptor());
-  fs::path name;
   do {
-    name = temporaryName(folder_);
-    if (::linkat(AT_FDCWD, source.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0) {
-      name_ = name;
+    EntryPath name = temporaryName(folder_);
+    if (linkTo(name)) {
+      name_ = std::move(name);
       return true;
     }
   } while (errno == EEXIST);
   return false;
 }
 
-bool TemporaryFile::moveTo(const fs::path& target) {
-  if (::rename(name_.c_str(), target.c_str()) != 0) return false;
-  name_.clear();
+bool TemporaryFile::moveTo(const EntryPath& target) {
+  if (!rename(*name_, target)) return false;
+  name_.reset();
   return true;
 }
 
-bool TemporaryFile::moveToNew(const fs::path& target) {
-  if (name_.empty()) {
-    return ::linkat(AT_FDCWD, pathOfDescriptor(descriptor()).c_str(), AT_FDCWD, target.c_str(),
-                    AT_SYMLINK_FOLLOW) == 0;
-  }
-  if (!renameToNew(name_, target)) return false;
-  name_.clear();
+bool TemporaryFile::moveToNew(const EntryPath& target) {
+  if (!name_) return linkTo(target);
+  if (!renameToNew(*name_, target)) return false;
+  name_.reset();
   return true;
+}
+
+bool TemporaryFile::linkTo(const EntryPath& name) const {
+  const std::string source = "/proc/self/fd/" + std::to_string(descriptor());
+  return ::linkat(AT_FDCWD, source.c_str(), descriptorOf(name), name.path.c_str(), AT_SYMLINK_FOLLOW) == 0;
 }
 
 void TemporaryFile::openNamed(mode_t mode) {
   do {
     name_ = temporaryName(folder_);
-    descriptor_ = Descriptor(::open(name_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
+    descriptor_ = Descriptor(
+        ::openat(descriptorOf(*name_), name_->path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
     // Another process may have taken it for stale before it was locked.
   } while (descriptor_.isOpen() ? !isLocked() : errno == EEXIST);
-  if (!descriptor_.isOpen()) name_.clear();
+  if (!descriptor_.isOpen()) name_.reset();
 }
 
 /// A file system without locks has no processes that look for stale files there.

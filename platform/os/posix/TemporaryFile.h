@@ -3,16 +3,17 @@
 #include <sys/types.h>
 
 #include <cstdint>
-#include <filesystem>
+#include <optional>
 #include <span>
 #include <utility>
 
 #include "Descriptor.h"
+#include "platform/os/OpenFolder.h"
 
 namespace kestrel::os {
 
 /// A name for a temporary entry, which `removeStaleFiles` recognizes. Probably free.
-std::filesystem::path temporaryName(const std::filesystem::path& folder);
+EntryPath temporaryName(const EntryPath& folder);
 
 /// A new file in a folder, removed again unless it was moved to its place. It is locked while it has a name,
 /// so that no other process takes it for stale. Its name is short and does not depend on the target's, which
@@ -21,7 +22,7 @@ class TemporaryFile {
  public:
   /// `named` at once, or only when it is moved. Where a file without a name cannot be made it has one at
   /// once. `mode` are its permissions, reduced by the user's mask.
-  TemporaryFile(const std::filesystem::path& folder, bool named, mode_t mode);
+  TemporaryFile(const EntryPath& folder, bool named, mode_t mode);
   TemporaryFile(const TemporaryFile&) = delete;
   TemporaryFile& operator=(const TemporaryFile&) = delete;
   ~TemporaryFile();
@@ -33,21 +34,22 @@ class TemporaryFile {
   bool giveName();
 
   /// False with errno set if it could not be moved. The file must have a name.
-  bool moveTo(const std::filesystem::path& target);
+  bool moveTo(const EntryPath& target);
 
   /// The same, but only under a name that is free: else EEXIST. The file needs no name for this.
-  bool moveToNew(const std::filesystem::path& target);
+  bool moveToNew(const EntryPath& target);
 
   /// The descriptor, with its lock; the file closes it no more.
   Descriptor takeDescriptor() { return std::move(descriptor_); }
 
  private:
+  bool linkTo(const EntryPath& name) const;
   void openNamed(mode_t mode);
   bool isLocked() const;
 
-  std::filesystem::path folder_;
+  EntryPath folder_;
   Descriptor descriptor_;
-  std::filesystem::path name_;  ///< empty without a name
+  std::optional<EntryPath> name_;  ///< none before it has one
 };
 
 /// False with errno set at the first failure.

@@ -70,6 +70,25 @@ TEST_F(Copies, OfALinkAreLinks) {
   EXPECT_EQ(listed(to), "broken->nowhere link->" + (root / "outside").string() + " up->" + root.string());
 }
 
+TEST_F(Copies, OfLinksKeepTheirTimesAlsoInPlaceOfAFile) {
+  fs::create_symlink("nowhere", from / "link");
+  const timespec times[] = {{1'000'000'000, 0}, {1'100'000'000, 987'654'321}};
+  ASSERT_EQ(utimensat(AT_FDCWD, (from / "link").c_str(), times, AT_SYMLINK_NOFOLLOW), 0);
+  for (const bool replaces : {false, true}) {
+    fs::remove(to / "link");
+    if (replaces) write(to / "link", "old");
+    caller.answers.clear();
+    if (replaces) caller.answers = {{Choice::kReplace, false}};
+    caller.questions.clear();
+    EXPECT_TRUE(copy({from / "link"}).complete());
+    struct stat status {};
+    ASSERT_EQ(lstat((to / "link").c_str(), &status), 0);
+    EXPECT_TRUE(S_ISLNK(status.st_mode));
+    EXPECT_EQ(status.st_mtim.tv_sec, 1'100'000'000);
+    EXPECT_EQ(status.st_mtim.tv_nsec, 987'654'321);
+  }
+}
+
 TEST_F(Copies, IntoTheirOwnFolderGetAFreeNameWithoutAQuestion) {
   write(to / "a.png", "content");
   write(to / "album/b.png", "b");

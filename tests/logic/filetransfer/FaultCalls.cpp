@@ -1,5 +1,6 @@
 #include "FaultCalls.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <limits.h>
 #include <signal.h>
@@ -8,8 +9,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <fstream>
 #include <string_view>
+#include <system_error>
 
 namespace kestrel::transfer::test {
 namespace {
@@ -22,9 +25,18 @@ bool struck(const char* name) {
   if (!now || all.kind == Faults::Kind::kNone) return false;
   all.struck = name;
   if (all.kind == Faults::Kind::kKilled) kill(getpid(), SIGKILL);
+  if (all.kind == Faults::Kind::kVanishes) {
+    std::error_code ignored;
+    all.kind = Faults::Kind::kNone;
+    std::filesystem::remove(all.vanishing, ignored);
+    return false;
+  }
   errno = all.error;
   return true;
 }
+
+/// The same of a call that only reads.
+bool struckReading(const char* name) { return faults().reading && struck(name); }
 
 /// The number of the innermost simulated file system, 0 for none.
 std::size_t volumeOf(std::string_view path) {
@@ -46,8 +58,13 @@ std::string pathOf(int file) {
   return {path, length > 0 ? static_cast<std::size_t>(length) : 0};
 }
 
-bool otherDisk(const char* from, const char* to) {
-  if (volumeOf(from) == volumeOf(to)) return false;
+/// Of a path from an open folder.
+std::string pathOf(int folder, const char* path) {
+  return folder == AT_FDCWD || path[0] == '/' ? path : pathOf(folder) + "/" + path;
+}
+
+bool otherDisk(int from, const char* source, int to, const char* target) {
+  if (volumeOf(pathOf(from, source)) == volumeOf(pathOf(to, target))) return false;
   errno = EXDEV;
   return true;
 }
@@ -70,9 +87,13 @@ Faults& faults() {
 using namespace kestrel::transfer::test;
 
 extern "C" {
-int __real_lstat(const char* path, struct stat* status);
+int __real_fstatat(int folder, const char* path, struct stat* status, int flags);
 int __real_fstat(int file, struct stat* status);
 int __real_open(const char* path, int flags, ...);
+int __real_openat(int folder, const char* path, int flags, ...);
+ssize_t __real_read(int file, void* data, size_t count);
+ssize_t __real_readlinkat(int folder, const char* link, char* text, size_t size);
+struct dirent* __real_readdir(DIR* list);
 ssize_t __real_write(int file, const void* data, size_t count);
 ssize_t __real_copy_file_range(int from, off64_t* in, int to, off64_t* out, size_t count, unsigned flags);
 int __real_fsync(int file);
@@ -80,16 +101,16 @@ int __real_fdatasync(int file);
 int __real_fchmod(int file, mode_t mode);
 int __real_futimens(int file, const struct timespec* times);
 int __real_linkat(int from, const char* source, int to, const char* target, int flags);
-int __real_symlink(const char* text, const char* name);
-int __real_mkdir(const char* name, mode_t mode);
-int __real_rename(const char* source, const char* target);
+int __real_symlinkat(const char* text, int folder, const char* name);
+int __real_mkdirat(int folder, const char* name, mode_t mode);
+int __real_renameat(int from, const char* source, int to, const char* target);
 int __real_renameat2(int from, const char* source, int to, const char* target, unsigned flags);
 int __real_unlink(const char* name);
 int __real_unlinkat(int folder, const char* name, int flags);
-int __real_rmdir(const char* name);
 
-int __wrap_lstat(const char* path, struct stat* status) {
-  return seen(__real_lstat(path, status), volumeOf(path), status);
+int __wrap_fstatat(int folder, const char* path, struct stat* status, int flags) {
+  if (struckReading("fstatat")) return -1;
+  return seen(__real_fstatat(folder, path, status, flags), volumeOf(pathOf(folder, path)), status);
 }
 int __wrap_fstat(int file, struct stat* status) {
   const int result = __real_fstat(file, status);
@@ -98,7 +119,7 @@ int __wrap_fstat(int file, struct stat* status) {
   errno = code;
   return seen(result, volume, status);
 }
-int __wrap_open(const char* path, int flags, ...) {
+int __wrap_openat(int folder, const char* path, int flags, ...) {
   va_list more;
   va_start(more, flags);
   const mode_t mode = va_arg(more, mode_t);
@@ -108,8 +129,26 @@ int __wrap_open(const char* path, int flags, ...) {
     errno = EOPNOTSUPP;
     return -1;
   }
-  if ((nameless || (flags & O_CREAT) != 0) && struck("open")) return -1;
+  const bool changes = nameless || (flags & O_CREAT) != 0;
+  if (changes ? struck("openat") : struckReading("openat")) return -1;
+  return __real_openat(folder, path, flags, mode);
+}
+int __wrap_open(const char* path, int flags, ...) {
+  va_list more;
+  va_start(more, flags);
+  const mode_t mode = va_arg(more, mode_t);
+  va_end(more);
+  if ((flags & O_CREAT) != 0 && struck("open")) return -1;
   return __real_open(path, flags, mode);
+}
+ssize_t __wrap_read(int file, void* data, size_t count) {
+  return struckReading("read") ? -1 : __real_read(file, data, count);
+}
+ssize_t __wrap_readlinkat(int folder, const char* link, char* text, size_t size) {
+  return struckReading("readlinkat") ? -1 : __real_readlinkat(folder, link, text, size);
+}
+struct dirent* __wrap_readdir(DIR* list) {
+  return struckReading("readdir") ? nullptr : __real_readdir(list);
 }
 ssize_t __wrap_write(int file, const void* data, size_t count) {
   return struck("write") ? -1 : __real_write(file, data, count);
@@ -144,23 +183,25 @@ int __wrap_linkat(int from, const char* source, int to, const char* target, int 
     errno = ENOENT;
     return -1;
   }
-  if (!nameless && otherDisk(source, target)) return -1;
+  if (!nameless && otherDisk(from, source, to, target)) return -1;
   if (!nameless && !faults().hardLinks) {
     errno = EPERM;
     return -1;
   }
   return struck("linkat") ? -1 : __real_linkat(from, source, to, target, flags);
 }
-int __wrap_symlink(const char* text, const char* name) {
-  return struck("symlink") ? -1 : __real_symlink(text, name);
+int __wrap_symlinkat(const char* text, int folder, const char* name) {
+  return struck("symlinkat") ? -1 : __real_symlinkat(text, folder, name);
 }
-int __wrap_mkdir(const char* name, mode_t mode) { return struck("mkdir") ? -1 : __real_mkdir(name, mode); }
-int __wrap_rename(const char* source, const char* target) {
-  if (otherDisk(source, target)) return -1;
-  return struck("rename") ? -1 : __real_rename(source, target);
+int __wrap_mkdirat(int folder, const char* name, mode_t mode) {
+  return struck("mkdirat") ? -1 : __real_mkdirat(folder, name, mode);
+}
+int __wrap_renameat(int from, const char* source, int to, const char* target) {
+  if (otherDisk(from, source, to, target)) return -1;
+  return struck("renameat") ? -1 : __real_renameat(from, source, to, target);
 }
 int __wrap_renameat2(int from, const char* source, int to, const char* target, unsigned flags) {
-  if (otherDisk(source, target)) return -1;
+  if (otherDisk(from, source, to, target)) return -1;
   if (!faults().renamesToNew) {
     errno = EINVAL;
     return -1;
@@ -171,5 +212,4 @@ int __wrap_unlink(const char* name) { return struck("unlink") ? -1 : __real_unli
 int __wrap_unlinkat(int folder, const char* name, int flags) {
   return struck("unlinkat") ? -1 : __real_unlinkat(folder, name, flags);
 }
-int __wrap_rmdir(const char* name) { return struck("rmdir") ? -1 : __real_rmdir(name); }
 }

@@ -8,13 +8,15 @@ namespace kestrel::transfer::test {
 
 /// What the system calls of the transfer do besides their work. The linker directs them here.
 struct Faults {
-  enum class Kind { kNone, kKilled, kFails, kFailsFromThereOn };
+  enum class Kind { kNone, kKilled, kFails, kFailsFromThereOn, kVanishes };
 
   Kind kind = Kind::kNone;
-  int at = 0;          ///< the number of the call that is struck, from 1
-  int error = EIO;     ///< its error, of kFails
-  int calls = 0;       ///< that change something, so far
-  std::string struck;  ///< the call that was
+  int at = 0;             ///< the number of the call that is struck, from 1
+  int error = EIO;        ///< its error, of kFails
+  int calls = 0;          ///< so far
+  bool reading = false;   ///< calls that only read are counted and struck too
+  std::string vanishing;  ///< the file that another program removes before the call, of kVanishes
+  std::string struck;     ///< the call that was
 
   // File systems that can do less.
   std::vector<std::string> volumes;  ///< below each of these folders is another file system

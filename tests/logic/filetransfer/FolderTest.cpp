@@ -138,6 +138,43 @@ TEST_F(Folders, MayHaveASeparatorAtTheEndOfTheirNames) {
   EXPECT_EQ(contentOf(root / "home/Trash/files/album/a.png"), "a");
 }
 
+TEST_F(Folders, AreCopiedThemselvesAndNotALinkThatTakesTheirName) {
+  write(root / "secret/b.png", "secret");
+  caller.cancelAt = [&](const Progress& progress) {
+    const fs::path folder = from / "album/deep/er";
+    if (progress.current == folder / "b.png" && !fs::is_symlink(folder)) {
+      fs::rename(folder, from / "elsewhere");
+      fs::create_directory_symlink(root / "secret", folder);
+    }
+    return false;
+  };
+  copy({from / "album"});
+  EXPECT_TRUE(fs::is_symlink(from / "album/deep/er"));
+  EXPECT_EQ(contentOf(to / "album/deep/er/b.png"), "b");
+}
+
+TEST_F(Folders, AreFilledThemselvesAndNotALinkThatTakesTheirName) {
+  for (const Operation operation : {Operation::kCopy, Operation::kMove}) {
+    fs::remove_all(to);
+    fs::create_directories(root / "outside");
+    write(to / "album/deep/er/own.png", "own");
+    caller.answers = {{Choice::kMerge, false}};
+    caller.questions.clear();
+    caller.cancelAt = [&](const Progress& progress) {
+      const fs::path folder = to / "album/deep/er";
+      if (progress.current.filename() == "b.png" && !fs::is_symlink(folder)) {
+        fs::rename(folder, to / "elsewhere");
+        fs::create_directory_symlink(root / "outside", folder);
+      }
+      return false;
+    };
+    run(operation, {from / "album"});
+    EXPECT_TRUE(fs::is_symlink(to / "album/deep/er"));
+    EXPECT_EQ(listed(root / "outside"), "") << "nothing leaves the tree";
+    EXPECT_EQ(listed(to / "elsewhere"), "b.png=b own.png=own");
+  }
+}
+
 TEST_F(Folders, WithAFileThatMayNotBeReadAreCopiedButForThat) {
   chmod((from / "album/a.png").c_str(), 0);
   const OrdinaryUser user(root);

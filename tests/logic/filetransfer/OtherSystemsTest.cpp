@@ -111,6 +111,33 @@ TEST_F(OtherDisks, GetMovedFoldersFileByFile) {
   EXPECT_EQ(listed(from), "");
 }
 
+TEST_F(OtherDisks, GetMovedFoldersAndNotWhatALinkLeadsToThatTakesTheirName) {
+  write(from / "album/deep/a.png", "mine");
+  write(root / "outside/a.png", "kept");
+  caller.cancelAt = [&](const Progress& progress) {
+    const fs::path folder = from / "album/deep";
+    if (progress.current == folder / "a.png" && !fs::is_symlink(folder)) {
+      fs::rename(folder, from / "elsewhere");
+      fs::create_directory_symlink(root / "outside", folder);
+    }
+    return false;
+  };
+  move({from / "album"});
+  EXPECT_EQ(listed(root / "outside"), "a.png=kept");
+  EXPECT_EQ(contentOf(to / "album/deep/a.png"), "mine");
+}
+
+TEST_F(OtherDisks, GetLinksWithTheirTimes) {
+  fs::create_symlink("nowhere", from / "link");
+  const timespec times[] = {{1'000'000'000, 0}, {1'100'000'000, 987'654'321}};
+  ASSERT_EQ(utimensat(AT_FDCWD, (from / "link").c_str(), times, AT_SYMLINK_NOFOLLOW), 0);
+  EXPECT_TRUE(move({from / "link"}).complete());
+  struct stat status {};
+  ASSERT_EQ(lstat((to / "link").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mtim.tv_sec, 1'100'000'000);
+  EXPECT_EQ(status.st_mtim.tv_nsec, 987'654'321);
+}
+
 TEST_F(OtherDisks, GetNoPipes) {
   ASSERT_EQ(mkfifo((from / "pipe").c_str(), 0600), 0);
   EXPECT_EQ(reasons(move({from / "pipe"}).failed), "pipe: it is a device or a pipe");
