@@ -1,0 +1,45 @@
+# The files of the libraries for hosts, in the components that become packages: `libraries` to run hosts, `development`
+# to build them.
+include(CMakePackageConfigHelpers)
+
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/KestrelLib2)
+
+# A set of targets each: a host of the engine alone does not need the toolkit.
+foreach(name Engine Widgets)
+  string(TOLOWER ${name} lower)
+  install(TARGETS kestrel_${lower}_library EXPORT KestrelLib2${name}
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT libraries NAMELINK_COMPONENT development
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
+  install(EXPORT KestrelLib2${name} NAMESPACE Kestrel:: DESTINATION ${package_dir} COMPONENT development)
+endforeach()
+install(DIRECTORY ${KESTREL_PUBLIC_HEADERS} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
+
+# A shared library links what it uses itself; hosts with static ones link it too.
+set(STATIC_COMPONENTS)
+set(STATIC_DEPENDENCIES)
+set(PRIVATE_LIBS)
+set(PRIVATE_REQUIRES)
+if(NOT KESTREL_SHARED)
+  set(STATIC_COMPONENTS " Svg")
+  set(STATIC_DEPENDENCIES "find_dependency(Threads)")
+  set(PRIVATE_REQUIRES "Qt6Svg")
+  get_target_property(names kestrel_engine_library INTERFACE_LINK_LIBRARIES)
+  list(FILTER names EXCLUDE REGEX "::")
+  list(JOIN names " -l" PRIVATE_LIBS)
+  string(PREPEND PRIVATE_LIBS "-pthread -l")
+endif()
+
+configure_package_config_file(KestrelLib2Config.cmake.in ${CMAKE_CURRENT_BINARY_DIR}/KestrelLib2Config.cmake
+  INSTALL_DESTINATION ${package_dir})
+write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/KestrelLib2ConfigVersion.cmake
+  COMPATIBILITY SameMajorVersion)
+install(FILES
+  ${CMAKE_CURRENT_BINARY_DIR}/KestrelLib2Config.cmake ${CMAKE_CURRENT_BINARY_DIR}/KestrelLib2ConfigVersion.cmake
+  DESTINATION ${package_dir} COMPONENT development)
+
+file(RELATIVE_PATH PREFIX_OF_PKGCONFIG /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
+foreach(library engine widgets)
+  configure_file(kestrel-${library}.pc.in kestrel-${library}.pc @ONLY)
+  install(FILES ${CMAKE_CURRENT_BINARY_DIR}/kestrel-${library}.pc
+    DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
+endforeach()
