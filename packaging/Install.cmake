@@ -12,6 +12,7 @@ foreach(name Engine Widgets)
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
   install(EXPORT KestrelLib2${name} NAMESPACE Kestrel:: DESTINATION ${package_dir} COMPONENT development)
 endforeach()
+install(DIRECTORY ${KESTREL_PACKAGE_DIR}/share/kestrellib2 DESTINATION ${CMAKE_INSTALL_DATADIR} COMPONENT data)
 install(DIRECTORY ${KESTREL_PUBLIC_HEADERS} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
 
 # A shared library links what it uses itself; hosts with static ones link it too.

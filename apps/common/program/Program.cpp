@@ -9,6 +9,7 @@
 #include "platform/os/Paths.h"
 #include "platform/posix/LineTable.h"
 #include "platform/posix/SharedLibraryFactory.h"
+#include "platform/qt/app/HelpFolder.h"
 #include "platform/sqlite/SqliteStore.h"
 #include "platform/sqlite/StorePath.h"
 #include "settings/modProcessing.h"
@@ -23,7 +24,7 @@ Connection assemble(qt::Desktop& desktop, const std::string& title, BoxScript& b
   parts.store = std::make_unique<sqlite::SqliteStore>(sqlite::storePath());
   parts.objectFactory = std::make_unique<posix::SharedLibraryFactory>(*parts.store);
   parts.stackResolver = std::make_unique<posix::LineTable>();
-  parts.helpFolder = os::textOf(os::pathOf(desktop.programFile()).parent_path() / "help");
+  parts.helpFolder = qt::helpFolder(desktop.programFile());
   parts.wrapBoxes = [&boxes](std::unique_ptr<UserInterface> own) {
     return std::make_unique<ScriptBoxes>(boxes, std::move(own));
   };

@@ -6,6 +6,7 @@
 #include "engine/recovery/RecoveryFolder.h"
 #include "platform/posix/LineTable.h"
 #include "platform/posix/SharedLibraryFactory.h"
+#include "platform/qt/app/HelpFolder.h"
 #include "platform/qt/app/QtPlatform.h"
 #include "platform/sqlite/SqliteStore.h"
 #include "platform/sqlite/StorePath.h"
@@ -20,7 +21,7 @@ DesktopParts partsOfComponent() {
   parts.store = std::make_unique<sqlite::SqliteStore>(sqlite::storePath());
   parts.objectFactory = std::make_unique<posix::SharedLibraryFactory>(*parts.store);
   parts.stackResolver = std::make_unique<posix::LineTable>();
-  parts.helpFolder = QCoreApplication::applicationDirPath().toStdString() + "/help";
+  parts.helpFolder = helpFolder(QCoreApplication::applicationFilePath().toStdString());
   return parts;
 }
 
