@@ -1,6 +1,16 @@
-# The files of the libraries for hosts, in the components that become packages: `libraries` to run hosts, `development`
-# to build them.
+# The files of the libraries for hosts, in the components that become packages: `libraries` and `data` to run hosts,
+# `development` to build them.
 include(CMakePackageConfigHelpers)
+
+# kestrel_compress(FILE RESULT): the file compressed as Debian wants its documents, without its name and time.
+function(kestrel_compress file result)
+  get_filename_component(name ${file} NAME)
+  set(compressed ${CMAKE_CURRENT_BINARY_DIR}/${name}.gz)
+  configure_file(${file} ${CMAKE_CURRENT_BINARY_DIR}/${name} COPYONLY)
+  execute_process(COMMAND gzip -9nc ${CMAKE_CURRENT_BINARY_DIR}/${name} OUTPUT_FILE ${compressed}
+    COMMAND_ERROR_IS_FATAL ANY)
+  set(${result} ${compressed} PARENT_SCOPE)
+endfunction()
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/KestrelLib2)
 
