@@ -10,8 +10,6 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
-set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
-set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY "=")
 # The libraries use each other, and are in no installed package yet.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${KESTREL_PACKAGE_DIR}/${CMAKE_INSTALL_LIBDIR})
 set(CPACK_COMPONENTS_ALL)
@@ -41,20 +39,29 @@ endmacro()
 kestrel_package(libraries NAME libkestrel2 SECTION libs
   DEPENDS "libkestrel2-data (= ${PROJECT_VERSION})"
   SUMMARY "embeddable image editor and image browser - libraries"
-  TEXT "The image editor and the image browser of KestrelLib2 as widgets, and its imaging engine, for programs that embed\
- them.")
+  TEXT "The image editor and the image browser of KestrelLib2 as widgets, and its
+imaging engine, for programs that embed them.")
 kestrel_package(data NAME libkestrel2-data SECTION libs ALL
   SUMMARY "embeddable image editor and image browser - help"
   TEXT "The help book of the image editor and the image browser of KestrelLib2.")
 kestrel_package(development NAME libkestrel-dev SECTION libdevel
   DEPENDS "libkestrel2 (= ${PROJECT_VERSION}), qt6-base-dev"
   SUMMARY "embeddable image editor and image browser - development files"
-  TEXT "The headers of KestrelLib2 and the files by which CMake and pkg-config find it, to build programs that embed the\
- image editor or the image browser.")
+  TEXT "The headers of KestrelLib2 and the files by which CMake and pkg-config find
+it, to build programs that embed the image editor or the image browser.")
 kestrel_package(programs NAME kestrel SECTION graphics
   DEPENDS "libkestrel2-data (= ${PROJECT_VERSION})"
   SUMMARY "image editor and image browser"
-  TEXT "kestrel-editor opens, edits and saves pictures; kestrel-browser shows the pictures of a folder; kestrel-info prints\
- the properties of picture files.")
+  TEXT "kestrel-editor opens, edits and saves pictures, kestrel-browser shows the
+pictures of a folder, and kestrel-info prints the properties of picture files.")
+
+# Programs that link the libraries need the package of the same version; the system's loader must know the new files.
+set(control ${CMAKE_CURRENT_BINARY_DIR}/debian)
+file(CONFIGURE OUTPUT ${control}/shlibs CONTENT "\
+libkestrel_engine ${PROJECT_VERSION_MAJOR} libkestrel2 (= ${PROJECT_VERSION})
+libkestrel_widgets ${PROJECT_VERSION_MAJOR} libkestrel2 (= ${PROJECT_VERSION})
+")
+file(CONFIGURE OUTPUT ${control}/triggers CONTENT "activate-noawait ldconfig\n")
+set(CPACK_DEBIAN_LIBRARIES_PACKAGE_CONTROL_EXTRA ${control}/shlibs ${control}/triggers)
 
 include(CPack)
