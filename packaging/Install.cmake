@@ -40,6 +40,10 @@ if(NOT KESTREL_SHARED)
   string(PREPEND PRIVATE_LIBS "-pthread -l")
 endif()
 
+if(KESTREL_DESIGNER)
+  install(TARGETS kestrel_designer_plugin LIBRARY DESTINATION ${KESTREL_DESIGNER_FOLDER} COMPONENT development)
+endif()
+
 configure_package_config_file(KestrelLib2Config.cmake.in ${CMAKE_CURRENT_BINARY_DIR}/KestrelLib2Config.cmake
   INSTALL_DESTINATION ${package_dir})
 write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/KestrelLib2ConfigVersion.cmake

@@ -2,6 +2,8 @@
 
 #include <QActionEvent>
 #include <QVBoxLayout>
+#include <utility>
+#include <vector>
 
 #include "browser/ImageBrowserCtl.h"
 #include "platform/qt/core/Text.h"
@@ -14,16 +16,16 @@ namespace kestrel::qt {
 
 /// The part that outlives calls of the control in progress when the host destroys the widget.
 struct ImageBrowser::Inside {
-  explicit Inside(const SiteServices& services)
+  Inside(const SiteServices& services, Mode mode)
       : calls(services.calls),
         widget(std::make_unique<BrowserWidget>()),
-        site(*widget, "Browser", true, services),
+        site(*widget, "Browser", mode == Mode::kRunning, services),
         control(site) {}
 
   /// Detaches from the host: ends the control's events and closes its windows.
   void retire() {
     site.propertyChanged = nullptr;
-    opened.Disconnect();
+    events.clear();
     control.Retire();
     closeWindowsOf(*widget);
     widget->setParent(nullptr);
@@ -33,22 +35,40 @@ struct ImageBrowser::Inside {
   std::unique_ptr<BrowserWidget> widget;
   QtSite site;
   ImageBrowserCtl control;
-  Connection opened;
+  std::vector<Connection> events;
 };
 
 ImageBrowser::ImageBrowser(Component& component, const PropertyBag* stored, QWidget* parent)
-    : QWidget(parent), component_(component), inside_(std::make_unique<Inside>(component.siteServices())) {
+    : QWidget(parent),
+      component_(component),
+      inside_(std::make_unique<Inside>(component.siteServices(), Mode::kRunning)) {
+  start(stored);
+}
+
+ImageBrowser::ImageBrowser(QWidget* parent, Mode mode)
+    : QWidget(parent),
+      own_(std::in_place),
+      component_(*own_),
+      inside_(std::make_unique<Inside>(component_.siteServices(), mode)) {
+  start(nullptr);
+}
+
+void ImageBrowser::start(const PropertyBag* stored) {
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(inside_->widget.get());
   setFocusProxy(inside_->widget.get());
 
   inside_->site.propertyChanged = [this](const std::string& name) { Q_EMIT propertyChanged(toQt(name)); };
-  inside_->opened =
-      inside_->control.ObjectThumbnailView().ThumbnailOpen.Connect([this](Thumbnail& thumbnail) {
-        const OpenCalls::Call call(inside_->calls);
-        Q_EMIT fileOpened(toQt(thumbnail.Filename()));
-      });
+  ImageBrowserCtl& control = inside_->control;
+  const auto keep = [this](Connection connection) { inside_->events.push_back(std::move(connection)); };
+  keep(control.ObjectThumbnailView().ThumbnailOpen.Connect([this](Thumbnail& thumbnail) {
+    const OpenCalls::Call call(inside_->calls);
+    Q_EMIT fileOpened(toQt(thumbnail.Filename()));
+  }));
+  keep(control.PathChange.Connect([this](const std::string& path) { Q_EMIT pathChanged(toQt(path)); }));
+  keep(control.ExitRequest.Connect([this] { Q_EMIT exitRequested(); }));
+  keep(control.InvalidPathChange.Connect([this] { Q_EMIT invalidPathChanged(); }));
   if (stored != nullptr) {
     inside_->site.ReadProperties(*stored);
   } else {
@@ -62,6 +82,10 @@ ImageBrowser::~ImageBrowser() {
 }
 
 IImageBrowserCtl& ImageBrowser::control() { return inside_->control; }
+
+bool ImageBrowser::showMenuBar() const { return inside_->control.ShowMenuBar(); }
+
+void ImageBrowser::setShowMenuBar(bool value) { inside_->control.ShowMenuBar(value); }
 
 void ImageBrowser::save(PropertyBag& bag) { inside_->site.WriteProperties(bag); }
 

@@ -3,9 +3,12 @@
 #include <QTimer>
 #include <QVBoxLayout>
 #include <chrono>
+#include <utility>
+#include <vector>
 
 #include "editor/ImageProcessingCtl.h"
 #include "platform/qt/core/Guard.h"
+#include "platform/qt/core/Pictures.h"
 #include "platform/qt/core/Text.h"
 #include "platform/qt/dialogs/Modal.h"
 #include "platform/qt/docking/QtMoorage.h"
@@ -17,8 +20,10 @@ namespace kestrel::qt {
 
 /// The part that outlives calls of the control in progress when the host destroys the widget.
 struct ImageEditor::Inside final : QObject {
-  explicit Inside(const SiteServices& services)
-      : widget(std::make_unique<EditorWidget>()), site(*widget, "Processing", true, services), control(site) {
+  Inside(const SiteServices& services, Mode mode)
+      : widget(std::make_unique<EditorWidget>()),
+        site(*widget, "Processing", mode == Mode::kRunning, services),
+        control(site) {
     connect(&timer, &QTimer::timeout, this,
             [this] { guarded([this] { recovery->Tick(std::chrono::steady_clock::now()); }); });
   }
@@ -27,6 +32,7 @@ struct ImageEditor::Inside final : QObject {
   void retire() {
     keepChanges(nullptr);
     site.propertyChanged = nullptr;
+    events.clear();
     control.Retire();
     closeWindowsOf(*widget);
     widget->setParent(nullptr);
@@ -45,24 +51,65 @@ struct ImageEditor::Inside final : QObject {
   std::unique_ptr<EditorWidget> widget;
   QtSite site;
   ImageProcessingCtl control;
+  std::vector<Connection> events;
   /// Kept after its end: it may be asking the user.
   std::unique_ptr<Recovery> recovery;
   QTimer timer;
 };
 
 ImageEditor::ImageEditor(Component& component, const PropertyBag* stored, QWidget* parent)
-    : QWidget(parent), component_(component), inside_(std::make_unique<Inside>(component.siteServices())) {
+    : QWidget(parent),
+      component_(component),
+      inside_(std::make_unique<Inside>(component.siteServices(), Mode::kRunning)) {
+  start(stored);
+}
+
+ImageEditor::ImageEditor(QWidget* parent, Mode mode)
+    : QWidget(parent),
+      own_(std::in_place),
+      component_(*own_),
+      inside_(std::make_unique<Inside>(component_.siteServices(), mode)) {
+  start(nullptr);
+}
+
+void ImageEditor::start(const PropertyBag* stored) {
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(inside_->widget.get());
   setFocusProxy(inside_->widget.get());
 
   inside_->site.propertyChanged = [this](const std::string& name) { Q_EMIT propertyChanged(toQt(name)); };
+  connectEvents();
   if (stored != nullptr) {
     inside_->site.ReadProperties(*stored);
   } else {
     inside_->site.InitProperties();
   }
+}
+
+void ImageEditor::connectEvents() {
+  ImageProcessingCtl& control = inside_->control;
+  const auto keep = [this](Connection connection) { inside_->events.push_back(std::move(connection)); };
+  const auto request = [](std::string& filename, auto emitSignal) {
+    QString name = toQt(filename);
+    emitSignal(name);
+    filename = fromQt(name);
+  };
+  keep(control.ExitRequest.Connect([this] { Q_EMIT exitRequested(); }));
+  keep(control.ImageOpen.Connect([this](const std::string& file) { Q_EMIT imageOpened(toQt(file)); }));
+  keep(control.ImageSave.Connect([this](const std::string& file) { Q_EMIT imageSaved(toQt(file)); }));
+  keep(control.RequestOpenFilename.Connect([this, request](std::string& file, bool& cancel) {
+    request(file, [&](QString& name) { Q_EMIT openFilenameRequested(name, cancel); });
+  }));
+  keep(control.RequestSaveFilename.Connect([this, request](std::string& file, bool& cancel) {
+    request(file, [&](QString& name) { Q_EMIT saveFilenameRequested(name, cancel); });
+  }));
+  keep(control.ForeColorChange.Connect([this](OLE_COLOR color) { Q_EMIT foreColorChanged(toColor(color)); }));
+  keep(control.BackColorChange.Connect([this](OLE_COLOR color) { Q_EMIT backColorChanged(toColor(color)); }));
+  keep(control.ToolChange.Connect([this](ImageProcessingToolConstants tool) { Q_EMIT toolChanged(tool); }));
+  keep(control.PictureSet.Connect([this] { Q_EMIT pictureSet(); }));
+  keep(control.SimpleSaveRequest.Connect([this](bool& saved) { Q_EMIT simpleSaveRequested(saved); }));
+  keep(control.Change.Connect([this] { Q_EMIT changed(); }));
 }
 
 ImageEditor::~ImageEditor() {
@@ -72,6 +119,42 @@ ImageEditor::~ImageEditor() {
 
 IImageProcessingCtl& ImageEditor::control() { return inside_->control; }
 
+bool ImageEditor::allowUnmodifiedHotKeys() const { return inside_->control.AllowUnmodifiedHotKeys(); }
+
+void ImageEditor::setAllowUnmodifiedHotKeys(bool value) { inside_->control.AllowUnmodifiedHotKeys(value); }
+
+bool ImageEditor::useSimpleTools() const { return inside_->control.UseSimpleTools(); }
+
+void ImageEditor::setUseSimpleTools(bool value) { inside_->control.UseSimpleTools(value); }
+
+bool ImageEditor::showDrawingTools() const { return inside_->control.ShowDrawingTools(); }
+
+void ImageEditor::setShowDrawingTools(bool value) { inside_->control.ShowDrawingTools(value); }
+
+bool ImageEditor::useSimpleSave() const { return inside_->control.UseSimpleSave(); }
+
+void ImageEditor::setUseSimpleSave(bool value) { inside_->control.UseSimpleSave(value); }
+
+bool ImageEditor::showClose() const { return inside_->control.ShowClose(); }
+
+void ImageEditor::setShowClose(bool value) { inside_->control.ShowClose(value); }
+
+bool ImageEditor::showOpen() const { return inside_->control.ShowOpen(); }
+
+void ImageEditor::setShowOpen(bool value) { inside_->control.ShowOpen(value); }
+
+bool ImageEditor::showMRU() const { return inside_->control.ShowMRU(); }
+
+void ImageEditor::setShowMRU(bool value) { inside_->control.ShowMRU(value); }
+
+bool ImageEditor::showMenuBar() const { return inside_->control.ShowMenuBar(); }
+
+void ImageEditor::setShowMenuBar(bool value) { inside_->control.ShowMenuBar(value); }
+
+bool ImageEditor::autoUpdateGlobal() const { return inside_->control.AutoUpdateGlobal(); }
+
+void ImageEditor::setAutoUpdateGlobal(bool value) { inside_->control.AutoUpdateGlobal(value); }
+
 bool ImageEditor::acceptFiles() const { return inside_->widget->acceptDrops(); }
 
 void ImageEditor::setAcceptFiles(bool value) { inside_->widget->acceptFiles(value); }
@@ -80,6 +163,12 @@ bool ImageEditor::keepsChanges() const { return inside_->timer.isActive(); }
 
 void ImageEditor::setKeepsChanges(bool value) {
   if (value != keepsChanges()) inside_->keepChanges(value ? component_.recoveryStore() : nullptr);
+}
+
+void ImageEditor::showEvent(QShowEvent* event) {
+  // Without a host that does it. The file dialog is made by Initialize.
+  if (own_ && control().BrowseDialog() == nullptr) control().Initialize();
+  QWidget::showEvent(event);
 }
 
 void ImageEditor::save(PropertyBag& bag) { inside_->site.WriteProperties(bag); }

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <QColor>
 #include <QWidget>
 #include <memory>
+#include <optional>
 
 #include "Component.h"
 #include "editor/interface/IImageProcessingCtl.h"
@@ -14,7 +16,12 @@ namespace kestrel::qt {
 
 /// The image editor as a widget for any window or layout.
 ///
-/// The host calls `control().Initialize()` once and then uses the control.
+/// The host calls `control().Initialize()` once and then uses the control. An editor of a form, made by the
+/// toolkit's designer, initializes itself when it is first shown, unless the host has done so before.
+///
+/// The properties are those that `save` stores, with the same defaults. The signals are the control's events,
+/// before the handlers that a host connects to these; arguments that are references are in-out arguments, so
+/// connect them directly.
 ///
 /// The host may destroy the widget, or its window, at any time: in every event of the control, in the calls
 /// of its sink, and while a dialog of the editor is open. After the destructor no event is raised and no
@@ -22,18 +29,53 @@ namespace kestrel::qt {
 /// canceled it.
 class ImageEditor final : public QWidget {
   Q_OBJECT
+  Q_PROPERTY(bool allowUnmodifiedHotKeys READ allowUnmodifiedHotKeys WRITE setAllowUnmodifiedHotKeys)
+  Q_PROPERTY(bool useSimpleTools READ useSimpleTools WRITE setUseSimpleTools)
+  Q_PROPERTY(bool showDrawingTools READ showDrawingTools WRITE setShowDrawingTools)
+  Q_PROPERTY(bool useSimpleSave READ useSimpleSave WRITE setUseSimpleSave)
+  Q_PROPERTY(bool showClose READ showClose WRITE setShowClose)
+  /// Also sets `showMRU`.
+  Q_PROPERTY(bool showOpen READ showOpen WRITE setShowOpen)
+  Q_PROPERTY(bool showMRU READ showMRU WRITE setShowMRU)
+  Q_PROPERTY(bool showMenuBar READ showMenuBar WRITE setShowMenuBar)
+  Q_PROPERTY(bool autoUpdateGlobal READ autoUpdateGlobal WRITE setAutoUpdateGlobal)
   Q_PROPERTY(bool acceptFiles READ acceptFiles WRITE setAcceptFiles)
   /// Whether unsaved changes are kept on disk, so that the user can recover them after a crash; false by
   /// default, since a host may have its own way. Not stored.
   Q_PROPERTY(bool keepsChanges READ keepsChanges WRITE setKeepsChanges)
 
  public:
+  /// Whether the editor is used, or is on a form that is being designed.
+  enum class Mode { kRunning, kDesigning };
+
   /// A new control, or one with the host's stored properties. Raises RuntimeError 321 if the stored layout in
   /// the program is damaged.
   explicit ImageEditor(Component& component, const PropertyBag* stored = nullptr, QWidget* parent = nullptr);
+  /// For forms: the editor has a component of its own. Raises as above.
+  explicit ImageEditor(QWidget* parent = nullptr, Mode mode = Mode::kRunning);
   ~ImageEditor() override;
 
   IImageProcessingCtl& control();
+
+  // The control's properties; see `IImageProcessingCtl`.
+  bool allowUnmodifiedHotKeys() const;
+  void setAllowUnmodifiedHotKeys(bool value);
+  bool useSimpleTools() const;
+  void setUseSimpleTools(bool value);
+  bool showDrawingTools() const;
+  void setShowDrawingTools(bool value);
+  bool useSimpleSave() const;
+  void setUseSimpleSave(bool value);
+  bool showClose() const;
+  void setShowClose(bool value);
+  bool showOpen() const;
+  void setShowOpen(bool value);
+  bool showMRU() const;
+  void setShowMRU(bool value);
+  bool showMenuBar() const;
+  void setShowMenuBar(bool value);
+  bool autoUpdateGlobal() const;
+  void setAutoUpdateGlobal(bool value);
 
   /// Whether the user may open a picture by dropping its file on the editor; on at first. While `ShowOpen` is
   /// off, files are not taken in any case. As with the command Open, the user is asked about unsaved changes.
@@ -50,8 +92,31 @@ class ImageEditor final : public QWidget {
   /// A property of the control has changed: a host that stores properties calls `save`.
   void propertyChanged(const QString& name);
 
+  // The control's events; see `ImageProcessingCtlEvents`.
+  void exitRequested();
+  void imageOpened(const QString& filename);
+  void imageSaved(const QString& filename);
+  void openFilenameRequested(QString& filename, bool& cancelDefault);
+  void saveFilenameRequested(QString& filename, bool& cancelDefault);
+  void foreColorChanged(const QColor& color);
+  /// An invalid color for no fill.
+  void backColorChanged(const QColor& color);
+  /// One of `ImageProcessingToolConstants`.
+  void toolChanged(int tool);
+  void pictureSet();
+  void simpleSaveRequested(bool& saved);
+  void changed();
+
+ protected:
+  void showEvent(QShowEvent* event) override;
+
  private:
   struct Inside;
+  void start(const PropertyBag* stored);
+  void connectEvents();
+
+  /// Of an editor on a form.
+  std::optional<Component> own_;
   Component& component_;
   std::unique_ptr<Inside> inside_;
 };
