@@ -53,6 +53,7 @@ install(FILES
   DESTINATION ${package_dir} COMPONENT development)
 
 file(RELATIVE_PATH PREFIX_OF_PKGCONFIG /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
+string(REGEX REPLACE "/$" "" PREFIX_OF_PKGCONFIG ${PREFIX_OF_PKGCONFIG})
 foreach(library engine widgets)
   configure_file(kestrel-${library}.pc.in kestrel-${library}.pc @ONLY)
   install(FILES ${CMAKE_CURRENT_BINARY_DIR}/kestrel-${library}.pc
