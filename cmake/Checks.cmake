@@ -79,9 +79,12 @@ function(kestrel_check_headers)
   endforeach()
 endfunction()
 
-# kestrel_generated_headers: what sources include that the toolkit's compilers write.
+# kestrel_generated_headers: what sources include that the toolkit's compilers write, and the headers for hosts.
 function(kestrel_collect_generated_headers)
   add_custom_target(kestrel_generated_headers)
+  if(TARGET kestrel_public_headers)
+    add_dependencies(kestrel_generated_headers kestrel_public_headers)
+  endif()
   kestrel_targets_below(${PROJECT_SOURCE_DIR} targets)
   foreach(target IN LISTS targets)
     get_target_property(generates ${target} AUTOUIC)

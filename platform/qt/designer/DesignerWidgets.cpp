@@ -1,8 +1,8 @@
+#include "DesignerWidgets.h"
+
 #include <QIcon>
 #include <QWidget>
-#include <QtUiPlugin/QDesignerCustomWidgetInterface>
 #include <exception>
-#include <memory>
 #include <utility>
 
 #include <kestrel/ImageBrowser.h>
@@ -71,24 +71,12 @@ class CustomWidget final : public QDesignerCustomWidgetInterface {
 
 }  // namespace
 
-/// The classes of the plugin.
-class DesignerWidgets final : public QObject, public QDesignerCustomWidgetCollectionInterface {
-  Q_OBJECT
-  Q_PLUGIN_METADATA(IID "org.qt-project.Qt.QDesignerCustomWidgetCollectionInterface")
-  Q_INTERFACES(QDesignerCustomWidgetCollectionInterface)
+DesignerWidgets::DesignerWidgets()
+    : editor_(std::make_unique<CustomWidget<ImageEditor>>(kEditor)),
+      browser_(std::make_unique<CustomWidget<ImageBrowser>>(kBrowser)) {}
 
- public:
-  QList<QDesignerCustomWidgetInterface*> customWidgets() const override {
-    return {editor_.get(), browser_.get()};
-  }
-
- private:
-  std::unique_ptr<QDesignerCustomWidgetInterface> editor_ =
-      std::make_unique<CustomWidget<ImageEditor>>(kEditor);
-  std::unique_ptr<QDesignerCustomWidgetInterface> browser_ =
-      std::make_unique<CustomWidget<ImageBrowser>>(kBrowser);
-};
+QList<QDesignerCustomWidgetInterface*> DesignerWidgets::customWidgets() const {
+  return {editor_.get(), browser_.get()};
+}
 
 }  // namespace kestrel::qt
-
-#include "DesignerWidgets.moc"
