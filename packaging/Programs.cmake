@@ -1,6 +1,8 @@
 # The programs, and what a desktop needs of them.
 install(TARGETS kestrel-editor kestrel-browser kestrel-info
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT programs)
+install(DIRECTORY ${KESTREL_PACKAGE_DIR}/share/kestrel-browser
+  DESTINATION ${CMAKE_INSTALL_DATADIR} COMPONENT programs)
 install(FILES desktop/kestrel-editor.desktop desktop/kestrel-browser.desktop
   DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT programs)
 install(FILES desktop/org.kestrellib2.editor.metainfo.xml desktop/org.kestrellib2.browser.metainfo.xml
