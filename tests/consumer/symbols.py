@@ -4,28 +4,27 @@ Both export names of the project alone, so that no other library of a host binds
 both: what a process or a thread has once must exist once in a host that links both.
 """
 
+import re
 import subprocess
 import sys
 
 
-def symbols(*arguments):
-    lines = subprocess.run(["nm", "-P", *arguments], check=True, capture_output=True, text=True).stdout
-    return [line.split()[:2] for line in lines.splitlines()]
+def output(*command):
+    return subprocess.run(command, check=True, capture_output=True, text=True).stdout
 
 
 def exported(library):
-    return [name for name, _ in symbols("-D", "--defined-only", library)]
+    return [line.split()[0] for line in output("nm", "-P", "-D", "--defined-only", library).splitlines()]
 
 
 def variables(library):
-    """Those that can be written, but for tables that only relocation writes."""
-    writable = {name for name, kind in symbols("--defined-only", library) if kind in "bBdD"}
-    return {name for name in writable if "7kestrel" in name and not name.startswith(("_ZTV", "_ZTI", "_ZTT"))}
+    """Those of the project that can be written after the start of a program."""
+    row = re.compile(r"^[0-9a-f]+ .{7} (\.data|\.bss|\.tdata|\.tbss)\s+[0-9a-f]+\s+(?:\.hidden )?(_Z\S*7kestrel\S*)$")
+    return {match[2] for match in map(row.match, output("objdump", "-t", library).splitlines()) if match}
 
 
 def soname(library):
-    text = subprocess.run(["readelf", "-d", library], check=True, capture_output=True, text=True).stdout
-    return next(line for line in text.splitlines() if "SONAME" in line)
+    return next(line for line in output("readelf", "-d", library).splitlines() if "SONAME" in line)
 
 
 engine, widgets = sys.argv[1:]
