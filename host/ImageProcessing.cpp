@@ -199,8 +199,7 @@ std::string ImageProcessing::SaveThumbnail(const std::string& Filename, std::int
   const std::int32_t quality = Required(Options()).JPEGQuality();
   const std::shared_ptr<kestrel::ImgX> work = modProcessing::Platform().CreateImgX();
   try {
-    return modImgX::SavePictureToFile(Required(work), Required(thumbnail), name, format, quality) ? name
-                                                                                                  : "";
+    return modImgX::SavePictureToFile(Required(work), Required(thumbnail), name, format, quality) ? name : "";
   } catch (const std::exception&) {
     return {};
   }

@@ -11,8 +11,8 @@
 
 namespace kestrel {
 
-/// A window that one image editor fills. Closing it only hides it and terminates the editor; the user is asked
-/// about unsaved changes before.
+/// A window that one image editor fills. Closing it only hides it and terminates the editor; the user is
+/// asked about unsaved changes before.
 class frmImageEditor final : public Object {
  public:
   /// Raises RuntimeError 429 or 730 if the window or one of its controls is missing.

@@ -12,8 +12,8 @@ namespace kestrel::posix {
 /// - the host has a definition of its own, which comes first;
 /// - the C++ library is linked statically: its own definition then replaces this weak one.
 ///
-/// The shared libraries for hosts keep the hook to themselves: a host's throws are not ours. In them it records
-/// the throws of their own code, and no errors that the C++ library throws.
+/// The shared libraries for hosts keep the hook to themselves: a host's throws are not ours. In them it
+/// records the throws of their own code, and no errors that the C++ library throws.
 ///
 /// Without the hook a RuntimeError still has the stack recorded at its construction. Errors of the standard
 /// library are then reported with the line of the reporting trailer.
