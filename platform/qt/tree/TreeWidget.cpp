@@ -48,8 +48,18 @@ bool hasNextSibling(const QModelIndex& index) { return index.sibling(index.row()
 /// Lets the view compute the parts of an item.
 class TreeDelegate final : public QStyledItemDelegate {
  public:
-  using QStyledItemDelegate::initStyleOption;
   using QStyledItemDelegate::QStyledItemDelegate;
+
+  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+    QStyledItemDelegate::initStyleOption(option, index);
+    if ((option->state & QStyle::State_Active) || option->icon.isNull()) return;
+    // The icon for the selection has the color of its text, which is hardly seen on the ground of a selection
+    // without the focus.
+    const QPixmap normal =
+        option->icon.pixmap(option->decorationSize, option->widget->devicePixelRatioF(), QIcon::Normal);
+    option->icon = QIcon(normal);
+    option->icon.addPixmap(normal, QIcon::Selected);
+  }
 };
 
 QMouseEvent withoutModifiers(const QMouseEvent& event) {

@@ -4,6 +4,7 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QDir>
+#include <algorithm>
 #include <cstdlib>
 
 #include "../Themes.h"
@@ -110,6 +111,26 @@ TEST_F(TreeLooks, TheSelectionIsDimmerWithoutTheFocus) {
   check("tree-focus.png", "tree-resting.png");
   const Theme dark(darkPalette());
   check("tree-focus-dark.png", "tree-resting-dark.png");
+}
+
+TEST_F(TreeLooks, TheIconOfTheSelectionIsSeenWithoutTheFocusToo) {
+  const Theme light{QPalette(QColor(239, 239, 239))};
+  bench().view().clearFocus();
+  const QImage shown = picture("tree-resting-icon.png");
+  const auto contrast = [&](const std::string& path) {
+    const QRect row = rowOf(path);
+    const QColor ground =
+        shown.pixelColor(QPoint(row.right() - 3, row.center().y()) * shown.devicePixelRatio());
+    int most = 0;
+    for (int y = row.top() + 2; y < row.bottom() - 2; ++y) {
+      for (int x = row.left() + 2; x < row.left() + 18; ++x) {
+        const QColor pixel = shown.pixelColor(QPoint(x, y) * shown.devicePixelRatio());
+        most = std::max(most, std::abs(pixel.lightness() - ground.lightness()));
+      }
+    }
+    return most;
+  };
+  EXPECT_GT(contrast(bench().home("Pictures")), contrast(bench().home("Music")) / 2);
 }
 
 TEST_F(TreeLooks, SignsLinesAndPicturesAreShownAsTheStyleAsks) {
