@@ -1,5 +1,5 @@
-#include <QAction>
 #include <QApplication>
+#include <QMenu>
 #include <QTextBrowser>
 #include <QTimer>
 
@@ -16,38 +16,46 @@ class Watch : public QObject {
 
  public:
   Watch() {
-    connect(this, SIGNAL(painted(bool)), this, SLOT(end(bool)));
+    connect(this, SIGNAL(painted()), this, SLOT(use()));
     qApp->installEventFilter(this);
   }
 
   bool eventFilter(QObject* object, QEvent* event) override {
-    auto* const editor = qobject_cast<kestrel::qt::ImageEditor*>(object);
-    if (editor != nullptr && event->type() == QEvent::Paint && !ended_) {
-      ended_ = true;
-      const kestrel::Image* const image = editor->control().Image();
-      const bool open = image != nullptr && image->Width() > 0;
-      editor_ = editor;
-      emit painted(open && editor->control().Options()->UndoLevels() > 0);
+    if (editor_ == nullptr && event->type() == QEvent::Paint) {
+      editor_ = qobject_cast<kestrel::qt::ImageEditor*>(object);
+      if (editor_ != nullptr) emit painted();
     }
     return false;
   }
 
  signals:
-  void painted(bool open);
+  void painted();
 
  private slots:
-  void end(bool open) {
-    // Runs while the message box is open that reports a missing help book.
-    QTimer::singleShot(0, this, [this, open] {
-      QTimer::singleShot(0, this, [this, open] { QCoreApplication::exit(open && showsHelp() ? 0 : 1); });
+  void use() {
+    // Later, in the host's own event loop.
+    QTimer::singleShot(0, this, [this] {
+      // Runs also while the message box is open that reports a missing help book.
+      QTimer::singleShot(0, this, [this] { QCoreApplication::exit(showsPicture() && showsHelp() ? 0 : 1); });
       openHelp();
     });
   }
 
  private:
-  void openHelp() {
-    for (QAction* const action : editor_->findChildren<QAction*>()) {
-      if (action->text().contains("Contents")) return action->trigger();
+  bool showsPicture() const {
+    const kestrel::Image* const image = editor_->control().Image();
+    return image != nullptr && image->Width() > 0 && editor_->control().Options()->UndoLevels() > 0;
+  }
+
+  /// Opens the menu Help, which is filled then, and chooses its first line.
+  static void openHelp() {
+    for (QWidget* const window : QApplication::topLevelWidgets()) {
+      auto* const menu = qobject_cast<QMenu*>(window);
+      if (menu == nullptr || menu->objectName() != "mnuHelp") continue;
+      menu->popup(QPoint());
+      menu->close();
+      if (!menu->isEmpty()) menu->actions().first()->trigger();
+      return;
     }
   }
 
@@ -60,7 +68,6 @@ class Watch : public QObject {
   }
 
   kestrel::qt::ImageEditor* editor_ = nullptr;
-  bool ended_ = false;
 };
 
 namespace {
