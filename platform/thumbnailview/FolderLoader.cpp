@@ -203,6 +203,8 @@ class FolderLoader::State final : public Workers::Source, public std::enable_sha
     watch_.swap(watch);
     watchEnded_ = true;
     if (isMissing_ && isThere) mustList_ = true;
+    // Nothing to deliver: wakes an owner that waits until the loader is idle.
+    postDelivery();
     wake_();
   }
 
