@@ -1,4 +1,5 @@
 #include <cstdint>
+#include <utility>
 
 #include "ContractTest.h"
 #include "imaging/contract/controls/CheckBox.h"
@@ -302,6 +303,30 @@ TEST_P(Forms, PassASiteItsStoredValues) {
   form->Show();
   user().settle();
   EXPECT_EQ(log, "menu default") << "a stored control is read, not initialized";
+}
+
+TEST_P(Forms, UnloadedInQueryUnloadAreUnloadedOnce) {
+  form_->Show();
+  user().settle();
+  log_.clear();
+  bool again = true;
+  const Connection connection = form_->QueryUnload.Connect([&](bool&, std::int32_t) {
+    if (std::exchange(again, false)) form_->Unload();
+  });
+  user().pressCloseBox(*form_);
+  EXPECT_EQ(log_, "query0 query1 unloaded ");
+  EXPECT_FALSE(form_->Visible());
+}
+
+TEST_P(Forms, ShownModallyAreCallsToTheUser) {
+  bool during = false;
+  user().willUse([&](Form& form) {
+    during = platform().Calls.Any();
+    form.Hide();
+  });
+  form_->Show(true);
+  EXPECT_TRUE(during);
+  EXPECT_FALSE(platform().Calls.Any());
 }
 
 KESTREL_ON_ALL_PLATFORMS(Forms);

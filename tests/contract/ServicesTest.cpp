@@ -349,6 +349,36 @@ TEST_P(Services, AMouseTrackerRaisesHoverOncePerStart) {
   EXPECT_EQ(log, "hover leave ");
 }
 
+TEST_P(Services, ARetiredObjectLivesUntilAllCallsHaveReturned) {
+  std::weak_ptr<int> watch;
+  {
+    const OpenCalls::Call outer(platform().Calls);
+    {
+      const OpenCalls::Call inner(platform().Calls);
+      auto object = std::make_shared<int>(1);
+      watch = object;
+      platform().Retire(std::move(object));
+      user().settle();
+      EXPECT_FALSE(watch.expired());
+    }
+    user().settle();
+    EXPECT_FALSE(watch.expired()) << "the outer call";
+  }
+  user().settle();
+  platform().Retire(std::make_shared<int>(2));
+  user().settle();
+  EXPECT_TRUE(watch.expired());
+}
+
+TEST_P(Services, AnObjectRetiredOutsideOfAllCallsEndsInTheEventLoop) {
+  std::weak_ptr<int> watch;
+  auto object = std::make_shared<int>(1);
+  watch = object;
+  platform().Retire(std::move(object));
+  user().settle();
+  EXPECT_TRUE(watch.expired());
+}
+
 KESTREL_ON_ALL_PLATFORMS(Services);
 
 }  // namespace
