@@ -154,7 +154,6 @@ TEST_P(Files, AreLeftAloneAfterACancellation) {
     write(sub(name), "old");
   }
   user().willDecide(Clash::kCancel, false);
-  user().willAnswer(kAnswerOK);
   EXPECT_FALSE(files().MoveFiles(buffer({path("a.png"), path("b.png")}), path("sub"), 0, 0));
   for (const char* name : {"a.png", "b.png"}) {
     EXPECT_EQ(content(sub(name)), "old");
@@ -164,10 +163,10 @@ TEST_P(Files, AreLeftAloneAfterACancellation) {
 
 TEST_P(Files, InFoldersOfOneNameAreMergedIfTheUserWantsThat) {
   const std::string separator = files().PathSeparator();
+  platform().Shell().CreateFolder(path("album"));
+  platform().Shell().CreateFolder(sub("album"));
+  write(path("album") + separator + "a.png");
   for (const Clash choice : {Clash::kSkip, Clash::kMerge}) {
-    platform().Shell().CreateFolder(path("album"));
-    platform().Shell().CreateFolder(sub("album"));
-    write(path("album") + separator + "a.png");
     user().willDecide(choice, false);
     EXPECT_EQ(files().MoveFiles(buffer({path("album") + separator}), path("sub"), 0, 0),
               choice == Clash::kMerge);

@@ -246,14 +246,15 @@ TEST_P(Thumbnails, ReportWhatTheUserDoesWithThem) {
   EXPECT_EQ(take(), "delete");
 }
 
-TEST_P(Thumbnails, AreGoneWithTheirFiles) {
+TEST_P(Thumbnails, AreGoneWithTheirFilesAndTheNextIsSelected) {
   addPictures();
   load();
   thumbnails().click(1, 0);
   std::filesystem::remove(os::pathOf(user().host(file("a1.png"))));
   view().Refresh();
   EXPECT_TRUE(thumbnails().waitFor([this] { return view().Thumbnails().Count() == 2; }));
-  EXPECT_EQ(selected(), "");
+  EXPECT_EQ(selected(), "1 ");
+  EXPECT_EQ(view().SelectedItems().Item(1).Filename(), file("a2.png"));
 }
 
 TEST_P(Thumbnails, AskForAFolder) {
