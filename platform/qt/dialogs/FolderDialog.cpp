@@ -16,6 +16,8 @@
 namespace kestrel::qt {
 namespace {
 
+enum Column { kName, kSize, kType, kDate };
+
 constexpr QSize kDefaultSize(720, 480);
 constexpr double kShareOfScreen = 0.9;
 
@@ -59,16 +61,23 @@ FolderDialog::FolderDialog(const QString& prompt, const QString& title, QWidget*
   usePlainButtons(*this);
 }
 
+FolderDialog::~FolderDialog() {
+  if (!list_) return;
+  // The toolkit stores the state of the columns, for the dialogs of all its programs.
+  list_->showColumn(kSize);
+  list_->showColumn(kType);
+  list_->header()->setSectionResizeMode(QHeaderView::Interactive);
+}
+
 /// A folder has no size, and its type is always the same.
 void FolderDialog::arrangeColumns() {
-  enum Column { kName, kSize, kType, kDate };
-  auto* const list = findChild<QTreeView*>(QStringLiteral("treeView"));
-  if (!list) return;
-  list->hideColumn(kSize);
-  list->hideColumn(kType);
-  list->header()->setStretchLastSection(false);
-  list->header()->setSectionResizeMode(kName, QHeaderView::Stretch);
-  list->header()->setSectionResizeMode(kDate, QHeaderView::ResizeToContents);
+  list_ = findChild<QTreeView*>(QStringLiteral("treeView"));
+  if (!list_) return;
+  list_->hideColumn(kSize);
+  list_->hideColumn(kType);
+  list_->header()->setStretchLastSection(false);
+  list_->header()->setSectionResizeMode(kName, QHeaderView::Stretch);
+  list_->header()->setSectionResizeMode(kDate, QHeaderView::ResizeToContents);
 }
 
 void FolderDialog::addPrompt(const QString& prompt) {

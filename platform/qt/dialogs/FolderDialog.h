@@ -5,6 +5,8 @@
 #include "base/OpenCalls.h"
 #include "imaging/contract/Types.h"
 
+class QTreeView;
+
 namespace kestrel::qt {
 
 /// The toolkit's dialog for an existing folder, with a sentence above it that says what the folder is for.
@@ -13,6 +15,7 @@ class FolderDialog final : public QFileDialog {
 
  public:
   FolderDialog(const QString& prompt, const QString& title, QWidget* parent);
+  ~FolderDialog() override;
 
   /// The chosen folder.
   QString folder() const;
@@ -20,6 +23,8 @@ class FolderDialog final : public QFileDialog {
  private:
   void arrangeColumns();
   void addPrompt(const QString& prompt);
+
+  QTreeView* list_ = nullptr;
 };
 
 /// Asks the user for an existing folder; empty if canceled. `owner` is the window that asks. The dialog

@@ -74,6 +74,17 @@ TEST_F(FolderQuestion, ListsFoldersWithoutSizeAndType) {
   EXPECT_EQ(columns, (QStringList{QStringLiteral("Name"), QStringLiteral("Date Modified")}));
 }
 
+TEST_F(FolderQuestion, LeavesTheColumnsOfOtherDialogsAlone) {
+  ask(folder.path(), [](qt::FolderDialog& dialog) { dialog.reject(); });
+  QFileDialog other;
+  other.setOption(QFileDialog::DontUseNativeDialog);
+  const auto* const list = other.findChild<QTreeView*>(QStringLiteral("treeView"));
+  ASSERT_NE(list, nullptr);
+  for (int column = 0; column < list->model()->columnCount(); ++column) {
+    EXPECT_FALSE(list->isColumnHidden(column)) << column;
+  }
+}
+
 TEST_F(FolderQuestion, ReturnsTheChosenFolder) {
   const std::string chosen = ask(folder.path() + "/inner", [&](qt::FolderDialog& dialog) {
     type(dialog, QStringLiteral("target"));
