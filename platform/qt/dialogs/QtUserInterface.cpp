@@ -121,12 +121,13 @@ std::int32_t QtUserInterface::MessageBox(const std::string& text, std::int32_t s
   Box box(dialogParent(owner));
   box.setTextFormat(Qt::PlainText);
   setCaption(box, titleOf(title));
-  setText(box, withLineFeeds(translated(text)));
   box.setIcon(iconOf(style));
   const auto buttons = buttonsOf(style);
   for (const auto button : buttons) box.addButton(button);
   box.setDefaultButton(buttons.value((style & kDefaultButtonBits) >> 8, buttons.front()));
   if (buttons.size() == 1) box.setEscapeButton(buttons.front());
+  // After the buttons: adding one shows all of them.
+  setText(box, withLineFeeds(translated(text)));
   return answerOf(execModal(box, calls_));
 }
 

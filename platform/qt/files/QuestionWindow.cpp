@@ -45,6 +45,11 @@ QString dateText(const os::EntryFacts& facts) {
   return QLocale().toString(date, QLocale::ShortFormat);
 }
 
+/// As exact as the shown date.
+auto secondOf(const os::EntryFacts& facts) {
+  return std::chrono::floor<std::chrono::seconds>(facts.modified);
+}
+
 /// The text with a remark where the file differs from the other one.
 QString remarked(const QString& text, bool differs, const char* remark) {
   return differs ? translated("%1 (%2)").arg(text, translated(remark)) : text;
@@ -59,7 +64,7 @@ QGroupBox* groupOf(const char* title, const FileInQuestion& file, const FileInQu
   const os::EntryFacts &own = file.facts, &another = other.facts;
   const bool bothFiles = own.type == EntryType::kFile && another.type == EntryType::kFile;
   auto* const size = new QLabel(remarked(sizeText(own), bothFiles && own.size > another.size, "larger"));
-  auto* const date = new QLabel(remarked(dateText(own), own.modified > another.modified, "newer"));
+  auto* const date = new QLabel(remarked(dateText(own), secondOf(own) > secondOf(another), "newer"));
   auto* const column = new QVBoxLayout(group);
   column->addWidget(picture, 1);
   for (QLabel* label : {size, date}) {

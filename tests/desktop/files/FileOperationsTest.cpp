@@ -127,8 +127,23 @@ TEST_F(FileOperations, ShowWhatIsKnownAboutBothFiles) {
     }
     press(window, Qt::Key_Escape);
   });
-  windows.then([](QWidget& window) { press(window, Qt::Key_Return); });
   EXPECT_FALSE(copy({"from/a.png", "from/b.png"}));
+}
+
+TEST_F(FileOperations, CallNoFileNewerThatIsOfTheSameSecond) {
+  writeClashes();
+  const QDateTime noon(QDate(2020, 5, 17), QTime(12, 0));
+  for (const auto& [name, milliseconds] : {std::pair("from/a.png", 900), {"to/a.png", 100}}) {
+    QFile file(path(name));
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    ASSERT_TRUE(file.setFileTime(noon.addMSecs(milliseconds), QFileDevice::FileModificationTime));
+  }
+  windows.then([](QWidget& window) {
+    for (const QLabel* each : window.findChildren<QLabel*>())
+      EXPECT_FALSE(each->text().contains(QStringLiteral("newer"))) << each->text().toStdString();
+    press(window, Qt::Key_Escape);
+  });
+  EXPECT_FALSE(copy({"from/a.png"}));
 }
 
 TEST_F(FileOperations, ReachAllButtonsOfAQuestionByTab) {

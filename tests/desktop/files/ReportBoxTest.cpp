@@ -31,6 +31,9 @@ TEST_F(ReportBox, ScrollsALongListAndFitsTheScreen) {
     ASSERT_TRUE(list);
     EXPECT_TRUE(list->isVisible());
     EXPECT_TRUE(list->isReadOnly());
+    for (const auto* button : window.findChildren<QPushButton*>()) {
+      EXPECT_EQ(button->isVisible(), button->text() == QStringLiteral("OK")) << button->text().toStdString();
+    }
     const QString text = list->toPlainText();
     EXPECT_TRUE(
         text.startsWith(QStringLiteral("300 files in \"%1\" (it does not exist):\n").arg(path("from"))));
