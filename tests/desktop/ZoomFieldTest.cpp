@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
+#include <QEnterEvent>
 #include <QLineEdit>
 #include <QTest>
 #include <QWindow>
@@ -104,6 +105,9 @@ TEST_F(ClickedZoomField, GivesTheFocusBackAfterAChoiceInItsList) {
 
 TEST_F(ClickedZoomField, HasNoHintAfterItsListWasClosedWithThePointerOverThePicture) {
   const auto* const hint = bench.window().findChild<qt::PanelField*>(QStringLiteral("pnlStatus"));
+  const QPointF middle = combo->rect().center();
+  QEnterEvent enter(middle, combo->mapTo(&bench.window(), middle), combo->mapToGlobal(middle));
+  QApplication::sendEvent(combo, &enter);
   ASSERT_EQ(hint->text(), "Allows you to set a zoom level") << "the pointer is over the field";
   QCursor::setPos(bench.canvas().mapToGlobal(bench.canvas().rect().center()));
   pressInList({Qt::Key_Escape});
