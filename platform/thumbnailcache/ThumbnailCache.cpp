@@ -156,18 +156,9 @@ StoredThumbnail ThumbnailCache::readFailed(const FileVersion& file, const std::s
   return failed;
 }
 
-/// Makes the folder and those above it, and clears it once of what killed processes left there. False if it
-/// cannot be made.
+/// Makes the folder, and clears it once of what killed processes left there. False if it cannot be made.
 bool ThumbnailCache::prepare(const fs::path& folder) {
-  const fs::path relative = folder.lexically_relative(root_);
-  fs::path made = root_.parent_path();
-  if (os::makePrivateFolder(made)) return false;
-  made = root_;
-  if (os::makePrivateFolder(made)) return false;
-  for (const fs::path& part : relative) {
-    made /= part;
-    if (os::makePrivateFolder(made)) return false;
-  }
+  if (os::makePrivateFolder(folder)) return false;
   {
     const std::lock_guard lock(mutex_);
     if (!cleaned_.insert(folder).second) return true;

@@ -125,7 +125,10 @@ bool isOwned(const fs::path& path) {
 Failure makePrivateFolder(const fs::path& folder) {
   std::error_code error;
   if (fs::is_directory(folder, error)) return {};
-  fs::create_directories(folder.parent_path(), error);
+  const fs::path above = folder.parent_path();
+  if (folder.has_filename() && above.has_filename()) {
+    if (const Failure failure = makePrivateFolder(above)) return failure;
+  }
   if (::mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST) return failureOf(errno);
   return {};
 }

@@ -34,7 +34,7 @@ TEST_F(Trash, HasTheFileAndWhereItWasAndWhen) {
 TEST_F(Trash, IsMadeWithItsFoldersForTheUserAlone) {
   write(from / "a.png", "content");
   trash({from / "a.png"});
-  for (const fs::path& folder : {home, home / "files", home / "info"}) {
+  for (const fs::path& folder : {home.parent_path(), home, home / "files", home / "info"}) {
     struct stat status {};
     ASSERT_EQ(stat(folder.c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 07777U, 0700U) << folder;
