@@ -43,7 +43,9 @@ void frmImageEditor::Form_Activate() {
   try {
     if (std::exchange(iActivated, true)) return;
     modProcessing::Platform().Screen().MousePointer(kBusyDefault);
-    if (frmZoom* const Magnifier = iProcessing.ZoomWindow()) Magnifier->RedrawZoomWindow();
+    // The magnifier exists from `Initialize` on, and can draw once there is a picture.
+    frmZoom* const Magnifier = iProcessing.ZoomWindow();
+    if (Magnifier && iProcessing.Image()) Magnifier->RedrawZoomWindow();
   } catch (...) {
     QDK_TRAILER(Form_Activate, QDK_PARAMETERS(), QDK_LOCALS());
   }

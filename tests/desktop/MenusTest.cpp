@@ -7,6 +7,7 @@
 #include <QMenuBar>
 #include <QScreen>
 #include <QTemporaryDir>
+#include <QScopeGuard>
 #include <QTest>
 #include <QTextDocumentFragment>
 #include <QTimer>
@@ -226,6 +227,9 @@ TEST_F(Menus, OpenAtTheSelectionByTheMenuKey) {
   const QPoint corner = bench.window().screen()->availableGeometry().topLeft() + QPoint(20, 20);
   bench.window().move(bench.window().pos() + corner - bench.canvas().mapToGlobal(middle.toPoint()));
   settle();
+  // Other tests move a pointer of their own, and nothing may be under this one.
+  const QPoint pointer = QCursor::pos();
+  const auto restored = qScopeGuard([&] { QCursor::setPos(pointer); });
   QCursor::setPos(bench.canvas().mapToGlobal(QPoint(3, 3)));
   QPoint place;
   QTimer::singleShot(20, [&] {

@@ -23,7 +23,6 @@ struct Member {
 
 std::string text(std::int32_t value) { return std::to_string(value); }
 std::string text(bool value) { return value ? "True" : "False"; }
-std::string text(const std::string& value) { return value; }
 std::string text(const PicturePtr& picture);
 
 template <typename Call, typename Target>
