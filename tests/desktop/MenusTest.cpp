@@ -5,9 +5,9 @@
 #include <QFontInfo>
 #include <QHelpEvent>
 #include <QMenuBar>
+#include <QScopeGuard>
 #include <QScreen>
 #include <QTemporaryDir>
-#include <QScopeGuard>
 #include <QTest>
 #include <QTextDocumentFragment>
 #include <QTimer>
