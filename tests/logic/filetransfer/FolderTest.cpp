@@ -160,6 +160,7 @@ TEST_F(Folders, AreFilledThemselvesAndNotALinkThatTakesTheirName) {
     write(to / "album/deep/er/own.png", "own");
     caller.answers = {{Choice::kMerge, false}};
     caller.questions.clear();
+    caller.shown.clear();
     caller.cancelAt = [&](const Progress& progress) {
       const fs::path folder = to / "album/deep/er";
       if (progress.current.filename() == "b.png" && !fs::is_symlink(folder)) {
