@@ -24,6 +24,8 @@ namespace fs = std::filesystem;
 using engine::Bitmap;
 
 constexpr std::string_view kFailed = "fail", kShared = ".sh_thumbnails";
+/// The cache of all programs before the base directory standard.
+constexpr std::string_view kFormer = ".thumbnails";
 constexpr std::string_view kProgram = "kestrel-" KESTREL_VERSION;
 
 /// A picture that is no larger is decoded as fast as its thumbnail.
@@ -117,7 +119,11 @@ void ThumbnailCache::putFailed(const FileVersion& file, const std::string& reaso
 /// A file that became unreadable must not be shown from the cache, and one that becomes readable must be
 /// tried again.
 bool ThumbnailCache::serves(const FileVersion& file) {
-  return file.path.is_absolute() && !isOwnFolder(file.path.parent_path()) && os::isReadable(file.path);
+  if (!file.path.is_absolute() || isOwnFolder(file.path.parent_path())) return false;
+  std::error_code error;
+  const bool isLink = fs::is_symlink(fs::symlink_status(file.path, error));
+  if (isLink && isOwnFolder(fs::weakly_canonical(file.path).parent_path())) return false;
+  return os::isReadable(file.path);
 }
 
 bool ThumbnailCache::isOwnFolder(const fs::path& folder) {
@@ -126,7 +132,10 @@ bool ThumbnailCache::isOwnFolder(const fs::path& folder) {
     if (!lastFolder_.empty() && folder == lastFolder_) return lastIsOwn_;
   }
   const fs::path root = fs::weakly_canonical(root_), real = fs::weakly_canonical(folder);
-  const bool isOwn = std::mismatch(root.begin(), root.end(), real.begin(), real.end()).first == root.end();
+  const bool isOwn = std::mismatch(root.begin(), root.end(), real.begin(), real.end()).first == root.end() ||
+                     std::any_of(real.begin(), real.end(), [](const fs::path& part) {
+                       return part.native() == kShared || part.native() == kFormer;
+                     });
   const std::lock_guard lock(mutex_);
   lastFolder_ = folder;
   lastIsOwn_ = isOwn;

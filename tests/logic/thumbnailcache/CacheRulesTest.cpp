@@ -172,8 +172,16 @@ TEST_F(CacheRules, KeepsNothingOfFilesInTheCache) {
   cache_.put(photo, 128, picture(128, 96), {4000, 3000});
   const fs::path entry = entryOf(photo, "normal");
   fs::create_directory_symlink(root_ / "normal", folder_ / "link");
-  for (const fs::path& path :
-       {entry, root_ / "normal/../normal" / entry.filename(), folder_.path() / "link" / entry.filename()}) {
+  const fs::path linked = folder_.path() / "entry.png";
+  fs::create_symlink(entry, linked);
+  const fs::path shared = folder_.path() / ".sh_thumbnails/normal" / entry.filename();
+  const fs::path former = folder_.path() / ".thumbnails/normal" / entry.filename();
+  for (const fs::path& path : {shared, former}) {
+    fs::create_directories(path.parent_path());
+    fs::copy_file(entry, path);
+  }
+  for (const fs::path& path : {entry, root_ / "normal/../normal" / entry.filename(),
+                               folder_.path() / "link" / entry.filename(), linked, shared, former}) {
     const FileVersion thumbnail = versionOf(path);
     cache_.put(thumbnail, 128, picture(128, 96), {4000, 3000});
     cache_.putFailed(thumbnail, "reason");
