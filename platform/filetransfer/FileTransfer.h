@@ -49,7 +49,7 @@ struct Question {
   enum class Kind {
     kClash,    ///< there is an entry with the name already: kReplace, kKeepBoth, kSkip, kCancel
     kFolders,  ///< there is a folder with the name of a folder already: kMerge, kKeepBoth, kSkip, kCancel
-    kNoTrash,  ///< the volume of the file has no trash: kDelete, kSkip, kCancel
+    kNoTrash,  ///< the volume of the file has no trash that can be used: kDelete, kSkip, kCancel
   };
 
   Kind kind = Kind::kClash;
@@ -58,6 +58,8 @@ struct Question {
   /// Of a clash: false if one of them is a folder, if the source is a link to the target, or if this work has
   /// put the target there.
   bool canReplace = true;
+  /// Of kNoTrash: why the trash cannot be used, as "the disk is full". Empty if there is none.
+  std::string problem;
   bool more = false;  ///< further files may raise the same question
 };
 

@@ -133,7 +133,12 @@ std::int32_t confirmationStyleOf(Operation operation) {
 }
 
 std::string noTrashQuestionOf(const Question& question) {
-  return "The disk of " + nameOf(question.source.path) +
+  const std::string name = nameOf(question.source.path);
+  if (!question.problem.empty()) {
+    return "The file " + name + " does not fit into the trash: " + question.problem +
+           ". Do you want to delete it for good?";
+  }
+  return "The disk of " + name +
          " has no trash, so the file cannot be restored later. Do you want to delete it for good?";
 }
 

@@ -127,6 +127,7 @@ Put put(const TrashFolder& trash, const fs::path& absolute, const os::EntryFacts
         return Put::kOtherDisk;
       case FileProblem::kDiskFull:
       case FileProblem::kQuota:
+        result.failure = failure;
         return Put::kImpossible;
       default:
         result.failure = failure;
@@ -210,6 +211,8 @@ TrashResult moveToTrash(const fs::path& path, const fs::path& homeTrash,
   }
   if (end == Put::kOtherDisk) end = putAtTop(absolute, facts, canceled, result);
   result.hasTrash = end == Put::kDone || end == Put::kFailed;
+  // One trash may have had no room, and another one took the entry.
+  if (end == Put::kDone) result.failure.reset();
   return result;
 }
 

@@ -14,7 +14,8 @@ std::filesystem::path homeTrash();
 
 /// How an attempt to move an entry to the trash ended.
 struct TrashResult {
-  bool hasTrash = true;  ///< false: the entry's volume has no trash folder and none can be made
+  bool hasTrash = true;  ///< false: the entry's volume has no trash that can be used
+  /// Why the entry was not moved, or why the trash cannot be used: none if there is no trash.
   std::optional<os::FileFailure> failure;
 };
 

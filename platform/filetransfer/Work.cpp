@@ -139,10 +139,13 @@ Work::End Work::trash(const fs::path& path) {
   question.kind = Question::Kind::kNoTrash;
   question.source.path = path;
   if (const auto failure = os::readFacts(path, question.source.facts)) return failed(path, *failure);
+  if (result.failure) question.problem = os::reasonOf(*result.failure, path);
+  const std::string reason = result.failure ? "it does not fit into the trash: " + question.problem
+                                            : "there is no trash on its disk";
   const std::optional<Choice> answer = ask(std::move(question));
   if (!answer) return End::kStopped;
   if (*answer == Choice::kDelete) return remove(path);
-  report_.skipped.push_back({path, "there is no trash on its disk"});
+  report_.skipped.push_back({path, reason});
   return End::kNotDone;
 }
 

@@ -4,6 +4,7 @@
 
 #include "FaultCalls.h"
 #include "TransferBench.h"
+#include "platform/filetransfer/Texts.h"
 
 namespace kestrel::transfer {
 namespace {
@@ -267,7 +268,10 @@ TEST_F(OtherSystems, WhoseHomeHasNoRoomHaveNoTrash) {
   faults().at = faults().calls + 1;
   caller.answers = {{Choice::kSkip, false}};
   EXPECT_EQ(reasons(run(Operation::kTrash, {from / "a.png"}).skipped),
-            "a.png: there is no trash on its disk");
+            "a.png: it does not fit into the trash: the disk is full");
+  EXPECT_EQ(
+      noTrashQuestionOf(caller.questions.at(0)),
+      "The file \"a.png\" does not fit into the trash: the disk is full. Do you want to delete it for good?");
   EXPECT_EQ(listed(from), "a.png=content");
   EXPECT_FALSE(fs::exists(root / (".Trash-" + std::to_string(geteuid())))) << "the home trash is the one";
 }
