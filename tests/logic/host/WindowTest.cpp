@@ -51,6 +51,13 @@ TEST_F(HostWindow, ResetsThePointerAtItsFirstActivationOnly) {
   EXPECT_EQ(platform().Screen().MousePointer(), kBusyHourglass);
 }
 
+TEST_F(HostWindow, IsShownWithoutAPictureAndReportsNothing) {
+  ImageProcessing processing;
+  processing.Initialize();
+  processing.Show();
+  EXPECT_THAT(user().boxes(), IsEmpty());
+}
+
 TEST_F(HostWindow, RedrawsTheMagnifierAtItsFirstActivationOnly) {
   ImageProcessing processing;
   processing.Initialize();
