@@ -78,7 +78,8 @@ class BackgroundTransfer::Worker final : public Caller {
 };
 
 BackgroundTransfer::BackgroundTransfer(Request request, Work work) : shared_(std::make_shared<Shared>()) {
-  thread_ = std::thread([shared = shared_, lost = lostWork(request), own = std::move(request),
+  Report lost = lostWork(request);
+  thread_ = std::thread([shared = shared_, lost = std::move(lost), own = std::move(request),
                          ownWork = std::move(work)]() mutable {
     Worker worker(*shared);
     Report report = reportOf(ownWork, own, worker, std::move(lost));

@@ -39,15 +39,15 @@ struct FolderChanges {
 /// To miss nothing, construct the watch first and list the folder afterwards.
 class FolderWatch {
  public:
-  /// Runs on the thread of the watch. It must not destroy the watch and must not raise: it hands the changes
-  /// over to its own thread.
+  /// Runs on the thread of the watch. It must not raise: it hands the changes over to its own thread. It may
+  /// release the last owner of the watch.
   using Changed = std::function<void(FolderChanges changes)>;
 
   /// Watches the folder until destruction.
   FolderWatch(const std::filesystem::path& folder, Changed changed);
   FolderWatch(const FolderWatch&) = delete;
   FolderWatch& operator=(const FolderWatch&) = delete;
-  /// After the return `changed` is not called any more; waits for a call in progress.
+  /// After the return `changed` is not called any more; waits for a call in progress, unless called by it.
   ~FolderWatch();
 
   /// False where changes may go unnoticed: the folder cannot be watched, or it is on a file system which
@@ -58,7 +58,7 @@ class FolderWatch {
  private:
   struct Inside;
 
-  std::unique_ptr<Inside> inside_;  ///< null if the folder cannot be watched
+  std::shared_ptr<Inside> inside_;  ///< null if the folder cannot be watched
   bool available_ = false;
 };
 

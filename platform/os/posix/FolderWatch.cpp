@@ -18,6 +18,7 @@
 #include <limits>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -56,18 +57,31 @@ struct FolderWatch::Inside {
         wake_(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {
     watches_ = events_.isOpen() && wake_.isOpen() &&
                ::inotify_add_watch(events_.number(), folder.c_str(), kEvents) >= 0;
-    if (watches_) thread_ = std::thread([this] { serve(); });
   }
   Inside(const Inside&) = delete;
   Inside& operator=(const Inside&) = delete;
-  ~Inside() {
-    if (!thread_.joinable()) return;
-    constexpr std::uint64_t kOne = 1;
-    [[maybe_unused]] const ssize_t written = ::write(wake_.number(), &kOne, sizeof kOne);
-    thread_.join();
+
+  /// False if there is nothing to watch with. The thread keeps `self`, this object, until it ends.
+  bool start(std::shared_ptr<Inside> self) {
+    if (!watches_) return false;
+    try {
+      thread_ = std::thread([own = std::move(self)] { own->serve(); });
+    } catch (const std::system_error&) {
+      return false;  // the system refuses further threads
+    }
+    return true;
   }
 
-  bool watches() const { return watches_; }
+  /// Ends the thread and waits for it, unless it is the calling one: that ends by itself.
+  void end() {
+    constexpr std::uint64_t kOne = 1;
+    [[maybe_unused]] const ssize_t written = ::write(wake_.number(), &kOne, sizeof kOne);
+    if (thread_.get_id() == std::this_thread::get_id()) {
+      thread_.detach();
+    } else {
+      thread_.join();
+    }
+  }
 
  private:
   struct Moved {
@@ -166,12 +180,14 @@ struct FolderWatch::Inside {
 };
 
 FolderWatch::FolderWatch(const fs::path& folder, Changed changed) {
-  auto inside = std::make_unique<Inside>(folder, std::move(changed));
-  if (!inside->watches()) return;
+  auto inside = std::make_shared<Inside>(folder, std::move(changed));
+  if (!inside->start(inside)) return;
   inside_ = std::move(inside);
   available_ = !isShared(folder);
 }
 
-FolderWatch::~FolderWatch() = default;
+FolderWatch::~FolderWatch() {
+  if (inside_) inside_->end();
+}
 
 }  // namespace kestrel::os

@@ -9,6 +9,7 @@
 #include <condition_variable>
 #include <fstream>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -237,6 +238,26 @@ TEST_F(FolderWatchTest, ReportsNothingAfterItsEnd) {
     folder_.put("after", "x");
     EXPECT_EQ(reports_.batches(), batches);
   }
+}
+
+TEST_F(FolderWatchTest, MayEndInItsReport) {
+  std::unique_ptr<FolderWatch> watch;
+  std::mutex mutex;
+  std::condition_variable arrived;
+  int reports = 0;
+  {
+    const std::lock_guard lock(mutex);
+    watch = std::make_unique<FolderWatch>(folder_.path(), [&](const FolderChanges&) {
+      const std::lock_guard reported(mutex);
+      watch.reset();
+      ++reports;
+      arrived.notify_all();
+    });
+  }
+  folder_.put("file", "x");
+  std::unique_lock lock(mutex);
+  EXPECT_TRUE(arrived.wait_for(lock, kLongestWait, [&] { return reports == 1; }));
+  EXPECT_EQ(watch, nullptr);
 }
 
 TEST_F(FolderWatchTest, ReportsToEachOfTwoWatches) {
