@@ -55,8 +55,8 @@ class OwnedFile {
 /// Whether a living process owns the file. True too where that cannot be found out.
 bool isOwned(const std::filesystem::path& path);
 
-/// Makes a folder that only the user can enter, and those above it that are missing, in the same way. Existing
-/// ones are left as they are.
+/// Makes a folder that only the user can enter, and those above it that are missing, in the same way.
+/// Existing ones are left as they are.
 std::optional<FileFailure> makePrivateFolder(const std::filesystem::path& folder);
 
 }  // namespace kestrel::os
