@@ -15,6 +15,8 @@
 #include "imaging/contract/Draw.h"
 #include "imaging/contract/Image.h"
 #include "imaging/contract/Writer.h"
+#include "imaging/contract/controls/CommandButton.h"
+#include "imaging/contract/controls/FormHeader.h"
 #include "platform/headless/Form.h"
 #include "platform/headless/ImageView.h"
 #include "platform/headless/Moorage.h"
@@ -63,7 +65,7 @@ class HostTest : public testing::Test {
   /// Writes a picture of 40 by 30 without symmetry.
   std::string makePicture(const std::string& file, std::int32_t format) {
     const auto picture = platform_->CreateImgX();
-    const Colour background(0x00336699);
+    const Colour background(0x00336699, 150);
     picture->Document().NewImage(40, 30, &background);
     picture->Draw().Color() = Colour(0x0000CC11);
     picture->Draw().FillMode(kFillSolid);
@@ -85,6 +87,13 @@ class HostTest : public testing::Test {
   }
   static headless::Moorage& suiteOf(const ImageProcessing& processing) {
     return Bind<headless::Moorage>(Bind<Site>(formOf(processing), "Processing"), "mrgUI");
+  }
+
+  /// Presses OK (0) or Cancel (1) of a dialog; that of thumbnails has them in its header.
+  static void pressButton(Form& form, std::int32_t button) {
+    if (form.Name() != "frmGetThumnail") return Bind<CommandButton>(form, "cmdAction", button).Press();
+    auto& header = Bind<FormHeader>(form, "FormHeader");
+    button == 0 ? header.PressOK() : header.PressCancel();
   }
 
   template <typename... Args, typename Handler>

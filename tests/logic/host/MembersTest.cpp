@@ -6,7 +6,6 @@
 
 #include "HostTest.h"
 #include "imaging/contract/ImageView.h"
-#include "imaging/contract/controls/CommandButton.h"
 
 namespace kestrel {
 namespace {
@@ -90,6 +89,10 @@ class HostMembers : public HostTest {
     EXPECT_TRUE(processing->OpenImage(file));
     processing->Show();
     formOf(*processing).Move(0, 0, 800, 600);
+    processing->Options()->ResizeWidth(21);
+    processing->Options()->ResizeHeight(17);
+    processing->Options()->ResizeCanvasWidth(50);
+    processing->Options()->ResizeCanvasHeight(45);
     processing->FlipVertically();
     processing->FlipVertically();
     processing->Undo();
@@ -101,13 +104,11 @@ class HostMembers : public HostTest {
 
   void expectForwarded(const Member& member) {
     SCOPED_TRACE(member.name);
-    const std::string file = png();
     const auto run = [&](auto call) {
-      const auto processing = prepared(file);
+      const auto processing = prepared(png());
       const std::string before = stateOf(*processing);
       if (!member.form.empty()) {
-        user().uses(member.form,
-                    [&](Form& form) { Bind<CommandButton>(form, "cmdAction", member.button).Press(); });
+        user().uses(member.form, [&](Form& form) { pressButton(form, member.button); });
       }
       const std::string result = call(*processing);
       const std::string after = stateOf(*processing);

@@ -1,7 +1,6 @@
 // The members that write thumbnails, and ShowOptions.
 
 #include "HostTest.h"
-#include "imaging/contract/controls/CommandButton.h"
 
 namespace kestrel {
 namespace {
@@ -25,7 +24,7 @@ class HostThumbnails : public HostTest {
     return picture;
   }
   void press(const std::string& form, std::int32_t button) {
-    user().uses(form, [button](Form& shown) { Bind<CommandButton>(shown, "cmdAction", button).Press(); });
+    user().uses(form, [button](Form& shown) { pressButton(shown, button); });
   }
 
   std::unique_ptr<ImageProcessing> processing_;
