@@ -1,7 +1,8 @@
 #include "QtUserInterface.h"
 
-#include <QAbstractButton>
 #include <QCloseEvent>
+#include <QDialogButtonBox>
+#include <QGridLayout>
 #include <QInputDialog>
 #include <QMessageBox>
 #include <QTextEdit>
@@ -85,10 +86,27 @@ std::int32_t answerOf(int button) {
   }
 }
 
-/// A text with many lines would be higher than the screen: what follows the first paragraph can be scrolled.
+/// Inserts the lines above the buttons, in a list that can be scrolled.
+void addList(QMessageBox& box, const QString& lines) {
+  constexpr QSize kSize(520, 200);
+  auto* const grid = qobject_cast<QGridLayout*>(box.layout());
+  auto* const buttons = box.findChild<QDialogButtonBox*>();
+  if (!grid || !buttons) return;
+  int row = 0, column = 0, rows = 0, columns = 0;
+  grid->getItemPosition(grid->indexOf(buttons), &row, &column, &rows, &columns);
+  auto* const list = new QTextEdit(&box);
+  list->setReadOnly(true);
+  list->setPlainText(lines);
+  list->setFixedHeight(kSize.height());
+  list->setMinimumWidth(kSize.width());
+  grid->removeWidget(buttons);
+  grid->addWidget(list, row, 0, 1, grid->columnCount());
+  grid->addWidget(buttons, row + 1, column, rows, columns);
+}
+
+/// A text with many lines would be higher than the screen: what follows the first paragraph is in a list.
 void setText(QMessageBox& box, const QString& text) {
   constexpr int kMostLines = 15;
-  constexpr QSize kListSize(520, 200);
   const QString end = QStringLiteral("\n\n");
   const qsizetype first = text.indexOf(end);
   if (first < 0 || text.count(u'\n') < kMostLines) {
@@ -96,17 +114,7 @@ void setText(QMessageBox& box, const QString& text) {
     return;
   }
   box.setText(text.left(first));
-  box.setDetailedText(text.mid(first + end.size()));
-  for (QAbstractButton* button : box.buttons()) {
-    if (box.buttonRole(button) != QMessageBox::ActionRole) continue;
-    // The list is what the box is about, so it is not to be hidden.
-    button->click();
-    button->hide();
-  }
-  if (auto* const list = box.findChild<QTextEdit*>()) {
-    list->setFixedHeight(kListSize.height());
-    list->setMinimumWidth(kListSize.width());
-  }
+  addList(box, text.mid(first + end.size()));
 }
 
 }  // namespace
@@ -126,7 +134,6 @@ std::int32_t QtUserInterface::MessageBox(const std::string& text, std::int32_t s
   for (const auto button : buttons) box.addButton(button);
   box.setDefaultButton(buttons.value((style & kDefaultButtonBits) >> 8, buttons.front()));
   if (buttons.size() == 1) box.setEscapeButton(buttons.front());
-  // After the buttons: adding one shows all of them.
   setText(box, withLineFeeds(translated(text)));
   return answerOf(execModal(box, calls_));
 }
