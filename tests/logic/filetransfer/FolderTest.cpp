@@ -160,14 +160,12 @@ TEST_F(Folders, AreFilledThemselvesAndNotALinkThatTakesTheirName) {
     write(to / "album/deep/er/own.png", "own");
     caller.answers = {{Choice::kMerge, false}};
     caller.questions.clear();
-    caller.shown.clear();
-    caller.cancelAt = [&](const Progress& progress) {
+    caller.whenShown = [&](const Progress& progress) {
       const fs::path folder = to / "album/deep/er";
       if (progress.current.filename() == "b.png" && !fs::is_symlink(folder)) {
         fs::rename(folder, to / "elsewhere");
         fs::create_directory_symlink(root / "outside", folder);
       }
-      return false;
     };
     run(operation, {from / "album"});
     EXPECT_TRUE(fs::is_symlink(to / "album/deep/er"));

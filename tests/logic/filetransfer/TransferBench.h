@@ -41,6 +41,8 @@ class ScriptedCaller : public Caller {
   std::vector<Progress> shown;
   /// Asked with the progress; true cancels.
   std::function<bool(const Progress&)> cancelAt;
+  /// Done by another program meanwhile.
+  std::function<void(const Progress&)> whenShown;
 
   Answer ask(const Question& question) override {
     questions.push_back(question);
@@ -52,7 +54,10 @@ class ScriptedCaller : public Caller {
     answers.pop_front();
     return answer;
   }
-  void show(const Progress& progress) override { shown.push_back(progress); }
+  void show(const Progress& progress) override {
+    shown.push_back(progress);
+    if (whenShown) whenShown(progress);
+  }
   bool canceled() override { return cancelAt && !shown.empty() && cancelAt(shown.back()); }
 };
 
