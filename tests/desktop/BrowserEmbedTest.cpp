@@ -78,7 +78,11 @@ class EmbeddedBrowser : public testing::Test {
 
   void press(Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); }
 
-  void pressMenuKey() { press(Qt::Key_Menu); }
+  void pressMenuKey() {
+    press(Qt::Key_Menu);
+    // The toolkit posts the event for the context menu.
+    settle();
+  }
 
   /// Processes events and deferred deletions.
   static void settle() {
