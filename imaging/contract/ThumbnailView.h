@@ -30,6 +30,8 @@ class Thumbnails {
   virtual std::int32_t Count() const = 0;
   /// Raises RuntimeError 9 outside.
   virtual Thumbnail& Item(std::int32_t index) = 0;
+  /// All thumbnails of the view: of a selection those that it is a part of, otherwise these.
+  virtual Thumbnails& All() { return *this; }
 };
 
 /// The image files of one folder as thumbnails.

@@ -198,6 +198,7 @@ struct ThumbnailViewModel::Inside final : FolderLoader::Listener {
     explicit SelectedItems(Inside& inside) : inside_(inside) {}
     std::int32_t Count() const override;
     kestrel::Thumbnail& Item(std::int32_t index) override;
+    kestrel::Thumbnails& All() override { return inside_.allItems; }
 
    private:
     Inside& inside_;

@@ -220,6 +220,11 @@ TEST_P(Thumbnails, AreSelectedByThePointer) {
   EXPECT_EQ(errorOf([&] { view().SelectedItems().Item(0); }), 9);
 }
 
+TEST_P(Thumbnails, ASelectionIsAPartOfAll) {
+  EXPECT_EQ(&view().SelectedItems().All(), &view().Thumbnails());
+  EXPECT_EQ(&view().Thumbnails().All(), &view().Thumbnails());
+}
+
 TEST_P(Thumbnails, AreSelectedByTheKeyboard) {
   addPictures();
   load();
