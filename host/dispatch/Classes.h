@@ -8,30 +8,60 @@
 #include "settings/OptionTypes.h"
 
 namespace kestrel {
+class Alpha;
+class BarEntries;
+class BarEntry;
+class Colors;
+class Colour;
+class Combo;
 class Command;
 class CommandBar;
 class CommandBars;
+class CommandItems;
 class Commands;
+class DeviceContext;
+class DockFunctions;
 class DockWindow;
 class DockWindows;
+class Document;
+class Draw;
+class Effects;
 class FolderTreeView;
+class Form;
+class HotKey;
+class HotKeyOptions;
+class HotKeys;
 class IImageBrowserCtl;
 class IImageEvents;
 class IImageProcessingCtl;
 class Image;
 class ImageBrowser;
+class ImageList;
 class ImageProcessing;
 class ImageView;
 class ImgX;
 class ImgXDialog;
 class Moorage;
 class Options;
+class Palette;
 class Picture;
+class StatusPanel;
+class Surface;
 class Thumbnail;
 class ThumbnailView;
 class Thumbnails;
+class TreeNode;
+class TreeNodes;
+class TreeView;
+class UndoPoint;
+class Writer;
 class frmMaterials;
 class frmZoom;
+struct CancelValue;
+struct CommandItem;
+struct Point;
+struct Rectangle;
+struct Size;
 }  // namespace kestrel
 
 /// Each C++ type of the public interface with its description, and how long its objects live.
@@ -61,19 +91,55 @@ template <typename Enumeration>
 const EnumerationDescription& DescribeEnumeration();
 
 template <>
+const ClassDescription& Describe<Alpha>();
+template <>
+const ClassDescription& Describe<BarEntries>();
+template <>
+const ClassDescription& Describe<BarEntry>();
+template <>
+const ClassDescription& Describe<CancelValue>();
+template <>
+const ClassDescription& Describe<Colors>();
+template <>
+const ClassDescription& Describe<Colour>();
+template <>
+const ClassDescription& Describe<Combo>();
+template <>
 const ClassDescription& Describe<Command>();
 template <>
 const ClassDescription& Describe<CommandBar>();
 template <>
 const ClassDescription& Describe<CommandBars>();
 template <>
+const ClassDescription& Describe<CommandItem>();
+template <>
+const ClassDescription& Describe<CommandItems>();
+template <>
 const ClassDescription& Describe<Commands>();
+template <>
+const ClassDescription& Describe<DeviceContext>();
+template <>
+const ClassDescription& Describe<DockFunctions>();
 template <>
 const ClassDescription& Describe<DockWindow>();
 template <>
 const ClassDescription& Describe<DockWindows>();
 template <>
+const ClassDescription& Describe<Document>();
+template <>
+const ClassDescription& Describe<Draw>();
+template <>
+const ClassDescription& Describe<Effects>();
+template <>
 const ClassDescription& Describe<FolderTreeView>();
+template <>
+const ClassDescription& Describe<Form>();
+template <>
+const ClassDescription& Describe<HotKey>();
+template <>
+const ClassDescription& Describe<HotKeyOptions>();
+template <>
+const ClassDescription& Describe<HotKeys>();
 template <>
 const ClassDescription& Describe<IImageBrowserCtl>();
 template <>
@@ -84,6 +150,8 @@ template <>
 const ClassDescription& Describe<Image>();
 template <>
 const ClassDescription& Describe<ImageBrowser>();
+template <>
+const ClassDescription& Describe<ImageList>();
 template <>
 const ClassDescription& Describe<ImageProcessing>();
 template <>
@@ -97,13 +165,35 @@ const ClassDescription& Describe<Moorage>();
 template <>
 const ClassDescription& Describe<Options>();
 template <>
+const ClassDescription& Describe<Palette>();
+template <>
 const ClassDescription& Describe<Picture>();
+template <>
+const ClassDescription& Describe<Point>();
+template <>
+const ClassDescription& Describe<Rectangle>();
+template <>
+const ClassDescription& Describe<Size>();
+template <>
+const ClassDescription& Describe<StatusPanel>();
+template <>
+const ClassDescription& Describe<Surface>();
 template <>
 const ClassDescription& Describe<Thumbnail>();
 template <>
 const ClassDescription& Describe<ThumbnailView>();
 template <>
 const ClassDescription& Describe<Thumbnails>();
+template <>
+const ClassDescription& Describe<TreeNode>();
+template <>
+const ClassDescription& Describe<TreeNodes>();
+template <>
+const ClassDescription& Describe<TreeView>();
+template <>
+const ClassDescription& Describe<UndoPoint>();
+template <>
+const ClassDescription& Describe<Writer>();
 template <>
 const ClassDescription& Describe<frmMaterials>();
 template <>
@@ -155,7 +245,7 @@ struct Locate<frmMaterials> {
   static frmMaterials* Find(IImageProcessingCtl& editor, const std::string& key);
 };
 
-/// A thumbnail is known by its file.
+/// A thumbnail is known by its file, as long as the view shows that: also one that a selection handed out.
 template <>
 inline constexpr Life kLife<Thumbnail> = Life::kLocated;
 template <>
@@ -164,5 +254,48 @@ struct Locate<Thumbnail> {
   static Thumbnail* Find(Thumbnails& thumbnails, const std::string& key);
   static Thumbnail* Find(ThumbnailView& view, const std::string& key);
 };
+
+/// A node is known by its key. `TreeNodes::Clear`, or a rebuild of the tree, removes it.
+template <>
+inline constexpr Life kLife<TreeNode> = Life::kLocated;
+template <>
+struct Locate<TreeNode> {
+  static std::string Key(const TreeNode& node);
+  static TreeNode* Find(TreeNodes& nodes, const std::string& key);
+  static TreeNode* Find(TreeView& tree, const std::string& key);
+  static TreeNode* Find(FolderTreeView& tree, const std::string& key);
+};
+
+/// `HotKey::Remove` removes it from its command.
+template <>
+inline constexpr Life kLife<HotKey> = Life::kLocated;
+template <>
+struct Locate<HotKey> {
+  static std::string Key(const HotKey& hotKey);
+  static HotKey* Find(HotKeys& keys, const std::string& key);
+  static HotKey* Find(Moorage& suite, const std::string& key);
+};
+
+/// The color of `Draw` is another object once a bound ImgX object has a picture of its own. All other colors
+/// are values.
+template <>
+inline constexpr Life kLife<Colour> = Life::kLocated;
+template <>
+struct Locate<Colour> {
+  static std::string Key(const Colour& /*color*/) { return {}; }
+  static Colour* Find(Draw& draw, const std::string& key);
+};
+
+// -- Objects of an event, and values ----------------------------------------------------------------------
+
+template <>
+inline constexpr Life kLife<CancelValue> = Life::kCopied;
+/// A line has no life of its own: its list may be cleared.
+template <>
+inline constexpr Life kLife<CommandItem> = Life::kCopied;
+template <>
+inline constexpr Life kLife<Combo> = Life::kDuringEvent;
+template <>
+inline constexpr Life kLife<DeviceContext> = Life::kDuringEvent;
 
 }  // namespace kestrel::dispatch

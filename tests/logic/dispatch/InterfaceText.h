@@ -54,6 +54,8 @@ inline std::string TextOf(const DefaultValue& value) {
       text << (value.number != 0 ? "True" : "False");
       break;
     case DefaultValue::Kind::kInt32:
+      text << static_cast<std::int32_t>(value.number);
+      break;
     case DefaultValue::Kind::kDouble:
       text << value.number;
       break;

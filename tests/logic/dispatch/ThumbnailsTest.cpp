@@ -46,6 +46,22 @@ class FakeThumbnails final : public Thumbnails {
   std::vector<std::unique_ptr<FakeThumbnail>> thumbnails_;
 };
 
+/// Those of a view that are selected.
+class FakeSelection final : public Thumbnails {
+ public:
+  explicit FakeSelection(FakeThumbnails& all) : all_(all) {}
+  std::int32_t Count() const override { return static_cast<std::int32_t>(selected.size()); }
+  Thumbnail& Item(std::int32_t index) override {
+    return all_.Item(selected.at(static_cast<std::size_t>(index - 1)));
+  }
+  Thumbnails& All() override { return all_; }
+
+  std::vector<std::int32_t> selected;
+
+ private:
+  FakeThumbnails& all_;
+};
+
 class LateBoundThumbnails : public testing::Test {
  protected:
   Variant Item(std::int32_t index) { return Call(*reference_, "Item", index); }
@@ -85,6 +101,23 @@ TEST_F(LateBoundThumbnails, AThumbnailInItsPlaceIsFoundAtOnce) {
   thumbnails_->items = 0;
   IndexOf(last);
   EXPECT_EQ(thumbnails_->items, 1);
+}
+
+TEST_F(LateBoundThumbnails, ASelectedThumbnailIsValidWhileItsFileIsInTheView) {
+  const auto selection = std::make_shared<FakeSelection>(*thumbnails_);
+  const Reference::Pointer reference = Refer(std::shared_ptr<Thumbnails>(selection));
+  thumbnails_->Files({"/a/1.png", "/a/2.png"});
+  selection->selected = {2};
+  const Variant second = Call(*reference, "Item", 1);
+  EXPECT_EQ(IndexOf(second), 2);
+  EXPECT_TRUE(ReferenceIn(second).IsSame(ReferenceIn(Item(2))));
+
+  selection->selected.clear();
+  EXPECT_EQ(Get(ReferenceIn(second), "Filename").ToString(), "/a/2.png");
+  thumbnails_->Files({"/a/2.png"});
+  EXPECT_EQ(IndexOf(second), 1);
+  thumbnails_->Files({"/a/1.png"});
+  EXPECT_THROW(IndexOf(second), RuntimeError);
 }
 
 }  // namespace
