@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "browser/ImageBrowserCtl.h"
 #include "editor/ImageProcessingCtl.h"
 #include "host/dispatch/Convert.h"
 #include "host/dispatch/Errors.h"
@@ -16,6 +17,8 @@
 #include "host/dispatch/Registry.h"
 #include "imaging/contract/Document.h"
 #include "imaging/contract/Writer.h"
+#include "platform/headless/ImageView.h"
+#include "platform/headless/Moorage.h"
 #include "platform/headless/Platform.h"
 #include "settings/modProcessing.h"
 
@@ -41,6 +44,7 @@ class HostFixture : public testing::Test {
   void TearDown() override {
     connections_.clear();
     endEditor();
+    endBrowser();
     modProcessing::Detach();
     EXPECT_EQ(platform_->user().left(), "") << "still expected by the user";
     platform_.reset();
@@ -76,6 +80,29 @@ class HostFixture : public testing::Test {
     site_.reset();
   }
   IImageProcessingCtl& editor() { return *editor_; }
+  headless::Moorage& suite() { return Bind<headless::Moorage>(*site_, "mrgUI"); }
+  headless::ImageView& view() { return Bind<headless::ImageView>(*site_, "igxImage"); }
+  /// The docking suite of the embedded editor, which the control itself does not hand out.
+  Reference::Pointer suiteReference() {
+    Moorage& moorage = suite();
+    return Reference::Watch(Describe<Moorage>(), &moorage, token_);
+  }
+
+  /// A browser that its owner embeds, at run time; `endBrowser` is the owner's end.
+  Reference::Pointer browsing() {
+    browserSite_ = platform_->createBrowserSite();
+    browser_ = std::make_unique<ImageBrowserCtl>(*browserSite_);
+    browserSite_->InitProperties();
+    browserSite_->Move(0, 0, 800, 600);
+    browserToken_ = std::make_shared<char>();
+    IImageBrowserCtl& control = *browser_;
+    return Reference::Watch(Describe<IImageBrowserCtl>(), &control, browserToken_);
+  }
+  void endBrowser() {
+    browserToken_.reset();
+    browser_.reset();
+    browserSite_.reset();
+  }
 
   /// Writes a picture of 40 by 30.
   std::string png(const std::string& name = "a.png") {
@@ -100,6 +127,10 @@ class HostFixture : public testing::Test {
     }
     return {};
   }
+  /// A property of an object, and a property of that.
+  static Variant get(const Variant& object, const std::string& name) {
+    return Get(ReferenceIn(object), name);
+  }
   static std::string raisedByGet(const Variant& object, const std::string& name) {
     return raised([&] { Get(ReferenceIn(object), name); });
   }
@@ -112,6 +143,9 @@ class HostFixture : public testing::Test {
   std::unique_ptr<headless::Site> site_;
   std::unique_ptr<ImageProcessingCtl> editor_;
   std::shared_ptr<char> token_;
+  std::unique_ptr<headless::Site> browserSite_;
+  std::unique_ptr<ImageBrowserCtl> browser_;
+  std::shared_ptr<char> browserToken_;
 };
 
 }  // namespace kestrel::dispatch

@@ -103,10 +103,12 @@ TEST_F(LateBoundHost, ReadsAndWritesTheOptions) {
 }
 
 TEST_F(LateBoundHost, CreatesOnlyWhatAHostCanCreate) {
-  for (const char* name : {"ImageProcessing", "ImageBrowser", "Options", "IImageEvents", "options"}) {
+  for (const char* name : {"ImageProcessing", "ImageBrowser", "Options", "IImageEvents", "options", "ImgX",
+                           "Palette", "Point"}) {
     EXPECT_NE(Create(name), nullptr) << name;
   }
-  for (const char* name : {"ImageProcessingCtl", "ImageBrowserCtl", "Commands", "Nobody", ""}) {
+  for (const char* name :
+       {"ImageProcessingCtl", "ImageBrowserCtl", "Commands", "Colour", "TreeNode", "Nobody", ""}) {
     EXPECT_THAT(raised([&] { Create(name); }), StartsWith("429 ")) << name;
   }
 }
