@@ -245,6 +245,18 @@ struct Locate<frmMaterials> {
   static frmMaterials* Find(IImageProcessingCtl& editor, const std::string& key);
 };
 
+/// The window ends with the tool window that hands it out.
+template <>
+inline constexpr Life kLife<Form> = Life::kLocated;
+template <>
+struct Locate<Form> {
+  static std::string Key(const Form& /*window*/) { return {}; }
+  template <typename ToolWindow>
+  static Form* Find(ToolWindow& window, const std::string& /*key*/) {
+    return &window.Form();
+  }
+};
+
 /// A thumbnail is known by its file, as long as the view shows that: also one that a selection handed out.
 template <>
 inline constexpr Life kLife<Thumbnail> = Life::kLocated;

@@ -238,6 +238,8 @@ Reference::Pointer Refer(const Reference& parent, Class& object) {
                                 parent.shared_from_this());
     }
   } else {
+    // Its address is kept, so its parent must not be another object one day. An editor outlives its windows.
+    static_assert(kLife<Parent> != Life::kLocated || std::same_as<Plain, IImageProcessingCtl>);
     return Reference::Part(Describe<Plain>(), &plain, parent.shared_from_this());
   }
 }

@@ -61,6 +61,7 @@ TEST_F(LateBoundWindows, TheFileDialogKeepsItsSettings) {
 
 TEST_F(LateBoundWindows, AToolWindowBelongsToItsEditorOnly) {
   const auto control = embedded();
+  Call(*control, "OpenImage", png());
   const auto processing = started();
   const Variant other = Get(*processing, "Control");
   for (const char* name : {"ZoomWindow", "MaterialsWindow"}) {
