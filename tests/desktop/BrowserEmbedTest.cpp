@@ -78,10 +78,13 @@ class EmbeddedBrowser : public testing::Test {
 
   void press(Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); }
 
+  /// Returns when the work for the menu has run.
   void pressMenuKey() {
+    // A menu that was closed may have left the window inactive.
+    host_->activateWindow();
+    waitUntil([&] { return host_->isActiveWindow() && QApplication::focusWidget(); });
     press(Qt::Key_Menu);
-    // The toolkit posts the event for the context menu.
-    settle();
+    waitUntil([&] { return !isWorkWaiting_; });
   }
 
   /// Processes events and deferred deletions.
@@ -94,13 +97,15 @@ class EmbeddedBrowser : public testing::Test {
 
   /// Runs `work` when a modal window or a menu is open.
   void whenWindowOpens(std::function<void()> work) {
+    isWorkWaiting_ = true;
     auto* const timer = new QTimer(QApplication::instance());
-    QObject::connect(timer, &QTimer::timeout, timer, [timer, work = std::move(work)] {
+    QObject::connect(timer, &QTimer::timeout, timer, [this, timer, work = std::move(work)] {
       const QWidget* window = QApplication::activePopupWidget();
       if (!window) window = QApplication::activeModalWidget();
       if (!window || !window->isVisible()) return;
       timer->stop();
       timer->deleteLater();
+      isWorkWaiting_ = false;
       work();
     });
     timer->start(5);
@@ -116,6 +121,7 @@ class EmbeddedBrowser : public testing::Test {
   std::unique_ptr<qt::Component> component_;
   std::unique_ptr<QWidget> host_;
   QPointer<qt::ImageBrowser> browser_;
+  bool isWorkWaiting_ = false;
 };
 
 TEST_F(EmbeddedBrowser, NotifiesItsHostOfAChangedProperty) {

@@ -133,11 +133,11 @@ TEST_F(HostWindow, SafeToUnloadLetsTheUnloadGoOn) {
 }
 
 TEST_F(HostWindow, ClosingAHiddenWindowTerminatesTheControlOnly) {
+  int unloaded = 0;
   ImageProcessing processing;
   open(processing);
   change(processing);
   formOf(processing).Hide();
-  int unloaded = 0;
   on(formOf(processing).Unloaded, [&] { ++unloaded; });
   formOf(processing).Unload();
   EXPECT_TRUE(terminated(processing)) << "without a question about the changes";
