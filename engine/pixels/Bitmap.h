@@ -61,7 +61,7 @@ class Bitmap {
 
   ConstPixels pixels() const noexcept;
 
-  /// The pixels for writing; copies them first if another bitmap shares them. Not for an empty bitmap.
+  /// The pixels for writing, copied first if shared. Call it on one thread, not for an empty bitmap.
   Pixels writable();
 
   /// The pixel at a position inside the bitmap (not checked).

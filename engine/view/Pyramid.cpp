@@ -94,7 +94,7 @@ void Pyramid::invalidate(const Rectangle& area) {
 }
 
 ConstPixels Pyramid::level(const Bitmap& picture, std::int32_t level, const Rectangle& area) {
-  prepare(picture, level);
+  const Levels levels = prepare(picture, level);
   const std::int32_t firstRow = area.Top / kBlock;
   const std::int32_t endRow = std::min(rows_, (area.Top + area.Height - 1) / kBlock + 1);
   const std::int32_t firstColumn = area.Left / kBlock;
@@ -102,7 +102,7 @@ ConstPixels Pyramid::level(const Bitmap& picture, std::int32_t level, const Rect
   const auto update = [&](std::int32_t first, std::int32_t last) {
     for (std::int32_t row = firstRow + first; row < firstRow + last; ++row) {
       for (std::int32_t column = firstColumn; column < endColumn; ++column) {
-        updateBlock(picture, column, row, level);
+        updateBlock(levels, column, row, level);
       }
     }
   };
@@ -110,25 +110,28 @@ ConstPixels Pyramid::level(const Bitmap& picture, std::int32_t level, const Rect
   return levels_[static_cast<std::size_t>(level)].pixels();
 }
 
-void Pyramid::prepare(const Bitmap& picture, std::int32_t level) {
+Pyramid::Levels Pyramid::prepare(const Bitmap& picture, std::int32_t level) {
   if (upToDate_.empty()) {
     columns_ = (picture.width() + kBlock - 1) / kBlock;
     rows_ = (picture.height() + kBlock - 1) / kBlock;
     upToDate_.resize(static_cast<std::size_t>(columns_) * static_cast<std::size_t>(rows_));
   }
+  Levels levels{.picture = picture.pixels(), .averages = {}};
   for (std::int32_t i = 1; i <= level; ++i) {
     Bitmap& bitmap = levels_[static_cast<std::size_t>(i)];
     if (bitmap.empty())
       bitmap = Bitmap::uninitialized(halved(picture.width(), i), halved(picture.height(), i));
+    levels.averages[static_cast<std::size_t>(i)] = bitmap.writable();
   }
+  return levels;
 }
 
-void Pyramid::updateBlock(const Bitmap& picture, std::int32_t column, std::int32_t row, std::int32_t level) {
+void Pyramid::updateBlock(const Levels& levels, std::int32_t column, std::int32_t row, std::int32_t level) {
   std::uint8_t& upToDate = upToDate_[static_cast<std::size_t>(row) * static_cast<std::size_t>(columns_) +
                                      static_cast<std::size_t>(column)];
   for (std::int32_t i = upToDate + 1; i <= level; ++i) {
-    const ConstPixels from = i == 1 ? picture.pixels() : levels_[static_cast<std::size_t>(i - 1)].pixels();
-    const Pixels to = levels_[static_cast<std::size_t>(i)].writable();
+    const ConstPixels from = i == 1 ? levels.picture : levels.averages[static_cast<std::size_t>(i - 1)];
+    const Pixels to = levels.averages[static_cast<std::size_t>(i)];
     const std::int32_t side = kBlock >> i;
     const std::int32_t right = std::min(to.width, (column + 1) * side);
     const std::int32_t bottom = std::min(to.height, (row + 1) * side);

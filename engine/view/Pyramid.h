@@ -31,8 +31,14 @@ class Pyramid {
   /// level.
   static constexpr std::int32_t kBlock = 1 << kLevels;
 
-  void prepare(const Bitmap& picture, std::int32_t level);
-  void updateBlock(const Bitmap& picture, std::int32_t column, std::int32_t row, std::int32_t level);
+  /// What the threads that update blocks share. They must not ask bitmaps for it: `Bitmap::writable` changes
+  /// the bitmap.
+  struct Levels {
+    ConstPixels picture;
+    std::array<Pixels, kLevels + 1> averages;  ///< 0 is not used
+  };
+  Levels prepare(const Bitmap& picture, std::int32_t level);
+  void updateBlock(const Levels& levels, std::int32_t column, std::int32_t row, std::int32_t level);
 
   std::array<Bitmap, kLevels + 1> levels_;  ///< 0 is not used
   std::vector<std::uint8_t> upToDate_;      ///< per block, the last level that is up to date
