@@ -79,10 +79,18 @@ void frmImageEditor::Form_QueryUnload(bool& Cancel) {
 /// Only this way of closing stores the position.
 bool frmImageEditor::zSaveChanges() {
   if (!iProcessing.SaveChanges()) return false;
-  if (!modProcessing::WindowPositions().RegistryKey().empty()) {
-    modProcessing::WindowPositions().SavePosition(*iForm, {});
-  }
+  zSavePosition();
   return true;
+}
+
+/// A position that cannot be stored does not keep the window from being hidden: it would be unloaded.
+void frmImageEditor::zSavePosition() {
+  try {
+    if (modProcessing::WindowPositions().RegistryKey().empty()) return;
+    modProcessing::WindowPositions().SavePosition(*iForm, {});
+  } catch (...) {
+    QDK_TRAILER(zSavePosition, QDK_PARAMETERS(), QDK_LOCALS());
+  }
 }
 
 void frmImageEditor::Processing_ExitRequest() {

@@ -39,6 +39,7 @@ class frmImageEditor final : public Object {
   void Form_QueryUnload(bool& Cancel);
   void Processing_ExitRequest();
   bool zSaveChanges();
+  void zSavePosition();
 
   std::string qdkDumpModuleVariables() const;
 
