@@ -81,12 +81,21 @@ void frmImageBrowser::Form_Resize() {
 void frmImageBrowser::Form_QueryUnload(bool& Cancel) {
   try {
     if (SafeToUnload) return;
-    modProcessing::WindowPositions().SavePosition(*iForm, {});
+    zSavePosition();
     iForm->Hide();
     Cancel = true;
     QDK_RESUME_NEXT(zSaveDivider());
   } catch (...) {
     QDK_TRAILER(Form_QueryUnload, QDK_PARAMETERS(Cancel), QDK_LOCALS());
+  }
+}
+
+/// A position that cannot be stored does not keep the window from being hidden: it would be unloaded.
+void frmImageBrowser::zSavePosition() {
+  try {
+    modProcessing::WindowPositions().SavePosition(*iForm, {});
+  } catch (...) {
+    QDK_TRAILER(zSavePosition, QDK_PARAMETERS(), QDK_LOCALS());
   }
 }
 

@@ -43,6 +43,7 @@ class frmImageBrowser final : public Object {
   void Browser_InvalidPathChange();
   void Browser_ExitRequest();
   void zSetCaption();
+  void zSavePosition();
   void zLoadDivider();
   void zSaveDivider();
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/headless/Platform.h"
+#include "tests/logic/fakes/FailingPositions.h"
 #include "tests/logic/fakes/ForwardingPlatform.h"
 
 namespace kestrel {
@@ -83,11 +84,17 @@ class RecordingPlatform final : private OwnHeadlessPlatform, public fakes::Forwa
     if (storeFails) throw RuntimeError(err::kDeviceIO, "The settings cannot be written.");
     return own.RegistryStore();
   }
+  kestrel::WindowPositions& WindowPositions() override {
+    if (positionsFail) return failingPositions_;
+    return own.WindowPositions();
+  }
   RecordingFileHelpers& FileHelpers() override { return fileHelpers_; }
 
   bool storeFails = false;
+  bool positionsFail = false;
 
  private:
+  fakes::FailingPositions failingPositions_;
   RecordingFileHelpers fileHelpers_;
 };
 

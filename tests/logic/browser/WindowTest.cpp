@@ -227,6 +227,21 @@ TEST_F(BrowserWindow, SafeToUnloadUnloadsItWithoutStoringItsPlace) {
   EXPECT_EQ(stored("Left").ToInt32(), -77);
 }
 
+TEST_F(BrowserWindow, APositionThatCannotBeStoredIsReportedAndTheWindowIsHiddenAndKept) {
+  frmImageBrowser window;
+  window.Form().Show();
+  platform_->positionsFail = true;
+  int unloaded = 0;
+  const Connection connection = window.Form().Unloaded.Connect([&] { ++unloaded; });
+  user().answers(kAnswerOK);
+  formOf(window).pressCloseBox();
+  EXPECT_FALSE(window.Form().Visible());
+  EXPECT_EQ(unloaded, 0) << "it was hidden, not unloaded";
+  ASSERT_EQ(user().boxes().size(), 1u);
+  EXPECT_THAT(user().boxes()[0].text,
+              testing::HasSubstr("Module: frmImageBrowser\r\nProcedure: zSavePosition\r\n"));
+}
+
 TEST_F(BrowserWindow, ClosesAlthoughTheDividerCannotBeStored) {
   frmImageBrowser window;
   window.Form().Show();
@@ -294,6 +309,19 @@ TEST_F(BrowserWindow, TheClassShowsItModallyToo) {
   EXPECT_TRUE(shown);
   EXPECT_FALSE(browser.Visible());
   browser.Show();
+  EXPECT_TRUE(browser.Visible());
+}
+
+TEST_F(BrowserWindow, AShowThatFailsRaisesToTheHost) {
+  ImageBrowser browser;
+  browser.Show();
+  try {
+    browser.Show(true);
+    ADD_FAILURE() << "a window that is shown cannot be shown modally";
+  } catch (const RuntimeError& error) {
+    EXPECT_EQ(error.Number(), 400);
+  }
+  EXPECT_TRUE(user().boxes().empty());
   EXPECT_TRUE(browser.Visible());
 }
 
