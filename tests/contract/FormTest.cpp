@@ -102,6 +102,13 @@ TEST_P(Forms, ShownModallyReturnWhenTheyAreUnloaded) {
   EXPECT_NE(log_.find("query1 unloaded "), std::string::npos);
 }
 
+TEST_P(Forms, ThatAreShownCannotBeShownModally) {
+  form_->Show();
+  user().settle();
+  EXPECT_EQ(errorOf([&] { form_->Show(true); }), 400);
+  EXPECT_TRUE(form_->Visible());
+}
+
 TEST_P(Forms, RaiseQueryUnloadWithTheCauseBeforeUnloading) {
   form_->Show();
   user().settle();

@@ -16,6 +16,11 @@
 #include "platform/qt/site/SiteServices.h"
 
 namespace kestrel::qt {
+namespace {
+
+constexpr std::int32_t kShownAlready = 400;
+
+}  // namespace
 
 QtForm::QtForm(std::unique_ptr<FormWindow> window, const std::string& name, const SiteServices& services)
     : WidgetControl(*window, {name, -1}),
@@ -98,6 +103,10 @@ void QtForm::InitializeControls() {
 }
 
 void QtForm::Show(bool modal, Control* owner) {
+  if (modal && Visible()) {
+    throw RuntimeError(kShownAlready,
+                       "The window \"" + Caption() + "\" is shown already and can't be shown modally.");
+  }
   load();
   if (modal) {
     QWidget* const parent = dialogParent(owner ? owner->hWnd() : 0);
