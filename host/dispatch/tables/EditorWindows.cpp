@@ -1,3 +1,4 @@
+#include <cstdint>
 #include <tuple>
 
 #include "editor/interface/IImageProcessingCtl.h"
@@ -64,10 +65,15 @@ void SetApplicationOfMaterials(frmMaterials& window, IImageProcessingCtl* editor
   window.Application(editor);
 }
 
+/// The member takes its arguments by reference and leaves them as they are.
+void RedrawZoomWindowEx(frmZoom& window, std::int32_t& x, std::int32_t& y) {
+  window.RedrawZoomWindowEx(x, y);
+}
+
 constexpr std::tuple kFrmZoomMembers{
     Method("RedrawZoomWindow", 1, &frmZoom::RedrawZoomWindow, "Shows the surroundings of the pointer."),
     Property("ZoomLevel", 2, &frmZoom::ZoomLevel, &frmZoom::ZoomLevel, "Screen pixels per picture pixel."),
-    Method("RedrawZoomWindowEx", 3, &frmZoom::RedrawZoomWindowEx, {"X", "Y"},
+    Method("RedrawZoomWindowEx", 3, &RedrawZoomWindowEx, {"X", "Y"},
            "Shows the surroundings of a picture pixel. Does nothing while the window is hidden."),
     Method("ClearZoomWindow", 4, &frmZoom::ClearZoomWindow, "Clears the window."),
     Property("Application", 5, &ApplicationOfZoom, &SetApplicationOfZoom,

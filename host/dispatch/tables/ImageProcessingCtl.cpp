@@ -17,6 +17,9 @@ namespace {
 
 using Editor = IImageProcessingCtl;
 
+/// The member takes its argument by reference and leaves it as it is.
+void SetControls(Editor& editor, bool& enabled) { editor.SetControls(enabled); }
+
 constexpr std::tuple kMembers{
     Method("Initialize", 1, &Editor::Initialize,
            "Completes the start-up. A host calls it once before it uses the control."),
@@ -81,7 +84,7 @@ constexpr std::tuple kMembers{
     Method("ShowExportDialog", 35, &Editor::ShowExportDialog,
            "Lets the user write copies of the picture to other files and formats. True if at least one was "
            "written."),
-    Method("SetControls", 36, &Editor::SetControls, {"Enabled"},
+    Method("SetControls", 36, &SetControls, {"Enabled"},
            "Enables or disables the commands that need a picture."),
     Method("Status", 37, &Editor::Status,
            {{"Message", ""}, {"ChangeCursor", false}, {"UpdateAsDefault", false}},

@@ -20,7 +20,7 @@ Reference::Pointer CreateNew() {
 
 constexpr std::tuple kColorsMembers{
     Method(
-        "Create", 1, &Colors::Create, {ColorArgument("Color"), {"Alpha", 255}},
+        "Create", 1, &Colors::Create, {ColorArgument("Colour"), {"Alpha", 255}},
         "Makes a color object. Alpha is 0 (transparent) to 255 (opaque); the color -1 makes \"no color\"."),
 };
 constexpr ClassDescription kColors =

@@ -2,6 +2,8 @@
 
 #include <set>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "PublicInterface.h"
 
@@ -156,7 +158,7 @@ TEST_F(ControlsInterface, OfTheFileDialog) {
 TEST_F(ControlsInterface, OfTheToolWindows) {
   Expect("frmZoom", R"(
     method ClearZoomWindow
-    method RedrawZoomWindowEx(X Int32, Y Int32)
+    method RedrawZoomWindowEx(ref X Int32, ref Y Int32)
     method RedrawZoomWindow
     property ZoomLevel Int32
     property Application ImageProcessingCtl
@@ -358,6 +360,33 @@ TEST_F(ControlsInterface, OfTheThumbnailView) {
     read Filename String
     read Index Int32
   )");
+}
+
+TEST_F(ControlsInterface, HelpTextsOfTheFolderTreeAreKept) {
+  const ClassDescription& tree = *FindClass("FolderTreeView");
+  const std::pair<const char*, const char*> members[] = {
+      {"ActAsBrowseDialog", "Returns or sets if the control acts as a browse dialog."},
+      {"BorderStyle", "Returns or sets the border style of the control."},
+      {"Checkboxes", "Returns or sets if checkboxes are displayed to the left of each node image."},
+      {"Enabled", "Returns or sets if the control can accept user generated events."},
+      {"Font", "Returns or sets the default font used to display text in a control"},
+      {"HideSelection",
+       "Returns or sets if text continues to look highlighted even if the control does not have the focus."},
+      {"Indentation", "Returns or sets the gap between node joins and images."},
+      {"LineStyle", "Returns or sets if root nodes can be expanded or collapsed."},
+      {"SingleSel", "Returns or sets single selection."},
+  };
+  for (const auto& [name, help] : members) {
+    EXPECT_EQ(tree.FindMember(std::string_view(name))->help, help) << name;
+  }
+  const std::pair<const char*, const char*> events[] = {
+      {"Click", "Occurs when the control is clicked."},
+      {"Collapse", "Generated when any Node object in a asxFolderTreeView control is collapsed."},
+      {"DblClick", "Occurs when the control is double clicked."},
+  };
+  for (const auto& [name, help] : events) {
+    EXPECT_EQ(tree.FindEvent(std::string_view(name))->help, help) << name;
+  }
 }
 
 /// The lists of the tests are complete.

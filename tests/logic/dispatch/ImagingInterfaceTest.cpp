@@ -154,7 +154,7 @@ TEST_F(ImagingInterface, OfTheSubObjects) {
     method ApplyPalette(Palette Palette, Dither Boolean, UndoName String = "")
   )");
   Expect("Alpha", "method Flatten(Colour Colour, UndoName String = \"\")");
-  Expect("Colors", "method Create(Color Color, Alpha Byte = 255) Colour");
+  Expect("Colors", "method Create(Colour Color, Alpha Byte = 255) Colour");
   Expect("Surface", "method DrawTo(hDC DeviceContext, X Int32, Y Int32, RasterOperation Int32 = 13369376)");
   Expect("DeviceContext", R"(
     read Width Int32

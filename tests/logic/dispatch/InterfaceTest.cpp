@@ -50,7 +50,7 @@ TEST_F(PublicInterface, OfTheEditorControl) {
     method SaveChanges Boolean
     method ShowExportDialog Boolean
 
-    method SetControls(Enabled Boolean)
+    method SetControls(ref Enabled Boolean)
     method Status(Message String = "", ChangeCursor Boolean = False, UpdateAsDefault Boolean = False)
     method SetToolbarStyle(Style Int32)
     method ApplyOptions
