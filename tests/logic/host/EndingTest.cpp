@@ -108,6 +108,14 @@ TEST_P(HostEnding, InWindowClosedWithUnsavedChanges) {
   EXPECT_EQ(ends_, 1) << "and the user is not asked";
 }
 
+TEST_P(HostEnding, InTheSaveOfACloseWithUnsavedChanges) {
+  change(processing());
+  on(processing().ImageSave, [this](const std::string& name) { endIn(name); });
+  user().answers(kAnswerYes);
+  formOf(processing()).pressCloseBox();
+  EXPECT_THAT(log_, ElementsAre(file_));
+}
+
 TEST_P(HostEnding, InTheCommandClose) {
   processing().ShowClose(true);
   on(processing().Control().ExitRequest, [this] { end(); });

@@ -127,6 +127,15 @@ TEST_F(HostSink, AfterTheUserClosedTheWindowTheControlHasNoSink) {
   EXPECT_EQ(caption(), "Untitled - Pictures");
 }
 
+TEST_F(HostSink, ASinkOfItsOwnClassDoesNothing) {
+  const auto plain = std::make_shared<IImageEvents>();
+  processing().Control().EventSink(plain);
+  user().cancelsFileDialog();
+  EXPECT_FALSE(processing().OpenImage()) << "the user is asked";
+  EXPECT_TRUE(processing().OpenImage(png()));
+  EXPECT_TRUE(processing().SaveImageAs("C:\\a\\c.png"));
+}
+
 TEST_F(HostSink, AHostsOwnSinkReplacesTheObject) {
   struct Own final : IImageEvents {
     void ImageOpen(const std::string& filename) override { opened = filename; }

@@ -110,6 +110,13 @@ TEST_F(HostThumbnails, SaveImageThumbnailExMakesTheSameName) {
   EXPECT_TRUE(exists("C:\\a\\b_thumb.png"));
 }
 
+TEST_F(HostThumbnails, SaveImageThumbnailExOfAnUntitledPictureHasTheBareName) {
+  processing().Control().Picture(read(png())->Writer().ToPicture());
+  press("frmGetThumnail", 0);
+  EXPECT_TRUE(processing().SaveImageThumbnailEx());
+  EXPECT_TRUE(exists("_thumb."));
+}
+
 TEST_F(HostThumbnails, SaveImageThumbnailExReturnsTheAnswerOfTheControl) {
   ASSERT_TRUE(processing().OpenImage(png()));
   press("frmGetThumnail", 1);

@@ -143,6 +143,7 @@ TEST_F(HostWindow, ClosingAHiddenWindowTerminatesTheControlOnly) {
   EXPECT_TRUE(terminated(processing)) << "without a question about the changes";
   EXPECT_EQ(unloaded, 0);
   EXPECT_EQ(storedPosition("Left").TypeCode(), 0);
+  EXPECT_THAT(log_, ElementsAre("WindowClosed")) << "an attempt to close it too";
 }
 
 TEST_F(HostWindow, ClosingWithoutChangesHidesItAndStoresNoPosition) {
@@ -197,6 +198,46 @@ TEST_F(HostWindow, ClosingWithChangesThatMayGoStoresThePositionAndHidesIt) {
   EXPECT_EQ(storedPosition("Top").ToInt32(), 40);
   EXPECT_EQ(storedPosition("Width").ToInt32(), 640);
   EXPECT_EQ(storedPosition("Height").ToInt32(), 480);
+}
+
+TEST_F(HostWindow, ClosingWithChangesStoresThePositionThenTerminatesTheControlThenHidesIt) {
+  ImageProcessing processing;
+  open(processing);
+  change(processing);
+  on(suiteOf(processing).attached("dkwZoom")->Unloaded, [&] {
+    log_.push_back(storedPosition("Left").TypeCode() != 0 ? "stored" : "not stored");
+    log_.push_back(processing.Visible() ? "shown" : "hidden");
+  });
+  user().answers(kAnswerNo);
+  formOf(processing).pressCloseBox();
+  EXPECT_THAT(log_, ElementsAre("WindowClosed", "stored", "shown"));
+  EXPECT_FALSE(processing.Visible());
+}
+
+TEST_F(HostWindow, ClosingAfterASaveStoresThePositionWithoutAQuestion) {
+  ImageProcessing processing;
+  open(processing);
+  change(processing);
+  ASSERT_TRUE(processing.SaveImage());
+  ASSERT_TRUE(processing.Control().Changed());
+  formOf(processing).pressCloseBox();
+  EXPECT_FALSE(processing.Visible());
+  EXPECT_THAT(user().boxes(), IsEmpty());
+  EXPECT_NE(storedPosition("Left").TypeCode(), 0);
+}
+
+TEST_F(HostWindow, ClosingWithChangesThatCannotBeSavedLeavesItAsItIs) {
+  ImageProcessing processing;
+  open(processing);
+  change(processing);
+  std::filesystem::remove_all(platform().files().host("C:\\a"));
+  user().answers(kAnswerYes);
+  user().answers(kAnswerOK);
+  formOf(processing).pressCloseBox();
+  EXPECT_EQ(user().boxes().back().title, "Save Image");
+  EXPECT_TRUE(processing.Visible());
+  EXPECT_FALSE(terminated(processing));
+  EXPECT_EQ(storedPosition("Left").TypeCode(), 0);
 }
 
 TEST_F(HostWindow, ClosingWithChangesThatAreSavedClosesIt) {
