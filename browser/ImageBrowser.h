@@ -33,7 +33,7 @@ class ImageBrowser final : public Object {
   void Title(const std::string& Value);
   bool Visible() const;
 
-  /// Shows the window. Modal: returns when it is hidden.
+  /// Shows the window. Modal: returns when it is hidden; raises RuntimeError 400 if it is shown already.
   void Show(bool Modal = false);
 
   /// Destroys the window, as the destructor does. Further calls do nothing.

@@ -53,7 +53,8 @@ class ImageProcessing final : public Object {
   std::string Title() const;
   void Title(const std::string& Value);
   bool Visible() const;
-  /// Shows the window. Modal: returns when it is hidden. Reports its errors.
+  /// Shows the window. Modal: returns when it is hidden. Reports its errors: 400 if it is shown already and
+  /// cannot be shown modally.
   void Show(bool Modal = false);
 
   // -- State ----------------------------------------------------------------------------------------------

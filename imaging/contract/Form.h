@@ -41,7 +41,7 @@ class Form : public Control, public ControlContainer {
   virtual OLE_COLOR BackColor() const = 0;
 
   /// Shows the window. The first call raises `Load` before and `Activate` once the window is shown. Modal:
-  /// returns when the window is hidden or unloaded.
+  /// returns when the window is hidden or unloaded; raises RuntimeError 400 if it is shown already.
   virtual void Show(bool modal = false, Control* owner = nullptr) = 0;
   virtual void Hide() = 0;
   /// Asks to unload: raises `QueryUnload`; unless that was canceled, closes the menus and windows open above
