@@ -129,6 +129,14 @@ void QtForm::Show(bool modal, Control* owner) {
   }
 }
 
+void QtForm::Hide() {
+  if (!window_) return;
+  const bool hasPlace = window_->isWindow() && Visible() && WindowState() == kWindowNormal;
+  window_->hide();
+  // Else the window manager chooses a place each time.
+  if (hasPlace && window_) placement_.place(window_->geometry());
+}
+
 void QtForm::unload(std::int32_t reason) {
   if (!loaded_) return;
   bool cancel = false;

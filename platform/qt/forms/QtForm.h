@@ -56,9 +56,8 @@ class QtForm final : public WidgetControl<Form>, public PropertyStage, public Do
   OLE_COLOR BackColor() const override;
 
   void Show(bool modal = false, Control* owner = nullptr) override;
-  void Hide() override {
-    if (window_) window_->hide();
-  }
+  /// Shown again, a window is where it was, unless it is placed anew.
+  void Hide() override;
   void Unload() override { unload(1); }
   kestrel::Graphics& Graphics() override { return graphics_; }
 

@@ -143,6 +143,29 @@ TEST_F(Automation, AfterTheUserClosedItShowBringsTheSameWindowBack) {
   EXPECT_FALSE(processing().Visible());
 }
 
+TEST_F(Automation, ShownAgainItIsWhereItWas) {
+  start();
+  const QRect place = window_->geometry();
+  ASSERT_FALSE(window_->testAttribute(Qt::WA_Moved)) << "the window manager has chosen the place";
+  closeWindow();
+  EXPECT_TRUE(window_->testAttribute(Qt::WA_Moved)) << "the window manager must not choose another one";
+  processing().Show();
+  settle();
+  EXPECT_EQ(window_->geometry(), place);
+}
+
+TEST_F(Automation, AModalShowOfTheShownWindowIsReported) {
+  start();
+  QString text;
+  whenModalOpens([&](QWidget& box) {
+    if (auto* const report = dynamic_cast<QMessageBox*>(&box)) text = report->text();
+    box.close();
+  });
+  processing().Show(true);
+  EXPECT_TRUE(text.contains(QStringLiteral("(400)"))) << text.toStdString();
+  EXPECT_TRUE(processing().Visible());
+}
+
 TEST_F(Automation, IsShownModallyUntilTheUserClosesIt) {
   start();
   closeWindow();
