@@ -15,6 +15,8 @@ namespace kestrel {
 namespace {
 
 constexpr char kHelpFile[] = "BrindleImgPro.chm";
+/// The commands that use what `Initialize` makes and `Terminate` releases.
+constexpr const char* kWindowCommands[] = {"btnViewMaterialsWindow", "btnViewZoomWindow", "btnHelpContents"};
 constexpr std::int32_t kZoomEntries = 25;
 constexpr std::int32_t kKeyEscape = 27;
 
@@ -252,6 +254,7 @@ void ImageProcessingCtl::Initialize() {
     fltZoom->Application(this);
     mrgUI.DockFunctions().AttachForm(DockWindows()("dkwZoom"), fltZoom->Form());
     fltMaterials->Application(this);
+    for (const char* name : kWindowCommands) Commands()(name).Enabled(true);
 
     igxImage_BeforeZoomChanged(igxImage.Zoom());
 
@@ -270,6 +273,7 @@ void ImageProcessingCtl::Initialize() {
 void ImageProcessingCtl::Terminate() {
   QDK_RESUME_NEXT(DockWindows()("dkwMaterials").Visible(false));
   QDK_RESUME_NEXT(DockWindows()("dkwZoom").Visible(false));
+  for (const char* name : kWindowCommands) QDK_RESUME_NEXT(Commands()(name).Enabled(false));
   zRelease();
 }
 

@@ -297,6 +297,26 @@ TEST_F(HostWindow, AfterTheUserClosedItTheObjectKeepsWorkingAndShowBringsItBack)
   EXPECT_FALSE(processing.Control().EventSink());
 }
 
+TEST_F(HostWindow, AfterTheUserClosedItCommandsOfWhatIsReleasedAreDisabled) {
+  ImageProcessing processing;
+  open(processing);
+  const auto enabled = [&] {
+    std::string names;
+    for (const char* name :
+         {"btnViewMaterialsWindow", "btnViewZoomWindow", "btnHelpContents", "btnFileOpen"}) {
+      if (processing.Commands()(name).Enabled()) names += std::string(name) + ' ';
+    }
+    return names;
+  };
+  const std::string before = enabled();
+  EXPECT_EQ(before, "btnViewMaterialsWindow btnViewZoomWindow btnHelpContents btnFileOpen ");
+  formOf(processing).pressCloseBox();
+  processing.Show();
+  EXPECT_EQ(enabled(), "btnFileOpen ");
+  processing.Initialize();
+  EXPECT_EQ(enabled(), before);
+}
+
 TEST_F(HostWindow, AfterTheUserClosedItASecondCloseIsPossible) {
   ImageProcessing processing;
   open(processing);
