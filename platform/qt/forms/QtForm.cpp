@@ -131,10 +131,15 @@ void QtForm::Show(bool modal, Control* owner) {
 
 void QtForm::Hide() {
   if (!window_) return;
-  const bool hasPlace = window_->isWindow() && Visible() && WindowState() == kWindowNormal;
+  const std::int32_t state = WindowState();
+  const bool hasPlace = window_->isWindow() && Visible() && state != kWindowMinimized;
+  const QRect place = placement_.normalPlace();
   window_->hide();
-  // Else the window manager chooses a place each time.
-  if (hasPlace && window_) placement_.place(window_->geometry());
+  if (!hasPlace || !window_) return;
+  // Else the window manager chooses a place each time, and a maximized window has none to be restored to.
+  WindowState(kWindowNormal);
+  placement_.place(place);
+  WindowState(state);
 }
 
 void QtForm::unload(std::int32_t reason) {

@@ -154,6 +154,21 @@ TEST_F(Automation, ShownAgainItIsWhereItWas) {
   EXPECT_EQ(window_->geometry(), place);
 }
 
+TEST_F(Automation, ShownAgainMaximizedItIsRestoredToThePlaceBefore) {
+  start();
+  window_->setGeometry(40, 50, 720, 560);
+  settle();
+  window_->showMaximized();
+  settle();
+  closeWindow();
+  processing().Show();
+  settle();
+  EXPECT_TRUE(window_->isMaximized());
+  window_->showNormal();
+  settle();
+  EXPECT_EQ(window_->geometry(), QRect(40, 50, 720, 560));
+}
+
 TEST_F(Automation, AModalShowOfTheShownWindowIsReported) {
   start();
   QString text;
