@@ -45,16 +45,13 @@ bool isControl(char32_t code) {
 }  // namespace
 
 std::string VisibleText(std::string_view text) {
+  // Not one of the control pictures, which common fonts lack.
   constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
-  constexpr std::string_view kControl = "\xE2\x90\xA6";
   std::string visible;
   for (std::size_t at = 0; at < text.size();) {
     const Character character = characterAt(text, at);
-    if (!character.valid) {
-      visible += kReplacement;
-    } else {
-      visible += isControl(character.code) ? kControl : text.substr(at, character.length);
-    }
+    const bool shown = character.valid && !isControl(character.code);
+    visible += shown ? text.substr(at, character.length) : kReplacement;
     at += character.length;
   }
   return visible;

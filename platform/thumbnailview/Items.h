@@ -17,8 +17,7 @@ enum class ItemState {
 /// What a platform shows of an item: painted, as tool tip, as accessible text.
 struct ItemFacts {
   std::string filename;  ///< as `Thumbnail::Filename`; the file system's bytes, not necessarily UTF-8
-  /// The name as text to paint: bytes that are no UTF-8 are replaced by U+FFFD, control characters by
-  /// U+2426.
+  /// The name as text to paint: bytes that are no UTF-8 and control characters are replaced by U+FFFD.
   std::string label;
   ItemState state = ItemState::kWaiting;
   std::string notice;         ///< why it is broken or incomplete; else empty

@@ -2,14 +2,10 @@
 
 #include <utility>
 
+#include "base/VisibleText.h"
 #include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
-namespace {
-
-constexpr QChar kSignOfControl(0x2426);
-
-}  // namespace
 
 TreeItem::TreeItem(TreeItemOwner& owner, std::string key, std::string text, std::string image,
                    std::string selectedImage)
@@ -62,13 +58,7 @@ void TreeItem::SelectedImage(const std::string& value) {
   owner_.looksChanged(*this);
 }
 
-QString TreeItem::label() const {
-  QString label = toQt(text_);
-  for (QChar& character : label) {
-    if (character.category() == QChar::Other_Control) character = kSignOfControl;
-  }
-  return label;
-}
+QString TreeItem::label() const { return toQt(VisibleText(text_)); }
 
 const std::string& TreeItem::shownImage() const {
   if (Selected() && !selectedImage_.empty()) return selectedImage_;

@@ -72,7 +72,7 @@ class TreeItem final : public TreeNode {
   bool sorted() const { return sorted_; }
   /// Only notes the state.
   void noteExpanded(bool value) { expanded_ = value; }
-  /// The text in one line: control characters are replaced by U+2426, and bytes that are no text by U+FFFD.
+  /// The text in one line, as `VisibleText` gives it.
   QString label() const;
   /// The key of the picture to show now.
   const std::string& shownImage() const;

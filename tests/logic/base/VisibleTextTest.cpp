@@ -8,13 +8,13 @@ namespace {
 TEST(VisibleText, KeepsText) { EXPECT_EQ(VisibleText("Größe 日本 😀.png"), "Größe 日本 😀.png"); }
 
 TEST(VisibleText, ReplacesControlCharacters) {
-  EXPECT_EQ(VisibleText("a\nb\x7F.png"), "a\u2426b\u2426.png");
-  EXPECT_EQ(VisibleText("a\u0085.png"), "a\u2426.png");
+  EXPECT_EQ(VisibleText("a\nb\x7F.png"), "a\uFFFDb\uFFFD.png");
+  EXPECT_EQ(VisibleText("a\u0085.png"), "a\uFFFD.png");
 }
 
 TEST(VisibleText, IsOneLine) {
-  EXPECT_EQ(VisibleText("a\r\nb"), "a\u2426\u2426b");
-  EXPECT_EQ(VisibleText("a\u2028b\u2029c"), "a\u2426b\u2426c");
+  EXPECT_EQ(VisibleText("a\r\nb"), "a\uFFFD\uFFFDb");
+  EXPECT_EQ(VisibleText("a\u2028b\u2029c"), "a\uFFFDb\uFFFDc");
 }
 
 TEST(VisibleText, ReplacesBytesThatAreNoUtf8) {
