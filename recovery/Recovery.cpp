@@ -1,5 +1,6 @@
 #include "Recovery.h"
 
+#include <algorithm>
 #include <array>
 #include <ctime>
 #include <utility>
@@ -17,6 +18,8 @@ namespace {
 constexpr char kModule[] = "Recovery";
 constexpr char kRecover[] = "&Recover...";
 constexpr char kTitle[] = "Recover";
+/// A failure of a slower disk is shown after the next change.
+constexpr std::int32_t kFailureTicks = 30;
 
 std::string PathOf(const KeptPicture& kept) { return kept.Filename.empty() ? "Untitled" : kept.Filename; }
 
@@ -56,9 +59,15 @@ Recovery::~Recovery() = default;
 
 bool Recovery::hasUnsavedChanges() const { return view_.Modified() && editor_.Changed(); }
 
+bool Recovery::NeedsTicks() const {
+  if (ended_) return false;
+  return changed_ || firstChange_ || failureTicks_ > 0 || (kept_ && !hasUnsavedChanges());
+}
+
 void Recovery::Tick(Time now) {
   try {
     if (ended_) return;
+    failureTicks_ = std::max(failureTicks_ - 1, 0);
     if (std::exchange(changed_, false)) {
       lastChange_ = now;
       if (!firstChange_) firstChange_ = now;
@@ -80,6 +89,7 @@ void Recovery::keep() {
   const std::shared_ptr<ImgX> picture = view_.ImgX();
   journal_->Keep(Required(picture), editor_.Filename());
   kept_ = true;
+  failureTicks_ = kFailureTicks;
   name_ = NameOf(editor_.Filename());
   keptPressed_ = pressed_;
 }
@@ -286,7 +296,8 @@ std::int32_t Recovery::box(const std::string& text, std::int32_t style) {
 }
 
 std::string Recovery::qdkDumpModuleVariables() const {
-  return QDK_FIELDS(changed_, kept_, declined_, pressed_, keptPressed_, ended_, offer_, failure_, name_);
+  return QDK_FIELDS(changed_, kept_, declined_, pressed_, keptPressed_, ended_, failureTicks_, offer_,
+                    failure_, name_);
 }
 
 }  // namespace kestrel

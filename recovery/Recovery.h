@@ -23,7 +23,7 @@ class Recovery {
   static constexpr std::chrono::seconds kPause{3};
   /// But at the latest this time after the first of them. The rest of the 30 seconds is for the disk.
   static constexpr std::chrono::seconds kLatest{20};
-  /// The interval at which the container calls `Tick`.
+  /// The interval at which the container calls `Tick`, while `NeedsTicks`.
   static constexpr std::chrono::seconds kInterval{1};
 
   /// All arguments must outlive this object.
@@ -33,6 +33,11 @@ class Recovery {
   ~Recovery();
 
   void Tick(Time now);
+
+  /// Whether `Tick` would do something, now or after some calls: changes wait to be kept, a kept state is to
+  /// be removed, or the disk may fail to keep one. While there is no need the container does not call it.
+  /// Cheap.
+  bool NeedsTicks() const;
 
   /// Shows in the strip above the picture that there is something to recover, unless another notice is there.
   void Offer();
@@ -79,9 +84,10 @@ class Recovery {
   bool pressed_ = false;      ///< a mouse button is down, perhaps with a drawing under way
   bool keptPressed_ = false;  ///< and was when the picture was kept
   bool ended_ = false;
-  std::string name_;     ///< the file's name of the kept state
-  std::string offer_;    ///< the notice in the strip; empty for none
-  std::string failure_;  ///< the last one shown
+  std::int32_t failureTicks_ = 0;  ///< for so many calls of `Tick` the disk may fail to keep the last state
+  std::string name_;               ///< the file's name of the kept state
+  std::string offer_;              ///< the notice in the strip; empty for none
+  std::string failure_;            ///< the last one shown
 
   std::vector<Connection> connections_;
 };

@@ -59,7 +59,9 @@ class Browser {
     desktop_.addContextEntry(window_.control(), "Open in &Editor",
                              [this] { editors_.open(window_.selectedFiles(), window_.control()); });
     if (store) {
-      desktop_.repeat(Recovery::kInterval, [this] { editors_.tick(std::chrono::steady_clock::now()); });
+      ticks_ = desktop_.repeat(
+          Recovery::kInterval, [this] { return editors_.needsTicks(); },
+          [this] { editors_.tick(std::chrono::steady_clock::now()); });
     }
   }
 
@@ -74,6 +76,7 @@ class Browser {
   qt::Desktop& desktop_;
   EditorWindows editors_;
   BrowserWindow window_;
+  std::shared_ptr<void> ticks_;
 };
 
 /// Shows the window on that folder or file. If that cannot be shown: on the user's home with a message, and

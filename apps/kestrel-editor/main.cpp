@@ -14,12 +14,14 @@ constexpr char kName[] = "kestrel-editor";
 int run(const Arguments& arguments, qt::Desktop& desktop, BoxScript& boxes) {
   std::unique_ptr<RecoveryStore> kept = recoveryStore();
   EditorWindow window([&desktop] { desktop.quit(); });
+  std::shared_ptr<void> ticks;
   if (arguments.quit) {
     window.declineFileRequests();
   } else if (kept) {
     window.keepChanges(*kept);
-    desktop.repeat(Recovery::kInterval,
-                   [&window] { window.recovery()->Tick(std::chrono::steady_clock::now()); });
+    ticks = desktop.repeat(
+        Recovery::kInterval, [&window] { return window.recovery()->NeedsTicks(); },
+        [&window] { window.recovery()->Tick(std::chrono::steady_clock::now()); });
   }
   window.form().Show();
   desktop.settle();

@@ -25,6 +25,7 @@ class ForgottenWindows {
  public:
   ForgottenWindows() {
     QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { look(); });
+    timer_.setObjectName(QStringLiteral("ofTheTestProgram"));
     timer_.start(100);
   }
 

@@ -1,5 +1,6 @@
 #include "EditorWindows.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "base/Numbers.h"
@@ -60,6 +61,12 @@ void EditorWindows::open(const std::vector<std::string>& files, const Control& o
         kBoxInformation, {}, owner.hWnd());
   }
   for (const std::string& file : first) open(file);
+}
+
+bool EditorWindows::needsTicks() const {
+  return std::any_of(windows_.begin(), windows_.end(), [](const auto& window) {
+    return window->recovery() && window->recovery()->NeedsTicks();
+  });
 }
 
 void EditorWindows::tick(std::chrono::steady_clock::time_point now) {

@@ -39,8 +39,9 @@ class EditorWindows {
   bool any() const { return !windows_.empty(); }
   /// The window that was opened last, null if there is none.
   EditorWindow* latest() { return windows_.empty() ? nullptr : windows_.back().get(); }
-  /// Keeps unsaved changes; call it at the interval of `Recovery`.
+  /// Keeps unsaved changes; call it at the interval of `Recovery`, while it is needed.
   void tick(std::chrono::steady_clock::time_point now);
+  bool needsTicks() const;
 
  private:
   EditorWindow& make();

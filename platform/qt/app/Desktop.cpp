@@ -20,6 +20,7 @@
 #include "base/RuntimeError.h"
 #include "platform/qt/core/Guard.h"
 #include "platform/qt/core/Handles.h"
+#include "platform/qt/core/NeededTimer.h"
 #include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
@@ -135,10 +136,9 @@ int Desktop::run() { return QApplication::exec(); }
 
 void Desktop::quit(int exitCode) { QApplication::exit(exitCode); }
 
-void Desktop::repeat(std::chrono::milliseconds interval, std::function<void()> work) {
-  auto* const timer = new QTimer(&inside_->application);
-  QObject::connect(timer, &QTimer::timeout, timer, [work = std::move(work)] { guarded(work); });
-  timer->start(interval);
+std::shared_ptr<void> Desktop::repeat(std::chrono::milliseconds interval, std::function<bool()> needed,
+                                      std::function<void()> work) {
+  return std::make_shared<NeededTimer>(interval, std::move(needed), std::move(work));
 }
 
 void Desktop::later(std::function<void()> work) {

@@ -31,8 +31,10 @@ class Desktop {
   /// Runs the event loop until `quit` is called; returns the exit code.
   int run();
   void quit(int exitCode = 0);
-  /// Calls `work` at this interval while events are processed, until the desktop ends.
-  void repeat(std::chrono::milliseconds interval, std::function<void()> work);
+  /// Calls `work` at this interval while it is needed and events are processed, until the returned object
+  /// ends. `needed` is called often and must be cheap.
+  [[nodiscard]] std::shared_ptr<void> repeat(std::chrono::milliseconds interval, std::function<bool()> needed,
+                                             std::function<void()> work);
   /// Calls `work` once, when control is back in the event loop.
   void later(std::function<void()> work);
   /// Adds an entry of the program to the context menu that a control of ours shows for its items. The text

@@ -38,11 +38,10 @@ QtPlatform::QtPlatform(DesktopParts parts)
       clipboard_(clipboardPort_),
       windowPositions_(*parts_.store, windowFunctions_),
       fileHelpers_(*boxes_, Calls),
-      siteServices_{clipboardPort_, fileHelpers_, Calls} {
-  QObject::connect(&memoryTimer_, &QTimer::timeout, &memoryTimer_,
-                   [] { engine::releaseKeptMemory(kIdleBeforeRelease); });
-  memoryTimer_.start(kIdleBeforeRelease);
-}
+      siteServices_{clipboardPort_, fileHelpers_, Calls},
+      memoryRelease_(
+          kIdleBeforeRelease, [] { return engine::keptMemory() > 0; },
+          [] { engine::releaseKeptMemory(kIdleBeforeRelease); }) {}
 
 QtPlatform::~QtPlatform() = default;
 

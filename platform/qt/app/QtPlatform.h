@@ -1,12 +1,12 @@
 #pragma once
 
-#include <QTimer>
 #include <memory>
 #include <utility>
 
 #include "DesktopParts.h"
 #include "RetiredObjects.h"
 #include "imaging/contract/Platform.h"
+#include "platform/qt/core/NeededTimer.h"
 #include "platform/qt/files/QtFileHelpers.h"
 #include "platform/qt/services/QtAppInfo.h"
 #include "platform/qt/services/QtClipboard.h"
@@ -74,7 +74,7 @@ class QtPlatform final : public Platform {
   SiteServices siteServices_;
   QtShell shell_;
   QtScreen screen_;
-  QTimer memoryTimer_;
+  NeededTimer memoryRelease_;
   RetiredObjects retired_{Calls};  // last: they use the services
 };
 

@@ -1,13 +1,12 @@
 #include "ImageEditor.h"
 
-#include <QTimer>
 #include <QVBoxLayout>
 #include <chrono>
 #include <utility>
 #include <vector>
 
 #include "editor/ImageProcessingCtl.h"
-#include "platform/qt/core/Guard.h"
+#include "platform/qt/core/NeededTimer.h"
 #include "platform/qt/core/Pictures.h"
 #include "platform/qt/core/Text.h"
 #include "platform/qt/dialogs/Modal.h"
@@ -19,14 +18,14 @@
 namespace kestrel::qt {
 
 /// The part that outlives calls of the control in progress when the host destroys the widget.
-struct ImageEditor::Inside final : QObject {
+struct ImageEditor::Inside final {
   Inside(const SiteServices& services, Mode mode)
       : widget(std::make_unique<EditorWidget>()),
         site(*widget, "Processing", mode == Mode::kRunning, services),
-        control(site) {
-    connect(&timer, &QTimer::timeout, this,
-            [this] { guarded([this] { recovery->Tick(std::chrono::steady_clock::now()); }); });
-  }
+        control(site),
+        ticks(
+            Recovery::kInterval, [this] { return recovery && recovery->NeedsTicks(); },
+            [this] { recovery->Tick(std::chrono::steady_clock::now()); }) {}
 
   /// Detaches from the host: ends the control's events and closes its windows.
   void retire() {
@@ -40,12 +39,13 @@ struct ImageEditor::Inside final : QObject {
 
   /// Null: no longer.
   void keepChanges(RecoveryStore* store) {
-    timer.stop();
+    changes = {};
     if (recovery) recovery->End();
-    if (store == nullptr) return;
+    keepsChanges = store != nullptr;
+    if (!keepsChanges) return;
     recovery = std::make_unique<Recovery>(control, *widget->moorage(), *store);
+    changes = control.ImageControl().Changed.Connect([this] { ticks.look(); });
     recovery->Offer();
-    timer.start(Recovery::kInterval);
   }
 
   std::unique_ptr<EditorWidget> widget;
@@ -54,7 +54,9 @@ struct ImageEditor::Inside final : QObject {
   std::vector<Connection> events;
   /// Kept after its end: it may be asking the user.
   std::unique_ptr<Recovery> recovery;
-  QTimer timer;
+  bool keepsChanges = false;
+  NeededTimer ticks;
+  Connection changes;
 };
 
 ImageEditor::ImageEditor(Component& component, const PropertyBag* stored, QWidget* parent)
@@ -159,7 +161,7 @@ bool ImageEditor::acceptFiles() const { return inside_->widget->acceptDrops(); }
 
 void ImageEditor::setAcceptFiles(bool value) { inside_->widget->acceptFiles(value); }
 
-bool ImageEditor::keepsChanges() const { return inside_->timer.isActive(); }
+bool ImageEditor::keepsChanges() const { return inside_->keepsChanges; }
 
 void ImageEditor::setKeepsChanges(bool value) {
   if (value != keepsChanges()) inside_->keepChanges(value ? component_.recoveryStore() : nullptr);

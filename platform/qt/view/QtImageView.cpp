@@ -1,5 +1,7 @@
 #include "QtImageView.h"
 
+#include <utility>
+
 #include "Cursors.h"
 #include "platform/qt/core/Guard.h"
 #include "platform/qt/core/Text.h"
@@ -16,10 +18,10 @@ QtImageView::QtImageView(ImageSurface& surface, ControlId id, engine::ClipboardP
     : WidgetControl(surface, std::move(id), clipboard), surface_(&surface) {
   march_.setInterval(kMarchMilliseconds);
   autoScroll_.setInterval(kAutoScrollMilliseconds);
-  QObject::connect(&march_, &QTimer::timeout, &march_,
-                   [this] { guarded([this] { timer(engine::ViewTimer::march); }); });
+  QObject::connect(&march_, &QTimer::timeout, &march_, [this] { guarded([this] { step(); }); });
   QObject::connect(&autoScroll_, &QTimer::timeout, &autoScroll_,
                    [this] { guarded([this] { timer(engine::ViewTimer::autoScroll); }); });
+  QObject::connect(&surface.canvas(), &ViewCanvas::painted, receiver(), [this] { painted(); });
   surface.setView(this);
 }
 
@@ -46,7 +48,20 @@ void QtImageView::scrollRangesChanged() {
 }
 
 void QtImageView::setTimer(engine::ViewTimer which, bool on) {
-  on ? timerOf(which).start() : timerOf(which).stop();
+  if (which == engine::ViewTimer::autoScroll) return on ? autoScroll_.start() : autoScroll_.stop();
+  marching_ = on;  // started by the painting of the ants
+  if (!on) march_.stop();
+}
+
+/// A view that is hidden, minimized or covered is not painted: its ants halt after one step until it is.
+void QtImageView::step() {
+  if (!std::exchange(painted_, false)) return march_.stop();
+  timer(engine::ViewTimer::march);
+}
+
+void QtImageView::painted() {
+  painted_ = true;
+  if (marching_ && !march_.isActive()) march_.start();
 }
 
 void QtImageView::showNotice(const std::string& text, const std::string& action) {
@@ -57,10 +72,6 @@ Size QtImageView::sizeWithoutBars() const {
   if (!surface_) return {};
   const QSize size = surface_->deviceSizeWithoutBars();
   return {size.width(), size.height()};
-}
-
-QTimer& QtImageView::timerOf(engine::ViewTimer which) {
-  return which == engine::ViewTimer::march ? march_ : autoScroll_;
 }
 
 }  // namespace kestrel::qt

@@ -31,10 +31,13 @@ class QtImageView final : public WidgetControl<engine::View> {
   Size sizeWithoutBars() const override;
 
  private:
-  QTimer& timerOf(engine::ViewTimer which);
+  void step();
+  void painted();
 
   QPointer<ImageSurface> surface_;
   QTimer march_;
+  bool marching_ = false;
+  bool painted_ = false;  ///< since the last step of the marching ants
   QTimer autoScroll_;
 };
 

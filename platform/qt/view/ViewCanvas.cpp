@@ -131,6 +131,7 @@ void ViewCanvas::paintEvent(QPaintEvent* /*event*/) {
   painter.setCompositionMode(QPainter::CompositionMode_Source);
   painter.drawImage(0, 0, buffer_);
   paintHint(painter);
+  Q_EMIT painted();
 }
 
 void ViewCanvas::paintHint(QPainter& painter) const {

@@ -42,6 +42,9 @@ class ViewCanvas final : public QWidget {
   /// The cursor's rectangle is the visible part of the selection, where the menu key opens the menu.
   QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
 
+ Q_SIGNALS:
+  void painted();
+
  protected:
   bool event(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;

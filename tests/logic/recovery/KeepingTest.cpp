@@ -16,6 +16,25 @@ TEST_P(KeepingChanges, APictureWithoutChangesIsNotKept) {
   EXPECT_THAT(store_.takeAsked(), IsEmpty());
 }
 
+TEST_P(KeepingChanges, NeedNoTicksWhileThereIsNothingToDo) {
+  startRecovery();
+  EXPECT_FALSE(recovery().NeedsTicks()) << "no change";
+  change();
+  EXPECT_TRUE(recovery().NeedsTicks());
+  pass(seconds(4));
+  EXPECT_THAT(store_.takeAsked(), ElementsAre("keep open.png"));
+  pass(seconds(30));
+  EXPECT_FALSE(recovery().NeedsTicks()) << "the state on the disk is the latest";
+  control().Changed(false);
+  EXPECT_TRUE(recovery().NeedsTicks()) << "the host has saved: the kept state is to be removed";
+  pass(seconds(1));
+  EXPECT_THAT(store_.takeAsked(), ElementsAre("discard"));
+  EXPECT_FALSE(recovery().NeedsTicks());
+  recovery().End();
+  change();
+  EXPECT_FALSE(recovery().NeedsTicks());
+}
+
 TEST_P(KeepingChanges, AreKeptOnceAfterAPause) {
   startRecovery();
   change();
