@@ -6,6 +6,7 @@
 #include <optional>
 #include <utility>
 
+#include "PictureAccessibility.h"
 #include "engine/view/View.h"
 #include "platform/qt/core/DevicePixels.h"
 #include "platform/qt/core/Guard.h"
@@ -53,6 +54,7 @@ ViewCanvas::ViewCanvas(QWidget* parent) : QWidget(parent) {
   setMouseTracking(true);
   setFocusPolicy(Qt::StrongFocus);
   setAccessibleName(translated("Picture"));
+  useAccessiblePictures();
 }
 
 void ViewCanvas::setView(engine::View* view) {

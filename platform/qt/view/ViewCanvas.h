@@ -22,6 +22,7 @@ class ViewCanvas final : public QWidget {
 
   /// The displayed view. It must live as long as events arrive; null detaches it.
   void setView(engine::View* view);
+  engine::View* view() const { return view_; }
 
   /// Schedules a part of the view, in device pixels, for painting.
   void invalidate(const QRect& deviceArea);
