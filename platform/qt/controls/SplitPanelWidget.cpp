@@ -105,6 +105,7 @@ void SplitPanelWidget::setPosition(int position) {
   if (position == position_) return;
   position_ = position;
   arrange();
+  updateGeometry();
   Q_EMIT positionChanged();
 }
 
@@ -119,11 +120,11 @@ int SplitPanelWidget::largest() const { return std::max(width() - dividerWidth()
 int SplitPanelWidget::shownPosition() const { return std::min(position_, largest()); }
 
 QSize SplitPanelWidget::minimumSizeHint() const {
-  int height = 0;
-  for (const QWidget* pane : {first_.data(), second_.data()}) {
-    if (pane) height = std::max(height, pane->minimumSizeHint().height());
-  }
-  return {2 * dividerWidth(), height};
+  const QSize first = first_ ? first_->minimumSizeHint() : QSize(0, 0);
+  const QSize second = second_ ? second_->minimumSizeHint() : QSize(0, 0);
+  // A user who makes the first pane wider covers the second, and does not ask for a larger window.
+  return {std::min(position_, kSplitPosition) + dividerWidth() + second.width(),
+          std::max(first.height(), second.height())};
 }
 
 void SplitPanelWidget::resizeEvent(QResizeEvent* /*event*/) { arrange(); }

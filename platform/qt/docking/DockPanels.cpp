@@ -1,7 +1,10 @@
 #include "DockPanels.h"
 
 #include <QCloseEvent>
+#include <QCoreApplication>
 #include <QKeyEvent>
+#include <QLayout>
+#include <algorithm>
 
 #include "DockContent.h"
 #include "platform/qt/core/Caption.h"
@@ -34,6 +37,15 @@ class Panel final : public QDockWidget {
     if (title.height() > 1) DockContent::paintFrame(*this, title);
   }
 
+  void changeEvent(QEvent* event) override {
+    QDockWidget::changeEvent(event);
+    // The toolkit lays out the caption only when the size of the window changes.
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
+      layout()->invalidate();
+      QCoreApplication::postEvent(this, new QEvent(QEvent::LayoutRequest));
+    }
+  }
+
   void keyPressEvent(QKeyEvent* event) override {
     QDockWidget::keyPressEvent(event);
     // The toolkit does not propagate keys beyond a window.
@@ -48,6 +60,10 @@ class Panel final : public QDockWidget {
 
 /// Larger than any screen: takes the remaining length.
 constexpr int kAnyLength = 4000;
+
+bool fits(const QSize& needed, const QSize& size) {
+  return needed.width() <= size.width() && needed.height() <= size.height();
+}
 
 Qt::DockWidgetArea areaOf(docking::Edge edge) {
   switch (edge) {
@@ -64,13 +80,17 @@ Qt::DockWidgetArea areaOf(docking::Edge edge) {
 
 }  // namespace
 
-DockPanels::DockPanels(docking::MoorageModel& suite, QMainWindow& window) : suite_(suite), window_(window) {
+DockPanels::DockPanels(docking::MoorageModel& suite, MoorageWindow& window) : suite_(suite), window_(window) {
   for (const auto& model : suite.DockWindows().all()) {
     auto* const panel = new Panel(*model, &window);
     panel->setVisible(false);
     window.addDockWidget(areaOf(model->edge()), panel);
     panels_[model.get()] = panel;
+    order_.push_back(model.get());
   }
+  // What is hidden first comes last in the layout.
+  std::reverse(order_.begin(), order_.end());
+  connect(&window_, &MoorageWindow::roomChanged, this, &DockPanels::fit);
 }
 
 void DockPanels::attach(docking::DockWindowModel& window, DockableForm& form) {
@@ -115,7 +135,47 @@ void DockPanels::arrange() {
 
 void DockPanels::refresh(docking::DockWindowModel& window) {
   QDockWidget& panel = find(window);
-  panel.setVisible(window.Visible() && panel.widget());
+  const bool shown = window.Visible() && panel.widget();
+  std::erase_if(hidden_, [&window](const Hidden& each) { return each.model == &window; });
+  if (shown && panel.isHidden() && window_.isVisible()) {
+    // The user wants to see this one.
+    std::erase(order_, &window);
+    order_.push_back(&window);
+  }
+  panel.setVisible(shown);
+  fit();
+}
+
+void DockPanels::fit() {
+  // Before it is shown the window has no size of its own.
+  if (fitting_ || !window_.isVisible()) return;
+  fitting_ = true;
+  showFitting();
+  hideUnfitting();
+  QSize room(0, 0);
+  for (const Hidden& each : hidden_) room += each.room;
+  window_.setRoomForHidden(room);
+  fitting_ = false;
+}
+
+void DockPanels::showFitting() {
+  while (!hidden_.empty()) {
+    const Hidden next = hidden_.back();
+    if (!fits(window_.minimumSizeOfShown() + next.room, window_.size())) return;
+    hidden_.pop_back();
+    find(*next.model).setVisible(true);
+  }
+}
+
+void DockPanels::hideUnfitting() {
+  for (docking::DockWindowModel* const model : order_) {
+    const QSize needed = window_.minimumSizeOfShown();
+    if (fits(needed, window_.size())) return;
+    QDockWidget& panel = find(*model);
+    if (panel.isHidden() || panel.isFloating()) continue;
+    panel.setVisible(false);
+    hidden_.push_back({model, (needed - window_.minimumSizeOfShown()).expandedTo(QSize(0, 0))});
+  }
 }
 
 }  // namespace kestrel::qt

@@ -1,20 +1,22 @@
 #pragma once
 
 #include <QDockWidget>
-#include <QMainWindow>
 #include <map>
+#include <vector>
 
 #include "DockableForm.h"
+#include "MoorageWindow.h"
 #include "platform/docking/MoorageModel.h"
 
 namespace kestrel::qt {
 
-/// The dock windows of a suite. A dock window without an attached form stays hidden.
+/// The dock windows of a suite. A dock window without an attached form stays hidden; docked windows for which
+/// there is no room are hidden until there is, those first that were shown first. Their models stay visible.
 class DockPanels final : public QObject {
   Q_OBJECT
 
  public:
-  DockPanels(docking::MoorageModel& suite, QMainWindow& window);
+  DockPanels(docking::MoorageModel& suite, MoorageWindow& window);
 
   QDockWidget& find(docking::DockWindowModel& window) const { return *panels_.at(&window); }
   void attach(docking::DockWindowModel& window, DockableForm& form);
@@ -23,10 +25,22 @@ class DockPanels final : public QObject {
   void arrange();
 
  private:
+  /// A dock window that is hidden for lack of room.
+  struct Hidden {
+    docking::DockWindowModel* model;
+    QSize room;  ///< by which the smallest size of the suite would grow with it
+  };
+
   void distributeSpace(docking::Edge edge);
+  void fit();
+  void showFitting();
+  void hideUnfitting();
 
   docking::MoorageModel& suite_;
-  QMainWindow& window_;
+  MoorageWindow& window_;
+  std::vector<docking::DockWindowModel*> order_;  ///< the one that was shown last is the last
+  std::vector<Hidden> hidden_;                    ///< the one that was hidden last is the last
+  bool fitting_ = false;
   std::map<docking::DockWindowModel*, QDockWidget*> panels_;
 };
 

@@ -35,8 +35,16 @@ QMenu* MoorageWindow::createPopupMenu() {
 
 bool MoorageWindow::event(QEvent* event) {
   const bool handled = QMainWindow::event(event);
-  if (event->type() == QEvent::LayoutRequest) Q_EMIT smallestSizeChanged();
+  const bool isLayout = event->type() == QEvent::LayoutRequest;
+  if (isLayout || event->type() == QEvent::Resize || event->type() == QEvent::Show) Q_EMIT roomChanged();
+  if (isLayout) Q_EMIT smallestSizeChanged();
   return handled;
+}
+
+QSize MoorageWindow::minimumSizeHint() const { return minimumSizeOfShown() + roomForHidden_; }
+
+QSize MoorageWindow::minimumSizeFor(const QSize& content) const {
+  return minimumSizeHint() + (content - client_->minimumSize()).expandedTo(QSize(0, 0));
 }
 
 void MoorageWindow::contextMenuEvent(QContextMenuEvent* event) {

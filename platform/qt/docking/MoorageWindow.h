@@ -17,6 +17,15 @@ class MoorageWindow final : public QMainWindow {
   /// The area that the bars and docked windows leave free, in this widget's pixels.
   QRect clientArea();
 
+  /// The smallest size at which bars and docked windows fit around the client area. Those that are shown are
+  /// counted, and what `setRoomForHidden` adds.
+  QSize minimumSizeHint() const override;
+  /// The same around a content of that smallest size.
+  QSize minimumSizeFor(const QSize& content) const;
+  QSize minimumSizeOfShown() const { return QMainWindow::minimumSizeHint(); }
+  /// What the docked windows would need that are hidden for lack of room.
+  void setRoomForHidden(const QSize& room) { roomForHidden_ = room; }
+
   /// Fills the context menu of the bars.
   std::function<void(QMenu&)> fillBarMenu;
 
@@ -24,6 +33,8 @@ class MoorageWindow final : public QMainWindow {
 
  Q_SIGNALS:
   void clientAreaChanged();
+  /// Size, visibility, bars or dock windows have changed.
+  void roomChanged();
   /// The smallest size at which bars and dock windows fit may be another now.
   void smallestSizeChanged();
 
@@ -34,6 +45,7 @@ class MoorageWindow final : public QMainWindow {
 
  private:
   QWidget* client_;
+  QSize roomForHidden_{0, 0};
 };
 
 }  // namespace kestrel::qt

@@ -1,6 +1,7 @@
 #include "BrowserWidget.h"
 
 #include <QAction>
+#include <QEvent>
 #include <vector>
 
 #include "Resources/Layouts.h"
@@ -52,7 +53,12 @@ void BrowserWidget::closeMenus() {
 }
 
 QSize BrowserWidget::minimumSizeHint() const {
-  return bars_ ? bars_->minimumSizeHint().expandedTo(panel_->minimumSizeHint()) : QSize();
+  return bars_ ? bars_->minimumSizeFor(panel_->minimumSizeHint()) : QSize();
+}
+
+bool BrowserWidget::event(QEvent* event) {
+  if (event->type() == QEvent::LayoutRequest) updateGeometry();  // the panel needs another size
+  return SiteWidget::event(event);
 }
 
 }  // namespace kestrel::qt

@@ -31,6 +31,9 @@ class BrowserWidget final : public SiteWidget {
   QSize sizeHint() const override { return {1100, 760}; }
   QSize minimumSizeHint() const override;
 
+ protected:
+  bool event(QEvent* event) override;
+
  private:
   MoorageWindow* bars_ = nullptr;
   SplitPanelWidget* panel_ = nullptr;
