@@ -9,6 +9,7 @@
 #include <QWidgetAction>
 #include <array>
 
+#include "ButtonAccessibility.h"
 #include "platform/qt/core/FramedFill.h"
 #include "platform/qt/core/Text.h"
 
@@ -44,6 +45,7 @@ class Swatch final : public QToolButton {
     setIconSize(QSize(kSwatch, kSwatch));
     setToolTip(color.name());
     setAccessibleName(color.name());
+    presentAsChoice(*this);
   }
 
  protected:

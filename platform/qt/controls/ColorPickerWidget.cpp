@@ -8,6 +8,7 @@
 #include <QStylePainter>
 #include <algorithm>
 
+#include "ButtonAccessibility.h"
 #include "ColorPalette.h"
 #include "platform/qt/core/FramedFill.h"
 #include "platform/qt/core/PlainButtons.h"
@@ -27,6 +28,8 @@ ColorPickerWidget::ColorPickerWidget(QWidget* parent)
     : QToolButton(parent), enhancedCaption_(translated("Automatic")) {
   setFocusPolicy(Qt::StrongFocus);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  presentAsList(*this);
+  setAccessibleDescription(color_.name());
   connect(this, &QToolButton::clicked, this, &ColorPickerWidget::dropDown);
 }
 

@@ -6,6 +6,8 @@
 #include <QStylePainter>
 #include <QVariant>
 
+#include "ButtonAccessibility.h"
+
 namespace kestrel::qt {
 namespace {
 
@@ -50,7 +52,10 @@ QPoint stepOf(int key) {
 
 }  // namespace
 
-PlacementButton::PlacementButton(QWidget* parent) : QToolButton(parent) { setFocusPolicy(Qt::ClickFocus); }
+PlacementButton::PlacementButton(QWidget* parent) : QToolButton(parent) {
+  setFocusPolicy(Qt::ClickFocus);
+  presentAsChoice(*this);
+}
 
 QSize PlacementButton::sizeHint() const {
   const int side = 2 * fontMetrics().height();

@@ -19,6 +19,8 @@ void SwatchLook::show(const QColor& color, bool pressed) {
   color_ = color;
   isColorOfWindow_ = color == button_.palette().color(QPalette::Window);
   pressed_ = pressed;
+  // The color of the window means that there is none.
+  if (color.isValid()) button_.setAccessibleDescription(isColorOfWindow_ ? QString() : color.name());
   button_.update();
 }
 

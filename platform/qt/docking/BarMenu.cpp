@@ -1,6 +1,8 @@
 #include "BarMenu.h"
 
 #include <QActionGroup>
+#include <QApplication>
+#include <QEvent>
 #include <QStyle>
 #include <QStyleOptionMenuItem>
 #include <QToolButton>
@@ -23,10 +25,19 @@ void addToggle(QMenu& menu, const QString& text, bool shown, Show show) {
                    [show](bool wanted) { guarded([&] { show(wanted); }); });
 }
 
+/// Removes all entries. The toolkit would leave their menus and groups.
+void empty(QMenu& menu) {
+  menu.clear();
+  qDeleteAll(menu.findChildren<QMenu*>(QString(), Qt::FindDirectChildrenOnly));
+  qDeleteAll(menu.findChildren<QActionGroup*>(QString(), Qt::FindDirectChildrenOnly));
+}
+
 /// No higher than the entries of the menu bar: in a higher bar, the line that some styles draw below each
 /// entry would be in the middle of the bar.
 class CornerButton final : public QToolButton {
  public:
+  CornerButton() { measureIcon(); }
+
   QSize sizeHint() const override {
     const QSize natural = QToolButton::sizeHint();
     const QWidget* const bar = parentWidget();
@@ -36,6 +47,18 @@ class CornerButton final : public QToolButton {
     const QSize room =
         style()->sizeFromContents(QStyle::CT_MenuBarItem, &entry, QSize(0, bar->fontMetrics().height()), bar);
     return {natural.width(), std::min(natural.height(), room.height())};
+  }
+
+ protected:
+  void changeEvent(QEvent* event) override {
+    QToolButton::changeEvent(event);
+    if (event->type() == QEvent::StyleChange) measureIcon();
+  }
+
+ private:
+  void measureIcon() {
+    const int side = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, this);
+    setIconSize(QSize(side, side));
   }
 };
 
@@ -49,8 +72,6 @@ QToolButton* makeButton(QMenu& menu) {
   button->setToolButtonStyle(Qt::ToolButtonIconOnly);
   button->setAutoRaise(true);
   button->setFocusPolicy(Qt::NoFocus);  // the focus stays in the picture
-  const int side = button->style()->pixelMetric(QStyle::PM_SmallIconSize);
-  button->setIconSize(QSize(side, side));
   button->setMenu(&menu);
   button->setPopupMode(QToolButton::InstantPopup);
   return button;
@@ -61,16 +82,29 @@ QToolButton* makeButton(QMenu& menu) {
 BarMenu::BarMenu(docking::MoorageModel& suite, ToolBars& toolBars, DockPanels& dockPanels, QMenuBar& menuBar)
     : suite_(suite), toolBars_(toolBars), dockPanels_(dockPanels), menu_(new QMenu(&menuBar)) {
   connect(menu_, &QMenu::aboutToShow, this, [this] {
-    menu_->clear();
+    empty(*menu_);
     fill(*menu_);
   });
   menuBar.setCornerWidget(makeButton(*menu_));
+  refresh();
 }
 
 // The menu bar owns the menu, and may outlive this.
-BarMenu::~BarMenu() { menu_->clear(); }
+BarMenu::~BarMenu() { empty(*menu_); }
+
+void BarMenu::fillClosed() {
+  // An entry that has opened a dialog is still in use.
+  if (menu_->isVisible() || QApplication::activeModalWidget()) return;
+  empty(*menu_);
+  fillOwnLines(*menu_);
+}
 
 void BarMenu::fill(QMenu& menu) {
+  fillOwnLines(menu);
+  addContainerLines(menu);
+}
+
+void BarMenu::fillOwnLines(QMenu& menu) {
   for (const auto& bar : suite_.CommandBars().all()) {
     if (bar->kind() == docking::BarKind::MenuBar || !bar->Listed()) continue;
     addToggle(menu, translated(bar->Name()), bar->Visible(),
@@ -88,7 +122,6 @@ void BarMenu::fill(QMenu& menu) {
             [this](bool locked) { toolBars_.setLocked(locked); });
   connect(menu.addAction(translated("&Reset Bars and Windows")), &QAction::triggered, this,
           [this] { guarded([this] { reset(); }); });
-  addContainerLines(menu);
 }
 
 void BarMenu::addContainerLines(QMenu& menu) {

@@ -6,6 +6,7 @@
 #include "DockPanels.h"
 #include "ToolBars.h"
 #include "platform/docking/MoorageModel.h"
+#include "platform/qt/core/PostedCall.h"
 
 namespace kestrel::qt {
 
@@ -19,9 +20,14 @@ class BarMenu final : public QObject {
   BarMenu(docking::MoorageModel& suite, ToolBars& toolBars, DockPanels& dockPanels, QMenuBar& menuBar);
   ~BarMenu() override;
 
+  /// As the menu opens.
   void fill(QMenu& menu);
+  /// Fills the button's closed menu again, soon: assistive technology reads it before it opens.
+  void refresh() { changed_.post(); }
 
  private:
+  void fillClosed();
+  void fillOwnLines(QMenu& menu);
   void fillStyles(QMenu& menu);
   /// The container's entries at the end of the menu.
   void addContainerLines(QMenu& menu);
@@ -32,6 +38,7 @@ class BarMenu final : public QObject {
   ToolBars& toolBars_;
   DockPanels& dockPanels_;
   QMenu* menu_;
+  PostedCall changed_{[this] { fillClosed(); }};
 };
 
 }  // namespace kestrel::qt

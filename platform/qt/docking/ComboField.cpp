@@ -22,7 +22,7 @@ ComboField::ComboField(docking::MoorageModel& suite, docking::CommandModel& comm
   lineEdit()->setAcceptDrops(false);  // a dropped file is for the editor; here it would become text
   setInsertPolicy(QComboBox::NoInsert);
   setCompleter(nullptr);
-  setFocusPolicy(Qt::ClickFocus);
+  setFocusPolicy(Qt::StrongFocus);
   setMaxVisibleItems(25);
   setAccessibleName(withoutAccessKey(translated(command_.Caption())));
   setAccessibleDescription(translated(command_.Description()));
@@ -51,8 +51,11 @@ void ComboField::refresh() {
   setCurrentIndex(findText(text, Qt::MatchFixedString));
   setEditText(text);
   setEnabled(command_.Enabled());
+  fitTexts();
+}
 
-  // The layout's width is the minimum; a large font or wide arrow may need more.
+/// The layout's width is the minimum; a large font or wide arrow may need more.
+void ComboField::fitTexts() {
   int widest = fontMetrics().horizontalAdvance(QStringLiteral("00.0:1"));
   for (int i = 0; i < count(); ++i) widest = std::max(widest, fontMetrics().horizontalAdvance(itemText(i)));
   QStyleOptionComboBox option;
@@ -60,6 +63,11 @@ void ComboField::refresh() {
   const QSize needed =
       style()->sizeFromContents(QStyle::CT_ComboBox, &option, QSize(widest, fontMetrics().height()), this);
   setFixedWidth(std::max(command_.width(), needed.width()));
+}
+
+void ComboField::changeEvent(QEvent* event) {
+  QComboBox::changeEvent(event);
+  if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) fitTexts();
 }
 
 bool ComboField::event(QEvent* event) {

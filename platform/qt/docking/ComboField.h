@@ -22,12 +22,14 @@ class ComboField final : public QComboBox {
 
  protected:
   bool event(QEvent* event) override;
+  void changeEvent(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
 
  private:
   /// Whether it is part of the field or of its list, which is a window of its own.
   bool isOwn(const QWidget& widget) const;
+  void fitTexts();
   void confirm();
   void leave();
 

@@ -1,6 +1,7 @@
 #include "CommandActions.h"
 
 #include <QFocusEvent>
+#include <QPointer>
 #include <algorithm>
 
 #include "StoredIcon.h"
@@ -17,8 +18,13 @@ QString hotKeyTextOf(docking::CommandModel& command) {
   return hotKeyText(key.Shift(), key.KeyCode());
 }
 
-CommandActions::CommandActions(docking::MoorageModel& suite) : suite_(suite) {
+CommandActions::CommandActions(docking::MoorageModel& suite, std::string_view choices) : suite_(suite) {
+  if (!choices.empty()) {
+    docking::CommandModel& menu = suite_.Commands().Item(std::string(choices));
+    for (const auto& entry : menu.Bar().Entries().all()) choices_.insert(&entry->command());
+  }
   for (const auto& command : suite_.Commands().all()) makeAction(*command);
+  fillClosedMenus();
 }
 
 CommandActions::~CommandActions() {
@@ -37,7 +43,10 @@ void CommandActions::makeAction(docking::CommandModel& command) {
     menu->setObjectName(toQt(command.Name()));
     action->setMenu(menu);
     menus_[&command] = menu;
-    connect(menu, &QMenu::aboutToShow, this, [this, menu, &command] { fill(*menu, command); });
+    connect(menu, &QMenu::aboutToShow, this, [this, menu, &command] {
+      fill(*menu, command);
+      menu->elide();
+    });
     connect(menu, &QMenu::aboutToHide, this, [this] { guarded([this] { suite_.highlight(nullptr); }); });
   }
   connect(action, &QAction::hovered, this,
@@ -54,6 +63,7 @@ QAction& CommandActions::actionOf(docking::CommandModel& command) { return *acti
 QMenu& CommandActions::menuOf(docking::CommandModel& command) {
   CommandMenu& menu = *menus_.at(&command);
   fill(menu, command);
+  menu.elide();
   return menu;
 }
 
@@ -94,7 +104,7 @@ void CommandActions::refresh(docking::CommandModel& command) {
   action.setWhatsThis(translated(command.Description()));
   action.setEnabled(command.Enabled());
   action.setVisible(command.Visible());
-  action.setCheckable(command.Checked());
+  action.setCheckable(command.Checked() || isChoice(command));
   action.setChecked(command.Checked());
 }
 
@@ -127,7 +137,21 @@ void CommandActions::fill(CommandMenu& menu, docking::CommandModel& command) {
       menu.addAction(&actionOf(*entry.command));
     }
   }
-  menu.elide();
+}
+
+/// The line must not be deleted while it is chosen, which may open a dialog or end the suite.
+void CommandActions::choose(docking::CommandModel& list, std::int32_t line) {
+  const QPointer<CommandActions> self(this);
+  ++choosing_;
+  guarded([&] { suite_.chooseItem(list, line); });
+  if (self && --choosing_ == 0) refreshMenus();
+}
+
+void CommandActions::fillClosedMenus() {
+  if (choosing_ > 0) return;
+  for (const auto& [command, menu] : menus_) {
+    if (!menu->isVisible()) fill(*menu, *command);
+  }
 }
 
 void CommandActions::addLines(CommandMenu& menu, docking::CommandModel& list) {
@@ -138,8 +162,7 @@ void CommandActions::addLines(CommandMenu& menu, docking::CommandModel& list) {
   for (std::int32_t i = 1; i <= list.Items().Count(); ++i) {
     QAction* const line = menu.addLine(toQt(list.Items().Item(i).Text));
     line->setEnabled(list.Enabled());
-    connect(line, &QAction::triggered, this,
-            [this, &list, i] { guarded([&] { suite_.chooseItem(list, i); }); });
+    connect(line, &QAction::triggered, this, [this, &list, i] { choose(list, i); });
     connect(line, &QAction::hovered, this, [this, &list] { guarded([&] { suite_.highlight(&list); }); });
   }
 }

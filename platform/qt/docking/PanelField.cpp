@@ -5,6 +5,7 @@
 #include <QStyle>
 #include <algorithm>
 
+#include "PanelAccessibility.h"
 #include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
@@ -39,7 +40,8 @@ PanelField::PanelField(docking::CommandModel& command, const QIcon& icon)
   const QString name =
       translated(command_.ShortCaption().empty() ? command_.Description() : command_.ShortCaption());
   setToolTip(name);
-  text_->setAccessibleName(name);
+  if (progress_) progress_->setAccessibleName(name);
+  useAccessiblePanels();
   showIcon();
   refresh();
 }
@@ -50,24 +52,39 @@ void PanelField::refresh() {
   const QString text = translated(command_.panel().Caption());
   const bool changed = text != text_->text();
   text_->setText(text);
-  text_->setAccessibleDescription(text);
-  if (command_.spring()) {
-    if (changed && isVisible()) repaint();
-    return;
-  }
-  // The layout's width is the minimum. A panel that had to grow keeps its width, so that its neighbors do not
-  // move when its text changes.
+  if (changed) reportValue(*this);
+  fitText();
+  if (command_.spring() && changed && isVisible()) repaint();
+}
+
+/// The layout's width is the minimum. A panel that had to grow keeps its width, so that its neighbors do not
+/// move when its text changes.
+void PanelField::fitText() {
+  if (command_.spring()) return;
   const int needed = layout()->sizeHint().width();
   setFixedWidth(std::max({command_.width(), needed, minimumWidth()}));
 }
 
+bool PanelField::event(QEvent* event) {
+  const bool handled = QWidget::event(event);
+  // The text, the icon or the style has other measures now.
+  if (event->type() == QEvent::LayoutRequest) fitText();
+  return handled;
+}
+
 void PanelField::changeEvent(QEvent* event) {
-  if (event->type() == QEvent::PaletteChange || event->type() == QEvent::StyleChange) showIcon();
+  const bool isStyle = event->type() == QEvent::StyleChange;
+  if (event->type() == QEvent::PaletteChange || isStyle) showIcon();
+  if (event->type() == QEvent::FontChange || isStyle) {
+    // The kept width was that of the other font.
+    setMinimumWidth(0);
+    fitText();
+  }
   QWidget::changeEvent(event);
 }
 
 void PanelField::showIcon() {
-  const int size = style()->pixelMetric(QStyle::PM_SmallIconSize);
+  const int size = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, this);
   picture_->setPixmap(icon_.pixmap(QSize(size, size), devicePixelRatioF()));
 }
 

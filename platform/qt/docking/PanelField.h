@@ -20,12 +20,15 @@ class PanelField final : public QWidget {
   void refresh();
 
   QString text() const { return text_->text(); }
+  bool showsProgress() const { return progress_; }
 
  protected:
+  bool event(QEvent* event) override;
   void changeEvent(QEvent* event) override;
 
  private:
   void showIcon();
+  void fitText();
 
   docking::CommandModel& command_;
   QIcon icon_;

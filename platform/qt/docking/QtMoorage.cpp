@@ -43,18 +43,24 @@ class PopupActions {
 };
 
 /// The widget of the whole control.
-const QWidget& controlOf(const MoorageWindow& window) {
-  const QWidget* const parent = window.parentWidget();
+QWidget& controlOf(MoorageWindow& window) {
+  QWidget* const parent = window.parentWidget();
   return parent ? *parent : window;
+}
+
+/// Panels and fields change often, as the pointer moves, and no menu has them.
+bool isInMenus(const docking::CommandModel& command) {
+  return command.CommandType() != kCommandPanel && command.CommandType() != kCommandCombo;
 }
 
 }  // namespace
 
-QtMoorage::QtMoorage(MoorageWindow& window, ControlId id, const docking::StoredLayout& layout)
+QtMoorage::QtMoorage(MoorageWindow& window, ControlId id, const docking::StoredLayout& layout,
+                     std::string_view choices)
     : WidgetControl(window, std::move(id), layout),
       window_(window),
-      actions_(*this),
-      toolBars_(*this, actions_, window),
+      actions_(*this, choices),
+      toolBars_(*this, actions_, window, controlOf(window)),
       statusPanels_(*this, actions_, *window.statusBar()),
       dockPanels_(*this, window),
       barMenu_(*this, toolBars_, dockPanels_, *window.menuBar()),
@@ -71,15 +77,23 @@ QtMoorage::QtMoorage(MoorageWindow& window, ControlId id, const docking::StoredL
     actions_.refresh(command);
     toolBars_.refresh(command);
     statusPanels_.refresh(command);
+    if (isInMenus(command)) actions_.refreshMenus();
   }));
   connections_.push_back(BarUpdated.Connect([this](docking::CommandBarModel& bar) {
     if (&bar == menuBar_) fillMenuBar();
     toolBars_.refresh(bar);
     statusPanels_.refresh(bar);
+    actions_.refreshMenus();
+    barMenu_.refresh();
   }));
-  connections_.push_back(
-      DockWindowUpdated.Connect([this](docking::DockWindowModel& dock) { dockPanels_.refresh(dock); }));
-  connections_.push_back(StyleUpdated.Connect([this] { toolBars_.refreshStyle(); }));
+  connections_.push_back(DockWindowUpdated.Connect([this](docking::DockWindowModel& dock) {
+    dockPanels_.refresh(dock);
+    barMenu_.refresh();
+  }));
+  connections_.push_back(StyleUpdated.Connect([this] {
+    toolBars_.refreshStyle();
+    barMenu_.refresh();
+  }));
 
   window_.fillBarMenu = [this](QMenu& menu) { barMenu_.fill(menu); };
   QObject::connect(&hotKeys_, &HotKeyFilter::menuBarRequested, &hotKeys_, [this] { openMenuBar(); });
@@ -109,6 +123,7 @@ void QtMoorage::attachForm(docking::DockWindowModel& window, Form& form) {
   auto* const ours = dynamic_cast<DockableForm*>(&form);
   if (!ours) throw RuntimeError(err::kInvalidCall, "The window to attach does not belong to this desktop.");
   dockPanels_.attach(window, *ours);
+  barMenu_.refresh();
 }
 
 void QtMoorage::fillMenuBar() {

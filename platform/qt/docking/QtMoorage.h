@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <string_view>
 #include <vector>
 
 #include "BarMenu.h"
@@ -20,8 +21,10 @@ namespace kestrel::qt {
 /// The docking suite on the desktop: displays the models and passes on user input.
 class QtMoorage final : public WidgetControl<docking::MoorageModel> {
  public:
-  /// `window` belongs to this suite and outlives it.
-  QtMoorage(MoorageWindow& window, ControlId id, const docking::StoredLayout& layout);
+  /// `window` belongs to this suite and outlives it. `choices` is the key of the menu whose commands are
+  /// alternatives, of which one is checked; empty for none.
+  QtMoorage(MoorageWindow& window, ControlId id, const docking::StoredLayout& layout,
+            std::string_view choices = {});
   ~QtMoorage() override;
 
   Rectangle ClientArea() const override;

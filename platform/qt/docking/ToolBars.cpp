@@ -3,9 +3,11 @@
 #include <QStyle>
 #include <QToolButton>
 #include <algorithm>
+#include <set>
 #include <vector>
 
 #include "ComboField.h"
+#include "platform/qt/controls/ButtonAccessibility.h"
 #include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
@@ -36,8 +38,9 @@ bool sameEntry(const docking::ShownEntry& a, const docking::ShownEntry& b) {
 
 }  // namespace
 
-ToolBars::ToolBars(docking::MoorageModel& suite, CommandActions& actions, QMainWindow& window)
-    : suite_(suite), actions_(actions), window_(window) {
+ToolBars::ToolBars(docking::MoorageModel& suite, CommandActions& actions, QMainWindow& window,
+                   QWidget& control)
+    : suite_(suite), actions_(actions), window_(window), keys_(control) {
   for (const auto& bar : suite_.CommandBars().all()) {
     if (bar->kind() == docking::BarKind::ToolBar) ordered_.push_back(bar.get());
   }
@@ -47,6 +50,7 @@ ToolBars::ToolBars(docking::MoorageModel& suite, CommandActions& actions, QMainW
   for (docking::CommandBarModel* model : ordered_) {
     auto* const bar = new QToolBar(translated(model->Name()), &window_);
     bar->setObjectName(toQt(model->Name()));
+    bar->setAccessibleName(bar->windowTitle());
     bar->setFloatable(false);
     bars_[model].bar = bar;
   }
@@ -88,10 +92,14 @@ void ToolBars::refresh(docking::CommandBarModel& model) {
 }
 
 void ToolBars::refresh(docking::CommandModel& command) {
+  if (command.CommandType() == kCommandPanel) return;
   if (const auto combo = combos_.find(&command); combo != combos_.end()) {
     static_cast<ComboField*>(combo->second->defaultWidget())->refresh();
   }
-  for (auto& [model, shown] : bars_) fill(*model, shown);
+  for (auto& [model, shown] : bars_) {
+    fill(*model, shown);
+    keys_.update(*shown.bar);
+  }
 }
 
 void ToolBars::refreshStyle() {
@@ -108,40 +116,65 @@ void ToolBars::fill(docking::CommandBarModel& model, Shown& shown) {
   if (std::ranges::equal(wanted, shown.entries, sameEntry)) return;
   shown.entries = wanted;
 
-  QToolBar& bar = *shown.bar;
-  for (QAction* action : bar.actions()) {
-    bar.removeAction(action);
-    if (action->isSeparator()) action->deleteLater();
+  removeOthers(shown, wanted);
+  QAction* next = nullptr;
+  for (auto entry = wanted.rbegin(); entry != wanted.rend(); ++entry) {
+    next = place(*shown.bar, *entry->command, next);
+    if (!entry->separatorBefore) continue;
+    QAction*& separator = shown.separators[entry->command];
+    if (!separator) separator = shown.bar->insertSeparator(next);
+    next = separator;
   }
-  for (const docking::ShownEntry& entry : wanted) {
-    if (entry.separatorBefore) bar.addSeparator();
-    if (entry.command->CommandType() == kCommandCombo) {
-      addCombo(bar, *entry.command);
-    } else {
-      addButton(bar, *entry.command);
-    }
-  }
+  keys_.update(*shown.bar);
 }
 
-void ToolBars::addCombo(QToolBar& bar, docking::CommandModel& command) {
+/// The buttons that stay keep the focus and the pointer.
+void ToolBars::removeOthers(Shown& shown, const std::vector<docking::ShownEntry>& wanted) {
+  std::set<const QAction*> staying;
+  std::set<const docking::CommandModel*> separated;
+  for (const docking::ShownEntry& entry : wanted) {
+    staying.insert(&actionFor(*entry.command));
+    if (entry.separatorBefore) separated.insert(entry.command);
+  }
+  for (QAction* const action : shown.bar->actions()) {
+    if (!action->isSeparator() && !staying.contains(action)) shown.bar->removeAction(action);
+  }
+  std::erase_if(shown.separators, [&separated](const auto& each) {
+    if (separated.contains(each.first)) return false;
+    delete each.second;
+    return true;
+  });
+}
+
+QAction& ToolBars::actionFor(docking::CommandModel& command) {
+  if (command.CommandType() != kCommandCombo) return actions_.actionOf(command);
   QWidgetAction*& action = combos_[&command];
   if (!action) {
-    action = new QWidgetAction(&bar);
+    action = new QWidgetAction(this);
     action->setText(withoutAccessKey(translated(command.Caption())));
     action->setDefaultWidget(new ComboField(suite_, command));
   }
-  bar.addAction(action);
+  return *action;
 }
 
-void ToolBars::addButton(QToolBar& bar, docking::CommandModel& command) {
-  QAction& action = actions_.actionOf(command);
-  bar.addAction(&action);
-  auto* const button = qobject_cast<QToolButton*>(bar.widgetForAction(&action));
-  button->setObjectName(toQt(command.Name()));
-  button->setAccessibleName(action.iconText());
-  button->setAccessibleDescription(translated(command.Description()));
-  if (command.CommandType() == kCommandMenu) button->setPopupMode(QToolButton::InstantPopup);
-  button->installEventFilter(&actions_);
+/// Makes sure that the command is in the bar, before that action or at the end. Returns its action.
+QAction* ToolBars::place(QToolBar& bar, docking::CommandModel& command, QAction* before) {
+  QAction& action = actionFor(command);
+  if (bar.actions().contains(&action)) return &action;
+  bar.insertAction(before, &action);
+  if (auto* const button = qobject_cast<QToolButton*>(bar.widgetForAction(&action)))
+    prepare(*button, command);
+  return &action;
+}
+
+void ToolBars::prepare(QToolButton& button, docking::CommandModel& command) {
+  button.setObjectName(toQt(command.Name()));
+  button.setAccessibleName(actions_.actionOf(command).iconText());
+  button.setAccessibleDescription(translated(command.Description()));
+  if (actions_.isChoice(command)) presentAsChoice(button);
+  if (command.CommandType() == kCommandMenu) button.setPopupMode(QToolButton::InstantPopup);
+  button.installEventFilter(&actions_);
+  keys_.add(button);
 }
 
 }  // namespace kestrel::qt

@@ -6,6 +6,7 @@
 #include <map>
 #include <vector>
 
+#include "BarKeys.h"
 #include "CommandActions.h"
 
 namespace kestrel::qt {
@@ -15,7 +16,8 @@ class ToolBars final : public QObject {
   Q_OBJECT
 
  public:
-  ToolBars(docking::MoorageModel& suite, CommandActions& actions, QMainWindow& window);
+  /// `control` is the widget of the whole control.
+  ToolBars(docking::MoorageModel& suite, CommandActions& actions, QMainWindow& window, QWidget& control);
   ~ToolBars() override;
 
   /// Null if the bar is not a tool bar.
@@ -36,11 +38,14 @@ class ToolBars final : public QObject {
   struct Shown {
     QToolBar* bar = nullptr;
     std::vector<docking::ShownEntry> entries;
+    std::map<const docking::CommandModel*, QAction*> separators;  ///< each before its command
   };
 
   void fill(docking::CommandBarModel& model, Shown& shown);
-  void addButton(QToolBar& bar, docking::CommandModel& command);
-  void addCombo(QToolBar& bar, docking::CommandModel& command);
+  void removeOthers(Shown& shown, const std::vector<docking::ShownEntry>& wanted);
+  QAction& actionFor(docking::CommandModel& command);
+  QAction* place(QToolBar& bar, docking::CommandModel& command, QAction* before);
+  void prepare(QToolButton& button, docking::CommandModel& command);
 
   docking::MoorageModel& suite_;
   CommandActions& actions_;
@@ -48,6 +53,7 @@ class ToolBars final : public QObject {
   std::vector<docking::CommandBarModel*> ordered_;  ///< by edge and row
   std::map<docking::CommandBarModel*, Shown> bars_;
   std::map<const docking::CommandModel*, QWidgetAction*> combos_;
+  BarKeys keys_;
   bool locked_ = false;
 };
 

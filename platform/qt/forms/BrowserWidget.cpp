@@ -15,6 +15,9 @@
 namespace kestrel::qt {
 namespace {
 
+/// The menu of the views, one of which is chosen.
+constexpr char kViews[] = "mnuView";
+
 std::vector<DesktopKey> desktopKeys() {
   return {
       {"btnFileClose", QKeySequence::keyBindings(QKeySequence::Close)},
@@ -28,7 +31,7 @@ void BrowserWidget::populate(QtSite& site, const SiteServices& services) {
   bars_ = new MoorageWindow(this);
   connect(bars_, &MoorageWindow::smallestSizeChanged, this, &QWidget::updateGeometry);
   auto moorage = std::make_unique<QtMoorage>(*bars_, ControlId{"mrgUI"},
-                                             docking::readLayout(resources::browserLayout()));
+                                             docking::readLayout(resources::browserLayout()), kViews);
   moorage_ = moorage.get();
   moorage_->popupActions = [this] { return actions(); };
   moorage_->actions().showKey(moorage_->Commands().Item("btnImageDelete"), QKeySequence::Delete);

@@ -8,6 +8,9 @@
 namespace kestrel::qt {
 namespace {
 
+/// The menu of the tools, one of which is chosen.
+constexpr char kTools[] = "mnuDraw";
+
 /// The key of "+" may need Shift, or need it for "=" only.
 std::vector<DesktopKey> desktopKeys() {
   const auto ctrl = [](Qt::Key key) { return QKeySequence(Qt::CTRL | key); };
@@ -26,8 +29,8 @@ void EditorWidget::populate(QtSite& site, const SiteServices& services) {
   site_ = &site;
   bars_ = new MoorageWindow(this);
   connect(bars_, &MoorageWindow::smallestSizeChanged, this, &QWidget::updateGeometry);
-  auto moorage =
-      std::make_unique<QtMoorage>(*bars_, ControlId{"mrgUI"}, docking::readLayout(resources::dialogLayout()));
+  auto moorage = std::make_unique<QtMoorage>(*bars_, ControlId{"mrgUI"},
+                                             docking::readLayout(resources::dialogLayout()), kTools);
   moorage_ = moorage.get();
   if (property("DesktopKeys").toBool()) moorage_->useDesktopKeys(desktopKeys());
   site.add(std::move(moorage));

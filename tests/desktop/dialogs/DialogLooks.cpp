@@ -131,6 +131,12 @@ void expectGoodLooks(const std::string& name, const std::function<void()>& open,
       expectNothingCutOff(window);
       expectAccessibleNames(window);
       writeScreenshot(window, name + "-" + look.name());
+      if (!look.doubleFont) {
+        SCOPED_TRACE("the font changes while the dialog is open");
+        const DoubleFont later;
+        for (int round = 0; round < 3; ++round) settle();
+        expectNothingCutOff(window);
+      }
       window.close();
     });
     open();
@@ -166,6 +172,10 @@ void expectAccessibleNames(QWidget& window) {
     QAccessibleInterface* const face = QAccessible::queryAccessibleInterface(control);
     ASSERT_NE(face, nullptr) << describe(*control);
     EXPECT_FALSE(face->text(QAccessible::Name).isEmpty()) << describe(*control);
+    if (qobject_cast<QSlider*>(control)) {
+      ASSERT_NE(face->valueInterface(), nullptr) << describe(*control);
+      EXPECT_EQ(face->valueInterface()->currentValue().toInt(), static_cast<QSlider*>(control)->value());
+    }
   }
 }
 

@@ -1,0 +1,222 @@
+// An editor by the keyboard alone: the way of the focus through bars, picture and dock windows.
+
+#include <gmock/gmock.h>
+
+#include <QLineEdit>
+#include <QMenu>
+#include <QPointer>
+#include <QPushButton>
+#include <QToolBar>
+#include <QToolButton>
+#include <algorithm>
+
+#include "AccessHost.h"
+
+namespace kestrel::desktop {
+namespace {
+
+class BarKeys : public AccessHost {
+ protected:
+  BarKeys() {
+    layout_->insertWidget(0, &before_);
+    layout_->addWidget(&after_);
+    before_.setObjectName(QStringLiteral("before"));
+    after_.setObjectName(QStringLiteral("after"));
+  }
+  ~BarKeys() override {
+    before_.setParent(nullptr);
+    after_.setParent(nullptr);
+  }
+
+  void SetUp() override {
+    AccessHost::SetUp();
+    openPicture();
+  }
+
+  static QWidget* focus() { return QApplication::focusWidget(); }
+  static std::string focusName() { return focus() ? focus()->objectName().toStdString() : "none"; }
+  QToolButton& button(const char* name) { return part<QToolButton>(name); }
+
+  /// The widgets that Tab, or with Shift the other way, reaches from the host's field to the field again.
+  std::vector<QWidget*> round(bool backwards) {
+    before_.setFocus();
+    std::vector<QWidget*> reached;
+    constexpr std::size_t kMost = 60;
+    do {
+      press(backwards ? Qt::Key_Backtab : Qt::Key_Tab, backwards ? Qt::ShiftModifier : Qt::NoModifier);
+      reached.push_back(focus());
+    } while (focus() != &before_ && reached.size() < kMost);
+    return reached;
+  }
+  static std::size_t placeOf(const std::vector<QWidget*>& widgets, const QWidget* widget) {
+    const auto at = std::find(widgets.begin(), widgets.end(), widget);
+    EXPECT_NE(at, widgets.end()) << widget->objectName().toStdString();
+    return static_cast<std::size_t>(at - widgets.begin());
+  }
+
+  QLineEdit before_;
+  QLineEdit after_;
+};
+
+TEST_F(BarKeys, TabGoesThroughBarsPictureAndDockWindowsToTheHost) {
+  const std::vector<QWidget*> way = round(false);
+  ASSERT_EQ(way.back(), &before_);
+  for (const QToolBar* const bar : editor_->findChildren<QToolBar*>()) {
+    const auto stops = std::count_if(way.begin(), way.end(),
+                                     [bar](const QWidget* widget) { return widget->parentWidget() == bar; });
+    EXPECT_EQ(stops, bar->isVisible() ? 1 : 0) << bar->objectName().toStdString();
+  }
+  const std::size_t picturePlace = placeOf(way, &picture());
+  const std::size_t dockPlace = placeOf(way, &part<QPushButton>("btnColors_0"));
+  EXPECT_LT(placeOf(way, &button("btnFileOpen")), picturePlace);
+  EXPECT_LT(picturePlace, dockPlace);
+  EXPECT_LT(dockPlace, placeOf(way, &after_));
+
+  std::vector<QWidget*> back = round(true);
+  back.pop_back();
+  std::reverse(back.begin(), back.end());
+  back.push_back(&before_);
+  EXPECT_EQ(way, back);
+}
+
+TEST_F(BarKeys, ArrowsMoveInABar) {
+  button("btnFileOpen").setFocus(Qt::TabFocusReason);
+  ASSERT_EQ(focusName(), "btnFileOpen");
+  press(Qt::Key_Right);
+  EXPECT_EQ(focusName(), "btnFileSave");
+  press(Qt::Key_Left);
+  press(Qt::Key_Left);
+  EXPECT_EQ(focusName(), "btnFileClose") << "around the end";
+  press(Qt::Key_Home);
+  EXPECT_EQ(focusName(), "btnFileOpen");
+  press(Qt::Key_End);
+  EXPECT_EQ(focusName(), "btnFileClose");
+
+  button("btnDrawZoom").setFocus(Qt::TabFocusReason);
+  press(Qt::Key_Down);
+  EXPECT_EQ(focusName(), "btnDrawPan") << "in an upright bar";
+}
+
+TEST_F(BarKeys, TheStopOfABarIsTheButtonThatHadTheFocus) {
+  button("btnDrawZoom").setFocus(Qt::TabFocusReason);
+  press(Qt::Key_End);
+  ASSERT_EQ(focusName(), "btnDrawPicker");
+  before_.setFocus();
+  EXPECT_THAT(round(false), testing::Contains(&button("btnDrawPicker")));
+  EXPECT_THAT(round(false), testing::Not(testing::Contains(&button("btnDrawZoom"))));
+}
+
+TEST_F(BarKeys, ReturnAndSpacePress) {
+  button("btnDrawZoom").setFocus(Qt::TabFocusReason);
+  press(Qt::Key_Down);
+  press(Qt::Key_Return);
+  EXPECT_EQ(control().Tool(), ipToolPan);
+  press(Qt::Key_Down);
+  press(Qt::Key_Space);
+  EXPECT_EQ(control().Tool(), ipToolSelect);
+  EXPECT_EQ(focusName(), "btnDrawSelect") << "the focus stays for the next tool";
+}
+
+TEST_F(BarKeys, EscapeMovesTheFocusToThePicture) {
+  button("btnDrawZoom").setFocus(Qt::TabFocusReason);
+  press(Qt::Key_Escape);
+  EXPECT_EQ(focus(), &picture());
+}
+
+TEST_F(BarKeys, AClickLeavesTheFocusWhereItIs) {
+  picture().setFocus();
+  QTest::mouseClick(&button("btnDrawPan"), Qt::LeftButton);
+  EXPECT_EQ(control().Tool(), ipToolPan);
+  EXPECT_EQ(focus(), &picture());
+}
+
+TEST_F(BarKeys, TheCommandWithTheFocusIsDescribed) {
+  button("btnDrawZoom").setFocus(Qt::TabFocusReason);
+  press(Qt::Key_Down);
+  EXPECT_EQ(nameOf(part("pnlStatus")), "Allows you to scroll the image by clicking and dragging");
+  press(Qt::Key_Escape);
+  EXPECT_EQ(nameOf(part("pnlStatus")), "");
+}
+
+TEST_F(BarKeys, ADisabledStopIsReplaced) {
+  QToolButton& open = button("btnFileOpen");
+  ASSERT_THAT(round(false), testing::Contains(&open));
+  control().Commands()("btnFileOpen").Enabled(false);
+  EXPECT_THAT(round(false), testing::Contains(&button("btnFileSave")));
+}
+
+/// The buttons of bars, when their commands come and go.
+class BarButtons : public BarKeys {
+ protected:
+  int objects() {
+    settle();
+    return static_cast<int>(window_.findChildren<QObject*>().size());
+  }
+};
+
+TEST_F(BarButtons, AreNotLeftWhenTheirCommandsGo) {
+  const auto change = [this] {
+    control().UseSimpleTools(true);
+    control().ShowDrawingTools(false);
+    control().ShowOpen(false);
+    settle();
+    control().UseSimpleTools(false);
+    control().ShowDrawingTools(true);
+    control().ShowOpen(true);
+  };
+  change();
+  const int before = objects();
+  for (int i = 0; i < 10; ++i) change();
+  EXPECT_EQ(objects(), before);
+
+  control().ShowOpen(false);
+  settle();
+  EXPECT_TRUE(editor_->findChildren<QToolButton*>(QStringLiteral("btnFileOpen")).isEmpty());
+}
+
+TEST_F(BarButtons, ThatStayKeepTheirObjectAndFocus) {
+  const QPointer<QToolButton> save(&button("btnFileSave"));
+  save->setFocus(Qt::TabFocusReason);
+  control().ShowOpen(false);
+  control().ShowOpen(true);
+  settle();
+  ASSERT_TRUE(save);
+  EXPECT_EQ(&button("btnFileSave"), save);
+  EXPECT_EQ(focus(), save);
+}
+
+TEST_F(BarButtons, KeepTheOrderOfTheLayout) {
+  auto* const bar = qobject_cast<QToolBar*>(button("btnFileSave").parentWidget());
+  const auto order = [bar] {
+    QStringList names;
+    for (QAction* const action : bar->actions()) {
+      names += action->isSeparator() ? QStringLiteral("|") : action->objectName();
+    }
+    return names.join(u' ');
+  };
+  const QString before = order();
+  EXPECT_TRUE(before.contains(QStringLiteral("btnFileOpen btnFileSave | btnFileExport")))
+      << before.toStdString();
+  control().UseSimpleTools(true);
+  control().ShowOpen(false);
+  EXPECT_NE(order(), before);
+  control().ShowOpen(true);
+  control().UseSimpleTools(false);
+  EXPECT_EQ(order(), before);
+}
+
+TEST_F(BarButtons, MenusOfTheBarsLeaveNothing) {
+  QMenu& bars = *button("barMenuButton").menu();
+  const auto open = [&bars] {
+    bars.popup(QPoint(10, 10));
+    settle();
+    bars.close();
+  };
+  open();
+  const int before = objects();
+  for (int i = 0; i < 5; ++i) open();
+  EXPECT_EQ(objects(), before);
+}
+
+}  // namespace
+}  // namespace kestrel::desktop
