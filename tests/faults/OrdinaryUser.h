@@ -8,13 +8,21 @@
 namespace kestrel::test {
 
 /// Makes permissions count, which the superuser's processes ignore: while it lives, all threads act as an
-/// ordinary user, who owns the folder.
+/// ordinary user.
 class OrdinaryUser {
  public:
-  explicit OrdinaryUser(const std::filesystem::path& folder) : wasSuperuser_(geteuid() == 0) {
+  OrdinaryUser() {
+    if (wasSuperuser_) {
+      EXPECT_EQ(seteuid(kNobody), 0);
+    }
+  }
+  /// The user owns the folder and all that is in it.
+  explicit OrdinaryUser(const std::filesystem::path& folder) {
     if (!wasSuperuser_) return;
-    constexpr uid_t kNobody = 65534;
     EXPECT_EQ(chown(folder.c_str(), kNobody, kNobody), 0);
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+      EXPECT_EQ(lchown(entry.path().c_str(), kNobody, kNobody), 0);
+    }
     EXPECT_EQ(seteuid(kNobody), 0);
   }
   OrdinaryUser(const OrdinaryUser&) = delete;
@@ -24,7 +32,8 @@ class OrdinaryUser {
   }
 
  private:
-  bool wasSuperuser_;
+  static constexpr uid_t kNobody = 65534;
+  const bool wasSuperuser_ = geteuid() == 0;
 };
 
 }  // namespace kestrel::test

@@ -17,11 +17,13 @@
 #include <utility>
 #include <vector>
 
+#include "OrdinaryUser.h"
 #include "platform/filetransfer/FileTransfer.h"
 
 namespace kestrel::transfer {
 
 namespace fs = std::filesystem;
+using kestrel::test::OrdinaryUser;
 
 inline std::string contentOf(const fs::path& path) {
   std::ifstream file(path, std::ios::binary);
@@ -110,27 +112,6 @@ class TransferTest : public testing::Test {
   const fs::path root = newFolder();
   const fs::path from = root / "from", to = root / "to";
   ScriptedCaller caller;
-};
-
-/// Turns the superuser, who bypasses permissions, into an ordinary user who owns the tree while it lives.
-class OrdinaryUser {
- public:
-  explicit OrdinaryUser(const fs::path& tree) : wasSuperuser_(geteuid() == 0) {
-    if (!wasSuperuser_) return;
-    constexpr uid_t kNobody = 65534;
-    EXPECT_EQ(chown(tree.c_str(), kNobody, kNobody), 0);
-    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(tree))
-      EXPECT_EQ(lchown(entry.path().c_str(), kNobody, kNobody), 0);
-    EXPECT_EQ(seteuid(kNobody), 0);
-  }
-  OrdinaryUser(const OrdinaryUser&) = delete;
-  OrdinaryUser& operator=(const OrdinaryUser&) = delete;
-  ~OrdinaryUser() {
-    if (wasSuperuser_ && seteuid(0) != 0) ADD_FAILURE() << "still an ordinary user";
-  }
-
- private:
-  bool wasSuperuser_;
 };
 
 }  // namespace kestrel::transfer

@@ -1,12 +1,12 @@
 // A store that the user may only read.
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <string>
 #include <vector>
 
+#include "OrdinaryUser.h"
 #include "TemporaryFolder.h"
 #include "platform/sqlite/SqliteStore.h"
 
@@ -14,26 +14,8 @@ namespace kestrel {
 namespace {
 
 namespace fs = std::filesystem;
+using kestrel::test::OrdinaryUser;
 constexpr std::int32_t kUser = HKEY_CURRENT_USER;
-
-/// Makes permissions apply to this process while it lives, even for root.
-class OrdinaryUser {
- public:
-  OrdinaryUser() {
-    constexpr uid_t kNobody = 65534;
-    if (root_) become(kNobody);
-  }
-  ~OrdinaryUser() {
-    if (root_) become(0);
-  }
-  OrdinaryUser(const OrdinaryUser&) = delete;
-  OrdinaryUser& operator=(const OrdinaryUser&) = delete;
-
- private:
-  static void become(uid_t user) { EXPECT_EQ(seteuid(user), 0); }
-
-  const bool root_ = geteuid() == 0;
-};
 
 class ReadOnlyStore : public testing::Test {
  protected:
