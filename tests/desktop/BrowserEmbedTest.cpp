@@ -11,8 +11,8 @@
 #include <QPointer>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTimer>
 
+#include "HostWindows.h"
 #include "imaging/contract/Moorage.h"
 #include "imaging/contract/Site.h"
 #include "imaging/contract/ThumbnailView.h"
@@ -78,13 +78,18 @@ class EmbeddedBrowser : public testing::Test {
 
   void press(Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); }
 
-  /// Returns when the work for the menu has run.
-  void pressMenuKey() {
+  /// Opens the context menu by its key and returns when `work` for it has run.
+  void pressMenuKey(std::function<void()> work) {
     // A menu that was closed may have left the window inactive.
     host_->activateWindow();
     waitUntil([&] { return host_->isActiveWindow() && QApplication::focusWidget(); });
+    bool hasRun = false;
+    whenPopupOpens([&hasRun, work = std::move(work)] {
+      hasRun = true;
+      work();
+    });
     press(Qt::Key_Menu);
-    waitUntil([&] { return !isWorkWaiting_; });
+    waitUntil([&] { return hasRun; });
   }
 
   /// Processes events and deferred deletions.
@@ -93,22 +98,6 @@ class EmbeddedBrowser : public testing::Test {
       QApplication::processEvents();
       QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
-  }
-
-  /// Runs `work` when a modal window or a menu is open.
-  void whenWindowOpens(std::function<void()> work) {
-    isWorkWaiting_ = true;
-    auto* const timer = new QTimer(QApplication::instance());
-    QObject::connect(timer, &QTimer::timeout, timer, [this, timer, work = std::move(work)] {
-      const QWidget* window = QApplication::activePopupWidget();
-      if (!window) window = QApplication::activeModalWidget();
-      if (!window || !window->isVisible()) return;
-      timer->stop();
-      timer->deleteLater();
-      isWorkWaiting_ = false;
-      work();
-    });
-    timer->start(5);
   }
 
   void runCommand(const char* key) {
@@ -121,7 +110,6 @@ class EmbeddedBrowser : public testing::Test {
   std::unique_ptr<qt::Component> component_;
   std::unique_ptr<QWidget> host_;
   QPointer<qt::ImageBrowser> browser_;
-  bool isWorkWaiting_ = false;
 };
 
 TEST_F(EmbeddedBrowser, NotifiesItsHostOfAChangedProperty) {
@@ -146,20 +134,18 @@ TEST_F(EmbeddedBrowser, ShowsTheHostsActionsInTheContextMenuOfThumbnails) {
   QAction open(QStringLiteral("Open"));
   browser_->addAction(&open);
   bool shown = false;
-  whenWindowOpens([&] {
+  pressMenuKey([&] {
     auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
     shown = menu && menu->actions().contains(&open);
     if (menu) menu->close();
   });
-  pressMenuKey();
   EXPECT_TRUE(shown);
   browser_->removeAction(&open);
-  whenWindowOpens([&] {
+  pressMenuKey([&] {
     auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
     shown = menu && menu->actions().contains(&open);
     if (menu) menu->close();
   });
-  pressMenuKey();
   EXPECT_FALSE(shown);
 }
 
@@ -192,15 +178,14 @@ TEST_F(EmbeddedBrowser, MayBeDestroyedByItsOwnCloseCommand) {
 
 TEST_F(EmbeddedBrowser, MayBeDestroyedUnderItsContextMenu) {
   load();
-  whenWindowOpens([&] { delete browser_; });
-  pressMenuKey();
+  pressMenuKey([&] { delete browser_; });
   EXPECT_EQ(browser_, nullptr);
   settle();
 }
 
 TEST_F(EmbeddedBrowser, MayBeDestroyedWhileItAsksForAFolder) {
   load();
-  whenWindowOpens([&] { delete browser_; });
+  whenDialogOpens([&] { delete browser_; });
   runCommand("btnImageMove");
   EXPECT_EQ(browser_, nullptr);
   settle();
@@ -209,7 +194,7 @@ TEST_F(EmbeddedBrowser, MayBeDestroyedWhileItAsksForAFolder) {
 
 TEST_F(EmbeddedBrowser, MayBeDestroyedWhileItAsksAboutADeletion) {
   load();
-  whenWindowOpens([&] { delete browser_; });
+  whenDialogOpens([&] { delete browser_; });
   press(Qt::Key_Delete);
   EXPECT_EQ(browser_, nullptr);
   settle();

@@ -7,18 +7,16 @@
 #include <QDialog>
 #include <QDockWidget>
 #include <QLineEdit>
-#include <QMenu>
 #include <QMessageBox>
 #include <QPointer>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
 #include <QVBoxLayout>
-#include <fstream>
 #include <set>
 
-#include "EditorBench.h"
+#include "EditorHost.h"
+#include "HostWindows.h"
 #include "platform/qt/controls/ColorPickerWidget.h"
 #include "platform/qt/embed/ImageEditor.h"
 #include "settings/modProcessing.h"
@@ -39,15 +37,9 @@ class Sink final : public IImageEvents {
 };
 
 /// A host program with the editor in its window, as in the README.
-class Host : public testing::Test {
+class Host : public EditorHost {
  protected:
   enum class Ends { Editor, Window };
-
-  Host() {
-    component_ = std::make_unique<qt::Component>();
-    noise(40, 30).save(QString::fromStdString(file("open.png")));
-    std::ofstream(file("damaged.png")) << "no picture";
-  }
 
   ~Host() override {
     delete window_.data();
@@ -55,8 +47,6 @@ class Host : public testing::Test {
     settle();
     component_.reset();
   }
-
-  std::string file(const char* name) { return folder_.filePath(QLatin1String(name)).toStdString(); }
 
   void start() {
     delete window_.data();
@@ -71,18 +61,12 @@ class Host : public testing::Test {
     control().Initialize();
     window_->resize(1000, 700);
     window_->show();
-    QApplication::setActiveWindow(window_);
-    canvas().setFocus();
-    settle();
+    focusView();
     ASSERT_TRUE(control().OpenImage(file("open.png")));
     settle();
   }
 
   IImageProcessingCtl& control() { return editor_->control(); }
-  qt::ViewCanvas& canvas() { return widget_->view()->surface().canvas(); }
-  QAction& action(const char* name) {
-    return widget_->moorage()->actions().actionOf(widget_->moorage()->Commands().Item(name));
-  }
 
   void end(Ends what) {
     if (what == Ends::Editor) {
@@ -146,14 +130,6 @@ class Host : public testing::Test {
     qApp->quit();
   }
 
-  static std::set<QWidget*> shownWindows() {
-    std::set<QWidget*> shown;
-    for (QWidget* widget : QApplication::topLevelWidgets()) {
-      if (widget->isVisible()) shown.insert(widget);
-    }
-    return shown;
-  }
-
   void expectNothingLeft() {
     EXPECT_TRUE(dead_) << "the host did not end it";
     EXPECT_FALSE(editor_);
@@ -163,11 +139,9 @@ class Host : public testing::Test {
     EXPECT_EQ(QApplication::overrideCursor(), nullptr) << "the busy pointer";
   }
 
-  QTemporaryDir folder_;
-  std::unique_ptr<qt::Component> component_;
+  std::unique_ptr<qt::Component> component_ = std::make_unique<qt::Component>();
   QPointer<QWidget> window_;
   QPointer<qt::ImageEditor> editor_;
-  QPointer<qt::EditorWidget> widget_;
   std::vector<Connection> connections_;
   std::shared_ptr<Sink> sink_;
   std::set<std::string> events_;
@@ -391,13 +365,7 @@ TEST_F(HostDuringADialog, MayEndTheEditorUnderADialogOfADialog) {
 TEST_F(HostDuringADialog, MayEndTheEditorUnderItsContextMenu) {
   for (const Ends what : {Ends::Editor, Ends::Window}) {
     start();
-    QTimer watch;
-    QObject::connect(&watch, &QTimer::timeout, &watch, [&] {
-      if (!qobject_cast<QMenu*>(QApplication::activePopupWidget())) return;
-      watch.stop();
-      end(what);
-    });
-    watch.start(5);
+    whenPopupOpens([&] { end(what); });
     QTest::mouseClick(&canvas(), Qt::RightButton, {}, canvas().rect().center());
     expectNothingLeft();
   }

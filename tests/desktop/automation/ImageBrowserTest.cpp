@@ -70,7 +70,7 @@ class BrowserEnding : public testing::TestWithParam<Ends> {
     } else {
       browser_.reset();
     }
-    EXPECT_TRUE(shownWindows().isEmpty()) << shownWindows().join(u' ').toStdString();
+    EXPECT_EQ(namesOfShownWindows(), "");
     EXPECT_TRUE(window_) << "its members may be on the stack";
   }
   void expectNothingLeft() {

@@ -11,12 +11,10 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QToolButton>
-#include <fstream>
 
-#include "../EditorBench.h"
+#include "../EditorHost.h"
 #include "Windows.h"
 #include "platform/qt/controls/ColorPickerWidget.h"
 #include "settings/modProcessing.h"
@@ -27,13 +25,11 @@ namespace {
 using testing::ElementsAre;
 
 /// A host of the class on the desktop.
-class Automation : public testing::Test {
+class Automation : public EditorHost {
  protected:
   Automation() {
     modProcessing::Attach(*platform_);
     modProcessing::Main();
-    noise(40, 30).save(QString::fromStdString(file("open.png")));
-    std::ofstream(file("damaged.png")) << "no picture";
   }
   ~Automation() override {
     connections_.clear();
@@ -41,8 +37,6 @@ class Automation : public testing::Test {
     settle();
     modProcessing::Detach();
   }
-
-  std::string file(const char* name) const { return folder_.filePath(QLatin1String(name)).toStdString(); }
 
   void start() {
     connections_.clear();
@@ -55,19 +49,13 @@ class Automation : public testing::Test {
     processing_->ShowClose(true);
     processing_->Show();
     window_->resize(1000, 700);
-    QApplication::setActiveWindow(window_);
-    canvas().setFocus();
-    settle();
+    focusView();
     ASSERT_TRUE(processing_->OpenImage(file("open.png")));
     settle();
   }
 
   ImageProcessing& processing() { return *processing_; }
   IImageProcessingCtl& control() { return processing_->Control(); }
-  qt::ViewCanvas& canvas() { return widget_->view()->surface().canvas(); }
-  QAction& action(const char* name) {
-    return widget_->moorage()->actions().actionOf(widget_->moorage()->Commands().Item(name));
-  }
   template <typename... Args, typename Handler>
   void on(Event<Args...>& event, Handler handler) {
     connections_.push_back(event.Connect(std::move(handler)));
@@ -75,11 +63,9 @@ class Automation : public testing::Test {
   /// The user presses the close box.
   void closeWindow() { window_->close(); }
 
-  const QTemporaryDir folder_;
   std::unique_ptr<qt::QtPlatform> platform_ = testPlatform();
   std::unique_ptr<ImageProcessing> processing_;
   QPointer<qt::FormWindow> window_;
-  QPointer<qt::EditorWidget> widget_;
   std::vector<Connection> connections_;
 };
 
@@ -129,7 +115,7 @@ TEST_F(Automation, AfterTheUserClosedItShowBringsTheSameWindowBack) {
   closeWindow();
   settle();
   EXPECT_FALSE(processing().Visible());
-  EXPECT_TRUE(shownWindows().isEmpty()) << shownWindows().join(u' ').toStdString();
+  EXPECT_EQ(namesOfShownWindows(), "");
   processing().Show();
   settle();
   EXPECT_TRUE(window_ && window_->isVisible());
@@ -222,7 +208,7 @@ class AutomationEnding : public Automation, public testing::WithParamInterface<E
     } else {
       processing_.reset();
     }
-    EXPECT_TRUE(shownWindows().isEmpty()) << shownWindows().join(u' ').toStdString();
+    EXPECT_EQ(namesOfShownWindows(), "");
     EXPECT_TRUE(window_) << "its members may be on the stack";
   }
   void begin() {
