@@ -1,11 +1,9 @@
 #include "DocumentPart.h"
 
-#include <filesystem>
-#include <memory>
-#include <utility>
+#include <string>
 
 #include "Conversions.h"
-#include "ImgXObject.h"
+#include "EncodedPicture.h"
 #include "PictureObject.h"
 #include "engine/codecs/Codecs.h"
 #include "platform/os/Paths.h"
@@ -16,30 +14,18 @@ void DocumentPart::FromFile(const std::string& filename, std::int32_t page, cons
   if (page != 0) {
     throw RuntimeError(err::kInvalidCall, "Only the first picture of a file can be loaded.");
   }
-  Decoded decoded = decodeFile(os::pathOf(filename));
-  PictureState picture{std::move(decoded.bitmap), decoded.format, decoded.stored.pages};
-  if (!decoded.notice.empty()) {
-    picture.notice = std::make_shared<const std::string>(std::move(decoded.notice));
-  }
-  picture.metadata = std::make_shared<const Metadata>(std::move(decoded.metadata));
-  owner_.putPicture(std::move(picture), undoName);
+  owner_.putPicture(stateOf(decodeFile(os::pathOf(filename))), undoName);
 }
 
 void DocumentPart::FromPicture(const Picture& picture, const std::string& undoName) {
-  owner_.putPicture({bitmapOf(picture)}, undoName);
+  owner_.putPicture(stateOf(picture), undoName);
 }
 
 void DocumentPart::Paste(const std::string& undoName) { owner_.putPicture({clipboard_.take()}, undoName); }
 
 void DocumentPart::CopyFrom(ImgX& source, std::int32_t mode, const std::string& undoName) {
   if (mode != 0) throw RuntimeError(err::kInvalidCall, "Only whole pictures can be copied.");
-  if (auto* const own = dynamic_cast<ImgXObject*>(&source)) {
-    owner_.putPicture(own->loadedPicture().state(), undoName);
-    return;
-  }
-  const kestrel::Image* const image = source.Image();
-  if (image == nullptr) throw RuntimeError(err::kObjectNotSet, "There is no picture to copy.");
-  owner_.putPicture({bitmapOf(*image), image->Format()}, undoName);
+  owner_.putPicture(stateOf(source), undoName);
 }
 
 void DocumentPart::NewImage(std::int32_t width, std::int32_t height, const Colour* background,

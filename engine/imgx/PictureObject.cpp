@@ -21,13 +21,20 @@ Bitmap copyOf(const PixelRows& rows) {
 
 }  // namespace
 
-PictureObject::PictureObject(Bitmap bitmap) : bitmap_(std::move(bitmap)) {}
+PictureObject::PictureObject(Bitmap bitmap) : state_{std::move(bitmap)} {}
 
-PixelRows PictureObject::Pixels() const { return rowsOf(bitmap_); }
+PictureObject::PictureObject(PictureState state) : state_(std::move(state)) {}
+
+PixelRows PictureObject::Pixels() const { return rowsOf(bitmap()); }
 
 Bitmap bitmapOf(const Picture& picture) {
   if (const auto* const own = dynamic_cast<const PictureObject*>(&picture)) return own->bitmap();
   return copyOf(picture.Pixels());
+}
+
+PictureState stateOf(const Picture& picture) {
+  if (const auto* const own = dynamic_cast<const PictureObject*>(&picture)) return own->state();
+  return {copyOf(picture.Pixels())};
 }
 
 Bitmap bitmapOf(const kestrel::Image& image) {

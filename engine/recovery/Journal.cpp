@@ -9,8 +9,7 @@
 #include "base/DescribedError.h"
 #include "base/RuntimeError.h"
 #include "engine/codecs/FileStore.h"
-#include "engine/imgx/ImgXObject.h"
-#include "engine/imgx/PictureObject.h"
+#include "engine/imgx/EncodedPicture.h"
 
 namespace kestrel::engine {
 namespace {
@@ -22,14 +21,6 @@ constexpr std::chrono::seconds kPatience{5};
 std::int64_t secondsNow() {
   return std::chrono::duration_cast<std::chrono::seconds>(std::chrono::system_clock::now().time_since_epoch())
       .count();
-}
-
-/// The picture by reference; nothing is copied.
-PictureState stateOf(ImgX& picture) {
-  if (auto* const own = dynamic_cast<ImgXObject*>(&picture)) return own->loadedPicture().state();
-  const kestrel::Image* const image = picture.Image();
-  if (image == nullptr) throw RuntimeError(err::kObjectNotSet, "There is no picture to keep.");
-  return {bitmapOf(*image), image->Format()};
 }
 
 std::filesystem::path freshName(const std::filesystem::path& folder) {
