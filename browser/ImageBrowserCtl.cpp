@@ -194,10 +194,9 @@ void ImageBrowserCtl::ShowMenuBar(bool Value) {
   try {
     if (Value == pShowMenuBar) return;
     pShowMenuBar = Value;
-    {
-      const OpenCalls::Call Call(iPlatform.Calls);
+    CallHost(iPlatform.Calls, [this] {
       if (!iRetired) UserControl.PropertyChanged(kShowMenuBar);
-    }
+    });
     zShowMenuBar();
   } catch (...) {
     QDK_TRAILER(ShowMenuBar, QDK_PARAMETERS(Value), QDK_LOCALS());

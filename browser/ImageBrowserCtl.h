@@ -11,6 +11,7 @@
 #include "base/Event.h"
 #include "base/OpenCalls.h"
 #include "browser/interface/IImageBrowserCtl.h"
+#include "diagnostics/ErrorListener.h"
 #include "diagnostics/modTollgarthSupport.h"
 #include "imaging/contract/Moorage.h"
 #include "imaging/contract/Platform.h"
@@ -64,8 +65,7 @@ class ImageBrowserCtl final : public IImageBrowserCtl {
   // state.
   template <typename... Parameters, typename... Arguments>
   void zRaise(const Event<Parameters...>& Raised, Arguments&&... Values) {
-    const OpenCalls::Call Call(iPlatform.Calls);
-    Raised(std::forward<Arguments>(Values)...);
+    CallHost(iPlatform.Calls, [&] { Raised(std::forward<Arguments>(Values)...); });
   }
   void zShowPopup(const char* Menu);
 

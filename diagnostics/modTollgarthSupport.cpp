@@ -1,8 +1,10 @@
 #include "modTollgarthSupport.h"
 
+#include <exception>
 #include <memory>
 #include <string_view>
 
+#include "ErrorListener.h"
 #include "Trailer.h"
 #include "base/DescribedError.h"
 #include "base/Numbers.h"
@@ -88,6 +90,11 @@ std::string qdkErrorHandler(std::int32_t Number, const std::string& Module, cons
   std::unique_ptr<ErrorReporter> reporter;
   QDK_RESUME_NEXT(reporter = platform.ObjectFactory().CreateErrorReporter("BrindleError.Error"));
   if (reporter == nullptr) {
+    ErrorListener* const listener = ErrorListener::Attached();
+    if (listener != nullptr &&
+        listener->Reported({Number, Module, Procedure, Line, Description, std::current_exception()})) {
+      return Result;
+    }
     const std::string text = kProject + " has encountered a problem. We are sorry for the inconvenience." +
                              kLineEnd + kLineEnd + "Module: " + Module + kLineEnd +
                              "Procedure: " + Procedure + kLineEnd + "Line Number: " + ToText(Line) +

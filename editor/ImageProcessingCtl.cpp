@@ -318,8 +318,9 @@ std::int32_t ImageProcessingCtl::zMessageBox(const std::string& Text, std::int32
 }
 
 void ImageProcessingCtl::zPropertyChanged(const char* Name) {
-  const OpenCalls::Call Call(iPlatform.Calls);
-  if (!iRetired) UserControl.PropertyChanged(Name);
+  CallHost(iPlatform.Calls, [&] {
+    if (!iRetired) UserControl.PropertyChanged(Name);
+  });
 }
 
 bool ImageProcessingCtl::zShowDialog(DialogBase& Dialog) {

@@ -10,6 +10,7 @@
 #include "base/Event.h"
 #include "base/Object.h"
 #include "base/OpenCalls.h"
+#include "diagnostics/ErrorListener.h"
 #include "diagnostics/modTollgarthSupport.h"
 #include "dialogs/DialogBase.h"
 #include "dialogs/frmResources.h"
@@ -189,13 +190,13 @@ class ImageProcessingCtl final : public IImageProcessingCtl {
   // state.
   template <typename... Parameters, typename... Arguments>
   void zRaise(const Event<Parameters...>& Raised, Arguments&&... Values) {
-    const OpenCalls::Call Call(iPlatform.Calls);
-    Raised(std::forward<Arguments>(Values)...);
+    CallHost(iPlatform.Calls, [&] { Raised(std::forward<Arguments>(Values)...); });
   }
   template <typename Notification>
   void zNotifySink(Notification Notify) {
-    const OpenCalls::Call Call(iPlatform.Calls);
-    if (const auto sink = EventSink()) Notify(*sink);
+    CallHost(iPlatform.Calls, [&] {
+      if (const auto sink = EventSink()) Notify(*sink);
+    });
   }
   void zPropertyChanged(const char* Name);
   /// For a retired control the box counts as closed.

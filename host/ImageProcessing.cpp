@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "base/Required.h"
+#include "diagnostics/ErrorListener.h"
 #include "diagnostics/Trailer.h"
 #include "frmImageEditor.h"
 #include "host/interface/IImageEvents.h"
@@ -39,6 +40,13 @@ class ImageProcessing::Inside final : public IImageEvents,
 
  private:
   void mForm_QueryUnload();
+  /// Raises an event of the host's object, if that still exists.
+  template <typename Raised, typename... Arguments>
+  void zRaise(Raised ImageProcessing::*Member, Arguments&... Values) {
+    CallHost(modProcessing::Platform().Calls, [&] {
+      if (iEvents) (iEvents->*Member)(Values...);
+    });
+  }
 
   std::string qdkDumpModuleVariables() const { return QDK_FIELDS(mWindow, mForm, mTitle); }
 
@@ -103,8 +111,7 @@ void ImageProcessing::Terminate() {
 
 void ImageProcessing::Inside::mForm_QueryUnload() {
   try {
-    const OpenCalls::Call Call(modProcessing::Platform().Calls);
-    if (iEvents) iEvents->WindowClosed();
+    zRaise(&ImageProcessing::WindowClosed);
   } catch (...) {
     QDK_TRAILER(mForm_QueryUnload, QDK_PARAMETERS(), QDK_LOCALS());
   }
@@ -140,7 +147,7 @@ void ImageProcessing::Show(bool Modal) {
 void ImageProcessing::Inside::ImageOpen(const std::string& Filename) {
   try {
     modProcessing::SetWindowCaption(Window().Form(), mTitle, Filename);
-    if (iEvents) iEvents->ImageOpen(Filename);
+    zRaise(&ImageProcessing::ImageOpen, Filename);
   } catch (...) {
     QDK_TRAILER(ImageOpen, QDK_PARAMETERS(Filename), QDK_LOCALS());
   }
@@ -149,7 +156,7 @@ void ImageProcessing::Inside::ImageOpen(const std::string& Filename) {
 void ImageProcessing::Inside::ImageSave(const std::string& Filename) {
   try {
     modProcessing::SetWindowCaption(Window().Form(), mTitle, Filename);
-    if (iEvents) iEvents->ImageSave(Filename);
+    zRaise(&ImageProcessing::ImageSave, Filename);
   } catch (...) {
     QDK_TRAILER(ImageSave, QDK_PARAMETERS(Filename), QDK_LOCALS());
   }
@@ -157,7 +164,7 @@ void ImageProcessing::Inside::ImageSave(const std::string& Filename) {
 
 void ImageProcessing::Inside::RequestOpenFilename(std::string& Filename, bool& CancelDefault) {
   try {
-    if (iEvents) iEvents->RequestOpenFilename(Filename, CancelDefault);
+    zRaise(&ImageProcessing::RequestOpenFilename, Filename, CancelDefault);
   } catch (...) {
     QDK_TRAILER(RequestOpenFilename, QDK_PARAMETERS(Filename, CancelDefault), QDK_LOCALS());
   }
@@ -165,7 +172,7 @@ void ImageProcessing::Inside::RequestOpenFilename(std::string& Filename, bool& C
 
 void ImageProcessing::Inside::RequestSaveFilename(std::string& Filename, bool& CancelDefault) {
   try {
-    if (iEvents) iEvents->RequestSaveFilename(Filename, CancelDefault);
+    zRaise(&ImageProcessing::RequestSaveFilename, Filename, CancelDefault);
   } catch (...) {
     QDK_TRAILER(RequestSaveFilename, QDK_PARAMETERS(Filename, CancelDefault), QDK_LOCALS());
   }
