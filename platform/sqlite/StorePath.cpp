@@ -17,17 +17,24 @@ std::filesystem::path configurationFolder() {
   return home.empty() ? home : home / ".config";
 }
 
-}  // namespace
-
-std::filesystem::path storePath() {
+std::filesystem::path sharedPath() {
   const std::filesystem::path named = fromEnvironment("KESTREL_STORE");
   if (!named.empty()) return named;
   const std::filesystem::path folder = configurationFolder();
   return folder.empty() ? folder : folder / "brindlewick" / "imaging.store";
 }
 
-std::filesystem::path recoveryPath() {
-  std::filesystem::path path = storePath();
+}  // namespace
+
+std::filesystem::path storePath(const std::string& program) {
+  std::filesystem::path path = sharedPath();
+  if (path.empty() || program.empty()) return path;
+  const std::string name = path.stem().string() + "-" + program + path.extension().string();
+  return path.replace_filename(name);
+}
+
+std::filesystem::path recoveryPath(const std::string& program) {
+  std::filesystem::path path = storePath(program);
   if (!path.empty()) path += ".recovery";
   return path;
 }

@@ -7,7 +7,9 @@
 #include <unistd.h>
 
 #include <QApplication>
+#include <QFile>
 #include <QImage>
+#include <QMessageBox>
 #include <QTemporaryDir>
 #include <cstdio>
 #include <cstdlib>
@@ -16,8 +18,12 @@
 #include <memory>
 #include <string>
 
+#include "base/RuntimeError.h"
 #include "imaging/contract/Image.h"
+#include "imaging/contract/Moorage.h"
+#include "platform/qt/embed/HostServices.h"
 #include "platform/qt/embed/ImageEditor.h"
+#include "settings/Options.h"
 
 namespace kestrel::desktop {
 namespace {
@@ -83,6 +89,87 @@ TEST_F(ComponentOf, AHostWithASecondApplicationServesIt) {
               return editor.control().Image()->Width();
             }),
             20);
+}
+
+TEST_F(ComponentOf, AHostWithANameHasSettingsRecentFilesAndRecoveryOfItsOwn) {
+  const std::string picture = file("picture.png");
+  ASSERT_TRUE(QImage(20, 10, QImage::Format_RGB32).save(QString::fromStdString(picture)));
+  /// A host that returns the stored number of undo levels, and stores another and a recent file if it is
+  /// asked to.
+  const auto use = [&](const std::string& name, std::int32_t stored) {
+    return run([&] {
+      const auto host = application();
+      qt::Component component(name);
+      qt::ImageEditor editor(component);
+      editor.control().Initialize();
+      const std::int32_t found = editor.control().Options()->UndoLevels();
+      if (stored != 0) {
+        editor.control().Options()->UndoLevels(stored);
+        if (!editor.control().OpenImage(picture)) return 1;
+      }
+      return editor.control().Commands()("mnuFileMRU").Items().Count() == (found == 7 ? 1 : 0) || stored != 0
+                 ? found
+                 : 1;
+    });
+  };
+  const int usual = use("", 0);
+  EXPECT_NE(usual, 7);
+  EXPECT_EQ(use("org.example.viewer", 7), usual);
+  EXPECT_EQ(use("org.example.viewer", 0), 7);
+  EXPECT_EQ(use("other", 0), usual);
+  EXPECT_EQ(use("", 0), usual);
+  EXPECT_TRUE(QFile::exists(QString::fromStdString(file("settings-org.example.viewer.store"))));
+  EXPECT_FALSE(QFile::exists(QString::fromStdString(file("settings.store"))));
+}
+
+TEST_F(ComponentOf, ANameOfSettingsIsAPlainNameAndTheSameForAll) {
+  EXPECT_EQ(run([] {
+              const auto host = application();
+              const auto refused = [](const std::string& name) {
+                try {
+                  const qt::Component component(name);
+                } catch (const RuntimeError& error) {
+                  return error.Number() == err::kInvalidCall && !error.Description().empty();
+                }
+                return false;
+              };
+              for (const char* name : {"a/b", "../a", "a b", "\xc3\xa4"}) {
+                if (!refused(name)) return 1;
+              }
+              if (!refused(std::string(65, 'a')) || refused(std::string(64, 'a'))) return 2;
+              {
+                const qt::Component named("viewer");
+                const qt::Component same("viewer"), any;
+                if (!refused("other") || !refused("")) return 3;
+              }
+              return refused("other") ? 4 : 0;
+            }),
+            0);
+}
+
+TEST_F(ComponentOf, SettingsAndServicesOfAHostServeItsSecondApplication) {
+  struct Services final : qt::HostServices {
+    QMessageBox::StandardButton message(const qt::HostMessage&) override {
+      ++messages;
+      return QMessageBox::Ok;
+    }
+    int messages = 0;
+  };
+  EXPECT_EQ(run([&] {
+              auto host = application();
+              qt::Component component("viewer");
+              const auto services = std::make_shared<Services>();
+              component.setServices(services);
+              host.reset();
+              host = application();
+              qt::ImageEditor editor(component);
+              editor.control().Initialize();
+              editor.control().Options()->UndoLevels(9);
+              editor.control().OpenImage(file("missing.png"));
+              return services->messages;
+            }),
+            1);
+  EXPECT_TRUE(QFile::exists(QString::fromStdString(file("settings-viewer.store"))));
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <QTextEdit>
 
 #include "AboutDialog.h"
+#include "BoxStyle.h"
 #include "Modal.h"
 #include "platform/qt/core/Caption.h"
 #include "platform/qt/core/Text.h"
@@ -15,10 +16,6 @@
 
 namespace kestrel::qt {
 namespace {
-
-constexpr std::int32_t kButtonBits = 0x0F;
-constexpr std::int32_t kIconBits = 0xF0;
-constexpr std::int32_t kDefaultButtonBits = 0xF00;
 
 /// A message box that can always be closed, with any buttons, so that it never keeps the program from ending.
 class Box final : public QMessageBox {
@@ -33,58 +30,6 @@ class Box final : public QMessageBox {
     QDialog::closeEvent(event);
   }
 };
-
-/// The button sets by number; the order of buttons defines the number of a default button.
-QList<QMessageBox::StandardButton> buttonsOf(std::int32_t style) {
-  switch (style & kButtonBits) {
-    case 1:
-      return {QMessageBox::Ok, QMessageBox::Cancel};
-    case 2:
-      return {QMessageBox::Abort, QMessageBox::Retry, QMessageBox::Ignore};
-    case kBoxYesNoCancel:
-      return {QMessageBox::Yes, QMessageBox::No, QMessageBox::Cancel};
-    case 4:
-      return {QMessageBox::Yes, QMessageBox::No};
-    case 5:
-      return {QMessageBox::Retry, QMessageBox::Cancel};
-    default:
-      return {QMessageBox::Ok};
-  }
-}
-
-QMessageBox::Icon iconOf(std::int32_t style) {
-  switch (style & kIconBits) {
-    case kBoxCritical:
-      return QMessageBox::Critical;
-    case kBoxQuestion:
-      return QMessageBox::Question;
-    case kBoxExclamation:
-      return QMessageBox::Warning;
-    case kBoxInformation:
-      return QMessageBox::Information;
-    default:
-      return QMessageBox::NoIcon;
-  }
-}
-
-std::int32_t answerOf(int button) {
-  switch (button) {
-    case QMessageBox::Ok:
-      return kAnswerOK;
-    case QMessageBox::Abort:
-      return 3;
-    case QMessageBox::Retry:
-      return 4;
-    case QMessageBox::Ignore:
-      return 5;
-    case QMessageBox::Yes:
-      return kAnswerYes;
-    case QMessageBox::No:
-      return kAnswerNo;
-    default:
-      return kAnswerCancel;
-  }
-}
 
 /// Inserts the lines above the buttons, in a list that can be scrolled.
 void addList(QMessageBox& box, const QString& lines) {
@@ -132,7 +77,7 @@ std::int32_t QtUserInterface::MessageBox(const std::string& text, std::int32_t s
   box.setIcon(iconOf(style));
   const auto buttons = buttonsOf(style);
   for (const auto button : buttons) box.addButton(button);
-  box.setDefaultButton(buttons.value((style & kDefaultButtonBits) >> 8, buttons.front()));
+  box.setDefaultButton(defaultButtonOf(style));
   if (buttons.size() == 1) box.setEscapeButton(buttons.front());
   setText(box, withLineFeeds(translated(text)));
   return answerOf(execModal(box, calls_));

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <memory>
+#include <optional>
+#include <string>
 
 namespace kestrel {
 class Platform;
@@ -9,6 +11,7 @@ class RecoveryStore;
 
 namespace kestrel::qt {
 
+class HostServices;
 struct SiteServices;
 
 /// The component inside a host program. A host creates one on its main thread, after its application object
@@ -17,10 +20,23 @@ struct SiteServices;
 /// host's application object. A component that outlives it serves the next application object.
 class Component {
  public:
+  /// Uses the settings of the components that live already. Without them settings, recent files, window
+  /// positions and pictures kept for recovery are those that all programs of the user with this component
+  /// share.
   Component();
+  /// Uses settings, recent files, window positions and a place for recovery that belong to this name; other
+  /// programs with the same name share them. An empty name means the ones shared by all. At most 64
+  /// letters, digits, points, "-" and "_"; usually the host's name or its reversed domain name. Raises
+  /// RuntimeError 5 for any other name, and if a living component uses another one.
+  explicit Component(const std::string& settingsName);
+  /// The services set by this component end.
   ~Component();
   Component(const Component&) = delete;
   Component& operator=(const Component&) = delete;
+
+  /// The host's own way with messages and errors, for all editors and browsers, instead of one set before.
+  /// Null: the component's way.
+  void setServices(std::shared_ptr<HostServices> services);
 
   /// For the controls on the sites of editors.
   const SiteServices& siteServices();
@@ -33,6 +49,9 @@ class Component {
   /// That of the present application object.
   Inside& inside();
 
+  /// None: that of the others.
+  std::optional<std::string> settingsName_;
+  std::shared_ptr<HostServices> services_;
   std::shared_ptr<Inside> inside_;
 };
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "browser/ImageBrowserCtl.h"
+#include "diagnostics/ErrorListener.h"
 #include "platform/qt/core/Text.h"
 #include "platform/qt/dialogs/Modal.h"
 #include "platform/qt/docking/QtMoorage.h"
@@ -63,8 +64,7 @@ void ImageBrowser::start(const PropertyBag* stored) {
   ImageBrowserCtl& control = inside_->control;
   const auto keep = [this](Connection connection) { inside_->events.push_back(std::move(connection)); };
   keep(control.ObjectThumbnailView().ThumbnailOpen.Connect([this](Thumbnail& thumbnail) {
-    const OpenCalls::Call call(inside_->calls);
-    Q_EMIT fileOpened(toQt(thumbnail.Filename()));
+    CallHost(inside_->calls, [&] { Q_EMIT fileOpened(toQt(thumbnail.Filename())); });
   }));
   keep(control.PathChange.Connect([this](const std::string& path) { Q_EMIT pathChanged(toQt(path)); }));
   keep(control.ExitRequest.Connect([this] { Q_EMIT exitRequested(); }));

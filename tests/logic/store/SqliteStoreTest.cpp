@@ -423,7 +423,18 @@ TEST_F(StorePath, IsTakenFromTheEnvironment) {
   EXPECT_EQ(sqlite::storePath(), "/media/stick/my.store");
 }
 
-TEST_F(StorePath, IsEmptyForAUserWithoutAHome) { EXPECT_EQ(sqlite::storePath(), ""); }
+TEST_F(StorePath, OfAProgramWithSettingsOfItsOwnHasItsName) {
+  setenv("HOME", "/home/ann", 1);
+  EXPECT_EQ(sqlite::storePath("viewer"), "/home/ann/.config/brindlewick/imaging-viewer.store");
+  EXPECT_EQ(sqlite::recoveryPath("viewer"), "/home/ann/.config/brindlewick/imaging-viewer.store.recovery");
+  setenv("KESTREL_STORE", "/media/stick/my", 1);
+  EXPECT_EQ(sqlite::storePath("org.example.Viewer"), "/media/stick/my-org.example.Viewer");
+}
+
+TEST_F(StorePath, IsEmptyForAUserWithoutAHome) {
+  EXPECT_EQ(sqlite::storePath(), "");
+  EXPECT_EQ(sqlite::storePath("viewer"), "");
+}
 
 }  // namespace
 }  // namespace kestrel
