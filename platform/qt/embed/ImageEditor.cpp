@@ -1,11 +1,20 @@
 #include "ImageEditor.h"
 
+#include <QCloseEvent>
+#include <QPointer>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <chrono>
 #include <utility>
 #include <vector>
 
+#include "ImageConversion.h"
+#include "base/Required.h"
+#include "diagnostics/Trailer.h"
 #include "editor/ImageProcessingCtl.h"
+#include "engine/imgx/EncodedPicture.h"
+#include "engine/imgx/PictureObject.h"
+#include "platform/qt/core/Guard.h"
 #include "platform/qt/core/NeededTimer.h"
 #include "platform/qt/core/Pictures.h"
 #include "platform/qt/core/Text.h"
@@ -14,6 +23,7 @@
 #include "platform/qt/forms/EditorWidget.h"
 #include "platform/qt/site/QtSite.h"
 #include "recovery/Recovery.h"
+#include "settings/StoredQuality.h"
 
 namespace kestrel::qt {
 
@@ -165,6 +175,38 @@ bool ImageEditor::keepsChanges() const { return inside_->keepsChanges; }
 
 void ImageEditor::setKeepsChanges(bool value) {
   if (value != keepsChanges()) inside_->keepChanges(value ? component_.recoveryStore() : nullptr);
+}
+
+QImage ImageEditor::picture() {
+  if (control().Image() == nullptr) return {};
+  return imageOf(engine::stateOf(Required(control().ImgX())));
+}
+
+void ImageEditor::setPicture(const QImage& picture) {
+  control().Picture(picture.isNull() ? nullptr : std::make_shared<engine::PictureObject>(pictureOf(picture)));
+}
+
+QByteArray ImageEditor::encodedPicture(std::int32_t format, int jpegQuality) {
+  engine::EncodeOptions options;
+  if (jpegQuality != -1) {
+    options.jpegQuality = jpegQuality;
+  } else {
+    // As a save does: a damaged setting is ignored.
+    QDK_RESUME_NEXT(options.jpegQuality = std::clamp(StoredJPEGQuality(), 1, 100));
+  }
+  const auto file = engine::encodedPicture(Required(control().ImgX()), format, options);
+  return {reinterpret_cast<const char*>(file.data()), static_cast<qsizetype>(file.size())};
+}
+
+void ImageEditor::setEncodedPicture(const QByteArray& file) {
+  const auto* const bytes = reinterpret_cast<const std::uint8_t*>(file.constData());
+  control().Picture(engine::decodedPicture({bytes, static_cast<std::size_t>(file.size())}));
+}
+
+void ImageEditor::closeEvent(QCloseEvent* event) {
+  if (!asksOnClose_) return QWidget::closeEvent(event);
+  const QPointer<ImageEditor> self(this);  // the host may destroy the editor while the user is asked
+  event->setAccepted(inside_->control.SaveChanges() || !self);
 }
 
 void ImageEditor::showEvent(QShowEvent* event) {

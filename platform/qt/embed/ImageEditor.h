@@ -1,12 +1,16 @@
 #pragma once
 
+#include <QByteArray>
 #include <QColor>
+#include <QImage>
 #include <QWidget>
+#include <cstdint>
 #include <memory>
 #include <optional>
 
 #include "Component.h"
 #include "editor/interface/IImageProcessingCtl.h"
+#include "imaging/contract/Formats.h"
 
 namespace kestrel {
 class PropertyBag;
@@ -27,6 +31,10 @@ namespace kestrel::qt {
 /// of its sink, and while a dialog of the editor is open. After the destructor no event is raised and no
 /// object of the host is used. Open dialogs close, and the member that showed one returns as if the user had
 /// canceled it.
+///
+/// Where the editor itself is closed, as a window or in a sub-window of the toolkit's MDI area, it asks the
+/// user about unsaved changes, and stays open if the user cancels. A host with the editor deeper in its
+/// window asks by `control().SaveChanges()` before it closes that.
 class ImageEditor final : public QWidget {
   Q_OBJECT
   Q_PROPERTY(bool allowUnmodifiedHotKeys READ allowUnmodifiedHotKeys WRITE setAllowUnmodifiedHotKeys)
@@ -43,6 +51,8 @@ class ImageEditor final : public QWidget {
   /// Whether unsaved changes are kept on disk, so that the user can recover them after a crash; false by
   /// default, since a host may have its own way. Not stored.
   Q_PROPERTY(bool keepsChanges READ keepsChanges WRITE setKeepsChanges)
+  /// Whether closing the editor asks about unsaved changes; true by default. Not stored.
+  Q_PROPERTY(bool asksOnClose READ asksOnClose WRITE setAsksOnClose)
 
  public:
   /// Whether the editor is used, or is on a form that is being designed.
@@ -84,6 +94,31 @@ class ImageEditor final : public QWidget {
 
   bool keepsChanges() const;
   void setKeepsChanges(bool value);
+  bool asksOnClose() const { return asksOnClose_; }
+  void setAsksOnClose(bool value) { asksOnClose_ = value; }
+
+  // -- Pictures in memory. The members raise RuntimeError, as documented for each, and then change nothing.
+  // --
+
+  /// The picture, without the floating image of an open paste: RGBA with straight alpha, in sRGB, with the
+  /// resolution that its file had. Nothing is copied before one of the two is changed. Null without a
+  /// picture.
+  QImage picture();
+  /// Shows a picture as `control().Picture` does, so `Filename` stays and `PictureSet` is raised. It is
+  /// converted to sRGB from its color space; a save writes its resolution. A null image removes the picture.
+  /// Does not ask about unsaved changes. Raises 7 for an image that is too large.
+  void setPicture(const QImage& picture);
+
+  /// The picture as a file of the format, one of `format::kPng` and so on, with the resolution and the
+  /// metadata of the file that it came from. What the format does not keep of the transparency is composited
+  /// over white. `jpegQuality` is 1 to 100, or -1 for the user's setting. Raises 91 without a picture, 5 for
+  /// a format that cannot be written and for another quality.
+  QByteArray encodedPicture(std::int32_t format, int jpegQuality = -1);
+  /// Shows the picture of a file in memory as `OpenImage` shows that of a file: recognized by its content,
+  /// upright, in sRGB, with the notice above it if it is incomplete. `Filename` stays; `PictureSet` is
+  /// raised, but not `ImageOpen`. Does not ask about unsaved changes. Raises 481 with a sentence for the user
+  /// if it is not a readable picture, 7 if it is too large.
+  void setEncodedPicture(const QByteArray& file);
 
   /// Stores the control's properties.
   void save(PropertyBag& bag);
@@ -93,6 +128,8 @@ class ImageEditor final : public QWidget {
   void propertyChanged(const QString& name);
 
   // The control's events; see `ImageProcessingCtlEvents`.
+  /// The host closes the editor. One that keeps it must not hide it from now on, not even in a tab of its
+  /// window: hiding ends the control.
   void exitRequested();
   void imageOpened(const QString& filename);
   void imageSaved(const QString& filename);
@@ -108,6 +145,7 @@ class ImageEditor final : public QWidget {
   void changed();
 
  protected:
+  void closeEvent(QCloseEvent* event) override;
   void showEvent(QShowEvent* event) override;
 
  private:
@@ -119,6 +157,7 @@ class ImageEditor final : public QWidget {
   std::optional<Component> own_;
   Component& component_;
   std::unique_ptr<Inside> inside_;
+  bool asksOnClose_ = true;
 };
 
 }  // namespace kestrel::qt

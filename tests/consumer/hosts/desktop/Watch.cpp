@@ -1,15 +1,17 @@
 #include <QApplication>
+#include <QDialog>
 #include <QMenu>
 #include <QTextBrowser>
 #include <QTimer>
 
 #include <kestrel/ImageEditor.h>
 #include <kestrel/imaging/contract/Image.h>
+#include <kestrel/imaging/contract/ImageView.h>
 #include <kestrel/settings/Options.h>
 
-// Watches the README's host without a change of it. Once the editor is painted, its help is opened and the
-// host ends: with 0 if the picture is open and the help window shows a page. Uses the toolkit's keywords,
-// which a host may.
+// Watches the README's host without a change of it. Once the editor is painted, its help is opened, then the
+// editor is closed with unsaved changes, and the host ends: with 0 if the picture is open, the help window
+// shows a page and the user could cancel the close. Uses the toolkit's keywords, which a host may.
 
 class Watch : public QObject {
   Q_OBJECT
@@ -36,7 +38,9 @@ class Watch : public QObject {
     // Later, in the host's own event loop.
     QTimer::singleShot(0, this, [this] {
       // Runs also while the message box is open that reports a missing help book.
-      QTimer::singleShot(0, this, [this] { QCoreApplication::exit(showsPicture() && showsHelp() ? 0 : 1); });
+      QTimer::singleShot(0, this, [this] {
+        QCoreApplication::exit(showsPicture() && showsHelp() && asksOnClose() ? 0 : 1);
+      });
       openHelp();
     });
   }
@@ -65,6 +69,21 @@ class Watch : public QObject {
       if (page != nullptr && page->toPlainText().size() > 100) return true;
     }
     return false;
+  }
+
+  /// The user closes the window and cancels the question about unsaved changes.
+  bool asksOnClose() {
+    QTimer user;
+    bool asked = false;
+    connect(&user, &QTimer::timeout, this, [&asked] {
+      auto* const question = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+      if (question == nullptr) return;
+      asked = true;
+      question->reject();
+    });
+    user.start(5);
+    editor_->control().ImageControl().Modified(true);
+    return !editor_->close() && asked && editor_->isVisible();
   }
 
   kestrel::qt::ImageEditor* editor_ = nullptr;
