@@ -67,7 +67,7 @@ endfunction()
 # The library that hosts link as Kestrel::NAME, of the objects of PARTS. LINKS are libraries that only it uses, USES
 # other libraries for hosts; INTERFACE are those whose headers its headers include. A shared library exports what the
 # public headers declare whose path matches FOLDERS, and what the targets NEEDED_BY, parts of other libraries for hosts,
-# use of it.
+# use of it. Where that is shared, tests have the static one as well, kestrel_NAME_static, of the same objects.
 function(kestrel_host_library name)
   cmake_parse_arguments(arg "" "FOLDERS" "PARTS;LINKS;USES;INTERFACE;NEEDED_BY" ${ARGN})
   string(TOLOWER ${name} lower)
@@ -79,18 +79,11 @@ function(kestrel_host_library name)
     target_link_libraries(${target} PRIVATE ${arg_LINKS} kestrel_options)
     target_link_options(${target} PRIVATE -Wl,-z,defs -Wl,-Bsymbolic-functions)
   else()
-    add_library(${target} STATIC ${objects})
-    kestrel_link_names("${arg_LINKS}" names)
-    target_link_libraries(${target} INTERFACE ${names})
+    kestrel_static_library(${target} "${objects}" "${arg_LINKS}")
   endif()
+  kestrel_use_in_hosts(${target} ${arg_USES} ${arg_INTERFACE})
   add_library(Kestrel::${name} ALIAS ${target})
-  add_dependencies(${target} kestrel_public_headers)
-  target_link_libraries(${target} PUBLIC ${arg_USES} ${arg_INTERFACE})
-  target_compile_features(${target} INTERFACE cxx_std_20)
-  target_include_directories(${target} INTERFACE
-    $<BUILD_INTERFACE:${KESTREL_PACKAGE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
   set_target_properties(${target} PROPERTIES
-    LINKER_LANGUAGE CXX
     EXPORT_NAME ${name}
     OUTPUT_NAME kestrel_${lower}
     VERSION ${PROJECT_VERSION}
@@ -98,6 +91,29 @@ function(kestrel_host_library name)
     INSTALL_RPATH "$ORIGIN"
     LIBRARY_OUTPUT_DIRECTORY ${KESTREL_PACKAGE_DIR}/${CMAKE_INSTALL_LIBDIR}
     ARCHIVE_OUTPUT_DIRECTORY ${KESTREL_PACKAGE_DIR}/${CMAKE_INSTALL_LIBDIR})
+  if(KESTREL_SHARED AND KESTREL_TESTS)
+    kestrel_static_library(kestrel_${lower}_static "${objects}" "${arg_LINKS}")
+    list(TRANSFORM arg_USES REPLACE "_library$" "_static" OUTPUT_VARIABLE uses)
+    kestrel_use_in_hosts(kestrel_${lower}_static ${uses} ${arg_INTERFACE})
+    set_target_properties(kestrel_${lower}_static PROPERTIES EXCLUDE_FROM_ALL ON)
+  endif()
+endfunction()
+
+# A library of the objects whose users link the other libraries too.
+function(kestrel_static_library target objects links)
+  add_library(${target} STATIC ${objects})
+  kestrel_link_names("${links}" names)
+  target_link_libraries(${target} INTERFACE ${names})
+endfunction()
+
+# kestrel_use_in_hosts(TARGET target...): what hosts get with the library.
+function(kestrel_use_in_hosts target)
+  add_dependencies(${target} kestrel_public_headers)
+  target_link_libraries(${target} PUBLIC ${ARGN})
+  target_compile_features(${target} INTERFACE cxx_std_20)
+  target_include_directories(${target} INTERFACE
+    $<BUILD_INTERFACE:${KESTREL_PACKAGE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+  set_target_properties(${target} PROPERTIES LINKER_LANGUAGE CXX)
 endfunction()
 
 function(kestrel_export_map target lower folders needed_by)

@@ -51,6 +51,15 @@ TEST_F(HelpFolder, IsSharedDataOfThePrefixOfTheProgramWhereTheLibrarysFileIsUnkn
   EXPECT_EQ(found(), shared);
 }
 
+TEST_F(HelpFolder, IsThatOfTheBuildForAProgramThatIsNotInstalled) {
+  const std::string built = make("build/kestrellib2/package/share/kestrellib2/help");
+  const fs::path host = path("build/bin/host");
+  EXPECT_EQ(qt::helpFolder(host, host, built), built);
+  EXPECT_EQ(qt::helpFolder(host, host, path("missing")), path("build/bin/help"));
+  const std::string installed = make("build/share/kestrellib2/help");
+  EXPECT_EQ(qt::helpFolder(host, host, built), installed);
+}
+
 TEST_F(HelpFolder, OfAnotherPrefixIsNotFound) {
   make("other/share/kestrellib2/help");
   EXPECT_EQ(found(), path("host/bin/help"));

@@ -29,7 +29,7 @@ fs::path sharedFolderAbove(const fs::path& file, const fs::path& owner) {
 
 }  // namespace
 
-std::string helpFolder(const fs::path& program, const fs::path& code) {
+std::string helpFolder(const fs::path& program, const fs::path& code, const fs::path& built) {
   std::error_code error;
   const fs::path own = program.parent_path() / "help";
   if (fs::is_directory(own, error)) return os::textOf(own);
@@ -40,9 +40,17 @@ std::string helpFolder(const fs::path& program, const fs::path& code) {
     const fs::path found = sharedFolderAbove(file, owner);
     if (!found.empty()) return os::textOf(found);
   }
+  if (fs::is_directory(built, error)) return os::textOf(built);
   return os::textOf(own);
 }
 
-std::string helpFolder(const std::string& program) { return helpFolder(os::pathOf(program), os::codeFile()); }
+std::string helpFolder(const std::string& program) {
+#ifdef KESTREL_BUILT_HELP
+  const fs::path built = os::pathOf(KESTREL_BUILT_HELP);
+#else
+  const fs::path built;
+#endif
+  return helpFolder(os::pathOf(program), os::codeFile(), built);
+}
 
 }  // namespace kestrel::qt
