@@ -29,7 +29,9 @@ std::filesystem::path sharedPath() {
 std::filesystem::path storePath(const std::string& program) {
   std::filesystem::path path = sharedPath();
   if (path.empty() || program.empty()) return path;
-  const std::string name = path.stem().string() + "-" + program + path.extension().string();
+  std::filesystem::path name = path.stem();
+  name += "-" + program;
+  name += path.extension();
   return path.replace_filename(name);
 }
 
