@@ -54,7 +54,6 @@ TEST_F(TwoScreens, ThePictureIsSharpAndTheBarsFitOnEach) {
   qt::ImageEditor& editor = addEditor(window);
   auto* const browser = new qt::ImageBrowser(component_, nullptr, &window);
   window.layout()->addWidget(browser);
-  moveTo(window, screens[0]);
   show(window);
   const QSize size = window.size();
   for (const int screen : {0, 1, 0}) {
