@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <memory>
 #include <string>
 
 #include "FolderTreeView.h"
@@ -25,8 +26,11 @@ void FolderTreeView::tvwFolders_NodeClick(TreeNode& Node) {
     }
     pPath = tree::WithSeparator(Node.Tag());
     zRaiseByKind(key, pPath, MyComputerClick, DesktopClick, FolderClick);
-    // A handler of the host may have rebuilt the tree.
-    if (TreeNode* const node = tvwFolders.Nodes().Find(key)) NodeClick(*node);
+    // A handler of the host may have rebuilt the tree, and one of the next event may do so.
+    if (TreeNode* const node = tvwFolders.Nodes().Find(key)) {
+      const std::shared_ptr<TreeNode> kept = node->shared_from_this();
+      NodeClick(*kept);
+    }
     zRemoveGone();
     zWatchFolders();
   } catch (...) {

@@ -1,6 +1,7 @@
 #include "FolderTreeView.h"
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 
 #include "TreeServices.h"
@@ -117,7 +118,11 @@ void FolderTreeView::ForceResize() { UserControl_Resize(); }
 
 void FolderTreeView::zRaisePathChange() {
   try {
-    if (TreeNode* const selected = tvwFolders.SelectedItem()) tvwFolders_NodeClick(*selected);
+    TreeNode* const selected = tvwFolders.SelectedItem();
+    if (selected == nullptr) return;
+    // A handler of the host may remove it.
+    const std::shared_ptr<TreeNode> kept = selected->shared_from_this();
+    tvwFolders_NodeClick(*kept);
   } catch (...) {
     QDK_TRAILER(zRaisePathChange, QDK_PARAMETERS(), QDK_LOCALS());
   }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -27,8 +28,8 @@ inline constexpr std::int32_t kLargestBorderStyle = 1;
 inline constexpr std::int32_t kLargestLineStyle = 1;
 inline constexpr std::int32_t kLargestTreeStyle = 7;
 
-/// One node of a tree.
-class TreeNode {
+/// One node of a tree. Once it is removed it has no parent, no children, and is not selected; its texts stay.
+class TreeNode : public std::enable_shared_from_this<TreeNode> {
  public:
   virtual ~TreeNode() = default;
   virtual const std::string& Key() const = 0;
@@ -64,7 +65,8 @@ class TreeNode {
   virtual std::string SelectedImage() const = 0;
 };
 
-/// All nodes of a tree, in the order in which they were added. A node lives until `Clear` or `Remove`.
+/// All nodes of a tree, in the order in which they were added. A node lives until `Clear` or `Remove`;
+/// in an event with a node, until all handlers of the event have returned. The tree shares its nodes.
 class TreeNodes {
  public:
   virtual ~TreeNodes() = default;

@@ -131,6 +131,23 @@ TEST_P(Thumbnails, OfAFolderAreReportedOneByOne) {
   }
 }
 
+TEST_P(Thumbnails, LiveUntilAllHandlersOfTheirEventHaveReturned) {
+  addPictures();
+  load();
+  int calls = 0;
+  const std::string wanted = view().Thumbnails().Item(1).Filename();
+  const auto clear = [this](Thumbnail&) { view().Clear(); };
+  const auto read = [&](Thumbnail& item) {
+    ++calls;
+    EXPECT_EQ(item.Filename(), wanted);
+    EXPECT_EQ(item.Index(), 0) << "it is in the view no more";
+  };
+  const Connection first = view().ThumbnailDblClick.Connect(clear);
+  const Connection second = view().ThumbnailDblClick.Connect(read);
+  thumbnails().doubleClick(1);
+  EXPECT_EQ(calls, 1);
+}
+
 TEST_P(Thumbnails, AreInTheNaturalOrderOfTheirNamesCountedFromOne) {
   addPictures();
   load();

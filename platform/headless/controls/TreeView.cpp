@@ -27,6 +27,12 @@ constexpr std::int32_t kKeyDown = 40;
 constexpr std::int32_t kKeyAdd = 107;
 constexpr std::int32_t kKeySubtract = 109;
 
+/// Raises an event with a node, which lives until the last handler has returned: one may remove it.
+void raise(const Event<kestrel::TreeNode&>& event, TreeNode& node) {
+  const auto kept = node.shared_from_this();
+  event(*kept);
+}
+
 }  // namespace
 
 // -- One node ---------------------------------------------------------------------------------------------
@@ -39,22 +45,25 @@ void TreeNode::Text(const std::string& value) {
 void TreeNode::Expanded(bool value) {
   if (value == expanded_ || children_.empty()) return;
   expanded_ = value;
+  raise(value ? tree_->Expand : tree_->Collapse, *this);
+}
+
+bool TreeNode::Selected() const { return tree_ && tree_->selected_ == this; }
+
+void TreeNode::Selected(bool value) {
+  if (!tree_ || value == Selected()) return;
   if (value) {
-    tree_.Expand(*this);
+    tree_->select(*this);
   } else {
-    tree_.Collapse(*this);
+    tree_->selected_ = nullptr;
   }
 }
 
-bool TreeNode::Selected() const { return tree_.selected_ == this; }
-
-void TreeNode::Selected(bool value) {
-  if (value == Selected()) return;
-  if (value) {
-    tree_.select(*this);
-  } else {
-    tree_.selected_ = nullptr;
-  }
+void TreeNode::detach() {
+  tree_ = nullptr;
+  parent_ = nullptr;
+  children_.clear();
+  expanded_ = false;
 }
 
 void TreeNode::Sorted(bool value) {
@@ -65,9 +74,9 @@ void TreeNode::Sorted(bool value) {
 void TreeNode::EnsureVisible() {
   std::vector<std::string> above;
   for (TreeNode* node = parent_; node; node = node->parent_) above.push_back(node->key_);
-  TreeView& tree = tree_;  // a handler may clear the tree
+  TreeView* const tree = tree_;  // a handler may clear the tree
   for (auto key = above.rbegin(); key != above.rend(); ++key) {
-    if (TreeNode* const node = tree.Find(*key)) node->Expanded(true);
+    if (TreeNode* const node = tree->Find(*key)) node->Expanded(true);
   }
 }
 
@@ -99,13 +108,15 @@ PicturePtr ImageList::picture(const std::string& key) const {
 TreeView::TreeView(Desktop& desktop, Window* parent, std::string name, std::int32_t index)
     : WindowOf(desktop, parent, std::move(name), index), images_(desktop) {}
 
+TreeView::~TreeView() { Clear(); }
+
 TreeNode& TreeView::Add(const std::string& relative, std::int32_t relationship, const std::string& key,
                         const std::string& text, const std::string& image, const std::string& selectedImage) {
   if (byKey_.contains(key)) tree_errors::refuseKeyInUse(key);
   TreeNode* const other = relative.empty() ? nullptr : &Item(relative);
   const bool isChild = other && relationship == kTreeChild;
   TreeNode* const parent = isChild ? other : other ? other->parent_ : nullptr;
-  nodes_.push_back(std::make_unique<TreeNode>(*this, parent, key, text, image, selectedImage));
+  nodes_.push_back(std::make_shared<TreeNode>(this, parent, key, text, image, selectedImage));
   TreeNode& node = *nodes_.back();
   if (!key.empty()) byKey_[key] = &node;
   place(node, other, isChild ? kTreeLast : relationship);
@@ -133,6 +144,7 @@ void TreeView::Clear() {
   selected_ = nullptr;
   roots_.clear();
   byKey_.clear();
+  for (const auto& node : nodes_) node->detach();
   nodes_.clear();
 }
 
@@ -144,7 +156,7 @@ void TreeView::Remove(const std::vector<std::string>& keys) {
     std::erase(siblings(node->parent_), node);
     left.push_back(node);
   }
-  std::unordered_set<const TreeNode*> removed;
+  std::unordered_set<TreeNode*> removed;
   while (!left.empty()) {
     TreeNode* const node = left.back();
     left.pop_back();
@@ -153,6 +165,7 @@ void TreeView::Remove(const std::vector<std::string>& keys) {
   }
   if (removed.contains(selected_)) selected_ = nullptr;
   std::erase_if(byKey_, [&](const auto& known) { return removed.contains(known.second); });
+  for (TreeNode* const node : removed) node->detach();
   std::erase_if(nodes_, [&](const auto& node) { return removed.contains(node.get()); });
 }
 
@@ -265,6 +278,7 @@ TreeView::Part TreeView::partAt(const TreeNode& node, float x) const {
 // -- The user ---------------------------------------------------------------------------------------------
 
 void TreeView::select(TreeNode& node) {
+  const auto kept = node.shared_from_this();  // another node could get its address
   TreeNode* const before = std::exchange(selected_, &node);
   if (singleSel_ && before != &node) {
     bool isAbove = false;
@@ -272,14 +286,14 @@ void TreeView::select(TreeNode& node) {
     if (before && !isAbove) before->Expanded(false);
     if (selected_ == &node) node.Expanded(true);
   }
-  if (selected_ == &node) NodeClick(node);
+  if (selected_ == &node) raise(NodeClick, node);
 }
 
 void TreeView::toggle(TreeNode& node) { node.Expanded(!node.expanded_); }
 
 void TreeView::check(TreeNode& node) {
   node.checked_ = !node.checked_;
-  NodeCheck(node);
+  raise(NodeCheck, node);
 }
 
 void TreeView::press(std::int32_t button, std::int32_t shift, float x, float y) {

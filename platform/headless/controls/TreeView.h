@@ -18,7 +18,7 @@ class TreeView;
 
 class TreeNode final : public kestrel::TreeNode {
  public:
-  TreeNode(TreeView& tree, TreeNode* parent, std::string key, std::string text, std::string image,
+  TreeNode(TreeView* tree, TreeNode* parent, std::string key, std::string text, std::string image,
            std::string selectedImage)
       : tree_(tree),
         parent_(parent),
@@ -55,7 +55,10 @@ class TreeNode final : public kestrel::TreeNode {
  private:
   friend class TreeView;
 
-  TreeView& tree_;
+  /// Takes a removed node out of the tree: handlers of an event may still have it.
+  void detach();
+
+  TreeView* tree_;  ///< null once it is detached
   TreeNode* parent_;
   std::string key_;
   std::string text_;
@@ -91,6 +94,7 @@ class ImageList final : public kestrel::ImageList {
 class TreeView final : public WindowOf<kestrel::TreeView>, private kestrel::TreeNodes {
  public:
   TreeView(Desktop& desktop, Window* parent, std::string name, std::int32_t index);
+  ~TreeView() override;
 
   kestrel::TreeNodes& Nodes() override { return *this; }
   headless::ImageList& ImageList() override { return images_; }
@@ -177,7 +181,7 @@ class TreeView final : public WindowOf<kestrel::TreeView>, private kestrel::Tree
   void selectByLetter(std::int32_t character);
 
   headless::ImageList images_;
-  std::vector<std::unique_ptr<TreeNode>> nodes_;
+  std::vector<std::shared_ptr<TreeNode>> nodes_;
   std::unordered_map<std::string, TreeNode*> byKey_;
   std::vector<TreeNode*> roots_;
   TreeNode* selected_ = nullptr;

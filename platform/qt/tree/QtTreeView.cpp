@@ -19,6 +19,12 @@ constexpr std::int32_t kPictures = 1;
 constexpr std::int32_t kSigns = 2;
 constexpr std::int32_t kLines = 4;
 
+/// Raises an event with a node, which lives until the last handler has returned: one may remove it.
+void raise(const Event<TreeNode&>& event, TreeItem& item) {
+  const auto kept = item.shared_from_this();
+  event(*kept);
+}
+
 /// Whether the item is one of these or below one of them.
 bool isIn(const TreeItem* item, const std::unordered_set<const TreeItem*>& items) {
   while (item && !items.contains(item)) item = item->place().parent;
@@ -56,7 +62,8 @@ void QtTreeView::listen() {
   on(&tree_, &TreeWidget::keyDown, [this](int key, int shift) { guarded([&] { KeyDown(key, shift); }); });
   on(&tree_, &TreeWidget::characterTyped, [this](int character) { guarded([&] { KeyPress(character); }); });
   on(&tree_, &TreeWidget::keyUp, [this](int key, int shift) { guarded([&] { KeyUp(key, shift); }); });
-  on(&model_, &TreeModel::checkToggled, [this](TreeItem* item) { guarded([&] { NodeCheck(*item); }); });
+  on(&model_, &TreeModel::checkToggled,
+     [this](TreeItem* item) { guarded([&] { raise(NodeCheck, *item); }); });
 }
 
 void QtTreeView::listenToMouse() {
@@ -156,6 +163,8 @@ void QtTreeView::finishInput(bool nodePressed) {
 
 void QtTreeView::raiseNodeClick(TreeItem* before) {
   TreeItem* const item = selected_;
+  // A handler may remove it, and another node may get its address.
+  const auto kept = item ? item->shared_from_this() : nullptr;
   if (singleSel_ && before != item) {
     bool isAbove = false;
     for (TreeItem* above = item; above; above = above->place().parent) isAbove = isAbove || above == before;
@@ -163,7 +172,7 @@ void QtTreeView::raiseNodeClick(TreeItem* before) {
     if (selected_ == item) setExpanded(*item, true);
   }
   // A handler may have cleared the tree.
-  if (item && selected_ == item) NodeClick(*item);
+  if (item && selected_ == item) raise(NodeClick, *item);
 }
 
 void QtTreeView::setSelected(TreeItem& item, bool value) {
@@ -189,13 +198,7 @@ void QtTreeView::noteExpanded(const QModelIndex& index, bool value) {
   item.noteExpanded(value);
   model_.announceLooks(item);
   if (byCode_) return;
-  guarded([&] {
-    if (value) {
-      Expand(item);
-    } else {
-      Collapse(item);
-    }
-  });
+  guarded([&] { raise(value ? Expand : Collapse, item); });
 }
 
 void QtTreeView::setExpanded(TreeItem& item, bool value) {
@@ -204,11 +207,7 @@ void QtTreeView::setExpanded(TreeItem& item, bool value) {
   const bool outer = std::exchange(byCode_, true);
   tree_.setExpanded(model_.indexOf(item), value);
   byCode_ = outer;
-  if (value) {
-    Expand(item);
-  } else {
-    Collapse(item);
-  }
+  raise(value ? Expand : Collapse, item);
 }
 
 void QtTreeView::makeVisible(TreeItem& item) {

@@ -38,7 +38,7 @@ class TreeItem final : public TreeNode {
     std::vector<TreeItem*> shown;
     /// Children that come after those shown, and are shown together later.
     std::vector<TreeItem*> waiting;
-    bool removed = false;  ///< the model is about to destroy it
+    bool removed = false;  ///< the model is about to release it
     std::optional<QCollatorSortKey> sortKey;
   };
 
@@ -54,18 +54,22 @@ class TreeItem final : public TreeNode {
   TreeNode* Parent() override;
   std::int32_t Children() const override;
   bool Expanded() const override { return expanded_; }
-  void Expanded(bool value) override { owner_.setExpanded(*this, value); }
-  bool Selected() const override { return owner_.isSelected(*this); }
-  void Selected(bool value) override { owner_.setSelected(*this, value); }
+  void Expanded(bool value) override;
+  bool Selected() const override { return owner_ && owner_->isSelected(*this); }
+  void Selected(bool value) override;
   bool Checked() const override { return checked_; }
   void Checked(bool value) override;
   void Sorted(bool value) override;
-  void EnsureVisible() override { owner_.makeVisible(*this); }
+  void EnsureVisible() override;
   std::string Image() const override { return image_; }
   void ExpandedImage(const std::string& value) override;
   std::string ExpandedImage() const override { return expandedImage_; }
   void SelectedImage(const std::string& value) override;
   std::string SelectedImage() const override { return selectedImage_; }
+
+  /// Takes a removed item out of the tree: handlers of an event may still have it.
+  void detach();
+  bool isDetached() const { return owner_ == nullptr; }
 
   Place& place() { return place_; }
   const Place& place() const { return place_; }
@@ -78,7 +82,9 @@ class TreeItem final : public TreeNode {
   const std::string& shownImage() const;
 
  private:
-  TreeItemOwner& owner_;
+  void announceLooks();
+
+  TreeItemOwner* owner_;  ///< null once it is detached
   Place place_;
   std::string key_;
   std::string text_;

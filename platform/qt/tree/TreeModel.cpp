@@ -24,7 +24,9 @@ TreeModel::TreeModel(TreeItemOwner& owner, const TreeImages& images)
   collator_.setCaseSensitivity(Qt::CaseInsensitive);
 }
 
-TreeModel::~TreeModel() = default;
+TreeModel::~TreeModel() {
+  for (const auto& item : items_) item->detach();
+}
 
 // -- The nodes --------------------------------------------------------------------------------------------
 
@@ -33,7 +35,7 @@ TreeItem& TreeModel::add(TreeItem* relative, std::int32_t relationship, const st
                          const std::string& selectedImage) {
   const bool isChild = relative && relationship == kTreeChild;
   TreeItem& parent = isChild ? *relative : relative ? *relative->place().parent : *root_;
-  items_.push_back(std::make_unique<TreeItem>(owner_, key, text, image, selectedImage));
+  items_.push_back(std::make_shared<TreeItem>(owner_, key, text, image, selectedImage));
   TreeItem& item = *items_.back();
   item.place().parent = &parent;
   if (!key.empty()) byKey_.emplace(key, &item);
@@ -73,6 +75,7 @@ void TreeModel::clear() {
   byKey_.clear();
   root_->place().shown.clear();
   root_->place().waiting.clear();
+  for (const auto& item : items_) item->detach();
   items_.clear();
   endResetModel();
 }
@@ -89,7 +92,10 @@ void TreeModel::remove(const std::vector<TreeItem*>& items) {
     forget(*item);
     endRemoveRows();
   }
-  std::erase_if(items_, [](const std::unique_ptr<TreeItem>& item) { return item->place().removed; });
+  for (const auto& item : items_) {
+    if (item->place().removed) item->detach();
+  }
+  std::erase_if(items_, [](const std::shared_ptr<TreeItem>& item) { return item->isDetached(); });
 }
 
 /// Takes the item and those below it out of the index of keys.

@@ -13,7 +13,7 @@
 
 namespace kestrel::qt {
 
-/// The nodes of a tree as the toolkit's model. It owns them.
+/// The nodes of a tree as the toolkit's model. It shares them with the events under way.
 class TreeModel final : public QAbstractItemModel {
   Q_OBJECT
 
@@ -77,7 +77,7 @@ class TreeModel final : public QAbstractItemModel {
   const TreeImages& images_;
   QCollator collator_;
   std::unique_ptr<TreeItem> root_;
-  std::vector<std::unique_ptr<TreeItem>> items_;
+  std::vector<std::shared_ptr<TreeItem>> items_;
   std::unordered_map<std::string, TreeItem*> byKey_;
   std::unordered_set<TreeItem*> withWaiting_;
   int holds_ = 0;

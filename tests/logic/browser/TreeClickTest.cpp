@@ -31,6 +31,39 @@ TEST_F(TreeClicks, OnAFolderRaiseFolderClickWithItsPathAndThenNodeClick) {
   EXPECT_EQ(control().Path(), "C:\\Pictures\\");
 }
 
+TEST_F(TreeClicks, OnANodeThatAHandlerRemovesKeepItForTheOthers) {
+  const TreeNode* clicked = nullptr;
+  std::weak_ptr<TreeNode> life;
+  std::vector<std::string> seen;
+  const Connection first = control().NodeClick.Connect([&](TreeNode& node) {
+    if (clicked != nullptr) return;
+    clicked = &node;
+    life = node.weak_from_this();
+    control().Refresh();
+  });
+  const Connection second = control().NodeClick.Connect([&](TreeNode& node) {
+    if (&node == clicked && !life.expired()) seen.push_back(node.Key());
+  });
+  tree().click("C:\\PICTURES");
+  EXPECT_THAT(seen, ElementsAre("C:\\PICTURES"));
+  EXPECT_TRUE(life.expired());
+}
+
+TEST_F(TreeClicks, ThatShowAnnouncesKeepTheNodeThatAHandlerRemoves) {
+  std::weak_ptr<TreeNode> life;
+  std::vector<std::string> seen;
+  const Connection first = control().NodeClick.Connect([&](TreeNode& node) {
+    life = node.weak_from_this();
+    control().Nodes().Clear();
+  });
+  const Connection second = control().NodeClick.Connect([&](TreeNode& node) {
+    if (!life.expired()) seen.push_back(node.Key());
+  });
+  site().Show();
+  EXPECT_THAT(seen, ElementsAre("C:"));
+  EXPECT_TRUE(life.expired());
+}
+
 TEST_F(TreeClicks, OnADriveRaiseFolderClickWithItsRoot) {
   tree().click("C:\\PICTURES");
   record();
