@@ -26,7 +26,8 @@ struct FolderChanges {
   std::vector<FolderChange> changes;
   /// Too many changes at once: some are missing, so the folder must be listed again.
   bool overflow = false;
-  /// The folder was removed, renamed or unmounted. The last report of the watch.
+  /// The path leads to the folder no more: it or a folder above was removed, renamed or unmounted. The last
+  /// report of the watch.
   bool folderGone = false;
 };
 

@@ -23,6 +23,11 @@ void ChangeCollector::completed(const std::string& name, Time now) {
   add({Kind::kChanged, name, {}}, now);
 }
 
+void ChangeCollector::attributesChanged(const std::string& name, Time now) {
+  // Who writes a file may set its attributes before its end.
+  if (!unfinished_.contains(name)) add({Kind::kChanged, name, {}}, now);
+}
+
 void ChangeCollector::gone(const std::string& name, Time now) {
   const auto entry = unfinished_.find(name);
   const bool known = entry == unfinished_.end() || entry->second.known;

@@ -33,8 +33,10 @@ class ChangeCollector {
   /// A new entry. `canBeOpen`: it may be open for writing, so that a close will follow.
   void created(const std::string& name, bool canBeOpen, Time now);
   void written(const std::string& name, Time now);
-  /// Closed after writing, moved into the folder, or with other attributes.
+  /// Closed after writing, or moved into the folder.
   void completed(const std::string& name, Time now);
+  /// Other times, permissions or links.
+  void attributesChanged(const std::string& name, Time now);
   void gone(const std::string& name, Time now);
   void renamed(const std::string& oldName, const std::string& name, Time now);
   void overflowed(Time now);

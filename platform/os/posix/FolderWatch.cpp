@@ -35,6 +35,9 @@ constexpr std::uint32_t kEvents = IN_CREATE | IN_MODIFY | IN_CLOSE_WRITE | IN_AT
                                   IN_MOVED_FROM | IN_MOVED_TO | IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR |
                                   IN_EXCL_UNLINK;
 
+/// Of the folders above: they lead elsewhere.
+constexpr std::uint32_t kEventsAbove = IN_DELETE_SELF | IN_MOVE_SELF | IN_DONT_FOLLOW | IN_MASK_ADD;
+
 /// Whether other machines can change what is on the file system, unseen by this one.
 bool isShared(const fs::path& folder) {
   constexpr std::array<std::uint32_t, 11> kShared{AFS_FS_MAGIC,     AFS_SUPER_MAGIC,  CEPH_SUPER_MAGIC,
@@ -55,15 +58,16 @@ struct FolderWatch::Inside {
         changed_(std::move(changed)),
         events_(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)),
         wake_(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {
-    watches_ = events_.isOpen() && wake_.isOpen() &&
-               ::inotify_add_watch(events_.number(), folder.c_str(), kEvents) >= 0;
+    if (!events_.isOpen() || !wake_.isOpen()) return;
+    watch_ = ::inotify_add_watch(events_.number(), folder.c_str(), kEvents);
+    if (watch_ >= 0) watchAbove();
   }
   Inside(const Inside&) = delete;
   Inside& operator=(const Inside&) = delete;
 
   /// False if there is nothing to watch with. The thread keeps `self`, this object, until it ends.
   bool start(std::shared_ptr<Inside> self) {
-    if (!watches_) return false;
+    if (watch_ < 0) return false;
     try {
       thread_ = std::thread([own = std::move(self)] { own->serve(); });
     } catch (const std::system_error&) {
@@ -88,6 +92,17 @@ struct FolderWatch::Inside {
     std::uint32_t cookie;
     std::string name;
   };
+
+  /// Watches what the path consists of: folders, links, and the folders that links lead to. Those that the
+  /// user may not read are left out.
+  void watchAbove() {
+    std::error_code error;
+    for (fs::path part : {fs::absolute(folder_, error), fs::canonical(folder_, error)}) {
+      for (; part.has_relative_path(); part = part.parent_path()) {
+        ::inotify_add_watch(events_.number(), part.c_str(), kEventsAbove);
+      }
+    }
+  }
 
   void serve() {
     while (!ended_ && waitForEvents()) {
@@ -137,7 +152,7 @@ struct FolderWatch::Inside {
     } else if ((event.mask & (IN_DELETE_SELF | IN_MOVE_SELF | IN_UNMOUNT | IN_IGNORED)) != 0) {
       if (!ended_) collector_.folderGone(now);
       ended_ = true;
-    } else if (name.empty()) {
+    } else if (name.empty() || event.wd != watch_) {
       return;  // attributes of the folder itself
     } else if ((event.mask & IN_MOVED_FROM) != 0) {
       moved_ = Moved{event.cookie, name};
@@ -147,6 +162,8 @@ struct FolderWatch::Inside {
       collector_.created(name, canBeOpen(event, name), now);
     } else if ((event.mask & IN_MODIFY) != 0) {
       collector_.written(name, now);
+    } else if ((event.mask & IN_ATTRIB) != 0) {
+      collector_.attributesChanged(name, now);
     } else {
       collector_.completed(name, now);
     }
@@ -170,7 +187,7 @@ struct FolderWatch::Inside {
   Changed changed_;
   Descriptor events_;
   Descriptor wake_;  ///< readable when the watch is to end
-  bool watches_ = false;
+  int watch_ = -1;   ///< of the folder; negative if it cannot be watched
   // Of the thread
   ChangeCollector collector_;
   std::optional<Moved> moved_;

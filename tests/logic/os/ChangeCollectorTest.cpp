@@ -80,6 +80,22 @@ TEST_F(ChangeCollectorTest, ReportsAFileWhoseWriterPausesFor5Seconds) {
   EXPECT_THAT(takenAt(kBegin + 5100ms), ElementsAre("+a"));
 }
 
+TEST_F(ChangeCollectorTest, HoldsAFileBackWhoseAttributesChangeWhileItIsWritten) {
+  collector_.created("new", true, kBegin);
+  collector_.written("new", kBegin);
+  collector_.written("known", kBegin);
+  for (const char* name : {"new", "known"}) collector_.attributesChanged(name, kBegin + 10ms);
+  EXPECT_EQ(collector_.due(), kBegin + 5s) << "when the writers pause";
+  EXPECT_FALSE(collector_.take(kBegin + 1s).has_value());
+  for (const char* name : {"new", "known"}) collector_.completed(name, kBegin + 2s);
+  EXPECT_THAT(takenAt(kBegin + 2100ms), ElementsAre("+new", "+known"));
+}
+
+TEST_F(ChangeCollectorTest, ReportsOtherAttributesOfAFinishedFile) {
+  collector_.attributesChanged("a", kBegin);
+  EXPECT_THAT(takenAt(kBegin + 100ms), ElementsAre("+a"));
+}
+
 TEST_F(ChangeCollectorTest, ReportsFoldersAndLinksAtOnce) {
   collector_.created("folder", false, kBegin);
   EXPECT_THAT(takenAt(kBegin + 100ms), ElementsAre("+folder"));
