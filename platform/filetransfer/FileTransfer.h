@@ -9,7 +9,8 @@
 
 /// Copies, moves and deletes lists of files and folders. Nothing is ever lost: the copy of a file appears
 /// whole or not at all, an existing file is replaced in one step and only if the user says so, and the
-/// original of a move is deleted after its copy is on the disk.
+/// original of a move is deleted after its copy is on the disk. A folder appears first and is filled then:
+/// what a canceled or failed work has made of it stays, and is reported.
 namespace kestrel::transfer {
 
 enum class Operation {
@@ -33,8 +34,10 @@ struct Request {
 /// How far the work is.
 struct Progress {
   std::uint64_t files = 0;
-  std::uint64_t filesDone = 0;  ///< including those that failed or were skipped
-  std::uint64_t bytes = 0;      ///< of files that are copied; 0 if none is
+  /// Including those that failed or were skipped. The files of a folder that was left out as a whole follow
+  /// when all of its source is done.
+  std::uint64_t filesDone = 0;
+  std::uint64_t bytes = 0;  ///< of files that are copied; 0 if none is
   std::uint64_t bytesDone = 0;
   std::filesystem::path current;  ///< empty while the files are counted
 };

@@ -59,13 +59,12 @@ Work::End Work::transfer(const Entry& source, const Entry& target) {
 }
 
 Work::End Work::transferFile(const Source& source, const Entry& target) {
-  if (request_.operation == Operation::kMove) {
-    const End end = moveInPlace(source, target);
-    if (end == End::kDone) countFile();
-    if (end != End::kOtherDisk) return end;
+  End end = request_.operation == Operation::kMove ? moveInPlace(source, target) : End::kOtherDisk;
+  if (end == End::kOtherDisk) {
+    end = source.facts.type == EntryType::kLink ? copyLink(source, target) : copyFile(source, target);
   }
-  const End end = source.facts.type == EntryType::kLink ? copyLink(source, target) : copyFile(source, target);
   if (end == End::kDone) countFile();
+  if (end == End::kNotDone) passFile();
   return end;
 }
 
@@ -173,6 +172,7 @@ Work::End Work::transferEntries(const Source& source, const Entry& target, bool 
     if (made) os::removeEmptyFolder(target.at());
     return failed(from.path, *failure);
   }
+  if (!made) os::removeStaleFiles(into.path);
   End all = transferEach(from, into, names);
   if (made) {
     failure = os::copyFolderFacts(from.open.itself(), into.open.itself());

@@ -43,11 +43,10 @@ void Work::processAll() {
   count();
   Progress before;
   while (source_ < request_.sources.size() && !stopped()) {
-    const std::uint64_t doneBefore = progress_.filesDone;
+    partly_ = false;
     const End end = process(request_.sources[source_]);
     if (end == End::kStopped) {
-      const bool partly = progress_.filesDone > doneBefore;
-      leave(source_, partly ? "only some of its files were processed" : "");
+      leave(source_, partly_ ? "only some of its files were processed" : "");
       return;
     }
     const Count& counted = counts_[source_++];
@@ -179,8 +178,13 @@ void Work::begin(const fs::path& path) {
   caller_.show(progress_);
 }
 
-/// A tree may have got more files since they were counted.
 void Work::countFile() {
+  partly_ = true;
+  passFile();
+}
+
+/// A tree may have got more files since they were counted.
+void Work::passFile() {
   if (progress_.filesDone < progress_.files) ++progress_.filesDone;
   caller_.show(progress_);
 }

@@ -74,7 +74,10 @@ class Work {
   End remove(const std::filesystem::path& path);
   bool stopped();
   void begin(const std::filesystem::path& path);
+  /// A file is done.
   void countFile();
+  /// A file needs no more work, done or not.
+  void passFile();
   End failed(const std::filesystem::path& path, std::string reason);
   End failed(const std::filesystem::path& path, const os::FileFailure& failure);
   std::optional<Choice> ask(Question question);
@@ -104,6 +107,7 @@ class Work {
   std::vector<Count> counts_;  ///< of each source
   std::size_t source_ = 0;     ///< the first one whose end is not in the report
   int depth_ = 0;              ///< of folders in it
+  bool partly_ = false;        ///< some of its files are done
   Folder folder_;              ///< the target
   std::optional<os::EntryFacts> folderFacts_;
   // Answers for all further questions.

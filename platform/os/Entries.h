@@ -94,7 +94,7 @@ void removeTree(const std::filesystem::path& folder, const Removed& removed);
 /// Flushes new names to the disk. A folder that cannot be flushed is no failure.
 void flushFolder(const EntryPath& folder);
 
-/// Removes the temporary files that killed processes left in the folder.
+/// Removes the temporary files and links that killed processes left in the folder.
 void removeStaleFiles(const std::filesystem::path& folder);
 
 /// The number of the user that this process runs for.

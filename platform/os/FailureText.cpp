@@ -29,6 +29,8 @@ std::string reasonOf(const FileFailure& failure, const fs::path& path) {
       return "the device failed";
     case FileProblem::kNameTooLong:
       return "its name is too long";
+    case FileProblem::kBadName:
+      return "the disk does not allow its name";
     case FileProblem::kLinkLoop:
       return "its symbolic links form a loop";
     case FileProblem::kNotAFolder:

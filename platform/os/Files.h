@@ -20,6 +20,7 @@ enum class FileProblem {
   kDevice,
   kMemory,
   kNameTooLong,
+  kBadName,  ///< the file system does not have such names
   kLinkLoop,
   kNotAFolder,
   kIsAFolder,

@@ -12,6 +12,8 @@ namespace kestrel::os {
 
 /// The failure that an errno means.
 FileFailure failureOf(int code);
+/// The same of a call that gives an entry its name.
+FileFailure failureToName(int code);
 
 /// A file descriptor that closes itself.
 class Descriptor {

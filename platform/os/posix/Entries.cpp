@@ -26,7 +26,7 @@ Failure failedUnless(bool done) { return done ? Failure() : failureOf(errno); }
 
 /// Without a place for the new entry the missing thing is the folder. An open one may have been removed.
 Failure failedToMake(const EntryPath& target) {
-  const FileFailure failure = failureOf(errno);
+  const FileFailure failure = failureToName(errno);
   const fs::path above = target.path.has_parent_path() ? target.path.parent_path() : fs::path(".");
   struct stat status {};
   const bool hasFolder =

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <limits>
 #include <utility>
 #include <vector>
 
@@ -37,6 +38,11 @@ bool needsReading(int code) {
   return std::find(kCodes.begin(), kCodes.end(), code) != kCodes.end();
 }
 
+bool isSparse(const struct stat& status) {
+  constexpr off_t kBlock = 512;
+  return status.st_blocks < status.st_size / kBlock;
+}
+
 /// Copies from the files' positions to the source's end. False with errno set; ECANCELED if canceled.
 class Content {
  public:
@@ -44,36 +50,70 @@ class Content {
 
   bool copy(std::uint64_t size) {
     if (size > 0 && ::ioctl(to_, FICLONE, from_) == 0) return advance(size);
+    return copyData(std::numeric_limits<std::uint64_t>::max());
+  }
+
+  /// The same without the holes, which take no space in the copy either.
+  bool copySparse(std::uint64_t size) {
+    if (::ioctl(to_, FICLONE, from_) == 0) return advance(size);
+    off_t at = 0;
     for (;;) {
-      const ssize_t count = ::copy_file_range(from_, nullptr, to_, nullptr, kPortion, 0);
-      if (count < 0 && errno == EINTR) continue;
-      if (count < 0 && !needsReading(errno)) return false;
-      if (count == 0 && copied_ > 0) return true;
-      // The files of some file systems seem empty to this call.
-      if (count <= 0) return read();
-      if (!advance(static_cast<std::uint64_t>(count))) return false;
+      const off_t data = ::lseek(from_, at, SEEK_DATA);
+      if (data < 0 && errno == ENXIO) break;
+      // The file system cannot find holes.
+      if (data < 0) return at == 0 && copyData(std::numeric_limits<std::uint64_t>::max());
+      const off_t end = ::lseek(from_, data, SEEK_HOLE);
+      if (end < 0 || ::lseek(from_, data, SEEK_SET) < 0 || ::lseek(to_, data, SEEK_SET) < 0) return false;
+      if (!progressBy(data - at) || !copyData(static_cast<std::uint64_t>(end - data))) return false;
+      at = end;
     }
+    const auto length = static_cast<off_t>(size);
+    return at >= length || (::ftruncate(to_, length) == 0 && progressBy(length - at));
   }
 
  private:
-  bool read() {
+  /// Copies so many bytes, or up to the source's end.
+  bool copyData(std::uint64_t left) {
+    while (left > 0) {
+      const auto portion = static_cast<std::size_t>(std::min<std::uint64_t>(left, kPortion));
+      const ssize_t count = ::copy_file_range(from_, nullptr, to_, nullptr, portion, 0);
+      if (count < 0 && errno == EINTR) continue;
+      if (count < 0 && !needsReading(errno)) return false;
+      if (count == 0 && copiesInside_) return true;
+      // The files of some file systems seem empty to this call.
+      if (count <= 0) return read(left);
+      copiesInside_ = true;
+      left -= static_cast<std::uint64_t>(count);
+      if (!advance(static_cast<std::uint64_t>(count))) return false;
+    }
+    return true;
+  }
+
+  bool read(std::uint64_t left) {
     std::vector<std::uint8_t> buffer(kBuffer);
-    for (;;) {
-      const ssize_t count = ::read(from_, buffer.data(), buffer.size());
+    while (left > 0) {
+      const auto portion = static_cast<std::size_t>(std::min<std::uint64_t>(left, kBuffer));
+      const ssize_t count = ::read(from_, buffer.data(), portion);
       if (count < 0 && errno == EINTR) continue;
       if (count <= 0) return count == 0;
       if (!writeAll(to_, {buffer.data(), static_cast<std::size_t>(count)})) return false;
+      left -= static_cast<std::uint64_t>(count);
       if (!advance(static_cast<std::uint64_t>(count))) return false;
     }
+    return true;
   }
 
   bool advance(std::uint64_t count) {
-    copied_ += count;
     unflushed_ += count;
     if (unflushed_ >= kUnflushed) {
       if (::fdatasync(to_) != 0) return false;
       unflushed_ = 0;
     }
+    return progressBy(static_cast<std::int64_t>(count));
+  }
+
+  bool progressBy(std::int64_t count) {
+    copied_ += static_cast<std::uint64_t>(count);
     if (goOn_(copied_)) return true;
     errno = ECANCELED;
     return false;
@@ -84,6 +124,7 @@ class Content {
   const FileCopy::GoOn& goOn_;
   std::uint64_t copied_ = 0;
   std::uint64_t unflushed_ = 0;
+  bool copiesInside_ = false;  ///< the system has copied between these files
 };
 
 Failure failureToCopy(int code) {
@@ -102,8 +143,9 @@ struct FileCopy::Inside {
     }, after{};
     if (to < 0 || ::lseek(source.number(), 0, SEEK_SET) != 0 || ::fstat(source.number(), &before) != 0)
       return failureOf(errno);
-    if (!Content(source.number(), to, goOn).copy(static_cast<std::uint64_t>(before.st_size)))
-      return failureToCopy(errno);
+    Content content(source.number(), to, goOn);
+    const auto size = static_cast<std::uint64_t>(before.st_size);
+    if (!(isSparse(before) ? content.copySparse(size) : content.copy(size))) return failureToCopy(errno);
     if (!copyFacts(source.number(), before, to) || ::fsync(to) != 0 || ::fstat(source.number(), &after) != 0)
       return failureOf(errno);
     if (!unchanged(factsOf(before), factsOf(after))) return FileFailure{FileProblem::kChanged};
@@ -117,9 +159,9 @@ struct FileCopy::Inside {
     for (bool refilled = false;; refilled = true) {
       if (move()) return {};
       const int code = errno;
-      if (refilled ||
+      if (refilled || copy->hasName() ||
           (code != ENOENT && code != EINVAL && code != EPERM && code != EOPNOTSUPP && code != EXDEV))
-        return failureOf(code);
+        return failureToName(code);
       if (const Failure failure = fill(true)) return failure;
     }
   }

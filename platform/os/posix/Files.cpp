@@ -56,6 +56,11 @@ Outcome fillAndMove(TemporaryFile& file, std::span<const std::uint8_t> data, con
 
 }  // namespace
 
+FileFailure failureToName(int code) {
+  if (code == EINVAL || code == EILSEQ) return {FileProblem::kBadName, code};
+  return failureOf(code);
+}
+
 FileFailure failureOf(int code) {
   const auto problem = [code] {
     switch (code) {

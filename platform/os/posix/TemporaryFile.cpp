@@ -21,17 +21,33 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::string_view kPrefix = ".kestrel-", kSuffix = ".tmp";
+/// A link has its temporary name for moments only.
+constexpr std::chrono::minutes kLinkIsStaleAfter{1};
+
+/// A living process holds a lock on its own file.
+bool isStaleFile(const fs::path& path) {
+  const Descriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC));
+  return file.isOpen() && ::flock(file.number(), LOCK_EX | LOCK_NB) == 0;
+}
+
+/// Links have no locks.
+bool isStaleLink(const fs::path& path, std::chrono::system_clock::time_point now) {
+  struct stat status {};
+  if (::lstat(path.c_str(), &status) != 0 || !S_ISLNK(status.st_mode)) return false;
+  return std::chrono::system_clock::from_time_t(status.st_ctim.tv_sec) + kLinkIsStaleAfter < now;
+}
 
 }  // namespace
 
-/// A living process holds a lock on its own.
-void removeStaleFiles(const fs::path& folder) {
+void removeStaleFiles(const fs::path& folder) { removeStaleFiles(folder, std::chrono::system_clock::now()); }
+
+void removeStaleFiles(const fs::path& folder, std::chrono::system_clock::time_point now) {
   std::error_code error;
   for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
     const std::string name = textOf(entry->path().filename());
     if (!name.starts_with(kPrefix) || !name.ends_with(kSuffix)) continue;
-    const Descriptor file(::open(entry->path().c_str(), O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC));
-    if (file.isOpen() && ::flock(file.number(), LOCK_EX | LOCK_NB) == 0) ::unlink(entry->path().c_str());
+    const fs::path& path = entry->path();
+    if (isStaleFile(path) || isStaleLink(path, now)) ::unlink(path.c_str());
   }
 }
 

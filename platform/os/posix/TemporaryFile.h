@@ -2,7 +2,9 @@
 
 #include <sys/types.h>
 
+#include <chrono>
 #include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <span>
 #include <utility>
@@ -11,6 +13,9 @@
 #include "platform/os/OpenFolder.h"
 
 namespace kestrel::os {
+
+/// As `removeStaleFiles` at that moment.
+void removeStaleFiles(const std::filesystem::path& folder, std::chrono::system_clock::time_point now);
 
 /// A name for a temporary entry, which `removeStaleFiles` recognizes. Probably free.
 EntryPath temporaryName(const EntryPath& folder);
@@ -29,6 +34,8 @@ class TemporaryFile {
 
   /// Negative, with errno set, if no file could be made.
   int descriptor() const { return descriptor_.number(); }
+
+  bool hasName() const { return name_.has_value(); }
 
   /// Gives the file a name if it has none. False with errno set if that is not possible here.
   bool giveName();

@@ -69,6 +69,14 @@ bool otherDisk(int from, const char* source, int to, const char* target) {
   return true;
 }
 
+/// Whether the file system does not have such names.
+bool refused(const char* name) {
+  const std::string& bad = faults().refusedName;
+  if (bad.empty() || std::filesystem::path(name).filename() != bad) return false;
+  errno = EINVAL;
+  return true;
+}
+
 int seen(int result, std::size_t volume, struct stat* status) {
   constexpr dev_t kOther = 0x1000;
   if (result == 0) status->st_dev += volume * kOther;
@@ -129,6 +137,7 @@ int __wrap_openat(int folder, const char* path, int flags, ...) {
     errno = EOPNOTSUPP;
     return -1;
   }
+  if ((flags & O_CREAT) != 0 && refused(path)) return -1;
   const bool changes = nameless || (flags & O_CREAT) != 0;
   if (changes ? struck("openat") : struckReading("openat")) return -1;
   return __real_openat(folder, path, flags, mode);
@@ -154,6 +163,7 @@ ssize_t __wrap_write(int file, const void* data, size_t count) {
   return struck("write") ? -1 : __real_write(file, data, count);
 }
 ssize_t __wrap_copy_file_range(int from, off64_t* in, int to, off64_t* out, size_t count, unsigned flags) {
+  ++faults().copies;
   if (faults().copiesInside != 0) {
     errno = faults().copiesInside;
     return -1;
@@ -183,7 +193,7 @@ int __wrap_linkat(int from, const char* source, int to, const char* target, int 
     errno = ENOENT;
     return -1;
   }
-  if (!nameless && otherDisk(from, source, to, target)) return -1;
+  if (refused(target) || (!nameless && otherDisk(from, source, to, target))) return -1;
   if (!nameless && !faults().hardLinks) {
     errno = EPERM;
     return -1;
@@ -191,17 +201,19 @@ int __wrap_linkat(int from, const char* source, int to, const char* target, int 
   return struck("linkat") ? -1 : __real_linkat(from, source, to, target, flags);
 }
 int __wrap_symlinkat(const char* text, int folder, const char* name) {
+  if (refused(name)) return -1;
   return struck("symlinkat") ? -1 : __real_symlinkat(text, folder, name);
 }
 int __wrap_mkdirat(int folder, const char* name, mode_t mode) {
+  if (refused(name)) return -1;
   return struck("mkdirat") ? -1 : __real_mkdirat(folder, name, mode);
 }
 int __wrap_renameat(int from, const char* source, int to, const char* target) {
-  if (otherDisk(from, source, to, target)) return -1;
+  if (refused(target) || otherDisk(from, source, to, target)) return -1;
   return struck("renameat") ? -1 : __real_renameat(from, source, to, target);
 }
 int __wrap_renameat2(int from, const char* source, int to, const char* target, unsigned flags) {
-  if (otherDisk(from, source, to, target)) return -1;
+  if (refused(target) || otherDisk(from, source, to, target)) return -1;
   if (!faults().renamesToNew) {
     errno = EINVAL;
     return -1;

@@ -24,7 +24,9 @@ struct Faults {
   bool namelessLinked = true;        ///< and can get a name
   bool renamesToNew = true;          ///< without replacing, in one call
   bool hardLinks = true;
-  int copiesInside = 0;  ///< the error of the copy inside the system; 0 for none
+  int copiesInside = 0;     ///< the error of the copy inside the system; 0 for none
+  std::string refusedName;  ///< of an entry that cannot be made
+  int copies = 0;           ///< calls of the copy inside the system so far
   /// A file that gets the content "changed" when a folder is flushed.
   std::string changeOnFolderFlush;
 };

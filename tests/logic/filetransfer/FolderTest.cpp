@@ -1,5 +1,7 @@
 #include <fcntl.h>
 
+#include <algorithm>
+
 #include "TransferBench.h"
 
 namespace kestrel::transfer {
@@ -113,6 +115,26 @@ TEST_F(Folders, ThatMergeKeepWhatWasSkipped) {
   EXPECT_TRUE(report.failed.empty()) << reasons(report.failed);
   EXPECT_EQ(report.done, 0U);
   EXPECT_EQ(listed(from), "album/ album/a.png=a");
+}
+
+TEST_F(Folders, CountFilesThatWereSkippedAsDone) {
+  for (const char* name : {"two/a.png", "two/b.png"}) {
+    write(from / name, "new");
+    write(to / name, "old");
+  }
+  caller.answers = {{Choice::kMerge, false}, {Choice::kSkip, true}};
+  copy({from / "two"});
+  EXPECT_TRUE(std::ranges::any_of(caller.shown, [](const Progress& progress) {
+    return progress.filesDone == 1;
+  })) << "between the two";
+  EXPECT_EQ(caller.shown.back().filesDone, 2U);
+}
+
+TEST_F(Folders, ThatMergeLoseWhatAKilledProcessLeftInThem) {
+  write(to / "album/.kestrel-1234.tmp", "half");
+  caller.answers = {{Choice::kMerge, false}};
+  EXPECT_TRUE(copy({from / "album"}).complete());
+  EXPECT_FALSE(fs::exists(to / "album/.kestrel-1234.tmp"));
 }
 
 TEST_F(Folders, GoBesideAFileOfTheSameName) {

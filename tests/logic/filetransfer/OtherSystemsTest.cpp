@@ -73,6 +73,45 @@ TEST_F(OtherSystems, ThatCannotRenameWithoutReplacingMoveFoldersToo) {
   EXPECT_EQ(listed(from), "");
 }
 
+TEST_F(OtherSystems, ThatRefuseANameSaySoWithoutASecondCopy) {
+  faults().refusedName = "a:b.png";
+  faults().namelessFiles = false;
+  write(from / "a:b.png", "content");
+  EXPECT_EQ(reasons(copy({from / "a:b.png"}).failed), "a:b.png: the disk does not allow its name");
+  // The content and its end.
+  EXPECT_LE(faults().copies, 2);
+  EXPECT_EQ(reasons(move({from / "a:b.png"}).failed), "a:b.png: the disk does not allow its name");
+  EXPECT_EQ(listed(to), "");
+  EXPECT_EQ(listed(from), "a:b.png=content");
+}
+
+TEST_F(OtherSystems, HaveTheHolesOfSparseFiles) {
+  constexpr std::uintmax_t kSize = 8'000'000;
+  constexpr std::streamoff kMiddle = 4'000'000;
+  write(from / "sparse", "begin");
+  fs::resize_file(from / "sparse", kSize);
+  {
+    std::fstream file(from / "sparse", std::ios::in | std::ios::out | std::ios::binary);
+    file.seekp(kMiddle);
+    file << "middle";
+  }
+  const auto space = [](const fs::path& path) {
+    struct stat status {};
+    EXPECT_EQ(stat(path.c_str(), &status), 0);
+    return static_cast<std::uintmax_t>(status.st_blocks) * 512;
+  };
+  if (space(from / "sparse") > kSize / 2) GTEST_SKIP() << "The file system has no holes.";
+  for (const int error : {0, EXDEV}) {
+    faults().copiesInside = error;
+    fs::remove(to / "sparse");
+    EXPECT_TRUE(copy({from / "sparse"}).complete());
+    EXPECT_LT(space(to / "sparse"), kSize / 2) << error;
+    EXPECT_EQ(fs::file_size(to / "sparse"), kSize) << error;
+    EXPECT_TRUE(contentOf(to / "sparse") == contentOf(from / "sparse")) << error;
+    EXPECT_EQ(caller.shown.back().bytesDone, kSize) << error;
+  }
+}
+
 class OtherDisks : public OtherSystems {
  protected:
   OtherDisks() { faults().volumes.push_back(to.string()); }
@@ -164,6 +203,16 @@ TEST_F(OtherDisks, SayThatAnOriginalCannotBeDeleted) {
             "a.png: it was copied, but the original cannot be deleted: permission is denied");
   chmod(from.c_str(), 0700);
   EXPECT_EQ(listed(from), listed(to));
+}
+
+TEST_F(OtherSystems, WhoseHomeIsOnAnotherDiskUseTheTrashOfTheFile) {
+  write(from / "a.png", "content");
+  fs::create_directory(root / "home");
+  faults().volumes.push_back((root / "home").string());
+  EXPECT_TRUE(run(Operation::kTrash, {from / "a.png"}).complete());
+  const fs::path own = ".Trash-" + std::to_string(geteuid());
+  EXPECT_EQ(contentOf(root / own / "files/a.png"), "content");
+  EXPECT_FALSE(fs::exists(root / "home/Trash/files"));
 }
 
 /// The trash of a volume: "from" is below its top folder.

@@ -2,7 +2,10 @@
 
 #include "platform/filetransfer/Trash.h"
 
+#include <ctime>
+#include <iomanip>
 #include <regex>
+#include <sstream>
 
 #include "TransferBench.h"
 
@@ -29,6 +32,61 @@ TEST_F(Trash, HasTheFileAndWhereItWasAndWhen) {
   std::smatch match;
   ASSERT_TRUE(std::regex_match(info, match, form)) << info;
   EXPECT_EQ(match[1], (from / "a.png").string()) << "absolute in the home trash";
+}
+
+TEST_F(Trash, HasTheLocalTimeOfTheDeletion) {
+  const char* const set = getenv("TZ");
+  const std::string zone = set == nullptr ? "" : set;
+  const auto localNow = [] {
+    const std::time_t time = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&time, &local);
+    std::ostringstream text;
+    text << std::put_time(&local, "%Y-%m-%dT%H:%M:%S");
+    return text.str();
+  };
+  // Hours from any other, in opposite directions.
+  for (const char* other : {"AAA-11:30", "BBB11:30"}) {
+    setenv("TZ", other, 1);
+    tzset();
+    fs::remove_all(home);
+    write(from / "a.png", "content");
+    const std::string before = localNow();
+    EXPECT_TRUE(trash({from / "a.png"}).complete());
+    const std::string after = localNow(), info = contentOf(home / "info/a.png.trashinfo");
+    const std::string key = "DeletionDate=";
+    const std::string date = info.substr(info.find(key) + key.size(), before.size());
+    EXPECT_LE(before, date) << other;
+    EXPECT_LE(date, after) << other;
+  }
+  if (set == nullptr) {
+    unsetenv("TZ");
+  } else {
+    setenv("TZ", zone.c_str(), 1);
+  }
+  tzset();
+}
+
+TEST_F(Trash, MayBeALinkToAFolderOfTheUser) {
+  fs::create_directories(root / "elsewhere");
+  fs::create_directories(home.parent_path());
+  fs::create_directory_symlink(root / "elsewhere", home);
+  write(from / "a.png", "content");
+  EXPECT_TRUE(trash({from / "a.png"}).complete());
+  EXPECT_EQ(contentOf(root / "elsewhere/files/a.png"), "content");
+}
+
+TEST_F(Trash, IsNotUsedIfItsFoldersBelongToAnotherUser) {
+  constexpr uid_t kNobody = 65534;
+  fs::create_directories(home / "info");
+  fs::create_directory(home / "files");
+  if (chown((home / "files").c_str(), kNobody, kNobody) != 0)
+    GTEST_SKIP() << "Only the superuser can test it.";
+  write(from / "a.png", "content");
+  caller.answers = {{Choice::kSkip, false}};
+  EXPECT_EQ(reasons(trash({from / "a.png"}).skipped), "a.png: there is no trash on its disk");
+  EXPECT_EQ(contentOf(from / "a.png"), "content");
+  EXPECT_TRUE(fs::is_empty(home / "files"));
 }
 
 TEST_F(Trash, IsMadeWithItsFoldersForTheUserAlone) {
