@@ -66,7 +66,17 @@ void FolderTreeView::FollowDisk() {
   }
 }
 
-void FolderTreeView::fnoFolders_Changed(const std::vector<std::string>& Folders) {
+void FolderTreeView::fnoFolders_DrivesChanged() {
+  try {
+    zFollowDrives();
+    zWatchFolders();
+  } catch (...) {
+    QDK_TRAILER(fnoFolders_DrivesChanged, QDK_PARAMETERS(), QDK_LOCALS());
+  }
+}
+
+void FolderTreeView::fnoFolders_Changed(const std::vector<std::string>& Folders,
+                                        const std::vector<FolderRenaming>& Renamed) {
   std::vector<std::string> keys;
   try {
     const std::unordered_set<std::string> changed(Folders.begin(), Folders.end());
@@ -75,9 +85,16 @@ void FolderTreeView::fnoFolders_Changed(const std::vector<std::string>& Folders)
       if (changed.contains(zFolderOf(node))) keys.push_back(node.Key());
     }
     zFollow(keys);
+    for (const FolderRenaming& renaming : Renamed) zSelectRenamed(renaming);
   } catch (...) {
-    QDK_TRAILER(fnoFolders_Changed, QDK_PARAMETERS(Folders), QDK_LOCALS(keys));
+    QDK_TRAILER(fnoFolders_Changed, QDK_PARAMETERS(Folders, Renamed), QDK_LOCALS(keys));
   }
+}
+
+/// Selects the selected folder by its new path, if the renamed folder is it or above it.
+void FolderTreeView::zSelectRenamed(const FolderRenaming& Renaming) {
+  const std::string from = tree::WithSeparator(Renaming.From);
+  if (pPath.starts_with(from)) Path(tree::WithSeparator(Renaming.To) + pPath.substr(from.size()));
 }
 
 /// The folder whose subfolders are a node's children. Empty for none, and for one on a floppy, which is read

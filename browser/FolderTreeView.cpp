@@ -85,6 +85,7 @@ void FolderTreeView::zConnectTree() {
   forward(tvwFolders.NodeCheck, &Tree::tvwFolders_NodeCheck);
   forward(tvwFolders.NodeClick, &Tree::tvwFolders_NodeClick);
   forward(fnoFolders.Changed, &Tree::fnoFolders_Changed);
+  forward(fnoFolders.DrivesChanged, &Tree::fnoFolders_DrivesChanged);
 }
 
 void FolderTreeView::Usercontrol_Initialize() {

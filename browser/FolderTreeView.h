@@ -19,9 +19,10 @@ namespace kestrel {
 /// Shows the drives and folders of the machine in a tree, and announces which folder is selected. Folders are
 /// listed when their nodes are expanded. modFolderTreeView.h describes the nodes.
 ///
-/// At run time the nodes follow the disk where the platform notices changes, and without events: folders that
-/// are new get nodes, and those that are gone lose them. The selected folder keeps its node until another one
-/// is selected.
+/// At run time the nodes follow the disk where the platform notices changes, and without events: folders and
+/// drives that are new get nodes, and those that are gone lose them. The selected folder keeps its node until
+/// another one is selected; when it, or a folder above it, gets another name, it is selected by that name,
+/// with the events of a selection.
 class FolderTreeView final : public Object {
  public:
   /// The site must contain the tree "tvwFolders", the picture "picIcon", on which icons are drawn, and the
@@ -152,13 +153,16 @@ class FolderTreeView final : public Object {
   [[noreturn]] static void zRaiseError(const Object& Source, std::int32_t Number, std::string Description,
                                        const std::vector<std::string>& Parameters = {});
   struct Difference;
-  void fnoFolders_Changed(const std::vector<std::string>& Folders);
+  void fnoFolders_Changed(const std::vector<std::string>& Folders,
+                          const std::vector<FolderRenaming>& Renamed);
+  void fnoFolders_DrivesChanged();
   void zFollow(const std::vector<std::string>& Keys);
   std::unordered_set<std::string> zFollowDrives();
   Difference zCompare(const TreeNode& Node, const std::vector<TreeNode*>& Children) const;
   void zAddFresh(const Difference& Found);
   void zRemove(std::vector<std::string> Keys);
   void zRemoveGone();
+  void zSelectRenamed(const FolderRenaming& Renaming);
   void zWatchFolders();
   std::string zFolderOf(const TreeNode& Node) const;
   bool zIsListed(const std::string& Key) const;

@@ -27,7 +27,12 @@ bool hasDrive(const std::string& path) { return path.size() >= 2 && path[1] == '
 }  // namespace
 
 FileSystem::FileSystem(PathStyle pathStyle, std::string scratch, std::vector<Drive> drives)
-    : pathStyle_(pathStyle), scratch_(std::move(scratch)), drives_(std::move(drives)) {
+    : pathStyle_(pathStyle), scratch_(std::move(scratch)) {
+  this->drives(std::move(drives));
+}
+
+void FileSystem::drives(std::vector<Drive> value) {
+  drives_ = std::move(value);
   if (pathStyle_ == PathStyle::kSlash) return;
   for (const Drive& drive : drives_)
     fs::create_directories(fs::path(scratch_) / std::string(1, drive.letter));

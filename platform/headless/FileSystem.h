@@ -30,6 +30,8 @@ class FileSystem {
   PathStyle pathStyle() const { return pathStyle_; }
   char separator() const { return pathStyle_ == PathStyle::kSlash ? '/' : '\\'; }
   const std::vector<Drive>& drives() const { return drives_; }
+  /// The user plugs drives in and out.
+  void drives(std::vector<Drive> value);
   /// The drive of a path or root, null in the slash style and for an unknown letter.
   const Drive* driveOf(const std::string& path) const;
 

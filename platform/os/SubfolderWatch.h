@@ -27,6 +27,14 @@ class SubfolderWatch {
   /// them, and no longer watched; so is one that `watch` has found again.
   std::vector<std::filesystem::path> read();
 
+  /// A folder that is in a watched folder by another name than before, or in another one.
+  struct Renaming {
+    std::filesystem::path from;
+    std::filesystem::path to;
+  };
+  /// Those that the last `read` has found, in their order.
+  const std::vector<Renaming>& renamings() const;
+
  private:
   struct Inside;
 

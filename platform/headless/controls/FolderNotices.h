@@ -8,7 +8,7 @@
 
 namespace kestrel::headless {
 
-/// Notices nothing by itself: the user of the platform raises `Changed`.
+/// Notices nothing by itself: the user of the platform raises the events.
 class FolderNotices final : public WindowOf<kestrel::FolderNotices> {
  public:
   using WindowOf::WindowOf;

@@ -39,6 +39,10 @@ struct SubfolderWatch::Inside {
   std::map<int, std::set<fs::path>> folders;
   std::set<fs::path> changed;
   std::set<fs::path> lost;  ///< vanished, and not found again
+  std::vector<Renaming> renamings;
+  /// The first half of a renaming, whose second half is the next event.
+  std::uint32_t movedCookie = 0;
+  fs::path movedFrom;
 
   void add(const fs::path& folder) {
     const int number = ::inotify_add_watch(events.number(), folder.c_str(), kEvents);
@@ -62,7 +66,16 @@ struct SubfolderWatch::Inside {
       folders.erase(watched);
     } else if ((event.mask & IN_ISDIR) != 0 || mayBeLink(event, *watched->second.begin() / name)) {
       changed.insert(watched->second.begin(), watched->second.end());
+      noteRenaming(event, *watched->second.begin() / name);
     }
+  }
+
+  void noteRenaming(const inotify_event& event, const fs::path& entry) {
+    if ((event.mask & IN_MOVED_TO) != 0 && event.cookie == movedCookie && !movedFrom.empty()) {
+      renamings.push_back({movedFrom, entry});
+    }
+    movedCookie = event.cookie;
+    movedFrom = (event.mask & IN_MOVED_FROM) != 0 ? entry : fs::path();
   }
 
   /// A link may lead to a folder. What it was cannot be known after it has gone.
@@ -102,6 +115,7 @@ int SubfolderWatch::descriptor() const { return inside_->events.number(); }
 
 std::vector<fs::path> SubfolderWatch::read() {
   Inside& inside = *inside_;
+  inside.renamings.clear();
   alignas(inotify_event) std::array<char, std::size_t{16} << 10> buffer;
   for (;;) {
     const ssize_t size = ::read(inside.events.number(), buffer.data(), buffer.size());
@@ -116,5 +130,7 @@ std::vector<fs::path> SubfolderWatch::read() {
   const std::set<fs::path> changed = std::exchange(inside.changed, {});
   return {changed.begin(), changed.end()};
 }
+
+const std::vector<SubfolderWatch::Renaming>& SubfolderWatch::renamings() const { return inside_->renamings; }
 
 }  // namespace kestrel::os

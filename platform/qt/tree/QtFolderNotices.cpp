@@ -15,8 +15,15 @@ constexpr int kDelayMilliseconds = 100;
 }  // namespace
 
 QtFolderNotices::QtFolderNotices(QWidget& widget, ControlId id) : WidgetControl(widget, std::move(id)) {
-  delay_.setInterval(kDelayMilliseconds);
-  delay_.setSingleShot(true);
+  for (QTimer* const delay : {&delay_, &mountDelay_}) {
+    delay->setInterval(kDelayMilliseconds);
+    delay->setSingleShot(true);
+  }
+  watchFolders();
+  watchMounts();
+}
+
+void QtFolderNotices::watchFolders() {
   QObject::connect(&delay_, &QTimer::timeout, receiver(), [this] { report(); });
   if (watch_.descriptor() < 0) return;
   readable_ = std::make_unique<QSocketNotifier>(watch_.descriptor(), QSocketNotifier::Read);
@@ -24,6 +31,13 @@ QtFolderNotices::QtFolderNotices(QWidget& widget, ControlId id) : WidgetControl(
     readable_->setEnabled(false);
     delay_.start();
   });
+}
+
+void QtFolderNotices::watchMounts() {
+  QObject::connect(&mountDelay_, &QTimer::timeout, receiver(), [this] { guarded([&] { DrivesChanged(); }); });
+  if (mounts_.descriptor() < 0) return;
+  mounted_ = std::make_unique<QSocketNotifier>(mounts_.descriptor(), QSocketNotifier::Exception);
+  QObject::connect(mounted_.get(), &QSocketNotifier::activated, &mountDelay_, qOverload<>(&QTimer::start));
 }
 
 void QtFolderNotices::Folders(const std::vector<std::string>& value) {
@@ -40,10 +54,12 @@ void QtFolderNotices::report() {
   if (readable_) readable_->setEnabled(true);
   std::vector<std::string> changed;
   for (const std::filesystem::path& folder : watch_.read()) changed.push_back(os::textOf(folder));
+  std::vector<FolderRenaming> renamed;
+  for (const auto& [from, to] : watch_.renamings()) renamed.push_back({os::textOf(from), os::textOf(to)});
   if (changed.empty()) return;
   // A folder that vanished is to be looked for again.
   watched_.clear();
-  guarded([&] { Changed(changed); });
+  guarded([&] { Changed(changed, renamed); });
 }
 
 }  // namespace kestrel::qt

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "imaging/contract/FolderNotices.h"
+#include "platform/os/MountWatch.h"
 #include "platform/os/SubfolderWatch.h"
 #include "platform/qt/controls/WidgetControl.h"
 
@@ -21,6 +22,8 @@ class QtFolderNotices final : public WidgetControl<FolderNotices> {
   void Folders(const std::vector<std::string>& value) override;
 
  private:
+  void watchFolders();
+  void watchMounts();
   void report();
 
   os::SubfolderWatch watch_;
@@ -28,6 +31,10 @@ class QtFolderNotices final : public WidgetControl<FolderNotices> {
   /// Null if the system refuses to watch.
   std::unique_ptr<QSocketNotifier> readable_;
   QTimer delay_;
+
+  os::MountWatch mounts_;
+  std::unique_ptr<QSocketNotifier> mounted_;
+  QTimer mountDelay_;
 };
 
 }  // namespace kestrel::qt

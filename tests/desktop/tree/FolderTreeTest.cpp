@@ -1,6 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sched.h>
+#include <sys/mount.h>
 
+#include <QTest>
 #include <filesystem>
 
 #include "TreeBench.h"
@@ -16,6 +19,8 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::Not;
 using testing::UnorderedElementsAre;
+
+constexpr int kLongestWait = 60'000;  // milliseconds
 
 /// The folder tree on the file system of this machine.
 class FolderTreeOnTheDesktop : public testing::Test {
@@ -176,6 +181,23 @@ TEST_F(FolderTreeOnTheDesktop, TenThousandFoldersAreArrangedOnce) {
   EXPECT_EQ(texts[2], "n2");
   EXPECT_EQ(texts[10], "n10");
   EXPECT_EQ(texts.back(), "n9999");
+}
+
+TEST_F(FolderTreeOnTheDesktop, NoticesThatFileSystemsAreMountedAndUnmounted) {
+  // From here on the mounts of this process are its own.
+  if (::unshare(CLONE_NEWNS) != 0 || ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) {
+    GTEST_SKIP() << "The system does not let this user mount.";
+  }
+  bench().folder("disk");
+  bench().start();
+  int notices = 0;
+  const Connection connection = bench().notices().DrivesChanged.Connect([&] { ++notices; });
+  const auto noticed = [&] { return notices > 0; };
+  ASSERT_EQ(::mount("none", home("disk").c_str(), "tmpfs", 0, nullptr), 0);
+  EXPECT_TRUE(QTest::qWaitFor(noticed, kLongestWait));
+  notices = 0;
+  ASSERT_EQ(::umount(home("disk").c_str()), 0);
+  EXPECT_TRUE(QTest::qWaitFor(noticed, kLongestWait));
 }
 
 TEST_F(FolderTreeOnTheDesktop, ANewFolderIsCreatedInTheSelectedOne) {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "browser/FolderTreeView.h"
+#include "imaging/contract/FolderNotices.h"
 #include "platform/qt/app/QtPlatform.h"
 #include "platform/qt/site/QtSite.h"
 #include "platform/qt/tree/FolderTreeWidget.h"
@@ -33,6 +34,7 @@ class TreeBench {
   qt::QtPlatform& platform() { return *platform_; }
   qt::FolderTreeWidget& widget() { return *widget_; }
   TreeView& tree() { return Bind<TreeView>(*site_, "tvwFolders"); }
+  FolderNotices& notices() { return Bind<FolderNotices>(*site_, "fnoFolders"); }
   qt::TreeWidget& view();
   qt::TreeModel& model() { return dynamic_cast<qt::TreeModel&>(*view().model()); }
   /// The item of a node; its parents must be expanded.

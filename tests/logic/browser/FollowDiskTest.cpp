@@ -23,9 +23,14 @@ class FollowedDisk : public FolderTreeTest {
   }
   headless::FolderNotices& notices() { return Bind<headless::FolderNotices>(site(), "fnoFolders"); }
   /// The platform has noticed changes in these folders.
-  void changed(const std::vector<std::string>& folders) { notices().Changed(folders); }
+  void changed(const std::vector<std::string>& folders) { notices().Changed(folders, {}); }
   void rename(const std::string& from, const std::string& to) {
     std::filesystem::rename(platform().files().host(from), platform().files().host(to));
+  }
+  /// The platform has noticed a renaming in C:\Pictures.
+  void renamed(const std::string& from, const std::string& to) {
+    rename(from, to);
+    notices().Changed({"C:\\Pictures"}, {{from, to}});
   }
 };
 
@@ -92,6 +97,34 @@ TEST_F(FollowedDisk, TheSelectedFolderKeepsItsNodeUntilAnotherIsSelected) {
   tree().click("C:\\PICTURES\\JUNE");
   EXPECT_THAT(tree().childTexts("C:\\PICTURES"), ElementsAre("June"));
   EXPECT_EQ(selectedKey(), "C:\\PICTURES\\JUNE");
+}
+
+TEST_F(FollowedDisk, ASelectedFolderThatIsRenamedIsSelectedByItsNewName) {
+  control().Path("C:\\Pictures\\May");
+  events();
+  renamed("C:\\Pictures\\May", "C:\\Pictures\\August");
+  EXPECT_EQ(selectedKey(), "C:\\PICTURES\\AUGUST");
+  EXPECT_EQ(control().Path(), "C:\\Pictures\\August\\");
+  EXPECT_THAT(tree().childTexts("C:\\PICTURES"), ElementsAre("August", "June"));
+  EXPECT_THAT(events(), Contains("FolderClick C:\\Pictures\\August\\"));
+}
+
+TEST_F(FollowedDisk, ASelectedFolderBelowOneThatIsRenamedIsSelectedThere) {
+  control().Path("C:\\Pictures\\May\\raw");
+  renamed("C:\\Pictures\\May", "C:\\Pictures\\August");
+  EXPECT_EQ(selectedKey(), "C:\\PICTURES\\AUGUST\\RAW");
+  EXPECT_EQ(control().Path(), "C:\\Pictures\\August\\raw\\");
+  EXPECT_FALSE(has("C:\\PICTURES\\MAY"));
+}
+
+TEST_F(FollowedDisk, TheSelectionStaysWhenAnotherFolderIsRenamed) {
+  control().Path("C:\\Pictures\\May");
+  folder("C:\\Pictures\\Ma");
+  changed({"C:\\Pictures"});
+  events();
+  renamed("C:\\Pictures\\Ma", "C:\\Pictures\\August");
+  EXPECT_EQ(control().Path(), "C:\\Pictures\\May\\");
+  EXPECT_THAT(events(), IsEmpty());
 }
 
 TEST_F(FollowedDisk, ASelectedFolderThatCameBackStays) {
@@ -178,6 +211,24 @@ TEST_F(FollowedDisk, DrivesThatWereNeverListedAreNotReadOnRequest) {
   EXPECT_THAT(shell().reads(), Not(Contains("D:\\")));
 }
 
+TEST_F(FollowedDisk, DrivesComeAndGoWithTheSystems) {
+  const std::vector<headless::Drive> before = platform().files().drives();
+  std::vector<headless::Drive> more = before;
+  more.push_back({'E', kDriveRemovable, "CAMERA", "", true});
+  platform().files().drives(more);
+  folder("E:\\DCIM");
+  notices().DrivesChanged();
+  EXPECT_TRUE(has("E:"));
+  EXPECT_EQ(node("E:").Children(), 1);
+  EXPECT_THAT(shell().reads(), Not(Contains("A:\\"))) << "a floppy is read by a click only";
+  platform().files().drives(before);
+  notices().DrivesChanged();
+  EXPECT_FALSE(has("E:"));
+  EXPECT_TRUE(has("C:"));
+  EXPECT_EQ(selectedKey(), "C:\\PICTURES");
+  EXPECT_THAT(events(), IsEmpty());
+}
+
 TEST_F(FollowedDisk, TheTreeIsPausedMeanwhile) {
   std::vector<bool> calls;
   tree().onRedraw = [&](bool resumes) { calls.push_back(resumes); };
@@ -209,7 +260,7 @@ class FollowedCaseSensitiveDisk : public FolderTreeTest {
     control().Path(top_);
     ASSERT_EQ(control().Path(), top_ + "/");
   }
-  void changed() { Bind<headless::FolderNotices>(site(), "fnoFolders").Changed({top_}); }
+  void changed() { Bind<headless::FolderNotices>(site(), "fnoFolders").Changed({top_}, {}); }
   std::vector<std::string> texts() { return tree().childTexts(selectedKey()); }
 
   std::string top_;

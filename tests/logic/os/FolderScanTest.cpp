@@ -201,5 +201,21 @@ TEST_P(FolderScanOfAll, ExaminesOnePathAsTheListingDoes) {
   EXPECT_EQ(examineEntry(folder_ / "missing", entry)->problem, FileProblem::kMissing);
 }
 
+TEST(ExaminedEntry, HasTheTimeOfItsLastChangeOfPermissionsToo) {
+  const Folder folder;
+  folder.put("file", "x");
+  FolderEntry before, now;
+  ASSERT_FALSE(examineEntry(folder / "file", before).has_value());
+  // The clock of a file system has coarse steps.
+  do {
+    ASSERT_EQ(chmod((folder / "file").c_str(), 0600), 0);
+    ASSERT_FALSE(examineEntry(folder / "file", now).has_value());
+  } while (now.changed == before.changed);
+  EXPECT_GT(now.changed, before.changed);
+  EXPECT_EQ(now.modified, before.modified);
+  EXPECT_EQ(now.id, before.id);
+  EXPECT_EQ(listed(folder.path(), ScanDetail::kAll).at("file").changed, now.changed);
+}
+
 }  // namespace
 }  // namespace kestrel::os

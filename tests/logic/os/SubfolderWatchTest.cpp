@@ -11,6 +11,7 @@ namespace {
 namespace fs = std::filesystem;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Pair;
 
 /// Two folders, one and two, are watched. What happened is reported at once.
 class SubfolderWatchTest : public testing::Test {
@@ -38,6 +39,26 @@ TEST_F(SubfolderWatchTest, ReportsFoldersWhoseSubfoldersComeGoAndGetOtherNames) 
   EXPECT_THAT(watch_.read(), ElementsAre(two_));
   fs::create_directory_symlink(one_, two_ / "link");
   EXPECT_THAT(watch_.read(), ElementsAre(two_));
+}
+
+TEST_F(SubfolderWatchTest, HasTheOldAndTheNewPathsOfRenamedFolders) {
+  const auto renamings = [this] {
+    std::vector<std::pair<fs::path, fs::path>> pairs;
+    for (const auto& [from, to] : watch_.renamings()) pairs.emplace_back(from, to);
+    return pairs;
+  };
+  fs::create_directory(one_ / "a");
+  folder_.put("one/file", "x");
+  fs::rename(one_ / "a", one_ / "b");
+  fs::rename(one_ / "file", one_ / "other");
+  fs::rename(one_ / "b", two_ / "c");
+  watch_.read();
+  EXPECT_THAT(renamings(), ElementsAre(Pair(one_ / "a", one_ / "b"), Pair(one_ / "b", two_ / "c")));
+  fs::rename(two_ / "c", folder_ / "out");
+  fs::create_directory(one_ / "d");
+  fs::rename(folder_ / "out", one_ / "in");
+  watch_.read();
+  EXPECT_THAT(renamings(), IsEmpty()) << "it left the watched folders";
 }
 
 TEST_F(SubfolderWatchTest, DoesNotReportFiles) {
