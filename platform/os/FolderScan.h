@@ -33,6 +33,9 @@ struct FolderEntry {
   /// The entry's own, or its target's for a link; zero where `ScanDetail::kKind` was asked for.
   std::uint64_t size = 0;     ///< bytes
   std::int64_t modified = 0;  ///< nanoseconds since 1970-01-01 UTC
+  /// When content, name or permissions changed last, in the same unit. Programs cannot set it. File systems
+  /// without such a time have another one here, which renaming does not change.
+  std::int64_t changed = 0;
   FileId id;
 };
 

@@ -19,6 +19,8 @@ constexpr std::string_view kUri = "Thumb::URI", kTime = "Thumb::MTime", kSize = 
 /// The standard's time has whole seconds. A file that is saved twice in one second has a thumbnail of its
 /// first version there.
 constexpr std::string_view kNanoseconds = "X-Kestrel::MTimeNanoseconds";
+/// Number and time of change of the file, for one that was replaced by another of equal time and size.
+constexpr std::string_view kFile = "X-Kestrel::File";
 constexpr std::string_view kReason = "X-Kestrel::Reason";
 
 constexpr std::int64_t kPerSecond = 1'000'000'000;
@@ -58,6 +60,20 @@ template <typename Number>
 bool agrees(const std::vector<KeyedText>& texts, std::string_view key, Number expected) {
   const std::string* const text = find(texts, key);
   return text == nullptr || numberOf<Number>(text) == expected;
+}
+
+std::string fileTextOf(const FileVersion& file) {
+  return std::to_string(file.inode) + ' ' + std::to_string(file.changed);
+}
+
+/// True if the entry does not have them.
+bool isSameFile(const std::vector<KeyedText>& texts, const FileVersion& file) {
+  const std::string* const text = find(texts, kFile);
+  if (text == nullptr) return true;
+  const std::string now = fileTextOf(file);
+  const std::size_t before = text->find(' '), current = now.find(' ');
+  if (before == std::string::npos) return false;
+  return text->substr(0, before) == now.substr(0, current) || text->substr(before) == now.substr(current);
 }
 
 Size pictureSizeOf(const std::vector<KeyedText>& texts) {
@@ -108,7 +124,7 @@ std::optional<CacheEntry> readEntry(engine::Bytes data, const std::string& uri, 
   const Time time = timeOf(file);
   if (entryUri == nullptr || *entryUri != uri || find(texts, kTime) == nullptr ||
       !agrees(texts, kTime, time.seconds) || !agrees(texts, kNanoseconds, time.nanoseconds) ||
-      !agrees(texts, kSize, file.size)) {
+      !agrees(texts, kSize, file.size) || !isSameFile(texts, file)) {
     return std::nullopt;
   }
   CacheEntry entry;
@@ -130,6 +146,7 @@ std::vector<std::uint8_t> writeEntry(const engine::Bitmap& bitmap, const std::st
   add(kTime, std::to_string(time.seconds));
   add(kNanoseconds, std::to_string(time.nanoseconds));
   add(kSize, std::to_string(file.size));
+  add(kFile, fileTextOf(file));
   add(kMimeType, std::string(mimeTypeOf(file.path)));
   if (pictureSize.Width > 0 && pictureSize.Height > 0) {
     add(kWidth, std::to_string(pictureSize.Width));

@@ -14,9 +14,10 @@ namespace kestrel::thumbnails {
 /// with the other programs of the desktop, and never cleaned up here.
 ///
 /// Entries are used if they are complete, name the file by its URI, and have its modification time (to the
-/// nanosecond if this program wrote them, else to the second) and its size if they have one. An entry that
-/// does not fit is replaced. Read-only shared repositories (".sh_thumbnails" in the folder of the file) are
-/// read where the user's own cache has nothing.
+/// nanosecond if this program wrote them, else to the second) and its size if they have one. An entry of this
+/// program is not used for another file that was put in its file's place with the same time and size. An
+/// entry that does not fit is replaced. Read-only shared repositories (".sh_thumbnails" in the folder of the
+/// file) are read where the user's own cache has nothing.
 ///
 /// Nothing is read or written for files that the user cannot read, for files in the cache, and for relative
 /// paths. Pictures of at most 128 by 128 pixels are not kept.

@@ -174,6 +174,8 @@ class FolderLoader::State final : public Workers::Source, public std::enable_sha
     const std::lock_guard lock(mutex_);
     if (!isCurrent(visit)) return;
     reading_ = false;
+    // It went during the listing, which may have found all of its files.
+    if (watchEnded_) listing = {{}, kFolderGone, true};
     // The listing covers what was found before it.
     inbox_.changes.clear();
     if (!listing.problem.empty()) mustAwait_ = true;

@@ -11,13 +11,18 @@
 
 namespace kestrel::thumbnails {
 
-/// A file in a folder that may be a picture.
+/// A file in a folder that may be a picture. The members are those of `os::FolderEntry`.
 struct FoundFile {
   std::filesystem::path name;
   std::uint64_t size = 0;     ///< bytes
   std::int64_t modified = 0;  ///< nanoseconds since 1970-01-01 UTC
+  std::int64_t changed = 0;
   os::FileId id;
 };
+
+/// Whether both are one file with the same content, by all that is known without reading it. False where in
+/// doubt, for example after a change of permissions.
+bool sameVersion(const FoundFile& one, const FoundFile& other);
 
 /// Identifies one version of a file to the loader; not 0 and not used again.
 using FileKey = std::uint64_t;
@@ -25,9 +30,7 @@ using FileKey = std::uint64_t;
 /// A thumbnail to load.
 struct LoadRequest {
   FileKey key = 0;
-  std::filesystem::path name;  ///< in the folder
-  std::uint64_t size = 0;
-  std::int64_t modified = 0;
+  FoundFile file;
   std::int32_t side = 0;  ///< longest side in pixels
   /// False if it only has to be made and kept in the store: then the result may have no bitmap.
   bool bitmap = true;
@@ -41,6 +44,7 @@ struct LoadResult {
   std::int32_t side = 0;  ///< of the request
   bool canceled = false;  ///< there is no result: the request was no longer wanted
   bool broken = false;    ///< the notice has the reason
+  bool mayPass = false;   ///< the reason is none of the file's content, such as a denied permission
   engine::Bitmap bitmap;
   Size pictureSize;
   std::string notice;

@@ -40,10 +40,19 @@ std::optional<FoundFile> examined(FolderAccess& access, const fs::path& folder, 
   if (!isCandidate(name) || access.examine(folder / name, entry) || entry.kind != os::EntryKind::kRegular) {
     return std::nullopt;
   }
-  return FoundFile{name, entry.size, entry.modified, entry.id};
+  return foundFile(std::move(entry));
 }
 
 }  // namespace
+
+FoundFile foundFile(os::FolderEntry entry) {
+  return {std::move(entry.name), entry.size, entry.modified, entry.changed, entry.id};
+}
+
+bool sameVersion(const FoundFile& one, const FoundFile& other) {
+  return one.size == other.size && one.modified == other.modified && one.changed == other.changed &&
+         one.id == other.id;
+}
 
 FolderListing listFolder(FolderAccess& access, const fs::path& folder,
                          const std::function<bool()>& canceled) {
@@ -51,7 +60,7 @@ FolderListing listFolder(FolderAccess& access, const fs::path& folder,
   const auto failure = access.scan(folder, [&](os::FolderEntry&& entry) {
     if (canceled()) return false;
     if (entry.kind == os::EntryKind::kRegular && isCandidate(entry.name)) {
-      listing.files.push_back({std::move(entry.name), entry.size, entry.modified, entry.id});
+      listing.files.push_back(foundFile(std::move(entry)));
     }
     return true;
   });

@@ -11,6 +11,12 @@
 /// Reading a folder on a worker thread.
 namespace kestrel::thumbnails {
 
+/// Shown in place of a folder that was there.
+inline constexpr const char* kFolderGone = "The folder no longer exists.";
+
+/// `entry` as the view knows it.
+FoundFile foundFile(os::FolderEntry entry);
+
 struct FolderListing {
   std::vector<FoundFile> files;  ///< in natural order
   std::string problem;           ///< for the user; empty if the folder was read to its end

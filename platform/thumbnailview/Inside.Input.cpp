@@ -83,6 +83,15 @@ void ThumbnailViewModel::Inside::endGesture() {
   if (shown != Rectangle{}) view.invalidate(shown);
 }
 
+void ThumbnailViewModel::Inside::followGesture(const ListChange& change) {
+  if (gesture == Gesture::kBand) {
+    band.remap(change.places, list.count());
+  } else if (gesture == Gesture::kItem) {
+    pressed = change.places[static_cast<std::size_t>(pressed)];
+    if (pressed < 0) endGesture();
+  }
+}
+
 std::int32_t ThumbnailViewModel::hitTest(Point position) const {
   const Arrangement& arrangement = inside_->arrangement;
   const Rectangle large = arrangement.large();

@@ -4,6 +4,7 @@
 #include <system_error>
 #include <utility>
 
+#include "FolderReading.h"
 #include "Inside.h"
 
 namespace kestrel::thumbnails {
@@ -87,7 +88,7 @@ void ThumbnailViewModel::Inside::finishIfComplete() {
 }
 
 LoadRequest ThumbnailViewModel::Inside::requestFor(const Item& item, std::int32_t atSide, bool bitmap) const {
-  return {item.key, item.file.name, item.file.size, item.file.modified, atSide, bitmap};
+  return {item.key, item.file, atSide, bitmap};
 }
 
 // ---------------------------------------------------------------------------------------------- listing
@@ -121,7 +122,7 @@ void ThumbnailViewModel::Inside::listed(std::vector<FoundFile> files, const std:
 }
 
 void ThumbnailViewModel::Inside::changed(Changes changes) {
-  if (changes.folderGone) setProblem("The folder no longer exists.");
+  if (changes.folderGone) setProblem(kFolderGone);
   const ListChange change = changes.folderGone ? list.replace({}) : list.apply(std::move(changes));
   follow(change);
   requestFresh(change);
@@ -147,6 +148,11 @@ std::int32_t ThumbnailViewModel::Inside::focusAfter(const ListChange& change) co
 
 void ThumbnailViewModel::Inside::follow(const ListChange& change) {
   std::vector<FileKey> removed = change.gone;
+  // A file may have got another name first, and then another version.
+  for (const auto& [before, after] : change.renamed) {
+    removed.push_back(before);
+    large.rename(before, after);
+  }
   for (const auto& [before, after] : change.renewed) {
     removed.push_back(before);
     large.renew(before, after);
@@ -154,11 +160,12 @@ void ThumbnailViewModel::Inside::follow(const ListChange& change) {
   loader.remove(removed);
   if (!change.any) return;
 
-  endGesture();
+  const std::int64_t scrollBefore = scroll;
   const bool hadSelection = selection.count() > 0, focusShown = visible().contains(focus);
   const std::int32_t focusBefore = focus;
   const bool focusGone = focus >= 0 && change.places[static_cast<std::size_t>(focus)] < 0;
   selection.remap(change.places, list.count());
+  followGesture(change);
   focus = focusAfter(change);
   // After a command has deleted or moved the selected files, the user goes on with the next one.
   if (hadSelection && selection.count() == 0 && focus >= 0) selection.only(focus);
@@ -177,6 +184,11 @@ void ThumbnailViewModel::Inside::follow(const ListChange& change) {
   // The anchor itself may be gone.
   const auto kept = anchor.lock();
   if (!kept || kept->place < 0) anchorView();
+  if (gesture == Gesture::kBand) {
+    // It stays where the user began it.
+    band.shift(scroll - scrollBefore);
+    updateBand(pointer);
+  }
   selectShown();
   invalidateAll();
   view.scrollChanged();
@@ -192,7 +204,7 @@ void ThumbnailViewModel::Inside::requestFresh(const ListChange& change) {
       if (item->place < 0) continue;
       // What comes after the load raises no event.
       if (phase == Phase::kDone) item->counted = true;
-      requests.push_back(requestFor(*item, side, false));
+      if (item->needs(side)) requests.push_back(requestFor(*item, side, false));
     }
     loader.add(std::move(requests));
   }
@@ -242,6 +254,7 @@ void ThumbnailViewModel::Inside::readAgain(Item& item, LoadResult& result) {
   item.staleReads = 0;
   LoadResult busy;
   busy.broken = true;
+  busy.mayPass = true;
   busy.notice = "The file is being changed.";
   accept(item, busy);
   invalidateItem(item);
@@ -261,6 +274,7 @@ void ThumbnailViewModel::Inside::accept(Item& item, LoadResult& result) {
   if (result.broken) {
     item.state = ItemState::kBroken;
     item.madeSide = Item::kFinal;
+    item.mayPass = result.mayPass;
     if (item.notice.empty()) item.notice = "The picture cannot be read.";
     pictures.put(item, {});
     loader.remove({item.key});

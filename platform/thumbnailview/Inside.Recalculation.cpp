@@ -47,10 +47,12 @@ void ThumbnailViewModel::Inside::startRecalculation() {
   starting = false;
   if (cancel) {
     // The thumbnails stay as they are, enlarged where that is needed.
-    side = 0;
+    std::int32_t largest = 0;
     for (const auto& item : list.items()) {
-      if (item->madeSide != Item::kFinal) side = std::max(side, item->madeSide);
+      if (item->madeSide != Item::kFinal) largest = std::max(largest, item->madeSide);
     }
+    // Without any the next ones are made at the new size.
+    if (largest > 0) side = largest;
     updateWanted();
     static_cast<void>(endRecalculation());
     return;

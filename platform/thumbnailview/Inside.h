@@ -129,6 +129,8 @@ struct ThumbnailViewModel::Inside final : FolderLoader::Listener {
   std::int32_t beyond(Point position) const;
   void setAutoScroll(bool on);
   void endGesture();
+  /// After a change of the list: a press on an item that is gone ends, all else goes on.
+  void followGesture(const ListChange& change);
   void moveTo(std::int32_t item, std::int32_t modifiers);
   bool escape();
   bool space(std::int32_t modifiers);

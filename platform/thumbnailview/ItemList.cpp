@@ -10,10 +10,6 @@
 namespace kestrel::thumbnails {
 namespace {
 
-bool sameVersion(const FoundFile& left, const FoundFile& right) {
-  return left.size == right.size && left.modified == right.modified;
-}
-
 bool nameLess(const std::filesystem::path& left, const std::filesystem::path& right) {
   return NaturalLess(os::textOf(left), os::textOf(right));
 }
@@ -42,21 +38,35 @@ std::shared_ptr<Item> ItemList::make(FoundFile found, ListChange& change) {
   return item;
 }
 
-void ItemList::renew(Item& item, FoundFile found, ListChange& change) {
+std::pair<FileKey, FileKey> ItemList::rekey(Item& item, ListChange& change) {
   const auto node = byKey_.find(item.key);
   const auto shared = node->second.lock();
   byKey_.erase(node);
   const FileKey before = std::exchange(item.key, ++lastKey_);
-  change.renewed.emplace_back(before, item.key);
+  byKey_.emplace(item.key, shared);
+  change.fresh.push_back(shared);
+  return {before, item.key};
+}
+
+void ItemList::renew(Item& item, FoundFile found, ListChange& change) {
+  change.renewed.push_back(rekey(item, change));
   item.file = std::move(found);
   item.bitmapSide = 0;
   item.madeSide = 0;
-  byKey_.emplace(item.key, shared);
-  change.fresh.push_back(shared);
+  item.mayPass = false;
+}
+
+void ItemList::rename(Item& item, FoundFile found, ListChange& change) {
+  change.renamed.push_back(rekey(item, change));
+  change.any = true;
+  item.file.name = std::move(found.name);
+  // The renaming itself sets the time `changed`.
+  if (item.file.id == found.id) item.file.changed = found.changed;
 }
 
 void ItemList::update(Item& item, FoundFile found, ListChange& change) {
-  if (sameVersion(item.file, found)) return;
+  // A permission may have come back, or the file's writer may have finished.
+  if (sameVersion(item.file, found) && !item.mayPass) return;
   item.staleReads = 0;
   renew(item, std::move(found), change);
 }
@@ -124,6 +134,7 @@ ListChange ItemList::apply(FolderLoader::Listener::Changes changes) {
     return items_[static_cast<std::size_t>(place)];
   };
 
+  std::vector<std::pair<std::shared_ptr<Item>, FoundFile>> renamings;
   for (auto& renamed : changes.renamed) {
     // Two names of one file stay as they are.
     if (renamed.from == renamed.to.name) continue;
@@ -133,8 +144,8 @@ ListChange ItemList::apply(FolderLoader::Listener::Changes changes) {
       changes.changed.push_back(std::move(renamed.to));
       continue;
     }
-    const auto name = renamed.to.name;
-    inserted.emplace(name, item);
+    inserted.emplace(renamed.to.name, item);
+    renamings.emplace_back(item, std::move(renamed.to));
   }
   // The list is searched by its order, so names change when the searching is over.
   std::vector<std::pair<std::shared_ptr<Item>, FoundFile>> updates;
@@ -151,7 +162,10 @@ ListChange ItemList::apply(FolderLoader::Listener::Changes changes) {
     }
   }
   for (const auto& name : changes.gone) take(name);
-  for (const auto& [name, item] : inserted) item->file.name = name;
+  for (auto& [item, file] : renamings) {
+    const auto last = inserted.find(file.name);
+    if (last != inserted.end() && last->second == item) rename(*item, std::move(file), change);
+  }
   for (auto& [item, file] : updates) update(*item, std::move(file), change);
 
   Items added;
@@ -160,15 +174,22 @@ ListChange ItemList::apply(FolderLoader::Listener::Changes changes) {
     return nameLess(left->file.name, right->file.name);
   };
   std::sort(added.begin(), added.end(), inOrder);
-  Items items;
-  items.reserve(items_.size() + added.size());
+  Items kept;
+  kept.reserve(items_.size());
   for (const auto& item : items_) {
-    if (!taken[static_cast<std::size_t>(item->place)]) items.push_back(item);
+    if (!taken[static_cast<std::size_t>(item->place)]) kept.push_back(item);
   }
+  Items items;
+  items.reserve(kept.size() + added.size());
   // A search for each added item costs less than comparisons along the whole list.
-  for (auto item = added.rbegin(); item != added.rend(); ++item) {
-    items.insert(std::upper_bound(items.begin(), items.end(), *item, inOrder), *item);
+  auto next = kept.begin();
+  for (const auto& item : added) {
+    const auto place = std::upper_bound(next, kept.end(), item, inOrder);
+    items.insert(items.end(), next, place);
+    items.push_back(item);
+    next = place;
   }
+  items.insert(items.end(), next, kept.end());
   become(std::move(items), change);
   return change;
 }

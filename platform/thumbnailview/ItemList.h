@@ -49,6 +49,7 @@ class Item final : public kestrel::Thumbnail {
   std::int32_t madeSide = 0;    ///< the size at which the thumbnail was made, with or without a bitmap here
   bool counted = false;         ///< reported as loaded in this load
   bool remaking = false;        ///< is to be reported as recalculated
+  bool mayPass = false;         ///< broken for a reason that is none of the file's content
   std::int32_t staleReads = 0;  ///< how often in a row the file had changed while it was read
 
  private:
@@ -59,13 +60,15 @@ class Item final : public kestrel::Thumbnail {
 struct ListChange {
   /// The new place of each item by its old one, -1 for one that is gone.
   std::vector<std::int32_t> places;
-  /// Items that are new or have another version, in no order.
+  /// Items that are new, or have another version or name, in no order.
   std::vector<std::shared_ptr<Item>> fresh;
   /// Keys of the items that are gone.
   std::vector<FileKey> gone;
   /// The old and the new key of each file that has another version.
   std::vector<std::pair<FileKey, FileKey>> renewed;
-  bool any = false;  ///< whether items came, went or moved
+  /// The same of each file that has another name.
+  std::vector<std::pair<FileKey, FileKey>> renamed;
+  bool any = false;  ///< whether items came, went, moved or got other names
 };
 
 /// The items of a folder in natural order of their names.
@@ -92,6 +95,11 @@ class ItemList {
 
  private:
   std::shared_ptr<Item> make(FoundFile found, ListChange& change);
+  /// Gives an item another key, so that nothing that was asked for with the old one can arrive.
+  std::pair<FileKey, FileKey> rekey(Item& item, ListChange& change);
+  /// The item of a file that got another name: what is shown of it stays, what is still to be loaded must be
+  /// asked for by the new name.
+  void rename(Item& item, FoundFile found, ListChange& change);
   /// The place of a name, -1 if there is none.
   std::int32_t placeOf(const std::filesystem::path& name) const;
   /// Renews or confirms the item of a file that is in the list.

@@ -70,6 +70,10 @@ void LargePictures::renew(FileKey from, FileKey to) {
   }
 }
 
+void LargePictures::rename(FileKey from, FileKey to) {
+  if (Entry* const entry = entryOf(from)) entry->key = to;
+}
+
 void LargePictures::clear() {
   entries_.clear();
   side_ = 0;

@@ -33,6 +33,8 @@ class LargePictures {
   const Picture* find(FileKey key) const;
   /// A file has another version: the picture of the old one is shown until the new one is loaded.
   void renew(FileKey from, FileKey to);
+  /// A file has another name and the same content.
+  void rename(FileKey from, FileKey to);
   void clear();
 
  private:

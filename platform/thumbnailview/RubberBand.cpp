@@ -32,6 +32,16 @@ void RubberBand::update(const Arrangement& arrangement, std::int64_t scroll, Poi
                         [&](std::int32_t item) { selection.set(item, !inverts_ || !base_.contains(item)); });
 }
 
+void RubberBand::remap(const std::vector<std::int32_t>& places, std::int32_t count) {
+  before_.remap(places, count);
+  base_.remap(places, count);
+}
+
+void RubberBand::shift(std::int64_t distance) {
+  from_.along += distance;
+  to_.along += distance;
+}
+
 Rectangle RubberBand::rectangle(const Arrangement& arrangement, std::int64_t scroll) const {
   if (!active_) return {};
   const ContentArea band = area();

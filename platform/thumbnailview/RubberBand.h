@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "Arrangement.h"
 #include "Selection.h"
@@ -18,6 +19,10 @@ class RubberBand {
   /// The other corner is at this position of the viewport. Changes the selection.
   void update(const Arrangement& arrangement, std::int64_t scroll, Point position, Selection& selection);
   void end() { active_ = false; }
+  /// Follows a change of the list, as `Selection::remap`.
+  void remap(const std::vector<std::int32_t>& places, std::int32_t count);
+  /// The content under the band was moved by this distance along the scroll axis.
+  void shift(std::int64_t distance);
   /// The selection as it was before the band.
   const Selection& before() const { return before_; }
 

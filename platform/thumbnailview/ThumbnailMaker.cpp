@@ -5,6 +5,7 @@
 #include <iterator>
 #include <utility>
 
+#include "FolderReading.h"
 #include "base/DescribedError.h"
 #include "base/RuntimeError.h"
 
@@ -21,11 +22,11 @@ bool ThumbnailMaker::isCurrent(const std::filesystem::path& path, const LoadRequ
                                LoadResult& result) const {
   os::FolderEntry entry;
   const bool exists = !access_->examine(path, entry) && entry.kind == os::EntryKind::kRegular;
-  if (exists && entry.size == request.size && entry.modified == request.modified) return true;
+  FoundFile found = exists ? foundFile(std::move(entry)) : FoundFile{};
+  if (exists && sameVersion(found, request.file)) return true;
   result.stale = true;
   result.bitmap = {};
-  result.found = {};
-  if (exists) result.found = {request.name, entry.size, entry.modified, entry.id};
+  result.found = std::move(found);
   return false;
 }
 
@@ -44,7 +45,7 @@ bool ThumbnailMaker::readStore(const FileVersion& file, const LoadRequest& reque
 
 void ThumbnailMaker::decode(const FileVersion& file, const LoadRequest& request, LoadResult& result) const {
   result.broken = false;
-  bool isPicture = true;
+  result.mayPass = false;
   try {
     auto decoded = access_->decode(file.path, request.side, request.canceled);
     if (!decoded) {
@@ -62,13 +63,12 @@ void ThumbnailMaker::decode(const FileVersion& file, const LoadRequest& request,
     const DescribedError error = DescribeCurrentError();
     result.broken = true;
     result.notice = error.Description;
-    // Other failures, such as a denied permission, may pass.
-    isPicture = error.Number != err::kInvalidPicture;
+    result.mayPass = error.Number != err::kInvalidPicture;
   }
   if (!isCurrent(file.path, request, result) || !store_) return;
-  if (!isPicture) {
-    store_->putFailed(file, result.notice);
-  } else if (!result.broken && result.notice.empty() && isStoredSide(request.side)) {
+  if (result.broken) {
+    if (!result.mayPass) store_->putFailed(file, result.notice);
+  } else if (result.notice.empty() && isStoredSide(request.side)) {
     store_->put(file, request.side, result.bitmap, result.pictureSize);
   }
 }
@@ -79,12 +79,14 @@ LoadResult ThumbnailMaker::make(const std::filesystem::path& folder,
   result.key = request.key;
   result.side = request.side;
   try {
-    const FileVersion file{folder / request.name, request.modified, request.size};
+    const FoundFile& found = request.file;
+    const FileVersion file{folder / found.name, found.modified, found.size, found.id.inode, found.changed};
     if (!isCurrent(file.path, request, result) || readStore(file, request, result)) return result;
     decode(file, request, result);
   } catch (const std::exception&) {
     // Out of memory, outside the decoder, which reports its own errors.
     result.broken = true;
+    result.mayPass = true;
   }
   return result;
 }

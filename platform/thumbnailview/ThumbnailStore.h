@@ -9,11 +9,14 @@
 
 namespace kestrel::thumbnails {
 
-/// One version of a file: a thumbnail belongs to the file as long as all three are the same.
+/// One version of a file. A thumbnail belongs to it as long as path, time and size are the same, unless
+/// another file was put in its place: then both `inode` and `changed` differ.
 struct FileVersion {
   std::filesystem::path path;  ///< absolute
   std::int64_t modified = 0;   ///< nanoseconds since 1970-01-01 UTC
   std::uint64_t size = 0;      ///< bytes
+  std::uint64_t inode = 0;     ///< some file systems number their files anew when they are mounted
+  std::int64_t changed = 0;    ///< as `os::FolderEntry::changed`; permissions and links change it too
 
   bool operator==(const FileVersion&) const = default;
 };

@@ -28,6 +28,8 @@ int status(int folder, const char* name, struct stat& result, int flags) {
   return ::fstatat(folder, name, &result, flags | AT_NO_AUTOMOUNT);
 }
 
+std::int64_t nanosecondsOf(const timespec& time) { return time.tv_sec * kNanoseconds + time.tv_nsec; }
+
 /// False with errno set if there is no such entry.
 bool examine(int folder, const char* name, FolderEntry& entry) {
   struct stat found {};
@@ -37,7 +39,8 @@ bool examine(int folder, const char* name, FolderEntry& entry) {
   if (entry.isLink) status(folder, name, found, 0);
   entry.kind = kindOf(found.st_mode);
   entry.size = static_cast<std::uint64_t>(found.st_size);
-  entry.modified = found.st_mtim.tv_sec * kNanoseconds + found.st_mtim.tv_nsec;
+  entry.modified = nanosecondsOf(found.st_mtim);
+  entry.changed = nanosecondsOf(found.st_ctim);
   entry.id = {found.st_dev, found.st_ino};
   return true;
 }
@@ -48,6 +51,7 @@ bool examineKind(int folder, const dirent& item, FolderEntry& entry) {
     if (!examine(folder, item.d_name, entry)) return false;
     entry.size = 0;
     entry.modified = 0;
+    entry.changed = 0;
     entry.id = {};
     return true;
   }

@@ -70,8 +70,7 @@ class Run : public FolderLoader::Listener {
     times_.listed = Clock::now() - begin_;
     std::ranges::sort(files, {}, &FoundFile::name);
     std::vector<LoadRequest> requests;
-    for (FoundFile& file : files)
-      requests.push_back({requests.size() + 1, std::move(file.name), file.size, file.modified, side_, true});
+    for (FoundFile& file : files) requests.push_back({requests.size() + 1, std::move(file), side_, true});
     waiting_ = requests.size();
     done_ = requests.empty();
     loader_->want(std::move(requests), {});

@@ -38,6 +38,26 @@ TEST_F(CacheRules, DropsAThumbnailWhenTheSizeDiffers) {
   EXPECT_EQ(stateOf(photo), State::kMissing);
 }
 
+TEST_F(CacheRules, HasNothingForAnotherFileOfEqualSizeAndTime) {
+  FileVersion photo = file("photo.jpg");
+  FileVersion broken = file("broken.jpg");
+  for (FileVersion* const version : {&photo, &broken}) {
+    version->inode = 12;
+    version->changed = 5 * kSecond;
+  }
+  cache_.put(photo, 128, picture(128, 96), {4000, 3000});
+  cache_.putFailed(broken, "reason");
+  for (FileVersion* const version : {&photo, &broken}) version->inode = 120;
+  EXPECT_EQ(stateOf(photo), State::kKept) << "the file system was mounted again";
+  EXPECT_EQ(stateOf(broken), State::kFailed);
+  for (FileVersion* const version : {&photo, &broken}) version->changed = 6 * kSecond;
+  EXPECT_EQ(stateOf(photo), State::kMissing);
+  EXPECT_EQ(stateOf(broken), State::kMissing);
+  for (FileVersion* const version : {&photo, &broken}) version->inode = 12;
+  EXPECT_EQ(stateOf(photo), State::kKept) << "other permissions";
+  EXPECT_EQ(stateOf(broken), State::kFailed);
+}
+
 TEST_F(CacheRules, DropsAFailureWhenTheFileDiffers) {
   FileVersion broken = file("broken.jpg");
   cache_.putFailed(broken, "reason");

@@ -30,6 +30,9 @@ class FakeAccess final : public FolderAccess {
     std::int64_t modified = 1;
     std::uint8_t shade = 0;
     bool broken = false;
+    bool denied = false;
+    std::int64_t changed = 1;
+    std::uint64_t inode = 0;
     os::EntryKind kind = os::EntryKind::kRegular;
   };
 
@@ -43,6 +46,11 @@ class FakeAccess final : public FolderAccess {
   void remove(const std::string& name) {
     const std::lock_guard lock(mutex_);
     files_.erase(name);
+  }
+  void rename(const std::string& from, const std::string& to) {
+    const std::lock_guard lock(mutex_);
+    files_[to] = files_.at(from);
+    files_.erase(from);
   }
   void fail(std::optional<os::FileFailure> failure) {
     const std::lock_guard lock(mutex_);
@@ -106,6 +114,11 @@ class FakeAccess final : public FolderAccess {
     const std::lock_guard lock(mutex_);
     return watcher_ != nullptr;
   }
+  /// Called once on the worker's thread in the next listing, after its last entry.
+  void inNextScan(std::function<void()> call) {
+    const std::lock_guard lock(mutex_);
+    inScan_ = std::move(call);
+  }
   /// Called on the worker's thread at the end of each decoder, before its result is judged. It may raise.
   void atEndOfDecode(std::function<void(const std::string& name)> call) {
     const std::lock_guard lock(mutex_);
@@ -132,21 +145,37 @@ class FakeAccess final : public FolderAccess {
     report(std::move(changes));
   }
 
+  void reportRenamed(const std::vector<std::pair<std::string, std::string>>& renamings) {
+    os::FolderChanges changes;
+    for (const auto& [from, to] : renamings) {
+      changes.changes.push_back({os::FolderChange::Kind::kRenamed, to, from});
+    }
+    report(std::move(changes));
+  }
+  void reportFolderGone() {
+    os::FolderChanges changes;
+    changes.folderGone = true;
+    report(std::move(changes));
+  }
+
   // The view's side.
 
   std::optional<os::FileFailure> scan(const std::filesystem::path& /*folder*/,
                                       const std::function<bool(os::FolderEntry&&)>& visit) override {
     std::map<std::string, File> files;
     std::optional<os::FileFailure> failure;
+    std::function<void()> inScan;
     {
       const std::lock_guard lock(mutex_);
       ++scans_;
       files = files_;
       failure = failure_;
+      inScan = std::exchange(inScan_, nullptr);
     }
     for (const auto& [name, file] : files) {
       if (!visit(entryOf(name, file))) return os::FileFailure{os::FileProblem::kCanceled};
     }
+    if (inScan) inScan();
     return failure;
   }
 
@@ -195,6 +224,7 @@ class FakeAccess final : public FolderAccess {
       ++finished_;
     }
     changed_.notify_all();
+    if (file.denied) throw RuntimeError(err::kPermissionDenied, "Permission is denied.");
     if (file.broken) throw RuntimeError(err::kInvalidPicture, "The file is not a picture.");
     const std::int32_t width = std::min(side, 400);
     return DecodedThumbnail{
@@ -224,6 +254,8 @@ class FakeAccess final : public FolderAccess {
     entry.kind = file.kind;
     entry.size = file.size;
     entry.modified = file.modified;
+    entry.changed = file.changed;
+    entry.id = {1, file.inode};
     return entry;
   }
 
@@ -240,6 +272,7 @@ class FakeAccess final : public FolderAccess {
   std::size_t canceled_ = 0;
   bool noticesCancellation_ = false;
   std::function<void(const std::string&)> atEnd_;
+  std::function<void()> inScan_;
   std::shared_ptr<os::FolderWatch::Changed> watcher_;
 };
 

@@ -1,50 +1,12 @@
-#include <new>
-
-#include "ViewTest.h"
+#include "FollowingTest.h"
 
 namespace kestrel::thumbnails {
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using FileOf = test::FakeAccess::File;
 
-/// The folder changes on the disk while it is shown.
-class Following : public test::ViewTest {
- protected:
-  void SetUp() override {
-    putFiles();
-    open();
-    view().selectOnly(1);  // d.jpg
-    events_.clear();
-  }
-
-  std::uint8_t shadeOf(std::int32_t item) { return view().pictureOf(item).bitmap.at(0, 0).r; }
-  bool runUntilCount(std::int32_t count) {
-    return runUntil([this, count] { return view().itemCount() == count && view().settled(); });
-  }
-  std::string nameOf(std::int32_t item) { return view().factsOf(item).label; }
-  void putFiles() {
-    for (const char* name : {"b.jpg", "d.jpg", "f.jpg"}) access_->put(name, {.shade = 1});
-  }
-  /// The folder cannot be read.
-  void close(os::FileProblem problem) {
-    for (const char* name : {"b.jpg", "d.jpg", "f.jpg"}) access_->remove(name);
-    access_->fail(os::FileFailure{problem});
-  }
-  void reopen() {
-    putFiles();
-    access_->fail(std::nullopt);
-  }
-  /// The folder is removed.
-  void loseFolder() {
-    close(os::FileProblem::kMissing);
-    os::FolderChanges changes;
-    changes.folderGone = true;
-    access_->report(std::move(changes));
-    ASSERT_TRUE(runUntilCount(0));
-  }
-};
+class Following : public test::FollowingTest {};
 
 TEST_F(Following, ANewFileAppearsInItsPlace) {
   access_->put("c.jpg", {.shade = 9});
@@ -156,75 +118,6 @@ TEST_F(Following, ChangesOfFocusAndSelectionAreReported) {
   EXPECT_GT(view().focusChanges, 0);
 }
 
-TEST_F(Following, AChangedFileKeepsItsPictureUntilTheNewOneIsThere) {
-  access_->hold();
-  access_->put("d.jpg", {.size = 2000, .modified = 2, .shade = 9});
-  access_->reportChanged("d.jpg");
-  const std::size_t before = access_->begun().size();
-  ASSERT_TRUE(runUntil([&] { return view().factsOf(1).bytes == 2000; }));
-  ASSERT_TRUE(access_->waitForBegun(before + 1));
-  EXPECT_EQ(shadeOf(1), 1) << "no flicker";
-  EXPECT_EQ(view().factsOf(1).state, ItemState::kShown);
-  access_->release();
-  settle();
-  EXPECT_EQ(shadeOf(1), 9);
-  EXPECT_THAT(selected(), ElementsAre(1));
-}
-
-TEST_F(Following, ABrokenFileThatIsMendedIsShown) {
-  access_->put("d.jpg", {.size = 1, .modified = 2, .shade = 0, .broken = true});
-  access_->reportChanged("d.jpg");
-  ASSERT_TRUE(runUntil([&] { return view().factsOf(1).state == ItemState::kBroken; }));
-  access_->put("d.jpg", {.size = 3, .modified = 3, .shade = 5});
-  access_->reportChanged("d.jpg");
-  ASSERT_TRUE(runUntil([&] { return view().factsOf(1).state == ItemState::kShown && view().settled(); }));
-  EXPECT_EQ(shadeOf(1), 5);
-}
-
-TEST_F(Following, AFileThatIsTouchedOnlyIsNotReadAgain) {
-  const std::size_t decoded = access_->begun().size();
-  access_->reportChanged("d.jpg");
-  access_->put("z.jpg");
-  access_->reportChanged("z.jpg");
-  ASSERT_TRUE(runUntilCount(4));
-  EXPECT_EQ(access_->begun().size(), decoded + 1);
-}
-
-TEST_F(Following, ARenamedFileKeepsItsPictureAndItsSelection) {
-  const std::size_t decoded = access_->begun().size();
-  access_->remove("d.jpg");
-  access_->put("z.jpg", {.shade = 1});
-  os::FolderChanges changes;
-  changes.changes.push_back({os::FolderChange::Kind::kRenamed, "z.jpg", "d.jpg"});
-  access_->report(std::move(changes));
-  ASSERT_TRUE(runUntil([&] { return view().settled() && nameOf(2) == "z.jpg"; }));
-  EXPECT_THAT(names(), ElementsAre("/pictures/b.jpg", "/pictures/f.jpg", "/pictures/z.jpg"));
-  EXPECT_THAT(selected(), ElementsAre(2));
-  EXPECT_EQ(access_->begun().size(), decoded);
-}
-
-TEST_F(Following, ARenamedFileMayReplaceAnother) {
-  access_->remove("d.jpg");
-  access_->put("f.jpg", {.shade = 1});
-  os::FolderChanges changes;
-  changes.changes.push_back({os::FolderChange::Kind::kRenamed, "f.jpg", "d.jpg"});
-  access_->report(std::move(changes));
-  ASSERT_TRUE(runUntilCount(2));
-  EXPECT_THAT(names(), ElementsAre("/pictures/b.jpg", "/pictures/f.jpg"));
-  EXPECT_THAT(selected(), ElementsAre(1));
-}
-
-TEST_F(Following, ASaveThroughATemporaryFileIsAChange) {
-  access_->put("d.jpg", {.size = 5, .modified = 5, .shade = 7});
-  os::FolderChanges changes;
-  changes.changes.push_back({os::FolderChange::Kind::kRenamed, "d.jpg", ".d.jpg.tmp"});
-  access_->report(std::move(changes));
-  ASSERT_TRUE(runUntil([&] { return view().factsOf(1).bytes == 5 && view().settled(); }));
-  EXPECT_EQ(view().itemCount(), 3);
-  EXPECT_EQ(shadeOf(1), 7);
-  EXPECT_THAT(selected(), ElementsAre(1));
-}
-
 TEST_F(Following, LostReportsAreMadeUpForByAListing) {
   access_->remove("b.jpg");
   access_->put("x.jpg");
@@ -236,12 +129,27 @@ TEST_F(Following, LostReportsAreMadeUpForByAListing) {
 }
 
 TEST_F(Following, AFolderThatVanishesIsEmpty) {
-  os::FolderChanges changes;
-  changes.folderGone = true;
-  access_->report(std::move(changes));
+  access_->reportFolderGone();
   ASSERT_TRUE(runUntilCount(0));
   EXPECT_EQ(view().message(), "The folder no longer exists.");
   EXPECT_EQ(view().focusItem(), -1);
+}
+
+TEST_F(Following, AFolderThatVanishesWhileItIsListedIsEmpty) {
+  events_.clear();
+  access_->inNextScan([this] { access_->reportFolderGone(); });
+  open("/other");
+  EXPECT_EQ(view().itemCount(), 0);
+  EXPECT_EQ(view().message(), "The folder no longer exists.");
+  EXPECT_THAT(events_, ElementsAre("start", "found 0", "complete"));
+}
+
+TEST_F(Following, AFolderThatVanishesWhileItIsListedAgainIsEmpty) {
+  access_->inNextScan([this] { access_->reportFolderGone(); });
+  view().Refresh();
+  settle();
+  EXPECT_EQ(view().itemCount(), 0);
+  EXPECT_EQ(view().message(), "The folder no longer exists.");
 }
 
 TEST_F(Following, AnEmptyFolderThatVanishesIsRepaintedWithTheSentence) {
@@ -250,9 +158,7 @@ TEST_F(Following, AnEmptyFolderThatVanishesIsRepaintedWithTheSentence) {
   settle();
   view().invalid.clear();
   view().itemChanges = 0;
-  os::FolderChanges changes;
-  changes.folderGone = true;
-  access_->report(std::move(changes));
+  access_->reportFolderGone();
   ASSERT_TRUE(runUntil([this] { return view().message() == "The folder no longer exists."; }));
   EXPECT_THAT(view().invalid, testing::Contains(Rectangle{0, 0, 600, 400}));
   EXPECT_GT(view().itemChanges, 0) << "for assistive technology";
@@ -297,10 +203,8 @@ TEST_F(Following, AFolderThatComesBackIsShownAgain) {
 
 TEST_F(Following, AFolderThatIsReplacedAtOnceIsShown) {
   access_->put("pictures", {.kind = os::EntryKind::kFolder});
-  os::FolderChanges changes;
-  changes.folderGone = true;
   access_->remove("b.jpg");
-  access_->report(std::move(changes));
+  access_->reportFolderGone();
   ASSERT_TRUE(runUntilCount(2));
 }
 
@@ -399,22 +303,6 @@ TEST_F(Following, AnActivatedWindowDoesNotListAWatchedFolder) {
   EXPECT_EQ(access_->scans(), scans);
 }
 
-TEST_F(Following, RefreshReadsAFileAgainThatFailedForLackOfMemory) {
-  access_->atEndOfDecode([](const std::string&) { throw std::bad_alloc(); });
-  access_->put("e.jpg", {.shade = 4});
-  access_->reportChanged("e.jpg");
-  ASSERT_TRUE(runUntil([this] { return view().itemCount() == 4 && view().settled(); }));
-  EXPECT_EQ(view().factsOf(2).state, ItemState::kBroken);
-  EXPECT_FALSE(view().factsOf(2).notice.empty());
-  EXPECT_FALSE(store_->keepsFailure("/pictures/e.jpg")) << "the file is not to blame";
-  EXPECT_EQ(shadeOf(1), 1) << "the others are shown";
-  access_->atEndOfDecode(nullptr);
-  view().Refresh();
-  settle();
-  EXPECT_EQ(view().factsOf(2).state, ItemState::kShown);
-  EXPECT_EQ(shadeOf(2), 4);
-}
-
 TEST_F(Following, RefreshKeepsPicturesAndSelection) {
   const std::size_t decoded = access_->begun().size();
   access_->put("a.jpg");
@@ -442,47 +330,6 @@ TEST_F(Following, TheWatchEndsWithTheFolder) {
   std::unique_lock lock(mutex);
   ASSERT_TRUE(ran.wait_for(lock, std::chrono::minutes(1), [&] { return done; }));
   EXPECT_FALSE(access_->watching());
-}
-
-// -- Files that change while they are read ----------------------------------------------------------------
-
-TEST_F(Following, AFileThatChangesWhileItIsReadIsReadAgain) {
-  access_->put("e.jpg", {.size = 1, .modified = 1, .shade = 1});
-  access_->atEndOfDecode([this](const std::string& name) {
-    access_->atEndOfDecode(nullptr);
-    access_->put(name, {.size = 2, .modified = 2, .shade = 8});
-  });
-  access_->reportChanged("e.jpg");
-  ASSERT_TRUE(runUntil([&] { return view().itemCount() == 4 && view().settled(); }));
-  EXPECT_EQ(nameOf(2), "e.jpg");
-  EXPECT_EQ(shadeOf(2), 8);
-  EXPECT_EQ(view().factsOf(2).bytes, 2u);
-}
-
-TEST_F(Following, AFileThatIsReplacedWhileItIsReadDoesNotGetItsPicture) {
-  access_->put("e.jpg", {.size = 1, .modified = 1, .shade = 1});
-  access_->atEndOfDecode([this](const std::string& name) { access_->remove(name); });
-  access_->reportChanged("e.jpg");
-  ASSERT_TRUE(runUntil([&] { return access_->begun().back() == "e.jpg" && view().settled(); }));
-  EXPECT_EQ(view().itemCount(), 3) << "it is gone";
-  EXPECT_FALSE(store_->keeps("/pictures/e.jpg", 128));
-}
-
-TEST_F(Following, AFileThatNeverRestsIsGivenUp) {
-  std::uint64_t size = 1;
-  access_->put("e.jpg", {.size = size});
-  access_->atEndOfDecode([this, &size](const std::string& name) { access_->put(name, {.size = ++size}); });
-  const std::size_t before = access_->begun().size();
-  access_->reportChanged("e.jpg");
-  ASSERT_TRUE(runUntil([&] { return view().itemCount() == 4 && view().settled(); }));
-  EXPECT_EQ(access_->begun().size() - before, 3u);
-  EXPECT_EQ(view().factsOf(2).state, ItemState::kBroken);
-  EXPECT_EQ(view().factsOf(2).notice, "The file is being changed.");
-  access_->atEndOfDecode(nullptr);
-  access_->put("e.jpg", {.size = 100, .modified = 5, .shade = 6});
-  access_->reportChanged("e.jpg");
-  ASSERT_TRUE(runUntil([&] { return view().factsOf(2).state == ItemState::kShown && view().settled(); }));
-  EXPECT_EQ(shadeOf(2), 6);
 }
 
 }  // namespace

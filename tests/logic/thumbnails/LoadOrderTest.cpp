@@ -16,7 +16,9 @@ namespace {
 
 using testing::ElementsAre;
 
-LoadRequest request(FileKey key, std::int32_t side = 128) { return {key, "a.jpg", 1, 1, side, true}; }
+LoadRequest request(FileKey key, std::int32_t side = 128) {
+  return {key, {"a.jpg", 1, 1, 0, {}}, side, true};
+}
 
 std::vector<FileKey> takeAll(LoadOrder& order) {
   std::vector<FileKey> keys;

@@ -70,7 +70,7 @@ TEST(PictureMemory, DropsTheFarthestFirst) {
   ItemList list;
   list.reset("/");
   std::vector<FoundFile> files;
-  for (int i = 0; i < 10; ++i) files.push_back({std::to_string(i) + ".jpg", 1, 1, {}});
+  for (int i = 0; i < 10; ++i) files.push_back({std::to_string(i) + ".jpg", 1, 1, 0, {}});
   list.replace(std::move(files));
   const engine::Bitmap bitmap = engine::Bitmap::filled(16, 1);
   PictureMemory memory(4 * bitmap.byteSize());

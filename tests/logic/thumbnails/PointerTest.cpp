@@ -16,6 +16,13 @@ class Pointer : public test::ViewTest {
 
   void down(Point at, std::int32_t modifiers = 0) { view().pointerDown(kLeftButton, modifiers, at); }
   void moveTo(Point at) { view().pointerMove(0, at); }
+  /// A file appears in the folder, and in the view.
+  void come(const std::string& name) {
+    const std::int32_t count = view().itemCount() + 1;
+    access_->put(name);
+    access_->reportChanged(name);
+    ASSERT_TRUE(runUntil([this, count] { return view().itemCount() == count && view().settled(); }));
+  }
   void up(Point at) { view().pointerUp(kLeftButton, 0, at); }
 };
 
@@ -195,6 +202,55 @@ TEST_F(Pointer, ARubberBandAboveTheEdgeScrollsBack) {
   moveTo({151, -40});
   view().autoScrollTick();
   EXPECT_EQ(view().scroll(), 118 - 11);
+}
+
+TEST_F(Pointer, ARubberBandGoesOnWhenFilesCome) {
+  click(9);
+  down(kGround, kShiftMask);
+  moveTo({310, 200});
+  ASSERT_THAT(selected(), ElementsAre(5, 6, 9));
+  come("0.jpg");
+  EXPECT_EQ(view().rubberBand(), (Rectangle{151, 173, 160, 28}));
+  EXPECT_THAT(selected(), ElementsAre(5, 6, 10)) << "what it touches now, and what was selected before it";
+  moveTo({460, 200});
+  EXPECT_THAT(selected(), ElementsAre(5, 6, 7, 10));
+  EXPECT_TRUE(view().key(Key::kEscape, 0));
+  EXPECT_THAT(selected(), ElementsAre(10));
+}
+
+TEST_F(Pointer, ARubberBandStaysInItsPlaceWhenFilesComeAboveIt) {
+  fill(60);
+  view().Refresh();
+  settle();
+  view().scrollTo(5 * 170);
+  down(kGround);
+  moveTo({310, 200});
+  const Rectangle band = view().rubberBand();
+  const std::int32_t first = selected().front();
+  // A row of its own.
+  for (const char* name : {"0a.jpg", "0b.jpg", "0c.jpg", "0d.jpg"}) come(name);
+  EXPECT_EQ(view().rubberBand(), band);
+  EXPECT_THAT(selected(), ElementsAre(first + 4, first + 5)) << "the same files";
+}
+
+TEST_F(Pointer, APressOnAnItemGoesOnWhenFilesCome) {
+  click(2);
+  click(5, kCtrlMask);
+  down(middleOf(5));
+  come("0.jpg");
+  up(middleOf(6));
+  EXPECT_THAT(selected(), ElementsAre(6));
+}
+
+TEST_F(Pointer, APressOnAnItemThatGoesIsOver) {
+  click(2);
+  click(5, kCtrlMask);
+  down(middleOf(5));
+  access_->remove("6.jpg");
+  access_->reportGone("6.jpg");
+  ASSERT_TRUE(runUntil([this] { return view().itemCount() == 9 && view().settled(); }));
+  up(middleOf(5));
+  EXPECT_THAT(selected(), ElementsAre(2));
 }
 
 TEST_F(Pointer, AWindowThatTakesThePointerEndsTheGesture) {

@@ -85,6 +85,30 @@ TEST_F(Recalculation, CancelKeepsTheThumbnails) {
   EXPECT_FALSE(view().loading());
 }
 
+TEST_F(Recalculation, CancelWithoutAThumbnailLeavesASizeForTheNext) {
+  for (const char* name : {"1.jpg", "2.jpg", "3.jpg"}) access_->remove(name);
+  view().Refresh();
+  settle();
+  events_.clear();
+  const std::size_t begun = access_->begun().size();
+  access_->hold();
+  access_->put("new.jpg");
+  access_->reportChanged("new.jpg");
+  ASSERT_TRUE(runUntil([this] { return view().itemCount() == 1; }));
+  ASSERT_TRUE(access_->waitForBegun(begun + 1));
+  const Connection cancels = view().RecalculatingThumbnailsStart.Connect([](bool& cancel) { cancel = true; });
+  scaleTo(2);
+  ASSERT_TRUE(runUntilEvent("recalculation complete"));
+  access_->release();
+  access_->put("other.jpg");
+  access_->reportChanged("other.jpg");
+  ASSERT_TRUE(runUntil([this] { return view().itemCount() == 2 && view().settled(); }));
+  for (const std::int32_t item : {0, 1}) {
+    EXPECT_EQ(view().factsOf(item).state, ItemState::kShown) << item;
+    EXPECT_EQ(view().pictureOf(item).bitmap.width(), 256) << item;
+  }
+}
+
 TEST_F(Recalculation, AnotherFolderEndsIt) {
   access_->hold();
   scaleTo(2);
