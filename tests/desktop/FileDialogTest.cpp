@@ -182,13 +182,13 @@ TEST_F(FileDialogDesktop, ShowsOnlyThePreviewOfTheLastSelection) {
   open([&](QWidget& dialog) {
     qt::PicturePane& preview = pane(dialog);
     for (int round = 0; round < 5; ++round) {
-      preview.showFile(path("red.png"));
-      preview.showFile(path("green.jpeg"));
-      preview.showFile(path("blue.JPG"));
+      preview.showFile(path("red.png").toStdString());
+      preview.showFile(path("green.jpeg").toStdString());
+      preview.showFile(path("blue.JPG").toStdString());
       ASSERT_TRUE(eventually([&] { return !preview.picture().isNull(); }));
       EXPECT_GT(preview.picture().pixelColor(5, 5).blue(), 240);
     }
-    preview.showFile(path("red.png"));
+    preview.showFile(path("red.png").toStdString());
     preview.showFile({});
     for (int round = 0; round < 20; ++round) settle();
     EXPECT_TRUE(preview.picture().isNull()) << "the canceled one does not appear later";

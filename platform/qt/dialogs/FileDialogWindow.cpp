@@ -20,6 +20,7 @@
 #include <array>
 
 #include "PicturePane.h"
+#include "platform/os/Paths.h"
 #include "platform/qt/core/PlainButtons.h"
 #include "platform/qt/core/Text.h"
 
@@ -87,8 +88,9 @@ void FileDialogWindow::addPreview(engine::ThumbnailReader& reader) {
           [pane, selection](const QItemSelection& added) {
             const QModelIndexList fresh = added.indexes();
             const QModelIndexList chosen = fresh.isEmpty() ? selection->selectedIndexes() : fresh;
-            pane->showFile(chosen.isEmpty() ? QString()
-                                            : chosen.front().data(QFileSystemModel::FilePathRole).toString());
+            const QVariant file =
+                chosen.isEmpty() ? QVariant() : chosen.front().data(QFileSystemModel::FilePathRole);
+            pane->showFile(os::pathOf(fromQt(file.toString())));
           });
   connect(this, &QFileDialog::directoryEntered, pane, [pane] { pane->showFile({}); });
 }

@@ -1,10 +1,10 @@
 #include "PicturePane.h"
 
-#include <QFileInfo>
 #include <QPainter>
+#include <cstdint>
+#include <system_error>
 
 #include "engine/thumbnails/ThumbnailReader.h"
-#include "platform/os/Paths.h"
 #include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
@@ -14,7 +14,7 @@ constexpr int kSide = 220;
 constexpr int kMargin = 10;
 /// A reader that is destroyed waits for its decoder. This keeps the wait below half a second or so, and the
 /// memory for a preview moderate.
-constexpr qint64 kLargestFile = qint64{64} * 1024 * 1024;
+constexpr std::uintmax_t kLargestFile = std::uintmax_t{64} * 1024 * 1024;
 
 }  // namespace
 
@@ -29,20 +29,21 @@ PicturePane::~PicturePane() { reader_.cancel(); }
 
 QSize PicturePane::sizeHint() const { return {kSide, kSide}; }
 
-void PicturePane::showFile(const QString& name) {
-  const QFileInfo info(name);
-  const QString file = info.isFile() ? info.absoluteFilePath() : QString();
+void PicturePane::showFile(const std::filesystem::path& name) {
+  std::error_code error;
+  const std::filesystem::path file =
+      std::filesystem::is_regular_file(name, error) ? std::filesystem::absolute(name, error) : "";
   if (file == file_) return;
   file_ = file;
   reader_.cancel();
   show({}, {});
-  if (file.isEmpty()) return;
-  if (info.size() > kLargestFile) {
+  if (file.empty()) return;
+  if (std::filesystem::file_size(file, error) > kLargestFile && !error) {
     show({}, translated("The file is too large for a preview."));
     return;
   }
   const int side = qRound((kSide - 2 * kMargin) * devicePixelRatioF());
-  reader_.read(os::pathOf(fromQt(file)), side, [this, file](const engine::Thumbnail& thumbnail) {
+  reader_.read(file, side, [this, file](const engine::Thumbnail& thumbnail) {
     // On the reader's thread. The pane's end removes the call from its queue.
     QMetaObject::invokeMethod(
         this,

@@ -2,6 +2,7 @@
 
 #include <QImage>
 #include <QWidget>
+#include <filesystem>
 
 namespace kestrel::engine {
 class ThumbnailReader;
@@ -21,7 +22,7 @@ class PicturePane final : public QWidget {
 
   /// Shows this file from now on; an empty name or a folder shows nothing. What was being read for another
   /// file is canceled.
-  void showFile(const QString& name);
+  void showFile(const std::filesystem::path& name);
 
   /// Null while there is none to show.
   const QImage& picture() const { return picture_; }
@@ -35,7 +36,7 @@ class PicturePane final : public QWidget {
   void show(const QImage& picture, const QString& text);
 
   engine::ThumbnailReader& reader_;
-  QString file_;
+  std::filesystem::path file_;
   QImage picture_;
   QString text_;
 };

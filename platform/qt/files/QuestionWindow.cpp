@@ -60,7 +60,7 @@ QGroupBox* groupOf(const char* title, const FileInQuestion& file, const FileInQu
   auto* const group = new QGroupBox(translated(title));
   auto* const picture = new PicturePane(reader, group);
   picture->setMinimumSize(kPicture);
-  picture->showFile(toQt(os::textOf(file.path)));
+  picture->showFile(file.path);
   const os::EntryFacts &own = file.facts, &another = other.facts;
   const bool bothFiles = own.type == EntryType::kFile && another.type == EntryType::kFile;
   auto* const size = new QLabel(remarked(sizeText(own), bothFiles && own.size > another.size, "larger"));

@@ -2,9 +2,11 @@
 #include <QCheckBox>
 #include <QGroupBox>
 #include <QProgressBar>
+#include <filesystem>
 
 #include "../Themes.h"
 #include "FilesBench.h"
+#include "platform/os/Paths.h"
 #include "platform/qt/dialogs/Modal.h"
 #include "platform/qt/dialogs/PicturePane.h"
 #include "platform/qt/files/ProgressWindow.h"
@@ -128,6 +130,26 @@ TEST_F(FileOperations, ShowWhatIsKnownAboutBothFiles) {
     press(window, Qt::Key_Escape);
   });
   EXPECT_FALSE(copy({"from/a.png", "from/b.png"}));
+}
+
+TEST_F(FileOperations, ShowThePicturesOfFilesWhoseNamesAreNoText) {
+  const std::string name = "\xFF\xFE.png";
+  QImage red(300, 200, QImage::Format_RGB32);
+  red.fill(Qt::red);
+  red.save(path("from/a.png"));
+  namespace fs = std::filesystem;
+  const fs::path from = fs::path(path("from").toStdString()) / name;
+  fs::rename(path("from/a.png").toStdString(), from);
+  fs::copy_file(from, fs::path(path("to").toStdString()) / name);
+  windows.then([&](QWidget& window) {
+    for (const QGroupBox* group : window.findChildren<QGroupBox*>()) {
+      const auto* const pane = group->findChild<qt::PicturePane*>();
+      EXPECT_TRUE(eventually([&] { return !pane->picture().isNull(); })) << group->title().toStdString();
+    }
+    press(window, Qt::Key_Escape);
+  });
+  const std::string buffer = os::textOf(from) + '\0';
+  EXPECT_FALSE(files.CopyFiles(buffer, path("to").toStdString(), 0, qt::handleOf(owner.get())));
 }
 
 TEST_F(FileOperations, CallNoFileNewerThatIsOfTheSameSecond) {
