@@ -13,6 +13,7 @@
 #include <filesystem>
 
 #include "BrowserBench.h"
+#include "Drags.h"
 #include "EditorBench.h"
 #include "browser/modFolderTreeView.h"
 #include "platform/qt/exchange/FileExchange.h"
@@ -96,6 +97,29 @@ TEST_F(BrowserFolders, TheShownFolderComesBackWithTheFoldersAboveIt) {
   bench_.addFolder("Year/May");
   bench_.addPicture("Year/May/day.png");
   bench_.waitUntil("the new picture is shown", [this] { return count() == 1; });
+}
+
+TEST_F(BrowserFolders, TheShownFolderIsShownByItsNewNameWhenItIsRenamed) {
+  select("Journey");
+  fs::rename(bench_.pathOf("Journey"), bench_.pathOf("Holiday"));
+  bench_.waitUntil("the new name is shown", [this] {
+    return bench_.browser().Path() == bench_.pathOf("Holiday") + "/" && count() == 1;
+  });
+  EXPECT_TRUE(nodeOf("Holiday")->Selected());
+  EXPECT_EQ(nodeOf("Journey"), nullptr);
+}
+
+TEST_F(BrowserFolders, TheShownFolderIsShownByItsNewPathWhenOneAboveItIsRenamed) {
+  bench_.addFolder("Year/May");
+  bench_.addPicture("Year/May/day.png");
+  bench_.waitUntil("the folder is in the tree", [this] { return nodeOf("Year") != nullptr; });
+  select("Year/May");
+  ASSERT_EQ(count(), 1);
+  fs::rename(bench_.pathOf("Year"), bench_.pathOf("Decade"));
+  bench_.waitUntil("the new path is shown", [this] {
+    return bench_.browser().Path() == bench_.pathOf("Decade/May") + "/" && count() == 1;
+  });
+  EXPECT_TRUE(nodeOf("Decade/May")->Selected());
 }
 
 TEST_F(BrowserFolders, AClickOnTheNodeOfAFolderThatIsGoneReadsItAgain) {
@@ -247,23 +271,11 @@ class BrowserDrags : public BrowserFolders {
   Qt::DropAction drag(const std::vector<std::string>& names, QPoint place, Qt::KeyboardModifiers modifiers,
                       bool drop) {
     const qt::FilesMimeData data({names, false});
-    const Qt::DropActions possible = Qt::CopyAction | Qt::MoveAction;
-    QWindow* const window = bench_.window().windowHandle();
     const QPoint at = tree().viewport()->mapTo(&bench_.window(), place);
-    QDragEnterEvent enter(at, possible, &data, Qt::LeftButton, modifiers);
-    QApplication::sendEvent(window, &enter);
-    QDragMoveEvent move(at, possible, &data, Qt::LeftButton, modifiers);
-    QApplication::sendEvent(window, &move);
-    const Qt::DropAction offered = move.isAccepted() ? move.dropAction() : Qt::IgnoreAction;
-    if (!drop || offered == Qt::IgnoreAction) {
-      QDragLeaveEvent leave;
-      QApplication::sendEvent(window, &leave);
-      return offered;
-    }
-    QDropEvent dropped(at, possible, &data, Qt::LeftButton, modifiers);
-    QApplication::sendEvent(window, &dropped);
+    const Qt::DropAction action = desktop::drag(*bench_.window().windowHandle(), at, data,
+                                                Qt::CopyAction | Qt::MoveAction, modifiers, drop);
     settle();
-    return dropped.isAccepted() ? dropped.dropAction() : Qt::IgnoreAction;
+    return action;
   }
 };
 

@@ -10,6 +10,7 @@
 #include <QUrl>
 #include <QWindow>
 
+#include "../Drags.h"
 #include "ThumbnailBench.h"
 
 namespace kestrel::desktop {
@@ -85,22 +86,10 @@ class ThumbnailFiles : public testing::Test {
   /// Drags over the viewport through its window; the action that the view offers, and takes if dropped.
   Qt::DropAction drag(const QMimeData& data, Qt::DropActions possible, Qt::KeyboardModifiers modifiers,
                       bool drop) {
-    QWindow* const window = bench.window().windowHandle();
-    const QPoint at = bench.window().rect().center();
-    QDragEnterEvent enter(at, possible, &data, Qt::LeftButton, modifiers);
-    QApplication::sendEvent(window, &enter);
-    QDragMoveEvent move(at, possible, &data, Qt::LeftButton, modifiers);
-    QApplication::sendEvent(window, &move);
-    const Qt::DropAction offered = move.isAccepted() ? move.dropAction() : Qt::IgnoreAction;
-    if (!drop || offered == Qt::IgnoreAction) {
-      QDragLeaveEvent leave;
-      QApplication::sendEvent(window, &leave);
-      return offered;
-    }
-    QDropEvent dropped(at, possible, &data, Qt::LeftButton, modifiers);
-    QApplication::sendEvent(window, &dropped);
+    const Qt::DropAction action = desktop::drag(
+        *bench.window().windowHandle(), bench.window().rect().center(), data, possible, modifiers, drop);
     settle();
-    return dropped.isAccepted() ? dropped.dropAction() : Qt::IgnoreAction;
+    return action;
   }
 
   PictureFolder folder, elsewhere;

@@ -2,14 +2,15 @@
 
 #include <QAccessible>
 #include <QApplication>
+#include <QClipboard>
 #include <QDateTime>
-#include <QDragEnterEvent>
 #include <QHelpEvent>
 #include <QLocale>
 #include <QToolTip>
 #include <QWindow>
 #include <filesystem>
 
+#include "../Drags.h"
 #include "ThumbnailBench.h"
 #include "platform/qt/exchange/FileExchange.h"
 #include "platform/qt/thumbnails/PostedCalls.h"
@@ -302,17 +303,29 @@ TEST_F(ThumbnailEnd, DuringAPaste) {
   openFolder();
   PictureFolder elsewhere;
   elsewhere.add("one.png");
+  std::string asked;
+  bench.helpers().before = [&] {
+    asked = bench.helpers().log;
+    bench.destroy();
+    return true;
+  };
+  QGuiApplication::clipboard()->setMimeData(new qt::FilesMimeData({{elsewhere.file("one.png")}, true}));
+  bench.key(Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(asked, "move one.png");
+  expectEnd();
+  QGuiApplication::clipboard()->clear();
+}
+
+TEST_F(ThumbnailEnd, DuringADrop) {
+  openFolder();
+  PictureFolder elsewhere;
+  elsewhere.add("one.png");
   bench.helpers().before = [&] {
     bench.destroy();
     return true;
   };
-  const QPoint at = bench.middleOf(1);
   const qt::FilesMimeData data({{elsewhere.file("one.png")}, false});
-  QWindow* const window = bench.window().windowHandle();
-  QDragEnterEvent enter(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-  QApplication::sendEvent(window, &enter);
-  QDropEvent drop(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-  QApplication::sendEvent(window, &drop);
+  drag(*bench.window().windowHandle(), bench.middleOf(1), data, Qt::CopyAction, Qt::NoModifier, true);
   EXPECT_TRUE(eventually([&] { return !bench.hasView(); }));
   expectEnd();
 }
