@@ -2,46 +2,14 @@
 
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
-#include "base/RuntimeError.h"
 #include "imaging/contract/ThumbnailView.h"
 #include "platform/headless/Window.h"
+#include "tests/logic/fakes/FakeThumbnails.h"
 
 namespace kestrel {
-
-class FakeThumbnail final : public Thumbnail {
- public:
-  FakeThumbnail(std::string filename, std::int32_t index) : filename_(std::move(filename)), index_(index) {}
-  std::string Filename() const override { return filename_; }
-  std::int32_t Index() const override { return index_; }
-
- private:
-  std::string filename_;
-  std::int32_t index_;
-};
-
-class FakeThumbnails final : public Thumbnails {
- public:
-  std::int32_t Count() const override { return static_cast<std::int32_t>(items_.size()); }
-  Thumbnail& Item(std::int32_t index) override {
-    if (index < 1 || index > Count()) throw RuntimeError(err::kSubscript, "No such thumbnail.");
-    return *items_[static_cast<std::size_t>(index) - 1];
-  }
-
-  void files(const std::vector<std::string>& names) {
-    items_.clear();
-    for (const std::string& name : names) {
-      items_.push_back(std::make_unique<FakeThumbnail>(name, Count() + 1));
-    }
-  }
-
- private:
-  std::vector<std::unique_ptr<FakeThumbnail>> items_;
-};
 
 /// A thumbnail view that loads and selects what the test says, and records the calls.
 class FakeThumbnailView final : public headless::WindowOf<ThumbnailView> {
