@@ -99,7 +99,6 @@ enum {
   KESTREL_DOUBLE = 5,
   KESTREL_STRING = 8,
   KESTREL_OBJECT = 9,  ///< `as.object`, null for Nothing
-  KESTREL_ERROR = 10,  ///< a number of an error, in `as.int32`
   KESTREL_BOOLEAN = 11,
   KESTREL_BYTE = 17,
   KESTREL_OMITTED = -1  ///< as an argument: not given
@@ -117,7 +116,8 @@ typedef struct kestrel_string {
 ///
 /// A caller fills `type` and the field of that type, and leaves `owned` at 0: text and object remain its own
 /// and the library copies the one and retains the other as needed. What the library writes into a value
-/// belongs to the caller, who calls `kestrel_value_clear`.
+/// belongs to the caller, who calls `kestrel_value_clear`; a result is written without regard to what was in
+/// it.
 typedef struct kestrel_value {
   int32_t type;   ///< KESTREL_EMPTY to KESTREL_OMITTED
   int32_t owned;  ///< not 0: the text or the object is released by `kestrel_value_clear`
@@ -149,6 +149,7 @@ enum {
 
 /// Starts this thread with a platform. Without it the first `kestrel_create` or `kestrel_embed` starts with
 /// KESTREL_DESKTOP. Does nothing if the thread has that platform; error 5 if it has the other one.
+/// On a headless thread a question to the user is answered as by Cancel, and written to standard error.
 ///
 /// The desktop is one thread of the process, by the toolkit's rules the main thread. There it joins the
 /// application object of a Qt program, and otherwise makes one. Error 429 if there is no display, or if the
