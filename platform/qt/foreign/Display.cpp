@@ -1,0 +1,44 @@
+#include "Display.h"
+
+#include <QFileInfo>
+#include <QLibrary>
+#include <QString>
+
+namespace kestrel::qt {
+namespace {
+
+/// Asks the display server, by the library that the toolkit uses for it. The library is loaded only if
+/// needed.
+bool answersX11() {
+  using Connect = void* (*)(const char* name, int* screen);
+  using HasError = int (*)(void* connection);
+  using Disconnect = void (*)(void* connection);
+  QLibrary library(QStringLiteral("xcb"), 1);
+  const auto connect = reinterpret_cast<Connect>(library.resolve("xcb_connect"));
+  const auto hasError = reinterpret_cast<HasError>(library.resolve("xcb_connection_has_error"));
+  const auto disconnect = reinterpret_cast<Disconnect>(library.resolve("xcb_disconnect"));
+  if (!connect || !hasError || !disconnect) return false;
+  void* const connection = connect(nullptr, nullptr);
+  const bool answers = hasError(connection) == 0;
+  disconnect(connection);
+  return answers;
+}
+
+bool hasWaylandSocket() {
+  const QString name = qEnvironmentVariable("WAYLAND_DISPLAY");
+  if (name.isEmpty()) return false;
+  if (name.startsWith(QLatin1Char('/'))) return QFileInfo::exists(name);
+  return QFileInfo::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + QLatin1Char('/') + name);
+}
+
+}  // namespace
+
+bool hasDisplay() {
+  // "name:parameters;name:parameters", in order of preference
+  const QString asked = qEnvironmentVariable("QT_QPA_PLATFORM");
+  if (!asked.isEmpty() && !asked.startsWith(QLatin1String("xcb"))) return true;
+  if (!asked.isEmpty()) return answersX11();
+  return hasWaylandSocket() || (qEnvironmentVariableIsSet("DISPLAY") && answersX11());
+}
+
+}  // namespace kestrel::qt
