@@ -1,10 +1,30 @@
 # Writes the linker's list of the symbols that a library exports:
 # cmake -D MAP=... -D HEADERS=... -D LIST=... -D FOLDERS=... -D NM=... -D NEEDED_BY=... -P ExportMap.cmake
+# cmake -D MAP=... -D C_HEADER=... -P ExportMap.cmake
 #
 # Exported are the classes and functions of the public headers: those of the file LIST, below the folder HEADERS, whose
 # path matches the expression FOLDERS. The archives NEEDED_BY are parts of another library of this project; what they
 # lack is exported for them too, without a promise to anybody else. All other symbols are local to the library.
+# Of a library for hosts in C the functions of its header alone are exported.
 cmake_minimum_required(VERSION 3.25)
+
+function(kestrel_write_map)
+  set(map "KESTREL_2 {\n  global:\n")
+  foreach(symbol IN LISTS ARGN)
+    string(APPEND map "    ${symbol};\n")
+  endforeach()
+  string(APPEND map "  local:\n    *;\n};\n")
+  file(WRITE ${MAP} "${map}")
+endfunction()
+
+if(C_HEADER)
+  file(READ ${C_HEADER} content)
+  string(REGEX MATCHALL "KESTREL_API [a-z0-9_ *]+\\(" functions "${content}")
+  list(FILTER functions INCLUDE REGEX "kestrel_[a-z0-9_]+\\($")
+  list(TRANSFORM functions REPLACE "^.*[ *](kestrel_[a-z0-9_]+)\\($" "\\1")
+  kestrel_write_map(${functions})
+  return()
+endif()
 
 # The names of a nested name as the C++ ABI of the platform encodes them: 7kestrel2qt for kestrel::qt.
 function(kestrel_encode name result)
@@ -81,9 +101,4 @@ list(REMOVE_ITEM needed ${own})
 list(REMOVE_DUPLICATES patterns)
 list(SORT patterns)
 list(SORT needed)
-set(map "KESTREL_2 {\n  global:\n")
-foreach(symbol IN LISTS patterns needed)
-  string(APPEND map "    ${symbol};\n")
-endforeach()
-string(APPEND map "  local:\n    *;\n};\n")
-file(WRITE ${MAP} "${map}")
+kestrel_write_map(${patterns} ${needed})

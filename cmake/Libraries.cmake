@@ -83,20 +83,25 @@ function(kestrel_host_library name)
   endif()
   kestrel_use_in_hosts(${target} ${arg_USES} ${arg_INTERFACE})
   add_library(Kestrel::${name} ALIAS ${target})
-  set_target_properties(${target} PROPERTIES
-    EXPORT_NAME ${name}
-    OUTPUT_NAME kestrel_${lower}
-    VERSION ${PROJECT_VERSION}
-    SOVERSION ${PROJECT_VERSION_MAJOR}
-    INSTALL_RPATH "$ORIGIN"
-    LIBRARY_OUTPUT_DIRECTORY ${KESTREL_PACKAGE_DIR}/${CMAKE_INSTALL_LIBDIR}
-    ARCHIVE_OUTPUT_DIRECTORY ${KESTREL_PACKAGE_DIR}/${CMAKE_INSTALL_LIBDIR})
+  kestrel_place_library(${target} ${name} kestrel_${lower})
   if(KESTREL_SHARED AND KESTREL_TESTS)
     kestrel_static_library(kestrel_${lower}_static "${objects}" "${arg_LINKS}")
     list(TRANSFORM arg_USES REPLACE "_library$" "_static" OUTPUT_VARIABLE uses)
     kestrel_use_in_hosts(kestrel_${lower}_static ${uses} ${arg_INTERFACE})
     set_target_properties(kestrel_${lower}_static PROPERTIES EXCLUDE_FROM_ALL ON)
   endif()
+endfunction()
+
+# How a library for hosts is named for CMake and for the linker, and where the build has it.
+function(kestrel_place_library target name file)
+  set_target_properties(${target} PROPERTIES
+    EXPORT_NAME ${name}
+    OUTPUT_NAME ${file}
+    VERSION ${PROJECT_VERSION}
+    SOVERSION ${PROJECT_VERSION_MAJOR}
+    INSTALL_RPATH "$ORIGIN"
+    LIBRARY_OUTPUT_DIRECTORY ${KESTREL_PACKAGE_DIR}/${CMAKE_INSTALL_LIBDIR}
+    ARCHIVE_OUTPUT_DIRECTORY ${KESTREL_PACKAGE_DIR}/${CMAKE_INSTALL_LIBDIR})
 endfunction()
 
 # A library of the objects whose users link the other libraries too.
@@ -116,6 +121,12 @@ function(kestrel_use_in_hosts target)
   set_target_properties(${target} PROPERTIES LINKER_LANGUAGE CXX)
 endfunction()
 
+function(kestrel_use_map target map)
+  target_sources(${target} PRIVATE ${map})
+  target_link_options(${target} PRIVATE -Wl,--version-script=${map})
+  set_target_properties(${target} PROPERTIES LINK_DEPENDS ${map})
+endfunction()
+
 function(kestrel_export_map target lower folders needed_by)
   set(map ${KESTREL_PACKAGE_DIR}/${lower}.map)
   set(script ${PROJECT_SOURCE_DIR}/cmake/ExportMap.cmake)
@@ -127,9 +138,7 @@ function(kestrel_export_map target lower folders needed_by)
     DEPENDS ${script} ${KESTREL_PUBLIC_HEADERS}.list ${needed_by}
     COMMENT "Listing the exports of kestrel_${lower}"
     VERBATIM)
-  target_sources(${target} PRIVATE ${map})
-  target_link_options(${target} PRIVATE -Wl,--version-script=${map})
-  set_target_properties(${target} PROPERTIES LINK_DEPENDS ${map})
+  kestrel_use_map(${target} ${map})
 endfunction()
 
 # kestrel_write_headers(HEADERS path... FACES name=path...)
@@ -147,4 +156,42 @@ function(kestrel_write_headers)
     COMMENT "Writing the headers for hosts"
     VERBATIM)
   add_custom_target(kestrel_public_headers DEPENDS ${list})
+endfunction()
+
+# kestrel_c_host_library(PARTS target... USES target... LINKS target... HEADER file)
+# The library that hosts in C link as Kestrel::C, of the objects of PARTS. It exports the functions of HEADER. USES and
+# LINKS are its own matter: its hosts need neither the toolkit nor C++.
+function(kestrel_c_host_library)
+  cmake_parse_arguments(arg "" "HEADER" "PARTS;USES;LINKS" ${ARGN})
+  set(target kestrel_c_library)
+  list(TRANSFORM arg_PARTS REPLACE "(.+)" "$<TARGET_OBJECTS:\\1>" OUTPUT_VARIABLE objects)
+  if(KESTREL_SHARED)
+    add_library(${target} SHARED ${objects})
+    kestrel_c_export_map(${target} ${arg_HEADER})
+    target_link_libraries(${target} PRIVATE ${arg_USES} ${arg_LINKS} kestrel_options)
+    # Most of LINKS are used by USES only.
+    target_link_options(${target} PRIVATE -Wl,-z,defs -Wl,-Bsymbolic-functions -Wl,--as-needed)
+  else()
+    add_library(${target} STATIC ${objects})
+    kestrel_link_names("${arg_LINKS}" names)
+    target_link_libraries(${target} PUBLIC ${arg_USES} INTERFACE ${names})
+  endif()
+  add_library(Kestrel::C ALIAS ${target})
+  get_filename_component(name ${arg_HEADER} NAME)
+  configure_file(${arg_HEADER} ${KESTREL_PACKAGE_DIR}/include/${name} COPYONLY)
+  target_include_directories(${target} INTERFACE
+    $<BUILD_INTERFACE:${KESTREL_PACKAGE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+  kestrel_place_library(${target} C kestrel)
+endfunction()
+
+function(kestrel_c_export_map target header)
+  set(map ${KESTREL_PACKAGE_DIR}/c.map)
+  set(script ${PROJECT_SOURCE_DIR}/cmake/ExportMap.cmake)
+  add_custom_command(
+    OUTPUT ${map}
+    COMMAND ${CMAKE_COMMAND} -D MAP=${map} -D C_HEADER=${header} -P ${script}
+    DEPENDS ${script} ${header}
+    COMMENT "Listing the exports of kestrel"
+    VERBATIM)
+  kestrel_use_map(${target} ${map})
 endfunction()

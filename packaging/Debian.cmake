@@ -40,7 +40,7 @@ kestrel_package(libraries NAME libkestrel2 SECTION libs
   DEPENDS "libkestrel2-data (= ${PROJECT_VERSION})"
   SUMMARY "embeddable image editor and image browser - libraries"
   TEXT "The image editor and the image browser of KestrelLib2 as widgets, and its
-imaging engine, for programs that embed them.")
+imaging engine, for programs in C++, C and other languages that embed them.")
 kestrel_package(data NAME libkestrel2-data SECTION libs ALL
   SUMMARY "embeddable image editor and image browser - help"
   TEXT "The help book of the image editor and the image browser of KestrelLib2.")
@@ -58,6 +58,7 @@ pictures of a folder, and kestrel-info prints the properties of picture files.")
 # Programs that link the libraries need the package of the same version; the system's loader must know the new files.
 set(control ${CMAKE_CURRENT_BINARY_DIR}/debian)
 file(CONFIGURE OUTPUT ${control}/shlibs CONTENT "\
+libkestrel ${PROJECT_VERSION_MAJOR} libkestrel2 (= ${PROJECT_VERSION})
 libkestrel_engine ${PROJECT_VERSION_MAJOR} libkestrel2 (= ${PROJECT_VERSION})
 libkestrel_widgets ${PROJECT_VERSION_MAJOR} libkestrel2 (= ${PROJECT_VERSION})
 ")

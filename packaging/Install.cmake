@@ -15,7 +15,13 @@ endfunction()
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/KestrelLib2)
 
 # A set of targets each: a host of the engine alone does not need the toolkit.
-foreach(name Engine Widgets)
+set(names Engine Widgets)
+if(KESTREL_C)
+  list(APPEND names C)
+  install(FILES ${PROJECT_SOURCE_DIR}/bindings/c/kestrel.h
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
+endif()
+foreach(name IN LISTS names)
   string(TOLOWER ${name} lower)
   install(TARGETS kestrel_${lower}_library EXPORT KestrelLib2${name}
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT libraries NAMELINK_COMPONENT development
@@ -28,12 +34,16 @@ install(DIRECTORY ${KESTREL_PUBLIC_HEADERS} DESTINATION ${CMAKE_INSTALL_INCLUDED
 # A shared library links what it uses itself; hosts with static ones link it too.
 set(STATIC_COMPONENTS)
 set(STATIC_DEPENDENCIES)
+set(STATIC_C)
 set(PRIVATE_LIBS)
 set(PRIVATE_REQUIRES)
+set(C_REQUIRES)
 if(NOT KESTREL_SHARED)
   set(STATIC_COMPONENTS " Svg")
   set(STATIC_DEPENDENCIES "find_dependency(Threads)")
+  set(STATIC_C "list(APPEND KestrelLib2_FIND_COMPONENTS Widgets)")
   set(PRIVATE_REQUIRES "Qt6Svg")
+  set(C_REQUIRES "kestrel-widgets")
   get_target_property(names kestrel_engine_library INTERFACE_LINK_LIBRARIES)
   list(FILTER names EXCLUDE REGEX "::")
   list(JOIN names " -l" PRIVATE_LIBS)
@@ -54,8 +64,12 @@ install(FILES
 
 file(RELATIVE_PATH PREFIX_OF_PKGCONFIG /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
 string(REGEX REPLACE "/$" "" PREFIX_OF_PKGCONFIG ${PREFIX_OF_PKGCONFIG})
-foreach(library engine widgets)
-  configure_file(kestrel-${library}.pc.in kestrel-${library}.pc @ONLY)
-  install(FILES ${CMAKE_CURRENT_BINARY_DIR}/kestrel-${library}.pc
+set(modules kestrel-engine kestrel-widgets)
+if(KESTREL_C)
+  list(APPEND modules kestrel)
+endif()
+foreach(module IN LISTS modules)
+  configure_file(${module}.pc.in ${module}.pc @ONLY)
+  install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${module}.pc
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
 endforeach()

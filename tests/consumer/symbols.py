@@ -1,12 +1,18 @@
-"""The symbols of the libraries for hosts: symbols.py ENGINE WIDGETS
+"""The symbols of the libraries for hosts: symbols.py ENGINE WIDGETS C HEADER
 
-Both export names of the project alone, so that no other library of a host binds to theirs. And no variable exists in
-both: what a process or a thread has once must exist once in a host that links both.
+They export names of the project alone, so that no other library of a host binds to theirs; C those of the functions
+of HEADER alone. And no variable exists in two: what a process or a thread has once must exist once in a host that
+links several. C is small.
 """
 
+import itertools
+import os
 import re
 import subprocess
 import sys
+import tempfile
+
+MOST_BYTES = 8 * 1024 * 1024
 
 
 def output(*command):
@@ -27,7 +33,13 @@ def soname(library):
     return next(line for line in output("readelf", "-d", library).splitlines() if "SONAME" in line)
 
 
-engine, widgets = sys.argv[1:]
+def stripped_size(library):
+    with tempfile.NamedTemporaryFile() as stripped:
+        output("strip", "-o", stripped.name, library)
+        return os.path.getsize(stripped.name)
+
+
+engine, widgets, c, header = sys.argv[1:]
 failures = []
 for library, name in ((engine, "libkestrel_engine.so.2"), (widgets, "libkestrel_widgets.so.2")):
     if f"[{name}]" not in soname(library):
@@ -37,8 +49,22 @@ for library, name in ((engine, "libkestrel_engine.so.2"), (widgets, "libkestrel_
         failures.append(f"{library} exports only {len(names)} symbols")
     failures += [f"{library} exports {name}" for name in names
                  if not name.startswith("KESTREL_2") and not (name.startswith("_Z") and "7kestrel" in name)]
+if "[libkestrel.so.2]" not in soname(c):
+    failures.append(f"{c}: its name for the linker is not libkestrel.so.2")
+with open(header, encoding="utf-8") as text:
+    declared = set(re.findall(r"^KESTREL_API [^(]*?(kestrel_\w+)\(", text.read(), re.MULTILINE))
+own = {name.split("@")[0] for name in exported(c)} - {"KESTREL_2"}
+if len(declared) < 20:
+    failures.append(f"Only {len(declared)} functions were found in {header}")
+failures += [f"{c} does not export {name}" for name in sorted(declared - own)]
+failures += [f"{c} exports {name}" for name in sorted(own - declared)]
+size = sum(map(stripped_size, (engine, widgets, c)))
+print(f"Stripped: {stripped_size(c)} bytes, with the libraries that it uses {size}")
+if stripped_size(c) >= MOST_BYTES:
+    failures.append(f"{c} is {stripped_size(c)} bytes large")
 if len(variables(engine)) < 5:
     failures.append("The variables of the engine were not found.")
-failures += [f"{name} is in both libraries" for name in sorted(variables(engine) & variables(widgets))]
+failures += [f"{name} is in two libraries" for pair in itertools.combinations((engine, widgets, c), 2)
+             for name in sorted(variables(pair[0]) & variables(pair[1]))]
 print("\n".join(failures))
 sys.exit(1 if failures else 0)
