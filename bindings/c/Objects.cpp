@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "Status.h"
@@ -92,13 +93,18 @@ using kestrel::dispatch::Reference;
 
 namespace {
 
-template <typename Control>
-Reference::Pointer Watch(const Embedded<Control>& made) {
-  return Reference::Watch(Describe<Control>(), made.control, made.life);
-}
-
 bool IsNamed(const char* name, const kestrel::dispatch::ClassDescription& description) {
   return kestrel::dispatch::CompareNames(TextOrEmpty(name), description.name) == 0;
+}
+
+/// Gives the host a control with its widget.
+template <typename Control>
+void HandOver(const Embedded<Control>& made, Apartment& apartment, kestrel_object** object, void** widget,
+              std::uint64_t* window) {
+  kestrel_object* const handle = NewHandle(Reference::Watch(Describe<Control>(), made.control, made.life));
+  if (window) *window = apartment.WindowOf(made.widget);
+  *widget = made.widget;
+  *object = handle;
 }
 
 }  // namespace
@@ -106,8 +112,12 @@ bool IsNamed(const char* name, const kestrel::dispatch::ClassDescription& descri
 kestrel_status kestrel_create(const char* class_name, kestrel_object** object) {
   return Guarded([&] {
     Require(object, "There is no place for the object.");
-    const ThreadCall call;
-    *object = NewHandle(kestrel::dispatch::Create(TextOrEmpty(class_name)));
+    const std::string_view name = TextOrEmpty(class_name);
+    // A class that there is not starts no desktop.
+    const auto* const known = kestrel::dispatch::FindClass(name);
+    std::optional<ThreadCall> call;
+    if (known && known->create) call.emplace();
+    *object = NewHandle(kestrel::dispatch::Create(name));
   });
 }
 
@@ -116,26 +126,19 @@ kestrel_status kestrel_embed(const char* class_name, void* parent, kestrel_objec
   return Guarded([&] {
     Require(object, "There is no place for the object.");
     Require(widget, "There is no place for the widget.");
-    const ThreadCall call;
-    Reference::Pointer reference;
-    void* made = nullptr;
-    if (IsNamed(class_name, Describe<kestrel::IImageProcessingCtl>())) {
-      const auto embedded = call.Apartment().EmbedEditor(parent);
-      reference = Watch(embedded);
-      made = embedded.widget;
-    } else if (IsNamed(class_name, Describe<kestrel::IImageBrowserCtl>())) {
-      const auto embedded = call.Apartment().EmbedBrowser(parent);
-      reference = Watch(embedded);
-      made = embedded.widget;
-    } else {
+    const bool isBrowser = IsNamed(class_name, Describe<kestrel::IImageBrowserCtl>());
+    if (!isBrowser && !IsNamed(class_name, Describe<kestrel::IImageProcessingCtl>())) {
       throw kestrel::RuntimeError(kestrel::err::kCannotCreateObject,
                                   "There is no class \"" + std::string(TextOrEmpty(class_name)) +
                                       "\" of controls for a host's window.");
     }
-    kestrel_object* const handle = NewHandle(std::move(reference));
-    if (window) *window = call.Apartment().WindowOf(made);
-    *widget = made;
-    *object = handle;
+    const ThreadCall call;
+    Apartment& apartment = call.Apartment();
+    if (isBrowser) {
+      HandOver(apartment.EmbedBrowser(parent), apartment, object, widget, window);
+    } else {
+      HandOver(apartment.EmbedEditor(parent), apartment, object, widget, window);
+    }
   });
 }
 

@@ -7,23 +7,6 @@
 namespace kestrel::qt {
 namespace {
 
-/// Asks the display server, by the library that the toolkit uses for it. The library is loaded only if
-/// needed.
-bool answersX11() {
-  using Connect = void* (*)(const char* name, int* screen);
-  using HasError = int (*)(void* connection);
-  using Disconnect = void (*)(void* connection);
-  QLibrary library(QStringLiteral("xcb"), 1);
-  const auto connect = reinterpret_cast<Connect>(library.resolve("xcb_connect"));
-  const auto hasError = reinterpret_cast<HasError>(library.resolve("xcb_connection_has_error"));
-  const auto disconnect = reinterpret_cast<Disconnect>(library.resolve("xcb_disconnect"));
-  if (!connect || !hasError || !disconnect) return false;
-  void* const connection = connect(nullptr, nullptr);
-  const bool answers = hasError(connection) == 0;
-  disconnect(connection);
-  return answers;
-}
-
 bool hasWaylandSocket() {
   const QString name = qEnvironmentVariable("WAYLAND_DISPLAY");
   if (name.isEmpty()) return false;
@@ -33,12 +16,33 @@ bool hasWaylandSocket() {
 
 }  // namespace
 
-bool hasDisplay() {
+Display::Display() {
   // "name:parameters;name:parameters", in order of preference
   const QString asked = qEnvironmentVariable("QT_QPA_PLATFORM");
-  if (!asked.isEmpty() && !asked.startsWith(QLatin1String("xcb"))) return true;
-  if (!asked.isEmpty()) return answersX11();
-  return hasWaylandSocket() || (qEnvironmentVariableIsSet("DISPLAY") && answersX11());
+  if (asked.isEmpty()) {
+    exists_ = hasWaylandSocket() || (qEnvironmentVariableIsSet("DISPLAY") && answersX11());
+  } else {
+    exists_ = !asked.startsWith(QLatin1String("xcb")) || answersX11();
+  }
+}
+
+Display::~Display() {
+  if (connection_) disconnect_(connection_);
+}
+
+/// Asks the display server, by the library that the toolkit uses for it. The library is loaded only if
+/// needed.
+bool Display::answersX11() {
+  using Connect = void* (*)(const char* name, int* screen);
+  using HasError = int (*)(void* connection);
+  using Disconnect = void (*)(void* connection);
+  QLibrary library(QStringLiteral("xcb"), 1);
+  const auto connect = reinterpret_cast<Connect>(library.resolve("xcb_connect"));
+  const auto hasError = reinterpret_cast<HasError>(library.resolve("xcb_connection_has_error"));
+  disconnect_ = reinterpret_cast<Disconnect>(library.resolve("xcb_disconnect"));
+  if (!connect || !hasError || !disconnect_) return false;
+  connection_ = connect(nullptr, nullptr);
+  return hasError(connection_) == 0;
 }
 
 }  // namespace kestrel::qt

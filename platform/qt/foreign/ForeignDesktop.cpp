@@ -28,7 +28,8 @@ namespace {
 constexpr std::int32_t kWrongThread = -2147417842;
 
 std::unique_ptr<QApplication> makeApplication() {
-  if (!hasDisplay()) throw RuntimeError(err::kCannotCreateObject, "There is no display for windows.");
+  const Display display;
+  if (!display.exists()) throw RuntimeError(err::kCannotCreateObject, "There is no display for windows.");
   // The application object refers to its arguments as long as it exists.
   static int count = 1;
   static std::string name = "kestrel";

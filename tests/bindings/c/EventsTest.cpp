@@ -148,7 +148,9 @@ TEST_F(CEvents, AHandlerCallsTheMemberAgain) {
   const Object sink = Create("IImageEvents");
   int depth = 0;
   Handler handler([&](kestrel_value*, std::int32_t) {
-    if (++depth < 10) EXPECT_EQ(request(sink), "");
+    if (++depth < 10) {
+      EXPECT_EQ(request(sink), "");
+    }
     return KESTREL_OK;
   });
   ASSERT_EQ(handler.connect(sink, "RequestOpenFilename"), "");

@@ -76,8 +76,10 @@ class Object {
   Object() = default;
   explicit Object(kestrel_object* taken) : handle(taken) {}
   Object(Object&& other) noexcept : handle(std::exchange(other.handle, nullptr)) {}
-  Object(const Object&) = delete;
-  Object& operator=(const Object&) = delete;
+  Object& operator=(Object&& other) noexcept {
+    std::swap(handle, other.handle);
+    return *this;
+  }
   ~Object() { release(); }
 
   void release() { kestrel_release(std::exchange(handle, nullptr)); }
