@@ -95,8 +95,9 @@ struct Member {
   bool isMethod = false;
   /// Of the method or of the read of the property. A write takes the value as one more argument.
   std::span<const Parameter> parameters;
-  Type result;      ///< of the method or of the read
-  Parameter value;  ///< of the write
+  Type result;                    ///< of the method or of the read
+  bool isResultNullable = false;  ///< it is an object by pointer, which may be Nothing
+  Parameter value;                ///< of the write
 
   Thunk call = nullptr;  ///< the method, or the read of the property; null if it is write-only
   Thunk put = nullptr;   ///< the write of the property; null for methods and what is read-only
@@ -131,6 +132,8 @@ struct ClassDescription {
   std::shared_ptr<const Reference> (*create)() = nullptr;
   /// Raises an error if the objects that `object` handed out are gone while it exists itself. May be null.
   void (*checkHandedOut)(void* object) = nullptr;
+  /// Whether a host embeds the objects in its windows.
+  bool isControl = false;
 
   /// The member of that name, ignoring the case of ASCII letters, or of that number; null if there is none.
   const Member* FindMember(std::string_view memberName) const;

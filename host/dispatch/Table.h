@@ -155,9 +155,11 @@ struct MemberAt {
                 .isMethod = kRow.isMethod,
                 .parameters = kParameters,
                 .result = {},
+                .isResultNullable = false,
                 .value = kValue};
     if constexpr (kReads) {
       made.result = TypeWithColor<typename Call::Result>(kRow.isColor);
+      made.isResultNullable = kIsNullable<typename Call::Result>;
       made.call = &CallIt;
     }
     if constexpr (kWrites) made.put = &PutIt;
@@ -303,14 +305,16 @@ struct ClassRow {
   std::string_view help;
   std::shared_ptr<const Reference> (*create)() = nullptr;
   void (*checkHandedOut)(void* object) = nullptr;
+  bool isControl = false;
 };
 
 template <typename Class, const auto& kMemberRows, const auto& kEventRows = kNoEvents>
 constexpr ClassDescription MakeClass(const ClassRow& row) {
   using Members = TableOf<Class, MemberAt, Member, kMemberRows>;
   using Events = TableOf<Class, EventAt, EventDescription, kEventRows>;
-  return {row.name,       row.help,        Members::kTable,   Members::kByName, Members::kByNumber,
-          Events::kTable, Events::kByName, Events::kByNumber, row.create,       row.checkHandedOut};
+  return {row.name,           row.help,           Members::kTable, Members::kByName,
+          Members::kByNumber, Events::kTable,     Events::kByName, Events::kByNumber,
+          row.create,         row.checkHandedOut, row.isControl};
 }
 
 }  // namespace kestrel::dispatch

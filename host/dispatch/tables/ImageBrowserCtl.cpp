@@ -37,6 +37,7 @@ constexpr std::tuple kEvents{
 constexpr ClassDescription kClass = MakeClass<Browser, kMembers, kEvents>({
     .name = "ImageBrowserCtl",
     .help = "The embeddable image browser: a folder tree and the thumbnails of the selected folder.",
+    .isControl = true,
 });
 
 }  // namespace

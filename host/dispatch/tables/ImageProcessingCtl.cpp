@@ -158,6 +158,7 @@ constexpr ClassDescription kClass = MakeClass<Editor, kMembers, kEvents>({
     .name = "ImageProcessingCtl",
     .help =
         "The embeddable image editor: a view surrounded by menus, tool bars, a status bar and dock windows.",
+    .isControl = true,
 });
 
 }  // namespace
