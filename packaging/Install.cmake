@@ -30,6 +30,11 @@ foreach(name IN LISTS names)
 endforeach()
 install(DIRECTORY ${KESTREL_PACKAGE_DIR}/share/kestrellib2 DESTINATION ${CMAKE_INSTALL_DATADIR} COMPONENT data)
 install(DIRECTORY ${KESTREL_PUBLIC_HEADERS} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
+# What the build writes of the public interface.
+install(FILES ${PROJECT_BINARY_DIR}/generated/interface/reference.md
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/KestrelLib2 COMPONENT development)
+install(FILES ${PROJECT_BINARY_DIR}/generated/interface/kestrel_constants.h
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
 
 # A shared library links what it uses itself; hosts with static ones link it too.
 set(STATIC_COMPONENTS)
