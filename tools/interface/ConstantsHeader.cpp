@@ -47,18 +47,18 @@ std::string constantsHeader() {
   std::string text =
       "#ifndef KESTREL_CONSTANTS_H\n"
       "#define KESTREL_CONSTANTS_H\n\n"
-      "/* Written by the build from the tables of host/dispatch. */\n\n"
-      "/* -- Enumerations ------------------------------------------------------------------------------ "
-      "*/\n";
+      "// Written by the build from the tables of host/dispatch.\n\n"
+      "// -- Enumerations "
+      "---------------------------------------------------------------------------------------\n";
   for (const EnumerationDescription* description : Enumerations()) text += enumerationText(*description);
   text +=
       "\n"
-      "/* -- Numbers of members and events ------------------------------------------------------------- "
-      "*/\n\n" +
+      "// -- Numbers of members and events "
+      "------------------------------------------------------------------------\n\n" +
       commentOf(
           "KESTREL_CLASS_MEMBER is the number of a member of a class, KESTREL_CLASS_on_EVENT that of an "
-          "event. A "
-          "number never changes; 0 is the default member.");
+          "event. "
+          "A number never changes; 0 is the default member.");
   for (const ClassDescription* description : Classes()) text += numbersText(*description);
   return text + "\n#endif\n";
 }

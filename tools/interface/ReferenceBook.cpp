@@ -5,6 +5,7 @@
 #include <span>
 #include <string_view>
 
+#include "ErrorNumbers.h"
 #include "Words.h"
 #include "host/dispatch/Registry.h"
 
@@ -113,8 +114,7 @@ std::string textOf(const DefaultValue& value) {
   return {};
 }
 
-/// As code: "`Resize(Width: Int32, Height: Int32 = 0)`"; the name alone without parameters.
-std::string signature(std::string_view name, std::span<const Parameter> parameters) {
+std::string argumentsOf(std::span<const Parameter> parameters) {
   std::string arguments;
   for (const Parameter& parameter : parameters) {
     std::string text = parameter.inOut ? "ref " : "";
@@ -122,7 +122,18 @@ std::string signature(std::string_view name, std::span<const Parameter> paramete
     if (parameter.IsOptional()) text += " = " + textOf(parameter.defaultValue);
     append(arguments, ", ", text);
   }
-  return "`" + std::string(name) + (arguments.empty() ? "" : "(" + arguments + ")") + "`";
+  return arguments;
+}
+
+/// As code: "`Resize(Width: Int32, Height: Int32 = 0)`", "`Undo()`", and a property without arguments
+/// "`Zoom`".
+std::string signature(const Member& member) {
+  const std::string arguments = argumentsOf(member.parameters);
+  const bool isCalled = member.isMethod || !arguments.empty();
+  return "`" + std::string(member.name) + (isCalled ? "(" + arguments + ")" : "") + "`";
+}
+std::string signature(const EventDescription& event) {
+  return "`" + std::string(event.name) + "(" + argumentsOf(event.parameters) + ")`";
 }
 
 /// Of each class the members and events from which a host gets its objects.
@@ -152,9 +163,9 @@ std::string propertiesText(const ClassDescription& description) {
   std::string rows;
   for (const Member& member : description.members) {
     if (member.isMethod) continue;
-    rows += "| " + signature(member.name, member.parameters) + " | " +
-            linkOf(member.call ? member.result : member.value.type) + " | " + access(member) + " | " +
-            std::to_string(member.number) + " | " + escaped(member.help) + " |\n";
+    rows += "| " + signature(member) + " | " + linkOf(member.call ? member.result : member.value.type) +
+            " | " + access(member) + " | " + std::to_string(member.number) + " | " + escaped(member.help) +
+            " |\n";
   }
   if (rows.empty()) return {};
   return "| property | type | access | number | |\n|---|---|---|---|---|\n" + rows + "\n";
@@ -164,8 +175,8 @@ std::string methodsText(const ClassDescription& description) {
   std::string rows;
   for (const Member& member : description.members) {
     if (!member.isMethod) continue;
-    rows += "| " + signature(member.name, member.parameters) + " | " + linkOf(member.result) + " | " +
-            std::to_string(member.number) + " | " + escaped(member.help) + " |\n";
+    rows += "| " + signature(member) + " | " + linkOf(member.result) + " | " + std::to_string(member.number) +
+            " | " + escaped(member.help) + " |\n";
   }
   if (rows.empty()) return {};
   return "| method | result | number | |\n|---|---|---|---|\n" + rows + "\n";
@@ -174,8 +185,8 @@ std::string methodsText(const ClassDescription& description) {
 std::string eventsText(const ClassDescription& description) {
   std::string rows;
   for (const EventDescription& event : description.events) {
-    rows += "| " + signature(event.name, event.parameters) + " | " + std::to_string(event.number) + " | " +
-            escaped(event.help) + " |\n";
+    rows +=
+        "| " + signature(event) + " | " + std::to_string(event.number) + " | " + escaped(event.help) + " |\n";
   }
   if (rows.empty()) return {};
   return "| event | number | |\n|---|---|---|\n" + rows + "\n";
@@ -223,6 +234,17 @@ std::string contentsText() {
                                           [](const EnumerationDescription&) { return true; });
 }
 
+std::string errorsText() {
+  std::string text =
+      "## Errors\n\nAn error has a number, a source (usually the name of the class) and a description for "
+      "users. "
+      "Members have further numbers where their description names them.\n\n| number | meaning |\n|---|---|\n";
+  for (const ErrorNumber& error : errorNumbers()) {
+    text += "| " + std::to_string(error.number) + " | " + std::string(error.meaning) + " |\n";
+  }
+  return text + "\n";
+}
+
 struct IgnoringCase {
   bool operator()(std::string_view left, std::string_view right) const {
     return CompareNames(left, right) < 0;
@@ -246,11 +268,11 @@ std::string indexText() {
 
 std::string referenceBook() {
   std::string text{kIntroduction};
-  text += contentsText() + "[Index](#index) of all members, events and their classes.\n\n";
+  text += contentsText() + "[Errors](#errors) by number. [Index](#index) of all members and events.\n\n";
   const Origins origins = originsOfObjects();
   for (const ClassDescription* description : Classes()) text += classText(*description, origins);
   for (const EnumerationDescription* description : Enumerations()) text += enumerationText(*description);
-  return text + indexText();
+  return text + errorsText() + indexText();
 }
 
 }  // namespace kestrel::tools

@@ -1,6 +1,8 @@
 #include "tools/interface/ReferenceBook.h"
 
 #include "Passages.h"
+#include "base/RuntimeError.h"
+#include "host/dispatch/Errors.h"
 #include "host/dispatch/Registry.h"
 
 namespace kestrel::tools {
@@ -49,6 +51,15 @@ TEST_F(ReferenceBook, HasEachValueOfEachEnumeration) {
   }
 }
 
+TEST_F(ReferenceBook, HasTheErrorsOfMembersAndOfLateBinding) {
+  const std::string section = Section("Errors");
+  for (const std::int32_t number :
+       {err::kFileNotFound, err::kObjectNotSet, err::kNoSuchMember, err::kWrongThread}) {
+    EXPECT_THAT(section, HasSubstr("\n| " + std::to_string(number) + " | "));
+  }
+  EXPECT_THAT(section, HasSubstr("| 91 | the object is Nothing, or does not exist any more |"));
+}
+
 TEST_F(ReferenceBook, HasAnIndexOfAllMembersAndEventsIgnoringCase) {
   const std::string index = Section("Index");
   for (const ClassDescription* owner : Classes()) {
@@ -78,6 +89,7 @@ TEST_F(ReferenceBook, ShowsTypesDefaultsAndDirectionsOfArguments) {
   const std::string section = Section("ImageProcessingCtl");
   EXPECT_THAT(section,
               HasSubstr("| `Resize(Width: Int32, Height: Int32 = 0, ResampleMethod: Int32 = 0)` |  | "));
+  EXPECT_THAT(section, HasSubstr("| `Undo()` |  | 64 | Undoes the latest step. |"));
   EXPECT_THAT(section, HasSubstr("| `OpenImage(Filename: String = \"\")` | Boolean | "));
   EXPECT_THAT(section,
               HasSubstr("| `RequestOpenFilename(ref Filename: String, ref CancelDefault: Boolean)` | "));
