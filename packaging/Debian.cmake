@@ -49,6 +49,26 @@ kestrel_package(development NAME libkestrel-dev SECTION libdevel
   SUMMARY "embeddable image editor and image browser - development files"
   TEXT "The headers of KestrelLib2 and the files by which CMake and pkg-config find
 it, to build programs that embed the image editor or the image browser.")
+if(TARGET kestrel_c_library)
+  kestrel_package(python NAME python3-kestrel SECTION python ALL
+    DEPENDS "libkestrel2 (= ${PROJECT_VERSION}), python3 (>= 3.9)"
+    SUMMARY "embeddable image editor and image browser - Python 3 package"
+    TEXT "The classes of KestrelLib2 for programs in Python, which embed the image editor
+or the image browser, or work on pictures without a display.")
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_SUGGESTS "python3-numpy, python3-pil, python3-pyqt6")
+  # The compiled modules come and go with the package.
+  set(scripts ${CMAKE_CURRENT_BINARY_DIR}/python)
+  foreach(script postinst=py3compile prerm=py3clean)
+    string(REGEX MATCH "(.+)=(.+)" all ${script})
+    file(CONFIGURE OUTPUT ${scripts}/${CMAKE_MATCH_1} @ONLY CONTENT "#!/bin/sh
+set -e
+if command -v ${CMAKE_MATCH_2} >/dev/null 2>&1; then
+  ${CMAKE_MATCH_2} -p python3-kestrel
+fi
+")
+  endforeach()
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA ${scripts}/postinst ${scripts}/prerm)
+endif()
 kestrel_package(programs NAME kestrel SECTION graphics
   DEPENDS "libkestrel2-data (= ${PROJECT_VERSION})"
   SUMMARY "image editor and image browser"
