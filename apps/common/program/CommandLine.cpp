@@ -39,6 +39,8 @@ bool readCommandLine(int count, char** values, const CommandLine& line, RunArgum
       ->type_name("TXT")
       ->check(CLI::ExistingFile);
   parser.add_option("--screenshot", arguments.screenshot, "Writes a picture of the window")->type_name("PNG");
+  parser.add_option("--language", arguments.language, "Shows texts in a language: ar, de, en, es or ja")
+      ->type_name("LOCALE");
   parser.add_flag("--quit", arguments.quit, "Quits after that; never waits for input");
   parser.set_version_flag("--version", versionText(line.program));
   try {

@@ -9,6 +9,7 @@ namespace kestrel::app {
 struct RunArguments {
   std::vector<std::string> steps;  ///< lines of a script (Steps.h), run in order
   std::string screenshot;          ///< path of a PNG screenshot of the window
+  std::string language;            ///< a locale for the texts, such as "de"; empty means the user's
   bool quit = false;               ///< quit at the end; never wait for input
 };
 

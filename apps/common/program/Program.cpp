@@ -50,7 +50,7 @@ int runOnDesktop(int count, char** values, const Program& program) {
   int exitCode = 0;
   if (!program.readArguments(exitCode)) return exitCode;
   BoxScript boxes{.program = program.name, .unattended = program.arguments.quit};
-  qt::Desktop desktop(count, values, program.name);
+  qt::Desktop desktop(count, values, program.name, program.arguments.language);
   const Connection storeTrouble = assemble(desktop, program.title, boxes);
   const Apartment apartment(desktop.platform());
   return program.run(desktop, boxes);

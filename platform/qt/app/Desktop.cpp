@@ -3,12 +3,10 @@
 #include <QAction>
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QLibraryInfo>
 #include <QMouseEvent>
 #include <QPixmap>
 #include <QSet>
 #include <QTimer>
-#include <QTranslator>
 #include <QWidget>
 #include <algorithm>
 #include <cstdio>
@@ -20,6 +18,7 @@
 #include "base/RuntimeError.h"
 #include "platform/qt/core/Guard.h"
 #include "platform/qt/core/Handles.h"
+#include "platform/qt/core/Language.h"
 #include "platform/qt/core/NeededTimer.h"
 #include "platform/qt/core/Text.h"
 
@@ -54,19 +53,6 @@ struct QuietToolkit {
   QuietToolkit& operator=(const QuietToolkit&) = delete;
   ~QuietToolkit() { qInstallMessageHandler(nullptr); }
 };
-
-/// Installs the translations of the toolkit's texts and of ours for the user's language, if there are any.
-void translate(QApplication& application) {
-  const std::pair<QString, QString> books[] = {
-      {QStringLiteral("qtbase"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)},
-      {QStringLiteral("kestrel"), QApplication::applicationDirPath() + QStringLiteral("/translations")}};
-  for (const auto& [name, folder] : books) {
-    auto* const translator = new QTranslator(&application);
-    if (translator->load(QLocale(), name, QStringLiteral("_"), folder)) {
-      QApplication::installTranslator(translator);
-    }
-  }
-}
 
 QSet<QWidget*> shownWindows() {
   QSet<QWidget*> windows;
@@ -107,13 +93,15 @@ struct Desktop::Inside {
   std::unique_ptr<QtPlatform> platform;
 };
 
-Desktop::Desktop(int& argumentCount, char** arguments, const std::string& desktopName)
+Desktop::Desktop(int& argumentCount, char** arguments, const std::string& desktopName,
+                 const std::string& language)
     : inside_(std::make_unique<Inside>(argumentCount, arguments)) {
   QApplication::setApplicationName(toQt(desktopName));
   QApplication::setDesktopFileName(toQt(desktopName));
   QApplication::setQuitOnLastWindowClosed(false);  // a help window may outlive the editor's window
   QApplication::setWindowIcon(applicationIcon());
-  translate(inside_->application);
+  useToolkitTexts(toQt(language));
+  useLanguage(toQt(language));
 }
 
 Desktop::~Desktop() { setStrayErrorHandler(nullptr); }

@@ -16,8 +16,9 @@ namespace kestrel::qt {
 /// includes no header of the toolkit. One per process, on the main thread.
 class Desktop {
  public:
-  /// The arguments must outlive this object; the toolkit's own arguments are removed.
-  Desktop(int& argumentCount, char** arguments, const std::string& desktopName);
+  /// The arguments must outlive this object; the toolkit's own arguments are removed. `language` is a locale,
+  /// such as "de"; empty means the user's.
+  Desktop(int& argumentCount, char** arguments, const std::string& desktopName, const std::string& language = {});
   ~Desktop();
   Desktop(const Desktop&) = delete;
   Desktop& operator=(const Desktop&) = delete;

@@ -7,6 +7,7 @@
 #include "ButtonFocus.h"
 #include "platform/qt/core/Guard.h"
 #include "platform/qt/core/Pictures.h"
+#include "platform/qt/core/Language.h"
 #include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
@@ -48,11 +49,17 @@ class FieldOfOption final : public QObject {
 CheckBoxControl::CheckBoxControl(QCheckBox& box, ControlId id)
     : WidgetControl(box, std::move(id)), box_(box) {
   QObject::connect(&box_, &QCheckBox::toggled, receiver(), [this] { guarded([this] { Click(); }); });
+  keepTranslated(box_, *receiver(), [this] {
+    if (caption_) Caption(*caption_);
+  });
 }
 
 std::string CheckBoxControl::Caption() const { return fromQt(box_.text()); }
 
-void CheckBoxControl::Caption(const std::string& value) { box_.setText(translated(value)); }
+void CheckBoxControl::Caption(const std::string& value) {
+  caption_ = value;
+  box_.setText(translated(value));
+}
 
 OptionButtonControl::OptionButtonControl(QRadioButton& button, ControlId id)
     : WidgetControl(button, std::move(id)), button_(button) {

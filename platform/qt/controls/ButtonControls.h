@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QCheckBox>
 #include <QRadioButton>
+#include <optional>
 
 #include "SwatchLook.h"
 #include "WidgetControl.h"
@@ -23,6 +24,7 @@ class CheckBoxControl final : public WidgetControl<CheckBox> {
 
  private:
   QCheckBox& box_;
+  std::optional<std::string> caption_;  ///< English, if not that of the .ui file
 };
 
 /// An option of a group. Tab reaches the chosen one. The form may name the field of an option's value in the

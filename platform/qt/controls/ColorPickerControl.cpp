@@ -2,12 +2,16 @@
 
 #include "platform/qt/core/Guard.h"
 #include "platform/qt/core/Pictures.h"
+#include "platform/qt/core/Language.h"
 #include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
 
 ColorPickerControl::ColorPickerControl(ColorPickerWidget& picker, ControlId id)
     : WidgetControl(picker, std::move(id)), picker_(picker) {
+  keepTranslated(picker_, *receiver(), [this] {
+    if (caption_) EnhancedCaption(*caption_);
+  });
   QObject::connect(&picker_, &ColorPickerWidget::colorChosen, receiver(), [this](const QColor& color) {
     guarded([&] {
       // A choice of the user raises `Change` even if only the extra choice ends.
@@ -30,6 +34,7 @@ void ColorPickerControl::Value(OLE_COLOR value) {
 }
 
 void ColorPickerControl::EnhancedCaption(const std::string& value) {
+  caption_ = value;
   picker_.setEnhancedCaption(translated(value));
 }
 

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <optional>
+#include <string>
+
 #include "ColorPickerWidget.h"
 #include "WidgetControl.h"
 #include "imaging/contract/controls/ColorPicker.h"
@@ -22,6 +25,7 @@ class ColorPickerControl final : public WidgetControl<ColorPicker> {
 
  private:
   ColorPickerWidget& picker_;
+  std::optional<std::string> caption_;  ///< English, if not that of the .ui file
   OLE_COLOR value_ = 0;
 };
 

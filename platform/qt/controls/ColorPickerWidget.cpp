@@ -7,6 +7,7 @@
 #include <QStyleOptionToolButton>
 #include <QStylePainter>
 #include <algorithm>
+#include <utility>
 
 #include "ButtonAccessibility.h"
 #include "ColorPalette.h"
@@ -25,7 +26,7 @@ constexpr int kColorCharacters = 8;
 }  // namespace
 
 ColorPickerWidget::ColorPickerWidget(QWidget* parent)
-    : QToolButton(parent), enhancedCaption_(translated("Automatic")) {
+    : QToolButton(parent), automatic_(translated("Automatic")), enhancedCaption_(automatic_) {
   setFocusPolicy(Qt::StrongFocus);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   presentAsList(*this);
@@ -49,6 +50,14 @@ void ColorPickerWidget::setEnhancedCaption(const QString& value) {
   enhancedCaption_ = value;
   updateGeometry();
   update();
+}
+
+void ColorPickerWidget::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::LanguageChange) {
+    const QString before = std::exchange(automatic_, translated("Automatic"));
+    if (enhancedCaption_ == before) setEnhancedCaption(automatic_);
+  }
+  QToolButton::changeEvent(event);
 }
 
 QSize ColorPickerWidget::sizeHint() const {

@@ -39,11 +39,13 @@ class ColorPickerWidget final : public QToolButton {
  protected:
   void paintEvent(QPaintEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
  private:
   void chooseFromDialog();
 
   QColor color_ = Qt::black;
+  QString automatic_;  ///< the extra choice's caption at first
   QString enhancedCaption_;
   bool enhancedSelected_ = false;
   bool enhancedVisible_ = true;

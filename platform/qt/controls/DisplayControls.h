@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QLabel>
+#include <optional>
 
 #include "FrameWidget.h"
 #include "PictureWidget.h"
@@ -13,13 +14,14 @@ namespace kestrel::qt {
 
 class LabelControl final : public WidgetControl<Label> {
  public:
-  LabelControl(QLabel& label, ControlId id) : WidgetControl(label, std::move(id)), label_(label) {}
+  LabelControl(QLabel& label, ControlId id);
 
   std::string Caption() const override;
   void Caption(const std::string& value) override;
 
  private:
   QLabel& label_;
+  std::optional<std::string> caption_;  ///< English, if not that of the .ui file
 };
 
 class FrameControl final : public WidgetControl<Frame> {

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "FrameWidget.h"
+#include "platform/qt/core/Language.h"
 #include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
@@ -46,8 +47,12 @@ QSize placeInRow(QList<QWidget*> widgets, int gap) {
 FormHeaderWidget::FormHeaderWidget(QWidget* parent)
     : QWidget(parent),
       title_(new QLabel(this)),
-      ok_(new QPushButton(translated("OK"), this)),
-      cancel_(new QPushButton(translated("Cancel"), this)) {
+      ok_(new QPushButton(this)),
+      cancel_(new QPushButton(this)) {
+  keepTranslated(*this, *this, [this] {
+    ok_->setText(translated("OK"));
+    cancel_->setText(translated("Cancel"));
+  });
   title_->setObjectName(QStringLiteral("headerTitle"));
   ok_->setObjectName(QStringLiteral("headerOK"));
   cancel_->setObjectName(QStringLiteral("headerCancel"));

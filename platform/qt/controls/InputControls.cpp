@@ -6,6 +6,7 @@
 
 #include "base/RuntimeError.h"
 #include "platform/qt/core/Guard.h"
+#include "platform/qt/core/Language.h"
 #include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
@@ -66,9 +67,11 @@ SliderControl::SliderControl(QSlider& slider, ControlId id)
 
 TabStripControl::TabStripControl(QTabBar& tabs, ControlId id)
     : WidgetControl(tabs, std::move(id)), tabs_(tabs) {
-  for (const QString& caption : tabs_.property("tabs").toStringList()) {
-    tabs_.addTab(translated(fromQt(caption)));
-  }
+  const QStringList captions = tabs_.property("tabs").toStringList();
+  for (qsizetype i = 0; i < captions.size(); ++i) tabs_.addTab({});
+  keepTranslated(tabs_, *receiver(), [this, captions] {
+    for (int i = 0; i < captions.size(); ++i) tabs_.setTabText(i, translated(fromQt(captions[i])));
+  });
   QObject::connect(&tabs_, &QTabBar::currentChanged, receiver(), [this] { guarded([this] { Click(); }); });
   selectBy(QKeySequence::NextChild, 1);
   selectBy(QKeySequence::PreviousChild, -1);

@@ -8,6 +8,7 @@
 #include <algorithm>
 
 #include "imaging/contract/controls/SplitPanel.h"
+#include "platform/qt/core/Language.h"
 #include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
@@ -27,8 +28,10 @@ class SplitDivider final : public QWidget {
     setCursor(Qt::SplitHCursor);
     setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_Hover);
-    setAccessibleName(translated("Divider"));
-    setAccessibleDescription(translated("Changes the width of the left part by the keys Left and Right"));
+    keepTranslated(*this, *this, [this] {
+      setAccessibleName(translated("Divider"));
+      setAccessibleDescription(translated("Changes the width of the left part by the keys Left and Right"));
+    });
   }
 
  protected:
@@ -49,7 +52,8 @@ class SplitDivider final : public QWidget {
 
   void mouseMoveEvent(QMouseEvent* event) override {
     if (grip_ < 0 || !(event->buttons() & Qt::LeftButton)) return;
-    panel_.movePosition(mapToParent(event->position().toPoint()).x() - grip_);
+    const int left = mapToParent(event->position().toPoint()).x() - grip_;
+    panel_.movePosition(isRightToLeft() ? panel_.width() - left - width() : left);
   }
 
   void mouseReleaseEvent(QMouseEvent* event) override {
@@ -62,7 +66,8 @@ class SplitDivider final : public QWidget {
   }
 
   void keyPressEvent(QKeyEvent* event) override {
-    const int step = event->modifiers() & Qt::ControlModifier ? 1 : kLongStep;
+    const int length = event->modifiers() & Qt::ControlModifier ? 1 : kLongStep;
+    const int step = isRightToLeft() ? -length : length;
     switch (event->key()) {
       case Qt::Key_Left:
         return panel_.movePosition(panel_.shownPosition() - step);
@@ -130,16 +135,20 @@ QSize SplitPanelWidget::minimumSizeHint() const {
 void SplitPanelWidget::resizeEvent(QResizeEvent* /*event*/) { arrange(); }
 
 void SplitPanelWidget::changeEvent(QEvent* event) {
-  if (event->type() == QEvent::StyleChange) arrange();
+  if (event->type() == QEvent::StyleChange || event->type() == QEvent::LayoutDirectionChange) arrange();
   QWidget::changeEvent(event);
 }
 
 void SplitPanelWidget::arrange() {
   const int shown = shownPosition();
   const int second = std::min(shown + dividerWidth(), width());
-  if (first_) first_->setGeometry(0, 0, shown, height());
-  divider_->setGeometry(shown, 0, second - shown, height());
-  if (second_) second_->setGeometry(second, 0, width() - second, height());
+  // From right to left the first pane is on the right.
+  const auto place = [this](QWidget& widget, int left, int width) {
+    widget.setGeometry(QStyle::visualRect(layoutDirection(), rect(), QRect(left, 0, width, height())));
+  };
+  if (first_) place(*first_, 0, shown);
+  place(*divider_, shown, second - shown);
+  if (second_) place(*second_, second, width() - second);
 }
 
 }  // namespace kestrel::qt

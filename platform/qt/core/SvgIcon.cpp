@@ -6,7 +6,9 @@
 #include <QPalette>
 #include <QPixmapCache>
 #include <QSvgRenderer>
+#include <QTransform>
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "Resources/Icons.h"
@@ -44,18 +46,26 @@ double luminance(const QColor& color) {
   return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
 }
 
+/// Arrows along the direction of reading.
+bool followsReading(const QString& name) {
+  constexpr std::array kNames{"Undo", "Redo", "Go-Back", "Go-Forward"};
+  return std::any_of(kNames.begin(), kNames.end(), [&](const char* known) { return name == QLatin1String(known); });
+}
+
 QPixmap rendered(const QString& name, const QSize& size, const QColor& text, const QColor& ground,
                  bool enabled) {
   const QColor lines = lineColor(text, ground, enabled);
   const QColor themed = QColor(resources::kIconAccent.data());
   const bool hasAccent = enabled && contrastOf(themed, ground) >= kAccentContrast;
 
-  const QString key = QStringLiteral("kestrel:%1:%2x%3:%4:%5")
+  const bool mirrored = QGuiApplication::isRightToLeft() && followsReading(name);
+  const QString key = QStringLiteral("kestrel:%1:%2x%3:%4:%5:%6")
                           .arg(name)
                           .arg(size.width())
                           .arg(size.height())
                           .arg(lines.rgba())
-                          .arg(hasAccent);
+                          .arg(hasAccent)
+                          .arg(mirrored);
   QPixmap pixmap;
   if (QPixmapCache::find(key, &pixmap)) return pixmap;
 
@@ -68,6 +78,7 @@ QPixmap rendered(const QString& name, const QSize& size, const QColor& text, con
   QPainter painter(&pixmap);
   QSvgRenderer(svg).render(&painter, QRectF(QPointF(), QSizeF(size)));
   painter.end();
+  if (mirrored) pixmap = pixmap.transformed(QTransform::fromScale(-1, 1));
   QPixmapCache::insert(key, pixmap);
   return pixmap;
 }

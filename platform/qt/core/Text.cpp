@@ -6,8 +6,10 @@ namespace kestrel::qt {
 
 QString translated(std::string_view english) {
   if (english.empty()) return {};
-  return QCoreApplication::translate("kestrel", std::string(english).c_str());
+  return QCoreApplication::translate(kTextContext, std::string(english).c_str());
 }
+
+QString formText(const char* english, const char* /*remark*/) { return translated(english); }
 
 QString withoutAccessKey(const QString& caption) {
   QString plain;

@@ -12,8 +12,14 @@ inline QString toQt(std::string_view text) {
 
 inline std::string fromQt(const QString& text) { return text.toStdString(); }
 
-/// The translation of the English text into the user's language; the English text if there is none.
+/// The context of our texts, for a host's own translators.
+inline constexpr char kTextContext[] = "kestrel";
+
+/// The translation of the English text into the user's language, whole or of its sentences; the English text where
+/// there is none. See Language.h for texts of windows that stay open.
 QString translated(std::string_view english);
+/// The same for a text of a form, as the toolkit's compiler of forms calls it.
+QString formText(const char* english, const char* remark);
 
 /// A caption without its access key marker: "&&" becomes "&".
 QString withoutAccessKey(const QString& caption);

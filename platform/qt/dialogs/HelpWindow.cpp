@@ -10,6 +10,7 @@
 
 #include "platform/qt/core/Caption.h"
 #include "platform/qt/core/SvgIcon.h"
+#include "platform/qt/core/Language.h"
 #include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
@@ -47,21 +48,27 @@ class HelpBrowser final : public QTextBrowser {
 }  // namespace
 
 HelpWindow::HelpWindow() : browser_(new HelpBrowser) {
-  setWindowTitle(translated("Help"));
   browser_->setOpenExternalLinks(true);
-  browser_->setAccessibleName(translated("Help page"));
   browser_->document()->setDocumentMargin(16);
   setCentralWidget(browser_);
 
-  auto* const bar = addToolBar(translated("Navigation"));
+  auto* const bar = addToolBar(QString());
   bar->setMovable(false);
   bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
   bar->setContextMenuPolicy(Qt::PreventContextMenu);
   setContextMenuPolicy(Qt::NoContextMenu);
 
-  QAction* const back = bar->addAction(svgIcon("Go-Back"), translated("Back"));
-  QAction* const forward = bar->addAction(svgIcon("Go-Forward"), translated("Forward"));
-  QAction* const contents = bar->addAction(svgIcon("Contents"), translated("Contents"));
+  QAction* const back = bar->addAction(svgIcon("Go-Back"), QString());
+  QAction* const forward = bar->addAction(svgIcon("Go-Forward"), QString());
+  QAction* const contents = bar->addAction(svgIcon("Contents"), QString());
+  keepTranslated(*this, *this, [this, bar, back, forward, contents] {
+    showTitle();
+    browser_->setAccessibleName(translated("Help page"));
+    bar->setWindowTitle(translated("Navigation"));
+    back->setText(translated("Back"));
+    forward->setText(translated("Forward"));
+    contents->setText(translated("Contents"));
+  });
   back->setShortcut(QKeySequence::Back);
   forward->setShortcut(QKeySequence::Forward);
   back->setEnabled(false);
@@ -72,16 +79,18 @@ HelpWindow::HelpWindow() : browser_(new HelpBrowser) {
   connect(contents, &QAction::triggered, this, [this] { browser_->setSource(contents_); });
   connect(browser_, &QTextBrowser::backwardAvailable, back, &QAction::setEnabled);
   connect(browser_, &QTextBrowser::forwardAvailable, forward, &QAction::setEnabled);
-  connect(browser_, &QTextBrowser::sourceChanged, this, [this] {
-    const QString title = browser_->documentTitle();
-    setCaption(*this, title.isEmpty() ? translated("Help") : title);
-  });
+  connect(browser_, &QTextBrowser::sourceChanged, this, &HelpWindow::showTitle);
 
   auto* const closing = new QAction(this);
   closing->setShortcut(Qt::Key_Escape);
   connect(closing, &QAction::triggered, this, &QWidget::close);
   addAction(closing);
   resize(900, 740);
+}
+
+void HelpWindow::showTitle() {
+  const QString title = browser_->documentTitle();
+  setCaption(*this, title.isEmpty() ? translated("Help") : title);
 }
 
 void HelpWindow::showPage(const QString& folder, const QString& page) {

@@ -20,6 +20,8 @@ class HelpWindow final : public QMainWindow {
   const QTextBrowser& browser() const { return *browser_; }
 
  private:
+  void showTitle();
+
   QTextBrowser* browser_;
   QUrl contents_;
 };

@@ -62,6 +62,13 @@ void setText(QMessageBox& box, const QString& text) {
   addList(box, text.mid(first + end.size()));
 }
 
+/// "Version 2.0" in the user's language.
+QString versionOf(const std::string& text) {
+  constexpr std::string_view kVersion = "Version ";
+  return text.starts_with(kVersion) ? translated("Version %1").arg(toQt(text.substr(kVersion.size())))
+                                    : translated(text);
+}
+
 }  // namespace
 
 QString QtUserInterface::titleOf(const std::string& title) const {
@@ -98,7 +105,7 @@ std::string QtUserInterface::InputBox(const std::string& prompt, const std::stri
 void QtUserInterface::AboutBox(const std::string& title, const std::string& versionText,
                                const PicturePtr& picture, WindowHandle owner) {
   const BusyPause pause;
-  AboutDialog box(translated(title), translated(versionText), picture, dialogParent(owner));
+  AboutDialog box(translated(title), versionOf(versionText), picture, dialogParent(owner));
   execModal(box, calls_);
 }
 

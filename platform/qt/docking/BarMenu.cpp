@@ -11,6 +11,7 @@
 
 #include "platform/qt/core/Guard.h"
 #include "platform/qt/core/SvgIcon.h"
+#include "platform/qt/core/Language.h"
 #include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
@@ -65,9 +66,11 @@ class CornerButton final : public QToolButton {
 QToolButton* makeButton(QMenu& menu) {
   auto* const button = new CornerButton;
   button->setObjectName(QStringLiteral("barMenuButton"));
-  button->setText(translated("Tool &Bars"));  // its access key works in the whole window
-  button->setToolTip(translated("Tool bars and windows (Alt+B)"));
-  button->setAccessibleName(translated("Tool bars and windows"));
+  keepTranslated(*button, *button, [button] {
+    button->setText(translated("Tool &Bars"));  // its access key works in the whole window
+    button->setToolTip(translated("Tool bars and windows (Alt+B)"));
+    button->setAccessibleName(translated("Tool bars and windows"));
+  });
   button->setIcon(svgIcon("Tool-Bars"));
   button->setToolButtonStyle(Qt::ToolButtonIconOnly);
   button->setAutoRaise(true);

@@ -10,6 +10,7 @@
 #include <algorithm>
 
 #include "platform/qt/core/Guard.h"
+#include "platform/qt/core/Language.h"
 #include "platform/qt/core/Text.h"
 #include "platform/qt/site/SiteWidget.h"
 
@@ -24,9 +25,11 @@ ComboField::ComboField(docking::MoorageModel& suite, docking::CommandModel& comm
   setCompleter(nullptr);
   setFocusPolicy(Qt::StrongFocus);
   setMaxVisibleItems(25);
-  setAccessibleName(withoutAccessKey(translated(command_.Caption())));
-  setAccessibleDescription(translated(command_.Description()));
-  setToolTip(withoutAccessKey(translated(command_.Caption())));
+  keepTranslated(*this, *this, [this] {
+    setAccessibleName(withoutAccessKey(translated(command_.Caption())));
+    setAccessibleDescription(translated(command_.Description()));
+    setToolTip(accessibleName());
+  });
   connect(this, &QComboBox::activated, this, [this](int index) {
     guarded([&] { suite_.chooseItem(command_, index + 1); });
     refresh();

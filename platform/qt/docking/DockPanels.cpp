@@ -9,6 +9,7 @@
 #include "DockContent.h"
 #include "platform/qt/core/Caption.h"
 #include "platform/qt/core/Guard.h"
+#include "platform/qt/core/Language.h"
 #include "platform/qt/core/Text.h"
 #include "platform/qt/site/SiteWidget.h"
 
@@ -19,7 +20,7 @@ namespace {
 class Panel final : public QDockWidget {
  public:
   Panel(docking::DockWindowModel& model, QWidget* parent) : QDockWidget(parent), model_(model) {
-    setCaption(*this, translated(model.Caption()));
+    keepTranslated(*this, *this, [this] { setCaption(*this, translated(model_.Caption())); });
     setObjectName(toQt(model_.Name()));
   }
 
@@ -65,16 +66,18 @@ bool fits(const QSize& needed, const QSize& size) {
   return needed.width() <= size.width() && needed.height() <= size.height();
 }
 
-Qt::DockWidgetArea areaOf(docking::Edge edge) {
+/// The edges of a layout are those of a language written from left to right.
+Qt::DockWidgetArea areaOf(docking::Edge edge, Qt::LayoutDirection direction) {
+  const bool mirrored = direction == Qt::RightToLeft;
   switch (edge) {
     case docking::Edge::Left:
-      return Qt::LeftDockWidgetArea;
+      return mirrored ? Qt::RightDockWidgetArea : Qt::LeftDockWidgetArea;
     case docking::Edge::Top:
       return Qt::TopDockWidgetArea;
     case docking::Edge::Bottom:
       return Qt::BottomDockWidgetArea;
     default:
-      return Qt::RightDockWidgetArea;
+      return mirrored ? Qt::LeftDockWidgetArea : Qt::RightDockWidgetArea;
   }
 }
 
@@ -84,7 +87,7 @@ DockPanels::DockPanels(docking::MoorageModel& suite, MoorageWindow& window) : su
   for (const auto& model : suite.DockWindows().all()) {
     auto* const panel = new Panel(*model, &window);
     panel->setVisible(false);
-    window.addDockWidget(areaOf(model->edge()), panel);
+    window.addDockWidget(areaOf(model->edge(), window.layoutDirection()), panel);
     panels_[model.get()] = panel;
     order_.push_back(model.get());
   }
@@ -127,10 +130,22 @@ void DockPanels::arrange() {
   for (const auto& model : suite_.DockWindows().all()) {
     QDockWidget& panel = find(*model);
     panel.setFloating(false);
-    window_.addDockWidget(areaOf(model->edge()), &panel);
+    window_.addDockWidget(areaOf(model->edge(), window_.layoutDirection()), &panel);
     refresh(*model);
     distributeSpace(model->edge());
   }
+}
+
+void DockPanels::mirror() {
+  for (const auto& [model, panel] : panels_) {
+    const Qt::DockWidgetArea area = window_.dockWidgetArea(panel);
+    if (panel->isFloating() || (area != Qt::LeftDockWidgetArea && area != Qt::RightDockWidgetArea)) continue;
+    const bool wasLeft = area == Qt::LeftDockWidgetArea;
+    window_.addDockWidget(wasLeft ? Qt::RightDockWidgetArea : Qt::LeftDockWidgetArea, panel);
+    refresh(*model);
+  }
+  distributeSpace(docking::Edge::Left);
+  distributeSpace(docking::Edge::Right);
 }
 
 void DockPanels::refresh(docking::DockWindowModel& window) {

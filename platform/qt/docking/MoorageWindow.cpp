@@ -47,6 +47,11 @@ QSize MoorageWindow::minimumSizeFor(const QSize& content) const {
   return minimumSizeHint() + (content - client_->minimumSize()).expandedTo(QSize(0, 0));
 }
 
+void MoorageWindow::changeEvent(QEvent* event) {
+  QMainWindow::changeEvent(event);
+  if (event->type() == QEvent::LayoutDirectionChange) Q_EMIT layoutDirectionChanged();
+}
+
 void MoorageWindow::contextMenuEvent(QContextMenuEvent* event) {
   QMainWindow::contextMenuEvent(event);
   // The toolkit opens the menu for the other bars only.

@@ -37,9 +37,11 @@ class MoorageWindow final : public QMainWindow {
   void roomChanged();
   /// The smallest size at which bars and dock windows fit may be another now.
   void smallestSizeChanged();
+  void layoutDirectionChanged();
 
  protected:
   bool event(QEvent* event) override;
+  void changeEvent(QEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 

@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "PanelAccessibility.h"
+#include "platform/qt/core/Language.h"
 #include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
@@ -37,13 +38,15 @@ PanelField::PanelField(docking::CommandModel& command, const QIcon& icon)
     // A long message is clipped and does not widen the window.
     text_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   }
-  const QString name =
-      translated(command_.ShortCaption().empty() ? command_.Description() : command_.ShortCaption());
-  setToolTip(name);
-  if (progress_) progress_->setAccessibleName(name);
   useAccessiblePanels();
   showIcon();
-  refresh();
+  keepTranslated(*this, *this, [this] {
+    const QString name =
+        translated(command_.ShortCaption().empty() ? command_.Description() : command_.ShortCaption());
+    setToolTip(name);
+    if (progress_) progress_->setAccessibleName(name);
+    refresh();
+  });
 }
 
 void PanelField::refresh() {

@@ -5,6 +5,7 @@
 
 #include "base/RuntimeError.h"
 #include "platform/qt/core/Guard.h"
+#include "platform/qt/core/Language.h"
 
 namespace kestrel::qt {
 namespace {
@@ -94,6 +95,15 @@ QtMoorage::QtMoorage(MoorageWindow& window, ControlId id, const docking::StoredL
     toolBars_.refreshStyle();
     barMenu_.refresh();
   }));
+
+  // Its children, which show the actions, change after it.
+  keepTranslated(window_, actions_, [this] {
+    for (const auto& command : Commands().all()) actions_.refresh(*command);
+  });
+  QObject::connect(&window_, &MoorageWindow::layoutDirectionChanged, &actions_, [this] {
+    toolBars_.mirror();
+    dockPanels_.mirror();
+  });
 
   window_.fillBarMenu = [this](QMenu& menu) { barMenu_.fill(menu); };
   QObject::connect(&hotKeys_, &HotKeyFilter::menuBarRequested, &hotKeys_, [this] { openMenuBar(); });

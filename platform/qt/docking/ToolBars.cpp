@@ -8,17 +8,20 @@
 
 #include "ComboField.h"
 #include "platform/qt/controls/ButtonAccessibility.h"
+#include "platform/qt/core/Language.h"
 #include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
 namespace {
 
-Qt::ToolBarArea areaOf(docking::Edge edge) {
+/// The edges of a layout are those of a language written from left to right.
+Qt::ToolBarArea areaOf(docking::Edge edge, Qt::LayoutDirection direction) {
+  const bool mirrored = direction == Qt::RightToLeft;
   switch (edge) {
     case docking::Edge::Left:
-      return Qt::LeftToolBarArea;
+      return mirrored ? Qt::RightToolBarArea : Qt::LeftToolBarArea;
     case docking::Edge::Right:
-      return Qt::RightToolBarArea;
+      return mirrored ? Qt::LeftToolBarArea : Qt::RightToolBarArea;
     case docking::Edge::Bottom:
       return Qt::BottomToolBarArea;
     default:
@@ -48,7 +51,8 @@ ToolBars::ToolBars(docking::MoorageModel& suite, CommandActions& actions, QMainW
     return std::pair(a->edge(), a->row()) < std::pair(b->edge(), b->row());
   });
   for (docking::CommandBarModel* model : ordered_) {
-    auto* const bar = new QToolBar(translated(model->Name()), &window_);
+    auto* const bar = new QToolBar(&window_);
+    keepTranslated(*bar, *this, [bar, model] { bar->setWindowTitle(translated(model->Name())); });
     bar->setObjectName(toQt(model->Name()));
     bar->setAccessibleName(bar->windowTitle());
     bar->setFloatable(false);
@@ -64,13 +68,23 @@ void ToolBars::arrange() {
   }
   const docking::CommandBarModel* before = nullptr;
   for (docking::CommandBarModel* model : ordered_) {
-    const Qt::ToolBarArea area = areaOf(model->edge());
+    const Qt::ToolBarArea area = areaOf(model->edge(), window_.layoutDirection());
     if (before && before->edge() == model->edge() && before->row() != model->row()) {
       window_.addToolBarBreak(area);
     }
     window_.addToolBar(area, bars_.at(model).bar);
     before = model;
     refresh(*model);
+  }
+}
+
+void ToolBars::mirror() {
+  for (docking::CommandBarModel* model : ordered_) {
+    QToolBar* const bar = bars_.at(model).bar;
+    const Qt::ToolBarArea area = window_.toolBarArea(bar);
+    if (area != Qt::LeftToolBarArea && area != Qt::RightToolBarArea) continue;
+    window_.addToolBar(area == Qt::LeftToolBarArea ? Qt::RightToolBarArea : Qt::LeftToolBarArea, bar);
+    bar->setVisible(model->Visible());
   }
 }
 
@@ -151,7 +165,8 @@ QAction& ToolBars::actionFor(docking::CommandModel& command) {
   QWidgetAction*& action = combos_[&command];
   if (!action) {
     action = new QWidgetAction(this);
-    action->setText(withoutAccessKey(translated(command.Caption())));
+    keepTranslated(window_, *action,
+                   [action, &command] { action->setText(withoutAccessKey(translated(command.Caption()))); });
     action->setDefaultWidget(new ComboField(suite_, command));
   }
   return *action;
@@ -169,8 +184,11 @@ QAction* ToolBars::place(QToolBar& bar, docking::CommandModel& command, QAction*
 
 void ToolBars::prepare(QToolButton& button, docking::CommandModel& command) {
   button.setObjectName(toQt(command.Name()));
-  button.setAccessibleName(actions_.actionOf(command).iconText());
-  button.setAccessibleDescription(translated(command.Description()));
+  const QAction& action = actions_.actionOf(command);
+  keepTranslated(button, action, [&button, &action, &command] {
+    button.setAccessibleName(action.iconText());
+    button.setAccessibleDescription(translated(command.Description()));
+  });
   if (actions_.isChoice(command)) presentAsChoice(button);
   if (command.CommandType() == kCommandMenu) button.setPopupMode(QToolButton::InstantPopup);
   button.installEventFilter(&actions_);

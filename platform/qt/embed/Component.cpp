@@ -11,6 +11,7 @@
 #include "platform/posix/SharedLibraryFactory.h"
 #include "platform/qt/app/HelpFolder.h"
 #include "platform/qt/app/QtPlatform.h"
+#include "platform/qt/core/Language.h"
 #include "platform/sqlite/SqliteStore.h"
 #include "platform/sqlite/StorePath.h"
 #include "settings/modProcessing.h"
@@ -56,6 +57,11 @@ std::unique_ptr<RecoveryStore> storeOfUnsavedPictures(const std::string& setting
   return folder.empty() ? nullptr : std::make_unique<engine::RecoveryFolder>(folder);
 }
 
+/// Before the first window.
+struct Language {
+  Language() { useLanguage({}); }
+};
+
 /// The platform and the shared services. They keep what was set in them, such as the key of the window
 /// positions, from one component to the next.
 struct Process {
@@ -63,6 +69,7 @@ struct Process {
 
   const std::string settingsName;
   HostLink link;
+  Language language;
   QtPlatform platform{partsOfComponent(settingsName, link)};
   Attachment attachment{platform};
   std::unique_ptr<RecoveryStore> recoveryStore = storeOfUnsavedPictures(settingsName);
@@ -153,6 +160,16 @@ void Component::setServices(std::shared_ptr<HostServices> services) {
   inside();
   services_ = std::move(services);
   presentProcess()->link.services(services_);
+}
+
+QString Component::language() {
+  inside();
+  return qt::language();
+}
+
+void Component::setLanguage(const QString& locale) {
+  inside();
+  useLanguage(locale);
 }
 
 Platform& Component::platform() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QString>
 #include <memory>
 #include <optional>
 #include <string>
@@ -37,6 +38,14 @@ class Component {
   /// The host's own way with messages and errors, for all editors and browsers, instead of one set before.
   /// Null: the component's way.
   void setServices(std::shared_ptr<HostServices> services);
+
+  /// The language of the component's texts in this application: a locale such as "de" or "ar_EG". At first it
+  /// is that of the toolkit, `QLocale()`; "en" without a catalog for it. Open windows change their texts when
+  /// their events are processed next, and with a language written from right to left the application's layout
+  /// direction changes, unless the host has set one. The toolkit's own texts, such as those of standard
+  /// buttons, are the host's concern.
+  QString language();
+  void setLanguage(const QString& locale);
 
   /// For the controls on the sites of editors.
   const SiteServices& siteServices();

@@ -47,7 +47,7 @@ ProgressWindow::ProgressWindow(BackgroundTransfer& transfer, transfer::Operation
                                QWidget* parent)
     : UserDialog(parent),
       transfer_(transfer),
-      process_(toQt(transfer::processOf(operation))),
+      process_(translated(transfer::processOf(operation))),
       ask_(std::move(ask)),
       name_(new ElidedLabel),
       counts_(new QLabel),

@@ -121,7 +121,7 @@ QuestionWindow::QuestionWindow(const Question& question, transfer::Operation ope
     addButton(*buttons, "keepBoth", "&Keep Both", Choice::kKeepBoth);
     first = addButton(*buttons, "skip", "&Skip", Choice::kSkip);
   } else {
-    all->addWidget(sentence(toQt(transfer::noTrashQuestionOf(question))));
+    all->addWidget(sentence(translated(transfer::noTrashQuestionOf(question))));
     addButton(*buttons, "delete", "&Delete", Choice::kDelete);
     first = addButton(*buttons, "skip", "&Skip", Choice::kSkip);
   }

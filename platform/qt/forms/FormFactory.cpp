@@ -9,7 +9,9 @@ namespace {
 
 template <typename Ui>
 void setUp(FormWindow& window) {
-  Ui().setupUi(&window);
+  auto ui = std::make_shared<Ui>();
+  ui->setupUi(&window);
+  window.retranslate = [ui, &window] { ui->retranslateUi(&window); };
 }
 
 }  // namespace

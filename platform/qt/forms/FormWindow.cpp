@@ -40,6 +40,10 @@ void FormWindow::reject() {
 
 void FormWindow::changeEvent(QEvent* event) {
   if (event->type() == QEvent::ActivationChange && isActiveWindow()) Q_EMIT activated();
+  if (event->type() == QEvent::LanguageChange && retranslate) {
+    retranslate();
+    Q_EMIT retranslated();
+  }
   QDialog::changeEvent(event);
 }
 

@@ -24,6 +24,9 @@ class FormWindow : public QDialog {
   /// Called when the user asks to close the window, which stays unless this hides it.
   std::function<void()> closing;
 
+  /// Sets the texts of the .ui file in the present language.
+  std::function<void()> retranslate;
+
   /// The form that this is the window of; null while there is none.
   Form* form = nullptr;
 
@@ -32,6 +35,8 @@ class FormWindow : public QDialog {
 
  Q_SIGNALS:
   void activated();
+  /// The texts of the .ui file are in another language.
+  void retranslated();
   void resized();
   void painted();
   void keyPressed(int keyCode, int shift);

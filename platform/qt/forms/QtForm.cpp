@@ -35,6 +35,10 @@ QtForm::QtForm(std::unique_ptr<FormWindow> window, const std::string& name, cons
     activated_ = true;
     guarded([this] { Activate(); });
   });
+  QObject::connect(window_.data(), &FormWindow::retranslated, receiver(), [this] {
+    if (caption_) Caption(*caption_);
+    if (loaded_) separateAccessKeys(*window_);
+  });
   QObject::connect(window_.data(), &FormWindow::resized, receiver(),
                    [this] { guarded([this] { Resize(); }); });
   QObject::connect(window_.data(), &FormWindow::painted, receiver(),
@@ -58,7 +62,10 @@ void QtForm::requireWindow() const {
 
 std::string QtForm::Caption() const { return fromQt(captionOf(window())); }
 
-void QtForm::Caption(const std::string& value) { setCaption(window(), translated(value)); }
+void QtForm::Caption(const std::string& value) {
+  caption_ = value;
+  setCaption(window(), translated(value));
+}
 
 void QtForm::Modified(bool value) {
   if (value == Modified()) return;

@@ -2,6 +2,7 @@
 
 #include <QPointer>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "FaceGraphics.h"
@@ -84,6 +85,7 @@ class QtForm final : public WidgetControl<Form>, public PropertyStage, public Do
   FaceGraphics graphics_;
   OpenCalls& calls_;
   WindowPlacement placement_;
+  std::optional<std::string> caption_;  ///< English, if not that of the .ui file
   bool initialized_ = false;
   bool loaded_ = false;
   bool activated_ = false;

@@ -21,6 +21,7 @@
 #include "ThumbnailTexts.h"
 #include "platform/qt/core/DevicePixels.h"
 #include "platform/qt/core/Guard.h"
+#include "platform/qt/core/Language.h"
 #include "platform/qt/core/Text.h"
 #include "platform/thumbnailview/ThumbnailViewModel.h"
 
@@ -48,7 +49,10 @@ ThumbnailArea::ThumbnailArea(QWidget* parent)
   useAccessibleThumbnails();
   setFocusPolicy(Qt::StrongFocus);
   setAcceptDrops(true);
-  setAccessibleName(translated("Thumbnails"));
+  keepTranslated(*this, *this, [this] {
+    setAccessibleName(translated("Thumbnails"));
+    viewport()->update();  // the message
+  });
   viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
   viewport()->setMouseTracking(true);
   catchUpTimer_.setSingleShot(true);

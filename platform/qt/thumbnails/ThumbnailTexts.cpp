@@ -31,7 +31,7 @@ QStringList detailsOf(const thumbnails::ItemFacts& facts) {
 }
 
 QString reasonOf(const thumbnails::ItemFacts& facts) {
-  if (!facts.notice.empty()) return toQt(facts.notice);
+  if (!facts.notice.empty()) return translated(facts.notice);
   return facts.state == thumbnails::ItemState::kBroken ? translated("This picture cannot be shown.")
                                                        : QString();
 }

@@ -10,6 +10,7 @@
 #include "imaging/contract/FolderTreeImages.h"
 #include "platform/qt/controls/DisplayControls.h"
 #include "platform/qt/core/SvgIcon.h"
+#include "platform/qt/core/Language.h"
 #include "platform/qt/core/Text.h"
 #include "platform/qt/site/QtSite.h"
 
@@ -37,7 +38,7 @@ constexpr int kHeightInLines = 20;
 
 void FolderTreeWidget::populate(QtSite& site, const SiteServices& services) {
   auto* const tree = new TreeWidget(this);
-  tree->setAccessibleName(translated("Folders"));
+  keepTranslated(*tree, *tree, [tree] { tree->setAccessibleName(translated("Folders")); });
   new FolderTreeFiles(*tree, services);
   auto view = std::make_unique<QtTreeView>(*tree, ControlId{"tvwFolders"});
   for (const StockIcon& stock : kStockIcons) {

@@ -4,6 +4,7 @@
 #include <QSignalBlocker>
 
 #include "platform/qt/core/Guard.h"
+#include "platform/qt/core/Language.h"
 #include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
@@ -33,8 +34,13 @@ ImageSurface::ImageSurface(QWidget* parent)
       notice_(new NoticeStrip(this)) {
   setFocusProxy(canvas_);
   setAutoFillBackground(true);  // the corner between the bars
-  horizontal_->setAccessibleName(translated("Scroll the picture horizontally"));
-  vertical_->setAccessibleName(translated("Scroll the picture vertically"));
+  keepTranslated(*this, *this, [this] {
+    horizontal_->setAccessibleName(translated("Scroll the picture horizontally"));
+    vertical_->setAccessibleName(translated("Scroll the picture vertically"));
+  });
+  // Pictures have the same direction in all languages.
+  canvas_->setLayoutDirection(Qt::LeftToRight);
+  horizontal_->setLayoutDirection(Qt::LeftToRight);
   horizontal_->hide();
   vertical_->hide();
   for (QScrollBar* bar : {horizontal_, vertical_}) {

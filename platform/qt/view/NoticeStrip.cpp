@@ -8,6 +8,7 @@
 #include <algorithm>
 
 #include "platform/qt/core/SvgIcon.h"
+#include "platform/qt/core/Language.h"
 #include "platform/qt/core/Text.h"
 #include "platform/qt/site/SiteWidget.h"
 
@@ -58,8 +59,10 @@ NoticeStrip::NoticeStrip(QWidget* parent)
   cross->setIcon(svgIcon("Close"));
   cross->setAutoRaise(true);
   cross->setFocusPolicy(Qt::TabFocus);
-  cross->setAccessibleName(translated("Close this notice"));
-  cross->setToolTip(translated("Close this notice"));
+  keepTranslated(*cross, *cross, [cross] {
+    cross->setAccessibleName(translated("Close this notice"));
+    cross->setToolTip(cross->accessibleName());
+  });
   text_->setObjectName(QStringLiteral("noticeText"));
   button_->setObjectName(QStringLiteral("noticeButton"));
   button_->setFocusPolicy(Qt::TabFocus);

@@ -7,6 +7,7 @@
 #include "Resources/StockPicture.h"
 #include "platform/qt/controls/DisplayControls.h"
 #include "platform/qt/core/Pictures.h"
+#include "platform/qt/core/Language.h"
 #include "platform/qt/core/Text.h"
 #include "platform/qt/site/QtSite.h"
 
@@ -34,8 +35,12 @@ void PreviewWidget::populate(QtSite& site, const SiteServices& services) {
   for (const auto& [name, accessibleName] : {std::pair{"igxOriginal", "Before"}, {"igxPreview", "After"}}) {
     auto* const surface = new ImageSurface(this);
     surface->canvas().setFocusPolicy(Qt::ClickFocus);
-    surface->canvas().setAccessibleName(translated(accessibleName));
-    surface->canvas().setToolTip(translated(kPaneToolTip));
+    ViewCanvas& canvas = surface->canvas();
+    const char* const paneName = accessibleName;
+    keepTranslated(canvas, canvas, [&canvas, paneName] {
+      canvas.setAccessibleName(translated(paneName));
+      canvas.setToolTip(translated(kPaneToolTip));
+    });
     auto view = std::make_unique<QtImageView>(*surface, ControlId{name}, services.clipboard);
     // Nobody can undo in a pane, and each step would keep a whole picture.
     view->UndoLevels(0);

@@ -4,6 +4,7 @@
 
 #include "Cursors.h"
 #include "platform/qt/core/Guard.h"
+#include "platform/qt/core/Language.h"
 #include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {
@@ -22,6 +23,9 @@ QtImageView::QtImageView(ImageSurface& surface, ControlId id, engine::ClipboardP
   QObject::connect(&autoScroll_, &QTimer::timeout, &autoScroll_,
                    [this] { guarded([this] { timer(engine::ViewTimer::autoScroll); }); });
   QObject::connect(&surface.canvas(), &ViewCanvas::painted, receiver(), [this] { painted(); });
+  keepTranslated(surface, *receiver(), [this] {
+    if (!notice_.empty()) showNotice(notice_, noticeAction_);
+  });
   surface.setView(this);
 }
 
@@ -65,6 +69,8 @@ void QtImageView::painted() {
 }
 
 void QtImageView::showNotice(const std::string& text, const std::string& action) {
+  notice_ = text;
+  noticeAction_ = action;
   if (surface_) surface_->showNotice(translated(text), withoutAccessKey(translated(action)));
 }
 

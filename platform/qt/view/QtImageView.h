@@ -35,6 +35,8 @@ class QtImageView final : public WidgetControl<engine::View> {
   void painted();
 
   QPointer<ImageSurface> surface_;
+  std::string notice_;  ///< English
+  std::string noticeAction_;
   QTimer march_;
   bool marching_ = false;
   bool painted_ = false;  ///< since the last step of the marching ants

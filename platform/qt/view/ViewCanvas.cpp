@@ -11,6 +11,7 @@
 #include "platform/qt/core/DevicePixels.h"
 #include "platform/qt/core/Guard.h"
 #include "platform/qt/core/Keys.h"
+#include "platform/qt/core/Language.h"
 #include "platform/qt/core/Text.h"
 #include "platform/qt/site/SiteWidget.h"
 
@@ -53,8 +54,11 @@ ViewCanvas::ViewCanvas(QWidget* parent) : QWidget(parent) {
   setAttribute(Qt::WA_OpaquePaintEvent);
   setMouseTracking(true);
   setFocusPolicy(Qt::StrongFocus);
-  setAccessibleName(translated("Picture"));
   useAccessiblePictures();
+  keepTranslated(*this, *this, [this] {
+    setAccessibleName(translated("Picture"));
+    update();  // the hint
+  });
 }
 
 void ViewCanvas::setView(engine::View* view) {
