@@ -6,8 +6,8 @@
 namespace kestrel {
 namespace {
 
-/// A text with fewer letters besides its placeholders, such as "%1 of %2", is an entry for a caller that fills it,
-/// and no sentence to recognize: names of files would match it.
+/// A text with fewer letters besides its placeholders, such as "%1 of %2", is an entry for a caller that
+/// fills it, and no sentence to recognize: names of files would match it.
 constexpr std::size_t kFewestLetters = 8;
 
 constexpr std::string_view kLineEnds = "\r\n";
@@ -58,8 +58,7 @@ void Catalog::Add(std::string_view english, const CatalogEntry& entry) {
 
 std::string Catalog::Filled(const CatalogEntry& entry, const TextPattern::Parts& parts) const {
   const std::size_t form =
-      entry.plural.empty() ? 0
-                           : table_.pluralForm(parts.text[0].empty() ? 1 : CountOf(parts.text[0]));
+      entry.plural.empty() ? 0 : table_.pluralForm(parts.text[0].empty() ? 1 : CountOf(parts.text[0]));
   const std::string_view translation = entry.translations[std::min(form, entry.translations.size() - 1)];
   return TextPattern(translation).Fill([&](std::size_t number) {
     return parts.translated[number] ? Translated(parts.text[number]) : std::string(parts.text[number]);

@@ -28,9 +28,9 @@ struct CatalogTable {
   std::span<const CatalogEntry> entries;  ///< sorted by `english`
 };
 
-/// Translates English texts as they are shown. The logic composes its texts in English, and hosts read them so;
-/// therefore a composed sentence is recognized by the entry whose fixed parts it has, and its variable parts are
-/// put into the translation.
+/// Translates English texts as they are shown. The logic composes its texts in English, and hosts read them
+/// so; therefore a composed sentence is recognized by the entry whose fixed parts it has, and its variable
+/// parts are put into the translation.
 class Catalog {
  public:
   /// The table must outlive the catalog.

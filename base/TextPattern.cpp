@@ -11,7 +11,8 @@ bool IsLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 
 /// The length of the placeholder at the beginning of the text, 0 without one.
 std::size_t PlaceholderLength(std::string_view text) {
-  if (text.size() >= 2 && text[0] == '%' && (text[1] == 'n' || (IsDigit(text[1]) && text[1] != '0'))) return 2;
+  if (text.size() >= 2 && text[0] == '%' && (text[1] == 'n' || (IsDigit(text[1]) && text[1] != '0')))
+    return 2;
   if (text.size() >= 3 && text[0] == '{' && IsDigit(text[1]) && text[1] != '0' && text[2] == '}') return 3;
   return 0;
 }

@@ -9,9 +9,10 @@
 
 namespace kestrel {
 
-/// A text with placeholders: %1 to %9 for parts that are kept as they are, such as names and numbers, {1} to {9}
-/// for parts that are texts of the catalog themselves, such as the reason of an error, and %n for a count, which
-/// is a number. Two placeholders have text between them. Other per cent signs and braces are text.
+/// A text with placeholders: %1 to %9 for parts that are kept as they are, such as names and numbers, {1} to
+/// {9} for parts that are texts of the catalog themselves, such as the reason of an error, and %n for a
+/// count, which is a number. Two placeholders have text between them. Other per cent signs and braces are
+/// text.
 class TextPattern {
  public:
   /// The parts of a text at the placeholders: index 0 is the count, n the part of %n or {n}.
@@ -30,7 +31,8 @@ class TextPattern {
   /// The number of letters outside of the placeholders.
   std::size_t Letters() const;
 
-  /// The parts of a text that has the fixed parts of this pattern, none of them empty; nothing for another text.
+  /// The parts of a text that has the fixed parts of this pattern, none of them empty; nothing for another
+  /// text.
   std::optional<Parts> Match(std::string_view text) const;
   /// The pattern with `part(placeholder's number)` at each placeholder.
   template <typename PartOf>

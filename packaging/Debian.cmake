@@ -74,6 +74,8 @@ kestrel_package(programs NAME kestrel SECTION graphics
   SUMMARY "image editor and image browser"
   TEXT "kestrel-editor opens, edits and saves pictures, kestrel-browser shows the
 pictures of a folder, and kestrel-info prints the properties of picture files.")
+# The texts of standard buttons and file dialogs in the user's language.
+set(CPACK_DEBIAN_PROGRAMS_PACKAGE_RECOMMENDS qt6-translations-l10n)
 
 # Programs that link the libraries need the package of the same version; the system's loader must know the new files.
 set(control ${CMAKE_CURRENT_BINARY_DIR}/debian)

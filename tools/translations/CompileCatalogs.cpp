@@ -1,4 +1,5 @@
-// Writes a source file with the tables of translations/Catalogs.h: kestrel-compile-catalogs OUT.cpp FILE.po...
+// Writes a source file with the tables of translations/Catalogs.h: kestrel-compile-catalogs OUT.cpp
+// FILE.po...
 
 #include <array>
 #include <cstdio>
@@ -46,8 +47,9 @@ std::string partsOf(const tools::PoFile& file) {
     forms += "};\n";
     entries += "    {" + quoted(entry.english) + ", " + quoted(entry.plural) + ", " + array + "},\n";
   }
-  return forms + "constexpr CatalogEntry k_" + name + "[] = {\n" + entries + "};\n" + "std::size_t plural_" + name +
-         "([[maybe_unused]] std::uint64_t n) { return static_cast<std::size_t>(" + file.pluralForm + "); }\n\n";
+  return forms + "constexpr CatalogEntry k_" + name + "[] = {\n" + entries + "};\n" + "std::size_t plural_" +
+         name + "([[maybe_unused]] std::uint64_t n) { return static_cast<std::size_t>(" + file.pluralForm +
+         "); }\n\n";
 }
 
 void compile(const std::string& target, char** files, int count) {
@@ -56,17 +58,18 @@ void compile(const std::string& target, char** files, int count) {
     try {
       const tools::PoFile file = tools::readPo(tools::readFile(files[i]));
       parts += partsOf(file);
-      tables += "    {\"" + file.language + "\", " + (isRightToLeft(file.language) ? "true" : "false") + ", &plural_" +
-                file.language + ", k_" + file.language + "},\n";
+      tables += "    {\"" + file.language + "\", " + (isRightToLeft(file.language) ? "true" : "false") +
+                ", &plural_" + file.language + ", k_" + file.language + "},\n";
     } catch (const RuntimeError& error) {
       throw RuntimeError(error.Number(), std::string(files[i]) + ": " + error.Description());
     }
   }
-  tools::writeFile(target, "#include \"translations/Catalogs.h\"\n\nnamespace kestrel::translations {\nnamespace {\n\n" +
-                               parts + "constexpr CatalogTable kTables[] = {\n" + tables +
-                               "};\n\n}  // namespace\n\n"
-                               "std::span<const CatalogTable> catalogTables() { return kTables; }\n\n"
-                               "}  // namespace kestrel::translations\n");
+  tools::writeFile(
+      target, "#include \"translations/Catalogs.h\"\n\nnamespace kestrel::translations {\nnamespace {\n\n" +
+                  parts + "constexpr CatalogTable kTables[] = {\n" + tables +
+                  "};\n\n}  // namespace\n\n"
+                  "std::span<const CatalogTable> catalogTables() { return kTables; }\n\n"
+                  "}  // namespace kestrel::translations\n");
 }
 
 }  // namespace

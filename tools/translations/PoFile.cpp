@@ -14,7 +14,8 @@ namespace {
 
 /// The text between the quotation marks.
 std::string unquoted(std::string_view text, std::size_t line) {
-  if (text.size() < 2 || text.front() != '"' || text.back() != '"') refuse(line, "a text without quotation marks");
+  if (text.size() < 2 || text.front() != '"' || text.back() != '"')
+    refuse(line, "a text without quotation marks");
   text = text.substr(1, text.size() - 2);
   std::string result;
   for (std::size_t i = 0; i < text.size(); ++i) {

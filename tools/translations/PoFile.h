@@ -22,8 +22,8 @@ struct PoFile {
   std::vector<PoEntry> entries;  ///< sorted by the English text
 };
 
-/// Reads a catalog. Entries without a translation and those that a translator has marked "fuzzy" are left out.
-/// Raises RuntimeError 5, with the number of the line, for a text that is not one.
+/// Reads a catalog. Entries without a translation and those that a translator has marked "fuzzy" are left
+/// out. Raises RuntimeError 5, with the number of the line, for a text that is not one.
 PoFile readPo(std::string_view text);
 
 }  // namespace kestrel::tools

@@ -18,7 +18,8 @@ class Desktop {
  public:
   /// The arguments must outlive this object; the toolkit's own arguments are removed. `language` is a locale,
   /// such as "de"; empty means the user's.
-  Desktop(int& argumentCount, char** arguments, const std::string& desktopName, const std::string& language = {});
+  Desktop(int& argumentCount, char** arguments, const std::string& desktopName,
+          const std::string& language = {});
   ~Desktop();
   Desktop(const Desktop&) = delete;
   Desktop& operator=(const Desktop&) = delete;

@@ -6,8 +6,8 @@
 
 #include "ButtonFocus.h"
 #include "platform/qt/core/Guard.h"
-#include "platform/qt/core/Pictures.h"
 #include "platform/qt/core/Language.h"
+#include "platform/qt/core/Pictures.h"
 #include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {

@@ -1,8 +1,8 @@
 #include "ColorPickerControl.h"
 
 #include "platform/qt/core/Guard.h"
-#include "platform/qt/core/Pictures.h"
 #include "platform/qt/core/Language.h"
+#include "platform/qt/core/Pictures.h"
 #include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {

@@ -45,10 +45,7 @@ QSize placeInRow(QList<QWidget*> widgets, int gap) {
 }  // namespace
 
 FormHeaderWidget::FormHeaderWidget(QWidget* parent)
-    : QWidget(parent),
-      title_(new QLabel(this)),
-      ok_(new QPushButton(this)),
-      cancel_(new QPushButton(this)) {
+    : QWidget(parent), title_(new QLabel(this)), ok_(new QPushButton(this)), cancel_(new QPushButton(this)) {
   keepTranslated(*this, *this, [this] {
     ok_->setText(translated("OK"));
     cancel_->setText(translated("Cancel"));

@@ -19,7 +19,8 @@ namespace {
 constexpr char kCatalog[] = "kestrelCatalog";
 constexpr char kToolkitTexts[] = "kestrelToolkitTexts";
 
-/// Answers the toolkit from our catalog, so that a host's translators can precede it. Its language can change.
+/// Answers the toolkit from our catalog, so that a host's translators can precede it. Its language can
+/// change.
 class CatalogTranslator final : public QTranslator {
  public:
   using QTranslator::QTranslator;
@@ -33,7 +34,8 @@ class CatalogTranslator final : public QTranslator {
 
   bool isEmpty() const override { return false; }
 
-  QString translate(const char* context, const char* source, const char* /*remark*/, int /*count*/) const override {
+  QString translate(const char* context, const char* source, const char* /*remark*/,
+                    int /*count*/) const override {
     if (!catalog_) return {};
     if (qstrcmp(context, kTextContext) == 0) {
       const std::string text = catalog_->Translated(source);
@@ -82,7 +84,8 @@ void useLanguage(const QString& locale) {
   }
   const QString wanted = locale.isEmpty() ? QLocale().name() : locale;
   const CatalogTable* const table = translations::catalogTableOf(fromQt(wanted));
-  const std::string_view before = translator->catalog() ? translator->catalog()->Language() : std::string_view();
+  const std::string_view before =
+      translator->catalog() ? translator->catalog()->Language() : std::string_view();
   if (before == (table ? table->language : std::string_view())) return;
   translator->use(table);
   QEvent changed(QEvent::LanguageChange);
@@ -98,8 +101,9 @@ void useToolkitTexts(const QString& locale) {
   delete qApp->findChild<QTranslator*>(QLatin1String(kToolkitTexts));  // removes itself
   auto* const translator = new QTranslator(qApp);
   translator->setObjectName(QLatin1String(kToolkitTexts));
-  const bool found = translator->load(locale.isEmpty() ? QLocale() : QLocale(locale), QStringLiteral("qtbase"),
-                                      QStringLiteral("_"), QLibraryInfo::path(QLibraryInfo::TranslationsPath));
+  const bool found =
+      translator->load(locale.isEmpty() ? QLocale() : QLocale(locale), QStringLiteral("qtbase"),
+                       QStringLiteral("_"), QLibraryInfo::path(QLibraryInfo::TranslationsPath));
   if (found) QCoreApplication::installTranslator(translator);
 }
 

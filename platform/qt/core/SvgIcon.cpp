@@ -49,7 +49,8 @@ double luminance(const QColor& color) {
 /// Arrows along the direction of reading.
 bool followsReading(const QString& name) {
   constexpr std::array kNames{"Undo", "Redo", "Go-Back", "Go-Forward"};
-  return std::any_of(kNames.begin(), kNames.end(), [&](const char* known) { return name == QLatin1String(known); });
+  return std::any_of(kNames.begin(), kNames.end(),
+                     [&](const char* known) { return name == QLatin1String(known); });
 }
 
 QPixmap rendered(const QString& name, const QSize& size, const QColor& text, const QColor& ground,

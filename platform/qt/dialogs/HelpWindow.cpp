@@ -9,8 +9,8 @@
 #include <QUrl>
 
 #include "platform/qt/core/Caption.h"
-#include "platform/qt/core/SvgIcon.h"
 #include "platform/qt/core/Language.h"
+#include "platform/qt/core/SvgIcon.h"
 #include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {

@@ -10,8 +10,8 @@
 #include <array>
 
 #include "platform/qt/core/Guard.h"
-#include "platform/qt/core/SvgIcon.h"
 #include "platform/qt/core/Language.h"
+#include "platform/qt/core/SvgIcon.h"
 #include "platform/qt/core/Text.h"
 
 namespace kestrel::qt {

@@ -23,8 +23,8 @@ class DockPanels final : public QObject {
   void refresh(docking::DockWindowModel& window);
   /// Docks all windows where the layout places them.
   void arrange();
-  /// Moves the windows docked at the left and the right edge to the other one: call when the layout direction has
-  /// changed.
+  /// Moves the windows docked at the left and the right edge to the other one: call when the layout direction
+  /// has changed.
   void mirror();
 
  private:

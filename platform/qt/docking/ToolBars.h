@@ -30,7 +30,8 @@ class ToolBars final : public QObject {
   void refreshStyle();
   /// Puts all bars where the layout places them.
   void arrange();
-  /// Moves the bars of the left and the right edge to the other one: call when the layout direction has changed.
+  /// Moves the bars of the left and the right edge to the other one: call when the layout direction has
+  /// changed.
   void mirror();
 
   bool locked() const { return locked_; }

@@ -9,8 +9,8 @@
 #include "QtTreeView.h"
 #include "imaging/contract/FolderTreeImages.h"
 #include "platform/qt/controls/DisplayControls.h"
-#include "platform/qt/core/SvgIcon.h"
 #include "platform/qt/core/Language.h"
+#include "platform/qt/core/SvgIcon.h"
 #include "platform/qt/core/Text.h"
 #include "platform/qt/site/QtSite.h"
 

@@ -7,8 +7,8 @@
 #include <QToolButton>
 #include <algorithm>
 
-#include "platform/qt/core/SvgIcon.h"
 #include "platform/qt/core/Language.h"
+#include "platform/qt/core/SvgIcon.h"
 #include "platform/qt/core/Text.h"
 #include "platform/qt/site/SiteWidget.h"
 

@@ -6,8 +6,8 @@
 #include "QtImageView.h"
 #include "Resources/StockPicture.h"
 #include "platform/qt/controls/DisplayControls.h"
-#include "platform/qt/core/Pictures.h"
 #include "platform/qt/core/Language.h"
+#include "platform/qt/core/Pictures.h"
 #include "platform/qt/core/Text.h"
 #include "platform/qt/site/QtSite.h"
 

@@ -29,7 +29,9 @@ class Language : public testing::Test {
   T& part(const char* name) {
     return *bench.window().findChild<T*>(QLatin1String(name));
   }
-  QString menuText(const char* command) { return bench.moorage().actions().actionOf(bench.command(command)).text(); }
+  QString menuText(const char* command) {
+    return bench.moorage().actions().actionOf(bench.command(command)).text();
+  }
 
   const UsedLanguage language{"en"};
   EditorBench bench;
@@ -47,7 +49,8 @@ TEST_F(Language, OfMenusBarsAndWindowsChangesWhileTheyAreOpen) {
   EXPECT_EQ(part<QToolButton>("btnEditUndo").accessibleName(), QStringLiteral("Rückgängig"));
   EXPECT_EQ(part<QToolButton>("btnEditUndo").accessibleDescription(),
             QStringLiteral("Macht die letzte Aktion rückgängig"));
-  EXPECT_EQ(part<QToolButton>("barMenuButton").toolTip(), QStringLiteral("Symbolleisten und Fenster (Alt+S)"));
+  EXPECT_EQ(part<QToolButton>("barMenuButton").toolTip(),
+            QStringLiteral("Symbolleisten und Fenster (Alt+S)"));
   EXPECT_EQ(part<QWidget>("pnlZoom").toolTip(), QStringLiteral("Aktuelle Zoomstufe"));
   EXPECT_EQ(part<QDockWidget>("dkwMaterials").windowTitle(), QStringLiteral("Material"));
   EXPECT_EQ(bench.canvas().accessibleName(), QStringLiteral("Bild"));
@@ -64,7 +67,8 @@ TEST_F(Language, OfTextsThatTheLogicHasSetChangesToo) {
   UsedLanguage::use("es");
   EXPECT_EQ(part<QWidget>("notice").accessibleName(), QStringLiteral("Abra una imagen."));
   EXPECT_EQ(part<QPushButton>("noticeButton").text(), QStringLiteral("Guardar como..."));
-  EXPECT_EQ(part<QWidget>("pnlStatus").findChildren<QLabel*>().last()->text(), QStringLiteral("Guardando imagen..."));
+  EXPECT_EQ(part<QWidget>("pnlStatus").findChildren<QLabel*>().last()->text(),
+            QStringLiteral("Guardando imagen..."));
   EXPECT_EQ(bench.view().Notice(), "Open a picture.") << "hosts read English";
   EXPECT_EQ(bench.moorage().StatusPanel("pnlStatus").Caption(), "Saving image...");
 }
@@ -74,13 +78,16 @@ TEST_F(Language, OfAnOpenDialogChangesButNotWhatItsControlsSay) {
   bool opened = false;
   whenModalOpens([&](QWidget& dialog) {
     opened = true;
-    const auto label = [&](const char* name) { return dialog.findChild<QLabel*>(QLatin1String(name))->text(); };
+    const auto label = [&](const char* name) {
+      return dialog.findChild<QLabel*>(QLatin1String(name))->text();
+    };
     const QString width = dialog.findChild<QLineEdit*>(QStringLiteral("txtField_0"))->text();
     const auto unit = [&] { return label("lblUnit_0"); };
     EXPECT_TRUE(unit() == "percent" || unit() == "pixels");
     UsedLanguage::use("ja");
     EXPECT_EQ(dialog.windowTitle(), QStringLiteral("サイズ変更"));
-    EXPECT_TRUE(unit() == QStringLiteral("パーセント") || unit() == QStringLiteral("ピクセル")) << qPrintable(unit());
+    EXPECT_TRUE(unit() == QStringLiteral("パーセント") || unit() == QStringLiteral("ピクセル"))
+        << qPrintable(unit());
     EXPECT_EQ(dialog.findChild<QLineEdit*>(QStringLiteral("txtField_0"))->text(), width);
     dialog.close();
   });
@@ -112,7 +119,8 @@ TEST_F(Language, WrittenFromRightToLeftPlacesTheBarsOfANewEditor) {
   UsedLanguage::use("ar");
   EditorBench another;
   auto& suite = *another.window().findChild<qt::MoorageWindow*>();
-  EXPECT_EQ(suite.toolBarArea(another.window().findChild<QToolBar*>(QStringLiteral("Tools"))), Qt::RightToolBarArea);
+  EXPECT_EQ(suite.toolBarArea(another.window().findChild<QToolBar*>(QStringLiteral("Tools"))),
+            Qt::RightToolBarArea);
   EXPECT_EQ(suite.dockWidgetArea(another.window().findChild<QDockWidget*>(QStringLiteral("dkwZoom"))),
             Qt::LeftDockWidgetArea);
 }
@@ -129,7 +137,8 @@ TEST_F(Language, OfBoxesIsThatOfTheirSentences) {
       "Changes have been made file \"Open.png\".\r\rDo you want to save these changes?", kBoxYesNoCancel,
       "Save Changes");
   EXPECT_EQ(title, QStringLiteral("Änderungen speichern"));
-  EXPECT_EQ(text, QStringLiteral("Die Datei „Open.png“ wurde geändert.\n\nMöchten Sie diese Änderungen speichern?"));
+  EXPECT_EQ(text, QStringLiteral(
+                      "Die Datei „Open.png“ wurde geändert.\n\nMöchten Sie diese Änderungen speichern?"));
 }
 
 TEST_F(Language, OfAComponentIsSetByTheHost) {

@@ -33,8 +33,8 @@ constexpr CatalogEntry kEntries[] = {
     {"one file in %1", "%n files in %1", kFiles},
     {"permission is denied", "", kDenied},
 };
-const CatalogTable kTable{
-    "de", false, [](std::uint64_t n) { return static_cast<std::size_t>(n != 1); }, kEntries};
+const CatalogTable kTable{"de", false, [](std::uint64_t n) { return static_cast<std::size_t>(n != 1); },
+                          kEntries};
 
 class CatalogOfGerman : public testing::Test {
  protected:
@@ -70,11 +70,13 @@ TEST_F(CatalogOfGerman, ChoosesTheFormForTheCount) {
   EXPECT_EQ(translated("many files in /tmp"), "many files in /tmp") << "the count is a number";
   EXPECT_EQ(translated("Delete this file?"), "Diese Datei löschen?");
   EXPECT_EQ(translated("Delete these 12 files?"), "Diese 12 Dateien löschen?");
-  EXPECT_EQ(translated("Delete these 99999999999999999999999 files?"), "Diese 99999999999999999999999 Dateien löschen?");
+  EXPECT_EQ(translated("Delete these 99999999999999999999999 files?"),
+            "Diese 99999999999999999999999 Dateien löschen?");
 }
 
 TEST_F(CatalogOfGerman, PrefersTheEntryWithTheLongestFixedText) {
-  EXPECT_EQ(translated("The file claims 1 x 2 pixels in 3 bytes."), "Die Datei behauptet 1 x 2 Pixel in 3 Byte.");
+  EXPECT_EQ(translated("The file claims 1 x 2 pixels in 3 bytes."),
+            "Die Datei behauptet 1 x 2 Pixel in 3 Byte.");
   EXPECT_EQ(translated("The file claims 1 x 2 pixels."), "Die Datei behauptet 1 x 2 Pixel.");
 }
 
@@ -87,7 +89,8 @@ TEST_F(CatalogOfGerman, TranslatesLinesAndSentencesOfTheirOwn) {
   EXPECT_EQ(translated("Open\r\rDo you want to save?"), "Öffnen\r\rMöchten Sie speichern?");
   EXPECT_EQ(translated("Do you want to save? The PNG file is broken: permission is denied."),
             "Möchten Sie speichern? Die PNG-Datei ist kaputt: Zugriff verweigert.");
-  EXPECT_EQ(translated("A host's sentence. Do you want to save?"), "A host's sentence. Möchten Sie speichern?");
+  EXPECT_EQ(translated("A host's sentence. Do you want to save?"),
+            "A host's sentence. Möchten Sie speichern?");
   EXPECT_EQ(translated("Dr. Open"), "Dr. Open") << "no sentence: a name";
 }
 

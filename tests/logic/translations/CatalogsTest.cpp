@@ -58,13 +58,15 @@ TEST_P(Catalogs, TranslateErrorsOfFiles) {
   expectTranslated(decodeErrorOf({1, 2, 3}));
   // Headers without a picture.
   expectTranslated(decodeErrorOf({'G', 'I', 'F', '8', '9', 'a', 1, 0, 1, 0, 0, 0, 0, 0x3B}), {"GIF"});
-  expectTranslated(decodeErrorOf({'8', 'B', 'P', 'S', 0, 9, 0, 0, 0, 0, 0, 0, 0, 3, 0, 0, 0, 1, 0, 0, 0, 1, 0, 8, 0, 3}),
-                   {"PSD", "9"});
+  expectTranslated(
+      decodeErrorOf({'8', 'B', 'P', 'S', 0, 9, 0, 0, 0, 0, 0, 0, 0, 3, 0, 0, 0, 1, 0, 0, 0, 1, 0, 8, 0, 3}),
+      {"PSD", "9"});
 }
 
 TEST_P(Catalogs, TranslateReportsOfFileOperations) {
   using transfer::Operation;
-  for (const Operation operation : {Operation::kCopy, Operation::kMove, Operation::kTrash, Operation::kDelete}) {
+  for (const Operation operation :
+       {Operation::kCopy, Operation::kMove, Operation::kTrash, Operation::kDelete}) {
     SCOPED_TRACE(transfer::titleOf(operation));
     transfer::Request request;
     request.operation = operation;
@@ -125,7 +127,8 @@ TEST(CatalogTables, AreFoundByLocale) {
   EXPECT_EQ(catalogTableOf("ar-EG")->language, "ar");
   EXPECT_TRUE(catalogTableOf("ar")->rightToLeft);
   EXPECT_FALSE(catalogTableOf("ja")->rightToLeft);
-  for (const char* locale : {"", "C", "en_US", "POSIX", "d", "deu"}) EXPECT_EQ(catalogTableOf(locale), nullptr);
+  for (const char* locale : {"", "C", "en_US", "POSIX", "d", "deu"})
+    EXPECT_EQ(catalogTableOf(locale), nullptr);
 }
 
 TEST(CatalogTables, AreSortedAndHaveTheSameTexts) {

@@ -11,7 +11,8 @@ namespace {
 using testing::ElementsAre;
 
 constexpr std::string_view kHeader =
-    "# A comment\nmsgid \"\"\nmsgstr \"\"\n\"Language: de\\n\"\n\"Plural-Forms: nplurals=2; plural=n != 1;\\n\"\n\n";
+    "# A comment\nmsgid \"\"\nmsgstr \"\"\n\"Language: de\\n\"\n\"Plural-Forms: nplurals=2; plural=n != "
+    "1;\\n\"\n\n";
 
 PoFile read(std::string_view entries) { return readPo(std::string(kHeader) + std::string(entries)); }
 
@@ -33,7 +34,8 @@ TEST(PoFile, HasALanguageAndItsPluralForms) {
 }
 
 TEST(PoFile, ListsEntriesInTheOrderOfTheirTexts) {
-  const PoFile file = read("msgid \"b\"\nmsgstr \"zwei\"\n\n#. remark\nmsgid \"a\"\n\"\\\"c\\\\\\n\"\nmsgstr \"eins\"");
+  const PoFile file =
+      read("msgid \"b\"\nmsgstr \"zwei\"\n\n#. remark\nmsgid \"a\"\n\"\\\"c\\\\\\n\"\nmsgstr \"eins\"");
   ASSERT_EQ(file.entries.size(), 2U);
   EXPECT_EQ(file.entries[0].english, "a\"c\\\n");
   EXPECT_THAT(file.entries[0].translations, ElementsAre("eins"));
@@ -50,7 +52,8 @@ TEST(PoFile, ReadsPluralForms) {
 TEST(PoFile, LeavesOutWhatIsNotTranslated) {
   EXPECT_TRUE(read("msgid \"a\"\nmsgstr \"\"\n").entries.empty());
   EXPECT_TRUE(read("#, fuzzy\nmsgid \"a\"\nmsgstr \"x\"\n").entries.empty());
-  EXPECT_TRUE(read("msgid \"a\"\nmsgid_plural \"as\"\nmsgstr[0] \"x\"\n").entries.empty()) << "a form is missing";
+  EXPECT_TRUE(read("msgid \"a\"\nmsgid_plural \"as\"\nmsgstr[0] \"x\"\n").entries.empty())
+      << "a form is missing";
   EXPECT_TRUE(read("#~ msgid \"a\"\n#~ msgstr \"x\"\n").entries.empty());
 }
 
