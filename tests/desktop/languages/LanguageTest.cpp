@@ -16,8 +16,6 @@
 #include "UsedLanguage.h"
 #include "imaging/contract/UserInterface.h"
 #include "platform/qt/core/SvgIcon.h"
-#include "platform/qt/core/Text.h"
-#include "platform/qt/embed/Component.h"
 
 namespace kestrel::desktop {
 namespace {
@@ -139,16 +137,6 @@ TEST_F(Language, OfBoxesIsThatOfTheirSentences) {
   EXPECT_EQ(title, QStringLiteral("Änderungen speichern"));
   EXPECT_EQ(text, QStringLiteral(
                       "Die Datei „Open.png“ wurde geändert.\n\nMöchten Sie diese Änderungen speichern?"));
-}
-
-TEST_F(Language, OfAComponentIsSetByTheHost) {
-  qt::Component component;
-  component.setLanguage(QStringLiteral("ja_JP"));
-  EXPECT_EQ(component.language(), "ja");
-  EXPECT_EQ(qt::translated("Open"), QStringLiteral("開く"));
-  component.setLanguage(QStringLiteral("fr"));
-  EXPECT_EQ(component.language(), "en");
-  EXPECT_EQ(qt::translated("Open"), "Open");
 }
 
 }  // namespace
