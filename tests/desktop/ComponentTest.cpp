@@ -126,71 +126,75 @@ TEST_F(ComponentOf, AHostWithANameHasSettingsRecentFilesAndRecoveryOfItsOwn) {
 
 TEST_F(ComponentOf, ANameOfSettingsIsAPlainNameAndTheSameForAll) {
   EXPECT_EQ(run([] {
-    const auto host = application();
-    const auto refused = [](const std::string& name) {
-      try {
-        const qt::Component component(name);
-      } catch (const RuntimeError& error) {
-        return error.Number() == err::kInvalidCall && !error.Description().empty();
-      }
-      return false;
-    };
-    for (const char* name : {"a/b", "../a", "a b", "\xc3\xa4"}) {
-      if (!refused(name)) return 1;
-    }
-    if (!refused(std::string(65, 'a')) || refused(std::string(64, 'a'))) return 2;
-    {
-      const qt::Component named("viewer");
-      const qt::Component same("viewer"), any;
-      if (!refused("other") || !refused("")) return 3;
-    }
-    return refused("other") ? 4 : 0;
-    TEST_F(ComponentOf, AHostSpeaksTheLanguageOfItsToolkitUntilItSetsAnother) {
-      EXPECT_EQ(run([] {
-                  const auto host = application();
-                  QLocale::setDefault(QLocale(QStringLiteral("ja_JP")));
-                  qt::Component component;
-                  qt::ImageEditor editor(component);
-                  editor.control().Initialize();
-                  const auto fileMenu = [&] {
-                    QApplication::processEvents();
-                    return editor.findChild<QMenuBar*>()->actions().first()->text();
-                  };
-                  if (component.language() != "ja" || fileMenu() != QStringLiteral("ファイル(&F)")) return 1;
-                  component.setLanguage(QStringLiteral("ar_EG"));
-                  if (component.language() != "ar" || fileMenu() != QStringLiteral("&ملف")) return 2;
-                  if (!editor.isRightToLeft()) return 3;
-                  component.setLanguage(QStringLiteral("fr"));
-                  if (component.language() != "en" || fileMenu() != "&File") return 4;
-                  return editor.isRightToLeft() ? 5 : 0;
-                }),
-                0);
-    }
+              const auto host = application();
+              const auto refused = [](const std::string& name) {
+                try {
+                  const qt::Component component(name);
+                } catch (const RuntimeError& error) {
+                  return error.Number() == err::kInvalidCall && !error.Description().empty();
+                }
+                return false;
+              };
+              for (const char* name : {"a/b", "../a", "a b", "\xc3\xa4"}) {
+                if (!refused(name)) return 1;
+              }
+              if (!refused(std::string(65, 'a')) || refused(std::string(64, 'a'))) return 2;
+              {
+                const qt::Component named("viewer");
+                const qt::Component same("viewer"), any;
+                if (!refused("other") || !refused("")) return 3;
+              }
+              return refused("other") ? 4 : 0;
+            }),
+            0);
+}
 
-    TEST_F(ComponentOf, SettingsAndServicesOfAHostServeItsSecondApplication) {
-      struct Services final : qt::HostServices {
-        QMessageBox::StandardButton message(const qt::HostMessage&) override {
-          ++messages;
-          return QMessageBox::Ok;
-        }
-        int messages = 0;
-      };
-      EXPECT_EQ(run([&] {
-                  auto host = application();
-                  qt::Component component("viewer");
-                  const auto services = std::make_shared<Services>();
-                  component.setServices(services);
-                  host.reset();
-                  host = application();
-                  qt::ImageEditor editor(component);
-                  editor.control().Initialize();
-                  editor.control().Options()->UndoLevels(9);
-                  editor.control().OpenImage(file("missing.png"));
-                  return services->messages;
-                }),
-                1);
-      EXPECT_TRUE(QFile::exists(QString::fromStdString(file("settings-viewer.store"))));
+TEST_F(ComponentOf, AHostSpeaksTheLanguageOfItsToolkitUntilItSetsAnother) {
+  EXPECT_EQ(run([] {
+              const auto host = application();
+              QLocale::setDefault(QLocale(QStringLiteral("ja_JP")));
+              qt::Component component;
+              qt::ImageEditor editor(component);
+              editor.control().Initialize();
+              const auto fileMenu = [&] {
+                QApplication::processEvents();
+                return editor.findChild<QMenuBar*>()->actions().first()->text();
+              };
+              if (component.language() != "ja" || fileMenu() != QStringLiteral("ファイル(&F)")) return 1;
+              component.setLanguage(QStringLiteral("ar_EG"));
+              if (component.language() != "ar" || fileMenu() != QStringLiteral("&ملف")) return 2;
+              if (!editor.isRightToLeft()) return 3;
+              component.setLanguage(QStringLiteral("fr"));
+              if (component.language() != "en" || fileMenu() != "&File") return 4;
+              return editor.isRightToLeft() ? 5 : 0;
+            }),
+            0);
+}
+
+TEST_F(ComponentOf, SettingsAndServicesOfAHostServeItsSecondApplication) {
+  struct Services final : qt::HostServices {
+    QMessageBox::StandardButton message(const qt::HostMessage&) override {
+      ++messages;
+      return QMessageBox::Ok;
     }
+    int messages = 0;
+  };
+  EXPECT_EQ(run([&] {
+              auto host = application();
+              qt::Component component("viewer");
+              const auto services = std::make_shared<Services>();
+              component.setServices(services);
+              host.reset();
+              host = application();
+              qt::ImageEditor editor(component);
+              editor.control().Initialize();
+              editor.control().Options()->UndoLevels(9);
+              editor.control().OpenImage(file("missing.png"));
+              return services->messages;
+            }),
+            1);
+  EXPECT_TRUE(QFile::exists(QString::fromStdString(file("settings-viewer.store"))));
+}
 
 }  // namespace
 }  // namespace kestrel::desktop

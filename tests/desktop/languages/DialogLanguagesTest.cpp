@@ -55,7 +55,7 @@ TEST_P(DialogLanguages, ShowWholeTextsAndDistinctAccessKeys) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Languages, DialogLanguages, testing::Values("de", "es", "ja", "ar"),
-                         [](const auto& info) { return std::string(info.param); });
+                         [](const auto& tested) { return std::string(tested.param); });
 
 }  // namespace
 }  // namespace kestrel::desktop

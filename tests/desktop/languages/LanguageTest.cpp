@@ -4,11 +4,9 @@
 
 #include <QDockWidget>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMainWindow>
-#include <QMenu>
-#include <QMenuBar>
 #include <QPushButton>
-#include <QScrollBar>
 #include <QToolBar>
 #include <QToolButton>
 

@@ -119,7 +119,7 @@ TEST_P(Catalogs, KeepFileNamesThatAreWordsOfTheCatalog) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Languages, Catalogs, testing::Values("de", "es", "ja", "ar"),
-                         [](const auto& info) { return std::string(info.param); });
+                         [](const auto& tested) { return std::string(tested.param); });
 
 TEST(CatalogTables, AreFoundByLocale) {
   ASSERT_NE(catalogTableOf("de_AT.UTF-8"), nullptr);
