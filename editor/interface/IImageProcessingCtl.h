@@ -36,8 +36,8 @@ class IImageProcessingCtl : public Object, public ImageProcessingCtlEvents {
   // -- Life -----------------------------------------------------------------------------------------------
   /// Completes the start-up; at design time only sets the view's zoom.
   virtual void Initialize() = 0;
-  /// Closes the dock windows and releases all windows and the sink. A host may call it early; further calls
-  /// do nothing.
+  /// Closes the dock windows and releases all windows, the sink, and the shared objects of settings and
+  /// colors, in whose place other editors get new ones. A host may call it early; further calls do nothing.
   virtual void Terminate() = 0;
 
   // -- Switches of the host ---------------------------------------------------------------------------
@@ -82,7 +82,8 @@ class IImageProcessingCtl : public Object, public ImageProcessingCtlEvents {
   /// format of the next save are unchanged.
   virtual std::int32_t Format() const = 0;
   virtual void Format(std::int32_t Value) = 0;
-  /// The picture as an ordinary picture object; null while there is none. Setting it keeps `Filename`.
+  /// The picture as an ordinary picture object; null while there is none. Setting it keeps `Filename`, so the
+  /// next save replaces that file. It does not ask about unsaved changes, and raises `PictureSet` only.
   virtual PicturePtr Picture() = 0;
   virtual void Picture(const PicturePtr& Value) = 0;
   /// The host's sink, a weak reference.
@@ -112,10 +113,16 @@ class IImageProcessingCtl : public Object, public ImageProcessingCtlEvents {
   /// Opens a file. Without a name the host is asked for one, by event and sink, and then the user by dialog.
   /// True if a picture was opened. Does not ask about unsaved changes.
   virtual bool OpenImage(std::string Filename = {}) = 0;
-  /// Saves under the current name.
+  /// Saves under the current name. Without one, or if the picture's format cannot be written, the host is
+  /// asked for a name, by event and sink, and then the user by dialog. True if the file was written.
   virtual bool SaveImage() = 0;
+  /// Saves under the name, which becomes `Filename`, or asks for one as `SaveImage` does. The format is that
+  /// of the picture, not that of the name's extension: a JPEG picture saved as "a.png" is a JPEG file. Only a
+  /// picture that came from no file takes the extension's format; any but the first one of each format, such
+  /// as ".tiff", counts as ".bmp", except ".jpeg". To convert use `Writer::ToFile` of `ImageControl()`.
   virtual bool SaveImageAs(const std::string& Filename = {}) = 0;
-  /// Asks the user about unsaved changes. True if the caller may continue.
+  /// Asks the user about unsaved changes, after it has canceled an open paste or crop. True if the caller may
+  /// continue; the changes are then still unsaved if the user does not want them.
   virtual bool SaveChanges() = 0;
   /// Lets the user write copies of the picture to other files and formats. True if at least one was written.
   virtual bool ShowExportDialog() = 0;
