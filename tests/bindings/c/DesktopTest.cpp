@@ -66,25 +66,29 @@ TEST_F(CDesktop, AnObjectWithoutAWindowCannotBeWaitedFor) {
   EXPECT_THAT(Outcome(kestrel_run(Create("Palette"), -1, nullptr)), StartsWith("438 "));
 }
 
-/// Calls a function on the desktop's thread once that processes events: the end of a connection on another
-/// thread.
+/// Calls a function on the desktop's thread while that processes events. The function is called at the end of
+/// a connection, which another thread ends; a first one is before it, since the next call of the library does
+/// what is posted before it processes events.
 class Later {
  public:
   explicit Later(std::function<void()> work) : work_(std::move(work)), sink_(Create("IImageEvents")) {
-    EXPECT_EQ(Outcome(kestrel_connect(
-                  sink_, "ImageOpen",
-                  [](void*, kestrel_value*, std::int32_t) { return kestrel_status{KESTREL_OK}; }, this,
-                  [](void* user) { static_cast<Later*>(user)->work_(); }, &connection_)),
-              "");
+    const auto nothing = [](void*, kestrel_value*, std::int32_t) { return kestrel_status{KESTREL_OK}; };
+    const auto first = [](void* user) { end(static_cast<Later*>(user)->second_); };
+    const auto second = [](void* user) { static_cast<Later*>(user)->work_(); };
+    EXPECT_EQ(Outcome(kestrel_connect(sink_, "ImageOpen", nothing, this, first, &first_)), "");
+    EXPECT_EQ(Outcome(kestrel_connect(sink_, "ImageOpen", nothing, this, second, &second_)), "");
   }
-  void start() const {
-    std::thread([this] { kestrel_disconnect(connection_); }).join();
-  }
+  void start() const { end(first_); }
 
  private:
+  static void end(kestrel_connection* connection) {
+    std::thread([connection] { kestrel_disconnect(connection); }).join();
+  }
+
   std::function<void()> work_;
   Object sink_;
-  kestrel_connection* connection_ = nullptr;
+  kestrel_connection* first_ = nullptr;
+  kestrel_connection* second_ = nullptr;
 };
 
 TEST_F(CDesktop, QuitEndsTheInnermostRun) {
