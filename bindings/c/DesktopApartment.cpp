@@ -66,6 +66,12 @@ std::uint64_t DesktopApartment::WindowOf(void* widget) { return qt::ForeignDeskt
 
 bool DesktopApartment::DestroyWidget(const void* control) { return desktop_->destroy(control); }
 
+void DesktopApartment::Close() {
+  desktop_.reset();
+  // Handles that are left keep this object, not the desktop.
+  claim_.reset();
+}
+
 void DesktopApartment::Wake() {
   desktop_->post([this] { DoPosted(); });
 }

@@ -29,7 +29,7 @@ class DesktopApartment final : public Apartment {
  private:
   kestrel::Platform& Platform() override { return desktop_->platform(); }
   void Wake() override;
-  void Close() override { desktop_.reset(); }
+  void Close() override;
 
   /// The desktop is one thread of the process.
   class Claim {
