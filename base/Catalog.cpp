@@ -30,6 +30,14 @@ std::size_t LastBoundary(std::string_view line, std::size_t end) {
   return std::string_view::npos;
 }
 
+/// Whether a sentence ends inside of a part: then it may be of several sentences, of which one entry has only
+/// the beginning or the end.
+bool HasSentenceEnd(const TextPattern::Parts& parts) {
+  return std::any_of(parts.text.begin(), parts.text.end(), [](std::string_view part) {
+    return part.find(". ") != part.npos || part.find("? ") != part.npos || part.find("! ") != part.npos;
+  });
+}
+
 std::size_t FirstBoundary(std::string_view line) {
   for (std::size_t i = 1; i < line.size(); ++i) {
     if (line[i] == ' ' && EndsSentence(line[i - 1])) return i;
@@ -65,29 +73,32 @@ std::string Catalog::Filled(const CatalogEntry& entry, const TextPattern::Parts&
   });
 }
 
-std::optional<std::string> Catalog::Find(std::string_view english) const {
+std::optional<std::string> Catalog::Find(std::string_view english, Parts allowed) const {
   const auto less = [](const CatalogEntry& entry, std::string_view text) { return entry.english < text; };
   const auto entry = std::lower_bound(table_.entries.begin(), table_.entries.end(), english, less);
   if (entry != table_.entries.end() && entry->english == english) {
     return entry->plural.empty() ? std::string(entry->translations.front()) : Filled(*entry, {});
   }
   for (const Composed& composed : composed_) {
-    if (const auto parts = composed.pattern.Match(english)) return Filled(*composed.entry, *parts);
+    const auto parts = composed.pattern.Match(english);
+    if (!parts || (allowed == Parts::kWithinASentence && HasSentenceEnd(*parts))) continue;
+    return Filled(*composed.entry, *parts);
   }
   return std::nullopt;
 }
 
 std::string Catalog::Line(std::string_view line) const {
   if (line.empty()) return {};
-  if (auto whole = Find(line)) return *std::move(whole);
+  if (auto whole = Find(line, Parts::kWithinASentence)) return *std::move(whole);
   // Several sentences: as many as possible by one entry.
   for (std::size_t end = LastBoundary(line, line.size()); end != std::string_view::npos;
        end = LastBoundary(line, end)) {
-    auto head = Find(line.substr(0, end));
+    const auto head = Find(line.substr(0, end), Parts::kWithinASentence);
     if (!head) continue;
     const std::string rest = Line(line.substr(end + 1));
     return *head + (head->ends_with(kWideStop) ? "" : " ") + rest;
   }
+  if (auto whole = Find(line, Parts::kAny)) return *std::move(whole);
   const std::size_t first = FirstBoundary(line);
   if (first == std::string_view::npos || !EndsSentence(line.back())) return std::string(line);
   return std::string(line.substr(0, first + 1)) + Line(line.substr(first + 1));

@@ -42,8 +42,6 @@ class Catalog {
   /// The translation of a text: of the whole, else of each of its lines and sentences that has one. The text
   /// itself where there is none.
   std::string Translated(std::string_view english) const;
-  /// The translation of a text that is an entry or is composed as one, of one sentence or several.
-  std::optional<std::string> Find(std::string_view english) const;
 
  private:
   struct Composed {
@@ -51,7 +49,12 @@ class Catalog {
     const CatalogEntry* entry;
   };
 
+  /// Whether a part of a composed sentence may have the end of a sentence inside.
+  enum class Parts { kWithinASentence, kAny };
+
   void Add(std::string_view english, const CatalogEntry& entry);
+  /// The translation of a text that is an entry or is composed as one.
+  std::optional<std::string> Find(std::string_view english, Parts parts) const;
   std::string Line(std::string_view line) const;
   std::string Filled(const CatalogEntry& entry, const TextPattern::Parts& parts) const;
 

@@ -94,6 +94,14 @@ TEST_F(CatalogOfGerman, TranslatesLinesAndSentencesOfTheirOwn) {
   EXPECT_EQ(translated("Dr. Open"), "Dr. Open") << "no sentence: a name";
 }
 
+TEST_F(CatalogOfGerman, EndsASentenceBeforeTheNextOne) {
+  EXPECT_EQ(translated("The PNG file is broken: permission is denied. The file claims 1 x 2 pixels."),
+            "Die PNG-Datei ist kaputt: Zugriff verweigert. Die Datei behauptet 1 x 2 Pixel.");
+  EXPECT_EQ(translated("Error \"It is new. It is bad.\" with \"a\"."),
+            "Fehler „It is new. It is bad.“ bei „a“.")
+      << "two sentences inside of one";
+}
+
 TEST_F(CatalogOfGerman, LeavesEmptyPartsAlone) {
   EXPECT_EQ(translated("Error \"\" with \"a\"."), "Error \"\" with \"a\".");
   EXPECT_EQ(translated("The file \"\" cannot be read: ."), "The file \"\" cannot be read: .");
