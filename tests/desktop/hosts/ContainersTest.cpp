@@ -248,8 +248,7 @@ TEST_F(InAHostsWindow, FontAndPaletteOfTheHostReachTheBars) {
   palette.setColor(QPalette::Button, QColor(40, 60, 90));
   editor_->setPalette(palette);
   settle();
-  const QImage shown = bar->grab().toImage();
-  EXPECT_EQ(shown.pixelColor(shown.width() - 4, shown.height() / 2), QColor(40, 60, 90));
+  EXPECT_EQ(bar->palette().color(QPalette::Window), QColor(40, 60, 90));
 }
 
 TEST_F(InAHostsWindow, SizeHintsFitTheHostsLayout) {
