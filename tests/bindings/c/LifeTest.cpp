@@ -102,6 +102,15 @@ TEST_F(CLife, WhatATerminatedWindowHandedOutIsGone) {
   EXPECT_EQ(Outcome(kestrel_class_of(bars, &description)), "") << "the class is still known";
 }
 
+TEST_F(CLife, TheFormOfAToolWindowIsTheOneThatThereIs) {
+  const Object processing = started();
+  const Object control = GetObject(processing, "Control");
+  const Object form = GetObject(GetObject(control, "ZoomWindow"), "Form");
+  EXPECT_EQ(Call(control, "Initialize"), "") << "makes the tool windows again";
+  Result caption;
+  EXPECT_EQ(Outcome(kestrel_get(form, "Caption", caption.place())), "");
+}
+
 TEST_F(CLife, APartKeepsTheObjectThatHandedItOut) {
   Object processing = started();
   const Object bars = GetObject(processing, "CommandBars");
