@@ -244,15 +244,6 @@ struct Locate<frmMaterials> {
   static std::string Key(const frmMaterials& /*window*/) { return {}; }
   static frmMaterials* Find(IImageProcessingCtl& editor, const std::string& key);
 };
-/// The form of a tool window, which is another one once the editor has made its tool windows again.
-template <>
-inline constexpr Life kLife<Form> = Life::kLocated;
-template <>
-struct Locate<Form> {
-  static std::string Key(const Form& /*form*/) { return {}; }
-  static Form* Find(frmZoom& window, const std::string& key);
-  static Form* Find(frmMaterials& window, const std::string& key);
-};
 
 /// The window ends with the tool window that hands it out.
 template <>

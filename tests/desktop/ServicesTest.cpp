@@ -80,7 +80,7 @@ TEST(ProgressPanel, ShowsItsProgress) {
     if (bar.kind == docking::BarKind::StatusBar) bar.entries.push_back({"Progress", false});
   }
   docking::TestMoorage suite(layout);
-  qt::CommandActions actions(suite);
+  qt::CommandActions actions(suite, {});
   QStatusBar bar;
   qt::StatusPanels panels(suite, actions, bar);
   const Connection updated =

@@ -130,7 +130,4 @@ const ClassDescription& Describe<frmMaterials>() {
   return kFrmMaterials;
 }
 
-Form* Locate<Form>::Find(frmZoom& window, const std::string& /*key*/) { return &window.Form(); }
-Form* Locate<Form>::Find(frmMaterials& window, const std::string& /*key*/) { return &window.Form(); }
-
 }  // namespace kestrel::dispatch
