@@ -1,12 +1,9 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <functional>
-#include <memory>
 #include <utility>
 
-#include "ContractTest.h"
-#include "TreeUser.h"
+#include "TreeContract.h"
 #include "imaging/contract/TreeErrors.h"
 
 namespace kestrel::contract {
@@ -27,73 +24,6 @@ constexpr std::int32_t kSpace = 32;
 constexpr std::int32_t kAsterisk = 106;
 constexpr std::int32_t kAdd = 107;
 constexpr std::int32_t kSubtract = 109;
-
-class Trees : public ContractTest {
- protected:
-  void SetUp() override {
-    ContractTest::SetUp();
-    user_ = user().treeUser();
-  }
-  void TearDown() override {
-    user_.reset();
-    ContractTest::TearDown();
-  }
-  TreeUser& hand() { return *user_; }
-  TreeView& tree() { return user_->tree(); }
-  TreeNodes& nodes() { return tree().Nodes(); }
-  TreeNode& node(const std::string& key) { return nodes().Item(key); }
-  TreeNode& add(const std::string& above, const std::string& key) {
-    return nodes().Add(above, above.empty() ? kTreeLast : kTreeChild, key, key);
-  }
-  /// a with the children a1 (with the child a11) and a2, and b.
-  void addSome() {
-    add("", "a");
-    add("a", "a1");
-    add("a", "a2");
-    add("a1", "a11");
-    add("", "b");
-  }
-  /// The shown nodes of these, from top to bottom.
-  std::vector<std::string> inOrder(std::vector<std::string> keys) {
-    std::sort(keys.begin(), keys.end(), [this](const std::string& one, const std::string& other) {
-      return user_->placeOf(one).y < user_->placeOf(other).y;
-    });
-    return keys;
-  }
-  std::string selectedKey() {
-    const TreeNode* const selected = tree().SelectedItem();
-    return selected ? selected->Key() : "none";
-  }
-  void record() {
-    const auto plain = [&](Event<>& event, const char* name) {
-      connections_.push_back(event.Connect([this, name] { log_.emplace_back(name); }));
-    };
-    const auto ofNode = [&](Event<TreeNode&>& event, const char* name) {
-      connections_.push_back(event.Connect(
-          [this, name](const TreeNode& raised) { log_.push_back(name + (" " + raised.Key())); }));
-    };
-    const auto mouse = [&](Event<std::int32_t, std::int32_t, float, float>& event, const char* name) {
-      connections_.push_back(
-          event.Connect([this, name](std::int32_t button, std::int32_t shift, float, float) {
-            log_.push_back(name + (" " + std::to_string(button)) + " " + std::to_string(shift));
-          }));
-    };
-    plain(tree().Click, "Click");
-    plain(tree().DblClick, "DblClick");
-    ofNode(tree().Expand, "Expand");
-    ofNode(tree().Collapse, "Collapse");
-    ofNode(tree().NodeClick, "NodeClick");
-    ofNode(tree().NodeCheck, "NodeCheck");
-    mouse(tree().MouseDown, "MouseDown");
-    mouse(tree().MouseUp, "MouseUp");
-  }
-  std::vector<std::string> events() { return std::exchange(log_, {}); }
-
- private:
-  std::unique_ptr<TreeUser> user_;
-  std::vector<std::string> log_;
-  std::vector<Connection> connections_;
-};
 
 // -- The nodes --------------------------------------------------------------------------------------------
 
@@ -370,67 +300,6 @@ TEST_P(Trees, BearAHandlerThatClearsThem) {
   addSome();
   hand().doubleClick("b");
   EXPECT_EQ(nodes().Count(), 0);
-}
-
-TEST_P(Trees, KeepARemovedNodeUntilAllHandlersOfItsEventHaveReturned) {
-  struct Row {
-    Event<TreeNode&>& event;
-    std::function<void()> cause;
-    std::string key;
-  };
-  const Row rows[] = {
-      {tree().NodeClick, [this] { hand().click("b"); }, "b"},
-      {tree().NodeClick, [this] { node("b").Selected(true); }, "b"},
-      {tree().Expand, [this] { hand().clickSign("a"); }, "a"},
-      {tree().Expand, [this] { node("a").Expanded(true); }, "a"},
-      {tree().Collapse, [this] { hand().clickSign("a"); }, "a"},
-      {tree().NodeCheck, [this] { hand().clickCheckBox("b"); }, "b"},
-  };
-  tree().Checkboxes(true);
-  const std::function<void()> removals[] = {[this] { nodes().Clear(); },
-                                            [this] {
-                                              nodes().Remove({"a", "b"});
-                                            }};
-  for (const auto& [event, cause, key] : rows) {
-    for (const std::function<void()>& removal : removals) {
-      nodes().Clear();
-      addSome();
-      if (&event == &tree().Collapse) node("a").Expanded(true);
-      std::weak_ptr<TreeNode> raised;
-      int calls = 0;
-      const Connection first = event.Connect([&](TreeNode& removed) {
-        raised = removed.weak_from_this();
-        removed.Tag("tag");
-        removal();
-      });
-      const Connection second = event.Connect([&, wanted = key](TreeNode& removed) {
-        ASSERT_FALSE(raised.expired()) << wanted;
-        ++calls;
-        EXPECT_EQ(removed.Key(), wanted);
-        EXPECT_EQ(removed.Tag(), "tag");
-        removed.Text("changed");
-        EXPECT_EQ(removed.Text(), "changed");
-        EXPECT_EQ(removed.Parent(), nullptr);
-        EXPECT_EQ(removed.Child(), nullptr);
-        EXPECT_EQ(removed.Children(), 0);
-        for (const bool value : {true, false}) {
-          removed.Expanded(value);
-          EXPECT_FALSE(removed.Expanded());
-          removed.Selected(value);
-          EXPECT_FALSE(removed.Selected());
-          removed.Checked(value);
-          removed.Sorted(value);
-        }
-        removed.ExpandedImage("open");
-        removed.SelectedImage("selected");
-        removed.EnsureVisible();
-      });
-      cause();
-      EXPECT_EQ(calls, 1) << key;
-      EXPECT_TRUE(raised.expired()) << key;
-      EXPECT_EQ(nodes().Count(), 0) << key;
-    }
-  }
 }
 
 // -- The user ---------------------------------------------------------------------------------------------

@@ -27,6 +27,7 @@ ComboField::ComboField(docking::MoorageModel& suite, docking::CommandModel& comm
   setMaxVisibleItems(25);
   keepTranslated(*this, *this, [this] {
     setAccessibleName(withoutAccessKey(translated(command_.Caption())));
+    lineEdit()->setAccessibleName(accessibleName());  // it has the focus
     setAccessibleDescription(translated(command_.Description()));
     setToolTip(accessibleName());
   });

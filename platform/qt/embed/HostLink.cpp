@@ -14,7 +14,7 @@ namespace kestrel::qt {
 namespace {
 
 /// Calls a member of the host's object, which may destroy editors and replace the object. The value without
-/// an object, and for a member that fails: the host cannot be told of a failure of this very object.
+/// an object, and for a member that fails: there is nobody else to hear of its failure.
 template <typename Result, typename Call>
 Result ask(const std::shared_ptr<HostServices>& services, Result otherwise, Call call) {
   if (!services) return otherwise;

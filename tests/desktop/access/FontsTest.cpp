@@ -45,6 +45,7 @@ class Fonts : public AccessHost {
       EXPECT_GE(label->height(), label->fontMetrics().height()) << when << ": panel";
     }
     for (const QDockWidget* const dock : editor_->findChildren<QDockWidget*>()) {
+      EXPECT_TRUE(dock->isVisible()) << when << ": the host's window grows";
       EXPECT_GE(dock->widget()->y(), dock->fontMetrics().height()) << when << ": caption";
       EXPECT_GE(dock->width(), dock->minimumSizeHint().width()) << when;
       EXPECT_GE(dock->height(), dock->minimumSizeHint().height()) << when;
