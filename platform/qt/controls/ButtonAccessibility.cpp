@@ -66,6 +66,9 @@ void present(QAbstractButton& button, QAccessible::Role role) {
   // The toolkit keeps each factory once.
   QAccessible::installFactory(&accessibleOf);
   button.setProperty(kRole, static_cast<int>(role));
+  // The toolkit may have made and kept an interface as the button was put into its bar or got its name.
+  QAccessible::deleteAccessibleInterface(
+      QAccessible::uniqueId(QAccessible::queryAccessibleInterface(&button)));
 }
 
 }  // namespace

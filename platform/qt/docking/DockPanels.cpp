@@ -179,6 +179,8 @@ void DockPanels::showFitting() {
     if (!fits(window_.minimumSizeOfShown() + next.room, window_.size())) return;
     hidden_.pop_back();
     find(*next.model).setVisible(true);
+    // The toolkit gives it the room that it had, which may be less than it needs now.
+    distributeSpace(next.model->edge());
   }
 }
 

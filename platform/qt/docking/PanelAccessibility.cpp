@@ -49,7 +49,6 @@ void useAccessiblePanels() {
 }
 
 void reportValue(PanelField& panel) {
-  if (!QAccessible::isActive()) return;
   QAccessibleEvent changed(&panel, QAccessible::NameChanged);
   QAccessible::updateAccessibility(&changed);
 }

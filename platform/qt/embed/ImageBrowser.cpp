@@ -59,6 +59,7 @@ void ImageBrowser::start(const PropertyBag* stored) {
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(inside_->widget.get());
   setFocusProxy(inside_->widget.get());
+  setFocusPolicy(Qt::TabFocus);  // an MDI sub-window gives the focus to a widget that takes it
 
   inside_->site.propertyChanged = [this](const std::string& name) { Q_EMIT propertyChanged(toQt(name)); };
   ImageBrowserCtl& control = inside_->control;

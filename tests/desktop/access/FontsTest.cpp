@@ -28,6 +28,7 @@ class Fonts : public AccessHost {
     openPicture();
     control().Tool(ipToolZoom);  // shows the zoom bar
     control().SetToolbarStyle(1);
+    control().ShowMenuBar(true);
     settle();
   }
 

@@ -137,6 +137,9 @@ TEST_F(Containers, SubWindowsOfAnMdiAreaHaveEditorsOfTheirOwnAndAskOnClose) {
   });
   EXPECT_TRUE(right->close());
   settle();
+  window.activateWindow();  // the question was the active window
+  area->setActiveSubWindow(left);
+  settle();
   expectMirrors(first);
 }
 

@@ -75,7 +75,10 @@ TEST_P(Catalogs, TranslateReportsOfFileOperations) {
     report.done = 1;
     report.failed = {{"/a/one.png", "permission is denied"}, {"/a/two.png", "permission is denied"}};
     report.left = {{"/b/three.png", "the disk is full"}};
-    expectTranslated(transfer::textOf(report, request), {"\"one.png\"", "/b/three.png", "/a", "2"});
+    std::vector<std::string> kept = {"\"one.png\"", "/b/three.png", "/a"};
+    // Arabic has a form for two, without the number.
+    if (GetParam() != std::string("ar")) kept.emplace_back("2");
+    expectTranslated(transfer::textOf(report, request), kept);
     report.canceled = true;
     report.done = 0;
     expectTranslated(transfer::textOf(report, request), {"3"});
