@@ -57,7 +57,8 @@ class AccessibleButton final : public QAccessibleWidget {
 
 QAccessibleInterface* accessibleOf(const QString& /*className*/, QObject* object) {
   auto* const button = qobject_cast<QAbstractButton*>(object);
-  const QVariant role = button ? button->property(kRole) : QVariant();
+  if (!button) return nullptr;
+  const QVariant role = button->property(kRole);
   return role.isValid() ? new AccessibleButton(*button, static_cast<QAccessible::Role>(role.toInt()))
                         : nullptr;
 }

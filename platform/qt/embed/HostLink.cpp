@@ -1,6 +1,7 @@
 #include "HostLink.h"
 
 #include <cstdio>
+#include <utility>
 
 #include "base/DescribedError.h"
 #include "platform/qt/core/Guard.h"
@@ -13,12 +14,12 @@
 namespace kestrel::qt {
 namespace {
 
-/// Calls a member of the host's object, which may destroy editors and replace the object. The value without
-/// an object, and for a member that fails: there is nobody else to hear of its failure.
+/// Calls a member of the host's object, which may destroy editors and replace the object: so this keeps it.
+/// The value without an object, and for a member that fails: there is nobody else to hear of its failure.
 template <typename Result, typename Call>
-Result ask(const std::shared_ptr<HostServices>& services, Result otherwise, Call call) {
-  if (!services) return otherwise;
-  const auto kept = services;
+Result ask(std::shared_ptr<HostServices> services, Result otherwise, Call call) {
+  const auto kept = std::move(services);
+  if (!kept) return otherwise;
   try {
     const OpenCalls::Call open(modProcessing::Platform().Calls);
     return call(*kept);
