@@ -25,8 +25,8 @@
 /// Threads. A thread has a platform of its own with its own objects; see `kestrel_start`. An object is used
 /// only on its thread: KESTREL_WRONG_THREAD. Handles may be released on any thread.
 ///
-/// Texts are UTF-8. Names of classes, members, arguments and events are found whatever the case of their
-/// ASCII letters; a name that is null or no UTF-8 is one that does not exist.
+/// Texts are UTF-8. The search for names of classes, members, arguments and events ignores the case of ASCII
+/// letters; a name that is null or no UTF-8 is one that does not exist.
 ///
 /// The interface only grows: functions, and fields at the end of structures that the library allocates.
 
